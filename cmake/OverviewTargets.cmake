@@ -1,0 +1,57 @@
+# SPDX-License-Identifier: MIT
+# One function per kind of target, so that a folder's CMakeLists.txt reads like its table of contents.
+include(CMakeParseArguments)
+
+# overview_add_library(<name> SOURCES <file>... [PUBLIC_DEPENDS <target>...] [PRIVATE_DEPENDS <target>...])
+# A static library, or an interface library when it has headers only.
+function(overview_add_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC_DEPENDS;PRIVATE_DEPENDS" ${ARGN})
+    set(sources ${ARG_SOURCES})
+    list(FILTER sources INCLUDE REGEX "\\.cpp$")
+    if(sources)
+        add_library(${name} STATIC ${ARG_SOURCES})
+        target_link_libraries(${name}
+            PUBLIC ${ARG_PUBLIC_DEPENDS}
+            PRIVATE overview_flags ${ARG_PRIVATE_DEPENDS})
+        target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
+    else()
+        add_library(${name} INTERFACE)
+        target_link_libraries(${name} INTERFACE ${ARG_PUBLIC_DEPENDS})
+        target_include_directories(${name} INTERFACE "${PROJECT_SOURCE_DIR}")
+    endif()
+endfunction()
+
+# overview_add_program(<name> SOURCES <file>... [DEPENDS <target>...])
+# An application in the output's bin folder.
+function(overview_add_program name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE overview_flags ${ARG_DEPENDS})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${OVERVIEW_BIN_DIR}")
+endfunction()
+
+# overview_add_module(<name> SUBDIR <folder> SOURCES <file>... [DEPENDS <target>...])
+# A library that is loaded at run time from a folder below bin.
+function(overview_add_module name)
+    cmake_parse_arguments(ARG "" "SUBDIR" "SOURCES;DEPENDS" ${ARGN})
+    add_library(${name} MODULE ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE overview_flags ${ARG_DEPENDS})
+    set_target_properties(${name} PROPERTIES
+        PREFIX ""
+        LIBRARY_OUTPUT_DIRECTORY "${OVERVIEW_BIN_DIR}/${ARG_SUBDIR}")
+endfunction()
+
+# overview_add_test(<name> SOURCES <file>... [DEPENDS <target>...] [TIMEOUT <seconds>])
+# A QtTest program that ctest runs without a display and with settings of its own.
+function(overview_add_test name)
+    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;DEPENDS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE overview_flags ${ARG_DEPENDS} Qt5::Test)
+    add_test(NAME ${name} COMMAND ${name})
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 120)
+    endif()
+    set_tests_properties(${name} PROPERTIES
+        TIMEOUT ${ARG_TIMEOUT}
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_CONFIG_HOME=${CMAKE_CURRENT_BINARY_DIR}/config;QTEST_FUNCTION_TIMEOUT=100000")
+endfunction()

@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# Installs what is missing, builds and runs every test without a display. Ends in ctest's summary.
+#
+#   ./test.sh                the tests
+#   ./test.sh --all          and the same under AddressSanitizer and UndefinedBehaviorSanitizer, and the benchmarks once
+#   ./test.sh -R reader      further arguments go to ctest
+set -eu
+cd "$(dirname "$0")"
+
+all=
+if [ "${1-}" = --all ]; then
+    all=yes
+    shift
+fi
+
+run_tests() { # FOLDER [CTEST ARGUMENTS]
+    local folder=$1
+    shift
+    ctest --test-dir "$folder" --output-on-failure --no-tests=error -j "$(nproc)" "$@"
+}
+
+if [ -z "$all" ]; then
+    scripts/install-packages test
+    scripts/build all
+    run_tests build "$@"
+    exit
+fi
+
+scripts/install-packages all
+
+echo "== With AddressSanitizer and UndefinedBehaviorSanitizer =="
+OVERVIEW_BUILD_DIR=build-sanitized OVERVIEW_BUILD_TYPE=Debug \
+    OVERVIEW_CMAKE_OPTIONS="-DOVERVIEW_SANITIZE=address,undefined" scripts/build all
+ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 run_tests build-sanitized "$@"
+
+echo "== Benchmarks, once each, to see that they run =="
+OVERVIEW_CMAKE_OPTIONS="-DOVERVIEW_BUILD_BENCH=ON" scripts/build all
+bench/run --smoke
+
+echo "== Release =="
+run_tests build "$@"
