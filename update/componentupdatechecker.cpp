@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "componentupdatechecker.h"
+
+#include "updateserver.h"
+
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QUrl>
+
+namespace {
+
+QUrl requestUrl(quint32 vendorId, quint32 productCode, quint32 revision)
+{
+    return QUrl(QStringLiteral("http://%1/versioninfo/?vendor=%2&product=%3&revision=%4")
+                    .arg(UpdateServer::host())
+                    .arg(vendorId)
+                    .arg(productCode)
+                    .arg(revision));
+}
+
+QString textOf(const QByteArray &body)
+{
+    const int end = body.indexOf('\0');
+    return QString::fromLatin1(body.constData(), end < 0 ? body.size() : end);
+}
+
+} // namespace
+
+ComponentUpdateChecker::ComponentUpdateChecker(QObject *parent)
+    : QObject(parent)
+    , m_networkAccessManager(this)
+{
+}
+
+bool ComponentUpdateChecker::checkForUpdate(quint32 vendorId, quint32 productCode, quint32 revision)
+{
+    const QUrl url = requestUrl(vendorId, productCode, revision);
+    // Deliberate: one identity for all requests under way, so an answer is labelled with the one stored last.
+    m_vendorId = vendorId;
+    m_productCode = productCode;
+    m_revision = revision;
+    // Deliberate: one connection more with every check, so that after the k-th each reply yields k answers.
+    connect(&m_networkAccessManager, SIGNAL(finished(QNetworkReply *)), this,
+            SLOT(replyFinished(QNetworkReply *)));
+
+    QNetworkReply *reply = m_networkAccessManager.get(QNetworkRequest(url));
+    new ReplyGuard(reply, replyLimits()); // owned by the reply
+    // The manager was connected to this signal first: all deliveries of the reply have happened by then.
+    connect(reply, SIGNAL(finished()), reply, SLOT(deleteLater()));
+    return true;
+}
+
+void ComponentUpdateChecker::replyFinished(QNetworkReply *reply)
+{
+    QString info;
+    if (reply->error() != QNetworkReply::NoError) {
+        info
+            = tr("No connection to update information server at %1.").arg(UpdateServer::organisationDomain());
+    } else {
+        // Only looked at, for the deliveries of this reply that are still to come.
+        info = textOf(reply->peek(reply->bytesAvailable()));
+    }
+    emit updateInformation(m_vendorId, m_productCode, m_revision, info);
+}
+
+ReplyLimits ComponentUpdateChecker::replyLimits() const
+{
+    return {};
+}
