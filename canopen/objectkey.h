@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QMetaType>
 #include <QString>
 
 namespace CanOpen {
@@ -34,3 +35,5 @@ constexpr bool operator<(ObjectKey a, ObjectKey b)
 }
 
 } // namespace CanOpen
+
+Q_DECLARE_METATYPE(CanOpen::ObjectKey)

@@ -1,49 +1,42 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "cobid.h"
 #include "datatype.h"
 #include "objectkey.h"
+#include "sdooutcome.h"
+#include "sdoupload.h"
 
+#include <QBasicTimer>
 #include <QCanBusFrame>
+#include <QElapsedTimer>
 #include <QObject>
-#include <QVariant>
+#include <QVector>
 
+#include <array>
 #include <chrono>
 #include <functional>
+#include <memory>
 
 namespace CanOpen {
-
-/*! Outcome of one upload. */
-struct SdoOutcome
-{
-    enum class Kind {
-        Value,   //!< value holds what was read
-        Abort,   //!< the device refused; code is its abort code
-        Error,   //!< the transfer failed on the client's side; code is the abort code that was sent for it
-        Timeout, //!< the device did not answer, also after the repeats
-        Cancelled //!< cancelled by cancelAll()
-    };
-
-    Kind kind = Kind::Timeout;
-    quint8 nodeId = 0;
-    ObjectKey key;
-    QVariant value;
-    quint32 code = 0;
-    int repeats = 0; // how often the request was repeated
-};
 
 /*! How patient the client is with a node. */
 struct SdoPatience
 {
-    std::chrono::milliseconds timeout{100}; //!< for the first answer and between segments
-    int repeats = 2;                        //!< how often the whole upload is asked again after a time-out
+    std::chrono::milliseconds timeout{
+        100};        //!< for the first answer and between segments; doubled in each repeat
+    int repeats = 2; //!< how often the whole upload is asked again after a time-out
     std::chrono::milliseconds longest{10000}; //!< bound of one upload in all
 };
 
-/*! SDO client of all nodes (CiA 301): one upload per node at a time, the nodes side by side, the rest in queues.
+/*! SDO client of all nodes (CiA 301): one upload per node at a time, the nodes side by side, the rest in
+ * queues.
  *
- *  Knows no device: frames go out through the sender function and come in through handleFrame(). Every upload ends with
- *  exactly one finished(), never from within upload().
+ *  Knows no device: frames go out through the sender function and come in through handleFrame(). Every upload
+ * ends with exactly one finished(), never from within upload().
+ *
+ *  A node that was found to answer late is given the time it needs from the next upload on, so that the
+ * requests do not pile up in it. A slot of finished() may delete the client.
  */
 class SdoClient : public QObject
 {
@@ -55,13 +48,13 @@ public:
     explicit SdoClient(Sender sender, QObject *parent = nullptr);
     ~SdoClient() override;
 
-    /*! The patience with every node that has none of its own. */
+    /*! The patience with every node that has none of its own; holds from the next upload on. */
     void setDefaultPatience(const SdoPatience &patience);
     /*! The patience with one node (1 to 127). */
     void setPatience(quint8 nodeId, const SdoPatience &patience);
 
-    /*! Reads an object. \a timeout, when positive, replaces the time-out of the patience for this upload, if that is
-     *  shorter.
+    /*! Reads an object. \a timeout, when positive, replaces the time-out of the patience for this upload, if
+     * that is shorter. The reading of a node ID outside 1 to 127 ends with Kind::Error.
      */
     void upload(quint8 nodeId, ObjectKey key, DataType type,
                 std::chrono::milliseconds timeout = std::chrono::milliseconds{0});
@@ -77,7 +70,40 @@ public:
 
 signals:
     void finished(const CanOpen::SdoOutcome &outcome);
-    // the private part is the implementation's
+
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    struct Node;
+
+    Node &nodeFor(quint8 nodeId);
+    void startNext(Node &node);
+    void take(Node &node, const SdoUpload::Step &step);
+    void perform(Node &node, const SdoUpload::Step &step);
+    SdoOutcome takeOutcome(Node &node);
+    void deliver(const SdoOutcome &outcome);
+    void deliverLater(const SdoOutcome &outcome);
+    void deliverPosted();
+    void send(quint8 nodeId, const QByteArray &payload);
+    void takeHeldFrames();
+    void noteAnswerTime(Node &node);
+    void setDeadline(Node &node);
+    void checkDeadlines();
+    void armTimer(qint64 deadline);
+    void armTimerForAll();
+
+    Sender m_sender;
+    SdoPatience m_defaultPatience;
+    std::array<std::unique_ptr<Node>, lastNodeId + 1> m_nodes; // by node ID; made when first used
+    int m_pending = 0;                                         // uploads without their finished()
+    QVector<SdoOutcome> m_posted;                              // to be delivered from the event loop
+    QVector<QCanBusFrame> m_heldFrames;                        // came while a frame was being sent
+    bool m_sending = false;
+    QElapsedTimer m_clock;
+    QBasicTimer m_timer;       // one for all deadlines; never later than the earliest of them
+    qint64 m_timerDue = 0;     // ms of m_clock
+    bool m_graceGiven = false; // once per firing: frames that wait behind a held up event loop come first
 };
 
 } // namespace CanOpen

@@ -1,0 +1,382 @@
+// SPDX-License-Identifier: MIT
+#include "modelserver.h"
+
+#include <canopen/cobid.h>
+#include <canopen/heartbeat.h>
+#include <canopen/heartbeatconsumer.h>
+#include <canopen/nmt.h>
+#include <canopen/sdoclient.h>
+#include <canopen/sdoupload.h>
+
+#include <QCanBusFrame>
+#include <QtTest>
+
+#include <deque>
+#include <random>
+
+using namespace CanOpen;
+
+using Kind = SdoOutcome::Kind;
+
+namespace {
+
+constexpr int transferCount = 1000000;
+constexpr int foreignTransferCount = 100000;
+
+// Repeatable, and fast enough for a million transfers.
+class Random
+{
+public:
+    explicit Random(quint32 seed)
+        : m_engine(seed)
+    {
+    }
+    int below(int bound) { return static_cast<int>(m_engine() % static_cast<quint32>(bound)); }
+    bool oneIn(int count) { return below(count) == 0; }
+
+private:
+    std::mt19937 m_engine;
+};
+
+struct Object
+{
+    ObjectKey key;
+    DataType type;
+    int size; // bytes; 0: does not exist
+};
+
+// Few objects, so that the answers to one are often late for another or for the same.
+constexpr Object objects[] = {
+    {{0x1000, 0}, DataType::Unsigned32, 4},   {{0x1000, 1}, DataType::Unsigned32, 4},
+    {{0x1018, 1}, DataType::Unsigned32, 4},   {{0x6081, 0}, DataType::Unsigned32, 4},
+    {{0x1008, 0}, DataType::OctetString, 12}, {{0x1009, 0}, DataType::OctetString, 20},
+    {{0x1001, 0}, DataType::Unsigned32, 0},
+};
+constexpr int objectCount = sizeof(objects) / sizeof(objects[0]);
+
+const Object *findObject(ObjectKey key)
+{
+    for (const Object &object : objects) {
+        if (object.key == key)
+            return &object;
+    }
+    return nullptr;
+}
+
+/* Every four bytes of a value name the object and the reading:
+ * index low byte, sub-index and index high byte mixed, number of the reading (two bytes).
+ */
+QByteArray valueOf(const Object &object, quint16 reading)
+{
+    const char unit[] = {static_cast<char>(object.key.index & 0xFF),
+                         static_cast<char>(object.key.index >> 8 ^ object.key.subIndex << 7),
+                         static_cast<char>(reading & 0xFF), static_cast<char>(reading >> 8)};
+    QByteArray value;
+    while (value.size() < object.size)
+        value.append(unit, sizeof unit);
+    return value;
+}
+
+bool belongsTo(const Object &object, const QVariant &value)
+{
+    const QByteArray data
+        = object.type == DataType::Unsigned32 ? *encodeValue(object.type, value) : value.toByteArray();
+    if (data.size() != object.size)
+        return false;
+    const auto reading
+        = static_cast<quint16>(static_cast<quint8>(data.at(2)) | static_cast<quint8>(data.at(3)) << 8);
+    return data == valueOf(object, reading);
+}
+
+// The way between a client and a server: in order both ways, late, with doubled and lost frames.
+class Line
+{
+public:
+    explicit Line(quint32 seed)
+        : m_random(seed)
+        , m_server([this](ObjectKey key) { return read(key); })
+    {
+    }
+
+    void send(const SdoUpload::Step &step)
+    {
+        for (int i = 0; i < step.frameCount; ++i)
+            m_requests.push_back(step.frames[static_cast<std::size_t>(i)]);
+    }
+    void sendForeign(const QByteArray &payload) { m_requests.push_back(payload); }
+
+    void serve()
+    {
+        if (m_requests.empty())
+            return;
+        const QByteArray request = m_requests.front();
+        m_requests.pop_front();
+        if (m_random.oneIn(50))
+            return; // lost
+        const QByteArray answer = m_server.answer(request);
+        if (answer.isNull() || m_random.oneIn(50))
+            return;
+        m_answers.push_back(answer);
+        if (m_random.oneIn(20))
+            m_answers.push_back(answer);
+    }
+
+    std::optional<QByteArray> receive()
+    {
+        if (m_answers.empty())
+            return {};
+        QByteArray answer = m_answers.front();
+        m_answers.pop_front();
+        return answer;
+    }
+
+    Random &random() { return m_random; }
+
+private:
+    QByteArray read(ObjectKey key)
+    {
+        const Object *object = findObject(key);
+        return object != nullptr && object->size > 0 ? valueOf(*object, ++m_reading) : QByteArray();
+    }
+
+    Random m_random;
+    ModelServer m_server;
+    std::deque<QByteArray> m_requests;
+    std::deque<QByteArray> m_answers;
+    quint16 m_reading = 0;
+};
+
+struct Tally
+{
+    int values = 0;
+    int aborts = 0;
+    int errors = 0;
+    int timeouts = 0;
+    int wrong = 0;
+
+    void count(const SdoOutcome &outcome, const Object &object)
+    {
+        switch (outcome.kind) {
+        case Kind::Value:
+            ++values;
+            wrong += belongsTo(object, outcome.value) && outcome.key == object.key ? 0 : 1;
+            break;
+        case Kind::Abort:
+            ++aborts;
+            wrong += object.size == 0 || outcome.code != 0x06020000 ? 0 : 1;
+            break;
+        case Kind::Error:
+            ++errors;
+            break;
+        default:
+            ++timeouts;
+        }
+    }
+};
+
+QByteArray randomPayload(Random *random, int size)
+{
+    QByteArray payload(size, '\0');
+    for (char &byte : payload)
+        byte = static_cast<char>(random->below(256));
+    // Often the objects that are being asked for, or nothing would get past the first check.
+    if (size >= 4 && random->oneIn(2)) {
+        const Object &object = objects[random->below(objectCount)];
+        payload[1] = static_cast<char>(object.key.index & 0xFF);
+        payload[2] = static_cast<char>(object.key.index >> 8);
+        payload[3] = static_cast<char>(object.key.subIndex);
+    }
+    return payload;
+}
+
+} // namespace
+
+class tst_SdoFuzz : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void lateAndDoubledAnswers();
+    void anotherClient();
+    void anyBytesIntoUpload();
+    void anyFramesIntoClient();
+    void anyFramesIntoParsers();
+};
+
+// A million transfers: no value under a wrong key, and none put together from two readings.
+void tst_SdoFuzz::lateAndDoubledAnswers()
+{
+    Line line(1);
+    SdoUpload upload;
+    Tally tally;
+    for (int transfer = 0; transfer < transferCount; ++transfer) {
+        const Object &object = objects[line.random().below(objectCount)];
+        line.send(upload.start(object.key, object.type, 2));
+        while (upload.isActive()) {
+            const int chance = line.random().below(32);
+            if (chance == 0) {
+                line.send(upload.timeOver());
+            } else if (chance < 16) {
+                line.serve();
+            } else if (const std::optional<QByteArray> answer = line.receive()) {
+                line.send(upload.takeResponse(*answer));
+            }
+        }
+        tally.count(upload.outcome(), object);
+    }
+    QCOMPARE(tally.wrong, 0);
+    QCOMPARE(tally.values + tally.aborts + tally.errors + tally.timeouts, transferCount);
+    QVERIFY2(tally.values > transferCount / 2, qPrintable(QString::number(tally.values)));
+    QVERIFY(tally.aborts > transferCount / 20);
+    QVERIFY(tally.timeouts > 0);
+    QVERIFY(tally.errors > 0);
+}
+
+// The same server has a second client, whose requests the first one sees in the order of the bus.
+void tst_SdoFuzz::anotherClient()
+{
+    Random random(2);
+    quint16 reading = 0;
+    ModelServer server([&reading](ObjectKey key) {
+        const Object *object = findObject(key);
+        return object != nullptr && object->size > 0 ? valueOf(*object, ++reading) : QByteArray();
+    });
+    std::deque<std::pair<bool, QByteArray>>
+        bus; // requests on the bus, not yet read by the server; true: foreign
+    SdoUpload ours;
+    SdoUpload theirs;
+    Tally tally;
+    int theirTransfers = 0;
+
+    const auto send = [&](const SdoUpload::Step &step, bool foreign) {
+        for (int i = 0; i < step.frameCount; ++i) {
+            const QByteArray payload = step.frames[static_cast<std::size_t>(i)];
+            bus.push_back({foreign, payload});
+        }
+    };
+    std::deque<QByteArray> seen; // answers on the bus, for both
+
+    for (int transfer = 0; transfer < foreignTransferCount; ++transfer) {
+        const Object &object = objects[random.below(objectCount)];
+        std::deque<SdoUpload::Step> steps{ours.start(object.key, object.type, 2)};
+        send(steps.front(), false);
+        while (ours.isActive()) {
+            const int chance = random.below(64);
+            if (chance == 0) {
+                send(ours.timeOver(), false);
+            } else if (chance == 1) {
+                send(theirs.isActive() ? theirs.timeOver() : SdoUpload::Step(), true);
+            } else if (chance < 4 && !theirs.isActive()) {
+                const Object &other = objects[random.below(objectCount)];
+                const SdoUpload::Step step = theirs.start(other.key, other.type, 1);
+                send(step, true);
+                ++theirTransfers;
+            } else if (chance < 34 && !bus.empty()) {
+                // A request becomes visible when it is on the bus; the server answers in order.
+                const auto [foreign, payload] = bus.front();
+                bus.pop_front();
+                if (foreign)
+                    send(ours.takeForeignRequest(payload), false);
+                const QByteArray answer = server.answer(payload);
+                if (!answer.isNull())
+                    seen.push_back(answer);
+            } else if (!seen.empty()) {
+                const QByteArray answer = seen.front();
+                seen.pop_front();
+                send(ours.takeResponse(answer), false);
+                send(theirs.takeResponse(answer), true);
+            }
+        }
+        tally.count(ours.outcome(), object);
+    }
+    QCOMPARE(tally.wrong, 0);
+    QVERIFY(theirTransfers > foreignTransferCount / 10);
+    QVERIFY2(tally.values > foreignTransferCount / 2, qPrintable(QString::number(tally.values)));
+}
+
+void tst_SdoFuzz::anyBytesIntoUpload()
+{
+    Random random(3);
+    SdoUpload upload;
+    int finished = 0;
+    for (int transfer = 0; transfer < 100000; ++transfer) {
+        const Object &object = objects[random.below(objectCount)];
+        upload.start(object.key, object.type, 2);
+        for (int frame = 0; frame < 20 && upload.isActive(); ++frame) {
+            const QByteArray payload = randomPayload(&random, random.oneIn(10) ? random.below(20) : 8);
+            if (random.oneIn(20))
+                upload.timeOver();
+            else if (random.oneIn(4))
+                upload.takeForeignRequest(payload);
+            else
+                upload.takeResponse(payload);
+        }
+        // Whatever came: silence ends it. One wait per attempt, and one for another client before each.
+        for (int wait = 0; wait < 2 * (1 + 2) && upload.isActive(); ++wait)
+            upload.timeOver();
+        finished += upload.isActive() ? 0 : 1;
+    }
+    QCOMPARE(finished, 100000);
+}
+
+void tst_SdoFuzz::anyFramesIntoClient()
+{
+    Random random(4);
+    int sent = 0;
+    int finished = 0;
+    SdoClient client([&sent](const QCanBusFrame &) { ++sent; });
+    connect(&client, &SdoClient::finished, this, [&finished] { ++finished; });
+
+    constexpr int uploads = 20000;
+    for (int i = 0; i < uploads; ++i) {
+        const Object &object = objects[random.below(objectCount)];
+        client.upload(static_cast<quint8>(random.below(256)), object.key, object.type);
+        for (int count = 0; count < 20; ++count) {
+            const int size = random.oneIn(4) ? random.below(65) : 8;
+            const quint32 base = random.oneIn(2) ? 0x580 : 0x600;
+            const quint32 id = random.oneIn(4) ? static_cast<quint32>(random.below(0x800))
+                                               : base + static_cast<quint32>(random.below(128));
+            QCanBusFrame frame(id, randomPayload(&random, size));
+            frame.setExtendedFrameFormat(random.oneIn(50));
+            frame.setFrameType(static_cast<QCanBusFrame::FrameType>(random.oneIn(50) ? random.below(5) : 1));
+            client.handleFrame(frame);
+        }
+    }
+    client.cancelAll();
+    QCOMPARE(finished, uploads);
+    QVERIFY(!client.isBusy());
+    QVERIFY(sent > 0);
+}
+
+void tst_SdoFuzz::anyFramesIntoParsers()
+{
+    Random random(5);
+    HeartbeatConsumer consumer;
+    int heartbeats = 0;
+    int commands = 0;
+    for (int i = 0; i < 500000; ++i) {
+        QByteArray payload(random.below(9), '\0');
+        for (char &byte : payload)
+            byte = static_cast<char>(random.below(256));
+        QCanBusFrame frame(static_cast<quint32>(random.oneIn(8) ? 0 : random.below(0x800)), payload);
+        frame.setExtendedFrameFormat(random.oneIn(10));
+        frame.setFrameType(static_cast<QCanBusFrame::FrameType>(random.oneIn(10) ? random.below(5) : 1));
+        consumer.handleFrame(frame);
+        if (const std::optional<Heartbeat> heartbeat = parseHeartbeatFrame(frame)) {
+            QVERIFY(isNodeId(heartbeat->nodeId));
+            ++heartbeats;
+        }
+        if (const std::optional<NmtMessage> message = parseNmtFrame(frame)) {
+            QVERIFY(message->nodeId <= 127);
+            ++commands;
+        }
+    }
+    QVERIFY(heartbeats > 0);
+    QVERIFY(commands > 0);
+    QVERIFY(consumer.activeNodeCount() <= 127);
+    QVERIFY(consumer.activeNodeCount() > 0);
+}
+
+QTEST_GUILESS_MAIN(tst_SdoFuzz)
+
+#include "tst_sdofuzz.moc"

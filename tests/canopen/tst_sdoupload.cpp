@@ -1,0 +1,947 @@
+// SPDX-License-Identifier: MIT
+#include "bytes.h"
+
+#include <canopen/sdoupload.h>
+
+#include <QtTest>
+
+Q_DECLARE_METATYPE(CanOpen::DataType)
+
+using namespace CanOpen;
+
+using Kind = SdoOutcome::Kind;
+using Step = SdoUpload::Step;
+
+namespace {
+
+const ObjectKey deviceType{0x1000, 0};
+const ObjectKey deviceName{0x1008, 0};
+
+const QByteArray askType = bytes("40 00 10 00 00 00 00 00");
+const QByteArray askName = bytes("40 08 10 00 00 00 00 00");
+const QByteArray askSegment0 = bytes("60 00 00 00 00 00 00 00");
+const QByteArray askSegment1 = bytes("70 00 00 00 00 00 00 00");
+const QByteArray typeIs = bytes("43 00 10 00 92 01 02 80");
+const QByteArray nameHas9Bytes = bytes("41 08 10 00 09 00 00 00");
+const QByteArray nameSegment0 = bytes("00 41 42 43 44 45 46 47"); // "ABCDEFG"
+const QByteArray nameSegment1 = bytes("1B 48 49 00 00 00 00 00"); // "HI", the last
+const QByteArray nameTimedOut = bytes("80 08 10 00 00 00 04 05");
+const QByteArray foreignAsksVersion = bytes("40 09 10 00 00 00 00 00");
+const QByteArray versionIsExpedited = bytes("43 09 10 00 31 2E 30 30");
+
+QVector<QByteArray> sent(const Step &step)
+{
+    QVector<QByteArray> frames;
+    for (int i = 0; i < step.frameCount; ++i)
+        frames.append(step.frames[static_cast<std::size_t>(i)]);
+    return frames;
+}
+
+using Frames = QVector<QByteArray>;
+
+bool isNothing(const Step &step)
+{
+    return step.frameCount == 0 && !step.waitRestarts && !step.finished;
+}
+
+} // namespace
+
+class tst_SdoUpload : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void readsExpedited();
+    void readsSegmented();
+    void initiateResponseBits_data();
+    void initiateResponseBits();
+    void allWidthsAndTypes_data();
+    void allWidthsAndTypes();
+    void announcedSize_data();
+    void announcedSize();
+    void segmentSizes_data();
+    void segmentSizes();
+    void unknownTypeGivesNoValue();
+    void endlessSegmentsEnd();
+    void endlessEmptySegmentsEnd();
+
+    void deviceAborts();
+    void deviceAbortsBetweenSegments();
+    void abortWithAnotherKeyIsDropped();
+    void abortWithoutCodeIsAnAbort();
+
+    void wrongToggleInFirstSegment();
+    void wrongToggleInSecondSegment();
+    void doubledSegmentIsDropped();
+    void repeatedSegmentThenSilenceIsWrongToggle();
+    void nextUploadWorksAfterWrongToggle();
+
+    void timeOutRepeatsAfterAnAbort();
+    void timeOutBetweenSegmentsStartsAnew();
+    void silenceEndsAsTimeOut();
+    void giveUpSendsAbort();
+    void lateAnswerIsTaken();
+    void lateAbortIsTaken();
+    void lateSegmentOfAnEarlierAttemptIsDropped();
+    void secondInitiateResponseBeforeSegments();
+    void initiateResponseBetweenSegmentsStartsAfresh();
+    void owedSegmentIsWaitedFor();
+    void owedSegmentThatIsLostIsNotWaitedForTwice();
+    void owedSegmentOfTheUploadBefore();
+    void answersAfterTheEndAreDropped();
+    void forgetSendsNothing();
+
+    void dropsWhatIsNotOurs_data();
+    void dropsWhatIsNotOurs();
+
+    void foreignExpeditedUploadChangesNothing();
+    void foreignRequestBetweenSegmentsRestarts();
+    void foreignRequestBeforeSegmentsRestarts();
+    void foreignDownloadOfOurObjectRestarts();
+    void foreignSegmentMakesAbortUnclear();
+    void foreignAbortRestartsSegments();
+    void foreignBlockUploadIsWaitedFor();
+    void foreignTransferBeforeStartIsWaitedFor();
+    void foreignDownloadAnsweredAfterStart();
+    void silentForeignTransferIsNotWaitedForTwice();
+    void foreignTransferIsNotAborted();
+    void endlessForeignTransfersEnd();
+    void foreignTransferLongerThanOurTime();
+};
+
+void tst_SdoUpload::readsExpedited()
+{
+    SdoUpload upload;
+    QVERIFY(!upload.isActive());
+    const Step start = upload.start(deviceType, DataType::Unsigned32, 2);
+    QCOMPARE(sent(start), Frames{askType});
+    QVERIFY(start.waitRestarts);
+    QVERIFY(upload.isActive());
+    QVERIFY(upload.isUnanswered());
+
+    const Step end = upload.takeResponse(typeIs);
+    QVERIFY(end.finished);
+    QCOMPARE(end.frameCount, 0);
+    QVERIFY(!upload.isActive());
+    QVERIFY(!upload.isUnanswered());
+    QCOMPARE(upload.outcome().kind, Kind::Value);
+    QCOMPARE(upload.outcome().value, QVariant(0x80020192u));
+    QCOMPARE(upload.outcome().repeats, 0);
+    QVERIFY(upload.outcome().key == deviceType);
+}
+
+void tst_SdoUpload::readsSegmented()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    Step step = upload.takeResponse(nameHas9Bytes);
+    QCOMPARE(sent(step), Frames{askSegment0});
+    QVERIFY(step.waitRestarts);
+    step = upload.takeResponse(nameSegment0);
+    QCOMPARE(sent(step), Frames{askSegment1});
+    QVERIFY(step.waitRestarts);
+    step = upload.takeResponse(nameSegment1);
+    QVERIFY(step.finished);
+    QCOMPARE(step.frameCount, 0);
+    QCOMPARE(upload.outcome().kind, Kind::Value);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+}
+
+// All combinations of the e, s and n bits, for a number of two bytes. The rest of the value "34 12 78 56".
+void tst_SdoUpload::initiateResponseBits_data()
+{
+    QTest::addColumn<QByteArray>("command");
+    QTest::addColumn<bool>("isValue");
+    QTest::addColumn<quint32>("code");
+
+    QTest::newRow("e=1 s=1 n=0") << bytes("43") << false << 0x06070012u;
+    QTest::newRow("e=1 s=1 n=1") << bytes("47") << false << 0x06070012u;
+    QTest::newRow("e=1 s=1 n=2") << bytes("4B") << true << 0u;
+    QTest::newRow("e=1 s=1 n=3") << bytes("4F") << false << 0x06070013u;
+    QTest::newRow("e=1 s=0 n=0") << bytes("42") << true << 0u;
+    QTest::newRow("e=1 s=0 n=1") << bytes("46") << true << 0u;
+    QTest::newRow("e=1 s=0 n=2") << bytes("4A") << true << 0u;
+    QTest::newRow("e=1 s=0 n=3") << bytes("4E") << true << 0u;
+    // e=0: a segmented transfer begins; with s=1 its size is 56781234h
+    QTest::newRow("e=0 s=1 n=0") << bytes("41") << false << 0x06070012u;
+    QTest::newRow("e=0 s=1 n=1") << bytes("45") << false << 0x06070012u;
+    QTest::newRow("e=0 s=1 n=2") << bytes("49") << false << 0x06070012u;
+    QTest::newRow("e=0 s=1 n=3") << bytes("4D") << false << 0x06070012u;
+    QTest::newRow("e=0 s=0 n=0") << bytes("40") << true << 0u;
+    QTest::newRow("e=0 s=0 n=1") << bytes("44") << true << 0u;
+    QTest::newRow("e=0 s=0 n=2") << bytes("48") << true << 0u;
+    QTest::newRow("e=0 s=0 n=3") << bytes("4C") << true << 0u;
+}
+
+void tst_SdoUpload::initiateResponseBits()
+{
+    QFETCH(QByteArray, command);
+    QFETCH(bool, isValue);
+    QFETCH(quint32, code);
+
+    SdoUpload upload;
+    upload.start({0x6080, 0}, DataType::Unsigned16, 0);
+    Step step = upload.takeResponse(command + bytes("80 60 00 34 12 78 56"));
+    if (!step.finished) {
+        QCOMPARE(sent(step), Frames{askSegment0});
+        step = upload.takeResponse(bytes("0B 34 12 78 56 00 00 00"));
+    }
+    QVERIFY(step.finished);
+    QCOMPARE(upload.outcome().kind, isValue ? Kind::Value : Kind::Error);
+    QCOMPARE(upload.outcome().code, code);
+    if (isValue)
+        QCOMPARE(upload.outcome().value, QVariant(0x1234u));
+}
+
+// The bytes F1 F2 F3 F4 ... F8 as far as the answer goes: numbers with the high bit set.
+void tst_SdoUpload::allWidthsAndTypes_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<int>("typeSize");
+    QTest::addColumn<int>("size");
+    QTest::addColumn<QVariant>("value");
+
+    struct Row
+    {
+        const char *name;
+        DataType type;
+        int size;
+        QVariant value;
+    };
+    const Row rows[] = {
+        {"BOOLEAN", DataType::Boolean, 1, 0xF1u},
+        {"INTEGER8", DataType::Integer8, 1, -15},
+        {"INTEGER16", DataType::Integer16, 2, -3343},
+        {"INTEGER32", DataType::Integer32, 4, -185339151},
+        {"UNSIGNED8", DataType::Unsigned8, 1, 0xF1u},
+        {"UNSIGNED16", DataType::Unsigned16, 2, 0xF2F1u},
+        {"UNSIGNED32", DataType::Unsigned32, 4, 0xF4F3F2F1u},
+        {"INTEGER64", DataType::Integer64, 8, qlonglong(-506664896818842895)},
+        {"UNSIGNED64", DataType::Unsigned64, 8, qulonglong(0xF8F7F6F5F4F3F2F1u)},
+    };
+    for (const Row &row : rows) {
+        for (int size = 0; size <= 9; ++size) {
+            QTest::addRow("%s from %d bytes", row.name, size)
+                << static_cast<int>(row.type) << row.size << size << row.value;
+        }
+    }
+}
+
+void tst_SdoUpload::allWidthsAndTypes()
+{
+    QFETCH(int, type);
+    QFETCH(int, typeSize);
+    QFETCH(int, size);
+    QFETCH(QVariant, value);
+    const QByteArray data = bytes("F1 F2 F3 F4 F5 F6 F7 F8 F9").left(size);
+
+    for (const bool expedited : {true, false}) {
+        if (expedited && (size == 0 || size > 4))
+            continue;
+        SdoUpload upload;
+        upload.start({0x6080, 0}, static_cast<DataType>(type), 0);
+        Step step;
+        if (expedited) {
+            const auto command = static_cast<char>(0x43 | (4 - size) << 2);
+            step = upload.takeResponse(QByteArray(1, command) + bytes("80 60 00") + data
+                                       + QByteArray(4 - size, '\0'));
+        } else {
+            step = upload.takeResponse(bytes("41 80 60 00") + static_cast<char>(size) + bytes("00 00 00"));
+            const QByteArray padded = data + QByteArray(14 - size, '\0');
+            if (!step.finished && size > 7) {
+                upload.takeResponse(QByteArray(1, '\0') + padded.left(7));
+                step = upload.takeResponse(QByteArray(1, static_cast<char>(0x11 | (14 - size) << 1))
+                                           + padded.right(7));
+            } else if (!step.finished) {
+                step = upload.takeResponse(QByteArray(1, static_cast<char>(0x01 | (7 - size) << 1))
+                                           + padded.left(7));
+            }
+        }
+        QVERIFY(step.finished);
+        if (size == typeSize) {
+            QCOMPARE(upload.outcome().kind, Kind::Value);
+            QCOMPARE(upload.outcome().value, value);
+        } else {
+            QCOMPARE(upload.outcome().kind, Kind::Error);
+            QCOMPARE(upload.outcome().code, size > typeSize ? 0x06070012u : 0x06070013u);
+            QVERIFY(!upload.outcome().value.isValid());
+        }
+    }
+}
+
+void tst_SdoUpload::announcedSize_data()
+{
+    QTest::addColumn<DataType>("type");
+    QTest::addColumn<quint32>("size");
+    QTest::addColumn<quint32>("code"); // 0: goes on
+
+    QTest::newRow("text, nothing") << DataType::VisibleString << 0u << 0u;
+    QTest::newRow("text, longest") << DataType::VisibleString << 65536u << 0u;
+    QTest::newRow("text, too long") << DataType::VisibleString << 65537u << 0x06070012u;
+    QTest::newRow("text, 2 GB") << DataType::VisibleString << 0x80000000u << 0x06070012u;
+    QTest::newRow("domain, 4 GB") << DataType::Domain << 0xFFFFFFFFu << 0x06070012u;
+    QTest::newRow("UNSIGNED32, right") << DataType::Unsigned32 << 4u << 0u;
+    QTest::newRow("UNSIGNED32, more") << DataType::Unsigned32 << 5u << 0x06070012u;
+    QTest::newRow("UNSIGNED32, 4 GB") << DataType::Unsigned32 << 0xFFFFFFFFu << 0x06070012u;
+    QTest::newRow("UNSIGNED32, less") << DataType::Unsigned32 << 3u << 0x06070013u;
+    QTest::newRow("UNSIGNED32, nothing") << DataType::Unsigned32 << 0u << 0x06070013u;
+}
+
+void tst_SdoUpload::announcedSize()
+{
+    QFETCH(DataType, type);
+    QFETCH(quint32, size);
+    QFETCH(quint32, code);
+
+    SdoUpload upload;
+    upload.start(deviceName, type, 2);
+    QByteArray answer = bytes("41 08 10 00");
+    for (int shift = 0; shift < 32; shift += 8)
+        answer.append(static_cast<char>(size >> shift & 0xFF));
+    const Step step = upload.takeResponse(answer);
+    if (code == 0) {
+        QCOMPARE(sent(step), Frames{askSegment0});
+        return;
+    }
+    QVERIFY(step.finished);
+    QCOMPARE(upload.outcome().kind, Kind::Error);
+    QCOMPARE(upload.outcome().code, code);
+    // The server's transfer is ended too.
+    const QByteArray abort
+        = code == 0x06070012u ? bytes("80 08 10 00 12 00 07 06") : bytes("80 08 10 00 13 00 07 06");
+    QCOMPARE(sent(step), Frames{abort});
+}
+
+void tst_SdoUpload::segmentSizes_data()
+{
+    QTest::addColumn<QByteArray>("initiate");
+    QTest::addColumn<Frames>("segments");
+    QTest::addColumn<QString>("text"); // of a value
+    QTest::addColumn<quint32>("code"); // of an error
+    QTest::addColumn<bool>("aborts");
+
+    const QByteArray unknownSize = bytes("40 08 10 00 00 00 00 00");
+    const QByteArray nothing = bytes("41 08 10 00 00 00 00 00");
+    QTest::newRow("size unknown") << unknownSize << Frames{nameSegment0, nameSegment1}
+                                  << QStringLiteral("ABCDEFGHI") << 0u << false;
+    QTest::newRow("unused bytes are not taken")
+        << unknownSize << Frames{bytes("0B 41 42 FF FF FF FF FF")} << QStringLiteral("AB") << 0u << false;
+    QTest::newRow("empty text, one empty segment")
+        << nothing << Frames{bytes("0F 00 00 00 00 00 00 00")} << QString() << 0u << false;
+    QTest::newRow("empty text, size unknown")
+        << unknownSize << Frames{bytes("0F 00 00 00 00 00 00 00")} << QString() << 0u << false;
+    QTest::newRow("last segment full")
+        << bytes("41 08 10 00 07 00 00 00") << Frames{bytes("01 41 42 43 44 45 46 47")}
+        << QStringLiteral("ABCDEFG") << 0u << false;
+    QTest::newRow("short segment in the middle")
+        << nameHas9Bytes << Frames{bytes("0A 41 42 00 00 00 00 00"), bytes("11 43 44 45 46 47 48 49")}
+        << QStringLiteral("ABCDEFGHI") << 0u << false;
+    QTest::newRow("empty segment in the middle")
+        << nameHas9Bytes
+        << Frames{nameSegment0, bytes("1E 00 00 00 00 00 00 00"), bytes("0B 48 49 00 00 00 00 00")}
+        << QStringLiteral("ABCDEFGHI") << 0u << false;
+    QTest::newRow("end in an empty segment")
+        << bytes("41 08 10 00 07 00 00 00") << Frames{nameSegment0, bytes("1F 00 00 00 00 00 00 00")}
+        << QStringLiteral("ABCDEFG") << 0u << false;
+    QTest::newRow("more than announced, and more to come")
+        << bytes("41 08 10 00 06 00 00 00") << Frames{nameSegment0} << QString() << 0x06070012u << true;
+    QTest::newRow("more than announced in the last segment")
+        << bytes("41 08 10 00 08 00 00 00") << Frames{nameSegment0, nameSegment1} << QString() << 0x06070012u
+        << false;
+    QTest::newRow("fewer than announced")
+        << bytes("41 08 10 00 0A 00 00 00") << Frames{nameSegment0, nameSegment1} << QString() << 0x06070013u
+        << false;
+    QTest::newRow("nothing announced, something comes")
+        << nothing << Frames{nameSegment0} << QString() << 0x06070012u << true;
+}
+
+void tst_SdoUpload::segmentSizes()
+{
+    QFETCH(QByteArray, initiate);
+    QFETCH(Frames, segments);
+    QFETCH(QString, text);
+    QFETCH(quint32, code);
+    QFETCH(bool, aborts);
+
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.takeResponse(initiate);
+    Step step;
+    for (int i = 0; i < segments.size(); ++i) {
+        step = upload.takeResponse(segments.at(i));
+        const bool isLast = i == segments.size() - 1;
+        QCOMPARE(step.finished, isLast);
+    }
+    QCOMPARE(step.frameCount, aborts ? 1 : 0);
+    if (code != 0) {
+        QCOMPARE(upload.outcome().kind, Kind::Error);
+        QCOMPARE(upload.outcome().code, code);
+        QVERIFY(!upload.outcome().value.isValid());
+        return;
+    }
+    QCOMPARE(upload.outcome().kind, Kind::Value);
+    QCOMPARE(upload.outcome().value, QVariant(text));
+}
+
+void tst_SdoUpload::unknownTypeGivesNoValue()
+{
+    SdoUpload upload;
+    upload.start(deviceType, static_cast<DataType>(0x99), 0);
+    QVERIFY(upload.takeResponse(typeIs).finished);
+    QCOMPARE(upload.outcome().kind, Kind::Error);
+    QCOMPARE(upload.outcome().code, 0x06070010u);
+}
+
+void tst_SdoUpload::endlessSegmentsEnd()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::Domain, 2);
+    upload.takeResponse(bytes("40 08 10 00 00 00 00 00"));
+    Step step;
+    int segments = 0;
+    while (!step.finished && segments < 20000) {
+        step = upload.takeResponse(segments % 2 == 0 ? bytes("00 01 02 03 04 05 06 07")
+                                                     : bytes("10 01 02 03 04 05 06 07"));
+        ++segments;
+    }
+    QCOMPARE(segments, 65536 / 7 + 1);
+    QCOMPARE(upload.outcome().kind, Kind::Error);
+    QCOMPARE(upload.outcome().code, 0x06070012u);
+    QCOMPARE(sent(step), Frames{bytes("80 08 10 00 12 00 07 06")});
+}
+
+void tst_SdoUpload::endlessEmptySegmentsEnd()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::Domain, 2);
+    upload.takeResponse(bytes("40 08 10 00 00 00 00 00"));
+    Step step;
+    int segments = 0;
+    while (!step.finished && segments < 1000) {
+        step = upload.takeResponse(segments % 2 == 0 ? bytes("0E 00 00 00 00 00 00 00")
+                                                     : bytes("1E 00 00 00 00 00 00 00"));
+        ++segments;
+    }
+    QCOMPARE(segments, 17);
+    QCOMPARE(upload.outcome().kind, Kind::Error);
+    QCOMPARE(sent(step), Frames{bytes("80 08 10 00 00 00 00 08")});
+}
+
+void tst_SdoUpload::deviceAborts()
+{
+    SdoUpload upload;
+    upload.start(deviceType, DataType::Unsigned32, 2);
+    const Step step = upload.takeResponse(bytes("80 00 10 00 00 00 02 06"));
+    QVERIFY(step.finished);
+    QCOMPARE(step.frameCount, 0);
+    QCOMPARE(upload.outcome().kind, Kind::Abort);
+    QCOMPARE(upload.outcome().code, 0x06020000u);
+}
+
+void tst_SdoUpload::deviceAbortsBetweenSegments()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.takeResponse(nameHas9Bytes);
+    upload.takeResponse(nameSegment0);
+    QVERIFY(upload.takeResponse(bytes("80 08 10 00 00 00 06 06")).finished);
+    QCOMPARE(upload.outcome().kind, Kind::Abort);
+    QCOMPARE(upload.outcome().code, 0x06060000u);
+    QVERIFY(!upload.outcome().value.isValid());
+}
+
+void tst_SdoUpload::abortWithAnotherKeyIsDropped()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    QVERIFY(isNothing(upload.takeResponse(bytes("80 08 10 01 00 00 02 06"))));
+    upload.takeResponse(nameHas9Bytes);
+    QVERIFY(isNothing(upload.takeResponse(bytes("80 09 10 00 00 00 02 06"))));
+    upload.takeResponse(nameSegment0);
+    QVERIFY(upload.takeResponse(nameSegment1).finished);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+}
+
+void tst_SdoUpload::abortWithoutCodeIsAnAbort()
+{
+    SdoUpload upload;
+    upload.start(deviceType, DataType::Unsigned32, 2);
+    QVERIFY(upload.takeResponse(bytes("80 00 10 00 00 00 00 00")).finished);
+    QCOMPARE(upload.outcome().kind, Kind::Abort);
+    QCOMPARE(upload.outcome().code, 0u);
+}
+
+void tst_SdoUpload::wrongToggleInFirstSegment()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.takeResponse(nameHas9Bytes);
+    const Step step = upload.takeResponse(bytes("10 41 42 43 44 45 46 47"));
+    QVERIFY(step.finished);
+    QCOMPARE(sent(step), Frames{bytes("80 08 10 00 00 00 03 05")});
+    QCOMPARE(upload.outcome().kind, Kind::Error);
+    QCOMPARE(upload.outcome().code, 0x05030000u);
+}
+
+void tst_SdoUpload::wrongToggleInSecondSegment()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.takeResponse(nameHas9Bytes);
+    upload.takeResponse(nameSegment0);
+    const Step step = upload.takeResponse(bytes("0B 48 49 00 00 00 00 00"));
+    QVERIFY(step.finished);
+    QCOMPARE(sent(step), Frames{bytes("80 08 10 00 00 00 03 05")});
+    QCOMPARE(upload.outcome().kind, Kind::Error);
+    QCOMPARE(upload.outcome().code, 0x05030000u);
+}
+
+void tst_SdoUpload::doubledSegmentIsDropped()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.takeResponse(nameHas9Bytes);
+    QCOMPARE(upload.takeResponse(nameHas9Bytes).frameCount, 0);
+    upload.takeResponse(nameSegment0);
+    QVERIFY(isNothing(upload.takeResponse(nameSegment0)));
+    QVERIFY(upload.takeResponse(nameSegment1).finished);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+}
+
+// A device that never changes the bit, and whose text repeats: only the silence after it tells.
+void tst_SdoUpload::repeatedSegmentThenSilenceIsWrongToggle()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.takeResponse(nameHas9Bytes);
+    upload.takeResponse(nameSegment0);
+    QVERIFY(isNothing(upload.takeResponse(nameSegment0)));
+    const Step step = upload.timeOver();
+    QVERIFY(step.finished);
+    QCOMPARE(sent(step), Frames{bytes("80 08 10 00 00 00 03 05")});
+    QCOMPARE(upload.outcome().kind, Kind::Error);
+    QCOMPARE(upload.outcome().code, 0x05030000u);
+}
+
+void tst_SdoUpload::nextUploadWorksAfterWrongToggle()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.takeResponse(nameHas9Bytes);
+    upload.takeResponse(bytes("10 41 42 43 44 45 46 47"));
+    QCOMPARE(upload.outcome().kind, Kind::Error);
+
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.takeResponse(nameHas9Bytes);
+    upload.takeResponse(nameSegment0);
+    QVERIFY(upload.takeResponse(nameSegment1).finished);
+    QCOMPARE(upload.outcome().kind, Kind::Value);
+    QCOMPARE(upload.outcome().code, 0u);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+}
+
+void tst_SdoUpload::timeOutRepeatsAfterAnAbort()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    QCOMPARE(upload.attempt(), 0);
+    const Step step = upload.timeOver();
+    QCOMPARE(sent(step), (Frames{nameTimedOut, askName}));
+    QVERIFY(step.waitRestarts);
+    QVERIFY(!step.finished);
+    QCOMPARE(upload.attempt(), 1);
+}
+
+void tst_SdoUpload::timeOutBetweenSegmentsStartsAnew()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.takeResponse(nameHas9Bytes);
+    upload.takeResponse(nameSegment0);
+    QCOMPARE(sent(upload.timeOver()), (Frames{nameTimedOut, askName}));
+
+    upload.takeResponse(nameSegment1); // late
+    QCOMPARE(sent(upload.takeResponse(nameHas9Bytes)), Frames{askSegment0});
+    upload.takeResponse(nameSegment0);
+    QVERIFY(upload.takeResponse(nameSegment1).finished);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+    QCOMPARE(upload.outcome().repeats, 1);
+}
+
+void tst_SdoUpload::silenceEndsAsTimeOut()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    QVERIFY(!upload.timeOver().finished);
+    QVERIFY(!upload.timeOver().finished);
+    const Step step = upload.timeOver();
+    QVERIFY(step.finished);
+    QCOMPARE(sent(step), Frames{nameTimedOut});
+    QCOMPARE(upload.outcome().kind, Kind::Timeout);
+    QCOMPARE(upload.outcome().repeats, 2);
+    QVERIFY(isNothing(upload.timeOver()));
+}
+
+void tst_SdoUpload::giveUpSendsAbort()
+{
+    SdoUpload upload;
+    QVERIFY(isNothing(upload.giveUp()));
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.takeResponse(nameHas9Bytes);
+    const Step step = upload.giveUp();
+    QVERIFY(step.finished);
+    QCOMPARE(sent(step), Frames{nameTimedOut});
+    QCOMPARE(upload.outcome().kind, Kind::Timeout);
+}
+
+void tst_SdoUpload::lateAnswerIsTaken()
+{
+    SdoUpload upload;
+    upload.start(deviceType, DataType::Unsigned32, 2);
+    upload.timeOver();
+    QVERIFY(upload.takeResponse(typeIs).finished);
+    QCOMPARE(upload.outcome().kind, Kind::Value);
+    QCOMPARE(upload.outcome().value, QVariant(0x80020192u));
+    QCOMPARE(upload.outcome().repeats, 1);
+
+    // The answer to the repeated request comes during the next upload.
+    upload.start({0x1001, 0}, DataType::Unsigned32, 2);
+    QVERIFY(isNothing(upload.takeResponse(typeIs)));
+    QVERIFY(upload.takeResponse(bytes("43 01 10 00 05 00 00 00")).finished);
+    QCOMPARE(upload.outcome().value, QVariant(5u));
+}
+
+void tst_SdoUpload::lateAbortIsTaken()
+{
+    SdoUpload upload;
+    upload.start(deviceType, DataType::Unsigned32, 2);
+    upload.timeOver();
+    QVERIFY(upload.takeResponse(bytes("80 00 10 00 00 00 02 06")).finished);
+    QCOMPARE(upload.outcome().kind, Kind::Abort);
+}
+
+void tst_SdoUpload::lateSegmentOfAnEarlierAttemptIsDropped()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.takeResponse(nameHas9Bytes);
+    upload.timeOver();
+    QVERIFY(isNothing(upload.takeResponse(bytes("00 78 78 78 78 78 78 78"))));
+    upload.takeResponse(nameHas9Bytes);
+    upload.takeResponse(nameSegment0);
+    QVERIFY(upload.takeResponse(nameSegment1).finished);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+}
+
+// First and repeated request are both answered before the first segment: the later answer counts, and the
+// segment is asked for only once.
+void tst_SdoUpload::secondInitiateResponseBeforeSegments()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.timeOver();
+    QCOMPARE(sent(upload.takeResponse(bytes("41 08 10 00 05 00 00 00"))), Frames{askSegment0});
+    const Step second = upload.takeResponse(nameHas9Bytes);
+    QCOMPARE(second.frameCount, 0);
+    QVERIFY(second.waitRestarts);
+    upload.takeResponse(nameSegment0);
+    QVERIFY(upload.takeResponse(nameSegment1).finished);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+}
+
+// It answers a later request than the segments so far, which are an older transfer's.
+void tst_SdoUpload::initiateResponseBetweenSegmentsStartsAfresh()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.takeResponse(nameHas9Bytes);
+    upload.takeResponse(bytes("00 78 78 78 78 78 78 78"));
+    QCOMPARE(sent(upload.takeResponse(nameHas9Bytes)), (Frames{nameTimedOut, askName}));
+    QVERIFY(isNothing(upload.takeResponse(bytes("1B 78 78 00 00 00 00 00"))));
+    upload.takeResponse(nameHas9Bytes);
+    upload.takeResponse(nameSegment0);
+    QVERIFY(upload.takeResponse(nameSegment1).finished);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+}
+
+// Two requests and a segment request are on their way when the time is over. The answer to the second request
+// comes then, and looks like the answer to the third.
+void tst_SdoUpload::owedSegmentIsWaitedFor()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 3);
+    upload.timeOver();
+    QCOMPARE(sent(upload.takeResponse(nameHas9Bytes)), Frames{askSegment0});
+    QCOMPARE(sent(upload.timeOver()), (Frames{nameTimedOut, askName}));
+    const Step step = upload.takeResponse(nameHas9Bytes);
+    QCOMPARE(step.frameCount, 0);
+    QVERIFY(step.waitRestarts);
+    QVERIFY(isNothing(upload.takeResponse(bytes("00 78 78 78 78 78 78 78"))));
+    QCOMPARE(sent(upload.takeResponse(nameHas9Bytes)), Frames{askSegment0});
+    upload.takeResponse(nameSegment0);
+    QVERIFY(upload.takeResponse(nameSegment1).finished);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+}
+
+void tst_SdoUpload::owedSegmentThatIsLostIsNotWaitedForTwice()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 1);
+    upload.takeResponse(nameHas9Bytes);
+    upload.timeOver();
+    QCOMPARE(upload.takeResponse(nameHas9Bytes).frameCount, 0);
+    QCOMPARE(sent(upload.timeOver()), Frames{askSegment0});
+    upload.takeResponse(nameSegment0);
+    QVERIFY(upload.takeResponse(nameSegment1).finished);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+    QCOMPARE(upload.outcome().repeats, 1);
+}
+
+void tst_SdoUpload::owedSegmentOfTheUploadBefore()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 0);
+    upload.takeResponse(nameHas9Bytes);
+    QVERIFY(upload.timeOver().finished);
+
+    upload.start(deviceName, DataType::VisibleString, 0);
+    QVERIFY(isNothing(upload.takeResponse(bytes("00 78 78 78 78 78 78 78"))));
+    QCOMPARE(sent(upload.takeResponse(nameHas9Bytes)), Frames{askSegment0});
+}
+
+void tst_SdoUpload::answersAfterTheEndAreDropped()
+{
+    SdoUpload upload;
+    QVERIFY(isNothing(upload.takeResponse(typeIs)));
+    upload.start(deviceType, DataType::Unsigned32, 2);
+    upload.takeResponse(typeIs);
+    QVERIFY(isNothing(upload.takeResponse(bytes("43 00 10 00 00 00 00 00"))));
+    QVERIFY(isNothing(upload.takeResponse(bytes("80 00 10 00 00 00 02 06"))));
+    QVERIFY(isNothing(upload.takeForeignRequest(foreignAsksVersion)));
+    QCOMPARE(upload.outcome().value, QVariant(0x80020192u));
+}
+
+void tst_SdoUpload::forgetSendsNothing()
+{
+    SdoUpload upload;
+    upload.start(deviceType, DataType::Unsigned32, 2);
+    upload.forget();
+    QVERIFY(!upload.isActive());
+    QVERIFY(isNothing(upload.takeResponse(typeIs)));
+    QVERIFY(isNothing(upload.timeOver()));
+}
+
+void tst_SdoUpload::dropsWhatIsNotOurs_data()
+{
+    QTest::addColumn<QByteArray>("payload");
+
+    QTest::newRow("other index") << bytes("43 01 10 00 92 01 02 03");
+    QTest::newRow("other index, high byte") << bytes("43 00 11 00 92 01 02 03");
+    QTest::newRow("other sub-index") << bytes("43 00 10 01 92 01 02 03");
+    QTest::newRow("other object, segmented") << nameHas9Bytes;
+    QTest::newRow("segment unasked") << nameSegment0;
+    QTest::newRow("last segment unasked") << nameSegment1;
+    QTest::newRow("answer to a download of ours") << bytes("60 00 10 00 00 00 00 00");
+    QTest::newRow("answer to a download segment") << bytes("20 00 00 00 00 00 00 00");
+    QTest::newRow("answer to a block upload of ours") << bytes("C6 00 10 00 04 00 00 00");
+    QTest::newRow("answer to a block download of ours") << bytes("A4 00 10 00 7F 00 00 00");
+    QTest::newRow("reserved specifier") << bytes("E0 00 10 00 92 01 02 03");
+}
+
+void tst_SdoUpload::dropsWhatIsNotOurs()
+{
+    QFETCH(QByteArray, payload);
+    SdoUpload upload;
+    upload.start(deviceType, DataType::Unsigned32, 2);
+    QVERIFY(isNothing(upload.takeResponse(payload)));
+    QVERIFY(isNothing(upload.takeResponse(payload)));
+    QVERIFY(upload.isUnanswered());
+    QVERIFY(upload.takeResponse(typeIs).finished);
+    QCOMPARE(upload.outcome().value, QVariant(0x80020192u));
+}
+
+void tst_SdoUpload::foreignExpeditedUploadChangesNothing()
+{
+    SdoUpload upload;
+    upload.start(deviceType, DataType::Unsigned32, 2);
+    QVERIFY(isNothing(upload.takeForeignRequest(foreignAsksVersion)));
+    QVERIFY(isNothing(upload.takeResponse(versionIsExpedited)));
+    QVERIFY(upload.takeResponse(typeIs).finished);
+    QCOMPARE(upload.outcome().value, QVariant(0x80020192u));
+}
+
+void tst_SdoUpload::foreignRequestBetweenSegmentsRestarts()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.takeResponse(nameHas9Bytes);
+    upload.takeResponse(nameSegment0);
+    // The other client takes the server over for a segmented upload of its own.
+    Step step = upload.takeForeignRequest(foreignAsksVersion);
+    QCOMPARE(step.frameCount, 0);
+    QVERIFY(step.waitRestarts);
+    QCOMPARE(upload.takeResponse(bytes("41 09 10 00 0A 00 00 00")).frameCount, 0);
+    QCOMPARE(upload.takeForeignRequest(askSegment0).frameCount, 0);
+    QCOMPARE(upload.takeResponse(bytes("00 78 78 78 78 78 78 78")).frameCount, 0);
+    QCOMPARE(upload.takeForeignRequest(askSegment1).frameCount, 0);
+    step = upload.takeResponse(bytes("19 78 78 78 00 00 00 00"));
+    QCOMPARE(sent(step), Frames{askName}); // without an abort: the server is free
+
+    upload.takeResponse(nameHas9Bytes);
+    upload.takeResponse(nameSegment0);
+    QVERIFY(upload.takeResponse(nameSegment1).finished);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+    QCOMPARE(upload.outcome().repeats, 0);
+}
+
+// The other client's request was on the bus between our request and the start of our segments.
+void tst_SdoUpload::foreignRequestBeforeSegmentsRestarts()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    QVERIFY(isNothing(upload.takeForeignRequest(foreignAsksVersion)));
+    QCOMPARE(upload.takeResponse(nameHas9Bytes).frameCount, 0);
+    const Step step = upload.takeResponse(versionIsExpedited);
+    QCOMPARE(sent(step), Frames{askName});
+
+    upload.takeResponse(nameHas9Bytes);
+    upload.takeResponse(nameSegment0);
+    QVERIFY(upload.takeResponse(nameSegment1).finished);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+}
+
+void tst_SdoUpload::foreignDownloadOfOurObjectRestarts()
+{
+    SdoUpload upload;
+    upload.start(deviceType, DataType::Unsigned32, 2);
+    QCOMPARE(upload.takeForeignRequest(bytes("23 00 10 00 01 00 00 00")).frameCount, 0);
+    QCOMPARE(upload.takeResponse(typeIs).frameCount, 0);
+    // The object can only be read: the abort with our multiplexer is the other client's.
+    const Step step = upload.takeResponse(bytes("80 00 10 00 02 00 01 06"));
+    QVERIFY(!step.finished);
+    QCOMPARE(sent(step), Frames{askType});
+    QVERIFY(upload.takeResponse(typeIs).finished);
+    QCOMPARE(upload.outcome().kind, Kind::Value);
+}
+
+// The segment request of another client meets our transfer, and the server aborts that: not an answer to us.
+void tst_SdoUpload::foreignSegmentMakesAbortUnclear()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    QVERIFY(isNothing(upload.takeForeignRequest(askSegment1)));
+    const Step step = upload.takeResponse(bytes("80 08 10 00 00 00 03 05"));
+    QVERIFY(!step.finished);
+    QCOMPARE(sent(step), Frames{askName});
+    // Without another client the same abort counts.
+    QVERIFY(upload.takeResponse(bytes("80 08 10 00 00 00 03 05")).finished);
+    QCOMPARE(upload.outcome().kind, Kind::Abort);
+    QCOMPARE(upload.outcome().code, 0x05030000u);
+}
+
+void tst_SdoUpload::foreignAbortRestartsSegments()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.takeResponse(nameHas9Bytes);
+    const Step step = upload.takeForeignRequest(bytes("80 09 10 00 00 00 04 05"));
+    QCOMPARE(sent(step), Frames{askName});
+}
+
+void tst_SdoUpload::foreignBlockUploadIsWaitedFor()
+{
+    SdoUpload upload;
+    upload.start(deviceType, DataType::Unsigned32, 2);
+    upload.takeForeignRequest(bytes("A0 09 10 00 7F 00 00 00"));
+    upload.takeResponse(bytes("C2 09 10 00 0E 00 00 00"));
+    upload.takeForeignRequest(bytes("A3 00 00 00 00 00 00 00"));
+    // The 67th segment of the block looks like an answer to us.
+    QVERIFY(!upload.takeResponse(bytes("43 00 10 00 11 11 11 11")).finished);
+    upload.takeForeignRequest(bytes("A2 43 7F 00 00 00 00 00"));
+    upload.takeResponse(bytes("C1 00 00 00 00 00 00 00"));
+    QCOMPARE(sent(upload.takeForeignRequest(bytes("A1 00 00 00 00 00 00 00"))), Frames{askType});
+    QVERIFY(upload.takeResponse(typeIs).finished);
+    QCOMPARE(upload.outcome().value, QVariant(0x80020192u));
+}
+
+void tst_SdoUpload::foreignTransferBeforeStartIsWaitedFor()
+{
+    SdoUpload upload;
+    upload.takeForeignRequest(foreignAsksVersion);
+    upload.takeResponse(bytes("41 09 10 00 0A 00 00 00"));
+    upload.takeForeignRequest(askSegment0);
+    const Step start = upload.start(deviceType, DataType::Unsigned32, 2);
+    QCOMPARE(start.frameCount, 0);
+    QVERIFY(start.waitRestarts);
+    QVERIFY(upload.isActive());
+    QCOMPARE(sent(upload.takeResponse(bytes("01 78 78 78 78 78 78 78"))), Frames{askType});
+    QVERIFY(upload.takeResponse(typeIs).finished);
+}
+
+void tst_SdoUpload::foreignDownloadAnsweredAfterStart()
+{
+    SdoUpload upload;
+    upload.takeForeignRequest(bytes("23 00 10 00 01 00 00 00"));
+    upload.start(deviceType, DataType::Unsigned32, 2);
+    const Step step = upload.takeResponse(bytes("80 00 10 00 02 00 01 06"));
+    QVERIFY(!step.finished);
+    QCOMPARE(sent(step), Frames{askType});
+}
+
+void tst_SdoUpload::silentForeignTransferIsNotWaitedForTwice()
+{
+    SdoUpload upload;
+    upload.takeForeignRequest(askSegment0); // and nothing more of it
+    upload.start(deviceType, DataType::Unsigned32, 0);
+    const Step step = upload.timeOver();
+    QVERIFY(!step.finished);
+    QCOMPARE(sent(step), Frames{askType});
+    QCOMPARE(upload.attempt(), 0); // the device has not been asked before
+    upload.takeResponse(typeIs);
+    QCOMPARE(upload.outcome().kind, Kind::Value);
+    QCOMPARE(sent(upload.start(deviceType, DataType::Unsigned32, 0)), Frames{askType});
+}
+
+void tst_SdoUpload::foreignTransferIsNotAborted()
+{
+    SdoUpload upload;
+    upload.start(deviceType, DataType::Unsigned32, 1);
+    upload.takeForeignRequest(foreignAsksVersion);
+    upload.takeResponse(bytes("41 09 10 00 0A 00 00 00"));
+    QCOMPARE(sent(upload.timeOver()), Frames{askType});
+}
+
+void tst_SdoUpload::endlessForeignTransfersEnd()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    int rounds = 0;
+    Step step;
+    while (!step.finished && rounds < 100) {
+        ++rounds;
+        upload.takeResponse(nameHas9Bytes);
+        step = upload.takeForeignRequest(foreignAsksVersion);
+        if (!step.finished)
+            upload.takeResponse(versionIsExpedited);
+    }
+    QCOMPARE(rounds, 11);
+    QCOMPARE(upload.outcome().kind, Kind::Error);
+    QCOMPARE(upload.outcome().code, 0x060A0023u);
+    QCOMPARE(step.frameCount, 0);
+}
+
+void tst_SdoUpload::foreignTransferLongerThanOurTime()
+{
+    SdoUpload upload;
+    upload.takeForeignRequest(askSegment0);
+    upload.start(deviceType, DataType::Unsigned32, 2);
+    const Step step = upload.giveUp();
+    QVERIFY(step.finished);
+    QCOMPARE(step.frameCount, 0);
+    QCOMPARE(upload.outcome().kind, Kind::Error);
+    QCOMPARE(upload.outcome().code, 0x060A0023u);
+}
+
+QTEST_APPLESS_MAIN(tst_SdoUpload)
+
+#include "tst_sdoupload.moc"
