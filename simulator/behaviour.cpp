@@ -1,0 +1,228 @@
+// SPDX-License-Identifier: MIT
+#include "behaviour.h"
+
+#include "objectname.h"
+
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QtEndian>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace Simulator {
+
+namespace {
+
+using CanOpen::DataType;
+
+constexpr double pi = 3.14159265358979323846;
+constexpr double microsecondsPerSecond = 1e6;
+constexpr double microsecondsPerMillisecond = 1e3;
+constexpr double largestParameter = 1e15; // exact as double
+
+struct NumberParameter
+{
+    const char *name = nullptr;
+    double Behaviour::*member = nullptr;
+    bool isDuration = false; // must be positive
+};
+
+struct KindInfo
+{
+    BehaviourKind kind;
+    const char *name;
+    NumberParameter parameters[3];
+};
+
+constexpr KindInfo kinds[] = {
+    {BehaviourKind::Ramp,
+     "ramp",
+     {{"from", &Behaviour::from, false},
+      {"to", &Behaviour::to, false},
+      {"seconds", &Behaviour::seconds, true}}},
+    {BehaviourKind::Sine,
+     "sine",
+     {{"mean", &Behaviour::mean, false},
+      {"amplitude", &Behaviour::amplitude, false},
+      {"periodSeconds", &Behaviour::periodSeconds, true}}},
+    {BehaviourKind::Random,
+     "random",
+     {{"min", &Behaviour::min, false},
+      {"max", &Behaviour::max, false},
+      {"intervalMs", &Behaviour::intervalMs, true}}},
+    {BehaviourKind::Counter,
+     "counter",
+     {{"from", &Behaviour::from, false},
+      {"step", &Behaviour::step, false},
+      {"intervalMs", &Behaviour::intervalMs, true}}},
+};
+static_assert(sizeof(kinds) / sizeof(kinds[0]) == 4, "one row per kind");
+
+struct Range
+{
+    double lowest;
+    double highest;
+};
+
+/*! The range of a type as doubles that convert back without overflow. */
+std::optional<Range> rangeOf(DataType type)
+{
+    switch (type) {
+    case DataType::Boolean:
+        return Range{0, 1};
+    case DataType::Integer8:
+        return Range{-128, 127};
+    case DataType::Integer16:
+        return Range{-32768, 32767};
+    case DataType::Integer32:
+        return Range{-2147483648.0, 2147483647.0};
+    case DataType::Unsigned8:
+        return Range{0, 255};
+    case DataType::Unsigned16:
+        return Range{0, 65535};
+    case DataType::Unsigned32:
+        return Range{0, 4294967295.0};
+    case DataType::Integer64:
+        return Range{-9007199254740992.0, 9007199254740992.0}; // 2^53, what a double counts exactly
+    case DataType::Unsigned64:
+        return Range{0, 9007199254740992.0};
+    case DataType::Real32:
+    case DataType::Real64:
+        return Range{-3.0e38, 3.0e38};
+    default:
+        return std::nullopt;
+    }
+}
+
+/*! A number from 0 to 1 that only depends on \a seed (the mixing steps of SplitMix64). */
+double scatter(quint64 seed)
+{
+    seed += 0x9E3779B97F4A7C15u;
+    seed = (seed ^ (seed >> 30)) * 0xBF58476D1CE4E5B9u;
+    seed = (seed ^ (seed >> 27)) * 0x94D049BB133111EBu;
+    seed ^= seed >> 31;
+    return static_cast<double>(seed >> 11) / 9007199254740992.0;
+}
+
+double rampValue(const Behaviour &behaviour, double seconds)
+{
+    double part = seconds / behaviour.seconds;
+    part = behaviour.repeat ? part - std::floor(part) : std::min(part, 1.0);
+    return behaviour.from + (behaviour.to - behaviour.from) * part;
+}
+
+} // namespace
+
+bool isNumber(DataType type)
+{
+    return rangeOf(type).has_value();
+}
+
+double behaviourValue(const Behaviour &behaviour, qint64 elapsed)
+{
+    const auto time = static_cast<double>(std::max<qint64>(elapsed, 0));
+    const double seconds = time / microsecondsPerSecond;
+    const double intervals = std::floor(time / microsecondsPerMillisecond / behaviour.intervalMs);
+    switch (behaviour.kind) {
+    case BehaviourKind::Ramp:
+        return rampValue(behaviour, seconds);
+    case BehaviourKind::Sine:
+        return behaviour.mean + behaviour.amplitude * std::sin(2 * pi * seconds / behaviour.periodSeconds);
+    case BehaviourKind::Random: {
+        const quint64 seed = quint64(behaviour.object.index) << 48 ^ quint64(behaviour.object.subIndex) << 40
+                             ^ static_cast<quint64>(std::min(intervals, largestParameter));
+        return behaviour.min + (behaviour.max - behaviour.min) * scatter(seed);
+    }
+    case BehaviourKind::Counter:
+        return behaviour.from + behaviour.step * intervals;
+    }
+    return 0;
+}
+
+std::optional<QByteArray> behaviourData(const Behaviour &behaviour, const CanOpen::ObjectEntry &entry,
+                                        qint64 elapsed)
+{
+    std::optional<Range> range = rangeOf(entry.type);
+    if (!range)
+        return std::nullopt;
+    if (entry.lowLimit)
+        range->lowest = std::max(range->lowest, static_cast<double>(*entry.lowLimit));
+    if (entry.highLimit)
+        range->highest = std::min(range->highest, static_cast<double>(*entry.highLimit));
+
+    const bool isReal = entry.type == DataType::Real32 || entry.type == DataType::Real64;
+    double value = behaviourValue(behaviour, elapsed);
+    if (!isReal)
+        value = std::round(value);
+    if (behaviour.kind == BehaviourKind::Counter && !isReal && range->highest > range->lowest
+        && (value > range->highest || value < range->lowest)) {
+        const double values = range->highest - range->lowest + 1;
+        const double rest = std::fmod(value - range->lowest, values);
+        value = range->lowest + (rest < 0 ? rest + values : rest);
+    }
+    // Limits that exclude each other leave the lower one.
+    value = std::max(std::min(value, range->highest), range->lowest);
+    return CanOpen::encodeValue(entry.type,
+                                isReal ? QVariant(value) : QVariant(static_cast<qlonglong>(value)));
+}
+
+std::optional<Behaviour> parseBehaviour(const QJsonObject &json, QString *errorMessage)
+{
+    const auto fail = [errorMessage](const QString &problem) {
+        *errorMessage = problem;
+        return std::nullopt;
+    };
+    const QString kindName = json.value(QLatin1String("kind")).toString();
+    const KindInfo *info = nullptr;
+    for (const KindInfo &candidate : kinds) {
+        if (kindName == QLatin1String(candidate.name))
+            info = &candidate;
+    }
+    if (info == nullptr)
+        return fail(
+            QStringLiteral("kind: \"%1\" is none of ramp, sine, random, counter").arg(kindName.left(80)));
+
+    Behaviour behaviour;
+    behaviour.kind = info->kind;
+    const QString objectName = json.value(QLatin1String("object")).toString();
+    const std::optional<CanOpen::ObjectKey> object = parseObjectKey(objectName);
+    if (!object)
+        return fail(
+            QStringLiteral("object: \"%1\" is no object such as \"6164sub2\"").arg(objectName.left(80)));
+    behaviour.object = *object;
+
+    int known = 2;
+    for (const NumberParameter &parameter : info->parameters) {
+        const QString name = QLatin1String(parameter.name);
+        const QJsonValue value = json.value(name);
+        if (!value.isDouble() || std::abs(value.toDouble()) > largestParameter)
+            return fail(name + QStringLiteral(": a number is missing for \"%1\"").arg(kindName));
+        if (parameter.isDuration && value.toDouble() < 1e-3)
+            return fail(name + QStringLiteral(": the time must be at least 0.001"));
+        behaviour.*parameter.member = value.toDouble();
+        ++known;
+    }
+    const QJsonValue repeat = json.value(QLatin1String("repeat"));
+    if (info->kind == BehaviourKind::Ramp && !repeat.isUndefined()) {
+        if (!repeat.isBool())
+            return fail(QStringLiteral("repeat: neither true nor false"));
+        behaviour.repeat = repeat.toBool();
+        ++known;
+    }
+    if (behaviour.kind == BehaviourKind::Random && behaviour.min > behaviour.max)
+        return fail(QStringLiteral("min: larger than max"));
+    if (json.size() != known) {
+        for (const QString &key : json.keys()) {
+            const bool isParameter = std::any_of(
+                std::begin(info->parameters), std::end(info->parameters),
+                [&key](const NumberParameter &parameter) { return key == QLatin1String(parameter.name); });
+            if (!isParameter && key != QLatin1String("kind") && key != QLatin1String("object"))
+                return fail(QStringLiteral("%1: not known for \"%2\"").arg(key.left(80), kindName));
+        }
+    }
+    return behaviour;
+}
+
+} // namespace Simulator
