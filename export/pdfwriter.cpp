@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: MIT
+#include "pdfwriter.h"
+
+#include "pdffile.h"
+
+#include <interpreter/datainterpreter.h>
+
+#include <QDir>
+#include <QFile>
+#include <QPrinter>
+#include <QSaveFile>
+#include <QStandardPaths>
+#include <QTemporaryFile>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextFrame>
+#include <QTextStream>
+#include <QVariant>
+
+namespace {
+
+constexpr quint16 deviceStatus = 0x6002;
+
+QString styleSheet()
+{
+    QFile file(QStringLiteral(":/files/pdf.css"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+/*! Text of several lines as one line of HTML. */
+QString withHtmlLineBreaks(QString text)
+{
+    return text.replace(QLatin1Char('\n'), QLatin1String("<br>"));
+}
+
+/*! State of the battery's finite state automaton: bits 11 to 6 of the device status. */
+quint8 batteryState(quint32 status)
+{
+    return static_cast<quint8>((status >> 6) & 0x3F);
+}
+
+/*! Keeps empty pages out of a document in which every device table ends its page.
+ *
+ *  Where there is no room for the space below a table it would take a page of its own, and so would the end
+ * of the text behind the last table.
+ */
+void removeEmptyPages(QTextDocument &document)
+{
+    const QList<QTextFrame *> tables = document.rootFrame()->childFrames();
+    QTextCursor cursor(&document);
+    cursor.beginEditBlock();
+    for (QTextFrame *table : tables) {
+        QTextFrameFormat format = table->frameFormat();
+        if ((format.pageBreakPolicy() & QTextFormat::PageBreak_AlwaysAfter) == 0)
+            continue;
+        format.setBottomMargin(0);
+        if (table == tables.last())
+            format.setPageBreakPolicy(QTextFormat::PageBreak_Auto);
+        table->setFrameFormat(format);
+    }
+    cursor.endEditBlock();
+}
+
+} // namespace
+
+pdfWriter::pdfWriter()
+    : m_document(std::make_unique<QTextDocument>())
+{
+    m_document->setUndoRedoEnabled(false);
+    m_html += QLatin1String("<html><head></head><body>");
+    m_html += QLatin1String("<style type=\"text/css\">");
+    m_html += styleSheet();
+    m_html += QLatin1String("</style>");
+    // Deliberate: this tag closes nothing.
+    m_html += QLatin1String("</div>");
+    m_html += QLatin1String("<div class=\"center\">");
+    m_html += QLatin1String("<h1 align=\"center\">Draxel Report</h1><br>");
+}
+
+pdfWriter::~pdfWriter() = default;
+
+QString pdfWriter::homeFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::HomeLocation);
+}
+
+QString pdfWriter::pdfPath(const QString &folder)
+{
+    return folder + QLatin1String("/dx_report.pdf");
+}
+
+QString pdfWriter::htmlPath(const QString &folder)
+{
+    return folder + QLatin1String("/dx_report.html");
+}
+
+void pdfWriter::beginDeviceTable(const QString &title)
+{
+    m_html += QLatin1String("<table class=\"deviceTable\" cellspacing=\"0\" width=\"100%\">"
+                            "<tr><td  class=\"deviceTitle\" align=\"center\">");
+    m_html += title;
+    m_html += QLatin1String("</td></tr>"
+                            "<tr><td class=\"inTable\">");
+}
+
+void pdfWriter::beginSectionTable(const QString &title)
+{
+    m_html += QLatin1String("<table class=\"describeTable\" cellspacing=\"0\" width=\"100%\">"
+                            "<tr><td  class=\"describeTitle\" colspan=\"2\" align=\"center\">");
+    m_html += title;
+    m_html += QLatin1String("</td></tr>");
+}
+
+void pdfWriter::endSectionTable()
+{
+    m_html += QLatin1String("</table>");
+}
+
+void pdfWriter::endDeviceTable()
+{
+    m_rowIndex = 0;
+    m_html += QLatin1String("</table></td></tr></table>");
+}
+
+void pdfWriter::addRow(const QString &name, const QString &text)
+{
+    m_html += m_rowIndex % 2 == 0 ? QLatin1String("<tr class=\"alt1\"><td class=\"itemName\" width=\"60%\">")
+                                  : QLatin1String("<tr class=\"alt2\"><td class=\"itemName\" width=\"60%\">");
+    m_html += name;
+    m_html += QLatin1String("</td><td class=\"itemInter\">");
+    m_html += text;
+    m_html += QLatin1String("</td></tr>");
+    ++m_rowIndex;
+}
+
+void pdfWriter::addObjectRow(quint16 index, const QVariant &value)
+{
+    // Deliberate: name and text are those of sub-index 1, whichever entry the value is of.
+    addRow(DataInterpreter::objectName(index, 1), DataInterpreter::formatValue(index, 1, value));
+}
+
+void pdfWriter::addErrorRegisterRow(const QVariant &value)
+{
+    // Deliberate: the name is not translated, and the line breaks of the text stay as they are.
+    addRow(QStringLiteral("Error register"), DataInterpreter::interpretErrorRegister(value));
+}
+
+void pdfWriter::addDeviceInformationRow(const QVariant &value)
+{
+    // Deliberate: the name is not translated.
+    addRow(QStringLiteral("Device information"),
+           withHtmlLineBreaks(DataInterpreter::interpretDeviceType(value)));
+}
+
+void pdfWriter::addDeviceStatusRows(const QVariant &value)
+{
+    QString flags;
+    QString state;
+    DataInterpreter::interpretDeviceStatus(value, flags, state);
+    addRow(DataInterpreter::objectName(deviceStatus, 1), flags);
+    addRow(tr("Draxel FSA state"), state);
+}
+
+void pdfWriter::addBatteryStatusRow(const QVariant &value)
+{
+    Qt::GlobalColor unusedColor = Qt::black;
+    addRow(tr("Battery Status"),
+           DataInterpreter::interpretFsaState(batteryState(value.toUInt()), unusedColor));
+}
+
+bool pdfWriter::writeFiles(const QString &folder)
+{
+    m_errorString.clear();
+    m_html += QLatin1String("</div></body></html>");
+    return writeHtml(htmlPath(folder)) && writePdf(pdfPath(folder));
+}
+
+bool pdfWriter::writeHtml(const QString &path)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
+        return failed(path, file.errorString());
+
+    QTextStream stream(&file);
+    stream << m_html;
+    stream.flush();
+    if (stream.status() != QTextStream::Ok || !file.commit())
+        return failed(path, file.errorString());
+    return true;
+}
+
+bool pdfWriter::writePdf(const QString &path)
+{
+    // The printer truncates its file at once and hardly reports errors, so it gets a file beside the target.
+    QTemporaryFile printed(path + QLatin1String(".XXXXXX"));
+    if (!printed.open())
+        return failed(path, printed.errorString());
+
+    print(printed.fileName());
+    const QByteArray pdf = printed.readAll();
+    if (!isCompletePdf(pdf))
+        return failed(path, tr("printing broke off, perhaps because the disk is full"));
+
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(pdf) != pdf.size() || !file.commit())
+        return failed(path, file.errorString());
+    return true;
+}
+
+void pdfWriter::print(const QString &path)
+{
+    constexpr qreal margin = 10; // mm
+
+    QPrinter printer(QPrinter::ScreenResolution);
+    printer.setOutputFileName(path);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    printer.setPageMargins(QMarginsF(margin, margin, margin, margin), QPageLayout::Millimeter);
+
+    m_document->setPageSize(printer.pageLayout().fullRectPoints().size());
+    m_document->setHtml(m_html);
+    removeEmptyPages(*m_document);
+    m_document->print(&printer);
+}
+
+bool pdfWriter::failed(const QString &path, const QString &reason)
+{
+    m_errorString = tr("The file %1 cannot be written: %2.").arg(QDir::toNativeSeparators(path), reason);
+    return false;
+}
