@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCoreApplication>
+
+/*! Translations of the window's helpers: their texts are in the window's own context. */
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(OverviewForm)
+};
