@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "commandarguments.h"
+
+#include "console.h"
+#include "exitstatus.h"
+
+namespace {
+
+const QString helpOption = QStringLiteral("help");
+const QString busOption = QStringLiteral("bus");
+const QString bitRateOption = QStringLiteral("bitrate");
+
+QString withoutLineEnd(QString text)
+{
+    while (text.endsWith(QLatin1Char('\n')))
+        text.chop(1);
+    return text;
+}
+
+} // namespace
+
+CommandArguments::CommandArguments(const QString &name, const QString &description)
+    : m_name(name)
+{
+    m_parser.setApplicationDescription(description);
+    m_parser.addOption({{QStringLiteral("h"), helpOption}, tr("Show this help.")});
+    // Only for the help: the command is taken off before the arguments are parsed.
+    m_parser.addPositionalArgument(name, QString(), name);
+}
+
+void CommandArguments::addBusOptions()
+{
+    m_hasBus = true;
+    m_parser.addOption({busOption,
+                        tr("The bus, for example socketcan:can0 or simulated:pedelec. "
+                           "\"draxelctl interfaces\" lists what there is."),
+                        QStringLiteral("PLUGIN:INTERFACE")});
+    m_parser.addOption(
+        {bitRateOption,
+         tr("Set this bit rate (bit/s) first. Without it the interface stays as it is configured."),
+         QStringLiteral("N")});
+}
+
+void CommandArguments::addPositional(const QString &syntax, const QString &description)
+{
+    m_positionalSyntax = syntax;
+    m_parser.addPositionalArgument(syntax, description, syntax);
+}
+
+std::optional<int> CommandArguments::parse(const QStringList &arguments)
+{
+    QStringList ownArguments = arguments;
+    if (ownArguments.size() > 1)
+        ownArguments.removeAt(1); // the command
+    const bool isParsed = m_parser.parse(ownArguments);
+    if (isParsed && m_parser.isSet(helpOption)) {
+        Console::print(withoutLineEnd(m_parser.helpText()));
+        return ExitStatus::success;
+    }
+    if (!isParsed)
+        return complain(m_parser.errorText());
+
+    const QStringList positionals = m_parser.positionalArguments();
+    const int allowed = m_positionalSyntax.isEmpty() ? 0 : 1;
+    if (positionals.size() > allowed)
+        return complain(tr("What is \"%1\" for?").arg(positionals.at(allowed)));
+    if (positionals.size() < allowed)
+        return complain(tr("%1 is missing.").arg(m_positionalSyntax));
+    m_positional = positionals.value(0);
+    return m_hasBus ? parseBus() : std::nullopt;
+}
+
+std::optional<int> CommandArguments::number(const QString &option, int lowest, int highest) const
+{
+    bool isNumber = false;
+    const int number = m_parser.value(option).toInt(&isNumber);
+    if (isNumber && number >= lowest && number <= highest)
+        return number;
+    complain(tr("--%1 takes a number from %2 to %3, not \"%4\".")
+                 .arg(option, QString::number(lowest), QString::number(highest), m_parser.value(option)));
+    return std::nullopt;
+}
+
+int CommandArguments::complain(const QString &sentence) const
+{
+    Console::printError(QStringLiteral("draxelctl %1: %2").arg(m_name, sentence));
+    Console::printError(tr("\"draxelctl %1 --help\" shows what it takes.").arg(m_name));
+    return ExitStatus::usage;
+}
+
+std::optional<int> CommandArguments::parseBus()
+{
+    if (!m_parser.isSet(busOption))
+        return complain(tr("--bus is missing: which bus is meant?"));
+
+    QString error;
+    const std::optional<BusAddress> address = BusAddress::parse(m_parser.value(busOption), &error);
+    if (!address)
+        return complain(error);
+    m_bus.address = *address;
+
+    if (m_parser.isSet(bitRateOption)) {
+        m_bus.bitRate = parseBitRate(m_parser.value(bitRateOption), &error);
+        if (!m_bus.bitRate)
+            return complain(error);
+    }
+    return std::nullopt;
+}

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/*! What draxelctl returns to the shell. */
+namespace ExitStatus {
+
+constexpr int success = 0;
+constexpr int usage = 1; // unknown command, option or value
+constexpr int busNotOpened = 2;
+constexpr int noUsableNode = 3; // node 1 was not heard
+constexpr int stoppedByTimeout = 4;
+constexpr int fileFailed = 5; // cannot be read or written
+
+/*! Ended by a signal, as shells number it. */
+constexpr int signalled(int signalNumber)
+{
+    return 128 + signalNumber;
+}
+
+} // namespace ExitStatus

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#include "readrun.h"
+
+#include "progressline.h"
+
+#include <host/core/hostservices.h>
+#include <reader/datareader.h>
+
+#include <chrono>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto checkInterval = 50ms;
+
+} // namespace
+
+ReadRun::ReadRun(HostServices *services, DataReader *reader, ProgressLine *progress, QObject *parent)
+    : QObject(parent)
+    , m_services(services)
+    , m_reader(reader)
+    , m_progress(progress)
+{
+    m_checkTimer.setInterval(checkInterval);
+    connect(&m_checkTimer, &QTimer::timeout, this, &ReadRun::check);
+    connect(m_reader, &DataReader::done, this, [this](quint32 index) {
+        if (index == 0)
+            check();
+    });
+    connect(&services->sdoClient(), &HostSdoClient::uploadStarted, this, [this] { m_isListening = false; });
+    connect(&services->sdoClient(), &HostSdoClient::uploadEnded, this, &ReadRun::countUpload);
+}
+
+void ReadRun::run()
+{
+    m_reader->setReceiverHub(m_services->getCanReceiverHub());
+    m_reader->setSdoClient(m_services->getSdoClient());
+    m_reader->setSecondarySdoClient(m_services->getSecondarySdoClient());
+
+    m_clock.start();
+    m_reader->startReading();
+    m_checkTimer.start();
+    m_loop.exec();
+    m_checkTimer.stop();
+    m_elapsed = m_clock.elapsed();
+    m_progress->clear();
+}
+
+void ReadRun::interrupt(int signalNumber)
+{
+    m_signalNumber = signalNumber;
+    m_loop.quit();
+}
+
+void ReadRun::countUpload(quint8 nodeId, CanOpen::ObjectKey key, HostSdoClient::Ending ending)
+{
+    if (!m_reader->isReading())
+        return; // the request that the reader sends once more after a time-out
+    switch (ending) {
+    case HostSdoClient::Ending::Value:
+        ++m_counts[nodeId].values;
+        break;
+    case HostSdoClient::Ending::Refused:
+        ++m_counts[nodeId].refused;
+        break;
+    case HostSdoClient::Ending::Silent:
+    case HostSdoClient::Ending::NoBus:
+        m_stop = Stop{nodeId, key, ending, m_services->bus().errorString()};
+        break;
+    }
+}
+
+void ReadRun::check()
+{
+    if (!m_reader->isReading()) {
+        m_loop.quit();
+        return;
+    }
+    if (m_progress->isShown())
+        m_progress->update(progressText());
+}
+
+QString ReadRun::progressText() const
+{
+    const ReadProgress progress = m_reader->progress();
+    const QString seconds = QString::number(static_cast<double>(m_clock.elapsed()) / 1000.0, 'f', 1);
+    if (m_isListening)
+        return tr("Listening for nodes, %1 found, %2 s").arg(QString::number(progress.nodesFound), seconds);
+    return tr("%1 nodes found, reading node %2, object %3: %4 of %5, %6 s")
+        .arg(QString::number(progress.nodesFound), QString::number(progress.nodeId),
+             CanOpen::ObjectKey{progress.index, progress.subIndex}.toString(),
+             QString::number(progress.entriesDone), QString::number(progress.entriesTotal), seconds);
+}

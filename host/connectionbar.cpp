@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: MIT
+#include "connectionbar.h"
+
+#include <QCanBus>
+#include <QComboBox>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QStyle>
+#include <QToolButton>
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+/*! The bit rates of CiA 301, in kbit/s. */
+constexpr std::array<int, 8> bitRates{10, 20, 50, 125, 250, 500, 800, 1000};
+constexpr int bitsPerKilobit = 1000;
+constexpr int asConfigured = -1; // item data of the first bit rate
+
+constexpr int interfaceCharacters = 18; // least width of the interface box
+
+/*! A bus that is only made of network packets has no bit rate. */
+bool hasBitRate(const QString &plugin)
+{
+    return plugin != QLatin1String("virtualcan");
+}
+
+} // namespace
+
+ConnectionBar::ConnectionBar(QWidget *parent)
+    : QWidget(parent)
+{
+    build();
+    fillPlugins();
+    fillBitRates();
+    retranslate();
+    handlePluginChange();
+    showState(m_state);
+
+    connect(m_plugin, &QComboBox::currentTextChanged, this, &ConnectionBar::handlePluginChange);
+    connect(m_refresh, &QToolButton::clicked, this, &ConnectionBar::refreshInterfaces);
+    connect(m_connect, &QPushButton::clicked, this, &ConnectionBar::handleButton);
+    connect(m_interface->lineEdit(), &QLineEdit::returnPressed, this, &ConnectionBar::handleButton);
+}
+
+BusSettings ConnectionBar::settings() const
+{
+    BusSettings settings;
+    settings.address.plugin = m_plugin->currentText();
+    settings.address.interfaceName = m_interface->currentText().trimmed();
+    const int bitRate = m_bitRate->currentData().toInt();
+    if (hasBitRate(settings.address.plugin) && bitRate != asConfigured)
+        settings.bitRate = bitRate;
+    return settings;
+}
+
+void ConnectionBar::setSettings(const BusSettings &settings)
+{
+    // A back end that is not installed stays in the list: connecting then says what is missing.
+    if (m_plugin->findText(settings.address.plugin) < 0)
+        m_plugin->addItem(settings.address.plugin);
+    m_plugin->setCurrentText(settings.address.plugin);
+    m_interface->setCurrentText(settings.address.interfaceName);
+
+    const int bitRate = settings.bitRate.value_or(asConfigured);
+    if (m_bitRate->findData(bitRate) < 0)
+        m_bitRate->addItem(tr("%1 bit/s").arg(bitRate), bitRate);
+    m_bitRate->setCurrentIndex(m_bitRate->findData(bitRate));
+}
+
+void ConnectionBar::showState(BusConnection::State state)
+{
+    m_state = state;
+    const bool isClosed = state == BusConnection::State::Disconnected;
+    m_plugin->setEnabled(isClosed);
+    m_interface->setEnabled(isClosed);
+    m_refresh->setEnabled(isClosed);
+    m_bitRate->setEnabled(isClosed && hasBitRate(m_plugin->currentText()));
+    m_connect->setText(isClosed ? tr("Connect") : tr("Disconnect"));
+    m_connect->setToolTip(isClosed ? tr("Open this bus") : tr("Close the bus"));
+}
+
+void ConnectionBar::refreshInterfaces()
+{
+    const QString typed = m_interface->currentText();
+    const QSignalBlocker blocker(m_interface);
+    m_interface->clear();
+    const QList<QCanBusDeviceInfo> devices = QCanBus::instance()->availableDevices(m_plugin->currentText());
+    for (const QCanBusDeviceInfo &device : devices) {
+        m_interface->addItem(device.name());
+        m_interface->setItemData(m_interface->count() - 1, device.description(), Qt::ToolTipRole);
+    }
+    if (!typed.isEmpty())
+        m_interface->setCurrentText(typed);
+}
+
+void ConnectionBar::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    QWidget::changeEvent(event);
+}
+
+void ConnectionBar::build()
+{
+    m_pluginLabel = new QLabel(this);
+    m_plugin = new QComboBox(this);
+    m_plugin->setObjectName(QStringLiteral("pluginBox"));
+    m_pluginLabel->setBuddy(m_plugin);
+
+    m_interfaceLabel = new QLabel(this);
+    m_interface = new QComboBox(this);
+    m_interface->setObjectName(QStringLiteral("interfaceBox"));
+    m_interface->setEditable(true);
+    m_interface->setInsertPolicy(QComboBox::NoInsert);
+    m_interface->setMinimumContentsLength(interfaceCharacters);
+    m_interface->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_interface->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    m_interfaceLabel->setBuddy(m_interface);
+
+    m_refresh = new QToolButton(this);
+    m_refresh->setObjectName(QStringLiteral("refreshButton"));
+    m_refresh->setIcon(style()->standardIcon(QStyle::SP_BrowserReload));
+    m_refresh->setAutoRaise(true);
+
+    m_bitRateLabel = new QLabel(this);
+    m_bitRate = new QComboBox(this);
+    m_bitRate->setObjectName(QStringLiteral("bitRateBox"));
+    m_bitRateLabel->setBuddy(m_bitRate);
+
+    m_connect = new QPushButton(this);
+    m_connect->setObjectName(QStringLiteral("connectButton"));
+
+    auto *layout = new QHBoxLayout(this);
+    layout->addWidget(m_pluginLabel);
+    layout->addWidget(m_plugin);
+    layout->addSpacing(6);
+    layout->addWidget(m_interfaceLabel);
+    layout->addWidget(m_interface, 1);
+    layout->addWidget(m_refresh);
+    layout->addSpacing(6);
+    layout->addWidget(m_bitRateLabel);
+    layout->addWidget(m_bitRate);
+    layout->addSpacing(6);
+    layout->addWidget(m_connect);
+}
+
+void ConnectionBar::retranslate()
+{
+    m_pluginLabel->setText(tr("&Back end:"));
+    m_plugin->setToolTip(tr("The kind of CAN adapter"));
+    m_interfaceLabel->setText(tr("&Interface:"));
+    m_interface->setToolTip(tr("One of the adapters found; others can be typed in"));
+    m_interface->lineEdit()->setPlaceholderText(tr("none found: type a name"));
+    m_refresh->setToolTip(tr("Look for adapters again"));
+    m_refresh->setAccessibleName(m_refresh->toolTip());
+    m_bitRateLabel->setText(tr("Bit &rate:"));
+    m_bitRate->setToolTip(tr("Set on the adapter before connecting"));
+    m_bitRate->setItemText(m_bitRate->findData(asConfigured), tr("as configured"));
+    showState(m_state);
+}
+
+void ConnectionBar::fillPlugins()
+{
+    QStringList plugins = QCanBus::instance()->plugins();
+    plugins.sort();
+    m_plugin->addItems(plugins);
+}
+
+void ConnectionBar::fillBitRates()
+{
+    m_bitRate->addItem(QString(), asConfigured);
+    for (const int bitRate : bitRates)
+        m_bitRate->addItem(tr("%1 kbit/s").arg(bitRate), bitRate * bitsPerKilobit);
+}
+
+void ConnectionBar::handlePluginChange()
+{
+    m_interface->clearEditText();
+    refreshInterfaces();
+    showState(m_state);
+}
+
+void ConnectionBar::handleButton()
+{
+    if (m_state == BusConnection::State::Disconnected)
+        emit connectRequested(settings());
+    else if (sender() == m_connect) // Enter in the interface box never disconnects
+        emit disconnectRequested();
+}

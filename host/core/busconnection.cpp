@@ -1,0 +1,268 @@
+// SPDX-License-Identifier: MIT
+#include "busconnection.h"
+
+#include <canopen/canport.h>
+
+#include <QCanBus>
+#include <QCanBusDevice>
+#include <QLoggingCategory>
+#include <QPointer>
+
+Q_LOGGING_CATEGORY(busLog, "host.bus")
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto retryInterval = 1000ms;
+
+/*! The other back ends need a bit rate to open at all, and bring a default of their own. */
+bool isConfiguredOutside(const QString &plugin) { return plugin == QLatin1String("socketcan"); }
+
+QCanBusDevice *createDevice(const QString &plugin, const QString &interfaceName, QString *errorMessage)
+{
+    return QCanBus::instance()->createDevice(plugin, interfaceName, errorMessage);
+}
+
+} // namespace
+
+BusConnection::BusConnection(QObject *parent)
+    : QObject(parent)
+    , m_factory(createDevice)
+    , m_sdoClient([this](const QCanBusFrame &frame) { send(frame); })
+{
+    m_retryTimer.setInterval(retryInterval);
+    connect(&m_retryTimer, &QTimer::timeout, this, &BusConnection::tryAgain);
+    connect(&m_watch, &InterfaceWatch::lost, this, &BusConnection::handleLoss);
+    connect(&m_watch, &InterfaceWatch::returned, this, &BusConnection::tryAgain);
+    connect(&m_sdoClient, &CanOpen::SdoClient::finished, this, &BusConnection::countOutcome);
+}
+
+BusConnection::~BusConnection()
+{
+    // Nobody hears of it any more; the client ends its uploads while the port is still there.
+    blockSignals(true);
+    m_sdoClient.disconnect(this);
+    m_watch.stop();
+}
+
+bool BusConnection::connectToBus(const BusSettings &settings, QString *errorMessage)
+{
+    const QPointer<BusConnection> alive(this);
+    disconnectFromBus();
+    if (alive.isNull())
+        return false;
+
+    m_settings = settings;
+    m_counters = BusCounters();
+    m_errorString.clear();
+    const quint64 generation = ++m_generation;
+    setState(State::Connecting);
+    if (alive.isNull())
+        return false;
+
+    QString error;
+    Attempt attempt = Attempt::Superseded;
+    if (generation == m_generation)
+        attempt = open(&error);
+    if (attempt == Attempt::Superseded)
+        error = tr("The attempt to connect was ended by another one.");
+    if (errorMessage != nullptr)
+        *errorMessage = error;
+    if (attempt == Attempt::Superseded) // this may be gone
+        return false;
+
+    if (attempt == Attempt::Failed) {
+        m_errorString = error;
+        setState(State::Disconnected);
+        return false;
+    }
+    setState(State::Connected);
+    return true;
+}
+
+void BusConnection::disconnectFromBus()
+{
+    ++m_generation;
+    m_retryTimer.stop();
+    m_watch.stop();
+    if (m_state == State::Disconnected)
+        return;
+
+    const QPointer<BusConnection> alive(this);
+    const quint64 generation = m_generation;
+    m_state = State::Disconnected; // before the uploads end, so that the next ones are refused
+    m_errorString.clear();
+    releasePort();
+    m_sdoClient.cancelAll();
+    if (alive.isNull() || generation != m_generation)
+        return;
+    m_heartbeats.clear();
+    emit stateChanged(m_state);
+}
+
+BusCounters BusConnection::counters() const
+{
+    BusCounters counters = m_counters;
+    addPortCounters(&counters);
+    return counters;
+}
+
+void BusConnection::send(const QCanBusFrame &frame)
+{
+    if (m_port != nullptr)
+        m_port->send(frame);
+}
+
+BusConnection::Attempt BusConnection::open(QString *errorMessage)
+{
+    std::unique_ptr<CanOpen::CanPort> port = makePort(errorMessage);
+    if (port == nullptr)
+        return Attempt::Failed;
+
+    // Back ends may process events while they connect: a click on Disconnect, or the end of this object.
+    const QPointer<BusConnection> alive(this);
+    const quint64 generation = m_generation;
+    const BusAddress address = m_settings.address;
+    m_isOpening = true;
+    QString reason;
+    const bool isOpen = port->open(&reason);
+    if (alive.isNull())
+        return Attempt::Superseded;
+    m_isOpening = false;
+    if (generation != m_generation)
+        return Attempt::Superseded;
+    if (!isOpen) {
+        *errorMessage = tr("The bus %1 cannot be opened: %2").arg(address.toString(), reason);
+        return Attempt::Failed;
+    }
+
+    // A SocketCAN interface that is down opens without complaint and stays silent.
+    const InterfaceWatch::Presence presence = m_watch.look(address);
+    if (presence == InterfaceWatch::Presence::Down || presence == InterfaceWatch::Presence::Missing) {
+        *errorMessage = tr("The bus %1 cannot be used. %2")
+                            .arg(address.toString(), InterfaceWatch::describe(presence, address));
+        return Attempt::Failed;
+    }
+    adoptPort(std::move(port));
+    m_watch.start(address);
+    return Attempt::Opened;
+}
+
+std::unique_ptr<CanOpen::CanPort> BusConnection::makePort(QString *errorMessage) const
+{
+    const BusAddress &address = m_settings.address;
+    QString reason;
+    std::unique_ptr<QCanBusDevice> device(m_factory(address.plugin, address.interfaceName, &reason));
+    if (device == nullptr) {
+        *errorMessage = tr("The bus %1 cannot be opened: %2").arg(address.toString(), reason);
+        return nullptr;
+    }
+    if (m_settings.bitRate)
+        device->setConfigurationParameter(QCanBusDevice::BitRateKey, *m_settings.bitRate);
+    else if (isConfiguredOutside(address.plugin))
+        CanOpen::clearDefaultBitRate(*device);
+    return std::make_unique<CanOpen::CanPort>(std::move(device));
+}
+
+void BusConnection::adoptPort(std::unique_ptr<CanOpen::CanPort> port)
+{
+    m_port = std::move(port);
+    connect(m_port.get(), &CanOpen::CanPort::frameReceived, this, &BusConnection::handleFrame);
+    connect(m_port.get(), &CanOpen::CanPort::lost, this, &BusConnection::handleLoss);
+}
+
+void BusConnection::releasePort()
+{
+    if (m_port == nullptr)
+        return;
+
+    addPortCounters(&m_counters);
+    m_port->disconnect(this);
+    m_port->close();
+    // Later, as this may be called while the port delivers a frame.
+    m_port.release()->deleteLater();
+}
+
+void BusConnection::handleFrame(const QCanBusFrame &frame)
+{
+    const QPointer<BusConnection> alive(this);
+    m_heartbeats.handleFrame(frame);
+    if (alive.isNull())
+        return;
+    m_sdoClient.handleFrame(frame);
+    if (alive.isNull())
+        return;
+    emit frameReceived(frame);
+}
+
+void BusConnection::handleLoss(const QString &reason)
+{
+    if (m_state != State::Connected)
+        return;
+
+    qCInfo(busLog, "Lost %s: %s", qUtf8Printable(m_settings.address.toString()), qUtf8Printable(reason));
+    const QPointer<BusConnection> alive(this);
+    const quint64 generation = ++m_generation;
+    m_state = State::Lost; // before the uploads end, so that the next ones are refused
+    m_errorString = reason;
+    releasePort();
+    m_retryTimer.start();
+    m_sdoClient.cancelAll();
+    if (alive.isNull() || generation != m_generation)
+        return;
+    m_heartbeats.clear();
+    emit stateChanged(m_state);
+}
+
+void BusConnection::tryAgain()
+{
+    if (m_state != State::Lost || m_isOpening)
+        return;
+
+    const InterfaceWatch::Presence presence = m_watch.look(m_settings.address);
+    if (presence == InterfaceWatch::Presence::Down || presence == InterfaceWatch::Presence::Missing)
+        return;
+
+    QString error;
+    if (open(&error) != Attempt::Opened)
+        return; // the reason of the loss says more than that of the attempt
+    m_retryTimer.stop();
+    m_errorString.clear();
+    setState(State::Connected);
+}
+
+void BusConnection::countOutcome(const CanOpen::SdoOutcome &outcome)
+{
+    m_counters.uploadRepeats += static_cast<quint64>(outcome.repeats);
+    switch (outcome.kind) {
+    case CanOpen::SdoOutcome::Kind::Value:
+        ++m_counters.uploadsDone;
+        break;
+    case CanOpen::SdoOutcome::Kind::Abort:
+    case CanOpen::SdoOutcome::Kind::Error:
+        ++m_counters.uploadsAborted;
+        break;
+    case CanOpen::SdoOutcome::Kind::Timeout:
+        ++m_counters.uploadsTimedOut;
+        break;
+    case CanOpen::SdoOutcome::Kind::Cancelled:
+        ++m_counters.uploadsCancelled;
+        break;
+    }
+}
+
+void BusConnection::setState(State state)
+{
+    m_state = state;
+    emit stateChanged(state);
+}
+
+void BusConnection::addPortCounters(BusCounters *counters) const
+{
+    if (m_port == nullptr)
+        return;
+    counters->framesReceived += m_port->framesReceived();
+    counters->framesSent += m_port->framesSent();
+    counters->writeRetries += m_port->writeRetries();
+}

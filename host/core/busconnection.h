@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "bussettings.h"
+#include "interfacewatch.h"
+
+#include <canopen/heartbeatconsumer.h>
+#include <canopen/sdoclient.h>
+
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+class QCanBusDevice;
+
+namespace CanOpen {
+class CanPort;
+}
+
+/*! What went over a connection since it was made; kept over a loss of the bus. */
+struct BusCounters
+{
+    quint64 framesReceived = 0;
+    quint64 framesSent = 0;
+    quint64 writeRetries = 0;     //!< writes that failed and were tried again
+    quint64 uploadsDone = 0;      //!< SDO uploads that gave a value
+    quint64 uploadsAborted = 0;   //!< refused by the device or failed as a transfer
+    quint64 uploadsTimedOut = 0;  //!< no answer, also after the repeats
+    quint64 uploadsCancelled = 0; //!< ended because the bus went away
+    quint64 uploadRepeats = 0;    //!< requests that were asked again
+};
+
+/*! One connection to one CAN bus, with the CANopen client on it.
+ *
+ *  Opens a device of QtSerialBus, feeds its frames to the SDO client and the heartbeat consumer, and watches
+ * that the interface stays. When the bus goes away, uploads under way are ended and the connection tries
+ * every second, with a new device, until the interface is back or the user disconnects.
+ *
+ *  Every call is allowed at any time, also from a slot of the connection's own signals; the last one counts.
+ * The client and the consumer live as long as the connection.
+ */
+class BusConnection : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class State {
+        Disconnected,
+        Connecting, //!< inside connectToBus() only
+        Connected,
+        Lost //!< the bus went away; tries to get it back
+    };
+    Q_ENUM(State)
+
+    /*! Makes the device of an interface, not connected yet; null on failure with the reason. The caller owns
+     * it. */
+    using DeviceFactory = std::function<QCanBusDevice *(const QString &plugin, const QString &interfaceName,
+                                                        QString *errorMessage)>;
+
+    explicit BusConnection(QObject *parent = nullptr);
+    ~BusConnection() override;
+
+    /*! QCanBus::createDevice() at first. */
+    void setDeviceFactory(const DeviceFactory &factory) { m_factory = factory; }
+
+    /*! Opens a bus; one that is open is closed first. May take up to 5 s with back ends that connect in the
+     * background; events are processed meanwhile. False on failure, with a sentence for the user in \a
+     * errorMessage (may be null); the connection is then Disconnected.
+     */
+    bool connectToBus(const BusSettings &settings, QString *errorMessage);
+
+    /*! Closes the bus, or ends the attempts to get it back. */
+    void disconnectFromBus();
+
+    State state() const { return m_state; }
+
+    /*! Of the bus that is open or was opened last. */
+    const BusSettings &settings() const { return m_settings; }
+
+    /*! Why the bus was lost or could not be opened, a sentence for the user; empty while it is connected. */
+    QString errorString() const { return m_errorString; }
+
+    BusCounters counters() const;
+
+    CanOpen::SdoClient &sdoClient() { return m_sdoClient; }
+    CanOpen::HeartbeatConsumer &heartbeats() { return m_heartbeats; }
+    InterfaceWatch &interfaceWatch() { return m_watch; }
+
+    /*! Sends \a frame; dropped while the bus is not connected. */
+    void send(const QCanBusFrame &frame);
+
+signals:
+    void stateChanged(BusConnection::State state);
+    /*! Every frame, after the client and the consumer have seen it. */
+    void frameReceived(const QCanBusFrame &frame);
+
+private:
+    enum class Attempt { Opened, Failed, Superseded };
+
+    Attempt open(QString *errorMessage);
+    std::unique_ptr<CanOpen::CanPort> makePort(QString *errorMessage) const;
+    void adoptPort(std::unique_ptr<CanOpen::CanPort> port);
+    void releasePort();
+    void handleFrame(const QCanBusFrame &frame);
+    void handleLoss(const QString &reason);
+    void tryAgain();
+    void countOutcome(const CanOpen::SdoOutcome &outcome);
+    void setState(State state);
+    void addPortCounters(BusCounters *counters) const;
+
+    DeviceFactory m_factory;
+    BusSettings m_settings;
+    State m_state = State::Disconnected;
+    QString m_errorString;
+    quint64 m_generation = 0; // raised by every call that makes an attempt under way obsolete
+    bool m_isOpening = false;
+    BusCounters m_counters; // without those of the open port
+    InterfaceWatch m_watch;
+    QTimer m_retryTimer;
+    CanOpen::HeartbeatConsumer m_heartbeats;
+    std::unique_ptr<CanOpen::CanPort> m_port;
+    CanOpen::SdoClient m_sdoClient;
+};

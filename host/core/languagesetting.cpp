@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "languagesetting.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QLibraryInfo>
+
+namespace {
+
+const QString sourceLanguage = QStringLiteral("en");
+const QString filePrefix = QStringLiteral("draxel_");
+const QString fileSuffix = QStringLiteral(".qm");
+
+} // namespace
+
+LanguageSetting::LanguageSetting(const QString &folder)
+    : m_folder(folder)
+    , m_current(sourceLanguage)
+{
+}
+
+LanguageSetting::~LanguageSetting() = default;
+
+QString LanguageSetting::defaultFolder()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/languages");
+}
+
+QStringList LanguageSetting::available() const
+{
+    QStringList languages{sourceLanguage};
+    const QStringList files
+        = QDir(m_folder).entryList({filePrefix + QLatin1Char('*') + fileSuffix}, QDir::Files);
+    for (const QString &file : files) {
+        const QString language
+            = file.mid(filePrefix.size(), file.size() - filePrefix.size() - fileSuffix.size());
+        if (!language.isEmpty() && !languages.contains(language))
+            languages.append(language);
+    }
+    languages.sort();
+    return languages;
+}
+
+QString LanguageSetting::bestOf(const QStringList &wanted) const
+{
+    const QStringList languages = available();
+    for (QString language : wanted) {
+        language.replace(QLatin1Char('-'), QLatin1Char('_'));
+        if (languages.contains(language))
+            return language;
+        const QString withoutCountry = language.section(QLatin1Char('_'), 0, 0);
+        if (languages.contains(withoutCountry))
+            return withoutCountry;
+        // "zh_Hans_CN" is the system's name for "zh_CN".
+        const QString withoutScript
+            = withoutCountry + QLatin1Char('_') + language.section(QLatin1Char('_'), -1);
+        if (languages.contains(withoutScript))
+            return withoutScript;
+    }
+    return sourceLanguage;
+}
+
+bool LanguageSetting::apply(const QString &language)
+{
+    QCoreApplication::removeTranslator(&m_hostTexts);
+    QCoreApplication::removeTranslator(&m_qtTexts);
+    m_current = language;
+
+    // Qt's own texts are missing on some systems; the host's count alone.
+    if (m_qtTexts.load(QStringLiteral("qtbase_") + language,
+                       QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(&m_qtTexts);
+    if (m_hostTexts.load(m_folder + QLatin1Char('/') + filePrefix + language + fileSuffix)) {
+        QCoreApplication::installTranslator(&m_hostTexts);
+        return true;
+    }
+    return language == sourceLanguage;
+}

@@ -1,0 +1,378 @@
+// SPDX-License-Identifier: MIT
+#include "fakebus.h"
+
+#include <host/connectionbar.h>
+#include <host/core/hostservices.h>
+#include <host/core/hostsettings.h>
+#include <host/core/pluginsession.h>
+#include <host/lightpalette.h>
+#include <host/mainwindow.h>
+#include <host/statusline.h>
+#include <plugin/interface/dxplugininterface.h>
+
+#include <QComboBox>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+/*! What a window needs, on a fake bus. */
+struct Host
+{
+    Host()
+        : session(&services)
+    {
+        services.bus().setDeviceFactory(fake.factory());
+        services.bus().interfaceWatch().setLister([](const QString &) { return QStringList(); });
+    }
+
+    ~Host()
+    {
+        // The window has gone by now; the library makes a new instance with a new one when it is asked again.
+        for (const PluginSession::Plugin &plugin : session.plugins())
+            delete dynamic_cast<QObject *>(plugin.library.plugin);
+    }
+    Q_DISABLE_COPY(Host)
+
+    void loadOverview()
+    {
+        QString error;
+        const std::optional<PluginLibrary> library
+            = PluginLibrary::load(QStringLiteral(OVERVIEW_PLUGIN_FILE), &error);
+        if (!library)
+            qFatal("%s", qUtf8Printable(error));
+        session.add(*library, QStringLiteral("en"));
+    }
+
+    FakeBus fake;
+    HostServices services;
+    PluginSession session;
+};
+
+QString labelText(const QWidget &window, const char *name)
+{
+    return window.findChild<QLabel *>(QLatin1String(name))->text();
+}
+
+QMessageBox *shownBox(const QWidget &window)
+{
+    const QList<QMessageBox *> boxes = window.findChildren<QMessageBox *>();
+    return boxes.isEmpty() ? nullptr : boxes.first();
+}
+
+} // namespace
+
+class tst_MainWindow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        QCoreApplication::setOrganizationName(QStringLiteral("Draxel Project"));
+        QCoreApplication::setApplicationName(QStringLiteral("tst_mainwindow"));
+        QSettings().clear();
+    }
+
+    void showsPlaceholderWithoutPlugin();
+    void showsPlugin();
+    void connectsAndDisconnects();
+    void asksForInterface();
+    void showsWhyBusCannotBeOpened();
+    void saysWhatTheBusDoes();
+    void saysThatBusIsLost();
+    void saysWhereReadEnded();
+    void choiceIsClosedWhileConnected();
+    void bitRateOnlyWhereItApplies();
+    void choosesUnknownBackEnd();
+    void remembersBus();
+    void givesPluginLightPalette();
+    void closesDuringRead_data();
+    void closesDuringRead();
+    void disconnectsDuringRead();
+};
+
+void tst_MainWindow::showsPlaceholderWithoutPlugin()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    window.showPlugins();
+    window.show();
+    QVERIFY(window.findChild<QLabel *>(QStringLiteral("placeholder"))->isVisible());
+    QVERIFY(labelText(window, "placeholder").startsWith(QStringLiteral("No plug-in is loaded.")));
+}
+
+void tst_MainWindow::showsPlugin()
+{
+    Host host;
+    host.loadOverview();
+    MainWindow window(&host.services, &host.session);
+    window.showPlugins();
+    window.show();
+    auto *button = window.findChild<QPushButton *>(QStringLiteral("btnRead"));
+    QVERIFY(button != nullptr);
+    QVERIFY(button->isVisible());
+    QVERIFY(!window.findChild<QLabel *>(QStringLiteral("placeholder"))->isVisible());
+    host.session.shutDown();
+}
+
+void tst_MainWindow::connectsAndDisconnects()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    window.chooseBus(fakeSettings());
+    auto *button = window.findChild<QPushButton *>(QStringLiteral("connectButton"));
+    QCOMPARE(button->text(), QStringLiteral("Connect"));
+    button->click();
+    QCOMPARE(host.services.bus().state(), BusConnection::State::Connected);
+    QCOMPARE(button->text(), QStringLiteral("Disconnect"));
+    button->click();
+    QCOMPARE(host.services.bus().state(), BusConnection::State::Disconnected);
+    QCOMPARE(button->text(), QStringLiteral("Connect"));
+}
+
+void tst_MainWindow::asksForInterface()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    BusSettings settings = fakeSettings();
+    settings.address.interfaceName.clear();
+    window.chooseBus(settings);
+    window.connectToChosenBus();
+    QVERIFY(shownBox(window) != nullptr);
+    QCOMPARE(shownBox(window)->text(),
+             QStringLiteral("Which interface is meant? Choose one, or type its name, and connect again."));
+    QCOMPARE(host.fake.devicesMade(), 0);
+}
+
+void tst_MainWindow::showsWhyBusCannotBeOpened()
+{
+    Host host;
+    host.fake.refusal = QStringLiteral("No such plugin.");
+    MainWindow window(&host.services, &host.session);
+    window.chooseBus(fakeSettings());
+    window.connectToChosenBus();
+    QVERIFY(shownBox(window) != nullptr);
+    QCOMPARE(shownBox(window)->text(), QStringLiteral("The bus fake:bus0 cannot be opened: No such plugin."));
+    QCOMPARE(labelText(window, "stateLabel"), QStringLiteral("Not connected."));
+}
+
+void tst_MainWindow::saysWhatTheBusDoes()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    QCOMPARE(labelText(window, "stateLabel"), QStringLiteral("Not connected."));
+    BusSettings settings = fakeSettings();
+    settings.bitRate = 250000;
+    QVERIFY(host.services.bus().connectToBus(settings, nullptr));
+    QCOMPARE(labelText(window, "stateLabel"), QStringLiteral("Connected to fake:bus0 at 250 kbit/s."));
+
+    host.fake.addNode(5);
+    host.fake.heartbeat(5);
+    host.services.getSdoClient()->upload(5, 0x1000, 0, 7, 100);
+    host.services.getSdoClient()->upload(5, 0x6000, 0, 5, 100);
+    QTRY_COMPARE(labelText(window, "uploadsLabel"),
+                 QStringLiteral("SDO: 1 read, 1 refused, 0 without answer"));
+    QTRY_COMPARE(labelText(window, "nodesLabel"), QStringLiteral("1 node(s) heard"));
+    QTRY_VERIFY(labelText(window, "framesLabel").endsWith(QStringLiteral(" frame(s)/s")));
+}
+
+void tst_MainWindow::saysThatBusIsLost()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    QVERIFY(host.services.bus().connectToBus(fakeSettings(), nullptr));
+    host.fake.refusal = QStringLiteral("Still away.");
+    host.fake.device()->goUnconnected();
+    QTRY_VERIFY(labelText(window, "stateLabel").startsWith(QStringLiteral("Connection lost: ")));
+    QVERIFY(labelText(window, "stateLabel").endsWith(QStringLiteral(" Trying to connect again ...")));
+    QCOMPARE(window.findChild<QPushButton *>(QStringLiteral("connectButton"))->text(),
+             QStringLiteral("Disconnect"));
+
+    host.fake.refusal.clear();
+    QTRY_COMPARE(labelText(window, "stateLabel"), QStringLiteral("Connected to fake:bus0."));
+}
+
+void tst_MainWindow::saysWhereReadEnded()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    CanOpen::SdoPatience patience;
+    patience.repeats = 0;
+    host.services.bus().sdoClient().setDefaultPatience(patience);
+    QVERIFY(host.services.bus().connectToBus(fakeSettings(), nullptr));
+    QSignalSpy ended(&host.services.sdoClient(), &HostSdoClient::errorReceived);
+    host.services.getSdoClient()->upload(7, 0x6000, 0, 5, 100);
+    QTRY_COMPARE(ended.size(), 1);
+    host.services.getSdoClient()->upload(7, 0x6000, 1, 7, 100); // the one more request after a time-out
+    QTRY_COMPARE(ended.size(), 2);
+    QCOMPARE(labelText(window, "stateLabel"),
+             QStringLiteral(
+                 "Connected to fake:bus0. Node 7 did not answer when asked for object 6000h sub-index 0; "
+                 "the read ended there."));
+}
+
+void tst_MainWindow::choiceIsClosedWhileConnected()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    auto *plugin = window.findChild<QComboBox *>(QStringLiteral("pluginBox"));
+    auto *interface = window.findChild<QComboBox *>(QStringLiteral("interfaceBox"));
+    QVERIFY(plugin->isEnabled());
+    QVERIFY(host.services.bus().connectToBus(fakeSettings(), nullptr));
+    QVERIFY(!plugin->isEnabled());
+    QVERIFY(!interface->isEnabled());
+    host.services.bus().disconnectFromBus();
+    QVERIFY(plugin->isEnabled());
+    QVERIFY(interface->isEnabled());
+}
+
+void tst_MainWindow::bitRateOnlyWhereItApplies()
+{
+    ConnectionBar bar;
+    BusSettings settings;
+    settings.address = {QStringLiteral("virtualcan"), QStringLiteral("can0")};
+    settings.bitRate = 125000;
+    bar.setSettings(settings);
+    QVERIFY(!bar.settings().bitRate);
+    QVERIFY(!bar.findChild<QComboBox *>(QStringLiteral("bitRateBox"))->isEnabled());
+
+    settings.address.plugin = QStringLiteral("socketcan");
+    bar.setSettings(settings);
+    QCOMPARE(bar.settings().bitRate.value_or(0), 125000);
+    settings.bitRate = 83333; // none of the usual ones
+    bar.setSettings(settings);
+    QCOMPARE(bar.settings().bitRate.value_or(0), 83333);
+    settings.bitRate.reset();
+    bar.setSettings(settings);
+    QVERIFY(!bar.settings().bitRate);
+}
+
+void tst_MainWindow::choosesUnknownBackEnd()
+{
+    ConnectionBar bar;
+    BusSettings settings;
+    settings.address = {QStringLiteral("newkindofcan"), QStringLiteral("tcp://host:1/can0")};
+    bar.setSettings(settings);
+    QCOMPARE(bar.settings().address.toString(), QStringLiteral("newkindofcan:tcp://host:1/can0"));
+    bar.refreshInterfaces();
+    QCOMPARE(bar.settings().address.interfaceName, QStringLiteral("tcp://host:1/can0"));
+}
+
+void tst_MainWindow::remembersBus()
+{
+    BusSettings settings = fakeSettings();
+    settings.bitRate = 250000;
+    {
+        Host host;
+        MainWindow window(&host.services, &host.session);
+        window.chooseBus(settings);
+        window.show();
+        window.close();
+    }
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    const BusSettings remembered = window.findChild<ConnectionBar *>()->settings();
+    QCOMPARE(remembered.address.toString(), QStringLiteral("fake:bus0"));
+    QCOMPARE(remembered.bitRate.value_or(0), 250000);
+}
+
+void tst_MainWindow::givesPluginLightPalette()
+{
+    const QPalette desktop = QApplication::palette();
+    Host host;
+    host.loadOverview();
+    MainWindow window(&host.services, &host.session);
+    window.showPlugins();
+    const QWidget *widget = host.session.plugins().first().widget;
+
+    QPalette dark(QColor(30, 30, 30));
+    QVERIFY(isDarkPalette(dark));
+    QApplication::setPalette(dark);
+    QCoreApplication::processEvents();
+    QVERIFY(!isDarkPalette(widget->palette()));
+    QVERIFY(widget->palette().color(QPalette::Base).lightness() > 200);
+    QVERIFY(widget->palette().color(QPalette::Text).lightness() < 50);
+
+    QApplication::setPalette(desktop);
+    QCoreApplication::processEvents();
+    QVERIFY(!isDarkPalette(widget->palette()));
+    host.session.shutDown();
+}
+
+void tst_MainWindow::closesDuringRead_data()
+{
+    QTest::addColumn<bool>("afterDetection");
+
+    QTest::newRow("during detection") << false;
+    QTest::newRow("during an upload") << true;
+}
+
+void tst_MainWindow::closesDuringRead()
+{
+    QFETCH(bool, afterDetection);
+    Host host;
+    host.loadOverview();
+    CanOpen::SdoPatience patience;
+    patience.timeout = std::chrono::seconds(60);
+    patience.longest = std::chrono::seconds(60);
+    host.services.bus().sdoClient().setDefaultPatience(patience);
+    MainWindow window(&host.services, &host.session);
+    window.showPlugins();
+    window.show();
+    QVERIFY(host.services.bus().connectToBus(fakeSettings(), nullptr));
+
+    bool isClosed = false;
+    const auto closeWindow = [&] {
+        QVERIFY(host.services.sdoClient().pendingUploads() == (afterDetection ? 1 : 0));
+        isClosed = window.close();
+    };
+    if (afterDetection) {
+        connect(&host.services.sdoClient(), &HostSdoClient::uploadStarted, &window, closeWindow,
+                Qt::QueuedConnection);
+    }
+    bool hasReturned = false;
+    QTimer::singleShot(0, &window, [&] {
+        auto *button = window.findChild<QPushButton *>(QStringLiteral("btnRead"));
+        QTimer::singleShot(0, &window, [&] {
+            host.fake.heartbeat(1);
+            if (!afterDetection)
+                QTimer::singleShot(0, &window, closeWindow);
+        });
+        button->click(); // returns when the run is over
+        hasReturned = true;
+    });
+    // Ends when the last window was closed.
+    QApplication::exec();
+    QVERIFY(isClosed);
+    QVERIFY(hasReturned);
+    QCOMPARE(host.services.bus().state(), BusConnection::State::Disconnected);
+    host.session.shutDown();
+}
+
+void tst_MainWindow::disconnectsDuringRead()
+{
+    Host host;
+    host.loadOverview();
+    MainWindow window(&host.services, &host.session);
+    window.showPlugins();
+    window.show();
+    QVERIFY(host.services.bus().connectToBus(fakeSettings(), nullptr));
+    connect(
+        &host.services.sdoClient(), &HostSdoClient::uploadStarted, &window,
+        [&] { host.services.bus().disconnectFromBus(); }, Qt::QueuedConnection);
+    QTimer::singleShot(0, &window, [&] { host.fake.heartbeat(1); });
+    window.findChild<QPushButton *>(QStringLiteral("btnRead"))->click();
+    QTRY_VERIFY(!host.session.isConnectionTold());
+    QCOMPARE(labelText(window, "stateLabel"), QStringLiteral("Not connected."));
+    host.session.shutDown();
+}
+
+QTEST_MAIN(tst_MainWindow)
+#include "tst_mainwindow.moc"
