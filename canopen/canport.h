@@ -13,42 +13,45 @@
 
 namespace CanOpen {
 
-/*! Takes QtSerialBus' own bit rate from the settings of \a device, so that connecting leaves the interface's
- * as it is.
+/*! Takes QtSerialBus' own bit rate from the settings of \a device, so that connecting leaves the
+ *  interface's as it is.
  *
  *  For interfaces that are configured outside of the program (SocketCAN), unless the user asked for a bit
- * rate. To be called before the device connects.
+ *  rate. To be called before the device connects.
  */
 void clearDefaultBitRate(QCanBusDevice &device);
 
 /*! A CANopen node's way to one CAN interface: sends and receives frames on a QCanBusDevice.
  *
- *  Sending is paced: at most a few frames are given to the device at once, the others wait in a queue, and a
- * frame whose write failed is sent again until its time is over, so that a full driver queue or a failing
- * write loses nothing. Received frames are delivered one by one, a bounded number in each turn of the event
- * loop. A device that leaves the connected state, or that refuses every write for longer than the write
- * limit, is reported as lost once; the port then sends nothing more. Slots of all signals may close and
- * delete the port.
+ *  Sending is paced: at most a few frames are given to the device at once, the others wait in a queue, and
+ *  a frame whose write failed is sent again until its time is over, so that a full driver queue or a
+ *  failing write loses nothing. Received frames are delivered one by one, a bounded number in each turn of
+ *  the event loop. A device that leaves the connected state, or that refuses every write for longer than
+ *  the write limit, is reported as lost once; the port then sends nothing more. Slots of all signals may
+ *  close and delete the port.
  */
 class CanPort : public QObject
 {
     Q_OBJECT
 
 public:
-    static constexpr int maximumFramesInDevice = 4; //!< given to the device and not yet reported as written
-    static constexpr int maximumFramesPerTurn
-        = 500;                             //!< received frames delivered in one turn of the event loop
-    static constexpr int writeLimit = 600; //!< ms of failing writes after which the bus is lost
-    static constexpr int frameTimeLimit
-        = 500; //!< ms that one frame may hold up the others, or wait for a stuck device
-    static constexpr int maximumQueueLength = 10000; //!< frames; the oldest are dropped first
+    /*! Frames that are given to the device and not yet written. */
+    static constexpr int maximumFramesInDevice = 4;
+    /*! Received frames that are delivered in one turn of the event loop. */
+    static constexpr int maximumFramesPerTurn = 500;
+    /*! Time of failing writes after which the bus is lost, in ms. */
+    static constexpr int writeLimit = 600;
+    /*! How long one frame may hold up the others, or wait for a stuck device, in ms. */
+    static constexpr int frameTimeLimit = 500;
+    /*! Frames that may wait; beyond that the oldest is dropped. */
+    static constexpr int maximumQueueLength = 10000;
 
     /*! Takes the device over; it may be connected already or not. */
     explicit CanPort(std::unique_ptr<QCanBusDevice> device, QObject *parent = nullptr);
     ~CanPort() override;
 
-    /*! Connects the device. False on failure with the reason in \a errorMessage; then the port is of no more
-     * use. Back ends that connect in the background are waited for with a bound of 5 s.
+    /*! Connects the device. False on failure with the reason in \a errorMessage; then the port is of no
+     *  more use. Back ends that connect in the background are waited for with a bound of 5 s.
      */
     bool open(QString *errorMessage);
 

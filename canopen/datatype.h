@@ -36,8 +36,8 @@ bool isKnownDataType(quint16 code);
 /*! The value of \a data, least significant byte first as on the bus.
  *
  *  UNSIGNED8 to UNSIGNED32 and BOOLEAN give a `uint`, INTEGER8 to INTEGER32 an `int`, the 64-bit types
- *  `qulonglong` and `qlonglong`, the REAL types `float` and `double`, VISIBLE_STRING a `QString`, the rest a
- * `QByteArray`. Empty when the number of bytes is not that of the type: no value is invented.
+ *  `qulonglong` and `qlonglong`, the REAL types `float` and `double`, VISIBLE_STRING a `QString`, the rest
+ *  a `QByteArray`. Empty when the number of bytes is not that of the type: no value is invented.
  */
 std::optional<QVariant> decodeValue(DataType type, const QByteArray &data);
 
@@ -45,7 +45,8 @@ std::optional<QVariant> decodeValue(DataType type, const QByteArray &data);
 std::optional<QVariant> decodeValue(DataType type, const char *data, int size);
 
 /*! The bytes of \a value as \a type; empty optional when the value cannot be converted or does not fit the
- * type's range. */
+ *  type's range.
+ */
 std::optional<QByteArray> encodeValue(DataType type, const QVariant &value);
 
 } // namespace CanOpen

@@ -9,8 +9,8 @@ namespace CanOpen {
 
 /*! Follows the SDO transfer that another client has with the same server, as far as its frames tell.
  *
- *  Takes the payloads of both COB-IDs in the order of the bus. What it cannot follow (a lost frame, two other
- * clients at once) leaves it "under way": the caller bounds its wait by a time-out.
+ *  Takes the payloads of both COB-IDs in the order of the bus. What it cannot follow (a lost frame, two
+ *  other clients at once) leaves it "under way": the caller bounds its wait by a time-out.
  */
 class ForeignTransfer
 {

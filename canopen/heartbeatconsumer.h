@@ -14,9 +14,10 @@ namespace CanOpen {
 
 /*! Follows the NMT states of all nodes by their heartbeats (CiA 301, heartbeat consumer).
  *
- *  Opens no bus itself: frames come in through handleFrame(). A node is lost when its heartbeat stays away for longer
- *  than three of its own periods (measured), but at least for the minimum time-out; a node that was heard only once,
- *  for instance at boot-up, is not lost before a second message told its period.
+ *  Opens no bus itself: frames come in through handleFrame(). A node is lost when its heartbeat stays away
+ *  for longer than three of its own periods (measured), but at least for the minimum time-out. The time
+ *  from a boot-up message to the first heartbeat tells nothing of the period, so a node is not lost before
+ *  two heartbeats were heard. Slots of all signals may delete the consumer.
  */
 class HeartbeatConsumer : public QObject
 {
@@ -40,7 +41,9 @@ public:
     /*! Number of nodes that are heard now. */
     int activeNodeCount() const { return m_activeCount; }
 
-    /*! Looks for lost nodes; called by a timer, and by tests with a time of their own (ms on the same clock). */
+    /*! Looks for lost nodes; called by a timer, and by tests with a time of their own (ms on the same
+     *  clock).
+     */
     void checkTimeouts(qint64 now);
 
     /*! The clock, in ms; a test may put another in its place. */
@@ -57,7 +60,7 @@ private:
     struct Node
     {
         qint64 lastHeard = 0; // ms
-        qint64 period = 0;    // ms between the last two heartbeats; 0 while unknown
+        qint64 period = 0;    // ms between heartbeats, the longer ones believed first; 0 while unknown
         std::optional<NmtState> state;
     };
 

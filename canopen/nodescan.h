@@ -14,10 +14,10 @@ class SdoClient;
 struct SdoOutcome;
 
 /*! Finds the nodes of a bus by asking each node ID for its device type (object 1000h), so also those whose
- * heartbeat is switched off.
+ *  heartbeat is switched off.
  *
  *  All nodes are asked side by side; whatever sends the client's frames paces them. A node that answers in
- * any way, also with an abort, is present.
+ *  any way, also with an abort, is present.
  */
 class NodeScan : public QObject
 {

@@ -23,20 +23,22 @@ namespace CanOpen {
 /*! How patient the client is with a node. */
 struct SdoPatience
 {
-    std::chrono::milliseconds timeout{
-        100};        //!< for the first answer and between segments; doubled in each repeat
-    int repeats = 2; //!< how often the whole upload is asked again after a time-out
-    std::chrono::milliseconds longest{10000}; //!< bound of one upload in all
+    /*! For the first answer and between segments; doubled with every repeat. */
+    std::chrono::milliseconds timeout{100};
+    /*! How often the whole upload is asked again after a time-out. */
+    int repeats = 2;
+    /*! Bound of one upload in all. */
+    std::chrono::milliseconds longest{10000};
 };
 
 /*! SDO client of all nodes (CiA 301): one upload per node at a time, the nodes side by side, the rest in
- * queues.
+ *  queues.
  *
- *  Knows no device: frames go out through the sender function and come in through handleFrame(). Every upload
- * ends with exactly one finished(), never from within upload().
+ *  Knows no device: frames go out through the sender function and come in through handleFrame(). Every
+ *  upload ends with exactly one finished(), never from within upload().
  *
  *  A node that was found to answer late is given the time it needs from the next upload on, so that the
- * requests do not pile up in it. A slot of finished() may delete the client.
+ *  requests do not pile up in it. A slot of finished() may delete the client.
  */
 class SdoClient : public QObject
 {
@@ -53,13 +55,13 @@ public:
     /*! The patience with one node (1 to 127). */
     void setPatience(quint8 nodeId, const SdoPatience &patience);
 
-    /*! Reads an object. \a timeout, when positive, replaces the time-out of the patience for this upload, if
-     * that is shorter. The reading of a node ID outside 1 to 127 ends with Kind::Error.
+    /*! Reads an object. \a timeout, when positive, replaces the time-out of the patience for this upload,
+     *  if that is shorter. The reading of a node ID outside 1 to 127 ends with Kind::Error.
      */
     void upload(quint8 nodeId, ObjectKey key, DataType type,
                 std::chrono::milliseconds timeout = std::chrono::milliseconds{0});
 
-    /*! Ends every upload under way and in the queues with Kind::Cancelled, at once; nothing more is sent. */
+    /*! Ends every upload under way and queued with Kind::Cancelled, at once; nothing more is sent. */
     void cancelAll();
 
     /*! Whether an upload is under way or queued. */

@@ -15,31 +15,37 @@ namespace CanOpen {
 /*! \file
  *  The frames of the SDO protocols of CiA 301, built and read; both directions, without any state.
  *
- *  A frame has always eight bytes. Multi-byte fields have their least significant byte first; unused bytes
- * are 0.
+ *  A frame has always eight bytes. Multi-byte fields have their least significant byte first; unused bytes are 0.
  *
- *  | Frame                         | Sent by | Byte 0 (bits 7 to 0) | Bytes 1 to 3 | Bytes 4 to 7 |
- *  |-------------------------------|---------|----------------------|--------------|---------------------------------|
- *  | initiate download request     | client  | 001 0 nn e s         | multiplexer  | e=1: data; e=0, s=1:
- * size       | | initiate download response    | server  | 011 0 0000           | multiplexer  | 0 | |
- * download segment request      | client  | 000 t nnn c          | data, 7 bytes in all (1 to 7) | | download
- * segment response     | server  | 001 t 0000           | 0            | 0                               | |
- * initiate upload request       | client  | 010 0 0000           | multiplexer  | 0 | | initiate upload
- * response      | server  | 010 0 nn e s         | multiplexer  | e=1: data; e=0, s=1: size       | | upload
- * segment request        | client  | 011 t 0000           | 0            | 0                               |
- *  | upload segment response       | server  | 000 t nnn c          | data, 7 bytes in all (1 to 7) | | abort
- * | either  | 100 0 0000           | multiplexer  | abort code                      | | block upload initiate
- * request | client  | 101 00 r 00          | multiplexer  | 4: block size, 5: pst, 6, 7: 0  | | block upload
- * initiate response| server  | 110 00 r s 0         | multiplexer  | s=1: size                       | |
- * block upload start            | client  | 101 000 11           | 0            | 0 | | block upload segment
- * | server  | c sssssss            | data, 7 bytes in all (1 to 7)                  | | block upload
- * acknowledge      | client  | 101 000 10           | 1: last good sequence number, 2: next block size | |
- * block upload end              | server  | 110 nnn 01           | 1, 2: CRC    | 0 | | block upload end
- * response     | client  | 101 000 01           | 0            | 0                               |
+ *  | Frame                           | Sent by | Byte 0, bits 7 to 0 | Bytes 1 to 3 | Bytes 4 to 7       |
+ *  |---------------------------------|---------|---------------------|--------------|--------------------|
+ *  | initiate download request       | client  | 001 0 nn e s        | multiplexer  | data or size       |
+ *  | initiate download response      | server  | 011 0 0000          | multiplexer  | 0                  |
+ *  | download segment request        | client  | 000 t nnn c         | data         | data               |
+ *  | download segment response       | server  | 001 t 0000          | 0            | 0                  |
+ *  | initiate upload request         | client  | 010 0 0000          | multiplexer  | 0                  |
+ *  | initiate upload response        | server  | 010 0 nn e s        | multiplexer  | data or size       |
+ *  | upload segment request          | client  | 011 t 0000          | 0            | 0                  |
+ *  | upload segment response         | server  | 000 t nnn c         | data         | data               |
+ *  | abort                           | either  | 100 0 0000          | multiplexer  | abort code         |
+ *  | block upload initiate request   | client  | 101 00 r 00         | multiplexer  | blksize, pst, 0, 0 |
+ *  | block upload initiate response  | server  | 110 00 r s 0        | multiplexer  | size               |
+ *  | block upload start              | client  | 101 000 11          | 0            | 0                  |
+ *  | block upload segment            | server  | c qqqqqqq           | data         | data               |
+ *  | block upload acknowledge        | client  | 101 000 10          | q, blksize   | 0                  |
+ *  | block upload end                | server  | 110 nnn 01          | CRC (two), 0 | 0                  |
+ *  | block upload end response       | client  | 101 000 01          | 0            | 0                  |
  *
- *  n: data bytes that are not used, e: expedited, s: size (or n) indicated, t: toggle bit, c: last segment,
- *  r: CRC supported, pst: protocol switch threshold, sssssss: sequence number 1 to 127.
- *  Multiplexer: index in bytes 1 and 2, sub-index in byte 3.
+ *  - n: bytes of the data field that are not used
+ *  - e: expedited, bytes 4 to 7 are the data; else they are the size of the value
+ *  - s: n or the size is indicated
+ *  - t: toggle bit
+ *  - c: last segment
+ *  - r: CRC supported
+ *  - q: sequence number in the block, 1 to 127; in the acknowledge that of the last good segment
+ *  - blksize: segments in a block, 1 to 127
+ *  - pst: protocol switch threshold in bytes
+ *  - multiplexer: index in bytes 1 and 2, sub-index in byte 3
  */
 
 constexpr int sdoFrameSize = 8;

@@ -128,7 +128,7 @@ QVector<QByteArray> SdoServer::initiateUpload(ObjectKey key)
     if (const std::optional<SdoAbort> code = startReading(key))
         return abort(key, *code);
     // An expedited answer cannot be empty, so an empty text goes as one empty segment.
-    if (!m_data.isEmpty() && m_data.size() <= sdoExpeditedSize) {
+    if (!m_isSegmented && !m_data.isEmpty() && m_data.size() <= sdoExpeditedSize) {
         const QByteArray response = makeSdoExpeditedUploadResponse(key, m_data);
         reset();
         return {response};

@@ -26,6 +26,9 @@ public:
      */
     QVector<QCanBusFrame> handleFrame(const QCanBusFrame &frame);
 
+    /*! Whether uploads go in segments even where one frame could hold the value; not so at first. */
+    void setSegmented(bool segmented) { m_isSegmented = segmented; }
+
     /*! Drops a transfer that is under way, as a reset of the node does. */
     void reset();
 
@@ -51,6 +54,7 @@ private:
     quint8 m_nodeId;
     ObjectDictionary *m_dictionary;
 
+    bool m_isSegmented = false;
     Transfer m_transfer = Transfer::None;
     ObjectKey m_key;
     QByteArray m_data;     // of the upload, as it was when it began; or what the download has brought so far

@@ -81,8 +81,9 @@ SdoUpload::Step SdoUpload::timeOver()
         return initiate();
     }
     if (m_state == State::Settling) {
-        // The segment that was owed has got lost.
+        // The segment that was owed has got lost, or is very late.
         m_segmentOwed = false;
+        m_needsSecondReading = true;
         return beginSegments(m_settling);
     }
     if (m_state == State::Segments && m_segmentRepeated)
@@ -100,7 +101,7 @@ SdoUpload::Step SdoUpload::giveUp()
         return {};
     if (m_state == State::AwaitingForeign)
         return fail(SdoAbort::ResourceNotAvailable);
-    m_segmentOwed = m_segmentOwed || m_state == State::Segments;
+    noteOwedSegment();
     Step step = finish(SdoOutcome::Kind::Timeout, 0);
     sendTimeOutAbort(&step);
     return step;
@@ -108,13 +109,19 @@ SdoUpload::Step SdoUpload::giveUp()
 
 void SdoUpload::forget()
 {
-    m_segmentOwed = m_segmentOwed || m_state == State::Segments;
+    noteOwedSegment();
     m_state = State::Idle;
+}
+
+// In the segmented phase there is always one segment request without its answer.
+void SdoUpload::noteOwedSegment()
+{
+    m_segmentOwed = m_segmentOwed || m_state == State::Segments;
 }
 
 SdoUpload::Step SdoUpload::startAfresh()
 {
-    m_segmentOwed = m_segmentOwed || m_state == State::Segments;
+    noteOwedSegment();
     Step step;
     sendTimeOutAbort(&step);
     step.send(initiate().frames[0]);
@@ -135,6 +142,7 @@ SdoUpload::Step SdoUpload::initiate()
 {
     m_state = State::Initiating;
     m_disturbance = Disturbance::None;
+    m_needsSecondReading = false;
     Step step;
     step.send(makeSdoInitiateUploadRequest(m_outcome.key));
     step.waitRestarts = true;
@@ -173,7 +181,7 @@ SdoUpload::Step SdoUpload::takeInitiateResponse(const QByteArray &payload)
 
     m_answered = true;
     if (initiate->expedited) {
-        m_segmentOwed = m_segmentOwed || m_state == State::Segments;
+        noteOwedSegment();
         return finishExpedited(*initiate);
     }
     if (m_disturbance != Disturbance::None)
@@ -284,6 +292,9 @@ SdoUpload::Step SdoUpload::finishExpedited(const SdoInitiate &initiate)
 
 SdoUpload::Step SdoUpload::finishSegments()
 {
+    // With the answer to our last request everything older has come, so the next reading cannot be mixed up.
+    if (m_needsSecondReading)
+        return initiate();
     if (m_sizeAnnounced && m_data.size() < m_announcedSize)
         return fail(SdoAbort::LengthTooLow);
     return finishValue(m_data.constData(), m_data.size());

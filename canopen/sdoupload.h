@@ -16,17 +16,18 @@ namespace CanOpen {
 
 /*! The client's side of one SDO upload from one node (CiA 301): expedited and segmented.
  *
- *  Knows no device, no event loop and no clock. Frames and the end of a wait go in; what to send comes out as
- * a Step. The same object serves one upload after the other, as its memory of a transfer ends with the next
- * start().
+ *  Knows no device, no event loop and no clock. Frames and the end of a wait go in; what to send comes out
+ *  as a Step. The same object serves one upload after the other, as its memory of a transfer ends with the
+ *  next start().
  *
  *  An answer belongs to the upload by its multiplexer, whichever of the upload's requests it answers: the
- * requests are all alike. Segments have no multiplexer; they count only after the initiate response, and a
- * server answers in the order of the requests, so segments of an attempt that was given up come before the
- * initiate response of the next one, and are dropped.
+ *  requests are all alike. Segments have no multiplexer. A server answers in the order of the requests, so
+ *  a segment of an attempt that was given up comes before the initiate response of the next one, and is
+ *  dropped. When it is still owed as an initiate response comes, that one may be old as well: the upload
+ *  then waits whether the segment follows.
  *
- *  When another client uses the same server meanwhile, a segmented transfer may have lost its server, and an
- * abort may be the other's: the upload then waits for the end of the other transfer and starts anew.
+ *  When another client uses the same server meanwhile, a segmented transfer may have lost its server, and
+ *  an abort may be the other's: the upload then waits for the end of the other transfer and starts anew.
  */
 class SdoUpload
 {
@@ -35,7 +36,7 @@ public:
     static constexpr int maximumLength = 64 * 1024;
     /*! Most segments without data in a row; a server that sends more would never end. */
     static constexpr int maximumEmptySegments = 16;
-    /*! How often an upload starts anew because of other clients. */
+    /*! How often an upload starts anew because of other clients or answers out of order. */
     static constexpr int maximumRestarts = 10;
 
     /*! What to do next. */
@@ -49,14 +50,15 @@ public:
         void send(QByteArray payload);
     };
 
-    /*! Begins an upload; one that was under way is forgotten. \a repeats: how often all is asked again after
-     * a time-out. While another client has a transfer with the server the first request waits for the end of
-     * it.
+    /*! Begins an upload; one that was under way is forgotten. \a repeats: how often all is asked again
+     *  after a time-out. While another client has a transfer with the server the first request waits for
+     *  the end of it.
      */
     Step start(ObjectKey key, DataType type, int repeats);
 
-    /*! Takes the payload of a frame on 580h + node ID, also while no upload is under way; eight bytes of any
-     * kind. */
+    /*! Takes the payload of a frame on 580h + node ID, also while no upload is under way; eight bytes of
+     *  any kind.
+     */
     Step takeResponse(const QByteArray &payload);
 
     /*! Takes the payload of another client's frame on 600h + node ID, likewise. */
@@ -85,11 +87,10 @@ public:
 private:
     enum class State {
         Idle,
-        Initiating, // the initiate response is waited for
-        Settling,   // it has come, but an unanswered segment request of an earlier attempt may make it an old
-                    // one
-        Segments,   // a segment is waited for
-        AwaitingForeign,
+        Initiating,      // the initiate response is waited for
+        Settling,        // it has come, but may be old: a segment of an earlier attempt is still owed
+        Segments,        // a segment is waited for
+        AwaitingForeign, // the end of another client's transfer is waited for
     };
 
     // What another client's frames since the last initiate request may have done to the transfer.
@@ -109,6 +110,7 @@ private:
     Step takeWrongToggle(const QByteArray &payload);
     Step takeAbort(const QByteArray &payload);
     Step takeForeignEnd();
+    void noteOwedSegment();
     void sendTimeOutAbort(Step *step);
     Step finishExpedited(const SdoInitiate &initiate);
     Step finishSegments();
@@ -128,9 +130,11 @@ private:
     int m_repeats = 0;  // allowed
     int m_restarts = 0;
     bool m_answered = false;
-    bool m_segmentOwed
-        = false;            // a segment request was given up without its answer, maybe by the upload before
-    SdoInitiate m_settling; // the initiate response that State::Settling is about
+
+    // Of attempts that were given up, maybe by the upload before
+    bool m_segmentOwed = false;        // a segment request has no answer yet
+    bool m_needsSecondReading = false; // State::Settling has ended in doubt
+    SdoInitiate m_settling;            // the initiate response that State::Settling is about
 
     // Of the segmented phase
     QByteArray m_data;

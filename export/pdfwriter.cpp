@@ -126,6 +126,7 @@ void pdfWriter::addRow(const QString &name, const QString &text)
 {
     m_html += m_rowIndex % 2 == 0 ? QLatin1String("<tr class=\"alt1\"><td class=\"itemName\" width=\"60%\">")
                                   : QLatin1String("<tr class=\"alt2\"><td class=\"itemName\" width=\"60%\">");
+    // Deliberate: the texts are not escaped.
     m_html += name;
     m_html += QLatin1String("</td><td class=\"itemInter\">");
     m_html += text;
@@ -202,7 +203,8 @@ bool pdfWriter::writePdf(const QString &path)
         return failed(path, tr("printing broke off, perhaps because the disk is full"));
 
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(pdf) != pdf.size() || !file.commit())
+    // Only flush() tells of the bytes that were still buffered; commit() would lose them without a word.
+    if (!file.open(QIODevice::WriteOnly) || file.write(pdf) != pdf.size() || !file.flush() || !file.commit())
         return failed(path, file.errorString());
     return true;
 }

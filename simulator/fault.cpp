@@ -81,6 +81,7 @@ constexpr FaultInfo faults[] = {
      {Parameter{"expedited", &Fault::expedited, -1, 1},
       Parameter{"sizeIndicated", &Fault::sizeIndicated, -1, 1}, Parameter{"unused", &Fault::unused, -1, 3},
       Parameter{"size", &Fault::size, -1, highestCode}, Parameter{"lastUnused", &Fault::lastUnused, -1, 7}}},
+    {FaultKind::Segmented, "segmented", Place::Node, Objects::Yes, {}},
     {FaultKind::WrongWidth,
      "wrongWidth",
      Place::Node,

@@ -29,6 +29,7 @@ enum class FaultKind {
     WrongToggle, //!< the toggle bit of answers to segments is wrong (of segment number segment; 0: of all)
     WrongMultiplexer, //!< answers tell the next index
     SizeBits,         //!< answers have the given bits and sizes instead of the right ones
+    Segmented,        //!< values come in segments, also those that one frame could hold
     WrongWidth,       //!< values have bytes bytes
     DoubleAnswers,    //!< each answer comes count times
     LateAnswers,      //!< the answer to every every-th request comes after the next request

@@ -262,6 +262,7 @@ void SimulatedNode::handleSdo(const QCanBusFrame &frame)
         ++m_segments;
     }
 
+    m_server.setSegmented(findSdoFault(FaultKind::Segmented) != nullptr);
     if (m_faults.isEmpty())
         transmit(m_server.handleFrame(frame));
     else

@@ -44,11 +44,13 @@ void showMessage(const QString &text)
 
 /*! Handles events until the reader's run is over or the reader has gone.
  *
+ *  The pointer is a copy: the window whose member it is may be destroyed by one of the events.
+ *
  *  QEventLoop::processEvents() and not exec(): once the application was told to quit, every exec() returns at
  * once, and the wait would burn the processor. The timer ends each slice in which nothing else happens, so
  * that the process sleeps while the bus is silent.
  */
-void waitForEndOfRun(const QPointer<DataReader> &reader)
+void waitForEndOfRun(QPointer<DataReader> reader)
 {
     QTimer sliceTimer;
     sliceTimer.start(waitSlice);

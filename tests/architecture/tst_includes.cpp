@@ -31,7 +31,7 @@ const QList<Rule> &rules()
         {"plugin", {QStringLiteral("plugin/interface/"), QStringLiteral("ui/")}},
         {"simulator", {QStringLiteral("canopen/")}},
         {"host/core", {QStringLiteral("plugin/interface/"), QStringLiteral("canopen/")}},
-        {"host", {QStringLiteral("host/core/")}},
+        {"host", {QStringLiteral("host/core/"), QStringLiteral("canopen/")}},
         {"cli",
          {QStringLiteral("host/core/"), QStringLiteral("canopen/"), QStringLiteral("reader/"),
           QStringLiteral("export/"), QStringLiteral("interpreter/"), QStringLiteral("update/"),

@@ -11,7 +11,7 @@
 #include <functional>
 
 /*! The server's side of SDO uploads, reduced to what a client can tell: one transfer at a time, answers in
- * the order of the requests.
+ *  the order of the requests.
  */
 class ModelServer
 {
@@ -24,7 +24,8 @@ public:
     {
     }
 
-    /*! Set: a server that is in a transfer refuses all that is not its continuation, until it is aborted. */
+    /*! Set: a server that is in a transfer refuses all that is not its continuation, until it is aborted.
+     */
     void setStubborn(bool stubborn) { m_stubborn = stubborn; }
 
     /*! The answer to a request; null when there is none. */

@@ -576,6 +576,7 @@ void tst_CanPort::closingInASlotIsSafe()
         test.device->reportError(QCanBusDevice::ReadError);
     else
         test.device->inject({frame(0), frame(1)});
+    QCOMPARE(test.device->state(), QCanBusDevice::ConnectedState); // nor closed
     QTRY_COMPARE(test.device->state(), QCanBusDevice::UnconnectedState);
     QVERIFY(!test.port->isOpen());
     QCOMPARE(test.frames.size(), onLoss ? 0 : 1);
@@ -598,6 +599,7 @@ void tst_CanPort::deletingInASlotIsSafe()
         test.device->reportError(QCanBusDevice::ReadError);
     else
         test.device->inject({frame(0), frame(1)});
+    QVERIFY(!test.device.isNull()); // the device is not deleted under its own feet
     QTRY_VERIFY(test.device.isNull());
     QVERIFY(test.port == nullptr);
 }

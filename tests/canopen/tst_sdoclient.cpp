@@ -7,6 +7,7 @@
 
 #include <QCanBusFrame>
 #include <QSignalSpy>
+#include <QThread>
 #include <QTimer>
 #include <QtTest>
 
@@ -127,6 +128,7 @@ private slots:
     void lateAnswerIsTaken();
     void slowNodeIsGivenTime();
     void backToBackAtTheTimeOut();
+    void heldUpEventLoopIsNoTimeOut();
     void stubbornServerIsFreedByTheAbort();
     void timeOutsEndEvenWithAnsweringNeighbours();
 
@@ -401,6 +403,19 @@ void tst_SdoClient::backToBackAtTheTimeOut()
         QCOMPARE(bus.outcomes.at(sub).kind, Kind::Value);
         QCOMPARE(bus.outcomes.at(sub).value, QVariant(0x05600000u + quint32(sub)));
     }
+}
+
+// Answer and end of the wait are both overdue when the event loop comes back, the end of the wait first.
+void tst_SdoClient::heldUpEventLoopIsNoTimeOut()
+{
+    Bus bus;
+    bus.addNode(5);
+    bus.client.setDefaultPatience(patience(10ms, 0));
+    bus.delay = 15ms;
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    QThread::msleep(80); // the event loop is held up
+    QTRY_COMPARE(bus.outcomes.size(), 1);
+    QCOMPARE(bus.outcomes.first().kind, Kind::Value);
 }
 
 // A server that waits for the rest of a transfer refuses all else until that is aborted.

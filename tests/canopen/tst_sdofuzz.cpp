@@ -50,7 +50,7 @@ constexpr Object objects[] = {
     {{0x1000, 0}, DataType::Unsigned32, 4},   {{0x1000, 1}, DataType::Unsigned32, 4},
     {{0x1018, 1}, DataType::Unsigned32, 4},   {{0x6081, 0}, DataType::Unsigned32, 4},
     {{0x1008, 0}, DataType::OctetString, 12}, {{0x1009, 0}, DataType::OctetString, 20},
-    {{0x1001, 0}, DataType::Unsigned32, 0},
+    {{0x100A, 0}, DataType::OctetString, 20}, {{0x1001, 0}, DataType::Unsigned32, 0},
 };
 constexpr int objectCount = sizeof(objects) / sizeof(objects[0]);
 
@@ -63,8 +63,8 @@ const Object *findObject(ObjectKey key)
     return nullptr;
 }
 
-/* Every four bytes of a value name the object and the reading:
- * index low byte, sub-index and index high byte mixed, number of the reading (two bytes).
+/*! Every four bytes of a value name the object and the reading:
+ *  index low byte, sub-index and index high byte mixed, number of the reading (two bytes).
  */
 QByteArray valueOf(const Object &object, quint16 reading)
 {
@@ -258,8 +258,7 @@ void tst_SdoFuzz::anotherClient()
 
     for (int transfer = 0; transfer < foreignTransferCount; ++transfer) {
         const Object &object = objects[random.below(objectCount)];
-        std::deque<SdoUpload::Step> steps{ours.start(object.key, object.type, 2)};
-        send(steps.front(), false);
+        send(ours.start(object.key, object.type, 2), false);
         while (ours.isActive()) {
             const int chance = random.below(64);
             if (chance == 0) {

@@ -18,6 +18,7 @@ private slots:
     void answers();
     void segmentedUpload();
     void segmentedUploadOfSevenBytes();
+    void segmentedUploadOfASmallValue();
     void emptyTextIsOneEmptySegment();
     void uploadIsOfTheValueAtItsBegin();
     void toggleNotAlternatedEndsUpload();
@@ -187,6 +188,16 @@ void tst_SdoServer::segmentedUploadOfSevenBytes()
     Bench bench;
     QCOMPARE(bench.ask("4009100000000000"), QByteArray("4109100007000000"));
     QCOMPARE(bench.ask("6000000000000000"), QByteArray("01") + QByteArray("DX-2026").toHex());
+}
+
+void tst_SdoServer::segmentedUploadOfASmallValue()
+{
+    Bench bench;
+    const QByteArray expedited = bench.ask("4000100000000000");
+    QVERIFY(expedited.startsWith("43001000"));
+    bench.server.setSegmented(true);
+    QCOMPARE(bench.ask("4000100000000000"), QByteArray("4100100004000000"));
+    QCOMPARE(bench.ask("6000000000000000"), "07" + expedited.mid(8) + "000000");
 }
 
 void tst_SdoServer::emptyTextIsOneEmptySegment()

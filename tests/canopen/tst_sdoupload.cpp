@@ -86,7 +86,7 @@ private slots:
     void secondInitiateResponseBeforeSegments();
     void initiateResponseBetweenSegmentsStartsAfresh();
     void owedSegmentIsWaitedFor();
-    void owedSegmentThatIsLostIsNotWaitedForTwice();
+    void owedSegmentThatDoesNotComeMakesReadTwice();
     void owedSegmentOfTheUploadBefore();
     void answersAfterTheEndAreDropped();
     void forgetSendsNothing();
@@ -683,7 +683,8 @@ void tst_SdoUpload::owedSegmentIsWaitedFor()
     QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
 }
 
-void tst_SdoUpload::owedSegmentThatIsLostIsNotWaitedForTwice()
+// It may still come, among the segments of the next transfer; only a second reading is beyond doubt.
+void tst_SdoUpload::owedSegmentThatDoesNotComeMakesReadTwice()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 1);
@@ -691,6 +692,10 @@ void tst_SdoUpload::owedSegmentThatIsLostIsNotWaitedForTwice()
     upload.timeOver();
     QCOMPARE(upload.takeResponse(nameHas9Bytes).frameCount, 0);
     QCOMPARE(sent(upload.timeOver()), Frames{askSegment0});
+    upload.takeResponse(bytes("00 78 78 78 78 78 78 78"));
+    QCOMPARE(sent(upload.takeResponse(nameSegment1)), Frames{askName});
+
+    QCOMPARE(sent(upload.takeResponse(nameHas9Bytes)), Frames{askSegment0});
     upload.takeResponse(nameSegment0);
     QVERIFY(upload.takeResponse(nameSegment1).finished);
     QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));

@@ -53,6 +53,7 @@ const KindRow kindRows[] = {
     {"wrongToggle", FaultKind::WrongToggle, "object segment", true, false},
     {"wrongMultiplexer", FaultKind::WrongMultiplexer, "object", true, false},
     {"sizeBits", FaultKind::SizeBits, "object expedited sizeIndicated unused size lastUnused", true, false},
+    {"segmented", FaultKind::Segmented, "object", true, false},
     {"wrongWidth", FaultKind::WrongWidth, "object bytes", true, false},
     {"doubleAnswers", FaultKind::DoubleAnswers, "object count", true, false},
     {"lateAnswers", FaultKind::LateAnswers, "object every", true, false},

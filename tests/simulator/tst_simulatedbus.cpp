@@ -59,11 +59,13 @@ public:
     void receive(const QCanBusFrame &frame) override
     {
         received.append(TestVehicle::textOf(frame));
-        if (onReceive)
-            onReceive();
+        const std::function<void()> react = onReceive; // may replace itself
+        if (react)
+            react();
     }
     void batchReceived() override { ++batches; }
     void busLost(BusLoss loss) override { losses.append(loss); }
+    bool isSimulated() const override { return isPartOfSimulation; }
     bool send(quint32 id, const char *hex = "", int queueLength = SimulatedBus::defaultQueueLength)
     {
         return m_bus->send(this, QCanBusFrame(id, QByteArray::fromHex(hex)), 0, queueLength);
@@ -76,6 +78,7 @@ public:
 
     QByteArrayList received;
     int batches = 0;
+    bool isPartOfSimulation = false;
     QVector<BusLoss> losses;
     std::function<void()> onReceive;
 
@@ -171,13 +174,21 @@ void tst_SimulatedBus::pacedFramesComeByPriority()
     Listener first(&bus);
     Listener second(&bus);
     Listener third(&bus);
-    Listener receiver(&bus);
-    first.send(0x700); // has the wire already when the others come
-    second.send(0x601);
-    third.send(0x181);
-    first.send(0x080);
-    QTRY_COMPARE(receiver.received.size(), 4);
-    QCOMPARE(receiver.received, QByteArrayList({"700 ", "80 ", "181 ", "601 "}));
+    Listener client(&bus);
+    // Three answers to one frame: all are ready at its end, in whatever order they were given.
+    const auto answerOnce = [](Listener &listener, quint32 id) {
+        listener.isPartOfSimulation = true;
+        listener.onReceive = [&listener, id] {
+            listener.onReceive = nullptr;
+            listener.send(id);
+        };
+    };
+    answerOnce(first, 0x601);
+    answerOnce(second, 0x080);
+    answerOnce(third, 0x181);
+    client.send(0x321);
+    QTRY_COMPARE(client.received.size(), 3);
+    QCOMPARE(client.received, QByteArrayList({"80 ", "181 ", "601 "}));
 }
 
 void tst_SimulatedBus::pacedAnswerFollowsItsRequest()

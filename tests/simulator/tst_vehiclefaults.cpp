@@ -33,6 +33,7 @@ private slots:
     void sizeBits_data();
     void sizeBits();
     void sizeOfSegmentedTransfer();
+    void segmented();
     void wrongWidth_data();
     void wrongWidth();
     void doubleAnswers();
@@ -300,6 +301,16 @@ void tst_VehicleFaults::sizeOfSegmentedTransfer()
     QCOMPARE(test.ask("6000000000000000"), QByteArrayList({"585 00506564656c6563"}));
     QCOMPARE(test.ask("7000000000000000"), QByteArrayList({"585 1020626174746572"}));
     QCOMPARE(test.ask("6000000000000000"), QByteArrayList({"585 0f79000000000000"}));
+}
+
+void tst_VehicleFaults::segmented()
+{
+    TestVehicle test({fault(FaultKind::Segmented)});
+    test.startQuietly();
+    QCOMPARE(test.ask("4000200000000000"), QByteArrayList({"585 4100200002000000"}));
+    QCOMPARE(test.ask("6000000000000000"), QByteArrayList({"585 0b34120000000000"}));
+    test.vehicle.removeFaults(5, FaultKind::Segmented);
+    QCOMPARE(test.ask("4000200000000000"), QByteArrayList({"585 4b00200034120000"}));
 }
 
 void tst_VehicleFaults::wrongWidth_data()

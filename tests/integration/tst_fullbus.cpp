@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "simulatedhost.h"
+
+#include <host/core/pluginsession.h>
+#include <plugin/interface/dxplugininterface.h>
+#include <tests/support/messageboxwatcher.h>
+
+#include <QComboBox>
+#include <QFile>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTreeWidget>
+#include <QtTest>
+
+namespace {
+
+QString cellText(const QTableWidget &table, int row, int column)
+{
+    if (const auto *box = qobject_cast<QComboBox *>(table.cellWidget(row, column))) {
+        QStringList items;
+        for (int i = 0; i < box->count(); ++i)
+            items << box->itemText(i);
+        return QStringLiteral("[") + items.join(QStringLiteral(" / ")) + QStringLiteral("]");
+    }
+    const QTableWidgetItem *item = table.item(row, column);
+    if (item == nullptr)
+        return QString();
+    QString text = item->text();
+    const QBrush brush = item->foreground();
+    if (column == 1 && brush.style() != Qt::NoBrush && brush.color() != Qt::black)
+        text += QStringLiteral("  {%1}").arg(brush.color().name());
+    return text.replace(QLatin1Char('\n'), QStringLiteral("\\n"));
+}
+
+void appendTable(QString &text, const QString &title, const QTableWidget &table)
+{
+    text += QStringLiteral("    %1\n").arg(title);
+    for (int row = 0; row < table.rowCount(); ++row) {
+        const QString line = QStringLiteral("        %1 | %2")
+                                 .arg(cellText(table, row, 0), cellText(table, row, 1))
+                                 .trimmed();
+        text += line == QLatin1String("|") ? QStringLiteral("        --\n")
+                                           : QStringLiteral("        %1\n").arg(line);
+    }
+}
+
+} // namespace
+
+/*! Reads a bus with every class of component through the plug-in's library and compares all that the window
+ *  shows with a file that a person can read.
+ */
+class tst_FullBus : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void showsEverything();
+};
+
+void tst_FullBus::showsEverything()
+{
+    SimulatedHost host(SimulatedHost::stillVehicle(QStringLiteral("full-bus")));
+    PluginSession session(&host.services());
+    QString error;
+    const std::optional<PluginLibrary> library = PluginLibrary::load(QStringLiteral(OVERVIEW_PLUGIN), &error);
+    QVERIFY2(library, qPrintable(error));
+    session.add(*library, QStringLiteral("en"));
+    const std::unique_ptr<QWidget> form(session.plugins().first().widget);
+    QVERIFY(host.connectToBus());
+    QTRY_VERIFY(session.isConnectionTold());
+
+    auto *tree = form->findChild<QTreeWidget *>(QStringLiteral("treeWidget"));
+    const auto *parameters = form->findChild<QTableWidget *>(QStringLiteral("tblParameters"));
+    const auto *values = form->findChild<QTableWidget *>(QStringLiteral("tblValues"));
+    const MessageBoxWatcher boxes;
+    QTest::mouseClick(form->findChild<QPushButton *>(QStringLiteral("btnRead")), Qt::LeftButton);
+    QCOMPARE(boxes.texts(), QStringList());
+
+    QString shown;
+    QString lastTables;
+    for (int row = 0; row < tree->topLevelItemCount(); ++row) {
+        QTreeWidgetItem *item = tree->topLevelItem(row);
+        tree->setCurrentItem(item);
+        shown += QStringLiteral("%1 | node %2 | %3%4\n")
+                     .arg(item->text(0), item->text(1), item->text(3),
+                          item->icon(0).isNull() ? QString() : QStringLiteral(" | icon"));
+        QString tables;
+        appendTable(tables, QStringLiteral("Device Parameters (fixed)"), *parameters);
+        appendTable(tables, QStringLiteral("Actual Values"), *values);
+        shown += tables == lastTables ? QStringLiteral("    as above\n") : tables;
+        lastTables = tables;
+    }
+
+    // What is shown now can be taken over as the new golden file: see the name that a failure prints.
+    QFile written(QStringLiteral("full-bus.shown.txt"));
+    QVERIFY(written.open(QIODevice::WriteOnly | QIODevice::Text));
+    written.write(shown.toUtf8());
+    written.close();
+
+    QFile golden(QStringLiteral(GOLDEN_FOLDER "/full-bus.golden.txt"));
+    QVERIFY2(golden.open(QIODevice::ReadOnly | QIODevice::Text), qPrintable(golden.errorString()));
+    const QStringList expected = QString::fromUtf8(golden.readAll()).split(QLatin1Char('\n'));
+    const QStringList actual = shown.split(QLatin1Char('\n'));
+    for (int line = 0; line < qMin(expected.size(), actual.size()); ++line) {
+        QVERIFY2(actual.at(line) == expected.at(line),
+                 qPrintable(QStringLiteral("line %1 of %2:\nshown:    %3\nexpected: %4")
+                                .arg(QString::number(line + 1), written.fileName(), actual.at(line),
+                                     expected.at(line))));
+    }
+    QCOMPARE(actual.size(), expected.size());
+
+    host.services().bus().disconnectFromBus();
+    QTRY_VERIFY(!session.isConnectionTold());
+}
+
+QTEST_MAIN(tst_FullBus)
+#include "tst_fullbus.moc"
