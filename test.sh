@@ -3,7 +3,8 @@
 # Installs what is missing, builds and runs every test without a display. Ends in ctest's summary.
 #
 #   ./test.sh                the tests
-#   ./test.sh --all          and the same under AddressSanitizer and UndefinedBehaviorSanitizer, and the benchmarks once
+#   ./test.sh --all          and the same under AddressSanitizer and UndefinedBehaviorSanitizer, the benchmarks once, the
+#                            Debian package in a clean root, and SocketCAN under a kernel of its own
 #   ./test.sh -R reader      further arguments go to ctest
 set -eu
 cd "$(dirname "$0")"
@@ -37,6 +38,12 @@ ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 run_tests build-san
 echo "== Benchmarks, once each, to see that they run =="
 OVERVIEW_CMAKE_OPTIONS="-DOVERVIEW_BUILD_BENCH=ON" scripts/build all
 bench/run --smoke
+
+echo "== The Debian package in a clean root =="
+tests/packaging/test-clean-root build
+
+echo "== SocketCAN under a kernel of its own =="
+tests/socketcan/test-socketcan build
 
 echo "== Release =="
 run_tests build "$@"

@@ -1,0 +1,438 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr_FR" sourcelanguage="en">
+<context>
+    <name>BusAddress</name>
+    <message>
+        <source>&quot;%1&quot; names no bus. Write it as PLUGIN:INTERFACE, for example socketcan:can0.</source>
+        <translation>«&#xa0;%1&#xa0;» ne désigne aucun bus. Écrivez-le sous la forme PLUGIN:INTERFACE, par exemple socketcan:can0.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; names no back end before the colon. Write it as PLUGIN:INTERFACE, for example socketcan:can0.</source>
+        <translation>«&#xa0;%1&#xa0;» n’indique aucun pilote avant les deux-points. Écrivez le bus sous la forme PLUGIN:INTERFACE, par exemple socketcan:can0.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; names no interface after the colon. Write it as PLUGIN:INTERFACE, for example socketcan:can0.</source>
+        <translation>«&#xa0;%1&#xa0;» n’indique aucune interface après les deux-points. Écrivez le bus sous la forme PLUGIN:INTERFACE, par exemple socketcan:can0.</translation>
+    </message>
+</context>
+<context>
+    <name>BusConnection</name>
+    <message>
+        <source>The attempt to connect was ended by another one.</source>
+        <translation>La tentative de connexion a été interrompue par une autre.</translation>
+    </message>
+    <message>
+        <source>The bus %1 cannot be opened: %2</source>
+        <translation>Impossible d’ouvrir le bus %1&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>The bus %1 cannot be used. %2</source>
+        <translation>Le bus %1 ne peut pas être utilisé. %2</translation>
+    </message>
+    <message>
+        <source>The interface %1 does not take the bit rate %2. Setting it needs the library libsocketcan and the right to configure interfaces; &quot;ip link set %1 type can bitrate %2&quot; does it by hand, then connect without a bit rate.</source>
+        <translation>L’interface %1 n’accepte pas le débit %2. Son réglage nécessite la bibliothèque libsocketcan et le droit de configurer les interfaces&#xa0;; «&#xa0;ip link set %1 type can bitrate %2&#xa0;» le règle à la main, connectez-vous ensuite sans débit.</translation>
+    </message>
+</context>
+<context>
+    <name>BusSettings</name>
+    <message>
+        <source>&quot;%1&quot; is no bit rate. Give it in bit/s, for example 250000.</source>
+        <translation>«&#xa0;%1&#xa0;» n’est pas un débit. Indiquez-le en bit/s, par exemple 250000.</translation>
+    </message>
+</context>
+<context>
+    <name>CanOpen</name>
+    <message>
+        <source>The toggle bit did not alternate</source>
+        <translation>Le bit de bascule n’a pas alterné</translation>
+    </message>
+    <message>
+        <source>The SDO protocol timed out</source>
+        <translation>Délai dépassé du protocole SDO</translation>
+    </message>
+    <message>
+        <source>The command specifier is not valid or unknown</source>
+        <translation>Le code de commande est invalide ou inconnu</translation>
+    </message>
+    <message>
+        <source>The block size is not valid</source>
+        <translation>La taille de bloc est invalide</translation>
+    </message>
+    <message>
+        <source>The sequence number is not valid</source>
+        <translation>Le numéro de séquence est invalide</translation>
+    </message>
+    <message>
+        <source>The checksum is wrong</source>
+        <translation>La somme de contrôle est fausse</translation>
+    </message>
+    <message>
+        <source>The device is out of memory</source>
+        <translation>L’appareil n’a plus de mémoire libre</translation>
+    </message>
+    <message>
+        <source>The access to the object is not supported</source>
+        <translation>L’accès à l’objet n’est pas pris en charge</translation>
+    </message>
+    <message>
+        <source>The object can only be written</source>
+        <translation>L’objet est accessible en écriture seulement</translation>
+    </message>
+    <message>
+        <source>The object can only be read</source>
+        <translation>L’objet est accessible en lecture seulement</translation>
+    </message>
+    <message>
+        <source>The object does not exist</source>
+        <translation>L’objet n’existe pas</translation>
+    </message>
+    <message>
+        <source>The object cannot be mapped to a PDO</source>
+        <translation>L’objet ne peut pas être associé à un PDO</translation>
+    </message>
+    <message>
+        <source>The mapped objects exceed the length of a PDO</source>
+        <translation>Les objets associés dépassent la longueur d’un PDO</translation>
+    </message>
+    <message>
+        <source>The parameter is incompatible</source>
+        <translation>Le paramètre est incompatible</translation>
+    </message>
+    <message>
+        <source>The device has an internal incompatibility</source>
+        <translation>L’appareil présente une incompatibilité interne</translation>
+    </message>
+    <message>
+        <source>The access failed because of a hardware error</source>
+        <translation>L’accès a échoué à cause d’une erreur matérielle</translation>
+    </message>
+    <message>
+        <source>The length does not match the data type</source>
+        <translation>La longueur ne correspond pas au type de données</translation>
+    </message>
+    <message>
+        <source>There are more bytes than the data type has</source>
+        <translation>Il y a plus d’octets que n’en a le type de données</translation>
+    </message>
+    <message>
+        <source>There are fewer bytes than the data type has</source>
+        <translation>Il y a moins d’octets que n’en a le type de données</translation>
+    </message>
+    <message>
+        <source>The sub-index does not exist</source>
+        <translation>Le sous-index n’existe pas</translation>
+    </message>
+    <message>
+        <source>The value is not valid</source>
+        <translation>La valeur est invalide</translation>
+    </message>
+    <message>
+        <source>The value is too high</source>
+        <translation>La valeur est trop grande</translation>
+    </message>
+    <message>
+        <source>The value is too low</source>
+        <translation>La valeur est trop petite</translation>
+    </message>
+    <message>
+        <source>The maximum is less than the minimum</source>
+        <translation>Le maximum est inférieur au minimum</translation>
+    </message>
+    <message>
+        <source>The resource is not available</source>
+        <translation>La ressource n’est pas disponible</translation>
+    </message>
+    <message>
+        <source>General error</source>
+        <translation>Erreur générale</translation>
+    </message>
+    <message>
+        <source>The data cannot be transferred or stored</source>
+        <translation>Les données ne peuvent être ni transférées ni enregistrées</translation>
+    </message>
+    <message>
+        <source>The data cannot be transferred or stored because of local control</source>
+        <translation>Les données ne peuvent être ni transférées ni enregistrées en raison d’une commande locale</translation>
+    </message>
+    <message>
+        <source>The data cannot be transferred or stored in the present state of the device</source>
+        <translation>Les données ne peuvent être ni transférées ni enregistrées dans l’état actuel de l’appareil</translation>
+    </message>
+    <message>
+        <source>There is no object dictionary</source>
+        <translation>Il n’y a pas de dictionnaire d’objets</translation>
+    </message>
+    <message>
+        <source>No data is available</source>
+        <translation>Aucune donnée n’est disponible</translation>
+    </message>
+    <message>
+        <source>Abort code %1</source>
+        <translation>Code d’abandon %1</translation>
+    </message>
+</context>
+<context>
+    <name>CanOpen::CanPort</name>
+    <message>
+        <source>The CAN interface did not connect within %1 seconds.</source>
+        <translation>L’interface CAN ne s’est pas connectée en %1 secondes.</translation>
+    </message>
+    <message>
+        <source>The CAN interface was disconnected.</source>
+        <translation>L’interface CAN a été déconnectée.</translation>
+    </message>
+    <message>
+        <source>The CAN interface failed: %1</source>
+        <translation>L’interface CAN est en panne&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>The CAN interface does not send any more: %1</source>
+        <translation>L’interface CAN n’émet plus&#xa0;: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ConnectionBar</name>
+    <message>
+        <source>%1 bit/s</source>
+        <translation>%1 bit/s</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>Connecter</translation>
+    </message>
+    <message>
+        <source>Disconnect</source>
+        <translation>Déconnecter</translation>
+    </message>
+    <message>
+        <source>Open this bus</source>
+        <translation>Ouvrir ce bus</translation>
+    </message>
+    <message>
+        <source>Close the bus</source>
+        <translation>Fermer le bus</translation>
+    </message>
+    <message>
+        <source>&amp;Back end:</source>
+        <translation>&amp;Pilote&#xa0;:</translation>
+    </message>
+    <message>
+        <source>The kind of CAN adapter</source>
+        <translation>Le type d’adaptateur CAN</translation>
+    </message>
+    <message>
+        <source>&amp;Interface:</source>
+        <translation>&amp;Interface&#xa0;:</translation>
+    </message>
+    <message>
+        <source>One of the adapters found; others can be typed in</source>
+        <translation>L’un des adaptateurs trouvés&#xa0;; vous pouvez en saisir d’autres</translation>
+    </message>
+    <message>
+        <source>none found: type a name</source>
+        <translation>aucune trouvée&#xa0;: saisir un nom</translation>
+    </message>
+    <message>
+        <source>Look for adapters again</source>
+        <translation>Rechercher à nouveau les adaptateurs</translation>
+    </message>
+    <message>
+        <source>Bit &amp;rate:</source>
+        <translation>&amp;Débit&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Set on the adapter before connecting</source>
+        <translation>Réglé sur l’adaptateur avant la connexion</translation>
+    </message>
+    <message>
+        <source>as configured</source>
+        <translation>selon la configuration</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+</context>
+<context>
+    <name>DraxelHost</name>
+    <message>
+        <source>Looks into the CANopen bus of light electric vehicles.</source>
+        <translation>Examine le bus CANopen des véhicules électriques légers.</translation>
+    </message>
+    <message>
+        <source>Choose this bus, for example socketcan:can0 or simulated:pedelec.</source>
+        <translation>Choisir ce bus, par exemple socketcan:can0 ou simulated:pedelec.</translation>
+    </message>
+    <message>
+        <source>Set this bit rate (bit/s) when connecting.</source>
+        <translation>Régler ce débit (bit/s) lors de la connexion.</translation>
+    </message>
+    <message>
+        <source>Connect to the bus at once.</source>
+        <translation>Se connecter au bus immédiatement.</translation>
+    </message>
+    <message>
+        <source>The language, for example de.</source>
+        <translation>La langue, par exemple fr.</translation>
+    </message>
+    <message>
+        <source>Load the plug-ins of this folder.</source>
+        <translation>Charger les plug-ins de ce dossier.</translation>
+    </message>
+    <message>
+        <source>--bitrate needs --bus.</source>
+        <translation>--bitrate nécessite --bus.</translation>
+    </message>
+    <message>
+        <source>What is &quot;%1&quot; for?</source>
+        <translation>À quoi sert «&#xa0;%1&#xa0;»&#xa0;?</translation>
+    </message>
+</context>
+<context>
+    <name>InterfaceWatch</name>
+    <message>
+        <source>The interface %1 is there.</source>
+        <translation>L’interface %1 est présente.</translation>
+    </message>
+    <message>
+        <source>The interface %1 is down. Switch it on, for example with &quot;ip link set %1 up&quot;.</source>
+        <translation>L’interface %1 est désactivée. Activez-la, par exemple avec «&#xa0;ip link set %1 up&#xa0;».</translation>
+    </message>
+    <message>
+        <source>There is no interface %1. Check that the adapter is plugged in.</source>
+        <translation>Il n’y a pas d’interface %1. Vérifiez que l’adaptateur est branché.</translation>
+    </message>
+    <message>
+        <source>The interface %1 was removed and came back.</source>
+        <translation>L’interface %1 a été retirée puis est revenue.</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>%1 has no window.</source>
+        <translation>%1 n’a pas de fenêtre.</translation>
+    </message>
+    <message>
+        <source>No plug-in is loaded. Put one into the folder &quot;plugins&quot; beside the program and start it again.</source>
+        <translation>Aucun plug-in n’est chargé. Placez-en un dans le dossier «&#xa0;plugins&#xa0;» à côté du programme et relancez-le.</translation>
+    </message>
+    <message>
+        <source>Which interface is meant? Choose one, or type its name, and connect again.</source>
+        <translation>De quelle interface s’agit-il&#xa0;? Choisissez-en une, ou saisissez son nom, puis reconnectez-vous.</translation>
+    </message>
+    <message>
+        <source>Node %1 did not answer when asked for object %2; the read ended there.</source>
+        <translation>Le nœud %1 n’a pas répondu à la demande de l’objet %2&#xa0;; la lecture s’est arrêtée là.</translation>
+    </message>
+</context>
+<context>
+    <name>PluginLibrary</name>
+    <message>
+        <source>The file %1 is no plug-in: %2</source>
+        <translation>Le fichier %1 n’est pas un plug-in&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>The library %1 is a plug-in for another program.</source>
+        <translation>La bibliothèque %1 est un plug-in pour un autre programme.</translation>
+    </message>
+    <message>
+        <source>The plug-in %1 cannot be loaded: %2</source>
+        <translation>Impossible de charger le plug-in %1&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>The plug-in %1 was made for another version of this program (it does not know the interface %2).</source>
+        <translation>Le plug-in %1 a été conçu pour une autre version de ce programme (il ne connaît pas l’interface %2).</translation>
+    </message>
+</context>
+<context>
+    <name>PluginSession</name>
+    <message>
+        <source>There is no plug-in in the folder %1.</source>
+        <translation>Le dossier %1 ne contient aucun plug-in.</translation>
+    </message>
+</context>
+<context>
+    <name>SimulatedBus</name>
+    <message>
+        <source>The simulated bus is down</source>
+        <translation>Le bus simulé est désactivé</translation>
+    </message>
+    <message>
+        <source>The simulated bus runs at %1 bit/s already, not at %2</source>
+        <translation>Le bus simulé fonctionne déjà à %1 bit/s, et non à %2</translation>
+    </message>
+</context>
+<context>
+    <name>Simulator::SimulatedCanDevice</name>
+    <message>
+        <source>The simulated bus is down</source>
+        <translation>Le bus simulé est désactivé</translation>
+    </message>
+    <message>
+        <source>%1 bit/s is no bit rate of CAN; possible are 10000, 20000, 50000, 100000, 125000, 250000, 500000, 800000 and 1000000, or 0 for as fast as possible</source>
+        <translation>%1 bit/s n’est pas un débit CAN&#xa0;; sont possibles 10000, 20000, 50000, 100000, 125000, 250000, 500000, 800000 et 1000000, ou 0 pour aller aussi vite que possible</translation>
+    </message>
+    <message>
+        <source>Cannot write this kind of frame</source>
+        <translation>Impossible d’émettre ce type de trame</translation>
+    </message>
+    <message>
+        <source>No such device or address</source>
+        <translation>Appareil ou adresse inexistant</translation>
+    </message>
+    <message>
+        <source>No buffer space available</source>
+        <translation>Aucun espace tampon disponible</translation>
+    </message>
+    <message>
+        <source>The simulated bus is gone</source>
+        <translation>Le bus simulé n’est plus là</translation>
+    </message>
+    <message>
+        <source>There is no node %1 for the fault &quot;%2&quot;</source>
+        <translation>Il n’y a pas de nœud %1 pour la panne «&#xa0;%2&#xa0;»</translation>
+    </message>
+</context>
+<context>
+    <name>StatusLine</name>
+    <message>
+        <source>Frames: %1/s</source>
+        <translation>Trames&#xa0;: %1/s</translation>
+    </message>
+    <message>
+        <source>Nodes heard: %1</source>
+        <translation>Nœuds entendus&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>SDO: %1 read, %2 refused, %3 without answer</source>
+        <translation>SDO&#xa0;: %1 lus, %2 refusés, %3 sans réponse</translation>
+    </message>
+    <message>
+        <source>Uploads since the bus was connected; %1 requests were repeated, %2 frames sent again</source>
+        <translation>Lectures depuis la connexion du bus&#xa0;; requêtes répétées&#xa0;: %1, trames réémises&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>Not connected.</source>
+        <translation>Non connecté.</translation>
+    </message>
+    <message>
+        <source>Connecting to %1 ...</source>
+        <translation>Connexion à %1 ...</translation>
+    </message>
+    <message>
+        <source>Connected to %1 at %2 kbit/s.</source>
+        <translation>Connecté à %1 à %2 kbit/s.</translation>
+    </message>
+    <message>
+        <source>Connected to %1.</source>
+        <translation>Connecté à %1.</translation>
+    </message>
+    <message>
+        <source>Connection lost: %1 Trying to connect again ...</source>
+        <translation>Connexion perdue&#xa0;: %1 Nouvelle tentative de connexion ...</translation>
+    </message>
+</context>
+</TS>

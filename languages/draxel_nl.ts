@@ -1,0 +1,438 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="nl_NL" sourcelanguage="en">
+<context>
+    <name>BusAddress</name>
+    <message>
+        <source>&quot;%1&quot; names no bus. Write it as PLUGIN:INTERFACE, for example socketcan:can0.</source>
+        <translation>“%1” is geen bus. Schrijf hem als PLUGIN:INTERFACE, bijvoorbeeld socketcan:can0.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; names no back end before the colon. Write it as PLUGIN:INTERFACE, for example socketcan:can0.</source>
+        <translation>“%1” noemt geen stuurprogramma vóór de dubbele punt. Schrijf de bus als PLUGIN:INTERFACE, bijvoorbeeld socketcan:can0.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; names no interface after the colon. Write it as PLUGIN:INTERFACE, for example socketcan:can0.</source>
+        <translation>“%1” noemt geen interface na de dubbele punt. Schrijf de bus als PLUGIN:INTERFACE, bijvoorbeeld socketcan:can0.</translation>
+    </message>
+</context>
+<context>
+    <name>BusConnection</name>
+    <message>
+        <source>The attempt to connect was ended by another one.</source>
+        <translation>De verbindingspoging is door een andere beëindigd.</translation>
+    </message>
+    <message>
+        <source>The bus %1 cannot be opened: %2</source>
+        <translation>De bus %1 kan niet worden geopend: %2</translation>
+    </message>
+    <message>
+        <source>The bus %1 cannot be used. %2</source>
+        <translation>De bus %1 kan niet worden gebruikt. %2</translation>
+    </message>
+    <message>
+        <source>The interface %1 does not take the bit rate %2. Setting it needs the library libsocketcan and the right to configure interfaces; &quot;ip link set %1 type can bitrate %2&quot; does it by hand, then connect without a bit rate.</source>
+        <translation>De interface %1 neemt de bitsnelheid %2 niet aan. Het instellen vereist de bibliotheek libsocketcan en het recht om interfaces te configureren; met “ip link set %1 type can bitrate %2” kan het handmatig, maak daarna verbinding zonder bitsnelheid.</translation>
+    </message>
+</context>
+<context>
+    <name>BusSettings</name>
+    <message>
+        <source>&quot;%1&quot; is no bit rate. Give it in bit/s, for example 250000.</source>
+        <translation>“%1” is geen bitsnelheid. Geef deze op in bit/s, bijvoorbeeld 250000.</translation>
+    </message>
+</context>
+<context>
+    <name>CanOpen</name>
+    <message>
+        <source>The toggle bit did not alternate</source>
+        <translation>De toggle-bit wisselde niet</translation>
+    </message>
+    <message>
+        <source>The SDO protocol timed out</source>
+        <translation>Time-out van het SDO-protocol</translation>
+    </message>
+    <message>
+        <source>The command specifier is not valid or unknown</source>
+        <translation>De commandocode is ongeldig of onbekend</translation>
+    </message>
+    <message>
+        <source>The block size is not valid</source>
+        <translation>De blokgrootte is ongeldig</translation>
+    </message>
+    <message>
+        <source>The sequence number is not valid</source>
+        <translation>Het volgnummer is ongeldig</translation>
+    </message>
+    <message>
+        <source>The checksum is wrong</source>
+        <translation>De controlesom is onjuist</translation>
+    </message>
+    <message>
+        <source>The device is out of memory</source>
+        <translation>Het apparaat heeft geen vrij geheugen meer</translation>
+    </message>
+    <message>
+        <source>The access to the object is not supported</source>
+        <translation>De toegang tot het object wordt niet ondersteund</translation>
+    </message>
+    <message>
+        <source>The object can only be written</source>
+        <translation>Het object kan alleen worden geschreven</translation>
+    </message>
+    <message>
+        <source>The object can only be read</source>
+        <translation>Het object kan alleen worden gelezen</translation>
+    </message>
+    <message>
+        <source>The object does not exist</source>
+        <translation>Het object bestaat niet</translation>
+    </message>
+    <message>
+        <source>The object cannot be mapped to a PDO</source>
+        <translation>Het object kan niet in een PDO worden opgenomen</translation>
+    </message>
+    <message>
+        <source>The mapped objects exceed the length of a PDO</source>
+        <translation>De opgenomen objecten zijn langer dan een PDO</translation>
+    </message>
+    <message>
+        <source>The parameter is incompatible</source>
+        <translation>De parameter is niet compatibel</translation>
+    </message>
+    <message>
+        <source>The device has an internal incompatibility</source>
+        <translation>Het apparaat heeft een interne incompatibiliteit</translation>
+    </message>
+    <message>
+        <source>The access failed because of a hardware error</source>
+        <translation>De toegang is mislukt door een hardwarefout</translation>
+    </message>
+    <message>
+        <source>The length does not match the data type</source>
+        <translation>De lengte past niet bij het gegevenstype</translation>
+    </message>
+    <message>
+        <source>There are more bytes than the data type has</source>
+        <translation>Er zijn meer bytes dan het gegevenstype heeft</translation>
+    </message>
+    <message>
+        <source>There are fewer bytes than the data type has</source>
+        <translation>Er zijn minder bytes dan het gegevenstype heeft</translation>
+    </message>
+    <message>
+        <source>The sub-index does not exist</source>
+        <translation>De subindex bestaat niet</translation>
+    </message>
+    <message>
+        <source>The value is not valid</source>
+        <translation>De waarde is ongeldig</translation>
+    </message>
+    <message>
+        <source>The value is too high</source>
+        <translation>De waarde is te hoog</translation>
+    </message>
+    <message>
+        <source>The value is too low</source>
+        <translation>De waarde is te laag</translation>
+    </message>
+    <message>
+        <source>The maximum is less than the minimum</source>
+        <translation>Het maximum is kleiner dan het minimum</translation>
+    </message>
+    <message>
+        <source>The resource is not available</source>
+        <translation>De bron is niet beschikbaar</translation>
+    </message>
+    <message>
+        <source>General error</source>
+        <translation>Algemene fout</translation>
+    </message>
+    <message>
+        <source>The data cannot be transferred or stored</source>
+        <translation>De gegevens kunnen niet worden overgedragen of opgeslagen</translation>
+    </message>
+    <message>
+        <source>The data cannot be transferred or stored because of local control</source>
+        <translation>De gegevens kunnen wegens lokale besturing niet worden overgedragen of opgeslagen</translation>
+    </message>
+    <message>
+        <source>The data cannot be transferred or stored in the present state of the device</source>
+        <translation>De gegevens kunnen in de huidige toestand van het apparaat niet worden overgedragen of opgeslagen</translation>
+    </message>
+    <message>
+        <source>There is no object dictionary</source>
+        <translation>Er is geen object dictionary</translation>
+    </message>
+    <message>
+        <source>No data is available</source>
+        <translation>Er zijn geen gegevens beschikbaar</translation>
+    </message>
+    <message>
+        <source>Abort code %1</source>
+        <translation>Afbreekcode %1</translation>
+    </message>
+</context>
+<context>
+    <name>CanOpen::CanPort</name>
+    <message>
+        <source>The CAN interface did not connect within %1 seconds.</source>
+        <translation>De CAN-interface heeft binnen %1 seconden geen verbinding gemaakt.</translation>
+    </message>
+    <message>
+        <source>The CAN interface was disconnected.</source>
+        <translation>De verbinding met de CAN-interface is verbroken.</translation>
+    </message>
+    <message>
+        <source>The CAN interface failed: %1</source>
+        <translation>De CAN-interface is uitgevallen: %1</translation>
+    </message>
+    <message>
+        <source>The CAN interface does not send any more: %1</source>
+        <translation>De CAN-interface verzendt niet meer: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ConnectionBar</name>
+    <message>
+        <source>%1 bit/s</source>
+        <translation>%1 bit/s</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>Verbinden</translation>
+    </message>
+    <message>
+        <source>Disconnect</source>
+        <translation>Verbinding verbreken</translation>
+    </message>
+    <message>
+        <source>Open this bus</source>
+        <translation>Deze bus openen</translation>
+    </message>
+    <message>
+        <source>Close the bus</source>
+        <translation>De bus sluiten</translation>
+    </message>
+    <message>
+        <source>&amp;Back end:</source>
+        <translation>&amp;Stuurprogramma:</translation>
+    </message>
+    <message>
+        <source>The kind of CAN adapter</source>
+        <translation>Het soort CAN-adapter</translation>
+    </message>
+    <message>
+        <source>&amp;Interface:</source>
+        <translation>&amp;Interface:</translation>
+    </message>
+    <message>
+        <source>One of the adapters found; others can be typed in</source>
+        <translation>Een van de gevonden adapters; andere kunt u intypen</translation>
+    </message>
+    <message>
+        <source>none found: type a name</source>
+        <translation>geen gevonden: typ een naam</translation>
+    </message>
+    <message>
+        <source>Look for adapters again</source>
+        <translation>Opnieuw naar adapters zoeken</translation>
+    </message>
+    <message>
+        <source>Bit &amp;rate:</source>
+        <translation>&amp;Bitsnelheid:</translation>
+    </message>
+    <message>
+        <source>Set on the adapter before connecting</source>
+        <translation>Wordt vóór het verbinden op de adapter ingesteld</translation>
+    </message>
+    <message>
+        <source>as configured</source>
+        <translation>zoals ingesteld</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+</context>
+<context>
+    <name>DraxelHost</name>
+    <message>
+        <source>Looks into the CANopen bus of light electric vehicles.</source>
+        <translation>Kijkt in de CANopen-bus van lichte elektrische voertuigen.</translation>
+    </message>
+    <message>
+        <source>Choose this bus, for example socketcan:can0 or simulated:pedelec.</source>
+        <translation>Deze bus kiezen, bijvoorbeeld socketcan:can0 of simulated:pedelec.</translation>
+    </message>
+    <message>
+        <source>Set this bit rate (bit/s) when connecting.</source>
+        <translation>Deze bitsnelheid (bit/s) bij het verbinden instellen.</translation>
+    </message>
+    <message>
+        <source>Connect to the bus at once.</source>
+        <translation>Meteen met de bus verbinden.</translation>
+    </message>
+    <message>
+        <source>The language, for example de.</source>
+        <translation>De taal, bijvoorbeeld nl.</translation>
+    </message>
+    <message>
+        <source>Load the plug-ins of this folder.</source>
+        <translation>De plug-ins van deze map laden.</translation>
+    </message>
+    <message>
+        <source>--bitrate needs --bus.</source>
+        <translation>--bitrate vereist --bus.</translation>
+    </message>
+    <message>
+        <source>What is &quot;%1&quot; for?</source>
+        <translation>Waarvoor dient “%1”?</translation>
+    </message>
+</context>
+<context>
+    <name>InterfaceWatch</name>
+    <message>
+        <source>The interface %1 is there.</source>
+        <translation>De interface %1 is er.</translation>
+    </message>
+    <message>
+        <source>The interface %1 is down. Switch it on, for example with &quot;ip link set %1 up&quot;.</source>
+        <translation>De interface %1 staat uit. Zet hem aan, bijvoorbeeld met “ip link set %1 up”.</translation>
+    </message>
+    <message>
+        <source>There is no interface %1. Check that the adapter is plugged in.</source>
+        <translation>Er is geen interface %1. Controleer of de adapter is aangesloten.</translation>
+    </message>
+    <message>
+        <source>The interface %1 was removed and came back.</source>
+        <translation>De interface %1 is verwijderd en weer teruggekomen.</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>%1 has no window.</source>
+        <translation>%1 heeft geen venster.</translation>
+    </message>
+    <message>
+        <source>No plug-in is loaded. Put one into the folder &quot;plugins&quot; beside the program and start it again.</source>
+        <translation>Er is geen plug-in geladen. Zet er een in de map “plugins” naast het programma en start het opnieuw.</translation>
+    </message>
+    <message>
+        <source>Which interface is meant? Choose one, or type its name, and connect again.</source>
+        <translation>Welke interface wordt bedoeld? Kies er een, of typ de naam, en maak opnieuw verbinding.</translation>
+    </message>
+    <message>
+        <source>Node %1 did not answer when asked for object %2; the read ended there.</source>
+        <translation>Node %1 antwoordde niet op de vraag naar object %2; het lezen eindigde daar.</translation>
+    </message>
+</context>
+<context>
+    <name>PluginLibrary</name>
+    <message>
+        <source>The file %1 is no plug-in: %2</source>
+        <translation>Het bestand %1 is geen plug-in: %2</translation>
+    </message>
+    <message>
+        <source>The library %1 is a plug-in for another program.</source>
+        <translation>De bibliotheek %1 is een plug-in voor een ander programma.</translation>
+    </message>
+    <message>
+        <source>The plug-in %1 cannot be loaded: %2</source>
+        <translation>De plug-in %1 kan niet worden geladen: %2</translation>
+    </message>
+    <message>
+        <source>The plug-in %1 was made for another version of this program (it does not know the interface %2).</source>
+        <translation>De plug-in %1 is voor een andere versie van dit programma gemaakt (hij kent de interface %2 niet).</translation>
+    </message>
+</context>
+<context>
+    <name>PluginSession</name>
+    <message>
+        <source>There is no plug-in in the folder %1.</source>
+        <translation>Er is geen plug-in in de map %1.</translation>
+    </message>
+</context>
+<context>
+    <name>SimulatedBus</name>
+    <message>
+        <source>The simulated bus is down</source>
+        <translation>De gesimuleerde bus staat uit</translation>
+    </message>
+    <message>
+        <source>The simulated bus runs at %1 bit/s already, not at %2</source>
+        <translation>De gesimuleerde bus werkt al op %1 bit/s, niet op %2</translation>
+    </message>
+</context>
+<context>
+    <name>Simulator::SimulatedCanDevice</name>
+    <message>
+        <source>The simulated bus is down</source>
+        <translation>De gesimuleerde bus staat uit</translation>
+    </message>
+    <message>
+        <source>%1 bit/s is no bit rate of CAN; possible are 10000, 20000, 50000, 100000, 125000, 250000, 500000, 800000 and 1000000, or 0 for as fast as possible</source>
+        <translation>%1 bit/s is geen CAN-bitsnelheid; mogelijk zijn 10000, 20000, 50000, 100000, 125000, 250000, 500000, 800000 en 1000000, of 0 voor zo snel mogelijk</translation>
+    </message>
+    <message>
+        <source>Cannot write this kind of frame</source>
+        <translation>Dit soort frame kan niet worden verzonden</translation>
+    </message>
+    <message>
+        <source>No such device or address</source>
+        <translation>Geen dergelijk apparaat of adres</translation>
+    </message>
+    <message>
+        <source>No buffer space available</source>
+        <translation>Geen bufferruimte beschikbaar</translation>
+    </message>
+    <message>
+        <source>The simulated bus is gone</source>
+        <translation>De gesimuleerde bus is verdwenen</translation>
+    </message>
+    <message>
+        <source>There is no node %1 for the fault &quot;%2&quot;</source>
+        <translation>Er is geen node %1 voor de storing “%2”</translation>
+    </message>
+</context>
+<context>
+    <name>StatusLine</name>
+    <message>
+        <source>Frames: %1/s</source>
+        <translation>Frames: %1/s</translation>
+    </message>
+    <message>
+        <source>Nodes heard: %1</source>
+        <translation>Gehoorde nodes: %1</translation>
+    </message>
+    <message>
+        <source>SDO: %1 read, %2 refused, %3 without answer</source>
+        <translation>SDO: %1 gelezen, %2 geweigerd, %3 zonder antwoord</translation>
+    </message>
+    <message>
+        <source>Uploads since the bus was connected; %1 requests were repeated, %2 frames sent again</source>
+        <translation>Uploads sinds de bus is verbonden; herhaalde verzoeken: %1, opnieuw verzonden frames: %2</translation>
+    </message>
+    <message>
+        <source>Not connected.</source>
+        <translation>Niet verbonden.</translation>
+    </message>
+    <message>
+        <source>Connecting to %1 ...</source>
+        <translation>Verbinden met %1 ...</translation>
+    </message>
+    <message>
+        <source>Connected to %1 at %2 kbit/s.</source>
+        <translation>Verbonden met %1 op %2 kbit/s.</translation>
+    </message>
+    <message>
+        <source>Connected to %1.</source>
+        <translation>Verbonden met %1.</translation>
+    </message>
+    <message>
+        <source>Connection lost: %1 Trying to connect again ...</source>
+        <translation>Verbinding verbroken: %1 Er wordt opnieuw verbinding gemaakt ...</translation>
+    </message>
+</context>
+</TS>

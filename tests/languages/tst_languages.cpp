@@ -1,0 +1,608 @@
+// SPDX-License-Identifier: MIT
+#include "translationfile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTranslator>
+#include <QtTest>
+
+#include <algorithm>
+
+/*! The translations: complete, of the sources as they are, and without harm to what the texts are glued into. */
+class tst_Languages : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void languagesOfBothFamilies();
+    void everyTextIsFinished_data() { addFiles(); }
+    void everyTextIsFinished();
+    void contexts_data();
+    void contexts();
+    void textsAreTheSameInAllLanguages_data() { addFamilies(); }
+    void textsAreTheSameInAllLanguages();
+    void placeholdersAreKept_data() { addFiles(); }
+    void placeholdersAreKept();
+    void whiteSpaceIsKept_data() { addFiles(); }
+    void whiteSpaceIsKept();
+    void joiningSignsAreKept_data() { addFiles(); }
+    void joiningSignsAreKept();
+    void noMarkupComesIn_data() { addFiles(); }
+    void noMarkupComesIn();
+    void mnemonicsAreKept_data();
+    void mnemonicsAreKept();
+    void fileFormatIsNotTranslated_data() { addFiles(); }
+    void fileFormatIsNotTranslated();
+    void fileNamePatternIsKept();
+    void onlyNamesStayAsTheyAre_data() { addFiles(); }
+    void onlyNamesStayAsTheyAre();
+    void writtenInItsLanguage_data() { addFiles(); }
+    void writtenInItsLanguage();
+    void glossaryIsKept_data();
+    void glossaryIsKept();
+    void untranslatedTextsAreInNoFile_data();
+    void untranslatedTextsAreInNoFile();
+    void pluralsHaveEnglishForms_data() { addFamilies(); }
+    void pluralsHaveEnglishForms();
+    void builtFileHoldsEveryText_data() { addFiles(); }
+    void builtFileHoldsEveryText();
+    void filesAreUpToDate_data() { addFiles(); }
+    void filesAreUpToDate();
+
+private:
+    using Messages = QVector<TranslationMessage>;
+
+    void addFiles();
+    void addFamilies();
+    Messages messages() const;
+
+    QHash<QString, Messages> m_messages; // of the files' names without their suffix
+    QTemporaryDir m_updated;             // what languages/update makes of the files
+    QString m_updateError;
+};
+
+namespace {
+
+const QStringList families{QStringLiteral("pl_overview"), QStringLiteral("draxel")};
+const QStringList languages{QStringLiteral("de"), QStringLiteral("fr"), QStringLiteral("nl"),
+                            QStringLiteral("zh_CN")};
+
+QString sourceFolder()
+{
+    return QStringLiteral(OVERVIEW_SOURCE_DIR "/languages/");
+}
+
+/*! The texts with a line break shown as such. */
+QString shown(QString text)
+{
+    return QLatin1Char('"') + text.replace(QLatin1Char('\n'), QLatin1String("\\n")) + QLatin1Char('"');
+}
+
+/*! One line for each text that does not hold what \a rule asks for. */
+template<typename Rule>
+QString violations(const QVector<TranslationMessage> &messages, Rule rule)
+{
+    QStringList lines;
+    for (const TranslationMessage &message : messages) {
+        for (const QString &translation : message.translations) {
+            if (!rule(message.source, translation))
+                lines.append(message.context + QLatin1String(": ") + shown(message.source)
+                             + QLatin1String(" -> ") + shown(translation));
+        }
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+QStringList keys(const QVector<TranslationMessage> &messages)
+{
+    QStringList list;
+    for (const TranslationMessage &message : messages)
+        list.append(message.key());
+    list.sort();
+    return list;
+}
+
+/*! The lines of \a list that are not in \a other. */
+QStringList without(QStringList list, const QStringList &other)
+{
+    list.erase(std::remove_if(list.begin(), list.end(),
+                              [&other](const QString &line) { return other.contains(line); }),
+               list.end());
+    return list;
+}
+
+QStringList placeholders(const QString &text)
+{
+    static const QRegularExpression pattern(QStringLiteral("%(?:L?[0-9]{1,2}|L?n)"));
+    QStringList found;
+    QRegularExpressionMatchIterator matches = pattern.globalMatch(text);
+    while (matches.hasNext())
+        found.append(matches.next().captured());
+    found.sort();
+    return found;
+}
+
+QString leadingSpace(const QString &text)
+{
+    const auto end = std::find_if(text.begin(), text.end(), [](QChar c) { return !c.isSpace(); });
+    return text.left(static_cast<int>(end - text.begin()));
+}
+
+QString trailingSpace(const QString &text)
+{
+    const auto begin = std::find_if(text.rbegin(), text.rend(), [](QChar c) { return !c.isSpace(); });
+    return text.right(static_cast<int>(begin - text.rbegin()));
+}
+
+int occurrences(const QString &text, const QRegularExpression &pattern)
+{
+    int count = 0;
+    for (QRegularExpressionMatchIterator matches = pattern.globalMatch(text); matches.hasNext();
+         matches.next())
+        ++count;
+    return count;
+}
+
+} // namespace
+
+void tst_Languages::initTestCase()
+{
+    for (const QString &family : families) {
+        for (const QString &language : languages) {
+            const QString name = family + QLatin1Char('_') + language;
+            QString error;
+            const Messages messages
+                = readTranslationFile(sourceFolder() + name + QStringLiteral(".ts"), &error);
+            QVERIFY2(error.isEmpty(), qPrintable(error));
+            QVERIFY2(!messages.isEmpty(), qPrintable(name));
+            m_messages.insert(name, messages);
+        }
+    }
+
+    QVERIFY(m_updated.isValid());
+    QProcess update;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LUPDATE"), QStringLiteral(OVERVIEW_LUPDATE));
+    update.setProcessEnvironment(environment);
+    update.start(QStringLiteral("bash"),
+                 {sourceFolder() + QStringLiteral("update"), QStringLiteral("--into"), m_updated.path()});
+    QVERIFY2(update.waitForFinished(60000), qPrintable(update.errorString()));
+    QVERIFY2(update.exitCode() == 0, update.readAllStandardError().constData());
+}
+
+void tst_Languages::addFamilies()
+{
+    QTest::addColumn<QString>("family");
+    for (const QString &family : families)
+        QTest::newRow(qPrintable(family)) << family;
+}
+
+void tst_Languages::addFiles()
+{
+    QTest::addColumn<QString>("family");
+    QTest::addColumn<QString>("language");
+    for (const QString &family : families) {
+        for (const QString &language : languages)
+            QTest::newRow(qPrintable(family + QLatin1Char('_') + language)) << family << language;
+    }
+}
+
+/*! The texts of the row's file. */
+tst_Languages::Messages tst_Languages::messages() const
+{
+    return m_messages.value(QString::fromUtf8(QTest::currentDataTag()));
+}
+
+void tst_Languages::languagesOfBothFamilies()
+{
+    QStringList expected;
+    for (const QString &name : m_messages.keys())
+        expected.append(name + QStringLiteral(".ts"));
+    QStringList found = QDir(sourceFolder()).entryList({QStringLiteral("*.ts")});
+    found.removeAll(QStringLiteral("pl_overview_en.ts"));
+    found.removeAll(QStringLiteral("draxel_en.ts"));
+    expected.sort();
+    found.sort();
+    QCOMPARE(found, expected);
+}
+
+void tst_Languages::everyTextIsFinished()
+{
+    QStringList lines;
+    for (const TranslationMessage &message : messages()) {
+        const int forms = message.hasNumber && QTest::currentDataTag() != QByteArray("draxel_zh_CN")
+                                  && QTest::currentDataTag() != QByteArray("pl_overview_zh_CN")
+                              ? 2
+                              : 1;
+        if (!message.type.isEmpty() || message.translations.size() != forms
+            || message.translations.contains(QString()))
+            lines.append(message.type + QLatin1Char(' ') + message.key());
+    }
+    QVERIFY2(lines.isEmpty(), qPrintable(lines.join(QLatin1Char('\n'))));
+}
+
+void tst_Languages::contexts_data()
+{
+    QTest::addColumn<QString>("family");
+    QTest::addColumn<QStringList>("expected");
+
+    QTest::newRow("plug-in") << QStringLiteral("pl_overview")
+                             << QStringList{QStringLiteral("ComponentUpdateChecker"),
+                                            QStringLiteral("DataInterpreter"),
+                                            QStringLiteral("DataReader"),
+                                            QStringLiteral("ExchangeFile"),
+                                            QStringLiteral("OverviewForm"),
+                                            QStringLiteral("pdfWriter")};
+    QTest::newRow("host") << QStringLiteral("draxel")
+                          << QStringList{QStringLiteral("BusAddress"),
+                                         QStringLiteral("BusConnection"),
+                                         QStringLiteral("BusSettings"),
+                                         QStringLiteral("CanOpen"),
+                                         QStringLiteral("CanOpen::CanPort"),
+                                         QStringLiteral("ConnectionBar"),
+                                         QStringLiteral("DraxelHost"),
+                                         QStringLiteral("InterfaceWatch"),
+                                         QStringLiteral("MainWindow"),
+                                         QStringLiteral("PluginLibrary"),
+                                         QStringLiteral("PluginSession"),
+                                         QStringLiteral("SimulatedBus"),
+                                         QStringLiteral("Simulator::SimulatedCanDevice"),
+                                         QStringLiteral("StatusLine")};
+}
+
+void tst_Languages::contexts()
+{
+    QFETCH(QString, family);
+    QFETCH(QStringList, expected);
+
+    for (const QString &language : languages) {
+        QStringList found;
+        for (const TranslationMessage &message : m_messages.value(family + QLatin1Char('_') + language))
+            found.append(message.context);
+        found.removeDuplicates();
+        found.sort();
+        expected.sort();
+        QVERIFY2(found == expected,
+                 qPrintable(QStringLiteral("%1: not expected: %2; missing: %3")
+                                .arg(language, without(found, expected).join(QLatin1Char(' ')),
+                                     without(expected, found).join(QLatin1Char(' ')))));
+    }
+}
+
+void tst_Languages::textsAreTheSameInAllLanguages()
+{
+    QFETCH(QString, family);
+
+    const QStringList german = keys(m_messages.value(family + QStringLiteral("_de")));
+    QCOMPARE(QSet<QString>(german.begin(), german.end()).size(), german.size());
+    for (const QString &language : languages) {
+        const QStringList other = keys(m_messages.value(family + QLatin1Char('_') + language));
+        QVERIFY2(other == german,
+                 qPrintable(language + QLatin1Char('\n')
+                            + (without(german, other) + without(other, german)).join(QLatin1Char('\n'))));
+    }
+}
+
+void tst_Languages::placeholdersAreKept()
+{
+    const QString found = violations(messages(), [](const QString &source, const QString &translation) {
+        return placeholders(source) == placeholders(translation);
+    });
+    QVERIFY2(found.isEmpty(), qPrintable(found));
+}
+
+void tst_Languages::whiteSpaceIsKept()
+{
+    const QString found = violations(messages(), [](const QString &source, const QString &translation) {
+        return leadingSpace(source) == leadingSpace(translation)
+               && trailingSpace(source) == trailingSpace(translation)
+               && source.count(QLatin1Char('\n')) == translation.count(QLatin1Char('\n'));
+    });
+    QVERIFY2(found.isEmpty(), qPrintable(found));
+}
+
+void tst_Languages::joiningSignsAreKept()
+{
+    // The next text follows at once.
+    const QString found = violations(messages(), [](const QString &source, const QString &translation) {
+        return source.endsWith(QLatin1Char(',')) == translation.endsWith(QLatin1Char(','));
+    });
+    QVERIFY2(found.isEmpty(), qPrintable(found));
+}
+
+void tst_Languages::noMarkupComesIn()
+{
+    // The report takes the texts as HTML: "<25" is text there, "<b" is not.
+    static const QRegularExpression tag(QStringLiteral("<[/!?A-Za-z]|&[#A-Za-z]"));
+    const QString found = violations(messages(), [](const QString &source, const QString &translation) {
+        return occurrences(translation, tag) <= occurrences(source, tag);
+    });
+    QVERIFY2(found.isEmpty(), qPrintable(found));
+}
+
+void tst_Languages::mnemonicsAreKept_data()
+{
+    // The plug-in's texts have none, and a "&" there is one.
+    QTest::addColumn<QString>("family");
+    QTest::addColumn<QString>("language");
+    for (const QString &language : languages) {
+        QTest::newRow(qPrintable(QStringLiteral("draxel_") + language))
+            << QStringLiteral("draxel") << language;
+    }
+}
+
+void tst_Languages::mnemonicsAreKept()
+{
+    static const QRegularExpression mnemonic(QStringLiteral("&[^& ]"));
+    const QString found = violations(messages(), [](const QString &source, const QString &translation) {
+        return occurrences(translation, mnemonic) == occurrences(source, mnemonic);
+    });
+    QVERIFY2(found.isEmpty(), qPrintable(found));
+}
+
+void tst_Languages::fileFormatIsNotTranslated()
+{
+    QFETCH(QString, family);
+    const QString line = QStringLiteral("            <object index=\"0x%1\" sub=\"0x%2\" value=\"%3\" />\n");
+
+    int found = 0;
+    for (const TranslationMessage &message : messages()) {
+        if (message.context != QLatin1String("DataReader"))
+            continue;
+        QCOMPARE(message.source, line);
+        QCOMPARE(message.translations, QStringList{line});
+        QVERIFY(message.translatorComment.contains(QLatin1String("exchange file")));
+        ++found;
+    }
+    QCOMPARE(found, family == QLatin1String("pl_overview") ? 1 : 0);
+}
+
+void tst_Languages::fileNamePatternIsKept()
+{
+    for (const QString &language : languages) {
+        int found = 0;
+        for (const TranslationMessage &message :
+             m_messages.value(QStringLiteral("pl_overview_") + language)) {
+            if (message.source == QLatin1String("Draxel Tool XML files (*.dxxml)")) {
+                QVERIFY2(message.translations.first().endsWith(QLatin1String(" (*.dxxml)")),
+                         qPrintable(message.translations.first()));
+                ++found;
+            }
+        }
+        QCOMPARE(found, 1);
+    }
+}
+
+void tst_Languages::onlyNamesStayAsTheyAre()
+{
+    QFETCH(QString, family);
+    QFETCH(QString, language);
+
+    struct EqualText
+    {
+        const char *family;
+        const char *languages;
+        const char *text;
+    };
+    static const EqualText equalTexts[] = {
+        {"pl_overview", "de fr nl zh_CN", "%1,"},
+        {"pl_overview", "de fr nl zh_CN", "%1 s"},
+        {"pl_overview", "de fr nl zh_CN", "%1 A"},
+        {"pl_overview", "de fr nl zh_CN", "%1 Ah"},
+        {"pl_overview", "de fr nl zh_CN", "%1 Wh"},
+        {"pl_overview", "de fr nl zh_CN", "%1 Hz"},
+        {"pl_overview", "de fr nl zh_CN", "%1 Ohm"},
+        {"pl_overview", "de fr nl zh_CN", "%1 V"},
+        {"pl_overview", "de fr nl zh_CN", "%1 m"},
+        {"pl_overview", "de fr nl zh_CN", "%1 mm"},
+        {"pl_overview", "de fr nl zh_CN", "%1 N"},
+        {"pl_overview", "de fr nl zh_CN", "%1 Nm"},
+        {"pl_overview", "de fr zh_CN", "%1 km/h"},
+        {"pl_overview", "fr", "%1 bpm"},
+        {"pl_overview", "de fr nl zh_CN", "%1 %"},
+        {"pl_overview", "de fr nl zh_CN", "%1 °C"},
+        {"pl_overview", "de fr nl zh_CN", "%1 °C/min"},
+        {"pl_overview", "fr", "%1 minutes"},
+        {"pl_overview", "de fr nl zh_CN",
+         "            <object index=\"0x%1\" sub=\"0x%2\" value=\"%3\" />\n"},
+        {"pl_overview", "de fr nl zh_CN", " VDN "},
+        {"pl_overview", "nl", " sensor "},
+        {"pl_overview", "fr nl", "Scooter"},
+        {"pl_overview", "fr nl", "Robot"},
+        // The names of the NMT states, as they are said in German and Dutch too.
+        {"pl_overview", "de nl", "Boot-up"},
+        {"pl_overview", "de nl", "Pre-Op"},
+        {"pl_overview", "de nl", "Operational"},
+        {"pl_overview", "de nl", "Stopped"},
+        {"draxel", "de fr nl zh_CN", "%1 bit/s"},
+        {"draxel", "de fr nl zh_CN", "%1 kbit/s"},
+        {"draxel", "de nl", "Frames: %1/s"},
+        {"draxel", "nl", "&Interface:"},
+    };
+
+    QStringList expected;
+    for (const EqualText &row : equalTexts) {
+        if (family == QLatin1String(row.family)
+            && QString::fromLatin1(row.languages).split(QLatin1Char(' ')).contains(language))
+            expected.append(shown(QString::fromUtf8(row.text)));
+    }
+    QStringList found;
+    for (const TranslationMessage &message : messages()) {
+        if (message.translations.contains(message.source))
+            found.append(shown(message.source));
+    }
+    found.removeDuplicates();
+    expected.sort();
+    found.sort();
+    QVERIFY2(found == expected, qPrintable(QStringLiteral("not translated: %1\nno longer equal: %2")
+                                               .arg(without(found, expected).join(QLatin1Char('\n')),
+                                                    without(expected, found).join(QLatin1Char('\n')))));
+}
+
+void tst_Languages::writtenInItsLanguage()
+{
+    QFETCH(QString, language);
+
+    static const QRegularExpression chinese(QStringLiteral("\\p{Han}"));
+    const bool isChinese = language == QLatin1String("zh_CN");
+    const QString found
+        = violations(messages(), [isChinese](const QString &source, const QString &translation) {
+              return source == translation || translation.contains(chinese) == isChinese;
+          });
+    QVERIFY2(found.isEmpty(), qPrintable(found));
+}
+
+void tst_Languages::glossaryIsKept_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("de");
+    QTest::addColumn<QString>("fr");
+    QTest::addColumn<QString>("nl");
+    QTest::addColumn<QString>("zh_CN");
+
+    const auto row = [](const char *name, const char *source, const char *de, const char *fr, const char *nl,
+                        const char *chinese) {
+        QTest::newRow(name) << QString::fromUtf8(source) << QString::fromUtf8(de) << QString::fromUtf8(fr)
+                            << QString::fromUtf8(nl) << QString::fromUtf8(chinese);
+    };
+    row("alarm", "\\balarms?\\b", "alarm", "alarme", "alarm", "报警");
+    row("battery", "\\bbatter(y|ies)\\b", "akku", "batterie", "accu", "电池|电芯");
+    row("battery pack", "\\bbattery pack\\b", "akkupack", "pack batterie", "accupack", "电池组");
+    row("bit rate", "\\bbit rate\\b", "bitrate", "débit", "bitsnelheid", "波特率");
+    row("cell", "\\bcells?\\b", "zelle", "cellule", "cel", "电芯");
+    row("charger", "\\bcharger\\b", "ladegerät", "chargeur", "lader", "充电器");
+    row("controller", "\\bcontroller\\b", "steuergerät", "contrôleur", "controller", "控制器");
+    row("device", "\\bdevices?\\b", "gerät", "appareil|dispositif", "apparaat|apparaten", "设备");
+    row("encryption key", "\\bencryption key\\b", "kryptoschlüssel", "clé de chiffrement", "encryptiesleutel",
+        "加密密钥");
+    row("interface", "\\b(?-i:interfaces?)\\b", "schnittstelle", "interface", "interface", "接口");
+    row("masterless", "\\bmasterless\\b", "ohne master", "sans maître", "zonder master", "无主站");
+    row("node", "\\bnodes?\\b", "knoten", "nœud", "node", "节点");
+    row("object", "\\bobjects?\\b(?! index)", "objekt", "objet", "object", "对象");
+    row("plug-in", "\\bplug-ins?\\b", "plug-in", "plug-in", "plug-in", "插件");
+    row("security", "\\bsecurity\\b", "diebstahlschutz", "antivol", "diefstalbeveiliging", "防盗");
+    row("sleep mode", "\\bsleep mode\\b", "schlafmodus", "mode veille", "slaapstand", "休眠模式");
+    row("softlock", "\\bsoftlock", "wegfahrsperre", "antidémarrage", "startblokkering", "电子锁车");
+    row("temperature", "\\btemperature\\b", "temperatur", "température|surchauffe", "temperatuur", "温");
+    row("voltage", "\\bvoltage\\b", "spannung", "tension", "spanning", "压");
+}
+
+void tst_Languages::glossaryIsKept()
+{
+    QFETCH(QString, source);
+
+    const QRegularExpression sourceTerm(source, QRegularExpression::CaseInsensitiveOption
+                                                    | QRegularExpression::UseUnicodePropertiesOption);
+    int uses = 0;
+    for (const QString &family : families) {
+        for (const QString &language : languages) {
+            const QString term = *static_cast<QString *>(
+                QTest::qData(language.toLatin1().constData(), qMetaTypeId<QString>()));
+            const QRegularExpression translatedTerm(term, QRegularExpression::CaseInsensitiveOption);
+            const QString found = violations(m_messages.value(family + QLatin1Char('_') + language),
+                                             [&](const QString &text, const QString &translation) {
+                                                 if (!text.contains(sourceTerm))
+                                                     return true;
+                                                 ++uses;
+                                                 return translation.contains(translatedTerm);
+                                             });
+            QVERIFY2(found.isEmpty(), qPrintable(language + QLatin1Char('\n') + found));
+        }
+    }
+    QVERIFY(uses > 0);
+}
+
+void tst_Languages::untranslatedTextsAreInNoFile_data()
+{
+    QTest::addColumn<QString>("text");
+
+    for (const char *text : {"No error", "Do-Not-Attach", "Ready-To-Attach", "Normal Operation",
+                             "specific FSA not active", "Apply A-to-B processing", "Product code",
+                             "Revision number", "Serial number", "no entry", "CiA.part.version.revision",
+                             "nothing supported", "Draxel Network Components", "Draxel", "Draxel Tool"})
+        QTest::newRow(text) << QString::fromLatin1(text);
+}
+
+void tst_Languages::untranslatedTextsAreInNoFile()
+{
+    QFETCH(QString, text);
+
+    for (const QString &language : languages) {
+        for (const TranslationMessage &message : m_messages.value(QStringLiteral("pl_overview_") + language))
+            QVERIFY2(message.source.trimmed() != text, qPrintable(message.key()));
+    }
+}
+
+void tst_Languages::pluralsHaveEnglishForms()
+{
+    QFETCH(QString, family);
+
+    QStringList expected;
+    for (const TranslationMessage &message : m_messages.value(family + QStringLiteral("_de"))) {
+        if (message.hasNumber)
+            expected.append(message.key());
+    }
+    expected.sort();
+
+    const QString path = sourceFolder() + family + QStringLiteral("_en.ts");
+    QCOMPARE(QFile::exists(path), !expected.isEmpty());
+    if (expected.isEmpty())
+        return;
+    QString error;
+    const Messages english = readTranslationFile(path, &error);
+    QVERIFY2(error.isEmpty(), qPrintable(error));
+    QCOMPARE(keys(english), expected);
+    for (const TranslationMessage &message : english) {
+        QVERIFY2(message.type.isEmpty() && message.translations.size() == 2
+                     && !message.translations.contains(QString()),
+                 qPrintable(message.key()));
+        QVERIFY2(message.translations.first() != message.translations.last(), qPrintable(message.key()));
+    }
+}
+
+void tst_Languages::builtFileHoldsEveryText()
+{
+    const QString path = QStringLiteral(OVERVIEW_LANGUAGES "/") + QString::fromUtf8(QTest::currentDataTag())
+                         + QStringLiteral(".qm");
+    QVERIFY2(QFile::exists(path), qPrintable(path));
+    QTranslator translator;
+    QVERIFY2(translator.load(path), qPrintable(path));
+    QVERIFY(!translator.isEmpty());
+
+    const Messages texts = messages();
+    for (const TranslationMessage &message : texts) {
+        const QString found
+            = translator.translate(message.context.toUtf8().constData(), message.source.toUtf8().constData(),
+                                   message.comment.isEmpty() ? nullptr : message.comment.toUtf8().constData(),
+                                   message.hasNumber ? 1 : -1);
+        QVERIFY2(found == message.translations.first(),
+                 qPrintable(message.key() + QLatin1String(" -> ") + shown(found)));
+    }
+}
+
+void tst_Languages::filesAreUpToDate()
+{
+    const QString name = QString::fromUtf8(QTest::currentDataTag());
+    QString error;
+    const Messages updated
+        = readTranslationFile(m_updated.path() + QLatin1Char('/') + name + QStringLiteral(".ts"), &error);
+    QVERIFY2(error.isEmpty(), qPrintable(error));
+
+    const QStringList here = keys(messages());
+    const QStringList inSources = keys(updated);
+    const QStringList missing = without(inSources, here);
+    const QStringList gone = without(here, inSources);
+    QVERIFY2(missing.isEmpty() && gone.isEmpty(),
+             qPrintable(QStringLiteral("Run languages/update and translate.\nmissing here:\n%1\n"
+                                       "no longer in the sources:\n%2")
+                            .arg(missing.join(QLatin1Char('\n')), gone.join(QLatin1Char('\n')))));
+}
+
+QTEST_GUILESS_MAIN(tst_Languages)
+#include "tst_languages.moc"
