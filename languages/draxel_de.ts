@@ -36,6 +36,133 @@
     </message>
 </context>
 <context>
+    <name>BusReport</name>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>starting</source>
+        <translation>startet</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Stopped</translation>
+    </message>
+    <message>
+        <source>Operational</source>
+        <translation>Operational</translation>
+    </message>
+    <message>
+        <source>Pre-operational</source>
+        <translation>Pre-operational</translation>
+    </message>
+    <message>
+        <source>Node 1, the bus controller, was not heard. Without it nothing is read. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
+        <translation>Knoten 1, das Bus-Steuergerät, war nicht zu hören. Ohne ihn wird nichts gelesen. Ist das Fahrzeug eingeschaltet, und sendet Knoten 1 einen Heartbeat?</translation>
+    </message>
+    <message>
+        <source>Stopped, so that they answer no SDO: node %1. The read ends at the first of them; restart the vehicle, or start these nodes by NMT.</source>
+        <translation>Im Zustand Stopped und daher ohne Antwort auf SDO: Knoten %1. Das Lesen endet beim ersten davon; starten Sie das Fahrzeug neu oder diese Knoten über NMT.</translation>
+    </message>
+    <message>
+        <source>Heard, %1: node %2</source>
+        <translation>Gehört, %1: Knoten %2</translation>
+    </message>
+    <message>
+        <source>Started again (boot-up message): node %1</source>
+        <translation>Neu gestartet (Boot-up-Nachricht): Knoten %1</translation>
+    </message>
+    <message>
+        <source>Now %1: node %2</source>
+        <translation>Jetzt %1: Knoten %2</translation>
+    </message>
+    <message>
+        <source>Not heard any more: node %1</source>
+        <translation>Nicht mehr zu hören: Knoten %1</translation>
+    </message>
+    <message>
+        <source>Connected to %1 again.</source>
+        <translation>Wieder verbunden mit %1.</translation>
+    </message>
+    <message>
+        <source>Connected to %1 at %2 kbit/s.</source>
+        <translation>Verbunden mit %1 bei %2 kbit/s.</translation>
+    </message>
+    <message>
+        <source>Connected to %1.</source>
+        <translation>Verbunden mit %1.</translation>
+    </message>
+    <message>
+        <source>The connection to %1 is lost. %2 It is made again as soon as the interface is back.</source>
+        <translation>Die Verbindung zu %1 ist verloren. %2 Sie wird wiederhergestellt, sobald die Schnittstelle wieder da ist.</translation>
+    </message>
+    <message>
+        <source>Disconnected from %1.</source>
+        <translation>Getrennt von %1.</translation>
+    </message>
+    <message>
+        <source>Read started: looking for nodes.</source>
+        <translation>Lesen begonnen: Knoten werden gesucht.</translation>
+    </message>
+    <message>
+        <source>Read finished. Nodes: %1, values: %2, objects not there: %3.</source>
+        <translation>Lesen beendet. Knoten: %1, Werte: %2, nicht vorhandene Objekte: %3.</translation>
+    </message>
+    <message>
+        <source>Refused or failed: %1.</source>
+        <translation>Abgelehnt oder gescheitert: %1.</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because node 1, the bus controller, was not heard. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
+        <translation>Nichts wurde gelesen, weil Knoten 1, das Bus-Steuergerät, nicht zu hören war. Ist das Fahrzeug eingeschaltet, und sendet Knoten 1 einen Heartbeat?</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2h sub-index %3, because the node is in the state Stopped and answers no SDO. Values read until then: %4.</source>
+        <translation>Das Lesen endete bei Knoten %1, Objekt %2h Subindex %3, weil der Knoten im Zustand Stopped ist und kein SDO beantwortet. Bis dahin gelesene Werte: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2h sub-index %3, because it did not answer. Values read until then: %4.</source>
+        <translation>Das Lesen endete bei Knoten %1, Objekt %2h Subindex %3, weil er nicht antwortete. Bis dahin gelesene Werte: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2h sub-index %3, because the bus was gone. Values read until then: %4.</source>
+        <translation>Das Lesen endete bei Knoten %1, Objekt %2h Subindex %3, weil der Bus weg war. Bis dahin gelesene Werte: %4.</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user.</source>
+        <translation>Das Lesen wurde vom Benutzer abgebrochen.</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user at node %1, object %2h sub-index %3. Values read until then: %4.</source>
+        <translation>Das Lesen wurde vom Benutzer bei Knoten %1, Objekt %2h Subindex %3 abgebrochen. Bis dahin gelesene Werte: %4.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 works without errors again.</source>
+        <translation>Die CAN-Schnittstelle %1 arbeitet wieder fehlerfrei.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 counts many bus errors.</source>
+        <translation>Die CAN-Schnittstelle %1 zählt viele Busfehler.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is error-passive: nobody acknowledges its frames, or they arrive broken. Check bit rate, wiring and termination.</source>
+        <translation>Die CAN-Schnittstelle %1 ist error-passive: Niemand bestätigt ihre Frames, oder sie kommen gestört an. Prüfen Sie Bitrate, Verkabelung und Abschlusswiderstände.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is bus-off: it has left the bus after too many errors. Check bit rate, wiring and termination, then restart the interface, or disconnect and connect.</source>
+        <translation>Die CAN-Schnittstelle %1 ist bus-off: Sie hat den Bus nach zu vielen Fehlern verlassen. Prüfen Sie Bitrate, Verkabelung und Abschlusswiderstände, dann starten Sie die Schnittstelle neu, oder trennen und verbinden Sie.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 has dropped received frames (overrun).</source>
+        <translation>Die CAN-Schnittstelle %1 hat empfangene Frames verloren (Überlauf).</translation>
+    </message>
+    <message>
+        <source>Started, but no heartbeat has followed (is object 1017h zero?): node %1</source>
+        <translation>Gestartet, aber ohne folgenden Heartbeat (ist Objekt 1017h null?): Knoten %1</translation>
+    </message>
+</context>
+<context>
     <name>BusSettings</name>
     <message>
         <source>&quot;%1&quot; is no bit rate. Give it in bit/s, for example 250000.</source>
@@ -248,7 +375,7 @@
     </message>
     <message>
         <source>as configured</source>
-        <translation>wie eingestellt</translation>
+        <translation>unverändert</translation>
     </message>
     <message>
         <source>%1 kbit/s</source>
@@ -289,6 +416,128 @@
         <source>What is &quot;%1&quot; for?</source>
         <translation>Wozu dient „%1“?</translation>
     </message>
+    <message>
+        <source>Write the debug lines of plug-ins to the terminal.</source>
+        <translation>Die Debug-Zeilen der Plug-ins ins Terminal schreiben.</translation>
+    </message>
+    <message>
+        <source>Saved files are opened in the window: start without &quot;%1&quot; and choose File, Open.</source>
+        <translation>Gespeicherte Dateien werden im Fenster geöffnet: Starten Sie ohne „%1“ und wählen Sie Datei, Gespeicherte Datei öffnen.</translation>
+    </message>
+</context>
+<context>
+    <name>HelpBoxes</name>
+    <message>
+        <source>About Draxel</source>
+        <translation>Über Draxel</translation>
+    </message>
+    <message>
+        <source>Draxel %1</source>
+        <translation>Draxel %1</translation>
+    </message>
+    <message>
+        <source>Looks into the CANopen bus of light electric vehicles.</source>
+        <translation>Blickt in den CANopen-Bus von Leichtelektrofahrzeugen.</translation>
+    </message>
+    <message>
+        <source>Licence: MIT. You may use, change and pass it on freely; it comes without warranty.</source>
+        <translation>Lizenz: MIT. Sie dürfen das Programm frei benutzen, ändern und weitergeben; es kommt ohne Gewährleistung.</translation>
+    </message>
+    <message>
+        <source>Qt version: %1</source>
+        <translation>Qt-Version: %1</translation>
+    </message>
+    <message>
+        <source>Plug-ins: %1</source>
+        <translation>Plug-ins: %1</translation>
+    </message>
+    <message>
+        <source>Key list</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+</context>
+<context>
+    <name>HostMenus</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Open saved file...</source>
+        <translation>&amp;Gespeicherte Datei öffnen...</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>&amp;Exportieren...</translation>
+    </message>
+    <message>
+        <source>Save &amp;PDF report...</source>
+        <translation>&amp;PDF-Bericht speichern...</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>B&amp;us</source>
+        <translation>&amp;Bus</translation>
+    </message>
+    <message>
+        <source>&amp;Connect</source>
+        <translation>&amp;Verbinden</translation>
+    </message>
+    <message>
+        <source>&amp;Disconnect</source>
+        <translation>&amp;Trennen</translation>
+    </message>
+    <message>
+        <source>Re&amp;fresh interfaces</source>
+        <translation>&amp;Schnittstellen neu suchen</translation>
+    </message>
+    <message>
+        <source>&amp;Read all data</source>
+        <translation>Alle &amp;Daten lesen</translation>
+    </message>
+    <message>
+        <source>Ca&amp;ncel read</source>
+        <translation>Lesen &amp;abbrechen</translation>
+    </message>
+    <message>
+        <source>&amp;Patience with slow nodes...</source>
+        <translation>&amp;Geduld mit langsamen Knoten...</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Reset layout</source>
+        <translation>Anordnung &amp;zurücksetzen</translation>
+    </message>
+    <message>
+        <source>&amp;Language</source>
+        <translation>S&amp;prache</translation>
+    </message>
+    <message>
+        <source>&amp;System</source>
+        <translation>&amp;System</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;Key list</source>
+        <translation>&amp;Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>&amp;About Draxel</source>
+        <translation>&amp;Über Draxel</translation>
+    </message>
+    <message>
+        <source>About &amp;Qt</source>
+        <translation>Über &amp;Qt</translation>
+    </message>
 </context>
 <context>
     <name>InterfaceWatch</name>
@@ -324,8 +573,105 @@
         <translation>Welche Schnittstelle ist gemeint? Wählen Sie eine oder tippen Sie ihren Namen ein, und verbinden Sie erneut.</translation>
     </message>
     <message>
-        <source>Node %1 did not answer when asked for object %2; the read ended there.</source>
-        <translation>Knoten %1 antwortete nicht auf die Frage nach Objekt %2; das Lesen endete dort.</translation>
+        <source>Messages</source>
+        <translation>Meldungen</translation>
+    </message>
+    <message>
+        <source>&amp;Messages</source>
+        <translation>&amp;Meldungen</translation>
+    </message>
+    <message>
+        <source>The settings cannot be kept: the file %1 cannot be written.</source>
+        <translation>Die Einstellungen können nicht behalten werden: Die Datei %1 kann nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>&amp;Read anyway</source>
+        <translation>&amp;Trotzdem lesen</translation>
+    </message>
+</context>
+<context>
+    <name>MessageLog</name>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Meldung</translation>
+    </message>
+    <message>
+        <source>%1 (%2 times)</source>
+        <translation>%1 (%2-mal)</translation>
+    </message>
+</context>
+<context>
+    <name>MessagePanel</name>
+    <message>
+        <source>Messages</source>
+        <translation>Meldungen</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the selected messages, or all of them</source>
+        <translation>Die ausgewählten oder alle Meldungen kopieren</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Leeren</translation>
+    </message>
+    <message>
+        <source>Remove all messages</source>
+        <translation>Alle Meldungen entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>PatienceDialog</name>
+    <message>
+        <source>Patience with slow nodes</source>
+        <translation>Geduld mit langsamen Knoten</translation>
+    </message>
+    <message>
+        <source>How long to wait for a node&apos;s answer before it counts as silent. Every repeat waits twice as long as the try before it.</source>
+        <translation>Wie lange auf die Antwort eines Knotens gewartet wird, bevor er als stumm gilt. Jede Wiederholung wartet doppelt so lange wie der Versuch davor.</translation>
+    </message>
+    <message>
+        <source>&amp;Time-out:</source>
+        <translation>&amp;Wartezeit:</translation>
+    </message>
+    <message>
+        <source>&amp;Repeats:</source>
+        <translation>Wieder&amp;holungen:</translation>
+    </message>
+    <message>
+        <source>Nodes with a patience of their &amp;own:</source>
+        <translation>Knoten mit &amp;eigener Geduld:</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Knoten</translation>
+    </message>
+    <message>
+        <source>Time-out</source>
+        <translation>Wartezeit</translation>
+    </message>
+    <message>
+        <source>Repeats</source>
+        <translation>Wiederholungen</translation>
+    </message>
+    <message>
+        <source>&amp;Add node</source>
+        <translation>&amp;Knoten hinzufügen</translation>
+    </message>
+    <message>
+        <source>Re&amp;move node</source>
+        <translation>Knoten ent&amp;fernen</translation>
+    </message>
+    <message>
+        <source>&amp;Defaults</source>
+        <translation>&amp;Standardwerte</translation>
     </message>
 </context>
 <context>
@@ -403,18 +749,6 @@
         <translation>Frames: %1/s</translation>
     </message>
     <message>
-        <source>Nodes heard: %1</source>
-        <translation>Gehörte Knoten: %1</translation>
-    </message>
-    <message>
-        <source>SDO: %1 read, %2 refused, %3 without answer</source>
-        <translation>SDO: %1 gelesen, %2 abgelehnt, %3 ohne Antwort</translation>
-    </message>
-    <message>
-        <source>Uploads since the bus was connected; %1 requests were repeated, %2 frames sent again</source>
-        <translation>Uploads seit dem Verbinden des Busses; wiederholte Anfragen: %1, erneut gesendete Frames: %2</translation>
-    </message>
-    <message>
         <source>Not connected.</source>
         <translation>Nicht verbunden.</translation>
     </message>
@@ -433,6 +767,42 @@
     <message>
         <source>Connection lost: %1 Trying to connect again ...</source>
         <translation>Verbindung verloren: %1 Neuer Verbindungsversuch läuft ...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>End the read; what was read stays (Esc)</source>
+        <translation>Das Lesen beenden; das Gelesene bleibt (Esc)</translation>
+    </message>
+    <message>
+        <source>Nodes: %1</source>
+        <translation>Knoten: %1</translation>
+    </message>
+    <message>
+        <source>Uploads since the bus was connected. Requests repeated: %1, frames sent again: %2, overruns: %3</source>
+        <translation>Uploads seit dem Verbinden des Busses. Wiederholte Anfragen: %1, erneut gesendete Frames: %2, Überläufe: %3</translation>
+    </message>
+    <message>
+        <source>Ending the read ...</source>
+        <translation>Das Lesen wird beendet ...</translation>
+    </message>
+    <message>
+        <source>Looking for nodes ...</source>
+        <translation>Knoten werden gesucht ...</translation>
+    </message>
+    <message>
+        <source>Reading node %1, object %2h ...</source>
+        <translation>Lese Knoten %1, Objekt %2h ...</translation>
+    </message>
+    <message>
+        <source>SDO: %1 read, %2 not there, %3 without answer</source>
+        <translation>SDO: %1 gelesen, %2 nicht vorhanden, %3 ohne Antwort</translation>
+    </message>
+    <message>
+        <source>%1, %2 refused</source>
+        <translation>%1, %2 abgelehnt</translation>
     </message>
 </context>
 </TS>

@@ -36,6 +36,133 @@
     </message>
 </context>
 <context>
+    <name>BusReport</name>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 à %2</translation>
+    </message>
+    <message>
+        <source>starting</source>
+        <translation>en démarrage</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Arrêté</translation>
+    </message>
+    <message>
+        <source>Operational</source>
+        <translation>Opérationnel</translation>
+    </message>
+    <message>
+        <source>Pre-operational</source>
+        <translation>Pré-opérationnel</translation>
+    </message>
+    <message>
+        <source>Node 1, the bus controller, was not heard. Without it nothing is read. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
+        <translation>Le nœud 1, le contrôleur du bus, n’a pas été entendu. Sans lui, rien n’est lu. Le véhicule est-il en marche, et le nœud 1 émet-il un heartbeat&#xa0;?</translation>
+    </message>
+    <message>
+        <source>Stopped, so that they answer no SDO: node %1. The read ends at the first of them; restart the vehicle, or start these nodes by NMT.</source>
+        <translation>Arrêtés, donc sans réponse aux SDO&#xa0;: nœud %1. La lecture s’arrête au premier d’entre eux&#xa0;; redémarrez le véhicule, ou démarrez ces nœuds par NMT.</translation>
+    </message>
+    <message>
+        <source>Heard, %1: node %2</source>
+        <translation>Entendu, %1&#xa0;: nœud %2</translation>
+    </message>
+    <message>
+        <source>Started again (boot-up message): node %1</source>
+        <translation>Redémarré (message de boot-up)&#xa0;: nœud %1</translation>
+    </message>
+    <message>
+        <source>Now %1: node %2</source>
+        <translation>Maintenant %1&#xa0;: nœud %2</translation>
+    </message>
+    <message>
+        <source>Not heard any more: node %1</source>
+        <translation>N’est plus entendu&#xa0;: nœud %1</translation>
+    </message>
+    <message>
+        <source>Connected to %1 again.</source>
+        <translation>Reconnecté à %1.</translation>
+    </message>
+    <message>
+        <source>Connected to %1 at %2 kbit/s.</source>
+        <translation>Connecté à %1 à %2 kbit/s.</translation>
+    </message>
+    <message>
+        <source>Connected to %1.</source>
+        <translation>Connecté à %1.</translation>
+    </message>
+    <message>
+        <source>The connection to %1 is lost. %2 It is made again as soon as the interface is back.</source>
+        <translation>La connexion à %1 est perdue. %2 Elle sera rétablie dès que l’interface sera de retour.</translation>
+    </message>
+    <message>
+        <source>Disconnected from %1.</source>
+        <translation>Déconnecté de %1.</translation>
+    </message>
+    <message>
+        <source>Read started: looking for nodes.</source>
+        <translation>Lecture commencée&#xa0;: recherche des nœuds.</translation>
+    </message>
+    <message>
+        <source>Read finished. Nodes: %1, values: %2, objects not there: %3.</source>
+        <translation>Lecture terminée. Nœuds&#xa0;: %1, valeurs&#xa0;: %2, objets absents&#xa0;: %3.</translation>
+    </message>
+    <message>
+        <source>Refused or failed: %1.</source>
+        <translation>Refusés ou en échec&#xa0;: %1.</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because node 1, the bus controller, was not heard. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
+        <translation>Rien n’a été lu, car le nœud 1, le contrôleur du bus, n’a pas été entendu. Le véhicule est-il en marche, et le nœud 1 émet-il un heartbeat&#xa0;?</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2h sub-index %3, because the node is in the state Stopped and answers no SDO. Values read until then: %4.</source>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2h sous-index %3, car le nœud est à l’état Arrêté et ne répond à aucun SDO. Valeurs lues jusque-là&#xa0;: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2h sub-index %3, because it did not answer. Values read until then: %4.</source>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2h sous-index %3, car il n’a pas répondu. Valeurs lues jusque-là&#xa0;: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2h sub-index %3, because the bus was gone. Values read until then: %4.</source>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2h sous-index %3, car le bus n’était plus là. Valeurs lues jusque-là&#xa0;: %4.</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user.</source>
+        <translation>La lecture a été annulée par l’utilisateur.</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user at node %1, object %2h sub-index %3. Values read until then: %4.</source>
+        <translation>La lecture a été annulée par l’utilisateur au nœud %1, objet %2h sous-index %3. Valeurs lues jusque-là&#xa0;: %4.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 works without errors again.</source>
+        <translation>L’interface CAN %1 fonctionne de nouveau sans erreur.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 counts many bus errors.</source>
+        <translation>L’interface CAN %1 compte de nombreuses erreurs de bus.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is error-passive: nobody acknowledges its frames, or they arrive broken. Check bit rate, wiring and termination.</source>
+        <translation>L’interface CAN %1 est en erreur passive&#xa0;: personne n’acquitte ses trames, ou elles arrivent altérées. Vérifiez le débit, le câblage et la terminaison.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is bus-off: it has left the bus after too many errors. Check bit rate, wiring and termination, then restart the interface, or disconnect and connect.</source>
+        <translation>L’interface CAN %1 est en bus-off&#xa0;: elle a quitté le bus après trop d’erreurs. Vérifiez le débit, le câblage et la terminaison, puis redémarrez l’interface, ou déconnectez et reconnectez.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 has dropped received frames (overrun).</source>
+        <translation>L’interface CAN %1 a perdu des trames reçues (débordement).</translation>
+    </message>
+    <message>
+        <source>Started, but no heartbeat has followed (is object 1017h zero?): node %1</source>
+        <translation>Démarré, mais sans heartbeat ensuite (l’objet 1017h est-il nul&#xa0;?)&#xa0;: nœud %1</translation>
+    </message>
+</context>
+<context>
     <name>BusSettings</name>
     <message>
         <source>&quot;%1&quot; is no bit rate. Give it in bit/s, for example 250000.</source>
@@ -248,7 +375,7 @@
     </message>
     <message>
         <source>as configured</source>
-        <translation>selon la configuration</translation>
+        <translation>inchangé</translation>
     </message>
     <message>
         <source>%1 kbit/s</source>
@@ -289,6 +416,128 @@
         <source>What is &quot;%1&quot; for?</source>
         <translation>À quoi sert «&#xa0;%1&#xa0;»&#xa0;?</translation>
     </message>
+    <message>
+        <source>Write the debug lines of plug-ins to the terminal.</source>
+        <translation>Écrire les lignes de débogage des plug-ins dans le terminal.</translation>
+    </message>
+    <message>
+        <source>Saved files are opened in the window: start without &quot;%1&quot; and choose File, Open.</source>
+        <translation>Les fichiers enregistrés s’ouvrent dans la fenêtre&#xa0;: lancez le programme sans «&#xa0;%1&#xa0;» et choisissez Fichier, Ouvrir.</translation>
+    </message>
+</context>
+<context>
+    <name>HelpBoxes</name>
+    <message>
+        <source>About Draxel</source>
+        <translation>À propos de Draxel</translation>
+    </message>
+    <message>
+        <source>Draxel %1</source>
+        <translation>Draxel %1</translation>
+    </message>
+    <message>
+        <source>Looks into the CANopen bus of light electric vehicles.</source>
+        <translation>Examine le bus CANopen des véhicules électriques légers.</translation>
+    </message>
+    <message>
+        <source>Licence: MIT. You may use, change and pass it on freely; it comes without warranty.</source>
+        <translation>Licence&#xa0;: MIT. Vous pouvez utiliser, modifier et redistribuer librement ce programme&#xa0;; il est fourni sans garantie.</translation>
+    </message>
+    <message>
+        <source>Qt version: %1</source>
+        <translation>Version de Qt&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Plug-ins: %1</source>
+        <translation>Plug-ins&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Key list</source>
+        <translation>Raccourcis clavier</translation>
+    </message>
+</context>
+<context>
+    <name>HostMenus</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Fichier</translation>
+    </message>
+    <message>
+        <source>&amp;Open saved file...</source>
+        <translation>&amp;Ouvrir un fichier enregistré...</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>&amp;Exporter...</translation>
+    </message>
+    <message>
+        <source>Save &amp;PDF report...</source>
+        <translation>Enregistrer le rapport &amp;PDF...</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Quitter</translation>
+    </message>
+    <message>
+        <source>B&amp;us</source>
+        <translation>&amp;Bus</translation>
+    </message>
+    <message>
+        <source>&amp;Connect</source>
+        <translation>&amp;Connecter</translation>
+    </message>
+    <message>
+        <source>&amp;Disconnect</source>
+        <translation>&amp;Déconnecter</translation>
+    </message>
+    <message>
+        <source>Re&amp;fresh interfaces</source>
+        <translation>&amp;Actualiser les interfaces</translation>
+    </message>
+    <message>
+        <source>&amp;Read all data</source>
+        <translation>&amp;Lire toutes les données</translation>
+    </message>
+    <message>
+        <source>Ca&amp;ncel read</source>
+        <translation>A&amp;nnuler la lecture</translation>
+    </message>
+    <message>
+        <source>&amp;Patience with slow nodes...</source>
+        <translation>&amp;Patience avec les nœuds lents...</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Affichage</translation>
+    </message>
+    <message>
+        <source>&amp;Reset layout</source>
+        <translation>&amp;Réinitialiser la disposition</translation>
+    </message>
+    <message>
+        <source>&amp;Language</source>
+        <translation>&amp;Langue</translation>
+    </message>
+    <message>
+        <source>&amp;System</source>
+        <translation>&amp;Système</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>Aid&amp;e</translation>
+    </message>
+    <message>
+        <source>&amp;Key list</source>
+        <translation>&amp;Raccourcis clavier</translation>
+    </message>
+    <message>
+        <source>&amp;About Draxel</source>
+        <translation>À &amp;propos de Draxel</translation>
+    </message>
+    <message>
+        <source>About &amp;Qt</source>
+        <translation>À propos de &amp;Qt</translation>
+    </message>
 </context>
 <context>
     <name>InterfaceWatch</name>
@@ -324,8 +573,105 @@
         <translation>De quelle interface s’agit-il&#xa0;? Choisissez-en une, ou saisissez son nom, puis reconnectez-vous.</translation>
     </message>
     <message>
-        <source>Node %1 did not answer when asked for object %2; the read ended there.</source>
-        <translation>Le nœud %1 n’a pas répondu à la demande de l’objet %2&#xa0;; la lecture s’est arrêtée là.</translation>
+        <source>Messages</source>
+        <translation>Messages</translation>
+    </message>
+    <message>
+        <source>&amp;Messages</source>
+        <translation>&amp;Messages</translation>
+    </message>
+    <message>
+        <source>The settings cannot be kept: the file %1 cannot be written.</source>
+        <translation>Les réglages ne peuvent pas être conservés&#xa0;: impossible d’écrire le fichier %1.</translation>
+    </message>
+    <message>
+        <source>&amp;Read anyway</source>
+        <translation>&amp;Lire quand même</translation>
+    </message>
+</context>
+<context>
+    <name>MessageLog</name>
+    <message>
+        <source>Time</source>
+        <translation>Heure</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Message</translation>
+    </message>
+    <message>
+        <source>%1 (%2 times)</source>
+        <translation>%1 (%2 fois)</translation>
+    </message>
+</context>
+<context>
+    <name>MessagePanel</name>
+    <message>
+        <source>Messages</source>
+        <translation>Messages</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copier</translation>
+    </message>
+    <message>
+        <source>Copy the selected messages, or all of them</source>
+        <translation>Copier les messages sélectionnés, ou tous</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Effacer</translation>
+    </message>
+    <message>
+        <source>Remove all messages</source>
+        <translation>Supprimer tous les messages</translation>
+    </message>
+</context>
+<context>
+    <name>PatienceDialog</name>
+    <message>
+        <source>Patience with slow nodes</source>
+        <translation>Patience avec les nœuds lents</translation>
+    </message>
+    <message>
+        <source>How long to wait for a node&apos;s answer before it counts as silent. Every repeat waits twice as long as the try before it.</source>
+        <translation>Durée d’attente de la réponse d’un nœud avant qu’il soit considéré comme muet. Chaque répétition attend deux fois plus longtemps que l’essai précédent.</translation>
+    </message>
+    <message>
+        <source>&amp;Time-out:</source>
+        <translation>&amp;Délai&#xa0;:</translation>
+    </message>
+    <message>
+        <source>&amp;Repeats:</source>
+        <translation>&amp;Répétitions&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Nodes with a patience of their &amp;own:</source>
+        <translation>Nœuds avec leur &amp;propre patience&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Nœud</translation>
+    </message>
+    <message>
+        <source>Time-out</source>
+        <translation>Délai</translation>
+    </message>
+    <message>
+        <source>Repeats</source>
+        <translation>Répétitions</translation>
+    </message>
+    <message>
+        <source>&amp;Add node</source>
+        <translation>&amp;Ajouter un nœud</translation>
+    </message>
+    <message>
+        <source>Re&amp;move node</source>
+        <translation>&amp;Supprimer le nœud</translation>
+    </message>
+    <message>
+        <source>&amp;Defaults</source>
+        <translation>&amp;Valeurs par défaut</translation>
     </message>
 </context>
 <context>
@@ -403,18 +749,6 @@
         <translation>Trames&#xa0;: %1/s</translation>
     </message>
     <message>
-        <source>Nodes heard: %1</source>
-        <translation>Nœuds entendus&#xa0;: %1</translation>
-    </message>
-    <message>
-        <source>SDO: %1 read, %2 refused, %3 without answer</source>
-        <translation>SDO&#xa0;: %1 lus, %2 refusés, %3 sans réponse</translation>
-    </message>
-    <message>
-        <source>Uploads since the bus was connected; %1 requests were repeated, %2 frames sent again</source>
-        <translation>Lectures depuis la connexion du bus&#xa0;; requêtes répétées&#xa0;: %1, trames réémises&#xa0;: %2</translation>
-    </message>
-    <message>
         <source>Not connected.</source>
         <translation>Non connecté.</translation>
     </message>
@@ -433,6 +767,42 @@
     <message>
         <source>Connection lost: %1 Trying to connect again ...</source>
         <translation>Connexion perdue&#xa0;: %1 Nouvelle tentative de connexion ...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>End the read; what was read stays (Esc)</source>
+        <translation>Terminer la lecture&#xa0;; ce qui a été lu est conservé (Échap)</translation>
+    </message>
+    <message>
+        <source>Nodes: %1</source>
+        <translation>Nœuds&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Uploads since the bus was connected. Requests repeated: %1, frames sent again: %2, overruns: %3</source>
+        <translation>Lectures depuis la connexion du bus. Requêtes répétées&#xa0;: %1, trames réémises&#xa0;: %2, débordements&#xa0;: %3</translation>
+    </message>
+    <message>
+        <source>Ending the read ...</source>
+        <translation>Fin de la lecture ...</translation>
+    </message>
+    <message>
+        <source>Looking for nodes ...</source>
+        <translation>Recherche des nœuds ...</translation>
+    </message>
+    <message>
+        <source>Reading node %1, object %2h ...</source>
+        <translation>Lecture du nœud %1, objet %2h ...</translation>
+    </message>
+    <message>
+        <source>SDO: %1 read, %2 not there, %3 without answer</source>
+        <translation>SDO&#xa0;: %1 lus, %2 absents, %3 sans réponse</translation>
+    </message>
+    <message>
+        <source>%1, %2 refused</source>
+        <translation>%1, %2 refusés</translation>
     </message>
 </context>
 </TS>

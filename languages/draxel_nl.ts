@@ -36,6 +36,133 @@
     </message>
 </context>
 <context>
+    <name>BusReport</name>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 tot %2</translation>
+    </message>
+    <message>
+        <source>starting</source>
+        <translation>start op</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Stopped</translation>
+    </message>
+    <message>
+        <source>Operational</source>
+        <translation>Operational</translation>
+    </message>
+    <message>
+        <source>Pre-operational</source>
+        <translation>Pre-operational</translation>
+    </message>
+    <message>
+        <source>Node 1, the bus controller, was not heard. Without it nothing is read. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
+        <translation>Node 1, de buscontroller, is niet gehoord. Zonder deze node wordt niets gelezen. Staat het voertuig aan, en verzendt node 1 een heartbeat?</translation>
+    </message>
+    <message>
+        <source>Stopped, so that they answer no SDO: node %1. The read ends at the first of them; restart the vehicle, or start these nodes by NMT.</source>
+        <translation>In toestand Stopped en dus zonder antwoord op SDO: node %1. Het lezen eindigt bij de eerste daarvan; start het voertuig opnieuw, of start deze nodes via NMT.</translation>
+    </message>
+    <message>
+        <source>Heard, %1: node %2</source>
+        <translation>Gehoord, %1: node %2</translation>
+    </message>
+    <message>
+        <source>Started again (boot-up message): node %1</source>
+        <translation>Opnieuw gestart (boot-up-bericht): node %1</translation>
+    </message>
+    <message>
+        <source>Now %1: node %2</source>
+        <translation>Nu %1: node %2</translation>
+    </message>
+    <message>
+        <source>Not heard any more: node %1</source>
+        <translation>Niet meer gehoord: node %1</translation>
+    </message>
+    <message>
+        <source>Connected to %1 again.</source>
+        <translation>Opnieuw verbonden met %1.</translation>
+    </message>
+    <message>
+        <source>Connected to %1 at %2 kbit/s.</source>
+        <translation>Verbonden met %1 op %2 kbit/s.</translation>
+    </message>
+    <message>
+        <source>Connected to %1.</source>
+        <translation>Verbonden met %1.</translation>
+    </message>
+    <message>
+        <source>The connection to %1 is lost. %2 It is made again as soon as the interface is back.</source>
+        <translation>De verbinding met %1 is verbroken. %2 Ze wordt hersteld zodra de interface terug is.</translation>
+    </message>
+    <message>
+        <source>Disconnected from %1.</source>
+        <translation>Verbinding met %1 verbroken.</translation>
+    </message>
+    <message>
+        <source>Read started: looking for nodes.</source>
+        <translation>Lezen begonnen: nodes worden gezocht.</translation>
+    </message>
+    <message>
+        <source>Read finished. Nodes: %1, values: %2, objects not there: %3.</source>
+        <translation>Lezen voltooid. Nodes: %1, waarden: %2, ontbrekende objecten: %3.</translation>
+    </message>
+    <message>
+        <source>Refused or failed: %1.</source>
+        <translation>Geweigerd of mislukt: %1.</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because node 1, the bus controller, was not heard. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
+        <translation>Er is niets gelezen, omdat node 1, de buscontroller, niet is gehoord. Staat het voertuig aan, en verzendt node 1 een heartbeat?</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2h sub-index %3, because the node is in the state Stopped and answers no SDO. Values read until then: %4.</source>
+        <translation>Het lezen stopte bij node %1, object %2h subindex %3, omdat de node in de toestand Stopped is en geen SDO beantwoordt. Tot dan gelezen waarden: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2h sub-index %3, because it did not answer. Values read until then: %4.</source>
+        <translation>Het lezen stopte bij node %1, object %2h subindex %3, omdat deze niet antwoordde. Tot dan gelezen waarden: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2h sub-index %3, because the bus was gone. Values read until then: %4.</source>
+        <translation>Het lezen stopte bij node %1, object %2h subindex %3, omdat de bus weg was. Tot dan gelezen waarden: %4.</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user.</source>
+        <translation>Het lezen is door de gebruiker afgebroken.</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user at node %1, object %2h sub-index %3. Values read until then: %4.</source>
+        <translation>Het lezen is door de gebruiker afgebroken bij node %1, object %2h subindex %3. Tot dan gelezen waarden: %4.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 works without errors again.</source>
+        <translation>De CAN-interface %1 werkt weer zonder fouten.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 counts many bus errors.</source>
+        <translation>De CAN-interface %1 telt veel busfouten.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is error-passive: nobody acknowledges its frames, or they arrive broken. Check bit rate, wiring and termination.</source>
+        <translation>De CAN-interface %1 is error-passive: niemand bevestigt haar frames, of ze komen beschadigd aan. Controleer bitsnelheid, bekabeling en afsluitweerstanden.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is bus-off: it has left the bus after too many errors. Check bit rate, wiring and termination, then restart the interface, or disconnect and connect.</source>
+        <translation>De CAN-interface %1 is bus-off: ze heeft de bus verlaten na te veel fouten. Controleer bitsnelheid, bekabeling en afsluitweerstanden, start daarna de interface opnieuw, of verbreek de verbinding en maak haar opnieuw.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 has dropped received frames (overrun).</source>
+        <translation>De CAN-interface %1 heeft ontvangen frames verloren (overloop).</translation>
+    </message>
+    <message>
+        <source>Started, but no heartbeat has followed (is object 1017h zero?): node %1</source>
+        <translation>Gestart, maar zonder heartbeat daarna (is object 1017h nul?): node %1</translation>
+    </message>
+</context>
+<context>
     <name>BusSettings</name>
     <message>
         <source>&quot;%1&quot; is no bit rate. Give it in bit/s, for example 250000.</source>
@@ -240,7 +367,7 @@
     </message>
     <message>
         <source>Bit &amp;rate:</source>
-        <translation>&amp;Bitsnelheid:</translation>
+        <translation>Bits&amp;nelheid:</translation>
     </message>
     <message>
         <source>Set on the adapter before connecting</source>
@@ -248,7 +375,7 @@
     </message>
     <message>
         <source>as configured</source>
-        <translation>zoals ingesteld</translation>
+        <translation>ongewijzigd</translation>
     </message>
     <message>
         <source>%1 kbit/s</source>
@@ -289,6 +416,128 @@
         <source>What is &quot;%1&quot; for?</source>
         <translation>Waarvoor dient “%1”?</translation>
     </message>
+    <message>
+        <source>Write the debug lines of plug-ins to the terminal.</source>
+        <translation>De debugregels van plug-ins naar de terminal schrijven.</translation>
+    </message>
+    <message>
+        <source>Saved files are opened in the window: start without &quot;%1&quot; and choose File, Open.</source>
+        <translation>Opgeslagen bestanden worden in het venster geopend: start zonder “%1” en kies Bestand, Opgeslagen bestand openen.</translation>
+    </message>
+</context>
+<context>
+    <name>HelpBoxes</name>
+    <message>
+        <source>About Draxel</source>
+        <translation>Over Draxel</translation>
+    </message>
+    <message>
+        <source>Draxel %1</source>
+        <translation>Draxel %1</translation>
+    </message>
+    <message>
+        <source>Looks into the CANopen bus of light electric vehicles.</source>
+        <translation>Kijkt in de CANopen-bus van lichte elektrische voertuigen.</translation>
+    </message>
+    <message>
+        <source>Licence: MIT. You may use, change and pass it on freely; it comes without warranty.</source>
+        <translation>Licentie: MIT. U mag het programma vrij gebruiken, wijzigen en doorgeven; het wordt zonder garantie geleverd.</translation>
+    </message>
+    <message>
+        <source>Qt version: %1</source>
+        <translation>Qt-versie: %1</translation>
+    </message>
+    <message>
+        <source>Plug-ins: %1</source>
+        <translation>Plug-ins: %1</translation>
+    </message>
+    <message>
+        <source>Key list</source>
+        <translation>Sneltoetsen</translation>
+    </message>
+</context>
+<context>
+    <name>HostMenus</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Bestand</translation>
+    </message>
+    <message>
+        <source>&amp;Open saved file...</source>
+        <translation>Opgeslagen bestand &amp;openen...</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>&amp;Exporteren...</translation>
+    </message>
+    <message>
+        <source>Save &amp;PDF report...</source>
+        <translation>&amp;PDF-rapport opslaan...</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Afsluiten</translation>
+    </message>
+    <message>
+        <source>B&amp;us</source>
+        <translation>B&amp;us</translation>
+    </message>
+    <message>
+        <source>&amp;Connect</source>
+        <translation>&amp;Verbinden</translation>
+    </message>
+    <message>
+        <source>&amp;Disconnect</source>
+        <translation>Verbinding ver&amp;breken</translation>
+    </message>
+    <message>
+        <source>Re&amp;fresh interfaces</source>
+        <translation>&amp;Interfaces opnieuw zoeken</translation>
+    </message>
+    <message>
+        <source>&amp;Read all data</source>
+        <translation>&amp;Alle gegevens lezen</translation>
+    </message>
+    <message>
+        <source>Ca&amp;ncel read</source>
+        <translation>Lezen a&amp;fbreken</translation>
+    </message>
+    <message>
+        <source>&amp;Patience with slow nodes...</source>
+        <translation>&amp;Geduld met trage nodes...</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>Beel&amp;d</translation>
+    </message>
+    <message>
+        <source>&amp;Reset layout</source>
+        <translation>&amp;Indeling herstellen</translation>
+    </message>
+    <message>
+        <source>&amp;Language</source>
+        <translation>&amp;Taal</translation>
+    </message>
+    <message>
+        <source>&amp;System</source>
+        <translation>&amp;Systeem</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Help</translation>
+    </message>
+    <message>
+        <source>&amp;Key list</source>
+        <translation>&amp;Sneltoetsen</translation>
+    </message>
+    <message>
+        <source>&amp;About Draxel</source>
+        <translation>&amp;Over Draxel</translation>
+    </message>
+    <message>
+        <source>About &amp;Qt</source>
+        <translation>Over &amp;Qt</translation>
+    </message>
 </context>
 <context>
     <name>InterfaceWatch</name>
@@ -324,8 +573,105 @@
         <translation>Welke interface wordt bedoeld? Kies er een, of typ de naam, en maak opnieuw verbinding.</translation>
     </message>
     <message>
-        <source>Node %1 did not answer when asked for object %2; the read ended there.</source>
-        <translation>Node %1 antwoordde niet op de vraag naar object %2; het lezen eindigde daar.</translation>
+        <source>Messages</source>
+        <translation>Meldingen</translation>
+    </message>
+    <message>
+        <source>&amp;Messages</source>
+        <translation>&amp;Meldingen</translation>
+    </message>
+    <message>
+        <source>The settings cannot be kept: the file %1 cannot be written.</source>
+        <translation>De instellingen kunnen niet worden bewaard: het bestand %1 kan niet worden geschreven.</translation>
+    </message>
+    <message>
+        <source>&amp;Read anyway</source>
+        <translation>&amp;Toch lezen</translation>
+    </message>
+</context>
+<context>
+    <name>MessageLog</name>
+    <message>
+        <source>Time</source>
+        <translation>Tijd</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Melding</translation>
+    </message>
+    <message>
+        <source>%1 (%2 times)</source>
+        <translation>%1 (%2 keer)</translation>
+    </message>
+</context>
+<context>
+    <name>MessagePanel</name>
+    <message>
+        <source>Messages</source>
+        <translation>Meldingen</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopiëren</translation>
+    </message>
+    <message>
+        <source>Copy the selected messages, or all of them</source>
+        <translation>De geselecteerde of alle meldingen kopiëren</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Wissen</translation>
+    </message>
+    <message>
+        <source>Remove all messages</source>
+        <translation>Alle meldingen verwijderen</translation>
+    </message>
+</context>
+<context>
+    <name>PatienceDialog</name>
+    <message>
+        <source>Patience with slow nodes</source>
+        <translation>Geduld met trage nodes</translation>
+    </message>
+    <message>
+        <source>How long to wait for a node&apos;s answer before it counts as silent. Every repeat waits twice as long as the try before it.</source>
+        <translation>Hoe lang op het antwoord van een node wordt gewacht voordat die als stil geldt. Elke herhaling wacht twee keer zo lang als de poging ervoor.</translation>
+    </message>
+    <message>
+        <source>&amp;Time-out:</source>
+        <translation>&amp;Wachttijd:</translation>
+    </message>
+    <message>
+        <source>&amp;Repeats:</source>
+        <translation>&amp;Herhalingen:</translation>
+    </message>
+    <message>
+        <source>Nodes with a patience of their &amp;own:</source>
+        <translation>Nodes met &amp;eigen geduld:</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Node</translation>
+    </message>
+    <message>
+        <source>Time-out</source>
+        <translation>Wachttijd</translation>
+    </message>
+    <message>
+        <source>Repeats</source>
+        <translation>Herhalingen</translation>
+    </message>
+    <message>
+        <source>&amp;Add node</source>
+        <translation>Node &amp;toevoegen</translation>
+    </message>
+    <message>
+        <source>Re&amp;move node</source>
+        <translation>Node &amp;verwijderen</translation>
+    </message>
+    <message>
+        <source>&amp;Defaults</source>
+        <translation>&amp;Standaardwaarden</translation>
     </message>
 </context>
 <context>
@@ -403,18 +749,6 @@
         <translation>Frames: %1/s</translation>
     </message>
     <message>
-        <source>Nodes heard: %1</source>
-        <translation>Gehoorde nodes: %1</translation>
-    </message>
-    <message>
-        <source>SDO: %1 read, %2 refused, %3 without answer</source>
-        <translation>SDO: %1 gelezen, %2 geweigerd, %3 zonder antwoord</translation>
-    </message>
-    <message>
-        <source>Uploads since the bus was connected; %1 requests were repeated, %2 frames sent again</source>
-        <translation>Uploads sinds de bus is verbonden; herhaalde verzoeken: %1, opnieuw verzonden frames: %2</translation>
-    </message>
-    <message>
         <source>Not connected.</source>
         <translation>Niet verbonden.</translation>
     </message>
@@ -433,6 +767,42 @@
     <message>
         <source>Connection lost: %1 Trying to connect again ...</source>
         <translation>Verbinding verbroken: %1 Er wordt opnieuw verbinding gemaakt ...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Afbreken</translation>
+    </message>
+    <message>
+        <source>End the read; what was read stays (Esc)</source>
+        <translation>Het lezen beëindigen; wat gelezen is, blijft (Esc)</translation>
+    </message>
+    <message>
+        <source>Nodes: %1</source>
+        <translation>Nodes: %1</translation>
+    </message>
+    <message>
+        <source>Uploads since the bus was connected. Requests repeated: %1, frames sent again: %2, overruns: %3</source>
+        <translation>Uploads sinds de bus is verbonden. Herhaalde verzoeken: %1, opnieuw verzonden frames: %2, overlopen: %3</translation>
+    </message>
+    <message>
+        <source>Ending the read ...</source>
+        <translation>Het lezen wordt beëindigd ...</translation>
+    </message>
+    <message>
+        <source>Looking for nodes ...</source>
+        <translation>Nodes worden gezocht ...</translation>
+    </message>
+    <message>
+        <source>Reading node %1, object %2h ...</source>
+        <translation>Node %1, object %2h lezen ...</translation>
+    </message>
+    <message>
+        <source>SDO: %1 read, %2 not there, %3 without answer</source>
+        <translation>SDO: %1 gelezen, %2 niet aanwezig, %3 zonder antwoord</translation>
+    </message>
+    <message>
+        <source>%1, %2 refused</source>
+        <translation>%1, %2 geweigerd</translation>
     </message>
 </context>
 </TS>

@@ -36,6 +36,133 @@
     </message>
 </context>
 <context>
+    <name>BusReport</name>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 至 %2</translation>
+    </message>
+    <message>
+        <source>starting</source>
+        <translation>正在启动</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Operational</source>
+        <translation>运行</translation>
+    </message>
+    <message>
+        <source>Pre-operational</source>
+        <translation>预运行</translation>
+    </message>
+    <message>
+        <source>Node 1, the bus controller, was not heard. Without it nothing is read. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
+        <translation>未收到总线控制器（节点 1）的信号。没有它将不会读取任何数据。车辆是否已开机？节点 1 是否发送心跳？</translation>
+    </message>
+    <message>
+        <source>Stopped, so that they answer no SDO: node %1. The read ends at the first of them; restart the vehicle, or start these nodes by NMT.</source>
+        <translation>处于停止状态，不应答 SDO：节点 %1。读取会在其中第一个节点处结束；请重新启动车辆，或通过 NMT 启动这些节点。</translation>
+    </message>
+    <message>
+        <source>Heard, %1: node %2</source>
+        <translation>已发现，%1：节点 %2</translation>
+    </message>
+    <message>
+        <source>Started again (boot-up message): node %1</source>
+        <translation>已重新启动（启动报文）：节点 %1</translation>
+    </message>
+    <message>
+        <source>Now %1: node %2</source>
+        <translation>现为%1：节点 %2</translation>
+    </message>
+    <message>
+        <source>Not heard any more: node %1</source>
+        <translation>不再收到信号：节点 %1</translation>
+    </message>
+    <message>
+        <source>Connected to %1 again.</source>
+        <translation>已重新连接到 %1。</translation>
+    </message>
+    <message>
+        <source>Connected to %1 at %2 kbit/s.</source>
+        <translation>已连接到 %1，%2 kbit/s。</translation>
+    </message>
+    <message>
+        <source>Connected to %1.</source>
+        <translation>已连接到 %1。</translation>
+    </message>
+    <message>
+        <source>The connection to %1 is lost. %2 It is made again as soon as the interface is back.</source>
+        <translation>与 %1 的连接已丢失。%2 接口恢复后将自动重新连接。</translation>
+    </message>
+    <message>
+        <source>Disconnected from %1.</source>
+        <translation>已断开与 %1 的连接。</translation>
+    </message>
+    <message>
+        <source>Read started: looking for nodes.</source>
+        <translation>读取已开始：正在查找节点。</translation>
+    </message>
+    <message>
+        <source>Read finished. Nodes: %1, values: %2, objects not there: %3.</source>
+        <translation>读取完成。节点：%1，值：%2，不存在的对象：%3。</translation>
+    </message>
+    <message>
+        <source>Refused or failed: %1.</source>
+        <translation>被拒绝或失败：%1。</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because node 1, the bus controller, was not heard. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
+        <translation>未读取任何数据，因为未收到总线控制器（节点 1）的信号。车辆是否已开机？节点 1 是否发送心跳？</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2h sub-index %3, because the node is in the state Stopped and answers no SDO. Values read until then: %4.</source>
+        <translation>读取停止于节点 %1 的对象 %2h 子索引 %3，因为该节点处于停止状态，不应答 SDO。此前已读取的值：%4。</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2h sub-index %3, because it did not answer. Values read until then: %4.</source>
+        <translation>读取停止于节点 %1 的对象 %2h 子索引 %3，因为该节点未应答。此前已读取的值：%4。</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2h sub-index %3, because the bus was gone. Values read until then: %4.</source>
+        <translation>读取停止于节点 %1 的对象 %2h 子索引 %3，因为总线已断开。此前已读取的值：%4。</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user.</source>
+        <translation>读取已被用户取消。</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user at node %1, object %2h sub-index %3. Values read until then: %4.</source>
+        <translation>用户在节点 %1 的对象 %2h 子索引 %3 处取消了读取。此前已读取的值：%4。</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 works without errors again.</source>
+        <translation>CAN 接口 %1 已恢复无错误工作。</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 counts many bus errors.</source>
+        <translation>CAN 接口 %1 的总线错误计数较高。</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is error-passive: nobody acknowledges its frames, or they arrive broken. Check bit rate, wiring and termination.</source>
+        <translation>CAN 接口 %1 处于错误被动状态：没有节点应答其帧，或帧到达时已损坏。请检查波特率、接线和终端电阻。</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is bus-off: it has left the bus after too many errors. Check bit rate, wiring and termination, then restart the interface, or disconnect and connect.</source>
+        <translation>CAN 接口 %1 处于总线关闭 (bus-off) 状态：错误过多，已脱离总线。请检查波特率、接线和终端电阻，然后重新启动接口，或断开后重新连接。</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 has dropped received frames (overrun).</source>
+        <translation>CAN 接口 %1 丢失了接收的帧（溢出）。</translation>
+    </message>
+    <message>
+        <source>Started, but no heartbeat has followed (is object 1017h zero?): node %1</source>
+        <translation>已启动，但之后没有心跳（对象 1017h 是否为零？）：节点 %1</translation>
+    </message>
+</context>
+<context>
     <name>BusSettings</name>
     <message>
         <source>&quot;%1&quot; is no bit rate. Give it in bit/s, for example 250000.</source>
@@ -248,7 +375,7 @@
     </message>
     <message>
         <source>as configured</source>
-        <translation>按已有配置</translation>
+        <translation>保持不变</translation>
     </message>
     <message>
         <source>%1 kbit/s</source>
@@ -289,6 +416,128 @@
         <source>What is &quot;%1&quot; for?</source>
         <translation>“%1”是做什么用的？</translation>
     </message>
+    <message>
+        <source>Write the debug lines of plug-ins to the terminal.</source>
+        <translation>将插件的调试信息输出到终端。</translation>
+    </message>
+    <message>
+        <source>Saved files are opened in the window: start without &quot;%1&quot; and choose File, Open.</source>
+        <translation>已保存的文件在窗口中打开：请不带“%1”启动，然后选择“文件”、“打开已保存的文件”。</translation>
+    </message>
+</context>
+<context>
+    <name>HelpBoxes</name>
+    <message>
+        <source>About Draxel</source>
+        <translation>关于 Draxel</translation>
+    </message>
+    <message>
+        <source>Draxel %1</source>
+        <translation>Draxel %1</translation>
+    </message>
+    <message>
+        <source>Looks into the CANopen bus of light electric vehicles.</source>
+        <translation>查看轻型电动车的 CANopen 总线。</translation>
+    </message>
+    <message>
+        <source>Licence: MIT. You may use, change and pass it on freely; it comes without warranty.</source>
+        <translation>许可证：MIT。您可以自由使用、修改和分发本程序；不提供任何担保。</translation>
+    </message>
+    <message>
+        <source>Qt version: %1</source>
+        <translation>Qt 版本：%1</translation>
+    </message>
+    <message>
+        <source>Plug-ins: %1</source>
+        <translation>插件：%1</translation>
+    </message>
+    <message>
+        <source>Key list</source>
+        <translation>快捷键列表</translation>
+    </message>
+</context>
+<context>
+    <name>HostMenus</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>文件(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Open saved file...</source>
+        <translation>打开已保存的文件(&amp;O)...</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>导出(&amp;E)...</translation>
+    </message>
+    <message>
+        <source>Save &amp;PDF report...</source>
+        <translation>保存 PDF 报告(&amp;P)...</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>退出(&amp;Q)</translation>
+    </message>
+    <message>
+        <source>B&amp;us</source>
+        <translation>总线(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Connect</source>
+        <translation>连接(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Disconnect</source>
+        <translation>断开(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Re&amp;fresh interfaces</source>
+        <translation>刷新接口(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Read all data</source>
+        <translation>读取全部数据(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Ca&amp;ncel read</source>
+        <translation>取消读取(&amp;N)</translation>
+    </message>
+    <message>
+        <source>&amp;Patience with slow nodes...</source>
+        <translation>慢速节点等待设置(&amp;P)...</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>视图(&amp;V)</translation>
+    </message>
+    <message>
+        <source>&amp;Reset layout</source>
+        <translation>重置布局(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Language</source>
+        <translation>语言(&amp;L)</translation>
+    </message>
+    <message>
+        <source>&amp;System</source>
+        <translation>系统(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>帮助(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;Key list</source>
+        <translation>快捷键列表(&amp;K)</translation>
+    </message>
+    <message>
+        <source>&amp;About Draxel</source>
+        <translation>关于 Draxel(&amp;A)</translation>
+    </message>
+    <message>
+        <source>About &amp;Qt</source>
+        <translation>关于 Qt(&amp;Q)</translation>
+    </message>
 </context>
 <context>
     <name>InterfaceWatch</name>
@@ -324,8 +573,105 @@
         <translation>要使用哪个接口？请选择一个或输入其名称，然后重新连接。</translation>
     </message>
     <message>
-        <source>Node %1 did not answer when asked for object %2; the read ended there.</source>
-        <translation>请求对象 %2 时节点 %1 未应答；读取在此结束。</translation>
+        <source>Messages</source>
+        <translation>消息</translation>
+    </message>
+    <message>
+        <source>&amp;Messages</source>
+        <translation>消息(&amp;M)</translation>
+    </message>
+    <message>
+        <source>The settings cannot be kept: the file %1 cannot be written.</source>
+        <translation>无法保存设置：无法写入文件 %1。</translation>
+    </message>
+    <message>
+        <source>&amp;Read anyway</source>
+        <translation>仍然读取(&amp;R)</translation>
+    </message>
+</context>
+<context>
+    <name>MessageLog</name>
+    <message>
+        <source>Time</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>消息</translation>
+    </message>
+    <message>
+        <source>%1 (%2 times)</source>
+        <translation>%1（%2 次）</translation>
+    </message>
+</context>
+<context>
+    <name>MessagePanel</name>
+    <message>
+        <source>Messages</source>
+        <translation>消息</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Copy the selected messages, or all of them</source>
+        <translation>复制所选消息或全部消息</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>清除</translation>
+    </message>
+    <message>
+        <source>Remove all messages</source>
+        <translation>删除所有消息</translation>
+    </message>
+</context>
+<context>
+    <name>PatienceDialog</name>
+    <message>
+        <source>Patience with slow nodes</source>
+        <translation>慢速节点等待设置</translation>
+    </message>
+    <message>
+        <source>How long to wait for a node&apos;s answer before it counts as silent. Every repeat waits twice as long as the try before it.</source>
+        <translation>等待节点应答多久后将其视为无响应。每次重试的等待时间是上一次的两倍。</translation>
+    </message>
+    <message>
+        <source>&amp;Time-out:</source>
+        <translation>超时时间(&amp;T)：</translation>
+    </message>
+    <message>
+        <source>&amp;Repeats:</source>
+        <translation>重试次数(&amp;R)：</translation>
+    </message>
+    <message>
+        <source>Nodes with a patience of their &amp;own:</source>
+        <translation>单独设置的节点(&amp;O)：</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>节点</translation>
+    </message>
+    <message>
+        <source>Time-out</source>
+        <translation>超时时间</translation>
+    </message>
+    <message>
+        <source>Repeats</source>
+        <translation>重试次数</translation>
+    </message>
+    <message>
+        <source>&amp;Add node</source>
+        <translation>添加节点(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Re&amp;move node</source>
+        <translation>移除节点(&amp;M)</translation>
+    </message>
+    <message>
+        <source>&amp;Defaults</source>
+        <translation>默认值(&amp;D)</translation>
     </message>
 </context>
 <context>
@@ -403,18 +749,6 @@
         <translation>帧：%1/秒</translation>
     </message>
     <message>
-        <source>Nodes heard: %1</source>
-        <translation>已发现节点：%1</translation>
-    </message>
-    <message>
-        <source>SDO: %1 read, %2 refused, %3 without answer</source>
-        <translation>SDO：%1 已读取，%2 被拒绝，%3 无应答</translation>
-    </message>
-    <message>
-        <source>Uploads since the bus was connected; %1 requests were repeated, %2 frames sent again</source>
-        <translation>自总线连接以来的上传；重复请求：%1，重发帧：%2</translation>
-    </message>
-    <message>
         <source>Not connected.</source>
         <translation>未连接。</translation>
     </message>
@@ -433,6 +767,42 @@
     <message>
         <source>Connection lost: %1 Trying to connect again ...</source>
         <translation>连接已丢失：%1 正在重新连接 ...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>End the read; what was read stays (Esc)</source>
+        <translation>结束读取；已读取的内容会保留 (Esc)</translation>
+    </message>
+    <message>
+        <source>Nodes: %1</source>
+        <translation>节点：%1</translation>
+    </message>
+    <message>
+        <source>Uploads since the bus was connected. Requests repeated: %1, frames sent again: %2, overruns: %3</source>
+        <translation>自总线连接以来的上传。重复请求：%1，重发帧：%2，溢出：%3</translation>
+    </message>
+    <message>
+        <source>Ending the read ...</source>
+        <translation>正在结束读取 ...</translation>
+    </message>
+    <message>
+        <source>Looking for nodes ...</source>
+        <translation>正在查找节点 ...</translation>
+    </message>
+    <message>
+        <source>Reading node %1, object %2h ...</source>
+        <translation>正在读取节点 %1，对象 %2h ...</translation>
+    </message>
+    <message>
+        <source>SDO: %1 read, %2 not there, %3 without answer</source>
+        <translation>SDO：%1 已读取，%2 不存在，%3 无应答</translation>
+    </message>
+    <message>
+        <source>%1, %2 refused</source>
+        <translation>%1，%2 被拒绝</translation>
     </message>
 </context>
 </TS>

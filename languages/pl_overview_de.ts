@@ -800,7 +800,7 @@ Herstellerspezifischer Fehler</translation>
     </message>
     <message>
         <source>NMT-State</source>
-        <translation>NMT-Zustand</translation>
+        <translation>NMT-Status</translation>
     </message>
     <message>
         <source>DX FSA State</source>
@@ -1037,6 +1037,10 @@ Herstellerspezifischer Fehler</translation>
     <message>
         <source>No component selected.</source>
         <translation>Keine Komponente ausgewählt.</translation>
+    </message>
+    <message>
+        <source>No devices found. Read all data from Draxel or import data from XML file.</source>
+        <translation>Keine Geräte gefunden. Lesen Sie alle Daten von Draxel oder importieren Sie Daten aus einer XML-Datei.</translation>
     </message>
 </context>
 <context>

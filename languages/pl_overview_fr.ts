@@ -1038,6 +1038,10 @@ Erreur spécifique au fabricant</translation>
         <source>No component selected.</source>
         <translation>Aucun composant sélectionné.</translation>
     </message>
+    <message>
+        <source>No devices found. Read all data from Draxel or import data from XML file.</source>
+        <translation>Aucun appareil trouvé. Lisez toutes les données depuis Draxel ou importez des données depuis un fichier XML.</translation>
+    </message>
 </context>
 <context>
     <name>pdfWriter</name>

@@ -800,7 +800,7 @@ Fabrikantspecifieke fout</translation>
     </message>
     <message>
         <source>NMT-State</source>
-        <translation>NMT-toestand</translation>
+        <translation>NMT-status</translation>
     </message>
     <message>
         <source>DX FSA State</source>
@@ -1037,6 +1037,10 @@ Fabrikantspecifieke fout</translation>
     <message>
         <source>No component selected.</source>
         <translation>Geen component geselecteerd.</translation>
+    </message>
+    <message>
+        <source>No devices found. Read all data from Draxel or import data from XML file.</source>
+        <translation>Geen apparaten gevonden. Lees alle gegevens van Draxel of importeer gegevens uit een XML-bestand.</translation>
     </message>
 </context>
 <context>

@@ -1038,6 +1038,10 @@ Manufactor specific error</source>
         <source>No component selected.</source>
         <translation>未选择部件。</translation>
     </message>
+    <message>
+        <source>No devices found. Read all data from Draxel or import data from XML file.</source>
+        <translation>未找到设备。请从 Draxel 读取全部数据，或从 XML 文件导入数据。</translation>
+    </message>
 </context>
 <context>
     <name>pdfWriter</name>

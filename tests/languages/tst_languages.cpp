@@ -37,6 +37,8 @@ private slots:
     void noMarkupComesIn();
     void mnemonicsAreKept_data();
     void mnemonicsAreKept();
+    void mnemonicsAreDistinct_data();
+    void mnemonicsAreDistinct();
     void fileFormatIsNotTranslated_data() { addFiles(); }
     void fileFormatIsNotTranslated();
     void fileNamePatternIsKept();
@@ -242,13 +244,19 @@ void tst_Languages::contexts_data()
     QTest::newRow("host") << QStringLiteral("draxel")
                           << QStringList{QStringLiteral("BusAddress"),
                                          QStringLiteral("BusConnection"),
+                                         QStringLiteral("BusReport"),
                                          QStringLiteral("BusSettings"),
                                          QStringLiteral("CanOpen"),
                                          QStringLiteral("CanOpen::CanPort"),
                                          QStringLiteral("ConnectionBar"),
                                          QStringLiteral("DraxelHost"),
+                                         QStringLiteral("HelpBoxes"),
+                                         QStringLiteral("HostMenus"),
                                          QStringLiteral("InterfaceWatch"),
                                          QStringLiteral("MainWindow"),
+                                         QStringLiteral("MessageLog"),
+                                         QStringLiteral("MessagePanel"),
+                                         QStringLiteral("PatienceDialog"),
                                          QStringLiteral("PluginLibrary"),
                                          QStringLiteral("PluginSession"),
                                          QStringLiteral("SimulatedBus"),
@@ -346,6 +354,49 @@ void tst_Languages::mnemonicsAreKept()
     QVERIFY2(found.isEmpty(), qPrintable(found));
 }
 
+void tst_Languages::mnemonicsAreDistinct_data()
+{
+    QTest::addColumn<QStringList>("sources"); // that are shown together
+
+    const auto row = [](const char *name, std::initializer_list<const char *> sources) {
+        QStringList list;
+        for (const char *source : sources)
+            list.append(QString::fromLatin1(source));
+        QTest::newRow(name) << list;
+    };
+    row("window",
+        {"HostMenus/&File", "HostMenus/B&us", "HostMenus/&View", "HostMenus/&Language", "HostMenus/&Help",
+         "ConnectionBar/&Back end:", "ConnectionBar/&Interface:", "ConnectionBar/Bit &rate:"});
+    row("file menu", {"HostMenus/&Open saved file...", "HostMenus/&Export...",
+                      "HostMenus/Save &PDF report...", "HostMenus/&Quit"});
+    row("bus menu",
+        {"HostMenus/&Connect", "HostMenus/&Disconnect", "HostMenus/Re&fresh interfaces",
+         "HostMenus/&Read all data", "HostMenus/Ca&ncel read", "HostMenus/&Patience with slow nodes..."});
+    row("view menu", {"MainWindow/&Messages", "HostMenus/&Reset layout"});
+    row("help menu", {"HostMenus/&Key list", "HostMenus/&About Draxel", "HostMenus/About &Qt"});
+    row("patience", {"PatienceDialog/&Time-out:", "PatienceDialog/&Repeats:",
+                     "PatienceDialog/Nodes with a patience of their &own:", "PatienceDialog/&Add node",
+                     "PatienceDialog/Re&move node", "PatienceDialog/&Defaults"});
+}
+
+void tst_Languages::mnemonicsAreDistinct()
+{
+    QFETCH(QStringList, sources);
+
+    for (const QString &language : languages) {
+        QStringList letters;
+        for (const TranslationMessage &message : m_messages.value(QStringLiteral("draxel_") + language)) {
+            if (!sources.contains(message.context + QLatin1Char('/') + message.source))
+                continue;
+            const QString &translation = message.translations.first();
+            letters.append(translation.mid(translation.indexOf(QLatin1Char('&')) + 1, 1).toUpper());
+        }
+        QCOMPARE(letters.size(), sources.size());
+        QVERIFY2(letters.removeDuplicates() == 0,
+                 qPrintable(language + QLatin1Char(' ') + letters.join(QLatin1Char(' '))));
+    }
+}
+
 void tst_Languages::fileFormatIsNotTranslated()
 {
     QFETCH(QString, family);
@@ -422,8 +473,21 @@ void tst_Languages::onlyNamesStayAsTheyAre()
         {"pl_overview", "de nl", "Stopped"},
         {"draxel", "de fr nl zh_CN", "%1 bit/s"},
         {"draxel", "de fr nl zh_CN", "%1 kbit/s"},
+        {"draxel", "de fr nl zh_CN", "Draxel %1"},
+        {"draxel", "de nl", "Stopped"},
+        {"draxel", "de nl", "Operational"},
+        {"draxel", "de nl", "Pre-operational"},
+        {"draxel", "de nl", "Plug-ins: %1"},
         {"draxel", "de nl", "Frames: %1/s"},
+        {"draxel", "de", "&System"},
+        {"draxel", "fr", "Message"},
+        {"draxel", "fr", "Messages"},
+        {"draxel", "fr", "&Messages"},
         {"draxel", "nl", "&Interface:"},
+        {"draxel", "nl", "B&us"},
+        {"draxel", "nl", "&Help"},
+        {"draxel", "nl", "Node"},
+        {"draxel", "nl", "Nodes: %1"},
     };
 
     QStringList expected;

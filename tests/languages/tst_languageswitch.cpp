@@ -157,7 +157,7 @@ void tst_LanguageSwitch::openWindowSwitches_data()
     QTest::addColumn<QStringList>("actions");
 
     QTest::newRow("German") << QStringLiteral("de")
-                            << utf8List({"Übersicht", "Draxel Network Components", "Knoten-ID", "NMT-Zustand",
+                            << utf8List({"Übersicht", "Draxel Network Components", "Knoten-ID", "NMT-Status",
                                          "DX-FSA-Zustand", "Geräteparameter (fest)", "Istwerte",
                                          "Eigenschaft", "Wert", "Alle Daten lesen", "Exportieren ",
                                          "Importieren", "PDF-Bericht speichern", "Komponenten-Update suchen",
@@ -174,7 +174,7 @@ void tst_LanguageSwitch::openWindowSwitches_data()
                             << utf8List({"Type d’appareil", "Historique des erreurs", "Registre d’erreurs",
                                          "Versions des spécifications implémentées", "État de l’antivol"});
     QTest::newRow("Dutch") << QStringLiteral("nl")
-                           << utf8List({"Overzicht", "Draxel Network Components", "Node-ID", "NMT-toestand",
+                           << utf8List({"Overzicht", "Draxel Network Components", "Node-ID", "NMT-status",
                                         "DX-FSA-toestand", "Apparaatparameters (vast)", "Actuele waarden",
                                         "Eigenschap", "Waarde", "Alle gegevens lezen", "Exporteren ",
                                         "Importeren", "PDF-rapport opslaan", "Componentupdate zoeken",
