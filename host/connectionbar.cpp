@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -106,6 +107,17 @@ void ConnectionBar::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
 }
 
+bool ConnectionBar::eventFilter(QObject *object, QEvent *event)
+{
+    // Ctrl+K connects; on X11 a line edit would delete the rest of its text with it.
+    if (object == m_interface->lineEdit() && event->type() == QEvent::ShortcutOverride
+        && static_cast<QKeyEvent *>(event)->matches(QKeySequence::DeleteEndOfLine)) {
+        event->ignore();
+        return true;
+    }
+    return QWidget::eventFilter(object, event);
+}
+
 void ConnectionBar::build()
 {
     m_pluginLabel = new QLabel(this);
@@ -121,6 +133,7 @@ void ConnectionBar::build()
     m_interface->setMinimumContentsLength(interfaceCharacters);
     m_interface->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_interface->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    m_interface->lineEdit()->installEventFilter(this);
     m_interfaceLabel->setBuddy(m_interface);
 
     m_refresh = new QToolButton(this);

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "consolelog.h"
 #include "mainwindow.h"
+#include "messagelog.h"
 
 #include <host/core/hostservices.h>
 #include <host/core/hostsettings.h>
@@ -8,7 +10,9 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QIcon>
 #include <QLocale>
+#include <QLoggingCategory>
 #include <QSettings>
 
 #include <cstdio>
@@ -27,6 +31,7 @@ const QString bitRateOption = QStringLiteral("bitrate");
 const QString connectOption = QStringLiteral("connect");
 const QString languageOption = QStringLiteral("language");
 const QString pluginsOption = QStringLiteral("plugins");
+const QString verboseOption = QStringLiteral("verbose");
 
 constexpr int wrongUsage = 1;
 
@@ -76,6 +81,24 @@ void addOptions(QCommandLineParser &parser)
     parser.addOption({connectOption, Tr::tr("Connect to the bus at once.")});
     parser.addOption({languageOption, Tr::tr("The language, for example de."), QStringLiteral("LANGUAGE")});
     parser.addOption({pluginsOption, Tr::tr("Load the plug-ins of this folder."), QStringLiteral("DIR")});
+    parser.addOption({verboseOption, Tr::tr("Write the debug lines of plug-ins to the terminal.")});
+}
+
+/*! A plug-in has no call that opens a file; only its button does. */
+QString describeArgument(const QString &argument)
+{
+    if (argument.endsWith(QLatin1String(".dxxml"), Qt::CaseInsensitive))
+        return Tr::tr("Saved files are opened in the window: start without \"%1\" and choose File, Open.")
+            .arg(argument);
+    return Tr::tr("What is \"%1\" for?").arg(argument);
+}
+
+QIcon windowIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 32, 48, 64, 128})
+        icon.addFile(QStringLiteral(":/draxel/icon/%1.png").arg(size), QSize(size, size));
+    return icon;
 }
 
 /*! The bus of the command line; the address is empty when none was given. */
@@ -125,10 +148,13 @@ int runWindow(const QCommandLineParser &parser, const BusSettings &bus)
     const QStringList errors = session.loadFolder(folder, language);
 
     MainWindow window(&services, &session);
+    window.setLanguages(&languages, QSettings().value(HostSettings::language).toString());
     window.showPlugins();
     if (!bus.address.plugin.isEmpty())
         window.chooseBus(bus);
     window.show();
+    for (const QString &error : errors)
+        window.messages().add(MessageLog::Severity::Error, error);
     if (!errors.isEmpty())
         window.showError(errors.join(QLatin1Char('\n')));
     if (parser.isSet(connectOption))
@@ -145,17 +171,22 @@ int main(int argc, char *argv[])
 {
     const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     setNames();
+    // What a back end warns of, it also reports as its error; a missing optional library is no news at each
+    // connect.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.canbus*.warning=false"));
 
     QCommandLineParser parser;
     addOptions(parser);
     parser.process(*application); // ends the program after --help, --version and unknown options
+    installConsoleLog(parser.isSet(verboseOption));
     if (!parser.positionalArguments().isEmpty())
-        return complain(Tr::tr("What is \"%1\" for?").arg(parser.positionalArguments().first()));
+        return complain(describeArgument(parser.positionalArguments().first()));
     QString error;
     const std::optional<BusSettings> bus = parseBus(parser, &error);
     if (!bus)
         return complain(error);
 
     QGuiApplication::setApplicationDisplayName(QLatin1String(HostSettings::displayName));
+    QApplication::setWindowIcon(windowIcon());
     return runWindow(parser, *bus);
 }

@@ -1,20 +1,28 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <canopen/objectkey.h>
 #include <host/core/bussettings.h>
-#include <host/core/hostsdoclient.h>
+#include <host/core/patiencesettings.h>
 
 #include <QMainWindow>
 
+class BusReport;
 class ConnectionBar;
+class HostMenus;
 class HostServices;
+class LanguageSetting;
+class MessageLog;
+class MessagePanel;
+class PluginActions;
 class PluginSession;
+class QDockWidget;
 class QLabel;
 class QTabWidget;
 class StatusLine;
 
-/*! The host's window: the connection bar above the plug-ins' windows, the status of the bus below. */
+/*! The host's window: the connection bar above the plug-ins' windows, the messages and the status of the bus
+ *  below. It only puts its parts together.
+ */
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -33,6 +41,14 @@ public:
     /*! Opens the bus that is chosen in the bar; a failure is shown in a box. */
     void connectToChosenBus();
 
+    /*! Lets the user choose among \a languages, which must outlive the window; \a chosen is the choice so far,
+     *  empty for the language of the system.
+     */
+    void setLanguages(LanguageSetting *languages, const QString &chosen);
+
+    MessageLog &messages() { return *m_log; }
+    BusReport &report() { return *m_report; }
+
     /*! Shows \a sentence in a box; returns at once. */
     void showError(const QString &sentence);
 
@@ -41,12 +57,20 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void build();
+    void connectMenus();
     void retranslate();
     void restoreSettings();
-    void saveSettings() const;
+    void saveSettings();
+    void checkSettingsFile();
+    void resetLayout();
+    void showBusState();
+    void showActivePlugin(int index);
+    void startRead();
+    void chooseLanguage(const QString &language);
+    void choosePatience();
     void openBus(const BusSettings &settings);
     void adaptPalette();
-    void handleUploadEnd(quint8 nodeId, CanOpen::ObjectKey key, HostSdoClient::Ending ending);
 
     HostServices *m_services;
     PluginSession *m_session;
@@ -54,5 +78,12 @@ private:
     QTabWidget *m_pages;
     QLabel *m_placeholder;
     StatusLine *m_status;
-    bool m_lastUploadWasSilent = false;
+    MessageLog *m_log;
+    BusReport *m_report;
+    MessagePanel *m_panel;
+    QDockWidget *m_dock;
+    PluginActions *m_pluginActions;
+    HostMenus *m_menus;
+    LanguageSetting *m_languages = nullptr;
+    PatienceSettings m_patience;
 };

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "statusline.h"
 
+#include <host/core/hostservices.h>
+
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
+#include <QStyle>
+#include <QToolButton>
 
 #include <cmath>
 
@@ -15,6 +20,22 @@ constexpr auto refreshInterval = 500ms;
 constexpr double millisecondsPerSecond = 1000.0;
 constexpr double bitsPerKilobit = 1000.0;
 
+/*! A line of text that ends in "..." where the room ends. */
+class ElidedLabel : public QLabel
+{
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+        style()->drawItemText(&painter, rect(), Qt::AlignVCenter | Qt::AlignLeft, palette(), isEnabled(),
+                              shown, foregroundRole());
+    }
+};
+
 QLabel *makeLabel(const QString &name, QWidget *parent)
 {
     auto *label = new QLabel(parent);
@@ -25,31 +46,45 @@ QLabel *makeLabel(const QString &name, QWidget *parent)
 
 } // namespace
 
-StatusLine::StatusLine(BusConnection *bus, QWidget *parent)
+StatusLine::StatusLine(HostServices *services, QWidget *parent)
     : QWidget(parent)
-    , m_bus(bus)
-    , m_state(makeLabel(QStringLiteral("stateLabel"), this))
+    , m_services(services)
+    , m_bus(&services->bus())
+    , m_state(new ElidedLabel(this))
+    , m_cancel(new QToolButton(this))
     , m_frames(makeLabel(QStringLiteral("framesLabel"), this))
     , m_nodes(makeLabel(QStringLiteral("nodesLabel"), this))
     , m_uploads(makeLabel(QStringLiteral("uploadsLabel"), this))
 {
+    build();
+    connect(m_bus, &BusConnection::stateChanged, this, &StatusLine::handleState);
+    connect(&services->reads(), &ReadObserver::detectionStarted, this, [this] { m_notice.clear(); });
+    connect(&services->reads(), &ReadObserver::phaseChanged, this, &StatusLine::refresh);
+    connect(m_cancel, &QToolButton::clicked, this, &StatusLine::cancelRequested);
+    connect(&m_timer, &QTimer::timeout, this, &StatusLine::refresh);
+    m_timer.start(refreshInterval);
+    m_sinceMeasured.start();
+    refresh();
+}
+
+void StatusLine::build()
+{
     // A long sentence must not widen the window.
     m_state->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    m_state->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_state->setObjectName(QStringLiteral("stateLabel"));
+    m_state->setTextFormat(Qt::PlainText);
 
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(6, 0, 6, 0);
     layout->setSpacing(18);
     layout->addWidget(m_state, 1);
+    layout->addWidget(m_cancel);
     layout->addWidget(m_frames);
     layout->addWidget(m_nodes);
     layout->addWidget(m_uploads);
-
-    connect(m_bus, &BusConnection::stateChanged, this, &StatusLine::handleState);
-    connect(&m_timer, &QTimer::timeout, this, &StatusLine::refresh);
-    m_timer.start(refreshInterval);
-    m_sinceMeasured.start();
-    refresh();
+    m_cancel->setObjectName(QStringLiteral("cancelButton"));
+    m_cancel->setFocusPolicy(Qt::NoFocus);                        // comes and goes
+    m_cancel->setMaximumHeight(m_state->sizeHint().height() + 2); // the bar keeps its height
 }
 
 void StatusLine::showNotice(const QString &sentence)
@@ -61,25 +96,26 @@ void StatusLine::showNotice(const QString &sentence)
 void StatusLine::refresh()
 {
     measureFrameRate();
-    const QString text = m_notice.isEmpty() ? stateText() : stateText() + QLatin1Char(' ') + m_notice;
+    const bool isConnected = m_bus->state() == BusConnection::State::Connected;
+    const QString text = isConnected ? newsText() : stateText();
     m_state->setText(text);
     m_state->setToolTip(text);
-
-    const bool isConnected = m_bus->state() == BusConnection::State::Connected;
+    m_cancel->setText(tr("Cancel"));
+    m_cancel->setToolTip(tr("End the read; what was read stays (Esc)"));
+    m_cancel->setVisible(m_services->reads().isReading());
+    m_cancel->setEnabled(!m_services->reads().isCancelled());
     m_frames->setVisible(isConnected);
     m_nodes->setVisible(isConnected);
-    m_frames->setText(tr("%n frame(s)/s", nullptr, m_framesPerSecond));
-    m_nodes->setText(tr("%n node(s) heard", nullptr, m_bus->heartbeats().activeNodeCount()));
+    m_frames->setText(tr("Frames: %1/s").arg(m_framesPerSecond));
+    m_nodes->setText(tr("Nodes: %1").arg(m_bus->heartbeats().activeNodeCount()));
 
     const BusCounters counters = m_bus->counters();
-    m_uploads->setText(tr("SDO: %1 read, %2 refused, %3 without answer")
-                           .arg(counters.uploadsDone)
-                           .arg(counters.uploadsAborted)
-                           .arg(counters.uploadsTimedOut));
+    m_uploads->setText(uploadText(counters));
     m_uploads->setToolTip(
-        tr("Uploads since the bus was connected; %1 requests were repeated, %2 frames sent again")
+        tr("Uploads since the bus was connected. Requests repeated: %1, frames sent again: %2, overruns: %3")
             .arg(counters.uploadRepeats)
-            .arg(counters.writeRetries));
+            .arg(counters.writeRetries)
+            .arg(m_services->interfaceHealth().overruns()));
 }
 
 void StatusLine::changeEvent(QEvent *event)
@@ -106,6 +142,37 @@ QString StatusLine::stateText() const
         return tr("Connection lost: %1 Trying to connect again ...").arg(m_bus->errorString());
     }
     return QString();
+}
+
+// There is room for one sentence; that the bus is connected shows by itself.
+QString StatusLine::newsText() const
+{
+    if (m_services->reads().isReading())
+        return m_notice.isEmpty() ? readText() : readText() + QLatin1Char(' ') + m_notice;
+    return m_notice.isEmpty() ? stateText() : m_notice;
+}
+
+QString StatusLine::readText() const
+{
+    const ReadObserver &reads = m_services->reads();
+    if (reads.isCancelled())
+        return tr("Ending the read ...");
+    if (reads.phase() == ReadObserver::Phase::Detecting)
+        return tr("Looking for nodes ...");
+    const ReadSummary &summary = reads.summary();
+    return tr("Reading node %1, object %2h ...")
+        .arg(QString::number(summary.nodeId),
+             QString::number(summary.key.index, 16).toUpper().rightJustified(4, QLatin1Char('0')));
+}
+
+QString StatusLine::uploadText(const BusCounters &counters) const
+{
+    const QString text = tr("SDO: %1 read, %2 not there, %3 without answer")
+                             .arg(counters.uploadsDone)
+                             .arg(counters.uploadsMissing)
+                             .arg(counters.uploadsTimedOut);
+    const quint64 refused = counters.uploadsAborted - counters.uploadsMissing;
+    return refused == 0 ? text : tr("%1, %2 refused").arg(text, QString::number(refused));
 }
 
 void StatusLine::handleState(BusConnection::State state)

@@ -2,6 +2,7 @@
 #include "busconnection.h"
 
 #include <canopen/canport.h>
+#include <canopen/sdoabort.h>
 
 #include <QCanBus>
 #include <QCanBusDevice>
@@ -17,7 +18,10 @@ using namespace std::chrono_literals;
 constexpr auto retryInterval = 1000ms;
 
 /*! The other back ends need a bit rate to open at all, and bring a default of their own. */
-bool isConfiguredOutside(const QString &plugin) { return plugin == QLatin1String("socketcan"); }
+bool isConfiguredOutside(const QString &plugin)
+{
+    return plugin == QLatin1String("socketcan");
+}
 
 QCanBusDevice *createDevice(const QString &plugin, const QString &interfaceName, QString *errorMessage)
 {
@@ -108,6 +112,11 @@ BusCounters BusConnection::counters() const
     return counters;
 }
 
+const QCanBusDevice *BusConnection::device() const
+{
+    return m_port != nullptr ? m_port->device() : nullptr;
+}
+
 void BusConnection::send(const QCanBusFrame &frame)
 {
     if (m_port != nullptr)
@@ -116,6 +125,8 @@ void BusConnection::send(const QCanBusFrame &frame)
 
 BusConnection::Attempt BusConnection::open(QString *errorMessage)
 {
+    if (!configureInterface(errorMessage))
+        return Attempt::Failed;
     std::unique_ptr<CanOpen::CanPort> port = makePort(errorMessage);
     if (port == nullptr)
         return Attempt::Failed;
@@ -149,19 +160,55 @@ BusConnection::Attempt BusConnection::open(QString *errorMessage)
     return Attempt::Opened;
 }
 
-std::unique_ptr<CanOpen::CanPort> BusConnection::makePort(QString *errorMessage) const
+bool BusConnection::configureInterface(QString *errorMessage) const
+{
+    const BusAddress &address = m_settings.address;
+    if (!m_settings.bitRate || !isConfiguredOutside(address.plugin))
+        return true;
+
+    // A refused bit rate does not make connecting fail, but a connected device keeps no parameter that it
+    // could not apply. A device of its own, as setting the bit rate takes the interface down and up again.
+    const std::unique_ptr<QCanBusDevice> device = makeDevice(errorMessage);
+    if (device == nullptr)
+        return false;
+    CanOpen::clearDefaultBitRate(*device);
+    if (!device->connectDevice()) {
+        *errorMessage = tr("The bus %1 cannot be opened: %2").arg(address.toString(), device->errorString());
+        return false;
+    }
+    device->setConfigurationParameter(QCanBusDevice::BitRateKey, *m_settings.bitRate);
+    const bool isSet
+        = device->configurationParameter(QCanBusDevice::BitRateKey).toInt() == *m_settings.bitRate;
+    device->disconnectDevice();
+    if (!isSet) {
+        *errorMessage
+            = tr("The interface %1 does not take the bit rate %2. Setting it needs the library libsocketcan "
+                 "and the right to configure interfaces; \"ip link set %1 type can bitrate %2\" does it by "
+                 "hand, then connect without a bit rate.")
+                  .arg(address.interfaceName, QString::number(*m_settings.bitRate));
+    }
+    return isSet;
+}
+
+std::unique_ptr<QCanBusDevice> BusConnection::makeDevice(QString *errorMessage) const
 {
     const BusAddress &address = m_settings.address;
     QString reason;
     std::unique_ptr<QCanBusDevice> device(m_factory(address.plugin, address.interfaceName, &reason));
-    if (device == nullptr) {
+    if (device == nullptr)
         *errorMessage = tr("The bus %1 cannot be opened: %2").arg(address.toString(), reason);
+    return device;
+}
+
+std::unique_ptr<CanOpen::CanPort> BusConnection::makePort(QString *errorMessage) const
+{
+    std::unique_ptr<QCanBusDevice> device = makeDevice(errorMessage);
+    if (device == nullptr)
         return nullptr;
-    }
-    if (m_settings.bitRate)
-        device->setConfigurationParameter(QCanBusDevice::BitRateKey, *m_settings.bitRate);
-    else if (isConfiguredOutside(address.plugin))
+    if (isConfiguredOutside(m_settings.address.plugin))
         CanOpen::clearDefaultBitRate(*device);
+    else if (m_settings.bitRate)
+        device->setConfigurationParameter(QCanBusDevice::BitRateKey, *m_settings.bitRate);
     return std::make_unique<CanOpen::CanPort>(std::move(device));
 }
 
@@ -180,7 +227,8 @@ void BusConnection::releasePort()
     addPortCounters(&m_counters);
     m_port->disconnect(this);
     m_port->close();
-    // Later, as this may be called while the port delivers a frame.
+    // Later, as this may be called while the port delivers a frame; as a child for the end of the program.
+    m_port->setParent(this);
     m_port.release()->deleteLater();
 }
 
@@ -220,8 +268,10 @@ void BusConnection::tryAgain()
     if (m_state != State::Lost || m_isOpening)
         return;
 
+    // Setting the bit rate also switches an interface on that is down.
     const InterfaceWatch::Presence presence = m_watch.look(m_settings.address);
-    if (presence == InterfaceWatch::Presence::Down || presence == InterfaceWatch::Presence::Missing)
+    const bool isDown = presence == InterfaceWatch::Presence::Down && !m_settings.bitRate;
+    if (isDown || presence == InterfaceWatch::Presence::Missing)
         return;
 
     QString error;
@@ -242,6 +292,9 @@ void BusConnection::countOutcome(const CanOpen::SdoOutcome &outcome)
     case CanOpen::SdoOutcome::Kind::Abort:
     case CanOpen::SdoOutcome::Kind::Error:
         ++m_counters.uploadsAborted;
+        if (outcome.code == static_cast<quint32>(CanOpen::SdoAbort::ObjectDoesNotExist)
+            || outcome.code == static_cast<quint32>(CanOpen::SdoAbort::SubIndexDoesNotExist))
+            ++m_counters.uploadsMissing;
         break;
     case CanOpen::SdoOutcome::Kind::Timeout:
         ++m_counters.uploadsTimedOut;

@@ -27,6 +27,7 @@ struct BusCounters
     quint64 writeRetries = 0;     //!< writes that failed and were tried again
     quint64 uploadsDone = 0;      //!< SDO uploads that gave a value
     quint64 uploadsAborted = 0;   //!< refused by the device or failed as a transfer
+    quint64 uploadsMissing = 0;   //!< of these: the device does not have the object or the sub-index
     quint64 uploadsTimedOut = 0;  //!< no answer, also after the repeats
     quint64 uploadsCancelled = 0; //!< ended because the bus went away
     quint64 uploadRepeats = 0;    //!< requests that were asked again
@@ -88,6 +89,9 @@ public:
     CanOpen::HeartbeatConsumer &heartbeats() { return m_heartbeats; }
     InterfaceWatch &interfaceWatch() { return m_watch; }
 
+    /*! For questions to the back end; null while the bus is not connected. */
+    const QCanBusDevice *device() const;
+
     /*! Sends \a frame; dropped while the bus is not connected. */
     void send(const QCanBusFrame &frame);
 
@@ -100,6 +104,8 @@ private:
     enum class Attempt { Opened, Failed, Superseded };
 
     Attempt open(QString *errorMessage);
+    bool configureInterface(QString *errorMessage) const;
+    std::unique_ptr<QCanBusDevice> makeDevice(QString *errorMessage) const;
     std::unique_ptr<CanOpen::CanPort> makePort(QString *errorMessage) const;
     void adoptPort(std::unique_ptr<CanOpen::CanPort> port);
     void releasePort();

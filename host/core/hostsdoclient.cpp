@@ -27,11 +27,11 @@ void HostSdoClient::upload(quint8 nodeId, quint16 index, quint8 subIndex, quint1
 
     const bool isPossible = CanOpen::isNodeId(nodeId) && CanOpen::isKnownDataType(dataType);
     const bool isConnected = m_bus->state() == BusConnection::State::Connected;
-    pending.isOnBus = isPossible && isConnected;
+    pending.isOnBus = isPossible && isConnected && !m_isCancelling;
     m_pending.append(pending);
     emit uploadStarted(nodeId, pending.key);
 
-    if (!isConnected) {
+    if (!isConnected || m_isCancelling) {
         endLater(pending.number, Ending::NoBus, timeoutCode);
     } else if (!isPossible) {
         endLater(pending.number, Ending::Refused, static_cast<quint32>(CanOpen::SdoAbort::GeneralError));
@@ -41,12 +41,24 @@ void HostSdoClient::upload(quint8 nodeId, quint16 index, quint8 subIndex, quint1
     }
 }
 
+void HostSdoClient::cancelRun()
+{
+    m_isCancelling = true;
+    for (Pending &pending : m_pending) {
+        if (!pending.isOnBus)
+            continue; // is being answered
+        m_abandoned.append(pending);
+        pending.isOnBus = false;
+        endLater(pending.number, Ending::NoBus, timeoutCode);
+    }
+}
+
 void HostSdoClient::endLater(quint64 number, Ending ending, quint32 code)
 {
     const auto endNow = [this, number, ending, code] {
-        const auto found
-            = std::find_if(m_pending.begin(), m_pending.end(),
-                           [number](const Pending &pending) { return pending.number == number; });
+        const auto found = std::find_if(m_pending.begin(), m_pending.end(), [number](const Pending &pending) {
+            return pending.number == number;
+        });
         if (found == m_pending.end())
             return;
         const Pending pending = *found;
@@ -56,16 +68,25 @@ void HostSdoClient::endLater(quint64 number, Ending ending, quint32 code)
     QMetaObject::invokeMethod(this, endNow, Qt::QueuedConnection);
 }
 
-void HostSdoClient::handleOutcome(const CanOpen::SdoOutcome &outcome)
+bool HostSdoClient::takeMatch(QVector<Pending> *list, const CanOpen::SdoOutcome &outcome, Pending *match)
 {
-    // The connection's client also works for others; their outcomes find nothing here.
-    const auto found = std::find_if(m_pending.begin(), m_pending.end(), [&outcome](const Pending &pending) {
+    const auto found = std::find_if(list->begin(), list->end(), [&outcome](const Pending &pending) {
         return pending.isOnBus && pending.nodeId == outcome.nodeId && pending.key == outcome.key;
     });
-    if (found == m_pending.end())
+    if (found == list->end())
+        return false;
+    *match = *found;
+    list->erase(found);
+    return true;
+}
+
+void HostSdoClient::handleOutcome(const CanOpen::SdoOutcome &outcome)
+{
+    // The connection's client works off the uploads of one node in their order, so an abandoned one ends
+    // before the same one asked again. It also works for others; their outcomes find nothing here.
+    Pending pending;
+    if (takeMatch(&m_abandoned, outcome, &pending) || !takeMatch(&m_pending, outcome, &pending))
         return;
-    const Pending pending = *found;
-    m_pending.erase(found);
 
     switch (outcome.kind) {
     case CanOpen::SdoOutcome::Kind::Value:

@@ -28,7 +28,7 @@ public:
         Value,
         Refused, //!< SDO abort or transfer error
         Silent,  //!< no answer, also after the repeats
-        NoBus    //!< the bus was not connected, or went away meanwhile
+        NoBus    //!< the bus was not connected or went away meanwhile, or the user cancelled the run
     };
     Q_ENUM(Ending)
 
@@ -44,6 +44,14 @@ public:
     void upload(quint8 nodeId, quint16 index, quint8 subIndex, quint16 dataType, int timeout) override;
 
     QObject *getQObject() override { return this; }
+
+    /*! Ends the run of a plug-in: the uploads that have not ended, and all that follow until endCancelling(),
+     *  are answered with FFFFFFFFh from the event loop. A transfer that is under way on the bus goes on by
+     *  itself, so that the device is not left in the middle of it; its outcome is dropped.
+     */
+    void cancelRun();
+    void endCancelling() { m_isCancelling = false; }
+    bool isCancelling() const { return m_isCancelling; }
 
     /*! Uploads that have not ended yet. */
     int pendingUploads() const { return m_pending.size(); }
@@ -68,10 +76,13 @@ private:
     };
 
     void endLater(quint64 number, Ending ending, quint32 code);
+    static bool takeMatch(QVector<Pending> *list, const CanOpen::SdoOutcome &outcome, Pending *match);
     void handleOutcome(const CanOpen::SdoOutcome &outcome);
     void end(const Pending &pending, Ending ending, quint32 code, const QVariant &value = QVariant());
 
     BusConnection *m_bus;
-    QVector<Pending> m_pending; // oldest first
+    QVector<Pending> m_pending;   // oldest first
+    QVector<Pending> m_abandoned; // were cancelled and are still under way on the bus; oldest first
+    bool m_isCancelling = false;
     quint64 m_lastNumber = 0;
 };

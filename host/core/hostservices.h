@@ -4,6 +4,8 @@
 #include "busconnection.h"
 #include "heartbeathub.h"
 #include "hostsdoclient.h"
+#include "interfacehealth.h"
+#include "readobserver.h"
 
 #include <plugin/interface/hostinterface.h>
 #include <plugin/interface/secondarysdoclient.h>
@@ -43,6 +45,13 @@ public:
     BusConnection &bus() { return m_bus; }
     HostSdoClient &sdoClient() { return m_sdoClient; }
     HeartbeatHub &heartbeatHub() { return m_hub; }
+    ReadObserver &reads() { return m_reads; }
+    InterfaceHealth &interfaceHealth() { return m_health; }
+
+    /*! Ends the read of a plug-in that is under way: its requests are answered with FFFFFFFFh until it asks
+     *  no more. The bus stays connected. Nothing happens when there is no read.
+     */
+    void cancelRead();
 
 private:
     void handleBusState(BusConnection::State state);
@@ -51,4 +60,6 @@ private:
     HostSdoClient m_sdoClient;
     HeartbeatHub m_hub;
     SilentSdoClient m_secondaryClient;
+    ReadObserver m_reads;
+    InterfaceHealth m_health;
 };

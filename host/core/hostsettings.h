@@ -14,7 +14,11 @@ constexpr QLatin1String geometry("window/geometry");
 constexpr QLatin1String windowState("window/state");
 constexpr QLatin1String plugin("bus/plugin");
 constexpr QLatin1String interfaceName("bus/interface");
-constexpr QLatin1String bitRate("bus/bitRate"); // bit/s; absent: as configured
-constexpr QLatin1String language("language");   // "de", "zh_CN"; absent: that of the system
+constexpr QLatin1String bitRate("bus/bitRate");          // bit/s; absent: as configured
+constexpr QLatin1String patience("patience");            // group: general patience
+constexpr QLatin1String patienceNodes("patience/nodes"); // group: one group for each node ID
+constexpr QLatin1String timeout("timeout");              // ms, in these groups
+constexpr QLatin1String repeats("repeats");              // in these groups
+constexpr QLatin1String language("language");            // "de", "zh_CN"; absent: that of the system
 
 } // namespace HostSettings

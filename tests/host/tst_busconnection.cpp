@@ -51,6 +51,8 @@ private slots:
     void leavesBitRateOfSocketCanAlone();
     void leavesDefaultBitRateOfOthers();
     void setsBitRateThatWasAskedFor();
+    void setsBitRateOfSocketCanFirst();
+    void reportsBitRateThatIsRefused();
     void feedsClientAndConsumer();
     void countsUploads();
     void deviceThatLeavesIsLost();
@@ -156,11 +158,53 @@ void tst_BusConnection::leavesDefaultBitRateOfOthers()
 
 void tst_BusConnection::setsBitRateThatWasAskedFor()
 {
-    m_folder->add(can0, 3);
-    BusSettings settings = socketCanSettings();
+    BusSettings settings = fakeSettings();
     settings.bitRate = 250000;
     QVERIFY(m_bus->connectToBus(settings, nullptr));
     QCOMPARE(m_fake->device()->configurationParameter(QCanBusDevice::BitRateKey).toInt(), 250000);
+    QCOMPARE(m_fake->devicesMade(), 1);
+}
+
+void tst_BusConnection::setsBitRateOfSocketCanFirst()
+{
+    m_folder->add(can0, 3);
+    BusSettings settings = socketCanSettings();
+    settings.bitRate = 250000;
+    // Of every device when it goes; the last one goes after this function.
+    const auto bitRates = std::make_shared<QVariantList>();
+    m_fake->prepare = [bitRates](FakeCanDevice *device) {
+        connect(device, &QCanBusDevice::stateChanged, device,
+                [bitRates, device](QCanBusDevice::CanBusDeviceState state) {
+                    if (state == QCanBusDevice::UnconnectedState)
+                        bitRates->append(device->configurationParameter(QCanBusDevice::BitRateKey));
+                });
+    };
+    QVERIFY(m_bus->connectToBus(settings, nullptr));
+    QCOMPARE(m_fake->devicesMade(), 2);
+    QCOMPARE(*bitRates, QVariantList{250000});
+    QVERIFY(!m_fake->device()->configurationParameter(QCanBusDevice::BitRateKey).isValid());
+}
+
+void tst_BusConnection::reportsBitRateThatIsRefused()
+{
+    class RefusingDevice : public FakeCanDevice
+    {
+    public:
+        void setConfigurationParameter(int key, const QVariant &value) override
+        {
+            if (key != QCanBusDevice::BitRateKey || state() != QCanBusDevice::ConnectedState)
+                FakeCanDevice::setConfigurationParameter(key, value);
+        }
+    };
+    m_folder->add(can0, 3);
+    m_bus->setDeviceFactory([](const QString &, const QString &, QString *) { return new RefusingDevice; });
+    BusSettings settings = socketCanSettings();
+    settings.bitRate = 250000;
+    QString error;
+    QVERIFY(!m_bus->connectToBus(settings, &error));
+    QVERIFY2(error.startsWith(QStringLiteral("The interface can0 does not take the bit rate 250000. ")),
+             qPrintable(error));
+    QCOMPARE(m_bus->state(), State::Disconnected);
 }
 
 void tst_BusConnection::feedsClientAndConsumer()

@@ -75,6 +75,11 @@ private slots:
     void survivesReconnection();
     void neverAnswersFromWithinUpload();
     void tellsTheHostInWords();
+    void cancelAnswersPendingUpload();
+    void cancelAnswersWhatFollows();
+    void cancelLeavesTheBusAlone();
+    void lateOutcomeOfCancelledUploadIsDropped();
+    void cancelWithoutUpload();
 
 private:
     void expectError(quint8 nodeId, quint16 index, quint8 subIndex, quint32 code)
@@ -274,6 +279,72 @@ void tst_HostSdoClient::tellsTheHostInWords()
     QCOMPARE(ended.at(3).at(2).value<HostSdoClient::Ending>(), HostSdoClient::Ending::NoBus);
     QCOMPARE(ended.at(3).at(0).toInt(), 6);
     QCOMPARE(ended.at(3).at(1).value<CanOpen::ObjectKey>().toString(), QStringLiteral("6000h sub-index 2"));
+}
+
+void tst_HostSdoClient::cancelAnswersPendingUpload()
+{
+    QVERIFY(m_bus->connectToBus(fakeSettings(), nullptr));
+    m_client->upload(5, 0x6000, 1, unsigned32, 60000);
+    m_client->cancelRun();
+    QCOMPARE(m_errors->size(), 0); // from the event loop only
+    QVERIFY(m_client->isCancelling());
+    expectError(5, 0x6000, 1, 0xFFFFFFFF);
+}
+
+void tst_HostSdoClient::cancelAnswersWhatFollows()
+{
+    m_fake->addNode(5);
+    QVERIFY(m_bus->connectToBus(fakeSettings(), nullptr));
+    m_client->cancelRun();
+    const int writes = m_fake->device()->writeCalls();
+    m_client->upload(5, 0x1000, 0, unsigned32, timeout);
+    QCOMPARE(m_errors->size(), 0);
+    expectError(5, 0x1000, 0, 0xFFFFFFFF);
+    QCOMPARE(m_fake->device()->writeCalls(), writes);
+
+    m_client->endCancelling();
+    m_client->upload(5, 0x1000, 0, unsigned32, timeout);
+    QTRY_COMPARE(m_results->size(), 1);
+    QCOMPARE(m_errors->size(), 1);
+}
+
+void tst_HostSdoClient::cancelLeavesTheBusAlone()
+{
+    QVERIFY(m_bus->connectToBus(fakeSettings(), nullptr));
+    m_client->upload(5, 0x6000, 1, unsigned32, 60000);
+    m_client->cancelRun();
+    expectError(5, 0x6000, 1, 0xFFFFFFFF);
+    QCOMPARE(m_bus->state(), BusConnection::State::Connected);
+    QCOMPARE(m_fake->devicesMade(), 1);
+}
+
+void tst_HostSdoClient::lateOutcomeOfCancelledUploadIsDropped()
+{
+    QVERIFY(m_bus->connectToBus(fakeSettings(), nullptr));
+    QSignalSpy outcomes(&m_bus->sdoClient(), &CanOpen::SdoClient::finished);
+    m_client->upload(5, 0x1000, 0, unsigned32, 60000);
+    m_client->cancelRun();
+    expectError(5, 0x1000, 0, 0xFFFFFFFF);
+    m_client->endCancelling();
+
+    // The same again: the answer to the first one is not taken for it.
+    m_client->upload(5, 0x1000, 0, unsigned32, 60000);
+    m_fake->device()->inject(QCanBusFrame(0x585, uploadAnswer(0x1000, 0, 11)));
+    QTRY_COMPARE(outcomes.size(), 1);
+    QCOMPARE(m_results->size(), 0);
+    QCOMPARE(m_client->pendingUploads(), 1);
+    m_fake->device()->inject(QCanBusFrame(0x585, uploadAnswer(0x1000, 0, 22)));
+    QTRY_COMPARE(m_results->size(), 1);
+    QCOMPARE(m_results->first().at(3).value<QVariant>().toUInt(), 22U);
+    QCOMPARE(m_errors->size(), 1);
+}
+
+void tst_HostSdoClient::cancelWithoutUpload()
+{
+    m_client->cancelRun();
+    m_client->endCancelling();
+    QVERIFY(!m_client->isCancelling());
+    QCOMPARE(m_errors->size() + m_results->size(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_HostSdoClient)

@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: MIT
+#include "hostmenus.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QKeySequence>
+#include <QLocale>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+
+namespace {
+
+struct LanguageName
+{
+    const char *language;
+    const char *name; // by which its speakers know it, UTF-8
+};
+
+constexpr LanguageName languageNames[] = {
+    {"de", "Deutsch"}, {"en", "English"}, {"fr", "Français"}, {"nl", "Nederlands"}, {"zh_CN", "简体中文"},
+};
+
+QString languageName(const QString &language)
+{
+    for (const LanguageName &row : languageNames) {
+        if (language == QLatin1String(row.language))
+            return QString::fromUtf8(row.name);
+    }
+    const QString name = QLocale(language).nativeLanguageName();
+    return name.isEmpty() ? language : name;
+}
+
+QString withoutMnemonic(QString text)
+{
+    return text.remove(QLatin1Char('&')).remove(QLatin1String("..."));
+}
+
+} // namespace
+
+HostMenus::HostMenus(QMainWindow *window, PluginActions *plugin)
+    : QObject(window)
+    , quit(makeAction("actionQuit", QKeySequence(Qt::CTRL + Qt::Key_Q)))
+    , connectBus(makeAction("actionConnect", QKeySequence(Qt::CTRL + Qt::Key_K)))
+    , disconnectBus(makeAction("actionDisconnect", QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_K)))
+    , cancelRead(makeAction("actionCancelRead", QKeySequence(Qt::Key_Escape)))
+    , refreshInterfaces(makeAction("actionRefresh", QKeySequence(Qt::CTRL + Qt::Key_R)))
+    , patience(makeAction("actionPatience"))
+    , resetLayout(makeAction("actionResetLayout"))
+    , keyList(makeAction("actionKeyList", QKeySequence(Qt::Key_F1)))
+    , about(makeAction("actionAbout"))
+    , aboutQt(makeAction("actionAboutQt"))
+    , m_window(window)
+    , m_plugin(plugin)
+    , m_file(window->menuBar()->addMenu(QString()))
+    , m_bus(window->menuBar()->addMenu(QString()))
+    , m_view(window->menuBar()->addMenu(QString()))
+    , m_language(window->menuBar()->addMenu(QString()))
+    , m_help(window->menuBar()->addMenu(QString()))
+    , m_languages(new QActionGroup(this))
+{
+    using Kind = PluginActions::Kind;
+    plugin->action(Kind::Open)->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_O));
+    plugin->action(Kind::Export)->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_S));
+    plugin->action(Kind::SaveReport)->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_P));
+    plugin->action(Kind::Read)->setShortcut(QKeySequence(Qt::Key_F5));
+    quit->setMenuRole(QAction::QuitRole);
+    about->setMenuRole(QAction::AboutRole);
+    aboutQt->setMenuRole(QAction::AboutQtRole);
+
+    m_file->addActions(
+        {plugin->action(Kind::Open), plugin->action(Kind::Export), plugin->action(Kind::SaveReport)});
+    m_file->addSeparator();
+    m_file->addAction(quit);
+    m_bus->addActions({connectBus, disconnectBus, refreshInterfaces});
+    m_bus->addSeparator();
+    m_bus->addActions({plugin->action(Kind::Read), cancelRead});
+    m_bus->addSeparator();
+    m_bus->addAction(patience);
+    m_view->addAction(resetLayout);
+    m_help->addAction(keyList);
+    m_help->addSeparator();
+    m_help->addActions({about, aboutQt});
+    m_file->setObjectName(QStringLiteral("fileMenu"));
+    m_bus->setObjectName(QStringLiteral("busMenu"));
+    m_view->setObjectName(QStringLiteral("viewMenu"));
+    m_language->setObjectName(QStringLiteral("languageMenu"));
+    m_help->setObjectName(QStringLiteral("helpMenu"));
+
+    connect(m_languages, &QActionGroup::triggered, this,
+            [this](const QAction *action) { emit languageChosen(action->data().toString()); });
+    showState(BusConnection::State::Disconnected, false);
+    retranslate();
+}
+
+void HostMenus::setLanguages(const QStringList &languages, const QString &chosen)
+{
+    m_language->clear();
+    const QList<QAction *> previous = m_languages->actions();
+    qDeleteAll(previous);
+
+    const auto add = [this, &chosen](const QString &language, const QString &name) {
+        QAction *action = m_languages->addAction(name);
+        action->setObjectName(QStringLiteral("actionLanguage_") + language);
+        action->setData(language);
+        action->setCheckable(true);
+        action->setChecked(language == chosen);
+        m_language->addAction(action);
+        return action;
+    };
+    m_systemLanguage = add(QString(), QString());
+    m_language->addSeparator();
+    for (const QString &language : languages)
+        add(language, languageName(language));
+    retranslate();
+}
+
+void HostMenus::setMessagesAction(QAction *action)
+{
+    m_messages = action;
+    m_messages->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_M));
+    m_view->insertAction(resetLayout, action);
+}
+
+void HostMenus::showState(BusConnection::State state, bool isReading)
+{
+    const bool isClosed = state == BusConnection::State::Disconnected;
+    connectBus->setEnabled(isClosed);
+    disconnectBus->setEnabled(!isClosed);
+    refreshInterfaces->setEnabled(isClosed);
+    cancelRead->setEnabled(isReading);
+    m_plugin->setBusState(state == BusConnection::State::Connected, isReading);
+}
+
+void HostMenus::retranslate()
+{
+    using Kind = PluginActions::Kind;
+    m_file->setTitle(tr("&File"));
+    m_plugin->action(Kind::Open)->setText(tr("&Open saved file..."));
+    m_plugin->action(Kind::Export)->setText(tr("&Export..."));
+    m_plugin->action(Kind::SaveReport)->setText(tr("Save &PDF report..."));
+    quit->setText(tr("&Quit"));
+
+    m_bus->setTitle(tr("B&us"));
+    connectBus->setText(tr("&Connect"));
+    disconnectBus->setText(tr("&Disconnect"));
+    refreshInterfaces->setText(tr("Re&fresh interfaces"));
+    m_plugin->action(Kind::Read)->setText(tr("&Read all data"));
+    cancelRead->setText(tr("Ca&ncel read"));
+    patience->setText(tr("&Patience with slow nodes..."));
+
+    m_view->setTitle(tr("&View"));
+    resetLayout->setText(tr("&Reset layout"));
+
+    m_language->setTitle(tr("&Language"));
+    if (m_systemLanguage != nullptr)
+        m_systemLanguage->setText(tr("&System"));
+
+    m_help->setTitle(tr("&Help"));
+    keyList->setText(tr("&Key list"));
+    about->setText(tr("&About Draxel"));
+    aboutQt->setText(tr("About &Qt"));
+}
+
+QVector<QPair<QString, QString>> HostMenus::shortcuts() const
+{
+    QVector<QPair<QString, QString>> keys;
+    for (const QMenu *menu : {m_file, m_bus, m_view, m_help}) {
+        const QList<QAction *> actions = menu->actions();
+        for (const QAction *action : actions) {
+            if (!action->shortcut().isEmpty())
+                keys.append(
+                    {action->shortcut().toString(QKeySequence::NativeText), withoutMnemonic(action->text())});
+        }
+    }
+    return keys;
+}
+
+QAction *HostMenus::makeAction(const char *name, const QKeySequence &shortcut)
+{
+    auto *action = new QAction(this);
+    action->setObjectName(QLatin1String(name));
+    action->setShortcut(shortcut);
+    return action;
+}

@@ -1,0 +1,298 @@
+// SPDX-License-Identifier: MIT
+#include <host/core/readobserver.h>
+
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+using std::chrono::milliseconds;
+using Phase = ReadObserver::Phase;
+using Ending = HostSdoClient::Ending;
+
+constexpr quint32 noObject = 0x06020000;
+constexpr quint32 noSubIndex = 0x06090011;
+constexpr quint32 generalError = 0x08000000;
+constexpr quint32 noAnswer = 0xFFFFFFFF;
+
+} // namespace
+
+class tst_ReadObserver : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_now = milliseconds(1000);
+        m_observer = std::make_unique<ReadObserver>([this] { return m_now; });
+        m_ended = std::make_unique<QSignalSpy>(m_observer.get(), &ReadObserver::readEnded);
+        m_settled = std::make_unique<QSignalSpy>(m_observer.get(), &ReadObserver::settled);
+        m_detections = std::make_unique<QSignalSpy>(m_observer.get(), &ReadObserver::detectionStarted);
+    }
+
+    void oneDetectionForAllReceivers();
+    void nothingIsAskedAfterDetection();
+    void slowFirstRequestStillBelongsToDetection();
+    void completeRead();
+    void slowAnswerIsNoEnd();
+    void stopsAtSilence();
+    void busGoesAway();
+    void cancelledDuringUpload();
+    void cancelledDuringDetection();
+    void cancelledAfterLastRequest();
+    void cancelsOnlyReads();
+    void nextReadBeginsBeforeTheLastHasSettled();
+    void lastRequestEndsDuringNextDetection();
+    void lastRequestBeginsDuringNextDetection();
+    void secondReadAfterVainDetection();
+    void uploadWithoutDetection();
+    void hasTimerOfItsOwn();
+
+private:
+    void pass(int ms)
+    {
+        m_now += milliseconds(ms);
+        m_observer->check();
+    }
+    void detect()
+    {
+        for (int i = 0; i < 127; ++i)
+            m_observer->receiverAsked();
+        pass(2000);
+    }
+    void ask(quint8 nodeId, quint16 index, Ending ending = Ending::Value, quint32 code = 0)
+    {
+        m_observer->uploadStarted(nodeId, {index, 0});
+        pass(5);
+        m_observer->uploadEnded(nodeId, {index, 0}, ending, code);
+    }
+    ReadSummary ended() const { return m_ended->last().first().value<ReadSummary>(); }
+
+    milliseconds m_now{0};
+    std::unique_ptr<ReadObserver> m_observer;
+    std::unique_ptr<QSignalSpy> m_ended;
+    std::unique_ptr<QSignalSpy> m_settled;
+    std::unique_ptr<QSignalSpy> m_detections;
+};
+
+void tst_ReadObserver::oneDetectionForAllReceivers()
+{
+    QCOMPARE(m_observer->phase(), Phase::Idle);
+    QVERIFY(!m_observer->isReading());
+    for (int i = 0; i < 127; ++i)
+        m_observer->receiverAsked();
+    QCOMPARE(m_detections->size(), 1);
+    QCOMPARE(m_observer->phase(), Phase::Detecting);
+    QVERIFY(m_observer->isReading());
+}
+
+void tst_ReadObserver::nothingIsAskedAfterDetection()
+{
+    detect();
+    QCOMPARE(m_ended->size(), 0);
+    pass(399);
+    QCOMPARE(m_ended->size(), 0);
+    pass(1);
+    QCOMPARE(m_ended->size(), 1);
+    QCOMPARE(ended().end, ReadSummary::End::NothingAsked);
+    QCOMPARE(int(ended().nodeId), 0);
+    QCOMPARE(m_settled->size(), 1);
+    QCOMPARE(m_observer->phase(), Phase::Idle);
+}
+
+void tst_ReadObserver::slowFirstRequestStillBelongsToDetection()
+{
+    detect();
+    pass(350);
+    ask(1, 0x1000);
+    QCOMPARE(m_ended->size(), 0);
+    QCOMPARE(m_observer->phase(), Phase::Reading);
+}
+
+void tst_ReadObserver::completeRead()
+{
+    detect();
+    ask(1, 0x1000);
+    ask(1, 0x1001, Ending::Refused, noObject);
+    ask(1, 0x1002, Ending::Refused, noSubIndex);
+    ask(1, 0x1003, Ending::Refused, generalError);
+    ask(9, 0x1000);
+    QCOMPARE(m_ended->size(), 0);
+    pass(299);
+    QCOMPARE(m_ended->size(), 0);
+    pass(1);
+    QCOMPARE(m_ended->size(), 1);
+    QCOMPARE(ended().end, ReadSummary::End::Complete);
+    QCOMPARE(ended().values, 2);
+    QCOMPARE(ended().missing, 2);
+    QCOMPARE(ended().refused, 1);
+    QCOMPARE(ended().nodes, (QSet<quint8>{1, 9}));
+    QVERIFY(!m_observer->isReading());
+}
+
+void tst_ReadObserver::slowAnswerIsNoEnd()
+{
+    detect();
+    m_observer->uploadStarted(1, {0x1000, 0});
+    pass(10000);
+    QCOMPARE(m_ended->size(), 0);
+    QVERIFY(m_observer->isReading());
+    m_observer->uploadEnded(1, {0x1000, 0}, Ending::Value, 0);
+    pass(300);
+    QCOMPARE(m_ended->size(), 1);
+}
+
+void tst_ReadObserver::stopsAtSilence()
+{
+    detect();
+    ask(1, 0x1000);
+    ask(7, 0x6000, Ending::Silent, noAnswer);
+    QCOMPARE(m_ended->size(), 1); // at once
+    QCOMPARE(ended().end, ReadSummary::End::NoAnswer);
+    QCOMPARE(int(ended().nodeId), 7);
+    QCOMPARE(ended().key.toString(), QStringLiteral("6000h sub-index 0"));
+    QCOMPARE(ended().values, 1);
+    QCOMPARE(m_settled->size(), 0);
+    ask(7, 0x6001, Ending::Silent, noAnswer); // the one more request
+    QCOMPARE(m_ended->size(), 1);
+    QCOMPARE(m_settled->size(), 0);
+    pass(300);
+    QCOMPARE(m_settled->size(), 1);
+    QCOMPARE(m_ended->size(), 1);
+    QCOMPARE(m_observer->summary().key.toString(), QStringLiteral("6000h sub-index 0"));
+}
+
+void tst_ReadObserver::busGoesAway()
+{
+    detect();
+    ask(7, 0x6000, Ending::NoBus, noAnswer);
+    QCOMPARE(m_ended->size(), 1);
+    QCOMPARE(ended().end, ReadSummary::End::BusGone);
+}
+
+void tst_ReadObserver::cancelledDuringUpload()
+{
+    detect();
+    m_observer->uploadStarted(7, {0x6000, 3});
+    QSignalSpy changed(m_observer.get(), &ReadObserver::phaseChanged);
+    m_observer->cancel();
+    m_observer->cancel();
+    QCOMPARE(changed.size(), 1);
+    QVERIFY(m_observer->isCancelled());
+    m_observer->uploadEnded(7, {0x6000, 3}, Ending::NoBus, noAnswer);
+    QCOMPARE(m_ended->size(), 1);
+    QCOMPARE(ended().end, ReadSummary::End::Cancelled);
+    QCOMPARE(ended().key.toString(), QStringLiteral("6000h sub-index 3"));
+    ask(7, 0x6001, Ending::NoBus, noAnswer);
+    pass(300);
+    QCOMPARE(m_ended->size(), 1);
+    QCOMPARE(m_settled->size(), 1);
+    QVERIFY(!m_observer->isCancelled());
+}
+
+void tst_ReadObserver::cancelledDuringDetection()
+{
+    detect();
+    m_observer->cancel();
+    pass(400);
+    QCOMPARE(m_ended->size(), 1);
+    QCOMPARE(ended().end, ReadSummary::End::Cancelled);
+    QCOMPARE(int(ended().nodeId), 0);
+}
+
+void tst_ReadObserver::cancelledAfterLastRequest()
+{
+    detect();
+    ask(1, 0x1000);
+    m_observer->cancel();
+    pass(300);
+    QCOMPARE(ended().end, ReadSummary::End::Complete); // too late: all was read
+    QCOMPARE(m_settled->size(), 1);
+}
+
+void tst_ReadObserver::cancelsOnlyReads()
+{
+    m_observer->cancel();
+    QVERIFY(!m_observer->isCancelled());
+    detect();
+    QVERIFY(!m_observer->isCancelled());
+}
+
+void tst_ReadObserver::nextReadBeginsBeforeTheLastHasSettled()
+{
+    detect();
+    ask(7, 0x6000, Ending::Silent, noAnswer);
+    m_observer->receiverAsked();
+    QCOMPARE(m_settled->size(), 1);
+    QCOMPARE(m_detections->size(), 2);
+    QCOMPARE(m_observer->phase(), Phase::Detecting);
+    QCOMPARE(m_observer->summary().values, 0);
+}
+
+void tst_ReadObserver::lastRequestEndsDuringNextDetection()
+{
+    detect();
+    ask(7, 0x6000, Ending::Silent, noAnswer);
+    m_observer->uploadStarted(7, {0x6001, 0});
+    m_observer->receiverAsked();
+    pass(500);
+    m_observer->uploadEnded(7, {0x6001, 0}, Ending::Silent, noAnswer);
+    QCOMPARE(m_ended->size(), 1);
+    QCOMPARE(m_observer->phase(), Phase::Detecting);
+    pass(1500);
+    ask(1, 0x1000);
+    QCOMPARE(m_observer->summary().values, 1);
+    pass(300);
+    QCOMPARE(ended().end, ReadSummary::End::Complete);
+}
+
+void tst_ReadObserver::lastRequestBeginsDuringNextDetection()
+{
+    detect();
+    ask(7, 0x6000, Ending::Silent, noAnswer);
+    m_observer->receiverAsked();
+    ask(7, 0x6001, Ending::Refused, noObject);
+    QCOMPARE(m_observer->phase(), Phase::Detecting);
+    pass(1995);
+    QCOMPARE(m_ended->size(), 1);
+    ask(1, 0x1000);
+    pass(300);
+    QCOMPARE(m_ended->size(), 2);
+    QCOMPARE(ended().values, 1);
+    QCOMPARE(ended().missing, 0);
+}
+
+void tst_ReadObserver::secondReadAfterVainDetection()
+{
+    detect();
+    m_observer->receiverAsked(); // 2000 ms after the first: the plug-in has given up
+    QCOMPARE(m_detections->size(), 2);
+    QCOMPARE(m_ended->size(), 1);
+    QCOMPARE(ended().end, ReadSummary::End::NothingAsked);
+    QCOMPARE(m_observer->phase(), Phase::Detecting);
+}
+
+void tst_ReadObserver::uploadWithoutDetection()
+{
+    ask(7, 0x6000, Ending::Silent, noAnswer);
+    QCOMPARE(m_detections->size(), 0);
+    QCOMPARE(m_ended->size(), 1);
+    QCOMPARE(ended().end, ReadSummary::End::NoAnswer);
+}
+
+void tst_ReadObserver::hasTimerOfItsOwn()
+{
+    ReadObserver observer;
+    QSignalSpy settled(&observer, &ReadObserver::settled);
+    observer.uploadStarted(1, {0x1000, 0});
+    observer.uploadEnded(1, {0x1000, 0}, Ending::Value, 0);
+    QTRY_COMPARE(settled.size(), 1);
+    observer.receiverAsked();
+    QTRY_COMPARE(settled.size(), 2);
+}
+
+QTEST_GUILESS_MAIN(tst_ReadObserver)
+#include "tst_readobserver.moc"

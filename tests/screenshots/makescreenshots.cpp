@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+#include <host/core/pluginsession.h>
+#include <host/mainwindow.h>
+#include <plugin/interface/dxplugininterface.h>
+#include <tests/integration/simulatedhost.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QEventLoop>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTimer>
+#include <QTreeWidget>
+
+namespace {
+
+void handleEventsFor(int milliseconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+/*! The host's window on a simulated vehicle, driven as a user would, and pictures of what it shows. */
+class Photographer
+{
+public:
+    Photographer(const QString &vehicle, const PluginLibrary &library, const QDir &folder)
+        : m_host(SimulatedHost::stillVehicle(vehicle))
+        , m_session(&m_host.services())
+        , m_folder(folder)
+    {
+        m_session.add(library, QStringLiteral("en"));
+        m_window = std::make_unique<MainWindow>(&m_host.services(), &m_session);
+        m_window->showPlugins();
+        m_window->resize(1000, 900);
+        m_window->show();
+        BusSettings settings;
+        settings.address.plugin = QStringLiteral("simulated");
+        settings.address.interfaceName = vehicle;
+        m_window->chooseBus(settings);
+        m_window->connectToChosenBus();
+        m_tree = m_window->findChild<QTreeWidget *>(QStringLiteral("treeWidget"));
+        m_tabs = m_window->findChild<QTabWidget *>(QStringLiteral("tabWidget"));
+    }
+
+    ~Photographer()
+    {
+        m_host.services().bus().disconnectFromBus();
+        handleEventsFor(3000);
+        m_window.reset();
+        handleEventsFor(10);
+    }
+    Q_DISABLE_COPY(Photographer)
+
+    void read()
+    {
+        handleEventsFor(500);
+        m_window->findChild<QPushButton *>(QStringLiteral("btnRead"))->click();
+        handleEventsFor(1000);
+    }
+
+    void select(int row, int tab)
+    {
+        m_tree->setCurrentItem(m_tree->topLevelItem(row));
+        m_tabs->setCurrentIndex(tab);
+        handleEventsFor(100);
+    }
+
+    void takeWindow(const QString &name) { save(m_window->grab(), name); }
+
+    /*! The context menu of the selected component. */
+    void takeMenu(const QString &name)
+    {
+        QTimer::singleShot(300, [this, name] {
+            if (auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())) {
+                save(menu->grab(), name);
+                menu->close();
+            }
+        });
+        QMetaObject::invokeMethod(m_tree, "customContextMenuRequested", Q_ARG(QPoint, QPoint(10, 10)));
+    }
+
+    /*! The dialog that an action of the context menu opens. */
+    void takeDialog(const QString &action, const QString &name)
+    {
+        QTimer::singleShot(300, [this, name] {
+            if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+                save(box->grab(), name);
+                box->accept();
+            }
+        });
+        const QList<QAction *> actions = m_window->findChildren<QAction *>();
+        for (QAction *candidate : actions) {
+            if (candidate->text() == action)
+                candidate->trigger();
+        }
+    }
+
+private:
+    void save(const QPixmap &picture, const QString &name)
+    {
+        if (!picture.save(m_folder.filePath(name + QStringLiteral(".png"))))
+            qFatal("%s cannot be written", qUtf8Printable(name));
+    }
+
+    SimulatedHost m_host;
+    PluginSession m_session;
+    QDir m_folder;
+    std::unique_ptr<MainWindow> m_window;
+    QTreeWidget *m_tree = nullptr;
+    QTabWidget *m_tabs = nullptr;
+};
+
+constexpr int parametersTab = 0;
+constexpr int valuesTab = 1;
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    QApplication::setOrganizationName(QStringLiteral("Draxel Project"));
+    QApplication::setApplicationName(QStringLiteral("draxel-screenshots"));
+    QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
+    QApplication::setApplicationDisplayName(QStringLiteral("Draxel"));
+    if (argc != 2)
+        qFatal("usage: make_screenshots FOLDER");
+    const QDir folder(QString::fromLocal8Bit(argv[1]));
+
+    QString error;
+    const std::optional<PluginLibrary> library = PluginLibrary::load(QStringLiteral(OVERVIEW_PLUGIN), &error);
+    if (!library)
+        qFatal("%s", qUtf8Printable(error));
+    {
+        Photographer pedelec(QStringLiteral("pedelec"), *library, folder);
+        pedelec.read();
+        pedelec.select(1, valuesTab);
+        pedelec.takeWindow(QStringLiteral("window-pedelec-battery-values"));
+        pedelec.select(1, parametersTab);
+        pedelec.takeWindow(QStringLiteral("window-pedelec-battery-parameters"));
+        pedelec.takeMenu(QStringLiteral("context-menu"));
+        pedelec.takeDialog(QStringLiteral("Device Type"), QStringLiteral("dialog-device-type"));
+        pedelec.select(5, valuesTab);
+        pedelec.takeDialog(QStringLiteral("Security Status"), QStringLiteral("dialog-security-status"));
+        pedelec.select(3, valuesTab);
+        pedelec.takeWindow(QStringLiteral("window-pedelec-motor"));
+    }
+    // The first window took the plug-in's with it; a new instance has a new one.
+    delete dynamic_cast<QObject *>(library->plugin);
+    const std::optional<PluginLibrary> again = PluginLibrary::load(QStringLiteral(OVERVIEW_PLUGIN), &error);
+    if (!again)
+        qFatal("%s", qUtf8Printable(error));
+    {
+        Photographer fullBus(QStringLiteral("full-bus"), *again, folder);
+        fullBus.read();
+        fullBus.select(0, valuesTab);
+        fullBus.takeWindow(QStringLiteral("window-full-bus-controller"));
+    }
+    return 0;
+}
