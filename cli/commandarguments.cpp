@@ -28,9 +28,9 @@ CommandArguments::CommandArguments(const QString &name, const QString &descripti
     m_parser.addPositionalArgument(name, QString(), name);
 }
 
-void CommandArguments::addBusOptions()
+void CommandArguments::addBusOptions(Presence presence)
 {
-    m_hasBus = true;
+    m_busPresence = presence;
     m_parser.addOption({busOption,
                         tr("The bus, for example socketcan:can0 or simulated:pedelec. "
                            "\"draxelctl interfaces\" lists what there is."),
@@ -41,10 +41,12 @@ void CommandArguments::addBusOptions()
          QStringLiteral("N")});
 }
 
-void CommandArguments::addPositional(const QString &syntax, const QString &description)
+void CommandArguments::addPositional(const QString &syntax, const QString &description, Presence presence)
 {
     m_positionalSyntax = syntax;
-    m_parser.addPositionalArgument(syntax, description, syntax);
+    m_positionalPresence = presence;
+    m_parser.addPositionalArgument(
+        syntax, description, presence == Presence::Required ? syntax : QStringLiteral("[%1]").arg(syntax));
 }
 
 std::optional<int> CommandArguments::parse(const QStringList &arguments)
@@ -64,10 +66,16 @@ std::optional<int> CommandArguments::parse(const QStringList &arguments)
     const int allowed = m_positionalSyntax.isEmpty() ? 0 : 1;
     if (positionals.size() > allowed)
         return complain(tr("What is \"%1\" for?").arg(positionals.at(allowed)));
-    if (positionals.size() < allowed)
+    if (positionals.size() < allowed && m_positionalPresence == Presence::Required)
         return complain(tr("%1 is missing.").arg(m_positionalSyntax));
     m_positional = positionals.value(0);
-    return m_hasBus ? parseBus() : std::nullopt;
+    return hasBus() || m_busPresence == Presence::Required ? parseBus() : std::nullopt;
+}
+
+bool CommandArguments::hasBus() const
+{
+    // isSet() of an option that the command does not have would warn.
+    return m_parser.optionNames().contains(busOption);
 }
 
 std::optional<int> CommandArguments::number(const QString &option, int lowest, int highest) const

@@ -5,13 +5,21 @@
 
 #include <cstdio>
 
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
+
 namespace {
+
+void writeBytes(FILE *stream, const QByteArray &bytes)
+{
+    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stream);
+    std::fflush(stream);
+}
 
 void printLine(FILE *stream, const QString &text)
 {
-    const QByteArray bytes = text.toLocal8Bit() + '\n';
-    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stream);
-    std::fflush(stream);
+    writeBytes(stream, text.toLocal8Bit() + '\n');
 }
 
 } // namespace
@@ -24,4 +32,23 @@ void Console::print(const QString &text)
 void Console::printError(const QString &text)
 {
     printLine(stderr, text);
+}
+
+void Console::printBytes(const QByteArray &bytes)
+{
+    writeBytes(stdout, bytes);
+}
+
+bool Console::isTerminal()
+{
+#ifdef Q_OS_UNIX
+    return ::isatty(STDOUT_FILENO) == 1;
+#else
+    return true;
+#endif
+}
+
+bool Console::isComplete()
+{
+    return std::ferror(stdout) == 0;
 }

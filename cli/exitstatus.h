@@ -7,9 +7,10 @@ namespace ExitStatus {
 constexpr int success = 0;
 constexpr int usage = 1; // unknown command, option or value
 constexpr int busNotOpened = 2;
-constexpr int noUsableNode = 3; // node 1 was not heard
+constexpr int noUsableNode = 3; // node 1 was not heard, or the node asked for is not there
 constexpr int stoppedByTimeout = 4;
-constexpr int fileFailed = 5; // cannot be read or written
+constexpr int fileFailed = 5;     // cannot be read or written
+constexpr int serverNotAsked = 6; // the update information server gave no answer
 
 /*! Ended by a signal, as shells number it. */
 constexpr int signalled(int signalNumber)

@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: MIT
+#include "checkupdatecommand.h"
 #include "console.h"
 #include "exitstatus.h"
 #include "interfacescommand.h"
 #include "readcommand.h"
+#include "reportcommand.h"
 #include "scancommand.h"
+#include "showcommand.h"
 #include "simulatecommand.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QStringList>
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
 
 namespace {
 
@@ -30,6 +34,11 @@ struct Command
 constexpr Command commands[] = {
     {"read", runReadCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "read all devices of a bus and save what they said")},
+    {"show", runShowCommand,
+     QT_TRANSLATE_NOOP("DraxelCtl", "print the components of a vehicle and their values in words")},
+    {"report", runReportCommand, QT_TRANSLATE_NOOP("DraxelCtl", "write the report as PDF and HTML")},
+    {"check-update", runCheckUpdateCommand,
+     QT_TRANSLATE_NOOP("DraxelCtl", "ask the update server about the firmware of a node")},
     {"scan", runScanCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "ask every node ID, also for nodes without a heartbeat")},
     {"simulate", runSimulateCommand, QT_TRANSLATE_NOOP("DraxelCtl", "put a simulated vehicle on a bus")},
@@ -53,7 +62,9 @@ QString usage()
            + Tr::tr("\n"
                     "\"draxelctl COMMAND --help\" shows the options of a command.\n"
                     "\n"
-                    "Example: draxelctl read --bus simulated:pedelec --export vehicle.dxxml");
+                    "Examples:\n"
+                    "  draxelctl read --bus simulated:pedelec --export vehicle.dxxml\n"
+                    "  draxelctl show vehicle.dxxml");
 }
 
 int dispatch(const QStringList &arguments)
@@ -82,14 +93,40 @@ int dispatch(const QStringList &arguments)
     return ExitStatus::usage;
 }
 
+/*! Whether the command line asks for a report, which needs fonts. */
+bool asksForReport(int argc, char *argv[])
+{
+    const QByteArray command(argc > 1 ? argv[1] : "");
+    if (command == "report")
+        return true;
+    return command == "read" && std::any_of(argv + 2, argv + argc, [](const char *argument) {
+               return QByteArray(argument).startsWith("--report");
+           });
+}
+
+/*! All commands but those with a report do without the start of the window system's parts. */
+std::unique_ptr<QCoreApplication> makeApplication(int &argc, char *argv[])
+{
+    if (!asksForReport(argc, argv))
+        return std::make_unique<QCoreApplication>(argc, argv);
+    // Fonts are there without a display, and a page looks the same whatever display there is.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    QCoreApplication application(argc, argv);
+    // What a back end warns of, it also reports as its error; what Qt warns of is for developers.
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=false\ndefault.warning=false\n"
+                                                    "qt.canbus*.warning=false\nqt.canbus*.critical=false"));
+    const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("draxelctl"));
     QCoreApplication::setApplicationVersion(QStringLiteral(DRAXEL_VERSION));
-    // What a back end warns of, it also reports as its error.
-    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=false\nqt.canbus*.warning=false"));
-    return dispatch(QCoreApplication::arguments());
+    const int status = dispatch(QCoreApplication::arguments());
+    if (status != ExitStatus::success || Console::isComplete())
+        return status;
+    Console::printError(Tr::tr("draxelctl: Not all of the output could be written."));
+    return ExitStatus::fileFailed;
 }

@@ -3,6 +3,7 @@
 
 #include "pdffile.h"
 
+#include <interpreter/batterytexts.h>
 #include <interpreter/datainterpreter.h>
 
 #include <QDir>
@@ -31,12 +32,6 @@ QString styleSheet()
 QString withHtmlLineBreaks(QString text)
 {
     return text.replace(QLatin1Char('\n'), QLatin1String("<br>"));
-}
-
-/*! State of the battery's finite state automaton: bits 11 to 6 of the device status. */
-quint8 batteryState(quint32 status)
-{
-    return static_cast<quint8>((status >> 6) & 0x3F);
 }
 
 /*! Keeps empty pages out of a document in which every device table ends its page.
@@ -172,6 +167,7 @@ void pdfWriter::addBatteryStatusRow(const QVariant &value)
 bool pdfWriter::writeFiles(const QString &folder)
 {
     m_errorString.clear();
+    m_failure = Failure::None;
     m_html += QLatin1String("</div></body></html>");
     return writeHtml(htmlPath(folder)) && writePdf(pdfPath(folder));
 }
@@ -180,7 +176,7 @@ bool pdfWriter::writeHtml(const QString &path)
 {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
-        return failed(path, file.errorString());
+        return failed(path, file.errorString(), Failure::HtmlNotOpened);
 
     QTextStream stream(&file);
     stream << m_html;
@@ -225,8 +221,9 @@ void pdfWriter::print(const QString &path)
     m_document->print(&printer);
 }
 
-bool pdfWriter::failed(const QString &path, const QString &reason)
+bool pdfWriter::failed(const QString &path, const QString &reason, Failure failure)
 {
+    m_failure = failure;
     m_errorString = tr("The file %1 cannot be written: %2.").arg(QDir::toNativeSeparators(path), reason);
     return false;
 }

@@ -22,6 +22,13 @@ class pdfWriter : public QObject
     Q_OBJECT
 
 public:
+    /*! What went wrong with writeFiles(). */
+    enum class Failure : quint8 {
+        None,
+        HtmlNotOpened, //!< the HTML file cannot be created, so that nothing was written
+        Incomplete,    //!< a file could not be written to its end, for example because the disk is full
+    };
+
     pdfWriter();
     ~pdfWriter() override;
 
@@ -62,15 +69,17 @@ public:
 
     /*! Why the last writeFiles() failed; empty when it did not. */
     QString errorString() const { return m_errorString; }
+    Failure failure() const { return m_failure; }
 
 private:
     bool writeHtml(const QString &path);
     bool writePdf(const QString &path);
     void print(const QString &path);
-    bool failed(const QString &path, const QString &reason);
+    bool failed(const QString &path, const QString &reason, Failure failure = Failure::Incomplete);
 
     QString m_html; // only ever appended to
     std::unique_ptr<QTextDocument> m_document;
     QString m_errorString;
+    Failure m_failure = Failure::None;
     quint8 m_rowIndex = 0; // rows in the current device table; even and odd ones have styles of their own
 };

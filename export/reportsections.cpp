@@ -3,6 +3,7 @@
 
 #include "pdfwriter.h"
 
+#include <interpreter/batterytexts.h>
 #include <interpreter/componentclass.h>
 #include <interpreter/datainterpreter.h>
 #include <reader/nodestore.h>
@@ -287,22 +288,9 @@ void addBatteryParameters(const NodeView &node, pdfWriter &writer)
     }
 }
 
-/*! The name of all rows of the temperatures, from the count of its entries, whose bits say what is measured.
- */
-QString temperatureLabel(quint32 count)
-{
-    const quint32 pack = (count >> 4) & 0x0F;
-    if ((count & 0x0E) == 0) {
-        // Deliberate: the number of the pack is one higher than in the name of a sensor.
-        return Tr::tr("Battery Pack ") + QString::number(pack + 1) + Tr::tr(" highest temperature");
-    }
-    return Tr::tr("Battery Pack ") + QString::number(pack) + Tr::tr(" sensor ")
-           + QString::number((count - 1) & 0x0F) + Tr::tr(" temperature");
-}
-
 void addTemperatures(const NodeView &node, pdfWriter &writer)
 {
-    const QString label = temperatureLabel(node.entryCount(temperatures).value_or(0));
+    const QString label = batteryTemperatureLabel(node.entryCount(temperatures).value_or(0));
     node.forEachEntry(temperatures, [&](quint8 subIndex, const QVariant &value) {
         writer.addRow(label, DataInterpreter::formatValue(temperatures, subIndex, value));
     });

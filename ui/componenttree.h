@@ -3,13 +3,10 @@
 
 #include <plugin/interface/nmtsender.h>
 
-#include <QString>
-
 class DataReader;
-class NodeView;
 class QTreeWidget;
 class QTreeWidgetItem;
-struct ComponentClass;
+struct Component;
 
 /*! Fills the tree of components: one top-level row for each virtual device of each node found.
  *
@@ -27,9 +24,6 @@ public:
     /*! The node of a row. */
     static quint8 nodeId(const QTreeWidgetItem &row);
 
-    /*! The text of an NMT state, empty for a number that is none. */
-    static QString nmtStateText(NmtSender::NmtState state);
-
     void clear();
 
     /*! Adds the rows of the nodes that \a reader knows; the last one becomes the current row. */
@@ -39,8 +33,7 @@ public:
     void showNmtState(quint8 nodeId, NmtSender::NmtState state);
 
 private:
-    void addNode(const NodeView &node);
-    void addRow(const NodeView &node, const ComponentClass &componentClass);
+    void addRow(const Component &component);
 
     QTreeWidget &m_tree;
 };

@@ -1,39 +1,28 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tablewriter.h"
+#include <QtGlobal>
 
-class DataReader;
-class NodeView;
+class NodeStore;
+class QTableWidget;
 
-/*! Shows one node in the two detail tables: what is fixed, and the actual values.
- *
- *  Every node has the rows that all components have; the class of its first virtual device (object 6000h, CiA
- * 454) adds rows of its own. An object that is not stored gives no row, and nothing is reported. The tables
- * hold what was stored when they were filled; nothing follows later changes of the store.
- */
+/*! Shows one node in the window's two detail tables: what is fixed, and the actual values. */
 class DetailTables
 {
 public:
     /*! The tables have at least two columns and their headers. Everything is used, nothing owned. */
-    DetailTables(const DataReader &dataReader, QTableWidget &parameters, QTableWidget &values);
+    DetailTables(const NodeStore &store, QTableWidget &parameters, QTableWidget &values)
+        : m_store(store)
+        , m_parameters(parameters)
+        , m_values(values)
+    {
+    }
 
     /*! Replaces the contents of both tables by the rows of \a nodeId. */
     void showNode(quint8 nodeId);
 
 private:
-    void showDeviceDetails(quint8 nodeId);
-    void showControllerDetails(quint8 nodeId);
-    void showConverterDetails(quint8 nodeId);
-    void showBatteryPackDetails(quint8 nodeId);
-    void showMotorControlDetails(quint8 nodeId);
-
-    void showCommonParameters(const NodeView &node);
-    void showCommonValues(const NodeView &node);
-
-    const DataReader &m_dataReader;
-    QTableWidget &m_parametersTable;
-    QTableWidget &m_valuesTable;
-    TableWriter m_parameters;
-    TableWriter m_values;
+    const NodeStore &m_store;
+    QTableWidget &m_parameters;
+    QTableWidget &m_values;
 };

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "informationdialogs.h"
 
-#include "overviewtr.h"
-
+#include <details/overviewtr.h>
 #include <interpreter/datainterpreter.h>
 #include <reader/nodeview.h>
 

@@ -31,6 +31,7 @@ QGraphicsTextItem *NetworkPicture::create(QGraphicsView &view, QObject *parent)
     QFont font(QStringLiteral("Arial"), 20);
     font.setStyleStrategy(QFont::PreferAntialias);
     QGraphicsTextItem *title = scene->addText(QStringLiteral("Draxel"), font);
+    title->setDefaultTextColor(Qt::black); // as the background, the same on a dark desktop
     title->setRotation(270.0);
 
     view.setScene(scene);

@@ -4,10 +4,13 @@
 #include "componenttree.h"
 #include "detailtables.h"
 #include "informationdialogs.h"
+#include "messagebox.h"
 #include "networkpicture.h"
 #include "ui_overviewform.h"
 
 #include <export/exchangefile.h>
+#include <export/pdfwriter.h>
+#include <export/reportsections.h>
 #include <plugin/interface/hostinterface.h>
 #include <reader/datareader.h>
 #include <update/componentupdatechecker.h>
@@ -16,12 +19,13 @@
 #include <QApplication>
 #include <QCursor>
 #include <QDebug>
+#include <QDesktopServices>
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QGraphicsTextItem>
 #include <QMenu>
-#include <QMessageBox>
 #include <QTimer>
+#include <QUrl>
 
 namespace {
 
@@ -32,14 +36,10 @@ constexpr char fileFilter[] = QT_TRANSLATE_NOOP("OverviewForm", "Draxel Tool XML
 
 constexpr quint16 identity = 0x1018;
 
-/*! Shows a modal message box without a parent, titled with the application's name. */
-void showMessage(const QString &text)
+/*! Shows a message titled with the application's name. */
+void showTitledMessage(const QString &text)
 {
-    QMessageBox box;
-    box.setWindowTitle(QCoreApplication::applicationName());
-    box.setTextFormat(Qt::PlainText);
-    box.setText(text);
-    box.exec();
+    showMessage(QCoreApplication::applicationName(), text);
 }
 
 /*! Handles events until the reader's run is over or the reader has gone.
@@ -158,7 +158,7 @@ void OverviewForm::showUpdateInformation(quint32 vendor, quint32 product, quint3
     Q_UNUSED(vendor)
     Q_UNUSED(product)
     Q_UNUSED(revision)
-    showMessage(info);
+    showTitledMessage(info);
 }
 
 void OverviewForm::newNmtState(quint8 node, NmtSender::NmtState nmtState)
@@ -166,12 +166,30 @@ void OverviewForm::newNmtState(quint8 node, NmtSender::NmtState nmtState)
     ComponentTree(*m_ui->treeWidget).showNmtState(node, nmtState);
 }
 
-void OverviewForm::on_btnSavePdf_clicked() {}
+void OverviewForm::on_btnSavePdf_clicked()
+{
+    if (m_dataReader.isNull() || m_dataReader->getNodeList().isEmpty()) {
+        showMessage(QString(),
+                    tr("No devices found. Read all data from Draxel or import data from XML file."));
+        return;
+    }
+
+    m_reportWriter = std::make_unique<pdfWriter>();
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    ReportSections(m_dataReader->store()).write(*m_reportWriter);
+    m_reportWriter->writeFiles();
+    QApplication::restoreOverrideCursor();
+    // A HTML file that cannot be created is passed over in silence.
+    if (m_reportWriter->failure() == pdfWriter::Failure::Incomplete)
+        showTitledMessage(m_reportWriter->errorString());
+    // Deliberate: the path itself is the URL, without a scheme, and it is opened whatever was written.
+    QDesktopServices::openUrl(QUrl(pdfWriter::pdfPath(), QUrl::TolerantMode));
+}
 
 void OverviewForm::on_btnRead_clicked()
 {
     if (!m_connected) {
-        showMessage(tr("No connection to Draxel. Please connect to Draxel and retry."));
+        showTitledMessage(tr("No connection to Draxel. Please connect to Draxel and retry."));
         return;
     }
 
@@ -214,7 +232,7 @@ void OverviewForm::on_treeWidget_currentItemChanged(QTreeWidgetItem *current, QT
 
     const quint8 nodeId = ComponentTree::nodeId(*current);
     qDebug() << "Selected component:" << current->text(0) << "of node" << nodeId;
-    DetailTables tables(*m_dataReader, *m_ui->tblParameters, *m_ui->tblValues);
+    DetailTables tables(m_dataReader->store(), *m_ui->tblParameters, *m_ui->tblValues);
     tables.showNode(nodeId);
 }
 
@@ -222,7 +240,7 @@ void OverviewForm::on_btnCheckUpdate_clicked()
 {
     const QTreeWidgetItem *row = m_ui->treeWidget->currentItem();
     if (row == nullptr) {
-        showMessage(tr("No component selected."));
+        showTitledMessage(tr("No component selected."));
         return;
     }
     const NodeView node = m_dataReader->node(ComponentTree::nodeId(*row));

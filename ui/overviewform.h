@@ -50,6 +50,7 @@ public slots:
     void newNmtState(quint8 node, NmtSender::NmtState nmtState);
 
 private slots:
+    /*! Writes the report into the home directory and opens it with the system's viewer. */
     void on_btnSavePdf_clicked();
 
     /*! Reads the whole bus; returns when the run is over, and handles events meanwhile. */
@@ -84,6 +85,6 @@ private:
     QPointer<QGraphicsTextItem> m_titleItem; // of the scene, which is a child
     bool m_movingDown = true;
     QPointer<ComponentUpdateChecker> m_updateChecker;         // child
-    QPointer<pdfWriter> m_reportWriter;                       // null until the first report
+    std::unique_ptr<pdfWriter> m_reportWriter;                // of the last report; null until the first
     std::unique_ptr<InformationDialogs> m_informationDialogs; // the five context actions are children
 };

@@ -2,11 +2,43 @@
 #include "tablewriter.h"
 
 #include <QBrush>
+#include <QComboBox>
 #include <QTableWidget>
 
+#include <memory>
+
 namespace {
+
 enum Column { NameColumn, ValueColumn };
+
+/*! A list without a frame on the background of the table's row. */
+std::unique_ptr<QComboBox> listBox(const QStringList &entries, const QPalette &tablePalette)
+{
+    constexpr int fontSize = 10; // points
+
+    auto box = std::make_unique<QComboBox>();
+    box->addItems(entries);
+
+    QPalette palette = tablePalette;
+    palette.setBrush(QPalette::Base, QBrush(QColor(255, 0, 0, 0)));
+    // Only what is set explicitly holds against the application's own palette, which may be a dark one.
+    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::ButtonText, QPalette::WindowText})
+        palette.setBrush(role, palette.brush(role));
+    box->setPalette(palette);
+
+    const QString highlight = QString::number(palette.highlight().color().rgb(), 16).mid(2); // without alpha
+    box->setStyleSheet(QStringLiteral("QComboBox { background-color: rgba(0, 0, 0, 0);\nborder: 0px;}"
+                                      "QComboBox QAbstractItemView { selection-color: black;"
+                                      "selection-background-color: #%1;}")
+                           .arg(highlight));
+
+    QFont font = box->font();
+    font.setPointSize(fontSize);
+    box->setFont(font);
+    return box;
 }
+
+} // namespace
 
 int TableWriter::rowCount() const
 {
@@ -20,10 +52,8 @@ void TableWriter::clear()
         m_table.removeRow(row);
 }
 
-void TableWriter::insertRow(int position, const DetailRow &row)
+void TableWriter::placeRow(int position, const DetailRow &row)
 {
-    if (!isInReach(position))
-        return;
     m_table.insertRow(position);
     setName(position, row.name, row.toolTip);
 
@@ -35,26 +65,17 @@ void TableWriter::insertRow(int position, const DetailRow &row)
     m_table.setItem(position, ValueColumn, item.release());
 }
 
-void TableWriter::insertWidgetRow(int position, const QString &name, const QString &toolTip,
-                                  std::unique_ptr<QWidget> widget)
+void TableWriter::placeListRow(int position, const QString &name, const QString &toolTip,
+                               const QStringList &entries)
 {
-    if (!isInReach(position))
-        return;
     m_table.insertRow(position);
     setName(position, name, toolTip);
-    m_table.setCellWidget(position, ValueColumn, widget.release());
+    m_table.setCellWidget(position, ValueColumn, listBox(entries, m_table.palette()).release());
 }
 
-void TableWriter::insertSeparator(int position)
+void TableWriter::placeSeparator(int position)
 {
-    if (isInReach(position))
-        m_table.insertRow(position);
-}
-
-// The table itself inserts nothing beyond its end, and it would lose the items placed there.
-bool TableWriter::isInReach(int position) const
-{
-    return position >= 0 && position <= m_table.rowCount();
+    m_table.insertRow(position);
 }
 
 void TableWriter::setName(int position, const QString &name, const QString &toolTip)

@@ -53,7 +53,8 @@ bool ComponentUpdateChecker::checkForUpdate(quint32 vendorId, quint32 productCod
 void ComponentUpdateChecker::replyFinished(QNetworkReply *reply)
 {
     QString info;
-    if (reply->error() != QNetworkReply::NoError) {
+    m_hasFailed = reply->error() != QNetworkReply::NoError;
+    if (m_hasFailed) {
         info
             = tr("No connection to update information server at %1.").arg(UpdateServer::organisationDomain());
     } else {

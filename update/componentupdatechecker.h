@@ -28,6 +28,9 @@ public:
      */
     bool checkForUpdate(quint32 vendorId, quint32 productCode, quint32 revision);
 
+    /*! Whether the answer emitted last stands for a network failure. */
+    bool hasFailed() const { return m_hasFailed; }
+
 signals:
     /*! One answer, with the identity given to the last checkForUpdate().
      *
@@ -50,4 +53,5 @@ private:
     quint32 m_vendorId = 0;
     quint32 m_productCode = 0;
     quint32 m_revision = 0;
+    bool m_hasFailed = false;
 };

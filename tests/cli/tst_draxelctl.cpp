@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "program.h"
+
 #include <QDir>
 #include <QFile>
-#include <QProcess>
-#include <QProcessEnvironment>
 #include <QRegularExpression>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -10,84 +10,9 @@
 #include <QXmlStreamReader>
 #include <QtTest>
 
-#include <csignal>
 #include <memory>
 
 namespace {
-
-constexpr int patience = 30000; // ms; a read takes two seconds of detection
-
-struct Result
-{
-    int status = -1;
-    QString output;
-    QString errors;
-};
-
-/*! The program as the shell starts it. */
-class Program
-{
-public:
-    explicit Program(const QStringList &arguments, const QStringList &environment = {})
-    {
-        QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
-        for (const QString &entry : environment)
-            variables.insert(entry.section(QLatin1Char('='), 0, 0), entry.section(QLatin1Char('='), 1));
-        m_process.setProcessEnvironment(variables);
-        m_process.start(QStringLiteral(DRAXELCTL), arguments);
-    }
-    ~Program()
-    {
-        if (m_process.state() != QProcess::NotRunning) {
-            m_process.kill();
-            m_process.waitForFinished();
-        }
-    }
-    Q_DISABLE_COPY(Program)
-
-    bool waitForOutput(const QString &text)
-    {
-        return QTest::qWaitFor(
-            [&] {
-                m_output += m_process.readAllStandardOutput();
-                return QString::fromLocal8Bit(m_output).contains(text);
-            },
-            patience);
-    }
-
-    bool waitForStart() { return m_process.waitForStarted(patience); }
-
-    void signal(int number) { ::kill(static_cast<pid_t>(m_process.processId()), number); }
-
-    Result finish()
-    {
-        // Not waitForFinished(): this process may play a part on the bus.
-        const bool hasEnded
-            = QTest::qWaitFor([this] { return m_process.state() == QProcess::NotRunning; }, patience);
-        Result result;
-        if (hasEnded && m_process.exitStatus() == QProcess::NormalExit)
-            result.status = m_process.exitCode();
-        result.output = QString::fromLocal8Bit(m_output + m_process.readAllStandardOutput());
-        result.errors = QString::fromLocal8Bit(m_process.readAllStandardError());
-        return result;
-    }
-
-private:
-    QProcess m_process;
-    QByteArray m_output;
-};
-
-Result run(const QStringList &arguments)
-{
-    Program program(arguments);
-    return program.finish();
-}
-
-QString readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
 
 /*! The value of an exported object; -1 when it is not there. */
 qlonglong exportedValue(const QString &path, int nodeId, int index, int subIndex)
@@ -107,14 +32,6 @@ qlonglong exportedValue(const QString &path, int nodeId, int index, int subIndex
             return attributes.value(QStringLiteral("value")).toLongLong();
     }
     return -1;
-}
-
-/*! A free port of this machine. */
-quint16 freePort()
-{
-    QTcpServer server;
-    server.listen(QHostAddress::LocalHost);
-    return server.serverPort();
 }
 
 QString virtualBus(quint16 port)
@@ -198,7 +115,7 @@ void tst_DraxelCtl::printsUsage()
 {
     const Result result = run({});
     QCOMPARE(result.status, 1);
-    for (const char *command : {"read", "scan", "simulate", "interfaces"})
+    for (const char *command : {"read", "show", "report", "check-update", "scan", "simulate", "interfaces"})
         QVERIFY2(result.errors.contains(QLatin1String("\n  ") + QLatin1String(command)), command);
     QVERIFY(result.output.isEmpty());
 }
@@ -212,6 +129,14 @@ void tst_DraxelCtl::printsHelp_data()
                              << QStringLiteral("Usage: draxelctl COMMAND");
     QTest::newRow("read") << QStringList{QStringLiteral("read"), QStringLiteral("--help")}
                           << QStringLiteral("--export <FILE>");
+    QTest::newRow("read with a report")
+        << QStringList{QStringLiteral("read"), QStringLiteral("--help")} << QStringLiteral("--report <DIR>");
+    QTest::newRow("show") << QStringList{QStringLiteral("show"), QStringLiteral("--help")}
+                          << QStringLiteral("show [FILE]");
+    QTest::newRow("report") << QStringList{QStringLiteral("report"), QStringLiteral("--help")}
+                            << QStringLiteral("--output <DIR>");
+    QTest::newRow("check-update") << QStringList{QStringLiteral("check-update"), QStringLiteral("--help")}
+                                  << QStringLiteral("--node <N>");
     QTest::newRow("scan") << QStringList{QStringLiteral("scan"), QStringLiteral("--help")}
                           << QStringLiteral("--bus <PLUGIN:INTERFACE>");
     QTest::newRow("simulate") << QStringList{QStringLiteral("simulate"), QStringLiteral("-h")}
@@ -265,6 +190,27 @@ void tst_DraxelCtl::wrongUsage_data()
     QTest::newRow("retries") << QStringLiteral("read --bus simulated:pedelec --retries -1")
                              << QStringLiteral(
                                     "draxelctl read: --retries takes a number from 0 to 100, not \"-1\".");
+    QTest::newRow("nothing to show") << QStringLiteral(
+        "show") << QStringLiteral("draxelctl show: What is meant? Name a FILE or a --bus.");
+    QTest::newRow("too much to show")
+        << QStringLiteral("show v.dxxml --bus simulated:pedelec")
+        << QStringLiteral("draxelctl show: Name either a FILE or a --bus, not both.");
+    QTest::newRow("node ID") << QStringLiteral("show v.dxxml --node 128")
+                             << QStringLiteral(
+                                    "draxelctl show: --node takes a number from 1 to 127, not \"128\".");
+    QTest::newRow("language") << QStringLiteral("show v.dxxml --language tlh")
+                              << QStringLiteral(
+                                     "draxelctl show: There are no texts in the language \"tlh\"; there");
+    QTest::newRow("no folder for the report")
+        << QStringLiteral("report v.dxxml")
+        << QStringLiteral("draxelctl report: --output is missing: which folder is meant?");
+    QTest::newRow("nothing to report on")
+        << QStringLiteral("report --output r") << QStringLiteral("draxelctl report: FILE is missing.");
+    QTest::newRow("report of a bus") << QStringLiteral("report --bus simulated:pedelec --output r")
+                                     << QStringLiteral("draxelctl report: Unknown option 'bus'.");
+    QTest::newRow("no node to check")
+        << QStringLiteral("check-update v.dxxml")
+        << QStringLiteral("draxelctl check-update: --node is missing: which node is meant?");
     QTest::newRow("too many words") << QStringLiteral("read --bus simulated:pedelec now")
                                     << QStringLiteral("draxelctl read: What is \"now\" for?");
     QTest::newRow("no vehicle") << QStringLiteral("simulate --bus virtualcan:can0")

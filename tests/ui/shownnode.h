@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <reader/datareader.h>
+#include <reader/nodestore.h>
 #include <ui/detailtables.h>
 
 #include <QComboBox>
@@ -16,7 +16,7 @@ public:
 
     ShownNode &set(quint16 index, quint8 subIndex, const QVariant &value)
     {
-        reader.setValue(nodeId, index, subIndex, value);
+        store.setValue(nodeId, index, subIndex, value);
         return *this;
     }
 
@@ -29,7 +29,7 @@ public:
         return *this;
     }
 
-    void show() { DetailTables(reader, parameters, values).showNode(nodeId); }
+    void show() { DetailTables(store, parameters, values).showNode(nodeId); }
 
     QStringList parameterRows() const { return rows(parameters); }
     QStringList valueRows() const { return rows(values); }
@@ -59,7 +59,7 @@ public:
         return line + QLatin1Char(']');
     }
 
-    DataReader reader;
+    NodeStore store;
     QTableWidget parameters{0, 2};
     QTableWidget values{0, 2};
 

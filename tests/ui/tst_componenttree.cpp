@@ -77,8 +77,6 @@ private slots:
     void nodeWithoutStatusHasAnEmptyState();
     void rebuildStartsFromAnEmptyTree();
     void writesDebugLines();
-    void nmtStateText_data();
-    void nmtStateText();
     void nmtStateReachesTheFirstRowOnly();
     void nmtStateOfAnUnknownNodeChangesNothing();
     void unknownNmtStateClearsTheText();
@@ -304,26 +302,6 @@ void tst_ComponentTree::writesDebugLines()
                           QStringLiteral("sub0 value =  0"), QStringLiteral("Handling of node 5"),
                           QStringLiteral("sub0 value =  1")}));
     QCOMPARE(log.warnings(), QStringList());
-}
-
-void tst_ComponentTree::nmtStateText_data()
-{
-    QTest::addColumn<int>("state");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("unknown") << 0 << QStringLiteral("Unknown");
-    QTest::newRow("boot-up") << 1 << QStringLiteral("Boot-up");
-    QTest::newRow("pre-operational") << 2 << QStringLiteral("Pre-Op");
-    QTest::newRow("operational") << 3 << QStringLiteral("Operational");
-    QTest::newRow("stopped") << 4 << QStringLiteral("Stopped");
-    QTest::newRow("none") << 5 << QString();
-    QTest::newRow("none, beyond all") << 127 << QString();
-}
-
-void tst_ComponentTree::nmtStateText()
-{
-    QFETCH(int, state);
-    QFETCH(QString, text);
-    QCOMPARE(ComponentTree::nmtStateText(static_cast<NmtSender::NmtState>(state)), text);
 }
 
 void tst_ComponentTree::nmtStateReachesTheFirstRowOnly()

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "importedform.h"
-#include "markingtranslator.h"
 
 #include <reader/datareader.h>
 #include <tests/support/logwatcher.h>
+#include <tests/support/markingtranslator.h>
 #include <tests/support/messageboxwatcher.h>
 #include <ui/informationdialogs.h>
 
 #include <QAction>
 #include <QContextMenuEvent>
+#include <QGridLayout>
 #include <QMenu>
 #include <QtTest>
 
@@ -142,6 +143,7 @@ private slots:
     void offersEverythingInOrder();
     void boxes_data();
     void boxes();
+    void boxIsWidened();
     void boxStandsOverTheWindow();
     void boxHoldsTheOtherWindows();
 
@@ -250,6 +252,30 @@ void tst_InformationDialogs::boxes()
     QVERIFY(!box.hasParent);
     QVERIFY(box.isModal);
     QVERIFY(box.geometry.width() >= 150);
+}
+
+void tst_InformationDialogs::boxIsWidened()
+{
+    ShownDialogs dialogs;
+    QSize size;
+    int columns = 0;
+    QTimer::singleShot(0, &dialogs.window, [&] {
+        QWidget *box = QApplication::activeModalWidget();
+        if (box == nullptr)
+            return;
+        const auto *layout = qobject_cast<QGridLayout *>(box->layout());
+        const QLayoutItem *item
+            = layout != nullptr ? layout->itemAtPosition(layout->rowCount() - 1, 0) : nullptr;
+        if (item != nullptr
+            && item == layout->itemAtPosition(layout->rowCount() - 1, layout->columnCount() - 1)) {
+            size = item->minimumSize();
+            columns = layout->columnCount();
+        }
+        box->close();
+    });
+    dialogs.dialogs.show(InformationDialog::ErrorRegister, dialogs.reader.node(nodeId));
+    QCOMPARE(size, QSize(150, 0)); // an empty row over all columns
+    QVERIFY(columns > 1);
 }
 
 void tst_InformationDialogs::boxStandsOverTheWindow()

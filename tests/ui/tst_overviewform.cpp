@@ -10,6 +10,8 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDesktopServices>
+#include <QDir>
 #include <QGraphicsScene>
 #include <QGraphicsTextItem>
 #include <QGraphicsView>
@@ -24,6 +26,7 @@
 #include <QTimer>
 #include <QTranslator>
 #include <QTreeWidget>
+#include <QUrl>
 #include <QtTest>
 
 namespace {
@@ -58,6 +61,44 @@ public:
     }
 
     QPointer<DataReader> reader;
+};
+
+/*! Takes what would be opened by the system's viewer: URLs without a scheme. */
+class Viewer : public QObject
+{
+    Q_OBJECT
+
+public:
+    Viewer() { QDesktopServices::setUrlHandler(QString(), this, "open"); }
+    ~Viewer() override { QDesktopServices::unsetUrlHandler(QString()); }
+
+    QList<QUrl> urls;
+
+public slots:
+    void open(const QUrl &url) { urls.append(url); }
+};
+
+/*! An empty home directory, and the viewer that is asked to open what comes to be in it. */
+class ReportHome
+{
+public:
+    ReportHome() { qputenv("HOME", QFile::encodeName(m_folder.path())); }
+    ~ReportHome() { qputenv("HOME", m_oldHome); }
+    Q_DISABLE_COPY(ReportHome)
+
+    QString path(const char *name) const { return m_folder.path() + QLatin1Char('/') + QLatin1String(name); }
+    QStringList files() const { return QDir(m_folder.path()).entryList(QDir::Files, QDir::Name); }
+    QString read(const char *name) const
+    {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll()) : QString();
+    }
+
+    Viewer viewer;
+
+private:
+    QByteArray m_oldHome = qgetenv("HOME");
+    QTemporaryDir m_folder;
 };
 
 /*! A window with a host, as the plug-in makes it. */
@@ -180,6 +221,13 @@ private slots:
     void importOfAMissingFileKeepsTheData();
     void updateWithoutAComponentSays();
     void updateInformationIsShownAsItIs();
+    void longUpdateInformation_data();
+    void longUpdateInformation();
+    void reportWithoutNodesSays();
+    void reportIsWrittenAndOpened();
+    void reportIsWrittenAnew();
+    void reportThatCannotBeWrittenIsSilent();
+    void incompleteReportSays();
     void readerOutlivesTheWindow();
 };
 
@@ -776,6 +824,134 @@ void tst_OverviewForm::updateInformationIsShownAsItIs()
     bench.form->showUpdateInformation(1, 2, 3, QStringLiteral("<b>1.2</b> & more"));
     QCOMPARE(watcher.texts(), QStringList{QStringLiteral("<b>1.2</b> & more")});
     QCOMPARE(watcher.boxes().constFirst().title, QStringLiteral("the application"));
+}
+
+void tst_OverviewForm::longUpdateInformation_data()
+{
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<QString>("text"); // of the box
+    QTest::addColumn<bool>("hasDetails");
+
+    const auto characters = [](int count) { return QString(count, QLatin1Char('x')); };
+    const auto lines = [](int count) { return QStringLiteral("line\n").repeated(count); };
+    const QString more = QStringLiteral("\n\u2026");
+    QTest::newRow("empty") << QString() << QString() << false;
+    QTest::newRow("4000 characters") << characters(4000) << characters(4000) << false;
+    QTest::newRow("4001 characters") << characters(4001) << characters(4000) + more << true;
+    QTest::newRow("40 lines") << lines(39) + QStringLiteral("end") << lines(39) + QStringLiteral("end")
+                              << false;
+    QTest::newRow("41 lines") << lines(40) + QStringLiteral("end")
+                              << lines(39) + QStringLiteral("line") + more << true;
+    QTest::newRow("a long second line")
+        << lines(1) + characters(5000) << lines(1) + characters(3995) + more << true;
+    QTest::newRow("100 kB in one line") << characters(100000) << characters(4000) + more << true;
+    QTest::newRow("1 MB of lines") << lines(200000) << lines(39) + QStringLiteral("line") + more << true;
+}
+
+void tst_OverviewForm::longUpdateInformation()
+{
+    QFETCH(QString, answer);
+    QFETCH(QString, text);
+    QFETCH(bool, hasDetails);
+
+    MessageBoxWatcher watcher;
+    Bench bench;
+    QString details;
+    QTimer::singleShot(0, &bench.finder, [&details] {
+        if (const auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+            details = box->detailedText();
+    });
+    bench.form->showUpdateInformation(1, 2, 3, answer);
+    QCOMPARE(watcher.texts(), QStringList{text});
+    QCOMPARE(details, hasDetails ? answer : QString());
+}
+
+void tst_OverviewForm::reportWithoutNodesSays()
+{
+    const ReportHome home;
+    QCoreApplication::setApplicationName(QStringLiteral("the application"));
+    MessageBoxWatcher watcher;
+    Bench bench;
+    bench.press("btnSavePdf");
+    QCOMPARE(watcher.texts(),
+             QStringList{QStringLiteral(
+                 "No devices found. Read all data from Draxel or import data from XML file.")});
+    QCOMPARE(watcher.boxes().constFirst().title, QString());
+    QVERIFY(watcher.boxes().constFirst().isModal);
+    QVERIFY(!watcher.boxes().constFirst().hasParent);
+    QCOMPARE(home.files(), QStringList());
+    QVERIFY(home.viewer.urls.isEmpty());
+}
+
+void tst_OverviewForm::reportIsWrittenAndOpened()
+{
+    const ReportHome home;
+    MessageBoxWatcher watcher;
+    Bench bench;
+    bench.form->setConnected(true);
+    bench.read({1, 5});
+    bench.press("btnSavePdf");
+
+    QCOMPARE(home.files(), QStringList({QStringLiteral("dx_report.html"), QStringLiteral("dx_report.pdf")}));
+    const QString html = home.read("dx_report.html");
+    QVERIFY(html.startsWith(QStringLiteral("<html><head></head><body><style type=\"text/css\">")));
+    QVERIFY(html.contains(QStringLiteral("align=\"center\">Draxel Controller</td>")));
+    QVERIFY(html.contains(QStringLiteral("align=\"center\">Battery Pack</td>")));
+    QVERIFY(home.read("dx_report.pdf").startsWith(QStringLiteral("%PDF-")));
+    QCOMPARE(home.viewer.urls, QList<QUrl>{QUrl(home.path("dx_report.pdf"), QUrl::TolerantMode)});
+    QCOMPARE(home.viewer.urls.constFirst().scheme(), QString());
+    QCOMPARE(home.viewer.urls.constFirst().toString(), home.path("dx_report.pdf"));
+    QVERIFY(QApplication::overrideCursor() == nullptr);
+    QVERIFY(watcher.boxes().isEmpty());
+}
+
+void tst_OverviewForm::reportIsWrittenAnew()
+{
+    const ReportHome home;
+    Bench bench;
+    bench.form->setConnected(true);
+    bench.read({1});
+    writeFile(home.path("dx_report.html"), "old");
+    writeFile(home.path("dx_report.pdf"), "old");
+    bench.press("btnSavePdf");
+    const QString first = home.read("dx_report.html");
+    bench.press("btnSavePdf");
+    QCOMPARE(home.read("dx_report.html"), first);
+    QCOMPARE(first.count(QStringLiteral("Draxel Report")), 1);
+    QVERIFY(home.read("dx_report.pdf").startsWith(QStringLiteral("%PDF-")));
+    QCOMPARE(home.viewer.urls.size(), 2);
+}
+
+void tst_OverviewForm::reportThatCannotBeWrittenIsSilent()
+{
+    const ReportHome home;
+    QVERIFY(QDir(home.path("")).mkdir(QStringLiteral("dx_report.html"))); // in the way of the file
+    MessageBoxWatcher watcher;
+    Bench bench;
+    bench.form->setConnected(true);
+    bench.read({1});
+    bench.press("btnSavePdf");
+    QCOMPARE(home.files(), QStringList());
+    QVERIFY(watcher.boxes().isEmpty());
+    QCOMPARE(home.viewer.urls.size(), 1);
+    QVERIFY(QApplication::overrideCursor() == nullptr);
+}
+
+void tst_OverviewForm::incompleteReportSays()
+{
+    const ReportHome home;
+    QVERIFY(QDir(home.path("")).mkdir(QStringLiteral("dx_report.pdf"))); // in the way of the file
+    MessageBoxWatcher watcher;
+    Bench bench;
+    bench.form->setConnected(true);
+    bench.read({1});
+    bench.press("btnSavePdf");
+    QCOMPARE(home.files(), QStringList{QStringLiteral("dx_report.html")});
+    QCOMPARE(watcher.boxes().size(), 1);
+    QVERIFY2(watcher.texts().constFirst().startsWith(
+                 QStringLiteral("The file %1 cannot be written: ").arg(home.path("dx_report.pdf"))),
+             qPrintable(watcher.texts().constFirst()));
+    QCOMPARE(home.viewer.urls.size(), 1);
 }
 
 void tst_OverviewForm::readerOutlivesTheWindow()

@@ -2,7 +2,7 @@
 #pragma once
 
 class NodeView;
-class TableWriter;
+class RowTable;
 
 /*! Writes what only battery packs (CiA 454) have below the rows that all components have.
  *
@@ -13,7 +13,7 @@ class TableWriter;
 class BatteryDetails
 {
 public:
-    BatteryDetails(TableWriter &parameters, TableWriter &values)
+    BatteryDetails(RowTable &parameters, RowTable &values)
         : m_parameters(parameters)
         , m_values(values)
     {
@@ -29,7 +29,7 @@ private:
     void showChemistry(const NodeView &node);
     void showRatings(const NodeView &node);
 
-    TableWriter &m_parameters;
-    TableWriter &m_values;
+    RowTable &m_parameters;
+    RowTable &m_values;
     int m_position = 0; // of the row written last, first in the values, then in the parameters
 };

@@ -3,8 +3,9 @@
 
 #include "objecttooltip.h"
 #include "overviewtr.h"
-#include "tablewriter.h"
+#include "rowtable.h"
 
+#include <interpreter/batterytexts.h>
 #include <interpreter/datainterpreter.h>
 #include <reader/nodeview.h>
 
@@ -39,28 +40,9 @@ constexpr Rating ratings[] = {
     {0x6127, 0x6102},
 };
 
-/*! State of the battery's finite state automaton: bits 11 to 6 of the device status. */
-quint8 fsaState(quint32 status)
-{
-    return static_cast<quint8>((status >> 6) & 0x3F);
-}
-
 bool isReservedState(quint8 state)
 {
     return state == 4 || state == 5 || state >= 7;
-}
-
-/*! The label of all rows of the temperatures, from the count of its entries, whose bits say what is measured.
- */
-QString temperatureLabel(quint32 count)
-{
-    const quint32 pack = (count >> 4) & 0x0F;
-    if ((count & 0x0E) == 0) {
-        // Deliberate: the number of the pack is one higher than in the label of a sensor.
-        return Tr::tr("Battery Pack ") + QString::number(pack + 1) + Tr::tr(" highest temperature");
-    }
-    return Tr::tr("Battery Pack ") + QString::number(pack) + Tr::tr(" sensor ")
-           + QString::number((count - 1) & 0x0F) + Tr::tr(" temperature");
 }
 
 /*! The colour of a state of charge in hundredths of a percent, after a row of colour \a previous. */
@@ -106,7 +88,7 @@ void BatteryDetails::showStatus(const NodeView &node)
     if (!status)
         return;
 
-    const quint8 state = fsaState(status->toUInt());
+    const quint8 state = batteryState(status->toUInt());
     Qt::GlobalColor color = Qt::black;
     const QString text = DataInterpreter::interpretFsaState(state, color);
     if (isReservedState(state))
@@ -121,7 +103,7 @@ void BatteryDetails::showTemperatures(const NodeView &node)
     if (!count)
         return;
 
-    const QString label = temperatureLabel(*count);
+    const QString label = batteryTemperatureLabel(*count);
     node.forEachEntry(temperatures, [&](quint8 subIndex, const QVariant &value) {
         DetailRow row = entryRow(temperatures, subIndex, value);
         row.name = label;

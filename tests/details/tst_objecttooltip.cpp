@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <ui/objecttooltip.h>
+#include <details/objecttooltip.h>
 
 #include <QVariant>
 #include <QtTest>

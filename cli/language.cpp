@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "language.h"
+
+#include "commandarguments.h"
+#include "exitstatus.h"
+
+#include <host/core/languagesetting.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QTranslator>
+
+#include <memory>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(Language)
+};
+
+const QString languageOption = QStringLiteral("language");
+const QString sourceLanguage = QStringLiteral("en");
+const QString filePrefix = QStringLiteral("pl_overview_");
+const QString fileSuffix = QStringLiteral(".qm");
+
+QStringList availableLanguages()
+{
+    QStringList languages{sourceLanguage};
+    const QStringList files = QDir(LanguageSetting::defaultFolder())
+                                  .entryList({filePrefix + QLatin1Char('*') + fileSuffix}, QDir::Files);
+    for (const QString &file : files)
+        languages.append(file.mid(filePrefix.size()).chopped(fileSuffix.size()));
+    languages.removeDuplicates();
+    languages.sort();
+    return languages;
+}
+
+/*! The available language that is meant by a name as the system writes it: "de-AT" and "de_AT.UTF-8" by "de".
+ * Empty for none. */
+QString findLanguage(const QStringList &languages, const QString &name)
+{
+    QString wanted = name.section(QLatin1Char('.'), 0, 0);
+    wanted.replace(QLatin1Char('-'), QLatin1Char('_'));
+    for (const QString &candidate : {wanted, wanted.section(QLatin1Char('_'), 0, 0)}) {
+        if (languages.contains(candidate))
+            return candidate;
+    }
+    return QString();
+}
+
+} // namespace
+
+void Language::addOption(CommandArguments &options)
+{
+    options.addOption({languageOption,
+                       Tr::tr("The language of what the devices say, for example de; usually en."),
+                       QStringLiteral("LANGUAGE")});
+}
+
+std::optional<int> Language::load(const CommandArguments &options)
+{
+    if (!options.isSet(languageOption))
+        return std::nullopt;
+
+    const QStringList languages = availableLanguages();
+    const QString language = findLanguage(languages, options.value(languageOption));
+    if (language.isEmpty()) {
+        return options.complain(
+            Tr::tr("There are no texts in the language \"%1\"; there are those in %2.")
+                .arg(options.value(languageOption), languages.join(QStringLiteral(", "))));
+    }
+    auto translator = std::make_unique<QTranslator>(QCoreApplication::instance());
+    const QString file
+        = LanguageSetting::defaultFolder() + QLatin1Char('/') + filePrefix + language + fileSuffix;
+    if (translator->load(file))
+        QCoreApplication::installTranslator(translator.release()); // owned by the application
+    else if (language != sourceLanguage)
+        return options.complain(Tr::tr("The file %1 holds no texts.").arg(QDir::toNativeSeparators(file)));
+    return std::nullopt;
+}

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+
+class CommandArguments;
+
+/*! The language of what devices say: the translations of the plug-in, pl_overview_LANGUAGE.qm in the folder
+ * "languages" beside the program. The program's own sentences are English. */
+namespace Language {
+
+/*! Adds --language. */
+void addOption(CommandArguments &options);
+
+/*! Loads the language that is asked for; an exit status after a complaint that there is none such. */
+std::optional<int> load(const CommandArguments &options);
+
+} // namespace Language

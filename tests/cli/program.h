@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTcpServer>
+#include <QtTest>
+
+#include <csignal>
+
+constexpr int patience = 30000; // ms; a read takes two seconds of detection
+
+struct Result
+{
+    int status = -1;
+    QString output;
+    QString errors;
+};
+
+/*! The program as the shell starts it. */
+class Program
+{
+public:
+    /*! \a environment: "NAME=value", or "NAME" for a variable that is not to be there. */
+    explicit Program(const QStringList &arguments, const QStringList &environment = {})
+    {
+        QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+        for (const QString &entry : environment) {
+            const QString name = entry.section(QLatin1Char('='), 0, 0);
+            if (entry.contains(QLatin1Char('=')))
+                variables.insert(name, entry.section(QLatin1Char('='), 1));
+            else
+                variables.remove(name);
+        }
+        m_process.setProcessEnvironment(variables);
+        m_process.start(QStringLiteral(DRAXELCTL), arguments);
+    }
+    ~Program()
+    {
+        if (m_process.state() != QProcess::NotRunning) {
+            m_process.kill();
+            m_process.waitForFinished();
+        }
+    }
+    Q_DISABLE_COPY(Program)
+
+    bool waitForOutput(const QString &text)
+    {
+        return QTest::qWaitFor(
+            [&] {
+                m_output += m_process.readAllStandardOutput();
+                return QString::fromLocal8Bit(m_output).contains(text);
+            },
+            patience);
+    }
+
+    bool waitForStart() { return m_process.waitForStarted(patience); }
+
+    void signal(int number) { ::kill(static_cast<pid_t>(m_process.processId()), number); }
+
+    Result finish()
+    {
+        // Not waitForFinished(): this process may play a part on the bus.
+        const bool hasEnded
+            = QTest::qWaitFor([this] { return m_process.state() == QProcess::NotRunning; }, patience);
+        Result result;
+        if (hasEnded && m_process.exitStatus() == QProcess::NormalExit)
+            result.status = m_process.exitCode();
+        result.output = QString::fromLocal8Bit(m_output + m_process.readAllStandardOutput());
+        result.errors = QString::fromLocal8Bit(m_process.readAllStandardError());
+        return result;
+    }
+
+private:
+    QProcess m_process;
+    QByteArray m_output;
+};
+
+inline Result run(const QStringList &arguments, const QStringList &environment = {})
+{
+    Program program(arguments, environment);
+    return program.finish();
+}
+
+inline QString readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+/*! Writes an exchange file with these nodes; returns its name. */
+inline QString writeExchange(const QString &name, const QByteArray &nodes)
+{
+    QFile file(name);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write("<?xml version =\"1.0\" encoding=\"UTF-8\" ?>\n<dxtoolstorage pl_overwiew=\"1.0\" "
+                   "date=\"\">\n<nodes>\n"
+                   + nodes + "</nodes>\n</dxtoolstorage>\n");
+    }
+    return name;
+}
+
+/*! One object of an exchange file. */
+inline QByteArray object(int index, int subIndex, qint64 value)
+{
+    return QStringLiteral("<object index=\"0x%1\" sub=\"0x%2\" value=\"%3\" />\n")
+        .arg(index, 4, 16, QLatin1Char('0'))
+        .arg(subIndex, 2, 16, QLatin1Char('0'))
+        .arg(value)
+        .toUtf8();
+}
+
+inline QByteArray node(int id, const QByteArray &objects)
+{
+    return "<node nodeid=\"" + QByteArray::number(id) + "\">\n" + objects + "</node>\n";
+}
+
+/*! A free port of this machine. */
+inline quint16 freePort()
+{
+    QTcpServer server;
+    server.listen(QHostAddress::LocalHost);
+    return server.serverPort();
+}
