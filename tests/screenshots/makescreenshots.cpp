@@ -6,6 +6,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDockWidget>
 #include <QDir>
 #include <QEventLoop>
 #include <QMenu>
@@ -71,6 +72,9 @@ public:
     }
 
     void takeWindow(const QString &name) { save(m_window->grab(), name); }
+
+    /*! The messages below the plug-in's window. */
+    void takeMessages(const QString &name) { save(m_window->findChild<QDockWidget *>()->grab(), name); }
 
     /*! The context menu of the selected component. */
     void takeMenu(const QString &name)
@@ -159,6 +163,7 @@ int main(int argc, char **argv)
         fullBus.read();
         fullBus.select(0, valuesTab);
         fullBus.takeWindow(QStringLiteral("window-full-bus-controller"));
+        fullBus.takeMessages(QStringLiteral("messages"));
     }
     return 0;
 }
