@@ -196,7 +196,7 @@ void readEightNodes(benchmark::State &state)
 BENCHMARK(readEightNodes)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 
 /*! A whole read of eight nodes on the bus at 250 kbit/s, with its detection of 2 s. Two frames of 0.48 ms
- * each go over the wire for an exchange.
+ *  each go over the wire for an exchange.
  */
 void readEightNodesPaced(benchmark::State &state)
 {

@@ -147,7 +147,8 @@ bool isReal(DataType type)
 }
 
 /*! \a number in \a type's bits, or nothing when it does not fit. Signed values may be written in two's
- * complement. */
+ *  complement.
+ */
 std::optional<quint64> fitInteger(DataType type, const Number &number)
 {
     if (type == DataType::Boolean)

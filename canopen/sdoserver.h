@@ -21,8 +21,8 @@ public:
     SdoServer(quint8 nodeId, ObjectDictionary *dictionary);
 
     /*! Takes a frame from the bus and returns the frames to send, none for what is not addressed to this
-     * server. An 8-byte frame on 600h + node ID is a request; every other length and remote frames are
-     * ignored.
+     *  server. An 8-byte frame on 600h + node ID is a request; every other length and remote frames are
+     *  ignored.
      */
     QVector<QCanBusFrame> handleFrame(const QCanBusFrame &frame);
 

@@ -26,7 +26,7 @@ public:
     std::optional<int> parse(const CommandArguments &options);
 
     /*! Opens the bus and reads it. An exit status when nothing can be used of it, after a sentence that says
-     * why.
+     *  why.
      */
     std::optional<int> read(const BusSettings &settings);
 

@@ -28,7 +28,7 @@ public:
                        Presence presence = Presence::Required);
 
     /*! Takes \a arguments, program and command first. An exit status when the command ends here: after
-     * --help, or after a complaint about the first thing that is wrong.
+     *  --help, or after a complaint about the first thing that is wrong.
      */
     std::optional<int> parse(const QStringList &arguments);
 

@@ -37,7 +37,8 @@ QStringList availableLanguages()
 }
 
 /*! The available language that is meant by a name as the system writes it: "de-AT" and "de_AT.UTF-8" by "de".
- * Empty for none. */
+ *  Empty for none.
+ */
 QString findLanguage(const QStringList &languages, const QString &name)
 {
     QString wanted = name.section(QLatin1Char('.'), 0, 0);

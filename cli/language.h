@@ -6,7 +6,8 @@
 class CommandArguments;
 
 /*! The language of what devices say: the translations of the plug-in, pl_overview_LANGUAGE.qm in the folder
- * "languages" beside the program. The program's own sentences are English. */
+ *  "languages" beside the program. The program's own sentences are English.
+ */
 namespace Language {
 
 /*! Adds --language. */

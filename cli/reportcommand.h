@@ -4,6 +4,6 @@
 class QStringList;
 
 /*! `draxelctl report`: writes the report on what an exchange file holds. Returns the exit status. Needs a
- * QGuiApplication.
+ *  QGuiApplication.
  */
 int runReportCommand(const QStringList &arguments);

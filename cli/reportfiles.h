@@ -5,11 +5,11 @@ class NodeStore;
 class QString;
 
 /*! Makes the folder for a report if it is not there, and tries whether files can be written into it. On
- * failure returns false and sets \a errorMessage to a sentence.
+ *  failure returns false and sets \a errorMessage to a sentence.
  */
 bool prepareReportFolder(const QString &folder, QString *errorMessage);
 
 /*! Writes the report on all nodes into a folder that was prepared, and prints which files it wrote, or why it
- * could not. A file is replaced by a complete one only. Needs a QGuiApplication.
+ *  could not. A file is replaced by a complete one only. Needs a QGuiApplication.
  */
 bool writeReport(const NodeStore &store, const QString &folder);

@@ -23,7 +23,7 @@ public:
     std::optional<int> parse(const CommandArguments &options);
 
     /*! Reads the file or the bus. An exit status when nothing can be used of it, after a sentence that says
-     * why.
+     *  why.
      */
     std::optional<int> load();
 

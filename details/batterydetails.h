@@ -7,8 +7,8 @@ class RowTable;
 /*! Writes what only battery packs (CiA 454) have below the rows that all components have.
  *
  *  The live values go to one table, the fixed data to the other. Nothing is kept and nothing fails: an object
- * that is not stored gives no row. Two objects open the way for the others: without the device status 6002h
- * no live value is shown, and without the type of battery 6100h no fixed data.
+ *  that is not stored gives no row. Two objects open the way for the others: without the device status 6002h
+ *  no live value is shown, and without the type of battery 6100h no fixed data.
  */
 class BatteryDetails
 {

@@ -17,11 +17,11 @@ struct Component
 };
 
 /*! The components of one node, in the order of their sub-indices of object 6000h; none when it has no virtual
- * device of a known class. Writes two debug lines.
+ *  device of a known class. Writes two debug lines.
  */
 QVector<Component> componentsOf(const NodeView &node);
 
 /*! The text of an NMT state by its number in the host's list of states: 0 unknown, 1 boot-up, 2
- * pre-operational, 3 operational, 4 stopped. Empty for any other number.
+ *  pre-operational, 3 operational, 4 stopped. Empty for any other number.
  */
 QString nmtStateText(int state);

@@ -11,8 +11,8 @@ class RowTable;
 /*! Writes the rows of one node into two tables: what is fixed, and the actual values.
  *
  *  Every node has the rows that all components have; the class of its first virtual device (object 6000h, CiA
- * 454) adds rows of its own. An object that is not stored gives no row, and nothing is reported. The tables
- * hold what was stored when they were filled; nothing follows later changes of the store.
+ *  454) adds rows of its own. An object that is not stored gives no row, and nothing is reported. The tables
+ *  hold what was stored when they were filled; nothing follows later changes of the store.
  */
 class NodeDetails
 {

@@ -8,7 +8,7 @@
 /*! A table of rows with a name and a value, whatever it is made of.
  *
  *  Positions are row numbers. A row is inserted before the one that stood at its position; one that is to go
- * beyond the end of the table is not shown at all.
+ *  beyond the end of the table is not shown at all.
  */
 class RowTable
 {

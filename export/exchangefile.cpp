@@ -38,8 +38,8 @@ constexpr int maximumNamespaces = 256; // declared in one document; an exchange 
 /*! The end of the piece of about \a size characters that starts at \a start.
  *
  *  It is the start of a tag, so that the parser sees all that it looks at together in one piece. Half
- * surrogate pairs, zeroes and byte order marks would be left out or taken for something else at the end of a
- * piece.
+ *  surrogate pairs, zeroes and byte order marks would be left out or taken for something else at the end of a
+ *  piece.
  */
 int chunkEnd(const QString &text, int start, int size)
 {

@@ -29,20 +29,20 @@ QString exportToText(const NodeStore &store, const QDateTime &date);
 /*! Replaces values and node list of \a store by those of a document.
  *
  *  Reads as far as it can: numbers that are none count as 0, unknown elements are skipped, and text that
- * breaks off or is no XML leaves what stood before the error. A document that declares entities is refused
- * like an error, where the declaration stands: entities can grow beyond any memory, and an exchange file has
- * no use for them. So are tags with more than 32 attributes, more than 256 levels of elements and more than
- * 256 namespaces.
+ *  breaks off or is no XML leaves what stood before the error. A document that declares entities is refused
+ *  like an error, where the declaration stands: entities can grow beyond any memory, and an exchange file has
+ *  no use for them. So are tags with more than 32 attributes, more than 256 levels of elements and more than
+ *  256 namespaces.
  *
  *  The result does not depend on \a chunkSize, which has to be positive. Returns whether the text was read to
- * its end; the store has what was read in either case.
+ *  its end; the store has what was read in either case.
  */
 bool importFrom(const QString &text, NodeStore &store, int chunkSize = exchangeChunkSize);
 
 /*! Says in words why \a text is not a good exchange file, with line and column; empty when it is one.
  *
  *  Stricter than importFrom(), for use before it: the text has to be XML to its end, and there has to be a
- * node in it.
+ *  node in it.
  */
 QString exchangeProblem(const QString &text);
 
@@ -55,6 +55,6 @@ bool saveExchangeFile(const QString &fileName, const QString &text, QString *err
 /*! Reads a whole file into \a text.
  *
  *  On failure returns false, leaves \a text as it was and, where given, sets \a errorMessage to a sentence
- * for the user.
+ *  for the user.
  */
 bool loadExchangeFile(const QString &fileName, QString &text, QString *errorMessage = nullptr);

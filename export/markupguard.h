@@ -6,8 +6,8 @@
 /*! Watches XML text on its way to the parser and finds what would make the parser's work grow beyond bounds.
  *
  *  The parser compares every attribute of a tag with every other one, and older versions of it expand
- * entities without a limit; neither can be stopped once the text is in. No exchange file has entities or more
- * than three attributes to a tag.
+ *  entities without a limit; neither can be stopped once the text is in. No exchange file has entities or
+ *  more than three attributes to a tag.
  */
 class MarkupGuard
 {
@@ -20,8 +20,8 @@ public:
     }
 
     /*! Looks at the characters from the last position on up to \a end; returns where harmless text ends,
-     * which is \a end when all of it is harmless. The answer for a text does not depend on the pieces it is
-     * looked at in.
+     *  which is \a end when all of it is harmless. The answer for a text does not depend on the pieces it is
+     *  looked at in.
      */
     int check(int end);
 

@@ -37,7 +37,7 @@ QString withHtmlLineBreaks(QString text)
 /*! Keeps empty pages out of a document in which every device table ends its page.
  *
  *  Where there is no room for the space below a table it would take a page of its own, and so would the end
- * of the text behind the last table.
+ *  of the text behind the last table.
  */
 void removeEmptyPages(QTextDocument &document)
 {

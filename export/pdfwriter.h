@@ -12,8 +12,8 @@ class QVariant;
 /*! Collects the report as one HTML text and writes it to a PDF and an HTML file.
  *
  *  The constructor begins the text with the style sheet; the operations append to it in the order of their
- * calls: a device table holds section tables, and these hold rows. Texts go in as they are, without escaping.
- * The rows of a device alternate between two styles.
+ *  calls: a device table holds section tables, and these hold rows. Texts go in as they are, without
+ *  escaping. The rows of a device alternate between two styles.
  *
  *  Needs a QGuiApplication (fonts); its platform may be "offscreen".
  */
@@ -43,7 +43,7 @@ public:
     const QString &html() const { return m_html; }
 
     /*! Begins the table of one device. endDeviceTable() closes it together with the section that is open in
-     * it, and lets the styles of the rows begin anew.
+     *  it, and lets the styles of the rows begin anew.
      */
     void beginDeviceTable(const QString &title);
     void beginSectionTable(const QString &title);
@@ -63,7 +63,7 @@ public:
     /*! Ends the text and writes dx_report.html and dx_report.pdf into \a folder, which has to exist.
      *
      *  Each file is replaced only by a complete new one. Nothing is written when the HTML file cannot be. On
-     * failure returns false, and errorString() says in a sentence what is missing.
+     *  failure returns false, and errorString() says in a sentence what is missing.
      */
     bool writeFiles(const QString &folder = homeFolder());
 

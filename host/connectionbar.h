@@ -11,7 +11,8 @@ class QPushButton;
 class QToolButton;
 
 /*! Where the user chooses a bus and connects: back end, interface, bit rate, one button. Opens nothing
- * itself. */
+ *  itself.
+ */
 class ConnectionBar : public QWidget
 {
     Q_OBJECT

@@ -10,6 +10,6 @@ constexpr quint8 batteryState(quint32 deviceStatus)
 }
 
 /*! The name of all rows of a battery's temperatures 6105h, from the count of their entries, whose bits say
- * what is measured. Translated in the context "OverviewForm".
+ *  what is measured. Translated in the context "OverviewForm".
  */
 QString batteryTemperatureLabel(quint32 count);

@@ -12,7 +12,8 @@ struct ComponentClass
 };
 
 /*! Returns the class of a code, or null for a code that no component uses. The table lives as long as the
- * program. */
+ *  program.
+ */
 const ComponentClass *findComponentClass(quint8 code);
 
 /*! Returns the translated display name of a class, whatever node it is found on. */

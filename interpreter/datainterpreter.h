@@ -10,10 +10,10 @@ class QVariant;
 /*! Turns raw values of CANopen objects (CiA 301, CiA 454) into texts for tables, dialogs and the report.
  *
  *  Every operation is a static service without state: the caller fetches the raw value, an integer in a
- * QVariant as it was read from the bus or a file, and chooses the operation. None of them fails; a value
- * without a meaning gives a fallback text. Unless said otherwise a value is taken as an unsigned 32-bit
- * number, so that a negative one counts with its two's complement, and the texts are translated in the
- * context "DataInterpreter".
+ *  QVariant as it was read from the bus or a file, and chooses the operation. None of them fails; a value
+ *  without a meaning gives a fallback text. Unless said otherwise a value is taken as an unsigned 32-bit
+ *  number, so that a negative one counts with its two's complement, and the texts are translated in the
+ *  context "DataInterpreter".
  *
  *  Outputs that are passed by reference are replaced, or appended to where the operation says so.
  */
@@ -25,7 +25,8 @@ public:
     using QObject::QObject;
 
     /*! Returns the display name of an object or sub-object; empty when the object description table has no
-     * row. */
+     *  row.
+     */
     static QString objectName(quint16 index, quint8 subIndex);
 
     /*! Returns the colour of a value by the object's limits, which are in the value's own raw unit.
@@ -37,14 +38,14 @@ public:
     /*! Returns a value with its unit, two decimals and its sign: 36500 of object 6040h is "36.50 V".
      *
      *  Without a unit it is an unsigned decimal number; empty when the object description table has no row.
-     * Every sub-index of an object has the same unit.
+     *  Every sub-index of an object has the same unit.
      */
     static QString formatValue(quint16 index, quint8 subIndex, const QVariant &value);
 
     /*! Gives label and text of an entry of the identity object 1018h (CiA 301).
      *
      *  \a text of sub-index 1 is the vendor's name, its number when the name is not known, and stays what it
-     * was when there is no vendor table.
+     *  was when there is no vendor table.
      */
     static void interpretIdentity(const QVariant &value, quint8 subIndex, QString &name, QString &text);
 

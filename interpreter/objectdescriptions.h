@@ -32,7 +32,7 @@ struct ObjectDescription
  *      index (hexadecimal); name; alternative name; unit key; minimum; maximum; unused; unused
  *
  *  A line that describes a sub-index carries it as an additional field after the index. The header line is
- * not skipped: its first field is no number, reads as 0 and describes index 0000h, which no device has.
+ *  not skipped: its first field is no number, reads as 0 and describes index 0000h, which no device has.
  */
 class ObjectDescriptions
 {

@@ -9,7 +9,7 @@
 /*! Tables that turn codes and bits into texts, and the few algorithms that read them.
  *
  *  Texts are UTF-8. Those for users are written with QT_TRANSLATE_NOOP("DataInterpreter", ...) and translated
- * where they are read, with interpreterText(); fixed terms are written plain and read with QLatin1String.
+ *  where they are read, with interpreterText(); fixed terms are written plain and read with QLatin1String.
  */
 
 /*! The text of one value of an enumerated object. */

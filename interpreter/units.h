@@ -20,6 +20,6 @@ const UnitFormat *findUnitFormat(const QString &key);
 /*! Returns a raw value as text in the given unit: 36500 in "mV" is "36.50 V".
  *
  *  Signed values keep their sign. Without a format (null) the text is the value as an unsigned 32-bit decimal
- * number.
+ *  number.
  */
 QString formatWithUnit(const UnitFormat *format, const QVariant &value);

@@ -12,7 +12,7 @@ class OverviewForm;
 /*! The root of the plug-in: what the host's loader creates, once per process.
  *
  *  Creates the window, passes the host's services on to it and loads the plug-in's translations. The window
- * belongs to whoever gives it a parent after getWidget(); when it is gone, so are the answers of this class.
+ *  belongs to whoever gives it a parent after getWidget(); when it is gone, so are the answers of this class.
  */
 class Pl_Overview : public QObject, public DXPlugInInterface
 {

@@ -27,14 +27,14 @@ struct ReadProgress
 };
 
 /*! Finds the nodes of a bus by their heartbeats, reads the fixed list of objects from each and keeps the
- * values.
+ *  values.
  *
  *  A run: startReading() listens for 2000 ms; when node 1 was heard, 204 entries are read from every node
- * found, one SDO upload at a time. Aborted entries are skipped, and the first time-out ends the run.
- * isReading() tells when it is over; failures are debug lines only, and the values read so far stay.
+ *  found, one SDO upload at a time. Aborted entries are skipped, and the first time-out ends the run.
+ *  isReading() tells when it is over; failures are debug lines only, and the values read so far stay.
  *
  *  The host's objects are used, never owned. Everything happens in the thread of the event loop; no call
- * blocks.
+ *  blocks.
  */
 class DataReader : public QObject
 {
@@ -53,7 +53,7 @@ public:
     bool setSecondarySdoClient(SecondarySdoClient *client);
 
     /*! Begins a run, which clears the values but not the list of nodes. Returns false and does nothing while
-     * a run is in progress.
+     *  a run is in progress.
      */
     bool startReading();
 

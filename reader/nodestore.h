@@ -33,8 +33,8 @@ using ObjectMap = QMap<ObjectKey, QVariant>;
 /*! All object values known of the bus, node by node, and beside them the list of the nodes found.
  *
  *  A value is what the host's SDO client delivered, or a `qlonglong` when it came from an exchange file. The
- * two halves are independent: values are kept for nodes that are not listed, and clear() leaves the list
- * alone.
+ *  two halves are independent: values are kept for nodes that are not listed, and clear() leaves the list
+ *  alone.
  */
 class NodeStore
 {
@@ -57,7 +57,7 @@ public:
     void clear();
 
     /*! A node's values in key order, empty for a node without any. The reference is good until the next
-     * change of the store; a copy is cheap, since it shares the values.
+     *  change of the store; a copy is cheap, since it shares the values.
      */
     const ObjectMap &objects(quint8 nodeId) const;
 

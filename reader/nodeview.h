@@ -8,7 +8,8 @@
 /*! Answers "value of index, sub-index" for one node, and owns the ways in which sub-indices are walked.
  *
  *  A light handle on the store, to be used at once and not kept. All counts and bounds are values that a
- * device or a file has set: they are taken as unsigned 32-bit numbers, and every walk ends whatever they are.
+ *  device or a file has set: they are taken as unsigned 32-bit numbers, and every walk ends whatever they
+ *  are.
  */
 class NodeView
 {
@@ -16,7 +17,7 @@ public:
     /*! How many sub-indices a walk with a bound of its own looks at before it is cut, with a debug line.
      *
      *  Sub-index 0, an UNSIGNED8, comes up again at the 256th step at the latest and ends the walk of every
-     * honest device, so the limit is met only by counts that no device can have.
+     *  honest device, so the limit is met only by counts that no device can have.
      */
     static constexpr quint32 MaximumSteps = 16 * 256;
 
@@ -41,7 +42,7 @@ public:
     std::optional<quint32> entryCount(quint16 index) const;
 
     /*! Calls handle(quint8 subIndex, const QVariant &value) for each stored sub-index of 1 to N, where N is
-     * the value of sub-index 0, read once. Does nothing when sub-index 0 is not stored.
+     *  the value of sub-index 0, read once. Does nothing when sub-index 0 is not stored.
      */
     template<typename Handler>
     void forEachEntry(quint16 index, Handler handle) const
@@ -58,10 +59,10 @@ public:
     }
 
     /*! Calls handle(quint8 subIndex, const QVariant &value) for each stored sub-index of 1, 2, 3, ... until
-     * the number is greater than the value in \a holder.
+     *  the number is greater than the value in \a holder.
      *
      *  The caller decides whether there is something to walk (usually: sub-index 0 is stored) and puts the
-     * first bound into \a holder, which is also where every value found goes.
+     *  first bound into \a holder, which is also where every value found goes.
      */
     template<typename Handler>
     void followEntries(quint16 index, QVariant &holder, Handler handle) const
@@ -80,7 +81,7 @@ public:
     }
 
     /*! Calls handle(quint8 subIndex, const QVariant &value) for each stored sub-index of 1, 2, 3, ... up to
-     * the one before \a count, of whose number the low 8 bits count. A count of 0 or 1 has nothing to list.
+     *  the one before \a count, of whose number the low 8 bits count. A count of 0 or 1 has nothing to list.
      */
     template<typename Handler>
     void forEachBefore(quint16 index, quint32 count, Handler handle) const

@@ -113,8 +113,7 @@ constexpr ReadRange readRanges[] = {
     {Group::Group3, 0x6176, 0, 0, Unsigned8},
     {Group::Group3, 0x6176, 1, 2, Unsigned16},
     // Deliberate: 6310h and 6311h are read here and again in full in group 5, with another type for 6311h;
-    // the
-    // later answer stays in the store.
+    // the later answer stays in the store.
     {Group::Group3, 0x6310, 0, 0, Unsigned8}, // security capability
     {Group::Group3, 0x6310, 1, 1, Unsigned32},
     {Group::Group3, 0x6311, 0, 0, Unsigned8}, // security status

@@ -25,7 +25,7 @@ public:
 
     /*! Plans \a action for \a first and then every \a period microseconds (positive) until it is cancelled.
      *  The entry stays the same; what a long stall has missed beyond some tenths of a second is not caught
-     * up.
+     *  up.
      */
     quint64 addPeriodic(qint64 first, qint64 period, Action action);
 

@@ -11,7 +11,8 @@ class QTimer;
 namespace Simulator {
 
 /*! Wakes the event loop at an absolute time, to some ten microseconds on Linux and to a millisecond
- * elsewhere. */
+ *  elsewhere.
+ */
 class AlarmClock : public QObject
 {
     Q_OBJECT

@@ -41,7 +41,7 @@ struct Behaviour
 double behaviourValue(const Behaviour &behaviour, qint64 elapsed);
 
 /*! The same as the bytes of \a entry: rounded, and kept inside the range of its type and its limits (a
- * counter starts again from the lowest value instead). Empty when the entry is no number.
+ *  counter starts again from the lowest value instead). Empty when the entry is no number.
  */
 std::optional<QByteArray> behaviourData(const Behaviour &behaviour, const CanOpen::ObjectEntry &entry,
                                         qint64 elapsed);

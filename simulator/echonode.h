@@ -6,7 +6,7 @@
 namespace Simulator {
 
 /*! Answers each frame with one that is always the same, without any protocol: what a bus and its client cost
- * by themselves can be timed with it.
+ *  by themselves can be timed with it.
  */
 class EchoNode : public BusParticipant
 {

@@ -35,7 +35,7 @@ public:
     virtual void busLost(BusLoss loss) { Q_UNUSED(loss) }
 
     /*! Whether it is part of the simulation: what it sends in answer to a frame is then ready at the very end
-     * of that frame, however late the event loop was.
+     *  of that frame, however late the event loop was.
      */
     virtual bool isSimulated() const { return false; }
 };
@@ -43,8 +43,8 @@ public:
 /*! One bus segment inside the process: every frame reaches all participants but its sender.
  *
  *  Without a bit rate the frames go through the event loop as fast as it runs, all that wait in one event.
- * With a bit rate the bus is a Wire and each frame arrives when its last bit is through. Either way a frame
- * never arrives from within send(). An idle bus needs no processor time. All calls come from one thread.
+ *  With a bit rate the bus is a Wire and each frame arrives when its last bit is through. Either way a frame
+ *  never arrives from within send(). An idle bus needs no processor time. All calls come from one thread.
  */
 class SimulatedBus : public QObject, public std::enable_shared_from_this<SimulatedBus>
 {

@@ -16,10 +16,10 @@ class SimulatedSegment;
 /*! A CAN interface on a simulated vehicle's bus.
  *
  *  The interface name is the name of a shipped vehicle or the path of a vehicle file. Devices of one process
- * that have the same interface name share the bus; the vehicle runs from the first that connects to the last
- * that disconnects. BitRateKey paces the bus: a bit rate of CAN, or 0 for as fast as possible; the vehicle's
- * own (250000 as a rule) when it is not set. Another rate than the bus runs at already, and one that CAN does
- * not know, are refused at connect.
+ *  that have the same interface name share the bus; the vehicle runs from the first that connects to the last
+ *  that disconnects. BitRateKey paces the bus: a bit rate of CAN, or 0 for as fast as possible; the vehicle's
+ *  own (250000 as a rule) when it is not set. Another rate than the bus runs at already, and one that CAN
+ *  does not know, are refused at connect.
  */
 class SimulatedCanDevice : public QCanBusDevice, private BusParticipant
 {
@@ -41,7 +41,8 @@ public:
     explicit SimulatedCanDevice(const QString &interfaceName, QObject *parent = nullptr);
 
     /*! On \a bus, which must be held by a shared pointer from its creation; the vehicle, if any, is the
-     * caller's. */
+     *  caller's.
+     */
     explicit SimulatedCanDevice(std::shared_ptr<SimulatedBus> bus, QObject *parent = nullptr);
     ~SimulatedCanDevice() override;
 

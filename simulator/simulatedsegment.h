@@ -22,8 +22,8 @@ public:
     SimulatedSegment &operator=(const SimulatedSegment &) = delete;
 
     /*! The segment that devices with this interface name share, made when there is none. \a bitRate in bit/s,
-     * 0: unpaced, negative: the running bus' or else the vehicle's own. Null on an error, with its reason in
-     * \a errorMessage.
+     *  0: unpaced, negative: the running bus' or else the vehicle's own. Null on an error, with its reason in
+     *  \a errorMessage.
      */
     static std::shared_ptr<SimulatedSegment> join(const QString &interfaceName, int bitRate,
                                                   QString *errorMessage);

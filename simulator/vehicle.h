@@ -20,8 +20,8 @@ namespace Simulator {
 /*! A simulated vehicle: the nodes of one bus.
  *
  *  Knows no bus: frames come in through handleFrame() and go out through the sender, so it runs on a
- * SimulatedBus as well as on a real interface. Answers go out from within handleFrame(), everything else from
- * the event loop.
+ *  SimulatedBus as well as on a real interface. Answers go out from within handleFrame(), everything else
+ *  from the event loop.
  */
 class Vehicle : public QObject
 {
@@ -38,7 +38,7 @@ public:
     void setSender(Sender sender) { m_sender = std::move(sender); }
 
     /*! Puts another clock in the place of the real one; then nothing happens by itself, but in processDue().
-     * To be called before start().
+     *  To be called before start().
      */
     void setClock(Clock clock);
 
@@ -62,7 +62,7 @@ public:
     QVector<quint8> nodeIds() const;
 
     /*! Switches a fault on. False when there is no such node or the fault is one of the bus. \a nodeId 0: a
-     * fault of the whole bus; traffic is then sent by the first node.
+     *  fault of the whole bus; traffic is then sent by the first node.
      */
     bool addFault(quint8 nodeId, const Fault &fault);
     /*! Switches all faults of a kind off, of one node or (0) of all. */

@@ -11,20 +11,21 @@
 namespace Simulator {
 
 /*! Reads a vehicle file (JSON) with the device configuration files that it names; their paths are relative to
- * it.
+ *  it.
  *
- *  Empty on an error; \a errorMessage then names file and key, as in
- *  "pedelec.json: nodes[2].heartbeatMs: no whole number from 0 to 65535".
+ *  Empty on an error; \a errorMessage then names file and key, as in "pedelec.json: nodes[2].heartbeatMs: no
+ *  whole number from 0 to 65535".
  */
 std::optional<VehicleDescription> readVehicleFile(const QString &path, QString *errorMessage);
 
 /*! Reads the text of a vehicle file likewise; \a folder is where relative paths start. The message begins
- * with the key. */
+ *  with the key.
+ */
 std::optional<VehicleDescription> parseVehicle(const QByteArray &text, const QString &folder,
                                                QString *errorMessage);
 
 /*! Where shipped vehicles are looked for: the folders of the environment variable DRAXEL_VEHICLES, else the
- * folder "vehicles" of the application, else that of an installation.
+ *  folder "vehicles" of the application, else that of an installation.
  */
 QStringList vehicleFolders();
 
@@ -39,7 +40,7 @@ struct ShippedVehicle
 QVector<ShippedVehicle> shippedVehicles();
 
 /*! The vehicle file that \a name means: a path, or the name of a shipped vehicle. Empty with \a errorMessage
- * when there is none.
+ *  when there is none.
  */
 QString findVehicleFile(const QString &name, QString *errorMessage);
 

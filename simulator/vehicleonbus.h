@@ -8,7 +8,8 @@ namespace Simulator {
 class Vehicle;
 
 /*! Connects a vehicle with a simulated bus for as long as it exists. Both stay the caller's and must outlive
- * it. */
+ *  it.
+ */
 class VehicleOnBus : public BusParticipant
 {
 public:

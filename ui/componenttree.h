@@ -11,7 +11,7 @@ struct Component;
 /*! Fills the tree of components: one top-level row for each virtual device of each node found.
  *
  *  Columns: name and icon of the component class, node ID, NMT state, state of the device. Only the first row
- * of a node shows its NMT state. A light object around a tree that it does not own.
+ *  of a node shows its NMT state. A light object around a tree that it does not own.
  */
 class ComponentTree
 {

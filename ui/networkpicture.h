@@ -7,7 +7,7 @@ class QGraphicsView;
 class QObject;
 
 /*! Where the title stands and which way it goes. It reads bottom to top, so that its text covers \a y minus
- * its width to \a y.
+ *  its width to \a y.
  */
 struct TitleMotion
 {
@@ -28,6 +28,7 @@ public:
     static QGraphicsTextItem *create(QGraphicsView &view, QObject *parent);
 
     /*! Moves the title by one step. \a isMovingDown is its direction, which is turned at the ends of the
-     * view. */
+     *  view.
+     */
     static void moveTitle(QGraphicsTextItem &title, const QGraphicsView &view, bool &isMovingDown);
 };

@@ -47,8 +47,8 @@ void showTitledMessage(const QString &text)
  *  The pointer is a copy: the window whose member it is may be destroyed by one of the events.
  *
  *  QEventLoop::processEvents() and not exec(): once the application was told to quit, every exec() returns at
- * once, and the wait would burn the processor. The timer ends each slice in which nothing else happens, so
- * that the process sleeps while the bus is silent.
+ *  once, and the wait would burn the processor. The timer ends each slice in which nothing else happens, so
+ *  that the process sleeps while the bus is silent.
  */
 void waitForEndOfRun(QPointer<DataReader> reader)
 {

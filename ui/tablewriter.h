@@ -6,7 +6,8 @@
 class QTableWidget;
 
 /*! Writes rows of a name and a value into a table of the window, of two or more columns. A list becomes a box
- * that opens. */
+ *  that opens.
+ */
 class TableWriter : public RowTable
 {
 public:

@@ -35,8 +35,8 @@ signals:
     /*! One answer, with the identity given to the last checkForUpdate().
      *
      *  \a info is the body of the reply as Latin-1 up to its first zero byte, unchanged and as long as the
-     * server made it: plain text from outside, to be shown as such and never as markup. After any network
-     * failure it is a translated sentence that says so.
+     *  server made it: plain text from outside, to be shown as such and never as markup. After any network
+     *  failure it is a translated sentence that says so.
      */
     void updateInformation(quint32 vendorId, quint32 productcode, quint32 revision, QString info);
 

@@ -10,7 +10,7 @@
  *
  *  Written "PLUGIN:INTERFACE", for example "socketcan:can0", "virtualcan:tcp://localhost:35468/can0" or
  *  "simulated:/home/me/vehicle.json". The back end ends at the first colon, so that the interface may hold
- * more of them.
+ *  more of them.
  */
 struct BusAddress
 {
@@ -21,7 +21,7 @@ public:
     QString interfaceName;
 
     /*! The address written as \a text; blanks around both parts are dropped. Empty when one part is missing,
-     * with the reason in \a errorMessage (may be null).
+     *  with the reason in \a errorMessage (may be null).
      */
     static std::optional<BusAddress> parse(const QString &text, QString *errorMessage);
 

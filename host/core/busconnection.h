@@ -36,11 +36,11 @@ struct BusCounters
 /*! One connection to one CAN bus, with the CANopen client on it.
  *
  *  Opens a device of QtSerialBus, feeds its frames to the SDO client and the heartbeat consumer, and watches
- * that the interface stays. When the bus goes away, uploads under way are ended and the connection tries
- * every second, with a new device, until the interface is back or the user disconnects.
+ *  that the interface stays. When the bus goes away, uploads under way are ended and the connection tries
+ *  every second, with a new device, until the interface is back or the user disconnects.
  *
  *  Every call is allowed at any time, also from a slot of the connection's own signals; the last one counts.
- * The client and the consumer live as long as the connection.
+ *  The client and the consumer live as long as the connection.
  */
 class BusConnection : public QObject
 {
@@ -56,7 +56,8 @@ public:
     Q_ENUM(State)
 
     /*! Makes the device of an interface, not connected yet; null on failure with the reason. The caller owns
-     * it. */
+     *  it.
+     */
     using DeviceFactory = std::function<QCanBusDevice *(const QString &plugin, const QString &interfaceName,
                                                         QString *errorMessage)>;
 
@@ -67,8 +68,8 @@ public:
     void setDeviceFactory(const DeviceFactory &factory) { m_factory = factory; }
 
     /*! Opens a bus; one that is open is closed first. May take up to 5 s with back ends that connect in the
-     * background; events are processed meanwhile. False on failure, with a sentence for the user in \a
-     * errorMessage (may be null); the connection is then Disconnected.
+     *  background; events are processed meanwhile. False on failure, with a sentence for the user in \a
+     *  errorMessage (may be null); the connection is then Disconnected.
      */
     bool connectToBus(const BusSettings &settings, QString *errorMessage);
 

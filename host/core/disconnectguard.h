@@ -7,20 +7,19 @@
 
 /*! Knows when a plug-in may be told that the bus has gone.
  *
- *  A plug-in that loses its SDO client in the middle of a read waits for ever: it finds no client at its next
- * step and so never gets the answer that would end the run. While the host still holds the client in front of
- * it, every request can be answered with the time-out code, and that ends the run. So the host keeps the bad
- * news back until no run can be under way:
+ *  A plug-in that loses its SDO client in the middle of a read waits for ever: it finds no client at its next step and
+ *  so never gets the answer that would end the run. While the host still holds the client in front of it, every request
+ *  can be answered with the time-out code, and that ends the run. So the host keeps the bad news back until no run can
+ *  be under way:
  *
- *  | the plug-in is                    | sign                                         | safe after |
- *  |-----------------------------------|----------------------------------------------|----------------------------------|
- *  | idle                              | nothing asked                                | a few event loop
- * turns           | | detecting nodes                   | asked for receivers                          | its
- * 2000 ms, the timer's 5 % and | |                                   | | a margin, then as below          |
- *  | waiting for an upload             | the upload has not ended                     | its end, then as
- * below           | | between an answer and a request   | its request comes with the next loop turns   | a
- * few turns without a request    | | stopped by the time-out code      | sends one more request, which is
- * answered    | a few turns without a request    |
+ *  | the plug-in is                  | sign                                       | safe after                      |
+ *  |---------------------------------|--------------------------------------------|---------------------------------|
+ *  | idle                            | nothing asked                              | a few event loop turns          |
+ *  | detecting nodes                 | asked for receivers                        | its 2000 ms, the timer's 5 %    |
+ *  |                                 |                                            | and a margin, then as below     |
+ *  | waiting for an upload           | the upload has not ended                   | its end, then as below          |
+ *  | between an answer and a request | its request comes with the next loop turns | a few turns without a request   |
+ *  | stopped by the time-out code    | sends one more request, which is answered  | a few turns without a request   |
  *
  *  Knows no event loop: the owner reports what happens and calls turnPassed() once for each turn of the loop.
  */

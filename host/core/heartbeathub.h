@@ -43,8 +43,8 @@ signals:
 /*! Gives plug-ins the heartbeats and NMT states that a heartbeat consumer hears.
  *
  *  A node whose heartbeat is lost is reported as Unknown. A source that was asked for reports the node's
- * present state once, 200 ms later, as a plug-in asks at the end of a read and would otherwise know no state
- * before the next change.
+ *  present state once, 200 ms later, as a plug-in asks at the end of a read and would otherwise know no state
+ *  before the next change.
  */
 class HeartbeatHub : public QObject, public CanReceiverHub
 {

@@ -14,9 +14,9 @@ class BusConnection;
 /*! The SDO client that plug-ins are given: uploads over whatever bus is connected at the time.
  *
  *  Lives as long as the host, over every connection and loss. An upload always ends with exactly one
- * resultReceived() or errorReceived(), never from within upload(): a value as result, aborts and transfer
- * errors with their code, silence and a bus that is not there with FFFFFFFFh. The patience with slow nodes is
- * that of the connection's client.
+ *  resultReceived() or errorReceived(), never from within upload(): a value as result, aborts and transfer
+ *  errors with their code, silence and a bus that is not there with FFFFFFFFh. The patience with slow nodes
+ *  is that of the connection's client.
  */
 class HostSdoClient : public QObject, public SdoClient
 {
@@ -39,7 +39,7 @@ public:
     ~HostSdoClient() override;
 
     /*! \a timeout in ms; 0 and less stand for the patience's own. A node ID outside 1 to 127 and an unknown
-     * data type are refused with the abort code 0800 0000h, so that the caller goes on to its next object.
+     *  data type are refused with the abort code 0800 0000h, so that the caller goes on to its next object.
      */
     void upload(quint8 nodeId, quint16 index, quint8 subIndex, quint16 dataType, int timeout) override;
 

@@ -12,9 +12,9 @@
 /*! Looks whether the CAN interface of an open connection is still there.
  *
  *  QtSerialBus tells nothing when a SocketCAN interface goes down or is deleted: its device stays connected
- * and silent. So the watch looks for itself, at /sys/class/net for the back end "socketcan" (every 250 ms)
- * and at the back end's list of interfaces for the others (every 500 ms). A back end that does not list the
- * interface while it is open cannot be watched; its interface counts as present.
+ *  and silent. So the watch looks for itself, at /sys/class/net for the back end "socketcan" (every 250 ms)
+ *  and at the back end's list of interfaces for the others (every 500 ms). A back end that does not list the
+ *  interface while it is open cannot be watched; its interface counts as present.
  */
 class InterfaceWatch : public QObject
 {
@@ -56,7 +56,8 @@ public:
 
 signals:
     /*! The interface went away; \a reason is a sentence for the user. Emitted once between start() and
-     * returned(). */
+     *  returned().
+     */
     void lost(const QString &reason);
     /*! The interface that was lost can be opened again. */
     void returned();

@@ -8,7 +8,7 @@
 /*! The language of the host's own texts and of Qt's.
  *
  *  Translations are the files draxel_LANGUAGE.qm in the folder "languages" beside the program. English needs
- * none.
+ *  none.
  */
 class LanguageSetting
 {
@@ -27,11 +27,13 @@ public:
     QStringList available() const;
 
     /*! The first of the wanted languages that is available, "en" if none is. "de-AT" finds "de_AT", then
-     * "de". */
+     *  "de".
+     */
     QString bestOf(const QStringList &wanted) const;
 
     /*! Switches the program to \a language. True when its texts were found (always for "en"); else the texts
-     * are English. */
+     *  are English.
+     */
     bool apply(const QString &language);
 
     QString current() const { return m_current; }

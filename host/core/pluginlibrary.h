@@ -24,8 +24,8 @@ public:
     DXPlugInInterface *plugin = nullptr; // never null after load()
 
     /*! Loads the library \a path and checks that it is a plug-in of this host: identifier, metadata and
-     * interface. Empty on failure, with one sentence for the user that names the file in \a errorMessage
-     * (must not be null).
+     *  interface. Empty on failure, with one sentence for the user that names the file in \a errorMessage
+     *  (must not be null).
      */
     static std::optional<PluginLibrary> load(const QString &path, QString *errorMessage);
 

@@ -15,10 +15,10 @@ class HostServices;
 class QWidget;
 
 /*! The plug-ins of the host and the calls that they are owed, in their order: setHostInterface(),
- * setLanguage(), getWidget(), setConnected(), activate(), deactivate().
+ *  setLanguage(), getWidget(), setConnected(), activate(), deactivate().
  *
  *  A lost or closed bus is told to them only when no read can be under way, see DisconnectGuard; when the bus
- * is back before that, they are told nothing.
+ *  is back before that, they are told nothing.
  */
 class PluginSession : public QObject
 {
@@ -36,7 +36,7 @@ public:
     ~PluginSession() override;
 
     /*! Loads every plug-in in \a folder; \a language is what they are told first. Gives a sentence for the
-     * user for each one that does not load, and one when there is none at all.
+     *  user for each one that does not load, and one when there is none at all.
      */
     QStringList loadFolder(const QString &folder, const QString &language);
 
@@ -54,7 +54,8 @@ public:
     bool isConnectionTold() const { return m_isTold; }
 
     /*! Says good-bye: for the end of the program, when the event loop runs no more and before the plug-ins'
-     * windows go. */
+     *  windows go.
+     */
     void shutDown();
 
 private:

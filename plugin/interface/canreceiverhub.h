@@ -16,7 +16,7 @@ public:
     virtual ~CanReceiverHub() = default;
 
     /*! The receiver of the frames with \a cobId: it emits `received(quint16)` with the COB-ID for each of
-     * them.
+     *  them.
      *
      *  At least the error control messages 701h to 77Fh (heartbeats of nodes 1 to 127, CiA 301) have a
      *  receiver; null for any COB-ID that has none.

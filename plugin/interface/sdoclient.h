@@ -31,7 +31,7 @@ public:
      *    `uint` for the UNSIGNED types and an `int` for the INTEGER types.
      *  - `errorReceived(quint8,quint16,quint8,quint32)`: node ID, index, sub-index, code. FFFFFFFFh says that
      *    no answer came in time (also: that the bus has gone); any other code is an SDO abort code of CiA
-     * 301.
+     *    301.
      */
     virtual QObject *getQObject() = 0;
 };

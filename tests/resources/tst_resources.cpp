@@ -32,7 +32,8 @@ QString withoutHtmlComments(QString css)
 }
 
 /*! Returns \a css as a browser sees it: the marks are skipped, the text between them is not, CSS comments
- * are. */
+ *  are.
+ */
 QString withoutCssComments(QString css)
 {
     static const QRegularExpression comment(QStringLiteral("/\\*.*?\\*/"),

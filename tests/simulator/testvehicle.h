@@ -7,7 +7,8 @@
 #include <QCanBusFrame>
 
 /*! A vehicle of one node, 5, with a clock that stands still until it is turned on; its frames are kept as
- * text. */
+ *  text.
+ */
 class TestVehicle
 {
 public:

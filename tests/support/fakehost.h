@@ -25,7 +25,8 @@ struct SdoRequest
 };
 
 /*! An SDO client that records the uploads and answers from a table, through the event loop, or only on
- * command. */
+ *  command.
+ */
 class FakeSdoClient : public QObject, public SdoClient
 {
     Q_OBJECT

@@ -7,7 +7,7 @@
 /*! Records what is logged while it lives; only one at a time.
  *
  *  A test function ends with `QCOMPARE(log.warnings(), QStringList())`, so that an unexpected warning, say of
- * a connect() that found no such signal, fails it.
+ *  a connect() that found no such signal, fails it.
  */
 class LogWatcher
 {

@@ -35,7 +35,8 @@ public:
     QStringList valueRows() const { return rows(values); }
 
     /*! A row as a text: "name = text [tooltip]", "name = (item, item) [tooltip of the name]" or "-" when
-     * empty. */
+     *  empty.
+     */
     static QString row(const QTableWidget &table, int number)
     {
         const QTableWidgetItem *name = table.item(number, 0);
