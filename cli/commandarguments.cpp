@@ -24,8 +24,6 @@ CommandArguments::CommandArguments(const QString &name, const QString &descripti
 {
     m_parser.setApplicationDescription(description);
     m_parser.addOption({{QStringLiteral("h"), helpOption}, tr("Show this help.")});
-    // Only for the help: the command is taken off before the arguments are parsed.
-    m_parser.addPositionalArgument(name, QString(), name);
 }
 
 void CommandArguments::addBusOptions(Presence presence)
@@ -45,8 +43,19 @@ void CommandArguments::addPositional(const QString &syntax, const QString &descr
 {
     m_positionalSyntax = syntax;
     m_positionalPresence = presence;
-    m_parser.addPositionalArgument(
-        syntax, description, presence == Presence::Required ? syntax : QStringLiteral("[%1]").arg(syntax));
+    m_parser.addPositionalArgument(syntax, description);
+}
+
+QString CommandArguments::helpText() const
+{
+    QString usage = tr("Usage: draxelctl %1 [OPTION]...").arg(m_name);
+    if (!m_positionalSyntax.isEmpty()) {
+        usage += m_positionalPresence == Presence::Required ? QStringLiteral(" %1").arg(m_positionalSyntax)
+                                                            : QStringLiteral(" [%1]").arg(m_positionalSyntax);
+    }
+    // The parser knows no commands, so its own first line is left out.
+    const QString text = withoutLineEnd(m_parser.helpText());
+    return usage + text.mid(text.indexOf(QLatin1Char('\n')));
 }
 
 std::optional<int> CommandArguments::parse(const QStringList &arguments)
@@ -56,7 +65,7 @@ std::optional<int> CommandArguments::parse(const QStringList &arguments)
         ownArguments.removeAt(1); // the command
     const bool isParsed = m_parser.parse(ownArguments);
     if (isParsed && m_parser.isSet(helpOption)) {
-        Console::print(withoutLineEnd(m_parser.helpText()));
+        Console::print(helpText());
         return ExitStatus::success;
     }
     if (!isParsed)

@@ -45,6 +45,7 @@ public:
     int complain(const QString &sentence) const;
 
 private:
+    QString helpText() const;
     std::optional<int> parseBus();
 
     QString m_name;

@@ -132,7 +132,7 @@ void tst_DraxelCtl::printsHelp_data()
     QTest::newRow("read with a report")
         << QStringList{QStringLiteral("read"), QStringLiteral("--help")} << QStringLiteral("--report <DIR>");
     QTest::newRow("show") << QStringList{QStringLiteral("show"), QStringLiteral("--help")}
-                          << QStringLiteral("show [FILE]");
+                          << QStringLiteral("Usage: draxelctl show [OPTION]... [FILE]\n");
     QTest::newRow("report") << QStringList{QStringLiteral("report"), QStringLiteral("--help")}
                             << QStringLiteral("--output <DIR>");
     QTest::newRow("check-update") << QStringList{QStringLiteral("check-update"), QStringLiteral("--help")}
@@ -140,7 +140,7 @@ void tst_DraxelCtl::printsHelp_data()
     QTest::newRow("scan") << QStringList{QStringLiteral("scan"), QStringLiteral("--help")}
                           << QStringLiteral("--bus <PLUGIN:INTERFACE>");
     QTest::newRow("simulate") << QStringList{QStringLiteral("simulate"), QStringLiteral("-h")}
-                              << QStringLiteral("VEHICLE");
+                              << QStringLiteral("Usage: draxelctl simulate [OPTION]... VEHICLE\n");
     QTest::newRow("interfaces") << QStringList{QStringLiteral("interfaces"), QStringLiteral("--help")}
                                 << QStringLiteral("Lists the CAN back ends");
 }
