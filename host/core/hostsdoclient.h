@@ -18,7 +18,7 @@ class BusConnection;
  *  errors with their code, silence and a bus that is not there with FFFFFFFFh. The patience with slow nodes
  *  is that of the connection's client.
  */
-class HostSdoClient : public QObject, public SdoClient
+class HostSdoClient : public QObject, public ::SdoClient
 {
     Q_OBJECT
 

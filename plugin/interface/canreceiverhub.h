@@ -24,7 +24,8 @@ public:
     virtual QObject *getReceiver(quint16 cobId) = 0;
 
     /*! The source of a node's NMT states: it emits `newNmtState(quint8, NmtSender::NmtState)` when the state
-     *  of node \a nodeId (1 to 127) changes; null for any other number.
+     *  of node \a nodeId (1 to 127) changes, and once soon after this call when the state is known already; null for
+     *  any other number.
      */
     virtual QObject *getNmtStateSource(quint8 nodeId) = 0;
 };
