@@ -6,6 +6,8 @@
 
 #include <random>
 
+Q_DECLARE_METATYPE(CanOpen::Access)
+
 using namespace CanOpen;
 
 class tst_EdsFile : public QObject
@@ -506,8 +508,6 @@ void tst_EdsFile::mutatedFilesNeverCrash()
     QVERIFY(accepted > 100);
     QVERIFY(refused > 1000);
 }
-
-Q_DECLARE_METATYPE(CanOpen::Access)
 
 QTEST_GUILESS_MAIN(tst_EdsFile)
 #include "tst_edsfile.moc"

@@ -5,6 +5,8 @@
 
 #include <random>
 
+Q_DECLARE_METATYPE(QCanBusFrame)
+
 using namespace CanOpen;
 
 class tst_SdoServer : public QObject
@@ -455,8 +457,6 @@ void tst_SdoServer::chanceFramesNeverBreakIt()
     bench.ask("8000000000000000");
     QCOMPARE(bench.ask("4001100000000000"), QByteArray("4f01100081000000"));
 }
-
-Q_DECLARE_METATYPE(QCanBusFrame)
 
 QTEST_GUILESS_MAIN(tst_SdoServer)
 #include "tst_sdoserver.moc"

@@ -8,6 +8,8 @@
 
 #include <limits>
 
+Q_DECLARE_METATYPE(CanOpen::DataType)
+
 using namespace CanOpen;
 using namespace Simulator;
 
@@ -277,8 +279,6 @@ void tst_Behaviour::parseErrors()
     QVERIFY(!parse(json.constData(), &error).has_value());
     QCOMPARE(error, message);
 }
-
-Q_DECLARE_METATYPE(CanOpen::DataType)
 
 QTEST_GUILESS_MAIN(tst_Behaviour)
 #include "tst_behaviour.moc"

@@ -3,6 +3,8 @@
 
 #include <QtTest>
 
+Q_DECLARE_METATYPE(QCanBusFrame)
+
 using namespace Simulator;
 using namespace std::chrono_literals;
 
@@ -216,8 +218,6 @@ void tst_Wire::clearDropsEverything()
     QVERIFY(!wire.nextEnd().has_value());
     QVERIFY(!wire.take(1s).has_value());
 }
-
-Q_DECLARE_METATYPE(QCanBusFrame)
 
 QTEST_GUILESS_MAIN(tst_Wire)
 #include "tst_wire.moc"
