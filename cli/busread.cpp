@@ -69,7 +69,7 @@ std::optional<int> BusRead::read(const BusSettings &settings)
     m_services.bus().sdoClient().setDefaultPatience(m_patience);
     QString error;
     if (!m_services.bus().connectToBus(settings, &error)) {
-        Console::printError(error);
+        Console::printBusError(error);
         return ExitStatus::busNotOpened;
     }
     if (!earlySignal)

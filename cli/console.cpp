@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "console.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <cstdio>
@@ -32,6 +33,12 @@ void Console::print(const QString &text)
 void Console::printError(const QString &text)
 {
     printLine(stderr, text);
+}
+
+void Console::printBusError(const QString &reason)
+{
+    printError(reason);
+    printError(QCoreApplication::translate("Console", "\"draxelctl interfaces\" lists what there is."));
 }
 
 void Console::printBytes(const QByteArray &bytes)

@@ -22,4 +22,7 @@ bool isComplete();
 /*! Writes \a text and a line end to standard error. */
 void printError(const QString &text);
 
+/*! Writes why a bus cannot be opened, and the next step. */
+void printBusError(const QString &reason);
+
 } // namespace Console

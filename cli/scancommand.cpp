@@ -56,7 +56,7 @@ int scan(const BusSettings &settings)
 
     QString error;
     if (!bus.connectToBus(settings, &error)) {
-        Console::printError(error);
+        Console::printBusError(error);
         return ExitStatus::busNotOpened;
     }
     if (!signalNumber) {

@@ -92,7 +92,7 @@ int simulate(const Simulator::VehicleDescription &description, const BusSettings
 
     QString error;
     if (!bus.connectToBus(settings, &error)) {
-        Console::printError(error);
+        Console::printBusError(error);
         return ExitStatus::busNotOpened;
     }
     if (!signalNumber)

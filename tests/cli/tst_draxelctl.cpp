@@ -283,6 +283,8 @@ void tst_DraxelCtl::busThatCannotBeOpened()
         {QStringLiteral("read"), QStringLiteral("--bus"), bus, QStringLiteral("--export"), path("v.dxxml")});
     QCOMPARE(result.status, 2);
     QVERIFY2(result.errors.contains(beginning), qPrintable(result.errors));
+    QVERIFY2(result.errors.endsWith(QStringLiteral("\n\"draxelctl interfaces\" lists what there is.\n")),
+             qPrintable(result.errors));
     QVERIFY(!QFile::exists(path("v.dxxml")));
 }
 
