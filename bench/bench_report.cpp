@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <export/pdfwriter.h>
-#include <export/reportsections.h>
-#include <reader/nodestore.h>
+#include <report/pdfwriter.h>
+#include <report/reportsections.h>
+#include <store/nodestore.h>
 
 #include <benchmark/benchmark.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "allocations.h"
 
-#include <export/exchangefile.h>
-#include <reader/nodestore.h>
+#include <store/exchangefile.h>
+#include <store/nodestore.h>
 #include <reader/readlist.h>
 
 #include <benchmark/benchmark.h>

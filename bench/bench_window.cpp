@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <plugin/interface/canreceiverhub.h>
-#include <plugin/interface/hostinterface.h>
-#include <plugin/interface/sdoclient.h>
+#include <interface/canreceiverhub.h>
+#include <interface/hostinterface.h>
+#include <interface/sdoclient.h>
 #include <reader/datareader.h>
 #include <reader/readlist.h>
 #include <ui/componenttree.h>

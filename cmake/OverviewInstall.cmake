@@ -26,7 +26,7 @@ install(DIRECTORY "${OVERVIEW_BIN_DIR}/languages/"
     DESTINATION lib/draxel/languages
     FILE_PERMISSIONS ${file_permissions} DIRECTORY_PERMISSIONS ${program_permissions}
     FILES_MATCHING PATTERN "*.qm")
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/simulator/vehicles/"
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/simulator/vehicles/"
     DESTINATION lib/draxel/vehicles
     FILE_PERMISSIONS ${file_permissions} DIRECTORY_PERMISSIONS ${program_permissions}
     FILES_MATCHING PATTERN "*.json" PATTERN "*.dcf")
@@ -47,11 +47,11 @@ install(FILES "${packaging_dir}/desktop/${application_id}.metainfo.xml"
 install(FILES "${packaging_dir}/desktop/${application_id}.mime.xml"
     DESTINATION share/mime/packages PERMISSIONS ${file_permissions} RENAME ${application_id}.xml)
 foreach(size IN ITEMS 16 32 48 64 128)
-    install(FILES "${PROJECT_SOURCE_DIR}/resources/img/app/draxel-${size}.png"
+    install(FILES "${PROJECT_SOURCE_DIR}/src/resources/img/app/draxel-${size}.png"
         DESTINATION share/icons/hicolor/${size}x${size}/apps PERMISSIONS ${file_permissions}
         RENAME ${application_id}.png)
 endforeach()
-install(FILES "${PROJECT_SOURCE_DIR}/resources/svg/draxel-icon.svg"
+install(FILES "${PROJECT_SOURCE_DIR}/src/resources/svg/draxel-icon.svg"
     DESTINATION share/icons/hicolor/scalable/apps PERMISSIONS ${file_permissions}
     RENAME ${application_id}.svg)
 

@@ -26,7 +26,8 @@ target_compile_options(overview_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
 target_compile_definitions(overview_flags INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x050C00)
-target_include_directories(overview_flags INTERFACE "${PROJECT_SOURCE_DIR}")
+# The include root, and that of the tests for what they share.
+target_include_directories(overview_flags INTERFACE "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}")
 
 if(OVERVIEW_SANITIZE)
     target_compile_options(overview_flags INTERFACE

@@ -13,11 +13,11 @@ function(overview_add_library name)
         target_link_libraries(${name}
             PUBLIC ${ARG_PUBLIC_DEPENDS}
             PRIVATE overview_flags ${ARG_PRIVATE_DEPENDS})
-        target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
+        target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
     else()
         add_library(${name} INTERFACE)
         target_link_libraries(${name} INTERFACE ${ARG_PUBLIC_DEPENDS})
-        target_include_directories(${name} INTERFACE "${PROJECT_SOURCE_DIR}")
+        target_include_directories(${name} INTERFACE "${PROJECT_SOURCE_DIR}/src")
     endif()
 endfunction()
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <cli/textcolumns.h>
+#include <cli/core/textcolumns.h>
 
 #include <QtTest>
 

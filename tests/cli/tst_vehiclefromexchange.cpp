@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <cli/vehiclefromexchange.h>
+#include <cli/core/vehiclefromexchange.h>
 
 #include <QtTest>
 

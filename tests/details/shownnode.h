@@ -3,7 +3,7 @@
 
 #include <details/nodedetails.h>
 #include <details/textrows.h>
-#include <reader/nodestore.h>
+#include <store/nodestore.h>
 
 #include <QStringList>
 

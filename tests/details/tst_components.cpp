@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <details/components.h>
-#include <reader/nodeview.h>
+#include <store/nodeview.h>
 
 #include <QtTest>
 

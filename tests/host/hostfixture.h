@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "fakebus.h"
-
+#include <tests/support/fakebus.h>
 #include <host/core/hostservices.h>
 #include <host/core/pluginsession.h>
-#include <plugin/interface/dxplugininterface.h>
+#include <interface/dxplugininterface.h>
 
 #include <QLabel>
 #include <QString>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "fakebus.h"
 
+#include <tests/support/fakebus.h>
 #include <host/core/hostsdoclient.h>
 
 #include <QSignalSpy>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "fakebus.h"
 
+#include <tests/support/fakebus.h>
 #include <host/core/hostservices.h>
 #include <host/core/pluginsession.h>
-#include <plugin/interface/dxplugininterface.h>
+#include <interface/dxplugininterface.h>
 #include <reader/datareader.h>
 
 #include <QSignalSpy>

@@ -2,7 +2,7 @@
 #include "simulatedhost.h"
 
 #include <host/core/pluginsession.h>
-#include <plugin/interface/dxplugininterface.h>
+#include <interface/dxplugininterface.h>
 #include <tests/support/messageboxwatcher.h>
 
 #include <QPushButton>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <host/core/languagesetting.h>
 #include <interpreter/datainterpreter.h>
-#include <plugin/interface/dxplugininterface.h>
+#include <interface/dxplugininterface.h>
 #include <reader/datareader.h>
 
 #include <QAbstractButton>

@@ -2,7 +2,7 @@
 #include <tests/support/fakehost.h>
 #include <tests/support/logwatcher.h>
 
-#include <plugin/interface/dxplugininterface.h>
+#include <interface/dxplugininterface.h>
 
 #include <QAbstractButton>
 #include <QFile>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <host/core/pluginsession.h>
 #include <host/mainwindow.h>
-#include <plugin/interface/dxplugininterface.h>
+#include <interface/dxplugininterface.h>
 #include <tests/integration/simulatedhost.h>
 
 #include <QAction>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <plugin/interface/canreceiverhub.h>
-#include <plugin/interface/hostinterface.h>
-#include <plugin/interface/nmtsender.h>
-#include <plugin/interface/sdoclient.h>
-#include <plugin/interface/secondarysdoclient.h>
+#include <interface/canreceiverhub.h>
+#include <interface/hostinterface.h>
+#include <interface/nmtsender.h>
+#include <interface/sdoclient.h>
+#include <interface/secondarysdoclient.h>
 
 #include <QMap>
 #include <QObject>

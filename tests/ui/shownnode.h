@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <reader/nodestore.h>
+#include <store/nodestore.h>
 #include <ui/detailtables.h>
 
 #include <QComboBox>

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include "patiencesettings.h"
+
+#include <canopen/cobid.h>
+#include <canopen/sdoclient.h>
+
+#include <QLatin1String>
+#include <QSettings>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr QLatin1String generalGroup("patience");
+constexpr QLatin1String nodesGroup("patience/nodes"); // one group for each node ID
+constexpr QLatin1String timeoutKey("timeout");        // ms
+constexpr QLatin1String repeatsKey("repeats");
+
+constexpr milliseconds shortestLimit{10000}; // of one upload in all
+constexpr milliseconds longestLimit{60000};
+
+int readNumber(const QSettings &settings, const QString &key, int lowest, int highest, int otherwise)
+{
+    bool isNumber = false;
+    const int number = settings.value(key).toString().toInt(&isNumber);
+    return isNumber && number >= lowest && number <= highest ? number : otherwise;
+}
+
+PatienceSettings::Patience readPatience(const QSettings &settings, const QString &group,
+                                        const PatienceSettings::Patience &otherwise)
+{
+    PatienceSettings::Patience patience;
+    patience.timeout = readNumber(settings, group + timeoutKey, PatienceSettings::shortestTimeout,
+                                  PatienceSettings::longestTimeout, otherwise.timeout);
+    patience.repeats
+        = readNumber(settings, group + repeatsKey, 0, PatienceSettings::mostRepeats, otherwise.repeats);
+    return patience;
+}
+
+void writePatience(QSettings *settings, const QString &group, const PatienceSettings::Patience &patience)
+{
+    settings->setValue(group + timeoutKey, patience.timeout);
+    settings->setValue(group + repeatsKey, patience.repeats);
+}
+
+QString groupOf(quint8 nodeId)
+{
+    return nodesGroup + QLatin1Char('/') + QString::number(nodeId) + QLatin1Char('/');
+}
+
+/*! The time-outs of all repeats together, within bounds: every wait ends. */
+CanOpen::SdoPatience toClient(const PatienceSettings::Patience &patience)
+{
+    CanOpen::SdoPatience result;
+    result.timeout = milliseconds(patience.timeout);
+    result.repeats = patience.repeats;
+    const milliseconds allWaits = result.timeout * ((2 << patience.repeats) - 1);
+    result.longest = std::clamp(allWaits, shortestLimit, longestLimit);
+    return result;
+}
+
+} // namespace
+
+PatienceSettings PatienceSettings::load(const QSettings &settings)
+{
+    PatienceSettings result;
+    result.general = readPatience(settings, generalGroup + QLatin1Char('/'), result.general);
+    const QString prefix = nodesGroup + QLatin1Char('/');
+    const QStringList keys = settings.allKeys();
+    for (const QString &key : keys) {
+        if (!key.startsWith(prefix))
+            continue;
+        bool isNumber = false;
+        const int nodeId = key.mid(prefix.size()).section(QLatin1Char('/'), 0, 0).toInt(&isNumber);
+        if (!isNumber || nodeId < CanOpen::firstNodeId || nodeId > CanOpen::lastNodeId)
+            continue;
+        const auto id = static_cast<quint8>(nodeId);
+        result.nodes.insert(id, readPatience(settings, groupOf(id), result.general));
+    }
+    return result;
+}
+
+void PatienceSettings::save(QSettings *settings) const
+{
+    writePatience(settings, generalGroup + QLatin1Char('/'), general);
+    settings->remove(nodesGroup);
+    for (auto it = nodes.cbegin(); it != nodes.cend(); ++it)
+        writePatience(settings, groupOf(it.key()), it.value());
+}
+
+void PatienceSettings::apply(CanOpen::SdoClient *client, const PatienceSettings &previous) const
+{
+    client->setDefaultPatience(toClient(general));
+    for (auto it = previous.nodes.cbegin(); it != previous.nodes.cend(); ++it)
+        client->setPatience(it.key(), toClient(general));
+    for (auto it = nodes.cbegin(); it != nodes.cend(); ++it)
+        client->setPatience(it.key(), toClient(it.value()));
+}
+
+bool operator==(const PatienceSettings::Patience &a, const PatienceSettings::Patience &b)
+{
+    return a.timeout == b.timeout && a.repeats == b.repeats;
+}
+
+bool operator==(const PatienceSettings &a, const PatienceSettings &b)
+{
+    return a.general == b.general && a.nodes == b.nodes;
+}

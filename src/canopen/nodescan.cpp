@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#include "nodescan.h"
+
+#include "sdoclient.h"
+
+#include <QPointer>
+
+namespace CanOpen {
+
+namespace {
+
+constexpr ObjectKey deviceType{0x1000, 0};
+
+bool isSignOfLife(SdoOutcome::Kind kind)
+{
+    return kind != SdoOutcome::Kind::Timeout && kind != SdoOutcome::Kind::Cancelled;
+}
+
+} // namespace
+
+NodeScan::NodeScan(SdoClient *client, QObject *parent)
+    : QObject(parent)
+    , m_client(client)
+{
+    connect(client, &SdoClient::finished, this, &NodeScan::takeOutcome);
+}
+
+void NodeScan::start()
+{
+    if (isRunning())
+        return;
+    m_found.reset();
+    m_next = firstNodeId;
+    for (int count = 0; count < maximumSideBySide; ++count)
+        askNext();
+}
+
+void NodeScan::askNext()
+{
+    if (m_next > lastNodeId)
+        return;
+    const quint8 nodeId = m_next++;
+    m_tickets[nodeId] = m_client->upload(nodeId, deviceType, DataType::Unsigned32);
+    ++m_waiting;
+}
+
+QVector<quint8> NodeScan::foundNodes() const
+{
+    QVector<quint8> nodeIds;
+    for (quint8 nodeId = firstNodeId; nodeId <= lastNodeId; ++nodeId) {
+        if (m_found.test(nodeId))
+            nodeIds.append(nodeId);
+    }
+    return nodeIds;
+}
+
+void NodeScan::takeOutcome(const SdoOutcome &outcome)
+{
+    if (!isNodeId(outcome.nodeId) || m_tickets[outcome.nodeId] != outcome.ticket)
+        return;
+    m_tickets[outcome.nodeId] = 0;
+    --m_waiting;
+    if (outcome.kind == SdoOutcome::Kind::Cancelled)
+        m_next = lastNodeId + 1;
+    askNext();
+    const QPointer<NodeScan> self(this);
+    if (isSignOfLife(outcome.kind)) {
+        m_found.set(outcome.nodeId);
+        emit found(outcome.nodeId);
+    }
+    if (self && !isRunning())
+        emit finished(foundNodes());
+}
+
+} // namespace CanOpen

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "cobid.h"
+#include "sdooutcome.h"
+
+#include <QObject>
+#include <QVector>
+
+#include <array>
+#include <bitset>
+
+namespace CanOpen {
+
+class SdoClient;
+
+/*! Finds the nodes of a bus by asking each node ID for its device type (object 1000h), so also those whose
+ *  heartbeat is switched off.
+ *
+ *  All nodes are asked side by side; whatever sends the client's frames paces them. A node that answers in
+ *  any way, also with an abort, is present.
+ */
+class NodeScan : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr int maximumSideBySide = 32; //!< nodes
+
+    /*! \a client stays the caller's and must outlive the scan. */
+    explicit NodeScan(SdoClient *client, QObject *parent = nullptr);
+
+    /*! Begins; without effect while a scan is running. */
+    void start();
+
+    bool isRunning() const { return m_waiting > 0 || m_next <= lastNodeId; }
+
+    /*! The nodes that were found so far, in ascending order. */
+    QVector<quint8> foundNodes() const;
+
+signals:
+    void found(quint8 nodeId);
+    /*! Every node has answered or kept silent, or the client's uploads were cancelled. */
+    void finished(const QVector<quint8> &nodeIds);
+
+private:
+    void askNext();
+    void takeOutcome(const SdoOutcome &outcome);
+
+    SdoClient *m_client;
+    quint8 m_next = lastNodeId + 1; // the next node to be asked; beyond the last one when all have been
+    std::array<SdoTicket, lastNodeId + 1> m_tickets{}; // by node ID; of nodes asked and without outcome
+    int m_waiting = 0;                                 // how many of these
+    std::bitset<lastNodeId + 1> m_found;
+};
+
+} // namespace CanOpen

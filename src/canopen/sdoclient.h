@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "cobid.h"
+#include "datatype.h"
+#include "objectkey.h"
+#include "sdooutcome.h"
+#include "sdoupload.h"
+
+#include <QBasicTimer>
+#include <QCanBusFrame>
+#include <QElapsedTimer>
+#include <QObject>
+#include <QVector>
+
+#include <array>
+#include <chrono>
+#include <functional>
+#include <memory>
+
+namespace CanOpen {
+
+/*! How patient the client is with a node. */
+struct SdoPatience
+{
+    /*! For the first answer and between segments; doubled with every repeat. */
+    std::chrono::milliseconds timeout{100};
+    /*! How often the whole upload is asked again after a time-out. */
+    int repeats = 2;
+    /*! Bound of one upload in all. */
+    std::chrono::milliseconds longest{10000};
+};
+
+/*! SDO client of all nodes (CiA 301): one upload per node at a time, the nodes side by side, the rest in
+ *  queues.
+ *
+ *  Knows no device: frames go out through the sender function and come in through handleFrame(). Every
+ *  upload ends with exactly one finished(), never from within upload().
+ *
+ *  A node that was found to answer late is given the time it needs from the next upload on, so that the
+ *  requests do not pile up in it. A slot of finished() may delete the client.
+ */
+class SdoClient : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Sender = std::function<void(const QCanBusFrame &)>;
+
+    explicit SdoClient(Sender sender, QObject *parent = nullptr);
+    ~SdoClient() override;
+
+    /*! The patience with every node that has none of its own; holds from the next upload on. */
+    void setDefaultPatience(const SdoPatience &patience);
+    /*! The patience with one node (1 to 127). */
+    void setPatience(quint8 nodeId, const SdoPatience &patience);
+
+    /*! Reads an object; the outcome carries the ticket that is returned. \a timeout, when positive, replaces
+     *  the time-out of the patience for this upload, if that is shorter. The reading of a node ID outside
+     *  1 to 127 ends with Kind::Error.
+     */
+    SdoTicket upload(quint8 nodeId, ObjectKey key, DataType type,
+                     std::chrono::milliseconds timeout = std::chrono::milliseconds{0});
+
+    /*! Ends every upload under way and queued with Kind::Cancelled, at once; nothing more is sent. */
+    void cancelAll();
+
+    /*! Whether an upload is under way or queued. */
+    bool isBusy() const;
+
+    /*! Takes a frame from the bus; what is not meant for this client is ignored. */
+    void handleFrame(const QCanBusFrame &frame);
+
+signals:
+    void finished(const CanOpen::SdoOutcome &outcome);
+
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    struct Node;
+
+    Node &nodeFor(quint8 nodeId);
+    void startNext(Node &node);
+    void take(Node &node, const SdoUpload::Step &step);
+    void perform(Node &node, const SdoUpload::Step &step);
+    SdoOutcome takeOutcome(Node &node);
+    void deliver(const SdoOutcome &outcome);
+    void deliverLater(const SdoOutcome &outcome);
+    void deliverPosted();
+    void send(quint8 nodeId, const QByteArray &payload);
+    void takeHeldFrames();
+    void noteAnswerTime(Node &node);
+    void setDeadline(Node &node);
+    void checkDeadlines();
+    void armTimer(qint64 deadline);
+    void armTimerForAll();
+
+    Sender m_sender;
+    SdoPatience m_defaultPatience;
+    std::array<std::unique_ptr<Node>, lastNodeId + 1> m_nodes; // by node ID; made when first used
+    SdoTicket m_lastTicket = 0;
+    int m_pending = 0;                  // uploads without their finished()
+    QVector<SdoOutcome> m_posted;       // to be delivered from the event loop
+    QVector<QCanBusFrame> m_heldFrames; // came while a frame was being sent
+    bool m_sending = false;
+    QElapsedTimer m_clock;
+    QBasicTimer m_timer;       // one for all deadlines; never later than the earliest of them
+    qint64 m_timerDue = 0;     // ms of m_clock
+    bool m_graceGiven = false; // once per firing: frames that wait behind a held up event loop come first
+};
+
+} // namespace CanOpen

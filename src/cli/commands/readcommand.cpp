@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: MIT
+#include "readcommand.h"
+
+#include <cli/core/busread.h>
+#include <cli/core/commandarguments.h>
+#include <cli/core/console.h>
+#include <cli/core/exitstatus.h>
+#include <cli/core/language.h>
+#include <cli/core/reportfiles.h>
+
+#include <store/exchangefile.h>
+
+#include <QDir>
+#include <QSaveFile>
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(ReadCommand)
+};
+
+const QString exportOption = QStringLiteral("export");
+const QString reportOption = QStringLiteral("report");
+
+/*! The objects that identify a device (CiA 301). */
+constexpr quint16 deviceTypeIndex = 0x1000;
+constexpr quint16 identityIndex = 0x1018;
+constexpr std::array<quint8, 4> identitySubIndices{1, 2, 3, 4}; // vendor, product, revision, serial number
+
+/*! \a value as "0x0000019A", "-" when it is not there. */
+QString hexValue(const DataReader &reader, quint8 nodeId, quint16 index, quint8 subIndex)
+{
+    QVariant value;
+    if (!reader.getValue(nodeId, index, subIndex, value))
+        return QStringLiteral("-");
+    return QStringLiteral("0x%1").arg(
+        QString::number(value.toUInt(), 16).toUpper().rightJustified(8, QLatin1Char('0')));
+}
+
+QString identity(const DataReader &reader, quint8 nodeId)
+{
+    std::array<QString, identitySubIndices.size()> parts;
+    std::transform(identitySubIndices.begin(), identitySubIndices.end(), parts.begin(),
+                   [&](quint8 subIndex) { return hexValue(reader, nodeId, identityIndex, subIndex); });
+    return Tr::tr("vendor %1, product %2, revision %3, serial number %4")
+        .arg(parts[0], parts[1], parts[2], parts[3]);
+}
+
+void printNodes(const DataReader &reader, const ReadRun &run)
+{
+    int values = 0;
+    int refused = 0;
+    const QList<quint8> nodes = reader.getNodeList();
+    for (const quint8 nodeId : nodes) {
+        const ReadRun::NodeCount count = run.nodeCounts().value(nodeId);
+        values += count.values;
+        refused += count.refused;
+        Console::print(Tr::tr("Node %1: device type %2, %3; %4 values read, %5 objects not there")
+                           .arg(QString::number(nodeId), hexValue(reader, nodeId, deviceTypeIndex, 0),
+                                identity(reader, nodeId), QString::number(count.values),
+                                QString::number(count.refused)));
+    }
+    Console::print(Tr::tr("Total: %1 nodes, %2 values read, %3 objects not there, %4 s")
+                       .arg(QString::number(nodes.size()), QString::number(values), QString::number(refused),
+                            QString::number(static_cast<double>(run.elapsed()) / 1000.0, 'f', 1)));
+}
+
+/*! Finds out before the read whether the file can be written after it. */
+bool canBeWritten(const QString &fileName, QString *errorMessage)
+{
+    QSaveFile file(fileName);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.cancelWriting();
+        return true;
+    }
+    *errorMessage = Tr::tr("The file %1 cannot be written: %2.")
+                        .arg(QDir::toNativeSeparators(fileName), file.errorString());
+    return false;
+}
+
+class ReadCommand
+{
+public:
+    int run(const QStringList &arguments);
+
+private:
+    std::optional<int> parse(const QStringList &arguments);
+    QString findObstacle() const;
+    bool writeExport();
+    bool writeReportFiles();
+
+    CommandArguments m_options{QStringLiteral("read"),
+                               Tr::tr("Reads all devices of a bus and saves what they said.")};
+    BusRead m_bus;
+};
+
+int ReadCommand::run(const QStringList &arguments)
+{
+    if (const std::optional<int> status = parse(arguments))
+        return *status;
+
+    const QString obstacle = findObstacle();
+    if (!obstacle.isEmpty()) {
+        Console::printError(obstacle);
+        return ExitStatus::fileFailed;
+    }
+    if (const std::optional<int> status = m_bus.read(m_options.bus()))
+        return *status;
+
+    printNodes(m_bus.reader(), m_bus.run());
+    const int status = m_bus.finish();
+    const bool isExported = writeExport();
+    const bool isReported = writeReportFiles();
+    return isExported && isReported ? status : ExitStatus::fileFailed;
+}
+
+std::optional<int> ReadCommand::parse(const QStringList &arguments)
+{
+    m_options.addBusOptions();
+    m_options.addOption(
+        {exportOption, Tr::tr("Save what was read as this exchange file (.dxxml)."), Tr::tr("FILE")});
+    m_options.addOption(
+        {reportOption,
+         Tr::tr("Write the report, dx_report.pdf and dx_report.html, into this folder, which is made when "
+                "it is not there."),
+         Tr::tr("DIR")});
+    BusRead::addOptions(m_options);
+    Language::addOption(m_options);
+    if (const std::optional<int> status = m_options.parse(arguments))
+        return status;
+    if (const std::optional<int> status = m_bus.parse(m_options))
+        return status;
+    if (m_options.isSet(exportOption) && m_options.value(exportOption).isEmpty())
+        return m_options.complain(Tr::tr("--export takes the name of a file."));
+    if (m_options.isSet(reportOption) && m_options.value(reportOption).isEmpty())
+        return m_options.complain(Tr::tr("--report takes the name of a folder."));
+    return Language::load(m_options);
+}
+
+/*! Finds out before the read why what it gives could not be written after it; empty when it could. */
+QString ReadCommand::findObstacle() const
+{
+    QString error;
+    if (m_options.isSet(exportOption) && !canBeWritten(m_options.value(exportOption), &error))
+        return error;
+    if (m_options.isSet(reportOption) && !prepareReportFolder(m_options.value(reportOption), &error))
+        return error;
+    return QString();
+}
+
+bool ReadCommand::writeExport()
+{
+    if (!m_options.isSet(exportOption))
+        return true;
+    const QString fileName = m_options.value(exportOption);
+    QString error;
+    if (!saveExchangeFile(fileName, m_bus.reader().exportXml(), &error)) {
+        Console::printError(error);
+        return false;
+    }
+    Console::print(Tr::tr("Wrote %1").arg(QDir::toNativeSeparators(fileName)));
+    return true;
+}
+
+bool ReadCommand::writeReportFiles()
+{
+    return !m_options.isSet(reportOption)
+           || writeReport(m_bus.reader().store(), m_options.value(reportOption));
+}
+
+} // namespace
+
+int runReadCommand(const QStringList &arguments)
+{
+    ReadCommand command;
+    return command.run(arguments);
+}

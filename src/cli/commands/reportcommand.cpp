@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#include "reportcommand.h"
+
+#include <cli/core/commandarguments.h>
+#include <cli/core/console.h>
+#include <cli/core/exchangeinput.h>
+#include <cli/core/exitstatus.h>
+#include <cli/core/language.h>
+#include <cli/core/reportfiles.h>
+
+#include <store/nodestore.h>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(ReportCommand)
+};
+
+const QString outputOption = QStringLiteral("output");
+
+int report(const QString &fileName, const QString &folder)
+{
+    NodeStore store;
+    QString error;
+    if (!loadNodeStore(fileName, store, &error) || !prepareReportFolder(folder, &error)) {
+        Console::printError(error);
+        return ExitStatus::fileFailed;
+    }
+    return writeReport(store, folder) ? ExitStatus::success : ExitStatus::fileFailed;
+}
+
+} // namespace
+
+int runReportCommand(const QStringList &arguments)
+{
+    CommandArguments options(QStringLiteral("report"),
+                             Tr::tr("Writes the report on what an exchange file holds: dx_report.pdf and "
+                                    "dx_report.html."));
+    options.addPositional(QStringLiteral("FILE"), Tr::tr("An exchange file (.dxxml)."));
+    options.addOption({outputOption, Tr::tr("The folder for the two files; it is made when it is not there."),
+                       QStringLiteral("DIR")});
+    Language::addOption(options);
+    if (const std::optional<int> status = options.parse(arguments))
+        return *status;
+    if (options.value(outputOption).isEmpty())
+        return options.complain(Tr::tr("--output is missing: which folder is meant?"));
+    if (const std::optional<int> status = Language::load(options))
+        return *status;
+    return report(options.positional(), options.value(outputOption));
+}

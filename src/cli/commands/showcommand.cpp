@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "showcommand.h"
+
+#include <cli/core/commandarguments.h>
+#include <cli/core/console.h>
+#include <cli/core/exitstatus.h>
+#include <cli/core/language.h>
+#include <cli/core/nodelisting.h>
+#include <cli/core/nodeoption.h>
+#include <cli/core/vehiclesource.h>
+
+#include <algorithm>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(ShowCommand)
+};
+
+const QString jsonOption = QStringLiteral("json");
+
+/*! People look for components; nodes without one are left out. */
+QVector<ListedNode> withComponents(QVector<ListedNode> nodes)
+{
+    nodes.erase(std::remove_if(nodes.begin(), nodes.end(),
+                               [](const ListedNode &node) { return node.components.isEmpty(); }),
+                nodes.end());
+    return nodes;
+}
+
+class ShowCommand
+{
+public:
+    int run(const QStringList &arguments);
+
+private:
+    std::optional<int> parse(const QStringList &arguments);
+    void print();
+
+    CommandArguments m_options{QStringLiteral("show"),
+                               Tr::tr("Prints the components of a vehicle and all their values in words.")};
+    VehicleSource m_vehicle;
+    std::optional<quint8> m_nodeId; // the only one asked for
+};
+
+int ShowCommand::run(const QStringList &arguments)
+{
+    if (const std::optional<int> status = parse(arguments))
+        return *status;
+    if (const std::optional<int> status = m_vehicle.load())
+        return *status;
+    if (m_nodeId && !NodeOption::isKnown(*m_nodeId, m_vehicle))
+        return ExitStatus::noUsableNode;
+    print();
+    return m_vehicle.finish();
+}
+
+std::optional<int> ShowCommand::parse(const QStringList &arguments)
+{
+    VehicleSource::addOptions(m_options);
+    m_options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
+    NodeOption::add(m_options, Tr::tr("Show this node only."));
+    Language::addOption(m_options);
+    if (const std::optional<int> status = m_options.parse(arguments))
+        return status;
+    if (const std::optional<int> status = m_vehicle.parse(m_options))
+        return status;
+    if (NodeOption::isSet(m_options)) {
+        m_nodeId = NodeOption::parse(m_options);
+        if (!m_nodeId)
+            return ExitStatus::usage;
+    }
+    return Language::load(m_options);
+}
+
+void ShowCommand::print()
+{
+    QVector<ListedNode> nodes = m_nodeId ? QVector<ListedNode>{listNode(m_vehicle.store(), *m_nodeId)}
+                                         : listNodes(m_vehicle.store());
+    for (ListedNode &node : nodes)
+        node.nmtState = m_vehicle.nmtState(node.id);
+
+    if (m_options.isSet(jsonOption)) {
+        Console::printBytes(listingJson(nodes));
+        return;
+    }
+    if (!m_nodeId)
+        nodes = withComponents(nodes);
+    if (nodes.isEmpty())
+        Console::printError(Tr::tr("There is no component in %1.").arg(m_vehicle.name()));
+    else
+        Console::print(listingText(nodes));
+}
+
+} // namespace
+
+int runShowCommand(const QStringList &arguments)
+{
+    ShowCommand command;
+    return command.run(arguments);
+}

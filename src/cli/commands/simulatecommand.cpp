@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+#include "simulatecommand.h"
+
+#include <cli/core/commandarguments.h>
+#include <cli/core/console.h>
+#include <cli/core/exitstatus.h>
+#include <cli/core/unixsignals.h>
+#include <cli/core/vehiclefromexchange.h>
+
+#include <store/exchangefile.h>
+#include <bus/busconnection.h>
+#include <simulator/vehicle.h>
+#include <simulator/vehiclefile.h>
+
+#include <QDir>
+#include <QEventLoop>
+#include <QFileInfo>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(SimulateCommand)
+};
+
+using MaybeVehicle = std::optional<Simulator::VehicleDescription>;
+
+MaybeVehicle loadExchangeVehicle(const QString &fileName, QString *error)
+{
+    QString text;
+    if (!loadExchangeFile(fileName, text, error))
+        return std::nullopt;
+
+    QStringList warnings;
+    QString problem;
+    MaybeVehicle vehicle = vehicleFromExchange(text, &problem, &warnings);
+    if (!vehicle) {
+        *error = Tr::tr("The file %1 is no exchange file to simulate: %2")
+                     .arg(QDir::toNativeSeparators(fileName), problem);
+        return std::nullopt;
+    }
+    for (const QString &warning : qAsConst(warnings))
+        Console::printError(warning);
+    vehicle->name = QFileInfo(fileName).completeBaseName();
+    return vehicle;
+}
+
+MaybeVehicle loadVehicle(const QString &name, QString *error)
+{
+    if (name.endsWith(QLatin1String(".dxxml"), Qt::CaseInsensitive))
+        return loadExchangeVehicle(name, error);
+    const QString path = Simulator::findVehicleFile(name, error);
+    return path.isEmpty() ? std::nullopt : Simulator::readVehicleFile(path, error);
+}
+
+/*! Switches the vehicle on and off with its bus, and says so. */
+void followBus(Simulator::Vehicle &vehicle, BusConnection &bus)
+{
+    const QString address = bus.settings().address.toString();
+    switch (bus.state()) {
+    case BusConnection::State::Connected:
+        vehicle.start();
+        Console::print(Tr::tr("%1 is on %2 with %3 nodes; Ctrl+C ends it.")
+                           .arg(vehicle.name(), address, QString::number(vehicle.nodeIds().size())));
+        break;
+    case BusConnection::State::Lost:
+        vehicle.stop();
+        Console::printError(Tr::tr("The bus was lost: %1 Waiting for it ...").arg(bus.errorString()));
+        break;
+    case BusConnection::State::Connecting:
+    case BusConnection::State::Disconnected:
+        vehicle.stop();
+        break;
+    }
+}
+
+int simulate(const Simulator::VehicleDescription &description, const BusSettings &settings)
+{
+    UnixSignals signalSource;
+    BusConnection bus;
+    Simulator::Vehicle vehicle(description);
+    vehicle.setSender([&bus](const QCanBusFrame &frame, quint8) { bus.send(frame); });
+    QObject::connect(&bus, &BusConnection::frameReceived, &vehicle, &Simulator::Vehicle::handleFrame);
+    QObject::connect(&bus, &BusConnection::stateChanged, &vehicle, [&] { followBus(vehicle, bus); });
+
+    QEventLoop loop;
+    std::optional<int> signalNumber;
+    QObject::connect(&signalSource, &UnixSignals::received, &loop, [&](int number) {
+        signalNumber = number;
+        loop.quit();
+    });
+
+    QString error;
+    if (!bus.connectToBus(settings, &error)) {
+        Console::printBusError(error);
+        return ExitStatus::busNotOpened;
+    }
+    if (!signalNumber)
+        loop.exec();
+    vehicle.stop();
+    bus.disconnectFromBus();
+    Console::printError(Tr::tr("The simulation has ended."));
+    return ExitStatus::signalled(signalNumber.value_or(0));
+}
+
+} // namespace
+
+int runSimulateCommand(const QStringList &arguments)
+{
+    CommandArguments options(
+        QStringLiteral("simulate"),
+        Tr::tr("Puts a simulated vehicle on a bus: a shipped one by its name, a vehicle file, or "
+               "what an exchange file holds."));
+    options.addBusOptions();
+    options.addPositional(QStringLiteral("VEHICLE"),
+                          Tr::tr("A name such as pedelec or full-bus, FILE.json, or FILE.dxxml."));
+    if (const std::optional<int> status = options.parse(arguments))
+        return *status;
+
+    QString error;
+    const MaybeVehicle vehicle = loadVehicle(options.positional(), &error);
+    if (!vehicle) {
+        Console::printError(error);
+        return ExitStatus::fileFailed;
+    }
+    return simulate(*vehicle, options.bus());
+}

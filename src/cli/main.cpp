@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+#include <cli/commands/checkupdatecommand.h>
+#include <cli/core/console.h>
+#include <cli/core/exitstatus.h>
+#include <cli/commands/interfacescommand.h>
+#include <cli/commands/readcommand.h>
+#include <cli/commands/reportcommand.h>
+#include <cli/commands/scancommand.h>
+#include <cli/commands/showcommand.h>
+#include <cli/commands/simulatecommand.h>
+
+#include <QGuiApplication>
+#include <QLoggingCategory>
+#include <QStringList>
+
+#include <algorithm>
+#include <iterator>
+#include <memory>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(DraxelCtl)
+};
+
+struct Command
+{
+    const char *name;
+    int (*run)(const QStringList &arguments);
+    const char *description;
+};
+
+constexpr Command commands[] = {
+    {"read", runReadCommand,
+     QT_TRANSLATE_NOOP("DraxelCtl", "read all devices of a bus and save what they said")},
+    {"show", runShowCommand,
+     QT_TRANSLATE_NOOP("DraxelCtl", "print the components of a vehicle and their values in words")},
+    {"report", runReportCommand, QT_TRANSLATE_NOOP("DraxelCtl", "write the report as PDF and HTML")},
+    {"check-update", runCheckUpdateCommand,
+     QT_TRANSLATE_NOOP("DraxelCtl", "ask the update server about the firmware of a node")},
+    {"scan", runScanCommand,
+     QT_TRANSLATE_NOOP("DraxelCtl", "ask every node ID, also for nodes without a heartbeat")},
+    {"simulate", runSimulateCommand, QT_TRANSLATE_NOOP("DraxelCtl", "put a simulated vehicle on a bus")},
+    {"interfaces", runInterfacesCommand,
+     QT_TRANSLATE_NOOP("DraxelCtl", "list the CAN interfaces of this machine")},
+};
+
+QString usage()
+{
+    QString text = Tr::tr("draxelctl looks into the CANopen bus of light electric vehicles.\n"
+                          "\n"
+                          "Usage: draxelctl COMMAND [OPTION]...\n"
+                          "\n"
+                          "Commands:\n");
+    for (const Command &command : commands) {
+        text += QStringLiteral("  %1 %2\n")
+                    .arg(QLatin1String(command.name), -12)
+                    .arg(Tr::tr(command.description));
+    }
+    return text
+           + Tr::tr("\n"
+                    "\"draxelctl COMMAND --help\" shows the options of a command.\n"
+                    "\n"
+                    "Examples:\n"
+                    "  draxelctl read --bus simulated:pedelec --export vehicle.dxxml\n"
+                    "  draxelctl show vehicle.dxxml");
+}
+
+int dispatch(const QStringList &arguments)
+{
+    const QString name = arguments.value(1);
+    if (name.isEmpty()) {
+        Console::printError(usage());
+        return ExitStatus::usage;
+    }
+    if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help")) {
+        Console::print(usage());
+        return ExitStatus::success;
+    }
+    if (name == QLatin1String("--version")) {
+        Console::print(QStringLiteral("draxelctl ") + QCoreApplication::applicationVersion());
+        return ExitStatus::success;
+    }
+    const auto *const command
+        = std::find_if(std::begin(commands), std::end(commands),
+                       [&name](const Command &known) { return name == QLatin1String(known.name); });
+    if (command != std::end(commands))
+        return command->run(arguments);
+
+    Console::printError(Tr::tr("draxelctl: There is no command \"%1\".").arg(name));
+    Console::printError(Tr::tr("\"draxelctl --help\" lists the commands."));
+    return ExitStatus::usage;
+}
+
+/*! Whether the command line asks for a report, which needs fonts. */
+bool asksForReport(int argc, char *argv[])
+{
+    const QByteArray command(argc > 1 ? argv[1] : "");
+    if (command == "report")
+        return true;
+    return command == "read" && std::any_of(argv + 2, argv + argc, [](const char *argument) {
+               return QByteArray(argument).startsWith("--report");
+           });
+}
+
+/*! All commands but those with a report do without the start of the window system's parts. */
+std::unique_ptr<QCoreApplication> makeApplication(int &argc, char *argv[])
+{
+    if (!asksForReport(argc, argv))
+        return std::make_unique<QCoreApplication>(argc, argv);
+    // Fonts are there without a display, and a page looks the same whatever display there is.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    // What a back end warns of, it also reports as its error; what Qt warns of is for developers.
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=false\ndefault.warning=false\n"
+                                                    "qt.canbus*.warning=false\nqt.canbus*.critical=false"));
+    const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("draxelctl"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(DRAXEL_VERSION));
+    const int status = dispatch(QCoreApplication::arguments());
+    if (status != ExitStatus::success || Console::isComplete())
+        return status;
+    Console::printError(Tr::tr("draxelctl: Not all of the output could be written."));
+    return ExitStatus::fileFailed;
+}

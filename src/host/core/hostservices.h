@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <bus/busconnection.h>
+#include "heartbeathub.h"
+#include "hostsdoclient.h"
+#include <bus/interfacehealth.h>
+#include "readobserver.h"
+
+#include <interface/hostinterface.h>
+#include <interface/secondarysdoclient.h>
+
+#include <QObject>
+#include <QVariant>
+
+/*! The second SDO client that plug-ins ask for. This host has no second source of answers, so it never emits.
+ */
+class SilentSdoClient : public QObject, public SecondarySdoClient
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    QObject *getQObject() override { return this; }
+
+signals:
+    void resultReceived(quint8 nodeId, quint16 index, quint8 subIndex, QVariant value);
+    void errorReceived(quint8 nodeId, quint16 index, quint8 subIndex, quint32 errorCode);
+};
+
+/*! The bus and all that plug-ins are offered on it; lives as long as the host. */
+class HostServices : public QObject, public HostInterface
+{
+    Q_OBJECT
+
+public:
+    explicit HostServices(QObject *parent = nullptr);
+    ~HostServices() override;
+
+    CanReceiverHub *getCanReceiverHub() override { return &m_hub; }
+    SdoClient *getSdoClient() override { return &m_sdoClient; }
+    SecondarySdoClient *getSecondarySdoClient() override { return &m_secondaryClient; }
+
+    BusConnection &bus() { return m_bus; }
+    HostSdoClient &sdoClient() { return m_sdoClient; }
+    HeartbeatHub &heartbeatHub() { return m_hub; }
+    ReadObserver &reads() { return m_reads; }
+    InterfaceHealth &interfaceHealth() { return m_health; }
+
+    /*! Ends the read of a plug-in that is under way: its requests are answered with FFFFFFFFh until it asks
+     *  no more. The bus stays connected. Nothing happens when there is no read.
+     */
+    void cancelRead();
+
+private:
+    void handleBusState(BusConnection::State state);
+
+    BusConnection m_bus;
+    HostSdoClient m_sdoClient;
+    HeartbeatHub m_hub;
+    SilentSdoClient m_secondaryClient;
+    ReadObserver m_reads;
+    InterfaceHealth m_health;
+};

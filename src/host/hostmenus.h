@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "pluginactions.h"
+
+#include <bus/busconnection.h>
+
+#include <QKeySequence>
+#include <QObject>
+#include <QPair>
+#include <QStringList>
+#include <QVector>
+
+class QAction;
+class QActionGroup;
+class QMainWindow;
+class QMenu;
+
+/*! The menus of the window with their shortcuts. Knows only actions; what they do is connected outside. */
+class HostMenus : public QObject
+{
+    Q_OBJECT
+
+public:
+    /*! Adds the menus to \a window and belongs to it. \a plugin gives the actions of the plug-in. */
+    HostMenus(QMainWindow *window, PluginActions *plugin);
+
+    /*! The languages that can be chosen, and the one that is; empty: that of the system. */
+    void setLanguages(const QStringList &languages, const QString &chosen);
+
+    /*! An action that shows and hides the messages, as its dock gives it. */
+    void setMessagesAction(QAction *action);
+
+    void showState(BusConnection::State state, bool isReading);
+    void retranslate();
+
+    /*! What can be pressed, as "Ctrl+K" and what it does. */
+    QVector<QPair<QString, QString>> shortcuts() const;
+
+    QAction *quit;
+    QAction *connectBus;
+    QAction *disconnectBus;
+    QAction *cancelRead;
+    QAction *refreshInterfaces;
+    QAction *patience;
+    QAction *resetLayout;
+    QAction *keyList;
+    QAction *about;
+    QAction *aboutQt;
+
+signals:
+    /*! Empty: that of the system. */
+    void languageChosen(const QString &language);
+
+private:
+    QAction *makeAction(const char *name, const QKeySequence &shortcut = QKeySequence());
+
+    QMainWindow *m_window;
+    PluginActions *m_plugin;
+    QMenu *m_file;
+    QMenu *m_bus;
+    QMenu *m_view;
+    QMenu *m_language;
+    QMenu *m_help;
+    QActionGroup *m_languages;
+    QAction *m_systemLanguage = nullptr;
+    QAction *m_messages = nullptr;
+};

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <bus/bussettings.h>
+#include <bus/patiencesettings.h>
+
+#include <QMainWindow>
+
+class BusReport;
+class ConnectionBar;
+class HostMenus;
+class HostServices;
+class LanguageSetting;
+class MessageLog;
+class MessagePanel;
+class PluginActions;
+class PluginSession;
+class QDockWidget;
+class QLabel;
+class QTabWidget;
+class StatusLine;
+
+/*! The host's window: the connection bar above the plug-ins' windows, the messages and the status of the bus
+ *  below. It only puts its parts together.
+ */
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /*! Both must outlive the window. The plug-ins are taken in by showPlugins(). */
+    MainWindow(HostServices *services, PluginSession *session, QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    /*! Puts the windows of the session's plug-ins in the centre and becomes their owner. */
+    void showPlugins();
+
+    /*! Chooses a bus in the bar. */
+    void chooseBus(const BusSettings &settings);
+
+    /*! Opens the bus that is chosen in the bar; a failure is shown in a box. */
+    void connectToChosenBus();
+
+    /*! Lets the user choose among \a languages, which must outlive the window; \a chosen is the choice so far,
+     *  empty for the language of the system.
+     */
+    void setLanguages(LanguageSetting *languages, const QString &chosen);
+
+    MessageLog &messages() { return *m_log; }
+    BusReport &report() { return *m_report; }
+
+    /*! Shows \a sentence in a box; returns at once. */
+    void showError(const QString &sentence);
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void build();
+    void connectMenus();
+    void retranslate();
+    void restoreSettings();
+    void saveSettings();
+    void checkSettingsFile();
+    void resetLayout();
+    void showBusState();
+    void showActivePlugin(int index);
+    void startRead();
+    void chooseLanguage(const QString &language);
+    void choosePatience();
+    void openBus(const BusSettings &settings);
+    void adaptPalette();
+
+    HostServices *m_services;
+    PluginSession *m_session;
+    ConnectionBar *m_bar;
+    QTabWidget *m_pages;
+    QLabel *m_placeholder;
+    StatusLine *m_status;
+    MessageLog *m_log;
+    BusReport *m_report;
+    MessagePanel *m_panel;
+    QDockWidget *m_dock;
+    PluginActions *m_pluginActions;
+    HostMenus *m_menus;
+    LanguageSetting *m_languages = nullptr;
+    PatienceSettings m_patience;
+};

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <interface/nmtsender.h>
+
+class DataReader;
+class QTreeWidget;
+class QTreeWidgetItem;
+struct Component;
+
+/*! Fills the tree of components: one top-level row for each virtual device of each node found.
+ *
+ *  Columns: name and icon of the component class, node ID, NMT state, state of the device. Only the first row
+ *  of a node shows its NMT state. A light object around a tree that it does not own.
+ */
+class ComponentTree
+{
+public:
+    explicit ComponentTree(QTreeWidget &tree)
+        : m_tree(tree)
+    {
+    }
+
+    /*! The node of a row. */
+    static quint8 nodeId(const QTreeWidgetItem &row);
+
+    void clear();
+
+    /*! Adds the rows of the nodes that \a reader knows; the last one becomes the current row. */
+    void addNodes(const DataReader &reader);
+
+    /*! Writes a node's NMT state into its first row; does nothing for a node without a row. */
+    void showNmtState(quint8 nodeId, NmtSender::NmtState state);
+
+private:
+    void addRow(const Component &component);
+
+    QTreeWidget &m_tree;
+};

@@ -1,0 +1,574 @@
+// SPDX-License-Identifier: MIT
+#include <report/pdfwriter.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTextCodec>
+#include <QTranslator>
+#include <QtTest>
+
+#ifdef Q_OS_UNIX
+#include <csignal>
+#include <sys/resource.h>
+#include <unistd.h>
+#endif
+
+namespace {
+
+const QString evenRow = QStringLiteral("<tr class=\"alt1\"><td class=\"itemName\" width=\"60%\">");
+const QString oddRow = QStringLiteral("<tr class=\"alt2\"><td class=\"itemName\" width=\"60%\">");
+
+/*! What an operation appends. */
+template<typename Operation>
+QString appended(pdfWriter &writer, Operation operation)
+{
+    const QString before = writer.html();
+    operation();
+    if (!writer.html().startsWith(before))
+        return QStringLiteral("The text before has changed.");
+    return writer.html().mid(before.size());
+}
+
+void addDevice(pdfWriter &writer, const QString &title, int rowCount)
+{
+    writer.beginDeviceTable(title);
+    writer.beginSectionTable(QStringLiteral("Section"));
+    for (int row = 1; row <= rowCount; ++row)
+        writer.addRow(QStringLiteral("Row %1").arg(row), QStringLiteral("text"));
+    writer.endDeviceTable();
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+}
+
+bool writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+/*! The drawing operators of each page, for files as Qt writes them: pages not compressed, streams in zlib. */
+QList<QByteArray> pagesOf(const QByteArray &pdf)
+{
+    const QString text = QString::fromLatin1(pdf.constData(), pdf.size());
+    static const QRegularExpression page(QStringLiteral("/Type /Page\n.*?/Contents (\\d+) 0 R"),
+                                         QRegularExpression::DotMatchesEverythingOption);
+    QList<QByteArray> pages;
+    QRegularExpressionMatchIterator it = page.globalMatch(text);
+    while (it.hasNext()) {
+        const QByteArray object = '\n' + it.next().captured(1).toLatin1() + " 0 obj\n";
+        const int start = pdf.indexOf("stream\n", pdf.indexOf(object)) + 7;
+        const int end = pdf.indexOf("\nendstream", start);
+        pages << qUncompress(QByteArray("\x00\x10\x00\x00", 4) + pdf.mid(start, end - start));
+    }
+    return pages;
+}
+
+/*! Pages on which there is no text. */
+int emptyPageCount(const QByteArray &pdf)
+{
+    int count = 0;
+    for (const QByteArray &page : pagesOf(pdf)) {
+        if (!page.contains(" Tj"))
+            ++count;
+    }
+    return count;
+}
+
+/*! Puts every text of its contexts in brackets. */
+class BracketTranslator : public QTranslator
+{
+public:
+    QString translate(const char *context, const char *sourceText, const char *, int) const override
+    {
+        return QString::fromLatin1("[%1:%2]").arg(QString::fromLatin1(context),
+                                                  QString::fromUtf8(sourceText));
+    }
+    bool isEmpty() const override { return false; }
+};
+
+#ifdef Q_OS_UNIX
+/*! Lets every file of the process grow to a limit only, as a disk that is nearly full does. */
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+        : m_oldHandler(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        getrlimit(RLIMIT_FSIZE, &m_oldLimit);
+        rlimit limit = m_oldLimit;
+        limit.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_oldLimit);
+        std::signal(SIGXFSZ, m_oldHandler);
+    }
+    Q_DISABLE_COPY(FileSizeLimit)
+
+private:
+    void (*m_oldHandler)(int);
+    rlimit m_oldLimit = {};
+};
+#endif
+
+} // namespace
+
+class tst_PdfWriter : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_folder.reset(new QTemporaryDir);
+        QVERIFY(m_folder->isValid());
+    }
+
+    void beginsWithHeadAndStyleSheet()
+    {
+        const pdfWriter writer;
+        const QString start = QStringLiteral("<html><head></head><body><style type=\"text/css\">");
+        const QString end = QStringLiteral("</style></div><div class=\"center\">"
+                                           "<h1 align=\"center\">Draxel Report</h1><br>");
+        QVERIFY(writer.html().startsWith(start));
+        QVERIFY(writer.html().endsWith(end));
+
+        const QString style
+            = writer.html().mid(start.size(), writer.html().size() - start.size() - end.size());
+        QCOMPARE(style, QString::fromUtf8(contentOf(QStringLiteral(":/files/pdf.css"))));
+        QVERIFY(style.contains(QLatin1String("<!-- ")));
+        QVERIFY(style.contains(QLatin1String("page-break-after: always;")));
+    }
+
+    void hasNoParent()
+    {
+        const pdfWriter writer;
+        QVERIFY(writer.parent() == nullptr);
+    }
+
+    void opensAndClosesTables()
+    {
+        pdfWriter writer;
+        QCOMPARE(appended(writer, [&] { writer.beginDeviceTable(QStringLiteral("Battery Pack")); }),
+                 QStringLiteral("<table class=\"deviceTable\" cellspacing=\"0\" width=\"100%\">"
+                                "<tr><td  class=\"deviceTitle\" align=\"center\">Battery Pack</td></tr>"
+                                "<tr><td class=\"inTable\">"));
+        QCOMPARE(
+            appended(writer, [&] { writer.beginSectionTable(QStringLiteral("Actual Values")); }),
+            QStringLiteral("<table class=\"describeTable\" cellspacing=\"0\" width=\"100%\">"
+                           "<tr><td  class=\"describeTitle\" colspan=\"2\" align=\"center\">Actual Values"
+                           "</td></tr>"));
+        QCOMPARE(appended(writer, [&] { writer.endSectionTable(); }), QStringLiteral("</table>"));
+        QCOMPARE(appended(writer, [&] { writer.endDeviceTable(); }),
+                 QStringLiteral("</table></td></tr></table>"));
+    }
+
+    void rowStylesAlternate()
+    {
+        pdfWriter writer;
+        const auto row = [&] { writer.addRow(QStringLiteral("Name"), QStringLiteral("Text")); };
+        const QString rest = QStringLiteral("Name</td><td class=\"itemInter\">Text</td></tr>");
+        QCOMPARE(appended(writer, row), evenRow + rest);
+        QCOMPARE(appended(writer, row), oddRow + rest);
+        QCOMPARE(appended(writer, row), evenRow + rest);
+    }
+
+    void rowStylesGoOnBeyondTheNumberRange()
+    {
+        pdfWriter writer;
+        for (int row = 0; row < 257; ++row)
+            writer.addRow(QString(), QString());
+        QVERIFY(appended(writer, [&] { writer.addRow(QString(), QString()); }).startsWith(oddRow));
+    }
+
+    void rowStylesGoOnInTheNextSection()
+    {
+        pdfWriter writer;
+        writer.addRow(QString(), QString());
+        writer.endSectionTable();
+        writer.beginSectionTable(QString());
+        QVERIFY(appended(writer, [&] { writer.addRow(QString(), QString()); }).startsWith(oddRow));
+    }
+
+    void rowStylesBeginAnewWithEachDevice()
+    {
+        pdfWriter writer;
+        addDevice(writer, QStringLiteral("One"), 1);
+        const QString second = appended(writer, [&] { addDevice(writer, QStringLiteral("Two"), 2); });
+        QVERIFY(second.contains(evenRow + QLatin1String("Row 1")));
+        QVERIFY(second.contains(oddRow + QLatin1String("Row 2")));
+    }
+
+    void textsAreNotEscaped()
+    {
+        pdfWriter writer;
+        QCOMPARE(appended(writer, [&] { writer.addRow(QStringLiteral("a<b"), QStringLiteral("<i>&\"'")); }),
+                 evenRow + QLatin1String("a<b</td><td class=\"itemInter\"><i>&\"'</td></tr>"));
+    }
+
+    void objectRowIsThatOfSubIndexOne()
+    {
+        pdfWriter writer;
+        // The object's own name is "MCU 1 actual motor values".
+        QCOMPARE(
+            appended(writer, [&] { writer.addObjectRow(0x62E8, 6200); }),
+            evenRow + QLatin1String("MCU 1 actual motor current</td><td class=\"itemInter\">6200</td></tr>"));
+        QCOMPARE(appended(writer, [&] { writer.addObjectRow(0x6040, 36500); }),
+                 oddRow
+                     + QLatin1String("Device actual voltage</td><td class=\"itemInter\">36.50 V</td></tr>"));
+        QCOMPARE(appended(writer, [&] { writer.addObjectRow(0x5FFF, 1); }),
+                 evenRow + QLatin1String("</td><td class=\"itemInter\"></td></tr>"));
+    }
+
+    void errorRegisterKeepsItsLineBreaks()
+    {
+        pdfWriter writer;
+        QCOMPARE(appended(writer, [&] { writer.addErrorRegisterRow(3); }),
+                 evenRow
+                     + QLatin1String("Error register</td><td class=\"itemInter\">Generic error\nCurrent Error"
+                                     "</td></tr>"));
+        QCOMPARE(appended(writer, [&] { writer.addErrorRegisterRow(0); }),
+                 oddRow + QLatin1String("Error register</td><td class=\"itemInter\">No error</td></tr>"));
+    }
+
+    void deviceInformationHasHtmlLineBreaks()
+    {
+        pdfWriter writer;
+        QCOMPARE(appended(writer, [&] { writer.addDeviceInformationRow(0x41000000); }),
+                 evenRow
+                     + QLatin1String("Device information</td><td class=\"itemInter\">"
+                                     "DXC controller supported<br>"
+                                     "Active device<br>"
+                                     "Device changeable by the end-user<br>"
+                                     "Manufacturer-specific functionality supported<br>"
+                                     "Masterless mode supported<br>"
+                                     "CANopen device not in Bootloader mode; application software running"
+                                     "</td></tr>"));
+    }
+
+    void deviceStatusGivesTwoRows()
+    {
+        pdfWriter writer;
+        QCOMPARE(appended(writer, [&] { writer.addDeviceStatusRows((4U << 13) | 0x03); }),
+                 evenRow
+                     + QLatin1String("Device status</td><td class=\"itemInter\">"
+                                     "Current input active Current output active </td></tr>")
+                     + oddRow
+                     + QLatin1String("Draxel FSA state</td><td class=\"itemInter\">Operating</td></tr>"));
+    }
+
+    void batteryStatusGivesItsTextOnly_data()
+    {
+        QTest::addColumn<quint32>("value");
+        QTest::addColumn<QString>("text");
+
+        QTest::newRow("normal") << 0x0C0U << QStringLiteral("Normal Operation");
+        QTest::newRow("other bits") << 0xFFFFF0FFU << QStringLiteral("Normal Operation");
+        QTest::newRow("not active") << 0U << QStringLiteral("specific FSA not active");
+        QTest::newRow("six bits") << 0xFC0U << QStringLiteral("Reserved: 0x3f");
+    }
+
+    void batteryStatusGivesItsTextOnly()
+    {
+        QFETCH(quint32, value);
+        QFETCH(QString, text);
+        pdfWriter writer;
+        QCOMPARE(appended(writer, [&] { writer.addBatteryStatusRow(value); }),
+                 evenRow + QLatin1String("Battery Status</td><td class=\"itemInter\">") + text
+                     + QLatin1String("</td></tr>"));
+    }
+
+    void translatesTwoNamesOnly()
+    {
+        BracketTranslator translator;
+        QVERIFY(QCoreApplication::installTranslator(&translator));
+        pdfWriter writer;
+        QVERIFY(writer.html().contains(QLatin1String(">Draxel Report<")));
+        QVERIFY(appended(writer, [&] {
+                    writer.addDeviceStatusRows(0);
+                }).contains(QLatin1String(">[pdfWriter:Draxel FSA state]<")));
+        QVERIFY(appended(writer, [&] {
+                    writer.addBatteryStatusRow(0);
+                }).contains(QLatin1String(">[pdfWriter:Battery Status]<")));
+        QVERIFY(appended(writer, [&] {
+                    writer.addErrorRegisterRow(0);
+                }).contains(QLatin1String(">Error register<")));
+        QVERIFY(appended(writer, [&] {
+                    writer.addDeviceInformationRow(0);
+                }).contains(QLatin1String(">Device information<")));
+    }
+
+    void writesTwoFiles()
+    {
+        pdfWriter writer;
+        addDevice(writer, QStringLiteral("Sensor unit"), 3);
+        const QString end = appended(writer, [&] { QVERIFY(writer.writeFiles(m_folder->path())); });
+
+        QCOMPARE(end, QStringLiteral("</div></body></html>"));
+        QCOMPARE(writer.errorString(), QString());
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList({QStringLiteral("dx_report.html"), QStringLiteral("dx_report.pdf")}));
+        QCOMPARE(QString::fromUtf8(contentOf(html())), writer.html());
+        const QByteArray document = contentOf(pdf());
+        QVERIFY(document.startsWith("%PDF-"));
+        QVERIFY(document.endsWith("%%EOF\n"));
+    }
+
+    void writesIntoTheHomeFolder()
+    {
+        const QByteArray oldHome = qgetenv("HOME");
+        qputenv("HOME", QFile::encodeName(m_folder->path()));
+        pdfWriter writer;
+        const bool isWritten = writer.writeFiles();
+        const QString path = pdfWriter::pdfPath();
+        qputenv("HOME", oldHome);
+
+        QVERIFY(isWritten);
+        QCOMPARE(path, m_folder->path() + QLatin1String("/dx_report.pdf"));
+        QVERIFY(QFile::exists(html()));
+        QVERIFY(QFile::exists(pdf()));
+    }
+
+    void pageIsA4()
+    {
+        pdfWriter writer;
+        QVERIFY(writer.writeFiles(m_folder->path()));
+        const QByteArray document = contentOf(pdf());
+        const QString text = QString::fromLatin1(document.constData(), document.size());
+        static const QRegularExpression pageSize(
+            QStringLiteral("/MediaBox \\[0 0 595(\\.0+)? 842(\\.0+)?\\]")); // points
+        QVERIFY(text.contains(pageSize));
+    }
+
+    void headAloneIsOnePage()
+    {
+        pdfWriter writer;
+        QVERIFY(writer.writeFiles(m_folder->path()));
+        QCOMPARE(pagesOf(contentOf(pdf())).size(), 1);
+        QCOMPARE(emptyPageCount(contentOf(pdf())), 0);
+    }
+
+    void eachDeviceHasItsOwnPage_data()
+    {
+        QTest::addColumn<int>("deviceCount");
+        QTest::newRow("one") << 1;
+        QTest::newRow("two") << 2;
+        QTest::newRow("seven") << 7;
+    }
+
+    void eachDeviceHasItsOwnPage()
+    {
+        QFETCH(int, deviceCount);
+        pdfWriter writer;
+        for (int device = 0; device < deviceCount; ++device)
+            addDevice(writer, QStringLiteral("Load unit"), 5);
+        QVERIFY(writer.writeFiles(m_folder->path()));
+
+        QCOMPARE(pagesOf(contentOf(pdf())).size(), deviceCount);
+        QCOMPARE(emptyPageCount(contentOf(pdf())), 0);
+    }
+
+    /*! Wherever the end of a table is on its page, and also where the space below it does not fit any more.
+     */
+    void noPageIsEmpty()
+    {
+        int pageCount = 0;
+        for (int rowCount = 20; rowCount < 56; ++rowCount) {
+            pdfWriter writer;
+            addDevice(writer, QStringLiteral("First"), rowCount);
+            addDevice(writer, QStringLiteral("Second"), rowCount);
+            QVERIFY(writer.writeFiles(m_folder->path()));
+            const QByteArray document = contentOf(pdf());
+            QVERIFY2(emptyPageCount(document) == 0, qPrintable(QString::number(rowCount)));
+            QVERIFY(pagesOf(document).size() >= pageCount);
+            pageCount = pagesOf(document).size();
+        }
+        QVERIFY(pageCount >= 4); // the longest tables need two pages each
+    }
+
+    void replacesTheFilesOfTheLastRun()
+    {
+        QVERIFY(writeFile(html(), QByteArray(1'000'000, 'x')));
+        QVERIFY(writeFile(pdf(), QByteArray(1'000'000, 'x')));
+        pdfWriter first;
+        addDevice(first, QStringLiteral("First"), 3);
+        QVERIFY(first.writeFiles(m_folder->path()));
+        pdfWriter second;
+        QVERIFY(second.writeFiles(m_folder->path()));
+
+        QCOMPARE(QString::fromUtf8(contentOf(html())), second.html());
+        QVERIFY(!contentOf(html()).contains("First"));
+        QVERIFY(contentOf(pdf()).startsWith("%PDF-"));
+        QVERIFY(contentOf(pdf()).size() < 1'000'000);
+    }
+
+    void htmlFileIsInTheEncodingOfTheLocale()
+    {
+        pdfWriter writer;
+        writer.addRow(QStringLiteral("Name"), QStringLiteral("25.30 \u00B0C \u7535\u6C60"));
+        QVERIFY(writer.writeFiles(m_folder->path()));
+        QCOMPARE(contentOf(html()), QTextCodec::codecForLocale()->fromUnicode(writer.html()));
+    }
+
+    void unwritableFolderIsReported_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("below a file") << QStringLiteral("file/folder");
+        QTest::newRow("a file") << QStringLiteral("file");
+        QTest::newRow("missing") << QStringLiteral("missing");
+    }
+
+    void unwritableFolderIsReported()
+    {
+        QFETCH(QString, name);
+        QVERIFY(writeFile(m_folder->filePath(QStringLiteral("file")), "content"));
+        pdfWriter writer;
+        QVERIFY(!writer.writeFiles(m_folder->filePath(name)));
+
+        const QString path = m_folder->filePath(name) + QLatin1String("/dx_report.html");
+        QVERIFY2(writer.errorString().startsWith(QLatin1String("The file ") + path
+                                                 + QLatin1String(" cannot be written: ")),
+                 qPrintable(writer.errorString()));
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList({QStringLiteral("file")}));
+        QCOMPARE(contentOf(m_folder->filePath(QStringLiteral("file"))), QByteArray("content"));
+    }
+
+    void successClearsTheError()
+    {
+        pdfWriter writer;
+        QVERIFY(!writer.writeFiles(m_folder->filePath(QStringLiteral("missing"))));
+        QVERIFY(!writer.errorString().isEmpty());
+        QVERIFY(writer.writeFiles(m_folder->path()));
+        QCOMPARE(writer.errorString(), QString());
+    }
+
+    void withoutHtmlFileThereIsNoPdf()
+    {
+        QVERIFY(QDir().mkpath(html())); // a folder stands in the way
+        QVERIFY(writeFile(pdf(), "old"));
+        pdfWriter writer;
+        QVERIFY(!writer.writeFiles(m_folder->path()));
+        QCOMPARE(contentOf(pdf()), QByteArray("old"));
+        QVERIFY(writer.errorString().contains(QLatin1String("dx_report.html")));
+    }
+
+    void withoutPdfFileThereIsHtml()
+    {
+        QVERIFY(QDir().mkpath(pdf()));
+        pdfWriter writer;
+        QVERIFY(!writer.writeFiles(m_folder->path()));
+        QCOMPARE(QString::fromUtf8(contentOf(html())), writer.html());
+        QVERIFY(writer.errorString().contains(QLatin1String("dx_report.pdf")));
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList({QStringLiteral("dx_report.html"), QStringLiteral("dx_report.pdf")}));
+    }
+
+    void readOnlyFolderKeepsOldFiles()
+    {
+        QVERIFY(writeFile(html(), "old html"));
+        QVERIFY(writeFile(pdf(), "old pdf"));
+        QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::ExeOwner));
+        pdfWriter writer;
+#ifdef Q_OS_UNIX
+        // Permissions do not stop root, who therefore writes as nobody.
+        constexpr uid_t nobody = 65534;
+        const bool isRoot = geteuid() == 0;
+        if (isRoot) {
+            QCOMPARE(chown(QFile::encodeName(m_folder->path()).constData(), nobody, nobody), 0);
+            QCOMPARE(seteuid(nobody), 0);
+        }
+#endif
+        const bool isWritten = writer.writeFiles(m_folder->path());
+#ifdef Q_OS_UNIX
+        if (isRoot)
+            QCOMPARE(seteuid(0), 0);
+#endif
+        QVERIFY(
+            QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+
+        QVERIFY(!isWritten);
+        QCOMPARE(contentOf(html()), QByteArray("old html"));
+        QCOMPARE(contentOf(pdf()), QByteArray("old pdf"));
+    }
+
+#ifdef Q_OS_UNIX
+    void fullDiskKeepsOldFiles_data()
+    {
+        QTest::addColumn<int>("rowCount");
+        QTest::addColumn<int>("space"); // bytes
+
+        QTest::newRow("noticed while writing") << 400 << 16'384;
+        QTest::newRow("noticed at the end") << 1 << 1'024;
+    }
+
+    void fullDiskKeepsOldFiles()
+    {
+        QFETCH(int, rowCount);
+        QFETCH(int, space);
+        QVERIFY(writeFile(html(), "old html"));
+        QVERIFY(writeFile(pdf(), "old pdf"));
+        pdfWriter writer;
+        addDevice(writer, QStringLiteral("Battery Pack"), rowCount);
+        bool isWritten = true;
+        {
+            const FileSizeLimit limit(static_cast<rlim_t>(space));
+            isWritten = writer.writeFiles(m_folder->path());
+        }
+
+        QVERIFY(writer.html().size() > space);
+        QVERIFY(!isWritten);
+        QVERIFY(writer.errorString().contains(QLatin1String("dx_report.html")));
+        QCOMPARE(contentOf(html()), QByteArray("old html"));
+        QCOMPARE(contentOf(pdf()), QByteArray("old pdf"));
+        QCOMPARE(
+            QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(),
+            2);
+    }
+
+    void diskThatIsFullAfterTheHtmlKeepsOldPdf()
+    {
+        QVERIFY(writeFile(pdf(), "old pdf"));
+        pdfWriter writer;
+        addDevice(writer, QStringLiteral("Battery Pack"), 3);
+        bool isWritten = true;
+        {
+            const FileSizeLimit limit(8'192); // more than the HTML and less than a PDF with its fonts
+            isWritten = writer.writeFiles(m_folder->path());
+        }
+
+        QVERIFY(!isWritten);
+        QCOMPARE(QString::fromUtf8(contentOf(html())), writer.html());
+        QCOMPARE(contentOf(pdf()), QByteArray("old pdf"));
+        QCOMPARE(writer.errorString(),
+                 QStringLiteral(
+                     "The file %1 cannot be written: printing broke off, perhaps because the disk is full.")
+                     .arg(pdf()));
+        QCOMPARE(
+            QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(),
+            2);
+    }
+#endif
+
+private:
+    QString html() const
+    {
+        return m_folder->filePath(QStringLiteral("dx_report.html"));
+    }
+    QString pdf() const
+    {
+        return m_folder->filePath(QStringLiteral("dx_report.pdf"));
+    }
+
+    QScopedPointer<QTemporaryDir> m_folder;
+};
+
+QTEST_MAIN(tst_PdfWriter)
+#include "tst_pdfwriter.moc"
