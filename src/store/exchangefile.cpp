@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "exchangefile.h"
 
+#include "exchangescanner.h"
 #include "markupguard.h"
 #include "nodestore.h"
 
@@ -216,7 +217,12 @@ QString exportToText(const NodeStore &store, const QDateTime &date)
     return text;
 }
 
-bool importFrom(const QString &text, NodeStore &store, int chunkSize)
+bool importFrom(const QString &text, NodeStore &store)
+{
+    return importAsWritten(text, store) || importByParser(text, store);
+}
+
+bool importByParser(const QString &text, NodeStore &store, int chunkSize)
 {
     store.clear();
     store.clearNodeList();

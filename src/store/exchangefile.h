@@ -34,10 +34,13 @@ QString exportToText(const NodeStore &store, const QDateTime &date);
  *  no use for them. So are tags with more than 32 attributes, more than 256 levels of elements and more than
  *  256 namespaces.
  *
- *  The result does not depend on \a chunkSize, which has to be positive. Returns whether the text was read to
- *  its end; the store has what was read in either case.
+ *  Returns whether the text was read to its end; the store has what was read in either case. A file that is
+ *  written as exportToText() writes it needs no parser, see exchangescanner.h.
  */
-bool importFrom(const QString &text, NodeStore &store, int chunkSize = exchangeChunkSize);
+bool importFrom(const QString &text, NodeStore &store);
+
+/*! The same, always by the XML parser. The result does not depend on \a chunkSize, which has to be positive. */
+bool importByParser(const QString &text, NodeStore &store, int chunkSize = exchangeChunkSize);
 
 /*! Says in words why \a text is not a good exchange file, with line and column; empty when it is one.
  *

@@ -410,10 +410,10 @@ void tst_ExchangeFile::chunksGiveTheSameResult()
     }
     const QString text = exportToText(store, someDate);
     NodeStore whole;
-    QVERIFY(importFrom(text, whole, text.size()));
+    QVERIFY(importByParser(text, whole, text.size()));
     for (int size = 1; size < 200; ++size) {
         NodeStore pieces;
-        QVERIFY(importFrom(text, pieces, size));
+        QVERIFY(importByParser(text, pieces, size));
         QCOMPARE(pieces.nodeList(), whole.nodeList());
         QCOMPARE(contents(pieces), contents(whole));
     }
@@ -426,7 +426,7 @@ void tst_ExchangeFile::surrogatePairsAreNotSplit()
     const QString text = QStringLiteral("<a>%1<node nodeid=\"3\" x=\"%1\"/>%1</a>").arg(face.repeated(10));
     for (int size = 1; size < 60; ++size) {
         NodeStore store;
-        QVERIFY(importFrom(text, store, size));
+        QVERIFY(importByParser(text, store, size));
         QCOMPARE(store.nodeList(), (QList<quint8>{3, 0}));
     }
 }
@@ -442,7 +442,7 @@ void tst_ExchangeFile::documentTypeInsideTheDocumentIsAnError()
     const QString text = QStringLiteral("<a><node nodeid=\"3\"/><!DOCTYPE a><node nodeid=\"4\"/></a>");
     for (const int size : {1, 1000}) {
         NodeStore store;
-        QVERIFY(!importFrom(text, store, size));
+        QVERIFY(!importByParser(text, store, size));
         QCOMPARE(store.nodeList(), (QList<quint8>{3, 0}));
     }
     QVERIFY(!exchangeProblem(text).isEmpty());

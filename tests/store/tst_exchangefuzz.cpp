@@ -164,7 +164,7 @@ void tst_ExchangeFuzz::piecesGiveWhatOnePieceGives()
         const int sizes[] = {1, 2, 3, 7, 64, 1 + static_cast<int>(random() % 500), exchangeChunkSize};
         for (const int size : sizes) {
             NodeStore store;
-            importFrom(text, store, size);
+            importByParser(text, store, size);
             if (contents(store) != contents(expected)) {
                 qWarning() << "pieces of" << size << "of" << text;
                 QCOMPARE(contents(store), contents(expected));
