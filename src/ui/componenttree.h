@@ -3,6 +3,11 @@
 
 #include <interface/nmtsender.h>
 
+#include <QHash>
+#include <QIcon>
+
+#include <memory>
+
 class DataReader;
 class QTreeWidget;
 class QTreeWidgetItem;
@@ -33,7 +38,9 @@ public:
     void showNmtState(quint8 nodeId, NmtSender::NmtState state);
 
 private:
-    void addRow(const Component &component);
+    std::unique_ptr<QTreeWidgetItem> makeRow(const Component &component);
+    QIcon iconOf(const Component &component);
 
     QTreeWidget &m_tree;
+    QHash<const char *, QIcon> m_icons; // by their resource
 };
