@@ -2,13 +2,14 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 
 #include <chrono>
-
-class QSocketNotifier;
-class QTimer;
+#include <memory>
 
 namespace Simulator {
+
+class PreciseAlarm;
 
 /*! Wakes the event loop at an absolute time, to some ten microseconds on Linux and to a millisecond
  *  elsewhere.
@@ -33,11 +34,8 @@ signals:
     void ringing();
 
 private:
-    void ring();
-
-    int m_descriptor = -1; // timerfd; -1 where there is none
-    QSocketNotifier *m_notifier = nullptr;
-    QTimer *m_timer = nullptr;
+    std::unique_ptr<PreciseAlarm> m_precise; // null where the platform has none
+    QTimer m_timer;                          // in its place then
 };
 
 } // namespace Simulator
