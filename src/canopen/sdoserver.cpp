@@ -146,7 +146,7 @@ QVector<QByteArray> SdoServer::uploadSegment(const QByteArray &request)
     if (sdoToggleOf(request) != m_toggle)
         return abort(m_key, SdoAbort::ToggleBitNotAlternated);
 
-    const QByteArray data = m_data.mid(m_position, sdoSegmentSize);
+    const QByteArray data = m_data.mid(m_position, m_segmentSize);
     m_position += data.size();
     const bool isLast = m_position >= m_data.size();
     const QByteArray response = makeSdoUploadSegmentResponse(m_toggle, isLast, data);

@@ -29,6 +29,9 @@ public:
     /*! Whether uploads go in segments even where one frame could hold the value; not so at first. */
     void setSegmented(bool segmented) { m_isSegmented = segmented; }
 
+    /*! Data bytes in a segment of an upload, 1 to 7; 7 at first. */
+    void setSegmentSize(int bytes) { m_segmentSize = bytes; }
+
     /*! Drops a transfer that is under way, as a reset of the node does. */
     void reset();
 
@@ -55,6 +58,7 @@ private:
     ObjectDictionary *m_dictionary;
 
     bool m_isSegmented = false;
+    int m_segmentSize = 7;
     Transfer m_transfer = Transfer::None;
     ObjectKey m_key;
     QByteArray m_data;     // of the upload, as it was when it began; or what the download has brought so far

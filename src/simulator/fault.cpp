@@ -14,122 +14,194 @@ namespace Simulator {
 
 namespace {
 
+using CanOpen::ObjectKey;
+
+// ---------------------------------------------------------------------- how a number gets into its field
+
+void assign(int *field, qint64 number)
+{
+    *field = static_cast<int>(number);
+}
+
+void assign(quint32 *field, qint64 number)
+{
+    *field = static_cast<quint32>(number);
+}
+
+void assign(bool *field, qint64 number)
+{
+    *field = number != 0;
+}
+
+void assign(std::chrono::milliseconds *field, qint64 number)
+{
+    *field = std::chrono::milliseconds(number);
+}
+
+/*! -1 stands for "as is right". */
+template<typename Value>
+void assign(std::optional<Value> *field, qint64 number)
+{
+    *field = number < 0 ? std::nullopt : std::optional<Value>(static_cast<Value>(number));
+}
+
+template<typename Kind, typename Value>
+Kind kindOfMember(Value Kind::*);
+
+template<auto member>
+void setMember(Fault *fault, qint64 number)
+{
+    assign(&(std::get<decltype(kindOfMember(member))>(*fault).*member), number);
+}
+
+template<typename Kind>
+Fault makeFault()
+{
+    return Kind();
+}
+
+template<typename Kind>
+void setObject(Fault *fault, ObjectKey object)
+{
+    std::get<Kind>(*fault).object = object;
+}
+
+// ---------------------------------------------------------------------- the table
+
+enum class Place { Node, Bus, Both };
+
 struct Parameter
 {
     const char *name = nullptr; // null: none
-    qint64 Fault::*member = nullptr;
+    void (*set)(Fault *fault, qint64 number) = nullptr;
     qint64 lowest = 0;
     qint64 highest = 0;
 };
 
-enum class Place { Node, Bus, Both };
-enum class Objects { No, Yes };
-
-constexpr int mostParameters = 5;
+using Parameters = std::array<Parameter, 5>;
 
 struct FaultInfo
 {
-    FaultKind kind;
     const char *name;
     Place place;
-    Objects objects; // whether an object may be named
-    std::array<Parameter, mostParameters> parameters;
+    std::size_t kind;
+    Fault (*make)();
+    void (*setObject)(Fault *fault, ObjectKey object); // null when no object may be named
+    Parameters parameters;
 };
+
+template<auto member>
+constexpr Parameter number(const char *name, qint64 lowest, qint64 highest)
+{
+    return {name, &setMember<member>, lowest, highest};
+}
+
+template<auto member>
+constexpr Parameter flag(const char *name)
+{
+    return number<member>(name, 0, 1);
+}
+
+template<typename Kind>
+constexpr FaultInfo row(const char *name, Place place, Parameters parameters = {})
+{
+    void (*objectSetter)(Fault *, ObjectKey) = nullptr;
+    if constexpr (std::is_base_of_v<Faults::OfObject, Kind>)
+        objectSetter = &setObject<Kind>;
+    return {name, place, faultKind<Kind>(), &makeFault<Kind>, objectSetter, parameters};
+}
 
 constexpr qint64 million = 1000000;
-constexpr qint64 highestCode = 0xFFFFFFFF;
+constexpr qint64 most32Bits = 0xFFFFFFFF;
 
-constexpr Parameter from{"from", &Fault::from, 1, million};
-constexpr Parameter every{"every", &Fault::every, 1, million};
-constexpr Parameter code{"code", &Fault::code, 0, highestCode};
+using namespace Faults; // the names of the kinds
 
 constexpr FaultInfo faults[] = {
-    {FaultKind::Silent, "silent", Place::Node, Objects::No, {}},
-    {FaultKind::NoBootUp, "noBootUp", Place::Node, Objects::No, {}},
-    {FaultKind::NoHeartbeat, "noHeartbeat", Place::Node, Objects::No, {}},
-    {FaultKind::BabbleHeartbeat,
-     "babbleHeartbeat",
-     Place::Node,
-     Objects::No,
-     {Parameter{"intervalMs", &Fault::intervalMs, 1, million}}},
-    {FaultKind::HeartbeatTopBit, "heartbeatTopBit", Place::Node, Objects::No, {}},
-    {FaultKind::HeartbeatLength,
-     "heartbeatLength",
-     Place::Node,
-     Objects::No,
-     {Parameter{"length", &Fault::length, 0, 8}}},
-    {FaultKind::HeartbeatRemote, "heartbeatRemote", Place::Node, Objects::No, {}},
-    {FaultKind::Stopped, "stopped", Place::Node, Objects::No, {}},
-    {FaultKind::SdoSilent, "sdoSilent", Place::Node, Objects::Yes, {from}},
-    {FaultKind::SdoDelay, "sdoDelay", Place::Node, Objects::Yes, {Parameter{"ms", &Fault::ms, 0, million}}},
-    {FaultKind::SdoAbort, "sdoAbort", Place::Node, Objects::Yes, {code}},
-    {FaultKind::AbortMidTransfer,
-     "abortMidTransfer",
-     Place::Node,
-     Objects::Yes,
-     {code, Parameter{"afterSegments", &Fault::afterSegments, 0, million}}},
-    {FaultKind::WrongToggle,
-     "wrongToggle",
-     Place::Node,
-     Objects::Yes,
-     {Parameter{"segment", &Fault::segment, 0, million}}},
-    {FaultKind::WrongMultiplexer, "wrongMultiplexer", Place::Node, Objects::Yes, {}},
-    {FaultKind::SizeBits,
-     "sizeBits",
-     Place::Node,
-     Objects::Yes,
-     {Parameter{"expedited", &Fault::expedited, -1, 1},
-      Parameter{"sizeIndicated", &Fault::sizeIndicated, -1, 1}, Parameter{"unused", &Fault::unused, -1, 3},
-      Parameter{"size", &Fault::size, -1, highestCode}, Parameter{"lastUnused", &Fault::lastUnused, -1, 7}}},
-    {FaultKind::Segmented, "segmented", Place::Node, Objects::Yes, {}},
-    {FaultKind::WrongWidth,
-     "wrongWidth",
-     Place::Node,
-     Objects::Yes,
-     {Parameter{"bytes", &Fault::bytes, 0, 64}}},
-    {FaultKind::DoubleAnswers,
-     "doubleAnswers",
-     Place::Node,
-     Objects::Yes,
-     {Parameter{"count", &Fault::count, 1, 10}}},
-    {FaultKind::LateAnswers, "lateAnswers", Place::Node, Objects::Yes, {every}},
-    {FaultKind::HalfOpen, "halfOpen", Place::Node, Objects::Yes, {from}},
-    {FaultKind::BabbleSdo,
-     "babbleSdo",
-     Place::Node,
-     Objects::No,
-     {Parameter{"perSecond", &Fault::perSecond, 1, 100000}}},
-    {FaultKind::ForeignClient, "foreignClient", Place::Node, Objects::Yes, {every}},
-    {FaultKind::DropFrames, "dropFrames", Place::Node, Objects::No, {every}},
-    {FaultKind::Traffic,
-     "traffic",
-     Place::Both,
-     Objects::No,
-     {Parameter{"percent", &Fault::percent, 1, 100}}},
-    {FaultKind::BusLoss,
-     "busLoss",
-     Place::Bus,
-     Objects::No,
-     {Parameter{"afterFrames", &Fault::afterFrames, 0, 1000000000}, Parameter{"drop", &Fault::drop, 0, 1}}},
+    row<Silent>("silent", Place::Node, {number<&Silent::from>("from", 0, million)}),
+    row<NoBootUp>("noBootUp", Place::Node),
+    row<NoHeartbeat>("noHeartbeat", Place::Node),
+    row<BabbleHeartbeat>("babbleHeartbeat", Place::Node,
+                         {number<&BabbleHeartbeat::interval>("intervalMs", 1, million)}),
+    row<HeartbeatTopBit>("heartbeatTopBit", Place::Node),
+    row<HeartbeatLength>("heartbeatLength", Place::Node, {number<&HeartbeatLength::length>("length", 0, 8)}),
+    row<HeartbeatRemote>("heartbeatRemote", Place::Node),
+    row<Stopped>("stopped", Place::Node),
+    row<Restarts>(
+        "restarts", Place::Node,
+        {number<&Restarts::interval>("intervalMs", 10, million), flag<&Restarts::random>("random")}),
+    row<SdoSilent>("sdoSilent", Place::Node, {number<&SdoSilent::from>("from", 1, million)}),
+    row<SdoDelay>("sdoDelay", Place::Node, {number<&SdoDelay::delay>("ms", 0, million)}),
+    row<SdoAbort>("sdoAbort", Place::Node, {number<&SdoAbort::code>("code", 0, most32Bits)}),
+    row<AbortMidTransfer>("abortMidTransfer", Place::Node,
+                          {number<&AbortMidTransfer::code>("code", 0, most32Bits),
+                           number<&AbortMidTransfer::afterSegments>("afterSegments", 0, million)}),
+    row<WrongToggle>("wrongToggle", Place::Node, {number<&WrongToggle::segment>("segment", 0, million)}),
+    row<WrongMultiplexer>("wrongMultiplexer", Place::Node),
+    row<SizeBits>("sizeBits", Place::Node,
+                  {number<&SizeBits::expedited>("expedited", -1, 1),
+                   number<&SizeBits::sizeIndicated>("sizeIndicated", -1, 1),
+                   number<&SizeBits::unused>("unused", -1, 3),
+                   number<&SizeBits::size>("size", -1, most32Bits),
+                   number<&SizeBits::lastUnused>("lastUnused", -1, 7)}),
+    row<Segmented>(
+        "segmented", Place::Node,
+        {flag<&Segmented::announcesSize>("announcesSize"), number<&Segmented::bytes>("bytes", 1, 7)}),
+    row<Endless>("endless", Place::Node, {number<&Endless::bytes>("bytes", 0, 7)}),
+    row<WrongWidth>("wrongWidth", Place::Node, {number<&WrongWidth::bytes>("bytes", 0, 64)}),
+    row<BlockUpload>("blockUpload", Place::Node,
+                     {flag<&BlockUpload::wrongCrc>("wrongCrc"),
+                      number<&BlockUpload::lostSegment>("lostSegment", 0, 127),
+                      number<&BlockUpload::wrongSequence>("wrongSequence", 0, 127)}),
+    row<DoubleAnswers>("doubleAnswers", Place::Node, {number<&DoubleAnswers::count>("count", 1, 10)}),
+    row<LateCopies>(
+        "lateCopies", Place::Node,
+        {number<&LateCopies::count>("count", 1, 10), number<&LateCopies::within>("withinMs", 0, million)}),
+    row<LateAnswers>("lateAnswers", Place::Node, {number<&LateAnswers::every>("every", 1, million)}),
+    row<HalfOpen>("halfOpen", Place::Node, {number<&HalfOpen::from>("from", 1, million)}),
+    row<BabbleSdo>(
+        "babbleSdo", Place::Node,
+        {number<&BabbleSdo::perSecond>("perSecond", 1, 100000), flag<&BabbleSdo::segments>("segments")}),
+    row<ForeignClient>("foreignClient", Place::Node, {number<&ForeignClient::every>("every", 1, million)}),
+    row<AbandoningClient>("abandoningClient", Place::Node,
+                          {number<&AbandoningClient::interval>("intervalMs", 1, million)}),
+    row<DropFrames>("dropFrames", Place::Node, {number<&DropFrames::every>("every", 1, million)}),
+    row<Traffic>("traffic", Place::Both, {number<&Traffic::percent>("percent", 1, 100)}),
+    row<Flood>("flood", Place::Both, {number<&Flood::perSecond>("perSecond", 1, 100000)}),
+    row<Faults::BusLoss>("busLoss", Place::Bus,
+                         {number<&Faults::BusLoss::afterFrames>("afterFrames", 0, 1000000000),
+                          flag<&Faults::BusLoss::drop>("drop")}),
 };
-static_assert(sizeof(faults) / sizeof(faults[0]) == static_cast<std::size_t>(FaultKind::BusLoss) + 1,
-              "one row per kind");
+static_assert(sizeof(faults) / sizeof(faults[0]) == std::variant_size_v<Fault>, "one row per kind");
 
 constexpr bool isInOrder()
 {
-    int place = 0;
+    std::size_t place = 0;
     for (const FaultInfo &info : faults) {
-        if (static_cast<int>(info.kind) != place++)
+        if (info.kind != place++)
             return false;
     }
     return true;
 }
 static_assert(isInOrder(), "a kind is the place of its row");
 
-const FaultInfo &infoOf(FaultKind kind)
+const FaultInfo *findInfo(const QString &name)
 {
-    return faults[static_cast<std::size_t>(kind)];
+    const auto found = std::find_if(std::begin(faults), std::end(faults), [&name](const FaultInfo &info) {
+        return name == QLatin1String(info.name);
+    });
+    return found != std::end(faults) ? found : nullptr;
 }
+
+const Parameter *findParameter(const FaultInfo &info, const QString &name)
+{
+    for (const Parameter &parameter : info.parameters) {
+        if (parameter.name != nullptr && name == QLatin1String(parameter.name))
+            return &parameter;
+    }
+    return nullptr;
+}
+
+// ---------------------------------------------------------------------- JSON
 
 /*! A whole number in JSON, or a text like "0x06090011" as abort codes are written. */
 std::optional<qint64> wholeNumber(const QJsonValue &value)
@@ -147,31 +219,51 @@ std::optional<qint64> wholeNumber(const QJsonValue &value)
     return static_cast<qint64>(number);
 }
 
+/*! Reads one key of a fault; false with the reason in \a problem. */
+bool readKey(const FaultInfo &info, const QString &key, const QJsonValue &value, Fault *fault,
+             QString *problem)
+{
+    if (key == QLatin1String("object") && info.setObject != nullptr) {
+        const std::optional<ObjectKey> object = parseObjectKey(value.toString());
+        if (object)
+            info.setObject(fault, *object);
+        else
+            *problem = QStringLiteral("object: \"%1\" is no object such as \"6164sub2\"")
+                           .arg(value.toString().left(80));
+        return object.has_value();
+    }
+    const Parameter *parameter = findParameter(info, key);
+    if (parameter == nullptr) {
+        *problem = QStringLiteral("%1: not known for \"%2\"").arg(key.left(80), QLatin1String(info.name));
+        return false;
+    }
+    const std::optional<qint64> number = wholeNumber(value);
+    if (!number || *number < parameter->lowest || *number > parameter->highest) {
+        *problem = QStringLiteral("%1: no whole number from %2 to %3")
+                       .arg(key)
+                       .arg(parameter->lowest)
+                       .arg(parameter->highest);
+        return false;
+    }
+    parameter->set(fault, *number);
+    return true;
+}
+
 } // namespace
 
-Fault makeFault(FaultKind kind)
+QString faultName(const Fault &fault)
 {
-    Fault fault;
-    fault.kind = kind;
-    // With every answer late a client never gets one in time.
-    if (kind == FaultKind::LateAnswers || kind == FaultKind::DropFrames)
-        fault.every = 2;
-    return fault;
+    return QLatin1String(faults[fault.index()].name);
 }
 
-QString faultName(FaultKind kind)
+bool isBusFault(const Fault &fault)
 {
-    return QLatin1String(infoOf(kind).name);
+    return faults[fault.index()].place != Place::Node;
 }
 
-bool isBusFault(FaultKind kind)
+bool isNodeFault(const Fault &fault)
 {
-    return infoOf(kind).place != Place::Node;
-}
-
-bool isNodeFault(FaultKind kind)
-{
-    return infoOf(kind).place != Place::Bus;
+    return faults[fault.index()].place != Place::Bus;
 }
 
 QStringList faultNames()
@@ -182,12 +274,15 @@ QStringList faultNames()
     return names;
 }
 
-QStringList faultParameters(FaultKind kind)
+QStringList faultParameters(const QString &name)
 {
     QStringList names;
-    if (infoOf(kind).objects == Objects::Yes)
+    const FaultInfo *info = findInfo(name);
+    if (info == nullptr)
+        return names;
+    if (info->setObject != nullptr)
         names.append(QStringLiteral("object"));
-    for (const Parameter &parameter : infoOf(kind).parameters) {
+    for (const Parameter &parameter : info->parameters) {
         if (parameter.name != nullptr)
             names.append(QLatin1String(parameter.name));
     }
@@ -196,42 +291,18 @@ QStringList faultParameters(FaultKind kind)
 
 std::optional<Fault> parseFault(const QJsonObject &json, QString *errorMessage)
 {
-    const auto fail = [errorMessage](const QString &problem) {
-        *errorMessage = problem;
+    const QLatin1String kindKey("kind");
+    const QString name = json.value(kindKey).toString();
+    const FaultInfo *info = findInfo(name);
+    if (info == nullptr) {
+        *errorMessage = QStringLiteral("kind: \"%1\" is none of %2")
+                            .arg(name.left(80), faultNames().join(QLatin1String(", ")));
         return std::nullopt;
-    };
-    const QString name = json.value(QLatin1String("kind")).toString();
-    const int place = faultNames().indexOf(name);
-    if (place < 0)
-        return fail(QStringLiteral("kind: \"%1\" is none of %2")
-                        .arg(name.left(80), faultNames().join(QLatin1String(", "))));
-    const FaultInfo &info = faults[place];
-    Fault fault = makeFault(info.kind);
-
+    }
+    Fault fault = info->make();
     for (auto field = json.constBegin(); field != json.constEnd(); ++field) {
-        const QString key = field.key();
-        if (key == QLatin1String("kind"))
-            continue;
-        if (key == QLatin1String("object") && info.objects == Objects::Yes) {
-            fault.object = parseObjectKey(field.value().toString());
-            if (!fault.object)
-                return fail(QStringLiteral("object: \"%1\" is no object such as \"6164sub2\"")
-                                .arg(field.value().toString().left(80)));
-            continue;
-        }
-        const auto parameter = std::find_if(
-            info.parameters.begin(), info.parameters.end(), [&key](const Parameter &candidate) {
-                return candidate.name != nullptr && key == QLatin1String(candidate.name);
-            });
-        if (parameter == info.parameters.end())
-            return fail(QStringLiteral("%1: not known for \"%2\"").arg(key.left(80), name));
-        const std::optional<qint64> number = wholeNumber(field.value());
-        if (!number || *number < parameter->lowest || *number > parameter->highest)
-            return fail(QStringLiteral("%1: no whole number from %2 to %3")
-                            .arg(key)
-                            .arg(parameter->lowest)
-                            .arg(parameter->highest));
-        fault.*parameter->member = *number;
+        if (field.key() != kindKey && !readKey(*info, field.key(), field.value(), &fault, errorMessage))
+            return std::nullopt;
     }
     return fault;
 }

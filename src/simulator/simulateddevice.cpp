@@ -185,11 +185,10 @@ void SimulatedCanDevice::orderFault(const QByteArray &json)
     const std::optional<Fault> fault = parseFault(object, &problem);
     if (!fault) {
         setError(problem, ConfigurationError);
-    } else if (fault->kind == FaultKind::BusLoss) {
-        m_bus->loseAfter(static_cast<quint64>(fault->afterFrames),
-                         fault->drop != 0 ? BusLoss::Disconnected : BusLoss::Unplugged);
+    } else if (const auto *loss = std::get_if<Faults::BusLoss>(&*fault)) {
+        m_segment->orderLoss(*loss);
     } else if (nodeId < 0 || nodeId > 127 || !vehicle.addFault(static_cast<quint8>(nodeId), *fault)) {
-        setError(tr("There is no node %1 for the fault \"%2\"").arg(nodeId).arg(faultName(fault->kind)),
+        setError(tr("There is no node %1 for the fault \"%2\"").arg(nodeId).arg(faultName(*fault)),
                  ConfigurationError);
     }
 }

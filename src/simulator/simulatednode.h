@@ -2,21 +2,22 @@
 #pragma once
 
 #include "agenda.h"
+#include "babblesource.h"
+#include "faultlist.h"
+#include "faultysdoserver.h"
 #include "vehicledescription.h"
 
 #include <canopen/nmt.h>
-#include <canopen/sdoserver.h>
 
 #include <QCanBusFrame>
 #include <QVector>
 
 #include <functional>
-#include <optional>
-#include <random>
 
 namespace Simulator {
 
-/*! One CANopen device: boot-up, heartbeat, NMT state machine, SDO server (CiA 301), and the faults ordered.
+/*! One CANopen device: boot-up, heartbeat, NMT state machine, and the object dictionary with its moving values
+ *  (CiA 301). What it does wrong is the business of FaultySdoServer and BabbleSource, but for the heartbeat.
  */
 class SimulatedNode
 {
@@ -48,67 +49,43 @@ public:
     void handleSdo(const QCanBusFrame &frame);
 
     void addFault(const Fault &fault);
-    void removeFaults(FaultKind kind);
+    /*! \a kind is the place in Fault, as faultKind() tells. */
+    void removeFaults(std::size_t kind);
     void clearFaults();
-    const QVector<Fault> &faults() const { return m_faults; }
 
 private:
-    using Frames = QVector<QCanBusFrame>;
-
+    BabbleSource::Node babbleActions();
     void boot();
     void restoreDictionary(quint16 firstIndex, quint16 lastIndex);
     void enterFirstState();
+    bool isSilent() const;
     void transmit(const QCanBusFrame &frame);
-    void transmit(const Frames &frames);
-
-    const Fault *findFault(FaultKind kind) const;
-    const Fault *findSdoFault(FaultKind kind) const;
+    void transmitLater(const QCanBusFrame &frame, std::chrono::milliseconds delay);
 
     void scheduleHeartbeat();
+    void followHeartbeatTime();
     void sendHeartbeat();
     QCanBusFrame heartbeatFrame() const;
 
     void refreshValue(CanOpen::ObjectKey key);
-    void followHeartbeatTime();
-    Frames answers(const QCanBusFrame &request, bool initiates);
-    Frames serverAnswers(const QCanBusFrame &request, bool initiates);
-    void distort(Frames &frames) const;
-    void distortSize(const Fault &fault, QByteArray &payload) const;
-    void sendAnswers(Frames frames);
-    Frames foreignTransfer();
-    CanOpen::ObjectKey foreignObject(const Fault &fault);
-    QCanBusFrame abortFrame(quint32 code) const;
-
-    void startJob(const Fault &fault);
-    void sendBabble();
-    void sendTraffic();
+    void serveAbandoningClient(const Faults::AbandoningClient &fault);
 
     NodeDescription m_description;
-    int m_bitRate;
     Agenda *m_agenda;
     Clock m_clock;
     Sender m_sender;
 
     CanOpen::ObjectDictionary m_dictionary;
-    CanOpen::SdoServer m_server;
-    CanOpen::SdoServer m_foreignServer; // the same dictionary, for another client's transfers
+    FaultList m_faults;
+    FaultySdoServer m_server;
+    BabbleSource m_babble;
     CanOpen::NmtState m_state = CanOpen::NmtState::BootUp;
     bool m_isRunning = false;
     qint64 m_startTime = 0;      // of the behaviours
     quint32 m_session = 0;       // counts starts, so that what was planned before a reset stays undone
     quint64 m_heartbeatJob = 0;  // 0: no heartbeat
     quint16 m_heartbeatTime = 0; // ms
-
-    QVector<Fault> m_faults;
-    QVector<quint64> m_jobs; // of the faults that send by themselves
-    qint64 m_requests = 0;   // SDO requests since the faults were last changed
-    qint64 m_segments = 0;   // segments of the transfer
     qint64 m_framesSent = 0;
-    CanOpen::ObjectKey m_object; // of the transfer
-    bool m_isHalfOpen = false;
-    Frames m_lateAnswers;
-    int m_foreignTransfers = 0;
-    std::minstd_rand m_random;
 };
 
 } // namespace Simulator

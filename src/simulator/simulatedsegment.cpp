@@ -32,9 +32,8 @@ SimulatedSegment::SimulatedSegment(const VehicleDescription &description, int bi
     , m_vehicleOnBus(&m_vehicle, m_bus.get())
 {
     for (const Fault &fault : description.faults) {
-        if (fault.kind == FaultKind::BusLoss)
-            m_bus->loseAfter(static_cast<quint64>(fault.afterFrames),
-                             fault.drop != 0 ? BusLoss::Disconnected : BusLoss::Unplugged);
+        if (const auto *loss = std::get_if<Faults::BusLoss>(&fault))
+            orderLoss(*loss);
     }
     m_vehicle.start();
 }
@@ -42,6 +41,12 @@ SimulatedSegment::SimulatedSegment(const VehicleDescription &description, int bi
 SimulatedSegment::~SimulatedSegment()
 {
     m_vehicle.stop();
+}
+
+void SimulatedSegment::orderLoss(const Faults::BusLoss &fault)
+{
+    m_bus->loseAfter(static_cast<quint64>(fault.afterFrames),
+                     fault.drop ? BusLoss::Disconnected : BusLoss::Unplugged);
 }
 
 std::shared_ptr<SimulatedSegment> SimulatedSegment::join(const QString &interfaceName, int bitRate,

@@ -28,6 +28,9 @@ public:
     static std::shared_ptr<SimulatedSegment> join(const QString &interfaceName, int bitRate,
                                                   QString *errorMessage);
 
+    /*! Loses the bus as \a fault says. */
+    void orderLoss(const Faults::BusLoss &fault);
+
     const std::shared_ptr<SimulatedBus> &bus() const { return m_bus; }
     Vehicle &vehicle() { return m_vehicle; }
 

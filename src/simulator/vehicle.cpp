@@ -133,15 +133,15 @@ QVector<quint8> Vehicle::nodeIds() const
 bool Vehicle::addFault(quint8 nodeId, const Fault &fault)
 {
     SimulatedNode *target
-        = nodeId == 0 && isBusFault(fault.kind) && !m_nodes.empty() ? m_nodes.front().get() : node(nodeId);
-    if (target == nullptr || !isNodeFault(fault.kind))
+        = nodeId == 0 && isBusFault(fault) && !m_nodes.empty() ? m_nodes.front().get() : node(nodeId);
+    if (target == nullptr || !isNodeFault(fault))
         return false;
     target->addFault(fault);
     armTimer();
     return true;
 }
 
-void Vehicle::removeFaults(quint8 nodeId, FaultKind kind)
+void Vehicle::removeFaults(quint8 nodeId, std::size_t kind)
 {
     for (const auto &node : m_nodes) {
         if (nodeId == 0 || nodeId == node->id())

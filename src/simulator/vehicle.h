@@ -65,8 +65,13 @@ public:
      *  fault of the whole bus; traffic is then sent by the first node.
      */
     bool addFault(quint8 nodeId, const Fault &fault);
-    /*! Switches all faults of a kind off, of one node or (0) of all. */
-    void removeFaults(quint8 nodeId, FaultKind kind);
+    /*! Switches all faults of a kind off, of one node or (0) of all; the kind is its place in Fault. */
+    void removeFaults(quint8 nodeId, std::size_t kind);
+    template<typename Kind>
+    void removeFaults(quint8 nodeId)
+    {
+        removeFaults(nodeId, faultKind<Kind>());
+    }
     void clearFaults();
 
 private:

@@ -153,11 +153,10 @@ bool VehicleReader::readFaults(const QJsonObject &json, const QString &place, QV
         if (!fault)
             return fail(here + QLatin1Char('.') + problem.section(QLatin1Char(':'), 0, 0),
                         problem.section(QLatin1Char(':'), 1).trimmed());
-        if (isBus ? !isBusFault(fault->kind) : !isNodeFault(fault->kind))
-            return fail(
-                here + QStringLiteral(".kind"),
-                isBus ? QStringLiteral("\"%1\" is a fault of a node").arg(faultName(fault->kind))
-                      : QStringLiteral("\"%1\" is a fault of the whole bus").arg(faultName(fault->kind)));
+        if (isBus ? !isBusFault(*fault) : !isNodeFault(*fault))
+            return fail(here + QStringLiteral(".kind"),
+                        isBus ? QStringLiteral("\"%1\" is a fault of a node").arg(faultName(*fault))
+                              : QStringLiteral("\"%1\" is a fault of the whole bus").arg(faultName(*fault)));
         faults->append(*fault);
     }
     return true;

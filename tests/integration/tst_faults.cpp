@@ -131,6 +131,8 @@ void tst_Faults::changesNothing_data()
     QTest::newRow("answers come after the time-out")
         << QByteArray(R"([{"kind": "sdoDelay", "ms": 150, "object": "6000sub1"}])");
     QTest::newRow("doubled answers") << QByteArray(R"([{"kind": "doubleAnswers"}])");
+    QTest::newRow("copies of answers come later")
+        << QByteArray(R"([{"kind": "lateCopies", "count": 3, "withinMs": 50}])");
     QTest::newRow("answers come after the next request")
         << QByteArray(R"([{"kind": "lateAnswers", "every": 50}])");
     QTest::newRow("half-open transfer until an abort") << QByteArray(R"([{"kind": "halfOpen", "from": 20}])");
@@ -146,6 +148,8 @@ void tst_Faults::changesNothing_data()
         << QByteArray(R"([{"kind": "segmented"}, {"kind": "foreignClient", "every": 5}])");
     QTest::newRow("segmented, bus load of 70 %")
         << QByteArray(R"([{"kind": "segmented"}, {"kind": "traffic", "percent": 70}])");
+    QTest::newRow("segments of one byte") << QByteArray(R"([{"kind": "segmented", "bytes": 1}])");
+    QTest::newRow("frames that no service uses") << QByteArray(R"([{"kind": "flood", "perSecond": 1000}])");
     QTest::newRow("expedited without a size") << QByteArray(R"([{"kind": "sizeBits", "sizeIndicated": 0}])");
     QTest::newRow("heartbeats with the top bit") << QByteArray(R"([{"kind": "heartbeatTopBit"}])");
     QTest::newRow("babbling heartbeat") << QByteArray(R"([{"kind": "babbleHeartbeat", "intervalMs": 1}])");
@@ -184,6 +188,9 @@ void tst_Faults::skipsOneObject_data()
     QTest::newRow("too wide") << QByteArray(R"([{"kind": "wrongWidth", "bytes": 8, "object": "6040sub1"}])");
     QTest::newRow("called segmented where it is not")
         << QByteArray(R"([{"kind": "sizeBits", "expedited": 0, "object": "6040sub1"}])");
+    QTest::newRow("segments without end") << QByteArray(R"([{"kind": "endless", "object": "6040sub1"}])");
+    QTest::newRow("segments without end and data")
+        << QByteArray(R"([{"kind": "endless", "bytes": 0, "object": "6040sub1"}])");
     QTest::newRow("wrong size announced") << QByteArray(R"([{"kind": "segmented", "object": "6040sub1"},
                           {"kind": "sizeBits", "size": 4000000000, "object": "6040sub1"}])");
 }

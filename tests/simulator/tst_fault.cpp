@@ -6,6 +6,7 @@
 #include <QtTest>
 
 using namespace Simulator;
+using namespace std::chrono_literals;
 
 class tst_Fault : public QObject
 {
@@ -15,7 +16,9 @@ private slots:
     void kinds_data();
     void kinds();
     void everyKindIsTested();
-    void parsed();
+    void parameters();
+    void ordinaryValues();
+    void objects();
     void codesAsText();
     void errors_data();
     void errors();
@@ -28,41 +31,76 @@ std::optional<Fault> parse(const QByteArray &json, QString *error)
     return parseFault(QJsonDocument::fromJson(json).object(), error);
 }
 
+/*! One field of a fault that was read; the test ends when it cannot be read. */
+template<typename Kind, typename Value>
+Value readField(const char *json, Value Kind::*field)
+{
+    QString error;
+    const auto fault = parse(json, &error);
+    if (!fault)
+        qFatal("%s: %s", json, qPrintable(error));
+    return std::get<Kind>(*fault).*field;
+}
+
+std::optional<int> maybe(int number)
+{
+    return number;
+}
+const std::optional<int> nothing;
+
+/*! The object that a fault is limited to; none for kinds that cannot be. */
+std::optional<CanOpen::ObjectKey> objectOf(const Fault &fault)
+{
+    return std::visit(
+        [](const auto &kind) -> std::optional<CanOpen::ObjectKey> {
+            if constexpr (std::is_base_of_v<Faults::OfObject, std::decay_t<decltype(kind)>>)
+                return kind.object;
+            else
+                return std::nullopt;
+        },
+        fault);
+}
+
 struct KindRow
 {
     const char *name;
-    FaultKind kind;
     const char *parameters;
     bool ofNode;
     bool ofBus;
 };
 
 const KindRow kindRows[] = {
-    {"silent", FaultKind::Silent, "", true, false},
-    {"noBootUp", FaultKind::NoBootUp, "", true, false},
-    {"noHeartbeat", FaultKind::NoHeartbeat, "", true, false},
-    {"babbleHeartbeat", FaultKind::BabbleHeartbeat, "intervalMs", true, false},
-    {"heartbeatTopBit", FaultKind::HeartbeatTopBit, "", true, false},
-    {"heartbeatLength", FaultKind::HeartbeatLength, "length", true, false},
-    {"heartbeatRemote", FaultKind::HeartbeatRemote, "", true, false},
-    {"stopped", FaultKind::Stopped, "", true, false},
-    {"sdoSilent", FaultKind::SdoSilent, "object from", true, false},
-    {"sdoDelay", FaultKind::SdoDelay, "object ms", true, false},
-    {"sdoAbort", FaultKind::SdoAbort, "object code", true, false},
-    {"abortMidTransfer", FaultKind::AbortMidTransfer, "object code afterSegments", true, false},
-    {"wrongToggle", FaultKind::WrongToggle, "object segment", true, false},
-    {"wrongMultiplexer", FaultKind::WrongMultiplexer, "object", true, false},
-    {"sizeBits", FaultKind::SizeBits, "object expedited sizeIndicated unused size lastUnused", true, false},
-    {"segmented", FaultKind::Segmented, "object", true, false},
-    {"wrongWidth", FaultKind::WrongWidth, "object bytes", true, false},
-    {"doubleAnswers", FaultKind::DoubleAnswers, "object count", true, false},
-    {"lateAnswers", FaultKind::LateAnswers, "object every", true, false},
-    {"halfOpen", FaultKind::HalfOpen, "object from", true, false},
-    {"babbleSdo", FaultKind::BabbleSdo, "perSecond", true, false},
-    {"foreignClient", FaultKind::ForeignClient, "object every", true, false},
-    {"dropFrames", FaultKind::DropFrames, "every", true, false},
-    {"traffic", FaultKind::Traffic, "percent", true, true},
-    {"busLoss", FaultKind::BusLoss, "afterFrames drop", false, true},
+    {"silent", "from", true, false},
+    {"noBootUp", "", true, false},
+    {"noHeartbeat", "", true, false},
+    {"babbleHeartbeat", "intervalMs", true, false},
+    {"heartbeatTopBit", "", true, false},
+    {"heartbeatLength", "length", true, false},
+    {"heartbeatRemote", "", true, false},
+    {"stopped", "", true, false},
+    {"restarts", "intervalMs random", true, false},
+    {"sdoSilent", "object from", true, false},
+    {"sdoDelay", "object ms", true, false},
+    {"sdoAbort", "object code", true, false},
+    {"abortMidTransfer", "object code afterSegments", true, false},
+    {"wrongToggle", "object segment", true, false},
+    {"wrongMultiplexer", "object", true, false},
+    {"sizeBits", "object expedited sizeIndicated unused size lastUnused", true, false},
+    {"segmented", "object announcesSize bytes", true, false},
+    {"endless", "object bytes", true, false},
+    {"wrongWidth", "object bytes", true, false},
+    {"blockUpload", "object wrongCrc lostSegment wrongSequence", true, false},
+    {"doubleAnswers", "object count", true, false},
+    {"lateCopies", "object count withinMs", true, false},
+    {"lateAnswers", "object every", true, false},
+    {"halfOpen", "object from", true, false},
+    {"babbleSdo", "perSecond segments", true, false},
+    {"foreignClient", "object every", true, false},
+    {"abandoningClient", "object intervalMs", true, false},
+    {"dropFrames", "every", true, false},
+    {"traffic", "percent", true, true},
+    {"flood", "perSecond", true, true},
+    {"busLoss", "afterFrames drop", false, true},
 };
 
 } // namespace
@@ -79,15 +117,16 @@ void tst_Fault::kinds()
 {
     QFETCH(int, row);
     const KindRow &expected = kindRows[row];
-    QCOMPARE(faultName(expected.kind), QString::fromLatin1(expected.name));
-    QCOMPARE(faultParameters(expected.kind).join(QLatin1Char(' ')), QString::fromLatin1(expected.parameters));
-    QCOMPARE(isNodeFault(expected.kind), expected.ofNode);
-    QCOMPARE(isBusFault(expected.kind), expected.ofBus);
+    const QString name = QString::fromLatin1(expected.name);
+    QCOMPARE(faultParameters(name).join(QLatin1Char(' ')), QString::fromLatin1(expected.parameters));
 
     QString error;
     const auto fault = parse(QByteArray("{\"kind\":\"") + expected.name + "\"}", &error);
     QVERIFY2(fault.has_value(), qPrintable(error));
-    QCOMPARE(fault->kind, expected.kind);
+    QCOMPARE(int(fault->index()), row);
+    QCOMPARE(faultName(*fault), name);
+    QCOMPARE(isNodeFault(*fault), expected.ofNode);
+    QCOMPARE(isBusFault(*fault), expected.ofBus);
 }
 
 void tst_Fault::everyKindIsTested()
@@ -95,20 +134,111 @@ void tst_Fault::everyKindIsTested()
     QCOMPARE(faultNames().size(), int(sizeof kindRows / sizeof kindRows[0]));
 }
 
-void tst_Fault::parsed()
+void tst_Fault::parameters()
 {
-    QString error;
-    const auto delay = parse(R"({"kind":"sdoDelay","ms":150,"object":"6000sub1"})", &error);
-    QVERIFY2(delay.has_value(), qPrintable(error));
-    QCOMPARE(delay->ms, qint64(150));
-    QVERIFY((delay->object == CanOpen::ObjectKey{0x6000, 1}));
+    QVERIFY(readField(R"({"kind":"silent","from":3})", &Faults::Silent::from) == 3);
+    QVERIFY(readField(R"({"kind":"babbleHeartbeat","intervalMs":20})", &Faults::BabbleHeartbeat::interval)
+            == 20ms);
+    QVERIFY(readField(R"({"kind":"heartbeatLength","length":8})", &Faults::HeartbeatLength::length) == 8);
+    QVERIFY(readField(R"({"kind":"restarts","intervalMs":70})", &Faults::Restarts::interval) == 70ms);
+    QVERIFY(readField(R"({"kind":"restarts","random":1})", &Faults::Restarts::random) == true);
+    QVERIFY(readField(R"({"kind":"sdoSilent","from":12})", &Faults::SdoSilent::from) == 12);
+    QVERIFY(readField(R"({"kind":"sdoDelay","ms":150})", &Faults::SdoDelay::delay) == 150ms);
+    QVERIFY(readField(R"({"kind":"sdoAbort","code":1})", &Faults::SdoAbort::code) == 1u);
+    QVERIFY(readField(R"({"kind":"abortMidTransfer","code":2})", &Faults::AbortMidTransfer::code) == 2u);
+    QVERIFY(readField(R"({"kind":"abortMidTransfer","afterSegments":3})",
+                      &Faults::AbortMidTransfer::afterSegments)
+            == 3);
+    QVERIFY(readField(R"({"kind":"wrongToggle","segment":4})", &Faults::WrongToggle::segment) == 4);
+    QVERIFY(readField(R"({"kind":"sizeBits","expedited":1})", &Faults::SizeBits::expedited) == maybe(1));
+    QVERIFY(readField(R"({"kind":"sizeBits","sizeIndicated":0})", &Faults::SizeBits::sizeIndicated)
+            == maybe(0));
+    QVERIFY(readField(R"({"kind":"sizeBits","unused":3})", &Faults::SizeBits::unused) == maybe(3));
+    QVERIFY(readField(R"({"kind":"sizeBits","size":4294967295})", &Faults::SizeBits::size)
+            == std::optional<quint32>(4294967295u));
+    QVERIFY(readField(R"({"kind":"sizeBits","lastUnused":7})", &Faults::SizeBits::lastUnused) == maybe(7));
+    QVERIFY(readField(R"({"kind":"segmented","announcesSize":0})", &Faults::Segmented::announcesSize)
+            == false);
+    QVERIFY(readField(R"({"kind":"segmented","bytes":3})", &Faults::Segmented::bytes) == 3);
+    QVERIFY(readField(R"({"kind":"endless","bytes":0})", &Faults::Endless::bytes) == 0);
+    QVERIFY(readField(R"({"kind":"wrongWidth","bytes":64})", &Faults::WrongWidth::bytes) == 64);
+    QVERIFY(readField(R"({"kind":"blockUpload","wrongCrc":0})", &Faults::BlockUpload::wrongCrc) == false);
+    QVERIFY(readField(R"({"kind":"blockUpload","lostSegment":2})", &Faults::BlockUpload::lostSegment) == 2);
+    QVERIFY(readField(R"({"kind":"blockUpload","wrongSequence":3})", &Faults::BlockUpload::wrongSequence)
+            == 3);
+    QVERIFY(readField(R"({"kind":"doubleAnswers","count":3})", &Faults::DoubleAnswers::count) == 3);
+    QVERIFY(readField(R"({"kind":"lateCopies","count":4})", &Faults::LateCopies::count) == 4);
+    QVERIFY(readField(R"({"kind":"lateCopies","withinMs":50})", &Faults::LateCopies::within) == 50ms);
+    QVERIFY(readField(R"({"kind":"lateAnswers","every":5})", &Faults::LateAnswers::every) == 5);
+    QVERIFY(readField(R"({"kind":"halfOpen","from":6})", &Faults::HalfOpen::from) == 6);
+    QVERIFY(readField(R"({"kind":"babbleSdo","perSecond":200})", &Faults::BabbleSdo::perSecond) == 200);
+    QVERIFY(readField(R"({"kind":"babbleSdo","segments":1})", &Faults::BabbleSdo::segments) == true);
+    QVERIFY(readField(R"({"kind":"foreignClient","every":7})", &Faults::ForeignClient::every) == 7);
+    QVERIFY(readField(R"({"kind":"abandoningClient","intervalMs":60})", &Faults::AbandoningClient::interval)
+            == 60ms);
+    QVERIFY(readField(R"({"kind":"dropFrames","every":8})", &Faults::DropFrames::every) == 8);
+    QVERIFY(readField(R"({"kind":"traffic","percent":9})", &Faults::Traffic::percent) == 9);
+    QVERIFY(readField(R"({"kind":"flood","perSecond":10})", &Faults::Flood::perSecond) == 10);
+    QVERIFY(readField(R"({"kind":"busLoss","afterFrames":11})", &Faults::BusLoss::afterFrames) == 11);
+    QVERIFY(readField(R"({"kind":"busLoss","drop":1})", &Faults::BusLoss::drop) == true);
+    QVERIFY(readField(R"({"kind":"sizeBits","unused":-1})", &Faults::SizeBits::unused) == nothing);
+}
 
-    const auto bits = parse(R"({"kind":"sizeBits","expedited":1,"sizeIndicated":0,"unused":3})", &error);
-    QVERIFY2(bits.has_value(), qPrintable(error));
-    QCOMPARE(bits->expedited, qint64(1));
-    QCOMPARE(bits->sizeIndicated, qint64(0));
-    QCOMPARE(bits->unused, qint64(3));
-    QCOMPARE(bits->size, qint64(-1));
+void tst_Fault::ordinaryValues()
+{
+    QVERIFY(readField(R"({"kind":"silent"})", &Faults::Silent::from) == 0);
+    QVERIFY(readField(R"({"kind":"babbleHeartbeat"})", &Faults::BabbleHeartbeat::interval) == 10ms);
+    QVERIFY(readField(R"({"kind":"heartbeatLength"})", &Faults::HeartbeatLength::length) == 1);
+    QVERIFY(readField(R"({"kind":"restarts"})", &Faults::Restarts::interval) == 500ms);
+    QVERIFY(readField(R"({"kind":"restarts"})", &Faults::Restarts::random) == false);
+    QVERIFY(readField(R"({"kind":"sdoSilent"})", &Faults::SdoSilent::from) == 1);
+    QVERIFY(readField(R"({"kind":"sdoDelay"})", &Faults::SdoDelay::delay) == 0ms);
+    QVERIFY(readField(R"({"kind":"sdoAbort"})", &Faults::SdoAbort::code) == 0x08000000u);
+    QVERIFY(readField(R"({"kind":"abortMidTransfer"})", &Faults::AbortMidTransfer::code) == 0x08000000u);
+    QVERIFY(readField(R"({"kind":"abortMidTransfer"})", &Faults::AbortMidTransfer::afterSegments) == 1);
+    QVERIFY(readField(R"({"kind":"wrongToggle"})", &Faults::WrongToggle::segment) == 0);
+    QVERIFY(readField(R"({"kind":"sizeBits"})", &Faults::SizeBits::expedited) == nothing);
+    QVERIFY(readField(R"({"kind":"sizeBits"})", &Faults::SizeBits::sizeIndicated) == nothing);
+    QVERIFY(readField(R"({"kind":"sizeBits"})", &Faults::SizeBits::unused) == nothing);
+    QVERIFY(readField(R"({"kind":"sizeBits"})", &Faults::SizeBits::size) == std::optional<quint32>());
+    QVERIFY(readField(R"({"kind":"sizeBits"})", &Faults::SizeBits::lastUnused) == nothing);
+    QVERIFY(readField(R"({"kind":"segmented"})", &Faults::Segmented::announcesSize) == true);
+    QVERIFY(readField(R"({"kind":"segmented"})", &Faults::Segmented::bytes) == 7);
+    QVERIFY(readField(R"({"kind":"endless"})", &Faults::Endless::bytes) == 7);
+    QVERIFY(readField(R"({"kind":"wrongWidth"})", &Faults::WrongWidth::bytes) == 1);
+    QVERIFY(readField(R"({"kind":"blockUpload"})", &Faults::BlockUpload::wrongCrc) == true);
+    QVERIFY(readField(R"({"kind":"blockUpload"})", &Faults::BlockUpload::lostSegment) == 0);
+    QVERIFY(readField(R"({"kind":"blockUpload"})", &Faults::BlockUpload::wrongSequence) == 0);
+    QVERIFY(readField(R"({"kind":"doubleAnswers"})", &Faults::DoubleAnswers::count) == 2);
+    QVERIFY(readField(R"({"kind":"lateCopies"})", &Faults::LateCopies::count) == 1);
+    QVERIFY(readField(R"({"kind":"lateCopies"})", &Faults::LateCopies::within) == 300ms);
+    QVERIFY(readField(R"({"kind":"lateAnswers"})", &Faults::LateAnswers::every) == 2);
+    QVERIFY(readField(R"({"kind":"halfOpen"})", &Faults::HalfOpen::from) == 1);
+    QVERIFY(readField(R"({"kind":"babbleSdo"})", &Faults::BabbleSdo::perSecond) == 1000);
+    QVERIFY(readField(R"({"kind":"babbleSdo"})", &Faults::BabbleSdo::segments) == false);
+    QVERIFY(readField(R"({"kind":"foreignClient"})", &Faults::ForeignClient::every) == 1);
+    QVERIFY(readField(R"({"kind":"abandoningClient"})", &Faults::AbandoningClient::interval) == 55ms);
+    QVERIFY(readField(R"({"kind":"dropFrames"})", &Faults::DropFrames::every) == 2);
+    QVERIFY(readField(R"({"kind":"traffic"})", &Faults::Traffic::percent) == 50);
+    QVERIFY(readField(R"({"kind":"flood"})", &Faults::Flood::perSecond) == 8000);
+    QVERIFY(readField(R"({"kind":"busLoss"})", &Faults::BusLoss::afterFrames) == 0);
+    QVERIFY(readField(R"({"kind":"busLoss"})", &Faults::BusLoss::drop) == false);
+}
+
+void tst_Fault::objects()
+{
+    int kinds = 0;
+    for (const KindRow &row : kindRows) {
+        if (!QByteArray(row.parameters).startsWith("object"))
+            continue;
+        ++kinds;
+        QString error;
+        const auto fault
+            = parse(QByteArray("{\"kind\":\"") + row.name + "\",\"object\":\"6000sub1\"}", &error);
+        QVERIFY2(fault.has_value(), qPrintable(error));
+        QVERIFY2((objectOf(*fault) == CanOpen::ObjectKey{0x6000, 1}), row.name);
+    }
+    QCOMPARE(kinds, 17);
 }
 
 void tst_Fault::codesAsText()
@@ -116,10 +246,10 @@ void tst_Fault::codesAsText()
     QString error;
     const auto asText = parse(R"({"kind":"sdoAbort","code":"0x06090011"})", &error);
     QVERIFY2(asText.has_value(), qPrintable(error));
-    QCOMPARE(asText->code, qint64(0x06090011));
+    QCOMPARE(std::get<Faults::SdoAbort>(*asText).code, 0x06090011u);
     const auto asNumber = parse(R"({"kind":"sdoAbort","code":4294967295})", &error);
     QVERIFY2(asNumber.has_value(), qPrintable(error));
-    QCOMPARE(asNumber->code, qint64(0xFFFFFFFF));
+    QCOMPARE(std::get<Faults::SdoAbort>(*asNumber).code, 0xFFFFFFFFu);
 }
 
 void tst_Fault::errors_data()
@@ -138,6 +268,7 @@ void tst_Fault::errors_data()
     row("huge", R"({"kind":"sdoDelay","ms":1e300})", "ms: no whole number from 0 to 1000000");
     row("every 0", R"({"kind":"dropFrames","every":0})", "every: no whole number from 1 to 1000000");
     row("object", R"({"kind":"sdoSilent","object":6000})", "object: \"\" is no object such as \"6164sub2\"");
+    row("flag", R"({"kind":"restarts","random":2})", "random: no whole number from 0 to 1");
     row("object where none belongs", R"({"kind":"silent","object":"6000"})",
         "object: not known for \"silent\"");
     row("unknown key", R"({"kind":"sdoDelay","seconds":1})", "seconds: not known for \"sdoDelay\"");

@@ -92,8 +92,7 @@ void tst_VehicleFile::readsAVehicle()
     QCOMPARE(vehicle->description, QStringLiteral("A vehicle"));
     QCOMPARE(vehicle->bitRate, 125000);
     QCOMPARE(vehicle->faults.size(), 1);
-    QCOMPARE(vehicle->faults.first().kind, FaultKind::BusLoss);
-    QCOMPARE(vehicle->faults.first().afterFrames, qint64(1000));
+    QCOMPARE(std::get<Faults::BusLoss>(vehicle->faults.first()).afterFrames, 1000);
     QCOMPARE(vehicle->nodes.size(), 1);
     const NodeDescription &node = vehicle->nodes.first();
     QCOMPARE(int(node.id), 2);
@@ -108,7 +107,7 @@ void tst_VehicleFile::readsAVehicle()
     QCOMPARE(node.behaviours.size(), 1);
     QCOMPARE(node.behaviours.first().kind, BehaviourKind::Ramp);
     QCOMPARE(node.faults.size(), 1);
-    QCOMPARE(node.faults.first().ms, qint64(150));
+    QCOMPARE(std::get<Faults::SdoDelay>(node.faults.first()).delay.count(), qint64(150));
 }
 
 void tst_VehicleFile::defaults()
