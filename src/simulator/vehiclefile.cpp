@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "vehiclefile.h"
 
+#include "jsonplaces.h"
 #include "objectname.h"
 #include "wire.h"
 
 #include <canopen/cobid.h>
 #include <canopen/edsfile.h>
+#include <canopen/plaintext.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -47,7 +49,8 @@ public:
     }
 
     std::optional<VehicleDescription> read(const QByteArray &text);
-    QString errorMessage() const { return m_error; }
+    /*! What is wrong, without control characters of the file. */
+    QString errorMessage() const { return CanOpen::plainText(m_problem); }
 
 private:
     bool fail(const QString &key, const QString &problem);
@@ -65,24 +68,16 @@ private:
     bool readState(const QJsonObject &json, const QString &place, NodeDescription *node);
 
     QString m_folder;
-    QString m_error;
+    QString m_wrongKey;
+    QString m_problem;
     QSet<int> m_nodeIds;
     VehicleDescription m_vehicle;
 };
 
-QString joined(const QString &place, const QString &key)
-{
-    return place.isEmpty() ? key : place + QLatin1Char('.') + key;
-}
-
-QString element(const QString &place, const char *key, int number)
-{
-    return joined(place, QStringLiteral("%1[%2]").arg(QLatin1String(key)).arg(number));
-}
-
 bool VehicleReader::fail(const QString &key, const QString &problem)
 {
-    m_error = key + QStringLiteral(": ") + problem;
+    m_wrongKey = key;
+    m_problem = problem;
     return false;
 }
 
@@ -94,7 +89,7 @@ bool VehicleReader::checkKeys(const QJsonObject &json, const QString &place,
         const bool isKnown = std::any_of(known.begin(), known.end(),
                                          [&key](const char *name) { return key == QLatin1String(name); });
         if (!isKnown)
-            return fail(joined(place, key.left(80)), QStringLiteral("this key is not known"));
+            return fail(jsonMember(place, key.left(80)), QStringLiteral("this key is not known"));
     }
     return true;
 }
@@ -105,7 +100,7 @@ bool VehicleReader::readString(const QJsonObject &json, const QString &place, co
     if (value.isUndefined())
         return true;
     if (!value.isString())
-        return fail(joined(place, QLatin1String(key)), QStringLiteral("no text"));
+        return fail(jsonMember(place, QLatin1String(key)), QStringLiteral("no text"));
     *text = value.toString();
     return true;
 }
@@ -118,7 +113,7 @@ bool VehicleReader::readNumber(const QJsonObject &json, const QString &place, co
         return true;
     const double asDouble = value.toDouble(lowest - 1.0);
     if (!value.isDouble() || asDouble < lowest || asDouble > highest || std::trunc(asDouble) != asDouble)
-        return fail(joined(place, QLatin1String(key)),
+        return fail(jsonMember(place, QLatin1String(key)),
                     QStringLiteral("no whole number from %1 to %2").arg(lowest).arg(highest));
     *number = static_cast<int>(asDouble);
     return true;
@@ -131,11 +126,12 @@ bool VehicleReader::readArray(const QJsonObject &json, const QString &place, con
     if (value.isUndefined())
         return true;
     if (!value.isArray())
-        return fail(joined(place, QLatin1String(key)), QStringLiteral("no list"));
+        return fail(jsonMember(place, QLatin1String(key)), QStringLiteral("no list"));
     *array = value.toArray();
     for (int number = 0; number < array->size(); ++number) {
         if (!array->at(number).isObject())
-            return fail(element(place, key, number), QStringLiteral("not in the form { \"key\": value }"));
+            return fail(jsonElement(place, QLatin1String(key), number),
+                        QStringLiteral("not in the form { \"key\": value }"));
     }
     return true;
 }
@@ -147,12 +143,12 @@ bool VehicleReader::readFaults(const QJsonObject &json, const QString &place, QV
     if (!readArray(json, place, "faults", &array))
         return false;
     for (int number = 0; number < array.size(); ++number) {
-        const QString here = element(place, "faults", number);
+        const QString here = jsonElement(place, QStringLiteral("faults"), number);
         QString problem;
         const std::optional<Fault> fault = parseFault(array.at(number).toObject(), &problem);
         if (!fault)
-            return fail(here + QLatin1Char('.') + problem.section(QLatin1Char(':'), 0, 0),
-                        problem.section(QLatin1Char(':'), 1).trimmed());
+            return fail(here + QLatin1Char('.') + problem.section(QLatin1String(": "), 0, 0),
+                        problem.section(QLatin1String(": "), 1));
         if (isBus ? !isBusFault(*fault) : !isNodeFault(*fault))
             return fail(here + QStringLiteral(".kind"),
                         isBus ? QStringLiteral("\"%1\" is a fault of a node").arg(faultName(*fault))
@@ -180,7 +176,7 @@ bool VehicleReader::readVehicle(const QJsonObject &json)
     if (nodes.isEmpty())
         return fail(QStringLiteral("nodes"), QStringLiteral("the vehicle has no node"));
     for (int number = 0; number < nodes.size(); ++number) {
-        if (!readNode(nodes.at(number).toObject(), element(top, "nodes", number)))
+        if (!readNode(nodes.at(number).toObject(), jsonElement(top, QStringLiteral("nodes"), number)))
             return false;
     }
     return true;
@@ -199,9 +195,10 @@ bool VehicleReader::readNode(const QJsonObject &json, const QString &place)
         || !readString(json, place, "name", &node.name) || !readState(json, place, &node))
         return false;
     if (!id)
-        return fail(joined(place, QStringLiteral("id")), QStringLiteral("the node ID is missing"));
+        return fail(jsonMember(place, QStringLiteral("id")), QStringLiteral("the node ID is missing"));
     if (m_nodeIds.contains(*id))
-        return fail(joined(place, QStringLiteral("id")), QStringLiteral("node %1 is there twice").arg(*id));
+        return fail(jsonMember(place, QStringLiteral("id")),
+                    QStringLiteral("node %1 is there twice").arg(*id));
     m_nodeIds.insert(*id);
     node.id = static_cast<quint8>(*id);
     if (heartbeat)
@@ -209,7 +206,7 @@ bool VehicleReader::readNode(const QJsonObject &json, const QString &place)
 
     const QJsonValue bootUp = json.value(QLatin1String("bootUp"));
     if (!bootUp.isUndefined() && !bootUp.isBool())
-        return fail(joined(place, QStringLiteral("bootUp")), QStringLiteral("neither true nor false"));
+        return fail(jsonMember(place, QStringLiteral("bootUp")), QStringLiteral("neither true nor false"));
     node.bootUp = bootUp.toBool(true);
 
     if (!readDictionary(json, place, &node) || !readValues(json, place, &node)
@@ -223,20 +220,20 @@ bool VehicleReader::readState(const QJsonObject &json, const QString &place, Nod
 {
     QString name;
     if (!readString(json, place, "state", &name) || name.isNull())
-        return m_error.isEmpty();
+        return m_problem.isEmpty();
     for (const StateName &candidate : stateNames) {
         if (name == QLatin1String(candidate.name)) {
             node->state = candidate.state;
             return true;
         }
     }
-    return fail(joined(place, QStringLiteral("state")),
+    return fail(jsonMember(place, QStringLiteral("state")),
                 QStringLiteral("\"%1\" is none of operational, preOperational, stopped").arg(name.left(80)));
 }
 
 bool VehicleReader::readDictionary(const QJsonObject &json, const QString &place, NodeDescription *node)
 {
-    const QString key = joined(place, QStringLiteral("dictionary"));
+    const QString key = jsonMember(place, QStringLiteral("dictionary"));
     QString path;
     if (!readString(json, place, "dictionary", &path))
         return false;
@@ -258,14 +255,14 @@ bool VehicleReader::readDictionary(const QJsonObject &json, const QString &place
 bool VehicleReader::readValues(const QJsonObject &json, const QString &place, NodeDescription *node)
 {
     const QJsonValue values = json.value(QLatin1String("values"));
-    const QString valuesPlace = joined(place, QStringLiteral("values"));
+    const QString valuesPlace = jsonMember(place, QStringLiteral("values"));
     if (values.isUndefined())
         return true;
     if (!values.isObject())
         return fail(valuesPlace, QStringLiteral("not in the form { \"6041sub1\": 36500 }"));
     const QJsonObject object = values.toObject();
     for (auto value = object.constBegin(); value != object.constEnd(); ++value) {
-        const QString here = joined(valuesPlace, value.key().left(80));
+        const QString here = jsonMember(valuesPlace, value.key().left(80));
         const std::optional<CanOpen::ObjectKey> key = parseObjectKey(value.key());
         if (!key)
             return fail(here, QStringLiteral("no object such as \"6164sub2\""));
@@ -284,12 +281,12 @@ bool VehicleReader::readBehaviours(const QJsonObject &json, const QString &place
     if (!readArray(json, place, "behaviour", &array))
         return false;
     for (int number = 0; number < array.size(); ++number) {
-        const QString here = element(place, "behaviour", number);
+        const QString here = jsonElement(place, QStringLiteral("behaviour"), number);
         QString problem;
         std::optional<Behaviour> behaviour = parseBehaviour(array.at(number).toObject(), &problem);
         if (!behaviour)
-            return fail(here + QLatin1Char('.') + problem.section(QLatin1Char(':'), 0, 0),
-                        problem.section(QLatin1Char(':'), 1).trimmed());
+            return fail(here + QLatin1Char('.') + problem.section(QLatin1String(": "), 0, 0),
+                        problem.section(QLatin1String(": "), 1));
         const CanOpen::ObjectEntry *entry = node->dictionary.find(behaviour->object);
         if (entry == nullptr)
             return fail(
@@ -311,23 +308,25 @@ bool VehicleReader::readBehaviours(const QJsonObject &json, const QString &place
 std::optional<VehicleDescription> VehicleReader::read(const QByteArray &text)
 {
     if (text.size() > maximumFileSize) {
-        m_error = QStringLiteral("the file is larger than %1 MB").arg(maximumFileSize / (1024 * 1024));
+        m_problem = QStringLiteral("the file is larger than %1 MB").arg(maximumFileSize / (1024 * 1024));
         return std::nullopt;
     }
     QJsonParseError parseError;
     const QJsonDocument document = QJsonDocument::fromJson(text, &parseError);
     if (parseError.error != QJsonParseError::NoError) {
         const int line = text.left(parseError.offset).count('\n') + 1;
-        m_error = QStringLiteral("line %1: %2").arg(line).arg(parseError.errorString());
+        m_problem = QStringLiteral("line %1: %2").arg(line).arg(parseError.errorString());
         return std::nullopt;
     }
     if (!document.isObject()) {
-        m_error = QStringLiteral("the file is not in the form { \"name\": ..., \"nodes\": [ ... ] }");
+        m_problem = QStringLiteral("the file is not in the form { \"name\": ..., \"nodes\": [ ... ] }");
         return std::nullopt;
     }
-    if (!readVehicle(document.object()))
-        return std::nullopt;
-    return m_vehicle;
+    if (readVehicle(document.object()))
+        return m_vehicle;
+    m_problem = QStringLiteral("line %1, ").arg(jsonLine(text, m_wrongKey)) + m_wrongKey
+                + QStringLiteral(": ") + m_problem;
+    return std::nullopt;
 }
 
 } // namespace

@@ -13,13 +13,13 @@ namespace Simulator {
 /*! Reads a vehicle file (JSON) with the device configuration files that it names; their paths are relative to
  *  it.
  *
- *  Empty on an error; \a errorMessage then names file and key, as in "pedelec.json: nodes[2].heartbeatMs: no
- *  whole number from 0 to 65535".
+ *  Empty on an error; \a errorMessage then names file, line and key, as in "pedelec.json: line 31,
+ *  nodes[2].heartbeatMs: no whole number from 0 to 65535".
  */
 std::optional<VehicleDescription> readVehicleFile(const QString &path, QString *errorMessage);
 
 /*! Reads the text of a vehicle file likewise; \a folder is where relative paths start. The message begins
- *  with the key.
+ *  with line and key, and has no control characters of the file.
  */
 std::optional<VehicleDescription> parseVehicle(const QByteArray &text, const QString &folder,
                                                QString *errorMessage);

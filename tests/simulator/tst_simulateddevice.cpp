@@ -234,7 +234,8 @@ void tst_SimulatedDevice::brokenVehicleFile()
     file.close();
     const auto device = create(path);
     QVERIFY(!device->connectDevice());
-    QCOMPARE(device->errorString(), path + QStringLiteral(": nodes[0].id: no whole number from 1 to 127"));
+    QCOMPARE(device->errorString(),
+             path + QStringLiteral(": line 1, nodes[0].id: no whole number from 1 to 127"));
 }
 
 void tst_SimulatedDevice::unplugged()

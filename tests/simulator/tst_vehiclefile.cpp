@@ -132,63 +132,77 @@ void tst_VehicleFile::errors_data()
         QTest::newRow(name) << json << QString::fromUtf8(message);
     };
     row("no object", "[1, 2]", "the file is not in the form { \"name\": ..., \"nodes\": [ ... ] }");
-    row("no nodes", "{}", "nodes: the vehicle has no node");
-    row("nodes no list", R"({"nodes":5})", "nodes: no list");
-    row("node no object", R"({"nodes":[5]})", "nodes[0]: not in the form { \"key\": value }");
-    row("unknown key", R"({"nodes":[],"wheels":2})", "wheels: this key is not known");
-    row("unknown key of a node", oneNode(R"("colour":"red")"), "nodes[0].colour: this key is not known");
-    row("name", R"({"name":5})", "name: no text");
-    row("bit rate", R"({"bitRate":33333})", "bitRate: 33333 bit/s is no bit rate of CAN");
-    row("bit rate huge", R"({"bitRate":1e12})", "bitRate: no whole number from 1 to 1000000");
-    row("no ID", R"({"nodes":[{"dictionary":"device.dcf"}]})", "nodes[0].id: the node ID is missing");
-    row("ID 0", R"({"nodes":[{"id":0}]})", "nodes[0].id: no whole number from 1 to 127");
-    row("ID 128", R"({"nodes":[{"id":128}]})", "nodes[0].id: no whole number from 1 to 127");
-    row("ID as text", R"({"nodes":[{"id":"1"}]})", "nodes[0].id: no whole number from 1 to 127");
+    row("no nodes", "{}", "line 1, nodes: the vehicle has no node");
+    row("nodes no list", R"({"nodes":5})", "line 1, nodes: no list");
+    row("node no object", R"({"nodes":[5]})", "line 1, nodes[0]: not in the form { \"key\": value }");
+    row("unknown key", R"({"nodes":[],"wheels":2})", "line 1, wheels: this key is not known");
+    row("unknown key of a node", oneNode(R"("colour":"red")"),
+        "line 1, nodes[0].colour: this key is not known");
+    row("name", R"({"name":5})", "line 1, name: no text");
+    row("bit rate", R"({"bitRate":33333})", "line 1, bitRate: 33333 bit/s is no bit rate of CAN");
+    row("bit rate huge", R"({"bitRate":1e12})", "line 1, bitRate: no whole number from 1 to 1000000");
+    row("no ID", R"({"nodes":[{"dictionary":"device.dcf"}]})", "line 1, nodes[0].id: the node ID is missing");
+    row("ID 0", R"({"nodes":[{"id":0}]})", "line 1, nodes[0].id: no whole number from 1 to 127");
+    row("ID 128", R"({"nodes":[{"id":128}]})", "line 1, nodes[0].id: no whole number from 1 to 127");
+    row("ID as text", R"({"nodes":[{"id":"1"}]})", "line 1, nodes[0].id: no whole number from 1 to 127");
     row("ID twice", R"({"nodes":[{"id":2,"dictionary":"device.dcf"},{"id":2,"dictionary":"device.dcf"}]})",
-        "nodes[1].id: node 2 is there twice");
+        "line 1, nodes[1].id: node 2 is there twice");
     row("heartbeat", oneNode(R"("heartbeatMs":65536)"),
-        "nodes[0].heartbeatMs: no whole number from 0 to 65535");
+        "line 1, nodes[0].heartbeatMs: no whole number from 0 to 65535");
     row("heartbeat fraction", oneNode(R"("heartbeatMs":0.5)"),
-        "nodes[0].heartbeatMs: no whole number from 0 to 65535");
-    row("boot-up", oneNode(R"("bootUp":1)"), "nodes[0].bootUp: neither true nor false");
+        "line 1, nodes[0].heartbeatMs: no whole number from 0 to 65535");
+    row("boot-up", oneNode(R"("bootUp":1)"), "line 1, nodes[0].bootUp: neither true nor false");
     row("state", oneNode(R"("state":"asleep")"),
-        "nodes[0].state: \"asleep\" is none of operational, preOperational, stopped");
+        "line 1, nodes[0].state: \"asleep\" is none of operational, preOperational, stopped");
     row("no dictionary", R"({"nodes":[{"id":2}]})",
-        "nodes[0].dictionary: the device configuration file is missing");
+        "line 1, nodes[0].dictionary: the device configuration file is missing");
     row("dictionary absent", R"({"nodes":[{"id":2,"dictionary":"none.dcf"}]})",
-        "nodes[0].dictionary: there is no file %1/none.dcf");
+        "line 1, nodes[0].dictionary: there is no file %1/none.dcf");
     row("dictionary is a folder", R"({"nodes":[{"id":2,"dictionary":"."}]})",
-        "nodes[0].dictionary: there is no file %1/.");
+        "line 1, nodes[0].dictionary: there is no file %1/.");
     row("dictionary broken", R"({"nodes":[{"id":2,"dictionary":"broken.dcf"}]})",
-        "nodes[0].dictionary: %1/broken.dcf: line 2, [1000] DataType: 0x99 is no data type of CiA 301");
+        "line 1, nodes[0].dictionary: %1/broken.dcf: line 2, [1000] DataType: 0x99 is no data type of CiA "
+        "301");
     row("values no object", oneNode(R"("values":[])"),
-        "nodes[0].values: not in the form { \"6041sub1\": 36500 }");
+        "line 1, nodes[0].values: not in the form { \"6041sub1\": 36500 }");
     row("value of nonsense", oneNode(R"("values":{"battery":1})"),
-        "nodes[0].values.battery: no object such as \"6164sub2\"");
+        "line 1, nodes[0].values.battery: no object such as \"6164sub2\"");
     row("value of no object", oneNode(R"("values":{"6164sub3":1})"),
-        "nodes[0].values.6164sub3: the dictionary has no such object");
+        "line 1, nodes[0].values.6164sub3: the dictionary has no such object");
     row("value too large", oneNode(R"("values":{"6164sub1":65536})"),
-        "nodes[0].values.6164sub1: the value does not fit the object's data type");
+        "line 1, nodes[0].values.6164sub1: the value does not fit the object's data type");
     row("value null", oneNode(R"("values":{"6164sub1":null})"),
-        "nodes[0].values.6164sub1: the value does not fit the object's data type");
+        "line 1, nodes[0].values.6164sub1: the value does not fit the object's data type");
     row("behaviour kind", oneNode(R"("behaviour":[{"object":"6164sub1","kind":"zigzag"}])"),
-        "nodes[0].behaviour[0].kind: \"zigzag\" is none of ramp, sine, random, counter");
+        "line 1, nodes[0].behaviour[0].kind: \"zigzag\" is none of ramp, sine, random, counter");
     row("behaviour of no object",
         oneNode(R"("behaviour":[{"object":"6165","kind":"ramp","from":1,"to":2,"seconds":1}])"),
-        "nodes[0].behaviour[0].object: the dictionary has no object 6165");
+        "line 1, nodes[0].behaviour[0].object: the dictionary has no object 6165");
     row("behaviour of a text",
         oneNode(R"("behaviour":[{"object":"1008","kind":"ramp","from":1,"to":2,"seconds":1}])"),
-        "nodes[0].behaviour[0].object: 1008 is no number");
+        "line 1, nodes[0].behaviour[0].object: 1008 is no number");
     row("two behaviours of an object",
         oneNode(R"("behaviour":[{"object":"6164sub1","kind":"ramp","from":1,"to":2,"seconds":1},)"
                 R"({"object":"6164sub1","kind":"sine","mean":1,"amplitude":2,"periodSeconds":1}])"),
-        "nodes[0].behaviour[1].object: 6164sub1 moves already");
+        "line 1, nodes[0].behaviour[1].object: 6164sub1 moves already");
     row("fault", oneNode(R"("faults":[{"kind":"sdoDelay","ms":-5}])"),
-        "nodes[0].faults[0].ms: no whole number from 0 to 1000000");
+        "line 1, nodes[0].faults[0].ms: no whole number from 0 to 1000000");
     row("fault of the bus on a node", oneNode(R"("faults":[{"kind":"busLoss"}])"),
-        "nodes[0].faults[0].kind: \"busLoss\" is a fault of the whole bus");
+        "line 1, nodes[0].faults[0].kind: \"busLoss\" is a fault of the whole bus");
     row("fault of a node on the bus", R"({"faults":[{"kind":"silent"}]})",
-        "faults[0].kind: \"silent\" is a fault of a node");
+        "line 1, faults[0].kind: \"silent\" is a fault of a node");
+    row("line of a value",
+        "{\n \"nodes\": [\n  {\n   \"id\": 2,\n   \"dictionary\": \"device.dcf\",\n"
+        "   \"heartbeatMs\": -1\n  }\n ]\n}",
+        "line 6, nodes[0].heartbeatMs: no whole number from 0 to 65535");
+    row("control characters in a key", "{\"nodes\":[],\n\"a\\u001b[2J\":1}",
+        "line 2, a\\u001B[2J: this key is not known");
+    row("control characters in a text", oneNode("\"state\":\"\\u001b]0;x\\u0007\""),
+        "line 1, nodes[0].state: \"\\u001B]0;x\\u0007\" is none of operational, preOperational, stopped");
+    row("control characters in a fault", oneNode("\"faults\":[{\"kind\":\"sdoDelay\",\"a\\u009bb\":1}]"),
+        "line 1, nodes[0].faults[0].a\\u009Bb: not known for \"sdoDelay\"");
+    row("colon in a key of a fault", oneNode(R"("faults":[{"kind":"silent","a:b":1}])"),
+        "line 1, nodes[0].faults[0].a:b: not known for \"silent\"");
     row("no JSON", "{\n\"name\" 5 }", "line 2: missing name separator");
     row("too large", QByteArray(5 * 1024 * 1024, ' '), "the file is larger than 4 MB");
 }
@@ -212,7 +226,7 @@ void tst_VehicleFile::errorsNameTheFile()
     file.close();
     QString error;
     QVERIFY(!readVehicleFile(path, &error).has_value());
-    QCOMPARE(error, path + QStringLiteral(": nodes: the vehicle has no node"));
+    QCOMPARE(error, path + QStringLiteral(": line 1, nodes: the vehicle has no node"));
 }
 
 void tst_VehicleFile::missingFile()
