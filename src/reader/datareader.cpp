@@ -153,6 +153,7 @@ void DataReader::startSequence()
     m_readStarted = true;
     m_nodePosition = 0;
     rebuildWorkingList();
+    // Deliberate: node 1 in the place of the list's first node, which after an import may be a node 0.
     m_nodeId = controllerNodeId;
     loadEntry();
     scheduleNextElement();

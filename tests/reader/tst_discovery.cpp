@@ -197,7 +197,8 @@ void tst_Discovery::onlyLowBitsOfTheNumberCount()
     bench.reader.received(0x705);
     bench.reader.received(5);
     bench.reader.received(0x77F);
-    QCOMPARE(bench.reader.getNodeList(), (QList<quint8>{5, 127}));
+    bench.reader.received(0x7C8); // eight bits, not the seven of a node ID
+    QCOMPARE(bench.reader.getNodeList(), (QList<quint8>{5, 127, 200}));
 }
 
 void tst_Discovery::heartbeatsOutsideDetectionAreIgnored()

@@ -45,6 +45,24 @@ QList<quint32> values(const QSignalSpy &spy)
     return list;
 }
 
+/*! The objects asked for, one after the other: "1018 0-4" for neighbouring sub-indices. */
+QStringList askedFor(const QVector<SdoRequest> &requests)
+{
+    QStringList objects;
+    for (int i = 0; i < requests.size();) {
+        int last = i;
+        while (last + 1 < requests.size() && requests.at(last + 1).index == requests.at(i).index
+               && requests.at(last + 1).subIndex == requests.at(last).subIndex + 1)
+            ++last;
+        objects.append(QStringLiteral("%1 %2-%3")
+                           .arg(QString::number(requests.at(i).index, 16).toUpper())
+                           .arg(requests.at(i).subIndex)
+                           .arg(requests.at(last).subIndex));
+        i = last + 1;
+    }
+    return objects;
+}
+
 } // namespace
 
 class tst_ReadSequence : public QObject
@@ -53,7 +71,11 @@ class tst_ReadSequence : public QObject
 
 private slots:
     void readsTwoNodesInTableOrder();
+    void asksForTheWholeListInItsOrder();
+    void beginsWithNodeOneWhateverTheListBeginsWith();
     void reportsEachIndexAndTheEndOnce();
+    void reportsAnIndexAfterItsUpload();
+    void reportsTheEndWhenTheRunIsOver();
     void abortedObjectsAreSkipped();
     void everyErrorButNoAnswerIsSkipped_data();
     void everyErrorButNoAnswerIsSkipped();
@@ -111,6 +133,40 @@ void tst_ReadSequence::readsTwoNodesInTableOrder()
     QCOMPARE(log.warnings(), QStringList());
 }
 
+void tst_ReadSequence::asksForTheWholeListInItsOrder()
+{
+    Bench bench;
+    bench.start({1});
+    QTRY_VERIFY(!bench.reader.isReading());
+    const QString list = QStringLiteral(
+        "1000 0-0, 1001 0-0, 1018 0-4, 6000 0-5, 6001 0-5, 6002 0-5, 6003 0-5, 6005 0-0, 6008 0-4, 600D 0-0, "
+        "600E 0-14, 6020 0-5, 6022 0-5, 6023 0-5, 6024 0-5, 6025 0-5, 6026 0-5, 6027 0-5, 603E 0-5, "
+        "6040 0-5, 6042 0-5, 6046 0-2, 6047 0-2, 6048 0-2, 6049 0-2, 604A 0-2, 604B 0-2, 604C 0-2, 604D 0-2, "
+        "604E 0-2, 604F 0-2, "
+        "6080 0-0, 6081 0-0, "
+        "6100 0-2, 6102 0-2, 6105 0-2, 6120 0-1, 6121 0-1, 6126 0-2, 6127 0-2, 6160 0-2, 6162 0-2, 6164 0-2, "
+        "6176 0-2, 6310 0-1, 6311 0-1, 6312 0-1, "
+        "62E8 0-5, "
+        "6310 0-7, 6311 0-7");
+    QCOMPARE(askedFor(bench.requests()).join(QStringLiteral(", ")), list);
+}
+
+void tst_ReadSequence::beginsWithNodeOneWhateverTheListBeginsWith()
+{
+    Bench bench;
+    // An import lists a node 0 for every end of a node; it stands before node 1 in the sorted list.
+    bench.reader.importXml(QStringLiteral("<nodes><node nodeid=\"0\">"));
+    bench.start({1, 5});
+    QTRY_VERIFY(!bench.reader.isReading());
+    QCOMPARE(bench.reader.getNodeList(), (QList<quint8>{0, 1, 5}));
+    QCOMPARE(bench.requests().size(), 3 * entriesPerNode);
+    // Node 1 stands in the place of the first of the list, and again in its own.
+    QCOMPARE(bench.requests().at(0).nodeId, quint8(1));
+    QCOMPARE(bench.requests().at(entriesPerNode - 1).nodeId, quint8(1));
+    QCOMPARE(bench.requests().at(entriesPerNode).nodeId, quint8(1));
+    QCOMPARE(bench.requests().at(2 * entriesPerNode).nodeId, quint8(5));
+}
+
 void tst_ReadSequence::reportsEachIndexAndTheEndOnce()
 {
     Bench bench;
@@ -123,6 +179,49 @@ void tst_ReadSequence::reportsEachIndexAndTheEndOnce()
         QCOMPARE(reported.at(i), quint32(bench.requests().at(i).index));
     QCOMPARE(reported.count(0), 1);
     QCOMPARE(reported.constLast(), 0u);
+}
+
+void tst_ReadSequence::reportsAnIndexAfterItsUpload()
+{
+    Bench bench;
+    QList<int> requestsAtReport;
+    connect(&bench.reader, &DataReader::done, &bench.host.sdoClient, [&](quint32 index) {
+        if (index != 0)
+            requestsAtReport.append(bench.requests().size());
+    });
+    bench.start({1});
+    QTRY_VERIFY(!bench.reader.isReading());
+    QCOMPARE(requestsAtReport.size(), entriesPerNode);
+    for (int i = 0; i < entriesPerNode; ++i)
+        QCOMPARE(requestsAtReport.at(i), i + 1);
+}
+
+void tst_ReadSequence::reportsTheEndWhenTheRunIsOver()
+{
+    for (const bool isTimeout : {false, true}) {
+        Bench bench;
+        if (isTimeout)
+            bench.host.sdoClient.setError(1, 0x6000, 0, noAnswer);
+        LogWatcher log;
+        bool isReadingAtEnd = true;
+        QStringList linesAtEnd;
+        connect(&bench.reader, &DataReader::done, &bench.host.sdoClient, [&](quint32 index) {
+            if (index != 0)
+                return;
+            isReadingAtEnd = bench.reader.isReading();
+            linesAtEnd = log.debugLines();
+        });
+        bench.start({1});
+        QTRY_VERIFY(!bench.reader.isReading());
+        QVERIFY(!isReadingAtEnd);
+        // The states are subscribed to first, and why the run ended is said last.
+        const QStringList common{QStringLiteral("Found nodes: (1)"),
+                                 QStringLiteral("void DataReader::finishedSlot(quint32)")};
+        QCOMPARE(linesAtEnd, common);
+        QCOMPARE(log.debugLines().mid(2, 1),
+                 isTimeout ? QStringList{QStringLiteral("Stop on Timeout: Node =  1 index =  24576")}
+                           : QStringList());
+    }
 }
 
 void tst_ReadSequence::abortedObjectsAreSkipped()
