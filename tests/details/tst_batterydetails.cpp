@@ -290,15 +290,15 @@ void tst_BatteryDetails::hostileCountsEnd()
 
 void tst_BatteryDetails::labelsAreTranslated()
 {
-    MarkingTranslator translator;
-    QVERIFY(QCoreApplication::installTranslator(&translator));
+    const MarkingTranslator translator("OverviewForm");
     Battery node;
     node.setEntries(0x6105, {253}).show();
-    QCOMPARE(ShownNode::name(node.values, 2), s("<Battery Status>"));
-    QCOMPARE(ShownNode::name(node.values, 3), s("<Battery Pack >1< highest temperature>"));
+    QCOMPARE(ShownNode::name(node.values, 2), s("[OverviewForm:Battery Status]"));
+    QCOMPARE(ShownNode::name(node.values, 3),
+             s("[OverviewForm:Battery Pack ]1[OverviewForm: highest temperature]"));
     node.setEntries(0x6105, {253, 254}).show();
-    QCOMPARE(ShownNode::name(node.values, 3), s("<Battery Pack >0< sensor >1< temperature>"));
-    QVERIFY(QCoreApplication::removeTranslator(&translator));
+    QCOMPARE(ShownNode::name(node.values, 3),
+             s("[OverviewForm:Battery Pack ]0[OverviewForm: sensor ]1[OverviewForm: temperature]"));
 }
 
 QTEST_GUILESS_MAIN(tst_BatteryDetails)

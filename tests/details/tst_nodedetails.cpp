@@ -410,28 +410,24 @@ void tst_NodeDetails::hostileCountsEnd()
 
 void tst_NodeDetails::labelsAreTranslated()
 {
-    MarkingTranslator translator;
-    QVERIFY(QCoreApplication::installTranslator(&translator));
+    const MarkingTranslator translator("OverviewForm");
     ShownNode node;
     node.setEntries(0x6008, {1}).setEntries(0x6026, {1}).setEntries(0x6040, {1}).set(0x6002, 1, 0).show();
-    QCOMPARE(ShownNode::name(node.parameters, 0), s("Nominal voltage< VDN >1"));
-    QCOMPARE(ShownNode::name(node.parameters, 2), s("Device maximum voltage< VDN >1"));
-    QCOMPARE(ShownNode::name(node.values, 1), s("<Draxel FSA state>"));
-    QCOMPARE(ShownNode::name(node.values, 2), s("Device actual voltage< VDN >1"));
+    QCOMPARE(ShownNode::name(node.parameters, 0), s("Nominal voltage[OverviewForm: VDN ]1"));
+    QCOMPARE(ShownNode::name(node.parameters, 2), s("Device maximum voltage[OverviewForm: VDN ]1"));
+    QCOMPARE(ShownNode::name(node.values, 1), s("[OverviewForm:Draxel FSA state]"));
+    QCOMPARE(ShownNode::name(node.values, 2), s("Device actual voltage[OverviewForm: VDN ]1"));
     node.set(0x6008, 0, 128).show();
-    QCOMPARE(ShownNode::name(node.parameters, 0), s("Nominal voltage< external device >1"));
-    QVERIFY(QCoreApplication::removeTranslator(&translator));
+    QCOMPARE(ShownNode::name(node.parameters, 0), s("Nominal voltage[OverviewForm: external device ]1"));
 }
 
 void tst_NodeDetails::titlesAreTranslated()
 {
     QCOMPARE(NodeDetails::parametersTitle(), s("Device Parameters (fixed)"));
     QCOMPARE(NodeDetails::valuesTitle(), s("Actual Values"));
-    MarkingTranslator translator;
-    QVERIFY(QCoreApplication::installTranslator(&translator));
-    QCOMPARE(NodeDetails::parametersTitle(), s("<Device Parameters (fixed)>"));
-    QCOMPARE(NodeDetails::valuesTitle(), s("<Actual Values>"));
-    QVERIFY(QCoreApplication::removeTranslator(&translator));
+    const MarkingTranslator translator("OverviewForm");
+    QCOMPARE(NodeDetails::parametersTitle(), s("[OverviewForm:Device Parameters (fixed)]"));
+    QCOMPARE(NodeDetails::valuesTitle(), s("[OverviewForm:Actual Values]"));
 }
 
 QTEST_GUILESS_MAIN(tst_NodeDetails)

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
+#include <tests/support/markingtranslator.h>
+
 #include <interpreter/componentclass.h>
 #include <interpreter/datainterpreter.h>
 
 #include <QCoreApplication>
 #include <QTest>
-#include <QTranslator>
 #include <QVariant>
 
 #include <functional>
+#include <memory>
 
 /*! Which texts are translated, in which context, and which are the same in every language. */
 class tst_Translations : public QObject
@@ -26,23 +28,7 @@ private slots:
 
 namespace {
 
-/*! Puts every text it is asked for into brackets with its context's first letter, "%1 V" into "[D:%1 V]". */
-class BracketTranslator : public QTranslator
-{
-public:
-    bool isEmpty() const override { return false; }
-
-    QString translate(const char *context, const char *sourceText, const char *disambiguation,
-                      int n) const override
-    {
-        Q_UNUSED(disambiguation)
-        Q_UNUSED(n)
-        return QStringLiteral("[") + QLatin1Char(context[0]) + QLatin1Char(':')
-               + QString::fromUtf8(sourceText) + QLatin1Char(']');
-    }
-};
-
-BracketTranslator translator;
+std::unique_ptr<MarkingTranslator> translator;
 
 using TextFunction = std::function<QString()>;
 
@@ -120,12 +106,12 @@ Q_DECLARE_METATYPE(TextFunction)
 
 void tst_Translations::initTestCase()
 {
-    QVERIFY(QCoreApplication::installTranslator(&translator));
+    translator = std::make_unique<MarkingTranslator>();
 }
 
 void tst_Translations::cleanupTestCase()
 {
-    QCoreApplication::removeTranslator(&translator);
+    translator.reset();
 }
 
 void tst_Translations::interpreterTexts_data()
@@ -138,7 +124,7 @@ void tst_Translations::interpreterTexts_data()
     };
     row(
         "error register", [] { return DataInterpreter::interpretErrorRegister(3u); },
-        "[D:Generic error][D:\nCurrent Error]");
+        "[DataInterpreter:Generic error][DataInterpreter:\nCurrent Error]");
     row(
         "no error", [] { return DataInterpreter::interpretErrorRegister(0u); }, "No error");
     row(
@@ -150,7 +136,7 @@ void tst_Translations::interpreterTexts_data()
     row(
         "reserved processing state", [] { return processingText(3); }, "Reserved: 0x3");
     row(
-        "vendor ID", [] { return identityText(1); }, "[D:Vendor ID]/1");
+        "vendor ID", [] { return identityText(1); }, "[DataInterpreter:Vendor ID]/1");
     row(
         "product code", [] { return identityText(2); }, "Product code/1");
     row(
@@ -160,60 +146,67 @@ void tst_Translations::interpreterTexts_data()
     row(
         "no identity entry", [] { return identityText(5); }, "no entry/no entry");
     row(
-        "emergency shutdown", [] { return controlText(1); }, "[D:Emergency shutdown]");
+        "emergency shutdown", [] { return controlText(1); }, "[DataInterpreter:Emergency shutdown]");
     row(
-        "control command", [] { return controlText(4); }, "[D:Enter operating]");
+        "control command", [] { return controlText(4); }, "[DataInterpreter:Enter operating]");
     row(
         "unknown control command", [] { return controlText(2); }, "");
     row(
-        "device status", [] { return statusText(0x2001); }, "[D:Current input active ]/[D:Connected]");
+        "device status", [] { return statusText(0x2001); },
+        "[DataInterpreter:Current input active ]/[DataInterpreter:Connected]");
     row(
-        "no device status", [] { return statusText(0xE000); }, "[D:nothing active]/[D:reserved]");
+        "no device status", [] { return statusText(0xE000); },
+        "[DataInterpreter:nothing active]/[DataInterpreter:reserved]");
     row(
-        "device capability", [] { return capabilityText(2); }, "[D:Device is possibly active]");
+        "device capability", [] { return capabilityText(2); }, "[DataInterpreter:Device is possibly active]");
     row(
         "profile version", [] { return versionText(1); }, "CiA.part.version.revision/0.0.0.1");
     row(
         "no batteries", [] { return batteryText(0); },
-        "[D:No installed batteries]/[D:No connected batteries]");
+        "[DataInterpreter:No installed batteries]/[DataInterpreter:No connected batteries]");
     row(
         "batteries", [] { return batteryText(3); }, "1/1");
     row(
         "security properties", [] { return securityText(0x00000003); },
-        "[D:Security properties]/[D:Mechanical locking with charge&lock cable supported] | "
-        "[D:Optical alarm supported]/[D:Key class]/[D:Security not supported]");
+        "[DataInterpreter:Security properties]/[DataInterpreter:Mechanical locking with charge&lock cable "
+        "supported] | "
+        "[DataInterpreter:Optical alarm supported]/[DataInterpreter:Key class]/[DataInterpreter:Security not "
+        "supported]");
     row(
         "no security properties", [] { return securityText(0x00FF0000); },
-        "[D:Security properties]/nothing supported/[D:Key class]/");
+        "[DataInterpreter:Security properties]/nothing supported/[DataInterpreter:Key class]/");
     row(
         "alarms", [] { return DataInterpreter::interpretSupportedAlarms(0x80000001u); },
-        "[D:Over voltage alarm supported]");
+        "[DataInterpreter:Over voltage alarm supported]");
     row(
-        "no alarms", [] { return DataInterpreter::interpretSupportedAlarms(0u); }, "[D:Alarm not supported]");
+        "no alarms", [] { return DataInterpreter::interpretSupportedAlarms(0u); },
+        "[DataInterpreter:Alarm not supported]");
     row(
         "system status", [] { return DataInterpreter::interpretSystemStatus(0x11u); },
-        "[D:Powerline on ][D:EMS warning ]");
+        "[DataInterpreter:Powerline on ][DataInterpreter:EMS warning ]");
     row(
-        "LEV type", [] { return DataInterpreter::interpretLevType(9u); }, "[D:Scooter]");
+        "LEV type", [] { return DataInterpreter::interpretLevType(9u); }, "[DataInterpreter:Scooter]");
     row(
-        "unknown LEV type", [] { return DataInterpreter::interpretLevType(0u); }, "[D:undefined]");
+        "unknown LEV type", [] { return DataInterpreter::interpretLevType(0u); },
+        "[DataInterpreter:undefined]");
     row(
-        "chemistry", [] { return DataInterpreter::interpretBatteryChemistry(0x10u); }, "[D:Lead acid (PbA)]");
+        "chemistry", [] { return DataInterpreter::interpretBatteryChemistry(0x10u); },
+        "[DataInterpreter:Lead acid (PbA)]");
     row(
-        "security status", [] { return DataInterpreter::interpretSecurityStatus(0u).left(38); },
-        "[D:No locking mechanism supported\n][D:");
+        "security status", [] { return DataInterpreter::interpretSecurityStatus(0u).left(66); },
+        "[DataInterpreter:No locking mechanism supported\n][DataInterpreter:");
     row(
-        "device type", [] { return DataInterpreter::interpretDeviceType(0u).left(32); },
-        "[D:DXC controller supported\n][D:");
+        "device type", [] { return DataInterpreter::interpretDeviceType(0u).left(60); },
+        "[DataInterpreter:DXC controller supported\n][DataInterpreter:");
     row(
         "system status value", [] { return DataInterpreter::formatValue(0x6080, 0, 1u); },
-        "[D:1,][D:DX is on,]");
+        "[DataInterpreter:1,][DataInterpreter:DX is on,]");
     row(
         "LEV type value", [] { return DataInterpreter::formatValue(0x6081, 0, 3u); },
-        "[D:Pedelec with speed (>45km/h]");
+        "[DataInterpreter:Pedelec with speed (>45km/h]");
     row(
         "reserved LEV type value", [] { return DataInterpreter::formatValue(0x6081, 0, 4u); },
-        "[D:reserved]");
+        "[DataInterpreter:reserved]");
     row(
         "object name", [] { return DataInterpreter::objectName(0x1000, 0); }, "Device type");
     row(
@@ -230,24 +223,25 @@ void tst_Translations::interpreterTexts()
 
 void tst_Translations::unitsFollowTheTranslation()
 {
-    QCOMPARE(DataInterpreter::formatValue(0x6040, 1, 36500u), QStringLiteral("[D:36.50 V]"));
-    QCOMPARE(DataInterpreter::formatValue(0x6105, 1, 253u), QStringLiteral("[D:25.30 °C]"));
+    QCOMPARE(DataInterpreter::formatValue(0x6040, 1, 36500u), QStringLiteral("[DataInterpreter:36.50 V]"));
+    QCOMPARE(DataInterpreter::formatValue(0x6105, 1, 253u), QStringLiteral("[DataInterpreter:25.30 °C]"));
 }
 
 void tst_Translations::componentClassNames()
 {
-    QCOMPARE(componentClassName(*findComponentClass(6)), QStringLiteral("[O:Battery Pack]"));
-    QCOMPARE(componentClassName(*findComponentClass(4), 5), QStringLiteral("[O:Draxel Controller]"));
+    QCOMPARE(componentClassName(*findComponentClass(6)), QStringLiteral("[OverviewForm:Battery Pack]"));
+    QCOMPARE(componentClassName(*findComponentClass(4), 5),
+             QStringLiteral("[OverviewForm:Draxel Controller]"));
     QCOMPARE(componentClassName(*findComponentClass(4), 127),
-             QStringLiteral("[O:Draxel Controller/Charger]"));
+             QStringLiteral("[OverviewForm:Draxel Controller/Charger]"));
 }
 
 void tst_Translations::aTranslationIsNotKept()
 {
-    QCOMPARE(DataInterpreter::formatValue(0x6040, 1, 1000u), QStringLiteral("[D:1.00 V]"));
-    QCoreApplication::removeTranslator(&translator);
+    QCOMPARE(DataInterpreter::formatValue(0x6040, 1, 1000u), QStringLiteral("[DataInterpreter:1.00 V]"));
+    translator.reset();
     QCOMPARE(DataInterpreter::formatValue(0x6040, 1, 1000u), QStringLiteral("1.00 V"));
-    QVERIFY(QCoreApplication::installTranslator(&translator));
+    translator = std::make_unique<MarkingTranslator>();
 }
 
 QTEST_GUILESS_MAIN(tst_Translations)

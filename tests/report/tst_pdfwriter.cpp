@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <tests/support/markingtranslator.h>
+
 #include <report/pdfwriter.h>
 
 #include <QFile>
@@ -79,18 +81,6 @@ int emptyPageCount(const QByteArray &pdf)
     }
     return count;
 }
-
-/*! Puts every text of its contexts in brackets. */
-class BracketTranslator : public QTranslator
-{
-public:
-    QString translate(const char *context, const char *sourceText, const char *, int) const override
-    {
-        return QString::fromLatin1("[%1:%2]").arg(QString::fromLatin1(context),
-                                                  QString::fromUtf8(sourceText));
-    }
-    bool isEmpty() const override { return false; }
-};
 
 #ifdef Q_OS_UNIX
 /*! Lets every file of the process grow to a limit only, as a disk that is nearly full does. */
@@ -287,8 +277,7 @@ private slots:
 
     void translatesTwoNamesOnly()
     {
-        BracketTranslator translator;
-        QVERIFY(QCoreApplication::installTranslator(&translator));
+        const MarkingTranslator translator;
         pdfWriter writer;
         QVERIFY(writer.html().contains(QLatin1String(">Draxel Report<")));
         QVERIFY(appended(writer, [&] {

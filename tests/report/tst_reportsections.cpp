@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <tests/support/markingtranslator.h>
+
 #include <report/pdfwriter.h>
 #include <report/reportsections.h>
 #include <store/nodestore.h>
@@ -127,17 +129,6 @@ int statusCount(const QList<Row> &values)
 {
     return values.last().text.count(QLatin1String("encryption key<br>")) / 2;
 }
-
-class BracketTranslator : public QTranslator
-{
-public:
-    QString translate(const char *context, const char *sourceText, const char *, int) const override
-    {
-        return QString::fromLatin1("[%1:%2]").arg(QString::fromLatin1(context),
-                                                  QString::fromUtf8(sourceText));
-    }
-    bool isEmpty() const override { return false; }
-};
 
 } // namespace
 
@@ -641,8 +632,7 @@ private slots:
 
     void textsAreTheWindowsTexts()
     {
-        BracketTranslator translator;
-        QVERIFY(QCoreApplication::installTranslator(&translator));
+        const MarkingTranslator translator;
         OneNode store(6);
         store.set(0x6008, 0, 1).set(0x6008, 1, 0).set(0x6024, 0, 128).set(0x6024, 1, 0);
         store.set(0x6105, 0, 1).set(0x6105, 1, 0).set(0x600E, 0, 0).set(0x6311, 0, 0);

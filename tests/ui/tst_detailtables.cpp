@@ -2,7 +2,7 @@
 #include "importedform.h"
 #include "shownnode.h"
 
-#include <tests/support/logwatcher.h>
+#include <tests/support/windowtest.h>
 #include <ui/tablewriter.h>
 
 #include <QtTest>
@@ -17,7 +17,7 @@ QString s(const char *text)
 } // namespace
 
 /*! How rows look in the two tables of the window, and which node they show. */
-class tst_DetailTables : public QObject
+class tst_DetailTables : public WindowTest
 {
     Q_OBJECT
 
@@ -184,19 +184,17 @@ void tst_DetailTables::selectionShowsTheNodeOfTheRow()
                        {6, 0x6005, 0, 66}});
     QCOMPARE(form.tree().topLevelItemCount(), 2);
 
-    LogWatcher log;
     form.tree().setCurrentItem(form.tree().topLevelItem(0));
     QCOMPARE(ShownNode::row(form.parameters(), 0),
              s("Device unique part number = 55 [Object: 0x6005, Value: 55 | 0x37]"));
     QCOMPARE(form.parameters().rowCount(), 2);
-    QCOMPARE(log.debugLines().filter(s("HMI control unit/display")).size(), 1);
-    QVERIFY(log.debugLines().filter(s("HMI control unit/display")).at(0).contains(s("5")));
+    QCOMPARE(log().debugLines().filter(s("HMI control unit/display")).size(), 1);
+    QVERIFY(log().debugLines().filter(s("HMI control unit/display")).at(0).contains(s("5")));
 
     form.tree().setCurrentItem(form.tree().topLevelItem(1));
     QCOMPARE(ShownNode::row(form.parameters(), 0),
              s("Device unique part number = 66 [Object: 0x6005, Value: 66 | 0x42]"));
     QCOMPARE(form.parameters().rowCount(), 3);
-    QCOMPARE(log.warnings(), QStringList());
 }
 
 void tst_DetailTables::noSelectionKeepsTheTables()

@@ -2,7 +2,7 @@
 #include "importedform.h"
 
 #include <reader/datareader.h>
-#include <tests/support/logwatcher.h>
+#include <tests/support/windowtest.h>
 #include <tests/support/markingtranslator.h>
 #include <tests/support/messageboxwatcher.h>
 #include <ui/informationdialogs.h>
@@ -132,7 +132,7 @@ void rightClick(QTreeWidget &tree)
 } // namespace
 
 /*! The context menu of the component tree and the dialogs it offers. */
-class tst_InformationDialogs : public QObject
+class tst_InformationDialogs : public WindowTest
 {
     Q_OBJECT
 
@@ -408,14 +408,12 @@ void tst_InformationDialogs::errorField()
 
 void tst_InformationDialogs::errorFieldOfAHostileCount()
 {
-    LogWatcher log;
     ShownDialogs dialogs;
     dialogs.set(0x1003, 0, 4000000000u).set(0x1003, 1, 7);
     const QString text = dialogs.text(InformationDialog::ErrorField);
     QVERIFY(text.startsWith(s("7\n4000000000\n7\n")));
     QVERIFY(text.count(QLatin1Char('\n')) < 100);
-    QCOMPARE(log.debugLines().filter(s("more than there can be")).size(), 1);
-    QCOMPARE(log.warnings(), QStringList());
+    QCOMPARE(log().debugLines().filter(s("more than there can be")).size(), 1);
 }
 
 void tst_InformationDialogs::specificationVersions_data()
@@ -478,30 +476,26 @@ void tst_InformationDialogs::securityStatus()
 
 void tst_InformationDialogs::entriesOfHostileCounts()
 {
-    LogWatcher log;
     ShownDialogs dialogs;
     dialogs.set(0x600E, 0, 4000000000u).set(0x6311, 0, 0xFFFFFFFFu);
     const QString versions = dialogs.text(InformationDialog::SpecificationVersions);
     QVERIFY(versions.startsWith(s("CiA.part.version.revision\n953.")));
     QVERIFY(versions.count(QLatin1Char('\n')) < 100);
     QVERIFY(dialogs.text(InformationDialog::SecurityStatus).count(QLatin1Char('\n')) < 200);
-    QCOMPARE(log.debugLines().filter(s("more than there can be")).size(), 2);
-    QCOMPARE(log.warnings(), QStringList());
+    QCOMPARE(log().debugLines().filter(s("more than there can be")).size(), 2);
 }
 
 void tst_InformationDialogs::everyEntryOfAHostileNode()
 {
-    LogWatcher log;
     ShownDialogs dialogs;
     for (int subIndex = 0; subIndex < 256; ++subIndex) {
         dialogs.set(0x1003, static_cast<quint8>(subIndex), 4000000000u);
         dialogs.set(0x6311, static_cast<quint8>(subIndex), 4000000000u);
     }
     QCOMPARE(dialogs.text(InformationDialog::ErrorField).count(QLatin1Char('\n')), 16 * 256);
-    QCOMPARE(log.debugLines().filter(s("was cut")).size(), 0);
+    QCOMPARE(log().debugLines().filter(s("was cut")).size(), 0);
     QCOMPARE(dialogs.text(InformationDialog::SecurityStatus).count(QLatin1Char('\n')), 5000 - 1);
-    QCOMPARE(log.debugLines().filter(s("was cut")).size(), 1);
-    QCOMPARE(log.warnings(), QStringList());
+    QCOMPARE(log().debugLines().filter(s("was cut")).size(), 1);
 }
 
 void tst_InformationDialogs::menuNeedsARow()
@@ -538,7 +532,6 @@ void tst_InformationDialogs::menuWithoutActionsIsRun()
 
 void tst_InformationDialogs::everyActionOpensItsDialog()
 {
-    LogWatcher log;
     ImportedForm form({{5, 0x6000, 0, 1},
                        {5, 0x6000, 1, 6},
                        {5, 0x1000, 0, 0},
@@ -580,7 +573,6 @@ void tst_InformationDialogs::everyActionOpensItsDialog()
     rightClick(form.tree());
     QCOMPARE(driver.actions, QStringList(s("Error register")));
     QCOMPARE(boxes.texts().last(), s("No error"));
-    QCOMPARE(log.warnings(), QStringList());
 }
 
 void tst_InformationDialogs::slotsWithoutARowShowNothing()
@@ -611,19 +603,17 @@ void tst_InformationDialogs::nodeOfTheMenuIsTheLowByteOfTheRow()
 void tst_InformationDialogs::textsFollowTheLanguage()
 {
     ImportedForm form({{5, 0x6000, 0, 1}, {5, 0x6000, 1, 6}, {5, 0x1001, 0, 1}});
-    MarkingTranslator translator;
-    QVERIFY(QCoreApplication::installTranslator(&translator));
+    const MarkingTranslator translator("OverviewForm");
 
     const MessageBoxWatcher boxes;
-    const MenuDriver driver(s("<Error register>"));
+    const MenuDriver driver(s("[OverviewForm:Error register]"));
     rightClick(form.tree());
-    QCOMPARE(driver.actions, QStringList(s("<Error register>")));
+    QCOMPARE(driver.actions, QStringList(s("[OverviewForm:Error register]")));
     QCOMPARE(boxes.boxes().size(), 1);
-    QCOMPARE(boxes.boxes().first().title, s("<Error register>"));
+    QCOMPARE(boxes.boxes().first().title, s("[OverviewForm:Error register]"));
     QCOMPARE(boxes.boxes().first().text, s("Generic error"));
     for (const QAction *action : form.form().findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly))
-        QVERIFY2(action->statusTip().startsWith(s("<Shows ")), qPrintable(action->statusTip()));
-    QVERIFY(QCoreApplication::removeTranslator(&translator));
+        QVERIFY2(action->statusTip().startsWith(s("[OverviewForm:Shows ")), qPrintable(action->statusTip()));
 }
 
 QTEST_MAIN(tst_InformationDialogs)

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <tests/support/windowtest.h>
+
 #include <ui/networkpicture.h>
 
 #include <QFontMetrics>
@@ -7,7 +9,7 @@
 #include <QGraphicsView>
 #include <QtTest>
 
-class tst_NetworkPicture : public QObject
+class tst_NetworkPicture : public WindowTest
 {
     Q_OBJECT
 

@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+#include "formbench.h"
+
+#include <tests/support/httpserver.h>
+#include <tests/support/messageboxwatcher.h>
+#include <tests/support/windowtest.h>
+
+#include <QApplication>
+#include <QMap>
+#include <QMessageBox>
+#include <QTimer>
+#include <QTreeWidget>
+#include <QtTest>
+
+namespace {
+
+constexpr int patience = 20000; // ms, for what takes milliseconds on a machine that is not busy
+
+/*! The update information server of the machine that the test runs on. */
+class UpdateServerOfTest : public HttpServer
+{
+public:
+    UpdateServerOfTest()
+    {
+        // A proxy of the machine would stand between the window and the loopback.
+        for (const char *name : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"})
+            qunsetenv(name);
+        qputenv("DRAXEL_UPDATE_HOST", authority().toLatin1());
+    }
+    ~UpdateServerOfTest() override { qunsetenv("DRAXEL_UPDATE_HOST"); }
+};
+
+/*! Reads node 1, whose identity has these entries, so that its component is the current one. */
+void readIdentity(FormBench &bench, const QMap<quint8, quint32> &identity)
+{
+    for (auto entry = identity.constBegin(); entry != identity.constEnd(); ++entry)
+        bench.host.sdoClient.setValue(1, 0x1018, entry.key(), *entry);
+    bench.form->setConnected(true);
+    bench.read({1});
+    QVERIFY(bench.find<QTreeWidget>("treeWidget")->currentItem() != nullptr);
+}
+
+} // namespace
+
+/*! The button for the update check, and what is shown of the answer. */
+class tst_FormUpdate : public WindowTest
+{
+    Q_OBJECT
+
+private slots:
+    void updateWithoutAComponentSays();
+    void buttonAsksForTheComponentAndShowsTheAnswer();
+    void incompleteIdentityIsNotAskedFor_data();
+    void incompleteIdentityIsNotAskedFor();
+    void updateInformationIsShownAsItIs();
+    void longUpdateInformation_data();
+    void longUpdateInformation();
+};
+
+void tst_FormUpdate::updateWithoutAComponentSays()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("the application"));
+    MessageBoxWatcher watcher;
+    FormBench bench;
+    bench.press("btnCheckUpdate");
+    QCOMPARE(watcher.texts(), QStringList{QStringLiteral("No component selected.")});
+    QCOMPARE(watcher.boxes().constFirst().title, QStringLiteral("the application"));
+}
+
+void tst_FormUpdate::buttonAsksForTheComponentAndShowsTheAnswer()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("the application"));
+    UpdateServerOfTest server;
+    server.setAnswer(HttpServer::response("Firmware 1.1 is available."));
+    MessageBoxWatcher watcher;
+    FormBench bench;
+    readIdentity(bench, {{0, 4}, {1, 42}, {2, 4000000000}, {3, 65537}, {4, 7}});
+    bench.press("btnCheckUpdate");
+    QTRY_COMPARE_WITH_TIMEOUT(watcher.texts(), QStringList{QStringLiteral("Firmware 1.1 is available.")},
+                              patience);
+    QCOMPARE(server.requestLine(0),
+             QByteArray("GET /versioninfo/?vendor=42&product=4000000000&revision=65537 HTTP/1.1"));
+    QCOMPARE(watcher.boxes().constFirst().title, QStringLiteral("the application"));
+
+    // Once for the first press, twice for the second.
+    bench.press("btnCheckUpdate");
+    QTRY_COMPARE_WITH_TIMEOUT(watcher.boxes().size(), 3, patience);
+    QCOMPARE(server.requests().size(), 2);
+}
+
+void tst_FormUpdate::incompleteIdentityIsNotAskedFor_data()
+{
+    QTest::addColumn<quint8>("missing");
+    QTest::newRow("vendor") << quint8(1);
+    QTest::newRow("product") << quint8(2);
+    QTest::newRow("revision") << quint8(3);
+}
+
+void tst_FormUpdate::incompleteIdentityIsNotAskedFor()
+{
+    QFETCH(quint8, missing);
+    UpdateServerOfTest server;
+    server.setAnswer(HttpServer::response("the answer"));
+    MessageBoxWatcher watcher;
+    FormBench bench;
+    QMap<quint8, quint32> identity{{1, 10}, {2, 20}, {3, 30}};
+    identity.remove(missing);
+    readIdentity(bench, identity);
+    bench.press("btnCheckUpdate");
+    QCOMPARE(watcher.texts(), QStringList());
+
+    // A press that does ask comes after anything that the one before might have started.
+    bench.finder.reader->setValue(1, 0x1018, missing, missing * 10u);
+    bench.press("btnCheckUpdate");
+    QTRY_COMPARE_WITH_TIMEOUT(watcher.texts(), QStringList{QStringLiteral("the answer")}, patience);
+    QCOMPARE(server.requestLine(0),
+             QByteArray("GET /versioninfo/?vendor=10&product=20&revision=30 HTTP/1.1"));
+    QCOMPARE(server.requests().size(), 1);
+}
+
+void tst_FormUpdate::updateInformationIsShownAsItIs()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("the application"));
+    MessageBoxWatcher watcher;
+    FormBench bench;
+    bench.form->showUpdateInformation(1, 2, 3, QStringLiteral("<b>1.2</b> & more"));
+    QCOMPARE(watcher.texts(), QStringList{QStringLiteral("<b>1.2</b> & more")});
+    QCOMPARE(watcher.boxes().constFirst().title, QStringLiteral("the application"));
+}
+
+void tst_FormUpdate::longUpdateInformation_data()
+{
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<QString>("text"); // of the box
+    QTest::addColumn<bool>("hasDetails");
+
+    const auto characters = [](int count) { return QString(count, QLatin1Char('x')); };
+    const auto lines = [](int count) { return QStringLiteral("line\n").repeated(count); };
+    const QString more = QStringLiteral("\n\u2026");
+    QTest::newRow("empty") << QString() << QString() << false;
+    QTest::newRow("4000 characters") << characters(4000) << characters(4000) << false;
+    QTest::newRow("4001 characters") << characters(4001) << characters(4000) + more << true;
+    QTest::newRow("40 lines") << lines(39) + QStringLiteral("end") << lines(39) + QStringLiteral("end")
+                              << false;
+    QTest::newRow("41 lines") << lines(40) + QStringLiteral("end")
+                              << lines(39) + QStringLiteral("line") + more << true;
+    QTest::newRow("a long second line")
+        << lines(1) + characters(5000) << lines(1) + characters(3995) + more << true;
+    QTest::newRow("100 kB in one line") << characters(100000) << characters(4000) + more << true;
+    QTest::newRow("1 MB of lines") << lines(200000) << lines(39) + QStringLiteral("line") + more << true;
+}
+
+void tst_FormUpdate::longUpdateInformation()
+{
+    QFETCH(QString, answer);
+    QFETCH(QString, text);
+    QFETCH(bool, hasDetails);
+
+    MessageBoxWatcher watcher;
+    FormBench bench;
+    QString details;
+    QTimer::singleShot(0, &bench.finder, [&details] {
+        if (const auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+            details = box->detailedText();
+    });
+    bench.form->showUpdateInformation(1, 2, 3, answer);
+    QCOMPARE(watcher.texts(), QStringList{text});
+    QCOMPARE(details, hasDetails ? answer : QString());
+}
+
+QTEST_MAIN(tst_FormUpdate)
+#include "tst_formupdate.moc"
