@@ -336,6 +336,37 @@ private slots:
         QVERIFY(text.contains(pageSize));
     }
 
+    /*! The first lines of a page place the printed area on the paper, in points: "scale 0 0 -scale left top cm", and
+     *  further down its size in pixels as a path, "0 0 m, width 0 l, width height l".
+     */
+    void marginsAndResolution()
+    {
+        pdfWriter writer;
+        QVERIFY(writer.writeFiles(m_folder->path()));
+        const QString page = QString::fromLatin1(pagesOf(contentOf(pdf())).value(0));
+        static const QRegularExpression placing(
+            QStringLiteral("([0-9.]+) 0 0 -([0-9.]+) ([0-9.]+) ([0-9.]+) cm\\n"));
+        static const QRegularExpression area(
+            QStringLiteral("\\n0 0 m\\n([0-9.]+) 0 l\\n([0-9.]+) ([0-9.]+) l\\n"));
+        const QRegularExpressionMatch place = placing.match(page);
+        const QRegularExpressionMatch size = area.match(page);
+        QVERIFY2(place.hasMatch() && size.hasMatch(), qPrintable(page.left(500)));
+
+        constexpr double paperWidth = 595;                 // points, A4
+        constexpr double paperHeight = 842;                // points
+        constexpr double margin = 28.35;                   // points: 10 mm
+        const double scale = place.captured(1).toDouble(); // points a pixel
+        QCOMPARE(qRound(72 / scale), 96); // dots per inch of a screen; QTest sets these
+        QCOMPARE(place.captured(2), place.captured(1));
+
+        const double left = place.captured(3).toDouble();
+        const double top = paperHeight - place.captured(4).toDouble();
+        const double right = paperWidth - left - size.captured(1).toDouble() * scale;
+        const double bottom = paperHeight - top - size.captured(3).toDouble() * scale;
+        for (const double width : {left, top, right, bottom})
+            QVERIFY2(qAbs(width - margin) < 1, qPrintable(QString::number(width))); // whole pixels
+    }
+
     void headAloneIsOnePage()
     {
         pdfWriter writer;
