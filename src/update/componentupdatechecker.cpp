@@ -55,8 +55,8 @@ void ComponentUpdateChecker::replyFinished(QNetworkReply *reply)
     QString info;
     m_hasFailed = reply->error() != QNetworkReply::NoError;
     if (m_hasFailed) {
-        info
-            = tr("No connection to update information server at %1.").arg(UpdateServer::organisationDomain());
+        info = tr("No connection to update information server at %1.")
+                   .arg(UpdateServer::displayName(reply->request().url().authority()));
     } else {
         // Only looked at, for the deliveries of this reply that are still to come.
         info = textOf(reply->peek(reply->bytesAvailable()));

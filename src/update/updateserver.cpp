@@ -96,6 +96,11 @@ QString organisationDomain()
     return QStringLiteral(OVERVIEW_ORGANISATION_DOMAIN);
 }
 
+QString displayName(const QString &host)
+{
+    return host == QStringLiteral(OVERVIEW_UPDATE_HOST) ? organisationDomain() : host;
+}
+
 bool isHost(const QString &text)
 {
     static const QRegularExpression parts = wholeText(QStringLiteral("(?:\\[(.*)\\]|([^:]*))(?::(.*))?"));

@@ -17,6 +17,11 @@ QString host();
 /*! The organisation's plain domain, for messages. Compiled in; never part of a request. */
 QString organisationDomain();
 
+/*! What a message calls the server that was asked as \a host: the organisation's domain for the one compiled
+ *  in, and \a host itself for one that the user has set.
+ */
+QString displayName(const QString &host);
+
 /*! Whether the text is a host name, an IPv4 address or an IPv6 address in brackets, and nothing else but
  *  a colon and a port (1 to 65535) after it. Blanks, a scheme, a user name, a path or a query make it none.
  */

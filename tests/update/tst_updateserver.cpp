@@ -36,6 +36,7 @@ private slots:
     void nonsenseInTheSettingsIsIgnoredWithAWarning();
     void listInTheSettingsIsIgnoredWithAWarning();
     void domainFollowsNoOverride();
+    void messagesNameTheServerAsked();
 
     void isHost_data();
     void isHost();
@@ -193,6 +194,13 @@ void tst_UpdateServer::isHost()
 {
     QFETCH(QString, text);
     QTEST(UpdateServer::isHost(text), "isHost");
+}
+
+void tst_UpdateServer::messagesNameTheServerAsked()
+{
+    QCOMPARE(UpdateServer::displayName(QStringLiteral("updates.draxel.example")),
+             QStringLiteral("draxel.example"));
+    QCOMPARE(UpdateServer::displayName(QStringLiteral("localhost:8080")), QStringLiteral("localhost:8080"));
 }
 
 QTEST_GUILESS_MAIN(tst_UpdateServer)
