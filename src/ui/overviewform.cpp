@@ -3,6 +3,7 @@
 
 #include "componenttree.h"
 #include "detailtables.h"
+#include "exchangeaccess.h"
 #include "informationdialogs.h"
 #include "messagebox.h"
 #include "networkpicture.h"
@@ -86,6 +87,9 @@ OverviewForm::OverviewForm(QWidget *parent)
     m_updateChecker = new ComponentUpdateChecker(this);
     connect(m_updateChecker, SIGNAL(updateInformation(quint32, quint32, quint32, QString)), this,
             SLOT(showUpdateInformation(quint32, quint32, quint32, QString)));
+
+    new ExchangeAccess(
+        m_dataReader, [this] { rebuildComponentTree(); }, this);
 
     createContextActions();
     m_ui->treeWidget->setContextMenuPolicy(Qt::CustomContextMenu);
