@@ -296,5 +296,7 @@ void OverviewForm::showTreeWidgetContextMenu()
     const QPoint position = QCursor::pos();
     QMenu menu(this);
     menu.addActions(m_informationDialogs->offeredActions(m_dataReader->node(ComponentTree::nodeId(*row))));
+    if (menu.isEmpty())
+        return; // it would be an invisible popup that takes the next click
     menu.exec(position);
 }

@@ -163,7 +163,7 @@ private slots:
 
     void menuNeedsARow();
     void menuOpensAtTheCursor();
-    void menuWithoutActionsIsRun();
+    void menuWithoutActionsStaysAway();
     void everyActionOpensItsDialog();
     void slotsWithoutARowShowNothing();
     void nodeOfTheMenuIsTheLowByteOfTheRow();
@@ -521,13 +521,13 @@ void tst_InformationDialogs::menuOpensAtTheCursor()
     QCOMPARE(driver.position, position);
 }
 
-void tst_InformationDialogs::menuWithoutActionsIsRun()
+void tst_InformationDialogs::menuWithoutActionsStaysAway()
 {
     ImportedForm form({{5, 0x6000, 0, 1}, {5, 0x6000, 1, 6}});
     const MenuDriver driver;
     rightClick(form.tree());
-    QCOMPARE(driver.menus, 1);
-    QCOMPARE(driver.actions, QStringList());
+    QCoreApplication::processEvents(); // the driver answers from the event loop
+    QCOMPARE(driver.menus, 0);
 }
 
 void tst_InformationDialogs::everyActionOpensItsDialog()
