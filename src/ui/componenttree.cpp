@@ -10,7 +10,17 @@ namespace {
 
 enum Column { NameColumn, NodeColumn, NmtStateColumn, DeviceStateColumn };
 
-constexpr int nodeIdRole = Qt::UserRole; // of the name column
+constexpr int nodeIdRole = Qt::UserRole;   // of the name column
+constexpr int nmtStateRole = Qt::UserRole; // of the NMT state's column; absent while no state is known
+
+QVector<Component> allComponents(const DataReader &reader)
+{
+    QVector<Component> components;
+    const QList<quint8> nodeIds = reader.getNodeList();
+    for (const quint8 nodeId : nodeIds)
+        components += componentsOf(reader.node(nodeId));
+    return components;
+}
 
 } // namespace
 
@@ -26,31 +36,41 @@ void ComponentTree::clear()
 
 void ComponentTree::addNodes(const DataReader &reader)
 {
+    const QVector<Component> components = allComponents(reader);
     QList<QTreeWidgetItem *> rows;
-    const QList<quint8> nodeIds = reader.getNodeList();
-    for (const quint8 nodeId : nodeIds) {
-        const QVector<Component> components = componentsOf(reader.node(nodeId));
-        for (const Component &component : components)
-            rows.append(makeRow(component).release());
-    }
+    for (const Component &component : components)
+        rows.append(makeRow(component).release());
     m_tree.addTopLevelItems(rows); // becomes their owner
     // Every row would be the current one in its turn; only the last one stays so, and showing a row takes its
     // time.
     m_tree.setCurrentItem(m_tree.topLevelItem(m_tree.topLevelItemCount() - 1));
     m_tree.resizeColumnToContents(NameColumn);
+    widenColumns();
+}
+
+void ComponentTree::retranslate(const DataReader &reader)
+{
+    const QVector<Component> components = allComponents(reader);
+    if (components.size() != m_tree.topLevelItemCount())
+        return;
+    for (int i = 0; i < components.size(); ++i) {
+        if (nodeId(*m_tree.topLevelItem(i)) != components.at(i).nodeId)
+            return;
+    }
+    for (int i = 0; i < components.size(); ++i)
+        fillRow(*m_tree.topLevelItem(i), components.at(i));
+    m_tree.resizeColumnToContents(NameColumn);
+    widenColumns();
 }
 
 std::unique_ptr<QTreeWidgetItem> ComponentTree::makeRow(const Component &component)
 {
     auto row = std::make_unique<QTreeWidgetItem>();
     row->setData(NameColumn, nodeIdRole, static_cast<int>(component.nodeId));
-    row->setText(NameColumn, component.name);
     if (component.icon != nullptr)
         row->setIcon(NameColumn, iconOf(component));
     row->setText(NodeColumn, QString::number(component.nodeId));
-    row->setText(DeviceStateColumn, component.deviceState);
-    if (!component.toolTip.isEmpty())
-        row->setToolTip(DeviceStateColumn, component.toolTip);
+    fillRow(*row, component);
     return row;
 }
 
@@ -63,12 +83,36 @@ QIcon ComponentTree::iconOf(const Component &component)
     return icon;
 }
 
+void ComponentTree::fillRow(QTreeWidgetItem &row, const Component &component)
+{
+    row.setText(NameColumn, component.name);
+    row.setText(DeviceStateColumn, component.deviceState);
+    if (!component.toolTip.isEmpty())
+        row.setToolTip(DeviceStateColumn, component.toolTip);
+    const QVariant state = row.data(NmtStateColumn, nmtStateRole);
+    if (state.isValid())
+        row.setText(NmtStateColumn, nmtStateText(state.toInt()));
+}
+
+// With a large font a state is wider than a column is at first.
+void ComponentTree::widenColumns()
+{
+    for (const int column : {NodeColumn, NmtStateColumn}) {
+        const int width = m_tree.columnWidth(column);
+        m_tree.resizeColumnToContents(column);
+        if (m_tree.columnWidth(column) < width)
+            m_tree.setColumnWidth(column, width);
+    }
+}
+
 void ComponentTree::showNmtState(quint8 node, NmtSender::NmtState state)
 {
     for (int i = 0; i < m_tree.topLevelItemCount(); ++i) {
         QTreeWidgetItem *row = m_tree.topLevelItem(i);
         if (nodeId(*row) == node) {
+            row->setData(NmtStateColumn, nmtStateRole, static_cast<int>(state));
             row->setText(NmtStateColumn, nmtStateText(state));
+            widenColumns();
             return;
         }
     }

@@ -34,12 +34,19 @@ public:
     /*! Adds the rows of the nodes that \a reader knows; the last one becomes the current row. */
     void addNodes(const DataReader &reader);
 
+    /*! Writes the texts of the rows again in the language of now; which row is current and the NMT states stay.
+     *  Does nothing when the rows are not those of \a reader.
+     */
+    void retranslate(const DataReader &reader);
+
     /*! Writes a node's NMT state into its first row; does nothing for a node without a row. */
     void showNmtState(quint8 nodeId, NmtSender::NmtState state);
 
 private:
     std::unique_ptr<QTreeWidgetItem> makeRow(const Component &component);
     QIcon iconOf(const Component &component);
+    static void fillRow(QTreeWidgetItem &row, const Component &component);
+    void widenColumns();
 
     QTreeWidget &m_tree;
     QHash<const char *, QIcon> m_icons; // by their resource

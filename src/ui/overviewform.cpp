@@ -137,7 +137,20 @@ void OverviewForm::changeEvent(QEvent *event)
     if (event->type() == QEvent::LanguageChange) {
         m_ui->retranslateUi(this);
         m_informationDialogs->retranslate();
+        retranslateRows();
     }
+}
+
+void OverviewForm::retranslateRows()
+{
+    // The end of a read makes all rows anew; until then they may be of other nodes than the store.
+    if (m_dataReader.isNull() || m_dataReader->isReading())
+        return;
+    ComponentTree(*m_ui->treeWidget).retranslate(*m_dataReader);
+    const QTreeWidgetItem *row = m_ui->treeWidget->currentItem();
+    if (row != nullptr)
+        DetailTables(m_dataReader->store(), *m_ui->tblParameters, *m_ui->tblValues)
+            .showNode(ComponentTree::nodeId(*row));
 }
 
 void OverviewForm::rebuildComponentTree()

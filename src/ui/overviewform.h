@@ -73,6 +73,7 @@ protected:
 private:
     void createContextActions();
     void rebuildComponentTree();
+    void retranslateRows();
     void showDialog(InformationDialog dialog);
 
     std::unique_ptr<Ui::OverviewForm> m_ui;

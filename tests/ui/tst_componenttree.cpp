@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <tests/support/windowtest.h>
+#include <tests/support/markingtranslator.h>
 #include <tests/support/storebuilder.h>
+#include <tests/support/windowtest.h>
 
 #include <ui/componenttree.h>
 
@@ -78,6 +79,9 @@ private slots:
     void rebuildStartsFromAnEmptyTree();
     void writesDebugLines();
     void nmtStateReachesTheFirstRowOnly();
+    void retranslationKeepsRowAndNmtState();
+    void retranslationNeedsTheSameNodes();
+    void statesAreShownWholeInALargeFont();
     void nmtStateOfAnUnknownNodeChangesNothing();
     void unknownNmtStateClearsTheText();
 };
@@ -328,6 +332,46 @@ void tst_ComponentTree::unknownNmtStateClearsTheText()
     QCOMPARE(bench.column(2), QStringList{QStringLiteral("Stopped")});
     ComponentTree(bench.tree).showNmtState(16, static_cast<NmtSender::NmtState>(5));
     QCOMPARE(bench.column(2), QStringList{QString()});
+}
+
+void tst_ComponentTree::retranslationKeepsRowAndNmtState()
+{
+    Bench bench;
+    StoreBuilder store(bench.reader, {16, 17});
+    store.node(16).set(0x6000, 0, 1u).set(0x6000, 1, 6u).set(0x6002, 1, 0u);
+    store.node(17).set(0x6000, 0, 1u).set(0x6000, 1, 7u);
+    bench.build();
+    ComponentTree(bench.tree).showNmtState(16, NmtSender::Operational);
+    bench.tree.setCurrentItem(bench.tree.topLevelItem(0));
+
+    auto translator = std::make_unique<MarkingTranslator>();
+    ComponentTree(bench.tree).retranslate(bench.reader);
+    translator.reset();
+    QCOMPARE(bench.column(0), (QStringList{QStringLiteral("[OverviewForm:Battery Pack]"),
+                                           QStringLiteral("[OverviewForm:Motor Control unit]")}));
+    QCOMPARE(bench.column(2), (QStringList{QStringLiteral("[OverviewForm:Operational]"), QString()}));
+    QCOMPARE(bench.tree.currentItem(), bench.tree.topLevelItem(0));
+}
+
+void tst_ComponentTree::retranslationNeedsTheSameNodes()
+{
+    Bench bench;
+    bench.buildNode(16, {6});
+    StoreBuilder(bench.reader, {17}).node(17).set(0x6000, 0, 1u).set(0x6000, 1, 7u);
+    ComponentTree(bench.tree).retranslate(bench.reader);
+    QCOMPARE(bench.column(0), QStringList{QStringLiteral("Battery Pack")});
+}
+
+void tst_ComponentTree::statesAreShownWholeInALargeFont()
+{
+    Bench bench;
+    QFont font = bench.tree.font();
+    font.setPointSize(30);
+    bench.tree.setFont(font);
+    bench.buildNode(16, {6});
+    ComponentTree(bench.tree).showNmtState(16, NmtSender::Operational);
+    const int needed = QFontMetrics(font).horizontalAdvance(QStringLiteral("Operational"));
+    QVERIFY2(bench.tree.columnWidth(2) >= needed, qPrintable(QString::number(bench.tree.columnWidth(2))));
 }
 
 QTEST_MAIN(tst_ComponentTree)

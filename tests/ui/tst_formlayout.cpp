@@ -53,6 +53,7 @@ private slots:
     void contextActions_data();
     void contextActions();
     void languageChangeTranslatesTheWindow();
+    void languageChangeTranslatesWhatIsShown();
     void titleMovesOnlyWhileConnected();
     void titleResumesItsDirection();
 };
@@ -257,6 +258,31 @@ void tst_FormLayout::languageChangeTranslatesTheWindow()
              QStringLiteral("[OverviewForm:Shows last occured errors]"));
     translator.reset();
     QTRY_COMPARE(bench.find<QPushButton>("btnExport")->text(), QStringLiteral("Export "));
+}
+
+void tst_FormLayout::languageChangeTranslatesWhatIsShown()
+{
+    FormBench bench;
+    bench.host.sdoClient.setValue(1, 0x6002, 1, 0u);
+    bench.form->setConnected(true);
+    bench.read({1, 5});
+    auto *tree = bench.find<QTreeWidget>("treeWidget");
+    tree->setCurrentItem(tree->topLevelItem(0));
+    const auto *values = bench.find<QTableWidget>("tblValues");
+    bench.form->newNmtState(5, NmtSender::Stopped);
+    QCOMPARE(values->findItems(QStringLiteral("Draxel FSA state"), Qt::MatchExactly).size(), 1);
+
+    auto translator = std::make_unique<MarkingTranslator>();
+    QTRY_COMPARE(bench.components(), (QStringList{QStringLiteral("[OverviewForm:Draxel Controller]"),
+                                                  QStringLiteral("[OverviewForm:Battery Pack]")}));
+    QCOMPARE(tree->topLevelItem(1)->text(2), QStringLiteral("[OverviewForm:Stopped]"));
+    QCOMPARE(tree->currentItem(), tree->topLevelItem(0));
+    QCOMPARE(values->findItems(QStringLiteral("[OverviewForm:Draxel FSA state]"), Qt::MatchExactly).size(),
+             1);
+    translator.reset();
+    QTRY_COMPARE(bench.components(),
+                 (QStringList{QStringLiteral("Draxel Controller"), QStringLiteral("Battery Pack")}));
+    QCOMPARE(values->findItems(QStringLiteral("Draxel FSA state"), Qt::MatchExactly).size(), 1);
 }
 
 void tst_FormLayout::titleMovesOnlyWhileConnected()

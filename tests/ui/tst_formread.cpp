@@ -27,6 +27,7 @@ private slots:
     void readShowsTheWaitCursor();
     void timeoutShowsWhatWasRead();
     void secondPressWaitsForTheSameRun();
+    void exchangeAccessIsClosedDuringARead();
     void quitDuringAReadDoesNotStopIt();
     void windowDestroyedDuringARead();
     void disconnectionDuringARead();
@@ -158,6 +159,32 @@ void tst_FormRead::secondPressWaitsForTheSameRun()
     QCOMPARE(bench.host.sdoClient.requests().size(), 204);
     QCOMPARE(bench.components(), QStringList{QStringLiteral("Draxel Controller")});
     QVERIFY(QApplication::overrideCursor() == nullptr);
+}
+
+void tst_FormRead::exchangeAccessIsClosedDuringARead()
+{
+    FormBench bench;
+    bench.form->setConnected(true);
+    auto *access = bench.form->findChild<QObject *>(QStringLiteral("exchangeAccess"));
+    QVERIFY(access != nullptr);
+    const auto import = [&] {
+        bool isTaken = false;
+        QMetaObject::invokeMethod(
+            access, "importText", Q_RETURN_ARG(bool, isTaken),
+            Q_ARG(QString, QStringLiteral("<node nodeid=\"5\"><object index=\"0x6000\" sub=\"0\" "
+                                          "value=\"1\"/><object index=\"0x6000\" sub=\"1\" value=\"6\"/>")));
+        return isTaken;
+    };
+    bool wasTaken = true;
+    QTimer::singleShot(0, bench.form.get(), [&] {
+        QVERIFY(bench.finder.reader->isReading());
+        wasTaken = import();
+    });
+    bench.read({1});
+    QVERIFY(!wasTaken);
+    QCOMPARE(bench.components(), QStringList{QStringLiteral("Draxel Controller")});
+    QVERIFY(import());
+    QCOMPARE(bench.components(), QStringList{QStringLiteral("Battery Pack")});
 }
 
 void tst_FormRead::quitDuringAReadDoesNotStopIt()
