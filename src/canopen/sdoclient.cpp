@@ -29,6 +29,12 @@ constexpr int slowNodeShare = 8;
 constexpr qint64 heldUpLimit = 20;
 constexpr qint64 graceTime = 10; // ms
 
+milliseconds steadyClock()
+{
+    using std::chrono::steady_clock;
+    return std::chrono::duration_cast<milliseconds>(steady_clock::now().time_since_epoch());
+}
+
 SdoPatience withinRange(SdoPatience patience)
 {
     patience.timeout = std::max(patience.timeout, milliseconds{1});
@@ -64,10 +70,15 @@ struct SdoClient::Node
 };
 
 SdoClient::SdoClient(Sender sender, QObject *parent)
+    : SdoClient(std::move(sender), steadyClock, parent)
+{
+}
+
+SdoClient::SdoClient(Sender sender, Clock clock, QObject *parent)
     : QObject(parent)
     , m_sender(std::move(sender))
+    , m_clock(std::move(clock))
 {
-    m_clock.start();
 }
 
 SdoClient::~SdoClient() = default;
@@ -174,6 +185,12 @@ void SdoClient::timerEvent(QTimerEvent *event)
         return;
     }
     m_timer.stop();
+    if (now() - m_timerDue > heldUpLimit && !m_graceGiven) {
+        m_graceGiven = true;
+        armTimer(now() + graceTime);
+        return;
+    }
+    m_graceGiven = false;
     checkDeadlines();
 }
 
@@ -197,7 +214,7 @@ void SdoClient::startNext(Node &node)
     const qint64 longest = patience.longest.count();
     const qint64 needed = std::min(2 * node.answerTime, longest / slowNodeShare);
     node.firstWait = std::max({qint64(patience.timeout.count()), qint64(request.timeout.count()), needed});
-    node.started = m_clock.elapsed();
+    node.started = now();
     node.end = node.started + longest;
     node.answerTimed = false;
     perform(node, node.upload.start(request.key, request.type, patience.repeats));
@@ -280,30 +297,23 @@ void SdoClient::noteAnswerTime(Node &node)
     if (node.answerTimed || node.upload.isUnanswered())
         return;
     node.answerTimed = true;
-    node.answerTime = m_clock.elapsed() - node.started;
+    node.answerTime = now() - node.started;
 }
 
 void SdoClient::setDeadline(Node &node)
 {
     const qint64 wait = node.firstWait << std::min(node.upload.attempt(), mostDoublings);
-    node.deadline = std::min(m_clock.elapsed() + wait, node.end);
+    node.deadline = std::min(now() + wait, node.end);
     armTimer(node.deadline);
 }
 
 void SdoClient::checkDeadlines()
 {
-    const qint64 now = m_clock.elapsed();
-    if (now - m_timerDue > heldUpLimit && !m_graceGiven) {
-        m_graceGiven = true;
-        armTimer(now + graceTime);
-        return;
-    }
-    m_graceGiven = false;
-
+    const qint64 time = now();
     for (const std::unique_ptr<Node> &node : m_nodes) {
-        if (!node || !node->upload.isActive() || node->deadline > now)
+        if (!node || !node->upload.isActive() || node->deadline > time)
             continue;
-        const SdoUpload::Step step = now >= node->end ? node->upload.giveUp() : node->upload.timeOver();
+        const SdoUpload::Step step = time >= node->end ? node->upload.giveUp() : node->upload.timeOver();
         perform(*node, step);
         if (step.finished)
             m_posted.append(takeOutcome(*node));
@@ -319,19 +329,26 @@ void SdoClient::armTimer(qint64 deadline)
     if (m_timer.isActive() && m_timerDue <= deadline)
         return;
     m_timerDue = deadline;
-    const qint64 wait = std::max<qint64>(deadline - m_clock.elapsed(), 1);
+    const qint64 wait = std::max<qint64>(deadline - now(), 1);
     m_timer.start(static_cast<int>(std::min<qint64>(wait, std::numeric_limits<int>::max())), this);
 }
 
 void SdoClient::armTimerForAll()
 {
-    qint64 earliest = std::numeric_limits<qint64>::max();
+    if (const std::optional<milliseconds> earliest = nextDeadline())
+        armTimer(earliest->count());
+}
+
+std::optional<milliseconds> SdoClient::nextDeadline() const
+{
+    std::optional<milliseconds> earliest;
     for (const std::unique_ptr<Node> &node : m_nodes) {
-        if (node && node->upload.isActive())
-            earliest = std::min(earliest, node->deadline);
+        if (!node || !node->upload.isActive())
+            continue;
+        const milliseconds deadline{node->deadline};
+        earliest = earliest ? std::min(*earliest, deadline) : deadline;
     }
-    if (earliest != std::numeric_limits<qint64>::max())
-        armTimer(earliest);
+    return earliest;
 }
 
 } // namespace CanOpen

@@ -9,7 +9,6 @@
 
 #include <QBasicTimer>
 #include <QCanBusFrame>
-#include <QElapsedTimer>
 #include <QObject>
 #include <QVector>
 
@@ -17,6 +16,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace CanOpen {
 
@@ -46,8 +46,12 @@ class SdoClient : public QObject
 
 public:
     using Sender = std::function<void(const QCanBusFrame &)>;
+    /*! The time since some point in the past; never goes back. */
+    using Clock = std::function<std::chrono::milliseconds()>;
 
+    /*! Without a \a clock of its caller's the client takes the time from the system. */
     explicit SdoClient(Sender sender, QObject *parent = nullptr);
+    SdoClient(Sender sender, Clock clock, QObject *parent = nullptr);
     ~SdoClient() override;
 
     /*! The patience with every node that has none of its own; holds from the next upload on. */
@@ -71,6 +75,14 @@ public:
     /*! Takes a frame from the bus; what is not meant for this client is ignored. */
     void handleFrame(const QCanBusFrame &frame);
 
+    /*! Ends the waits that are over. The client's own timer does so in time; a test does after it has moved
+     *  its clock.
+     */
+    void checkDeadlines();
+
+    /*! When checkDeadlines() has something to do, on the client's clock; empty when nothing is waited for. */
+    std::optional<std::chrono::milliseconds> nextDeadline() const;
+
 signals:
     void finished(const CanOpen::SdoOutcome &outcome);
 
@@ -92,7 +104,7 @@ private:
     void takeHeldFrames();
     void noteAnswerTime(Node &node);
     void setDeadline(Node &node);
-    void checkDeadlines();
+    qint64 now() const { return m_clock().count(); }
     void armTimer(qint64 deadline);
     void armTimerForAll();
 
@@ -104,7 +116,7 @@ private:
     QVector<SdoOutcome> m_posted;       // to be delivered from the event loop
     QVector<QCanBusFrame> m_heldFrames; // came while a frame was being sent
     bool m_sending = false;
-    QElapsedTimer m_clock;
+    Clock m_clock;
     QBasicTimer m_timer;       // one for all deadlines; never later than the earliest of them
     qint64 m_timerDue = 0;     // ms of m_clock
     bool m_graceGiven = false; // once per firing: frames that wait behind a held up event loop come first
