@@ -41,12 +41,17 @@ function(overview_add_module name)
         LIBRARY_OUTPUT_DIRECTORY "${OVERVIEW_BIN_DIR}/${ARG_SUBDIR}")
 endfunction()
 
-# overview_add_test(<name> SOURCES <file>... [DEPENDS <target>...] [TIMEOUT <seconds>] [WINDOW])
+# overview_add_test(<name> SOURCES <file>... [DEPENDS <target>...] [TIMEOUT <seconds>] [WINDOW] [REAL_TIME])
 # A QtTest program that ctest runs without a display and with settings of its own. WINDOW is for tests that show the
-# plug-in's window: its reader has no owner on purpose, and so do some objects of the platform's libraries.
+# plug-in's window: its reader has no owner on purpose, and so do some objects of the platform's libraries. The test has
+# a clock of its own, which leaps over waiting (tests/support/leapingclock_linux.cpp); REAL_TIME is for tests that wait
+# for what is not in their main thread: another process, a server.
 function(overview_add_test name)
-    cmake_parse_arguments(ARG "WINDOW" "TIMEOUT" "SOURCES;DEPENDS" ${ARGN})
+    cmake_parse_arguments(ARG "WINDOW;REAL_TIME" "TIMEOUT" "SOURCES;DEPENDS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
+    if(TARGET leapingclock AND NOT ARG_REAL_TIME)
+        target_sources(${name} PRIVATE $<TARGET_OBJECTS:leapingclock>)
+    endif()
     target_link_libraries(${name} PRIVATE overview_flags ${ARG_DEPENDS} Qt5::Test)
     add_test(NAME ${name} COMMAND ${name})
     if(NOT ARG_TIMEOUT)

@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+// A clock of the test's own. Linked into a test program, this file takes the place of the C library's functions that
+// tell the time or wait, for the main thread: when the program has nothing to do but wait, its clock leaps to the end of
+// the waiting. So a test with time-outs gives the same result on a machine of any speed and load, and takes no longer
+// than its own work; what must not happen within a second does not happen, however busy the machine is.
+//
+// For programs whose whole world is the main thread. One that waits for another process, for a thread or for a server
+// would leap past the other's answer; it lives in real time: REAL_TIME in overview_add_test().
+//
+// Other threads see the real time, so the watchdog of Qt Test still ends a test that hangs. The date is the real one.
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <ctime>
+#include <optional>
+#include <vector>
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/syscall.h>
+#include <sys/timerfd.h>
+#include <unistd.h>
+
+namespace {
+
+using Time = std::chrono::nanoseconds;
+
+// Looking at the clock takes a moment, and so does a turn of an event loop, so that a loop that waits by looking or by
+// turning ends, too.
+constexpr Time oneLook{100};
+constexpr Time oneTurn{10000};
+
+Time now = std::chrono::hours(1);
+
+/*! A descriptor that becomes readable at a time, as a timerfd does. */
+struct Alarm
+{
+    int descriptor;
+    std::optional<Time> due; // empty: not set
+};
+std::vector<Alarm>
+    *alarms; // made when used first, and never deleted: destructors of static objects close files, too
+
+bool isMainThread()
+{
+    static const long process = syscall(SYS_getpid);
+    thread_local const bool isMain = syscall(SYS_gettid) == process;
+    return isMain;
+}
+
+Time timeFrom(const timespec &time)
+{
+    return std::chrono::seconds(time.tv_sec) + Time(time.tv_nsec);
+}
+
+timespec timespecFrom(Time time)
+{
+    constexpr Time::rep second = 1000000000;
+    return {static_cast<time_t>(time.count() / second), static_cast<long>(time.count() % second)};
+}
+
+Alarm *findAlarm(int descriptor)
+{
+    if (alarms == nullptr)
+        return nullptr;
+    const auto alarm = std::find_if(alarms->begin(), alarms->end(),
+                                    [descriptor](const Alarm &one) { return one.descriptor == descriptor; });
+    return alarm != alarms->end() ? &*alarm : nullptr;
+}
+
+/*! The earlier of \a end and the next alarm; empty when there is neither. */
+std::optional<Time> nextEvent(std::optional<Time> end)
+{
+    if (alarms == nullptr)
+        return end;
+    for (const Alarm &alarm : *alarms) {
+        if (alarm.due && (!end || *alarm.due < *end))
+            end = alarm.due;
+    }
+    return end;
+}
+
+void ringAlarms()
+{
+    if (alarms == nullptr)
+        return;
+    for (Alarm &alarm : *alarms) {
+        if (!alarm.due || *alarm.due > now)
+            continue;
+        alarm.due.reset();
+        eventfd_write(alarm.descriptor, 1);
+    }
+}
+
+int pollReally(pollfd *files, nfds_t count, const timespec *patience, const sigset_t *signals)
+{
+    timespec rest = patience != nullptr ? *patience : timespec{}; // the kernel writes into it
+    constexpr int signalSetBytes = 8;                             // the kernel's, not the C library's
+    return static_cast<int>(
+        syscall(SYS_ppoll, files, count, patience != nullptr ? &rest : nullptr, signals, signalSetBytes));
+}
+
+} // namespace
+
+#define REPLACES_C_LIBRARY extern "C" __attribute__((visibility("default")))
+
+REPLACES_C_LIBRARY int clock_gettime(clockid_t clock, timespec *time) noexcept
+{
+    if (clock != CLOCK_MONOTONIC || !isMainThread())
+        return static_cast<int>(syscall(SYS_clock_gettime, clock, time));
+    now += oneLook;
+    *time = timespecFrom(now);
+    return 0;
+}
+
+REPLACES_C_LIBRARY int nanosleep(const timespec *duration, timespec *rest)
+{
+    if (!isMainThread())
+        return static_cast<int>(syscall(SYS_nanosleep, duration, rest));
+    now += timeFrom(*duration);
+    return 0;
+}
+
+REPLACES_C_LIBRARY int ppoll(pollfd *files, nfds_t count, const timespec *patience, const sigset_t *signals)
+{
+    if (!isMainThread())
+        return pollReally(files, count, patience, signals);
+    now += oneTurn;
+    const timespec atOnce{};
+    std::optional<Time> end;
+    if (patience != nullptr)
+        end = now + timeFrom(*patience);
+    for (;;) {
+        ringAlarms();
+        const int ready = pollReally(files, count, &atOnce, signals);
+        if (ready != 0 || end == now)
+            return ready;
+        const std::optional<Time> next = nextEvent(end);
+        if (!next)
+            return pollReally(files, count, nullptr, signals);
+        now = std::max(now, *next);
+    }
+}
+
+REPLACES_C_LIBRARY int poll(pollfd *files, nfds_t count, int milliseconds)
+{
+    const timespec patience = timespecFrom(std::chrono::milliseconds(std::max(milliseconds, 0)));
+    return ppoll(files, count, milliseconds >= 0 ? &patience : nullptr, nullptr);
+}
+
+REPLACES_C_LIBRARY int timerfd_create(clockid_t /*clock*/, int flags) noexcept
+{
+    const int descriptor = eventfd(0, EFD_NONBLOCK | ((flags & TFD_CLOEXEC) != 0 ? EFD_CLOEXEC : 0));
+    if (descriptor < 0)
+        return descriptor;
+    if (alarms == nullptr)
+        alarms = new std::vector<Alarm>;
+    alarms->push_back({descriptor, {}});
+    return descriptor;
+}
+
+REPLACES_C_LIBRARY int timerfd_settime(int descriptor, int flags, const itimerspec *setting,
+                                       itimerspec * /*old*/) noexcept
+{
+    Alarm *const alarm = findAlarm(descriptor);
+    if (alarm == nullptr) {
+        errno = EBADF;
+        return -1;
+    }
+    eventfd_t expirations = 0;
+    eventfd_read(descriptor, &expirations); // what has rung before no longer counts
+    const Time time = timeFrom(setting->it_value);
+    alarm->due.reset();
+    if (time > Time(0))
+        alarm->due = (flags & TFD_TIMER_ABSTIME) != 0 ? time : now + time;
+    return 0;
+}
+
+REPLACES_C_LIBRARY int close(int descriptor)
+{
+    if (Alarm *const alarm = isMainThread() ? findAlarm(descriptor) : nullptr)
+        alarms->erase(alarms->begin() + (alarm - alarms->data()));
+    return static_cast<int>(syscall(SYS_close, descriptor));
+}
