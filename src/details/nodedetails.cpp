@@ -221,10 +221,10 @@ void addActualValues(const NodeView &node, RowSequence &rows)
     }
 }
 
-/*! How many of a node's stated motor values are shown: more than an UNSIGNED8 can state are no device's. */
+/*! How many of a node's stated motor values are shown: there is none beyond sub-index 255. */
 quint32 motorValueCount(const NodeView &node)
 {
-    constexpr quint32 greatestCount = std::numeric_limits<quint8>::max();
+    constexpr quint32 greatestCount = std::numeric_limits<quint8>::max() + 1;
     const quint32 count = node.entryCount(motorValues).value_or(0);
     if (count <= greatestCount)
         return count;

@@ -5,11 +5,11 @@
 
 #include <interpreter/batterytexts.h>
 #include <interpreter/datainterpreter.h>
+#include <store/wholefile.h>
 
 #include <QDir>
 #include <QFile>
 #include <QPrinter>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QTemporaryFile>
 #include <QTextCursor>
@@ -174,16 +174,13 @@ bool pdfWriter::writeFiles(const QString &folder)
 
 bool pdfWriter::writeHtml(const QString &path)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
+    WholeFile file(path);
+    if (!file.open(QIODevice::Text))
         return failed(path, file.errorString(), Failure::HtmlNotOpened);
 
-    QTextStream stream(&file);
-    stream << m_html;
-    stream.flush();
-    if (stream.status() != QTextStream::Ok || !file.commit())
-        return failed(path, file.errorString());
-    return true;
+    QByteArray html;
+    QTextStream(&html, QIODevice::WriteOnly) << m_html;
+    return (file.write(html) && file.commit()) || failed(path, file.errorString());
 }
 
 bool pdfWriter::writePdf(const QString &path)
@@ -198,11 +195,8 @@ bool pdfWriter::writePdf(const QString &path)
     if (!isCompletePdf(pdf))
         return failed(path, tr("printing broke off, perhaps because the disk is full"));
 
-    QSaveFile file(path);
-    // Only flush() tells of the bytes that were still buffered; commit() would lose them without a word.
-    if (!file.open(QIODevice::WriteOnly) || file.write(pdf) != pdf.size() || !file.flush() || !file.commit())
-        return failed(path, file.errorString());
-    return true;
+    WholeFile file(path);
+    return (file.open() && file.write(pdf) && file.commit()) || failed(path, file.errorString());
 }
 
 void pdfWriter::print(const QString &path)

@@ -29,10 +29,10 @@ QString exportToText(const NodeStore &store, const QDateTime &date);
 /*! Replaces values and node list of \a store by those of a document.
  *
  *  Reads as far as it can: numbers that are none count as 0, unknown elements are skipped, and text that
- *  breaks off or is no XML leaves what stood before the error. A document that declares entities is refused
- *  like an error, where the declaration stands: entities can grow beyond any memory, and an exchange file has
- *  no use for them. So are tags with more than 32 attributes, more than 256 levels of elements and more than
- *  256 namespaces.
+ *  breaks off or is no XML leaves what stood before the error. A document that declares entities or attributes
+ *  is refused like an error, where the declaration stands: these can grow beyond any memory, and an exchange
+ *  file has no use for them. So are tags with more than 32 attributes, more than 256 levels of elements, more
+ *  than 256 namespaces, and more nodes than a vehicle can have (see ExchangeReader).
  *
  *  Returns whether the text was read to its end; the store has what was read in either case. A file that is
  *  written as exportToText() writes it needs no parser, see exchangescanner.h.
@@ -42,20 +42,24 @@ bool importFrom(const QString &text, NodeStore &store);
 /*! The same, always by the XML parser. The result does not depend on \a chunkSize, which has to be positive. */
 bool importByParser(const QString &text, NodeStore &store, int chunkSize = exchangeChunkSize);
 
-/*! Says in words why \a text is not a good exchange file, with line and column; empty when it is one.
+/*! Says in a sentence why \a text is not a good exchange file, with line and column; empty when it is one.
  *
- *  Stricter than importFrom(), for use before it: the text has to be XML to its end, and there has to be a
- *  node in it.
+ *  Stricter than importFrom(), for use before it: the text has to be XML to its end, so that a file that was
+ *  cut off is found, and there has to be a node in it.
  */
 QString exchangeProblem(const QString &text);
 
-/*! Writes a document to a file; the file stays as it was unless all could be written.
+/*! The longest text that loadExchangeFile() reads, in characters; a vehicle of 127 nodes has 2 million. */
+constexpr int maximumExchangeFileSize = 64 * 1024 * 1024;
+
+/*! Writes a document to a file; the file stays as it was unless all could be written. A pipe or device is
+ *  written to and stays what it is.
  *
  *  On failure returns false and, where given, sets \a errorMessage to a sentence for the user.
  */
 bool saveExchangeFile(const QString &fileName, const QString &text, QString *errorMessage = nullptr);
 
-/*! Reads a whole file into \a text.
+/*! Reads a whole file into \a text. A file larger than maximumExchangeFileSize is none, and no memory is spent on it.
  *
  *  On failure returns false, leaves \a text as it was and, where given, sets \a errorMessage to a sentence
  *  for the user.

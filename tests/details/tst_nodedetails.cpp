@@ -401,8 +401,8 @@ void tst_NodeDetails::hostileCountsEnd()
     node.set(0x6000, 1, 7).show();
 
     QVERIFY(node.parameters.rowCount() < 100);
-    // Two rows of each of the two objects, and all that a motor's count of 8 bits could state.
-    QCOMPARE(node.values.rowCount(), 2 + 2 + 255);
+    // Two rows of each of the two objects, and the motor values 0 to 255.
+    QCOMPARE(node.values.rowCount(), 2 + 2 + 256);
     QCOMPARE(node.valueRows().at(4), s("MCU 1 actual motor values = 4000000000 []"));
     QVERIFY(log.debugLines().filter(s("more than there can be")).size() >= 7);
     QCOMPARE(log.warnings(), QStringList());

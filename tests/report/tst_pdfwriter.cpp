@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <tests/support/filesizelimit.h>
 #include <tests/support/markingtranslator.h>
 
 #include <report/pdfwriter.h>
@@ -12,8 +13,6 @@
 #include <QtTest>
 
 #ifdef Q_OS_UNIX
-#include <csignal>
-#include <sys/resource.h>
 #include <unistd.h>
 #endif
 
@@ -81,32 +80,6 @@ int emptyPageCount(const QByteArray &pdf)
     }
     return count;
 }
-
-#ifdef Q_OS_UNIX
-/*! Lets every file of the process grow to a limit only, as a disk that is nearly full does. */
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-        : m_oldHandler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &m_oldLimit);
-        rlimit limit = m_oldLimit;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_oldLimit);
-        std::signal(SIGXFSZ, m_oldHandler);
-    }
-    Q_DISABLE_COPY(FileSizeLimit)
-
-private:
-    void (*m_oldHandler)(int);
-    rlimit m_oldLimit = {};
-};
-#endif
 
 } // namespace
 
@@ -356,7 +329,7 @@ private slots:
         constexpr double paperHeight = 842;                // points
         constexpr double margin = 28.35;                   // points: 10 mm
         const double scale = place.captured(1).toDouble(); // points a pixel
-        QCOMPARE(qRound(72 / scale), 96); // dots per inch of a screen; QTest sets these
+        QCOMPARE(qRound(72 / scale), 96);                  // dots per inch of a screen; QTest sets these
         QCOMPARE(place.captured(2), place.captured(1));
 
         const double left = place.captured(3).toDouble();
@@ -539,7 +512,7 @@ private slots:
         addDevice(writer, QStringLiteral("Battery Pack"), rowCount);
         bool isWritten = true;
         {
-            const FileSizeLimit limit(static_cast<rlim_t>(space));
+            const FileSizeLimit limit(space);
             isWritten = writer.writeFiles(m_folder->path());
         }
 

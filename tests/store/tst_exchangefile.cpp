@@ -11,12 +11,6 @@
 #include <QTranslator>
 #include <QtTest>
 
-#ifdef Q_OS_UNIX
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
-
 namespace {
 
 /*! Translates the line of an object, as a translation of the reader's context would. */
@@ -120,6 +114,12 @@ private slots:
     void entitiesAreRefused_data();
     void entitiesAreRefused();
     void entityWordsInTextAreHarmless();
+    void quotationMarksCountInTagsOnly_data();
+    void quotationMarksCountInTagsOnly();
+    void tooManyAttributesAreRefused_data();
+    void tooManyAttributesAreRefused();
+    void farTooManyNodesAreRefused();
+    void manyRoundTripsAreNotRefused();
     void hostileDocumentsEnd_data();
     void hostileDocumentsEnd();
     void problemInWords_data();
@@ -127,8 +127,8 @@ private slots:
     void goodFileHasNoProblem();
     void savedFileIsLoadedAgain();
     void failedSaveKeepsTheOldFile();
-    void pipeIsWrittenToAndNotReplaced();
     void unreadableFileIsNamed();
+    void endlessFileIsRefused();
 };
 
 void tst_ExchangeFile::emptyStoreHasFiveLines()
@@ -493,6 +493,117 @@ void tst_ExchangeFile::entityWordsInTextAreHarmless()
     QCOMPARE(store.nodeList(), (QList<quint8>{3, 0}));
 }
 
+void tst_ExchangeFile::quotationMarksCountInTagsOnly_data()
+{
+    QTest::addColumn<QString>("text");
+    const QString marks = QStringLiteral("'\"").repeated(500) + QLatin1Char('\'');
+    const QString document = QStringLiteral("<a>%1<node nodeid=\"3\"/></a>");
+    QTest::newRow("comment") << document.arg(QStringLiteral("<!-- %1 -->").arg(marks));
+    QTest::newRow("comment before the root")
+        << QStringLiteral("<?xml version=\"1.0\"?><!-- %1 -->").arg(marks) + document.arg(QString());
+    QTest::newRow("comment with tags") << document.arg(QStringLiteral("<!-- -> > <x %1 -->").arg(marks));
+    QTest::newRow("shortest comment") << document.arg(QStringLiteral("<!---->") + marks);
+    QTest::newRow("comment that begins like an end")
+        << document.arg(QStringLiteral("<!--> <x %1 -->").arg(marks));
+    QTest::newRow("text") << document.arg(marks);
+    QTest::newRow("CDATA section") << document.arg(QStringLiteral("<![CDATA[ ]> <x %1 ]]>").arg(marks));
+    QTest::newRow("processing instruction") << document.arg(QStringLiteral("<?x > <x %1 ?>").arg(marks));
+    QTest::newRow("in a value") << document.arg(
+        QStringLiteral("<b c=\"%1\"/>").arg(QString(500, QLatin1Char('\''))));
+}
+
+void tst_ExchangeFile::quotationMarksCountInTagsOnly()
+{
+    QFETCH(QString, text);
+    for (const int size : {1, 7, exchangeChunkSize}) {
+        NodeStore store;
+        QVERIFY(importFrom(text, store, size));
+        QCOMPARE(store.nodeList(), (QList<quint8>{3, 0}));
+    }
+    QCOMPARE(exchangeProblem(text), QString());
+}
+
+void tst_ExchangeFile::tooManyAttributesAreRefused_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isRefused");
+    const auto attributes = [](int count, const char *value) {
+        QString text;
+        for (int i = 0; i < count; ++i)
+            text += QStringLiteral(" a%1=%2").arg(i).arg(QLatin1String(value));
+        return text;
+    };
+    const QString document = QStringLiteral("<a><node nodeid=\"3\"/>%1</a>");
+    QTest::newRow("32") << document.arg(QStringLiteral("<b%1/>").arg(attributes(32, "\"\""))) << false;
+    QTest::newRow("33") << document.arg(QStringLiteral("<b%1/>").arg(attributes(33, "\"\""))) << true;
+    QTest::newRow("33 with the ends of tags in their values")
+        << document.arg(QStringLiteral("<b%1/>").arg(attributes(33, "'>'"))) << true;
+    QTest::newRow("33 behind what looks like a comment's end")
+        << document.arg(QStringLiteral("<!-- > -> --><b%1/>").arg(attributes(33, "'-->'"))) << true;
+    QTest::newRow("33 behind the shortest comment")
+        << document.arg(QStringLiteral("<!----><b%1/>").arg(attributes(33, "''"))) << true;
+    QTest::newRow("33 behind a CDATA section")
+        << document.arg(QStringLiteral("<![CDATA[<!--]]><b%1/>").arg(attributes(33, "''"))) << true;
+    QTest::newRow("33 behind an instruction")
+        << document.arg(QStringLiteral("<?x <!-- ?><b%1/>").arg(attributes(33, "''"))) << true;
+    QTest::newRow("32 in each of many tags")
+        << document.arg(QStringLiteral("<b%1/>").arg(attributes(32, "''")).repeated(50)) << false;
+    QTest::newRow("declared for all tags")
+        << QStringLiteral("<!DOCTYPE a [<!ATTLIST b x CDATA 'y'>]>") + document.arg(QString()) << true;
+}
+
+void tst_ExchangeFile::tooManyAttributesAreRefused()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, isRefused);
+    for (const int size : {1, 7, exchangeChunkSize}) {
+        NodeStore store;
+        QCOMPARE(importFrom(text, store, size), !isRefused);
+    }
+    QCOMPARE(exchangeProblem(text).contains(QLatin1String("far too many attributes")), isRefused);
+}
+
+void tst_ExchangeFile::farTooManyNodesAreRefused()
+{
+    // Two lines for each node, and the ends of nodes, which list a node 0, do not count.
+    const QString node = QStringLiteral("<node nodeid=\"1\">\n</node>\n");
+    const QString good = QStringLiteral("<a>\n%1</a>").arg(node.repeated(1016));
+    NodeStore store;
+    QVERIFY(importFrom(good, store));
+    QCOMPARE(store.nodeList().size(), 2 * 1016);
+    QCOMPARE(exchangeProblem(good), QString());
+
+    const QString text = QStringLiteral("<a>\n%1<node nodeid=\"2\"/></a>").arg(node.repeated(1016));
+    QVERIFY(!importFrom(text, store));
+    QCOMPARE(store.nodeList().size(), 2 * 1016);
+    QVERIFY(!store.nodeList().contains(2));
+    QCOMPARE(exchangeProblem(text),
+             QStringLiteral(
+                 "The file lists far more nodes than a vehicle can have, the first one too many in line "
+                 "2034, column 18."));
+
+    // Node 0 has a bound of its own, start and end together.
+    const QString zeroes
+        = QStringLiteral("<a><node nodeid=\"1\"/>%1</a>").arg(QStringLiteral("<node/>").repeated(16384));
+    QVERIFY(!importFrom(zeroes, store));
+    QCOMPARE(store.nodeList().size(), 32768);
+    QVERIFY2(exchangeProblem(zeroes).contains(QLatin1String("far more nodes")),
+             qPrintable(exchangeProblem(zeroes)));
+}
+
+void tst_ExchangeFile::manyRoundTripsAreNotRefused()
+{
+    NodeStore store;
+    for (quint8 nodeId = 1; nodeId <= 127; ++nodeId)
+        store.appendNode(nodeId);
+    for (int i = 0; i < 8; ++i) {
+        const QString text = exportToText(store, someDate);
+        QCOMPARE(exchangeProblem(text), QString());
+        QVERIFY(importFrom(text, store));
+    }
+    QCOMPARE(store.nodeList().size(), 127 * 256);
+}
+
 void tst_ExchangeFile::hostileDocumentsEnd_data()
 {
     QTest::addColumn<QString>("text");
@@ -539,16 +650,25 @@ void tst_ExchangeFile::problemInWords_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("problem");
     QTest::newRow("words") << QStringLiteral("no XML")
-                           << QStringLiteral("not XML, or not complete: line 1, column ");
-    QTest::newRow("empty") << QString() << QStringLiteral("not XML, or not complete: line 1, column 0");
+                           << QStringLiteral("The file is not XML: line 1, column 1: ");
+    QTest::newRow("empty") << QString()
+                           << QStringLiteral("The file is not complete: it ends in line 1, column 0.");
     QTest::newRow("cut off") << QStringLiteral("<a>\n<node nodeid=\"1\">\n")
-                             << QStringLiteral("not XML, or not complete: line 3, column 0");
+                             << QStringLiteral("The file is not complete: it ends in line 3, column 0.");
+    QTest::newRow("cut off in a value")
+        << QStringLiteral("<a>\n<node nodeid=\"1\">\n<object index=\"0x60")
+        << QStringLiteral("The file is not complete: it ends in line 3, column ");
+    QTest::newRow("cut off behind a node")
+        << QStringLiteral("<a>\n<node nodeid=\"1\"></node>\n")
+        << QStringLiteral("The file is not complete: it ends in line 3, column 0.");
     QTest::newRow("wrong end") << QStringLiteral("<a>\n<node nodeid=\"1\">\n  </a>")
-                               << QStringLiteral("not XML, or not complete: line 3, column 6");
+                               << QStringLiteral("The file is not XML: line 3, column 6: ");
     QTest::newRow("two roots") << QStringLiteral("<node nodeid=\"1\"/>\n<node nodeid=\"1\"/>")
-                               << QStringLiteral("not XML, or not complete: line 2, column 1");
+                               << QStringLiteral("The file is not XML: line 2, column 18: ");
     QTest::newRow("no node") << QStringLiteral("<dxtoolstorage><nodes></nodes></dxtoolstorage>")
                              << QStringLiteral("There is no node in the file.");
+    QTest::newRow("nodes of another kind of file") << QStringLiteral("<osm><node id=\"1\" lat=\"5\"/></osm>")
+                                                   << QStringLiteral("There is no node in the file.");
     QTest::newRow("entities") << QStringLiteral("<!DOCTYPE a [\n<!ENTITY x \"1\">]><a/>")
                               << QStringLiteral("line 2, column 0 holds XML that exchange files never have");
     QTest::newRow("nesting") << QStringLiteral("<a>").repeated(1000) << QStringLiteral("levels");
@@ -601,26 +721,6 @@ void tst_ExchangeFile::failedSaveKeepsTheOldFile()
     QVERIFY2(message.contains(QLatin1String("missing")), qPrintable(message));
 }
 
-void tst_ExchangeFile::pipeIsWrittenToAndNotReplaced()
-{
-#ifdef Q_OS_UNIX
-    const QTemporaryDir dir;
-    const QString name = dir.filePath(QStringLiteral("pipe"));
-    QCOMPARE(mkfifo(QFile::encodeName(name).constData(), 0600), 0);
-    const int readEnd = open(QFile::encodeName(name).constData(), O_RDWR | O_NONBLOCK);
-    QVERIFY(readEnd >= 0);
-    QVERIFY(saveExchangeFile(name, QStringLiteral("through the pipe")));
-    char bytes[100];
-    const ssize_t count = read(readEnd, bytes, sizeof bytes);
-    close(readEnd);
-    QCOMPARE(QByteArray(bytes, static_cast<int>(count)), QByteArray("through the pipe"));
-    QVERIFY(QFileInfo::exists(name));
-    QVERIFY(!QFileInfo(name).isFile());
-#else
-    QSKIP("There are no named pipes in the file system");
-#endif
-}
-
 void tst_ExchangeFile::unreadableFileIsNamed()
 {
     const QTemporaryDir dir;
@@ -631,6 +731,24 @@ void tst_ExchangeFile::unreadableFileIsNamed()
     QCOMPARE(text, QStringLiteral("as before"));
     QVERIFY2(message.contains(name), qPrintable(message));
     QVERIFY(!loadExchangeFile(name, text));
+}
+
+void tst_ExchangeFile::endlessFileIsRefused()
+{
+    const QTemporaryDir dir;
+    const QString name = dir.filePath(QStringLiteral("large.dxxml"));
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(file.resize(64 * 1024 * 1024 + 1)); // zeroes that take no room on the disk
+    QString text = QStringLiteral("as before");
+    QString message;
+    QVERIFY(!loadExchangeFile(name, text, &message));
+    QCOMPARE(text, QStringLiteral("as before"));
+    QCOMPARE(message, QStringLiteral("The file %1 is far too large for an exchange file.").arg(name));
+
+    QVERIFY(file.resize(64 * 1024 * 1024));
+    QVERIFY(loadExchangeFile(name, text));
+    QCOMPARE(text.size(), 64 * 1024 * 1024);
 }
 
 QTEST_GUILESS_MAIN(tst_ExchangeFile)
