@@ -33,7 +33,9 @@ public:
     /*! The user turns away from the plug-in. */
     virtual bool deactivate() = 0;
 
-    /*! Tells whether the bus is connected. Returns true when the plug-in has all it needs to work with it. */
+    /*! Tells whether the bus is connected. Returns true when it is and the host has a second SDO client
+     *  (HostInterface::getSecondarySdoClient()); the plug-in works without that one all the same.
+     */
     virtual bool setConnected(bool connected) = 0;
 
     /*! Reserved for the host; the argument has no meaning yet. */

@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFile>
 #include <QPrinter>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryFile>
 #include <QTextCursor>
@@ -32,6 +33,15 @@ QString styleSheet()
 QString withHtmlLineBreaks(QString text)
 {
     return text.replace(QLatin1Char('\n'), QLatin1String("<br>"));
+}
+
+/*! HTML in which a "<" that begins no tag is text, as browsers show it; Qt would leave out all from there to the next
+ *  ">", as of "Pedelec with speed limit (<45 km/h)".
+ */
+QString withPlainSmallerSigns(QString html)
+{
+    static const QRegularExpression noTag(QStringLiteral("<(?![A-Za-z/!?])"));
+    return html.replace(noTag, QStringLiteral("&lt;"));
 }
 
 /*! Keeps empty pages out of a document in which every device table ends its page.
@@ -210,7 +220,7 @@ void pdfWriter::print(const QString &path)
     printer.setPageMargins(QMarginsF(margin, margin, margin, margin), QPageLayout::Millimeter);
 
     m_document->setPageSize(printer.pageLayout().fullRectPoints().size());
-    m_document->setHtml(m_html);
+    m_document->setHtml(withPlainSmallerSigns(m_html));
     removeEmptyPages(*m_document);
     m_document->print(&printer);
 }

@@ -62,6 +62,8 @@ public:
 
     /*! Ends the text and writes dx_report.html and dx_report.pdf into \a folder, which has to exist.
      *
+     *  In the PDF a "<" that begins no tag is text; the HTML file has it as it came, and browsers show it so.
+     *
      *  Each file is replaced only by a complete new one. Nothing is written when the HTML file cannot be. On
      *  failure returns false, and errorString() says in a sentence what is missing.
      */

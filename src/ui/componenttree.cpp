@@ -4,21 +4,33 @@
 #include <details/components.h>
 #include <reader/datareader.h>
 
+#include <QLoggingCategory>
 #include <QTreeWidget>
 
 namespace {
+
+Q_LOGGING_CATEGORY(lcTree, "ui.tree")
 
 enum Column { NameColumn, NodeColumn, NmtStateColumn, DeviceStateColumn };
 
 constexpr int nodeIdRole = Qt::UserRole;   // of the name column
 constexpr int nmtStateRole = Qt::UserRole; // of the NMT state's column; absent while no state is known
 
+/*! 127 nodes, each with as many virtual devices as the tree looks at. */
+constexpr int maximumRows = 127 * 127;
+
 QVector<Component> allComponents(const DataReader &reader)
 {
     QVector<Component> components;
     const QList<quint8> nodeIds = reader.getNodeList();
-    for (const quint8 nodeId : nodeIds)
+    for (const quint8 nodeId : nodeIds) {
+        // A list that an import has filled may hold a node many times over.
+        if (components.size() >= maximumRows) {
+            qCDebug(lcTree) << "The tree ends at" << maximumRows << "rows, more than any bus has";
+            break;
+        }
         components += componentsOf(reader.node(nodeId));
+    }
     return components;
 }
 

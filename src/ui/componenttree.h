@@ -31,7 +31,9 @@ public:
 
     void clear();
 
-    /*! Adds the rows of the nodes that \a reader knows; the last one becomes the current row. */
+    /*! Adds the rows of the nodes that \a reader knows; the last one becomes the current row. Ends, with a debug line,
+     *  after the node with which the tree has more rows than a bus can have components.
+     */
     void addNodes(const DataReader &reader);
 
     /*! Writes the texts of the rows again in the language of now; which row is current and the NMT states stay.

@@ -28,7 +28,8 @@ QGraphicsTextItem *NetworkPicture::create(QGraphicsView &view, QObject *parent)
     auto *scene = new QGraphicsScene(parent);
     scene->setBackgroundBrush(QBrush(QColor(235, 240, 230, 255), Qt::SolidPattern));
 
-    QFont font(QStringLiteral("Arial"), 20);
+    // Not QStringLiteral: Qt's font cache keeps the name, and a literal would go with the plug-in's library.
+    QFont font(QString::fromLatin1("Arial"), 20);
     font.setStyleStrategy(QFont::PreferAntialias);
     QGraphicsTextItem *title = scene->addText(QStringLiteral("Draxel"), font);
     title->setDefaultTextColor(Qt::black); // as the background, the same on a dark desktop

@@ -6,7 +6,9 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTextCodec>
 #include <QTranslator>
@@ -338,6 +340,38 @@ private slots:
         const double bottom = paperHeight - top - size.captured(3).toDouble() * scale;
         for (const double width : {left, top, right, bottom})
             QVERIFY2(qAbs(width - margin) < 1, qPrintable(QString::number(width))); // whole pixels
+    }
+
+    void smallerSignIsPrinted()
+    {
+        const QString textTool = QStandardPaths::findExecutable(QStringLiteral("pdftotext"));
+        if (textTool.isEmpty())
+            QSKIP("pdftotext (poppler) is not there");
+
+        pdfWriter writer;
+        writer.beginDeviceTable(QStringLiteral("Draxel Controller"));
+        writer.beginSectionTable(QStringLiteral("Section"));
+        for (const char *text :
+             {"limit (<45 km/h)", "1 < 2", "<", "<<b>bold</b>", "first<br>second", "x<= 5 > 3"})
+            writer.addRow(QStringLiteral("Name"), QLatin1String(text));
+        writer.endDeviceTable();
+        QVERIFY(writer.writeFiles(m_folder->path()));
+        QVERIFY(contentOf(html()).contains("limit (<45 km/h)</td>"));
+
+        QProcess process;
+        process.start(textTool, {QStringLiteral("-layout"), pdf(), QStringLiteral("-")});
+        QVERIFY(process.waitForFinished());
+        // Without its blanks: the tool guesses these from the distances.
+        const QString printed = QString::fromUtf8(process.readAllStandardOutput()).remove(QLatin1Char(' '));
+        QStringList lines;
+        for (const QString &line : printed.split(QLatin1Char('\n'))) {
+            if (line.startsWith(QLatin1String("Name")) || line == QLatin1String("second"))
+                lines.append(line);
+        }
+        QCOMPARE(lines, (QStringList{QStringLiteral("Namelimit(<45km/h)"), QStringLiteral("Name1<2"),
+                                     QStringLiteral("Name<"), QStringLiteral("Name<bold"),
+                                     QStringLiteral("Namefirst"), QStringLiteral("second"),
+                                     QStringLiteral("Namex<=5>3")}));
     }
 
     void headAloneIsOnePage()

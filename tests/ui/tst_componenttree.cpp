@@ -78,6 +78,7 @@ private slots:
     void nodeWithoutStatusHasAnEmptyState();
     void rebuildStartsFromAnEmptyTree();
     void writesDebugLines();
+    void listOfOneNodeManyTimesEnds();
     void nmtStateReachesTheFirstRowOnly();
     void retranslationKeepsRowAndNmtState();
     void retranslationNeedsTheSameNodes();
@@ -304,6 +305,21 @@ void tst_ComponentTree::writesDebugLines()
              (QStringList{QStringLiteral("(1, 5)"), QStringLiteral("Handling of node 1"),
                           QStringLiteral("sub0 value =  0"), QStringLiteral("Handling of node 5"),
                           QStringLiteral("sub0 value =  1")}));
+}
+
+void tst_ComponentTree::listOfOneNodeManyTimesEnds()
+{
+    Bench bench;
+    QList<quint8> nodeIds;
+    for (int i = 0; i < 1000; ++i)
+        nodeIds.append(5);
+    StoreBuilder store(bench.reader, nodeIds);
+    store.node(5).set(0x6000, 0, 127u);
+    for (quint8 s = 1; s <= 127; ++s)
+        store.set(0x6000, s, 6u);
+    bench.build();
+    QCOMPARE(bench.tree.topLevelItemCount(), 127 * 127);
+    QCOMPARE(log().debugLines().filter(QStringLiteral("The tree ends at 16129 rows")).size(), 1);
 }
 
 void tst_ComponentTree::nmtStateReachesTheFirstRowOnly()

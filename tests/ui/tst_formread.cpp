@@ -20,6 +20,7 @@ class tst_FormRead : public WindowTest
 private slots:
     void connectionHandsOverTheBusObjects();
     void connectionWithoutASecondClient();
+    void connectionWithoutTheFirstClient();
     void connectionWithoutAHost();
     void readWithoutConnectionWarns();
     void readFillsTheTree();
@@ -55,6 +56,13 @@ void tst_FormRead::connectionWithoutASecondClient()
     QVERIFY(!bench.form->setConnected(true));
     bench.read({1});
     QCOMPARE(bench.host.sdoClient.requests().size(), 204);
+}
+
+void tst_FormRead::connectionWithoutTheFirstClient()
+{
+    FormBench bench;
+    bench.host.hasSdoClient = false;
+    QVERIFY(bench.form->setConnected(true)); // tells of the second client only
 }
 
 void tst_FormRead::connectionWithoutAHost()
