@@ -16,5 +16,7 @@ constexpr QLatin1String plugin("bus/plugin");
 constexpr QLatin1String interfaceName("bus/interface");
 constexpr QLatin1String bitRate("bus/bitRate"); // bit/s; absent: as configured
 constexpr QLatin1String language("language");   // "de", "zh_CN"; absent: that of the system
+constexpr QLatin1String recentFiles("files/recent");
+constexpr QLatin1String folder("files/folder"); // where the last file was opened or saved
 
 } // namespace HostSettings

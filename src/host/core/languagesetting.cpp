@@ -41,21 +41,26 @@ QStringList LanguageSetting::available() const
     return languages;
 }
 
-QString LanguageSetting::bestOf(const QStringList &wanted) const
+QString LanguageSetting::find(QString wanted) const
 {
     const QStringList languages = available();
-    for (QString language : wanted) {
-        language.replace(QLatin1Char('-'), QLatin1Char('_'));
+    wanted.replace(QLatin1Char('-'), QLatin1Char('_'));
+    const QString withoutCountry = wanted.section(QLatin1Char('_'), 0, 0);
+    // "zh_Hans_CN" is the system's name for "zh_CN".
+    const QString withoutScript = withoutCountry + QLatin1Char('_') + wanted.section(QLatin1Char('_'), -1);
+    for (const QString &language : {wanted, withoutCountry, withoutScript}) {
         if (languages.contains(language))
             return language;
-        const QString withoutCountry = language.section(QLatin1Char('_'), 0, 0);
-        if (languages.contains(withoutCountry))
-            return withoutCountry;
-        // "zh_Hans_CN" is the system's name for "zh_CN".
-        const QString withoutScript
-            = withoutCountry + QLatin1Char('_') + language.section(QLatin1Char('_'), -1);
-        if (languages.contains(withoutScript))
-            return withoutScript;
+    }
+    return QString();
+}
+
+QString LanguageSetting::bestOf(const QStringList &wanted) const
+{
+    for (const QString &language : wanted) {
+        const QString found = find(language);
+        if (!found.isEmpty())
+            return found;
     }
     return sourceLanguage;
 }

@@ -26,6 +26,9 @@ public:
     /*! The languages that can be chosen, sorted; always with "en". */
     QStringList available() const;
 
+    /*! The available language for \a wanted, empty when there is none: "de-AT" finds "de_AT", then "de". */
+    QString find(QString wanted) const;
+
     /*! The first of the wanted languages that is available, "en" if none is. "de-AT" finds "de_AT", then
      *  "de".
      */
