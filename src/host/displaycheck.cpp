@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "displaycheck.h"
+
+#include <QtGlobal>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+QtMessageHandler previousHandler = nullptr;
+
+// What Qt warns of before it gives up is in the sentence; without a fatal end it is no news.
+void endOnFatal(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (type == QtFatalMsg) {
+        // Not translated: the languages are not loaded yet.
+        std::fputs(
+            "draxel: There is no display to show the window on. Without one, the command line draxelctl "
+            "does the same work: draxelctl --help.\n",
+            stderr);
+        std::fflush(stderr);
+        std::_Exit(EXIT_FAILURE);
+    }
+    if (type != QtWarningMsg && type != QtInfoMsg && previousHandler != nullptr)
+        previousHandler(type, context, text);
+}
+
+} // namespace
+
+DisplayCheck::DisplayCheck()
+{
+    previousHandler = qInstallMessageHandler(endOnFatal);
+}
+
+DisplayCheck::~DisplayCheck()
+{
+    qInstallMessageHandler(previousHandler);
+}
