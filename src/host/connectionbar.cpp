@@ -4,11 +4,12 @@
 #include <QCanBus>
 #include <QComboBox>
 #include <QEvent>
-#include <QHBoxLayout>
+#include <QBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QResizeEvent>
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QToolButton>
@@ -18,12 +19,13 @@
 
 namespace {
 
-/*! The bit rates of CiA 301, in kbit/s. */
-constexpr std::array<int, 8> bitRates{10, 20, 50, 125, 250, 500, 800, 1000};
+/*! The bit rates of CiA 301, and 100, which some vehicles use; in kbit/s. */
+constexpr std::array<int, 9> bitRates{10, 20, 50, 100, 125, 250, 500, 800, 1000};
 constexpr int bitsPerKilobit = 1000;
 constexpr int asConfigured = -1; // item data of the first bit rate
 
-constexpr int interfaceCharacters = 18; // least width of the interface box
+constexpr int interfaceCharacters = 18; // usual width of the interface box
+constexpr int smallestWidth = 80;       // pixels of the boxes, on a screen that is too small
 
 /*! A bus that is only made of network packets has no bit rate. */
 bool hasBitRate(const QString &plugin)
@@ -100,6 +102,26 @@ void ConnectionBar::refreshInterfaces()
         m_interface->setCurrentText(typed);
 }
 
+QSize ConnectionBar::minimumSizeHint() const
+{
+    const QMargins margins = m_parts->contentsMargins();
+    int width = 0;
+    for (int i = 0; i < m_parts->count(); ++i)
+        width = std::max(width, m_parts->itemAt(i)->minimumSize().width());
+    return {width + margins.left() + margins.right(), m_parts->minimumSize().height()};
+}
+
+void ConnectionBar::resizeEvent(QResizeEvent *event)
+{
+    const QMargins margins = m_parts->contentsMargins();
+    int inOneRow = margins.left() + margins.right() + m_parts->spacing() * (m_parts->count() - 1);
+    for (int i = 0; i < m_parts->count(); ++i)
+        inOneRow += m_parts->itemAt(i)->minimumSize().width();
+    m_parts->setDirection(event->size().width() < inOneRow ? QBoxLayout::TopToBottom
+                                                           : QBoxLayout::LeftToRight);
+    QWidget::resizeEvent(event);
+}
+
 void ConnectionBar::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::LanguageChange)
@@ -131,6 +153,7 @@ void ConnectionBar::build()
     m_interface->setEditable(true);
     m_interface->setInsertPolicy(QComboBox::NoInsert);
     m_interface->setMinimumContentsLength(interfaceCharacters);
+    m_interface->setMinimumWidth(smallestWidth);
     m_interface->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_interface->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     m_interface->lineEdit()->installEventFilter(this);
@@ -149,18 +172,22 @@ void ConnectionBar::build()
     m_connect = new QPushButton(this);
     m_connect->setObjectName(QStringLiteral("connectButton"));
 
-    auto *layout = new QHBoxLayout(this);
-    layout->addWidget(m_pluginLabel);
-    layout->addWidget(m_plugin);
-    layout->addSpacing(6);
-    layout->addWidget(m_interfaceLabel);
-    layout->addWidget(m_interface, 1);
-    layout->addWidget(m_refresh);
-    layout->addSpacing(6);
-    layout->addWidget(m_bitRateLabel);
-    layout->addWidget(m_bitRate);
-    layout->addSpacing(6);
-    layout->addWidget(m_connect);
+    auto *which = new QHBoxLayout;
+    which->addWidget(m_pluginLabel);
+    which->addWidget(m_plugin);
+    which->addSpacing(6);
+    which->addWidget(m_interfaceLabel);
+    which->addWidget(m_interface, 1);
+    which->addWidget(m_refresh);
+    auto *how = new QHBoxLayout;
+    how->addWidget(m_bitRateLabel);
+    how->addWidget(m_bitRate, 1);
+    how->addSpacing(6);
+    how->addWidget(m_connect);
+    m_parts = new QBoxLayout(QBoxLayout::LeftToRight, this);
+    m_parts->addLayout(which, 1);
+    m_parts->addSpacing(6);
+    m_parts->addLayout(how);
 }
 
 void ConnectionBar::retranslate()

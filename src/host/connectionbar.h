@@ -5,6 +5,7 @@
 
 #include <QWidget>
 
+class QBoxLayout;
 class QComboBox;
 class QLabel;
 class QPushButton;
@@ -24,6 +25,9 @@ public:
     BusSettings settings() const;
     void setSettings(const BusSettings &settings);
 
+    /*! Of two rows, in which the bar stands where one is too long. */
+    QSize minimumSizeHint() const override;
+
     /*! Shows what can be done now; the choice is open only while no bus is. */
     void showState(BusConnection::State state);
 
@@ -37,6 +41,7 @@ signals:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
@@ -47,6 +52,7 @@ private:
     void handlePluginChange();
     void handleButton();
 
+    QBoxLayout *m_parts = nullptr; // which bus, and how to open it; beside or below each other
     BusConnection::State m_state = BusConnection::State::Disconnected;
     QLabel *m_pluginLabel = nullptr;
     QComboBox *m_plugin = nullptr;

@@ -3,6 +3,9 @@
 
 #include <QAction>
 #include <QActionGroup>
+#include <QDir>
+#include <QFileInfo>
+#include <QFontDatabase>
 #include <QKeySequence>
 #include <QLocale>
 #include <QMainWindow>
@@ -31,12 +34,26 @@ QString languageName(const QString &language)
     return name.isEmpty() ? language : name;
 }
 
+/*! Whether the computer can show a language; only for Chinese fonts are often missing. */
+bool hasFontFor(const QString &language)
+{
+    return QLocale(language).language() != QLocale::Chinese
+           || !QFontDatabase().families(QFontDatabase::SimplifiedChinese).isEmpty();
+}
+
 QString withoutMnemonic(QString text)
 {
     return text.remove(QLatin1Char('&')).remove(QLatin1String("..."));
 }
 
 } // namespace
+
+QString HostMenus::languageLabel(const QString &language, bool hasFont)
+{
+    return hasFont ? languageName(language)
+                   : tr("%1 (no font for it is installed)")
+                         .arg(QLocale::languageToString(QLocale(language).language()));
+}
 
 HostMenus::HostMenus(QMainWindow *window, PluginActions *plugin)
     : QObject(window)
@@ -53,6 +70,7 @@ HostMenus::HostMenus(QMainWindow *window, PluginActions *plugin)
     , m_window(window)
     , m_plugin(plugin)
     , m_file(window->menuBar()->addMenu(QString()))
+    , m_recent(new QMenu(window))
     , m_bus(window->menuBar()->addMenu(QString()))
     , m_view(window->menuBar()->addMenu(QString()))
     , m_language(window->menuBar()->addMenu(QString()))
@@ -68,8 +86,9 @@ HostMenus::HostMenus(QMainWindow *window, PluginActions *plugin)
     about->setMenuRole(QAction::AboutRole);
     aboutQt->setMenuRole(QAction::AboutQtRole);
 
-    m_file->addActions(
-        {plugin->action(Kind::Open), plugin->action(Kind::Export), plugin->action(Kind::SaveReport)});
+    m_file->addAction(plugin->action(Kind::Open));
+    m_file->addMenu(m_recent);
+    m_file->addActions({plugin->action(Kind::Export), plugin->action(Kind::SaveReport)});
     m_file->addSeparator();
     m_file->addAction(quit);
     m_bus->addActions({connectBus, disconnectBus, refreshInterfaces});
@@ -82,6 +101,8 @@ HostMenus::HostMenus(QMainWindow *window, PluginActions *plugin)
     m_help->addSeparator();
     m_help->addActions({about, aboutQt});
     m_file->setObjectName(QStringLiteral("fileMenu"));
+    m_recent->setObjectName(QStringLiteral("recentMenu"));
+    m_recent->setToolTipsVisible(true);
     m_bus->setObjectName(QStringLiteral("busMenu"));
     m_view->setObjectName(QStringLiteral("viewMenu"));
     m_language->setObjectName(QStringLiteral("languageMenu"));
@@ -111,8 +132,20 @@ void HostMenus::setLanguages(const QStringList &languages, const QString &chosen
     m_systemLanguage = add(QString(), QString());
     m_language->addSeparator();
     for (const QString &language : languages)
-        add(language, languageName(language));
+        add(language, languageLabel(language, hasFontFor(language)));
     retranslate();
+}
+
+void HostMenus::setRecentFiles(const QStringList &files)
+{
+    m_recent->clear();
+    for (const QString &file : files) {
+        QString name = QFileInfo(file).fileName();
+        QAction *action = m_recent->addAction(name.replace(QLatin1Char('&'), QLatin1String("&&")));
+        action->setToolTip(QDir::toNativeSeparators(file));
+        connect(action, &QAction::triggered, this, [this, file] { emit recentFileChosen(file); });
+    }
+    m_recent->setEnabled(!files.isEmpty() && m_plugin->action(PluginActions::Kind::Open)->isEnabled());
 }
 
 void HostMenus::setMessagesAction(QAction *action)
@@ -130,6 +163,7 @@ void HostMenus::showState(BusConnection::State state, bool isReading)
     refreshInterfaces->setEnabled(isClosed);
     cancelRead->setEnabled(isReading);
     m_plugin->setBusState(state == BusConnection::State::Connected, isReading);
+    m_recent->setEnabled(!m_recent->isEmpty() && m_plugin->action(PluginActions::Kind::Open)->isEnabled());
 }
 
 void HostMenus::retranslate()
@@ -137,8 +171,9 @@ void HostMenus::retranslate()
     using Kind = PluginActions::Kind;
     m_file->setTitle(tr("&File"));
     m_plugin->action(Kind::Open)->setText(tr("&Open saved file..."));
+    m_recent->setTitle(tr("Open re&cent file"));
     m_plugin->action(Kind::Export)->setText(tr("&Export..."));
-    m_plugin->action(Kind::SaveReport)->setText(tr("Save &PDF report..."));
+    m_plugin->action(Kind::SaveReport)->setText(tr("Save &PDF report"));
     quit->setText(tr("&Quit"));
 
     m_bus->setTitle(tr("B&us"));
@@ -155,6 +190,12 @@ void HostMenus::retranslate()
     m_language->setTitle(tr("&Language"));
     if (m_systemLanguage != nullptr)
         m_systemLanguage->setText(tr("&System"));
+    const QList<QAction *> languages = m_languages->actions();
+    for (QAction *action : languages) {
+        const QString language = action->data().toString();
+        if (!language.isEmpty())
+            action->setText(languageLabel(language, hasFontFor(language)));
+    }
 
     m_help->setTitle(tr("&Help"));
     keyList->setText(tr("&Key list"));

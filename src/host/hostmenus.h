@@ -28,6 +28,12 @@ public:
     /*! The languages that can be chosen, and the one that is; empty: that of the system. */
     void setLanguages(const QStringList &languages, const QString &chosen);
 
+    /*! What the menu calls \a language: by its own name, or in English letters that its font is missing. */
+    static QString languageLabel(const QString &language, bool hasFont);
+
+    /*! The files that can be opened again, the newest first. */
+    void setRecentFiles(const QStringList &files);
+
     /*! An action that shows and hides the messages, as its dock gives it. */
     void setMessagesAction(QAction *action);
 
@@ -51,6 +57,7 @@ public:
 signals:
     /*! Empty: that of the system. */
     void languageChosen(const QString &language);
+    void recentFileChosen(const QString &fileName);
 
 private:
     QAction *makeAction(const char *name, const QKeySequence &shortcut = QKeySequence());
@@ -58,6 +65,7 @@ private:
     QMainWindow *m_window;
     PluginActions *m_plugin;
     QMenu *m_file;
+    QMenu *m_recent;
     QMenu *m_bus;
     QMenu *m_view;
     QMenu *m_language;

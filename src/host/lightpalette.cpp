@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "lightpalette.h"
 
+#include <QApplication>
+#include <QToolTip>
+
 namespace {
 
 const QColor ground(239, 239, 239);
@@ -26,4 +29,12 @@ QPalette lightPalette()
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, disabledText);
     return palette;
+}
+
+void keepProgramLight()
+{
+    if (isDarkPalette(QApplication::palette()))
+        QApplication::setPalette(lightPalette());
+    if (isDarkPalette(QToolTip::palette()))
+        QToolTip::setPalette(lightPalette());
 }

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "mainwindow.h"
 
+#include "boxes.h"
 #include "busreport.h"
 #include "connectionbar.h"
+#include "filedrop.h"
 #include "helpboxes.h"
 #include "hostmenus.h"
 #include "lightpalette.h"
@@ -10,12 +12,18 @@
 #include "messagepanel.h"
 #include "patiencedialog.h"
 #include "pluginactions.h"
+#include "reportfiles.h"
 #include "statusline.h"
+#include "valuesstrip.h"
+#include "vehiclefiles.h"
+#include "windowlayout.h"
 
 #include <host/core/hostservices.h>
 #include <host/core/hostsettings.h>
 #include <host/core/languagesetting.h>
 #include <host/core/pluginsession.h>
+#include <host/core/recentfiles.h>
+#include <host/core/vehiclewatch.h>
 
 #include <QAction>
 #include <QApplication>
@@ -24,8 +32,7 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QLocale>
-#include <QMessageBox>
-#include <QPushButton>
+#include <QScrollArea>
 #include <QSettings>
 #include <QStatusBar>
 #include <QTabBar>
@@ -34,8 +41,19 @@
 
 namespace {
 
-constexpr QSize firstSize(1000, 760);
-constexpr int layoutVersion = 1; // of the saved places of the docks
+constexpr int leastHeight = 40;   // pixels of the plug-in's page and of the messages, on a very small screen
+constexpr int noticeTime = 10000; // ms that what was done stands in the status bar
+
+/*! Scroll bars where the screen is too small for \a page. */
+QScrollArea *makeScrollable(QWidget *page, QWidget *parent)
+{
+    auto *area = new QScrollArea(parent);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setMinimumHeight(leastHeight);
+    area->setWidget(page);
+    return area;
+}
 
 } // namespace
 
@@ -53,10 +71,16 @@ MainWindow::MainWindow(HostServices *services, PluginSession *session, QWidget *
     , m_dock(new QDockWidget(this))
     , m_pluginActions(new PluginActions(this))
     , m_menus(new HostMenus(this, m_pluginActions))
+    , m_files(new VehicleFiles(&m_vehicle, this))
+    , m_reportFiles(new ReportFiles(m_pluginActions, this))
 {
     setObjectName(QStringLiteral("MainWindow"));
+    keepProgramLight();
     build();
     connectMenus();
+    connectFiles();
+    connectReport();
+    new VehicleWatch(services, &m_vehicle, this);
 
     BusConnection &bus = services->bus();
     connect(m_bar, &ConnectionBar::connectRequested, this, &MainWindow::openBus);
@@ -67,7 +91,7 @@ MainWindow::MainWindow(HostServices *services, PluginSession *session, QWidget *
     connect(m_status, &StatusLine::cancelRequested, services, &HostServices::cancelRead);
     connect(m_report, &BusReport::noticed, m_status, &StatusLine::showNotice);
     connect(m_pages, &QTabWidget::currentChanged, this, &MainWindow::showActivePlugin);
-    connect(qApp, &QGuiApplication::paletteChanged, this, &MainWindow::adaptPalette);
+    connect(qApp, &QGuiApplication::paletteChanged, this, [] { keepProgramLight(); });
 
     retranslate();
     restoreSettings();
@@ -89,8 +113,9 @@ void MainWindow::showPlugins()
         QWidget *page = plugin.widget != nullptr
                             ? plugin.widget
                             : new QLabel(tr("%1 has no window.").arg(plugin.library.name), m_pages);
-        m_pages->insertTab(m_pages->indexOf(m_placeholder), page, plugin.library.name);
-        m_pages->setTabToolTip(m_pages->indexOf(page), plugin.library.description);
+        const int index = m_pages->insertTab(m_pages->indexOf(m_placeholder), makeScrollable(page, m_pages),
+                                             plugin.library.name);
+        m_pages->setTabToolTip(index, plugin.library.description);
     }
     if (!plugins.isEmpty()) {
         m_pages->removeTab(m_pages->indexOf(m_placeholder));
@@ -98,7 +123,15 @@ void MainWindow::showPlugins()
         m_pages->setCurrentIndex(0);
         showActivePlugin(0);
     }
-    adaptPalette();
+}
+
+void MainWindow::openFile(const QString &fileName)
+{
+    if (m_files->isAvailable())
+        m_files->openFile(fileName);
+    else
+        showError(tr("%1 cannot be opened: no plug-in that shows it is loaded.")
+                      .arg(QDir::toNativeSeparators(fileName)));
 }
 
 void MainWindow::setLanguages(LanguageSetting *languages, const QString &chosen)
@@ -119,12 +152,7 @@ void MainWindow::connectToChosenBus()
 
 void MainWindow::showError(const QString &sentence)
 {
-    // Not run in place: a read may be under way below this call.
-    auto *box = new QMessageBox(QMessageBox::Warning, QApplication::applicationDisplayName(), sentence,
-                                QMessageBox::Ok, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setTextFormat(Qt::PlainText);
-    box->open();
+    Boxes::showError(this, sentence);
 }
 
 void MainWindow::changeEvent(QEvent *event)
@@ -136,6 +164,15 @@ void MainWindow::changeEvent(QEvent *event)
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
+    if (!m_mayClose && m_vehicle.isUnsaved() && m_files->isAvailable()) {
+        event->ignore();
+        m_services->cancelRead(); // or the values could not be saved
+        m_files->whenKept([this] {
+            m_mayClose = true;
+            close();
+        });
+        return;
+    }
     saveSettings();
     // A read that is under way ends by this; it goes on in its slot below until then, so nothing is destroyed
     // here.
@@ -145,7 +182,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
 
 void MainWindow::retranslate()
 {
-    setWindowTitle(QApplication::applicationDisplayName());
+    showVehicle();
     m_menus->retranslate();
     m_dock->setWindowTitle(tr("Messages"));
     m_dock->toggleViewAction()->setText(tr("&Messages"));
@@ -169,12 +206,15 @@ void MainWindow::build()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_bar);
+    layout->addWidget(new ValuesStrip(&m_vehicle, centre));
     layout->addWidget(m_pages, 1);
     setCentralWidget(centre);
+    m_status->setMinimumWidth(1); // what it says is worth less than a window that fits
     statusBar()->addWidget(m_status, 1);
 
     m_dock->setObjectName(QStringLiteral("messagesDock"));
     m_dock->setAllowedAreas(Qt::TopDockWidgetArea | Qt::BottomDockWidgetArea);
+    m_panel->setMinimumHeight(leastHeight);
     m_dock->setWidget(m_panel);
     addDockWidget(Qt::BottomDockWidgetArea, m_dock);
 }
@@ -182,13 +222,8 @@ void MainWindow::build()
 void MainWindow::connectMenus()
 {
     m_menus->setMessagesAction(m_dock->toggleViewAction());
-    for (const PluginActions::Kind kind :
-         {PluginActions::Kind::Open, PluginActions::Kind::Export, PluginActions::Kind::SaveReport}) {
-        connect(m_pluginActions->action(kind), &QAction::triggered, m_pluginActions,
-                [this, kind] { m_pluginActions->press(kind); });
-    }
     connect(m_pluginActions->action(PluginActions::Kind::Read), &QAction::triggered, this,
-            &MainWindow::startRead);
+            [this] { m_files->whenKept([this] { startRead(); }); });
     connect(m_menus->quit, &QAction::triggered, this, &QWidget::close);
     connect(m_menus->connectBus, &QAction::triggered, this, &MainWindow::connectToChosenBus);
     connect(m_menus->disconnectBus, &QAction::triggered, &m_services->bus(),
@@ -196,7 +231,7 @@ void MainWindow::connectMenus()
     connect(m_menus->cancelRead, &QAction::triggered, m_services, &HostServices::cancelRead);
     connect(m_menus->refreshInterfaces, &QAction::triggered, m_bar, &ConnectionBar::refreshInterfaces);
     connect(m_menus->patience, &QAction::triggered, this, &MainWindow::choosePatience);
-    connect(m_menus->resetLayout, &QAction::triggered, this, &MainWindow::resetLayout);
+    connect(m_menus->resetLayout, &QAction::triggered, this, [this] { WindowLayout(this, m_dock).reset(); });
     connect(m_menus, &HostMenus::languageChosen, this, &MainWindow::chooseLanguage);
     connect(m_menus->keyList, &QAction::triggered, this,
             [this] { HelpBoxes::showKeyList(this, m_menus->shortcuts()); });
@@ -209,13 +244,43 @@ void MainWindow::connectMenus()
     connect(m_menus->aboutQt, &QAction::triggered, qApp, &QApplication::aboutQt);
 }
 
+void MainWindow::connectFiles()
+{
+    using Kind = PluginActions::Kind;
+    QAction *open = m_pluginActions->action(Kind::Open);
+    connect(open, &QAction::triggered, this,
+            [this] { m_files->isAvailable() ? m_files->open() : m_pluginActions->press(Kind::Open); });
+    connect(m_pluginActions->action(Kind::Export), &QAction::triggered, this,
+            [this] { m_files->isAvailable() ? m_files->save() : m_pluginActions->press(Kind::Export); });
+    connect(m_menus, &HostMenus::recentFileChosen, this, &MainWindow::openFile);
+    connect(new FileDrop(this, QStringLiteral(".dxxml")), &FileDrop::dropped, this,
+            [this, open](const QString &fileName) {
+                if (open->isEnabled())
+                    openFile(fileName);
+            });
+    connect(m_files, &VehicleFiles::failed, this, &MainWindow::showError);
+    connect(m_files, &VehicleFiles::succeeded, this,
+            [this](const QString &sentence) { tell(MessageLog::Severity::Information, sentence); });
+    connect(m_files, &VehicleFiles::recentChanged, this, &MainWindow::showRecentFiles);
+    connect(&m_vehicle, &ShownVehicle::changed, this, &MainWindow::showVehicle);
+}
+
+void MainWindow::connectReport()
+{
+    connect(m_pluginActions->action(PluginActions::Kind::SaveReport), &QAction::triggered, m_reportFiles,
+            &ReportFiles::write);
+    connect(m_reportFiles, &ReportFiles::failed, this, &MainWindow::showError);
+    connect(m_reportFiles, &ReportFiles::succeeded, this,
+            [this](const QString &sentence) { tell(MessageLog::Severity::Information, sentence); });
+    connect(m_reportFiles, &ReportFiles::missed, this,
+            [this](const QString &sentence) { tell(MessageLog::Severity::Warning, sentence); });
+}
+
 void MainWindow::restoreSettings()
 {
     // What is missing or broken leaves the window as it is made.
     const QSettings settings;
-    resize(firstSize);
-    restoreGeometry(settings.value(HostSettings::geometry).toByteArray());
-    restoreState(settings.value(HostSettings::windowState).toByteArray(), layoutVersion);
+    WindowLayout(this, m_dock).restore(settings);
 
     BusSettings bus;
     bus.address.plugin = settings.value(HostSettings::plugin).toString();
@@ -233,8 +298,7 @@ void MainWindow::saveSettings()
 {
     const BusSettings bus = m_bar->settings();
     QSettings settings;
-    settings.setValue(HostSettings::geometry, saveGeometry());
-    settings.setValue(HostSettings::windowState, saveState(layoutVersion));
+    WindowLayout(this, m_dock).save(&settings);
     settings.setValue(HostSettings::plugin, bus.address.plugin);
     settings.setValue(HostSettings::interfaceName, bus.address.interfaceName);
     if (bus.bitRate)
@@ -253,16 +317,6 @@ void MainWindow::checkSettingsFile()
     }
 }
 
-void MainWindow::resetLayout()
-{
-    m_dock->setFloating(false);
-    addDockWidget(Qt::BottomDockWidgetArea, m_dock);
-    m_dock->show();
-    showNormal();
-    resize(firstSize);
-    resizeDocks({m_dock}, {m_panel->sizeHint().height()}, Qt::Vertical);
-}
-
 void MainWindow::showBusState()
 {
     m_menus->showState(m_services->bus().state(), m_services->reads().isReading());
@@ -273,26 +327,41 @@ void MainWindow::showActivePlugin(int index)
     const bool isPlugin = index >= 0 && m_pages->widget(index) != m_placeholder;
     if (isPlugin)
         m_session->setActivePlugin(index);
-    m_pluginActions->setPage(isPlugin ? m_pages->widget(index) : nullptr);
+    const QWidget *page = isPlugin ? m_pages->widget(index) : nullptr;
+    m_pluginActions->setPage(page);
+    m_files->setPage(page);
+    showRecentFiles();
+}
+
+void MainWindow::showRecentFiles()
+{
+    m_menus->setRecentFiles(m_files->isAvailable() ? RecentFiles::load() : QStringList());
+}
+
+void MainWindow::showVehicle()
+{
+    const QString title = m_vehicle.title();
+    // "[*]" is where Qt marks values that are in no file.
+    setWindowTitle(title.isEmpty()
+                       ? QApplication::applicationDisplayName()
+                       : QString(title).replace(QLatin1String("[*]"), QString()) + QLatin1String("[*]"));
+    setWindowModified(!title.isEmpty() && m_vehicle.isUnsaved());
+}
+
+void MainWindow::tell(MessageLog::Severity severity, const QString &sentence)
+{
+    m_log->add(severity, sentence);
+    statusBar()->showMessage(sentence, noticeTime);
 }
 
 void MainWindow::startRead()
 {
+    const auto read = [this] { m_pluginActions->press(PluginActions::Kind::Read); };
     const QStringList obstacles = m_report->obstacles();
-    if (obstacles.isEmpty()) {
-        m_pluginActions->press(PluginActions::Kind::Read);
-        return;
-    }
-    auto *box = new QMessageBox(QMessageBox::Warning, QApplication::applicationDisplayName(),
-                                obstacles.join(QLatin1String("\n\n")), QMessageBox::Cancel, this);
-    box->setObjectName(QStringLiteral("obstacleBox"));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setTextFormat(Qt::PlainText);
-    const QPushButton *readAnyway = box->addButton(tr("&Read anyway"), QMessageBox::AcceptRole);
-    box->setDefaultButton(QMessageBox::Cancel);
-    connect(readAnyway, &QPushButton::clicked, m_pluginActions,
-            [this] { m_pluginActions->press(PluginActions::Kind::Read); });
-    box->open();
+    if (obstacles.isEmpty())
+        read();
+    else
+        Boxes::askToReadAnyway(this, obstacles, read);
 }
 
 void MainWindow::chooseLanguage(const QString &language)
@@ -338,17 +407,4 @@ void MainWindow::openBus(const BusSettings &settings)
     // Another attempt, or the user, may have ended this one; then there is nothing to complain about.
     if (!isOpen && !m_services->bus().errorString().isEmpty())
         showError(error);
-}
-
-void MainWindow::adaptPalette()
-{
-    const bool isDark = isDarkPalette(QApplication::palette());
-    const QVector<PluginSession::Plugin> &plugins = m_session->plugins();
-    for (const PluginSession::Plugin &plugin : plugins) {
-        if (plugin.widget == nullptr)
-            continue;
-        // An empty palette takes that of the desktop again.
-        plugin.widget->setPalette(isDark ? lightPalette() : QPalette());
-        plugin.widget->setAutoFillBackground(isDark); // between its widgets, too
-    }
 }

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "messagelog.h"
+
 #include <bus/bussettings.h>
 #include <bus/patiencesettings.h>
+#include <host/core/shownvehicle.h>
 
 #include <QMainWindow>
 
@@ -11,14 +14,15 @@ class ConnectionBar;
 class HostMenus;
 class HostServices;
 class LanguageSetting;
-class MessageLog;
 class MessagePanel;
 class PluginActions;
 class PluginSession;
 class QDockWidget;
 class QLabel;
 class QTabWidget;
+class ReportFiles;
 class StatusLine;
+class VehicleFiles;
 
 /*! The host's window: the connection bar above the plug-ins' windows, the messages and the status of the bus
  *  below. It only puts its parts together.
@@ -41,6 +45,9 @@ public:
     /*! Opens the bus that is chosen in the bar; a failure is shown in a box. */
     void connectToChosenBus();
 
+    /*! Shows the values of an exchange file; a failure is shown in a box. */
+    void openFile(const QString &fileName);
+
     /*! Lets the user choose among \a languages, which must outlive the window; \a chosen is the choice so far,
      *  empty for the language of the system.
      */
@@ -48,6 +55,7 @@ public:
 
     MessageLog &messages() { return *m_log; }
     BusReport &report() { return *m_report; }
+    ShownVehicle &vehicle() { return m_vehicle; }
 
     /*! Shows \a sentence in a box; returns at once. */
     void showError(const QString &sentence);
@@ -59,22 +67,26 @@ protected:
 private:
     void build();
     void connectMenus();
+    void connectFiles();
+    void connectReport();
     void retranslate();
     void restoreSettings();
     void saveSettings();
     void checkSettingsFile();
-    void resetLayout();
     void showBusState();
     void showActivePlugin(int index);
     void startRead();
     void chooseLanguage(const QString &language);
     void choosePatience();
     void openBus(const BusSettings &settings);
-    void adaptPalette();
+    void showVehicle();
+    void showRecentFiles();
+    void tell(MessageLog::Severity severity, const QString &sentence);
 
     HostServices *m_services;
     PluginSession *m_session;
     ConnectionBar *m_bar;
+    ShownVehicle m_vehicle;
     QTabWidget *m_pages;
     QLabel *m_placeholder;
     StatusLine *m_status;
@@ -84,6 +96,9 @@ private:
     QDockWidget *m_dock;
     PluginActions *m_pluginActions;
     HostMenus *m_menus;
+    VehicleFiles *m_files;
+    ReportFiles *m_reportFiles;
     LanguageSetting *m_languages = nullptr;
     PatienceSettings m_patience;
+    bool m_mayClose = false; // the user was asked about values that are in no file
 };

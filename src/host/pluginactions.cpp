@@ -3,6 +3,8 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QEvent>
+#include <QSignalBlocker>
 #include <QTimer>
 
 #include <iterator>
@@ -49,11 +51,29 @@ PluginActions::PluginActions(QObject *parent)
 void PluginActions::setPage(const QWidget *page)
 {
     for (int i = 0; i < kindCount; ++i) {
-        m_buttons[i] = page != nullptr
-                           ? page->findChild<QAbstractButton *>(QLatin1String(table[i].buttonName))
-                           : nullptr;
+        setButton(i, page != nullptr ? page->findChild<QAbstractButton *>(QLatin1String(table[i].buttonName))
+                                     : nullptr);
     }
     updateActions();
+}
+
+void PluginActions::setButton(int kind, QAbstractButton *button)
+{
+    if (m_buttons[kind] == button)
+        return;
+    if (!m_buttons[kind].isNull()) {
+        m_buttons[kind]->removeEventFilter(this);
+        m_buttons[kind]->disconnect(this);
+    }
+    m_buttons[kind] = button;
+    if (button == nullptr)
+        return;
+    button->installEventFilter(this);
+    if (kind == static_cast<int>(Kind::SaveReport)) {
+        // Connected after the plug-in's own slot, so the second one comes when that has returned.
+        connect(button, &QAbstractButton::released, this, &PluginActions::reportButtonReleased);
+        connect(button, &QAbstractButton::clicked, this, &PluginActions::reportButtonClicked);
+    }
 }
 
 QAction *PluginActions::action(Kind kind) const
@@ -74,6 +94,31 @@ void PluginActions::press(Kind kind) const
     // Not in place: the click may not return before a read is over.
     if (button != nullptr)
         QTimer::singleShot(0, button, &QAbstractButton::click);
+}
+
+bool PluginActions::eventFilter(QObject *object, QEvent *event)
+{
+    if (event->type() != QEvent::MouseButtonRelease && event->type() != QEvent::KeyRelease)
+        return QObject::eventFilter(object, event);
+    for (int i = 0; i < kindCount; ++i) {
+        if (object == m_buttons[i] && m_buttons[i]->isDown() && m_actions[i]->isEnabled()) {
+            takeRelease(i, event);
+            return true;
+        }
+    }
+    return QObject::eventFilter(object, event);
+}
+
+// The button itself decides whether it is a click, and its look changes with it; only its signals stay away.
+void PluginActions::takeRelease(int kind, QEvent *event)
+{
+    QAbstractButton *button = m_buttons[kind];
+    {
+        const QSignalBlocker blocker(button);
+        static_cast<QObject *>(button)->event(event);
+    }
+    if (!button->isDown())
+        m_actions[kind]->trigger();
 }
 
 void PluginActions::updateActions()

@@ -19,6 +19,10 @@ class QWidget;
  *  | Open           | btnImport                 |
  *  | Export         | btnExport                 |
  *  | Save report    | btnSavePdf                |
+ *
+ *  And the other way round: when the user presses such a button, its action is triggered in its place, so that
+ *  the host can ask first. Only a button whose action is disabled, and one that is pressed by a program, goes
+ *  straight to the plug-in.
  */
 class PluginActions : public QObject
 {
@@ -41,10 +45,22 @@ public:
     /*! Presses the button, from the event loop; nothing happens when there is none, or none enabled. */
     void press(Kind kind) const;
 
+    bool eventFilter(QObject *object, QEvent *event) override;
+
+signals:
+    /*! Whoever pressed it: before the plug-in writes its report. A press that is not carried out may have been
+     *  reported, too.
+     */
+    void reportButtonReleased();
+    /*! And after it. */
+    void reportButtonClicked();
+
 private:
     static constexpr int kindCount = 4;
 
     void updateActions();
+    void setButton(int kind, QAbstractButton *button);
+    void takeRelease(int kind, QEvent *event);
 
     QAction *m_actions[kindCount];
     QPointer<QAbstractButton> m_buttons[kindCount];

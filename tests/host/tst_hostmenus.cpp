@@ -4,6 +4,7 @@
 #include <host/busreport.h>
 #include <host/core/hostsettings.h>
 #include <host/core/languagesetting.h>
+#include <host/hostmenus.h>
 #include <host/mainwindow.h>
 #include <host/messagelog.h>
 #include <host/patiencedialog.h>
@@ -14,6 +15,7 @@
 #include <QAction>
 #include <QDialogButtonBox>
 #include <QDockWidget>
+#include <QFontDatabase>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
@@ -63,8 +65,8 @@ private slots:
     void shortcuts();
     void menusHoldTheirActions();
     void pluginActionsNeedAPlugin();
-    void filesAreThePluginsBusiness_data();
-    void filesAreThePluginsBusiness();
+    void filesHaveTheHostsDialogs_data();
+    void filesHaveTheHostsDialogs();
     void connectsByKey();
     void connectKeyWorksInInterfaceBox();
     void busActionsFollowTheState();
@@ -76,6 +78,7 @@ private slots:
     void cancelByEscape();
     void readsAgainAfterCancel();
     void languagesByTheirOwnNames();
+    void languageWithoutAFontSaysSo();
     void switchesLanguageAtOnce();
     void remembersLayout();
     void resetsLayout();
@@ -97,7 +100,7 @@ void tst_HostMenus::shortcuts_data()
                           << QStringLiteral("Ctrl+O");
     QTest::newRow("export") << QStringLiteral("actionExport") << QStringLiteral("&Export...")
                             << QStringLiteral("Ctrl+S");
-    QTest::newRow("report") << QStringLiteral("actionSaveReport") << QStringLiteral("Save &PDF report...")
+    QTest::newRow("report") << QStringLiteral("actionSaveReport") << QStringLiteral("Save &PDF report")
                             << QStringLiteral("Ctrl+P");
     QTest::newRow("quit") << QStringLiteral("actionQuit") << QStringLiteral("&Quit")
                           << QStringLiteral("Ctrl+Q");
@@ -146,7 +149,8 @@ void tst_HostMenus::menusHoldTheirActions()
         }
         return list.join(QLatin1Char('|'));
     };
-    QCOMPARE(texts("fileMenu"), QStringLiteral("Open saved file...|Export...|Save PDF report...|Quit"));
+    QCOMPARE(texts("fileMenu"),
+             QStringLiteral("Open saved file...|Open recent file|Export...|Save PDF report|Quit"));
     QCOMPARE(texts("busMenu"), QStringLiteral("Connect|Disconnect|Refresh interfaces|Read all data|Cancel "
                                               "read|Patience with slow nodes..."));
     QCOMPARE(texts("viewMenu"), QStringLiteral("Messages|Reset layout"));
@@ -173,18 +177,16 @@ void tst_HostMenus::pluginActionsNeedAPlugin()
     host.session.shutDown();
 }
 
-void tst_HostMenus::filesAreThePluginsBusiness_data()
+void tst_HostMenus::filesHaveTheHostsDialogs_data()
 {
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<QString>("caption");
 
-    QTest::newRow("open") << QByteArray("actionOpen")
-                          << QStringLiteral("Import Draxel LEV Network information");
-    QTest::newRow("export") << QByteArray("actionExport")
-                            << QStringLiteral("Export Draxel LEV Network information");
+    QTest::newRow("open") << QByteArray("actionOpen") << QStringLiteral("Open saved vehicle data");
+    QTest::newRow("export") << QByteArray("actionExport") << QStringLiteral("Save vehicle data");
 }
 
-void tst_HostMenus::filesAreThePluginsBusiness()
+void tst_HostMenus::filesHaveTheHostsDialogs()
 {
     QFETCH(QByteArray, name);
     QFETCH(QString, caption);
@@ -198,6 +200,7 @@ void tst_HostMenus::filesAreThePluginsBusiness()
     action(window, name)->trigger();
     QTRY_COMPARE(driver.dialogs().size(), 1);
     QCOMPARE(driver.dialogs().first().caption, caption);
+    QCOMPARE(driver.dialogs().first().filters, QStringList(QStringLiteral("Vehicle data (*.dxxml)")));
     host.session.shutDown();
 }
 
@@ -427,6 +430,7 @@ void tst_HostMenus::languagesByTheirOwnNames()
     LanguageSetting languages(QStringLiteral(OVERVIEW_LANGUAGE_FOLDER));
     MainWindow window(&host.services, &host.session);
     window.setLanguages(&languages, QStringLiteral("fr"));
+    const bool hasChineseFont = !QFontDatabase().families(QFontDatabase::SimplifiedChinese).isEmpty();
     QStringList names;
     QString checked;
     for (const QAction *entry : window.findChild<QMenu *>(QStringLiteral("languageMenu"))->actions()) {
@@ -437,8 +441,17 @@ void tst_HostMenus::languagesByTheirOwnNames()
             checked = entry->text();
     }
     QCOMPARE(names.join(QLatin1Char('|')),
-             QStringLiteral("&System|Deutsch|English|Français|Nederlands|简体中文"));
+             QStringLiteral("&System|Deutsch|English|Français|Nederlands|")
+                 + (hasChineseFont ? QStringLiteral("简体中文")
+                                   : QStringLiteral("Chinese (no font for it is installed)")));
     QCOMPARE(checked, QStringLiteral("Français"));
+}
+
+void tst_HostMenus::languageWithoutAFontSaysSo()
+{
+    QCOMPARE(HostMenus::languageLabel(QStringLiteral("zh_CN"), true), QStringLiteral("简体中文"));
+    QCOMPARE(HostMenus::languageLabel(QStringLiteral("zh_CN"), false),
+             QStringLiteral("Chinese (no font for it is installed)"));
 }
 
 void tst_HostMenus::switchesLanguageAtOnce()
@@ -471,13 +484,13 @@ void tst_HostMenus::remembersLayout()
         auto *dock = window.findChild<QDockWidget *>(QStringLiteral("messagesDock"));
         QVERIFY(dock->isVisible());
         dock->toggleViewAction()->trigger();
-        window.resize(1111, 666);
+        window.resize(711, 500);
         window.close();
     }
     MainWindow window(&host.services, &host.session);
     window.show();
     QVERIFY(!window.findChild<QDockWidget *>(QStringLiteral("messagesDock"))->isVisible());
-    QCOMPARE(window.size(), QSize(1111, 666));
+    QCOMPARE(window.size(), QSize(711, 500));
 }
 
 void tst_HostMenus::resetsLayout()
@@ -488,11 +501,11 @@ void tst_HostMenus::resetsLayout()
     auto *dock = window.findChild<QDockWidget *>(QStringLiteral("messagesDock"));
     window.addDockWidget(Qt::TopDockWidgetArea, dock);
     dock->hide();
-    window.resize(800, 500);
+    window.resize(600, 500);
     action(window, "actionResetLayout")->trigger();
     QVERIFY(dock->isVisible());
     QCOMPARE(window.dockWidgetArea(dock), Qt::BottomDockWidgetArea);
-    QCOMPARE(window.size(), QSize(1000, 760));
+    QCOMPARE(window.size(), QSize(796, 596)); // the screen but for the frame
 }
 
 void tst_HostMenus::brokenSettingsAreNoNews()
@@ -515,7 +528,7 @@ void tst_HostMenus::brokenSettingsAreNoNews()
     window.show();
     QCOMPARE(log.warnings(), QStringList());
     QCOMPARE(messages(&window), QStringList());
-    QCOMPARE(window.size(), QSize(1000, 760));
+    QCOMPARE(window.size(), QSize(792, 564)); // of 1000 x 760, as the screen has 800 x 600
     QVERIFY(window.findChild<QDockWidget *>(QStringLiteral("messagesDock"))->isVisible());
 }
 

@@ -9,6 +9,7 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSettings>
@@ -49,7 +50,10 @@ private slots:
     void bitRateOnlyWhereItApplies();
     void choosesUnknownBackEnd();
     void remembersBus();
-    void givesPluginLightPalette();
+    void isLightOnADarkDesktop();
+    void isLightOnADesktopThatIsDarkFromTheStart();
+    void pageScrollsOnASmallScreen();
+    void offersTheUsualBitRates();
     void closesDuringRead_data();
     void closesDuringRead();
     void disconnectsDuringRead();
@@ -240,28 +244,68 @@ void tst_MainWindow::remembersBus()
     QCOMPARE(remembered.bitRate.value_or(0), 250000);
 }
 
-void tst_MainWindow::givesPluginLightPalette()
+void tst_MainWindow::isLightOnADarkDesktop()
 {
     const QPalette desktop = QApplication::palette();
     Host host;
     host.loadOverview();
     MainWindow window(&host.services, &host.session);
     window.showPlugins();
-    const QWidget *widget = host.session.plugins().first().widget;
 
-    QPalette dark(QColor(30, 30, 30));
+    const QPalette dark(QColor(30, 30, 30));
     QVERIFY(isDarkPalette(dark));
     QApplication::setPalette(dark);
     QCoreApplication::processEvents();
-    QVERIFY(!isDarkPalette(widget->palette()));
-    QVERIFY(widget->autoFillBackground());
-    QVERIFY(widget->palette().color(QPalette::Base).lightness() > 200);
-    QVERIFY(widget->palette().color(QPalette::Text).lightness() < 50);
+    for (const QWidget *widget :
+         {static_cast<const QWidget *>(&window), static_cast<const QWidget *>(window.menuBar()),
+          static_cast<const QWidget *>(window.findChild<ConnectionBar *>()),
+          static_cast<const QWidget *>(host.session.plugins().first().widget)}) {
+        QVERIFY(!isDarkPalette(widget->palette()));
+        QVERIFY(widget->palette().color(QPalette::Base).lightness() > 200);
+        QVERIFY(widget->palette().color(QPalette::Text).lightness() < 50);
+    }
 
     QApplication::setPalette(desktop);
     QCoreApplication::processEvents();
-    QVERIFY(!isDarkPalette(widget->palette()));
+    QCOMPARE(window.palette().color(QPalette::Window), desktop.color(QPalette::Window));
     host.session.shutDown();
+}
+
+void tst_MainWindow::isLightOnADesktopThatIsDarkFromTheStart()
+{
+    const QPalette desktop = QApplication::palette();
+    QApplication::setPalette(QPalette(QColor(30, 30, 30)));
+    Host host;
+    const MainWindow window(&host.services, &host.session);
+    QVERIFY(!isDarkPalette(window.palette()));
+    QApplication::setPalette(desktop);
+}
+
+void tst_MainWindow::pageScrollsOnASmallScreen()
+{
+    Host host;
+    host.loadOverview();
+    MainWindow window(&host.services, &host.session);
+    window.showPlugins();
+    window.show();
+    // What is free of 1024x600 at 200 %.
+    window.resize(504, 264);
+    QCoreApplication::processEvents();
+    QVERIFY2(window.width() <= 504, qPrintable(QString::number(window.width())));
+    QVERIFY2(window.height() <= 264, qPrintable(QString::number(window.height())));
+    host.session.shutDown();
+}
+
+void tst_MainWindow::offersTheUsualBitRates()
+{
+    const ConnectionBar bar;
+    const auto *box = bar.findChild<QComboBox *>(QStringLiteral("bitRateBox"));
+    QStringList rates;
+    for (int i = 1; i < box->count(); ++i)
+        rates.append(box->itemText(i));
+    QCOMPARE(rates.join(QLatin1Char('|')),
+             QStringLiteral("10 kbit/s|20 kbit/s|50 kbit/s|100 kbit/s|125 kbit/s|250 kbit/s|500 kbit/s|"
+                            "800 kbit/s|1000 kbit/s"));
 }
 
 void tst_MainWindow::closesDuringRead_data()

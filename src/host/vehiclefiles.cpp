@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+#include "vehiclefiles.h"
+
+#include <host/core/hostsettings.h>
+#include <host/core/recentfiles.h>
+#include <host/core/shownvehicle.h>
+#include <store/exchangefile.h>
+#include <store/nodestore.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QStandardPaths>
+
+namespace {
+
+constexpr char suffix[] = "dxxml";
+
+QFileDialog *makeDialog(QWidget *window, const QString &name, const QString &title, const QString &folder)
+{
+    auto *dialog = new QFileDialog(window, title, folder, VehicleFiles::tr("Vehicle data (*.dxxml)"));
+    dialog->setObjectName(name);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    return dialog;
+}
+
+/*! When \a text says it was exported; invalid when it does not say. */
+QDateTime dateOf(const QString &text)
+{
+    constexpr int headLength = 1000; // the date stands in the first tag
+    static const QRegularExpression date(QStringLiteral("<dxtoolstorage[^>]* date=\"([^\"]*)\""));
+    const QRegularExpressionMatch match = date.match(text.left(headLength));
+    // As the export writes it: English day and month.
+    return match.hasMatch()
+               ? QLocale::c().toDateTime(match.captured(1), QStringLiteral("ddd MMM d HH:mm:ss yyyy"))
+               : QDateTime();
+}
+
+} // namespace
+
+VehicleFiles::VehicleFiles(ShownVehicle *vehicle, QWidget *window)
+    : QObject(window)
+    , m_vehicle(vehicle)
+    , m_window(window)
+{
+}
+
+void VehicleFiles::setPage(const QWidget *page)
+{
+    m_exchange = PluginExchange(page);
+}
+
+void VehicleFiles::open()
+{
+    QFileDialog *dialog
+        = makeDialog(m_window, QStringLiteral("openDialog"), tr("Open saved vehicle data"), startFolder());
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    connect(dialog, &QFileDialog::fileSelected, this, &VehicleFiles::openFile);
+    dialog->open();
+}
+
+void VehicleFiles::openFile(const QString &fileName)
+{
+    whenKept([this, fileName] { show(fileName); });
+}
+
+void VehicleFiles::save(const Action &then)
+{
+    QFileDialog *dialog
+        = makeDialog(m_window, QStringLiteral("saveDialog"), tr("Save vehicle data"), startFolder());
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(QLatin1String(suffix));
+    dialog->selectFile(m_vehicle->suggestedFileName());
+    connect(dialog, &QFileDialog::fileSelected, this, [this, then](const QString &fileName) {
+        if (write(fileName) && then)
+            then();
+    });
+    dialog->open();
+}
+
+void VehicleFiles::whenKept(const Action &proceed)
+{
+    if (!m_vehicle->isUnsaved() || !isAvailable()) {
+        proceed();
+        return;
+    }
+    auto *box = new QMessageBox(QMessageBox::Question, QApplication::applicationDisplayName(),
+                                tr("The values that were read are in no file. Save them before they go?"),
+                                QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, m_window);
+    box->setObjectName(QStringLiteral("saveQuestion"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(m_vehicle->title());
+    box->button(QMessageBox::Save)->setText(tr("&Save..."));
+    box->button(QMessageBox::Discard)->setText(tr("&Do not save"));
+    box->button(QMessageBox::Cancel)->setText(tr("Cancel"));
+    box->setDefaultButton(QMessageBox::Save);
+    box->setEscapeButton(QMessageBox::Cancel);
+    connect(box->button(QMessageBox::Save), &QPushButton::clicked, this, [this, proceed] { save(proceed); });
+    connect(box->button(QMessageBox::Discard), &QPushButton::clicked, this, proceed);
+    box->open();
+}
+
+void VehicleFiles::show(const QString &fileName)
+{
+    const QFileInfo file(fileName);
+    // What is there and is no file, a pipe for instance, could keep the window waiting.
+    if (file.exists() && !file.isFile()) {
+        refuse(fileName, tr("%1 is not a file.").arg(QDir::toNativeSeparators(fileName)));
+        return;
+    }
+    QString text;
+    QString reason;
+    if (!loadExchangeFile(fileName, text, &reason)) {
+        refuse(fileName, reason);
+        return;
+    }
+    reason = exchangeProblem(text);
+    if (!reason.isEmpty()) {
+        refuse(fileName, QDir::toNativeSeparators(fileName) + QLatin1String("\n") + reason);
+        return;
+    }
+    if (!m_exchange.show(text)) {
+        refuse(fileName, tr("A file cannot be opened now. Is a read running?"));
+        return;
+    }
+    NodeStore store;
+    importFrom(text, store);
+    m_vehicle->showFile(fileName, store, dateOf(text));
+    QSettings().setValue(HostSettings::folder, file.absolutePath());
+    RecentFiles::add(fileName);
+    emit recentChanged();
+    emit succeeded(tr("Opened: %1").arg(QDir::toNativeSeparators(fileName)));
+}
+
+bool VehicleFiles::write(const QString &fileName)
+{
+    QString reason;
+    if (!saveExchangeFile(fileName, m_exchange.text(), &reason)) {
+        emit failed(reason);
+        return false;
+    }
+    m_vehicle->noteSaved(fileName);
+    QSettings().setValue(HostSettings::folder, QFileInfo(fileName).absolutePath());
+    RecentFiles::add(fileName);
+    emit recentChanged();
+    emit succeeded(tr("Saved: %1").arg(QDir::toNativeSeparators(fileName)));
+    return true;
+}
+
+void VehicleFiles::refuse(const QString &fileName, const QString &reason)
+{
+    if (!QFileInfo::exists(fileName)) {
+        RecentFiles::remove(fileName);
+        emit recentChanged();
+    }
+    emit failed(m_vehicle->source() == ShownVehicle::Source::None
+                    ? reason
+                    : reason + QLatin1String("\n\n") + tr("What was shown before is still shown."));
+}
+
+QString VehicleFiles::startFolder() const
+{
+    const QString folder = QSettings().value(HostSettings::folder).toString();
+    return QFileInfo(folder).isDir() ? folder
+                                     : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
