@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <tests/support/freeport.h>
+
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QTcpServer>
 #include <QtTest>
 
+#include <algorithm>
 #include <csignal>
 
 constexpr int patience = 30000; // ms; a read takes two seconds of detection
@@ -18,14 +20,27 @@ struct Result
     QString errors;
 };
 
-/*! The program as the shell starts it. */
+/*! Whether all that the program waits for is in its own main thread: a simulated vehicle, and no server. */
+inline bool waitsForNobodyElse(const QStringList &arguments)
+{
+    return arguments.value(0) != QLatin1String("check-update")
+           && std::any_of(arguments.begin(), arguments.end(), [](const QString &argument) {
+                  return argument.contains(QLatin1String("simulated:"));
+              });
+}
+
+/*! The program as the shell starts it; its clock leaps over waiting when it waits for nobody else. */
 class Program
 {
 public:
-    /*! \a environment: "NAME=value", or "NAME" for a variable that is not to be there. */
+    /*! \a environment: "NAME=value", or "NAME" for a variable that is not to be there; without LD_PRELOAD the
+     *  program lives in real time.
+     */
     explicit Program(const QStringList &arguments, const QStringList &environment = {})
     {
         QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+        if (waitsForNobodyElse(arguments))
+            letClockLeap(&variables);
         for (const QString &entry : environment) {
             const QString name = entry.section(QLatin1Char('='), 0, 0);
             if (entry.contains(QLatin1Char('=')))
@@ -73,6 +88,18 @@ public:
     }
 
 private:
+    static void letClockLeap(QProcessEnvironment *variables)
+    {
+#ifdef LEAPING_CLOCK
+        variables->insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(LEAPING_CLOCK));
+        // AddressSanitizer wants to be the first library; this one has nothing to do with memory.
+        variables->insert(QStringLiteral("ASAN_OPTIONS"), variables->value(QStringLiteral("ASAN_OPTIONS"))
+                                                              + QStringLiteral(":verify_asan_link_order=0"));
+#else
+        Q_UNUSED(variables)
+#endif
+    }
+
     QProcess m_process;
     QByteArray m_output;
 };
@@ -114,12 +141,4 @@ inline QByteArray object(int index, int subIndex, qint64 value)
 inline QByteArray node(int id, const QByteArray &objects)
 {
     return "<node nodeid=\"" + QByteArray::number(id) + "\">\n" + objects + "</node>\n";
-}
-
-/*! A free port of this machine. */
-inline quint16 freePort()
-{
-    QTcpServer server;
-    server.listen(QHostAddress::LocalHost);
-    return server.serverPort();
 }

@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
-#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QXmlStreamReader>
@@ -415,13 +414,18 @@ void tst_DraxelCtl::interruptedRead()
         QVERIFY(old.open(QIODevice::WriteOnly));
         old.write("the old file");
     }
+    // The read has not ended when the signal comes, however late that is: one object is never answered.
+    const QString silent
+        = writeVehicle("{ \"id\": 1, \"dictionary\": \"node.dcf\", \"heartbeatMs\": 200,"
+                       "  \"faults\": [ { \"kind\": \"sdoSilent\", \"object\": \"6000sub0\" } ] }");
+    const QStringList files = QDir(m_folder->path()).entryList(QDir::Files);
     // What the bus carries is seen by a third client.
     const quint16 port = freePort();
-    Program vehicle(
-        {QStringLiteral("simulate"), QStringLiteral("full-bus"), QStringLiteral("--bus"), virtualBus(port)});
+    Program vehicle({QStringLiteral("simulate"), silent, QStringLiteral("--bus"), virtualBus(port)});
     QVERIFY(vehicle.waitForOutput(QStringLiteral("is on")));
     Program reader({QStringLiteral("read"), QStringLiteral("--bus"), virtualBus(port),
-                    QStringLiteral("--export"), path("v.dxxml")});
+                    QStringLiteral("--timeout"), QStringLiteral("60000"), QStringLiteral("--export"),
+                    path("v.dxxml")});
     QVERIFY(reader.waitForStart());
     QTcpSocket client;
     client.connectToHost(QHostAddress::LocalHost, port);
@@ -440,7 +444,7 @@ void tst_DraxelCtl::interruptedRead()
     QCOMPARE(result.status, status);
     QCOMPARE(result.errors, QStringLiteral("Interrupted; nothing was saved.\n"));
     QCOMPARE(readFile(path("v.dxxml")), QStringLiteral("the old file"));
-    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files).size(), 1); // nothing half-written beside it
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), files); // nothing half-written beside it
 }
 
 void tst_DraxelCtl::readsOverVirtualCan()
@@ -449,8 +453,9 @@ void tst_DraxelCtl::readsOverVirtualCan()
     Program vehicle(
         {QStringLiteral("simulate"), QStringLiteral("pedelec"), QStringLiteral("--bus"), virtualBus(port)});
     QVERIFY(vehicle.waitForOutput(QStringLiteral("pedelec is on")));
-    const Result result = run({QStringLiteral("read"), QStringLiteral("--bus"), virtualBus(port),
-                               QStringLiteral("--export"), path("v.dxxml")});
+    const Result result
+        = run({QStringLiteral("read"), QStringLiteral("--bus"), virtualBus(port), QStringLiteral("--timeout"),
+               QStringLiteral("10000"), QStringLiteral("--export"), path("v.dxxml")});
     QVERIFY2(result.status == 0, qPrintable(result.errors));
     QVERIFY2(result.output.contains(QStringLiteral("\nTotal: 7 nodes, ")), qPrintable(result.output));
     QCOMPARE(exportedValue(path("v.dxxml"), 1, 0x1000, 0), Q_INT64_C(0x470001C6));
@@ -466,8 +471,9 @@ void tst_DraxelCtl::simulatesExportedVehicle()
     const quint16 port = freePort();
     Program vehicle({QStringLiteral("simulate"), given, QStringLiteral("--bus"), virtualBus(port)});
     QVERIFY(vehicle.waitForOutput(QStringLiteral("given is on")));
-    const Result result = run({QStringLiteral("read"), QStringLiteral("--bus"), virtualBus(port),
-                               QStringLiteral("--export"), path("v.dxxml")});
+    const Result result
+        = run({QStringLiteral("read"), QStringLiteral("--bus"), virtualBus(port), QStringLiteral("--timeout"),
+               QStringLiteral("10000"), QStringLiteral("--export"), path("v.dxxml")});
     QVERIFY2(result.status == 0, qPrintable(result.errors));
     const QString exported = path("v.dxxml");
     QCOMPARE(exportedValue(exported, 1, 0x1000, 0), Q_INT64_C(454));

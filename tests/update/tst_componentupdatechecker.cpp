@@ -7,6 +7,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QSignalSpy>
+#include <QTcpSocket>
 #include <QTimer>
 #include <QTranslator>
 #include <QtTest>
@@ -430,7 +431,9 @@ void tst_ComponentUpdateChecker::failedAnswer()
 
 void tst_ComponentUpdateChecker::refusedPort()
 {
-    m_server.reset(); // its port is free again and nobody listens there
+    QTcpSocket holder; // keeps its port from everybody, and does not listen there
+    QVERIFY(holder.bind(QHostAddress(QHostAddress::LocalHost)));
+    qputenv("DRAXEL_UPDATE_HOST", "127.0.0.1:" + QByteArray::number(holder.localPort()));
     Checker checker;
     QSignalSpy spy(&checker, SIGNAL(updateInformation(quint32, quint32, quint32, QString)));
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <tests/support/freeport.h>
 #include <update/componentupdatechecker.h>
 
 #include <QDir>
@@ -6,7 +7,6 @@
 #include <QHostAddress>
 #include <QProcess>
 #include <QSignalSpy>
-#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -18,12 +18,6 @@
 namespace {
 
 constexpr int patience = 20000; // ms
-
-quint16 freePort()
-{
-    QTcpServer server;
-    return server.listen(QHostAddress::LocalHost) ? server.serverPort() : 0;
-}
 
 bool replaceOnce(const QString &fileName, const QByteArray &before, const QByteArray &after)
 {
