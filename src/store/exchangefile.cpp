@@ -160,6 +160,11 @@ bool importByParser(const QString &text, NodeStore &store, int chunkSize)
 
 QString exchangeProblem(const QString &text)
 {
+    // Letter by letter as it is written, a file has no fault but that it may be empty; the parser takes far longer.
+    NodeStore written;
+    if (importAsWritten(text, written) && !written.nodeList().isEmpty())
+        return QString();
+
     bool hasNode = false;
     ExchangeReader reader(text, exchangeChunkSize);
     while (!reader.atEnd()) {

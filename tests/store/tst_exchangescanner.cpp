@@ -218,6 +218,7 @@ void tst_ExchangeScanner::neverReadsDifferently()
         NodeStore parsed;
         QVERIFY2(importByParser(text, parsed), qPrintable(text));
         QVERIFY2(contents(store) == contents(parsed), qPrintable(text));
+        QCOMPARE(exchangeProblem(text).isEmpty(), !parsed.nodeList().isEmpty());
     }
     QVERIFY2(scanned > 4000, qPrintable(QString::number(scanned)));
 }
