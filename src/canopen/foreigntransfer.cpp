@@ -26,10 +26,12 @@ void ForeignTransfer::takeRequest(const QByteArray &payload)
 
     switch (sdoRequestOf(payload)) {
     case SdoRequest::InitiateUpload:
+        m_isAbandoning = m_phase == Phase::UploadInitiated || m_phase == Phase::Upload;
         m_key = sdoKeyOf(payload);
         m_phase = Phase::UploadInitiated;
         break;
     case SdoRequest::UploadSegment:
+        m_isAbandoning = false;
         m_phase = Phase::Upload;
         break;
     case SdoRequest::InitiateDownload: {

@@ -24,6 +24,9 @@ public:
     /*! Whether the other client's transfer has begun and not yet ended. */
     bool isUnderWay() const { return m_phase != Phase::None; }
 
+    /*! Whether the other client begins its uploads and leaves them there: nothing to wait for. */
+    bool isAbandoning() const { return m_isAbandoning; }
+
     void reset() { m_phase = Phase::None; }
 
 private:
@@ -39,6 +42,7 @@ private:
     };
 
     Phase m_phase = Phase::None;
+    bool m_isAbandoning = false;
     ObjectKey m_key;
 };
 

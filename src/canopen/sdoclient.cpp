@@ -170,11 +170,15 @@ void SdoClient::handleFrame(const QCanBusFrame &frame)
     }
 
     if (answering != 0) {
-        if (Node *node = m_nodes[answering].get())
+        if (Node *node = m_nodes[answering].get()) {
+            node->upload.setTime(now());
             take(*node, node->upload.takeResponse(frame.payload()));
+        }
     } else if (!frame.hasLocalEcho()) { // with an echo it is our own request
-        if (Node *node = m_nodes[asked].get())
+        if (Node *node = m_nodes[asked].get()) {
+            node->upload.setTime(now());
             take(*node, node->upload.takeForeignRequest(frame.payload()));
+        }
     }
 }
 
@@ -217,6 +221,8 @@ void SdoClient::startNext(Node &node)
     node.started = now();
     node.end = node.started + longest;
     node.answerTimed = false;
+    node.upload.setTime(node.started);
+    node.upload.setAnswerTime(node.answerTime);
     perform(node, node.upload.start(request.key, request.type, patience.repeats));
 }
 
@@ -235,7 +241,7 @@ void SdoClient::perform(Node &node, const SdoUpload::Step &step)
     for (int i = 0; i < step.frameCount; ++i)
         send(node.id, step.frames[static_cast<std::size_t>(i)]);
     if (step.waitRestarts)
-        setDeadline(node);
+        setDeadline(node, step.wait);
 }
 
 // The outcome of the upload that has just ended; the next one in the queue is begun in its place.
@@ -300,9 +306,10 @@ void SdoClient::noteAnswerTime(Node &node)
     node.answerTime = now() - node.started;
 }
 
-void SdoClient::setDeadline(Node &node)
+void SdoClient::setDeadline(Node &node, qint64 wait)
 {
-    const qint64 wait = node.firstWait << std::min(node.upload.attempt(), mostDoublings);
+    if (wait == 0)
+        wait = node.firstWait << std::min(node.upload.attempt(), mostDoublings);
     node.deadline = std::min(now() + wait, node.end);
     armTimer(node.deadline);
 }
@@ -313,6 +320,7 @@ void SdoClient::checkDeadlines()
     for (const std::unique_ptr<Node> &node : m_nodes) {
         if (!node || !node->upload.isActive() || node->deadline > time)
             continue;
+        node->upload.setTime(time);
         const SdoUpload::Step step = time >= node->end ? node->upload.giveUp() : node->upload.timeOver();
         perform(*node, step);
         if (step.finished)

@@ -103,7 +103,7 @@ private:
     void send(quint8 nodeId, const QByteArray &payload);
     void takeHeldFrames();
     void noteAnswerTime(Node &node);
-    void setDeadline(Node &node);
+    void setDeadline(Node &node, qint64 wait);
     qint64 now() const { return m_clock().count(); }
     void armTimer(qint64 deadline);
     void armTimerForAll();

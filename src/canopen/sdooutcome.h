@@ -3,6 +3,7 @@
 
 #include "objectkey.h"
 
+#include <QByteArray>
 #include <QMetaType>
 #include <QVariant>
 
@@ -10,6 +11,12 @@ namespace CanOpen {
 
 /*! Names one upload among all that a client was ever given; 0 names none. */
 using SdoTicket = quint64;
+
+/*! How an object is asked for. */
+enum class SdoProtocol {
+    Plain, //!< expedited or segmented, as the server likes
+    Block  //!< block upload, for what is long; plain when the server does not know it or fails in it
+};
 
 /*! Outcome of one upload. */
 struct SdoOutcome
@@ -19,7 +26,7 @@ struct SdoOutcome
         Abort,    //!< the device refused; code is its abort code
         Error,    //!< the transfer failed on the client's side; code is the abort code that says why
         Timeout,  //!< the device did not answer, also after the repeats
-        Cancelled //!< cancelled by cancelAll()
+        Cancelled //!< cancelled by cancel() or cancelAll()
     };
 
     SdoTicket ticket = 0; // as upload() gave it
@@ -27,8 +34,15 @@ struct SdoOutcome
     quint8 nodeId = 0;
     ObjectKey key;
     QVariant value;
+    QByteArray raw; // of a value: its bytes as they came
     quint32 code = 0;
     int repeats = 0; // how often the request was repeated
+    /*! No request has gone out; nothing is known of the device. */
+    bool isUnasked = false;
+    /*! Another client used the node and held the upload up. */
+    bool foreignClient = false;
+    /*! Of an error: the answers could not be told from copies of earlier ones, or from frames nobody asked for. */
+    bool isMixedUp = false;
 };
 
 } // namespace CanOpen

@@ -6,34 +6,69 @@
 
 namespace CanOpen {
 
+namespace {
+
+// A server of small values may answer a block request with them at once.
+constexpr quint8 protocolSwitchThreshold = sdoExpeditedSize; // bytes
+
+// Whether an abort says that the frames of the transfer did not fit, and nothing about the object.
+bool isAboutTheTransfer(quint32 code)
+{
+    return code == static_cast<quint32>(SdoAbort::ToggleBitNotAlternated)
+           || (code >= static_cast<quint32>(SdoAbort::ProtocolTimedOut)
+               && code <= static_cast<quint32>(SdoAbort::CrcError));
+}
+
+} // namespace
+
 void SdoUpload::Step::send(QByteArray payload)
 {
     if (frameCount < static_cast<int>(frames.size()))
         frames[static_cast<std::size_t>(frameCount++)] = std::move(payload);
 }
 
-SdoUpload::Step SdoUpload::start(ObjectKey key, DataType type, int repeats)
+SdoUpload::Step SdoUpload::start(ObjectKey key, DataType type, int repeats, SdoProtocol protocol)
 {
+    leaveTransfer();
+    m_outcome = SdoOutcome();
     m_outcome.key = key;
-    m_outcome.value.clear();
-    m_outcome.code = 0;
-    m_outcome.repeats = 0;
     m_type = type;
     m_typeSize = byteSize(type);
     m_repeats = repeats;
+    m_attempt = 0;
     m_restarts = 0;
     m_answered = false;
+    m_protocol = m_knowsNoBlocks ? SdoProtocol::Plain : protocol;
+    m_check.reset();
+    m_origin = m_memory.newOrigin();
+    m_readings = 0;
+    m_quietWaits = 0;
+    m_continues = false;
+    m_runBegan = -1;
     m_state = State::AwaitingForeign;
     return takeForeignEnd();
 }
 
 SdoUpload::Step SdoUpload::takeResponse(const QByteArray &payload)
 {
+    m_isForForeign = m_foreign.isUnderWay();
     m_foreign.takeResponse(payload);
-    if (m_state == State::Idle)
+    if (m_isForForeign && sdoResponseOf(payload) == SdoResponse::UploadSegment)
+        m_foreignSegmentAsked = false;
+    switch (m_state) {
+    case State::Idle:
+    case State::Quiet:
+    case State::Listening:
+        noteStray(payload);
         return {};
-    if (m_state == State::AwaitingForeign)
+    case State::AwaitingForeign:
+        noteStray(payload);
         return takeForeignEnd();
+    case State::Block:
+        return sdoResponseOf(payload) == SdoResponse::Abort ? takeAbort(payload) : takeBlockFrame(payload);
+    default:
+        break;
+    }
 
     switch (sdoResponseOf(payload)) {
     case SdoResponse::InitiateUpload:
@@ -42,26 +77,31 @@ SdoUpload::Step SdoUpload::takeResponse(const QByteArray &payload)
         return takeSegment(payload);
     case SdoResponse::Abort:
         return takeAbort(payload);
+    case SdoResponse::BlockUpload:
+        return takeBlockInitiateResponse(payload);
     default:
-        return {}; // answers to another client's downloads and block transfers
+        return {}; // answers to another client's downloads
     }
 }
 
 SdoUpload::Step SdoUpload::takeForeignRequest(const QByteArray &payload)
 {
     m_foreign.takeRequest(payload);
-    if (m_state == State::Idle)
+    const SdoRequest request = sdoRequestOf(payload);
+    if (request == SdoRequest::BlockUpload || (request == SdoRequest::UploadSegment && m_memory.isTroubled()))
+        m_memory.noteOpenRequest();
+    m_foreignSegmentAsked = m_foreignSegmentAsked || request == SdoRequest::UploadSegment;
+    if (m_state == State::Idle || m_state == State::Quiet || m_state == State::Listening)
         return {};
     if (m_state == State::AwaitingForeign)
         return takeForeignEnd();
 
-    const SdoRequest request = sdoRequestOf(payload);
     if (request == SdoRequest::Reserved)
         return {};
     const bool writesOurObject
         = request == SdoRequest::InitiateDownload && sdoKeyOf(payload) == m_outcome.key;
-    if (m_state == State::Segments || m_state == State::Settling || writesOurObject
-        || request == SdoRequest::BlockUpload || request == SdoRequest::BlockDownload)
+    if (isInTransfer() || writesOurObject || request == SdoRequest::BlockUpload
+        || request == SdoRequest::BlockDownload)
         return restart();
 
     // An initiate request is answered with its own multiplexer, so an abort with ours is still ours.
@@ -73,55 +113,91 @@ SdoUpload::Step SdoUpload::takeForeignRequest(const QByteArray &payload)
 
 SdoUpload::Step SdoUpload::timeOver()
 {
-    if (m_state == State::Idle)
+    switch (m_state) {
+    case State::Idle:
         return {};
-    if (m_state == State::AwaitingForeign) {
+    case State::AwaitingForeign:
         // The other client has gone, or a frame of its transfer was lost.
         m_foreign.reset();
         return initiate();
+    case State::Quiet:
+        return awaitClearLine();
+    case State::Listening:
+        if (m_memory.hasBabbledSince(m_readingBegan))
+            return awaitClearLine();
+        return finishValue(m_reading.data.constData(), m_reading.data.size());
+    case State::Block:
+        m_memory.noteTrouble();
+        return doNextOfBlock(m_block.timeOver());
+    case State::InitiatingBlock:
+        m_protocol = SdoProtocol::Plain;
+        break;
+    case State::Segments:
+        if (m_segmentRepeated)
+            return abortAndFail(SdoAbort::ToggleBitNotAlternated);
+        break;
+    case State::Initiating:
+        break;
     }
-    if (m_state == State::Settling) {
-        // The segment that was owed has got lost, or is very late.
-        m_segmentOwed = false;
-        m_needsSecondReading = true;
-        return beginSegments(m_settling);
-    }
-    if (m_state == State::Segments && m_segmentRepeated)
-        return abortAndFail(SdoAbort::ToggleBitNotAlternated);
-    if (m_outcome.repeats >= m_repeats)
-        return giveUp();
-
+    m_memory.noteTrouble();
+    if (m_attempt >= m_repeats)
+        return endInSilence();
+    ++m_attempt;
     ++m_outcome.repeats;
     return startAfresh();
 }
 
 SdoUpload::Step SdoUpload::giveUp()
 {
-    if (m_state == State::Idle)
+    switch (m_state) {
+    case State::Idle:
         return {};
-    if (m_state == State::AwaitingForeign)
+    case State::AwaitingForeign:
         return fail(SdoAbort::ResourceNotAvailable);
-    noteOwedSegment();
+    case State::Quiet:
+    case State::Listening:
+        return failMixedUp();
+    default:
+        break;
+    }
+    // A server that is still sending is not silent.
+    return isInTransfer() && m_attempt == 0 ? abortAndFail(SdoAbort::GeneralError) : endInSilence();
+}
+
+SdoUpload::Step SdoUpload::endInSilence()
+{
     Step step = finish(SdoOutcome::Kind::Timeout, 0);
     sendTimeOutAbort(&step);
     return step;
 }
 
+SdoUpload::Step SdoUpload::cancel()
+{
+    const bool mayBeOpen
+        = isInTransfer() || m_state == State::Initiating || m_state == State::InitiatingBlock;
+    Step step = finish(SdoOutcome::Kind::Cancelled, 0);
+    if (mayBeOpen && !m_foreign.isUnderWay())
+        step.send(makeSdoAbort(m_outcome.key, static_cast<quint32>(SdoAbort::GeneralError)));
+    return step;
+}
+
 void SdoUpload::forget()
 {
-    noteOwedSegment();
+    leaveTransfer();
     m_state = State::Idle;
 }
 
-// In the segmented phase there is always one segment request without its answer.
-void SdoUpload::noteOwedSegment()
+// Segments that were asked for may still come.
+void SdoUpload::leaveTransfer()
 {
-    m_segmentOwed = m_segmentOwed || m_state == State::Segments;
+    if (isInTransfer())
+        m_memory.noteOpenRequest();
+    m_continues = false;
 }
 
 SdoUpload::Step SdoUpload::startAfresh()
 {
-    noteOwedSegment();
+    leaveTransfer();
     Step step;
     sendTimeOutAbort(&step);
     step.send(initiate().frames[0]);
@@ -140,11 +216,16 @@ void SdoUpload::sendTimeOutAbort(Step *step)
 
 SdoUpload::Step SdoUpload::initiate()
 {
-    m_state = State::Initiating;
     m_disturbance = Disturbance::None;
-    m_needsSecondReading = false;
     Step step;
-    step.send(makeSdoInitiateUploadRequest(m_outcome.key));
+    if (m_protocol == SdoProtocol::Block) {
+        m_state = State::InitiatingBlock;
+        step.send(makeSdoBlockInitiateRequest(
+            {m_outcome.key, true, BlockReception::blockSize, protocolSwitchThreshold}));
+    } else {
+        m_state = State::Initiating;
+        step.send(makeSdoInitiateUploadRequest(m_outcome.key));
+    }
     step.waitRestarts = true;
     return step;
 }
@@ -152,6 +233,9 @@ SdoUpload::Step SdoUpload::initiate()
 // Starts anew because of another client, as soon as that one has finished.
 SdoUpload::Step SdoUpload::restart()
 {
+    m_answerOwed = isInTransfer();
+    leaveTransfer();
+    m_outcome.foreignClient = true;
     if (++m_restarts > maximumRestarts)
         return fail(SdoAbort::ResourceNotAvailable);
     m_state = State::AwaitingForeign;
@@ -160,53 +244,80 @@ SdoUpload::Step SdoUpload::restart()
 
 SdoUpload::Step SdoUpload::takeForeignEnd()
 {
-    if (!m_foreign.isUnderWay())
+    if (!m_foreign.isUnderWay() || m_foreign.isAbandoning())
         return initiate();
+    m_outcome.foreignClient = true;
     Step step;
     step.waitRestarts = true; // the other transfer makes progress
     return step;
 }
 
+SdoUpload::Step SdoUpload::awaitClearLine()
+{
+    const qint64 wait = m_memory.timeUntilClear();
+    if (wait <= 0) {
+        m_state = State::AwaitingForeign;
+        return takeForeignEnd();
+    }
+    if (++m_quietWaits > maximumQuietWaits)
+        return failMixedUp();
+    m_state = State::Quiet;
+    Step step;
+    step.waitRestarts = true;
+    step.wait = wait;
+    return step;
+}
+
+SdoUpload::Step SdoUpload::listen()
+{
+    m_state = State::Listening;
+    Step step;
+    step.waitRestarts = true;
+    step.wait = m_memory.timeUntilClear();
+    return step;
+}
+
+// A frame that nobody waits for: late, doubled, or from a node that babbles.
+void SdoUpload::noteStray(const QByteArray &payload)
+{
+    const bool isSegment = sdoResponseOf(payload) == SdoResponse::UploadSegment;
+    const bool endsOurs = m_answerOwed && (isSegment || sdoResponseOf(payload) == SdoResponse::Abort);
+    if (endsOurs)
+        m_answerOwed = false;
+    else if (!m_isForForeign)
+        m_memory.noteTrouble();
+    if (isSegment && (m_isForForeign || endsOurs))
+        m_memory.note(payload, SegmentMemory::strayOrigin, 0);
+    else if (isSegment)
+        m_memory.noteStray(payload);
+}
+
 SdoUpload::Step SdoUpload::takeInitiateResponse(const QByteArray &payload)
 {
     const std::optional<SdoInitiate> initiate = readSdoInitiateUploadResponse(payload);
-    if (!initiate || initiate->key != m_outcome.key)
-        return {};
-
-    // The server has read all our requests before it sends the first segment. An initiate response after that
-    // says that the segments so far were an older transfer's.
     const bool segmentsHaveCome = m_state == State::Segments && !m_lastSegment.isEmpty();
-    if (segmentsHaveCome)
-        return ++m_restarts > maximumRestarts ? abortAndFail(SdoAbort::GeneralError) : startAfresh();
-
-    m_answered = true;
-    if (initiate->expedited) {
-        noteOwedSegment();
-        return finishExpedited(*initiate);
+    if (!initiate || initiate->key != m_outcome.key || segmentsHaveCome) {
+        noteStray(payload);
+        return {};
     }
+    m_answered = true;
+    if (initiate->expedited)
+        return finishExpedited(*initiate);
     if (m_disturbance != Disturbance::None)
         return restart();
-    return m_segmentOwed ? settle(*initiate) : beginSegments(*initiate);
-}
-
-SdoUpload::Step SdoUpload::settle(const SdoInitiate &initiate)
-{
-    m_state = State::Settling;
-    m_settling = initiate;
-    Step step;
-    step.waitRestarts = true;
-    return step;
+    return beginSegments(*initiate);
 }
 
 SdoUpload::Step SdoUpload::beginSegments(const SdoInitiate &initiate)
 {
     const bool alreadyAsked = m_state == State::Segments;
-    m_state = State::Segments;
-    m_data.clear();
+    if (alreadyAsked)
+        m_memory.noteTrouble();
     m_lastSegment.clear();
     m_emptySegments = 0;
     m_toggle = false;
     m_segmentRepeated = false;
+    m_reading.data.clear();
     m_sizeAnnounced = initiate.sizeIndicated;
 
     // The announced size is only ever compared: memory is taken for bytes that came.
@@ -216,69 +327,200 @@ SdoUpload::Step SdoUpload::beginSegments(const SdoInitiate &initiate)
         return abortAndFail(SdoAbort::LengthTooLow);
     m_announcedSize = static_cast<int>(initiate.size);
 
-    Step step;
+    if (std::exchange(m_foreignSegmentAsked, false))
+        m_memory.noteOpenRequest();
     if (!alreadyAsked)
-        step.send(makeSdoUploadSegmentRequest(m_toggle));
-    step.waitRestarts = true;
-    return step;
+        beginReading();
+    if (!alreadyAsked && mustWait()) {
+        Step step = awaitClearLine();
+        step.send(makeSdoAbort(m_outcome.key, static_cast<quint32>(SdoAbort::GeneralError)));
+        return step;
+    }
+
+    m_state = State::Segments;
+    if (alreadyAsked) {
+        Step step;
+        step.waitRestarts = true;
+        return step;
+    }
+    return askSegment();
 }
 
-SdoUpload::Step SdoUpload::takeSegment(const QByteArray &payload)
+SdoUpload::Step SdoUpload::askSegment()
 {
-    if (m_state != State::Segments) {
-        // All that is older than the segment that was owed has come.
-        m_segmentOwed = false;
-        if (m_state == State::Settling)
-            m_state = State::Initiating;
-        return {};
-    }
-    const std::optional<SdoSegment> segment = readSdoUploadSegmentResponse(payload);
-    if (!segment)
-        return {};
-    if (segment->toggle != m_toggle)
-        return takeWrongToggle(payload);
-
-    const int limit = m_sizeAnnounced ? m_announcedSize : lengthLimit();
-    m_emptySegments = segment->data.size == 0 ? m_emptySegments + 1 : 0;
-    if (m_data.size() + segment->data.size > limit) {
-        // After its last segment the server has no transfer any more that an abort could end.
-        return segment->last ? fail(SdoAbort::LengthTooHigh) : abortAndFail(SdoAbort::LengthTooHigh);
-    }
-    if (m_emptySegments > maximumEmptySegments)
-        return abortAndFail(SdoAbort::GeneralError);
-
-    m_data.append(segment->data.bytes.data(), segment->data.size);
-    m_lastSegment = payload;
-    m_segmentRepeated = false;
-    if (segment->last)
-        return finishSegments();
-
-    m_toggle = !m_toggle;
+    m_answerOwed = false;
+    m_memory.noteRequest();
     Step step;
     step.send(makeSdoUploadSegmentRequest(m_toggle));
     step.waitRestarts = true;
     return step;
 }
 
-SdoUpload::Step SdoUpload::takeWrongToggle(const QByteArray &payload)
+// Whether what was asked for before could get into a reading that begins now.
+bool SdoUpload::mustWait() const
 {
-    // The same frame again may be one that the bus has doubled. The right one then follows; if it does not,
-    // it was the toggle bit after all.
-    if (payload == m_lastSegment) {
-        m_segmentRepeated = true;
+    if (m_memory.timeUntilClosed() > 0)
+        return true;
+    return m_memory.isTroubled() && !m_continues && m_memory.timeUntilClear() > 0;
+}
+
+void SdoUpload::beginReading()
+{
+    m_reading = ReadingCheck::Reading();
+    m_hasBabble = false;
+    m_reading.begunClear = m_memory.timeUntilClear() <= 0;
+    m_readingBegan = m_memory.time();
+}
+
+SdoUpload::Step SdoUpload::takeSegment(const QByteArray &payload)
+{
+    const std::optional<SdoSegment> segment = readSdoUploadSegmentResponse(payload);
+    if (m_state != State::Segments || !segment) {
+        noteStray(payload);
         return {};
     }
-    return abortAndFail(SdoAbort::ToggleBitNotAlternated);
+    if (segment->toggle != m_toggle)
+        return takeWrongToggle(payload);
+
+    noteSighting(m_memory.note(payload, m_origin, static_cast<quint32>(m_readings)));
+    const int limit = m_sizeAnnounced ? m_announcedSize : lengthLimit();
+    m_emptySegments = segment->data.size == 0 ? m_emptySegments + 1 : 0;
+    if (m_reading.data.size() + segment->data.size > limit) {
+        if (isDoubtful())
+            return rejectReading(SdoAbort::LengthTooHigh);
+        // After its last segment the server has no transfer any more that an abort could end.
+        return segment->last ? fail(SdoAbort::LengthTooHigh) : abortAndFail(SdoAbort::LengthTooHigh);
+    }
+    if (m_emptySegments > maximumEmptySegments)
+        return abortAndFail(SdoAbort::GeneralError);
+
+    m_reading.data.append(segment->data.bytes.data(), segment->data.size);
+    ++m_reading.segments;
+    m_lastSegment = payload;
+    m_segmentRepeated = false;
+    if (segment->last)
+        return finishSegments();
+
+    m_toggle = !m_toggle;
+    return askSegment();
+}
+
+void SdoUpload::noteSighting(SegmentMemory::Sighting sighting)
+{
+    m_reading.isKnown = m_reading.isKnown || sighting.isKnown;
+    m_reading.isRepeating = m_reading.isRepeating || sighting.isRepeated;
+    m_hasBabble = m_hasBabble || sighting.isBabble;
+}
+
+SdoUpload::Step SdoUpload::takeWrongToggle(const QByteArray &payload)
+{
+    // A segment that was seen before may be one that the bus has doubled. The right one then follows; if it does
+    // not, it was the toggle bit after all.
+    if (m_memory.knows(payload)) {
+        m_memory.note(payload, m_origin, static_cast<quint32>(m_readings));
+        m_memory.noteTrouble();
+        m_segmentRepeated = payload == m_lastSegment;
+        return {};
+    }
+    m_memory.note(payload, SegmentMemory::strayOrigin, 0);
+    return rejectReading(SdoAbort::ToggleBitNotAlternated);
 }
 
 SdoUpload::Step SdoUpload::takeAbort(const QByteArray &payload)
 {
-    if (sdoKeyOf(payload) != m_outcome.key)
+    if (sdoKeyOf(payload) != m_outcome.key) {
+        noteStray(payload);
         return {};
+    }
     if (m_disturbance == Disturbance::AbortUnclear)
         return restart();
+    const quint32 code = sdoAbortCodeOf(payload);
     m_answered = true;
-    return finish(SdoOutcome::Kind::Abort, sdoAbortCodeOf(payload));
+    if (m_state == State::InitiatingBlock || m_state == State::Block)
+        return readPlainInstead(code);
+    if (isAboutTheTransfer(code) && m_memory.isTroubled() && ++m_restarts <= maximumRestarts) {
+        leaveTransfer();
+        return awaitClearLine();
+    }
+    if (!m_memory.isTroubled())
+        m_state = State::Initiating; // nothing is open any more
+    return finish(SdoOutcome::Kind::Abort, code);
+}
+
+SdoUpload::Step SdoUpload::takeBlockInitiateResponse(const QByteArray &payload)
+{
+    const std::optional<SdoBlockInitiateResponse> response = readSdoBlockInitiateResponse(payload);
+    if (m_state != State::InitiatingBlock || !response || response->key != m_outcome.key)
+        return {}; // answers to another client
+    m_answered = true;
+    if (m_disturbance != Disturbance::None)
+        return restart();
+    if (mustWait()) {
+        Step step = awaitClearLine();
+        step.send(makeSdoAbort(m_outcome.key, static_cast<quint32>(SdoAbort::GeneralError)));
+        return step;
+    }
+    m_state = State::Block;
+    beginReading();
+    m_block.begin(*response, lengthLimit());
+    m_memory.noteRequest();
+    Step step;
+    step.send(makeSdoBlockStart());
+    step.waitRestarts = true;
+    return step;
+}
+
+SdoUpload::Step SdoUpload::takeBlockFrame(const QByteArray &payload)
+{
+    noteSighting(m_memory.note(payload, m_origin, static_cast<quint32>(m_readings)));
+    return doNextOfBlock(m_block.take(payload));
+}
+
+SdoUpload::Step SdoUpload::doNextOfBlock(BlockReception::Event event)
+{
+    Step step;
+    switch (event) {
+    case BlockReception::Event::Nothing:
+        step.waitRestarts = true;
+        break;
+    case BlockReception::Event::Ignored:
+        m_memory.noteTrouble();
+        break;
+    case BlockReception::Event::Acknowledge:
+        m_memory.noteRequest();
+        step.send(m_block.acknowledge());
+        step.waitRestarts = true;
+        break;
+    case BlockReception::Event::Complete: {
+        m_reading.hasCrc = m_block.hasCrc();
+        m_reading.isRepeating = false; // the segments are numbered
+        m_reading.segments = 2;
+        step = finishReading(m_block.data());
+        // The end is confirmed before anything else is asked.
+        std::swap(step.frames[0], step.frames[1]);
+        step.frames[0] = makeSdoBlockEndResponse();
+        ++step.frameCount;
+        break;
+    }
+    case BlockReception::Event::Failed:
+        return readPlainInstead(static_cast<quint32>(m_block.failure()));
+    }
+    return step;
+}
+
+// Whatever it was: the plain protocol says it better, or works.
+SdoUpload::Step SdoUpload::readPlainInstead(quint32 code)
+{
+    m_protocol = SdoProtocol::Plain;
+    if (m_state == State::InitiatingBlock) {
+        m_knowsNoBlocks = code == static_cast<quint32>(SdoAbort::CommandSpecifierUnknown);
+        return initiate();
+    }
+    m_memory.noteTrouble();
+    leaveTransfer();
+    Step step = awaitClearLine();
+    step.send(makeSdoAbort(m_outcome.key, code));
+    return step;
 }
 
 SdoUpload::Step SdoUpload::finishExpedited(const SdoInitiate &initiate)
@@ -292,12 +534,44 @@ SdoUpload::Step SdoUpload::finishExpedited(const SdoInitiate &initiate)
 
 SdoUpload::Step SdoUpload::finishSegments()
 {
-    // With the answer to our last request everything older has come, so the next reading cannot be mixed up.
-    if (m_needsSecondReading)
-        return initiate();
-    if (m_sizeAnnounced && m_data.size() < m_announcedSize)
+    const int expected = std::max(m_sizeAnnounced ? m_announcedSize : 0, m_typeSize);
+    if (m_reading.data.size() < expected && isDoubtful())
+        return rejectReading(SdoAbort::LengthTooLow);
+    if (m_reading.data.size() < expected) {
+        m_state = State::Initiating; // nothing is open any more
         return fail(SdoAbort::LengthTooLow);
-    return finishValue(m_data.constData(), m_data.size());
+    }
+    return finishReading(m_reading.data);
+}
+
+SdoUpload::Step SdoUpload::finishReading(const QByteArray &data)
+{
+    m_reading.data = data;
+    m_attempt = 0;
+    if (++m_readings > maximumReadings)
+        return failMixedUp();
+    // On a line that was clear only a node that babbles can have sent what is known from elsewhere.
+    const bool isTroubled = m_memory.isTroubled();
+    const bool mayBeBabble
+        = m_hasBabble || m_memory.hasBabbledSince(m_runBegan < 0 ? m_readingBegan : m_runBegan);
+    m_reading.isKnown = m_reading.isKnown && (mayBeBabble || !isTroubled);
+    const ReadingCheck::Verdict verdict = m_check.take(m_reading, isTroubled, m_memory.isBabbling());
+    if (m_check.isFirst())
+        m_runBegan = m_readingBegan;
+    m_continues = verdict == ReadingCheck::Verdict::ReadAgain;
+    switch (verdict) {
+    case ReadingCheck::Verdict::Believe:
+        m_state = State::Initiating; // nothing is open any more
+        return finishValue(data.constData(), data.size());
+    case ReadingCheck::Verdict::ReadAgain:
+        m_state = State::AwaitingForeign;
+        return takeForeignEnd();
+    case ReadingCheck::Verdict::ReadWhenClear:
+        return awaitClearLine();
+    case ReadingCheck::Verdict::Listen:
+        return listen();
+    }
+    return {};
 }
 
 SdoUpload::Step SdoUpload::finishValue(const char *data, int size)
@@ -310,15 +584,17 @@ SdoUpload::Step SdoUpload::finishValue(const char *data, int size)
     if (!value)
         return fail(SdoAbort::LengthMismatch);
     m_outcome.value = std::move(*value);
+    m_outcome.raw = QByteArray(data, size);
     return finish(SdoOutcome::Kind::Value, 0);
 }
 
 SdoUpload::Step SdoUpload::finish(SdoOutcome::Kind kind, quint32 code)
 {
+    leaveTransfer();
     m_outcome.kind = kind;
     m_outcome.code = code;
     m_state = State::Idle;
-    m_data.clear();
+    m_reading.data.clear();
     m_lastSegment.clear();
     Step step;
     step.finished = true;
@@ -330,11 +606,39 @@ SdoUpload::Step SdoUpload::fail(SdoAbort code)
     return finish(SdoOutcome::Kind::Error, static_cast<quint32>(code));
 }
 
+SdoUpload::Step SdoUpload::failMixedUp()
+{
+    m_outcome.isMixedUp = true;
+    return fail(SdoAbort::GeneralError);
+}
+
 SdoUpload::Step SdoUpload::abortAndFail(SdoAbort code)
 {
     Step step = fail(code);
     step.send(makeSdoAbort(m_outcome.key, static_cast<quint32>(code)));
     return step;
+}
+
+// The frames of this reading do not fit together: the device's fault, or the line's.
+SdoUpload::Step SdoUpload::rejectReading(SdoAbort code)
+{
+    if (!isDoubtful())
+        return abortAndFail(code);
+    m_memory.noteTrouble();
+    leaveTransfer();
+    Step step = awaitClearLine();
+    step.send(makeSdoAbort(m_outcome.key, static_cast<quint32>(code)));
+    return step;
+}
+
+bool SdoUpload::isInTransfer() const
+{
+    return m_state == State::Segments || m_state == State::Block;
+}
+
+bool SdoUpload::isDoubtful() const
+{
+    return m_reading.isKnown || m_memory.isTroubled();
 }
 
 int SdoUpload::lengthLimit() const

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "blockreception.h"
 #include "datatype.h"
 #include "foreigntransfer.h"
 #include "objectkey.h"
+#include "readingcheck.h"
 #include "sdoabort.h"
 #include "sdoframe.h"
 #include "sdooutcome.h"
+#include "segmentmemory.h"
 
 #include <QByteArray>
 
@@ -14,17 +17,18 @@
 
 namespace CanOpen {
 
-/*! The client's side of one SDO upload from one node (CiA 301): expedited and segmented.
+/*! The client's side of one SDO upload from one node (CiA 301): expedited, segmented and in blocks.
  *
- *  Knows no device, no event loop and no clock. Frames and the end of a wait go in; what to send comes out
- *  as a Step. The same object serves one upload after the other, as its memory of a transfer ends with the
- *  next start().
+ *  Knows no device, no event loop and no clock. Frames, the time and the end of a wait go in; what to send comes
+ *  out as a Step. The same object serves one upload after the other and remembers what the server has sent.
  *
  *  An answer belongs to the upload by its multiplexer, whichever of the upload's requests it answers: the
- *  requests are all alike. Segments have no multiplexer. A server answers in the order of the requests, so
- *  a segment of an attempt that was given up comes before the initiate response of the next one, and is
- *  dropped. When it is still owed as an initiate response comes, that one may be old as well: the upload
- *  then waits whether the segment follows.
+ *  requests are all alike. So an expedited answer is taken as it comes, and costs two frames. On a line that
+ *  brings frames late it may be as old as SegmentMemory::lifetime, but the device has sent it for that object.
+ *
+ *  Segments have no multiplexer. They are asked for only when SegmentMemory calls the line clear, and a value is
+ *  delivered only when ReadingCheck believes it; until then the object is read again. A value that cannot be
+ *  made sure of is an error with SdoOutcome::isMixedUp, never a guess.
  *
  *  When another client uses the same server meanwhile, a segmented transfer may have lost its server, and
  *  an abort may be the other's: the upload then waits for the end of the other transfer and starts anew.
@@ -38,6 +42,10 @@ public:
     static constexpr int maximumEmptySegments = 16;
     /*! How often an upload starts anew because of other clients or answers out of order. */
     static constexpr int maximumRestarts = 10;
+    /*! How often an upload waits until the line is clear. */
+    static constexpr int maximumQuietWaits = 8;
+    /*! How often an upload reads the object in all. */
+    static constexpr int maximumReadings = 24;
 
     /*! What to do next. */
     struct Step
@@ -45,16 +53,23 @@ public:
         std::array<QByteArray, 2> frames; // payloads to send to the server, in this order
         int frameCount = 0;
         bool waitRestarts = false; // the wait for the next frame begins now
+        qint64 wait = 0;           // how long it is, in ms; 0: as for an answer
         bool finished = false;     // outcome() is ready
 
         void send(QByteArray payload);
     };
 
+    /*! The time of what happens next, in ms of any clock that never goes back. */
+    void setTime(qint64 now) { m_memory.setTime(now); }
+
+    /*! The longest time that the server has needed for an answer, in ms. */
+    void setAnswerTime(qint64 time) { m_memory.setAnswerTime(time); }
+
     /*! Begins an upload; one that was under way is forgotten. \a repeats: how often all is asked again
      *  after a time-out. While another client has a transfer with the server the first request waits for
      *  the end of it.
      */
-    Step start(ObjectKey key, DataType type, int repeats);
+    Step start(ObjectKey key, DataType type, int repeats, SdoProtocol protocol = SdoProtocol::Plain);
 
     /*! Takes the payload of a frame on 580h + node ID, also while no upload is under way; eight bytes of
      *  any kind.
@@ -70,26 +85,34 @@ public:
     /*! The time of the whole upload is over: no further repeat. */
     Step giveUp();
 
+    /*! Ends the upload as cancelled; the server's transfer is aborted if it may have one. */
+    Step cancel();
+
     /*! Forgets the upload without a word to the server. */
     void forget();
 
     bool isActive() const { return m_state != State::Idle; }
 
-    /*! Time-outs so far. Each wait should be longer than those of the attempt before. */
-    int attempt() const { return m_outcome.repeats; }
+    /*! Time-outs since the last answer that was complete. Each wait should be longer than those of the attempt
+     *  before.
+     */
+    int attempt() const { return m_attempt; }
 
     /*! Whether the server has not sent anything for this upload yet. */
     bool isUnanswered() const { return !m_answered; }
 
-    /*! Key, kind, value, code and repeats of the upload that finished last. */
+    /*! Everything but ticket and node of the upload that finished last. */
     const SdoOutcome &outcome() const { return m_outcome; }
 
 private:
     enum class State {
         Idle,
         Initiating,      // the initiate response is waited for
-        Settling,        // it has come, but may be old: a segment of an earlier attempt is still owed
         Segments,        // a segment is waited for
+        InitiatingBlock, // the response of a block upload is waited for
+        Block,           // segments of a block or its end are waited for
+        Quiet,           // the line becomes clear, then the object is read again
+        Listening,       // the value is ready unless something unknown comes
         AwaitingForeign, // the end of another client's transfer is waited for
     };
 
@@ -103,47 +126,76 @@ private:
     Step initiate();
     Step restart();
     Step startAfresh();
+    Step endInSilence();
+    Step awaitClearLine();
+    Step listen();
     Step takeInitiateResponse(const QByteArray &payload);
-    Step settle(const SdoInitiate &initiate);
     Step beginSegments(const SdoInitiate &initiate);
+    Step askSegment();
+    bool mustWait() const;
+    void beginReading();
     Step takeSegment(const QByteArray &payload);
     Step takeWrongToggle(const QByteArray &payload);
     Step takeAbort(const QByteArray &payload);
+    Step takeBlockInitiateResponse(const QByteArray &payload);
+    Step takeBlockFrame(const QByteArray &payload);
+    Step doNextOfBlock(BlockReception::Event event);
+    Step readPlainInstead(quint32 code);
     Step takeForeignEnd();
-    void noteOwedSegment();
+    void noteStray(const QByteArray &payload);
+    void noteSighting(SegmentMemory::Sighting sighting);
+    void leaveTransfer();
     void sendTimeOutAbort(Step *step);
     Step finishExpedited(const SdoInitiate &initiate);
     Step finishSegments();
+    Step finishReading(const QByteArray &data);
     Step finishValue(const char *data, int size);
     Step finish(SdoOutcome::Kind kind, quint32 code);
     Step fail(SdoAbort code);
+    Step failMixedUp();
     Step abortAndFail(SdoAbort code);
+    Step rejectReading(SdoAbort code);
 
+    bool isInTransfer() const;
+    bool isDoubtful() const;
     int lengthLimit() const;
 
     State m_state = State::Idle;
     Disturbance m_disturbance = Disturbance::None;
     ForeignTransfer m_foreign;
+    bool m_isForForeign = false;        // the response that is being taken
+    bool m_foreignSegmentAsked = false; // by the other client, and not seen yet
+    bool m_answerOwed = false;          // of a transfer that the other client has broken into
+    SegmentMemory m_memory;
     SdoOutcome m_outcome; // also holds the key and the repeats while the upload is under way
     DataType m_type = DataType::Unsigned32;
     int m_typeSize = 0; // bytes; 0: variable
     int m_repeats = 0;  // allowed
+    int m_attempt = 0;
     int m_restarts = 0;
     bool m_answered = false;
+    SdoProtocol m_protocol = SdoProtocol::Plain;
+    bool m_knowsNoBlocks = false; // what the server has said
 
-    // Of attempts that were given up, maybe by the upload before
-    bool m_segmentOwed = false;        // a segment request has no answer yet
-    bool m_needsSecondReading = false; // State::Settling has ended in doubt
-    SdoInitiate m_settling;            // the initiate response that State::Settling is about
+    // Of all the readings of the upload
+    ReadingCheck m_check;
+    quint32 m_origin = 0;
+    int m_readings = 0;
+    int m_quietWaits = 0;
+    qint64 m_runBegan = -1;   // ms; the first reading of those that agree; -1: there is none
+    bool m_continues = false; // the next reading follows the last one at once
 
-    // Of the segmented phase
-    QByteArray m_data;
-    QByteArray m_lastSegment; // payload
+    // Of the reading under way, or of the last one
+    ReadingCheck::Reading m_reading;
+    bool m_hasBabble = false;  // among its segments
+    qint64 m_readingBegan = 0; // ms
+    QByteArray m_lastSegment;  // payload
     bool m_sizeAnnounced = false;
     int m_announcedSize = 0; // at most lengthLimit()
     int m_emptySegments = 0; // in a row
     bool m_toggle = false;   // of the segment that is waited for
     bool m_segmentRepeated = false;
+    BlockReception m_block;
 };
 
 } // namespace CanOpen
