@@ -24,14 +24,18 @@
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QGraphicsTextItem>
+#include <QHeaderView>
 #include <QMenu>
 #include <QTimer>
 #include <QUrl>
+
+#include <algorithm>
 
 namespace {
 
 constexpr int animationInterval = 30; // ms
 constexpr int waitSlice = 10;         // ms, the longest sleep between two looks at the reader
+constexpr int usualRowHeight = 22;    // pixels
 constexpr char suggestedFile[] = "untitled.dxxml";
 constexpr char fileFilter[] = QT_TRANSLATE_NOOP("OverviewForm", "Draxel Tool XML files (*.dxxml)");
 
@@ -68,6 +72,7 @@ OverviewForm::OverviewForm(QWidget *parent)
     , m_ui(std::make_unique<Ui::OverviewForm>())
 {
     m_ui->setupUi(this);
+    fitRowsToFont();
 
     m_titleItem = NetworkPicture::create(*m_ui->graphicsView, this);
 
@@ -134,10 +139,21 @@ void OverviewForm::createContextActions()
 void OverviewForm::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange)
+        fitRowsToFont();
     if (event->type() == QEvent::LanguageChange) {
         m_ui->retranslateUi(this);
         m_informationDialogs->retranslate();
         retranslateRows();
+    }
+}
+
+// A row of usual height would cut a large font.
+void OverviewForm::fitRowsToFont()
+{
+    for (QTableWidget *table : {m_ui->tblParameters, m_ui->tblValues}) {
+        const int height = std::max(usualRowHeight, table->fontMetrics().height());
+        table->verticalHeader()->setDefaultSectionSize(height);
     }
 }
 

@@ -73,6 +73,7 @@ protected:
 private:
     void createContextActions();
     void rebuildComponentTree();
+    void fitRowsToFont();
     void retranslateRows();
     void showDialog(InformationDialog dialog);
 

@@ -46,6 +46,7 @@ private slots:
     void treeWidget();
     void tables_data();
     void tables();
+    void rowsGrowWithTheFont();
     void buttons_data();
     void buttons();
     void actualValuesTabIsShownFirst();
@@ -155,6 +156,20 @@ void tst_FormLayout::tables()
     QCOMPARE(table->verticalHeader()->minimumSectionSize(), 16);
     QCOMPARE(table->verticalHeader()->defaultSectionSize(), 22);
     QVERIFY(!table->verticalHeader()->stretchLastSection());
+}
+
+void tst_FormLayout::rowsGrowWithTheFont()
+{
+    FormBench bench;
+    const auto *table = bench.find<QTableWidget>("tblValues");
+    QCOMPARE(table->verticalHeader()->defaultSectionSize(), 22);
+    QFont font = bench.form->font();
+    font.setPixelSize(40);
+    bench.form->setFont(font);
+    QVERIFY(table->verticalHeader()->defaultSectionSize() >= 40);
+    font.setPixelSize(10);
+    bench.form->setFont(font);
+    QCOMPARE(table->verticalHeader()->defaultSectionSize(), 22);
 }
 
 void tst_FormLayout::buttons_data()
