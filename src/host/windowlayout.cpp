@@ -14,7 +14,8 @@
 namespace {
 
 constexpr QSize firstSize(1000, 760);
-constexpr int layoutVersion = 1; // of the saved places of the docks
+constexpr int heightForMessages = 420; // of a screen; on a smaller one the values have all the room at first
+constexpr int layoutVersion = 1;       // of the saved places of the docks
 
 /*! Where windows may lie on the screen of \a window; empty when there is no screen. */
 QRect availableFor(const QWidget &window)
@@ -52,7 +53,6 @@ void WindowLayout::reset()
 {
     m_dock->setFloating(false);
     m_window->addDockWidget(Qt::BottomDockWidgetArea, m_dock);
-    m_dock->show();
     m_window->showNormal();
     takeFirstPlace();
     m_window->resizeDocks({m_dock}, {m_dock->widget()->sizeHint().height()}, Qt::Vertical);
@@ -60,7 +60,9 @@ void WindowLayout::reset()
 
 void WindowLayout::takeFirstPlace()
 {
-    m_window->setGeometry(WindowPlace::centred(firstSize, availableFor(*m_window), frameOf(*m_window)));
+    const QRect available = availableFor(*m_window);
+    m_window->setGeometry(WindowPlace::centred(firstSize, available, frameOf(*m_window)));
+    m_dock->setVisible(available.isEmpty() || available.height() >= heightForMessages);
 }
 
 void WindowLayout::fitToScreen()
