@@ -3,6 +3,7 @@
 
 #include <canopen/canport.h>
 #include <canopen/sdoabort.h>
+#include <system/systemerrortext.h>
 
 #include <QCanBus>
 #include <QCanBusDevice>
@@ -173,7 +174,8 @@ bool BusConnection::configureInterface(QString *errorMessage) const
         return false;
     CanOpen::clearDefaultBitRate(*device);
     if (!device->connectDevice()) {
-        *errorMessage = tr("The bus %1 cannot be opened: %2").arg(address.toString(), device->errorString());
+        *errorMessage = tr("The bus %1 cannot be opened: %2")
+                            .arg(address.toString(), systemErrorText(device->errorString()));
         return false;
     }
     device->setConfigurationParameter(QCanBusDevice::BitRateKey, *m_settings.bitRate);

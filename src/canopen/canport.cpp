@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "canport.h"
 
+#include <system/systemerrortext.h>
+
 #include <QEventLoop>
 #include <QPointer>
 #include <QVariant>
@@ -114,7 +116,7 @@ void CanPort::send(const QCanBusFrame &frame)
 bool CanPort::connectDevice(QString *errorMessage)
 {
     if (m_device->state() == QCanBusDevice::UnconnectedState && !m_device->connectDevice()) {
-        *errorMessage = m_device->errorString();
+        *errorMessage = systemErrorText(m_device->errorString());
         return false;
     }
     if (m_device->state() == QCanBusDevice::ConnectingState) {
@@ -128,7 +130,7 @@ bool CanPort::connectDevice(QString *errorMessage)
 
     *errorMessage
         = m_device->error() != QCanBusDevice::NoError
-              ? m_device->errorString()
+              ? systemErrorText(m_device->errorString())
               : tr("The CAN interface did not connect within %1 seconds.").arg(connectTimeout / 1000);
     disconnectDevice();
     return false;
@@ -165,7 +167,7 @@ void CanPort::takeError(QCanBusDevice::CanBusError error)
     if (m_state != State::Open)
         return;
     if (error == QCanBusDevice::ConnectionError || error == QCanBusDevice::ReadError) {
-        lose(tr("The CAN interface failed: %1").arg(m_device->errorString()));
+        lose(tr("The CAN interface failed: %1").arg(systemErrorText(m_device->errorString())));
         return;
     }
     // Within writeFrame() its result tells the same.
@@ -293,7 +295,8 @@ void CanPort::handleFailedWrite()
         m_failingSince = now;
     const qint64 failingFor = now - m_failingSince;
     if (failingFor >= writeLimit) {
-        lose(tr("The CAN interface does not send any more: %1").arg(m_device->errorString()));
+        lose(
+            tr("The CAN interface does not send any more: %1").arg(systemErrorText(m_device->errorString())));
         return;
     }
     // The device may refuse only this one frame.

@@ -6,6 +6,7 @@
 #include <interpreter/batterytexts.h>
 #include <interpreter/datainterpreter.h>
 #include <store/wholefile.h>
+#include <system/systemerrortext.h>
 
 #include <QDir>
 #include <QFile>
@@ -228,6 +229,7 @@ void pdfWriter::print(const QString &path)
 bool pdfWriter::failed(const QString &path, const QString &reason, Failure failure)
 {
     m_failure = failure;
-    m_errorString = tr("The file %1 cannot be written: %2.").arg(QDir::toNativeSeparators(path), reason);
+    m_errorString = tr("The file %1 cannot be written: %2.")
+                        .arg(QDir::toNativeSeparators(path), systemErrorText(reason));
     return false;
 }

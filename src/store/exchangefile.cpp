@@ -6,6 +6,8 @@
 #include "nodestore.h"
 #include "wholefile.h"
 
+#include <system/systemerrortext.h>
+
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
@@ -180,8 +182,9 @@ bool saveExchangeFile(const QString &fileName, const QString &text, QString *err
     WholeFile file(fileName);
     if (file.open(QIODevice::Text) && writeText(file, text) && file.commit())
         return true;
-    return failed(errorMessage, Tr::tr("The file %1 cannot be written: %2.")
-                                    .arg(QDir::toNativeSeparators(fileName), file.errorString()));
+    return failed(errorMessage,
+                  Tr::tr("The file %1 cannot be written: %2.")
+                      .arg(QDir::toNativeSeparators(fileName), systemErrorText(file.errorString())));
 }
 
 bool loadExchangeFile(const QString &fileName, QString &text, QString *errorMessage)
@@ -192,8 +195,9 @@ bool loadExchangeFile(const QString &fileName, QString &text, QString *errorMess
     if (file.open(QIODevice::ReadOnly | QIODevice::Text))
         content = QTextStream(&file).read(maximumExchangeFileSize + 1);
     if (file.error() != QFileDevice::NoError) {
-        return failed(errorMessage,
-                      Tr::tr("The file %1 cannot be read: %2.").arg(shownName, file.errorString()));
+        return failed(
+            errorMessage,
+            Tr::tr("The file %1 cannot be read: %2.").arg(shownName, systemErrorText(file.errorString())));
     }
     if (content.size() > maximumExchangeFileSize)
         return failed(errorMessage,

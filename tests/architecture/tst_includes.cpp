@@ -17,21 +17,23 @@ struct Rule
 const QList<Rule> &rules()
 {
     static const QList<Rule> list{
+        // For all floors
+        {"system", {}},
         // The bus
-        {"canopen", {}},
-        {"bus", {QStringLiteral("canopen")}},
+        {"canopen", {QStringLiteral("system")}},
+        {"bus", {QStringLiteral("system"), QStringLiteral("canopen")}},
         // Facts
         {"interface", {}},
         {"interpreter", {}},
-        {"store", {}},
+        {"store", {QStringLiteral("system")}},
         // Questions
         {"details", {QStringLiteral("store"), QStringLiteral("interpreter")}},
-        {"report", {QStringLiteral("store"), QStringLiteral("interpreter")}},
+        {"report", {QStringLiteral("system"), QStringLiteral("store"), QStringLiteral("interpreter")}},
         {"reader", {QStringLiteral("interface"), QStringLiteral("store")}},
         {"update", {}},
         {"host/core",
-         {QStringLiteral("interface"), QStringLiteral("store"), QStringLiteral("bus"),
-          QStringLiteral("canopen")}},
+         {QStringLiteral("system"), QStringLiteral("interface"), QStringLiteral("store"),
+          QStringLiteral("bus"), QStringLiteral("canopen")}},
         // Products
         {"ui",
          {QStringLiteral("interface"), QStringLiteral("store"), QStringLiteral("interpreter"),

@@ -336,7 +336,7 @@ void tst_CanPort::unpluggedDeviceIsLost()
     QCOMPARE(test.losses, QStringList());
     QTRY_COMPARE(test.losses.size(), 1);
     QCOMPARE(test.losses.first(),
-             QStringLiteral("The CAN interface does not send any more: No buffer space available"));
+             QStringLiteral("The CAN interface does not send any more: no buffer is free"));
     QVERIFY(!test.port->isOpen());
     QCOMPARE(test.device->state(), QCanBusDevice::ConnectedState);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "reportkeeper.h"
 
+#include <system/systemerrortext.h>
+
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
@@ -59,7 +61,7 @@ void keep(const QString &folder, const QString &path, ReportKeeper::Kept *kept)
         if (file.copy(copy)) {
             kept->files.append(name);
         } else {
-            kept->problem = file.errorString();
+            kept->problem = systemErrorText(file.errorString());
             kept->failedFile = copy;
         }
         return;
