@@ -28,7 +28,8 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "${CPACK_PACKAGE_DESCRIPTION}")
 # The libraries' packages are found from the binaries; the back ends for CAN hardware are loaded at run time.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS libqt5serialbus5-plugins)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS qttranslations5-l10n)
+# The second one: Chinese is a row of boxes without a font for it.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qttranslations5-l10n, fonts-noto-cjk | fonts-wqy-zenhei | fonts-arphic-uming")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
 include(CPack)
