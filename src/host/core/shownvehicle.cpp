@@ -39,9 +39,9 @@ QString ShownVehicle::title() const
     case Source::None:
         return QString();
     case Source::File:
-        return m_serialNumber == 0 ? file : tr("%1 (%2)", "file (vehicle)").arg(file, vehicleName());
+        return m_serialNumber == 0 ? file : QStringLiteral("%1 (%2)").arg(file, vehicleName());
     case Source::Bus:
-        return m_fileName.isEmpty() ? busTitle() : tr("%1 (%2)", "file (vehicle)").arg(file, busTitle());
+        return m_fileName.isEmpty() ? busTitle() : QStringLiteral("%1 (%2)").arg(file, busTitle());
     }
     return QString();
 }
