@@ -413,16 +413,28 @@
         <translation>--bitrate braucht --bus.</translation>
     </message>
     <message>
-        <source>What is &quot;%1&quot; for?</source>
-        <translation>Wozu dient „%1“?</translation>
-    </message>
-    <message>
         <source>Write the debug lines of plug-ins to the terminal.</source>
         <translation>Die Debug-Zeilen der Plug-ins ins Terminal schreiben.</translation>
     </message>
     <message>
-        <source>Saved files are opened in the window: start without &quot;%1&quot; and choose File, Open.</source>
-        <translation>Gespeicherte Dateien werden im Fenster geöffnet: Starten Sie ohne „%1“ und wählen Sie Datei, Gespeicherte Datei öffnen.</translation>
+        <source>Show this help.</source>
+        <translation>Zeigt diese Hilfe.</translation>
+    </message>
+    <message>
+        <source>Show the version.</source>
+        <translation>Zeigt die Version.</translation>
+    </message>
+    <message>
+        <source>Show the values of this exchange file.</source>
+        <translation>Zeigt die Werte dieser Austauschdatei.</translation>
+    </message>
+    <message>
+        <source>What is &quot;%1&quot; for? One file can be shown.</source>
+        <translation>Wofür ist „%1“? Eine Datei kann gezeigt werden.</translation>
+    </message>
+    <message>
+        <source>There is no language &quot;%1&quot;. There are: %2.</source>
+        <translation>Die Sprache „%1“ gibt es nicht. Es gibt: %2.</translation>
     </message>
 </context>
 <context>
@@ -469,10 +481,6 @@
     <message>
         <source>&amp;Export...</source>
         <translation>&amp;Exportieren...</translation>
-    </message>
-    <message>
-        <source>Save &amp;PDF report...</source>
-        <translation>&amp;PDF-Bericht speichern...</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
@@ -538,6 +546,18 @@
         <source>About &amp;Qt</source>
         <translation>Über &amp;Qt</translation>
     </message>
+    <message>
+        <source>%1 (no font for it is installed)</source>
+        <translation>%1 (keine Schrift dafür installiert)</translation>
+    </message>
+    <message>
+        <source>Open re&amp;cent file</source>
+        <translation>&amp;Zuletzt benutzte Datei öffnen</translation>
+    </message>
+    <message>
+        <source>Save &amp;PDF report</source>
+        <translation>&amp;PDF-Bericht speichern</translation>
+    </message>
 </context>
 <context>
     <name>InterfaceWatch</name>
@@ -587,6 +607,10 @@
     <message>
         <source>&amp;Read anyway</source>
         <translation>&amp;Trotzdem lesen</translation>
+    </message>
+    <message>
+        <source>%1 cannot be opened: no plug-in that shows it is loaded.</source>
+        <translation>%1 kann nicht geöffnet werden: Kein Plug-in ist geladen, das die Datei zeigt.</translation>
     </message>
 </context>
 <context>
@@ -701,6 +725,76 @@
     </message>
 </context>
 <context>
+    <name>ReportFiles</name>
+    <message>
+        <source>No new report was written over it.</source>
+        <translation>Es wurde kein neuer Bericht darüber geschrieben.</translation>
+    </message>
+    <message>
+        <source>No report was written to %1.</source>
+        <translation>Nach %1 wurde kein Bericht geschrieben.</translation>
+    </message>
+    <message>
+        <source>Report saved: %1</source>
+        <translation>Bericht gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>Report saved: %1. The earlier one is kept as &quot;%2&quot;.</source>
+        <translation>Bericht gespeichert: %1. Der frühere ist als „%2“ aufgehoben.</translation>
+    </message>
+    <message>
+        <source>The earlier report could not be kept: %1 cannot be written (%2).</source>
+        <translation>Der frühere Bericht konnte nicht aufgehoben werden: %1 kann nicht geschrieben werden (%2).</translation>
+    </message>
+</context>
+<context>
+    <name>ShownVehicle</name>
+    <message>
+        <source>Values from a file, not of now.</source>
+        <translation>Werte aus einer Datei, nicht von jetzt.</translation>
+    </message>
+    <message>
+        <source>Values from a file, not of now: it was saved on %1.</source>
+        <translation>Werte aus einer Datei, nicht von jetzt: Sie wurde am %1 gespeichert.</translation>
+    </message>
+    <message>
+        <source>Vehicle without a serial number</source>
+        <translation>Fahrzeug ohne Seriennummer</translation>
+    </message>
+    <message>
+        <source>Vehicle %1</source>
+        <translation>Fahrzeug %1</translation>
+    </message>
+    <message>
+        <source>%1, is being read</source>
+        <translation>%1, wird gelesen</translation>
+    </message>
+    <message>
+        <source>%1, read on %2</source>
+        <translation>%1, gelesen am %2</translation>
+    </message>
+    <message>
+        <source>%1, not complete</source>
+        <translation>%1, nicht vollständig</translation>
+    </message>
+    <message>
+        <source>Old values, read on %1: the bus is not connected now.</source>
+        <translation>Alte Werte, gelesen am %1: Der Bus ist jetzt nicht verbunden.</translation>
+    </message>
+    <message>
+        <source>Old values, read on %1: the bus was disconnected since. Read again (F5).</source>
+        <translation>Alte Werte, gelesen am %1: Der Bus war seitdem getrennt. Lesen Sie erneut (F5).</translation>
+    </message>
+    <message>
+        <source>Old values, read on %1: no longer heard is node %2.</source>
+        <translation>Alte Werte, gelesen am %1: Nicht mehr zu hören: Knoten %2.</translation>
+    </message>
+    <message>
+        <source>Not complete: the read of %1 ended early. What is missing was not read.</source>
+        <translation>Nicht vollständig: Das Lesen am %1 endete vorzeitig. Was fehlt, wurde nicht gelesen.</translation>
+    </message>
+</context>
+<context>
     <name>SimulatedBus</name>
     <message>
         <source>The simulated bus is down</source>
@@ -803,6 +897,116 @@
     <message>
         <source>%1, %2 refused</source>
         <translation>%1, %2 abgelehnt</translation>
+    </message>
+</context>
+<context>
+    <name>SystemErrorText</name>
+    <message>
+        <source>not permitted</source>
+        <translation>nicht erlaubt</translation>
+    </message>
+    <message>
+        <source>no such file or folder</source>
+        <translation>Datei oder Ordner nicht vorhanden</translation>
+    </message>
+    <message>
+        <source>the medium or device failed</source>
+        <translation>das Medium oder Gerät ist gestört</translation>
+    </message>
+    <message>
+        <source>no permission</source>
+        <translation>keine Berechtigung</translation>
+    </message>
+    <message>
+        <source>in use by another program</source>
+        <translation>von einem anderen Programm belegt</translation>
+    </message>
+    <message>
+        <source>no such device</source>
+        <translation>Gerät nicht vorhanden</translation>
+    </message>
+    <message>
+        <source>a part of the path is no folder</source>
+        <translation>ein Teil des Pfades ist kein Ordner</translation>
+    </message>
+    <message>
+        <source>it is a folder</source>
+        <translation>es ist ein Ordner</translation>
+    </message>
+    <message>
+        <source>the file is too large</source>
+        <translation>die Datei ist zu groß</translation>
+    </message>
+    <message>
+        <source>no space is left</source>
+        <translation>kein Speicherplatz mehr frei</translation>
+    </message>
+    <message>
+        <source>the medium is read-only</source>
+        <translation>das Medium ist schreibgeschützt</translation>
+    </message>
+    <message>
+        <source>the name is too long</source>
+        <translation>der Name ist zu lang</translation>
+    </message>
+    <message>
+        <source>the interface is down</source>
+        <translation>die Schnittstelle ist abgeschaltet</translation>
+    </message>
+    <message>
+        <source>no buffer is free</source>
+        <translation>kein Puffer ist frei</translation>
+    </message>
+</context>
+<context>
+    <name>VehicleFiles</name>
+    <message>
+        <source>Vehicle data (*.dxxml)</source>
+        <translation>Fahrzeugdaten (*.dxxml)</translation>
+    </message>
+    <message>
+        <source>Open saved vehicle data</source>
+        <translation>Gespeicherte Fahrzeugdaten öffnen</translation>
+    </message>
+    <message>
+        <source>Save vehicle data</source>
+        <translation>Fahrzeugdaten speichern</translation>
+    </message>
+    <message>
+        <source>The values that were read are in no file. Save them before they go?</source>
+        <translation>Die gelesenen Werte stehen in keiner Datei. Sollen sie gespeichert werden, bevor sie verloren gehen?</translation>
+    </message>
+    <message>
+        <source>&amp;Save...</source>
+        <translation>&amp;Speichern...</translation>
+    </message>
+    <message>
+        <source>&amp;Do not save</source>
+        <translation>&amp;Nicht speichern</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>%1 is not a file.</source>
+        <translation>%1 ist keine Datei.</translation>
+    </message>
+    <message>
+        <source>A file cannot be opened now. Is a read running?</source>
+        <translation>Jetzt kann keine Datei geöffnet werden. Wird gerade gelesen?</translation>
+    </message>
+    <message>
+        <source>Opened: %1</source>
+        <translation>Geöffnet: %1</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>What was shown before is still shown.</source>
+        <translation>Was vorher zu sehen war, ist weiter zu sehen.</translation>
     </message>
 </context>
 </TS>

@@ -413,16 +413,28 @@
         <translation>--bitrate nécessite --bus.</translation>
     </message>
     <message>
-        <source>What is &quot;%1&quot; for?</source>
-        <translation>À quoi sert «&#xa0;%1&#xa0;»&#xa0;?</translation>
-    </message>
-    <message>
         <source>Write the debug lines of plug-ins to the terminal.</source>
         <translation>Écrire les lignes de débogage des plug-ins dans le terminal.</translation>
     </message>
     <message>
-        <source>Saved files are opened in the window: start without &quot;%1&quot; and choose File, Open.</source>
-        <translation>Les fichiers enregistrés s’ouvrent dans la fenêtre&#xa0;: lancez le programme sans «&#xa0;%1&#xa0;» et choisissez Fichier, Ouvrir.</translation>
+        <source>Show this help.</source>
+        <translation>Affiche cette aide.</translation>
+    </message>
+    <message>
+        <source>Show the version.</source>
+        <translation>Affiche la version.</translation>
+    </message>
+    <message>
+        <source>Show the values of this exchange file.</source>
+        <translation>Affiche les valeurs de ce fichier d’échange.</translation>
+    </message>
+    <message>
+        <source>What is &quot;%1&quot; for? One file can be shown.</source>
+        <translation>À quoi sert «&#xa0;%1&#xa0;»&#xa0;? Un seul fichier peut être affiché.</translation>
+    </message>
+    <message>
+        <source>There is no language &quot;%1&quot;. There are: %2.</source>
+        <translation>La langue «&#xa0;%1&#xa0;» n’existe pas. Langues disponibles&#xa0;: %2.</translation>
     </message>
 </context>
 <context>
@@ -469,10 +481,6 @@
     <message>
         <source>&amp;Export...</source>
         <translation>&amp;Exporter...</translation>
-    </message>
-    <message>
-        <source>Save &amp;PDF report...</source>
-        <translation>Enregistrer le rapport &amp;PDF...</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
@@ -538,6 +546,18 @@
         <source>About &amp;Qt</source>
         <translation>À propos de &amp;Qt</translation>
     </message>
+    <message>
+        <source>%1 (no font for it is installed)</source>
+        <translation>%1 (aucune police installée pour cette langue)</translation>
+    </message>
+    <message>
+        <source>Open re&amp;cent file</source>
+        <translation>Ouvrir un fichier ré&amp;cent</translation>
+    </message>
+    <message>
+        <source>Save &amp;PDF report</source>
+        <translation>Enregistrer le rapport &amp;PDF</translation>
+    </message>
 </context>
 <context>
     <name>InterfaceWatch</name>
@@ -587,6 +607,10 @@
     <message>
         <source>&amp;Read anyway</source>
         <translation>&amp;Lire quand même</translation>
+    </message>
+    <message>
+        <source>%1 cannot be opened: no plug-in that shows it is loaded.</source>
+        <translation>Impossible d’ouvrir %1&#xa0;: aucun plug-in capable de l’afficher n’est chargé.</translation>
     </message>
 </context>
 <context>
@@ -701,6 +725,76 @@
     </message>
 </context>
 <context>
+    <name>ReportFiles</name>
+    <message>
+        <source>No new report was written over it.</source>
+        <translation>Aucun nouveau rapport ne l’a remplacé.</translation>
+    </message>
+    <message>
+        <source>No report was written to %1.</source>
+        <translation>Aucun rapport n’a été écrit dans %1.</translation>
+    </message>
+    <message>
+        <source>Report saved: %1</source>
+        <translation>Rapport enregistré&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Report saved: %1. The earlier one is kept as &quot;%2&quot;.</source>
+        <translation>Rapport enregistré&#xa0;: %1. Le précédent est conservé sous le nom «&#xa0;%2&#xa0;».</translation>
+    </message>
+    <message>
+        <source>The earlier report could not be kept: %1 cannot be written (%2).</source>
+        <translation>Le rapport précédent n’a pas pu être conservé&#xa0;: impossible d’écrire %1 (%2).</translation>
+    </message>
+</context>
+<context>
+    <name>ShownVehicle</name>
+    <message>
+        <source>Values from a file, not of now.</source>
+        <translation>Valeurs d’un fichier, pas de maintenant.</translation>
+    </message>
+    <message>
+        <source>Values from a file, not of now: it was saved on %1.</source>
+        <translation>Valeurs d’un fichier, pas de maintenant&#xa0;: il a été enregistré le %1.</translation>
+    </message>
+    <message>
+        <source>Vehicle without a serial number</source>
+        <translation>Véhicule sans numéro de série</translation>
+    </message>
+    <message>
+        <source>Vehicle %1</source>
+        <translation>Véhicule %1</translation>
+    </message>
+    <message>
+        <source>%1, is being read</source>
+        <translation>%1, lecture en cours</translation>
+    </message>
+    <message>
+        <source>%1, read on %2</source>
+        <translation>%1, lecture du %2</translation>
+    </message>
+    <message>
+        <source>%1, not complete</source>
+        <translation>%1, incomplète</translation>
+    </message>
+    <message>
+        <source>Old values, read on %1: the bus is not connected now.</source>
+        <translation>Anciennes valeurs, lues le %1&#xa0;: le bus n’est pas connecté en ce moment.</translation>
+    </message>
+    <message>
+        <source>Old values, read on %1: the bus was disconnected since. Read again (F5).</source>
+        <translation>Anciennes valeurs, lues le %1&#xa0;: le bus a été déconnecté depuis. Relancez la lecture (F5).</translation>
+    </message>
+    <message>
+        <source>Old values, read on %1: no longer heard is node %2.</source>
+        <translation>Anciennes valeurs, lues le %1&#xa0;: ne répond plus&#xa0;: nœud %2.</translation>
+    </message>
+    <message>
+        <source>Not complete: the read of %1 ended early. What is missing was not read.</source>
+        <translation>Incomplet&#xa0;: la lecture du %1 s’est terminée trop tôt. Ce qui manque n’a pas été lu.</translation>
+    </message>
+</context>
+<context>
     <name>SimulatedBus</name>
     <message>
         <source>The simulated bus is down</source>
@@ -803,6 +897,116 @@
     <message>
         <source>%1, %2 refused</source>
         <translation>%1, %2 refusés</translation>
+    </message>
+</context>
+<context>
+    <name>SystemErrorText</name>
+    <message>
+        <source>not permitted</source>
+        <translation>opération non autorisée</translation>
+    </message>
+    <message>
+        <source>no such file or folder</source>
+        <translation>fichier ou dossier introuvable</translation>
+    </message>
+    <message>
+        <source>the medium or device failed</source>
+        <translation>défaillance du support ou de l’appareil</translation>
+    </message>
+    <message>
+        <source>no permission</source>
+        <translation>droits insuffisants</translation>
+    </message>
+    <message>
+        <source>in use by another program</source>
+        <translation>utilisé par un autre programme</translation>
+    </message>
+    <message>
+        <source>no such device</source>
+        <translation>appareil introuvable</translation>
+    </message>
+    <message>
+        <source>a part of the path is no folder</source>
+        <translation>une partie du chemin n’est pas un dossier</translation>
+    </message>
+    <message>
+        <source>it is a folder</source>
+        <translation>c’est un dossier</translation>
+    </message>
+    <message>
+        <source>the file is too large</source>
+        <translation>le fichier est trop grand</translation>
+    </message>
+    <message>
+        <source>no space is left</source>
+        <translation>plus d’espace disponible</translation>
+    </message>
+    <message>
+        <source>the medium is read-only</source>
+        <translation>le support est en lecture seule</translation>
+    </message>
+    <message>
+        <source>the name is too long</source>
+        <translation>le nom est trop long</translation>
+    </message>
+    <message>
+        <source>the interface is down</source>
+        <translation>l’interface est désactivée</translation>
+    </message>
+    <message>
+        <source>no buffer is free</source>
+        <translation>aucun tampon libre</translation>
+    </message>
+</context>
+<context>
+    <name>VehicleFiles</name>
+    <message>
+        <source>Vehicle data (*.dxxml)</source>
+        <translation>Données de véhicule (*.dxxml)</translation>
+    </message>
+    <message>
+        <source>Open saved vehicle data</source>
+        <translation>Ouvrir des données de véhicule enregistrées</translation>
+    </message>
+    <message>
+        <source>Save vehicle data</source>
+        <translation>Enregistrer les données du véhicule</translation>
+    </message>
+    <message>
+        <source>The values that were read are in no file. Save them before they go?</source>
+        <translation>Les valeurs lues ne sont dans aucun fichier. Les enregistrer avant qu’elles ne soient perdues&#xa0;?</translation>
+    </message>
+    <message>
+        <source>&amp;Save...</source>
+        <translation>&amp;Enregistrer...</translation>
+    </message>
+    <message>
+        <source>&amp;Do not save</source>
+        <translation>&amp;Ne pas enregistrer</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>%1 is not a file.</source>
+        <translation>%1 n’est pas un fichier.</translation>
+    </message>
+    <message>
+        <source>A file cannot be opened now. Is a read running?</source>
+        <translation>Aucun fichier ne peut être ouvert maintenant. Une lecture est-elle en cours&#xa0;?</translation>
+    </message>
+    <message>
+        <source>Opened: %1</source>
+        <translation>Ouvert&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Enregistré&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>What was shown before is still shown.</source>
+        <translation>Ce qui était affiché l’est toujours.</translation>
     </message>
 </context>
 </TS>

@@ -413,16 +413,28 @@
         <translation>--bitrate vereist --bus.</translation>
     </message>
     <message>
-        <source>What is &quot;%1&quot; for?</source>
-        <translation>Waarvoor dient “%1”?</translation>
-    </message>
-    <message>
         <source>Write the debug lines of plug-ins to the terminal.</source>
         <translation>De debugregels van plug-ins naar de terminal schrijven.</translation>
     </message>
     <message>
-        <source>Saved files are opened in the window: start without &quot;%1&quot; and choose File, Open.</source>
-        <translation>Opgeslagen bestanden worden in het venster geopend: start zonder “%1” en kies Bestand, Opgeslagen bestand openen.</translation>
+        <source>Show this help.</source>
+        <translation>Toont deze hulp.</translation>
+    </message>
+    <message>
+        <source>Show the version.</source>
+        <translation>Toont de versie.</translation>
+    </message>
+    <message>
+        <source>Show the values of this exchange file.</source>
+        <translation>Toont de waarden van dit uitwisselingsbestand.</translation>
+    </message>
+    <message>
+        <source>What is &quot;%1&quot; for? One file can be shown.</source>
+        <translation>Waar is “%1” voor? Er kan één bestand worden getoond.</translation>
+    </message>
+    <message>
+        <source>There is no language &quot;%1&quot;. There are: %2.</source>
+        <translation>De taal “%1” is er niet. Er zijn: %2.</translation>
     </message>
 </context>
 <context>
@@ -469,10 +481,6 @@
     <message>
         <source>&amp;Export...</source>
         <translation>&amp;Exporteren...</translation>
-    </message>
-    <message>
-        <source>Save &amp;PDF report...</source>
-        <translation>&amp;PDF-rapport opslaan...</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
@@ -538,6 +546,18 @@
         <source>About &amp;Qt</source>
         <translation>Over &amp;Qt</translation>
     </message>
+    <message>
+        <source>%1 (no font for it is installed)</source>
+        <translation>%1 (geen lettertype ervoor geïnstalleerd)</translation>
+    </message>
+    <message>
+        <source>Open re&amp;cent file</source>
+        <translation>Re&amp;cent bestand openen</translation>
+    </message>
+    <message>
+        <source>Save &amp;PDF report</source>
+        <translation>&amp;PDF-rapport opslaan</translation>
+    </message>
 </context>
 <context>
     <name>InterfaceWatch</name>
@@ -587,6 +607,10 @@
     <message>
         <source>&amp;Read anyway</source>
         <translation>&amp;Toch lezen</translation>
+    </message>
+    <message>
+        <source>%1 cannot be opened: no plug-in that shows it is loaded.</source>
+        <translation>%1 kan niet worden geopend: er is geen plug-in geladen die het bestand toont.</translation>
     </message>
 </context>
 <context>
@@ -701,6 +725,76 @@
     </message>
 </context>
 <context>
+    <name>ReportFiles</name>
+    <message>
+        <source>No new report was written over it.</source>
+        <translation>Er is geen nieuw rapport overheen geschreven.</translation>
+    </message>
+    <message>
+        <source>No report was written to %1.</source>
+        <translation>Er is geen rapport naar %1 geschreven.</translation>
+    </message>
+    <message>
+        <source>Report saved: %1</source>
+        <translation>Rapport opgeslagen: %1</translation>
+    </message>
+    <message>
+        <source>Report saved: %1. The earlier one is kept as &quot;%2&quot;.</source>
+        <translation>Rapport opgeslagen: %1. Het vorige is bewaard als “%2”.</translation>
+    </message>
+    <message>
+        <source>The earlier report could not be kept: %1 cannot be written (%2).</source>
+        <translation>Het vorige rapport kon niet worden bewaard: %1 kan niet worden geschreven (%2).</translation>
+    </message>
+</context>
+<context>
+    <name>ShownVehicle</name>
+    <message>
+        <source>Values from a file, not of now.</source>
+        <translation>Waarden uit een bestand, niet van nu.</translation>
+    </message>
+    <message>
+        <source>Values from a file, not of now: it was saved on %1.</source>
+        <translation>Waarden uit een bestand, niet van nu: het is opgeslagen op %1.</translation>
+    </message>
+    <message>
+        <source>Vehicle without a serial number</source>
+        <translation>Voertuig zonder serienummer</translation>
+    </message>
+    <message>
+        <source>Vehicle %1</source>
+        <translation>Voertuig %1</translation>
+    </message>
+    <message>
+        <source>%1, is being read</source>
+        <translation>%1, wordt gelezen</translation>
+    </message>
+    <message>
+        <source>%1, read on %2</source>
+        <translation>%1, gelezen op %2</translation>
+    </message>
+    <message>
+        <source>%1, not complete</source>
+        <translation>%1, niet volledig</translation>
+    </message>
+    <message>
+        <source>Old values, read on %1: the bus is not connected now.</source>
+        <translation>Oude waarden, gelezen op %1: de bus is nu niet verbonden.</translation>
+    </message>
+    <message>
+        <source>Old values, read on %1: the bus was disconnected since. Read again (F5).</source>
+        <translation>Oude waarden, gelezen op %1: de verbinding met de bus is sindsdien verbroken geweest. Lees opnieuw (F5).</translation>
+    </message>
+    <message>
+        <source>Old values, read on %1: no longer heard is node %2.</source>
+        <translation>Oude waarden, gelezen op %1: niet meer gehoord: node %2.</translation>
+    </message>
+    <message>
+        <source>Not complete: the read of %1 ended early. What is missing was not read.</source>
+        <translation>Niet volledig: het lezen op %1 is voortijdig geëindigd. Wat ontbreekt, is niet gelezen.</translation>
+    </message>
+</context>
+<context>
     <name>SimulatedBus</name>
     <message>
         <source>The simulated bus is down</source>
@@ -803,6 +897,116 @@
     <message>
         <source>%1, %2 refused</source>
         <translation>%1, %2 geweigerd</translation>
+    </message>
+</context>
+<context>
+    <name>SystemErrorText</name>
+    <message>
+        <source>not permitted</source>
+        <translation>niet toegestaan</translation>
+    </message>
+    <message>
+        <source>no such file or folder</source>
+        <translation>bestand of map bestaat niet</translation>
+    </message>
+    <message>
+        <source>the medium or device failed</source>
+        <translation>het medium of apparaat werkt niet goed</translation>
+    </message>
+    <message>
+        <source>no permission</source>
+        <translation>geen toestemming</translation>
+    </message>
+    <message>
+        <source>in use by another program</source>
+        <translation>in gebruik door een ander programma</translation>
+    </message>
+    <message>
+        <source>no such device</source>
+        <translation>apparaat bestaat niet</translation>
+    </message>
+    <message>
+        <source>a part of the path is no folder</source>
+        <translation>een deel van het pad is geen map</translation>
+    </message>
+    <message>
+        <source>it is a folder</source>
+        <translation>het is een map</translation>
+    </message>
+    <message>
+        <source>the file is too large</source>
+        <translation>het bestand is te groot</translation>
+    </message>
+    <message>
+        <source>no space is left</source>
+        <translation>geen ruimte meer vrij</translation>
+    </message>
+    <message>
+        <source>the medium is read-only</source>
+        <translation>het medium is alleen-lezen</translation>
+    </message>
+    <message>
+        <source>the name is too long</source>
+        <translation>de naam is te lang</translation>
+    </message>
+    <message>
+        <source>the interface is down</source>
+        <translation>de interface is uitgeschakeld</translation>
+    </message>
+    <message>
+        <source>no buffer is free</source>
+        <translation>geen buffer vrij</translation>
+    </message>
+</context>
+<context>
+    <name>VehicleFiles</name>
+    <message>
+        <source>Vehicle data (*.dxxml)</source>
+        <translation>Voertuiggegevens (*.dxxml)</translation>
+    </message>
+    <message>
+        <source>Open saved vehicle data</source>
+        <translation>Opgeslagen voertuiggegevens openen</translation>
+    </message>
+    <message>
+        <source>Save vehicle data</source>
+        <translation>Voertuiggegevens opslaan</translation>
+    </message>
+    <message>
+        <source>The values that were read are in no file. Save them before they go?</source>
+        <translation>De gelezen waarden staan in geen bestand. Ze opslaan voordat ze verloren gaan?</translation>
+    </message>
+    <message>
+        <source>&amp;Save...</source>
+        <translation>&amp;Opslaan...</translation>
+    </message>
+    <message>
+        <source>&amp;Do not save</source>
+        <translation>&amp;Niet opslaan</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Afbreken</translation>
+    </message>
+    <message>
+        <source>%1 is not a file.</source>
+        <translation>%1 is geen bestand.</translation>
+    </message>
+    <message>
+        <source>A file cannot be opened now. Is a read running?</source>
+        <translation>Er kan nu geen bestand worden geopend. Wordt er gelezen?</translation>
+    </message>
+    <message>
+        <source>Opened: %1</source>
+        <translation>Geopend: %1</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Opgeslagen: %1</translation>
+    </message>
+    <message>
+        <source>What was shown before is still shown.</source>
+        <translation>Wat eerst werd getoond, wordt nog steeds getoond.</translation>
     </message>
 </context>
 </TS>

@@ -413,16 +413,28 @@
         <translation>--bitrate 需要与 --bus 一起使用。</translation>
     </message>
     <message>
-        <source>What is &quot;%1&quot; for?</source>
-        <translation>“%1”是做什么用的？</translation>
-    </message>
-    <message>
         <source>Write the debug lines of plug-ins to the terminal.</source>
         <translation>将插件的调试信息输出到终端。</translation>
     </message>
     <message>
-        <source>Saved files are opened in the window: start without &quot;%1&quot; and choose File, Open.</source>
-        <translation>已保存的文件在窗口中打开：请不带“%1”启动，然后选择“文件”、“打开已保存的文件”。</translation>
+        <source>Show this help.</source>
+        <translation>显示此帮助。</translation>
+    </message>
+    <message>
+        <source>Show the version.</source>
+        <translation>显示版本。</translation>
+    </message>
+    <message>
+        <source>Show the values of this exchange file.</source>
+        <translation>显示此交换文件中的值。</translation>
+    </message>
+    <message>
+        <source>What is &quot;%1&quot; for? One file can be shown.</source>
+        <translation>“%1”是做什么用的？只能显示一个文件。</translation>
+    </message>
+    <message>
+        <source>There is no language &quot;%1&quot;. There are: %2.</source>
+        <translation>没有语言“%1”。可用的语言：%2。</translation>
     </message>
 </context>
 <context>
@@ -469,10 +481,6 @@
     <message>
         <source>&amp;Export...</source>
         <translation>导出(&amp;E)...</translation>
-    </message>
-    <message>
-        <source>Save &amp;PDF report...</source>
-        <translation>保存 PDF 报告(&amp;P)...</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
@@ -538,6 +546,18 @@
         <source>About &amp;Qt</source>
         <translation>关于 Qt(&amp;Q)</translation>
     </message>
+    <message>
+        <source>%1 (no font for it is installed)</source>
+        <translation>%1（未安装相应字体）</translation>
+    </message>
+    <message>
+        <source>Open re&amp;cent file</source>
+        <translation>打开最近的文件(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Save &amp;PDF report</source>
+        <translation>保存 PDF 报告(&amp;P)</translation>
+    </message>
 </context>
 <context>
     <name>InterfaceWatch</name>
@@ -587,6 +607,10 @@
     <message>
         <source>&amp;Read anyway</source>
         <translation>仍然读取(&amp;R)</translation>
+    </message>
+    <message>
+        <source>%1 cannot be opened: no plug-in that shows it is loaded.</source>
+        <translation>无法打开 %1：未加载可显示该文件的插件。</translation>
     </message>
 </context>
 <context>
@@ -701,6 +725,76 @@
     </message>
 </context>
 <context>
+    <name>ReportFiles</name>
+    <message>
+        <source>No new report was written over it.</source>
+        <translation>未写入新报告，原报告未被覆盖。</translation>
+    </message>
+    <message>
+        <source>No report was written to %1.</source>
+        <translation>未向 %1 写入报告。</translation>
+    </message>
+    <message>
+        <source>Report saved: %1</source>
+        <translation>报告已保存：%1</translation>
+    </message>
+    <message>
+        <source>Report saved: %1. The earlier one is kept as &quot;%2&quot;.</source>
+        <translation>报告已保存：%1。之前的报告保留为“%2”。</translation>
+    </message>
+    <message>
+        <source>The earlier report could not be kept: %1 cannot be written (%2).</source>
+        <translation>无法保留之前的报告：无法写入 %1（%2）。</translation>
+    </message>
+</context>
+<context>
+    <name>ShownVehicle</name>
+    <message>
+        <source>Values from a file, not of now.</source>
+        <translation>文件中的值，并非当前值。</translation>
+    </message>
+    <message>
+        <source>Values from a file, not of now: it was saved on %1.</source>
+        <translation>文件中的值，并非当前值：文件保存于 %1。</translation>
+    </message>
+    <message>
+        <source>Vehicle without a serial number</source>
+        <translation>无序列号的车辆</translation>
+    </message>
+    <message>
+        <source>Vehicle %1</source>
+        <translation>车辆 %1</translation>
+    </message>
+    <message>
+        <source>%1, is being read</source>
+        <translation>%1，正在读取</translation>
+    </message>
+    <message>
+        <source>%1, read on %2</source>
+        <translation>%1，读取于 %2</translation>
+    </message>
+    <message>
+        <source>%1, not complete</source>
+        <translation>%1，不完整</translation>
+    </message>
+    <message>
+        <source>Old values, read on %1: the bus is not connected now.</source>
+        <translation>旧值，读取于 %1：总线当前未连接。</translation>
+    </message>
+    <message>
+        <source>Old values, read on %1: the bus was disconnected since. Read again (F5).</source>
+        <translation>旧值，读取于 %1：此后总线曾断开。请重新读取 (F5)。</translation>
+    </message>
+    <message>
+        <source>Old values, read on %1: no longer heard is node %2.</source>
+        <translation>旧值，读取于 %1：不再收到节点 %2 的消息。</translation>
+    </message>
+    <message>
+        <source>Not complete: the read of %1 ended early. What is missing was not read.</source>
+        <translation>不完整：%1 的读取提前结束。缺少的内容未被读取。</translation>
+    </message>
+</context>
+<context>
     <name>SimulatedBus</name>
     <message>
         <source>The simulated bus is down</source>
@@ -803,6 +897,116 @@
     <message>
         <source>%1, %2 refused</source>
         <translation>%1，%2 被拒绝</translation>
+    </message>
+</context>
+<context>
+    <name>SystemErrorText</name>
+    <message>
+        <source>not permitted</source>
+        <translation>不允许该操作</translation>
+    </message>
+    <message>
+        <source>no such file or folder</source>
+        <translation>文件或文件夹不存在</translation>
+    </message>
+    <message>
+        <source>the medium or device failed</source>
+        <translation>介质或设备故障</translation>
+    </message>
+    <message>
+        <source>no permission</source>
+        <translation>没有权限</translation>
+    </message>
+    <message>
+        <source>in use by another program</source>
+        <translation>被其他程序占用</translation>
+    </message>
+    <message>
+        <source>no such device</source>
+        <translation>设备不存在</translation>
+    </message>
+    <message>
+        <source>a part of the path is no folder</source>
+        <translation>路径的一部分不是文件夹</translation>
+    </message>
+    <message>
+        <source>it is a folder</source>
+        <translation>它是文件夹</translation>
+    </message>
+    <message>
+        <source>the file is too large</source>
+        <translation>文件过大</translation>
+    </message>
+    <message>
+        <source>no space is left</source>
+        <translation>没有剩余空间</translation>
+    </message>
+    <message>
+        <source>the medium is read-only</source>
+        <translation>介质为只读</translation>
+    </message>
+    <message>
+        <source>the name is too long</source>
+        <translation>名称过长</translation>
+    </message>
+    <message>
+        <source>the interface is down</source>
+        <translation>接口已关闭</translation>
+    </message>
+    <message>
+        <source>no buffer is free</source>
+        <translation>没有可用的缓冲区</translation>
+    </message>
+</context>
+<context>
+    <name>VehicleFiles</name>
+    <message>
+        <source>Vehicle data (*.dxxml)</source>
+        <translation>车辆数据 (*.dxxml)</translation>
+    </message>
+    <message>
+        <source>Open saved vehicle data</source>
+        <translation>打开已保存的车辆数据</translation>
+    </message>
+    <message>
+        <source>Save vehicle data</source>
+        <translation>保存车辆数据</translation>
+    </message>
+    <message>
+        <source>The values that were read are in no file. Save them before they go?</source>
+        <translation>读取的值尚未存入任何文件。要在丢失之前保存吗？</translation>
+    </message>
+    <message>
+        <source>&amp;Save...</source>
+        <translation>保存(&amp;S)...</translation>
+    </message>
+    <message>
+        <source>&amp;Do not save</source>
+        <translation>不保存(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>%1 is not a file.</source>
+        <translation>%1 不是文件。</translation>
+    </message>
+    <message>
+        <source>A file cannot be opened now. Is a read running?</source>
+        <translation>现在无法打开文件。是否正在读取？</translation>
+    </message>
+    <message>
+        <source>Opened: %1</source>
+        <translation>已打开：%1</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>已保存：%1</translation>
+    </message>
+    <message>
+        <source>What was shown before is still shown.</source>
+        <translation>之前显示的内容仍在显示。</translation>
     </message>
 </context>
 </TS>

@@ -454,7 +454,7 @@ Kommunikationsfehler</translation>
         <source>
 Device profile specific</source>
         <translation>
-Geräteprofilspezifisch</translation>
+Geräteprofilspezifischer Fehler</translation>
     </message>
     <message>
         <source>
@@ -560,11 +560,11 @@ Herstellerspezifischer Fehler</translation>
     </message>
     <message>
         <source>Enter connected</source>
-        <translation>Verbindung herstellen</translation>
+        <translation>In den Zustand Verbunden gehen</translation>
     </message>
     <message>
         <source>Enter disconnected</source>
-        <translation>Verbindung trennen</translation>
+        <translation>In den Zustand Getrennt gehen</translation>
     </message>
     <message>
         <source>Enter masterless operating</source>
@@ -900,11 +900,11 @@ Herstellerspezifischer Fehler</translation>
     </message>
     <message>
         <source>Generator unit</source>
-        <translation>Generatoreinheit</translation>
+        <translation>Generator</translation>
     </message>
     <message>
         <source>Load unit</source>
-        <translation>Verbrauchereinheit</translation>
+        <translation>Verbraucher</translation>
     </message>
     <message>
         <source>manufacturer-specific device</source>

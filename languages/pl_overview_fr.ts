@@ -144,7 +144,7 @@
     </message>
     <message>
         <source>Device is able to switch off or on</source>
-        <translation>L’appareil peut s’arrêter et se mettre en marche</translation>
+        <translation>L’appareil peut se mettre hors tension et sous tension</translation>
     </message>
     <message>
         <source>Device is possibly active</source>
@@ -320,7 +320,7 @@
     </message>
     <message>
         <source>Zinc/Alkaline/Manganese dioxide</source>
-        <translation>Zinc/alcaline/dioxyde de manganèse</translation>
+        <translation>Zinc/alcalin/dioxyde de manganèse</translation>
     </message>
     <message>
         <source>Lithium Ion (Li-Ion) - carbon anode</source>
@@ -376,7 +376,7 @@
     </message>
     <message>
         <source>DX is on,</source>
-        <translation>DX est en marche,</translation>
+        <translation>DX sous tension,</translation>
     </message>
     <message>
         <source>DX is awake,</source>
@@ -384,7 +384,7 @@
     </message>
     <message>
         <source>DX in standby,</source>
-        <translation>DX en attente,</translation>
+        <translation>DX en veille,</translation>
     </message>
     <message>
         <source>DX runs,</source>
@@ -636,11 +636,11 @@ Erreur spécifique au fabricant</translation>
     </message>
     <message>
         <source>Powerline on </source>
-        <translation>Ligne de puissance en marche </translation>
+        <translation>Ligne de puissance sous tension </translation>
     </message>
     <message>
         <source>Powerline off </source>
-        <translation>Ligne de puissance coupée </translation>
+        <translation>Ligne de puissance hors tension </translation>
     </message>
     <message>
         <source>EMS is not sleeping, ready to work </source>
@@ -856,7 +856,7 @@ Erreur spécifique au fabricant</translation>
     </message>
     <message>
         <source>Check for Component update</source>
-        <translation>Mise à jour du composant</translation>
+        <translation>Rechercher une mise à jour du composant</translation>
     </message>
     <message>
         <source>Draxel Controller/Charger</source>
@@ -904,7 +904,7 @@ Erreur spécifique au fabricant</translation>
     </message>
     <message>
         <source>Load unit</source>
-        <translation>Unité consommatrice</translation>
+        <translation>Consommateur</translation>
     </message>
     <message>
         <source>manufacturer-specific device</source>

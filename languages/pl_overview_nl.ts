@@ -454,7 +454,7 @@ Communicatiefout</translation>
         <source>
 Device profile specific</source>
         <translation>
-Apparaatprofielspecifiek</translation>
+Apparaatprofielspecifieke fout</translation>
     </message>
     <message>
         <source>
@@ -560,11 +560,11 @@ Fabrikantspecifieke fout</translation>
     </message>
     <message>
         <source>Enter connected</source>
-        <translation>Verbinding maken</translation>
+        <translation>Naar de toestand Verbonden gaan</translation>
     </message>
     <message>
         <source>Enter disconnected</source>
-        <translation>Verbinding verbreken</translation>
+        <translation>Naar de toestand Niet verbonden gaan</translation>
     </message>
     <message>
         <source>Enter masterless operating</source>
@@ -900,11 +900,11 @@ Fabrikantspecifieke fout</translation>
     </message>
     <message>
         <source>Generator unit</source>
-        <translation>Generatoreenheid</translation>
+        <translation>Generator</translation>
     </message>
     <message>
         <source>Load unit</source>
-        <translation>Verbruikerseenheid</translation>
+        <translation>Verbruiker</translation>
     </message>
     <message>
         <source>manufacturer-specific device</source>

@@ -259,9 +259,13 @@ void tst_Languages::contexts_data()
                                          QStringLiteral("PatienceDialog"),
                                          QStringLiteral("PluginLibrary"),
                                          QStringLiteral("PluginSession"),
+                                         QStringLiteral("ReportFiles"),
+                                         QStringLiteral("ShownVehicle"),
                                          QStringLiteral("SimulatedBus"),
                                          QStringLiteral("Simulator::SimulatedCanDevice"),
-                                         QStringLiteral("StatusLine")};
+                                         QStringLiteral("StatusLine"),
+                                         QStringLiteral("SystemErrorText"),
+                                         QStringLiteral("VehicleFiles")};
 }
 
 void tst_Languages::contexts()
@@ -367,8 +371,9 @@ void tst_Languages::mnemonicsAreDistinct_data()
     row("window",
         {"HostMenus/&File", "HostMenus/B&us", "HostMenus/&View", "HostMenus/&Language", "HostMenus/&Help",
          "ConnectionBar/&Back end:", "ConnectionBar/&Interface:", "ConnectionBar/Bit &rate:"});
-    row("file menu", {"HostMenus/&Open saved file...", "HostMenus/&Export...",
-                      "HostMenus/Save &PDF report...", "HostMenus/&Quit"});
+    row("file menu", {"HostMenus/&Open saved file...", "HostMenus/Open re&cent file", "HostMenus/&Export...",
+                      "HostMenus/Save &PDF report", "HostMenus/&Quit"});
+    row("question before values go", {"VehicleFiles/&Save...", "VehicleFiles/&Do not save"});
     row("bus menu",
         {"HostMenus/&Connect", "HostMenus/&Disconnect", "HostMenus/Re&fresh interfaces",
          "HostMenus/&Read all data", "HostMenus/Ca&ncel read", "HostMenus/&Patience with slow nodes..."});

@@ -169,7 +169,7 @@ void tst_LanguageSwitch::openWindowSwitches_data()
                                    {"Vue d’ensemble", "Draxel Network Components", "ID de nœud", "État NMT",
                                     "État FSA DX", "Paramètres de l’appareil (fixes)", "Valeurs actuelles",
                                     "Propriété", "Valeur", "Lire toutes les données", "Exporter ", "Importer",
-                                    "Enregistrer le rapport PDF", "Mise à jour du composant",
+                                    "Enregistrer le rapport PDF", "Rechercher une mise à jour du composant",
                                     "Rechercher les appareils et lire toutes les données des composants"})
                             << utf8List({"Type d’appareil", "Historique des erreurs", "Registre d’erreurs",
                                          "Versions des spécifications implémentées", "État de l’antivol"});
@@ -246,7 +246,7 @@ void tst_LanguageSwitch::gluedTexts_data()
     row("de", "Allgemeiner Fehler\nStromfehler", "Stromeingang aktiv Stromausgang aktiv ",
         "5,DX ist ein,DX in Bereitschaft,", "36.50 V");
     row("fr", "Erreur générale\nErreur de courant", "Entrée de courant active Sortie de courant active ",
-        "5,DX est en marche,DX en attente,", "36.50 V");
+        "5,DX sous tension,DX en veille,", "36.50 V");
     row("nl", "Algemene fout\nStroomfout", "Stroomingang actief Stroomuitgang actief ",
         "5,DX is aan,DX stand-by,", "36.50 V");
     row("zh_CN", "一般错误\n电流错误", "电流输入有效 电流输出有效 ", "5,DX 已开启,DX 待机,", "36.50 V");
