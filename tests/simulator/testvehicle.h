@@ -6,6 +6,12 @@
 #include <QByteArrayList>
 #include <QCanBusFrame>
 
+// Requests to the node of TestVehicle, and its answers.
+constexpr char readErrorRegister[] = "4001100000000000";
+const QByteArray errorRegister = "585 4f01100081000000";
+constexpr char readName[] = "4008100000000000"; // "Pedelec battery", in segments
+const QByteArray nameAnswer = "585 410810000f000000";
+
 /*! A vehicle of one node, 5, with a clock that stands still until it is turned on; its frames are kept as
  *  text.
  */

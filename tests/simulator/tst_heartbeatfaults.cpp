@@ -26,15 +26,6 @@ private slots:
     void restartsAtChanceMoments();
 };
 
-namespace {
-
-const char readErrorRegister[] = "4001100000000000";
-const QByteArray errorRegister = "585 4f01100081000000";
-const char readName[] = "4008100000000000";
-const QByteArray nameAnswer = "585 410810000f000000";
-
-} // namespace
-
 void tst_HeartbeatFaults::silent()
 {
     TestVehicle test({Faults::Silent()});

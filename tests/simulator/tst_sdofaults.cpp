@@ -45,11 +45,6 @@ private slots:
 
 namespace {
 
-const char readErrorRegister[] = "4001100000000000";
-const QByteArray errorRegister = "585 4f01100081000000";
-const char readName[] = "4008100000000000";
-const QByteArray nameAnswer = "585 410810000f000000";
-
 const char readNameAsBlock[] = "a40810007f000000";
 const char startBlock[] = "a300000000000000";
 const QByteArrayList nameBlock = {"585 01506564656c6563", "585 0220626174746572", "585 8379000000000000"};

@@ -28,15 +28,6 @@ private slots:
     void refusedFaults();
 };
 
-namespace {
-
-const char readErrorRegister[] = "4001100000000000";
-const QByteArray errorRegister = "585 4f01100081000000";
-const char readName[] = "4008100000000000";
-const QByteArray nameAnswer = "585 410810000f000000";
-
-} // namespace
-
 void tst_TrafficFaults::babbleSdo()
 {
     Faults::BabbleSdo babble;
