@@ -1,51 +1,88 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Installs what is missing, builds and runs every test without a display. Ends in ctest's summary.
+# Installs what is missing, builds and runs every test without a display. Ends in the times of its steps and ctest's
+# summary.
 #
-#   ./test.sh                the tests
-#   ./test.sh --all          and the same under AddressSanitizer and UndefinedBehaviorSanitizer, the benchmarks once, the
-#                            Debian package in a clean root, and SocketCAN under a kernel of its own
-#   ./test.sh -R reader      further arguments go to ctest
+#   ./test.sh                 the tests
+#   ./test.sh --all           and what changed is checked for style; the tests under AddressSanitizer and
+#                             UndefinedBehaviorSanitizer; the fuzz targets and the benchmarks briefly; the Debian package
+#                             in a clean root; SocketCAN under a kernel of its own
+#   ./test.sh --fuzz SECONDS  the fuzz targets, each for as long
+#   ./test.sh -R reader       further arguments go to ctest
 set -eu
 cd "$(dirname "$0")"
 
-all=
-if [ "${1-}" = --all ]; then
-    all=yes
-    shift
-fi
+readonly short_fuzz=10 # s for each target in --all
 
-# Buses have real time-outs, which a machine that is busy with something else can miss: a test that fails is run once
-# more, and ctest says that it was.
+what=tests
+case ${1-} in
+    --all)
+        what=all
+        shift
+        ;;
+    --fuzz)
+        what=fuzz
+        seconds=${2-}
+        [[ $seconds =~ ^[1-9][0-9]*$ ]] || { echo "usage: ./test.sh --fuzz SECONDS" >&2; exit 1; }
+        shift 2
+        ;;
+esac
+
+# Steps, and how long they took.
+times=()
+step() { # WHAT COMMAND...
+    local begin=$SECONDS
+    echo "== $1" >&2
+    "${@:2}"
+    times+=("$(printf '%5d s  %s' $((SECONDS - begin)) "$1")")
+}
+show_times() {
+    echo "== Times" >&2
+    printf '%s\n' "${times[@]}" "$(printf '%5d s  in all' "$SECONDS")" >&2
+}
+
 run_tests() { # FOLDER [CTEST ARGUMENTS]
     local folder=$1
     shift
-    ctest --test-dir "$folder" --output-on-failure --no-tests=error --repeat until-pass:2 -j "$(nproc)" "$@"
+    ctest --test-dir "$folder" --output-on-failure --no-tests=error -j "$(nproc)" "$@"
+}
+build_sanitized() {
+    OVERVIEW_BUILD_DIR=build-sanitized OVERVIEW_BUILD_TYPE=Debug \
+        OVERVIEW_CMAKE_OPTIONS="-DOVERVIEW_SANITIZE=address,undefined" scripts/build all
+}
+test_sanitized() {
+    ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 run_tests build-sanitized "$@"
+}
+build_release() {
+    OVERVIEW_CMAKE_OPTIONS="-DOVERVIEW_BUILD_BENCH=ON" scripts/build all
+}
+fuzz() { # SECONDS
+    tests/fuzz/run-fuzz "$1"
 }
 
-if [ -z "$all" ]; then
-    scripts/install-packages test
-    scripts/build all
-    run_tests build "$@"
-    exit
-fi
-
-scripts/install-packages all
-
-echo "== With AddressSanitizer and UndefinedBehaviorSanitizer =="
-OVERVIEW_BUILD_DIR=build-sanitized OVERVIEW_BUILD_TYPE=Debug \
-    OVERVIEW_CMAKE_OPTIONS="-DOVERVIEW_SANITIZE=address,undefined" scripts/build all
-ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 run_tests build-sanitized "$@"
-
-echo "== Benchmarks, once each, to see that they run =="
-OVERVIEW_CMAKE_OPTIONS="-DOVERVIEW_BUILD_BENCH=ON" scripts/build all
-bench/run --smoke
-
-echo "== The Debian package in a clean root =="
-tests/packaging/test-clean-root build
-
-echo "== SocketCAN under a kernel of its own =="
-tests/socketcan/test-socketcan build
-
-echo "== Release =="
-run_tests build "$@"
+case $what in
+    fuzz)
+        step "Packages" scripts/install-packages all
+        step "Fuzz targets, $seconds s each" fuzz "$seconds"
+        show_times
+        ;;
+    tests)
+        step "Packages" scripts/install-packages test
+        step "Build" scripts/build --configure all
+        step "Tests" run_tests build "$@"
+        show_times
+        ;;
+    all)
+        step "Packages" scripts/install-packages all
+        step "Build" build_release
+        step "Style of what changed" scripts/check-style
+        step "Build with AddressSanitizer and UndefinedBehaviorSanitizer" build_sanitized
+        step "Tests with the sanitizers" test_sanitized "$@"
+        [ ! -x tests/fuzz/run-fuzz ] || step "Fuzz targets, $short_fuzz s each" fuzz "$short_fuzz"
+        step "Benchmarks, once each, to see that they run" bench/run --smoke
+        step "The Debian package in a clean root" tests/packaging/test-clean-root build
+        step "SocketCAN under a kernel of its own" tests/socketcan/test-socketcan build
+        step "Tests" run_tests build "$@"
+        show_times
+        ;;
+esac

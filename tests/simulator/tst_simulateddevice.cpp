@@ -83,7 +83,7 @@ QByteArray tst_SimulatedDevice::ask(QCanBusDevice &device, quint32 id, const cha
         }
     });
     device.writeFrame(QCanBusFrame(id, QByteArray::fromHex(hex)));
-    (void) QTest::qWaitFor([&answer] { return !answer.isEmpty(); }); // the caller compares the answer
+    (void)QTest::qWaitFor([&answer] { return !answer.isEmpty(); }); // the caller compares the answer
     disconnect(connection);
     return answer;
 }
