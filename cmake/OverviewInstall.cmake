@@ -37,6 +37,30 @@ foreach(program IN ITEMS draxel draxelctl)
     install(FILES "${made_dir}/bin/${program}" DESTINATION bin)
 endforeach()
 
+# --- Completion in bash, zsh and fish: they ask a script beside the programs, so that what they offer is what the
+# programs' own help shows. bash and fish look for a file named like the command; zsh looks into one of two folders,
+# depending on the prefix.
+
+set(completion_dir "${packaging_dir}/completion")
+configure_file("${completion_dir}/complete" "${OVERVIEW_BIN_DIR}/complete" COPYONLY)
+install(FILES "${completion_dir}/complete"
+    DESTINATION lib/draxel PERMISSIONS ${program_permissions})
+install(FILES "${completion_dir}/draxelctl.bash"
+    DESTINATION share/bash-completion/completions PERMISSIONS ${file_permissions} RENAME draxelctl)
+install(FILES "${completion_dir}/draxelctl.fish"
+    DESTINATION share/fish/vendor_completions.d PERMISSIONS ${file_permissions})
+install(FILES "${completion_dir}/_draxelctl"
+    DESTINATION share/zsh/site-functions PERMISSIONS ${file_permissions})
+# overview_install_link(<target> <folder> <name>)
+function(overview_install_link target folder name)
+    file(MAKE_DIRECTORY "${made_dir}/links/${folder}")
+    file(CREATE_LINK "${target}" "${made_dir}/links/${folder}/${name}" SYMBOLIC)
+    install(FILES "${made_dir}/links/${folder}/${name}" DESTINATION "${folder}")
+endfunction()
+overview_install_link(draxelctl share/bash-completion/completions draxel)
+overview_install_link(draxelctl.fish share/fish/vendor_completions.d draxel.fish)
+overview_install_link(../site-functions/_draxelctl share/zsh/vendor-completions _draxelctl)
+
 # --- Desktop: menu entry, icons, description for software centres, type of the exchange file
 
 set(application_id org.draxel.draxel)
