@@ -1,0 +1,2 @@
+// SPDX-License-Identifier: MIT
+// Nothing: only the headers that are compiled with it are of use.
