@@ -34,10 +34,11 @@ target_include_directories(overview_flags INTERFACE "${PROJECT_SOURCE_DIR}/src" 
 # an optimising compiler.
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
+set(optimised "$<CONFIG:Release>,$<CONFIG:RelWithDebInfo>,$<CONFIG:MinSizeRel>")
 if(OVERVIEW_HARDENING AND NOT OVERVIEW_SANITIZE)
     target_compile_options(overview_flags INTERFACE
         -fstack-protector-strong -Wformat -Werror=format-security
-        $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+        "$<$<OR:${optimised}>:-U_FORTIFY_SOURCE>" "$<$<OR:${optimised}>:-D_FORTIFY_SOURCE=2>")
     target_link_options(overview_flags INTERFACE -Wl,-z,relro -Wl,-z,now)
 endif()
 

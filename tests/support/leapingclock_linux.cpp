@@ -4,8 +4,9 @@
 // the waiting. So a test with time-outs gives the same result on a machine of any speed and load, and takes no longer
 // than its own work; what must not happen within a second does not happen, however busy the machine is.
 //
-// For programs whose whole world is the main thread. One that waits for another process, for a thread or for a server
-// would leap past the other's answer; it lives in real time: REAL_TIME in overview_add_test().
+// For programs whose whole world is the main thread. One that waits for a thread, as an HTTP request of Qt does, or for a
+// server would leap past the other's answer; it lives in real time: REAL_TIME in overview_add_test(). While the program
+// has a child process, its waiting is real.
 //
 // Other threads see the real time, so the watchdog of Qt Test still ends a test that hangs. The date is the real one.
 #include <algorithm>
@@ -19,6 +20,7 @@
 #include <sys/eventfd.h>
 #include <sys/syscall.h>
 #include <sys/timerfd.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -100,6 +102,29 @@ int pollReally(pollfd *files, nfds_t count, const timespec *patience, const sigs
         syscall(SYS_ppoll, files, count, patience != nullptr ? &rest : nullptr, signals, signalSetBytes));
 }
 
+Time realTime()
+{
+    timespec time{};
+    syscall(SYS_clock_gettime, CLOCK_MONOTONIC, &time);
+    return timeFrom(time);
+}
+
+bool hasChildren()
+{
+    siginfo_t info{};
+    return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) == 0;
+}
+
+/*! Polls until \a next in real time; for ever when that is empty. */
+int pollUntil(std::optional<Time> next, pollfd *files, nfds_t count, const sigset_t *signals)
+{
+    const Time begin = realTime();
+    const timespec patience = timespecFrom(next.value_or(now) - now);
+    const int ready = pollReally(files, count, next ? &patience : nullptr, signals);
+    now += realTime() - begin;
+    return ready;
+}
+
 } // namespace
 
 #define REPLACES_C_LIBRARY extern "C" __attribute__((visibility("default")))
@@ -118,7 +143,7 @@ REPLACES_C_LIBRARY int nanosleep(const timespec *duration, timespec *rest)
     if (!isMainThread())
         return static_cast<int>(syscall(SYS_nanosleep, duration, rest));
     now += timeFrom(*duration);
-    return 0;
+    return hasChildren() ? static_cast<int>(syscall(SYS_nanosleep, duration, rest)) : 0;
 }
 
 REPLACES_C_LIBRARY int ppoll(pollfd *files, nfds_t count, const timespec *patience, const sigset_t *signals)
@@ -133,12 +158,13 @@ REPLACES_C_LIBRARY int ppoll(pollfd *files, nfds_t count, const timespec *patien
     for (;;) {
         ringAlarms();
         const int ready = pollReally(files, count, &atOnce, signals);
-        if (ready != 0 || end == now)
+        if (ready != 0 || (end && *end <= now))
             return ready;
         const std::optional<Time> next = nextEvent(end);
-        if (!next)
-            return pollReally(files, count, nullptr, signals);
-        now = std::max(now, *next);
+        if (next && !hasChildren())
+            now = std::max(now, *next);
+        else if (const int changed = pollUntil(next, files, count, signals))
+            return changed;
     }
 }
 

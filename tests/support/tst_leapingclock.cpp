@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QSocketNotifier>
 #include <QThread>
 #include <QTimer>
@@ -32,6 +33,7 @@ private slots:
     void alarmThatWasStopped();
     void alarmThatIsClosed();
     void otherThreadsSeeTheRealTime();
+    void childrenAreWaitedFor();
 };
 
 void tst_LeapingClock::timersFireInOrder()
@@ -210,6 +212,25 @@ void tst_LeapingClock::otherThreadsSeeTheRealTime()
     QVERIFY(thread->wait());
     QVERIFY(passed >= 20);
     QVERIFY(before.msecsTo(QDateTime::currentDateTime()) >= 19);
+}
+
+// In a leap it would be killed long before it has done anything.
+void tst_LeapingClock::childrenAreWaitedFor()
+{
+    QProcess child;
+    child.start(QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral("sleep 0.1; echo done")});
+    QVERIFY(child.waitForFinished());
+    QCOMPARE(child.readAll(), QByteArray("done\n"));
+
+    child.start(QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral("sleep 0.1; echo done")});
+    QTRY_COMPARE_WITH_TIMEOUT(child.state(), QProcess::NotRunning, 30000);
+    QCOMPARE(child.readAll(), QByteArray("done\n"));
+
+    // It has ended, so time leaps again.
+    QElapsedTimer clock;
+    clock.start();
+    QTest::qWait(3600000);
+    QVERIFY(clock.elapsed() >= 3600000);
 }
 
 QTEST_GUILESS_MAIN(tst_LeapingClock)
