@@ -34,7 +34,7 @@ QCanBusDevice *createDevice(const QString &plugin, const QString &interfaceName,
 BusConnection::BusConnection(QObject *parent)
     : QObject(parent)
     , m_factory(createDevice)
-    , m_sdoClient([this](const QCanBusFrame &frame) { send(frame); })
+    , m_sdoClient([this](const QCanBusFrame &frame) { return send(frame); })
 {
     m_retryTimer.setInterval(retryInterval);
     connect(&m_retryTimer, &QTimer::timeout, this, &BusConnection::tryAgain);
@@ -118,10 +118,9 @@ const QCanBusDevice *BusConnection::device() const
     return m_port != nullptr ? m_port->device() : nullptr;
 }
 
-void BusConnection::send(const QCanBusFrame &frame)
+CanOpen::Sending BusConnection::send(const QCanBusFrame &frame)
 {
-    if (m_port != nullptr)
-        m_port->send(frame);
+    return m_port != nullptr ? m_port->send(frame) : CanOpen::Sending::Dropped;
 }
 
 BusConnection::Attempt BusConnection::open(QString *errorMessage)
@@ -219,6 +218,8 @@ void BusConnection::adoptPort(std::unique_ptr<CanOpen::CanPort> port)
     m_port = std::move(port);
     connect(m_port.get(), &CanOpen::CanPort::frameReceived, this, &BusConnection::handleFrame);
     connect(m_port.get(), &CanOpen::CanPort::lost, this, &BusConnection::handleLoss);
+    connect(m_port.get(), &CanOpen::CanPort::written, &m_sdoClient, &CanOpen::SdoClient::handleWritten);
+    connect(m_port.get(), &CanOpen::CanPort::dropped, &m_sdoClient, &CanOpen::SdoClient::handleDropped);
 }
 
 void BusConnection::releasePort()
@@ -228,6 +229,8 @@ void BusConnection::releasePort()
 
     addPortCounters(&m_counters);
     m_port->disconnect(this);
+    m_port->disconnect(&m_sdoClient);
+    m_sdoClient.forgetWaitingFrames();
     m_port->close();
     // Later, as this may be called while the port delivers a frame; as a child for the end of the program.
     m_port->setParent(this);

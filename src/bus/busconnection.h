@@ -94,7 +94,7 @@ public:
     const QCanBusDevice *device() const;
 
     /*! Sends \a frame; dropped while the bus is not connected. */
-    void send(const QCanBusFrame &frame);
+    CanOpen::Sending send(const QCanBusFrame &frame);
 
 signals:
     void stateChanged(BusConnection::State state);

@@ -97,20 +97,32 @@ void CanPort::close()
     disconnectDevice();
 }
 
-void CanPort::send(const QCanBusFrame &frame)
+Sending CanPort::send(const QCanBusFrame &frame)
 {
     if (m_state != State::Open || !frame.isValid())
-        return;
+        return Sending::Dropped;
     const bool tryAtOnce = m_waiting.empty() && canWrite();
-    if (tryAtOnce && write(frame))
-        return;
+    if (tryAtOnce && write(frame, false)) {
+        if (m_inDevice.empty())
+            return m_state == State::Open ? Sending::Written : Sending::Dropped;
+        m_inDevice.back().isAwaited = true;
+        return Sending::Waiting;
+    }
     if (m_waiting.size() >= maximumQueueLength)
-        m_waiting.pop_front();
+        dropOldest();
     m_waiting.push_back({frame, m_clock.elapsed()});
     if (tryAtOnce)
         handleFailedWrite();
     if (m_state == State::Open && !m_stallTimer.isActive())
         m_stallTimer.start();
+    return m_state == State::Open ? Sending::Waiting : Sending::Dropped;
+}
+
+void CanPort::dropOldest()
+{
+    const QCanBusFrame frame = m_waiting.front().frame;
+    m_waiting.pop_front();
+    emit dropped(frame);
 }
 
 bool CanPort::connectDevice(QString *errorMessage)
@@ -177,7 +189,7 @@ void CanPort::takeError(QCanBusDevice::CanBusError error)
     const bool frameIsLost = m_device->framesToWrite() < static_cast<qint64>(m_inDevice.size());
     if (!frameIsLost)
         return;
-    m_waiting.push_front({m_inDevice.front(), m_clock.elapsed()});
+    m_waiting.push_front({m_inDevice.front().frame, m_clock.elapsed()});
     m_inDevice.pop_front();
     handleFailedWrite();
 }
@@ -246,7 +258,7 @@ bool CanPort::canWrite() const
 }
 
 // False when the device refused the frame.
-bool CanPort::write(const QCanBusFrame &frame)
+bool CanPort::write(const QCanBusFrame &frame, bool isAwaited)
 {
     m_writing = true;
     const bool accepted = m_device->writeFrame(frame);
@@ -254,7 +266,7 @@ bool CanPort::write(const QCanBusFrame &frame)
     if (m_state != State::Open)
         return true; // nothing is sent any more
     if (accepted) {
-        m_inDevice.push_back(frame);
+        m_inDevice.push_back({frame, isAwaited});
         settleWritten();
     }
     return accepted;
@@ -265,7 +277,7 @@ void CanPort::writeWaiting()
     while (m_state == State::Open && !m_waiting.empty() && canWrite()) {
         WaitingFrame next = std::move(m_waiting.front());
         m_waiting.pop_front();
-        if (!write(next.frame)) {
+        if (!write(next.frame, true)) {
             m_waiting.push_front(std::move(next));
             handleFailedWrite();
         }
@@ -282,10 +294,14 @@ void CanPort::settleWritten()
     if (m_inDevice.size() <= inDevice)
         return;
     m_framesSent += m_inDevice.size() - inDevice;
-    while (m_inDevice.size() > inDevice)
-        m_inDevice.pop_front();
     m_failingSince = -1;
     m_retryDelay = 0;
+    while (m_inDevice.size() > inDevice) {
+        const FrameInDevice first = m_inDevice.front();
+        m_inDevice.pop_front();
+        if (first.isAwaited)
+            emit written(first.frame);
+    }
 }
 
 void CanPort::handleFailedWrite()
@@ -301,7 +317,7 @@ void CanPort::handleFailedWrite()
     }
     // The device may refuse only this one frame.
     if (failingFor >= frameTimeLimit && m_waiting.size() > 1)
-        m_waiting.pop_front();
+        dropOldest();
 
     ++m_writeRetries;
     m_retryDelay = std::clamp(2 * m_retryDelay, firstRetryDelay, longestRetryDelay);
@@ -317,7 +333,7 @@ void CanPort::handleStall()
     if (m_inDevice.size() >= maximumFramesInDevice) {
         const qint64 oldest = m_clock.elapsed() - frameTimeLimit;
         while (!m_waiting.empty() && m_waiting.front().since < oldest)
-            m_waiting.pop_front();
+            dropOldest();
     }
     writeWaiting();
     if (m_state == State::Open && !m_waiting.empty())

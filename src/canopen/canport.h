@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "sending.h"
+
 #include <QCanBusDevice>
 #include <QCanBusFrame>
 #include <QElapsedTimer>
@@ -27,8 +29,8 @@ void clearDefaultBitRate(QCanBusDevice &device);
  *  a frame whose write failed is sent again until its time is over, so that a full driver queue or a
  *  failing write loses nothing. Received frames are delivered one by one, a bounded number in each turn of
  *  the event loop. A device that leaves the connected state, or that refuses every write for longer than
- *  the write limit, is reported as lost once; the port then sends nothing more. Slots of all signals may
- *  close and delete the port.
+ *  the write limit, is reported as lost once; the port then sends nothing more. Slots of frameReceived() and
+ *  lost() may close and delete the port.
  */
 class CanPort : public QObject
 {
@@ -61,8 +63,10 @@ public:
     bool isOpen() const { return m_state == State::Open; }
     QCanBusDevice *device() const { return m_device.get(); }
 
-    /*! Queues \a frame. Frames that are sent while the port is not open, and invalid ones, are dropped. */
-    void send(const QCanBusFrame &frame);
+    /*! Queues \a frame. Frames that are sent while the port is not open, and invalid ones, are dropped. Of a
+     *  frame that waits, written() or dropped() tells the end, unless the port is closed or lost before.
+     */
+    Sending send(const QCanBusFrame &frame);
 
     quint64 framesReceived() const { return m_framesReceived; } // error frames included
     quint64 framesSent() const { return m_framesSent; }
@@ -71,6 +75,10 @@ public:
 
 signals:
     void frameReceived(const QCanBusFrame &frame);
+    /*! A frame that had to wait was written. Slots must not close the port. */
+    void written(const QCanBusFrame &frame);
+    /*! A frame that had to wait will not be sent; likewise. */
+    void dropped(const QCanBusFrame &frame);
     /*! The bus has gone; \a reason is a sentence for the user. Emitted once, from the event loop. */
     void lost(const QString &reason);
 
@@ -80,6 +88,11 @@ private:
     {
         QCanBusFrame frame;
         qint64 since; // ms of m_clock
+    };
+    struct FrameInDevice
+    {
+        QCanBusFrame frame;
+        bool isAwaited; // written() is to be emitted
     };
     class DeviceSignal;
 
@@ -93,7 +106,8 @@ private:
     void deliverFrames();
     bool readNext(QCanBusFrame *frame);
     bool canWrite() const;
-    bool write(const QCanBusFrame &frame);
+    bool write(const QCanBusFrame &frame, bool isAwaited);
+    void dropOldest();
     void writeWaiting();
     void settleWritten();
     void handleFailedWrite();
@@ -107,9 +121,9 @@ private:
 
     // Sending
     std::deque<WaitingFrame> m_waiting;
-    std::deque<QCanBusFrame> m_inDevice; // accepted, not yet reported as written
-    QTimer m_retryTimer;                 // until the next try after a failed write
-    QTimer m_stallTimer;                 // looks after a device that reports nothing
+    std::deque<FrameInDevice> m_inDevice; // accepted, not yet reported as written
+    QTimer m_retryTimer;                  // until the next try after a failed write
+    QTimer m_stallTimer;                  // looks after a device that reports nothing
     QElapsedTimer m_clock;
     qint64 m_failingSince = -1; // ms of m_clock; -1 while writes succeed
     int m_retryDelay = 0;       // ms

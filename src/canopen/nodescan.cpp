@@ -16,6 +16,16 @@ bool isSignOfLife(SdoOutcome::Kind kind)
     return kind != SdoOutcome::Kind::Timeout && kind != SdoOutcome::Kind::Cancelled;
 }
 
+QVector<quint8> nodesOf(const std::bitset<lastNodeId + 1> &set)
+{
+    QVector<quint8> nodeIds;
+    for (quint8 nodeId = firstNodeId; nodeId <= lastNodeId; ++nodeId) {
+        if (set.test(nodeId))
+            nodeIds.append(nodeId);
+    }
+    return nodeIds;
+}
+
 } // namespace
 
 NodeScan::NodeScan(SdoClient *client, QObject *parent)
@@ -30,6 +40,7 @@ void NodeScan::start()
     if (isRunning())
         return;
     m_found.reset();
+    m_silent.reset();
     m_next = firstNodeId;
     for (int count = 0; count < maximumSideBySide; ++count)
         askNext();
@@ -46,12 +57,12 @@ void NodeScan::askNext()
 
 QVector<quint8> NodeScan::foundNodes() const
 {
-    QVector<quint8> nodeIds;
-    for (quint8 nodeId = firstNodeId; nodeId <= lastNodeId; ++nodeId) {
-        if (m_found.test(nodeId))
-            nodeIds.append(nodeId);
-    }
-    return nodeIds;
+    return nodesOf(m_found);
+}
+
+QVector<quint8> NodeScan::unaskedNodes() const
+{
+    return nodesOf(~(m_found | m_silent));
 }
 
 void NodeScan::takeOutcome(const SdoOutcome &outcome)
@@ -62,6 +73,7 @@ void NodeScan::takeOutcome(const SdoOutcome &outcome)
     --m_waiting;
     if (outcome.kind == SdoOutcome::Kind::Cancelled)
         m_next = lastNodeId + 1;
+    m_silent.set(outcome.nodeId, outcome.kind == SdoOutcome::Kind::Timeout && !outcome.isUnasked);
     askNext();
     const QPointer<NodeScan> self(this);
     if (isSignOfLife(outcome.kind)) {

@@ -38,9 +38,14 @@ public:
     /*! The nodes that were found so far, in ascending order. */
     QVector<quint8> foundNodes() const;
 
+    /*! The nodes of which nothing is known, in ascending order: no request to them could be written, or the scan
+     *  was ended before they could answer. Not to be taken for absent.
+     */
+    QVector<quint8> unaskedNodes() const;
+
 signals:
     void found(quint8 nodeId);
-    /*! Every node has answered or kept silent, or the client's uploads were cancelled. */
+    /*! Every node has answered or kept silent or could not be asked, or the client's uploads were cancelled. */
     void finished(const QVector<quint8> &nodeIds);
 
 private:
@@ -52,6 +57,7 @@ private:
     std::array<SdoTicket, lastNodeId + 1> m_tickets{}; // by node ID; of nodes asked and without outcome
     int m_waiting = 0;                                 // how many of these
     std::bitset<lastNodeId + 1> m_found;
+    std::bitset<lastNodeId + 1> m_silent; // asked in time, and without an answer
 };
 
 } // namespace CanOpen

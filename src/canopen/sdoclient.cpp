@@ -53,6 +53,7 @@ struct SdoClient::Node
         ObjectKey key;
         DataType type;
         milliseconds timeout;
+        SdoProtocol protocol;
     };
 
     quint8 id = 0;
@@ -67,6 +68,11 @@ struct SdoClient::Node
     qint64 end = 0;        // of the whole upload
     qint64 answerTime = 0; // that the last first answer took
     bool answerTimed = false;
+    qint64 wait = 0;         // the present one, as the upload has asked for it
+    int unwritten = 0;       // frames that the sender has and that are not on the bus
+    bool isAsked = false;    // a frame of the upload was written
+    int heldUp = 0;          // uploads in a row that another client made fail
+    qint64 foreignSeen = -1; // when that was said last; -1: never
 };
 
 SdoClient::SdoClient(Sender sender, QObject *parent)
@@ -94,7 +100,8 @@ void SdoClient::setPatience(quint8 nodeId, const SdoPatience &patience)
         nodeFor(nodeId).patience = withinRange(patience);
 }
 
-SdoTicket SdoClient::upload(quint8 nodeId, ObjectKey key, DataType type, milliseconds timeout)
+SdoTicket SdoClient::upload(quint8 nodeId, ObjectKey key, DataType type, milliseconds timeout,
+                            SdoProtocol protocol)
 {
     ++m_pending;
     const SdoTicket ticket = ++m_lastTicket;
@@ -105,14 +112,42 @@ SdoTicket SdoClient::upload(quint8 nodeId, ObjectKey key, DataType type, millise
         outcome.nodeId = nodeId;
         outcome.key = key;
         outcome.code = static_cast<quint32>(SdoAbort::GeneralError);
+        outcome.isUnasked = true;
         deliverLater(outcome);
         return ticket;
     }
     Node &node = nodeFor(nodeId);
-    node.queue.enqueue({ticket, key, type, timeout});
+    node.queue.enqueue({ticket, key, type, timeout, protocol});
     if (!node.upload.isActive())
         startNext(node);
     return ticket;
+}
+
+bool SdoClient::cancel(SdoTicket ticket)
+{
+    for (const std::unique_ptr<Node> &node : m_nodes) {
+        if (!node)
+            continue;
+        if (node->upload.isActive() && node->ticket == ticket) {
+            node->upload.setTime(now());
+            take(*node, node->upload.cancel());
+            return true;
+        }
+        const auto hasTicket = [ticket](const Node::Request &request) { return request.ticket == ticket; };
+        const auto queued = std::find_if(node->queue.begin(), node->queue.end(), hasTicket);
+        if (queued == node->queue.end())
+            continue;
+        SdoOutcome outcome;
+        outcome.ticket = ticket;
+        outcome.kind = SdoOutcome::Kind::Cancelled;
+        outcome.nodeId = node->id;
+        outcome.key = queued->key;
+        outcome.isUnasked = true;
+        node->queue.erase(queued);
+        deliver(outcome);
+        return true;
+    }
+    return false;
 }
 
 void SdoClient::cancelAll()
@@ -127,11 +162,13 @@ void SdoClient::cancelAll()
         if (node->upload.isActive()) {
             outcome.ticket = node->ticket;
             outcome.key = node->upload.outcome().key;
-            outcome.repeats = node->upload.attempt();
+            outcome.repeats = node->upload.outcome().repeats;
+            outcome.isUnasked = !node->isAsked;
             outcomes.append(outcome);
             node->upload.forget();
         }
         outcome.repeats = 0;
+        outcome.isUnasked = true;
         while (!node->queue.isEmpty()) {
             const Node::Request request = node->queue.dequeue();
             outcome.ticket = request.ticket;
@@ -215,15 +252,18 @@ void SdoClient::startNext(Node &node)
     const Node::Request request = node.queue.dequeue();
     node.ticket = request.ticket;
     const SdoPatience patience = node.patience.value_or(m_defaultPatience);
-    const qint64 longest = patience.longest.count();
+    const bool isHeldUp = node.heldUp >= maximumHeldUp;
+    const qint64 longest = std::min(patience.longest, isHeldUp ? heldUpTime : patience.longest).count();
     const qint64 needed = std::min(2 * node.answerTime, longest / slowNodeShare);
     node.firstWait = std::max({qint64(patience.timeout.count()), qint64(request.timeout.count()), needed});
     node.started = now();
     node.end = node.started + longest;
     node.answerTimed = false;
+    node.isAsked = false;
     node.upload.setTime(node.started);
     node.upload.setAnswerTime(node.answerTime);
-    perform(node, node.upload.start(request.key, request.type, patience.repeats));
+    perform(node, node.upload.start(request.key, request.type, patience.repeats, request.protocol));
+    noteForeignClient(node);
 }
 
 // As perform(), and delivers the outcome if there is one. Nothing may follow it: a slot may have deleted the
@@ -232,14 +272,19 @@ void SdoClient::take(Node &node, const SdoUpload::Step &step)
 {
     noteAnswerTime(node);
     perform(node, step);
+    if (step.finished || node.upload.isActive())
+        noteForeignClient(node);
     if (step.finished)
         deliver(takeOutcome(node));
 }
 
 void SdoClient::perform(Node &node, const SdoUpload::Step &step)
 {
-    for (int i = 0; i < step.frameCount; ++i)
-        send(node.id, step.frames[static_cast<std::size_t>(i)]);
+    for (int i = 0; i < step.frameCount; ++i) {
+        const Sending sending = send(node.id, step.frames[static_cast<std::size_t>(i)]);
+        node.isAsked = node.isAsked || sending == Sending::Written;
+        node.unwritten += sending == Sending::Waiting ? 1 : 0;
+    }
     if (step.waitRestarts)
         setDeadline(node, step.wait);
 }
@@ -250,8 +295,9 @@ SdoOutcome SdoClient::takeOutcome(Node &node)
     SdoOutcome outcome = node.upload.outcome();
     outcome.ticket = node.ticket;
     outcome.nodeId = node.id;
-    if (outcome.kind != SdoOutcome::Kind::Value)
-        outcome.value.clear();
+    outcome.isUnasked = !node.isAsked;
+    const bool isHeldUp = outcome.foreignClient && outcome.kind == SdoOutcome::Kind::Error;
+    node.heldUp = isHeldUp ? node.heldUp + 1 : 0;
     startNext(node);
     return outcome;
 }
@@ -280,11 +326,44 @@ void SdoClient::deliverPosted()
     }
 }
 
-void SdoClient::send(quint8 nodeId, const QByteArray &payload)
+Sending SdoClient::send(quint8 nodeId, const QByteArray &payload)
 {
     m_sending = true;
-    m_sender(QCanBusFrame(sdoRequestCobId(nodeId), payload));
+    const Sending sending = m_sender(QCanBusFrame(sdoRequestCobId(nodeId), payload));
     m_sending = false;
+    return sending;
+}
+
+void SdoClient::handleWritten(const QCanBusFrame &frame)
+{
+    settleWaiting(frame, true);
+}
+
+void SdoClient::handleDropped(const QCanBusFrame &frame)
+{
+    settleWaiting(frame, false);
+}
+
+void SdoClient::forgetWaitingFrames()
+{
+    for (const std::unique_ptr<Node> &node : m_nodes) {
+        if (node)
+            node->unwritten = 0;
+    }
+}
+
+// A sender keeps the order, so the frames of the upload under way are the last ones. After a frame that was dropped
+// comes the wait for its answer as well, and then the repeat.
+void SdoClient::settleWaiting(const QCanBusFrame &frame, bool isWritten)
+{
+    Node *node = m_nodes[nodeIdOf(frame.frameId(), sdoRequestBase)].get();
+    if (node == nullptr || node->unwritten == 0)
+        return;
+    --node->unwritten;
+    if (node->unwritten > 0 || !node->upload.isActive())
+        return;
+    node->isAsked = node->isAsked || isWritten;
+    setDeadline(*node, node->wait);
 }
 
 void SdoClient::takeHeldFrames()
@@ -306,8 +385,28 @@ void SdoClient::noteAnswerTime(Node &node)
     node.answerTime = now() - node.started;
 }
 
+void SdoClient::noteForeignClient(Node &node)
+{
+    if (!node.upload.outcome().foreignClient)
+        return;
+    const qint64 time = now();
+    if (node.foreignSeen >= 0 && time < node.foreignSeen + foreignClientPause.count())
+        return;
+    node.foreignSeen = time;
+    const quint8 nodeId = node.id;
+    QMetaObject::invokeMethod(
+        this, [this, nodeId] { emit foreignClientSeen(nodeId); }, Qt::QueuedConnection);
+}
+
+// While a frame waits to be written, only the bound of the whole upload counts.
 void SdoClient::setDeadline(Node &node, qint64 wait)
 {
+    node.wait = wait;
+    if (node.unwritten > 0) {
+        node.deadline = node.end;
+        armTimer(node.deadline);
+        return;
+    }
     if (wait == 0)
         wait = node.firstWait << std::min(node.upload.attempt(), mostDoublings);
     node.deadline = std::min(now() + wait, node.end);
@@ -323,6 +422,7 @@ void SdoClient::checkDeadlines()
         node->upload.setTime(time);
         const SdoUpload::Step step = time >= node->end ? node->upload.giveUp() : node->upload.timeOver();
         perform(*node, step);
+        noteForeignClient(*node);
         if (step.finished)
             m_posted.append(takeOutcome(*node));
     }

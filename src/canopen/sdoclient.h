@@ -6,6 +6,7 @@
 #include "objectkey.h"
 #include "sdooutcome.h"
 #include "sdoupload.h"
+#include "sending.h"
 
 #include <QBasicTimer>
 #include <QCanBusFrame>
@@ -27,7 +28,7 @@ struct SdoPatience
     std::chrono::milliseconds timeout{100};
     /*! How often the whole upload is asked again after a time-out. */
     int repeats = 2;
-    /*! Bound of one upload in all. */
+    /*! Bound of one upload in all, also when its frames cannot be written or another client keeps the node. */
     std::chrono::milliseconds longest{10000};
 };
 
@@ -37,6 +38,13 @@ struct SdoPatience
  *  Knows no device: frames go out through the sender function and come in through handleFrame(). Every
  *  upload ends with exactly one finished(), never from within upload().
  *
+ *  The wait for an answer begins when the request is written: a sender whose frames wait says so and tells the
+ *  rest through handleWritten() and handleDropped(). An upload of which no frame was written ends with
+ *  SdoOutcome::isUnasked.
+ *
+ *  Another client of a node is waited for. After maximumHeldUp uploads in a row that it has made fail, the next
+ *  ones of that node have only heldUpTime, until one gets through.
+ *
  *  A node that was found to answer late is given the time it needs from the next upload on, so that the
  *  requests do not pile up in it. A slot of finished() may delete the client.
  */
@@ -45,11 +53,17 @@ class SdoClient : public QObject
     Q_OBJECT
 
 public:
-    using Sender = std::function<void(const QCanBusFrame &)>;
+    using Sender = std::function<Sending(const QCanBusFrame &)>;
     /*! The time since some point in the past; never goes back. */
     using Clock = std::function<std::chrono::milliseconds()>;
 
     /*! Without a \a clock of its caller's the client takes the time from the system. */
+    /*! Uploads of one node that another client may make fail before the following ones get less time. */
+    static constexpr int maximumHeldUp = 3;
+    static constexpr std::chrono::milliseconds heldUpTime{500};
+    /*! How long after foreignClientSeen() the same node is not named again. */
+    static constexpr std::chrono::milliseconds foreignClientPause{10000};
+
     explicit SdoClient(Sender sender, QObject *parent = nullptr);
     SdoClient(Sender sender, Clock clock, QObject *parent = nullptr);
     ~SdoClient() override;
@@ -64,7 +78,13 @@ public:
      *  1 to 127 ends with Kind::Error.
      */
     SdoTicket upload(quint8 nodeId, ObjectKey key, DataType type,
-                     std::chrono::milliseconds timeout = std::chrono::milliseconds{0});
+                     std::chrono::milliseconds timeout = std::chrono::milliseconds{0},
+                     SdoProtocol protocol = SdoProtocol::Plain);
+
+    /*! Ends one upload with Kind::Cancelled, at once; a device that may be in the middle of the transfer is told
+     *  by an abort. False when the upload has ended already.
+     */
+    bool cancel(SdoTicket ticket);
 
     /*! Ends every upload under way and queued with Kind::Cancelled, at once; nothing more is sent. */
     void cancelAll();
@@ -74,6 +94,12 @@ public:
 
     /*! Takes a frame from the bus; what is not meant for this client is ignored. */
     void handleFrame(const QCanBusFrame &frame);
+
+    /*! A frame of the sender that was waiting has been written, or will not be. */
+    void handleWritten(const QCanBusFrame &frame);
+    void handleDropped(const QCanBusFrame &frame);
+    /*! Of the frames that are waiting nothing will be heard any more: their sender is gone. */
+    void forgetWaitingFrames();
 
     /*! Ends the waits that are over. The client's own timer does so in time; a test does after it has moved
      *  its clock.
@@ -85,6 +111,8 @@ public:
 
 signals:
     void finished(const CanOpen::SdoOutcome &outcome);
+    /*! Another client uses the node and is in the way of our uploads. From the event loop. */
+    void foreignClientSeen(quint8 nodeId);
 
 protected:
     void timerEvent(QTimerEvent *event) override;
@@ -100,10 +128,12 @@ private:
     void deliver(const SdoOutcome &outcome);
     void deliverLater(const SdoOutcome &outcome);
     void deliverPosted();
-    void send(quint8 nodeId, const QByteArray &payload);
+    Sending send(quint8 nodeId, const QByteArray &payload);
     void takeHeldFrames();
     void noteAnswerTime(Node &node);
+    void noteForeignClient(Node &node);
     void setDeadline(Node &node, qint64 wait);
+    void settleWaiting(const QCanBusFrame &frame, bool isWritten);
     qint64 now() const { return m_clock().count(); }
     void armTimer(qint64 deadline);
     void armTimerForAll();

@@ -108,7 +108,10 @@ void tst_PatienceSettings::removedNodeIsForgotten()
 
 void tst_PatienceSettings::clientWaitsAsTold()
 {
-    CanOpen::SdoClient client([this](const QCanBusFrame &) { ++m_sent; });
+    CanOpen::SdoClient client([this](const QCanBusFrame &) {
+        ++m_sent;
+        return CanOpen::Sending::Written;
+    });
     PatienceSettings settings;
     settings.general = {20, 0};
     settings.nodes.insert(7, {20, 3});
@@ -119,7 +122,10 @@ void tst_PatienceSettings::clientWaitsAsTold()
 
 void tst_PatienceSettings::nodeWithoutOwnPatienceWaitsAsAll()
 {
-    CanOpen::SdoClient client([this](const QCanBusFrame &) { ++m_sent; });
+    CanOpen::SdoClient client([this](const QCanBusFrame &) {
+        ++m_sent;
+        return CanOpen::Sending::Written;
+    });
     PatienceSettings before;
     before.general = {20, 0};
     before.nodes.insert(7, {20, 3});

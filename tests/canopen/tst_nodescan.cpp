@@ -30,10 +30,12 @@ public:
     Bus()
         : device(new FakeCanDevice)
         , port(std::unique_ptr<QCanBusDevice>(device))
-        , client([this](const QCanBusFrame &frame) { port.send(frame); })
+        , client([this](const QCanBusFrame &frame) { return port.send(frame); })
         , scan(&client)
     {
         connect(&port, &CanPort::frameReceived, &client, &SdoClient::handleFrame);
+        connect(&port, &CanPort::written, &client, &SdoClient::handleWritten);
+        connect(&port, &CanPort::dropped, &client, &SdoClient::handleDropped);
         connect(device, &FakeCanDevice::sent, this, &Bus::answer);
         connect(&scan, &NodeScan::found, this, [this](quint8 nodeId) { found.append(nodeId); });
         connect(&scan, &NodeScan::finished, this, [this](const NodeIds &nodeIds) {
@@ -99,6 +101,8 @@ private slots:
     void findsEveryNode();
     void asksABoundedNumberSideBySide();
     void cancelledScanEnds();
+    void nodesThatCouldNotBeAskedAreNotAbsent();
+    void nodesThatKeptSilentWereAsked();
     void secondStartChangesNothing();
     void scansAgain();
     void otherUploadsAreNotItsOwn();
@@ -206,6 +210,36 @@ void tst_NodeScan::cancelledScanEnds()
     bus.client.cancelAll();
     QCOMPARE(bus.finishedCount, 1);
     QCOMPARE(bus.result, NodeIds{5});
+}
+
+// A device that takes four frames and then no more.
+void tst_NodeScan::nodesThatCouldNotBeAskedAreNotAbsent()
+{
+    Bus bus;
+    bus.device->setSending(FakeCanDevice::Sending::StuckQueue);
+    SdoPatience patience;
+    patience.longest = std::chrono::milliseconds(20);
+    bus.client.setDefaultPatience(patience);
+    bus.scan.start();
+    QTRY_COMPARE(bus.finishedCount, 1);
+    QCOMPARE(bus.result, NodeIds());
+    QCOMPARE(bus.scan.unaskedNodes().size(), 127);
+}
+
+void tst_NodeScan::nodesThatKeptSilentWereAsked()
+{
+    Bus bus;
+    bus.addNode(9, someType());
+    bus.device->setSending(FakeCanDevice::Sending::DeviceQueue);
+    bus.scan.start();
+    QTRY_COMPARE(bus.finishedCount, 1);
+    QCOMPARE(bus.result, NodeIds{9});
+    QCOMPARE(bus.scan.unaskedNodes(), NodeIds());
+
+    bus.scan.start();
+    bus.client.cancelAll();
+    QCOMPARE(bus.finishedCount, 2);
+    QCOMPARE(bus.scan.unaskedNodes().size(), 127);
 }
 
 void tst_NodeScan::secondStartChangesNothing()

@@ -45,7 +45,10 @@ class Bus : public QObject
 {
 public:
     Bus()
-        : client([this](const QCanBusFrame &frame) { take(frame); })
+        : client([this](const QCanBusFrame &frame) {
+            take(frame);
+            return Sending::Written;
+        })
     {
         connect(&client, &SdoClient::finished, this,
                 [this](const SdoOutcome &outcome) { outcomes.append(outcome); });
@@ -94,7 +97,12 @@ class TimedBus : public QObject
 {
 public:
     TimedBus()
-        : client([this](const QCanBusFrame &frame) { sent.append(frame); }, [this] { return now; })
+        : client(
+            [this](const QCanBusFrame &frame) {
+                sent.append(frame);
+                return sending;
+            },
+            [this] { return now; })
     {
         connect(&client, &SdoClient::finished, this,
                 [this](const SdoOutcome &outcome) { outcomes.append(outcome); });
@@ -110,6 +118,7 @@ public:
         now = end;
     }
 
+    Sending sending = Sending::Written;
     std::chrono::milliseconds now{1000};
     QVector<QCanBusFrame> sent;
     QVector<SdoOutcome> outcomes;
@@ -160,6 +169,19 @@ private slots:
     void timeOutsEndEvenWithAnsweringNeighbours();
 
     void cancelAll();
+    void cancelEndsOneUpload();
+    void cancelFreesTheServer();
+    void cancelOfWhatHasEnded();
+
+    void waitBeginsWithTheWrite();
+    void droppedRequestIsRepeated();
+    void whatWasNeverWrittenIsUnasked();
+    void forgottenFramesDoNotHoldUp();
+
+    void foreignClientIsNamed();
+    void foreignClientDoesNotHoldUpANodeForEver();
+    void abandoningForeignClientIsNotWaitedFor();
+
     void uploadWithinCancelAll();
     void clientMayBeDeletedInASlot_data();
     void clientMayBeDeletedInASlot();
@@ -496,6 +518,221 @@ void tst_SdoClient::cancelAll()
     QCOMPARE(bus.outcomes.size(), 3);
 }
 
+void tst_SdoClient::cancelEndsOneUpload()
+{
+    TimedBus bus;
+    const SdoTicket first = bus.client.upload(5, deviceType, DataType::Unsigned32);
+    const SdoTicket second = bus.client.upload(5, {0x1001, 0}, DataType::Unsigned8);
+    const SdoTicket third = bus.client.upload(5, {0x1002, 0}, DataType::Unsigned8);
+    QVERIFY(bus.client.cancel(second)); // still in the queue
+    QCOMPARE(bus.outcomes.size(), 1);
+    QCOMPARE(bus.outcomes.last().ticket, second);
+    QCOMPARE(bus.outcomes.last().kind, Kind::Cancelled);
+    QVERIFY(bus.outcomes.last().key == (ObjectKey{0x1001, 0}));
+    QVERIFY(bus.outcomes.last().isUnasked);
+    QCOMPARE(bus.sent.size(), 1);
+
+    QVERIFY(bus.client.cancel(first));
+    QCOMPARE(bus.outcomes.size(), 2);
+    QCOMPARE(bus.outcomes.last().ticket, first);
+    QCOMPARE(bus.outcomes.last().kind, Kind::Cancelled);
+    QVERIFY(!bus.outcomes.last().isUnasked);
+    // An abort, and then the next one's request.
+    QCOMPARE(bus.sent.size(), 3);
+    QCOMPARE(bus.sent.at(1).payload(), bytes("80 00 10 00 00 00 00 08"));
+    QCOMPARE(bus.sent.at(2).payload(), bytes("40 02 10 00 00 00 00 00"));
+    bus.client.handleFrame(answer(5, "4F 02 10 00 07 00 00 00"));
+    QCOMPARE(bus.outcomes.last().ticket, third);
+    QCOMPARE(bus.outcomes.last().value, QVariant(7u));
+    QVERIFY(!bus.client.isBusy());
+}
+
+void tst_SdoClient::cancelFreesTheServer()
+{
+    Bus bus;
+    bus.addNode(5);
+    bus.nodes.at(5).setStubborn(true);
+    const SdoTicket ticket = bus.client.upload(5, deviceName, DataType::VisibleString);
+    QVERIFY(bus.nodes.at(5).isTransferOpen());
+    QVERIFY(bus.client.cancel(ticket));
+    QVERIFY(!bus.nodes.at(5).isTransferOpen());
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    QTRY_COMPARE(bus.outcomes.size(), 2);
+    QCOMPARE(bus.outcomes.last().kind, Kind::Value);
+}
+
+void tst_SdoClient::cancelOfWhatHasEnded()
+{
+    TimedBus bus;
+    const SdoTicket ticket = bus.client.upload(5, deviceType, DataType::Unsigned32);
+    bus.client.handleFrame(answer(5, "43 00 10 00 92 01 02 00"));
+    QCOMPARE(bus.outcomes.size(), 1);
+    QVERIFY(!bus.client.cancel(ticket));
+    QVERIFY(!bus.client.cancel(0));
+    QVERIFY(!bus.client.cancel(999));
+    QCOMPARE(bus.outcomes.size(), 1);
+    QCOMPARE(bus.sent.size(), 1);
+}
+
+void tst_SdoClient::waitBeginsWithTheWrite()
+{
+    TimedBus bus;
+    bus.client.setDefaultPatience(patience(100ms, 0));
+    bus.sending = Sending::Waiting;
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    bus.pass(3000ms);
+    QCOMPARE(bus.outcomes.size(), 0);
+    QCOMPARE(bus.sent.size(), 1); // not asked again either
+    bus.client.handleWritten(bus.sent.first());
+    bus.pass(99ms);
+    QCOMPARE(bus.outcomes.size(), 0);
+    bus.pass(1ms);
+    QCOMPARE(bus.outcomes.size(), 1);
+    QCOMPARE(bus.outcomes.first().kind, Kind::Timeout);
+    QVERIFY(!bus.outcomes.first().isUnasked);
+}
+
+void tst_SdoClient::droppedRequestIsRepeated()
+{
+    TimedBus bus;
+    bus.client.setDefaultPatience(patience(100ms, 1));
+    bus.sending = Sending::Waiting;
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    bus.client.handleDropped(bus.sent.first());
+    bus.sending = Sending::Written;
+    bus.pass(100ms);
+    QCOMPARE(bus.sent.size(), 3);
+    bus.client.handleFrame(answer(5, "43 00 10 00 92 01 02 00"));
+    QCOMPARE(bus.outcomes.size(), 1);
+    QCOMPARE(bus.outcomes.first().kind, Kind::Value);
+    QVERIFY(!bus.outcomes.first().isUnasked);
+}
+
+void tst_SdoClient::whatWasNeverWrittenIsUnasked()
+{
+    TimedBus bus;
+    bus.sending = Sending::Dropped;
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    bus.pass(1000ms);
+    QCOMPARE(bus.outcomes.size(), 1);
+    QCOMPARE(bus.outcomes.first().kind, Kind::Timeout);
+    QVERIFY(bus.outcomes.first().isUnasked);
+
+    bus.sending = Sending::Waiting; // and neither written nor dropped
+    bus.client.upload(6, deviceType, DataType::Unsigned32);
+    bus.pass(9999ms);
+    QCOMPARE(bus.outcomes.size(), 1);
+    bus.pass(1ms);
+    QCOMPARE(bus.outcomes.size(), 2);
+    QVERIFY(bus.outcomes.last().isUnasked);
+}
+
+void tst_SdoClient::forgottenFramesDoNotHoldUp()
+{
+    TimedBus bus;
+    bus.client.setDefaultPatience(patience(100ms, 0));
+    bus.sending = Sending::Waiting;
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    bus.client.forgetWaitingFrames();
+    bus.client.cancelAll();
+    bus.sending = Sending::Written;
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    bus.pass(100ms);
+    QCOMPARE(bus.outcomes.last().kind, Kind::Timeout);
+}
+
+void tst_SdoClient::foreignClientIsNamed()
+{
+    TimedBus bus;
+    QSignalSpy spy(&bus.client, &SdoClient::foreignClientSeen);
+    const QCanBusFrame foreignBegin(0x605, bytes("40 09 10 00 00 00 00 00"));
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    bus.client.handleFrame(foreignBegin); // changes nothing for us
+    bus.client.handleFrame(answer(5, "43 09 10 00 31 2E 30 30"));
+    bus.client.handleFrame(answer(5, "43 00 10 00 92 01 02 00"));
+    QCoreApplication::processEvents();
+    QCOMPARE(spy.count(), 0);
+    QVERIFY(!bus.outcomes.last().foreignClient);
+
+    for (int i = 0; i < 3; ++i) {
+        bus.client.handleFrame(foreignBegin);
+        bus.client.handleFrame(answer(5, "41 09 10 00 0A 00 00 00"));
+        bus.client.upload(5, deviceType, DataType::Unsigned32); // has to wait
+        bus.client.handleFrame(answer(5, "80 09 10 00 00 00 00 08"));
+        bus.client.handleFrame(answer(5, "43 00 10 00 92 01 02 00"));
+        QVERIFY(bus.outcomes.last().foreignClient);
+        QCOMPARE(bus.outcomes.last().kind, Kind::Value);
+    }
+    QCoreApplication::processEvents();
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(spy.first().first().toInt(), 5);
+    bus.pass(10000ms);
+    bus.client.handleFrame(foreignBegin);
+    bus.client.handleFrame(answer(5, "41 09 10 00 0A 00 00 00"));
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    QCoreApplication::processEvents();
+    QCOMPARE(spy.count(), 2);
+}
+
+// It writes without end, so that the node is never free for us.
+void tst_SdoClient::foreignClientDoesNotHoldUpANodeForEver()
+{
+    TimedBus bus;
+    const auto goOn = [&bus](std::chrono::milliseconds time) {
+        for (auto passed = 0ms; passed < time; passed += 20ms) {
+            bus.client.handleFrame(QCanBusFrame(0x605, bytes("00 01 02 03 04 05 06 07")));
+            bus.client.handleFrame(answer(5, "20 00 00 00 00 00 00 00"));
+            bus.pass(20ms);
+        }
+    };
+    bus.client.setPatience(5, SdoPatience()); // from now on the client knows the node
+    goOn(20ms);
+    for (int i = 0; i < 5; ++i)
+        bus.client.upload(5, deviceType, DataType::Unsigned32);
+    goOn(3 * 10000ms);
+    QCOMPARE(bus.outcomes.size(), 3);
+    goOn(520ms);
+    QCOMPARE(bus.outcomes.size(), 4);
+    goOn(520ms);
+    QCOMPARE(bus.outcomes.size(), 5);
+    for (const SdoOutcome &outcome : qAsConst(bus.outcomes)) {
+        QCOMPARE(outcome.kind, Kind::Error);
+        QVERIFY(outcome.foreignClient);
+        QVERIFY(outcome.isUnasked);
+    }
+
+    // When the node is free again, the next upload has all its time.
+    bus.client.handleFrame(QCanBusFrame(0x605, bytes("80 00 00 00 00 00 00 08")));
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    bus.client.handleFrame(answer(5, "43 00 10 00 92 01 02 00"));
+    QCOMPARE(bus.outcomes.last().kind, Kind::Value);
+    goOn(20ms);
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    goOn(2000ms);
+    QCOMPARE(bus.outcomes.size(), 6);
+}
+
+// It begins an upload every 55 ms and leaves it there.
+void tst_SdoClient::abandoningForeignClientIsNotWaitedFor()
+{
+    TimedBus bus;
+    const auto begin = [&bus] {
+        bus.client.handleFrame(QCanBusFrame(0x605, bytes("40 08 10 00 00 00 00 00")));
+        bus.client.handleFrame(answer(5, "41 08 10 00 0A 00 00 00"));
+        bus.pass(55ms);
+    };
+    bus.client.setPatience(5, SdoPatience()); // from now on the client knows the node
+    begin();
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    QCOMPARE(bus.sent.size(), 0); // it may go on
+    begin();
+    QCOMPARE(bus.sent.size(), 1);
+    bus.client.handleFrame(answer(5, "43 00 10 00 92 01 02 00"));
+    QCOMPARE(bus.outcomes.last().kind, Kind::Value);
+    bus.client.upload(5, {0x1001, 0}, DataType::Unsigned8);
+    QCOMPARE(bus.sent.size(), 2); // at once
+}
+
 void tst_SdoClient::uploadWithinCancelAll()
 {
     Bus bus;
@@ -526,6 +763,7 @@ void tst_SdoClient::clientMayBeDeletedInASlot()
     client = new SdoClient([&client, answersAtOnce](const QCanBusFrame &) {
         if (answersAtOnce)
             client->handleFrame(answer(5, "43 00 10 00 92 01 02 00"));
+        return Sending::Written;
     });
     int finished = 0;
     connect(client, &SdoClient::finished, this, [&] {
@@ -547,7 +785,7 @@ void tst_SdoClient::clientMayBeDeletedInASlot()
 
 void tst_SdoClient::deletedClientSaysNothing()
 {
-    auto client = std::make_unique<SdoClient>([](const QCanBusFrame &) {});
+    auto client = std::make_unique<SdoClient>([](const QCanBusFrame &) { return Sending::Written; });
     QSignalSpy spy(client.get(), &SdoClient::finished);
     client->upload(5, deviceType, DataType::Unsigned32);
     client->upload(0, deviceType, DataType::Unsigned32);

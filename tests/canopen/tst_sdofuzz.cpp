@@ -348,7 +348,10 @@ void tst_SdoFuzz::anyFramesIntoClient()
     Random random(4);
     int sent = 0;
     int finished = 0;
-    SdoClient client([&sent](const QCanBusFrame &) { ++sent; });
+    SdoClient client([&sent](const QCanBusFrame &) {
+        ++sent;
+        return Sending::Written;
+    });
     connect(&client, &SdoClient::finished, this, [&finished] { ++finished; });
 
     constexpr int uploads = 20000;

@@ -83,7 +83,7 @@ public:
         : m_random(seed)
         , m_faults(faults)
         , m_server(nodeId, &m_dictionary)
-        , m_client([this](const QCanBusFrame &frame) { sendRequest(frame); },
+        , m_client([this](const QCanBusFrame &frame) { return sendRequest(frame); },
                    [this] { return std::chrono::milliseconds(m_now / 1000); })
     {
         connect(&m_client, &CanOpen::SdoClient::finished, this,
@@ -208,10 +208,11 @@ private:
         return nullptr;
     }
 
-    void sendRequest(const QCanBusFrame &frame)
+    CanOpen::Sending sendRequest(const QCanBusFrame &frame)
     {
         ++m_requests;
         carry(Event::Request, frame.payload());
+        return CanOpen::Sending::Written;
     }
 
     // One frame on its way: it or its copies, if any, arrive sometime.
