@@ -11,6 +11,9 @@ namespace {
 // A server of small values may answer a block request with them at once.
 constexpr quint8 protocolSwitchThreshold = sdoExpeditedSize; // bytes
 
+// Other values that read as an abort are numbers of last segments of a block.
+constexpr char abortCommand = '\x80';
+
 // Whether an abort says that the frames of the transfer did not fit, and nothing about the object.
 bool isAboutTheTransfer(quint32 code)
 {
@@ -65,7 +68,7 @@ SdoUpload::Step SdoUpload::takeResponse(const QByteArray &payload)
         noteStray(payload);
         return takeForeignEnd();
     case State::Block:
-        return sdoResponseOf(payload) == SdoResponse::Abort ? takeAbort(payload) : takeBlockFrame(payload);
+        return payload.startsWith(abortCommand) ? takeAbort(payload) : takeBlockFrame(payload);
     default:
         break;
     }

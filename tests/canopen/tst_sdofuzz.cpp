@@ -322,7 +322,10 @@ void tst_SdoFuzz::anyBytesIntoUpload()
     int finished = 0;
     for (int transfer = 0; transfer < 100000; ++transfer) {
         const Object &object = objects[random.below(objectCount)];
-        upload.start(object.key, object.type, 2);
+        upload.start(object.key, object.type, 2, random.oneIn(3) ? SdoProtocol::Block : SdoProtocol::Plain);
+        if (random.oneIn(3)) // past the first check of a block transfer
+            upload.takeResponse(
+                makeSdoBlockInitiateResponse({object.key, random.oneIn(2), random.oneIn(2), 9}));
         for (int frame = 0; frame < 20 && upload.isActive(); ++frame) {
             const QByteArray payload = randomPayload(&random, random.oneIn(10) ? random.below(20) : 8);
             if (random.oneIn(20))

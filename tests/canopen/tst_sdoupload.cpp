@@ -26,6 +26,12 @@ const QByteArray nameHas9Bytes = bytes("41 08 10 00 09 00 00 00");
 const QByteArray nameSegment0 = bytes("00 41 42 43 44 45 46 47"); // "ABCDEFG"
 const QByteArray nameSegment1 = bytes("1B 48 49 00 00 00 00 00"); // "HI", the last
 const QByteArray nameTimedOut = bytes("80 08 10 00 00 00 04 05");
+const QByteArray askNameInBlocks = bytes("A4 08 10 00 1F 04 00 00");
+const QByteArray blockStart = bytes("A3 00 00 00 00 00 00 00");
+const QByteArray blockSegment1 = bytes("01 41 42 43 44 45 46 47"); // "ABCDEFG"
+const QByteArray blockSegment2 = bytes("82 48 49 00 00 00 00 00"); // "HI", the last
+const QByteArray blockEnd = bytes("D5 DC 1A 00 00 00 00 00");      // five bytes unused, CRC
+const QByteArray blockEnded = bytes("A1 00 00 00 00 00 00 00");
 const QByteArray foreignAsksVersion = bytes("40 09 10 00 00 00 00 00");
 const QByteArray versionIsExpedited = bytes("43 09 10 00 31 2E 30 30");
 
@@ -114,6 +120,22 @@ private slots:
 
     void dropsWhatIsNotOurs_data();
     void dropsWhatIsNotOurs();
+
+    void blockUpload();
+    void blockUploadOfSeveralBlocks();
+    void blockSegmentThatIsLostComesAgain();
+    void blockWithoutCrcIsReadTwice();
+    void blockInTroubleIsReadTwice();
+    void blockAnswerByThePlainProtocol();
+    void refusedBlockUploadFallsBack_data();
+    void refusedBlockUploadFallsBack();
+    void brokenBlockUploadFallsBack_data();
+    void brokenBlockUploadFallsBack();
+    void silenceInABlockIsToldTheLastSegment();
+    void silentBlockServerIsAskedPlainly();
+    void abortInABlockFallsBack();
+    void longBlockEnds();
+    void cancelAbortsATransfer();
 
     void foreignExpeditedUploadChangesNothing();
     void foreignRequestBetweenSegmentsRestarts();
@@ -890,6 +912,241 @@ void tst_SdoUpload::dropsWhatIsNotOurs()
     QVERIFY(upload.isUnanswered());
     QVERIFY(upload.takeResponse(typeIs).finished);
     QCOMPARE(upload.outcome().value, QVariant(0x80020192u));
+}
+
+void tst_SdoUpload::blockUpload()
+{
+    SdoUpload upload;
+    Step step = upload.start(deviceName, DataType::VisibleString, 2, SdoProtocol::Block);
+    QCOMPARE(sent(step), Frames{askNameInBlocks});
+    QVERIFY(step.waitRestarts);
+    step = upload.takeResponse(bytes("C6 08 10 00 09 00 00 00"));
+    QCOMPARE(sent(step), Frames{blockStart});
+    step = upload.takeResponse(blockSegment1);
+    QCOMPARE(step.frameCount, 0);
+    QVERIFY(step.waitRestarts);
+    step = upload.takeResponse(blockSegment2);
+    QCOMPARE(sent(step), Frames{bytes("A2 02 1F 00 00 00 00 00")});
+    step = upload.takeResponse(blockEnd);
+    QVERIFY(step.finished);
+    QCOMPARE(sent(step), Frames{blockEnded});
+    QCOMPARE(upload.outcome().kind, Kind::Value);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+    QCOMPARE(upload.outcome().raw, QByteArray("ABCDEFGHI"));
+}
+
+// 32 segments: one more than a block has.
+void tst_SdoUpload::blockUploadOfSeveralBlocks()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::Domain, 2, SdoProtocol::Block);
+    upload.takeResponse(bytes("C0 08 10 00 00 00 00 00")); // neither size nor CRC
+    QByteArray expected;
+    for (int reading = 0; reading < 2; ++reading) {
+        expected.clear();
+        Step step;
+        for (int number = 1; number <= 31; ++number) {
+            const QByteArray data(7, static_cast<char>(number));
+            expected.append(data);
+            step = upload.takeResponse(static_cast<char>(number) + data);
+            QCOMPARE(step.frameCount, number == 31 ? 1 : 0);
+        }
+        QCOMPARE(sent(step), Frames{bytes("A2 1F 1F 00 00 00 00 00")});
+        expected.append("x");
+        QCOMPARE(sent(upload.takeResponse(bytes("81 78 00 00 00 00 00 00"))),
+                 Frames{bytes("A2 01 1F 00 00 00 00 00")});
+        step = upload.takeResponse(bytes("D9 00 00 00 00 00 00 00")); // six bytes unused
+        if (reading == 0) {
+            QCOMPARE(sent(step), (Frames{blockEnded, askNameInBlocks}));
+            upload.takeResponse(bytes("C0 08 10 00 00 00 00 00"));
+        }
+    }
+    QCOMPARE(upload.outcome().kind, Kind::Value);
+    QCOMPARE(upload.outcome().value, QVariant(expected));
+}
+
+void tst_SdoUpload::blockSegmentThatIsLostComesAgain()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2, SdoProtocol::Block);
+    upload.takeResponse(bytes("C6 08 10 00 10 00 00 00"));
+    upload.takeResponse(blockSegment1);
+    // The second one is lost; the third and last one is dropped, and only the first confirmed.
+    QCOMPARE(sent(upload.takeResponse(bytes("83 4F 50 00 00 00 00 00"))),
+             Frames{bytes("A2 01 1F 00 00 00 00 00")});
+    QCOMPARE(upload.takeResponse(bytes("01 48 49 4A 4B 4C 4D 4E")).frameCount, 0);
+    QCOMPARE(sent(upload.takeResponse(bytes("82 4F 50 00 00 00 00 00"))),
+             Frames{bytes("A2 02 1F 00 00 00 00 00")});
+    const Step step = upload.takeResponse(bytes("D5 80 60 00 00 00 00 00"));
+    QVERIFY(step.finished);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHIJKLMNOP")));
+}
+
+void tst_SdoUpload::blockWithoutCrcIsReadTwice()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2, SdoProtocol::Block);
+    const Frames reading{bytes("C2 08 10 00 09 00 00 00"), blockSegment1, blockSegment2,
+                         bytes("D5 00 00 00 00 00 00 00")};
+    QCOMPARE(sent(answer(&upload, reading)), (Frames{blockEnded, askNameInBlocks}));
+    QVERIFY(answer(&upload, reading).finished);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+}
+
+void tst_SdoUpload::blockInTroubleIsReadTwice()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2, SdoProtocol::Block);
+    const Frames reading{bytes("C6 08 10 00 09 00 00 00"), blockSegment1, blockSegment2, blockEnd};
+    upload.takeResponse(reading.at(0));
+    upload.takeResponse(blockSegment1);
+    QVERIFY(isNothing(upload.takeResponse(blockSegment1))); // doubled
+    upload.takeResponse(blockSegment2);
+    const Step step = upload.takeResponse(blockEnd);
+    QCOMPARE(sent(step), Frames{blockEnded});
+    QCOMPARE(step.wait, 650);
+    upload.setTime(650);
+    QCOMPARE(sent(upload.timeOver()), Frames{askNameInBlocks});
+    QVERIFY(answer(&upload, reading).finished);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+}
+
+void tst_SdoUpload::blockAnswerByThePlainProtocol()
+{
+    SdoUpload upload;
+    upload.start(deviceType, DataType::Domain, 2, SdoProtocol::Block);
+    QVERIFY(upload.takeResponse(typeIs).finished);
+    QCOMPARE(upload.outcome().value, QVariant(bytes("92 01 02 80")));
+}
+
+void tst_SdoUpload::refusedBlockUploadFallsBack_data()
+{
+    QTest::addColumn<QByteArray>("abort");
+    QTest::addColumn<QByteArray>("nextRequest"); // of the upload after it
+
+    QTest::newRow("unknown command") << bytes("80 08 10 00 01 00 04 05") << askName;
+    QTest::newRow("another reason") << bytes("80 08 10 00 00 00 00 08") << askNameInBlocks;
+}
+
+void tst_SdoUpload::refusedBlockUploadFallsBack()
+{
+    QFETCH(QByteArray, abort);
+    QFETCH(QByteArray, nextRequest);
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2, SdoProtocol::Block);
+    QCOMPARE(sent(upload.takeResponse(abort)), Frames{askName});
+    QVERIFY(answerTwice(&upload, nameReading).finished);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+    QCOMPARE(upload.outcome().repeats, 0);
+    QCOMPARE(sent(upload.start(deviceName, DataType::VisibleString, 2, SdoProtocol::Block)),
+             Frames{nextRequest});
+}
+
+void tst_SdoUpload::brokenBlockUploadFallsBack_data()
+{
+    QTest::addColumn<Frames>("answers");
+    QTest::addColumn<QByteArray>("abort");
+
+    const QByteArray initiate = bytes("C6 08 10 00 09 00 00 00");
+    QTest::newRow("wrong CRC") << Frames{initiate, blockSegment1, blockSegment2,
+                                         bytes("D5 00 00 00 00 00 00 00")}
+                               << bytes("80 08 10 00 04 00 04 05");
+    QTest::newRow("end before the last segment")
+        << Frames{initiate, blockSegment1, blockEnd} << bytes("80 08 10 00 03 00 04 05");
+    QTest::newRow("fewer bytes than announced")
+        << Frames{bytes("C6 08 10 00 0A 00 00 00"), blockSegment1, blockSegment2, blockEnd}
+        << bytes("80 08 10 00 13 00 07 06");
+    QTest::newRow("more bytes than announced")
+        << Frames{bytes("C6 08 10 00 08 00 00 00"), blockSegment1, blockSegment2, blockEnd}
+        << bytes("80 08 10 00 12 00 07 06");
+}
+
+void tst_SdoUpload::brokenBlockUploadFallsBack()
+{
+    QFETCH(Frames, answers);
+    QFETCH(QByteArray, abort);
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2, SdoProtocol::Block);
+    const Step step = answer(&upload, answers);
+    QVERIFY(!step.finished);
+    QCOMPARE(sent(step), Frames{abort});
+    QCOMPARE(step.wait, 650);
+    upload.setTime(650);
+    QCOMPARE(sent(upload.timeOver()), Frames{askName});
+    QCOMPARE(answer(&upload, nameReading).wait, 650);
+    upload.setTime(1300);
+    upload.timeOver();
+    QVERIFY(answer(&upload, nameReading).finished);
+    QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
+}
+
+void tst_SdoUpload::silenceInABlockIsToldTheLastSegment()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2, SdoProtocol::Block);
+    upload.takeResponse(bytes("C6 08 10 00 09 00 00 00"));
+    upload.takeResponse(blockSegment1);
+    const Step step = upload.timeOver();
+    QCOMPARE(sent(step), Frames{bytes("A2 01 1F 00 00 00 00 00")});
+    QVERIFY(step.waitRestarts);
+    // The rest comes as a block of its own.
+    QCOMPARE(sent(upload.takeResponse(bytes("81 48 49 00 00 00 00 00"))),
+             Frames{bytes("A2 01 1F 00 00 00 00 00")});
+    // A server that says nothing any more is given up.
+    for (int i = 0; i < 4; ++i)
+        QCOMPARE(sent(upload.timeOver()), Frames{bytes("A2 01 1F 00 00 00 00 00")});
+    QCOMPARE(sent(upload.timeOver()), Frames{nameTimedOut});
+    upload.setTime(650);
+    QCOMPARE(sent(upload.timeOver()), Frames{askName});
+}
+
+void tst_SdoUpload::silentBlockServerIsAskedPlainly()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 1, SdoProtocol::Block);
+    QCOMPARE(sent(upload.timeOver()), (Frames{nameTimedOut, askName}));
+    QVERIFY(upload.timeOver().finished);
+    QCOMPARE(upload.outcome().kind, Kind::Timeout);
+}
+
+void tst_SdoUpload::abortInABlockFallsBack()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2, SdoProtocol::Block);
+    upload.takeResponse(bytes("C6 08 10 00 09 00 00 00"));
+    // The number of a last segment is no abort.
+    QCOMPARE(upload.takeResponse(bytes("89 08 10 00 00 00 00 08")).frameCount, 0);
+    QVERIFY(upload.isActive());
+    const Step step = upload.takeResponse(bytes("80 08 10 00 00 00 00 08"));
+    QVERIFY(!step.finished);
+    QCOMPARE(step.wait, 650);
+}
+
+void tst_SdoUpload::longBlockEnds()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::Domain, 2, SdoProtocol::Block);
+    upload.takeResponse(bytes("C4 08 10 00 00 00 00 00"));
+    int segments = 0;
+    Step step;
+    while (step.wait == 0 && segments < 20000) {
+        step = upload.takeResponse(static_cast<char>(segments % 31 + 1) + QByteArray(7, 'x'));
+        ++segments;
+    }
+    QCOMPARE(segments, 65536 / 7 + 2);
+    QCOMPARE(sent(step), Frames{bytes("80 08 10 00 12 00 07 06")});
+}
+
+void tst_SdoUpload::cancelAbortsATransfer()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    upload.takeResponse(nameHas9Bytes);
+    const Step step = upload.cancel();
+    QVERIFY(step.finished);
+    QCOMPARE(sent(step), Frames{bytes("80 08 10 00 00 00 00 08")});
+    QCOMPARE(upload.outcome().kind, Kind::Cancelled);
+    QVERIFY(!upload.isActive());
 }
 
 void tst_SdoUpload::foreignExpeditedUploadChangesNothing()

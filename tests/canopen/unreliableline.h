@@ -49,11 +49,11 @@ struct LineFaults
 /*! One node as it is seen over a line: how it answers and whether its values move. */
 struct NodeHabits
 {
-    int segmented = 50;     // of 100 objects that would fit into one frame
-    int sizeless = 30;      // of 100 objects: the size is not announced
-    int moving = 30;        // of 100 objects: another value with every reading
-    int lingering = 20;     // of 100 objects: another value now and then
-    int blockSupport = 100; // of 100 nodes
+    int segmented = 50;    // of 100 objects that would fit into one frame
+    int sizeless = 30;     // of 100 objects: the size is not announced
+    int moving = 30;       // of 100 objects: another value with every reading
+    int lingering = 20;    // of 100 objects: another value now and then
+    int blockSupport = 70; // of 100 nodes
 };
 
 /*! A client and a node with a bad line between them, in a time of their own.
@@ -106,7 +106,9 @@ public:
     {
         m_outcome.reset();
         m_begun = m_now;
-        m_client.upload(nodeId, object.key, object.type);
+        const bool inBlocks = object.type == CanOpen::DataType::OctetString && m_random.oneIn(2);
+        m_client.upload(nodeId, object.key, object.type, std::chrono::milliseconds{0},
+                        inBlocks ? CanOpen::SdoProtocol::Block : CanOpen::SdoProtocol::Plain);
         while (!m_outcome)
             advance();
         return *m_outcome;
@@ -219,7 +221,7 @@ private:
     void carry(Event::Kind kind, const QByteArray &payload)
     {
         if (!m_random.percent(m_faults.lost))
-            push(kind, m_random.percent(m_faults.originalsLate) ? lateDelay() : shortDelay(), payload);
+            push(kind, m_random.percent(m_faults.originalsLate) ? lateDelay() : inOrder(kind), payload);
         if (!m_random.percent(m_faults.copied))
             return;
         for (int copies = 1 + m_random.below(3); copies > 0; --copies)
@@ -227,6 +229,15 @@ private:
     }
 
     qint64 shortDelay() { return 250 + m_random.below(100); }
+
+    // What is not late does not overtake.
+    qint64 inOrder(Event::Kind kind)
+    {
+        qint64 &last = kind == Event::Request ? m_lastRequest : m_lastAnswer;
+        last = std::max(m_now + shortDelay(), last + 1);
+        return last - m_now;
+    }
+
     qint64 lateDelay() { return 250 + m_random.below(m_faults.longestDelay * 1000); }
 
     void advance()
@@ -378,6 +389,8 @@ private:
     quint64 m_requests = 0;
     qint64 m_now = 0; // us
     qint64 m_begun = 0;
+    qint64 m_lastRequest = 0; // us; arrival
+    qint64 m_lastAnswer = 0;
     std::optional<CanOpen::SdoOutcome> m_outcome;
     CanOpen::SdoClient m_client;
 };
