@@ -12,24 +12,45 @@ namespace CanOpen {
 
 namespace {
 
-struct TypeSize
+struct TypeFacts
 {
     DataType type;
     int bytes; // 0: variable
+    const char *name;
 };
 
-constexpr TypeSize typeSizes[] = {
-    {DataType::Boolean, 1},     {DataType::Integer8, 1},      {DataType::Integer16, 2},
-    {DataType::Integer32, 4},   {DataType::Unsigned8, 1},     {DataType::Unsigned16, 2},
-    {DataType::Unsigned32, 4},  {DataType::Real32, 4},        {DataType::VisibleString, 0},
-    {DataType::OctetString, 0}, {DataType::UnicodeString, 0}, {DataType::Domain, 0},
-    {DataType::Real64, 8},      {DataType::Integer64, 8},     {DataType::Unsigned64, 8},
+constexpr TypeFacts typeFacts[] = {
+    {DataType::Boolean, 1, "BOOLEAN"},
+    {DataType::Integer8, 1, "INTEGER8"},
+    {DataType::Integer16, 2, "INTEGER16"},
+    {DataType::Integer24, 3, "INTEGER24"},
+    {DataType::Integer32, 4, "INTEGER32"},
+    {DataType::Integer40, 5, "INTEGER40"},
+    {DataType::Integer48, 6, "INTEGER48"},
+    {DataType::Integer56, 7, "INTEGER56"},
+    {DataType::Integer64, 8, "INTEGER64"},
+    {DataType::Unsigned8, 1, "UNSIGNED8"},
+    {DataType::Unsigned16, 2, "UNSIGNED16"},
+    {DataType::Unsigned24, 3, "UNSIGNED24"},
+    {DataType::Unsigned32, 4, "UNSIGNED32"},
+    {DataType::Unsigned40, 5, "UNSIGNED40"},
+    {DataType::Unsigned48, 6, "UNSIGNED48"},
+    {DataType::Unsigned56, 7, "UNSIGNED56"},
+    {DataType::Unsigned64, 8, "UNSIGNED64"},
+    {DataType::Real32, 4, "REAL32"},
+    {DataType::Real64, 8, "REAL64"},
+    {DataType::VisibleString, 0, "VISIBLE_STRING"},
+    {DataType::OctetString, 0, "OCTET_STRING"},
+    {DataType::UnicodeString, 0, "UNICODE_STRING"},
+    {DataType::Domain, 0, "DOMAIN"},
+    {DataType::TimeOfDay, 6, "TIME_OF_DAY"},
+    {DataType::TimeDifference, 6, "TIME_DIFFERENCE"},
 };
-static_assert(sizeof(typeSizes) / sizeof(typeSizes[0]) == 15, "one row per data type");
+static_assert(sizeof(typeFacts) / sizeof(typeFacts[0]) == 25, "one row per data type");
 
-const TypeSize *findType(DataType type)
+const TypeFacts *findType(DataType type)
 {
-    for (const TypeSize &row : typeSizes) {
+    for (const TypeFacts &row : typeFacts) {
         if (row.type == type)
             return &row;
     }
@@ -67,6 +88,21 @@ QByteArray realToBus(Real real)
     Bits bits;
     std::memcpy(&bits, &real, sizeof bits);
     return toBus(bits);
+}
+
+// Any number of bytes up to eight, least significant first.
+quint64 unsignedFromBus(const char *data, int size)
+{
+    quint64 number = 0;
+    for (int i = size - 1; i >= 0; --i)
+        number = number << 8 | static_cast<quint8>(data[i]);
+    return number;
+}
+
+qint64 signedFromBus(const char *data, int size)
+{
+    const int unused = 64 - 8 * size;
+    return static_cast<qint64>(unsignedFromBus(data, size) << unused) >> unused;
 }
 
 QString stringFromBus(const char *data, int size)
@@ -155,6 +191,23 @@ std::optional<QByteArray> encodeNumber(const QVariant &value)
     }
 }
 
+std::optional<QByteArray> encodeUnsigned(const QVariant &value, int size)
+{
+    const std::optional<quint64> number = toUnsigned(value);
+    if (!number || *number >> (8 * size) != 0)
+        return {};
+    return toBus(*number).left(size);
+}
+
+std::optional<QByteArray> encodeSigned(const QVariant &value, int size)
+{
+    const std::optional<qint64> number = toSigned(value);
+    const qint64 limit = qint64(1) << (8 * size - 1);
+    if (!number || *number < -limit || *number >= limit)
+        return {};
+    return toBus(*number).left(size);
+}
+
 std::optional<QByteArray> encodeBoolean(const QVariant &value)
 {
     if (!value.isValid())
@@ -210,8 +263,31 @@ std::optional<QByteArray> encodeBytes(const QVariant &value)
 
 int byteSize(DataType type)
 {
-    const TypeSize *row = findType(type);
+    const TypeFacts *row = findType(type);
     return row != nullptr ? row->bytes : 0;
+}
+
+QString dataTypeName(DataType type)
+{
+    const TypeFacts *row = findType(type);
+    return row != nullptr ? QString::fromLatin1(row->name) : QString();
+}
+
+bool isSignedInteger(DataType type)
+{
+    switch (type) {
+    case DataType::Integer8:
+    case DataType::Integer16:
+    case DataType::Integer24:
+    case DataType::Integer32:
+    case DataType::Integer40:
+    case DataType::Integer48:
+    case DataType::Integer56:
+    case DataType::Integer64:
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool isKnownDataType(quint16 code)
@@ -226,7 +302,7 @@ std::optional<QVariant> decodeValue(DataType type, const QByteArray &data)
 
 std::optional<QVariant> decodeValue(DataType type, const char *data, int size)
 {
-    const TypeSize *row = findType(type);
+    const TypeFacts *row = findType(type);
     if (row == nullptr || (row->bytes != 0 && row->bytes != size))
         return {};
 
@@ -248,6 +324,18 @@ std::optional<QVariant> decodeValue(DataType type, const char *data, int size)
         return QVariant(int(fromBus<qint32>(data)));
     case DataType::Integer64:
         return QVariant(qlonglong(fromBus<qint64>(data)));
+    case DataType::Unsigned24:
+        return QVariant(static_cast<uint>(unsignedFromBus(data, size)));
+    case DataType::Unsigned40:
+    case DataType::Unsigned48:
+    case DataType::Unsigned56:
+        return QVariant(qulonglong(unsignedFromBus(data, size)));
+    case DataType::Integer24:
+        return QVariant(static_cast<int>(signedFromBus(data, size)));
+    case DataType::Integer40:
+    case DataType::Integer48:
+    case DataType::Integer56:
+        return QVariant(qlonglong(signedFromBus(data, size)));
     case DataType::Real32:
         return QVariant(realFromBus<float, quint32>(data));
     case DataType::Real64:
@@ -257,6 +345,8 @@ std::optional<QVariant> decodeValue(DataType type, const char *data, int size)
     case DataType::OctetString:
     case DataType::UnicodeString:
     case DataType::Domain:
+    case DataType::TimeOfDay:
+    case DataType::TimeDifference:
         return QVariant(QByteArray(data, size));
     }
     return {};
@@ -283,6 +373,21 @@ std::optional<QByteArray> encodeValue(DataType type, const QVariant &value)
         return encodeNumber<qint32>(value);
     case DataType::Integer64:
         return encodeNumber<qint64>(value);
+    case DataType::Unsigned24:
+    case DataType::Unsigned40:
+    case DataType::Unsigned48:
+    case DataType::Unsigned56:
+        return encodeUnsigned(value, byteSize(type));
+    case DataType::Integer24:
+    case DataType::Integer40:
+    case DataType::Integer48:
+    case DataType::Integer56:
+        return encodeSigned(value, byteSize(type));
+    case DataType::TimeOfDay:
+    case DataType::TimeDifference: {
+        const std::optional<QByteArray> data = encodeBytes(value);
+        return data && data->size() == byteSize(type) ? data : std::nullopt;
+    }
     case DataType::Real32:
         return encodeReal32(value);
     case DataType::Real64:

@@ -374,7 +374,7 @@ bool EdsParser::encodeField(const Section &section, const Field &field, const ch
 {
     const std::optional<QByteArray> data = encodeEdsValue(entry->type, field.value, m_nodeId);
     if (!data)
-        return fail(section, field, key, QStringLiteral("is no value of type ") + typeName(entry->type));
+        return fail(section, field, key, QStringLiteral("is no value of type ") + dataTypeName(entry->type));
     entry->data = *data;
     return true;
 }
@@ -386,7 +386,7 @@ bool EdsParser::readLimit(const Section &section, const char *key, DataType type
     if (field == nullptr || field->value.isEmpty() || !hasEdsLimits(type))
         return true;
     return readEdsLimit(type, field->value, m_nodeId, limit)
-           || fail(section, *field, key, QStringLiteral("is no value of type ") + typeName(type));
+           || fail(section, *field, key, QStringLiteral("is no value of type ") + dataTypeName(type));
 }
 
 std::optional<EdsFile> EdsParser::parse()

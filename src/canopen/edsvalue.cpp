@@ -86,12 +86,6 @@ std::optional<Number> parseNumber(QString text, quint8 nodeId)
     return Number{*number, isNegative && *number != 0};
 }
 
-bool isSigned(DataType type)
-{
-    return type == DataType::Integer8 || type == DataType::Integer16 || type == DataType::Integer32
-           || type == DataType::Integer64;
-}
-
 bool isReal(DataType type)
 {
     return type == DataType::Real32 || type == DataType::Real64;
@@ -109,7 +103,7 @@ std::optional<quint64> fitInteger(DataType type, const Number &number)
     const quint64 highest = bits == 64 ? std::numeric_limits<quint64>::max() : (quint64(1) << bits) - 1;
     if (!number.isNegative)
         return number.magnitude <= highest ? std::optional<quint64>(number.magnitude) : std::nullopt;
-    if (!isSigned(type) || number.magnitude > quint64(1) << (bits - 1))
+    if (!isSignedInteger(type) || number.magnitude > quint64(1) << (bits - 1))
         return std::nullopt;
     return (~number.magnitude + 1) & highest;
 }
@@ -117,7 +111,7 @@ std::optional<quint64> fitInteger(DataType type, const Number &number)
 /*! The bits of fitInteger() as a number with its sign; nothing for what a qint64 cannot hold. */
 std::optional<qint64> toSigned(DataType type, quint64 bitsOfValue)
 {
-    if (!isSigned(type))
+    if (!isSignedInteger(type))
         return bitsOfValue <= quint64(std::numeric_limits<qint64>::max())
                    ? std::optional<qint64>(static_cast<qint64>(bitsOfValue))
                    : std::nullopt;
@@ -177,30 +171,6 @@ std::optional<QByteArray> encodeBytes(const QString &text)
     return QByteArray::fromHex(digits);
 }
 
-struct TypeName
-{
-    DataType type;
-    const char *name;
-};
-
-constexpr TypeName typeNames[] = {
-    {DataType::Boolean, "BOOLEAN"},
-    {DataType::Integer8, "INTEGER8"},
-    {DataType::Integer16, "INTEGER16"},
-    {DataType::Integer32, "INTEGER32"},
-    {DataType::Unsigned8, "UNSIGNED8"},
-    {DataType::Unsigned16, "UNSIGNED16"},
-    {DataType::Unsigned32, "UNSIGNED32"},
-    {DataType::Real32, "REAL32"},
-    {DataType::VisibleString, "VISIBLE_STRING"},
-    {DataType::OctetString, "OCTET_STRING"},
-    {DataType::UnicodeString, "UNICODE_STRING"},
-    {DataType::Domain, "DOMAIN"},
-    {DataType::Real64, "REAL64"},
-    {DataType::Integer64, "INTEGER64"},
-    {DataType::Unsigned64, "UNSIGNED64"},
-};
-
 } // namespace
 
 std::optional<QByteArray> encodeEdsValue(DataType type, const QString &text, quint8 nodeId)
@@ -239,15 +209,6 @@ bool readEdsLimit(DataType type, const QString &text, quint8 nodeId, std::option
 bool hasEdsLimits(DataType type)
 {
     return byteSize(type) != 0 && !isReal(type);
-}
-
-QString typeName(DataType type)
-{
-    for (const TypeName &candidate : typeNames) {
-        if (candidate.type == type)
-            return QLatin1String(candidate.name);
-    }
-    return QString();
 }
 
 } // namespace CanOpen

@@ -43,7 +43,4 @@ bool readEdsLimit(DataType type, const QString &text, quint8 nodeId, std::option
 /*! Whether LowLimit and HighLimit of \a type are numbers that can be checked; not so for texts and REAL. */
 bool hasEdsLimits(DataType type);
 
-/*! The name of a data type in CiA 301, for example "UNSIGNED8". */
-QString typeName(DataType type);
-
 } // namespace CanOpen

@@ -21,10 +21,18 @@ bool isInteger(DataType type)
     case DataType::Integer8:
     case DataType::Integer16:
     case DataType::Integer32:
+    case DataType::Integer24:
+    case DataType::Integer40:
+    case DataType::Integer48:
+    case DataType::Integer56:
     case DataType::Integer64:
     case DataType::Unsigned8:
     case DataType::Unsigned16:
     case DataType::Unsigned32:
+    case DataType::Unsigned24:
+    case DataType::Unsigned40:
+    case DataType::Unsigned48:
+    case DataType::Unsigned56:
     case DataType::Unsigned64:
         return true;
     default:

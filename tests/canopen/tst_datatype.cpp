@@ -39,11 +39,15 @@ struct Row
 };
 
 constexpr Row rows[] = {
-    {"BOOLEAN", 0x01, 1},      {"INTEGER8", 0x02, 1},       {"INTEGER16", 0x03, 2},
-    {"INTEGER32", 0x04, 4},    {"UNSIGNED8", 0x05, 1},      {"UNSIGNED16", 0x06, 2},
-    {"UNSIGNED32", 0x07, 4},   {"REAL32", 0x08, 4},         {"VISIBLE_STRING", 0x09, 0},
-    {"OCTET_STRING", 0x0A, 0}, {"UNICODE_STRING", 0x0B, 0}, {"DOMAIN", 0x0F, 0},
-    {"REAL64", 0x11, 8},       {"INTEGER64", 0x15, 8},      {"UNSIGNED64", 0x1B, 8},
+    {"BOOLEAN", 0x01, 1},         {"INTEGER8", 0x02, 1},       {"INTEGER16", 0x03, 2},
+    {"INTEGER32", 0x04, 4},       {"UNSIGNED8", 0x05, 1},      {"UNSIGNED16", 0x06, 2},
+    {"UNSIGNED32", 0x07, 4},      {"REAL32", 0x08, 4},         {"VISIBLE_STRING", 0x09, 0},
+    {"OCTET_STRING", 0x0A, 0},    {"UNICODE_STRING", 0x0B, 0}, {"DOMAIN", 0x0F, 0},
+    {"REAL64", 0x11, 8},          {"INTEGER64", 0x15, 8},      {"UNSIGNED64", 0x1B, 8},
+    {"INTEGER24", 0x10, 3},       {"INTEGER40", 0x12, 5},      {"INTEGER48", 0x13, 6},
+    {"INTEGER56", 0x14, 7},       {"UNSIGNED24", 0x16, 3},     {"UNSIGNED40", 0x18, 5},
+    {"UNSIGNED48", 0x19, 6},      {"UNSIGNED56", 0x1A, 7},     {"TIME_OF_DAY", 0x0C, 6},
+    {"TIME_DIFFERENCE", 0x0D, 6},
 };
 
 DataType type(quint16 code)
@@ -67,6 +71,8 @@ void tst_DataType::byteSizes()
     QFETCH(int, size);
     QVERIFY(isKnownDataType(code));
     QCOMPARE(byteSize(type(code)), size);
+    QCOMPARE(dataTypeName(type(code)), QString::fromLatin1(QTest::currentDataTag()));
+    QCOMPARE(isSignedInteger(type(code)), QByteArray(QTest::currentDataTag()).startsWith("INTEGER"));
 }
 
 void tst_DataType::unknownCodes()
@@ -74,8 +80,8 @@ void tst_DataType::unknownCodes()
     int known = 0;
     for (int code = 0; code <= 0xFFFF; ++code)
         known += isKnownDataType(static_cast<quint16>(code)) ? 1 : 0;
-    QCOMPARE(known, 15);
-    for (const quint16 code : {quint16(0x00), quint16(0x10), quint16(0x16), quint16(0xFFFF)}) {
+    QCOMPARE(known, 25);
+    for (const quint16 code : {quint16(0x00), quint16(0x0E), quint16(0x17), quint16(0x1C), quint16(0xFFFF)}) {
         QVERIFY(!isKnownDataType(code));
         QCOMPARE(byteSize(type(code)), 0);
         QVERIFY(!decodeValue(type(code), bytes("01")));
@@ -110,6 +116,21 @@ void tst_DataType::decodes_data()
                                << QVariant(qlonglong(-2));
     QTest::newRow("UNSIGNED64") << quint16(0x1B) << bytes("01 00 00 00 00 00 00 80")
                                 << QVariant(qulonglong(9223372036854775809u));
+    QTest::newRow("INTEGER24 least") << quint16(0x10) << bytes("00 00 80") << QVariant(-8388608);
+    QTest::newRow("INTEGER40 -2") << quint16(0x12) << bytes("FE FF FF FF FF") << QVariant(qlonglong(-2));
+    QTest::newRow("INTEGER48 greatest")
+        << quint16(0x13) << bytes("FF FF FF FF FF 7F") << QVariant(qlonglong(140737488355327));
+    QTest::newRow("INTEGER56 least") << quint16(0x14) << bytes("00 00 00 00 00 00 80")
+                                     << QVariant(qlonglong(-36028797018963968));
+    QTest::newRow("UNSIGNED24") << quint16(0x16) << bytes("56 34 F2") << QVariant(0xF23456u);
+    QTest::newRow("UNSIGNED40") << quint16(0x18) << bytes("9A 78 56 34 F2")
+                                << QVariant(qulonglong(0xF23456789A));
+    QTest::newRow("UNSIGNED48") << quint16(0x19) << bytes("BC 9A 78 56 34 F2")
+                                << QVariant(qulonglong(0xF23456789ABC));
+    QTest::newRow("UNSIGNED56") << quint16(0x1A) << bytes("DE BC 9A 78 56 34 F2")
+                                << QVariant(qulonglong(0xF23456789ABCDE));
+    QTest::newRow("TIME_OF_DAY") << quint16(0x0C) << bytes("01 02 03 04 05 06")
+                                 << QVariant(bytes("01 02 03 04 05 06"));
     QTest::newRow("text") << quint16(0x09) << QByteArray("E-Bike") << QVariant(QStringLiteral("E-Bike"));
     QTest::newRow("text with filling zeros")
         << quint16(0x09) << QByteArray("AB\0\0", 4) << QVariant(QStringLiteral("AB"));
@@ -214,6 +235,12 @@ void tst_DataType::refusesWhatDoesNotFit_data()
     QTest::newRow("UNSIGNED64 -1") << quint16(0x1B) << QVariant(-1);
     QTest::newRow("UNSIGNED64 1e20") << quint16(0x1B) << QVariant(1e20);
     QTest::newRow("text beyond 8 bits") << quint16(0x09) << QVariant(QString(QChar(0x20AC)));
+    QTest::newRow("UNSIGNED24 2^24") << quint16(0x16) << QVariant(16777216u);
+    QTest::newRow("UNSIGNED56 -1") << quint16(0x1A) << QVariant(-1);
+    QTest::newRow("INTEGER24 2^23") << quint16(0x10) << QVariant(8388608);
+    QTest::newRow("INTEGER24 -2^23 - 1") << quint16(0x10) << QVariant(-8388609);
+    QTest::newRow("INTEGER40 of words") << quint16(0x12) << QVariant(QStringLiteral("twelve"));
+    QTest::newRow("TIME_OF_DAY, five bytes") << quint16(0x0C) << QVariant(bytes("01 02 03 04 05"));
     QTest::newRow("octets of a number") << quint16(0x0A) << QVariant(1);
 }
 
