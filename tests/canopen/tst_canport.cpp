@@ -59,6 +59,10 @@ struct Fixture
                          [this](const QCanBusFrame &received) { frames.append(received); });
         QObject::connect(port.get(), &CanPort::lost, port.get(),
                          [this](const QString &reason) { losses.append(reason); });
+        QObject::connect(port.get(), &CanPort::written, port.get(),
+                         [this](const QCanBusFrame &frame) { written.append(numberOf(frame)); });
+        QObject::connect(port.get(), &CanPort::dropped, port.get(),
+                         [this](const QCanBusFrame &frame) { dropped.append(numberOf(frame)); });
     }
 
     bool open()
@@ -71,6 +75,8 @@ struct Fixture
     std::unique_ptr<CanPort> port;
     QVector<QCanBusFrame> frames; // received
     QStringList losses;
+    QVector<int> written; // of the frames that had to wait
+    QVector<int> dropped;
 };
 
 } // namespace
@@ -99,6 +105,10 @@ private slots:
     void failingWritesLoseNothing_data();
     void failingWritesLoseNothing();
     void framesLostInTheQueueAreSentAgain();
+    void tellsWhatBecameOfAFrame_data();
+    void tellsWhatBecameOfAFrame();
+    void tellsWhichFramesAreDropped();
+    void tellsNothingOfFramesAfterTheEnd();
     void unpluggedDeviceIsLost();
     void shortFailureIsNoLoss();
     void refusedFrameDoesNotHoldUpTheOthersForEver();
@@ -325,6 +335,61 @@ void tst_CanPort::framesLostInTheQueueAreSentAgain()
     QCOMPARE(numbers, upTo(100));
     QTRY_COMPARE(test.port->framesSent(), quint64(100));
     QCOMPARE(test.losses, QStringList());
+}
+
+void tst_CanPort::tellsWhatBecameOfAFrame_data()
+{
+    QTest::addColumn<FakeCanDevice::Sending>("sending");
+    QTest::addColumn<int>("atOnce"); // frames of ten
+    QTest::newRow("no queue") << FakeCanDevice::Sending::AtOnce << 10;
+    QTest::newRow("no queue, nothing reported") << FakeCanDevice::Sending::Unreported << 10;
+    QTest::newRow("queue of the device") << FakeCanDevice::Sending::DeviceQueue << 0;
+}
+
+void tst_CanPort::tellsWhatBecameOfAFrame()
+{
+    QFETCH(FakeCanDevice::Sending, sending);
+    QFETCH(int, atOnce);
+    Fixture bus;
+    QVERIFY(bus.port->send(frame(0)) == Sending::Dropped); // not open
+    QVERIFY(bus.open());
+    bus.device->setSending(sending);
+    int written = 0;
+    for (int number = 0; number < 10; ++number) {
+        const Sending result = bus.port->send(frame(number));
+        QVERIFY(result != Sending::Dropped);
+        written += result == Sending::Written ? 1 : 0;
+    }
+    QCOMPARE(written, atOnce);
+    QCOMPARE(bus.written.size(), 0);
+    QTRY_COMPARE(bus.device->written().size(), 10);
+    QCOMPARE(bus.written, atOnce == 10 ? QVector<int>() : upTo(10));
+    QCOMPARE(bus.dropped, QVector<int>());
+}
+
+void tst_CanPort::tellsWhichFramesAreDropped()
+{
+    Fixture bus;
+    QVERIFY(bus.open());
+    bus.device->setSending(FakeCanDevice::Sending::StuckQueue);
+    for (int number = 0; number < CanPort::maximumFramesInDevice + CanPort::maximumQueueLength + 2; ++number)
+        QVERIFY(bus.port->send(frame(number)) == Sending::Waiting);
+    QCOMPARE(bus.dropped, (QVector<int>{CanPort::maximumFramesInDevice, CanPort::maximumFramesInDevice + 1}));
+    QCOMPARE(bus.written, QVector<int>());
+}
+
+void tst_CanPort::tellsNothingOfFramesAfterTheEnd()
+{
+    Fixture bus;
+    QVERIFY(bus.open());
+    bus.device->setSending(FakeCanDevice::Sending::StuckQueue);
+    for (int number = 0; number < 10; ++number)
+        bus.port->send(frame(number));
+    bus.port->close();
+    QVERIFY(bus.port->send(frame(10)) == Sending::Dropped);
+    QCoreApplication::processEvents();
+    QCOMPARE(bus.written, QVector<int>());
+    QCOMPARE(bus.dropped, QVector<int>());
 }
 
 void tst_CanPort::unpluggedDeviceIsLost()
