@@ -423,6 +423,9 @@ SdoUpload::Step SdoUpload::takeWrongToggle(const QByteArray &payload)
         m_memory.note(payload, m_origin, static_cast<quint32>(m_readings));
         m_memory.noteTrouble();
         m_segmentRepeated = payload == m_lastSegment;
+        // Or a later one with the same content, which the server has sent for a doubled request: then one is
+        // missing, and only the size of the whole would tell.
+        m_reading.isRepeating = m_reading.isRepeating || (!m_sizeAnnounced && m_typeSize == 0);
         return {};
     }
     m_memory.note(payload, SegmentMemory::strayOrigin, 0);

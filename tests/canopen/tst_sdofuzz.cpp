@@ -125,7 +125,11 @@ struct LineTally
         case Kind::Value: {
             ++values;
             const std::optional<QByteArray> data = encodeValue(object.type, outcome.value);
-            wrong += data && outcome.key == object.key && line.isRight(object, *data) ? 0 : 1;
+            const bool isRight = data && outcome.key == object.key && line.isRight(object, *data);
+            wrong += isRight ? 0 : 1;
+            if (!isRight)
+                qWarning() << "wrong at transfer" << transfers << ":" << object.key.toString()
+                           << outcome.raw.toHex();
             break;
         }
         case Kind::Abort:

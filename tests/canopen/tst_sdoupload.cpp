@@ -113,6 +113,7 @@ private slots:
     void equalValuesAreReadThrice();
     void changingValueIsBelievedAfterSilence_data();
     void changingValueIsBelievedAfterSilence();
+    void doubledSegmentInATextOfUnknownSizeDoesNotCount();
     void babbleIsNeverBelieved();
     void timeOverWhileTheLineClearsIsNoError();
     void answersAfterTheEndAreDropped();
@@ -818,6 +819,24 @@ void tst_SdoUpload::changingValueIsBelievedAfterSilence()
         QCOMPARE(upload.outcome().value, QVariant(4u));
     else
         QCOMPARE(sent(end), Frames{askType});
+}
+
+// The third segment is like the first one, and its request came twice: what looks like a copy may be the third.
+void tst_SdoUpload::doubledSegmentInATextOfUnknownSizeDoesNotCount()
+{
+    const QByteArray sizeless = bytes("40 08 10 00 00 00 00 00");
+    const QByteArray again = bytes("10 41 42 43 44 45 46 47");
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 0);
+    for (int reading = 0; reading < 9; ++reading) {
+        upload.setTime(650 * reading);
+        if (reading > 0)
+            QCOMPARE(sent(upload.timeOver()), Frames{askName});
+        const Step step = answer(
+            &upload, {sizeless, nameSegment0, nameSegment0, again, bytes("0B 48 49 00 00 00 00 00")});
+        QCOMPARE(step.finished, reading == 8);
+    }
+    QVERIFY(upload.outcome().isMixedUp);
 }
 
 // A node that sends the same segment again and again, between all others.
