@@ -38,6 +38,8 @@ void tst_RecentFiles::eightAtMost()
     QCOMPARE(RecentFiles::load().size(), 8);
     QCOMPARE(RecentFiles::load().first(), QStringLiteral("/10.dxxml"));
     QCOMPARE(RecentFiles::load().last(), QStringLiteral("/3.dxxml"));
+    RecentFiles::add(QStringLiteral("/10.dxxml")); // once more
+    QCOMPARE(RecentFiles::load().last(), QStringLiteral("/3.dxxml"));
 }
 
 void tst_RecentFiles::forgets()

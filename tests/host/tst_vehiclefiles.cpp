@@ -151,6 +151,7 @@ private slots:
     void saysThatNoReportWasWritten();
     void writesNoReportOverOneThatCannotBeKept();
     void stripSaysThatValuesAreOld();
+    void stripNamesNodesThatFallSilent();
 };
 
 void tst_VehicleFiles::opensAFile()
@@ -456,6 +457,27 @@ void tst_VehicleFiles::stripSaysThatValuesAreOld()
     QVERIFY(
         labelText(*bench.window, "valuesSentence").endsWith(QStringLiteral("the bus is not connected now.")));
     QCOMPARE(labelText(*bench.window, "valuesSign"), QStringLiteral("▲"));
+}
+
+void tst_VehicleFiles::stripNamesNodesThatFallSilent()
+{
+    Bench bench;
+    const auto *strip = bench.window->findChild<QWidget *>(QStringLiteral("valuesStrip"));
+    bench.receiveValues();
+    static qint64 now;
+    now = 1000;
+    CanOpen::HeartbeatConsumer &heartbeats = bench.host.services.bus().heartbeats();
+    heartbeats.setClock([] { return now; });
+    bench.host.fake.heartbeat(1);
+    QTRY_VERIFY(!strip->isVisible());
+    now = 1500;
+    bench.host.fake.heartbeat(1);
+    now = 100000;
+    heartbeats.checkTimeouts(now);
+    QVERIFY(strip->isVisible());
+    QVERIFY2(
+        labelText(*bench.window, "valuesSentence").endsWith(QStringLiteral("no longer heard is node 1.")),
+        qPrintable(labelText(*bench.window, "valuesSentence")));
 }
 
 QTEST_MAIN(tst_VehicleFiles)
