@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "componentupdatechecker.h"
 
+#include "boundedreply.h"
 #include "updateserver.h"
 
-#include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QUrl>
 
@@ -43,8 +43,10 @@ bool ComponentUpdateChecker::checkForUpdate(quint32 vendorId, quint32 productCod
     connect(&m_networkAccessManager, SIGNAL(finished(QNetworkReply *)), this,
             SLOT(replyFinished(QNetworkReply *)));
 
+    const ReplyLimits limits = replyLimits();
+    m_networkAccessManager.setMaximumBody(limits.bytes);
     QNetworkReply *reply = m_networkAccessManager.get(QNetworkRequest(url));
-    new ReplyGuard(reply, replyLimits()); // owned by the reply
+    new ReplyGuard(reply, limits); // owned by the reply
     // The manager was connected to this signal first: all deliveries of the reply have happened by then.
     connect(reply, SIGNAL(finished()), reply, SLOT(deleteLater()));
     return true;
@@ -58,8 +60,8 @@ void ComponentUpdateChecker::replyFinished(QNetworkReply *reply)
         info = tr("No connection to update information server at %1.")
                    .arg(UpdateServer::displayName(reply->request().url().authority()));
     } else {
-        // Only looked at, for the deliveries of this reply that are still to come.
-        info = textOf(reply->peek(reply->bytesAvailable()));
+        // The body stays, for the deliveries of this reply that are still to come.
+        info = textOf(static_cast<const BoundedReply *>(reply)->body());
     }
     emit updateInformation(m_vendorId, m_productCode, m_revision, info);
 }

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "boundednetworkaccess.h"
 #include "replyguard.h"
 
-#include <QNetworkAccessManager>
 #include <QObject>
 
 class QNetworkReply;
@@ -11,7 +11,8 @@ class QNetworkReply;
 /*! Asks the update information server what it knows about the firmware of one component.
  *
  *  The question is the component's identity (CANopen identity object 1018h), sent as an HTTP GET of
- *  "/versioninfo/?vendor=...&product=...&revision=..." to UpdateServer::host(). Everything happens in the
+ *  "/versioninfo/?vendor=...&product=...&revision=..." to UpdateServer::host(). No answer costs more than 32 MB, cookies
+ *  are neither kept nor sent. Everything happens in the
  *  thread of the checker; the answer comes through the event loop, never from inside checkForUpdate().
  *
  *  Holds nothing but the identity of the last request, so that overlapping requests all carry that one.
@@ -41,7 +42,7 @@ signals:
     void updateInformation(quint32 vendorId, quint32 productcode, quint32 revision, QString info);
 
 public slots:
-    /*! Makes the answer of a finished reply and emits it. May be called several times for one reply. */
+    /*! Makes the answer of a finished reply of this checker and emits it. May be called several times for one reply. */
     void replyFinished(QNetworkReply *reply);
 
 protected:
@@ -49,7 +50,7 @@ protected:
     virtual ReplyLimits replyLimits() const;
 
 private:
-    QNetworkAccessManager m_networkAccessManager;
+    BoundedNetworkAccess m_networkAccessManager;
     quint32 m_vendorId = 0;
     quint32 m_productCode = 0;
     quint32 m_revision = 0;

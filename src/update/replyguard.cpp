@@ -7,7 +7,6 @@
 ReplyGuard::ReplyGuard(QNetworkReply *reply, const ReplyLimits &limits)
     : QObject(reply)
     , m_reply(reply)
-    , m_maximumBytes(limits.bytes)
 {
     auto *silence = new QTimer(this);
     silence->setSingleShot(true);
@@ -20,14 +19,6 @@ ReplyGuard::ReplyGuard(QNetworkReply *reply, const ReplyLimits &limits)
     duration->setSingleShot(true);
     connect(duration, SIGNAL(timeout()), this, SLOT(end()));
     duration->start(limits.duration);
-
-    connect(reply, SIGNAL(readyRead()), this, SLOT(checkSize()));
-}
-
-void ReplyGuard::checkSize()
-{
-    if (m_reply->bytesAvailable() > m_maximumBytes)
-        end();
 }
 
 void ReplyGuard::end()

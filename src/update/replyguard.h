@@ -12,10 +12,10 @@ struct ReplyLimits
 {
     std::chrono::milliseconds silence = std::chrono::seconds(30); // from one part of the body to the next
     std::chrono::milliseconds duration = std::chrono::minutes(2); // from the request to the end of the body
-    qint64 bytes = 16 * 1024 * 1024;                              // of the body, after decompression
+    int bytes = 10 * 1024 * 1024; // of the body, after decompression; its text takes twice as much
 };
 
-/*! Ends one reply that outgrows its limits, so that no server can hold a request for ever or fill the memory.
+/*! Ends one reply that takes longer than it may, so that no server can hold a request for ever.
  *
  *  A reply that is ended so finishes at once with QNetworkReply::OperationCanceledError. One that has
  *  finished is left alone. The guard belongs to the reply and dies with it.
@@ -29,10 +29,8 @@ public:
     ReplyGuard(QNetworkReply *reply, const ReplyLimits &limits);
 
 private slots:
-    void checkSize();
     void end();
 
 private:
     QNetworkReply *m_reply; // the parent
-    qint64 m_maximumBytes;
 };

@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "formbench.h"
 
+#include <tests/support/filedialogdriver.h>
 #include <tests/support/httpserver.h>
 #include <tests/support/messageboxwatcher.h>
 #include <tests/support/windowtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QFile>
 #include <QMap>
 #include <QMessageBox>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QTreeWidget>
 #include <QtTest>
@@ -55,6 +59,7 @@ private slots:
     void updateInformationIsShownAsItIs();
     void longUpdateInformation_data();
     void longUpdateInformation();
+    void longInformationIsSavedWhole();
 };
 
 void tst_FormUpdate::updateWithoutAComponentSays()
@@ -132,40 +137,68 @@ void tst_FormUpdate::longUpdateInformation_data()
 {
     QTest::addColumn<QString>("answer");
     QTest::addColumn<QString>("text"); // of the box
-    QTest::addColumn<bool>("hasDetails");
+    QTest::addColumn<QString>("details");
 
     const auto characters = [](int count) { return QString(count, QLatin1Char('x')); };
     const auto lines = [](int count) { return QStringLiteral("line\n").repeated(count); };
     const QString more = QStringLiteral("\n\u2026");
-    QTest::newRow("empty") << QString() << QString() << false;
-    QTest::newRow("4000 characters") << characters(4000) << characters(4000) << false;
-    QTest::newRow("4001 characters") << characters(4001) << characters(4000) + more << true;
-    QTest::newRow("40 lines") << lines(39) + QStringLiteral("end") << lines(39) + QStringLiteral("end")
-                              << false;
-    QTest::newRow("41 lines") << lines(40) + QStringLiteral("end")
-                              << lines(39) + QStringLiteral("line") + more << true;
-    QTest::newRow("a long second line")
-        << lines(1) + characters(5000) << lines(1) + characters(3995) + more << true;
-    QTest::newRow("100 kB in one line") << characters(100000) << characters(4000) + more << true;
-    QTest::newRow("1 MB of lines") << lines(200000) << lines(39) + QStringLiteral("line") + more << true;
+    const auto row = [](const char *name, const QString &answer, const QString &text,
+                        const QString &details) { QTest::newRow(name) << answer << text << details; };
+    row("empty", QString(), QString(), QString());
+    row("4000 characters", characters(4000), characters(4000), QString());
+    row("4001 characters", characters(4001), characters(4000) + more, characters(4001));
+    row("40 lines", lines(39) + QStringLiteral("end"), lines(39) + QStringLiteral("end"), QString());
+    row("41 lines", lines(40) + QStringLiteral("end"), lines(39) + QStringLiteral("line") + more,
+        lines(40) + QStringLiteral("end"));
+    row("a long second line", lines(1) + characters(5000), lines(1) + characters(3995) + more,
+        lines(1) + characters(5000));
+    row("20000 characters", characters(20000), characters(4000) + more, characters(20000));
+    row("100 kB in one line", characters(100000), characters(4000) + more,
+        characters(20000) + more + QStringLiteral(" 80000 more character(s)"));
+    row("1 MB of lines", lines(200000), lines(39) + QStringLiteral("line") + more,
+        lines(4000) + more + QStringLiteral(" 980000 more character(s)"));
 }
 
 void tst_FormUpdate::longUpdateInformation()
 {
     QFETCH(QString, answer);
     QFETCH(QString, text);
-    QFETCH(bool, hasDetails);
+    QFETCH(QString, details);
 
     MessageBoxWatcher watcher;
     FormBench bench;
-    QString details;
-    QTimer::singleShot(0, &bench.finder, [&details] {
+    QString shownDetails;
+    QTimer::singleShot(0, &bench.finder, [&shownDetails] {
         if (const auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
-            details = box->detailedText();
+            shownDetails = box->detailedText();
     });
     bench.form->showUpdateInformation(1, 2, 3, answer);
     QCOMPARE(watcher.texts(), QStringList{text});
-    QCOMPARE(details, hasDetails ? answer : QString());
+    QCOMPARE(shownDetails, details);
+}
+
+void tst_FormUpdate::longInformationIsSavedWhole()
+{
+    const QTemporaryDir folder;
+    const QString name = folder.filePath(QStringLiteral("answer.txt"));
+    const QString answer = QStringLiteral("f\u00FCr ") + QString(100000, QLatin1Char('x'));
+    FormBench bench;
+    const FileDialogDriver driver(name);
+    QTimer::singleShot(0, &bench.finder, [] {
+        const auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        QVERIFY(box != nullptr);
+        for (QAbstractButton *button : box->buttons()) {
+            if (button->text() == QStringLiteral("Save text..."))
+                button->click();
+        }
+    });
+    bench.form->showUpdateInformation(1, 2, 3, answer);
+    QCOMPARE(driver.dialogs().size(), 1);
+    QCOMPARE(driver.dialogs().constFirst().acceptMode, QFileDialog::AcceptSave);
+    QCOMPARE(driver.dialogs().constFirst().caption, QStringLiteral("Save text"));
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(QString::fromUtf8(file.readAll()), answer);
 }
 
 QTEST_MAIN(tst_FormUpdate)

@@ -89,6 +89,7 @@ private slots:
     void request_data();
     void request();
     void defaultHeadersOnly();
+    void cookiesAreNeitherKeptNorSent();
     void answersTrueAndNeverFromInside();
     void overrideIsReadForEveryRequest();
 
@@ -218,6 +219,18 @@ void tst_ComponentUpdateChecker::defaultHeadersOnly()
 
     QCOMPARE(m_server->requests().at(1), m_server->requests().at(0));
     QVERIFY(m_server->requests().at(1).contains("\r\nHost: " + m_server->authority().toLatin1() + "\r\n"));
+}
+
+void tst_ComponentUpdateChecker::cookiesAreNeitherKeptNorSent()
+{
+    m_server->setAnswer(HttpServer::response("text", "200 OK", "Set-Cookie: who=you; Path=/\r\n"));
+    Checker checker;
+    QSignalSpy spy(&checker, SIGNAL(updateInformation(quint32, quint32, quint32, QString)));
+    checker.checkForUpdate(1, 2, 3);
+    QTRY_COMPARE_WITH_TIMEOUT(spy.count(), 1, patience);
+    checker.checkForUpdate(1, 2, 3);
+    QTRY_COMPARE_WITH_TIMEOUT(spy.count(), 3, patience);
+    QCOMPARE(m_server->requests().at(1), m_server->requests().at(0));
 }
 
 void tst_ComponentUpdateChecker::answersTrueAndNeverFromInside()
@@ -707,7 +720,7 @@ void tst_ComponentUpdateChecker::shippedLimits()
     const ReplyLimits limits;
     QCOMPARE(qint64(limits.silence.count()), qint64(30000));
     QCOMPARE(qint64(limits.duration.count()), qint64(120000));
-    QCOMPARE(limits.bytes, qint64(16777216));
+    QCOMPARE(limits.bytes, 10485760);
 }
 
 QTEST_GUILESS_MAIN(tst_ComponentUpdateChecker)
