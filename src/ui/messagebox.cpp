@@ -31,8 +31,8 @@ QString details(const QString &text)
 {
     if (text.size() <= mostDetails)
         return text;
-    return text.left(mostDetails) + QStringLiteral("\n\u2026 ")
-           + Tr::tr("%n more character(s)", nullptr, text.size() - mostDetails);
+    return text.left(mostDetails) + QStringLiteral("\n\u2026\n")
+           + Tr::tr("Characters not shown: %1").arg(text.size() - mostDetails);
 }
 
 void saveText(const QString &text)
