@@ -29,6 +29,7 @@ private slots:
     void compactSubObjectsOfADcf();
     void sectionNamesInAnyCaseAndOrder();
     void missingDefaultIsZero();
+    void definitionsOfDataTypesAreNoObjects();
     void errors_data();
     void errors();
     void hostileFiles_data();
@@ -263,6 +264,16 @@ void tst_EdsFile::missingDefaultIsZero()
     QCOMPARE(dataOf(parseEds(variable("9", ""), 0, nullptr), {0x2000, 0}), QByteArray(""));
 }
 
+void tst_EdsFile::definitionsOfDataTypesAreNoObjects()
+{
+    const QByteArray text
+        = variable("5", "") + "[0005]\nObjectType=5\n[0005sub0]\nDataType=7\nAccessType=ro\n";
+    QString error;
+    const auto file = parseEds(text, 0, &error);
+    QVERIFY2(file.has_value(), qPrintable(error));
+    QCOMPARE(file->dictionary.keys(), QVector<ObjectKey>({ObjectKey{0x2000, 0}}));
+}
+
 void tst_EdsFile::errors_data()
 {
     QTest::addColumn<QByteArray>("text");
@@ -291,6 +302,8 @@ void tst_EdsFile::errors_data()
     row("no access", "[2000]\nDataType=5\n", "line 1, [2000] AccessType: the key is missing");
     row("node ID", variable("5", "") + "[DeviceComissioning]\nNodeID=128\n",
         "line 8, [DeviceComissioning] NodeID: 128 is no node ID from 1 to 127");
+    row("node ID 0", variable("5", "") + "[DeviceComissioning]\nNodeID=0\n",
+        "line 8, [DeviceComissioning] NodeID: 0 is no node ID from 1 to 127");
     row("sub-index too large", "[2000]\nObjectType=9\n[2000sub100]\n",
         "line 3, [2000sub100]: the sub-index is no number from 0 to FF");
     row("sub-index with sign", "[2000]\nObjectType=9\n[2000sub-1]\n",

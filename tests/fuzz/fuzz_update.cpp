@@ -48,6 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
     static char name[] = "fuzz";
     static char *argv[] = {name, nullptr};
     static const QCoreApplication application(argc, argv);
+    static ComponentUpdateChecker checker; // takes long to make, and keeps nothing of an answer
 
     const QByteArray bytes(reinterpret_cast<const char *>(data), static_cast<int>(size));
     const QString text = QString::fromUtf8(bytes);
@@ -56,9 +57,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
         require(url.isValid() && url.path() == QLatin1String("/versioninfo/") && url.userName().isEmpty());
     }
 
-    ComponentUpdateChecker checker;
     QString info;
-    QObject::connect(&checker, &ComponentUpdateChecker::updateInformation,
+    const QObject receiver; // the connection ends with it
+    QObject::connect(&checker, &ComponentUpdateChecker::updateInformation, &receiver,
                      [&info](quint32, quint32, quint32, const QString &received) { info = received; });
     Answer answer(bytes);
     checker.replyFinished(&answer);

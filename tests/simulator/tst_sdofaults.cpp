@@ -15,6 +15,7 @@ class tst_SdoFaults : public QObject
 
 private slots:
     void sdoSilentFromTheThirdRequest();
+    void requestsAreCountedFromAChangeOfFaultsOn();
     void sdoSilentForOneObject();
     void sdoDelay();
     void sdoDelayIsForgottenAtAReset();
@@ -37,6 +38,7 @@ private slots:
     void lateCopies();
     void lateCopiesComeInAnyOrder();
     void lateAnswers();
+    void lateAnswersAreForgottenAtAReset();
     void halfOpenUntilAnAbortArrives();
     void blockUploadWithAWrongCrc();
     void blockUploadLosesASegment();
@@ -69,6 +71,19 @@ void tst_SdoFaults::sdoSilentFromTheThirdRequest()
     QCOMPARE(test.ask(readErrorRegister), QByteArrayList());
     test.pass(500);
     QCOMPARE(test.take(), QByteArrayList({"705 05"}));
+}
+
+void tst_SdoFaults::requestsAreCountedFromAChangeOfFaultsOn()
+{
+    TestVehicle test;
+    test.startQuietly();
+    test.ask(readErrorRegister);
+    test.ask(readErrorRegister);
+    Faults::SdoSilent silent;
+    silent.from = 2;
+    test.vehicle.addFault(5, silent);
+    QCOMPARE(test.ask(readErrorRegister), QByteArrayList({errorRegister}));
+    QCOMPARE(test.ask(readErrorRegister), QByteArrayList());
 }
 
 void tst_SdoFaults::sdoSilentForOneObject()
@@ -361,6 +376,17 @@ void tst_SdoFaults::lateAnswers()
     QCOMPARE(test.ask(readErrorRegister), QByteArrayList({"585 4b00200034120000", errorRegister}));
 }
 
+void tst_SdoFaults::lateAnswersAreForgottenAtAReset()
+{
+    TestVehicle test({Faults::LateAnswers()});
+    test.startQuietly();
+    test.ask(readErrorRegister);
+    QCOMPARE(test.ask(readErrorRegister), QByteArrayList());
+    test.nmt("8105");
+    test.take();
+    QCOMPARE(test.ask(readName), QByteArrayList({nameAnswer}));
+}
+
 void tst_SdoFaults::halfOpenUntilAnAbortArrives()
 {
     Faults::HalfOpen halfOpen;
@@ -393,10 +419,12 @@ void tst_SdoFaults::blockUploadLosesASegment()
 {
     Faults::BlockUpload block;
     block.lostSegment = 2;
+    block.wrongCrc = false;
     TestVehicle test({block});
     test.startQuietly();
     test.ask(readNameAsBlock);
     QCOMPARE(test.ask(startBlock), QByteArrayList({nameBlock.at(0), nameBlock.at(2)}));
+    QCOMPARE(test.ask("a2037f0000000000"), QByteArrayList({"585 d930850000000000"}));
 }
 
 void tst_SdoFaults::blockUploadWithAWrongSequence()
