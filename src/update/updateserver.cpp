@@ -44,7 +44,8 @@ bool isName(const QString &text)
 {
     static const QRegularExpression labels = wholeText(QStringLiteral(
         "(?:[a-z0-9_](?:[a-z0-9_-]{0,61}[a-z0-9_])?\\.)*[a-z0-9_](?:[a-z0-9_-]{0,61}[a-z0-9_])?\\.?"));
-    const QString name = QString::fromLatin1(QUrl::toAce(text.toLower()));
+    // Not in lower case before: the URL gets the text as it is, and a capital may be no letter of host names.
+    const QString name = QString::fromLatin1(QUrl::toAce(text)).toLower();
     return name.size() <= maximumNameLength && labels.match(name).hasMatch();
 }
 

@@ -140,7 +140,9 @@ void tst_UpdateServer::isHost_data()
     QTest::newRow("IPv6 address and port") << QStringLiteral("[2001:db8::1]:8080") << true;
     QTest::newRow("highest port") << QStringLiteral("a:65535") << true;
     QTest::newRow("longest label") << QString(63, QLatin1Char('a')) + QStringLiteral(".example") << true;
+    QTest::newRow("capitals beyond ASCII") << QStringLiteral("M\u00dcLLER.example") << true;
 
+    QTest::newRow("capital that host names do not know") << QStringLiteral("\u023d") << false;
     QTest::newRow("nothing") << QString() << false;
     QTest::newRow("blank") << QStringLiteral(" ") << false;
     QTest::newRow("blank before") << QStringLiteral(" a.example") << false;
