@@ -40,7 +40,9 @@ BusConnection::BusConnection(QObject *parent)
     connect(&m_retryTimer, &QTimer::timeout, this, &BusConnection::tryAgain);
     connect(&m_watch, &InterfaceWatch::lost, this, &BusConnection::handleLoss);
     connect(&m_watch, &InterfaceWatch::returned, this, &BusConnection::tryAgain);
-    connect(&m_sdoClient, &CanOpen::SdoClient::finished, this, &BusConnection::countOutcome);
+    connect(&m_sdoClient, &CanOpen::SdoClient::finished, this, [this](const CanOpen::SdoOutcome &outcome) {
+        m_counters.uploadRepeats += static_cast<quint64>(outcome.repeats);
+    });
 }
 
 BusConnection::~BusConnection()
@@ -88,22 +90,12 @@ bool BusConnection::connectToBus(const BusSettings &settings, QString *errorMess
 
 void BusConnection::disconnectFromBus()
 {
-    ++m_generation;
     m_retryTimer.stop();
     m_watch.stop();
     if (m_state == State::Disconnected)
-        return;
-
-    const QPointer<BusConnection> alive(this);
-    const quint64 generation = m_generation;
-    m_state = State::Disconnected; // before the uploads end, so that the next ones are refused
-    m_errorString.clear();
-    releasePort();
-    m_sdoClient.cancelAll();
-    if (alive.isNull() || generation != m_generation)
-        return;
-    m_heartbeats.clear();
-    emit stateChanged(m_state);
+        ++m_generation;
+    else
+        leave(State::Disconnected, QString());
 }
 
 BusCounters BusConnection::counters() const
@@ -253,14 +245,20 @@ void BusConnection::handleLoss(const QString &reason)
 {
     if (m_state != State::Connected)
         return;
-
     qCInfo(busLog, "Lost %s: %s", qUtf8Printable(m_settings.address.toString()), qUtf8Printable(reason));
+    m_retryTimer.start();
+    leave(State::Lost, reason);
+}
+
+/*! Closes the port and ends what is under way on it. This may be gone afterwards: slots hear of it. */
+void BusConnection::leave(State state, const QString &reason)
+{
     const QPointer<BusConnection> alive(this);
     const quint64 generation = ++m_generation;
-    m_state = State::Lost; // before the uploads end, so that the next ones are refused
+    m_state = state; // before the uploads end, so that the next ones are refused
     m_errorString = reason;
+    m_lossReason = reason;
     releasePort();
-    m_retryTimer.start();
     m_sdoClient.cancelAll();
     if (alive.isNull() || generation != m_generation)
         return;
@@ -285,29 +283,6 @@ void BusConnection::tryAgain()
     m_retryTimer.stop();
     m_errorString.clear();
     setState(State::Connected);
-}
-
-void BusConnection::countOutcome(const CanOpen::SdoOutcome &outcome)
-{
-    m_counters.uploadRepeats += static_cast<quint64>(outcome.repeats);
-    switch (outcome.kind) {
-    case CanOpen::SdoOutcome::Kind::Value:
-        ++m_counters.uploadsDone;
-        break;
-    case CanOpen::SdoOutcome::Kind::Abort:
-    case CanOpen::SdoOutcome::Kind::Error:
-        ++m_counters.uploadsAborted;
-        if (outcome.code == static_cast<quint32>(CanOpen::SdoAbort::ObjectDoesNotExist)
-            || outcome.code == static_cast<quint32>(CanOpen::SdoAbort::SubIndexDoesNotExist))
-            ++m_counters.uploadsMissing;
-        break;
-    case CanOpen::SdoOutcome::Kind::Timeout:
-        ++m_counters.uploadsTimedOut;
-        break;
-    case CanOpen::SdoOutcome::Kind::Cancelled:
-        ++m_counters.uploadsCancelled;
-        break;
-    }
 }
 
 void BusConnection::setState(State state)

@@ -24,13 +24,8 @@ struct BusCounters
 {
     quint64 framesReceived = 0;
     quint64 framesSent = 0;
-    quint64 writeRetries = 0;     //!< writes that failed and were tried again
-    quint64 uploadsDone = 0;      //!< SDO uploads that gave a value
-    quint64 uploadsAborted = 0;   //!< refused by the device or failed as a transfer
-    quint64 uploadsMissing = 0;   //!< of these: the device does not have the object or the sub-index
-    quint64 uploadsTimedOut = 0;  //!< no answer, also after the repeats
-    quint64 uploadsCancelled = 0; //!< ended because the bus went away
-    quint64 uploadRepeats = 0;    //!< requests that were asked again
+    quint64 writeRetries = 0;  //!< writes that failed and were tried again
+    quint64 uploadRepeats = 0; //!< requests that were asked again
 };
 
 /*! One connection to one CAN bus, with the CANopen client on it.
@@ -84,6 +79,11 @@ public:
     /*! Why the bus was lost or could not be opened, a sentence for the user; empty while it is connected. */
     QString errorString() const { return m_errorString; }
 
+    /*! Why the bus was lost last, a sentence for the user; stays when the bus is back. Empty when it was not
+     *  lost since the user connected or disconnected.
+     */
+    QString lossReason() const { return m_lossReason; }
+
     BusCounters counters() const;
 
     CanOpen::SdoClient &sdoClient() { return m_sdoClient; }
@@ -111,9 +111,9 @@ private:
     void adoptPort(std::unique_ptr<CanOpen::CanPort> port);
     void releasePort();
     void handleFrame(const QCanBusFrame &frame);
+    void leave(State state, const QString &reason);
     void handleLoss(const QString &reason);
     void tryAgain();
-    void countOutcome(const CanOpen::SdoOutcome &outcome);
     void setState(State state);
     void addPortCounters(BusCounters *counters) const;
 
@@ -121,6 +121,7 @@ private:
     BusSettings m_settings;
     State m_state = State::Disconnected;
     QString m_errorString;
+    QString m_lossReason;
     quint64 m_generation = 0; // raised by every call that makes an attempt under way obsolete
     bool m_isOpening = false;
     BusCounters m_counters; // without those of the open port

@@ -6,6 +6,12 @@
 
 namespace CanOpen {
 
+/*! An object's index for people: "60ABh". */
+inline QString indexText(quint16 index)
+{
+    return QString::number(index, 16).toUpper().rightJustified(4, QLatin1Char('0')) + QLatin1Char('h');
+}
+
 /*! Index and sub-index of an object dictionary entry: what an SDO calls its multiplexer. */
 struct ObjectKey
 {
@@ -15,10 +21,11 @@ struct ObjectKey
     /*! For messages to people: "6000h sub-index 1". */
     QString toString() const
     {
-        return QStringLiteral("%1h sub-index %2")
-            .arg(QString::number(index, 16).toUpper().rightJustified(4, QLatin1Char('0')))
-            .arg(subIndex);
+        return QStringLiteral("%1 sub-index %2").arg(indexText(index), QString::number(subIndex));
     }
+
+    /*! In lists: "6000h.1". */
+    QString toShortString() const { return indexText(index) + QLatin1Char('.') + QString::number(subIndex); }
 };
 
 constexpr bool operator==(ObjectKey a, ObjectKey b)

@@ -52,16 +52,21 @@ QString stateName(CanOpen::NmtState state)
     return QString();
 }
 
-QString hexadecimal(quint16 index)
+/*! What the user has done is no error. */
+Severity severityOf(const ReadSummary &summary)
 {
-    return QString::number(index, 16).toUpper().rightJustified(4, QLatin1Char('0'));
-}
-
-/*! \a text with %1 node, %2 index, %3 sub-index, %4 number of values. */
-QString fill(const QString &text, const ReadSummary &summary)
-{
-    return text.arg(QString::number(summary.nodeId), hexadecimal(summary.key.index),
-                    QString::number(summary.key.subIndex), QString::number(summary.values));
+    switch (summary.end) {
+    case ReadSummary::End::Complete:
+        return summary.record.total().failed == 0 ? Severity::Information : Severity::Warning;
+    case ReadSummary::End::Disconnected:
+    case ReadSummary::End::Cancelled:
+        return Severity::Information;
+    case ReadSummary::End::NothingAsked:
+    case ReadSummary::End::NoAnswer:
+    case ReadSummary::End::BusGone:
+        break;
+    }
+    return Severity::Error;
 }
 
 } // namespace
@@ -224,49 +229,12 @@ void BusReport::handleDetection()
 
 void BusReport::handleReadEnd(const ReadSummary &summary)
 {
-    const QString text = describeEnd(summary);
-    const bool isGood = summary.end == ReadSummary::End::Complete;
-    const bool isWanted = isGood || summary.end == ReadSummary::End::Cancelled;
-    add(isWanted ? Severity::Information : Severity::Error, text);
+    const QString text = ReadWords::end(summary, m_services->silenceOf(summary.nodeId));
+    add(severityOf(summary), text);
+    const QStringList failures = ReadWords::failures(summary.failuresBeside());
+    for (const QString &sentence : failures)
+        add(Severity::Warning, sentence);
     emit noticed(text);
-}
-
-QString BusReport::describeEnd(const ReadSummary &summary) const
-{
-    switch (summary.end) {
-    case ReadSummary::End::Complete: {
-        const QString text = tr("Read finished. Nodes: %1, values: %2, objects not there: %3.")
-                                 .arg(summary.nodes.size())
-                                 .arg(summary.values)
-                                 .arg(summary.missing);
-        if (summary.refused == 0)
-            return text;
-        return text + QLatin1Char(' ') + tr("Refused or failed: %1.").arg(summary.refused);
-    }
-    case ReadSummary::End::NothingAsked:
-        return tr("Nothing was read, because node 1, the bus controller, was not heard. Is the vehicle "
-                  "switched on, and does node 1 send a heartbeat?");
-    case ReadSummary::End::NoAnswer:
-        if (m_services->bus().heartbeats().state(summary.nodeId) == CanOpen::NmtState::Stopped) {
-            return fill(tr("The read stopped at node %1, object %2h sub-index %3, because the node is in the "
-                           "state Stopped and answers no SDO. Values read until then: %4."),
-                        summary);
-        }
-        return fill(tr("The read stopped at node %1, object %2h sub-index %3, because it did not answer. "
-                       "Values read until then: %4."),
-                    summary);
-    case ReadSummary::End::BusGone:
-        return fill(tr("The read stopped at node %1, object %2h sub-index %3, because the bus was gone. "
-                       "Values read until then: %4."),
-                    summary);
-    case ReadSummary::End::Cancelled:
-        if (summary.nodeId == 0)
-            return tr("The read was cancelled by the user.");
-        return fill(tr("The read was cancelled by the user at node %1, object %2h sub-index %3. Values read "
-                       "until then: %4."),
-                    summary);
-    }
-    return QString();
 }
 
 void BusReport::handleHealth(InterfaceHealth::State state)

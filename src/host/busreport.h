@@ -60,7 +60,6 @@ private:
     void handleHealth(InterfaceHealth::State state);
     void handleOverrun();
     void forgetNodes();
-    QString describeEnd(const ReadSummary &summary) const;
     void add(MessageLog::Severity severity, const QString &text) { m_log->add(severity, text); }
 
     HostServices *m_services;

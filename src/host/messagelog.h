@@ -37,6 +37,8 @@ public:
     /*! Rows \a rows as lines of text, "12:34:56  text"; all rows when it is empty. */
     QString toText(const QVector<int> &rows = {}) const;
 
+    Severity severity(int row) const { return m_messages.at(row).severity; }
+
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;

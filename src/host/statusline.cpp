@@ -110,9 +110,10 @@ void StatusLine::refresh()
     m_nodes->setText(tr("Nodes: %1").arg(m_bus->heartbeats().activeNodeCount()));
 
     const BusCounters counters = m_bus->counters();
-    m_uploads->setText(uploadText(counters));
+    m_uploads->setText(uploadText());
     m_uploads->setToolTip(
-        tr("Uploads since the bus was connected. Requests repeated: %1, frames sent again: %2, overruns: %3")
+        tr("Objects of this read, or of the last one. Since the bus was connected: requests repeated: %1, "
+           "frames sent again: %2, overruns: %3")
             .arg(counters.uploadRepeats)
             .arg(counters.writeRetries)
             .arg(m_services->interfaceHealth().overruns()));
@@ -160,19 +161,17 @@ QString StatusLine::readText() const
     if (reads.phase() == ReadObserver::Phase::Detecting)
         return tr("Looking for nodes ...");
     const ReadSummary &summary = reads.summary();
-    return tr("Reading node %1, object %2h ...")
-        .arg(QString::number(summary.nodeId),
-             QString::number(summary.key.index, 16).toUpper().rightJustified(4, QLatin1Char('0')));
+    return tr("Reading node %1, object %2 ...")
+        .arg(QString::number(summary.nodeId), CanOpen::indexText(summary.key.index));
 }
 
-QString StatusLine::uploadText(const BusCounters &counters) const
+QString StatusLine::uploadText() const
 {
-    const QString text = tr("SDO: %1 read, %2 not there, %3 without answer")
-                             .arg(counters.uploadsDone)
-                             .arg(counters.uploadsMissing)
-                             .arg(counters.uploadsTimedOut);
-    const quint64 refused = counters.uploadsAborted - counters.uploadsMissing;
-    return refused == 0 ? text : tr("%1, %2 refused").arg(text, QString::number(refused));
+    const ReadCounts counts = m_services->reads().summary().record.total();
+    if (counts.objects() == 0)
+        return QString();
+    return tr("SDO: %1 read, %2 not there, %3 failed")
+        .arg(QString::number(counts.values), QString::number(counts.missing), QString::number(counts.failed));
 }
 
 void StatusLine::handleState(BusConnection::State state)

@@ -40,7 +40,7 @@ private:
     QString stateText() const;
     QString newsText() const;
     QString readText() const;
-    QString uploadText(const BusCounters &counters) const;
+    QString uploadText() const;
     void handleState(BusConnection::State state);
     void measureFrameRate();
 

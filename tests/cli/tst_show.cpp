@@ -290,7 +290,7 @@ void tst_Show::stoppedRead()
     // What was read before is shown all the same.
     QVERIFY2(result.output.contains(s("\nDraxel Controller          1        Operational  Operating\n")),
              qPrintable(result.output));
-    QVERIFY2(result.errors.startsWith(s("The read was stopped at node 7, object 1000h sub-index 0,")),
+    QVERIFY2(result.errors.startsWith(s("The read stopped at node 7, object 1000h sub-index 0,")),
              qPrintable(result.errors));
 }
 

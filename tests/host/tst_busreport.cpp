@@ -9,6 +9,8 @@
 
 #include <memory>
 
+using Severity = MessageLog::Severity;
+
 class tst_BusReport : public QObject
 {
     Q_OBJECT
@@ -32,7 +34,10 @@ private slots:
     void readThatHearsNothing();
     void readThatStops();
     void readThatStopsAtStoppedNode();
-    void readThatLosesTheBus();
+    void readThatUserDisconnects();
+    void readDuringWhichTheBusFlaps();
+    void readOfNodeThatKeepsRestarting();
+    void readWithFailures();
     void readThatIsComplete();
     void interfaceTroubles();
     void overruns();
@@ -44,6 +49,13 @@ private:
         for (int row = 0; row < m_log->rowCount(); ++row)
             texts.append(m_log->index(row, MessageLog::TextColumn).data().toString());
         return texts;
+    }
+    QList<Severity> severities() const
+    {
+        QList<Severity> list;
+        for (int row = 0; row < m_log->rowCount(); ++row)
+            list.append(m_log->severity(row));
+        return list;
     }
     void connectAndClear()
     {
@@ -289,15 +301,56 @@ void tst_BusReport::readThatStopsAtStoppedNode()
                             "then: 0."));
 }
 
-void tst_BusReport::readThatLosesTheBus()
+void tst_BusReport::readThatUserDisconnects()
 {
     connectAndClear();
     m_services->getSdoClient()->upload(7, 0x6000, 2, 7, 60000);
     m_services->bus().disconnectFromBus();
     QTRY_COMPARE(lines().size(), 2);
     QVERIFY(
-        lines().contains(QStringLiteral("The read stopped at node 7, object 6000h sub-index 2, because the "
-                                        "bus was gone. Values read until then: 0.")));
+        lines().contains(QStringLiteral("The read stopped at node 7, object 6000h sub-index 2, because you "
+                                        "disconnected. Values read until then: 0.")));
+    QVERIFY(!severities().contains(Severity::Error));
+}
+
+void tst_BusReport::readDuringWhichTheBusFlaps()
+{
+    connectAndClear();
+    m_services->getSdoClient()->upload(7, 0x6000, 2, 7, 60000);
+    m_services->getSdoClient()->upload(8, 0x6000, 2, 7, 60000);
+    // Gone, and back before the plug-in is told: the reason stays known.
+    m_fake->device()->goUnconnected();
+    QTRY_COMPARE(lines().size(), 3);
+    QVERIFY2(lines().contains(QStringLiteral(
+                 "The read stopped at node 7, object 6000h sub-index 2, because the bus was lost: The CAN "
+                 "interface was disconnected. Values read until then: 0.")),
+             qPrintable(lines().join(QLatin1Char('\n'))));
+}
+
+void tst_BusReport::readOfNodeThatKeepsRestarting()
+{
+    connectAndClear();
+    m_fake->heartbeat(7, 0x00);
+    m_fake->heartbeat(7, 0x00);
+    upload(7, 0x6000);
+    QCOMPARE(lines().last(),
+             QStringLiteral("The read stopped at node 7, object 6000h sub-index 0, because the node keeps "
+                            "restarting. Look at its supply. Values read until then: 0."));
+}
+
+void tst_BusReport::readWithFailures()
+{
+    m_fake->addNode(1);
+    connectAndClear();
+    upload(1, 0x1000);
+    m_services->getSdoClient()->upload(1, 0x1000, 0, 99, 20); // a data type that there is not
+    m_services->getSdoClient()->upload(1, 0x1001, 0, 99, 20);
+    QTRY_COMPARE(lines(),
+                 (QStringList{QStringLiteral("Read finished. Nodes: 1, values: 1, objects not there: "
+                                             "0, failed: 1."),
+                              QStringLiteral("Not read from node 1: 1001h.0. General error "
+                                             "(0800 0000h).")}));
+    QCOMPARE(severities(), (QList<Severity>{Severity::Warning, Severity::Warning}));
 }
 
 void tst_BusReport::readThatIsComplete()
@@ -308,10 +361,11 @@ void tst_BusReport::readThatIsComplete()
     upload(1, 0x1000);
     upload(1, 0x6000);
     upload(2, 0x1000);
-    m_services->getSdoClient()->upload(0, 0x1000, 0, 7, 20); // refused by the host itself
+    m_services->getSdoClient()->upload(0, 0x1000, 0, 7, 20); // no device
     QTRY_COMPARE(lines(),
-                 QStringList(QStringLiteral("Read finished. Nodes: 3, values: 2, objects not there: 1. "
-                                            "Refused or failed: 1.")));
+                 QStringList(QStringLiteral("Read finished. Nodes: 2, values: 2, objects not there: 1, "
+                                            "failed: 0.")));
+    QCOMPARE(severities(), QList<Severity>{Severity::Information});
 }
 
 void tst_BusReport::interfaceTroubles()

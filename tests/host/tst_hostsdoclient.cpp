@@ -78,7 +78,7 @@ private slots:
     void cancelAnswersPendingUpload();
     void cancelAnswersWhatFollows();
     void cancelLeavesTheBusAlone();
-    void lateOutcomeOfCancelledUploadIsDropped();
+    void nextUploadNeedNotWaitForTheCancelled();
     void cancelWithoutUpload();
 
 private:
@@ -318,25 +318,28 @@ void tst_HostSdoClient::cancelLeavesTheBusAlone()
     QCOMPARE(m_fake->devicesMade(), 1);
 }
 
-void tst_HostSdoClient::lateOutcomeOfCancelledUploadIsDropped()
+void tst_HostSdoClient::nextUploadNeedNotWaitForTheCancelled()
 {
     QVERIFY(m_bus->connectToBus(fakeSettings(), nullptr));
+    CanOpen::SdoPatience patience;
+    patience.longest = std::chrono::seconds(60);
+    m_bus->sdoClient().setDefaultPatience(patience);
     QSignalSpy outcomes(&m_bus->sdoClient(), &CanOpen::SdoClient::finished);
     m_client->upload(5, 0x1000, 0, unsigned32, 60000);
+    m_client->upload(5, 0x1001, 0, unsigned8, 60000); // waits in the client
     m_client->cancelRun();
-    expectError(5, 0x1000, 0, 0xFFFFFFFF);
+    QCOMPARE(outcomes.size(), 2); // both have ended there
+    QTRY_COMPARE(m_errors->size(), 2);
+    QCOMPARE(m_client->pendingUploads(), 0);
     m_client->endCancelling();
 
-    // The same again: the answer to the first one is not taken for it.
-    m_client->upload(5, 0x1000, 0, unsigned32, 60000);
-    m_fake->device()->inject(QCanBusFrame(0x585, uploadAnswer(0x1000, 0, 11)));
-    QTRY_COMPARE(outcomes.size(), 1);
-    QCOMPARE(m_results->size(), 0);
-    QCOMPARE(m_client->pendingUploads(), 1);
-    m_fake->device()->inject(QCanBusFrame(0x585, uploadAnswer(0x1000, 0, 22)));
+    m_client->upload(5, 0x1002, 0, unsigned32, 60000);
+    m_fake->device()->inject(QCanBusFrame(0x585, uploadAnswer(0x1000, 0, 11))); // too late
+    m_fake->device()->inject(QCanBusFrame(0x585, uploadAnswer(0x1002, 0, 22)));
     QTRY_COMPARE(m_results->size(), 1);
+    QCOMPARE(m_results->first().at(1).toInt(), 0x1002);
     QCOMPARE(m_results->first().at(3).value<QVariant>().toUInt(), 22U);
-    QCOMPARE(m_errors->size(), 1);
+    QCOMPARE(m_errors->size(), 2);
 }
 
 void tst_HostSdoClient::cancelWithoutUpload()

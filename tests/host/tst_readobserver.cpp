@@ -19,6 +19,8 @@ constexpr quint32 noAnswer = 0xFFFFFFFF;
 
 } // namespace
 
+Q_DECLARE_METATYPE(ReadSummary::End)
+
 class tst_ReadObserver : public QObject
 {
     Q_OBJECT
@@ -40,6 +42,11 @@ private slots:
     void slowAnswerIsNoEnd();
     void stopsAtSilence();
     void busGoesAway();
+    void userDisconnects();
+    void busGoesAwayDuringDetection_data();
+    void busGoesAwayDuringDetection();
+    void nodesThatAreNoneAreNotRecorded();
+    void silentObjectHasFailed();
     void cancelledDuringUpload();
     void cancelledDuringDetection();
     void cancelledAfterLastRequest();
@@ -47,6 +54,8 @@ private slots:
     void nextReadBeginsBeforeTheLastHasSettled();
     void lastRequestEndsDuringNextDetection();
     void lastRequestBeginsDuringNextDetection();
+    void otherPluginReadsWhileItListens();
+    void noLeftOverAfterQuietTime();
     void secondReadAfterVainDetection();
     void uploadWithoutDetection();
     void hasTimerOfItsOwn();
@@ -126,10 +135,10 @@ void tst_ReadObserver::completeRead()
     pass(1);
     QCOMPARE(m_ended->size(), 1);
     QCOMPARE(ended().end, ReadSummary::End::Complete);
-    QCOMPARE(ended().values, 2);
-    QCOMPARE(ended().missing, 2);
-    QCOMPARE(ended().refused, 1);
-    QCOMPARE(ended().nodes, (QSet<quint8>{1, 9}));
+    QCOMPARE(ended().record.total().values, 2);
+    QCOMPARE(ended().record.total().missing, 2);
+    QCOMPARE(ended().record.total().failed, 1);
+    QCOMPARE(ended().record.nodes(), (QList<quint8>{1, 9}));
     QVERIFY(!m_observer->isReading());
 }
 
@@ -154,7 +163,7 @@ void tst_ReadObserver::stopsAtSilence()
     QCOMPARE(ended().end, ReadSummary::End::NoAnswer);
     QCOMPARE(int(ended().nodeId), 7);
     QCOMPARE(ended().key.toString(), QStringLiteral("6000h sub-index 0"));
-    QCOMPARE(ended().values, 1);
+    QCOMPARE(ended().record.total().values, 1);
     QCOMPARE(m_settled->size(), 0);
     ask(7, 0x6001, Ending::Silent, noAnswer); // the one more request
     QCOMPARE(m_ended->size(), 1);
@@ -168,9 +177,68 @@ void tst_ReadObserver::stopsAtSilence()
 void tst_ReadObserver::busGoesAway()
 {
     detect();
-    ask(7, 0x6000, Ending::NoBus, noAnswer);
+    ask(1, 0x1000);
+    m_observer->uploadStarted(7, {0x6000, 0});
+    m_observer->uploadEnded(7, {0x6000, 0}, Ending::NoBus, noAnswer, QStringLiteral("Unplugged."));
     QCOMPARE(m_ended->size(), 1);
     QCOMPARE(ended().end, ReadSummary::End::BusGone);
+    QCOMPARE(ended().reason, QStringLiteral("Unplugged."));
+    QCOMPARE(ended().record.total().objects(), 1); // the other one was not asked to the end
+}
+
+void tst_ReadObserver::userDisconnects()
+{
+    detect();
+    ask(7, 0x6000, Ending::NoBus, noAnswer);
+    QCOMPARE(m_ended->size(), 1);
+    QCOMPARE(ended().end, ReadSummary::End::Disconnected);
+}
+
+void tst_ReadObserver::busGoesAwayDuringDetection_data()
+{
+    QTest::addColumn<QString>("lossReason");
+    QTest::addColumn<ReadSummary::End>("end");
+
+    QTest::newRow("lost") << QStringLiteral("Unplugged.") << ReadSummary::End::BusGone;
+    QTest::newRow("disconnected by the user") << QString() << ReadSummary::End::Disconnected;
+}
+
+void tst_ReadObserver::busGoesAwayDuringDetection()
+{
+    QFETCH(QString, lossReason);
+    QFETCH(ReadSummary::End, end);
+    m_observer->busLeft(QStringLiteral("of no concern, as there is no read"));
+    detect();
+    m_observer->busLeft(lossReason);
+    pass(400);
+    QCOMPARE(m_ended->size(), 1);
+    QCOMPARE(ended().end, end);
+    QCOMPARE(ended().reason, lossReason);
+    QCOMPARE(int(ended().nodeId), 0);
+    detect();
+    pass(400);
+    QCOMPARE(ended().end, ReadSummary::End::NothingAsked);
+}
+
+void tst_ReadObserver::nodesThatAreNoneAreNotRecorded()
+{
+    detect();
+    ask(0, 0x1000, Ending::Refused, generalError);
+    ask(128, 0x1000, Ending::Refused, generalError);
+    ask(127, 0x1000);
+    pass(300);
+    QCOMPARE(ended().record.nodes(), QList<quint8>{127});
+    QCOMPARE(ended().record.total().failed, 0);
+}
+
+void tst_ReadObserver::silentObjectHasFailed()
+{
+    detect();
+    ask(1, 0x1003, Ending::Refused, generalError);
+    ask(7, 0x6000, Ending::Silent, noAnswer);
+    QCOMPARE(ended().record.total().failed, 2);
+    QCOMPARE(ended().failuresBeside().size(), 1); // the sentence on the end names the other one
+    QCOMPARE(int(ended().failuresBeside().first().nodeId), 1);
 }
 
 void tst_ReadObserver::cancelledDuringUpload()
@@ -229,7 +297,7 @@ void tst_ReadObserver::nextReadBeginsBeforeTheLastHasSettled()
     QCOMPARE(m_settled->size(), 1);
     QCOMPARE(m_detections->size(), 2);
     QCOMPARE(m_observer->phase(), Phase::Detecting);
-    QCOMPARE(m_observer->summary().values, 0);
+    QCOMPARE(m_observer->summary().record.total().values, 0);
 }
 
 void tst_ReadObserver::lastRequestEndsDuringNextDetection()
@@ -244,7 +312,7 @@ void tst_ReadObserver::lastRequestEndsDuringNextDetection()
     QCOMPARE(m_observer->phase(), Phase::Detecting);
     pass(1500);
     ask(1, 0x1000);
-    QCOMPARE(m_observer->summary().values, 1);
+    QCOMPARE(m_observer->summary().record.total().values, 1);
     pass(300);
     QCOMPARE(ended().end, ReadSummary::End::Complete);
 }
@@ -254,15 +322,36 @@ void tst_ReadObserver::lastRequestBeginsDuringNextDetection()
     detect();
     ask(7, 0x6000, Ending::Silent, noAnswer);
     m_observer->receiverAsked();
+    QVERIFY(m_observer->isLeftOverDue());
     ask(7, 0x6001, Ending::Refused, noObject);
+    QVERIFY(!m_observer->isLeftOverDue());
     QCOMPARE(m_observer->phase(), Phase::Detecting);
     pass(1995);
     QCOMPARE(m_ended->size(), 1);
     ask(1, 0x1000);
     pass(300);
     QCOMPARE(m_ended->size(), 2);
-    QCOMPARE(ended().values, 1);
-    QCOMPARE(ended().missing, 0);
+    QCOMPARE(ended().record.total().values, 1);
+    QCOMPARE(ended().record.total().missing, 0);
+}
+
+void tst_ReadObserver::otherPluginReadsWhileItListens()
+{
+    m_observer->receiverAsked();
+    QVERIFY(!m_observer->isLeftOverDue());
+    ask(5, 0x2000);
+    QCOMPARE(m_observer->phase(), Phase::Reading);
+    pass(300);
+    QCOMPARE(ended().record.total().values, 1);
+}
+
+void tst_ReadObserver::noLeftOverAfterQuietTime()
+{
+    detect();
+    ask(7, 0x6000, Ending::Silent, noAnswer); // the last entry of all: no request follows
+    QVERIFY(m_observer->isLeftOverDue());
+    pass(300);
+    QVERIFY(!m_observer->isLeftOverDue());
 }
 
 void tst_ReadObserver::secondReadAfterVainDetection()

@@ -31,42 +31,70 @@ constexpr quint16 deviceTypeIndex = 0x1000;
 constexpr quint16 identityIndex = 0x1018;
 constexpr std::array<quint8, 4> identitySubIndices{1, 2, 3, 4}; // vendor, product, revision, serial number
 
-/*! \a value as "0x0000019A", "-" when it is not there. */
-QString hexValue(const DataReader &reader, quint8 nodeId, quint16 index, quint8 subIndex)
+/*! The nodes of a read as lines, what is not there told from what could not be read. */
+class NodeLines
 {
+public:
+    NodeLines(const NodeStore &store, const ReadRecord &record)
+        : m_store(store)
+        , m_record(record)
+    {
+    }
+
+    QString line(quint8 nodeId) const;
+
+private:
+    QString hexValue(quint8 nodeId, quint16 index, quint8 subIndex) const;
+    QString identity(quint8 nodeId) const;
+
+    const NodeStore &m_store;
+    const ReadRecord &m_record;
+};
+
+QString countsText(const ReadCounts &counts)
+{
+    return Tr::tr("%1 values read, %2 objects not there, %3 failed")
+        .arg(QString::number(counts.values), QString::number(counts.missing), QString::number(counts.failed));
+}
+
+QString NodeLines::line(quint8 nodeId) const
+{
+    return Tr::tr("Node %1: device type %2, %3; %4")
+        .arg(QString::number(nodeId), hexValue(nodeId, deviceTypeIndex, 0), identity(nodeId),
+             countsText(m_record.counts(nodeId)));
+}
+
+/*! "0x0000019A", "-" when the device does not have the object. */
+QString NodeLines::hexValue(quint8 nodeId, quint16 index, quint8 subIndex) const
+{
+    const std::optional<ReadResult> result = m_record.result(nodeId, {index, subIndex});
+    if (!result || result->isFailure())
+        return Tr::tr("not read");
     QVariant value;
-    if (!reader.getValue(nodeId, index, subIndex, value))
+    if (!m_store.getValue(nodeId, index, subIndex, value))
         return QStringLiteral("-");
     return QStringLiteral("0x%1").arg(
         QString::number(value.toUInt(), 16).toUpper().rightJustified(8, QLatin1Char('0')));
 }
 
-QString identity(const DataReader &reader, quint8 nodeId)
+QString NodeLines::identity(quint8 nodeId) const
 {
     std::array<QString, identitySubIndices.size()> parts;
     std::transform(identitySubIndices.begin(), identitySubIndices.end(), parts.begin(),
-                   [&](quint8 subIndex) { return hexValue(reader, nodeId, identityIndex, subIndex); });
+                   [&](quint8 subIndex) { return hexValue(nodeId, identityIndex, subIndex); });
     return Tr::tr("vendor %1, product %2, revision %3, serial number %4")
         .arg(parts[0], parts[1], parts[2], parts[3]);
 }
 
-void printNodes(const DataReader &reader, const ReadRun &run)
+void printNodes(const NodeStore &store, const ReadRecord &record, qint64 elapsed)
 {
-    int values = 0;
-    int refused = 0;
-    const QList<quint8> nodes = reader.getNodeList();
-    for (const quint8 nodeId : nodes) {
-        const ReadRun::NodeCount count = run.nodeCounts().value(nodeId);
-        values += count.values;
-        refused += count.refused;
-        Console::print(Tr::tr("Node %1: device type %2, %3; %4 values read, %5 objects not there")
-                           .arg(QString::number(nodeId), hexValue(reader, nodeId, deviceTypeIndex, 0),
-                                identity(reader, nodeId), QString::number(count.values),
-                                QString::number(count.refused)));
-    }
-    Console::print(Tr::tr("Total: %1 nodes, %2 values read, %3 objects not there, %4 s")
-                       .arg(QString::number(nodes.size()), QString::number(values), QString::number(refused),
-                            QString::number(static_cast<double>(run.elapsed()) / 1000.0, 'f', 1)));
+    const NodeLines lines(store, record);
+    const QList<quint8> nodes = store.nodeList();
+    for (const quint8 nodeId : nodes)
+        Console::print(lines.line(nodeId));
+    Console::print(Tr::tr("Total: %1 nodes, %2, %3 s")
+                       .arg(QString::number(nodes.size()), countsText(record.total()),
+                            QString::number(static_cast<double>(elapsed) / 1000.0, 'f', 1)));
 }
 
 /*! Finds out before the read whether the file can be written after it. */
@@ -111,7 +139,7 @@ int ReadCommand::run(const QStringList &arguments)
     if (const std::optional<int> status = m_bus.read(m_options.bus()))
         return *status;
 
-    printNodes(m_bus.reader(), m_bus.run());
+    printNodes(m_bus.reader().store(), m_bus.record(), m_bus.run().elapsed());
     const int status = m_bus.finish();
     const bool isExported = writeExport();
     const bool isReported = writeReportFiles();

@@ -73,7 +73,7 @@ int scan(const BusSettings &settings)
     if (bus.state() != BusConnection::State::Connected) {
         Console::printError(
             Tr::tr("The scan was stopped, because the bus was lost: %1").arg(bus.errorString()));
-        return ExitStatus::stoppedByTimeout;
+        return ExitStatus::stoppedEarly;
     }
     return report(nodes);
 }

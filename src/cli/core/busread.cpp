@@ -63,7 +63,7 @@ std::optional<int> BusRead::read(const BusSettings &settings)
     std::optional<int> earlySignal; // while the bus is being opened
     QObject::connect(&signalSource, &UnixSignals::received, &m_run, [this, &earlySignal](int signalNumber) {
         earlySignal = signalNumber;
-        m_run.interrupt(signalNumber);
+        m_run.interrupt();
     });
 
     m_services.bus().sdoClient().setDefaultPatience(m_patience);
@@ -88,10 +88,16 @@ std::optional<int> BusRead::read(const BusSettings &settings)
 
 int BusRead::finish()
 {
-    if (!m_run.stop())
-        return ExitStatus::success;
-    Console::printError(describeStop(*m_run.stop()));
-    return ExitStatus::stoppedByTimeout;
+    const ReadSummary &summary = m_services.reads().summary();
+    const bool isStopped = summary.end != ReadSummary::End::Complete;
+    if (isStopped)
+        Console::printError(describeStop());
+    const QVector<FailedObject> failures = summary.failuresBeside();
+    for (const FailedObject &failure : failures)
+        Console::printError(failure.toString());
+    if (isStopped)
+        return ExitStatus::stoppedEarly;
+    return failures.isEmpty() ? ExitStatus::success : ExitStatus::objectsFailed;
 }
 
 NmtSender::NmtState BusRead::nmtState(quint8 nodeId)
@@ -100,27 +106,20 @@ NmtSender::NmtState BusRead::nmtState(quint8 nodeId)
     return state ? HeartbeatHub::toHostState(*state) : NmtSender::Unknown;
 }
 
-QString BusRead::describeStop(const ReadRun::Stop &stop)
+QString BusRead::describeStop()
 {
-    const QString object = stop.key.toString();
-    if (stop.ending == HostSdoClient::Ending::NoBus) {
-        return tr("The read was stopped at node %1, object %2, because the bus was lost: %3")
-            .arg(QString::number(stop.nodeId), object, stop.busError);
-    }
-    const QString sentence
-        = tr("The read was stopped at node %1, object %2, because the node did not answer.")
-              .arg(QString::number(stop.nodeId), object);
-    if (m_services.bus().heartbeats().state(stop.nodeId) == CanOpen::NmtState::Stopped) {
-        return sentence + QLatin1Char(' ')
-               + tr("It is in the NMT state Stopped, in which no node answers; start it and try again.");
-    }
+    const ReadSummary &summary = m_services.reads().summary();
+    const ReadWords::Silence silence = m_services.silenceOf(summary.nodeId);
+    const QString sentence = ReadWords::end(summary, silence);
+    if (summary.end != ReadSummary::End::NoAnswer || silence != ReadWords::Silence::Unexplained)
+        return sentence;
     return sentence + QLatin1Char(' ') + tr("A larger --timeout or more --retries help with slow nodes.");
 }
 
 QString BusRead::describeNoNode(const QList<quint8> &heard)
 {
-    if (m_services.bus().state() != BusConnection::State::Connected)
-        return tr("Nothing was read, because the bus was lost: %1").arg(m_services.bus().errorString());
+    if (!m_services.bus().lossReason().isEmpty())
+        return tr("Nothing was read, because the bus was lost: %1").arg(m_services.bus().lossReason());
     if (heard.isEmpty()) {
         return tr(
             "Nothing was read: no node sent a heartbeat. Check that the vehicle is switched on, the cable, "

@@ -30,8 +30,13 @@ public:
      */
     std::optional<int> read(const BusSettings &settings);
 
-    /*! The exit status of what was read. Prints why the run was stopped early, if it was. */
+    /*! The exit status of what was read. Prints why the run was stopped early, if it was, and what could not be
+     *  read.
+     */
     int finish();
+
+    /*! What became of every object. */
+    const ReadRecord &record() { return m_services.reads().summary().record; }
 
     const DataReader &reader() const { return m_reader; }
     const ReadRun &run() const { return m_run; }
@@ -40,7 +45,7 @@ public:
     NmtSender::NmtState nmtState(quint8 nodeId);
 
 private:
-    QString describeStop(const ReadRun::Stop &stop);
+    QString describeStop();
     QString describeNoNode(const QList<quint8> &heard);
 
     HostServices m_services;

@@ -29,7 +29,6 @@ ReadRun::ReadRun(HostServices *services, DataReader *reader, ProgressLine *progr
             check();
     });
     connect(&services->sdoClient(), &HostSdoClient::uploadStarted, this, [this] { m_isListening = false; });
-    connect(&services->sdoClient(), &HostSdoClient::uploadEnded, this, &ReadRun::countUpload);
 }
 
 void ReadRun::run()
@@ -45,30 +44,6 @@ void ReadRun::run()
     m_checkTimer.stop();
     m_elapsed = m_clock.elapsed();
     m_progress->clear();
-}
-
-void ReadRun::interrupt(int signalNumber)
-{
-    m_signalNumber = signalNumber;
-    m_loop.quit();
-}
-
-void ReadRun::countUpload(quint8 nodeId, CanOpen::ObjectKey key, HostSdoClient::Ending ending)
-{
-    if (!m_reader->isReading())
-        return; // the request that the reader sends once more after a time-out
-    switch (ending) {
-    case HostSdoClient::Ending::Value:
-        ++m_counts[nodeId].values;
-        break;
-    case HostSdoClient::Ending::Refused:
-        ++m_counts[nodeId].refused;
-        break;
-    case HostSdoClient::Ending::Silent:
-    case HostSdoClient::Ending::NoBus:
-        m_stop = Stop{nodeId, key, ending, m_services->bus().errorString()};
-        break;
-    }
 }
 
 void ReadRun::check()

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 HostSdoClient::HostSdoClient(BusConnection *bus, QObject *parent)
     : QObject(parent)
@@ -51,12 +52,15 @@ void HostSdoClient::upload(quint8 nodeId, quint16 index, quint8 subIndex, quint1
 void HostSdoClient::cancelRun()
 {
     m_isCancelling = true;
+    QVector<CanOpen::SdoTicket> tickets;
     for (Pending &pending : m_pending) {
         if (pending.ticket == 0)
-            continue; // is being answered
-        pending.ticket = 0;
+            continue;                                     // is being answered
+        tickets.append(std::exchange(pending.ticket, 0)); // the outcome is answered here
         endLater(pending.number, Ending::NoBus, timeoutCode);
     }
+    for (const CanOpen::SdoTicket ticket : qAsConst(tickets))
+        m_bus->sdoClient().cancel(ticket);
 }
 
 void HostSdoClient::endLater(quint64 number, Ending ending, quint32 code)

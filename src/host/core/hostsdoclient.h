@@ -46,8 +46,8 @@ public:
     QObject *getQObject() override { return this; }
 
     /*! Ends the run of a plug-in: the uploads that have not ended, and all that follow until endCancelling(),
-     *  are answered with FFFFFFFFh from the event loop. A transfer that is under way on the bus goes on by
-     *  itself, so that the device is not left in the middle of it; its outcome is dropped.
+     *  are answered with FFFFFFFFh from the event loop. A transfer that is under way on the bus is aborted, so
+     *  that the next request to the node need not wait for it.
      */
     void cancelRun();
     void endCancelling() { m_isCancelling = false; }

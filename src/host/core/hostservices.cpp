@@ -1,17 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include "hostservices.h"
 
-HostServices::HostServices(QObject *parent)
+HostServices::HostServices(const ReadObserver::Clock &clock, QObject *parent)
     : QObject(parent)
     , m_sdoClient(&m_bus)
     , m_hub(&m_bus.heartbeats())
+    , m_reads(clock)
+    , m_restarts(clock)
     , m_health([this] { return InterfaceHealth::stateOf(m_bus.device()); })
 {
     connect(&m_bus, &BusConnection::stateChanged, this, &HostServices::handleBusState);
     connect(&m_bus, &BusConnection::frameReceived, &m_health, &InterfaceHealth::handleFrame);
+    connect(&m_bus.heartbeats(), &CanOpen::HeartbeatConsumer::heartbeatReceived, this,
+            &HostServices::handleHeartbeat);
     connect(&m_hub, &HeartbeatHub::receiverAsked, &m_reads, &ReadObserver::receiverAsked);
     connect(&m_sdoClient, &HostSdoClient::uploadStarted, &m_reads, &ReadObserver::uploadStarted);
-    connect(&m_sdoClient, &HostSdoClient::uploadEnded, &m_reads, &ReadObserver::uploadEnded);
+    connect(&m_sdoClient, &HostSdoClient::uploadEnded, this, &HostServices::handleUploadEnd);
+    connect(&m_reads, &ReadObserver::detectionStarted, this, &HostServices::handleDetection);
+    connect(&m_reads, &ReadObserver::phaseChanged, this, &HostServices::handleReadPhase);
     connect(&m_reads, &ReadObserver::settled, &m_sdoClient, &HostSdoClient::endCancelling);
 }
 
@@ -33,4 +39,45 @@ void HostServices::handleBusState(BusConnection::State state)
         m_health.stop();
     if (state != BusConnection::State::Connected)
         m_hub.forgetNodes();
+    if (state == BusConnection::State::Lost || state == BusConnection::State::Disconnected)
+        m_reads.busLeft(m_bus.lossReason());
+    if (state == BusConnection::State::Connecting)
+        m_restarts.clear();
+}
+
+ReadWords::Silence HostServices::silenceOf(quint8 nodeId)
+{
+    if (m_restarts.keepsRestarting(nodeId))
+        return ReadWords::Silence::Restarting;
+    return m_bus.heartbeats().state(nodeId) == CanOpen::NmtState::Stopped ? ReadWords::Silence::Stopped
+                                                                          : ReadWords::Silence::Unexplained;
+}
+
+void HostServices::handleHeartbeat(quint8 nodeId)
+{
+    if (m_bus.heartbeats().state(nodeId) == CanOpen::NmtState::BootUp)
+        m_restarts.noteBootUp(nodeId);
+    else
+        m_restarts.noteHeartbeat(nodeId);
+}
+
+// What is left of the run before must not end during this one: the plug-in would take it for an answer of its own.
+// While it detects it ignores the FFFFFFFFh.
+void HostServices::handleDetection()
+{
+    m_sdoClient.cancelRun();
+    if (!m_reads.isLeftOverDue())
+        m_sdoClient.endCancelling();
+}
+
+void HostServices::handleReadPhase(ReadObserver::Phase phase)
+{
+    if (phase == ReadObserver::Phase::Reading && !m_reads.isCancelled())
+        m_sdoClient.endCancelling();
+}
+
+void HostServices::handleUploadEnd(quint8 nodeId, CanOpen::ObjectKey key, HostSdoClient::Ending ending,
+                                   quint32 code)
+{
+    m_reads.uploadEnded(nodeId, key, ending, code, m_bus.lossReason());
 }

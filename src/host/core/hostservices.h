@@ -6,6 +6,8 @@
 #include "hostsdoclient.h"
 #include <bus/interfacehealth.h>
 #include "readobserver.h"
+#include "readwords.h"
+#include "restartwatch.h"
 
 #include <interface/hostinterface.h>
 #include <interface/secondarysdoclient.h>
@@ -35,7 +37,9 @@ class HostServices : public QObject, public HostInterface
     Q_OBJECT
 
 public:
-    explicit HostServices(QObject *parent = nullptr);
+    /*! \a clock is the one by which reads are observed; a test may have one of its own. */
+    explicit HostServices(const ReadObserver::Clock &clock = ReadObserver::steadyClock,
+                          QObject *parent = nullptr);
     ~HostServices() override;
 
     CanReceiverHub *getCanReceiverHub() override { return &m_hub; }
@@ -48,6 +52,9 @@ public:
     ReadObserver &reads() { return m_reads; }
     InterfaceHealth &interfaceHealth() { return m_health; }
 
+    /*! What is known of a node that does not answer. */
+    ReadWords::Silence silenceOf(quint8 nodeId);
+
     /*! Ends the read of a plug-in that is under way: its requests are answered with FFFFFFFFh until it asks
      *  no more. The bus stays connected. Nothing happens when there is no read.
      */
@@ -55,11 +62,16 @@ public:
 
 private:
     void handleBusState(BusConnection::State state);
+    void handleHeartbeat(quint8 nodeId);
+    void handleDetection();
+    void handleReadPhase(ReadObserver::Phase phase);
+    void handleUploadEnd(quint8 nodeId, CanOpen::ObjectKey key, HostSdoClient::Ending ending, quint32 code);
 
     BusConnection m_bus;
     HostSdoClient m_sdoClient;
     HeartbeatHub m_hub;
     SilentSdoClient m_secondaryClient;
     ReadObserver m_reads;
+    RestartWatch m_restarts;
     InterfaceHealth m_health;
 };

@@ -3,7 +3,7 @@
 
 #include "disconnectguard.h"
 
-#include <canopen/sdoabort.h>
+#include <canopen/cobid.h>
 
 #include <algorithm>
 
@@ -12,13 +12,36 @@ namespace {
 // The plug-in's 2000 ms, and what its timer may be early. Asked for receivers again after that: another read.
 constexpr std::chrono::milliseconds shortestDetection{1900};
 
-bool saysMissing(quint32 code)
+ReadResult toResult(HostSdoClient::Ending ending, quint32 code)
 {
-    return code == static_cast<quint32>(CanOpen::SdoAbort::ObjectDoesNotExist)
-           || code == static_cast<quint32>(CanOpen::SdoAbort::SubIndexDoesNotExist);
+    switch (ending) {
+    case HostSdoClient::Ending::Value:
+        return ReadResult::value();
+    case HostSdoClient::Ending::Refused:
+        return ReadResult::refusal(code);
+    case HostSdoClient::Ending::Silent:
+    case HostSdoClient::Ending::NoBus:
+        break;
+    }
+    return ReadResult::noAnswer();
+}
+
+ReadSummary::End endWithoutBus(const QString &lossReason)
+{
+    return lossReason.isEmpty() ? ReadSummary::End::Disconnected : ReadSummary::End::BusGone;
 }
 
 } // namespace
+
+QVector<FailedObject> ReadSummary::failuresBeside() const
+{
+    QVector<FailedObject> failures = record.failures();
+    const auto isStop = [this](const FailedObject &failure) {
+        return end != End::Complete && failure.nodeId == nodeId && failure.key == key;
+    };
+    failures.erase(std::remove_if(failures.begin(), failures.end(), isStop), failures.end());
+    return failures;
+}
 
 ReadObserver::ReadObserver(const Clock &clock, QObject *parent)
     : QObject(parent)
@@ -37,7 +60,7 @@ void ReadObserver::receiverAsked()
     if (m_phase == Phase::Reading && m_uploads > 0)
         return;
     if (m_phase == Phase::Detecting)
-        endRead(m_isCancelled ? ReadSummary::End::Cancelled : ReadSummary::End::NothingAsked);
+        endDetection();
     else if (m_phase == Phase::Reading)
         endRead(ReadSummary::End::Complete);
     if (m_phase != Phase::Idle)
@@ -52,45 +75,46 @@ void ReadObserver::uploadStarted(quint8 nodeId, CanOpen::ObjectKey key)
     if (m_phase == Phase::Idle)
         begin(Phase::Reading);
     noteActivity();
-    if (m_phase == Phase::Stopping)
+    const bool isOfRunBefore = m_phase == Phase::Stopping || isLeftOver();
+    if (isOfRunBefore) {
+        m_isLeftOverDue = false;
         return;
-    // The one more request of a run before this one.
-    if (m_phase == Phase::Detecting && m_clock() - m_begun < shortestDetection)
-        return;
+    }
     m_summary.nodeId = nodeId;
     m_summary.key = key;
-    m_summary.nodes.insert(nodeId);
+    m_ownUploads.append({nodeId, key});
     if (m_phase == Phase::Detecting)
         setPhase(Phase::Reading);
 }
 
 void ReadObserver::uploadEnded(quint8 nodeId, CanOpen::ObjectKey key, HostSdoClient::Ending ending,
-                               quint32 code)
+                               quint32 code, const QString &lossReason)
 {
     m_uploads = std::max(m_uploads - 1, 0);
     noteActivity();
     // The last request of the run before may end during the next one.
-    if (m_phase != Phase::Reading || !m_summary.nodes.contains(nodeId))
+    if (!m_ownUploads.removeOne({nodeId, key}) || m_phase != Phase::Reading)
         return;
-    switch (ending) {
-    case HostSdoClient::Ending::Value:
-        ++m_summary.values;
+    if (ending != HostSdoClient::Ending::NoBus && CanOpen::isNodeId(nodeId))
+        m_summary.record.note(nodeId, key, toResult(ending, code));
+    if (ending == HostSdoClient::Ending::Value || ending == HostSdoClient::Ending::Refused)
         return;
-    case HostSdoClient::Ending::Refused:
-        ++(saysMissing(code) ? m_summary.missing : m_summary.refused);
+
+    m_summary.reason = lossReason;
+    if (m_isCancelled)
+        stopRead(nodeId, key, ReadSummary::End::Cancelled);
+    else if (ending == HostSdoClient::Ending::Silent)
+        stopRead(nodeId, key, ReadSummary::End::NoAnswer);
+    else
+        stopRead(nodeId, key, endWithoutBus(lossReason));
+}
+
+void ReadObserver::busLeft(const QString &lossReason)
+{
+    if (m_phase != Phase::Detecting)
         return;
-    case HostSdoClient::Ending::Silent:
-    case HostSdoClient::Ending::NoBus:
-        m_summary.nodeId = nodeId;
-        m_summary.key = key;
-        if (m_isCancelled)
-            endRead(ReadSummary::End::Cancelled);
-        else if (ending == HostSdoClient::Ending::Silent)
-            endRead(ReadSummary::End::NoAnswer);
-        else
-            endRead(ReadSummary::End::BusGone);
-        return;
-    }
+    m_vainEnd = endWithoutBus(lossReason);
+    m_summary.reason = lossReason;
 }
 
 void ReadObserver::cancel()
@@ -111,12 +135,14 @@ void ReadObserver::check()
         return;
     }
     if (m_phase == Phase::Detecting)
-        endRead(m_isCancelled ? ReadSummary::End::Cancelled : ReadSummary::End::NothingAsked);
+        endDetection();
     else if (m_phase == Phase::Reading)
         endRead(ReadSummary::End::Complete);
     // A slot of readEnded() may have seen the next run begin.
-    if (m_phase == Phase::Stopping)
+    if (m_phase == Phase::Stopping) {
+        m_isLeftOverDue = false;
         settle();
+    }
 }
 
 std::chrono::milliseconds ReadObserver::steadyClock()
@@ -125,9 +151,17 @@ std::chrono::milliseconds ReadObserver::steadyClock()
         std::chrono::steady_clock::now().time_since_epoch());
 }
 
+/*! Whether a request that comes now is the one more of a run that was stopped before this detection. */
+bool ReadObserver::isLeftOver() const
+{
+    return m_phase == Phase::Detecting && m_isLeftOverDue && m_clock() - m_begun < shortestDetection;
+}
+
 void ReadObserver::begin(Phase phase)
 {
     m_summary = ReadSummary();
+    m_ownUploads.clear();
+    m_vainEnd = ReadSummary::End::NothingAsked;
     m_isCancelled = false;
     m_begun = m_clock();
     setPhase(phase);
@@ -138,6 +172,19 @@ void ReadObserver::setPhase(Phase phase)
 {
     m_phase = phase;
     emit phaseChanged(phase);
+}
+
+void ReadObserver::stopRead(quint8 nodeId, CanOpen::ObjectKey key, ReadSummary::End end)
+{
+    m_summary.nodeId = nodeId;
+    m_summary.key = key;
+    m_isLeftOverDue = true;
+    endRead(end);
+}
+
+void ReadObserver::endDetection()
+{
+    endRead(m_isCancelled ? ReadSummary::End::Cancelled : m_vainEnd);
 }
 
 void ReadObserver::endRead(ReadSummary::End end)

@@ -2,13 +2,15 @@
 #pragma once
 
 #include "hostsdoclient.h"
+#include "readrecord.h"
 
 #include <canopen/objectkey.h>
 
 #include <QMetaType>
 #include <QObject>
-#include <QSet>
+#include <QPair>
 #include <QTimer>
+#include <QVector>
 
 #include <chrono>
 #include <functional>
@@ -21,17 +23,19 @@ struct ReadSummary
         Complete,
         NothingAsked, //!< nodes were looked for, and then nothing was read: node 1 was not heard
         NoAnswer,     //!< of the node at the object below
-        BusGone,
-        Cancelled //!< by the user
+        BusGone,      //!< reason says why; without a node while nodes were looked for
+        Disconnected, //!< by the user; without a node as above
+        Cancelled     //!< by the user
     };
 
     End end = End::Complete;
     quint8 nodeId = 0; //!< asked last; 0: none was
     CanOpen::ObjectKey key;
-    int values = 0;
-    int missing = 0; //!< objects that the devices do not have
-    int refused = 0; //!< refused for another reason, or failed as a transfer
-    QSet<quint8> nodes;
+    QString reason; //!< why the bus was gone, a sentence
+    ReadRecord record;
+
+    /*! What failed, but for the object at which the read stopped. */
+    QVector<FailedObject> failuresBeside() const;
 };
 Q_DECLARE_METATYPE(ReadSummary)
 
@@ -44,8 +48,9 @@ Q_DECLARE_METATYPE(ReadSummary)
  *  | is told FFFFFFFFh, which ends its run               | Stopping           |
  *  | asks for nothing any more, for the quiet time       | Idle               |
  *
- *  One more request follows the FFFFFFFFh; it belongs to Stopping. An object that is asked for without a
- *  detection is a read as well.
+ *  One more request follows the FFFFFFFFh; it belongs to Stopping, and is left over when the next detection has
+ *  begun before it. An object that is asked for without a detection is a read as well. Nodes outside 1 to 127,
+ *  which an imported list may hold, are no devices and not recorded.
  *
  *  Its owner reports what happens. Has a timer of its own; a test calls check() after it has moved its clock.
  */
@@ -64,6 +69,8 @@ public:
      */
     static constexpr std::chrono::milliseconds quietTime{300};
 
+    static std::chrono::milliseconds steadyClock();
+
     explicit ReadObserver(const Clock &clock = steadyClock, QObject *parent = nullptr);
 
     Phase phase() const { return m_phase; }
@@ -75,7 +82,17 @@ public:
 
     void receiverAsked();
     void uploadStarted(quint8 nodeId, CanOpen::ObjectKey key);
-    void uploadEnded(quint8 nodeId, CanOpen::ObjectKey key, HostSdoClient::Ending ending, quint32 code);
+    /*! \a code as in HostSdoClient::uploadEnded(). \a lossReason is why the bus was lost, for Ending::NoBus;
+     *  empty when it was the user who disconnected.
+     */
+    void uploadEnded(quint8 nodeId, CanOpen::ObjectKey key, HostSdoClient::Ending ending, quint32 code,
+                     const QString &lossReason = QString());
+
+    /*! The bus went away; \a lossReason as above. Ends nothing by itself: the outcomes tell. */
+    void busLeft(const QString &lossReason);
+
+    /*! Whether the one more request of a run that was stopped has still to come. */
+    bool isLeftOverDue() const { return m_isLeftOverDue; }
 
     /*! The user ended the read: the next outcome without an answer is the user's doing. */
     void cancel();
@@ -93,10 +110,13 @@ signals:
     void settled();
 
 private:
-    static std::chrono::milliseconds steadyClock();
+    using Upload = QPair<quint8, CanOpen::ObjectKey>;
 
+    bool isLeftOver() const;
     void begin(Phase phase);
     void setPhase(Phase phase);
+    void stopRead(quint8 nodeId, CanOpen::ObjectKey key, ReadSummary::End end);
+    void endDetection();
     void endRead(ReadSummary::End end);
     void settle();
     void noteActivity();
@@ -106,7 +126,11 @@ private:
     QTimer m_timer;
     Phase m_phase = Phase::Idle;
     bool m_isCancelled = false;
-    int m_uploads = 0; // that have not ended
+    bool m_isLeftOverDue = false;
+    ReadSummary::End m_vainEnd
+        = ReadSummary::End::NothingAsked; // of a detection after which nothing is asked
+    int m_uploads = 0;                    // that have not ended
+    QVector<Upload> m_ownUploads;         // of these: of the read under way
     std::chrono::milliseconds m_begun{0};
     std::chrono::milliseconds m_lastActivity{0};
     ReadSummary m_summary;

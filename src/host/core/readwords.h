@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "readobserver.h"
+
+#include <QCoreApplication>
+#include <QStringList>
+
+/*! How a read went, in words: the same in the window and on the command line. */
+class ReadWords
+{
+    Q_DECLARE_TR_FUNCTIONS(ReadWords)
+
+public:
+    /*! What is known of a node that does not answer. */
+    enum class Silence {
+        Unexplained,
+        Stopped,   //!< in the NMT state Stopped no node answers (CiA 301)
+        Restarting //!< it sends one boot-up message after the other
+    };
+
+    /*! How it ended, and what came of it; \a silence of the node where it stopped. */
+    static QString end(const ReadSummary &summary, Silence silence);
+
+    /*! "values: 53, objects not there: 147, failed: 0" */
+    static QString counts(const ReadCounts &counts);
+
+    /*! What failed: a sentence for each node and reason, with its objects. */
+    static QStringList failures(const QVector<FailedObject> &failed);
+
+private:
+    static QString stop(const ReadSummary &summary, Silence silence);
+    static QString endOfDetection(const ReadSummary &summary);
+};
