@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include <cli/commands/checkupdatecommand.h>
-#include <cli/core/console.h>
-#include <cli/core/exitstatus.h>
+#include <cli/commands/command.h>
+#include <cli/commands/getcommand.h>
 #include <cli/commands/interfacescommand.h>
 #include <cli/commands/readcommand.h>
 #include <cli/commands/reportcommand.h>
 #include <cli/commands/scancommand.h>
 #include <cli/commands/showcommand.h>
 #include <cli/commands/simulatecommand.h>
+#include <cli/core/console.h>
+#include <cli/core/exitstatus.h>
 
 #include <QGuiApplication>
 #include <QLoggingCategory>
@@ -24,19 +26,14 @@ struct Tr
     Q_DECLARE_TR_FUNCTIONS(DraxelCtl)
 };
 
-struct Command
-{
-    const char *name;
-    int (*run)(const QStringList &arguments);
-    const char *description;
-};
-
 constexpr Command commands[] = {
     {"read", runReadCommand,
-     QT_TRANSLATE_NOOP("DraxelCtl", "read all devices of a bus and save what they said")},
+     QT_TRANSLATE_NOOP("DraxelCtl", "read all devices of a bus and save what they said"), readNeedsFonts},
+    {"get", runGetCommand, QT_TRANSLATE_NOOP("DraxelCtl", "read one object of a node")},
     {"show", runShowCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "print the components of a vehicle and their values in words")},
-    {"report", runReportCommand, QT_TRANSLATE_NOOP("DraxelCtl", "write the report as PDF and HTML")},
+    {"report", runReportCommand, QT_TRANSLATE_NOOP("DraxelCtl", "write the report as PDF and HTML"),
+     reportNeedsFonts},
     {"check-update", runCheckUpdateCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "ask the update server about the firmware of a node")},
     {"scan", runScanCommand,
@@ -60,54 +57,70 @@ QString usage()
     }
     return text
            + Tr::tr("\n"
-                    "\"draxelctl COMMAND --help\" shows the options of a command.\n"
+                    "\"draxelctl help COMMAND\" shows the options of a command.\n"
                     "\n"
                     "Examples:\n"
                     "  draxelctl read --bus simulated:pedelec --export vehicle.dxxml\n"
                     "  draxelctl show vehicle.dxxml");
 }
 
-int dispatch(const QStringList &arguments)
+const Command *findCommand(const QString &name)
+{
+    const auto *const command
+        = std::find_if(std::begin(commands), std::end(commands),
+                       [&name](const Command &known) { return name == QLatin1String(known.name); });
+    return command != std::end(commands) ? command : nullptr;
+}
+
+ExitStatus runCommand(const QStringList &arguments)
+{
+    const QString name = arguments.value(1);
+    if (const Command *command = findCommand(name))
+        return command->run(arguments);
+    Console::printError(Tr::tr("draxelctl: There is no command \"%1\".").arg(name));
+    Console::printError(Tr::tr("\"draxelctl --help\" lists the commands."));
+    return Exit::usage;
+}
+
+/*! "help" alone, or "help COMMAND". */
+ExitStatus help(const QStringList &arguments)
+{
+    const QString command = arguments.value(2);
+    if (!command.isEmpty())
+        return runCommand({arguments.first(), command, QStringLiteral("--help")});
+    Console::print(usage());
+    return Exit::success;
+}
+
+ExitStatus dispatch(const QStringList &arguments)
 {
     const QString name = arguments.value(1);
     if (name.isEmpty()) {
         Console::printError(usage());
-        return ExitStatus::usage;
+        return Exit::usage;
     }
-    if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help")) {
-        Console::print(usage());
-        return ExitStatus::success;
-    }
-    if (name == QLatin1String("--version")) {
+    if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help"))
+        return help(arguments);
+    if (name == QLatin1String("--version") || name == QLatin1String("-V")) {
         Console::print(QStringLiteral("draxelctl ") + QCoreApplication::applicationVersion());
-        return ExitStatus::success;
+        return Exit::success;
     }
-    const auto *const command
-        = std::find_if(std::begin(commands), std::end(commands),
-                       [&name](const Command &known) { return name == QLatin1String(known.name); });
-    if (command != std::end(commands))
-        return command->run(arguments);
-
-    Console::printError(Tr::tr("draxelctl: There is no command \"%1\".").arg(name));
-    Console::printError(Tr::tr("\"draxelctl --help\" lists the commands."));
-    return ExitStatus::usage;
+    return runCommand(arguments);
 }
 
-/*! Whether the command line asks for a report, which needs fonts. */
-bool asksForReport(int argc, char *argv[])
+bool needsFonts(int argc, char *argv[])
 {
-    const QByteArray command(argc > 1 ? argv[1] : "");
-    if (command == "report")
-        return true;
-    return command == "read" && std::any_of(argv + 2, argv + argc, [](const char *argument) {
-               return QByteArray(argument).startsWith("--report");
-           });
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    const Command *command = findCommand(arguments.value(1));
+    return command != nullptr && command->needsFonts != nullptr && command->needsFonts(arguments);
 }
 
 /*! All commands but those with a report do without the start of the window system's parts. */
 std::unique_ptr<QCoreApplication> makeApplication(int &argc, char *argv[])
 {
-    if (!asksForReport(argc, argv))
+    if (!needsFonts(argc, argv))
         return std::make_unique<QCoreApplication>(argc, argv);
     // Fonts are there without a display, and a page looks the same whatever display there is.
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -124,9 +137,9 @@ int main(int argc, char *argv[])
     const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("draxelctl"));
     QCoreApplication::setApplicationVersion(QStringLiteral(DRAXEL_VERSION));
-    const int status = dispatch(QCoreApplication::arguments());
-    if (status != ExitStatus::success || Console::isComplete())
-        return status;
+    const ExitStatus status = dispatch(QCoreApplication::arguments());
+    if (Console::isComplete())
+        return status.number;
     Console::printError(Tr::tr("draxelctl: Not all of the output could be written."));
-    return ExitStatus::fileFailed;
+    return status != Exit::success ? status.number : Exit::fileFailed.number;
 }

@@ -70,7 +70,33 @@ public:
             patience);
     }
 
+    bool waitForErrors(const QString &text)
+    {
+        return QTest::qWaitFor(
+            [&] {
+                m_errors += m_process.readAllStandardError();
+                return QString::fromLocal8Bit(m_errors).contains(text);
+            },
+            patience);
+    }
+
     bool waitForStart() { return m_process.waitForStarted(patience); }
+
+    /*! Waits until the program has a handler of its own for a signal, as Linux tells. */
+    bool waitForSignalHandler(int number)
+    {
+        return QTest::qWaitFor(
+            [&] {
+                QFile status(QStringLiteral("/proc/%1/status").arg(m_process.processId()));
+                if (!status.open(QIODevice::ReadOnly))
+                    return false;
+                const QByteArray text = status.readAll();
+                const int start = text.indexOf("SigCgt:") + 7;
+                const QByteArray mask = text.mid(start, text.indexOf('\n', start) - start).trimmed();
+                return (mask.toULongLong(nullptr, 16) >> (number - 1) & 1U) != 0;
+            },
+            patience);
+    }
 
     void signal(int number) { ::kill(static_cast<pid_t>(m_process.processId()), number); }
 
@@ -83,7 +109,7 @@ public:
         if (hasEnded && m_process.exitStatus() == QProcess::NormalExit)
             result.status = m_process.exitCode();
         result.output = QString::fromLocal8Bit(m_output + m_process.readAllStandardOutput());
-        result.errors = QString::fromLocal8Bit(m_process.readAllStandardError());
+        result.errors = QString::fromLocal8Bit(m_errors + m_process.readAllStandardError());
         return result;
     }
 
@@ -102,6 +128,7 @@ private:
 
     QProcess m_process;
     QByteArray m_output;
+    QByteArray m_errors;
 };
 
 inline Result run(const QStringList &arguments, const QStringList &environment = {})

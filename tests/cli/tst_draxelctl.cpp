@@ -50,6 +50,7 @@ private slots:
     void printsUsage();
     void printsHelp_data();
     void printsHelp();
+    void printsVersion_data();
     void printsVersion();
     void wrongUsage_data();
     void wrongUsage();
@@ -114,7 +115,8 @@ void tst_DraxelCtl::printsUsage()
 {
     const Result result = run({});
     QCOMPARE(result.status, 1);
-    for (const char *command : {"read", "show", "report", "check-update", "scan", "simulate", "interfaces"})
+    for (const char *command :
+         {"read", "get", "show", "report", "check-update", "scan", "simulate", "interfaces"})
         QVERIFY2(result.errors.contains(QLatin1String("\n  ") + QLatin1String(command)), command);
     QVERIFY(result.output.isEmpty());
 }
@@ -136,6 +138,12 @@ void tst_DraxelCtl::printsHelp_data()
                             << QStringLiteral("--output <DIR>");
     QTest::newRow("check-update") << QStringList{QStringLiteral("check-update"), QStringLiteral("--help")}
                                   << QStringLiteral("--node <N>");
+    QTest::newRow("help of a command") << QStringList{QStringLiteral("help"), QStringLiteral("read")}
+                                       << QStringLiteral("Usage: draxelctl read [OPTION]...\n");
+    QTest::newRow("help alone") << QStringList{QStringLiteral("help")}
+                                << QStringLiteral("Usage: draxelctl COMMAND");
+    QTest::newRow("get") << QStringList{QStringLiteral("get"), QStringLiteral("-h")}
+                         << QStringLiteral("Usage: draxelctl get [OPTION]... NODE INDEX [SUB]\n");
     QTest::newRow("scan") << QStringList{QStringLiteral("scan"), QStringLiteral("--help")}
                           << QStringLiteral("--bus <PLUGIN:INTERFACE>");
     QTest::newRow("simulate") << QStringList{QStringLiteral("simulate"), QStringLiteral("-h")}
@@ -154,9 +162,18 @@ void tst_DraxelCtl::printsHelp()
     QVERIFY(result.errors.isEmpty());
 }
 
+void tst_DraxelCtl::printsVersion_data()
+{
+    QTest::addColumn<QString>("option");
+
+    QTest::newRow("long") << QStringLiteral("--version");
+    QTest::newRow("short") << QStringLiteral("-V");
+}
+
 void tst_DraxelCtl::printsVersion()
 {
-    const Result result = run({QStringLiteral("--version")});
+    QFETCH(QString, option);
+    const Result result = run({option});
     QCOMPARE(result.status, 0);
     QVERIFY(QRegularExpression(QStringLiteral("^draxelctl \\d+\\.\\d+\\.\\d+\\n$"))
                 .match(result.output)
@@ -170,6 +187,11 @@ void tst_DraxelCtl::wrongUsage_data()
 
     QTest::newRow("unknown command") << QStringLiteral("fly")
                                      << QStringLiteral("draxelctl: There is no command \"fly\".");
+    QTest::newRow("help of an unknown command")
+        << QStringLiteral("help fly") << QStringLiteral("draxelctl: There is no command \"fly\".");
+    QTest::newRow("node to read") << QStringLiteral("read --bus simulated:pedelec --node 0")
+                                  << QStringLiteral(
+                                         "draxelctl read: --node takes a number from 1 to 127, not \"0\".");
     QTest::newRow("unknown option") << QStringLiteral("read --bus simulated:pedelec --fast")
                                     << QStringLiteral("draxelctl read: Unknown option 'fast'.");
     QTest::newRow("option for another command")

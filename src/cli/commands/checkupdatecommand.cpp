@@ -23,30 +23,15 @@ struct Tr
 
 constexpr quint16 identity = 0x1018;
 
-/*! The text for a terminal, where a server's control characters would be commands. Elsewhere it is unchanged.
- */
-QString forTerminal(QString text)
-{
-    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    for (QChar &character : text) {
-        const bool isLayout = character == QLatin1Char('\n') || character == QLatin1Char('\t');
-        if (character.category() == QChar::Other_Control && !isLayout)
-            character = QChar::ReplacementCharacter;
-    }
-    return text;
-}
-
 void printAnswer(QString answer)
 {
-    if (Console::isTerminal())
-        answer = forTerminal(answer);
     // The line ends here, if not in the answer itself.
     if (answer.endsWith(QLatin1Char('\n')))
         answer.chop(1);
     Console::print(answer);
 }
 
-int ask(quint32 vendor, quint32 product, quint32 revision)
+ExitStatus ask(quint32 vendor, quint32 product, quint32 revision)
 {
     // The server's name is in the settings of the window.
     QCoreApplication::setOrganizationName(QLatin1String(HostSettings::organization));
@@ -64,14 +49,14 @@ int ask(quint32 vendor, quint32 product, quint32 revision)
     loop.exec();
     if (checker.hasFailed()) {
         Console::printError(answer);
-        return ExitStatus::serverNotAsked;
+        return Exit::serverNotAsked;
     }
     printAnswer(answer);
-    return ExitStatus::success;
+    return Exit::success;
 }
 
 /*! Asks about a node whose identity is known as far as the question needs it. */
-int checkUpdate(const VehicleSource &vehicle, quint8 nodeId)
+ExitStatus checkUpdate(const VehicleSource &vehicle, quint8 nodeId)
 {
     const NodeView node(vehicle.store(), nodeId);
     const std::optional<QVariant> vendor = node.value(identity, 1);
@@ -81,12 +66,12 @@ int checkUpdate(const VehicleSource &vehicle, quint8 nodeId)
         return ask(vendor->toUInt(), product->toUInt(), revision->toUInt());
     Console::printError(Tr::tr("The identity of node %1 (object 1018h, sub-indices 1 to 3) is not in %2.")
                             .arg(QString::number(nodeId), vehicle.name()));
-    return ExitStatus::noUsableNode;
+    return Exit::noUsableNode;
 }
 
 } // namespace
 
-int runCheckUpdateCommand(const QStringList &arguments)
+ExitStatus runCheckUpdateCommand(const QStringList &arguments)
 {
     CommandArguments options(QStringLiteral("check-update"),
                              Tr::tr("Asks the update information server what it knows about the firmware of "
@@ -95,23 +80,23 @@ int runCheckUpdateCommand(const QStringList &arguments)
     VehicleSource::addOptions(options);
     NodeOption::add(options, Tr::tr("The node that is asked about."));
     Language::addOption(options);
-    if (const std::optional<int> status = options.parse(arguments))
+    if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;
-    if (const std::optional<int> status = vehicle.parse(options))
+    if (const std::optional<ExitStatus> status = vehicle.parse(options))
         return *status;
     if (!NodeOption::isSet(options))
         return options.complain(Tr::tr("--node is missing: which node is meant?"));
     const std::optional<quint8> nodeId = NodeOption::parse(options);
     if (!nodeId)
-        return ExitStatus::usage;
-    if (const std::optional<int> status = Language::load(options))
+        return Exit::usage;
+    if (const std::optional<ExitStatus> status = Language::load(options))
         return *status;
 
-    if (const std::optional<int> status = vehicle.load())
+    if (const std::optional<ExitStatus> status = vehicle.load())
         return *status;
-    const int readStatus = vehicle.finish();
+    const ExitStatus readStatus = vehicle.finish();
     if (!NodeOption::isKnown(*nodeId, vehicle))
-        return ExitStatus::noUsableNode;
-    const int status = checkUpdate(vehicle, *nodeId);
-    return status != ExitStatus::success ? status : readStatus;
+        return Exit::noUsableNode;
+    const ExitStatus status = checkUpdate(vehicle, *nodeId);
+    return status != Exit::success ? status : readStatus;
 }

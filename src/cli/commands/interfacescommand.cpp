@@ -45,11 +45,11 @@ void listPlugin(const QString &plugin)
 
 } // namespace
 
-int runInterfacesCommand(const QStringList &arguments)
+ExitStatus runInterfacesCommand(const QStringList &arguments)
 {
     CommandArguments options(QStringLiteral("interfaces"),
                              Tr::tr("Lists the CAN back ends and their interfaces, as --bus takes them."));
-    if (const std::optional<int> status = options.parse(arguments))
+    if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;
 
     QStringList plugins = QCanBus::instance()->plugins();
@@ -58,5 +58,5 @@ int runInterfacesCommand(const QStringList &arguments)
         listPlugin(plugin);
     if (plugins.isEmpty())
         Console::print(Tr::tr("QtSerialBus found no back end. Is its plug-in package installed?"));
-    return ExitStatus::success;
+    return Exit::success;
 }

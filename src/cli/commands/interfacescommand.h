@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cli/core/exitstatus.h>
+
 class QStringList;
 
 /*! `draxelctl interfaces`: lists the back ends of QtSerialBus and their interfaces. Returns the exit status.
  */
-int runInterfacesCommand(const QStringList &arguments);
+ExitStatus runInterfacesCommand(const QStringList &arguments);

@@ -6,12 +6,13 @@
 #include <cli/core/console.h>
 #include <cli/core/exitstatus.h>
 #include <cli/core/language.h>
+#include <cli/core/nodeoption.h>
+#include <cli/core/outputfile.h>
 #include <cli/core/reportfiles.h>
 
 #include <store/exchangefile.h>
 
-#include <QDir>
-#include <QSaveFile>
+#include <QDateTime>
 
 #include <algorithm>
 #include <array>
@@ -97,75 +98,76 @@ void printNodes(const NodeStore &store, const ReadRecord &record, qint64 elapsed
                             QString::number(static_cast<double>(elapsed) / 1000.0, 'f', 1)));
 }
 
-/*! Finds out before the read whether the file can be written after it. */
-bool canBeWritten(const QString &fileName, QString *errorMessage)
-{
-    QSaveFile file(fileName);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.cancelWriting();
-        return true;
-    }
-    *errorMessage = Tr::tr("The file %1 cannot be written: %2.")
-                        .arg(QDir::toNativeSeparators(fileName), file.errorString());
-    return false;
-}
-
 class ReadCommand
 {
 public:
-    int run(const QStringList &arguments);
+    ExitStatus run(const QStringList &arguments);
 
 private:
-    std::optional<int> parse(const QStringList &arguments);
+    std::optional<ExitStatus> parse(const QStringList &arguments);
     QString findObstacle() const;
     bool writeExport();
-    bool writeReportFiles();
+    ExitStatus writeReportFiles();
 
     CommandArguments m_options{QStringLiteral("read"),
                                Tr::tr("Reads all devices of a bus and saves what they said.")};
     BusRead m_bus;
 };
 
-int ReadCommand::run(const QStringList &arguments)
+ExitStatus ReadCommand::run(const QStringList &arguments)
 {
-    if (const std::optional<int> status = parse(arguments))
+    if (const std::optional<ExitStatus> status = parse(arguments))
         return *status;
 
+    if (OutputFile(m_options.value(exportOption)).isStandardOutput())
+        Console::keepOutputForFile();
     const QString obstacle = findObstacle();
     if (!obstacle.isEmpty()) {
         Console::printError(obstacle);
-        return ExitStatus::fileFailed;
+        return Exit::fileFailed;
     }
-    if (const std::optional<int> status = m_bus.read(m_options.bus()))
+    if (const std::optional<ExitStatus> status = m_bus.read(m_options.bus()))
         return *status;
 
-    printNodes(m_bus.reader().store(), m_bus.record(), m_bus.run().elapsed());
-    const int status = m_bus.finish();
+    printNodes(m_bus.store(), m_bus.summary().record, m_bus.elapsed());
+    const ExitStatus readStatus = m_bus.finish();
     const bool isExported = writeExport();
-    const bool isReported = writeReportFiles();
-    return isExported && isReported ? status : ExitStatus::fileFailed;
+    const ExitStatus reportStatus = writeReportFiles();
+    if (reportStatus != Exit::success)
+        return reportStatus;
+    return isExported ? readStatus : Exit::fileFailed;
 }
 
-std::optional<int> ReadCommand::parse(const QStringList &arguments)
+std::optional<ExitStatus> ReadCommand::parse(const QStringList &arguments)
 {
     m_options.addBusOptions();
-    m_options.addOption(
-        {exportOption, Tr::tr("Save what was read as this exchange file (.dxxml)."), Tr::tr("FILE")});
+    m_options.addOption({exportOption,
+                         Tr::tr("Save what was read as this exchange file (.dxxml); - is standard output."),
+                         Tr::tr("FILE")});
     m_options.addOption(
         {reportOption,
          Tr::tr("Write the report, dx_report.pdf and dx_report.html, into this folder, which is made when "
                 "it is not there."),
          Tr::tr("DIR")});
+    NodeOption::add(m_options,
+                    Tr::tr("Read this node only. It need not send a heartbeat, and node 1 need not be "
+                           "there."));
     BusRead::addOptions(m_options);
     Language::addOption(m_options);
-    if (const std::optional<int> status = m_options.parse(arguments))
+    if (const std::optional<ExitStatus> status = m_options.parse(arguments))
         return status;
-    if (const std::optional<int> status = m_bus.parse(m_options))
+    if (const std::optional<ExitStatus> status = m_bus.parse(m_options))
         return status;
     if (m_options.isSet(exportOption) && m_options.value(exportOption).isEmpty())
         return m_options.complain(Tr::tr("--export takes the name of a file."));
     if (m_options.isSet(reportOption) && m_options.value(reportOption).isEmpty())
         return m_options.complain(Tr::tr("--report takes the name of a folder."));
+    if (NodeOption::isSet(m_options)) {
+        const std::optional<quint8> nodeId = NodeOption::parse(m_options);
+        if (!nodeId)
+            return Exit::usage;
+        m_bus.setNode(*nodeId);
+    }
     return Language::load(m_options);
 }
 
@@ -173,7 +175,7 @@ std::optional<int> ReadCommand::parse(const QStringList &arguments)
 QString ReadCommand::findObstacle() const
 {
     QString error;
-    if (m_options.isSet(exportOption) && !canBeWritten(m_options.value(exportOption), &error))
+    if (m_options.isSet(exportOption) && !OutputFile(m_options.value(exportOption)).canBeWritten(&error))
         return error;
     if (m_options.isSet(reportOption) && !prepareReportFolder(m_options.value(reportOption), &error))
         return error;
@@ -182,28 +184,28 @@ QString ReadCommand::findObstacle() const
 
 bool ReadCommand::writeExport()
 {
-    if (!m_options.isSet(exportOption))
-        return true;
-    const QString fileName = m_options.value(exportOption);
-    QString error;
-    if (!saveExchangeFile(fileName, m_bus.reader().exportXml(), &error)) {
-        Console::printError(error);
-        return false;
-    }
-    Console::print(Tr::tr("Wrote %1").arg(QDir::toNativeSeparators(fileName)));
-    return true;
+    return !m_options.isSet(exportOption)
+           || OutputFile(m_options.value(exportOption))
+                  .writeExchange(exportToText(m_bus.store(), QDateTime::currentDateTime()));
 }
 
-bool ReadCommand::writeReportFiles()
+ExitStatus ReadCommand::writeReportFiles()
 {
-    return !m_options.isSet(reportOption)
-           || writeReport(m_bus.reader().store(), m_options.value(reportOption));
+    return m_options.isSet(reportOption) ? writeReport(m_bus.store(), m_options.value(reportOption))
+                                         : Exit::success;
 }
 
 } // namespace
 
-int runReadCommand(const QStringList &arguments)
+ExitStatus runReadCommand(const QStringList &arguments)
 {
     ReadCommand command;
     return command.run(arguments);
+}
+
+bool readNeedsFonts(const QStringList &arguments)
+{
+    return std::any_of(arguments.cbegin(), arguments.cend(), [](const QString &argument) {
+        return argument.startsWith(QLatin1String("--") + reportOption);
+    });
 }

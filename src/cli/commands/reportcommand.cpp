@@ -19,20 +19,20 @@ struct Tr
 
 const QString outputOption = QStringLiteral("output");
 
-int report(const QString &fileName, const QString &folder)
+ExitStatus report(const QString &fileName, const QString &folder)
 {
     NodeStore store;
     QString error;
     if (!loadNodeStore(fileName, store, &error) || !prepareReportFolder(folder, &error)) {
         Console::printError(error);
-        return ExitStatus::fileFailed;
+        return Exit::fileFailed;
     }
-    return writeReport(store, folder) ? ExitStatus::success : ExitStatus::fileFailed;
+    return writeReport(store, folder);
 }
 
 } // namespace
 
-int runReportCommand(const QStringList &arguments)
+ExitStatus runReportCommand(const QStringList &arguments)
 {
     CommandArguments options(QStringLiteral("report"),
                              Tr::tr("Writes the report on what an exchange file holds: dx_report.pdf and "
@@ -41,11 +41,16 @@ int runReportCommand(const QStringList &arguments)
     options.addOption({outputOption, Tr::tr("The folder for the two files; it is made when it is not there."),
                        QStringLiteral("DIR")});
     Language::addOption(options);
-    if (const std::optional<int> status = options.parse(arguments))
+    if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;
     if (options.value(outputOption).isEmpty())
         return options.complain(Tr::tr("--output is missing: which folder is meant?"));
-    if (const std::optional<int> status = Language::load(options))
+    if (const std::optional<ExitStatus> status = Language::load(options))
         return *status;
     return report(options.positional(), options.value(outputOption));
+}
+
+bool reportNeedsFonts(const QStringList &)
+{
+    return true;
 }

@@ -4,13 +4,11 @@
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
 #include <cli/core/exitstatus.h>
+#include <cli/core/interruptibleloop.h>
 #include <cli/core/progressline.h>
-#include <cli/core/unixsignals.h>
 
 #include <canopen/nodescan.h>
 #include <bus/busconnection.h>
-
-#include <QEventLoop>
 
 namespace {
 
@@ -19,75 +17,61 @@ struct Tr
     Q_DECLARE_TR_FUNCTIONS(ScanCommand)
 };
 
-int report(const QVector<quint8> &nodes)
+ExitStatus report(const QVector<quint8> &nodes)
 {
     Console::print(Tr::tr("%1 nodes found").arg(nodes.size()));
     if (!nodes.isEmpty())
-        return ExitStatus::success;
+        return Exit::success;
     Console::printError(
         Tr::tr("No node answered. Check that the vehicle is switched on, the cable, and the bit rate."));
-    return ExitStatus::noUsableNode;
+    return Exit::noUsableNode;
 }
 
-int scan(const BusSettings &settings)
+ExitStatus scan(const BusSettings &settings)
 {
-    UnixSignals signalSource;
+    InterruptibleLoop loop;
     ProgressLine progress;
     BusConnection bus;
     CanOpen::NodeScan nodeScan(&bus.sdoClient());
-    QEventLoop loop;
-    QVector<quint8> nodes;
-    std::optional<int> signalNumber;
-    bool isFinished = false;
-
-    QObject::connect(&signalSource, &UnixSignals::received, &loop, [&](int number) {
-        signalNumber = number;
-        loop.quit();
-    });
-    QObject::connect(&nodeScan, &CanOpen::NodeScan::found, &loop, [&progress](quint8 nodeId) {
+    QObject::connect(&nodeScan, &CanOpen::NodeScan::found, &nodeScan, [&progress](quint8 nodeId) {
         progress.clear();
         Console::print(Tr::tr("Node %1 answers").arg(nodeId));
     });
-    QObject::connect(&nodeScan, &CanOpen::NodeScan::finished, &loop, [&](const QVector<quint8> &found) {
-        nodes = found;
-        isFinished = true;
-        loop.quit();
-    });
+    QObject::connect(&nodeScan, &CanOpen::NodeScan::finished, &nodeScan, [&loop] { loop.end(); });
 
     QString error;
     if (!bus.connectToBus(settings, &error)) {
         Console::printBusError(error);
-        return ExitStatus::busNotOpened;
+        return Exit::busNotOpened;
     }
-    if (!signalNumber) {
+    if (!loop.isInterrupted()) {
         progress.update(Tr::tr("Asking nodes 1 to 127 ..."));
         nodeScan.start();
-        if (!isFinished)
-            loop.exec();
     }
+    const bool isFinished = loop.run();
     progress.clear();
-    if (signalNumber) {
+    if (!isFinished) {
         Console::printError(Tr::tr("Interrupted."));
-        return ExitStatus::signalled(*signalNumber);
+        return loop.status();
     }
-    if (bus.state() != BusConnection::State::Connected) {
+    if (!bus.lossReason().isEmpty()) {
         Console::printError(
-            Tr::tr("The scan was stopped, because the bus was lost: %1").arg(bus.errorString()));
-        return ExitStatus::stoppedEarly;
+            Tr::tr("The scan was stopped, because the bus was lost: %1").arg(bus.lossReason()));
+        return Exit::stoppedEarly;
     }
-    return report(nodes);
+    return report(nodeScan.foundNodes());
 }
 
 } // namespace
 
-int runScanCommand(const QStringList &arguments)
+ExitStatus runScanCommand(const QStringList &arguments)
 {
     CommandArguments options(
         QStringLiteral("scan"),
         Tr::tr("Asks every node ID for its device type, and so also finds nodes that send no "
                "heartbeat."));
     options.addBusOptions();
-    if (const std::optional<int> status = options.parse(arguments))
+    if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;
     return scan(options.bus());
 }

@@ -32,10 +32,10 @@ QVector<ListedNode> withComponents(QVector<ListedNode> nodes)
 class ShowCommand
 {
 public:
-    int run(const QStringList &arguments);
+    ExitStatus run(const QStringList &arguments);
 
 private:
-    std::optional<int> parse(const QStringList &arguments);
+    std::optional<ExitStatus> parse(const QStringList &arguments);
     void print();
 
     CommandArguments m_options{QStringLiteral("show"),
@@ -44,32 +44,32 @@ private:
     std::optional<quint8> m_nodeId; // the only one asked for
 };
 
-int ShowCommand::run(const QStringList &arguments)
+ExitStatus ShowCommand::run(const QStringList &arguments)
 {
-    if (const std::optional<int> status = parse(arguments))
+    if (const std::optional<ExitStatus> status = parse(arguments))
         return *status;
-    if (const std::optional<int> status = m_vehicle.load())
+    if (const std::optional<ExitStatus> status = m_vehicle.load())
         return *status;
     if (m_nodeId && !NodeOption::isKnown(*m_nodeId, m_vehicle))
-        return ExitStatus::noUsableNode;
+        return Exit::noUsableNode;
     print();
     return m_vehicle.finish();
 }
 
-std::optional<int> ShowCommand::parse(const QStringList &arguments)
+std::optional<ExitStatus> ShowCommand::parse(const QStringList &arguments)
 {
     VehicleSource::addOptions(m_options);
     m_options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
     NodeOption::add(m_options, Tr::tr("Show this node only."));
     Language::addOption(m_options);
-    if (const std::optional<int> status = m_options.parse(arguments))
+    if (const std::optional<ExitStatus> status = m_options.parse(arguments))
         return status;
-    if (const std::optional<int> status = m_vehicle.parse(m_options))
+    if (const std::optional<ExitStatus> status = m_vehicle.parse(m_options))
         return status;
     if (NodeOption::isSet(m_options)) {
         m_nodeId = NodeOption::parse(m_options);
         if (!m_nodeId)
-            return ExitStatus::usage;
+            return Exit::usage;
     }
     return Language::load(m_options);
 }
@@ -82,7 +82,7 @@ void ShowCommand::print()
         node.nmtState = m_vehicle.nmtState(node.id);
 
     if (m_options.isSet(jsonOption)) {
-        Console::printBytes(listingJson(nodes));
+        Console::printJson(listingJson(nodes));
         return;
     }
     if (!m_nodeId)
@@ -95,7 +95,7 @@ void ShowCommand::print()
 
 } // namespace
 
-int runShowCommand(const QStringList &arguments)
+ExitStatus runShowCommand(const QStringList &arguments)
 {
     ShowCommand command;
     return command.run(arguments);

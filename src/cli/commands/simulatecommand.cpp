@@ -4,7 +4,7 @@
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
 #include <cli/core/exitstatus.h>
-#include <cli/core/unixsignals.h>
+#include <cli/core/interruptibleloop.h>
 #include <cli/core/vehiclefromexchange.h>
 
 #include <store/exchangefile.h>
@@ -13,7 +13,6 @@
 #include <simulator/vehiclefile.h>
 
 #include <QDir>
-#include <QEventLoop>
 #include <QFileInfo>
 
 namespace {
@@ -74,38 +73,30 @@ void followBus(Simulator::Vehicle &vehicle, BusConnection &bus)
     }
 }
 
-int simulate(const Simulator::VehicleDescription &description, const BusSettings &settings)
+ExitStatus simulate(const Simulator::VehicleDescription &description, const BusSettings &settings)
 {
-    UnixSignals signalSource;
+    InterruptibleLoop loop;
     BusConnection bus;
     Simulator::Vehicle vehicle(description);
     vehicle.setSender([&bus](const QCanBusFrame &frame, quint8) { bus.send(frame); });
     QObject::connect(&bus, &BusConnection::frameReceived, &vehicle, &Simulator::Vehicle::handleFrame);
     QObject::connect(&bus, &BusConnection::stateChanged, &vehicle, [&] { followBus(vehicle, bus); });
 
-    QEventLoop loop;
-    std::optional<int> signalNumber;
-    QObject::connect(&signalSource, &UnixSignals::received, &loop, [&](int number) {
-        signalNumber = number;
-        loop.quit();
-    });
-
     QString error;
     if (!bus.connectToBus(settings, &error)) {
         Console::printBusError(error);
-        return ExitStatus::busNotOpened;
+        return Exit::busNotOpened;
     }
-    if (!signalNumber)
-        loop.exec();
+    loop.run();
     vehicle.stop();
     bus.disconnectFromBus();
     Console::printError(Tr::tr("The simulation has ended."));
-    return ExitStatus::signalled(signalNumber.value_or(0));
+    return loop.status();
 }
 
 } // namespace
 
-int runSimulateCommand(const QStringList &arguments)
+ExitStatus runSimulateCommand(const QStringList &arguments)
 {
     CommandArguments options(
         QStringLiteral("simulate"),
@@ -114,14 +105,14 @@ int runSimulateCommand(const QStringList &arguments)
     options.addBusOptions();
     options.addPositional(QStringLiteral("VEHICLE"),
                           Tr::tr("A name such as pedelec or full-bus, FILE.json, or FILE.dxxml."));
-    if (const std::optional<int> status = options.parse(arguments))
+    if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;
 
     QString error;
     const MaybeVehicle vehicle = loadVehicle(options.positional(), &error);
     if (!vehicle) {
         Console::printError(error);
-        return ExitStatus::fileFailed;
+        return Exit::fileFailed;
     }
     return simulate(*vehicle, options.bus());
 }

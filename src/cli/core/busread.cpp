@@ -3,19 +3,11 @@
 
 #include "commandarguments.h"
 #include "console.h"
-#include "exitstatus.h"
-#include "unixsignals.h"
-
-#include <algorithm>
-#include <chrono>
+#include "interruptibleloop.h"
+#include "patienceoptions.h"
 
 namespace {
 
-const QString timeoutOption = QStringLiteral("timeout");
-const QString retriesOption = QStringLiteral("retries");
-
-constexpr int longestTimeout = 60000; // ms
-constexpr int mostRetries = 100;
 constexpr quint8 controllerNodeId = 1;
 
 QString joinIds(const QList<quint8> &ids)
@@ -30,74 +22,119 @@ QString joinIds(const QList<quint8> &ids)
 
 void BusRead::addOptions(CommandArguments &options)
 {
-    options.addOption({timeoutOption,
-                       tr("How long a node may take to answer, in ms; at least and usually 100."),
-                       QStringLiteral("MS")});
-    options.addOption({retriesOption, tr("How often a node that does not answer is asked again; usually 2."),
-                       QStringLiteral("N")});
+    PatienceOptions::add(options);
 }
 
-std::optional<int> BusRead::parse(const CommandArguments &options)
+std::optional<ExitStatus> BusRead::parse(const CommandArguments &options)
 {
-    if (options.isSet(timeoutOption)) {
-        const std::optional<int> timeout
-            = options.number(timeoutOption, static_cast<int>(m_patience.timeout.count()), longestTimeout);
-        if (!timeout)
-            return ExitStatus::usage;
-        m_patience.timeout = std::chrono::milliseconds(*timeout);
-    }
-    if (options.isSet(retriesOption)) {
-        const std::optional<int> retries = options.number(retriesOption, 0, mostRetries);
-        if (!retries)
-            return ExitStatus::usage;
-        m_patience.repeats = *retries;
-    }
-    // Every repeat gets its whole time.
-    m_patience.longest = std::max(m_patience.longest, m_patience.timeout * (m_patience.repeats + 2));
-    return std::nullopt;
+    return PatienceOptions::parse(options, &m_patience);
 }
 
-std::optional<int> BusRead::read(const BusSettings &settings)
+void BusRead::setNode(quint8 nodeId)
 {
-    UnixSignals signalSource;
-    std::optional<int> earlySignal; // while the bus is being opened
-    QObject::connect(&signalSource, &UnixSignals::received, &m_run, [this, &earlySignal](int signalNumber) {
-        earlySignal = signalNumber;
-        m_run.interrupt();
-    });
+    m_nodeReader = std::make_unique<NodeReader>(&m_services.bus().sdoClient(), nodeId);
+}
 
+std::optional<ExitStatus> BusRead::read(const BusSettings &settings)
+{
+    InterruptibleLoop loop;
     m_services.bus().sdoClient().setDefaultPatience(m_patience);
     QString error;
     if (!m_services.bus().connectToBus(settings, &error)) {
         Console::printBusError(error);
-        return ExitStatus::busNotOpened;
+        return Exit::busNotOpened;
     }
-    if (!earlySignal)
-        m_run.run();
-    if (earlySignal) {
+    QElapsedTimer clock;
+    clock.start();
+    if (m_nodeReader != nullptr)
+        readNode(&loop);
+    else
+        readAll(&loop);
+    m_elapsed = clock.elapsed();
+    m_progress.clear();
+    if (loop.isInterrupted()) {
         Console::printError(tr("Interrupted; nothing was saved."));
-        return ExitStatus::signalled(*earlySignal);
+        return loop.status();
     }
-    const QList<quint8> heard = m_reader.getNodeList();
-    if (!heard.contains(controllerNodeId)) {
-        Console::printError(describeNoNode(heard));
-        return ExitStatus::noUsableNode;
-    }
-    return std::nullopt;
+    return m_nodeReader != nullptr ? checkNode() : checkVehicle();
 }
 
-int BusRead::finish()
+void BusRead::readAll(InterruptibleLoop *loop)
 {
-    const ReadSummary &summary = m_services.reads().summary();
-    const bool isStopped = summary.end != ReadSummary::End::Complete;
+    if (loop->isInterrupted()) // while the bus was being opened
+        return;
+    ReadRun run(&m_services, &m_reader, &m_progress);
+    run.run(loop);
+}
+
+void BusRead::readNode(InterruptibleLoop *loop)
+{
+    QObject::connect(m_nodeReader.get(), &NodeReader::finished, m_nodeReader.get(), [loop] { loop->end(); });
+    QObject::connect(&m_services.bus().sdoClient(), &CanOpen::SdoClient::finished, m_nodeReader.get(),
+                     [this] {
+                         m_progress.update(tr("Reading node %1, object %2: %3 of %4")
+                                               .arg(QString::number(m_nodeReader->nodeId()),
+                                                    m_nodeReader->key().toString(),
+                                                    QString::number(m_nodeReader->entriesDone()),
+                                                    QString::number(m_nodeReader->entriesTotal())));
+                     });
+    m_nodeReader->start();
+    loop->run();
+}
+
+std::optional<ExitStatus> BusRead::checkVehicle()
+{
+    const QList<quint8> heard = m_reader.getNodeList();
+    if (heard.contains(controllerNodeId))
+        return std::nullopt;
+    Console::printError(describeNoNode(heard));
+    return Exit::noUsableNode;
+}
+
+std::optional<ExitStatus> BusRead::checkNode()
+{
+    const ReadSummary how = summary();
+    const bool isSilent = how.end == ReadSummary::End::NoAnswer
+                          && how.record.failures().size() == how.record.total().objects()
+                          && how.record.total().objects() == NodeReader::mostSilences;
+    if (!isSilent)
+        return std::nullopt;
+    Console::printError(
+        tr("Nothing was read: node %1 does not answer. Check that it is switched on, the cable, "
+           "and the bit rate.")
+            .arg(how.nodeId));
+    return Exit::noUsableNode;
+}
+
+ReadSummary BusRead::summary()
+{
+    if (m_nodeReader == nullptr)
+        return m_services.reads().summary();
+
+    ReadSummary summary;
+    summary.nodeId = m_nodeReader->nodeId();
+    summary.key = m_nodeReader->key();
+    summary.record = m_nodeReader->record();
+    summary.reason = m_services.bus().lossReason();
+    if (m_nodeReader->end() == NodeReader::End::NodeSilent)
+        summary.end = ReadSummary::End::NoAnswer;
+    else if (m_nodeReader->end() == NodeReader::End::Cancelled)
+        summary.end = ReadSummary::End::BusGone;
+    return summary;
+}
+
+ExitStatus BusRead::finish()
+{
+    const ReadSummary how = summary();
+    const bool isStopped = how.end != ReadSummary::End::Complete;
     if (isStopped)
-        Console::printError(describeStop());
-    const QVector<FailedObject> failures = summary.failuresBeside();
+        Console::printError(describeStop(how));
+    const QVector<FailedObject> failures = how.failuresBeside();
     for (const FailedObject &failure : failures)
         Console::printError(failure.toString());
     if (isStopped)
-        return ExitStatus::stoppedEarly;
-    return failures.isEmpty() ? ExitStatus::success : ExitStatus::objectsFailed;
+        return Exit::stoppedEarly;
+    return failures.isEmpty() ? Exit::success : Exit::objectsFailed;
 }
 
 NmtSender::NmtState BusRead::nmtState(quint8 nodeId)
@@ -106,9 +143,8 @@ NmtSender::NmtState BusRead::nmtState(quint8 nodeId)
     return state ? HeartbeatHub::toHostState(*state) : NmtSender::Unknown;
 }
 
-QString BusRead::describeStop()
+QString BusRead::describeStop(const ReadSummary &summary)
 {
-    const ReadSummary &summary = m_services.reads().summary();
     const ReadWords::Silence silence = m_services.silenceOf(summary.nodeId);
     const QString sentence = ReadWords::end(summary, silence);
     if (summary.end != ReadSummary::End::NoAnswer || silence != ReadWords::Silence::Unexplained)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "exitstatus.h"
+#include "nodereader.h"
 #include "progressline.h"
 #include "readrun.h"
 
@@ -8,12 +10,18 @@
 #include <reader/datareader.h>
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 
+#include <memory>
 #include <optional>
 
 class CommandArguments;
+class InterruptibleLoop;
 
-/*! The read of a bus as a part of several commands: its options, the run, and the words when it fails. */
+/*! The read of a bus as a part of several commands: its options, the run, and the words when it fails.
+ *
+ *  Reads as the window does, or one node only, see NodeReader.
+ */
 class BusRead
 {
     Q_DECLARE_TR_FUNCTIONS(BusRead)
@@ -23,34 +31,43 @@ public:
     static void addOptions(CommandArguments &options);
 
     /*! Takes the options; an exit status after a complaint. */
-    std::optional<int> parse(const CommandArguments &options);
+    std::optional<ExitStatus> parse(const CommandArguments &options);
+
+    /*! Reads this node only. */
+    void setNode(quint8 nodeId);
 
     /*! Opens the bus and reads it. An exit status when nothing can be used of it, after a sentence that says
      *  why.
      */
-    std::optional<int> read(const BusSettings &settings);
+    std::optional<ExitStatus> read(const BusSettings &settings);
 
     /*! The exit status of what was read. Prints why the run was stopped early, if it was, and what could not be
      *  read.
      */
-    int finish();
+    ExitStatus finish();
 
-    /*! What became of every object. */
-    const ReadRecord &record() { return m_services.reads().summary().record; }
+    const NodeStore &store() const { return m_nodeReader ? m_nodeReader->store() : m_reader.store(); }
 
-    const DataReader &reader() const { return m_reader; }
-    const ReadRun &run() const { return m_run; }
+    /*! How it ended, and what became of every object. */
+    ReadSummary summary();
+
+    qint64 elapsed() const { return m_elapsed; } // ms
 
     /*! The NMT state that a node sent last. */
     NmtSender::NmtState nmtState(quint8 nodeId);
 
 private:
-    QString describeStop();
+    void readAll(InterruptibleLoop *loop);
+    void readNode(InterruptibleLoop *loop);
+    std::optional<ExitStatus> checkVehicle();
+    std::optional<ExitStatus> checkNode();
+    QString describeStop(const ReadSummary &summary);
     QString describeNoNode(const QList<quint8> &heard);
 
     HostServices m_services;
     DataReader m_reader;
+    std::unique_ptr<NodeReader> m_nodeReader; // when it is one node only
     ProgressLine m_progress;
-    ReadRun m_run{&m_services, &m_reader, &m_progress};
     CanOpen::SdoPatience m_patience;
+    qint64 m_elapsed = 0;
 };

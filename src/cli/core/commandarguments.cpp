@@ -41,24 +41,23 @@ void CommandArguments::addBusOptions(Presence presence)
 
 void CommandArguments::addPositional(const QString &syntax, const QString &description, Presence presence)
 {
-    m_positionalSyntax = syntax;
-    m_positionalPresence = presence;
+    m_positionals.append({syntax, presence});
     m_parser.addPositionalArgument(syntax, description);
 }
 
 QString CommandArguments::helpText() const
 {
     QString usage = tr("Usage: draxelctl %1 [OPTION]...").arg(m_name);
-    if (!m_positionalSyntax.isEmpty()) {
-        usage += m_positionalPresence == Presence::Required ? QStringLiteral(" %1").arg(m_positionalSyntax)
-                                                            : QStringLiteral(" [%1]").arg(m_positionalSyntax);
+    for (const Positional &positional : m_positionals) {
+        const bool isRequired = positional.presence == Presence::Required;
+        usage += (isRequired ? QStringLiteral(" %1") : QStringLiteral(" [%1]")).arg(positional.syntax);
     }
     // The parser knows no commands, so its own first line is left out.
     const QString text = withoutLineEnd(m_parser.helpText());
     return usage + text.mid(text.indexOf(QLatin1Char('\n')));
 }
 
-std::optional<int> CommandArguments::parse(const QStringList &arguments)
+std::optional<ExitStatus> CommandArguments::parse(const QStringList &arguments)
 {
     QStringList ownArguments = arguments;
     if (ownArguments.size() > 1)
@@ -66,19 +65,26 @@ std::optional<int> CommandArguments::parse(const QStringList &arguments)
     const bool isParsed = m_parser.parse(ownArguments);
     if (isParsed && m_parser.isSet(helpOption)) {
         Console::print(helpText());
-        return ExitStatus::success;
+        return Exit::success;
     }
     if (!isParsed)
         return complain(m_parser.errorText());
 
-    const QStringList positionals = m_parser.positionalArguments();
-    const int allowed = m_positionalSyntax.isEmpty() ? 0 : 1;
-    if (positionals.size() > allowed)
-        return complain(tr("What is \"%1\" for?").arg(positionals.at(allowed)));
-    if (positionals.size() < allowed && m_positionalPresence == Presence::Required)
-        return complain(tr("%1 is missing.").arg(m_positionalSyntax));
-    m_positional = positionals.value(0);
+    if (const std::optional<ExitStatus> status = checkPositionals())
+        return status;
     return hasBus() || m_busPresence == Presence::Required ? parseBus() : std::nullopt;
+}
+
+std::optional<ExitStatus> CommandArguments::checkPositionals() const
+{
+    const QStringList given = m_parser.positionalArguments();
+    if (given.size() > m_positionals.size())
+        return complain(tr("What is \"%1\" for?").arg(given.at(m_positionals.size())));
+    for (int i = given.size(); i < m_positionals.size(); ++i) {
+        if (m_positionals.at(i).presence == Presence::Required)
+            return complain(tr("%1 is missing.").arg(m_positionals.at(i).syntax));
+    }
+    return std::nullopt;
 }
 
 bool CommandArguments::hasBus() const
@@ -98,14 +104,14 @@ std::optional<int> CommandArguments::number(const QString &option, int lowest, i
     return std::nullopt;
 }
 
-int CommandArguments::complain(const QString &sentence) const
+ExitStatus CommandArguments::complain(const QString &sentence) const
 {
     Console::printError(QStringLiteral("draxelctl %1: %2").arg(m_name, sentence));
     Console::printError(tr("\"draxelctl %1 --help\" shows what it takes.").arg(m_name));
-    return ExitStatus::usage;
+    return Exit::usage;
 }
 
-std::optional<int> CommandArguments::parseBus()
+std::optional<ExitStatus> CommandArguments::parseBus()
 {
     if (!m_parser.isSet(busOption))
         return complain(tr("--bus is missing: which bus is meant?"));

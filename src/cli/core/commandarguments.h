@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "exitstatus.h"
+
 #include <bus/bussettings.h>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QStringList>
+#include <QVector>
 
 #include <optional>
 
@@ -23,18 +26,19 @@ public:
     /*! Adds --bus and --bitrate. */
     void addBusOptions(Presence presence = Presence::Required);
     void addOption(const QCommandLineOption &option) { m_parser.addOption(option); }
-    /*! \a syntax as in the help; one positional argument is allowed then, else none. */
+    /*! One positional argument more; \a syntax as in the help. The optional ones come last. */
     void addPositional(const QString &syntax, const QString &description,
                        Presence presence = Presence::Required);
 
     /*! Takes \a arguments, program and command first. An exit status when the command ends here: after
      *  --help, or after a complaint about the first thing that is wrong.
      */
-    std::optional<int> parse(const QStringList &arguments);
+    std::optional<ExitStatus> parse(const QStringList &arguments);
 
     bool hasBus() const;
     const BusSettings &bus() const { return m_bus; }
-    QString positional() const { return m_positional; } //!< empty when it is not there
+    /*! Number \a position, from 0; empty when it is not there. */
+    QString positional(int position = 0) const { return m_parser.positionalArguments().value(position); }
     bool isSet(const QString &option) const { return m_parser.isSet(option); }
     QString value(const QString &option) const { return m_parser.value(option); }
 
@@ -42,16 +46,21 @@ public:
     std::optional<int> number(const QString &option, int lowest, int highest) const;
 
     /*! Prints a complaint about the arguments and where help is; returns the exit status for it. */
-    int complain(const QString &sentence) const;
+    ExitStatus complain(const QString &sentence) const;
 
 private:
+    struct Positional
+    {
+        QString syntax;
+        Presence presence;
+    };
+
     QString helpText() const;
-    std::optional<int> parseBus();
+    std::optional<ExitStatus> checkPositionals() const;
+    std::optional<ExitStatus> parseBus();
 
     QString m_name;
-    QString m_positionalSyntax;
-    QString m_positional;
-    Presence m_positionalPresence = Presence::Required;
+    QVector<Positional> m_positionals;
     Presence m_busPresence = Presence::Optional; // required only when the command has the option
     BusSettings m_bus;
     QCommandLineParser m_parser;

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "console.h"
 
+#include "terminal.h"
+
 #include <QCoreApplication>
 #include <QString>
 
 #include <cstdio>
-
-#ifdef Q_OS_UNIX
-#include <unistd.h>
-#endif
 
 namespace {
 
@@ -18,6 +16,8 @@ void writeBytes(FILE *stream, const QByteArray &bytes)
     std::fflush(stream);
 }
 
+bool isOutputForFile = false;
+
 void printLine(FILE *stream, const QString &text)
 {
     writeBytes(stream, text.toLocal8Bit() + '\n');
@@ -25,14 +25,30 @@ void printLine(FILE *stream, const QString &text)
 
 } // namespace
 
-void Console::print(const QString &text)
+void Console::keepOutputForFile()
 {
-    printLine(stdout, text);
+    isOutputForFile = true;
 }
 
+bool Console::write(const QByteArray &bytes)
+{
+    writeBytes(stdout, bytes);
+    return isComplete();
+}
+
+void Console::print(const QString &text)
+{
+    if (isOutputForFile) {
+        printError(text);
+        return;
+    }
+    printLine(stdout, Terminal::isTerminal(Terminal::Stream::Output) ? Terminal::visible(text) : text);
+}
+
+// Names and values of others stand in these sentences, whoever reads them.
 void Console::printError(const QString &text)
 {
-    printLine(stderr, text);
+    printLine(stderr, Terminal::visible(text));
 }
 
 void Console::printBusError(const QString &reason)
@@ -41,18 +57,10 @@ void Console::printBusError(const QString &reason)
     printError(QCoreApplication::translate("Console", "\"draxelctl interfaces\" lists what there is."));
 }
 
-void Console::printBytes(const QByteArray &bytes)
+void Console::printJson(const QByteArray &json)
 {
-    writeBytes(stdout, bytes);
-}
-
-bool Console::isTerminal()
-{
-#ifdef Q_OS_UNIX
-    return ::isatty(STDOUT_FILENO) == 1;
-#else
-    return true;
-#endif
+    const bool isShown = Terminal::isTerminal(Terminal::Stream::Output);
+    writeBytes(stdout, isShown ? Terminal::visible(QString::fromUtf8(json)).toUtf8() : json);
 }
 
 bool Console::isComplete()

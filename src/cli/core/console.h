@@ -4,17 +4,24 @@
 class QByteArray;
 class QString;
 
-/*! The terminal of a command: results go to standard output, everything else to standard error. */
+/*! The terminal of a command: results go to standard output, everything else to standard error.
+ *
+ *  What comes from devices and files may hold control characters. A terminal shows them written out, see
+ *  Terminal::visible(); files and pipes get results unchanged.
+ */
 namespace Console {
 
 /*! Writes \a text and a line end to standard output. */
 void print(const QString &text);
 
-/*! Writes bytes to standard output as they are. */
-void printBytes(const QByteArray &bytes);
+/*! Writes JSON (UTF-8) to standard output as it is. */
+void printJson(const QByteArray &json);
 
-/*! Whether standard output is a terminal, which would take control characters as commands. */
-bool isTerminal();
+/*! Writes bytes to standard output, whatever it is; false when it could not take them all. */
+bool write(const QByteArray &bytes);
+
+/*! From now on print() writes to standard error: standard output belongs to a file. */
+void keepOutputForFile();
 
 /*! Whether all that was written to standard output so far has arrived. */
 bool isComplete();

@@ -59,7 +59,7 @@ void Language::addOption(CommandArguments &options)
                        QStringLiteral("LANGUAGE")});
 }
 
-std::optional<int> Language::load(const CommandArguments &options)
+std::optional<ExitStatus> Language::load(const CommandArguments &options)
 {
     if (!options.isSet(languageOption))
         return std::nullopt;

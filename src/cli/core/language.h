@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "exitstatus.h"
+
 #include <optional>
 
 class CommandArguments;
@@ -14,6 +16,6 @@ namespace Language {
 void addOption(CommandArguments &options);
 
 /*! Loads the language that is asked for; an exit status after a complaint that there is none such. */
-std::optional<int> load(const CommandArguments &options);
+std::optional<ExitStatus> load(const CommandArguments &options);
 
 } // namespace Language

@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "progressline.h"
 
-#include <QtGlobal>
+#include "terminal.h"
 
 #include <cstdio>
-
-#ifdef Q_OS_UNIX
-#include <unistd.h>
-#endif
 
 namespace {
 
@@ -18,11 +14,7 @@ constexpr char clearLine[] = "\r\033[K"; // to the first column, then erase to t
 
 ProgressLine::Output ProgressLine::detectOutput()
 {
-#ifdef Q_OS_UNIX
-    return ::isatty(STDERR_FILENO) == 1 ? Output::Terminal : Output::None;
-#else
-    return Output::None;
-#endif
+    return Terminal::isTerminal(Terminal::Stream::Errors) ? Output::Terminal : Output::None;
 }
 
 ProgressLine::ProgressLine(Output output)
@@ -42,7 +34,7 @@ void ProgressLine::update(const QString &text)
     m_sinceUpdate.start();
     m_isOnScreen = true;
     std::fputs(clearLine, stderr);
-    std::fputs(text.toLocal8Bit().constData(), stderr);
+    std::fputs(Terminal::visible(text).toLocal8Bit().constData(), stderr);
     std::fflush(stderr);
 }
 

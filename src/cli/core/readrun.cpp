@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "readrun.h"
 
+#include "interruptibleloop.h"
 #include "progressline.h"
 
 #include <host/core/hostservices.h>
@@ -31,8 +32,9 @@ ReadRun::ReadRun(HostServices *services, DataReader *reader, ProgressLine *progr
     connect(&services->sdoClient(), &HostSdoClient::uploadStarted, this, [this] { m_isListening = false; });
 }
 
-void ReadRun::run()
+void ReadRun::run(InterruptibleLoop *loop)
 {
+    m_loop = loop;
     m_reader->setReceiverHub(m_services->getCanReceiverHub());
     m_reader->setSdoClient(m_services->getSdoClient());
     m_reader->setSecondarySdoClient(m_services->getSecondarySdoClient());
@@ -40,16 +42,14 @@ void ReadRun::run()
     m_clock.start();
     m_reader->startReading();
     m_checkTimer.start();
-    m_loop.exec();
+    m_loop->run();
     m_checkTimer.stop();
-    m_elapsed = m_clock.elapsed();
-    m_progress->clear();
 }
 
 void ReadRun::check()
 {
     if (!m_reader->isReading()) {
-        m_loop.quit();
+        m_loop->end();
         return;
     }
     if (m_progress->isShown())

@@ -2,13 +2,13 @@
 #pragma once
 
 #include <QElapsedTimer>
-#include <QEventLoop>
 #include <QObject>
 #include <QString>
 #include <QTimer>
 
 class DataReader;
 class HostServices;
+class InterruptibleLoop;
 class ProgressLine;
 
 /*! One read of a bus by a DataReader, from detection to the last answer. How it went, HostServices::reads() knows. */
@@ -20,13 +20,8 @@ public:
     /*! All must outlive the run; the bus is connected. */
     ReadRun(HostServices *services, DataReader *reader, ProgressLine *progress, QObject *parent = nullptr);
 
-    /*! Reads; returns when the run is over. */
-    void run();
-
-    /*! Ends run() early. */
-    void interrupt() { m_loop.quit(); }
-
-    qint64 elapsed() const { return m_elapsed; } // ms
+    /*! Reads in \a loop; returns when the run is over or the loop is interrupted. */
+    void run(InterruptibleLoop *loop);
 
 private:
     void check();
@@ -35,9 +30,8 @@ private:
     HostServices *m_services;
     DataReader *m_reader;
     ProgressLine *m_progress;
-    QEventLoop m_loop;
+    InterruptibleLoop *m_loop = nullptr;
     QTimer m_checkTimer;
     QElapsedTimer m_clock;
-    qint64 m_elapsed = 0;
     bool m_isListening = true; // until the first upload
 };

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "reportfiles.h"
 
+#include "childtask.h"
 #include "console.h"
-#include "unixsignals.h"
+#include "interruptibleloop.h"
 
 #include <report/pdfwriter.h>
 #include <report/reportsections.h>
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QTemporaryFile>
 
 namespace {
@@ -17,6 +19,23 @@ struct Tr
 {
     Q_DECLARE_TR_FUNCTIONS(ReportFiles)
 };
+
+/*! The names of files that are still being written: the report's with six characters more. */
+QStringList partialFiles(const QString &folder)
+{
+    return QDir(folder).entryList(
+        {QStringLiteral("dx_report.pdf.??????"), QStringLiteral("dx_report.html.??????")}, QDir::Files);
+}
+
+ExitStatus write(const NodeStore &store, const QString &folder)
+{
+    pdfWriter writer;
+    ReportSections(store).write(writer);
+    if (writer.writeFiles(folder))
+        return Exit::success;
+    Console::printError(writer.errorString());
+    return Exit::fileFailed;
+}
 
 } // namespace
 
@@ -36,18 +55,25 @@ bool prepareReportFolder(const QString &folder, QString *errorMessage)
     return true;
 }
 
-bool writeReport(const NodeStore &store, const QString &folder)
+ExitStatus writeReport(const NodeStore &store, const QString &folder)
 {
-    // Ctrl+C has to wait until the files are whole, so that no piece of one is left behind.
-    const UnixSignals signalSource;
-
-    pdfWriter writer;
-    ReportSections(store).write(writer);
-    if (!writer.writeFiles(folder)) {
-        Console::printError(writer.errorString());
-        return false;
+    const QStringList before = partialFiles(folder);
+    InterruptibleLoop loop;
+    const std::optional<int> status = runAsChild([&] { return write(store, folder).number; }, &loop);
+    if (!status) {
+        // It was ended in the middle: no piece of a file is left behind.
+        const QStringList now = partialFiles(folder);
+        for (const QString &name : now) {
+            if (!before.contains(name))
+                QFile::remove(QDir(folder).filePath(name));
+        }
+        Console::printError(loop.isInterrupted() ? Tr::tr("Interrupted; the report was not written.")
+                                                 : Tr::tr("The report was not written: its process failed."));
+        return loop.isInterrupted() ? loop.status() : Exit::fileFailed;
     }
+    if (*status != Exit::success.number)
+        return {*status};
     for (const QString &path : {pdfWriter::pdfPath(folder), pdfWriter::htmlPath(folder)})
         Console::print(Tr::tr("Wrote %1").arg(QDir::toNativeSeparators(path)));
-    return true;
+    return Exit::success;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "exitstatus.h"
+
 class NodeStore;
 class QString;
 
@@ -10,6 +12,7 @@ class QString;
 bool prepareReportFolder(const QString &folder, QString *errorMessage);
 
 /*! Writes the report on all nodes into a folder that was prepared, and prints which files it wrote, or why it
- *  could not. A file is replaced by a complete one only. Needs a QGuiApplication.
+ *  could not. A file is replaced by a complete one only. Ctrl+C ends it at once and leaves nothing behind. Needs a
+ *  QGuiApplication.
  */
-bool writeReport(const NodeStore &store, const QString &folder);
+ExitStatus writeReport(const NodeStore &store, const QString &folder);

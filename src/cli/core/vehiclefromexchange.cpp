@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "vehiclefromexchange.h"
 
+#include "readlisttypes.h"
+
 #include <canopen/cobid.h>
 #include <store/exchangefile.h>
 #include <store/nodestore.h>
-#include <reader/readlist.h>
 
 #include <QCoreApplication>
-#include <QMap>
 
 #include <algorithm>
 
@@ -20,20 +20,6 @@ struct Tr
 
 constexpr quint16 heartbeatPeriod = 500; // ms
 constexpr quint16 leftOverIndex = 0x0000;
-
-using TypeMap = QMap<ObjectKey, CanOpen::DataType>;
-
-TypeMap typesOfReadList()
-{
-    TypeMap types;
-    for (const ReadGroup group :
-         {ReadGroup::General, ReadGroup::Group2, ReadGroup::Group3, ReadGroup::Group4, ReadGroup::Group5}) {
-        const QList<ReadEntry> entries = readListGroup(group);
-        for (const ReadEntry &entry : entries)
-            types.insert({entry.index, entry.subIndex}, static_cast<CanOpen::DataType>(entry.dataType));
-    }
-    return types;
-}
 
 CanOpen::DataType typeByValue(const QVariant &value)
 {
@@ -51,8 +37,7 @@ std::optional<CanOpen::ObjectEntry> makeEntry(CanOpen::DataType type, const QVar
     return entry;
 }
 
-Simulator::NodeDescription makeNode(quint8 nodeId, const ObjectMap &objects, const TypeMap &types,
-                                    QStringList *warnings)
+Simulator::NodeDescription makeNode(quint8 nodeId, const ObjectMap &objects, QStringList *warnings)
 {
     Simulator::NodeDescription node;
     node.id = nodeId;
@@ -62,7 +47,7 @@ Simulator::NodeDescription makeNode(quint8 nodeId, const ObjectMap &objects, con
         const CanOpen::ObjectKey key{object.key().index, object.key().subIndex};
         if (key.index == leftOverIndex)
             continue;
-        const CanOpen::DataType type = types.value(object.key(), typeByValue(object.value()));
+        const CanOpen::DataType type = readListType(key).value_or(typeByValue(object.value()));
         if (const std::optional<CanOpen::ObjectEntry> entry = makeEntry(type, object.value())) {
             node.dictionary.insert(key, *entry);
         } else {
@@ -89,11 +74,10 @@ std::optional<Simulator::VehicleDescription> vehicleFromExchange(const QString &
     std::sort(nodeIds.begin(), nodeIds.end());
     nodeIds.erase(std::unique(nodeIds.begin(), nodeIds.end()), nodeIds.end());
 
-    const TypeMap types = typesOfReadList();
     Simulator::VehicleDescription vehicle;
     for (const quint8 nodeId : qAsConst(nodeIds)) {
         if (CanOpen::isNodeId(nodeId))
-            vehicle.nodes.append(makeNode(nodeId, store.objects(nodeId), types, warnings));
+            vehicle.nodes.append(makeNode(nodeId, store.objects(nodeId), warnings));
     }
     if (vehicle.nodes.isEmpty()) {
         *errorMessage = Tr::tr("There is no node from 1 to 127 in it.");

@@ -18,7 +18,7 @@ void VehicleSource::addOptions(CommandArguments &options)
     BusRead::addOptions(options);
 }
 
-std::optional<int> VehicleSource::parse(const CommandArguments &options)
+std::optional<ExitStatus> VehicleSource::parse(const CommandArguments &options)
 {
     m_options = &options;
     if (options.positional().isEmpty() && !options.hasBus())
@@ -31,7 +31,7 @@ std::optional<int> VehicleSource::parse(const CommandArguments &options)
     return m_bus->parse(options);
 }
 
-std::optional<int> VehicleSource::load()
+std::optional<ExitStatus> VehicleSource::load()
 {
     if (m_bus != nullptr)
         return m_bus->read(m_options->bus());
@@ -40,12 +40,12 @@ std::optional<int> VehicleSource::load()
     if (loadNodeStore(m_options->positional(), m_fileStore, &error))
         return std::nullopt;
     Console::printError(error);
-    return ExitStatus::fileFailed;
+    return Exit::fileFailed;
 }
 
 const NodeStore &VehicleSource::store() const
 {
-    return m_bus != nullptr ? m_bus->reader().store() : m_fileStore;
+    return m_bus != nullptr ? m_bus->store() : m_fileStore;
 }
 
 QString VehicleSource::name() const
@@ -59,7 +59,7 @@ QString VehicleSource::nmtState(quint8 nodeId) const
     return m_bus != nullptr ? nmtStateText(m_bus->nmtState(nodeId)) : QString();
 }
 
-int VehicleSource::finish() const
+ExitStatus VehicleSource::finish() const
 {
-    return m_bus != nullptr ? m_bus->finish() : ExitStatus::success;
+    return m_bus != nullptr ? m_bus->finish() : Exit::success;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "busread.h"
+#include "exitstatus.h"
 
 #include <store/nodestore.h>
 
@@ -20,12 +21,12 @@ public:
     static void addOptions(CommandArguments &options);
 
     /*! Takes the options, which must outlive this; an exit status after a complaint. */
-    std::optional<int> parse(const CommandArguments &options);
+    std::optional<ExitStatus> parse(const CommandArguments &options);
 
     /*! Reads the file or the bus. An exit status when nothing can be used of it, after a sentence that says
      *  why.
      */
-    std::optional<int> load();
+    std::optional<ExitStatus> load();
 
     const NodeStore &store() const;
 
@@ -36,7 +37,7 @@ public:
     QString nmtState(quint8 nodeId) const;
 
     /*! The exit status of what was read. Prints why a read was stopped early, if it was. */
-    int finish() const;
+    ExitStatus finish() const;
 
 private:
     const CommandArguments *m_options = nullptr;

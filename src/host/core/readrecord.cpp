@@ -41,6 +41,21 @@ ReadResult ReadResult::refusal(quint32 code)
     return {isMissing ? Kind::NotThere : Kind::Refused, code};
 }
 
+ReadResult ReadResult::of(const CanOpen::SdoOutcome &outcome)
+{
+    switch (outcome.kind) {
+    case CanOpen::SdoOutcome::Kind::Value:
+        return value();
+    case CanOpen::SdoOutcome::Kind::Abort:
+    case CanOpen::SdoOutcome::Kind::Error:
+        return refusal(outcome.code);
+    case CanOpen::SdoOutcome::Kind::Timeout:
+    case CanOpen::SdoOutcome::Kind::Cancelled:
+        break;
+    }
+    return noAnswer();
+}
+
 QString FailedObject::reason() const
 {
     return result.kind == ReadResult::Kind::NoAnswer ? tr("No answer") : CanOpen::sdoAbortText(result.code);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <canopen/objectkey.h>
+#include <canopen/sdooutcome.h>
 
 #include <QCoreApplication>
 #include <QList>
@@ -27,6 +28,8 @@ struct ReadResult
     static ReadResult value() { return {Kind::Value, 0}; }
     /*! From an abort code: 0602 0000h and 0609 0011h say that the object is not there, and no other does. */
     static ReadResult refusal(quint32 code);
+    /*! Of an upload that was not cancelled. */
+    static ReadResult of(const CanOpen::SdoOutcome &outcome);
     static ReadResult noAnswer() { return {Kind::NoAnswer, 0}; }
 
     bool isFailure() const { return kind == Kind::Refused || kind == Kind::NoAnswer; }

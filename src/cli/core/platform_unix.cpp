@@ -1,14 +1,23 @@
 // SPDX-License-Identifier: MIT
+// What this library asks of the operating system, by POSIX: terminals, signals, pipes and processes.
+#include "childtask.h"
+#include "interruptibleloop.h"
+#include "outputfile.h"
+#include "terminal.h"
 #include "unixsignals.h"
 
+#include <QFile>
 #include <QSocketNotifier>
 
-#ifdef Q_OS_UNIX
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/types.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -28,6 +37,11 @@ void writeToPipe(int signalNumber)
 }
 
 } // namespace
+
+bool Terminal::isTerminal(Stream stream)
+{
+    return ::isatty(stream == Stream::Output ? STDOUT_FILENO : STDERR_FILENO) == 1;
+}
 
 struct UnixSignals::Handlers
 {
@@ -78,19 +92,54 @@ void UnixSignals::readPipe()
         emit received(byte);
 }
 
-#else
-
-struct UnixSignals::Handlers
+bool OutputFile::isPipe(const QString &fileName)
 {
-};
-
-UnixSignals::UnixSignals(QObject *parent)
-    : QObject(parent)
-{
+    struct stat status = {};
+    return ::stat(QFile::encodeName(fileName).constData(), &status) == 0 && S_ISFIFO(status.st_mode);
 }
 
-UnixSignals::~UnixSignals() = default;
+namespace {
 
-void UnixSignals::readPipe() {}
+/*! In the child: the end of the pipe that it holds closes with it, and tells the parent. */
+[[noreturn]] void runInChild(const std::function<int()> &work)
+{
+    for (const int number : handledSignals)
+        ::signal(number, SIG_DFL);
+    const int status = work();
+    std::fflush(nullptr);
+    ::_exit(status);
+}
 
-#endif
+std::optional<int> statusOf(pid_t child)
+{
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0) {
+        if (errno != EINTR)
+            return std::nullopt;
+    }
+    return WIFEXITED(status) ? std::optional<int>(WEXITSTATUS(status)) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<int> runAsChild(const std::function<int()> &work, InterruptibleLoop *loop)
+{
+    std::array<int, 2> ends{-1, -1}; // read, write
+    if (::pipe(ends.data()) != 0)
+        return work();
+    std::fflush(nullptr);
+    const pid_t child = ::fork();
+    if (child == 0)
+        runInChild(work);
+    ::close(ends[1]);
+    std::optional<int> status;
+    if (child > 0) {
+        QSocketNotifier notifier(ends[0], QSocketNotifier::Read);
+        QObject::connect(&notifier, &QSocketNotifier::activated, &notifier, [loop] { loop->end(); });
+        if (!loop->run())
+            ::kill(child, SIGKILL);
+        status = statusOf(child);
+    }
+    ::close(ends[0]);
+    return status;
+}

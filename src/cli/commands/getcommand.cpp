@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: MIT
+#include "getcommand.h"
+
+#include "objecttext.h"
+
+#include <cli/core/commandarguments.h>
+#include <cli/core/console.h>
+#include <cli/core/datatypename.h>
+#include <cli/core/interruptibleloop.h>
+#include <cli/core/language.h>
+#include <cli/core/patienceoptions.h>
+#include <cli/core/readlisttypes.h>
+
+#include <bus/busconnection.h>
+#include <canopen/cobid.h>
+#include <canopen/sdoabort.h>
+#include <host/core/readrecord.h>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(GetCommand)
+};
+
+const QString typeOption = QStringLiteral("type");
+const QString jsonOption = QStringLiteral("json");
+
+/*! "1018", "1018h" and "0x1018". */
+std::optional<quint16> parseIndex(QString text)
+{
+    if (text.endsWith(QLatin1Char('h'), Qt::CaseInsensitive))
+        text.chop(1);
+    bool isNumber = false;
+    const ushort index = text.toUShort(&isNumber, 16);
+    return isNumber ? std::optional<quint16>(index) : std::nullopt;
+}
+
+/*! A number from \a lowest to \a highest, "10" or "0x0A". */
+std::optional<quint8> parseByte(const QString &text, int lowest, int highest)
+{
+    const bool isHex = text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber, isHex ? 16 : 10);
+    if (!isNumber || number < lowest || number > highest)
+        return std::nullopt;
+    return static_cast<quint8>(number);
+}
+
+/*! Whether the device's value may be of another type than it was asked for. */
+bool saysOtherLength(const CanOpen::SdoOutcome &outcome)
+{
+    using CanOpen::SdoAbort;
+    return outcome.code == static_cast<quint32>(SdoAbort::LengthMismatch)
+           || outcome.code == static_cast<quint32>(SdoAbort::LengthTooHigh)
+           || outcome.code == static_cast<quint32>(SdoAbort::LengthTooLow);
+}
+
+class GetCommand
+{
+public:
+    ExitStatus run(const QStringList &arguments);
+
+private:
+    std::optional<ExitStatus> parse(const QStringList &arguments);
+    std::optional<ExitStatus> parseObject();
+    ExitStatus readObject();
+    CanOpen::SdoOutcome ask(CanOpen::DataType type);
+    void print(const CanOpen::SdoOutcome &outcome) const;
+    ExitStatus complain(const CanOpen::SdoOutcome &outcome) const;
+
+    CommandArguments m_options{QStringLiteral("get"),
+                               Tr::tr("Reads one object of a node. The node need not send "
+                                      "a heartbeat.")};
+    CanOpen::SdoPatience m_patience;
+    quint8 m_nodeId = 0;
+    CanOpen::ObjectKey m_key;
+    std::optional<CanOpen::DataType> m_type;
+    bool m_isTypeChosen = false;
+    InterruptibleLoop m_loop;
+    BusConnection m_bus;
+};
+
+ExitStatus GetCommand::run(const QStringList &arguments)
+{
+    if (const std::optional<ExitStatus> status = parse(arguments))
+        return *status;
+    m_bus.sdoClient().setDefaultPatience(m_patience);
+    QString error;
+    if (!m_bus.connectToBus(m_options.bus(), &error)) {
+        Console::printBusError(error);
+        return Exit::busNotOpened;
+    }
+    return readObject();
+}
+
+std::optional<ExitStatus> GetCommand::parse(const QStringList &arguments)
+{
+    m_options.addBusOptions();
+    m_options.addPositional(QStringLiteral("NODE"), Tr::tr("The node ID, 1 to 127."));
+    m_options.addPositional(QStringLiteral("INDEX"),
+                            Tr::tr("The object's index, hexadecimal: 1018, 1018h or 0x1018."));
+    m_options.addPositional(QStringLiteral("SUB"), Tr::tr("The sub-index, 0 to 255; 0 when it is left out."),
+                            CommandArguments::Presence::Optional);
+    m_options.addOption({typeOption,
+                         Tr::tr("The data type: %1. Without it that of the read list, and for other objects "
+                                "everything that the bytes may mean.")
+                             .arg(DataTypeName::shortNames().join(QStringLiteral(", "))),
+                         QStringLiteral("TYPE")});
+    m_options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
+    PatienceOptions::add(m_options);
+    Language::addOption(m_options);
+    if (const std::optional<ExitStatus> status = m_options.parse(arguments))
+        return status;
+    if (const std::optional<ExitStatus> status = PatienceOptions::parse(m_options, &m_patience))
+        return status;
+    if (const std::optional<ExitStatus> status = parseObject())
+        return status;
+    return Language::load(m_options);
+}
+
+std::optional<ExitStatus> GetCommand::parseObject()
+{
+    const std::optional<quint8> nodeId
+        = parseByte(m_options.positional(0), CanOpen::firstNodeId, CanOpen::lastNodeId);
+    if (!nodeId)
+        return m_options.complain(Tr::tr("\"%1\" is no node ID from 1 to 127.").arg(m_options.positional(0)));
+    const std::optional<quint16> index = parseIndex(m_options.positional(1));
+    if (!index) {
+        return m_options.complain(Tr::tr("\"%1\" is no index. Write it in hexadecimal, for example 1018h.")
+                                      .arg(m_options.positional(1)));
+    }
+    const QString sub = m_options.positional(2);
+    const std::optional<quint8> subIndex = parseByte(sub.isEmpty() ? QStringLiteral("0") : sub, 0, 255);
+    if (!subIndex)
+        return m_options.complain(Tr::tr("\"%1\" is no sub-index from 0 to 255.").arg(sub));
+    m_nodeId = *nodeId;
+    m_key = {*index, *subIndex};
+
+    m_isTypeChosen = m_options.isSet(typeOption);
+    m_type = m_isTypeChosen ? DataTypeName::parse(m_options.value(typeOption)) : readListType(m_key);
+    if (m_isTypeChosen && !m_type) {
+        return m_options.complain(
+            Tr::tr("There is no data type \"%1\"; there are %2.")
+                .arg(m_options.value(typeOption), DataTypeName::shortNames().join(QStringLiteral(", "))));
+    }
+    return std::nullopt;
+}
+
+ExitStatus GetCommand::readObject()
+{
+    CanOpen::SdoOutcome outcome = ask(m_type.value_or(CanOpen::DataType::OctetString));
+    const bool isOtherType = m_type && !m_isTypeChosen && saysOtherLength(outcome);
+    if (isOtherType && !m_loop.isInterrupted()) {
+        m_type.reset();
+        outcome = ask(CanOpen::DataType::OctetString);
+    }
+    if (m_loop.isInterrupted()) {
+        Console::printError(Tr::tr("Interrupted."));
+        return m_loop.status();
+    }
+    if (outcome.kind != CanOpen::SdoOutcome::Kind::Value)
+        return complain(outcome);
+    print(outcome);
+    return Exit::success;
+}
+
+CanOpen::SdoOutcome GetCommand::ask(CanOpen::DataType type)
+{
+    CanOpen::SdoOutcome result;
+    const CanOpen::SdoTicket ticket = m_bus.sdoClient().upload(m_nodeId, m_key, type);
+    const QMetaObject::Connection connection
+        = QObject::connect(&m_bus.sdoClient(), &CanOpen::SdoClient::finished, &m_bus,
+                           [this, ticket, &result](const CanOpen::SdoOutcome &outcome) {
+                               if (outcome.ticket != ticket)
+                                   return;
+                               result = outcome;
+                               m_loop.end();
+                           });
+    m_loop.run();
+    QObject::disconnect(connection);
+    return result;
+}
+
+void GetCommand::print(const CanOpen::SdoOutcome &outcome) const
+{
+    const ObjectValue object{m_nodeId, m_key, m_type, outcome.value};
+    if (m_options.isSet(jsonOption))
+        Console::printJson(objectJson(object));
+    else
+        Console::print(objectText(object));
+}
+
+ExitStatus GetCommand::complain(const CanOpen::SdoOutcome &outcome) const
+{
+    if (outcome.kind == CanOpen::SdoOutcome::Kind::Cancelled) {
+        Console::printError(Tr::tr("Nothing was read, because the bus was lost: %1").arg(m_bus.lossReason()));
+        return Exit::stoppedEarly;
+    }
+    const FailedObject failure{m_nodeId, m_key, ReadResult::of(outcome)};
+    Console::printError(failure.toString());
+    return outcome.kind == CanOpen::SdoOutcome::Kind::Timeout ? Exit::stoppedEarly : Exit::objectsFailed;
+}
+
+} // namespace
+
+ExitStatus runGetCommand(const QStringList &arguments)
+{
+    GetCommand command;
+    return command.run(arguments);
+}

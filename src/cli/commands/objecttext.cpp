@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: MIT
+#include "objecttext.h"
+
+#include <cli/core/datatypename.h>
+#include <cli/core/textcolumns.h>
+#include <interpreter/datainterpreter.h>
+#include <interpreter/objectdescriptions.h>
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtEndian>
+
+#include <algorithm>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(ObjectText)
+};
+
+constexpr int longestNumber = 8; // bytes
+
+bool isInteger(CanOpen::DataType type)
+{
+    using CanOpen::DataType;
+    switch (type) {
+    case DataType::Boolean:
+    case DataType::Integer8:
+    case DataType::Integer16:
+    case DataType::Integer32:
+    case DataType::Integer64:
+    case DataType::Unsigned8:
+    case DataType::Unsigned16:
+    case DataType::Unsigned32:
+    case DataType::Unsigned64:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/*! Only of objects with a unit: others would be the number again. Empty for those. */
+QString valueInWords(const ObjectValue &object)
+{
+    if (!object.type || !isInteger(*object.type) || CanOpen::byteSize(*object.type) > 4)
+        return QString();
+    const ObjectDescription *description = objectDescriptions().find(object.key.index);
+    // Sub-index 0 of an object with sub-indices is their number.
+    const bool isCount = object.key.subIndex == 0 && *object.type == CanOpen::DataType::Unsigned8;
+    if (description == nullptr || description->unit == nullptr || isCount)
+        return QString();
+    return DataInterpreter::formatValue(object.key.index, object.key.subIndex, object.value);
+}
+
+quint64 numberOf(const QByteArray &bytes)
+{
+    quint64 number = 0;
+    for (int i = std::min(bytes.size(), longestNumber) - 1; i >= 0; --i)
+        number = (number << 8) | static_cast<quint8>(bytes.at(i));
+    return number;
+}
+
+QString numberText(quint64 number)
+{
+    return QStringLiteral("%1 (0x%2)").arg(QString::number(number), QString::number(number, 16).toUpper());
+}
+
+bool isPrintable(const QByteArray &bytes)
+{
+    return !bytes.isEmpty()
+           && std::all_of(bytes.cbegin(), bytes.cend(), [](char byte) { return byte >= ' ' && byte <= '~'; });
+}
+
+QString bytesText(const QByteArray &bytes)
+{
+    return QString::fromLatin1(bytes.toHex(' ').toUpper());
+}
+
+QVector<QStringList> rowsOfTyped(const ObjectValue &object)
+{
+    QVector<QStringList> rows;
+    const QString words = valueInWords(object);
+    if (!words.isEmpty())
+        rows.append({Tr::tr("Value"), words});
+    const QByteArray bytes = object.bytes();
+    if (isInteger(*object.type)) {
+        rows.append({Tr::tr("Number"),
+                     QStringLiteral("%1 (0x%2)")
+                         .arg(object.value.toString(), QString::number(numberOf(bytes), 16).toUpper())});
+    } else if (object.value.type() == QVariant::ByteArray) {
+        rows.append({Tr::tr("Length"), Tr::tr("%1 bytes").arg(bytes.size())});
+    } else {
+        rows.append({Tr::tr("Value"), object.value.toString()});
+    }
+    rows.append({Tr::tr("Type"), DataTypeName::of(*object.type)});
+    return rows;
+}
+
+QVector<QStringList> rowsOfUntyped(const ObjectValue &object)
+{
+    QVector<QStringList> rows;
+    const QByteArray bytes = object.bytes();
+    if (isPrintable(bytes))
+        rows.append({Tr::tr("Text"), QString::fromLatin1(bytes)});
+    if (!bytes.isEmpty() && bytes.size() <= longestNumber)
+        rows.append({Tr::tr("Number"), numberText(numberOf(bytes))});
+    rows.append({Tr::tr("Length"), Tr::tr("%1 bytes").arg(bytes.size())});
+    return rows;
+}
+
+QJsonValue jsonValue(const ObjectValue &object)
+{
+    if (!object.type)
+        return QJsonValue::Null;
+    switch (object.value.userType()) {
+    case QMetaType::UInt:
+    case QMetaType::Int:
+    case QMetaType::Float:
+    case QMetaType::Double:
+        return object.value.toDouble();
+    case QMetaType::QByteArray:
+        return QJsonValue::Null; // "bytes" has it
+    default:
+        return object.value.toString(); // 64-bit numbers, which JSON readers round, and texts
+    }
+}
+
+QJsonValue textOrNull(const QString &text)
+{
+    return text.isEmpty() ? QJsonValue(QJsonValue::Null) : QJsonValue(text);
+}
+
+} // namespace
+
+QByteArray ObjectValue::bytes() const
+{
+    if (value.type() == QVariant::ByteArray)
+        return value.toByteArray();
+    return type ? CanOpen::encodeValue(*type, value).value_or(QByteArray()) : QByteArray();
+}
+
+QString objectText(const ObjectValue &object)
+{
+    QVector<QStringList> rows{
+        {Tr::tr("Object"),
+         Tr::tr("%1 of node %2").arg(object.key.toString(), QString::number(object.nodeId))}};
+    const QString name = DataInterpreter::objectName(object.key.index, object.key.subIndex);
+    if (!name.isEmpty())
+        rows.append({Tr::tr("Name"), name});
+    rows += object.type ? rowsOfTyped(object) : rowsOfUntyped(object);
+    rows.append({Tr::tr("Bytes"), bytesText(object.bytes())});
+    return alignedLines(rows, 0).join(QLatin1Char('\n'));
+}
+
+QByteArray objectJson(const ObjectValue &object)
+{
+    const QString name = DataInterpreter::objectName(object.key.index, object.key.subIndex);
+    const QString type = object.type ? DataTypeName::of(*object.type) : QString();
+    return QJsonDocument(QJsonObject{{QStringLiteral("node"), object.nodeId},
+                                     {QStringLiteral("index"), object.key.index},
+                                     {QStringLiteral("subIndex"), object.key.subIndex},
+                                     {QStringLiteral("name"), textOrNull(name)},
+                                     {QStringLiteral("type"), textOrNull(type)},
+                                     {QStringLiteral("value"), jsonValue(object)},
+                                     {QStringLiteral("text"), textOrNull(valueInWords(object))},
+                                     {QStringLiteral("bytes"), QString::fromLatin1(object.bytes().toHex())}})
+        .toJson();
+}

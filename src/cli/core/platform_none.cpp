@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// What this library asks of the operating system, for systems without POSIX: no signals, and terminals everywhere.
+#include "childtask.h"
+#include "outputfile.h"
+#include "terminal.h"
+#include "unixsignals.h"
+
+#include <QSocketNotifier>
+
+bool Terminal::isTerminal(Stream)
+{
+    return true;
+}
+
+struct UnixSignals::Handlers
+{
+};
+
+UnixSignals::UnixSignals(QObject *parent)
+    : QObject(parent)
+{
+}
+
+UnixSignals::~UnixSignals() = default;
+
+void UnixSignals::readPipe() {}
+
+bool OutputFile::isPipe(const QString &)
+{
+    return false;
+}
+
+std::optional<int> runAsChild(const std::function<int()> &work, InterruptibleLoop *)
+{
+    return work();
+}

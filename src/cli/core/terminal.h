@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+/*! Whether the program talks to a person, and what a person may be shown. */
+namespace Terminal {
+
+enum class Stream { Output, Errors };
+
+/*! Whether a stream of the program is a terminal, which takes control characters as commands. */
+bool isTerminal(Stream stream);
+
+/*! \a text with everything written out that would act on a terminal instead of being seen: control characters
+ *  (C0 but for line ends and tabulators, DEL, C1) and the characters that turn the direction of writing
+ *  (Unicode Standard Annex 9). As "\u001b", which JSON understands.
+ */
+QString visible(const QString &text);
+
+} // namespace Terminal
