@@ -517,7 +517,7 @@ void tst_ExchangeFile::quotationMarksCountInTagsOnly()
     QFETCH(QString, text);
     for (const int size : {1, 7, exchangeChunkSize}) {
         NodeStore store;
-        QVERIFY(importFrom(text, store, size));
+        QVERIFY(importByParser(text, store, size));
         QCOMPARE(store.nodeList(), (QList<quint8>{3, 0}));
     }
     QCOMPARE(exchangeProblem(text), QString());
@@ -558,7 +558,7 @@ void tst_ExchangeFile::tooManyAttributesAreRefused()
     QFETCH(bool, isRefused);
     for (const int size : {1, 7, exchangeChunkSize}) {
         NodeStore store;
-        QCOMPARE(importFrom(text, store, size), !isRefused);
+        QCOMPARE(importByParser(text, store, size), !isRefused);
     }
     QCOMPARE(exchangeProblem(text).contains(QLatin1String("far too many attributes")), isRefused);
 }
