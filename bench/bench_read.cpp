@@ -17,7 +17,7 @@
 namespace {
 
 constexpr int nodeCount = 8;
-constexpr int exchangeCount = nodeCount * ReadListLength;
+constexpr int exchangeCount = nodeCount * readListLength;
 
 /*! CPU time of the whole process in seconds. */
 double cpuTime()

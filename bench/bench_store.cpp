@@ -36,7 +36,7 @@ void fillStore(NodeStore &store)
         quint32 value = 10'000'000;
         for (const ReadEntry &entry : readList())
             store.setValue(nodeId, entry.index, entry.subIndex, QVariant(value++));
-        for (quint8 spare = 100; store.objects(nodeId).size() < ReadListLength; ++spare)
+        for (quint8 spare = 100; store.objects(nodeId).size() < readListLength; ++spare)
             store.setValue(nodeId, 0x6311, spare, QVariant(value++));
     }
 }
@@ -64,7 +64,7 @@ void setValue(benchmark::State &state)
         fillStore(store);
         benchmark::DoNotOptimize(store);
     }
-    state.SetItemsProcessed(state.iterations() * nodeCount * ReadListLength);
+    state.SetItemsProcessed(state.iterations() * nodeCount * readListLength);
 }
 BENCHMARK(setValue)->Unit(benchmark::kMillisecond);
 
@@ -78,7 +78,7 @@ void getValue(benchmark::State &state)
             found += store.getValue(64, entry.index, entry.subIndex, value) ? 1 : 0;
     }
     benchmark::DoNotOptimize(found);
-    state.SetItemsProcessed(state.iterations() * ReadListLength);
+    state.SetItemsProcessed(state.iterations() * readListLength);
 }
 BENCHMARK(getValue);
 

@@ -17,9 +17,9 @@ BlockReception::Event BlockReception::take(const QByteArray &payload)
     if (const std::optional<SdoBlockEnd> end = readSdoBlockEnd(payload))
         return takeEnd(*end);
     const std::optional<SdoBlockSegment> segment = readSdoBlockSegment(payload);
-    if (!segment || m_lastHasCome || segment->sequenceNumber == 0 || segment->sequenceNumber > blockSize)
+    if (!segment || m_hasLastCome || segment->sequenceNumber == 0 || segment->sequenceNumber > blockSize)
         return Event::Ignored;
-    return takeSegment(*segment);
+    return handleSegment(*segment);
 }
 
 BlockReception::Event BlockReception::timeOver()
@@ -28,7 +28,7 @@ BlockReception::Event BlockReception::timeOver()
     // CRC tell.
     if (++m_stalls > maximumStalls)
         return fail(SdoAbort::ProtocolTimedOut);
-    if (m_lastHasCome || m_lastGood == 0)
+    if (m_hasLastCome || m_lastGood == 0)
         return Event::Acknowledge;
     return endBlock();
 }
@@ -38,7 +38,7 @@ QByteArray BlockReception::acknowledge() const
     return makeSdoBlockAcknowledge({m_acknowledged, blockSize});
 }
 
-BlockReception::Event BlockReception::takeSegment(const SdoBlockSegment &segment)
+BlockReception::Event BlockReception::handleSegment(const SdoBlockSegment &segment)
 {
     const bool endsBlock = segment.last || segment.sequenceNumber == blockSize;
     if (segment.sequenceNumber != m_lastGood + 1) {
@@ -52,7 +52,7 @@ BlockReception::Event BlockReception::takeSegment(const SdoBlockSegment &segment
         return fail(SdoAbort::LengthTooHigh);
     m_data.append(segment.data.bytes.data(), segment.data.size);
     m_lastGood = segment.sequenceNumber;
-    m_lastHasCome = segment.last;
+    m_hasLastCome = segment.last;
     m_stalls = 0;
     return endsBlock ? endBlock() : Event::Nothing;
 }
@@ -66,7 +66,7 @@ BlockReception::Event BlockReception::endBlock()
 
 BlockReception::Event BlockReception::takeEnd(const SdoBlockEnd &end)
 {
-    if (!m_lastHasCome)
+    if (!m_hasLastCome)
         return fail(SdoAbort::InvalidSequenceNumber);
     m_data.chop(end.unusedBytes);
     if (m_size && static_cast<quint32>(m_data.size()) != *m_size)

@@ -48,7 +48,7 @@ public:
     SdoAbort failure() const { return m_failure; }
 
 private:
-    Event takeSegment(const SdoBlockSegment &segment);
+    Event handleSegment(const SdoBlockSegment &segment);
     Event endBlock();
     Event takeEnd(const SdoBlockEnd &end);
     Event fail(SdoAbort code);
@@ -59,7 +59,7 @@ private:
     bool m_hasCrc = false;
     quint8 m_lastGood = 0;     // number of the last segment that came in order
     quint8 m_acknowledged = 0; // that was told
-    bool m_lastHasCome = false;
+    bool m_hasLastCome = false;
     int m_stalls = 0;
     SdoAbort m_failure = SdoAbort::GeneralError;
 };

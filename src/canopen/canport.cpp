@@ -63,10 +63,10 @@ CanPort::CanPort(std::unique_ptr<QCanBusDevice> device, QObject *parent)
     connect(&m_retryTimer, &QTimer::timeout, this, &CanPort::writeWaiting);
     connect(&m_stallTimer, &QTimer::timeout, this, &CanPort::handleStall);
     connect(&m_deliveryTimer, &QTimer::timeout, this, &CanPort::deliverFrames);
-    connect(m_device.get(), &QCanBusDevice::stateChanged, this, &CanPort::takeState);
-    connect(m_device.get(), &QCanBusDevice::errorOccurred, this, &CanPort::takeError);
-    connect(m_device.get(), &QCanBusDevice::framesWritten, this, &CanPort::takeFramesWritten);
-    connect(m_device.get(), &QCanBusDevice::framesReceived, this, &CanPort::takeFramesReceived);
+    connect(m_device.get(), &QCanBusDevice::stateChanged, this, &CanPort::handleState);
+    connect(m_device.get(), &QCanBusDevice::errorOccurred, this, &CanPort::handleError);
+    connect(m_device.get(), &QCanBusDevice::framesWritten, this, &CanPort::handleFramesWritten);
+    connect(m_device.get(), &QCanBusDevice::framesReceived, this, &CanPort::handleFramesReceived);
 }
 
 CanPort::~CanPort()
@@ -168,13 +168,13 @@ void CanPort::disconnectDevice()
         QMetaObject::invokeMethod(m_device.get(), &QCanBusDevice::disconnectDevice, Qt::QueuedConnection);
 }
 
-void CanPort::takeState()
+void CanPort::handleState()
 {
     if (m_state == State::Open && m_device->state() != QCanBusDevice::ConnectedState)
         lose(tr("The CAN interface was disconnected."));
 }
 
-void CanPort::takeError(QCanBusDevice::CanBusError error)
+void CanPort::handleError(QCanBusDevice::CanBusError error)
 {
     if (m_state != State::Open)
         return;
@@ -183,7 +183,7 @@ void CanPort::takeError(QCanBusDevice::CanBusError error)
         return;
     }
     // Within writeFrame() its result tells the same.
-    if (error != QCanBusDevice::WriteError || m_writing)
+    if (error != QCanBusDevice::WriteError || m_isWriting)
         return;
     // The device may have kept the frame in its queue for another try; else it has lost the oldest one.
     const bool frameIsLost = m_device->framesToWrite() < static_cast<qint64>(m_inDevice.size());
@@ -194,17 +194,17 @@ void CanPort::takeError(QCanBusDevice::CanBusError error)
     handleFailedWrite();
 }
 
-void CanPort::takeFramesWritten()
+void CanPort::handleFramesWritten()
 {
     // write() looks itself.
-    if (m_state != State::Open || m_writing)
+    if (m_state != State::Open || m_isWriting)
         return;
     const DeviceSignal inSignal(this);
     settleWritten();
     writeWaiting();
 }
 
-void CanPort::takeFramesReceived()
+void CanPort::handleFramesReceived()
 {
     if (m_deliveryTimer.isActive())
         return;
@@ -254,15 +254,15 @@ bool CanPort::readNext(QCanBusFrame *frame)
 
 bool CanPort::canWrite() const
 {
-    return !m_writing && !m_retryTimer.isActive() && m_inDevice.size() < maximumFramesInDevice;
+    return !m_isWriting && !m_retryTimer.isActive() && m_inDevice.size() < maximumFramesInDevice;
 }
 
 // False when the device refused the frame.
 bool CanPort::write(const QCanBusFrame &frame, bool isAwaited)
 {
-    m_writing = true;
+    m_isWriting = true;
     const bool accepted = m_device->writeFrame(frame);
-    m_writing = false;
+    m_isWriting = false;
     if (m_state != State::Open)
         return true; // nothing is sent any more
     if (accepted) {

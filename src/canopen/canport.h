@@ -99,10 +99,10 @@ private:
     bool connectDevice(QString *errorMessage);
     void waitUntilConnected();
     void disconnectDevice();
-    void takeState();
-    void takeError(QCanBusDevice::CanBusError error);
-    void takeFramesWritten();
-    void takeFramesReceived();
+    void handleState();
+    void handleError(QCanBusDevice::CanBusError error);
+    void handleFramesWritten();
+    void handleFramesReceived();
     void deliverFrames();
     bool readNext(QCanBusFrame *frame);
     bool canWrite() const;
@@ -127,7 +127,7 @@ private:
     QElapsedTimer m_clock;
     qint64 m_failingSince = -1; // ms of m_clock; -1 while writes succeed
     int m_retryDelay = 0;       // ms
-    bool m_writing = false;     // writeFrame() is on the stack
+    bool m_isWriting = false;   // writeFrame() is on the stack
 
     // Receiving
     QVector<QCanBusFrame> m_inbox; // read from the device, delivered up to m_inboxPosition

@@ -17,7 +17,7 @@ quint8 commandOf(const QByteArray &payload)
 
 } // namespace
 
-void ForeignTransfer::takeRequest(const QByteArray &payload)
+void ForeignTransfer::handleRequest(const QByteArray &payload)
 {
     // The segments of a block download have any byte 0 but that of an abort, which would be sequence number
     // 0.
@@ -59,7 +59,7 @@ void ForeignTransfer::takeRequest(const QByteArray &payload)
     }
 }
 
-void ForeignTransfer::takeResponse(const QByteArray &payload)
+void ForeignTransfer::handleResponse(const QByteArray &payload)
 {
     const SdoResponse response = sdoResponseOf(payload);
     switch (m_phase) {

@@ -16,10 +16,10 @@ class ForeignTransfer
 {
 public:
     /*! A request of the other client (600h + node ID); eight bytes. */
-    void takeRequest(const QByteArray &payload);
+    void handleRequest(const QByteArray &payload);
 
     /*! An answer of the server (580h + node ID); eight bytes. */
-    void takeResponse(const QByteArray &payload);
+    void handleResponse(const QByteArray &payload);
 
     /*! Whether the other client's transfer has begun and not yet ended. */
     bool isUnderWay() const { return m_phase != Phase::None; }

@@ -32,7 +32,7 @@ NodeScan::NodeScan(SdoClient *client, QObject *parent)
     : QObject(parent)
     , m_client(client)
 {
-    connect(client, &SdoClient::finished, this, &NodeScan::takeOutcome);
+    connect(client, &SdoClient::finished, this, &NodeScan::handleOutcome);
 }
 
 void NodeScan::start()
@@ -65,7 +65,7 @@ QVector<quint8> NodeScan::unaskedNodes() const
     return nodesOf(~(m_found | m_silent));
 }
 
-void NodeScan::takeOutcome(const SdoOutcome &outcome)
+void NodeScan::handleOutcome(const SdoOutcome &outcome)
 {
     if (!isNodeId(outcome.nodeId) || m_tickets[outcome.nodeId] != outcome.ticket)
         return;

@@ -50,7 +50,7 @@ signals:
 
 private:
     void askNext();
-    void takeOutcome(const SdoOutcome &outcome);
+    void handleOutcome(const SdoOutcome &outcome);
 
     SdoClient *m_client;
     quint8 m_next = lastNodeId + 1; // the next node to be asked; beyond the last one when all have been

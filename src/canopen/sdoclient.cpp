@@ -130,7 +130,7 @@ bool SdoClient::cancel(SdoTicket ticket)
             continue;
         if (node->upload.isActive() && node->ticket == ticket) {
             node->upload.setTime(now());
-            take(*node, node->upload.cancel());
+            handleStep(*node, node->upload.cancel());
             return true;
         }
         const auto hasTicket = [ticket](const Node::Request &request) { return request.ticket == ticket; };
@@ -197,11 +197,11 @@ void SdoClient::handleFrame(const QCanBusFrame &frame)
     const quint8 asked = nodeIdOf(frame.frameId(), sdoRequestBase);
     if ((answering == 0 && asked == 0) || !isSdoFrame(frame))
         return;
-    if (m_sending || !m_heldFrames.isEmpty()) {
+    if (m_isSending || !m_heldFrames.isEmpty()) {
         // The sender has brought the answer before it returned. upload() may be on the stack, so it has to
         // wait.
         if (m_heldFrames.isEmpty())
-            QMetaObject::invokeMethod(this, &SdoClient::takeHeldFrames, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(this, &SdoClient::handleHeldFrames, Qt::QueuedConnection);
         m_heldFrames.append(frame);
         return;
     }
@@ -209,12 +209,12 @@ void SdoClient::handleFrame(const QCanBusFrame &frame)
     if (answering != 0) {
         if (Node *node = m_nodes[answering].get()) {
             node->upload.setTime(now());
-            take(*node, node->upload.takeResponse(frame.payload()));
+            handleStep(*node, node->upload.handleResponse(frame.payload()));
         }
     } else if (!frame.hasLocalEcho()) { // with an echo it is our own request
         if (Node *node = m_nodes[asked].get()) {
             node->upload.setTime(now());
-            take(*node, node->upload.takeForeignRequest(frame.payload()));
+            handleStep(*node, node->upload.handleForeignRequest(frame.payload()));
         }
     }
 }
@@ -226,12 +226,12 @@ void SdoClient::timerEvent(QTimerEvent *event)
         return;
     }
     m_timer.stop();
-    if (now() - m_timerDue > heldUpLimit && !m_graceGiven) {
-        m_graceGiven = true;
+    if (now() - m_timerDue > heldUpLimit && !m_isGraceGiven) {
+        m_isGraceGiven = true;
         armTimer(now() + graceTime);
         return;
     }
-    m_graceGiven = false;
+    m_isGraceGiven = false;
     checkDeadlines();
 }
 
@@ -268,7 +268,7 @@ void SdoClient::startNext(Node &node)
 
 // As perform(), and delivers the outcome if there is one. Nothing may follow it: a slot may have deleted the
 // client.
-void SdoClient::take(Node &node, const SdoUpload::Step &step)
+void SdoClient::handleStep(Node &node, const SdoUpload::Step &step)
 {
     noteAnswerTime(node);
     perform(node, step);
@@ -328,9 +328,9 @@ void SdoClient::deliverPosted()
 
 Sending SdoClient::send(quint8 nodeId, const QByteArray &payload)
 {
-    m_sending = true;
+    m_isSending = true;
     const Sending sending = m_sender(QCanBusFrame(sdoRequestCobId(nodeId), payload));
-    m_sending = false;
+    m_isSending = false;
     return sending;
 }
 
@@ -366,7 +366,7 @@ void SdoClient::settleWaiting(const QCanBusFrame &frame, bool isWritten)
     setDeadline(*node, node->wait);
 }
 
-void SdoClient::takeHeldFrames()
+void SdoClient::handleHeldFrames()
 {
     const QPointer<SdoClient> self(this);
     const QVector<QCanBusFrame> frames = std::exchange(m_heldFrames, {});

@@ -122,14 +122,14 @@ private:
 
     Node &nodeFor(quint8 nodeId);
     void startNext(Node &node);
-    void take(Node &node, const SdoUpload::Step &step);
+    void handleStep(Node &node, const SdoUpload::Step &step);
     void perform(Node &node, const SdoUpload::Step &step);
     SdoOutcome takeOutcome(Node &node);
     void deliver(const SdoOutcome &outcome);
     void deliverLater(const SdoOutcome &outcome);
     void deliverPosted();
     Sending send(quint8 nodeId, const QByteArray &payload);
-    void takeHeldFrames();
+    void handleHeldFrames();
     void noteAnswerTime(Node &node);
     void noteForeignClient(Node &node);
     void setDeadline(Node &node, qint64 wait);
@@ -145,11 +145,11 @@ private:
     int m_pending = 0;                  // uploads without their finished()
     QVector<SdoOutcome> m_posted;       // to be delivered from the event loop
     QVector<QCanBusFrame> m_heldFrames; // came while a frame was being sent
-    bool m_sending = false;
+    bool m_isSending = false;
     Clock m_clock;
-    QBasicTimer m_timer;       // one for all deadlines; never later than the earliest of them
-    qint64 m_timerDue = 0;     // ms of m_clock
-    bool m_graceGiven = false; // once per firing: frames that wait behind a held up event loop come first
+    QBasicTimer m_timer;         // one for all deadlines; never later than the earliest of them
+    qint64 m_timerDue = 0;       // ms of m_clock
+    bool m_isGraceGiven = false; // once per firing: frames that wait behind a held up event loop come first
 };
 
 } // namespace CanOpen

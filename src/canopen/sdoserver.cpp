@@ -293,7 +293,7 @@ QVector<QByteArray> SdoServer::initiateBlockUpload(const QByteArray &request)
 
     m_transfer = Transfer::BlockUploadStart;
     m_blockSize = initiate->blockSize;
-    m_withCrc = initiate->crcSupported;
+    m_hasCrc = initiate->crcSupported;
     SdoBlockInitiateResponse response;
     response.key = key;
     response.crcSupported = true;
@@ -341,7 +341,7 @@ QVector<QByteArray> SdoServer::blockEnd()
     SdoBlockEnd end;
     const int rest = m_data.size() % sdoSegmentSize;
     end.unusedBytes = rest == 0 && !m_data.isEmpty() ? 0 : sdoSegmentSize - rest;
-    end.crc = m_withCrc ? sdoBlockCrc(m_data) : quint16(0);
+    end.crc = m_hasCrc ? sdoBlockCrc(m_data) : quint16(0);
     return {makeSdoBlockEnd(end)};
 }
 

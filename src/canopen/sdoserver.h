@@ -67,7 +67,7 @@ private:
     std::optional<quint32> m_size; // indicated by the client of a download
     int m_blockSize = 0;           // segments in a block
     int m_blockSent = 0;           // segments of the block that waits for its acknowledge
-    bool m_withCrc = false;
+    bool m_hasCrc = false;
 };
 
 } // namespace CanOpen

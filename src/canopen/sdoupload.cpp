@@ -40,24 +40,24 @@ SdoUpload::Step SdoUpload::start(ObjectKey key, DataType type, int repeats, SdoP
     m_repeats = repeats;
     m_attempt = 0;
     m_restarts = 0;
-    m_answered = false;
+    m_isAnswered = false;
     m_protocol = m_knowsNoBlocks ? SdoProtocol::Plain : protocol;
     m_check.reset();
     m_origin = m_memory.newOrigin();
     m_readings = 0;
     m_quietWaits = 0;
-    m_continues = false;
+    m_isContinuing = false;
     m_runBegan = -1;
     m_state = State::AwaitingForeign;
-    return takeForeignEnd();
+    return handleForeignEnd();
 }
 
-SdoUpload::Step SdoUpload::takeResponse(const QByteArray &payload)
+SdoUpload::Step SdoUpload::handleResponse(const QByteArray &payload)
 {
     m_isForForeign = m_foreign.isUnderWay();
-    m_foreign.takeResponse(payload);
+    m_foreign.handleResponse(payload);
     if (m_isForForeign && sdoResponseOf(payload) == SdoResponse::UploadSegment)
-        m_foreignSegmentAsked = false;
+        m_isForeignSegmentAsked = false;
     switch (m_state) {
     case State::Idle:
     case State::Quiet:
@@ -66,38 +66,38 @@ SdoUpload::Step SdoUpload::takeResponse(const QByteArray &payload)
         return {};
     case State::AwaitingForeign:
         noteStray(payload);
-        return takeForeignEnd();
+        return handleForeignEnd();
     case State::Block:
-        return payload.startsWith(abortCommand) ? takeAbort(payload) : takeBlockFrame(payload);
+        return payload.startsWith(abortCommand) ? handleAbort(payload) : handleBlockFrame(payload);
     default:
         break;
     }
 
     switch (sdoResponseOf(payload)) {
     case SdoResponse::InitiateUpload:
-        return takeInitiateResponse(payload);
+        return handleInitiateResponse(payload);
     case SdoResponse::UploadSegment:
-        return takeSegment(payload);
+        return handleSegment(payload);
     case SdoResponse::Abort:
-        return takeAbort(payload);
+        return handleAbort(payload);
     case SdoResponse::BlockUpload:
-        return takeBlockInitiateResponse(payload);
+        return handleBlockInitiateResponse(payload);
     default:
         return {}; // answers to another client's downloads
     }
 }
 
-SdoUpload::Step SdoUpload::takeForeignRequest(const QByteArray &payload)
+SdoUpload::Step SdoUpload::handleForeignRequest(const QByteArray &payload)
 {
-    m_foreign.takeRequest(payload);
+    m_foreign.handleRequest(payload);
     const SdoRequest request = sdoRequestOf(payload);
     if (request == SdoRequest::BlockUpload || (request == SdoRequest::UploadSegment && m_memory.isTroubled()))
         m_memory.noteOpenRequest();
-    m_foreignSegmentAsked = m_foreignSegmentAsked || request == SdoRequest::UploadSegment;
+    m_isForeignSegmentAsked = m_isForeignSegmentAsked || request == SdoRequest::UploadSegment;
     if (m_state == State::Idle || m_state == State::Quiet || m_state == State::Listening)
         return {};
     if (m_state == State::AwaitingForeign)
-        return takeForeignEnd();
+        return handleForeignEnd();
 
     if (request == SdoRequest::Reserved)
         return {};
@@ -136,7 +136,7 @@ SdoUpload::Step SdoUpload::timeOver()
         m_protocol = SdoProtocol::Plain;
         break;
     case State::Segments:
-        if (m_segmentRepeated)
+        if (m_isSegmentRepeated)
             return abortAndFail(SdoAbort::ToggleBitNotAlternated);
         break;
     case State::Initiating:
@@ -195,7 +195,7 @@ void SdoUpload::leaveTransfer()
 {
     if (isInTransfer())
         m_memory.noteOpenRequest();
-    m_continues = false;
+    m_isContinuing = false;
 }
 
 SdoUpload::Step SdoUpload::startAfresh()
@@ -236,16 +236,16 @@ SdoUpload::Step SdoUpload::initiate()
 // Starts anew because of another client, as soon as that one has finished.
 SdoUpload::Step SdoUpload::restart()
 {
-    m_answerOwed = isInTransfer();
+    m_isAnswerOwed = isInTransfer();
     leaveTransfer();
     m_outcome.foreignClient = true;
     if (++m_restarts > maximumRestarts)
         return fail(SdoAbort::ResourceNotAvailable);
     m_state = State::AwaitingForeign;
-    return takeForeignEnd();
+    return handleForeignEnd();
 }
 
-SdoUpload::Step SdoUpload::takeForeignEnd()
+SdoUpload::Step SdoUpload::handleForeignEnd()
 {
     if (!m_foreign.isUnderWay() || m_foreign.isAbandoning())
         return initiate();
@@ -260,7 +260,7 @@ SdoUpload::Step SdoUpload::awaitClearLine()
     const qint64 wait = m_memory.timeUntilClear();
     if (wait <= 0) {
         m_state = State::AwaitingForeign;
-        return takeForeignEnd();
+        return handleForeignEnd();
     }
     if (++m_quietWaits > maximumQuietWaits)
         return failMixedUp();
@@ -284,9 +284,9 @@ SdoUpload::Step SdoUpload::listen()
 void SdoUpload::noteStray(const QByteArray &payload)
 {
     const bool isSegment = sdoResponseOf(payload) == SdoResponse::UploadSegment;
-    const bool endsOurs = m_answerOwed && (isSegment || sdoResponseOf(payload) == SdoResponse::Abort);
+    const bool endsOurs = m_isAnswerOwed && (isSegment || sdoResponseOf(payload) == SdoResponse::Abort);
     if (endsOurs)
-        m_answerOwed = false;
+        m_isAnswerOwed = false;
     else if (!m_isForForeign)
         m_memory.noteTrouble();
     if (isSegment && (m_isForForeign || endsOurs))
@@ -295,7 +295,7 @@ void SdoUpload::noteStray(const QByteArray &payload)
         m_memory.noteStray(payload);
 }
 
-SdoUpload::Step SdoUpload::takeInitiateResponse(const QByteArray &payload)
+SdoUpload::Step SdoUpload::handleInitiateResponse(const QByteArray &payload)
 {
     const std::optional<SdoInitiate> initiate = readSdoInitiateUploadResponse(payload);
     const bool segmentsHaveCome = m_state == State::Segments && !m_lastSegment.isEmpty();
@@ -303,7 +303,7 @@ SdoUpload::Step SdoUpload::takeInitiateResponse(const QByteArray &payload)
         noteStray(payload);
         return {};
     }
-    m_answered = true;
+    m_isAnswered = true;
     if (initiate->expedited)
         return finishExpedited(*initiate);
     if (m_disturbance != Disturbance::None)
@@ -319,18 +319,18 @@ SdoUpload::Step SdoUpload::beginSegments(const SdoInitiate &initiate)
     m_lastSegment.clear();
     m_emptySegments = 0;
     m_toggle = false;
-    m_segmentRepeated = false;
+    m_isSegmentRepeated = false;
     m_reading.data.clear();
-    m_sizeAnnounced = initiate.sizeIndicated;
+    m_isSizeAnnounced = initiate.sizeIndicated;
 
     // The announced size is only ever compared: memory is taken for bytes that came.
-    if (m_sizeAnnounced && initiate.size > static_cast<quint32>(lengthLimit()))
+    if (m_isSizeAnnounced && initiate.size > static_cast<quint32>(lengthLimit()))
         return abortAndFail(SdoAbort::LengthTooHigh);
-    if (m_sizeAnnounced && initiate.size < static_cast<quint32>(m_typeSize))
+    if (m_isSizeAnnounced && initiate.size < static_cast<quint32>(m_typeSize))
         return abortAndFail(SdoAbort::LengthTooLow);
     m_announcedSize = static_cast<int>(initiate.size);
 
-    if (std::exchange(m_foreignSegmentAsked, false))
+    if (std::exchange(m_isForeignSegmentAsked, false))
         m_memory.noteOpenRequest();
     if (!alreadyAsked)
         beginReading();
@@ -351,7 +351,7 @@ SdoUpload::Step SdoUpload::beginSegments(const SdoInitiate &initiate)
 
 SdoUpload::Step SdoUpload::askSegment()
 {
-    m_answerOwed = false;
+    m_isAnswerOwed = false;
     m_memory.noteRequest();
     Step step;
     step.send(makeSdoUploadSegmentRequest(m_toggle));
@@ -364,7 +364,7 @@ bool SdoUpload::mustWait() const
 {
     if (m_memory.timeUntilClosed() > 0)
         return true;
-    return m_memory.isTroubled() && !m_continues && m_memory.timeUntilClear() > 0;
+    return m_memory.isTroubled() && !m_isContinuing && m_memory.timeUntilClear() > 0;
 }
 
 void SdoUpload::beginReading()
@@ -375,7 +375,7 @@ void SdoUpload::beginReading()
     m_readingBegan = m_memory.time();
 }
 
-SdoUpload::Step SdoUpload::takeSegment(const QByteArray &payload)
+SdoUpload::Step SdoUpload::handleSegment(const QByteArray &payload)
 {
     const std::optional<SdoSegment> segment = readSdoUploadSegmentResponse(payload);
     if (m_state != State::Segments || !segment) {
@@ -383,10 +383,10 @@ SdoUpload::Step SdoUpload::takeSegment(const QByteArray &payload)
         return {};
     }
     if (segment->toggle != m_toggle)
-        return takeWrongToggle(payload);
+        return handleWrongToggle(payload);
 
     noteSighting(m_memory.note(payload, m_origin, static_cast<quint32>(m_readings)));
-    const int limit = m_sizeAnnounced ? m_announcedSize : lengthLimit();
+    const int limit = m_isSizeAnnounced ? m_announcedSize : lengthLimit();
     m_emptySegments = segment->data.size == 0 ? m_emptySegments + 1 : 0;
     if (m_reading.data.size() + segment->data.size > limit) {
         if (isDoubtful())
@@ -400,7 +400,7 @@ SdoUpload::Step SdoUpload::takeSegment(const QByteArray &payload)
     m_reading.data.append(segment->data.bytes.data(), segment->data.size);
     ++m_reading.segments;
     m_lastSegment = payload;
-    m_segmentRepeated = false;
+    m_isSegmentRepeated = false;
     if (segment->last)
         return finishSegments();
 
@@ -415,24 +415,24 @@ void SdoUpload::noteSighting(SegmentMemory::Sighting sighting)
     m_hasBabble = m_hasBabble || sighting.isBabble;
 }
 
-SdoUpload::Step SdoUpload::takeWrongToggle(const QByteArray &payload)
+SdoUpload::Step SdoUpload::handleWrongToggle(const QByteArray &payload)
 {
     // A segment that was seen before may be one that the bus has doubled. The right one then follows; if it does
     // not, it was the toggle bit after all.
     if (m_memory.knows(payload)) {
         m_memory.note(payload, m_origin, static_cast<quint32>(m_readings));
         m_memory.noteTrouble();
-        m_segmentRepeated = payload == m_lastSegment;
+        m_isSegmentRepeated = payload == m_lastSegment;
         // Or a later one with the same content, which the server has sent for a doubled request: then one is
         // missing, and only the size of the whole would tell.
-        m_reading.isRepeating = m_reading.isRepeating || (!m_sizeAnnounced && m_typeSize == 0);
+        m_reading.isRepeating = m_reading.isRepeating || (!m_isSizeAnnounced && m_typeSize == 0);
         return {};
     }
     m_memory.note(payload, SegmentMemory::strayOrigin, 0);
     return rejectReading(SdoAbort::ToggleBitNotAlternated);
 }
 
-SdoUpload::Step SdoUpload::takeAbort(const QByteArray &payload)
+SdoUpload::Step SdoUpload::handleAbort(const QByteArray &payload)
 {
     if (sdoKeyOf(payload) != m_outcome.key) {
         noteStray(payload);
@@ -441,7 +441,7 @@ SdoUpload::Step SdoUpload::takeAbort(const QByteArray &payload)
     if (m_disturbance == Disturbance::AbortUnclear)
         return restart();
     const quint32 code = sdoAbortCodeOf(payload);
-    m_answered = true;
+    m_isAnswered = true;
     if (m_state == State::InitiatingBlock || m_state == State::Block)
         return readPlainInstead(code);
     if (isAboutTheTransfer(code) && m_memory.isTroubled() && ++m_restarts <= maximumRestarts) {
@@ -453,12 +453,12 @@ SdoUpload::Step SdoUpload::takeAbort(const QByteArray &payload)
     return finish(SdoOutcome::Kind::Abort, code);
 }
 
-SdoUpload::Step SdoUpload::takeBlockInitiateResponse(const QByteArray &payload)
+SdoUpload::Step SdoUpload::handleBlockInitiateResponse(const QByteArray &payload)
 {
     const std::optional<SdoBlockInitiateResponse> response = readSdoBlockInitiateResponse(payload);
     if (m_state != State::InitiatingBlock || !response || response->key != m_outcome.key)
         return {}; // answers to another client
-    m_answered = true;
+    m_isAnswered = true;
     if (m_disturbance != Disturbance::None)
         return restart();
     if (mustWait()) {
@@ -476,7 +476,7 @@ SdoUpload::Step SdoUpload::takeBlockInitiateResponse(const QByteArray &payload)
     return step;
 }
 
-SdoUpload::Step SdoUpload::takeBlockFrame(const QByteArray &payload)
+SdoUpload::Step SdoUpload::handleBlockFrame(const QByteArray &payload)
 {
     noteSighting(m_memory.note(payload, m_origin, static_cast<quint32>(m_readings)));
     return doNextOfBlock(m_block.take(payload));
@@ -540,7 +540,7 @@ SdoUpload::Step SdoUpload::finishExpedited(const SdoInitiate &initiate)
 
 SdoUpload::Step SdoUpload::finishSegments()
 {
-    const int expected = std::max(m_sizeAnnounced ? m_announcedSize : 0, m_typeSize);
+    const int expected = std::max(m_isSizeAnnounced ? m_announcedSize : 0, m_typeSize);
     if (m_reading.data.size() < expected && isDoubtful())
         return rejectReading(SdoAbort::LengthTooLow);
     if (m_reading.data.size() < expected) {
@@ -564,14 +564,14 @@ SdoUpload::Step SdoUpload::finishReading(const QByteArray &data)
     const ReadingCheck::Verdict verdict = m_check.take(m_reading, isTroubled, m_memory.isBabbling());
     if (m_check.isFirst())
         m_runBegan = m_readingBegan;
-    m_continues = verdict == ReadingCheck::Verdict::ReadAgain;
+    m_isContinuing = verdict == ReadingCheck::Verdict::ReadAgain;
     switch (verdict) {
     case ReadingCheck::Verdict::Believe:
         m_state = State::Initiating; // nothing is open any more
         return finishValue(data.constData(), data.size());
     case ReadingCheck::Verdict::ReadAgain:
         m_state = State::AwaitingForeign;
-        return takeForeignEnd();
+        return handleForeignEnd();
     case ReadingCheck::Verdict::ReadWhenClear:
         return awaitClearLine();
     case ReadingCheck::Verdict::Listen:

@@ -74,10 +74,10 @@ public:
     /*! Takes the payload of a frame on 580h + node ID, also while no upload is under way; eight bytes of
      *  any kind.
      */
-    Step takeResponse(const QByteArray &payload);
+    Step handleResponse(const QByteArray &payload);
 
     /*! Takes the payload of another client's frame on 600h + node ID, likewise. */
-    Step takeForeignRequest(const QByteArray &payload);
+    Step handleForeignRequest(const QByteArray &payload);
 
     /*! The wait is over without the frame that was waited for. */
     Step timeOver();
@@ -99,7 +99,7 @@ public:
     int attempt() const { return m_attempt; }
 
     /*! Whether the server has not sent anything for this upload yet. */
-    bool isUnanswered() const { return !m_answered; }
+    bool isUnanswered() const { return !m_isAnswered; }
 
     /*! Everything but ticket and node of the upload that finished last. */
     const SdoOutcome &outcome() const { return m_outcome; }
@@ -129,19 +129,19 @@ private:
     Step endInSilence();
     Step awaitClearLine();
     Step listen();
-    Step takeInitiateResponse(const QByteArray &payload);
+    Step handleInitiateResponse(const QByteArray &payload);
     Step beginSegments(const SdoInitiate &initiate);
     Step askSegment();
     bool mustWait() const;
     void beginReading();
-    Step takeSegment(const QByteArray &payload);
-    Step takeWrongToggle(const QByteArray &payload);
-    Step takeAbort(const QByteArray &payload);
-    Step takeBlockInitiateResponse(const QByteArray &payload);
-    Step takeBlockFrame(const QByteArray &payload);
+    Step handleSegment(const QByteArray &payload);
+    Step handleWrongToggle(const QByteArray &payload);
+    Step handleAbort(const QByteArray &payload);
+    Step handleBlockInitiateResponse(const QByteArray &payload);
+    Step handleBlockFrame(const QByteArray &payload);
     Step doNextOfBlock(BlockReception::Event event);
     Step readPlainInstead(quint32 code);
-    Step takeForeignEnd();
+    Step handleForeignEnd();
     void noteStray(const QByteArray &payload);
     void noteSighting(SegmentMemory::Sighting sighting);
     void leaveTransfer();
@@ -163,9 +163,9 @@ private:
     State m_state = State::Idle;
     Disturbance m_disturbance = Disturbance::None;
     ForeignTransfer m_foreign;
-    bool m_isForForeign = false;        // the response that is being taken
-    bool m_foreignSegmentAsked = false; // by the other client, and not seen yet
-    bool m_answerOwed = false;          // of a transfer that the other client has broken into
+    bool m_isForForeign = false;          // the response that is being taken
+    bool m_isForeignSegmentAsked = false; // by the other client, and not seen yet
+    bool m_isAnswerOwed = false;          // of a transfer that the other client has broken into
     SegmentMemory m_memory;
     SdoOutcome m_outcome; // also holds the key and the repeats while the upload is under way
     DataType m_type = DataType::Unsigned32;
@@ -173,7 +173,7 @@ private:
     int m_repeats = 0;  // allowed
     int m_attempt = 0;
     int m_restarts = 0;
-    bool m_answered = false;
+    bool m_isAnswered = false;
     SdoProtocol m_protocol = SdoProtocol::Plain;
     bool m_knowsNoBlocks = false; // what the server has said
 
@@ -182,19 +182,19 @@ private:
     quint32 m_origin = 0;
     int m_readings = 0;
     int m_quietWaits = 0;
-    qint64 m_runBegan = -1;   // ms; the first reading of those that agree; -1: there is none
-    bool m_continues = false; // the next reading follows the last one at once
+    qint64 m_runBegan = -1;      // ms; the first reading of those that agree; -1: there is none
+    bool m_isContinuing = false; // the next reading follows the last one at once
 
     // Of the reading under way, or of the last one
     ReadingCheck::Reading m_reading;
     bool m_hasBabble = false;  // among its segments
     qint64 m_readingBegan = 0; // ms
     QByteArray m_lastSegment;  // payload
-    bool m_sizeAnnounced = false;
+    bool m_isSizeAnnounced = false;
     int m_announcedSize = 0; // at most lengthLimit()
     int m_emptySegments = 0; // in a row
     bool m_toggle = false;   // of the segment that is waited for
-    bool m_segmentRepeated = false;
+    bool m_isSegmentRepeated = false;
     BlockReception m_block;
 };
 

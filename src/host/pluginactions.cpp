@@ -102,7 +102,7 @@ bool PluginActions::eventFilter(QObject *object, QEvent *event)
         return QObject::eventFilter(object, event);
     for (int i = 0; i < kindCount; ++i) {
         if (object == m_buttons[i] && m_buttons[i]->isDown() && m_actions[i]->isEnabled()) {
-            takeRelease(i, event);
+            handleRelease(i, event);
             return true;
         }
     }
@@ -110,7 +110,7 @@ bool PluginActions::eventFilter(QObject *object, QEvent *event)
 }
 
 // The button itself decides whether it is a click, and its look changes with it; only its signals stay away.
-void PluginActions::takeRelease(int kind, QEvent *event)
+void PluginActions::handleRelease(int kind, QEvent *event)
 {
     QAbstractButton *button = m_buttons[kind];
     {

@@ -60,7 +60,7 @@ private:
 
     void updateActions();
     void setButton(int kind, QAbstractButton *button);
-    void takeRelease(int kind, QEvent *event);
+    void handleRelease(int kind, QEvent *event);
 
     QAction *m_actions[kindCount];
     QPointer<QAbstractButton> m_buttons[kindCount];

@@ -100,9 +100,9 @@ ReadProgress DataReader::progress() const
     progress.index = m_index;
     progress.subIndex = m_subIndex;
     progress.nodesFound = m_store.nodeList().size();
-    progress.entriesTotal = progress.nodesFound * ReadListLength;
+    progress.entriesTotal = progress.nodesFound * readListLength;
     if (!m_detecting)
-        progress.entriesDone = m_nodePosition * ReadListLength + (m_reading ? m_entryPosition : 0);
+        progress.entriesDone = m_nodePosition * readListLength + (m_reading ? m_entryPosition : 0);
     return progress;
 }
 
@@ -162,7 +162,7 @@ void DataReader::startSequence()
 void DataReader::rebuildWorkingList()
 {
     m_workingList.clear();
-    m_workingList.reserve(ReadListLength);
+    m_workingList.reserve(readListLength);
     m_workingList += m_generalEntries;
     m_workingList += m_group2Entries;
     m_workingList += m_group3Entries;

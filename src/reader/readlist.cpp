@@ -149,8 +149,8 @@ constexpr bool isInGroupOrder(const ReadRange (&ranges)[count])
     return true;
 }
 
-static_assert(entryCount(readRanges) == ReadListLength);
-static_assert(ReadListLength < 256, "positions in the list are 8-bit numbers");
+static_assert(entryCount(readRanges) == readListLength);
+static_assert(readListLength < 256, "positions in the list are 8-bit numbers");
 static_assert(isInGroupOrder(readRanges));
 
 } // namespace

@@ -22,7 +22,7 @@ enum class ReadGroup : quint8 {
 };
 
 /*! Number of entries that are read of every node, over all groups. */
-constexpr int ReadListLength = 204;
+constexpr int readListLength = 204;
 
 /*! The entries of one group in reading order. */
 QList<ReadEntry> readListGroup(ReadGroup group);

@@ -69,8 +69,8 @@ void ExchangeReader::readNextTag()
             break;
         case QXmlStreamReader::EndDocument:
         case QXmlStreamReader::Invalid:
-            m_atEnd = !resume();
-            if (m_atEnd)
+            m_isAtEnd = !resume();
+            if (m_isAtEnd)
                 return;
             break;
         default:
@@ -84,7 +84,7 @@ void ExchangeReader::checkStartTag()
     m_hasRoot = true;
     ++m_depth;
     m_namespaces += m_xml.namespaceDeclarations().size();
-    if (m_depth > MaximumDepth || m_namespaces > MaximumNamespaces)
+    if (m_depth > maximumDepth || m_namespaces > maximumNamespaces)
         m_refusal = Refusal::Markup;
     checkNodeCount();
 }
@@ -96,6 +96,6 @@ void ExchangeReader::checkNodeCount()
     ++m_nodeTags;
     if ((numberOf(m_xml.attributes(), "nodeid") & 0xFF) != 0)
         ++m_nodes;
-    if (m_nodes > MaximumNodes || m_nodeTags > MaximumNodeTags)
+    if (m_nodes > maximumNodes || m_nodeTags > maximumNodeTags)
         m_refusal = Refusal::Nodes;
 }

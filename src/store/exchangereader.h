@@ -22,12 +22,12 @@ uint numberOf(const QXmlStreamAttributes &attributes, const char *name);
 class ExchangeReader
 {
 public:
-    static constexpr int MaximumDepth = 256;      //!< of elements; an exchange file has 4 levels
-    static constexpr int MaximumNamespaces = 256; //!< declared in one document; an exchange file has none
+    static constexpr int maximumDepth = 256;      //!< of elements; an exchange file has 4 levels
+    static constexpr int maximumNamespaces = 256; //!< declared in one document; an exchange file has none
     /*! Nodes other than 0 in one document: each that a bus can have, eight times. */
-    static constexpr int MaximumNodes = 8 * 127;
+    static constexpr int maximumNodes = 8 * 127;
     /*! Starts and ends of nodes in one document: 127 nodes, written and read again eight times, make 32512. */
-    static constexpr int MaximumNodeTags = 32768;
+    static constexpr int maximumNodeTags = 32768;
 
     /*! Why a document was refused. */
     enum class Refusal : quint8 {
@@ -46,7 +46,7 @@ public:
     const QXmlStreamReader &xml() const { return m_xml; }
 
     /*! Whether nothing comes any more: the end of the document, an error, or something refused. */
-    bool atEnd() const { return m_atEnd || m_refusal != Refusal::None; }
+    bool atEnd() const { return m_isAtEnd || m_refusal != Refusal::None; }
 
     bool isComplete() const
     {
@@ -75,6 +75,6 @@ private:
     int m_nodes = 0;
     int m_nodeTags = 0;
     bool m_hasRoot = false;
-    bool m_atEnd = false;
+    bool m_isAtEnd = false;
     Refusal m_refusal = Refusal::None;
 };

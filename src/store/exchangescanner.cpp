@@ -122,7 +122,7 @@ private:
     bool scanNode()
     {
         qlonglong id = 0;
-        if (!m_scanner.readDecimal(mostIdDigits, &id) || id >= NodeStore::NodeCount
+        if (!m_scanner.readDecimal(mostIdDigits, &id) || id >= NodeStore::nodeCount
             || !m_scanner.skip(QLatin1String("\">\n")))
             return false;
         const auto nodeId = static_cast<quint8>(id);

@@ -14,7 +14,7 @@ int MarkupGuard::check(int end)
 {
     for (; m_position < end; ++m_position) {
         look(m_text.at(m_position));
-        if (m_stopped)
+        if (m_isStopped)
             break;
     }
     return m_position;
@@ -90,7 +90,7 @@ void MarkupGuard::lookAtDocumentType(QChar character)
 {
     if (character == QLatin1Char('<')) {
         m_quotes = 0;
-        m_stopped = isAt(QLatin1String("<!ENTITY")) || isAt(QLatin1String("<!ATTLIST"));
+        m_isStopped = isAt(QLatin1String("<!ENTITY")) || isAt(QLatin1String("<!ATTLIST"));
     } else if (isQuote(character)) {
         countQuote();
     }
@@ -99,7 +99,7 @@ void MarkupGuard::lookAtDocumentType(QChar character)
 void MarkupGuard::countQuote()
 {
     ++m_quotes;
-    m_stopped = m_quotes > 2 * MaximumAttributes;
+    m_isStopped = m_quotes > 2 * maximumAttributes;
 }
 
 void MarkupGuard::leaveAt(QLatin1String end)

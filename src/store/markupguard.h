@@ -15,7 +15,7 @@
 class MarkupGuard
 {
 public:
-    static constexpr int MaximumAttributes = 32; //!< of one tag
+    static constexpr int maximumAttributes = 32; //!< of one tag
 
     explicit MarkupGuard(const QString &text)
         : m_text(text)
@@ -28,7 +28,7 @@ public:
      */
     int check(int end);
 
-    bool isStopped() const { return m_stopped; }
+    bool isStopped() const { return m_isStopped; }
 
 private:
     enum class Place : quint8 { Text, Tag, Value, Comment, CharacterData, Instruction, DocumentType };
@@ -45,5 +45,5 @@ private:
     int m_quotes = 0; // since the last '<'
     Place m_place = Place::Text;
     QChar m_valueEnd; // in a value: the quotation mark that ends it
-    bool m_stopped = false;
+    bool m_isStopped = false;
 };

@@ -15,10 +15,10 @@ bool NodeStore::getValue(quint8 nodeId, quint16 index, quint8 subIndex, QVariant
 
 void NodeStore::setValue(quint8 nodeId, quint16 index, quint8 subIndex, const QVariant &value)
 {
-    if (nodeId >= NodeCount)
+    if (nodeId >= nodeCount)
         return;
     if (m_nodes.isEmpty())
-        m_nodes.resize(NodeCount);
+        m_nodes.resize(nodeCount);
     m_nodes[nodeId].insert(ObjectKey{index, subIndex}, value);
 }
 
@@ -48,7 +48,7 @@ QList<quint8> NodeStore::getSubIndexList(quint8 nodeId, quint16 index) const
 void NodeStore::clear()
 {
     m_nodes.clear();
-    m_nodes.resize(NodeCount);
+    m_nodes.resize(nodeCount);
 }
 
 const ObjectMap &NodeStore::objects(quint8 nodeId) const

@@ -39,7 +39,7 @@ using ObjectMap = QMap<ObjectKey, QVariant>;
 class NodeStore
 {
 public:
-    static constexpr int NodeCount = 128; //!< node IDs 0 to 127; 0 is a slot like the others
+    static constexpr int nodeCount = 128; //!< node IDs 0 to 127; 0 is a slot like the others
 
     /*! Copies the value to \a value and returns true; without the entry \a value stays as it is. */
     bool getValue(quint8 nodeId, quint16 index, quint8 subIndex, QVariant &value) const;
@@ -71,6 +71,6 @@ public:
     void clearNodeList() { m_nodeList.clear(); }
 
 private:
-    QVector<ObjectMap> m_nodes; // no maps until the first clear() or setValue(), then NodeCount
+    QVector<ObjectMap> m_nodes; // no maps until the first clear() or setValue(), then nodeCount
     QList<quint8> m_nodeList;
 };

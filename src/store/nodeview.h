@@ -19,7 +19,7 @@ public:
      *  Sub-index 0, an UNSIGNED8, comes up again at the 256th step at the latest and ends the walk of every
      *  honest device, so the limit is met only by counts that no device can have.
      */
-    static constexpr quint32 MaximumSteps = 16 * 256;
+    static constexpr quint32 maximumSteps = 16 * 256;
 
     NodeView(const NodeStore &store, quint8 nodeId)
         : m_store(store)
@@ -70,7 +70,7 @@ public:
         // Deliberate: the bound is the value found last, not the count of sub-index 0, and the number goes on
         // beyond 255, where it comes back to sub-index 0.
         for (quint32 k = 1; k <= holder.toUInt(); ++k) {
-            if (k > MaximumSteps) {
+            if (k > maximumSteps) {
                 reportCut(index, holder.toUInt());
                 return;
             }
@@ -90,7 +90,7 @@ public:
             return;
         // Deliberate: the list stops one short of the count.
         for (quint32 i = 1; i != count; ++i) {
-            if (i > MaximumSteps) {
+            if (i > maximumSteps) {
                 reportCut(index, count);
                 return;
             }

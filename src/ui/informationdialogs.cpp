@@ -120,7 +120,7 @@ constexpr bool isInEnumOrder()
     return true;
 }
 
-static_assert(std::size(dialogs) == InformationDialogs::Count);
+static_assert(std::size(dialogs) == InformationDialogs::count);
 static_assert(isInEnumOrder());
 
 /*! The text up to the last line that any device can fill; far more of them would hold up the window. */

@@ -27,7 +27,7 @@ enum class InformationDialog : quint8 {
 class InformationDialogs
 {
 public:
-    static constexpr int Count = 5;
+    static constexpr int count = 5;
 
     /*! Creates the actions as children of \a window, over which the dialogs open. */
     explicit InformationDialogs(QWidget &window);
@@ -49,5 +49,5 @@ private:
                         QMessageBox::StandardButtons buttons, int flag) const;
 
     QWidget &m_window;
-    std::array<QAction *, Count> m_actions = {};
+    std::array<QAction *, count> m_actions = {};
 };

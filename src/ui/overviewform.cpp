@@ -112,7 +112,7 @@ void OverviewForm::setHostInterface(HostInterface *host)
 
 bool OverviewForm::setConnected(bool connected)
 {
-    m_connected = connected;
+    m_isConnected = connected;
     const bool hasHost = connected && m_hostInterface != nullptr;
     m_sdoClient = hasHost ? m_hostInterface->getSdoClient() : nullptr;
     m_receiverHub = hasHost ? m_hostInterface->getCanReceiverHub() : nullptr;
@@ -182,8 +182,8 @@ void OverviewForm::rebuildComponentTree()
 
 void OverviewForm::animate()
 {
-    if (m_connected && !m_titleItem.isNull())
-        NetworkPicture::moveTitle(*m_titleItem, *m_ui->graphicsView, m_movingDown);
+    if (m_isConnected && !m_titleItem.isNull())
+        NetworkPicture::moveTitle(*m_titleItem, *m_ui->graphicsView, m_isMovingDown);
 }
 
 void OverviewForm::showUpdateInformation(quint32 vendor, quint32 product, quint32 revision, QString info)
@@ -221,7 +221,7 @@ void OverviewForm::on_btnSavePdf_clicked()
 
 void OverviewForm::on_btnRead_clicked()
 {
-    if (!m_connected) {
+    if (!m_isConnected) {
         showTitledMessage(tr("No connection to Draxel. Please connect to Draxel and retry."));
         return;
     }

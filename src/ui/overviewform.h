@@ -78,14 +78,14 @@ private:
     void showDialog(InformationDialog dialog);
 
     std::unique_ptr<Ui::OverviewForm> m_ui;
-    bool m_connected = false;
+    bool m_isConnected = false;
     HostInterface *m_hostInterface = nullptr;
     SdoClient *m_sdoClient = nullptr;        // null while not connected
     CanReceiverHub *m_receiverHub = nullptr; // null while not connected
     QPointer<DataReader> m_dataReader;       // without an owner, see the destructor
     QTimer *m_animationTimer = nullptr;      // child
     QPointer<QGraphicsTextItem> m_titleItem; // of the scene, which is a child
-    bool m_movingDown = true;
+    bool m_isMovingDown = true;
     QPointer<ComponentUpdateChecker> m_updateChecker;         // child
     std::unique_ptr<pdfWriter> m_reportWriter;                // of the last report; null until the first
     std::unique_ptr<InformationDialogs> m_informationDialogs; // the five context actions are children

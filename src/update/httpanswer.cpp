@@ -24,7 +24,7 @@ void HttpAnswer::take(const QByteArray &bytes)
         }
         case Part::ChunkSize:
         case Part::ChunkEnd:
-            done += takeLine(rest, count, MaximumSizeLine);
+            done += takeLine(rest, count, maximumSizeLine);
             break;
         case Part::Body:
         case Part::BodyToTheClose:

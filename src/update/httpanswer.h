@@ -17,7 +17,7 @@ class HttpAnswer
 public:
     static constexpr int MaximumHead
         = 64 * 1024; //!< bytes of the head, those of "100 Continue" before it included
-    static constexpr int MaximumSizeLine = 256; //!< bytes of the line before a chunk
+    static constexpr int maximumSizeLine = 256; //!< bytes of the line before a chunk
 
     /*! \a maximumBody in bytes; positive. */
     explicit HttpAnswer(int maximumBody)

@@ -215,7 +215,7 @@ void tst_EdsValue::typeNames()
     QStringList names;
     for (quint16 code = 0; code < 0x20; ++code) {
         if (isKnownDataType(code))
-            names.append(typeName(static_cast<DataType>(code)));
+            names.append(dataTypeName(static_cast<DataType>(code)));
     }
     QCOMPARE(names.join(QLatin1Char(' ')),
              QStringLiteral("BOOLEAN INTEGER8 INTEGER16 INTEGER32 UNSIGNED8 UNSIGNED16 UNSIGNED32 REAL32 "

@@ -25,9 +25,9 @@ void take(ForeignTransfer *transfer, const QString &frame)
     const QByteArray payload = QByteArray::fromHex(frame.mid(1).toLatin1());
     QCOMPARE(payload.size(), 8);
     if (frame.startsWith(QLatin1Char('>')))
-        transfer->takeRequest(payload);
+        transfer->handleRequest(payload);
     else
-        transfer->takeResponse(payload);
+        transfer->handleResponse(payload);
 }
 
 } // namespace
@@ -98,9 +98,9 @@ void tst_ForeignTransfer::survivesEverything()
         for (char &byte : payload)
             byte = static_cast<char>(next() >> 24);
         if (next() >> 31)
-            transfer.takeRequest(payload);
+            transfer.handleRequest(payload);
         else
-            transfer.takeResponse(payload);
+            transfer.handleResponse(payload);
         underWay += transfer.isUnderWay() ? 1 : 0;
     }
     QVERIFY(underWay > 0);

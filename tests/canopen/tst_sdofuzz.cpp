@@ -300,15 +300,15 @@ void tst_SdoFuzz::anotherClient()
                 const auto [foreign, payload] = bus.front();
                 bus.pop_front();
                 if (foreign)
-                    send(ours.takeForeignRequest(payload), false);
+                    send(ours.handleForeignRequest(payload), false);
                 const QByteArray answer = server.answer(payload);
                 if (!answer.isNull())
                     seen.push_back(answer);
             } else if (!seen.empty()) {
                 const QByteArray answer = seen.front();
                 seen.pop_front();
-                send(ours.takeResponse(answer), false);
-                send(theirs.takeResponse(answer), true);
+                send(ours.handleResponse(answer), false);
+                send(theirs.handleResponse(answer), true);
             }
         }
         tally.count(ours.outcome(), object);
@@ -328,16 +328,16 @@ void tst_SdoFuzz::anyBytesIntoUpload()
         const Object &object = objects[random.below(objectCount)];
         upload.start(object.key, object.type, 2, random.oneIn(3) ? SdoProtocol::Block : SdoProtocol::Plain);
         if (random.oneIn(3)) // past the first check of a block transfer
-            upload.takeResponse(
+            upload.handleResponse(
                 makeSdoBlockInitiateResponse({object.key, random.oneIn(2), random.oneIn(2), 9}));
         for (int frame = 0; frame < 20 && upload.isActive(); ++frame) {
             const QByteArray payload = randomPayload(&random, random.oneIn(10) ? random.below(20) : 8);
             if (random.oneIn(20))
                 upload.timeOver();
             else if (random.oneIn(4))
-                upload.takeForeignRequest(payload);
+                upload.handleForeignRequest(payload);
             else
-                upload.takeResponse(payload);
+                upload.handleResponse(payload);
         }
         // Whatever came: silence ends it. One wait per attempt, one for another client before each, and those
         // until the line is clear.

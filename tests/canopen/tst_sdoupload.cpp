@@ -50,7 +50,7 @@ Step answer(SdoUpload *upload, const Frames &answers)
 {
     Step step;
     for (const QByteArray &payload : answers)
-        step = upload->takeResponse(payload);
+        step = upload->handleResponse(payload);
     return step;
 }
 
@@ -163,7 +163,7 @@ void tst_SdoUpload::readsExpedited()
     QVERIFY(upload.isActive());
     QVERIFY(upload.isUnanswered());
 
-    const Step end = upload.takeResponse(typeIs);
+    const Step end = upload.handleResponse(typeIs);
     QVERIFY(end.finished);
     QCOMPARE(end.frameCount, 0);
     QVERIFY(!upload.isActive());
@@ -178,13 +178,13 @@ void tst_SdoUpload::readsSegmented()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    Step step = upload.takeResponse(nameHas9Bytes);
+    Step step = upload.handleResponse(nameHas9Bytes);
     QCOMPARE(sent(step), Frames{askSegment0});
     QVERIFY(step.waitRestarts);
-    step = upload.takeResponse(nameSegment0);
+    step = upload.handleResponse(nameSegment0);
     QCOMPARE(sent(step), Frames{askSegment1});
     QVERIFY(step.waitRestarts);
-    step = upload.takeResponse(nameSegment1);
+    step = upload.handleResponse(nameSegment1);
     QCOMPARE(sent(step), Frames{askName}); // one reading is not enough
     QVERIFY(step.waitRestarts);
     step = answer(&upload, nameReading);
@@ -230,11 +230,11 @@ void tst_SdoUpload::initiateResponseBits()
     SdoUpload upload;
     upload.start({0x6080, 0}, DataType::Unsigned16, 0);
     const QByteArray initiate = command + bytes("80 60 00 34 12 78 56");
-    Step step = upload.takeResponse(initiate);
+    Step step = upload.handleResponse(initiate);
     if (!step.finished) {
         QCOMPARE(sent(step), Frames{askSegment0});
         const QByteArray segment = bytes("0B 34 12 78 56 00 00 00");
-        upload.takeResponse(segment);
+        upload.handleResponse(segment);
         step = answer(&upload, {initiate, segment});
     }
     QVERIFY(step.finished);
@@ -294,8 +294,8 @@ void tst_SdoUpload::allWidthsAndTypes()
         Step step;
         if (expedited) {
             const auto command = static_cast<char>(0x43 | (4 - size) << 2);
-            step = upload.takeResponse(QByteArray(1, command) + bytes("80 60 00") + data
-                                       + QByteArray(4 - size, '\0'));
+            step = upload.handleResponse(QByteArray(1, command) + bytes("80 60 00") + data
+                                         + QByteArray(4 - size, '\0'));
         } else {
             Frames answers{bytes("41 80 60 00") + static_cast<char>(size) + bytes("00 00 00")};
             const QByteArray padded = data + QByteArray(14 - size, '\0');
@@ -305,7 +305,7 @@ void tst_SdoUpload::allWidthsAndTypes()
             } else {
                 answers.append(QByteArray(1, static_cast<char>(0x01 | (7 - size) << 1)) + padded.left(7));
             }
-            step = upload.takeResponse(answers.first());
+            step = upload.handleResponse(answers.first());
             if (!step.finished) {
                 answer(&upload, answers.mid(1));
                 step = answer(&upload, answers);
@@ -352,7 +352,7 @@ void tst_SdoUpload::announcedSize()
     QByteArray answer = bytes("41 08 10 00");
     for (int shift = 0; shift < 32; shift += 8)
         answer.append(static_cast<char>(size >> shift & 0xFF));
-    const Step step = upload.takeResponse(answer);
+    const Step step = upload.handleResponse(answer);
     if (code == 0) {
         QCOMPARE(sent(step), Frames{askSegment0});
         return;
@@ -436,7 +436,7 @@ void tst_SdoUpload::unknownTypeGivesNoValue()
 {
     SdoUpload upload;
     upload.start(deviceType, static_cast<DataType>(0x99), 0);
-    QVERIFY(upload.takeResponse(typeIs).finished);
+    QVERIFY(upload.handleResponse(typeIs).finished);
     QCOMPARE(upload.outcome().kind, Kind::Error);
     QCOMPARE(upload.outcome().code, 0x06070010u);
 }
@@ -445,12 +445,12 @@ void tst_SdoUpload::endlessSegmentsEnd()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::Domain, 2);
-    upload.takeResponse(bytes("40 08 10 00 00 00 00 00"));
+    upload.handleResponse(bytes("40 08 10 00 00 00 00 00"));
     Step step;
     int segments = 0;
     while (!step.finished && segments < 20000) {
-        step = upload.takeResponse(segments % 2 == 0 ? bytes("00 01 02 03 04 05 06 07")
-                                                     : bytes("10 01 02 03 04 05 06 07"));
+        step = upload.handleResponse(segments % 2 == 0 ? bytes("00 01 02 03 04 05 06 07")
+                                                       : bytes("10 01 02 03 04 05 06 07"));
         ++segments;
     }
     QCOMPARE(segments, 65536 / 7 + 1);
@@ -463,12 +463,12 @@ void tst_SdoUpload::endlessEmptySegmentsEnd()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::Domain, 2);
-    upload.takeResponse(bytes("40 08 10 00 00 00 00 00"));
+    upload.handleResponse(bytes("40 08 10 00 00 00 00 00"));
     Step step;
     int segments = 0;
     while (!step.finished && segments < 1000) {
-        step = upload.takeResponse(segments % 2 == 0 ? bytes("0E 00 00 00 00 00 00 00")
-                                                     : bytes("1E 00 00 00 00 00 00 00"));
+        step = upload.handleResponse(segments % 2 == 0 ? bytes("0E 00 00 00 00 00 00 00")
+                                                       : bytes("1E 00 00 00 00 00 00 00"));
         ++segments;
     }
     QCOMPARE(segments, 17);
@@ -480,7 +480,7 @@ void tst_SdoUpload::deviceAborts()
 {
     SdoUpload upload;
     upload.start(deviceType, DataType::Unsigned32, 2);
-    const Step step = upload.takeResponse(bytes("80 00 10 00 00 00 02 06"));
+    const Step step = upload.handleResponse(bytes("80 00 10 00 00 00 02 06"));
     QVERIFY(step.finished);
     QCOMPARE(step.frameCount, 0);
     QCOMPARE(upload.outcome().kind, Kind::Abort);
@@ -491,9 +491,9 @@ void tst_SdoUpload::deviceAbortsBetweenSegments()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    upload.takeResponse(nameHas9Bytes);
-    upload.takeResponse(nameSegment0);
-    QVERIFY(upload.takeResponse(bytes("80 08 10 00 00 00 06 06")).finished);
+    upload.handleResponse(nameHas9Bytes);
+    upload.handleResponse(nameSegment0);
+    QVERIFY(upload.handleResponse(bytes("80 08 10 00 00 00 06 06")).finished);
     QCOMPARE(upload.outcome().kind, Kind::Abort);
     QCOMPARE(upload.outcome().code, 0x06060000u);
     QVERIFY(!upload.outcome().value.isValid());
@@ -503,11 +503,11 @@ void tst_SdoUpload::abortWithAnotherKeyIsDropped()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    QVERIFY(isNothing(upload.takeResponse(bytes("80 08 10 01 00 00 02 06"))));
-    upload.takeResponse(nameHas9Bytes);
-    QVERIFY(isNothing(upload.takeResponse(bytes("80 09 10 00 00 00 02 06"))));
-    upload.takeResponse(nameSegment0);
-    QVERIFY(!upload.takeResponse(nameSegment1).finished);
+    QVERIFY(isNothing(upload.handleResponse(bytes("80 08 10 01 00 00 02 06"))));
+    upload.handleResponse(nameHas9Bytes);
+    QVERIFY(isNothing(upload.handleResponse(bytes("80 09 10 00 00 00 02 06"))));
+    upload.handleResponse(nameSegment0);
+    QVERIFY(!upload.handleResponse(nameSegment1).finished);
     upload.setTime(650);
     upload.timeOver();
     QVERIFY(answer(&upload, nameReading).finished);
@@ -518,7 +518,7 @@ void tst_SdoUpload::abortWithoutCodeIsAnAbort()
 {
     SdoUpload upload;
     upload.start(deviceType, DataType::Unsigned32, 2);
-    QVERIFY(upload.takeResponse(bytes("80 00 10 00 00 00 00 00")).finished);
+    QVERIFY(upload.handleResponse(bytes("80 00 10 00 00 00 00 00")).finished);
     QCOMPARE(upload.outcome().kind, Kind::Abort);
     QCOMPARE(upload.outcome().code, 0u);
 }
@@ -527,8 +527,8 @@ void tst_SdoUpload::wrongToggleInFirstSegment()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    upload.takeResponse(nameHas9Bytes);
-    const Step step = upload.takeResponse(bytes("10 41 42 43 44 45 46 47"));
+    upload.handleResponse(nameHas9Bytes);
+    const Step step = upload.handleResponse(bytes("10 41 42 43 44 45 46 47"));
     QVERIFY(step.finished);
     QCOMPARE(sent(step), Frames{bytes("80 08 10 00 00 00 03 05")});
     QCOMPARE(upload.outcome().kind, Kind::Error);
@@ -539,9 +539,9 @@ void tst_SdoUpload::wrongToggleInSecondSegment()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    upload.takeResponse(nameHas9Bytes);
-    upload.takeResponse(nameSegment0);
-    const Step step = upload.takeResponse(bytes("0B 48 49 00 00 00 00 00"));
+    upload.handleResponse(nameHas9Bytes);
+    upload.handleResponse(nameSegment0);
+    const Step step = upload.handleResponse(bytes("0B 48 49 00 00 00 00 00"));
     QVERIFY(step.finished);
     QCOMPARE(sent(step), Frames{bytes("80 08 10 00 00 00 03 05")});
     QCOMPARE(upload.outcome().kind, Kind::Error);
@@ -552,12 +552,12 @@ void tst_SdoUpload::doubledSegmentIsDropped()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    upload.takeResponse(nameHas9Bytes);
-    QCOMPARE(upload.takeResponse(nameHas9Bytes).frameCount, 0);
-    upload.takeResponse(nameSegment0);
-    QVERIFY(isNothing(upload.takeResponse(nameSegment0)));
+    upload.handleResponse(nameHas9Bytes);
+    QCOMPARE(upload.handleResponse(nameHas9Bytes).frameCount, 0);
+    upload.handleResponse(nameSegment0);
+    QVERIFY(isNothing(upload.handleResponse(nameSegment0)));
     // A line that doubles may do it again, later: the next reading waits until nothing is left of this one.
-    const Step step = upload.takeResponse(nameSegment1);
+    const Step step = upload.handleResponse(nameSegment1);
     QCOMPARE(step.frameCount, 0);
     QVERIFY(step.waitRestarts);
     QCOMPARE(step.wait, 650);
@@ -573,9 +573,9 @@ void tst_SdoUpload::repeatedSegmentThenSilenceIsWrongToggle()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    upload.takeResponse(nameHas9Bytes);
-    upload.takeResponse(nameSegment0);
-    QVERIFY(isNothing(upload.takeResponse(nameSegment0)));
+    upload.handleResponse(nameHas9Bytes);
+    upload.handleResponse(nameSegment0);
+    QVERIFY(isNothing(upload.handleResponse(nameSegment0)));
     const Step step = upload.timeOver();
     QVERIFY(step.finished);
     QCOMPARE(sent(step), Frames{bytes("80 08 10 00 00 00 03 05")});
@@ -587,14 +587,14 @@ void tst_SdoUpload::nextUploadWorksAfterWrongToggle()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    upload.takeResponse(nameHas9Bytes);
-    upload.takeResponse(bytes("10 41 42 43 44 45 46 47"));
+    upload.handleResponse(nameHas9Bytes);
+    upload.handleResponse(bytes("10 41 42 43 44 45 46 47"));
     QCOMPARE(upload.outcome().kind, Kind::Error);
 
     // The right segment may still come, for the next upload.
     upload.start(deviceName, DataType::VisibleString, 2);
     const QByteArray endTransfer = bytes("80 08 10 00 00 00 00 08");
-    Step step = upload.takeResponse(nameHas9Bytes);
+    Step step = upload.handleResponse(nameHas9Bytes);
     QCOMPARE(sent(step), Frames{endTransfer});
     QCOMPARE(step.wait, 650);
     upload.setTime(650);
@@ -621,16 +621,16 @@ void tst_SdoUpload::timeOutBetweenSegmentsStartsAnew()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    upload.takeResponse(nameHas9Bytes);
-    upload.takeResponse(nameSegment0);
+    upload.handleResponse(nameHas9Bytes);
+    upload.handleResponse(nameSegment0);
     QCOMPARE(sent(upload.timeOver()), (Frames{nameTimedOut, askName}));
 
     // The segment that was asked for may still come.
     const QByteArray endTransfer = bytes("80 08 10 00 00 00 00 08");
-    Step step = upload.takeResponse(nameHas9Bytes);
+    Step step = upload.handleResponse(nameHas9Bytes);
     QCOMPARE(sent(step), Frames{endTransfer});
     QCOMPARE(step.wait, 650);
-    QVERIFY(isNothing(upload.takeResponse(nameSegment1)));
+    QVERIFY(isNothing(upload.handleResponse(nameSegment1)));
     upload.setTime(650);
     QCOMPARE(sent(upload.timeOver()), Frames{askName});
     step = answer(&upload, nameReading);
@@ -668,7 +668,7 @@ void tst_SdoUpload::giveUpSendsAbort()
 
     // A device that sends and sends is not silent.
     upload.start(deviceName, DataType::VisibleString, 2);
-    upload.takeResponse(nameHas9Bytes);
+    upload.handleResponse(nameHas9Bytes);
     step = upload.giveUp();
     QVERIFY(step.finished);
     QCOMPARE(sent(step), Frames{bytes("80 08 10 00 00 00 00 08")});
@@ -680,15 +680,15 @@ void tst_SdoUpload::lateAnswerIsTaken()
     SdoUpload upload;
     upload.start(deviceType, DataType::Unsigned32, 2);
     upload.timeOver();
-    QVERIFY(upload.takeResponse(typeIs).finished);
+    QVERIFY(upload.handleResponse(typeIs).finished);
     QCOMPARE(upload.outcome().kind, Kind::Value);
     QCOMPARE(upload.outcome().value, QVariant(0x80020192u));
     QCOMPARE(upload.outcome().repeats, 1);
 
     // The answer to the repeated request comes during the next upload.
     upload.start({0x1001, 0}, DataType::Unsigned32, 2);
-    QVERIFY(isNothing(upload.takeResponse(typeIs)));
-    QVERIFY(upload.takeResponse(bytes("43 01 10 00 05 00 00 00")).finished);
+    QVERIFY(isNothing(upload.handleResponse(typeIs)));
+    QVERIFY(upload.handleResponse(bytes("43 01 10 00 05 00 00 00")).finished);
     QCOMPARE(upload.outcome().value, QVariant(5u));
 }
 
@@ -697,7 +697,7 @@ void tst_SdoUpload::lateAbortIsTaken()
     SdoUpload upload;
     upload.start(deviceType, DataType::Unsigned32, 2);
     upload.timeOver();
-    QVERIFY(upload.takeResponse(bytes("80 00 10 00 00 00 02 06")).finished);
+    QVERIFY(upload.handleResponse(bytes("80 00 10 00 00 00 02 06")).finished);
     QCOMPARE(upload.outcome().kind, Kind::Abort);
 }
 
@@ -708,12 +708,12 @@ void tst_SdoUpload::secondInitiateResponseBeforeSegments()
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
     upload.timeOver();
-    QCOMPARE(sent(upload.takeResponse(bytes("41 08 10 00 05 00 00 00"))), Frames{askSegment0});
-    const Step second = upload.takeResponse(nameHas9Bytes);
+    QCOMPARE(sent(upload.handleResponse(bytes("41 08 10 00 05 00 00 00"))), Frames{askSegment0});
+    const Step second = upload.handleResponse(nameHas9Bytes);
     QCOMPARE(second.frameCount, 0);
     QVERIFY(second.waitRestarts);
-    upload.takeResponse(nameSegment0);
-    QVERIFY(!upload.takeResponse(nameSegment1).finished);
+    upload.handleResponse(nameSegment0);
+    QVERIFY(!upload.handleResponse(nameSegment1).finished);
     QVERIFY(upload.isActive());
 }
 
@@ -722,10 +722,10 @@ void tst_SdoUpload::initiateResponseBetweenSegmentsIsDropped()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    upload.takeResponse(nameHas9Bytes);
-    upload.takeResponse(nameSegment0);
-    QVERIFY(isNothing(upload.takeResponse(nameHas9Bytes)));
-    QCOMPARE(upload.takeResponse(nameSegment1).wait, 650);
+    upload.handleResponse(nameHas9Bytes);
+    upload.handleResponse(nameSegment0);
+    QVERIFY(isNothing(upload.handleResponse(nameHas9Bytes)));
+    QCOMPARE(upload.handleResponse(nameSegment1).wait, 650);
 }
 
 // The upload before asked for a segment, was given up, and the segment comes when this one waits for its own.
@@ -733,15 +733,15 @@ void tst_SdoUpload::owedSegmentOfTheUploadBefore()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 0);
-    upload.takeResponse(nameHas9Bytes);
+    upload.handleResponse(nameHas9Bytes);
     QVERIFY(upload.timeOver().finished);
 
     upload.setTime(10);
     upload.start(deviceType, DataType::Unsigned32, 0);
-    const Step step = upload.takeResponse(bytes("41 00 10 00 04 00 00 00"));
+    const Step step = upload.handleResponse(bytes("41 00 10 00 04 00 00 00"));
     QCOMPARE(sent(step), Frames{bytes("80 00 10 00 00 00 00 08")}); // the server does not wait for us
     QCOMPARE(step.wait, 640);
-    QVERIFY(isNothing(upload.takeResponse(bytes("07 78 78 78 78 00 00 00"))));
+    QVERIFY(isNothing(upload.handleResponse(bytes("07 78 78 78 78 00 00 00"))));
     upload.setTime(650);
     QCOMPARE(sent(upload.timeOver()), Frames{askType});
 }
@@ -763,7 +763,7 @@ void tst_SdoUpload::copyOfTheUploadBeforeIsNotBelieved()
     upload.start(deviceType, DataType::Unsigned32, 0);
     QCOMPARE(sent(answer(&upload, {typeInSegments, otherSegment})), Frames{askType});
     QVERIFY(!answer(&upload, {typeInSegments, otherSegment}).finished); // two copies agree
-    QVERIFY(isNothing(upload.takeResponse(typeSegment)));
+    QVERIFY(isNothing(upload.handleResponse(typeSegment)));
     const Step step = answer(&upload, {typeInSegments, otherSegment});
     QVERIFY(!step.finished);
     QVERIFY(step.wait > 0);
@@ -811,7 +811,7 @@ void tst_SdoUpload::changingValueIsBelievedAfterSilence()
     QCOMPARE(step.frameCount, 0);
     QCOMPARE(step.wait, 650);
     if (!isSilent)
-        upload.takeResponse(bytes("07 05 00 00 00 00 00 00"));
+        upload.handleResponse(bytes("07 05 00 00 00 00 00 00"));
     upload.setTime(650);
     const Step end = upload.timeOver();
     QCOMPARE(end.finished, isSilent);
@@ -848,14 +848,14 @@ void tst_SdoUpload::babbleIsNeverBelieved()
     Step step = upload.start(deviceType, DataType::Unsigned32, 0);
     qint64 now = 0;
     while (!step.finished && now < 100000) {
-        upload.takeResponse(babble);
+        upload.handleResponse(babble);
         if (step.wait == 0) {
-            upload.takeResponse(initiate);
-            step = upload.takeResponse(babble);
+            upload.handleResponse(initiate);
+            step = upload.handleResponse(babble);
         }
         if (!step.finished && step.wait > 0) {
             for (int i = 0; i < 20; ++i)
-                upload.takeResponse(babble);
+                upload.handleResponse(babble);
             now += step.wait;
             upload.setTime(now);
             step = upload.timeOver();
@@ -871,10 +871,10 @@ void tst_SdoUpload::timeOverWhileTheLineClearsIsNoError()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    upload.takeResponse(nameHas9Bytes);
-    upload.takeResponse(nameSegment0);
-    upload.takeResponse(nameSegment0);
-    upload.takeResponse(nameSegment1);
+    upload.handleResponse(nameHas9Bytes);
+    upload.handleResponse(nameSegment0);
+    upload.handleResponse(nameSegment0);
+    upload.handleResponse(nameSegment1);
     const Step step = upload.giveUp();
     QVERIFY(step.finished);
     QCOMPARE(step.frameCount, 0);
@@ -885,12 +885,12 @@ void tst_SdoUpload::timeOverWhileTheLineClearsIsNoError()
 void tst_SdoUpload::answersAfterTheEndAreDropped()
 {
     SdoUpload upload;
-    QVERIFY(isNothing(upload.takeResponse(typeIs)));
+    QVERIFY(isNothing(upload.handleResponse(typeIs)));
     upload.start(deviceType, DataType::Unsigned32, 2);
-    upload.takeResponse(typeIs);
-    QVERIFY(isNothing(upload.takeResponse(bytes("43 00 10 00 00 00 00 00"))));
-    QVERIFY(isNothing(upload.takeResponse(bytes("80 00 10 00 00 00 02 06"))));
-    QVERIFY(isNothing(upload.takeForeignRequest(foreignAsksVersion)));
+    upload.handleResponse(typeIs);
+    QVERIFY(isNothing(upload.handleResponse(bytes("43 00 10 00 00 00 00 00"))));
+    QVERIFY(isNothing(upload.handleResponse(bytes("80 00 10 00 00 00 02 06"))));
+    QVERIFY(isNothing(upload.handleForeignRequest(foreignAsksVersion)));
     QCOMPARE(upload.outcome().value, QVariant(0x80020192u));
 }
 
@@ -900,7 +900,7 @@ void tst_SdoUpload::forgetSendsNothing()
     upload.start(deviceType, DataType::Unsigned32, 2);
     upload.forget();
     QVERIFY(!upload.isActive());
-    QVERIFY(isNothing(upload.takeResponse(typeIs)));
+    QVERIFY(isNothing(upload.handleResponse(typeIs)));
     QVERIFY(isNothing(upload.timeOver()));
 }
 
@@ -926,10 +926,10 @@ void tst_SdoUpload::dropsWhatIsNotOurs()
     QFETCH(QByteArray, payload);
     SdoUpload upload;
     upload.start(deviceType, DataType::Unsigned32, 2);
-    QVERIFY(isNothing(upload.takeResponse(payload)));
-    QVERIFY(isNothing(upload.takeResponse(payload)));
+    QVERIFY(isNothing(upload.handleResponse(payload)));
+    QVERIFY(isNothing(upload.handleResponse(payload)));
     QVERIFY(upload.isUnanswered());
-    QVERIFY(upload.takeResponse(typeIs).finished);
+    QVERIFY(upload.handleResponse(typeIs).finished);
     QCOMPARE(upload.outcome().value, QVariant(0x80020192u));
 }
 
@@ -939,14 +939,14 @@ void tst_SdoUpload::blockUpload()
     Step step = upload.start(deviceName, DataType::VisibleString, 2, SdoProtocol::Block);
     QCOMPARE(sent(step), Frames{askNameInBlocks});
     QVERIFY(step.waitRestarts);
-    step = upload.takeResponse(bytes("C6 08 10 00 09 00 00 00"));
+    step = upload.handleResponse(bytes("C6 08 10 00 09 00 00 00"));
     QCOMPARE(sent(step), Frames{blockStart});
-    step = upload.takeResponse(blockSegment1);
+    step = upload.handleResponse(blockSegment1);
     QCOMPARE(step.frameCount, 0);
     QVERIFY(step.waitRestarts);
-    step = upload.takeResponse(blockSegment2);
+    step = upload.handleResponse(blockSegment2);
     QCOMPARE(sent(step), Frames{bytes("A2 02 1F 00 00 00 00 00")});
-    step = upload.takeResponse(blockEnd);
+    step = upload.handleResponse(blockEnd);
     QVERIFY(step.finished);
     QCOMPARE(sent(step), Frames{blockEnded});
     QCOMPARE(upload.outcome().kind, Kind::Value);
@@ -959,7 +959,7 @@ void tst_SdoUpload::blockUploadOfSeveralBlocks()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::Domain, 2, SdoProtocol::Block);
-    upload.takeResponse(bytes("C0 08 10 00 00 00 00 00")); // neither size nor CRC
+    upload.handleResponse(bytes("C0 08 10 00 00 00 00 00")); // neither size nor CRC
     QByteArray expected;
     for (int reading = 0; reading < 2; ++reading) {
         expected.clear();
@@ -967,17 +967,17 @@ void tst_SdoUpload::blockUploadOfSeveralBlocks()
         for (int number = 1; number <= 31; ++number) {
             const QByteArray data(7, static_cast<char>(number));
             expected.append(data);
-            step = upload.takeResponse(static_cast<char>(number) + data);
+            step = upload.handleResponse(static_cast<char>(number) + data);
             QCOMPARE(step.frameCount, number == 31 ? 1 : 0);
         }
         QCOMPARE(sent(step), Frames{bytes("A2 1F 1F 00 00 00 00 00")});
         expected.append("x");
-        QCOMPARE(sent(upload.takeResponse(bytes("81 78 00 00 00 00 00 00"))),
+        QCOMPARE(sent(upload.handleResponse(bytes("81 78 00 00 00 00 00 00"))),
                  Frames{bytes("A2 01 1F 00 00 00 00 00")});
-        step = upload.takeResponse(bytes("D9 00 00 00 00 00 00 00")); // six bytes unused
+        step = upload.handleResponse(bytes("D9 00 00 00 00 00 00 00")); // six bytes unused
         if (reading == 0) {
             QCOMPARE(sent(step), (Frames{blockEnded, askNameInBlocks}));
-            upload.takeResponse(bytes("C0 08 10 00 00 00 00 00"));
+            upload.handleResponse(bytes("C0 08 10 00 00 00 00 00"));
         }
     }
     QCOMPARE(upload.outcome().kind, Kind::Value);
@@ -988,15 +988,15 @@ void tst_SdoUpload::blockSegmentThatIsLostComesAgain()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2, SdoProtocol::Block);
-    upload.takeResponse(bytes("C6 08 10 00 10 00 00 00"));
-    upload.takeResponse(blockSegment1);
+    upload.handleResponse(bytes("C6 08 10 00 10 00 00 00"));
+    upload.handleResponse(blockSegment1);
     // The second one is lost; the third and last one is dropped, and only the first confirmed.
-    QCOMPARE(sent(upload.takeResponse(bytes("83 4F 50 00 00 00 00 00"))),
+    QCOMPARE(sent(upload.handleResponse(bytes("83 4F 50 00 00 00 00 00"))),
              Frames{bytes("A2 01 1F 00 00 00 00 00")});
-    QCOMPARE(upload.takeResponse(bytes("01 48 49 4A 4B 4C 4D 4E")).frameCount, 0);
-    QCOMPARE(sent(upload.takeResponse(bytes("82 4F 50 00 00 00 00 00"))),
+    QCOMPARE(upload.handleResponse(bytes("01 48 49 4A 4B 4C 4D 4E")).frameCount, 0);
+    QCOMPARE(sent(upload.handleResponse(bytes("82 4F 50 00 00 00 00 00"))),
              Frames{bytes("A2 02 1F 00 00 00 00 00")});
-    const Step step = upload.takeResponse(bytes("D5 80 60 00 00 00 00 00"));
+    const Step step = upload.handleResponse(bytes("D5 80 60 00 00 00 00 00"));
     QVERIFY(step.finished);
     QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHIJKLMNOP")));
 }
@@ -1017,11 +1017,11 @@ void tst_SdoUpload::blockInTroubleIsReadTwice()
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2, SdoProtocol::Block);
     const Frames reading{bytes("C6 08 10 00 09 00 00 00"), blockSegment1, blockSegment2, blockEnd};
-    upload.takeResponse(reading.at(0));
-    upload.takeResponse(blockSegment1);
-    QVERIFY(isNothing(upload.takeResponse(blockSegment1))); // doubled
-    upload.takeResponse(blockSegment2);
-    const Step step = upload.takeResponse(blockEnd);
+    upload.handleResponse(reading.at(0));
+    upload.handleResponse(blockSegment1);
+    QVERIFY(isNothing(upload.handleResponse(blockSegment1))); // doubled
+    upload.handleResponse(blockSegment2);
+    const Step step = upload.handleResponse(blockEnd);
     QCOMPARE(sent(step), Frames{blockEnded});
     QCOMPARE(step.wait, 650);
     upload.setTime(650);
@@ -1034,7 +1034,7 @@ void tst_SdoUpload::blockAnswerByThePlainProtocol()
 {
     SdoUpload upload;
     upload.start(deviceType, DataType::Domain, 2, SdoProtocol::Block);
-    QVERIFY(upload.takeResponse(typeIs).finished);
+    QVERIFY(upload.handleResponse(typeIs).finished);
     QCOMPARE(upload.outcome().value, QVariant(bytes("92 01 02 80")));
 }
 
@@ -1053,7 +1053,7 @@ void tst_SdoUpload::refusedBlockUploadFallsBack()
     QFETCH(QByteArray, nextRequest);
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2, SdoProtocol::Block);
-    QCOMPARE(sent(upload.takeResponse(abort)), Frames{askName});
+    QCOMPARE(sent(upload.handleResponse(abort)), Frames{askName});
     QVERIFY(answerTwice(&upload, nameReading).finished);
     QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
     QCOMPARE(upload.outcome().repeats, 0);
@@ -1103,13 +1103,13 @@ void tst_SdoUpload::silenceInABlockIsToldTheLastSegment()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2, SdoProtocol::Block);
-    upload.takeResponse(bytes("C6 08 10 00 09 00 00 00"));
-    upload.takeResponse(blockSegment1);
+    upload.handleResponse(bytes("C6 08 10 00 09 00 00 00"));
+    upload.handleResponse(blockSegment1);
     const Step step = upload.timeOver();
     QCOMPARE(sent(step), Frames{bytes("A2 01 1F 00 00 00 00 00")});
     QVERIFY(step.waitRestarts);
     // The rest comes as a block of its own.
-    QCOMPARE(sent(upload.takeResponse(bytes("81 48 49 00 00 00 00 00"))),
+    QCOMPARE(sent(upload.handleResponse(bytes("81 48 49 00 00 00 00 00"))),
              Frames{bytes("A2 01 1F 00 00 00 00 00")});
     // A server that says nothing any more is given up.
     for (int i = 0; i < 4; ++i)
@@ -1132,11 +1132,11 @@ void tst_SdoUpload::abortInABlockFallsBack()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2, SdoProtocol::Block);
-    upload.takeResponse(bytes("C6 08 10 00 09 00 00 00"));
+    upload.handleResponse(bytes("C6 08 10 00 09 00 00 00"));
     // The number of a last segment is no abort.
-    QCOMPARE(upload.takeResponse(bytes("89 08 10 00 00 00 00 08")).frameCount, 0);
+    QCOMPARE(upload.handleResponse(bytes("89 08 10 00 00 00 00 08")).frameCount, 0);
     QVERIFY(upload.isActive());
-    const Step step = upload.takeResponse(bytes("80 08 10 00 00 00 00 08"));
+    const Step step = upload.handleResponse(bytes("80 08 10 00 00 00 00 08"));
     QVERIFY(!step.finished);
     QCOMPARE(step.wait, 650);
 }
@@ -1145,11 +1145,11 @@ void tst_SdoUpload::longBlockEnds()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::Domain, 2, SdoProtocol::Block);
-    upload.takeResponse(bytes("C4 08 10 00 00 00 00 00"));
+    upload.handleResponse(bytes("C4 08 10 00 00 00 00 00"));
     int segments = 0;
     Step step;
     while (step.wait == 0 && segments < 20000) {
-        step = upload.takeResponse(static_cast<char>(segments % 31 + 1) + QByteArray(7, 'x'));
+        step = upload.handleResponse(static_cast<char>(segments % 31 + 1) + QByteArray(7, 'x'));
         ++segments;
     }
     QCOMPARE(segments, 65536 / 7 + 2);
@@ -1160,7 +1160,7 @@ void tst_SdoUpload::cancelAbortsATransfer()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    upload.takeResponse(nameHas9Bytes);
+    upload.handleResponse(nameHas9Bytes);
     const Step step = upload.cancel();
     QVERIFY(step.finished);
     QCOMPARE(sent(step), Frames{bytes("80 08 10 00 00 00 00 08")});
@@ -1172,9 +1172,9 @@ void tst_SdoUpload::foreignExpeditedUploadChangesNothing()
 {
     SdoUpload upload;
     upload.start(deviceType, DataType::Unsigned32, 2);
-    QVERIFY(isNothing(upload.takeForeignRequest(foreignAsksVersion)));
-    QVERIFY(isNothing(upload.takeResponse(versionIsExpedited)));
-    QVERIFY(upload.takeResponse(typeIs).finished);
+    QVERIFY(isNothing(upload.handleForeignRequest(foreignAsksVersion)));
+    QVERIFY(isNothing(upload.handleResponse(versionIsExpedited)));
+    QVERIFY(upload.handleResponse(typeIs).finished);
     QCOMPARE(upload.outcome().value, QVariant(0x80020192u));
 }
 
@@ -1182,21 +1182,21 @@ void tst_SdoUpload::foreignRequestBetweenSegmentsRestarts()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    upload.takeResponse(nameHas9Bytes);
-    upload.takeResponse(nameSegment0);
+    upload.handleResponse(nameHas9Bytes);
+    upload.handleResponse(nameSegment0);
     // The other client takes the server over for a segmented upload of its own.
-    Step step = upload.takeForeignRequest(foreignAsksVersion);
+    Step step = upload.handleForeignRequest(foreignAsksVersion);
     QCOMPARE(step.frameCount, 0);
     QVERIFY(step.waitRestarts);
-    QCOMPARE(upload.takeResponse(bytes("41 09 10 00 0A 00 00 00")).frameCount, 0);
-    QCOMPARE(upload.takeForeignRequest(askSegment0).frameCount, 0);
-    QCOMPARE(upload.takeResponse(bytes("00 78 78 78 78 78 78 78")).frameCount, 0);
-    QCOMPARE(upload.takeForeignRequest(askSegment1).frameCount, 0);
-    step = upload.takeResponse(bytes("19 78 78 78 00 00 00 00"));
+    QCOMPARE(upload.handleResponse(bytes("41 09 10 00 0A 00 00 00")).frameCount, 0);
+    QCOMPARE(upload.handleForeignRequest(askSegment0).frameCount, 0);
+    QCOMPARE(upload.handleResponse(bytes("00 78 78 78 78 78 78 78")).frameCount, 0);
+    QCOMPARE(upload.handleForeignRequest(askSegment1).frameCount, 0);
+    step = upload.handleResponse(bytes("19 78 78 78 00 00 00 00"));
     QCOMPARE(sent(step), Frames{askName}); // without an abort: the server is free
 
     // Our segment request may have been answered for either transfer.
-    QCOMPARE(upload.takeResponse(nameHas9Bytes).wait, 650);
+    QCOMPARE(upload.handleResponse(nameHas9Bytes).wait, 650);
     upload.setTime(650);
     QCOMPARE(sent(upload.timeOver()), Frames{askName});
     QVERIFY(answerTwice(&upload, nameReading).finished);
@@ -1210,9 +1210,9 @@ void tst_SdoUpload::foreignRequestBeforeSegmentsRestarts()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    QVERIFY(isNothing(upload.takeForeignRequest(foreignAsksVersion)));
-    QCOMPARE(upload.takeResponse(nameHas9Bytes).frameCount, 0);
-    const Step step = upload.takeResponse(versionIsExpedited);
+    QVERIFY(isNothing(upload.handleForeignRequest(foreignAsksVersion)));
+    QCOMPARE(upload.handleResponse(nameHas9Bytes).frameCount, 0);
+    const Step step = upload.handleResponse(versionIsExpedited);
     QCOMPARE(sent(step), Frames{askName});
     QVERIFY(answerTwice(&upload, nameReading).finished);
     QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
@@ -1222,13 +1222,13 @@ void tst_SdoUpload::foreignDownloadOfOurObjectRestarts()
 {
     SdoUpload upload;
     upload.start(deviceType, DataType::Unsigned32, 2);
-    QCOMPARE(upload.takeForeignRequest(bytes("23 00 10 00 01 00 00 00")).frameCount, 0);
-    QCOMPARE(upload.takeResponse(typeIs).frameCount, 0);
+    QCOMPARE(upload.handleForeignRequest(bytes("23 00 10 00 01 00 00 00")).frameCount, 0);
+    QCOMPARE(upload.handleResponse(typeIs).frameCount, 0);
     // The object can only be read: the abort with our multiplexer is the other client's.
-    const Step step = upload.takeResponse(bytes("80 00 10 00 02 00 01 06"));
+    const Step step = upload.handleResponse(bytes("80 00 10 00 02 00 01 06"));
     QVERIFY(!step.finished);
     QCOMPARE(sent(step), Frames{askType});
-    QVERIFY(upload.takeResponse(typeIs).finished);
+    QVERIFY(upload.handleResponse(typeIs).finished);
     QCOMPARE(upload.outcome().kind, Kind::Value);
 }
 
@@ -1237,12 +1237,12 @@ void tst_SdoUpload::foreignSegmentMakesAbortUnclear()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    QVERIFY(isNothing(upload.takeForeignRequest(askSegment1)));
-    const Step step = upload.takeResponse(bytes("80 08 10 00 00 00 03 05"));
+    QVERIFY(isNothing(upload.handleForeignRequest(askSegment1)));
+    const Step step = upload.handleResponse(bytes("80 08 10 00 00 00 03 05"));
     QVERIFY(!step.finished);
     QCOMPARE(sent(step), Frames{askName});
     // Without another client the same abort counts.
-    QVERIFY(upload.takeResponse(bytes("80 08 10 00 00 00 03 05")).finished);
+    QVERIFY(upload.handleResponse(bytes("80 08 10 00 00 00 03 05")).finished);
     QCOMPARE(upload.outcome().kind, Kind::Abort);
     QCOMPARE(upload.outcome().code, 0x05030000u);
 }
@@ -1251,8 +1251,8 @@ void tst_SdoUpload::foreignAbortRestartsSegments()
 {
     SdoUpload upload;
     upload.start(deviceName, DataType::VisibleString, 2);
-    upload.takeResponse(nameHas9Bytes);
-    const Step step = upload.takeForeignRequest(bytes("80 09 10 00 00 00 04 05"));
+    upload.handleResponse(nameHas9Bytes);
+    const Step step = upload.handleForeignRequest(bytes("80 09 10 00 00 00 04 05"));
     QCOMPARE(sent(step), Frames{askName});
 }
 
@@ -1260,38 +1260,38 @@ void tst_SdoUpload::foreignBlockUploadIsWaitedFor()
 {
     SdoUpload upload;
     upload.start(deviceType, DataType::Unsigned32, 2);
-    upload.takeForeignRequest(bytes("A0 09 10 00 7F 00 00 00"));
-    upload.takeResponse(bytes("C2 09 10 00 0E 00 00 00"));
-    upload.takeForeignRequest(bytes("A3 00 00 00 00 00 00 00"));
+    upload.handleForeignRequest(bytes("A0 09 10 00 7F 00 00 00"));
+    upload.handleResponse(bytes("C2 09 10 00 0E 00 00 00"));
+    upload.handleForeignRequest(bytes("A3 00 00 00 00 00 00 00"));
     // The 67th segment of the block looks like an answer to us.
-    QVERIFY(!upload.takeResponse(bytes("43 00 10 00 11 11 11 11")).finished);
-    upload.takeForeignRequest(bytes("A2 43 7F 00 00 00 00 00"));
-    upload.takeResponse(bytes("C1 00 00 00 00 00 00 00"));
-    QCOMPARE(sent(upload.takeForeignRequest(bytes("A1 00 00 00 00 00 00 00"))), Frames{askType});
-    QVERIFY(upload.takeResponse(typeIs).finished);
+    QVERIFY(!upload.handleResponse(bytes("43 00 10 00 11 11 11 11")).finished);
+    upload.handleForeignRequest(bytes("A2 43 7F 00 00 00 00 00"));
+    upload.handleResponse(bytes("C1 00 00 00 00 00 00 00"));
+    QCOMPARE(sent(upload.handleForeignRequest(bytes("A1 00 00 00 00 00 00 00"))), Frames{askType});
+    QVERIFY(upload.handleResponse(typeIs).finished);
     QCOMPARE(upload.outcome().value, QVariant(0x80020192u));
 }
 
 void tst_SdoUpload::foreignTransferBeforeStartIsWaitedFor()
 {
     SdoUpload upload;
-    upload.takeForeignRequest(foreignAsksVersion);
-    upload.takeResponse(bytes("41 09 10 00 0A 00 00 00"));
-    upload.takeForeignRequest(askSegment0);
+    upload.handleForeignRequest(foreignAsksVersion);
+    upload.handleResponse(bytes("41 09 10 00 0A 00 00 00"));
+    upload.handleForeignRequest(askSegment0);
     const Step start = upload.start(deviceType, DataType::Unsigned32, 2);
     QCOMPARE(start.frameCount, 0);
     QVERIFY(start.waitRestarts);
     QVERIFY(upload.isActive());
-    QCOMPARE(sent(upload.takeResponse(bytes("01 78 78 78 78 78 78 78"))), Frames{askType});
-    QVERIFY(upload.takeResponse(typeIs).finished);
+    QCOMPARE(sent(upload.handleResponse(bytes("01 78 78 78 78 78 78 78"))), Frames{askType});
+    QVERIFY(upload.handleResponse(typeIs).finished);
 }
 
 void tst_SdoUpload::foreignDownloadAnsweredAfterStart()
 {
     SdoUpload upload;
-    upload.takeForeignRequest(bytes("23 00 10 00 01 00 00 00"));
+    upload.handleForeignRequest(bytes("23 00 10 00 01 00 00 00"));
     upload.start(deviceType, DataType::Unsigned32, 2);
-    const Step step = upload.takeResponse(bytes("80 00 10 00 02 00 01 06"));
+    const Step step = upload.handleResponse(bytes("80 00 10 00 02 00 01 06"));
     QVERIFY(!step.finished);
     QCOMPARE(sent(step), Frames{askType});
 }
@@ -1299,13 +1299,13 @@ void tst_SdoUpload::foreignDownloadAnsweredAfterStart()
 void tst_SdoUpload::silentForeignTransferIsNotWaitedForTwice()
 {
     SdoUpload upload;
-    upload.takeForeignRequest(askSegment0); // and nothing more of it
+    upload.handleForeignRequest(askSegment0); // and nothing more of it
     upload.start(deviceType, DataType::Unsigned32, 0);
     const Step step = upload.timeOver();
     QVERIFY(!step.finished);
     QCOMPARE(sent(step), Frames{askType});
     QCOMPARE(upload.attempt(), 0); // the device has not been asked before
-    upload.takeResponse(typeIs);
+    upload.handleResponse(typeIs);
     QCOMPARE(upload.outcome().kind, Kind::Value);
     QCOMPARE(sent(upload.start(deviceType, DataType::Unsigned32, 0)), Frames{askType});
 }
@@ -1314,8 +1314,8 @@ void tst_SdoUpload::foreignTransferIsNotAborted()
 {
     SdoUpload upload;
     upload.start(deviceType, DataType::Unsigned32, 1);
-    upload.takeForeignRequest(foreignAsksVersion);
-    upload.takeResponse(bytes("41 09 10 00 0A 00 00 00"));
+    upload.handleForeignRequest(foreignAsksVersion);
+    upload.handleResponse(bytes("41 09 10 00 0A 00 00 00"));
     QCOMPARE(sent(upload.timeOver()), Frames{askType});
 }
 
@@ -1328,10 +1328,10 @@ void tst_SdoUpload::endlessForeignTransfersEnd()
     while (!step.finished && rounds < 100) {
         ++rounds;
         upload.setTime(1000 * rounds);
-        upload.takeResponse(nameHas9Bytes);
-        step = upload.takeForeignRequest(foreignAsksVersion);
+        upload.handleResponse(nameHas9Bytes);
+        step = upload.handleForeignRequest(foreignAsksVersion);
         if (!step.finished)
-            upload.takeResponse(versionIsExpedited);
+            upload.handleResponse(versionIsExpedited);
     }
     QCOMPARE(rounds, 11);
     QCOMPARE(upload.outcome().kind, Kind::Error);
@@ -1342,7 +1342,7 @@ void tst_SdoUpload::endlessForeignTransfersEnd()
 void tst_SdoUpload::foreignTransferLongerThanOurTime()
 {
     SdoUpload upload;
-    upload.takeForeignRequest(askSegment0);
+    upload.handleForeignRequest(askSegment0);
     upload.start(deviceType, DataType::Unsigned32, 2);
     const Step step = upload.giveUp();
     QVERIFY(step.finished);

@@ -41,10 +41,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
         const quint8 step = reader.byte();
         switch (step & 0x03) {
         case 0:
-            transfer.takeRequest(reader.payload());
+            transfer.handleRequest(reader.payload());
             break;
         case 1:
-            transfer.takeResponse(reader.payload());
+            transfer.handleResponse(reader.payload());
             break;
         case 2:
             now += reader.word();

@@ -11,7 +11,7 @@ namespace {
 
 bool areEqual(const NodeStore &a, const NodeStore &b)
 {
-    for (int node = 0; node < NodeStore::NodeCount; ++node) {
+    for (int node = 0; node < NodeStore::nodeCount; ++node) {
         if (a.objects(static_cast<quint8>(node)) != b.objects(static_cast<quint8>(node)))
             return false;
     }

@@ -50,7 +50,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
             step = upload.start(key, type, action >> 6);
             break;
         case 1:
-            step = upload.takeForeignRequest(reader.payload());
+            step = upload.handleForeignRequest(reader.payload());
             break;
         case 2:
             if (upload.isActive())
@@ -67,11 +67,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
             payload[1] = static_cast<char>(key.index & 0xFF);
             payload[2] = static_cast<char>(key.index >> 8);
             payload[3] = static_cast<char>(key.subIndex);
-            step = upload.takeResponse(payload);
+            step = upload.handleResponse(payload);
             break;
         }
         default:
-            step = upload.takeResponse(reader.payload());
+            step = upload.handleResponse(reader.payload());
         }
         checkStep(upload, step, key, type);
     }

@@ -17,8 +17,8 @@ void read(ShownVehicle *vehicle, bool isComplete = true)
 {
     vehicle->setConnected(true);
     vehicle->beginRead();
-    vehicle->takeValue(1, 0x1018, 4, 1104001u);
-    vehicle->takeValue(4, 0x6000, 1, 7u);
+    vehicle->handleValue(1, 0x1018, 4, 1104001u);
+    vehicle->handleValue(4, 0x6000, 1, 7u);
     vehicle->endRead(isComplete, morning);
 }
 
@@ -77,8 +77,8 @@ void tst_ShownVehicle::titleWithoutASerialNumber()
 {
     ShownVehicle vehicle;
     vehicle.beginRead();
-    vehicle.takeValue(4, 0x1018, 4, 77u); // not the controller's
-    vehicle.takeValue(1, 0x1018, 3, 78u); // not the serial number
+    vehicle.handleValue(4, 0x1018, 4, 77u); // not the controller's
+    vehicle.handleValue(1, 0x1018, 3, 78u); // not the serial number
     vehicle.endRead(true, morning);
     QCOMPARE(vehicle.title(), QStringLiteral("Vehicle without a serial number, read on 3 Sep 2026 10:12:00"));
 }
@@ -88,7 +88,7 @@ void tst_ShownVehicle::titleDuringARead()
     ShownVehicle vehicle;
     vehicle.beginRead();
     QCOMPARE(vehicle.title(), QString());
-    vehicle.takeValue(1, 0x1018, 4, 1104001u);
+    vehicle.handleValue(1, 0x1018, 4, 1104001u);
     QCOMPARE(vehicle.title(), QStringLiteral("Vehicle 1104001, is being read"));
 }
 
@@ -110,13 +110,13 @@ void tst_ShownVehicle::unsavedUntilSaved()
     ShownVehicle vehicle;
     vehicle.beginRead();
     QVERIFY(!vehicle.isUnsaved()); // nothing to lose yet
-    vehicle.takeValue(1, 0x1000, 0, 5u);
+    vehicle.handleValue(1, 0x1000, 0, 5u);
     QVERIFY(vehicle.isUnsaved());
     vehicle.endRead(false, morning);
     QVERIFY(vehicle.isUnsaved());
     vehicle.noteSaved(QStringLiteral("/x.dxxml"));
     QVERIFY(!vehicle.isUnsaved());
-    vehicle.takeValue(1, 0x1000, 0, 6u);
+    vehicle.handleValue(1, 0x1000, 0, 6u);
     QVERIFY(vehicle.isUnsaved());
     vehicle.showFile(QStringLiteral("/y.dxxml"), NodeStore(), QDateTime());
     QVERIFY(!vehicle.isUnsaved());
@@ -207,7 +207,7 @@ void tst_ShownVehicle::suggestsAFileName()
     read(&vehicle);
     QCOMPARE(vehicle.suggestedFileName(), QStringLiteral("1104001 2026-09-03 10-12.dxxml"));
     vehicle.beginRead();
-    vehicle.takeValue(1, 0x1000, 0, 5u);
+    vehicle.handleValue(1, 0x1000, 0, 5u);
     vehicle.endRead(true, morning);
     QCOMPARE(vehicle.suggestedFileName(), QStringLiteral("vehicle 2026-09-03 10-12.dxxml"));
 }

@@ -40,7 +40,7 @@ QString contents(const NodeStore &store)
     QString text = QStringLiteral("nodes");
     for (const quint8 nodeId : store.nodeList())
         text += QStringLiteral(" %1").arg(nodeId);
-    for (int nodeId = 0; nodeId < NodeStore::NodeCount; ++nodeId) {
+    for (int nodeId = 0; nodeId < NodeStore::nodeCount; ++nodeId) {
         const ObjectMap &objects = store.objects(static_cast<quint8>(nodeId));
         for (auto entry = objects.constBegin(); entry != objects.constEnd(); ++entry)
             text += QStringLiteral("; %1: %2h %3 = %4")

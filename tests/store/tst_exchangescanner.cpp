@@ -26,7 +26,7 @@ QStringList contents(const NodeStore &store)
     QStringList lines;
     for (const quint8 nodeId : store.nodeList())
         lines << QStringLiteral("listed %1").arg(nodeId);
-    for (int nodeId = 0; nodeId < NodeStore::NodeCount; ++nodeId) {
+    for (int nodeId = 0; nodeId < NodeStore::nodeCount; ++nodeId) {
         const ObjectMap &objects = store.objects(static_cast<quint8>(nodeId));
         for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
             lines << QStringLiteral("%1: %2 %3 = %4 (%5)")
@@ -136,7 +136,7 @@ void tst_ExchangeScanner::endsCountLikeStarts()
 void tst_ExchangeScanner::whatIsWrittenNeedsNoParser()
 {
     NodeStore store;
-    for (int nodeId = 1; nodeId < NodeStore::NodeCount; ++nodeId) {
+    for (int nodeId = 1; nodeId < NodeStore::nodeCount; ++nodeId) {
         store.appendNode(static_cast<quint8>(nodeId));
         store.setValue(static_cast<quint8>(nodeId), 0x1018, 4, QVariant(0xFFFFFFFFu));
     }

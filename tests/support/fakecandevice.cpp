@@ -21,7 +21,7 @@ bool FakeCanDevice::writeFrame(const QCanBusFrame &frame)
         return false;
     }
 
-    switch (m_sending) {
+    switch (m_isSending) {
     case Sending::AtOnce:
         putOnBus(frame);
         emit framesWritten(1);

@@ -26,7 +26,7 @@ public:
     explicit FakeCanDevice(QObject *parent = nullptr);
 
     void setConnecting(Connecting connecting) { m_connecting = connecting; }
-    void setSending(Sending sending) { m_sending = sending; }
+    void setSending(Sending sending) { m_isSending = sending; }
 
     /*! Frames in the queue beyond which writeFrame() refuses; 0: no limit. */
     void setQueueLimit(int frames) { m_queueLimit = frames; }
@@ -72,7 +72,7 @@ private:
     void drain();
 
     Connecting m_connecting = Connecting::AtOnce;
-    Sending m_sending = Sending::AtOnce;
+    Sending m_isSending = Sending::AtOnce;
     int m_queueLimit = 0;
     int m_failEvery = 0;
     int m_loseEvery = 0;

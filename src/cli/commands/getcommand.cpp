@@ -23,8 +23,8 @@ struct Tr
     Q_DECLARE_TR_FUNCTIONS(GetCommand)
 };
 
-const QString typeOption = QStringLiteral("type");
-const QString jsonOption = QStringLiteral("json");
+constexpr QLatin1String typeOption("type");
+constexpr QLatin1String jsonOption("json");
 
 /*! "1018", "1018h" and "0x1018". */
 std::optional<quint16> parseIndex(QString text)

@@ -24,8 +24,8 @@ struct Tr
     Q_DECLARE_TR_FUNCTIONS(ReadCommand)
 };
 
-const QString exportOption = QStringLiteral("export");
-const QString reportOption = QStringLiteral("report");
+constexpr QLatin1String exportOption("export");
+constexpr QLatin1String reportOption("report");
 
 /*! The objects that identify a device (CiA 301). */
 constexpr quint16 deviceTypeIndex = 0x1000;

@@ -17,7 +17,7 @@ struct Tr
     Q_DECLARE_TR_FUNCTIONS(ReportCommand)
 };
 
-const QString outputOption = QStringLiteral("output");
+constexpr QLatin1String outputOption("output");
 
 ExitStatus report(const QString &fileName, const QString &folder)
 {

@@ -18,7 +18,7 @@ struct Tr
     Q_DECLARE_TR_FUNCTIONS(ShowCommand)
 };
 
-const QString jsonOption = QStringLiteral("json");
+constexpr QLatin1String jsonOption("json");
 
 /*! People look for components; nodes without one are left out. */
 QVector<ListedNode> withComponents(QVector<ListedNode> nodes)

@@ -6,9 +6,9 @@
 
 namespace {
 
-const QString helpOption = QStringLiteral("help");
-const QString busOption = QStringLiteral("bus");
-const QString bitRateOption = QStringLiteral("bitrate");
+constexpr QLatin1String helpOption("help");
+constexpr QLatin1String busOption("bus");
+constexpr QLatin1String bitRateOption("bitrate");
 
 QString withoutLineEnd(QString text)
 {

@@ -19,10 +19,10 @@ struct Tr
     Q_DECLARE_TR_FUNCTIONS(Language)
 };
 
-const QString languageOption = QStringLiteral("language");
-const QString sourceLanguage = QStringLiteral("en");
-const QString filePrefix = QStringLiteral("pl_overview_");
-const QString fileSuffix = QStringLiteral(".qm");
+constexpr QLatin1String languageOption("language");
+constexpr QLatin1String sourceLanguage("en");
+constexpr QLatin1String filePrefix("pl_overview_");
+constexpr QLatin1String fileSuffix(".qm");
 
 QStringList availableLanguages()
 {

@@ -12,7 +12,7 @@ struct Tr
     Q_DECLARE_TR_FUNCTIONS(NodeOption)
 };
 
-const QString nodeOption = QStringLiteral("node");
+constexpr QLatin1String nodeOption("node");
 
 constexpr int firstNodeId = 1;
 constexpr int lastNodeId = 127;

@@ -13,8 +13,8 @@ struct Tr
     Q_DECLARE_TR_FUNCTIONS(PatienceOptions)
 };
 
-const QString timeoutOption = QStringLiteral("timeout");
-const QString retriesOption = QStringLiteral("retries");
+constexpr QLatin1String timeoutOption("timeout");
+constexpr QLatin1String retriesOption("retries");
 
 constexpr int longestTimeout = 60000; // ms
 constexpr int mostRetries = 100;

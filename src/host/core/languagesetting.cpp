@@ -7,9 +7,9 @@
 
 namespace {
 
-const QString sourceLanguage = QStringLiteral("en");
-const QString filePrefix = QStringLiteral("draxel_");
-const QString fileSuffix = QStringLiteral(".qm");
+constexpr QLatin1String sourceLanguage("en");
+constexpr QLatin1String filePrefix("draxel_");
+constexpr QLatin1String fileSuffix(".qm");
 
 } // namespace
 

@@ -85,7 +85,7 @@ void ShownVehicle::beginRead()
     emit changed();
 }
 
-void ShownVehicle::takeValue(quint8 nodeId, quint16 index, quint8 subIndex, const QVariant &value)
+void ShownVehicle::handleValue(quint8 nodeId, quint16 index, quint8 subIndex, const QVariant &value)
 {
     const bool wasUnsaved = isUnsaved();
     m_source = Source::Bus;

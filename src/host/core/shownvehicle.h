@@ -56,7 +56,7 @@ public:
 public slots:
     /*! A read begins and clears what was shown. */
     void beginRead();
-    void takeValue(quint8 nodeId, quint16 index, quint8 subIndex, const QVariant &value);
+    void handleValue(quint8 nodeId, quint16 index, quint8 subIndex, const QVariant &value);
     /*! A read ended at \a time. */
     void endRead(bool isComplete, const QDateTime &time);
     /*! The values of \a store, from a file; \a date is that of its export, invalid when unknown. */

@@ -18,7 +18,7 @@ VehicleWatch::VehicleWatch(HostServices *services, ShownVehicle *vehicle, QObjec
     connect(&bus.heartbeats(), &CanOpen::HeartbeatConsumer::nodeLost, this,
             &VehicleWatch::lookForSilentNodes);
     connect(&services->reads(), &ReadObserver::detectionStarted, vehicle, &ShownVehicle::beginRead);
-    connect(&services->sdoClient(), &HostSdoClient::resultReceived, vehicle, &ShownVehicle::takeValue);
+    connect(&services->sdoClient(), &HostSdoClient::resultReceived, vehicle, &ShownVehicle::handleValue);
     connect(&services->reads(), &ReadObserver::readEnded, this, [this](const ReadSummary &summary) {
         m_vehicle->endRead(summary.end == ReadSummary::End::Complete, m_clock());
         lookForSilentNodes();
