@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "busconnection.h"
 
-#include <canopen/canport.h>
-#include <canopen/sdoabort.h>
-#include <system/systemerrortext.h>
+#include "buswords.h"
 
-#include <QCanBus>
+#include <canopen/canport.h>
+
 #include <QCanBusDevice>
 #include <QLoggingCategory>
 #include <QPointer>
@@ -18,27 +17,17 @@ using namespace std::chrono_literals;
 
 constexpr auto retryInterval = 1000ms;
 
-/*! The other back ends need a bit rate to open at all, and bring a default of their own. */
-bool isConfiguredOutside(const QString &plugin)
-{
-    return plugin == QLatin1String("socketcan");
-}
-
-QCanBusDevice *createDevice(const QString &plugin, const QString &interfaceName, QString *errorMessage)
-{
-    return QCanBus::instance()->createDevice(plugin, interfaceName, errorMessage);
-}
-
 } // namespace
 
 BusConnection::BusConnection(QObject *parent)
     : QObject(parent)
-    , m_factory(createDevice)
     , m_sdoClient([this](const QCanBusFrame &frame) { return send(frame); })
 {
     m_retryTimer.setInterval(retryInterval);
     connect(&m_retryTimer, &QTimer::timeout, this, &BusConnection::tryAgain);
-    connect(&m_watch, &InterfaceWatch::lost, this, &BusConnection::handleLoss);
+    connect(&m_watch, &InterfaceWatch::lost, this, [this](InterfaceWatch::Presence presence) {
+        handleLoss(BusWords::presence(presence, m_settings));
+    });
     connect(&m_watch, &InterfaceWatch::returned, this, &BusConnection::tryAgain);
     connect(&m_sdoClient, &CanOpen::SdoClient::finished, this, [this](const CanOpen::SdoOutcome &outcome) {
         m_counters.uploadRepeats += static_cast<quint64>(outcome.repeats);
@@ -117,16 +106,14 @@ CanOpen::Sending BusConnection::send(const QCanBusFrame &frame)
 
 BusConnection::Attempt BusConnection::open(QString *errorMessage)
 {
-    if (!configureInterface(errorMessage))
-        return Attempt::Failed;
-    std::unique_ptr<CanOpen::CanPort> port = makePort(errorMessage);
+    std::unique_ptr<CanOpen::CanPort> port = m_opener.makePort(m_settings, errorMessage);
     if (port == nullptr)
         return Attempt::Failed;
 
     // Back ends may process events while they connect: a click on Disconnect, or the end of this object.
     const QPointer<BusConnection> alive(this);
     const quint64 generation = m_generation;
-    const BusAddress address = m_settings.address;
+    const BusSettings settings = m_settings;
     m_isOpening = true;
     QString reason;
     const bool isOpen = port->open(&reason);
@@ -136,73 +123,20 @@ BusConnection::Attempt BusConnection::open(QString *errorMessage)
     if (generation != m_generation)
         return Attempt::Superseded;
     if (!isOpen) {
-        *errorMessage = tr("The bus %1 cannot be opened: %2").arg(address.toString(), reason);
+        *errorMessage = BusWords::cannotBeOpened(settings.address, reason);
         return Attempt::Failed;
     }
 
     // A SocketCAN interface that is down opens without complaint and stays silent.
-    const InterfaceWatch::Presence presence = m_watch.look(address);
+    const InterfaceWatch::Presence presence = m_watch.look(settings.address);
     if (presence == InterfaceWatch::Presence::Down || presence == InterfaceWatch::Presence::Missing) {
         *errorMessage = tr("The bus %1 cannot be used. %2")
-                            .arg(address.toString(), InterfaceWatch::describe(presence, address));
+                            .arg(settings.address.toString(), BusWords::presence(presence, settings));
         return Attempt::Failed;
     }
     adoptPort(std::move(port));
-    m_watch.start(address);
+    m_watch.start(settings.address);
     return Attempt::Opened;
-}
-
-bool BusConnection::configureInterface(QString *errorMessage) const
-{
-    const BusAddress &address = m_settings.address;
-    if (!m_settings.bitRate || !isConfiguredOutside(address.plugin))
-        return true;
-
-    // A refused bit rate does not make connecting fail, but a connected device keeps no parameter that it
-    // could not apply. A device of its own, as setting the bit rate takes the interface down and up again.
-    const std::unique_ptr<QCanBusDevice> device = makeDevice(errorMessage);
-    if (device == nullptr)
-        return false;
-    CanOpen::clearDefaultBitRate(*device);
-    if (!device->connectDevice()) {
-        *errorMessage = tr("The bus %1 cannot be opened: %2")
-                            .arg(address.toString(), systemErrorText(device->errorString()));
-        return false;
-    }
-    device->setConfigurationParameter(QCanBusDevice::BitRateKey, *m_settings.bitRate);
-    const bool isSet
-        = device->configurationParameter(QCanBusDevice::BitRateKey).toInt() == *m_settings.bitRate;
-    device->disconnectDevice();
-    if (!isSet) {
-        *errorMessage
-            = tr("The interface %1 does not take the bit rate %2. Setting it needs the library libsocketcan "
-                 "and the right to configure interfaces; \"ip link set %1 type can bitrate %2\" does it by "
-                 "hand, then connect without a bit rate.")
-                  .arg(address.interfaceName, QString::number(*m_settings.bitRate));
-    }
-    return isSet;
-}
-
-std::unique_ptr<QCanBusDevice> BusConnection::makeDevice(QString *errorMessage) const
-{
-    const BusAddress &address = m_settings.address;
-    QString reason;
-    std::unique_ptr<QCanBusDevice> device(m_factory(address.plugin, address.interfaceName, &reason));
-    if (device == nullptr)
-        *errorMessage = tr("The bus %1 cannot be opened: %2").arg(address.toString(), reason);
-    return device;
-}
-
-std::unique_ptr<CanOpen::CanPort> BusConnection::makePort(QString *errorMessage) const
-{
-    std::unique_ptr<QCanBusDevice> device = makeDevice(errorMessage);
-    if (device == nullptr)
-        return nullptr;
-    if (isConfiguredOutside(m_settings.address.plugin))
-        CanOpen::clearDefaultBitRate(*device);
-    else if (m_settings.bitRate)
-        device->setConfigurationParameter(QCanBusDevice::BitRateKey, *m_settings.bitRate);
-    return std::make_unique<CanOpen::CanPort>(std::move(device));
 }
 
 void BusConnection::adoptPort(std::unique_ptr<CanOpen::CanPort> port)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "busopener.h"
 #include "bussettings.h"
 #include "interfacewatch.h"
 
@@ -10,7 +11,6 @@
 #include <QObject>
 #include <QTimer>
 
-#include <functional>
 #include <memory>
 
 class QCanBusDevice;
@@ -50,17 +50,13 @@ public:
     };
     Q_ENUM(State)
 
-    /*! Makes the device of an interface, not connected yet; null on failure with the reason. The caller owns
-     *  it.
-     */
-    using DeviceFactory = std::function<QCanBusDevice *(const QString &plugin, const QString &interfaceName,
-                                                        QString *errorMessage)>;
+    using DeviceFactory = BusOpener::DeviceFactory;
 
     explicit BusConnection(QObject *parent = nullptr);
     ~BusConnection() override;
 
     /*! QCanBus::createDevice() at first. */
-    void setDeviceFactory(const DeviceFactory &factory) { m_factory = factory; }
+    void setDeviceFactory(const DeviceFactory &factory) { m_opener.setDeviceFactory(factory); }
 
     /*! Opens a bus; one that is open is closed first. May take up to 5 s with back ends that connect in the
      *  background; events are processed meanwhile. False on failure, with a sentence for the user in \a
@@ -105,9 +101,6 @@ private:
     enum class Attempt { Opened, Failed, Superseded };
 
     Attempt open(QString *errorMessage);
-    bool configureInterface(QString *errorMessage) const;
-    std::unique_ptr<QCanBusDevice> makeDevice(QString *errorMessage) const;
-    std::unique_ptr<CanOpen::CanPort> makePort(QString *errorMessage) const;
     void adoptPort(std::unique_ptr<CanOpen::CanPort> port);
     void releasePort();
     void handleFrame(const QCanBusFrame &frame);
@@ -117,7 +110,7 @@ private:
     void setState(State state);
     void addPortCounters(BusCounters *counters) const;
 
-    DeviceFactory m_factory;
+    BusOpener m_opener;
     BusSettings m_settings;
     State m_state = State::Disconnected;
     QString m_errorString;

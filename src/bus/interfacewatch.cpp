@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "interfacewatch.h"
 
+#include "backends.h"
+
 #include <QCanBus>
 #include <QDir>
 #include <QFile>
@@ -18,7 +20,7 @@ constexpr qint64 longestAttribute = 64; // bytes
 
 bool isNetworkPlugin(const QString &plugin)
 {
-    return plugin == QLatin1String("socketcan");
+    return BackEnd::find(plugin).presence == BackEnd::Presence::NetworkFolder;
 }
 
 /*! A path would lead out of the folder. */
@@ -76,24 +78,6 @@ InterfaceWatch::Presence InterfaceWatch::look(const BusAddress &address) const
     return m_lister(address.plugin).contains(address.interfaceName) ? Presence::Present : Presence::Unknown;
 }
 
-QString InterfaceWatch::describe(Presence presence, const BusAddress &address)
-{
-    const QString name = address.interfaceName;
-    switch (presence) {
-    case Presence::Unknown:
-    case Presence::Present:
-        return tr("The interface %1 is there.").arg(name);
-    case Presence::Down:
-        return tr("The interface %1 is down. Switch it on, for example with \"ip link set %1 up\".")
-            .arg(name);
-    case Presence::Missing:
-        return tr("There is no interface %1. Check that the adapter is plugged in.").arg(name);
-    case Presence::Replaced:
-        return tr("The interface %1 was removed and came back.").arg(name);
-    }
-    return QString();
-}
-
 void InterfaceWatch::check()
 {
     if (!m_isWatchable)
@@ -112,7 +96,7 @@ void InterfaceWatch::check()
         return;
 
     m_isLost = true;
-    emit lost(describe(presence, m_address));
+    emit lost(presence);
 }
 
 InterfaceWatch::Presence InterfaceWatch::lookAgain() const

@@ -30,6 +30,8 @@ public:
         Replaced //!< another interface of the same name: the old device works no more
     };
 
+    Q_ENUM(Presence)
+
     using Lister = std::function<QStringList(const QString &plugin)>;
 
     explicit InterfaceWatch(QObject *parent = nullptr);
@@ -48,17 +50,12 @@ public:
     /*! Whether \a address could be opened now; Unknown where only trying tells. */
     Presence look(const BusAddress &address) const;
 
-    /*! \a presence as a sentence about \a address for the user, with the next step. */
-    static QString describe(Presence presence, const BusAddress &address);
-
     /*! Looks once; called by the timer. */
     void check();
 
 signals:
-    /*! The interface went away; \a reason is a sentence for the user. Emitted once between start() and
-     *  returned().
-     */
-    void lost(const QString &reason);
+    /*! The interface went away, as \a presence says. Emitted once between start() and returned(). */
+    void lost(InterfaceWatch::Presence presence);
     /*! The interface that was lost can be opened again. */
     void returned();
 

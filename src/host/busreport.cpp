@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "busreport.h"
 
+#include <bus/buswords.h>
 #include <host/core/hostservices.h>
 
 #include <QStringList>
 
+#include <algorithm>
 #include <chrono>
 
 namespace {
@@ -15,27 +17,6 @@ using Severity = MessageLog::Severity;
 
 constexpr auto collectingTime = 500ms;
 constexpr auto silenceInterval = 1000ms;
-constexpr qint64 heartbeatDue = 5000; // ms after a boot-up
-constexpr double bitsPerKilobit = 1000.0;
-
-/*! "1, 4 to 9, 12" */
-QString nodeNumbers(const QList<quint8> &sorted)
-{
-    QStringList parts;
-    for (int first = 0; first < sorted.size();) {
-        int last = first;
-        while (last + 1 < sorted.size() && sorted.at(last + 1) == sorted.at(last) + 1)
-            ++last;
-        if (last - first >= 2) {
-            parts.append(BusReport::tr("%1 to %2").arg(sorted.at(first)).arg(sorted.at(last)));
-        } else {
-            for (int i = first; i <= last; ++i)
-                parts.append(QString::number(sorted.at(i)));
-        }
-        first = last + 1;
-    }
-    return parts.join(QLatin1String(", "));
-}
 
 QString stateName(CanOpen::NmtState state)
 {
@@ -63,10 +44,32 @@ Severity severityOf(const ReadSummary &summary)
         return Severity::Information;
     case ReadSummary::End::NothingAsked:
     case ReadSummary::End::NoAnswer:
+    case ReadSummary::End::NotSent:
     case ReadSummary::End::BusGone:
         break;
     }
     return Severity::Error;
+}
+
+/*! The nodes of each state, ascending. */
+QMap<CanOpen::NmtState, QList<quint8>> byState(const NodeNews::States &nodes)
+{
+    QMap<CanOpen::NmtState, QList<quint8>> states;
+    for (auto it = nodes.cbegin(); it != nodes.cend(); ++it)
+        states[it.value()].append(it.key());
+    return states;
+}
+
+QString nodeNumbers(const QSet<quint8> &nodes)
+{
+    QList<quint8> sorted = nodes.values();
+    std::sort(sorted.begin(), sorted.end());
+    return BusWords::nodes(sorted);
+}
+
+Severity severityOf(CanOpen::NmtState state)
+{
+    return state == CanOpen::NmtState::Stopped ? Severity::Warning : Severity::Information;
 }
 
 } // namespace
@@ -89,6 +92,7 @@ BusReport::BusReport(HostServices *services, MessageLog *log, QObject *parent)
     using CanOpen::HeartbeatConsumer;
     connect(&bus.heartbeats(), &HeartbeatConsumer::heartbeatReceived, this, &BusReport::handleHeartbeat);
     connect(&bus.heartbeats(), &HeartbeatConsumer::nodeLost, this, &BusReport::handleNodeLost);
+    connect(&bus.sdoClient(), &CanOpen::SdoClient::foreignClientSeen, this, &BusReport::handleForeignClient);
     connect(&services->reads(), &ReadObserver::detectionStarted, this, &BusReport::handleDetection);
     connect(&services->reads(), &ReadObserver::readEnded, this, &BusReport::handleReadEnd);
     connect(&services->interfaceHealth(), &InterfaceHealth::stateChanged, this, &BusReport::handleHealth);
@@ -108,37 +112,25 @@ QStringList BusReport::obstacles() const
     if (!forecast.stoppedNodes.isEmpty()) {
         sentences.append(tr("Stopped, so that they answer no SDO: node %1. The read ends at the first of "
                             "them; restart the vehicle, or start these nodes by NMT.")
-                             .arg(nodeNumbers(forecast.stoppedNodes.toList())));
+                             .arg(BusWords::nodes(forecast.stoppedNodes.toList())));
     }
     return sentences;
 }
 
 void BusReport::reportNodes()
 {
-    QMap<CanOpen::NmtState, QList<quint8>> heard;
-    for (auto it = m_heard.cbegin(); it != m_heard.cend(); ++it)
-        heard[it.value()].append(it.key());
-    QMap<CanOpen::NmtState, QList<quint8>> changed;
-    for (auto it = m_changed.cbegin(); it != m_changed.cend(); ++it)
-        changed[it.value()].append(it.key());
-    const QList<quint8> restarted = m_restarted.keys();
-    const QList<quint8> lost = m_lost.keys();
-    m_heard.clear();
-    m_changed.clear();
-    m_restarted.clear();
-    m_lost.clear();
-
-    const auto severityOf = [](CanOpen::NmtState state) {
-        return state == CanOpen::NmtState::Stopped ? Severity::Warning : Severity::Information;
-    };
+    const NodeNews::Report report = m_news.take();
+    const auto heard = byState(report.heard);
     for (auto it = heard.cbegin(); it != heard.cend(); ++it)
-        add(severityOf(it.key()), tr("Heard, %1: node %2").arg(stateName(it.key()), nodeNumbers(*it)));
-    if (!restarted.isEmpty())
-        add(Severity::Warning, tr("Started again (boot-up message): node %1").arg(nodeNumbers(restarted)));
+        add(severityOf(it.key()), tr("Heard, %1: node %2").arg(stateName(it.key()), BusWords::nodes(*it)));
+    if (!report.restarted.isEmpty())
+        add(Severity::Warning,
+            tr("Started again (boot-up message): node %1").arg(nodeNumbers(report.restarted)));
+    const auto changed = byState(report.changed);
     for (auto it = changed.cbegin(); it != changed.cend(); ++it)
-        add(severityOf(it.key()), tr("Now %1: node %2").arg(stateName(it.key()), nodeNumbers(*it)));
-    if (!lost.isEmpty())
-        add(Severity::Warning, tr("Not heard any more: node %1").arg(nodeNumbers(lost)));
+        add(severityOf(it.key()), tr("Now %1: node %2").arg(stateName(it.key()), BusWords::nodes(*it)));
+    if (!report.lost.isEmpty())
+        add(Severity::Warning, tr("Not heard any more: node %1").arg(nodeNumbers(report.lost)));
 }
 
 void BusReport::handleBusState(BusConnection::State state)
@@ -154,14 +146,9 @@ void BusReport::handleBusState(BusConnection::State state)
         m_listening.start();
         m_silenceTimer.start();
         m_wasUnwell = false;
-        const int bitRate = bus.settings().bitRate.value_or(0);
-        if (previous == BusConnection::State::Lost)
-            add(Severity::Information, tr("Connected to %1 again.").arg(address));
-        else if (bitRate > 0)
-            add(Severity::Information,
-                tr("Connected to %1 at %2 kbit/s.").arg(address, QString::number(bitRate / bitsPerKilobit)));
-        else
-            add(Severity::Information, tr("Connected to %1.").arg(address));
+        add(Severity::Information, previous == BusConnection::State::Lost
+                                       ? tr("Connected to %1 again.").arg(address)
+                                       : BusWords::connected(bus.settings()));
         return;
     }
     case BusConnection::State::Lost:
@@ -182,39 +169,28 @@ void BusReport::handleBusState(BusConnection::State state)
 
 void BusReport::handleHeartbeat(quint8 nodeId)
 {
-    const std::optional<CanOpen::NmtState> state = m_services->bus().heartbeats().state(nodeId);
-    if (!state)
-        return;
-    const auto known = m_states.constFind(nodeId);
-    const bool isNew = known == m_states.constEnd();
-    const bool isBootUp = *state == CanOpen::NmtState::BootUp;
-    if (!isNew && *known == *state && !isBootUp)
-        return;
-
-    if (isBootUp)
-        m_booted.insert(nodeId, m_listeningTime().count());
-    else
-        m_booted.remove(nodeId);
-    if (isNew || m_heard.contains(nodeId))
-        m_heard.insert(nodeId, *state);
-    else if (isBootUp)
-        m_restarted.insert(nodeId, true);
-    else
-        m_changed.insert(nodeId, *state);
-    m_states.insert(nodeId, *state);
-    if (!m_nodeTimer.isActive())
-        m_nodeTimer.start();
+    if (const std::optional<CanOpen::NmtState> state = m_services->bus().heartbeats().state(nodeId))
+        m_news.noteHeartbeat(nodeId, *state, m_listeningTime());
+    collect();
 }
 
 void BusReport::handleNodeLost(quint8 nodeId)
 {
-    m_states.remove(nodeId);
-    m_booted.remove(nodeId);
-    m_heard.remove(nodeId);
-    m_changed.remove(nodeId);
-    m_lost.insert(nodeId, true);
-    if (!m_nodeTimer.isActive())
+    m_news.noteLoss(nodeId);
+    collect();
+}
+
+void BusReport::collect()
+{
+    if (m_news.hasNews() && !m_nodeTimer.isActive())
         m_nodeTimer.start();
+}
+
+void BusReport::handleForeignClient(quint8 nodeId)
+{
+    const QString text = ReadWords::foreignClient(nodeId);
+    add(Severity::Warning, text);
+    emit noticed(text);
 }
 
 void BusReport::handleDetection()
@@ -240,33 +216,17 @@ void BusReport::handleReadEnd(const ReadSummary &summary)
 void BusReport::handleHealth(InterfaceHealth::State state)
 {
     const QString name = m_services->bus().settings().address.interfaceName;
-    QString text;
-    switch (state) {
-    case InterfaceHealth::State::Unknown:
+    if (state == InterfaceHealth::State::Good && m_wasUnwell)
+        add(Severity::Information, tr("The CAN interface %1 works without errors again.").arg(name));
+    const QString trouble = BusWords::health(state, name);
+    if (state != InterfaceHealth::State::Unknown)
+        m_wasUnwell = !trouble.isEmpty();
+    if (trouble.isEmpty())
         return;
-    case InterfaceHealth::State::Good:
-        if (m_wasUnwell)
-            add(Severity::Information, tr("The CAN interface %1 works without errors again.").arg(name));
-        m_wasUnwell = false;
-        return;
-    case InterfaceHealth::State::Warning:
-        m_wasUnwell = true;
-        add(Severity::Warning, tr("The CAN interface %1 counts many bus errors.").arg(name));
-        return;
-    case InterfaceHealth::State::Passive:
-        text = tr("The CAN interface %1 is error-passive: nobody acknowledges its frames, or they arrive "
-                  "broken. Check bit rate, wiring and termination.")
-                   .arg(name);
-        break;
-    case InterfaceHealth::State::BusOff:
-        text = tr("The CAN interface %1 is bus-off: it has left the bus after too many errors. Check bit "
-                  "rate, wiring and termination, then restart the interface, or disconnect and connect.")
-                   .arg(name);
-        break;
-    }
-    m_wasUnwell = true;
-    add(Severity::Error, text);
-    emit noticed(text);
+    const bool isWarning = state == InterfaceHealth::State::Warning;
+    add(isWarning ? Severity::Warning : Severity::Error, trouble);
+    if (!isWarning)
+        emit noticed(trouble);
 }
 
 void BusReport::handleOverrun()
@@ -279,26 +239,13 @@ void BusReport::forgetNodes()
 {
     m_nodeTimer.stop();
     m_silenceTimer.stop();
-    m_states.clear();
-    m_heard.clear();
-    m_changed.clear();
-    m_restarted.clear();
-    m_lost.clear();
-    m_booted.clear();
+    m_news.clear();
 }
 
 // A node whose heartbeat is switched off sends its boot-up message and nothing more.
 void BusReport::lookForSilentNodes()
 {
-    QList<quint8> silent;
-    for (auto it = m_booted.begin(); it != m_booted.end();) {
-        if (m_listeningTime().count() - it.value() < heartbeatDue) {
-            ++it;
-            continue;
-        }
-        silent.append(it.key());
-        it = m_booted.erase(it);
-    }
+    const QSet<quint8> silent = m_news.takeSilent(m_listeningTime());
     if (!silent.isEmpty())
         add(Severity::Warning, tr("Started, but no heartbeat has followed (is object 1017h zero?): node %1")
                                    .arg(nodeNumbers(silent)));

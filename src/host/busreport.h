@@ -3,14 +3,13 @@
 
 #include "messagelog.h"
 
-#include <canopen/nmt.h>
 #include <bus/busconnection.h>
 #include <bus/interfacehealth.h>
+#include <host/core/nodenews.h>
 #include <host/core/readforecast.h>
 #include <host/core/readobserver.h>
 
 #include <QElapsedTimer>
-#include <QMap>
 #include <QObject>
 #include <QTimer>
 
@@ -50,8 +49,6 @@ signals:
     void noticed(const QString &sentence);
 
 private:
-    using States = QMap<quint8, CanOpen::NmtState>;
-
     void handleBusState(BusConnection::State state);
     void handleHeartbeat(quint8 nodeId);
     void handleNodeLost(quint8 nodeId);
@@ -59,6 +56,8 @@ private:
     void handleReadEnd(const ReadSummary &summary);
     void handleHealth(InterfaceHealth::State state);
     void handleOverrun();
+    void handleForeignClient(quint8 nodeId);
+    void collect();
     void forgetNodes();
     void add(MessageLog::Severity severity, const QString &text) { m_log->add(severity, text); }
 
@@ -70,10 +69,5 @@ private:
     bool m_wasUnwell = false; // the interface had reported trouble
     QTimer m_nodeTimer;
     QTimer m_silenceTimer;
-    States m_states; // as reported last or about to be
-    States m_heard;  // new ones since the last report
-    States m_changed;
-    QMap<quint8, bool> m_restarted;
-    QMap<quint8, bool> m_lost;
-    QMap<quint8, qint64> m_booted; // boot-up without a heartbeat since: ms of the listening time
+    NodeNews m_news;
 };

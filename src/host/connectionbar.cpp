@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "connectionbar.h"
 
+#include <bus/backends.h>
+
 #include <QCanBus>
 #include <QComboBox>
 #include <QEvent>
@@ -15,22 +17,18 @@
 #include <QToolButton>
 
 #include <algorithm>
-#include <array>
 
 namespace {
 
-/*! The bit rates of CiA 301, and 100, which some vehicles use; in kbit/s. */
-constexpr std::array<int, 9> bitRates{10, 20, 50, 100, 125, 250, 500, 800, 1000};
 constexpr int bitsPerKilobit = 1000;
 constexpr int asConfigured = -1; // item data of the first bit rate
 
 constexpr int interfaceCharacters = 18; // usual width of the interface box
 constexpr int smallestWidth = 80;       // pixels of the boxes, on a screen that is too small
 
-/*! A bus that is only made of network packets has no bit rate. */
 bool hasBitRate(const QString &plugin)
 {
-    return plugin != QLatin1String("virtualcan");
+    return BackEnd::find(plugin).hasBitRate;
 }
 
 } // namespace
@@ -215,8 +213,8 @@ void ConnectionBar::fillPlugins()
 void ConnectionBar::fillBitRates()
 {
     m_bitRate->addItem(QString(), asConfigured);
-    for (const int bitRate : bitRates)
-        m_bitRate->addItem(tr("%1 kbit/s").arg(bitRate), bitRate * bitsPerKilobit);
+    for (const int bitRate : offeredBitRates)
+        m_bitRate->addItem(tr("%1 kbit/s").arg(bitRate / bitsPerKilobit), bitRate);
 }
 
 void ConnectionBar::handlePluginChange()

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "statusline.h"
 
+#include <bus/buswords.h>
 #include <host/core/hostservices.h>
 
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
+#include <QProgressBar>
 #include <QStyle>
 #include <QToolButton>
 
@@ -17,8 +19,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto refreshInterval = 500ms;
+constexpr int progressWidth = 120; // pixels
 constexpr double millisecondsPerSecond = 1000.0;
-constexpr double bitsPerKilobit = 1000.0;
 
 /*! A line of text that ends in "..." where the room ends. */
 class ElidedLabel : public QLabel
@@ -51,6 +53,8 @@ StatusLine::StatusLine(HostServices *services, QWidget *parent)
     , m_services(services)
     , m_bus(&services->bus())
     , m_state(new ElidedLabel(this))
+    , m_progress(new QProgressBar(this))
+    , m_timeLeft(makeLabel(QStringLiteral("timeLeftLabel"), this))
     , m_cancel(new QToolButton(this))
     , m_frames(makeLabel(QStringLiteral("framesLabel"), this))
     , m_nodes(makeLabel(QStringLiteral("nodesLabel"), this))
@@ -78,10 +82,16 @@ void StatusLine::build()
     layout->setContentsMargins(6, 0, 6, 0);
     layout->setSpacing(18);
     layout->addWidget(m_state, 1);
+    layout->addWidget(m_progress);
+    layout->addWidget(m_timeLeft);
     layout->addWidget(m_cancel);
     layout->addWidget(m_frames);
     layout->addWidget(m_nodes);
     layout->addWidget(m_uploads);
+    m_progress->setObjectName(QStringLiteral("readProgress"));
+    m_progress->setTextVisible(false);
+    m_progress->setMaximumWidth(progressWidth);
+    m_progress->setMaximumHeight(m_state->sizeHint().height());
     m_cancel->setObjectName(QStringLiteral("cancelButton"));
     m_cancel->setFocusPolicy(Qt::NoFocus);                        // comes and goes
     m_cancel->setMaximumHeight(m_state->sizeHint().height() + 2); // the bar keeps its height
@@ -100,6 +110,7 @@ void StatusLine::refresh()
     const QString text = isConnected ? newsText() : stateText();
     m_state->setText(text);
     m_state->setToolTip(text);
+    showProgress();
     m_cancel->setText(tr("Cancel"));
     m_cancel->setToolTip(tr("End the read; what was read stays (Esc)"));
     m_cancel->setVisible(m_services->reads().isReading());
@@ -128,17 +139,13 @@ void StatusLine::changeEvent(QEvent *event)
 
 QString StatusLine::stateText() const
 {
-    const BusSettings &settings = m_bus->settings();
-    const QString address = settings.address.toString();
     switch (m_bus->state()) {
     case BusConnection::State::Disconnected:
         return tr("Not connected.");
     case BusConnection::State::Connecting:
-        return tr("Connecting to %1 ...").arg(address);
+        return BusWords::connecting(m_bus->settings());
     case BusConnection::State::Connected:
-        if (settings.bitRate && *settings.bitRate > 0)
-            return tr("Connected to %1 at %2 kbit/s.").arg(address).arg(*settings.bitRate / bitsPerKilobit);
-        return tr("Connected to %1.").arg(address);
+        return BusWords::connected(m_bus->settings());
     case BusConnection::State::Lost:
         return tr("Connection lost: %1 Trying to connect again ...").arg(m_bus->errorString());
     }
@@ -160,9 +167,19 @@ QString StatusLine::readText() const
         return tr("Ending the read ...");
     if (reads.phase() == ReadObserver::Phase::Detecting)
         return tr("Looking for nodes ...");
-    const ReadSummary &summary = reads.summary();
-    return tr("Reading node %1, object %2 ...")
-        .arg(QString::number(summary.nodeId), CanOpen::indexText(summary.key.index));
+    return ReadWords::place(m_services->pace(), reads.summary().nodeId, reads.summary().key);
+}
+
+void StatusLine::showProgress()
+{
+    const ReadObserver &reads = m_services->reads();
+    m_progress->setVisible(reads.isReading());
+    const bool isDetecting = reads.phase() == ReadObserver::Phase::Detecting;
+    m_progress->setRange(0, isDetecting ? 0 : 100); // without a range it only shows that something happens
+    m_progress->setValue(m_services->pace().percent());
+    m_timeLeft->setText(
+        reads.phase() == ReadObserver::Phase::Reading ? ReadWords::timeLeft(m_services->pace()) : QString());
+    m_timeLeft->setVisible(!m_timeLeft->text().isEmpty());
 }
 
 QString StatusLine::uploadText() const

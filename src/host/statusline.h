@@ -9,6 +9,7 @@
 
 class HostServices;
 class QLabel;
+class QProgressBar;
 class QToolButton;
 
 /*! Says in words what the bus does: connected to what, what is read, frames per second, nodes heard, SDO
@@ -41,12 +42,15 @@ private:
     QString newsText() const;
     QString readText() const;
     QString uploadText() const;
+    void showProgress();
     void handleState(BusConnection::State state);
     void measureFrameRate();
 
     HostServices *m_services;
     BusConnection *m_bus;
     QLabel *m_state;
+    QProgressBar *m_progress;
+    QLabel *m_timeLeft;
     QToolButton *m_cancel;
     QLabel *m_frames;
     QLabel *m_nodes;

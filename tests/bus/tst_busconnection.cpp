@@ -125,8 +125,8 @@ void tst_BusConnection::reportsInterfaceThatIsDown()
     QString error;
     QVERIFY(!m_bus->connectToBus(socketCanSettings(), &error));
     QCOMPARE(error, QStringLiteral(
-                        "The bus socketcan:can0 cannot be used. The interface can0 is down. Switch it on, "
-                        "for example with \"ip link set can0 up\"."));
+                        "The bus socketcan:can0 cannot be used. can0 is down: run \"sudo ip link set can0 "
+                        "up type can bitrate 250000\"."));
     QCOMPARE(m_bus->state(), State::Disconnected);
 }
 
@@ -261,7 +261,7 @@ void tst_BusConnection::interfaceThatGoesDownIsLost()
     QTRY_COMPARE(m_bus->state(), State::Lost);
     QCOMPARE(m_bus->errorString(),
              QStringLiteral(
-                 "The interface can0 is down. Switch it on, for example with \"ip link set can0 up\"."));
+                 "can0 is down: run \"sudo ip link set can0 up type can bitrate 250000\"."));
 }
 
 void tst_BusConnection::uploadEndsBeforeLossIsTold()

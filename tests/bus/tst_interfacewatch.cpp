@@ -26,6 +26,7 @@ class tst_InterfaceWatch : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { qRegisterMetaType<InterfaceWatch::Presence>(); }
     void staysQuietWhileInterfaceIsUp();
     void reportsInterfaceThatGoesDown();
     void reportsInterfaceThatIsDeleted();
@@ -67,9 +68,7 @@ void tst_InterfaceWatch::reportsInterfaceThatGoesDown()
     folder.setFlags(can0, "0x40080");
     watch.check();
     QCOMPARE(lost.size(), 1);
-    QCOMPARE(lost.first().first().toString(),
-             QStringLiteral(
-                 "The interface can0 is down. Switch it on, for example with \"ip link set can0 up\"."));
+    QCOMPARE(lost.first().first().value<InterfaceWatch::Presence>(), InterfaceWatch::Presence::Down);
 }
 
 void tst_InterfaceWatch::reportsInterfaceThatIsDeleted()
@@ -84,8 +83,7 @@ void tst_InterfaceWatch::reportsInterfaceThatIsDeleted()
     folder.remove(can0);
     watch.check();
     QCOMPARE(lost.size(), 1);
-    QCOMPARE(lost.first().first().toString(),
-             QStringLiteral("There is no interface can0. Check that the adapter is plugged in."));
+    QCOMPARE(lost.first().first().value<InterfaceWatch::Presence>(), InterfaceWatch::Presence::Missing);
 }
 
 void tst_InterfaceWatch::reportsInterfaceThatWasReplaced()
@@ -102,8 +100,7 @@ void tst_InterfaceWatch::reportsInterfaceThatWasReplaced()
     folder.add(can0, 4);
     watch.check();
     QCOMPARE(lost.size(), 1);
-    QCOMPARE(lost.first().first().toString(),
-             QStringLiteral("The interface can0 was removed and came back."));
+    QCOMPARE(lost.first().first().value<InterfaceWatch::Presence>(), InterfaceWatch::Presence::Replaced);
     watch.check();
     QCOMPARE(returned.size(), 1);
 }

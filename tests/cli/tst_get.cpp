@@ -218,9 +218,9 @@ void tst_Get::wrongUsage_data()
     QTest::newRow("sub-index too high")
         << QStringLiteral("9 1000 256")
         << QStringLiteral("draxelctl get: \"256\" is no sub-index from 0 to 255.");
-    QTest::newRow("type") << QStringLiteral("9 1000 0 --type u24")
+    QTest::newRow("type") << QStringLiteral("9 1000 0 --type u23")
                           << QStringLiteral(
-                                 "draxelctl get: There is no data type \"u24\"; there are bool, i8");
+                                 "draxelctl get: There is no data type \"u23\"; there are bool, i8");
 }
 
 void tst_Get::wrongUsage()

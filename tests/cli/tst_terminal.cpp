@@ -58,11 +58,13 @@ void tst_Terminal::dataTypeNames()
     QCOMPARE(DataTypeName::parse(QStringLiteral("UNSIGNED16")), CanOpen::DataType::Unsigned16);
     QCOMPARE(DataTypeName::parse(QStringLiteral("i8")), CanOpen::DataType::Integer8);
     QCOMPARE(DataTypeName::parse(QStringLiteral("String")), CanOpen::DataType::VisibleString);
-    QVERIFY(!DataTypeName::parse(QStringLiteral("u24")));
+    QCOMPARE(DataTypeName::parse(QStringLiteral("real64")), CanOpen::DataType::Real64);
+    QVERIFY(!DataTypeName::parse(QStringLiteral("u23")));
     QVERIFY(!DataTypeName::parse(QString()));
-    QCOMPARE(DataTypeName::of(CanOpen::DataType::Real64), QStringLiteral("REAL64"));
-    QCOMPARE(DataTypeName::shortNames().join(QLatin1Char(' ')),
-             QStringLiteral("bool i8 i16 i32 u8 u16 u32 f32 string bytes unicode domain f64 i64 u64"));
+    QCOMPARE(
+        DataTypeName::shortNames().join(QLatin1Char(' ')),
+        QStringLiteral("bool i8 i16 i24 i32 i40 i48 i56 i64 u8 u16 u24 u32 u40 u48 u56 u64 f32 f64 string "
+                       "unicode bytes domain"));
 }
 
 QTEST_GUILESS_MAIN(tst_Terminal)

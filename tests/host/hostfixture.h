@@ -13,8 +13,10 @@
 /*! What a window needs, on a fake bus. */
 struct Host
 {
-    Host()
-        : session(&services)
+    /*! \a clock is the one by which reads are observed. */
+    explicit Host(const ReadObserver::Clock &clock = ReadObserver::steadyClock)
+        : services(clock)
+        , session(&services)
     {
         services.bus().setDeviceFactory(fake.factory());
         services.bus().interfaceWatch().setLister([](const QString &) { return QStringList(); });

@@ -37,6 +37,7 @@ private slots:
     void readThatUserDisconnects();
     void readDuringWhichTheBusFlaps();
     void readOfNodeThatKeepsRestarting();
+    void foreignClient();
     void readWithFailures();
     void readThatIsComplete();
     void interfaceTroubles();
@@ -336,6 +337,18 @@ void tst_BusReport::readOfNodeThatKeepsRestarting()
     QCOMPARE(lines().last(),
              QStringLiteral("The read stopped at node 7, object 6000h sub-index 0, because the node keeps "
                             "restarting. Look at its supply. Values read until then: 0."));
+}
+
+void tst_BusReport::foreignClient()
+{
+    connectAndClear();
+    emit m_services->bus().sdoClient().foreignClientSeen(7);
+    const QString text
+        = QStringLiteral("Another client is reading node 7. Objects of it may take long or fail; end "
+                         "the other program, or take its adapter off the bus.");
+    QCOMPARE(lines(), QStringList(text));
+    QCOMPARE(severities(), QList<Severity>{Severity::Warning});
+    QCOMPARE(m_noticed->first().first().toString(), text);
 }
 
 void tst_BusReport::readWithFailures()

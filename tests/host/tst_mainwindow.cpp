@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
@@ -44,6 +45,7 @@ private slots:
     void asksForInterface();
     void showsWhyBusCannotBeOpened();
     void saysWhatTheBusDoes();
+    void showsHowFarTheReadIs();
     void saysThatBusIsLost();
     void saysWhereReadEnded();
     void choiceIsClosedWhileConnected();
@@ -138,10 +140,44 @@ void tst_MainWindow::saysWhatTheBusDoes()
     host.fake.heartbeat(5);
     host.services.getSdoClient()->upload(5, 0x1000, 0, 7, 100);
     host.services.getSdoClient()->upload(5, 0x6000, 0, 5, 100);
-    QTRY_COMPARE(labelText(window, "uploadsLabel"),
-                 QStringLiteral("SDO: 1 read, 1 not there, 0 without answer"));
+    QTRY_COMPARE(labelText(window, "uploadsLabel"), QStringLiteral("SDO: 1 read, 1 not there, 0 failed"));
     QTRY_COMPARE(labelText(window, "nodesLabel"), QStringLiteral("Nodes: 1"));
     QVERIFY(labelText(window, "framesLabel").startsWith(QStringLiteral("Frames: ")));
+}
+
+void tst_MainWindow::showsHowFarTheReadIs()
+{
+    std::chrono::milliseconds now{1000};
+    Host host([&now] { return now; });
+    MainWindow window(&host.services, &host.session);
+    window.show();
+    QVERIFY(host.services.bus().connectToBus(fakeSettings(), nullptr));
+    const auto *progress = window.findChild<QProgressBar *>(QStringLiteral("readProgress"));
+    const auto *timeLeft = window.findChild<QLabel *>(QStringLiteral("timeLeftLabel"));
+    QVERIFY(!progress->isVisible());
+
+    host.services.getCanReceiverHub()->getReceiver(0x701);
+    QVERIFY(progress->isVisible());
+    QCOMPARE(progress->maximum(), 0); // looks for nodes, nobody knows how many
+    for (const quint8 nodeId : {quint8(1), quint8(5)})
+        host.fake.heartbeat(nodeId);
+    QTRY_COMPARE(host.services.bus().heartbeats().activeNodeCount(), 2);
+    now += std::chrono::milliseconds(2000);
+    for (int i = 0; i < 103; ++i) {
+        host.services.getSdoClient()->upload(1, 0x1000, 0, 7, 100);
+        now += std::chrono::milliseconds(100);
+    }
+    QCOMPARE(labelText(window, "stateLabel"), QStringLiteral("Reading node 1 (1 of 2), object 1000h ..."));
+    auto *status = window.findChild<StatusLine *>();
+    status->refresh();
+    QCOMPARE(progress->maximum(), 100);
+    QCOMPARE(progress->value(), 25);
+    QCOMPARE(timeLeft->text(), QStringLiteral("31 s left")); // 10.3 s for 102 of 408
+    QVERIFY(timeLeft->isVisible());
+
+    host.services.bus().disconnectFromBus();
+    QTRY_VERIFY(!progress->isVisible());
+    QVERIFY(!timeLeft->isVisible());
 }
 
 void tst_MainWindow::saysThatBusIsLost()

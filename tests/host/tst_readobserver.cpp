@@ -46,6 +46,7 @@ private slots:
     void busGoesAwayDuringDetection_data();
     void busGoesAwayDuringDetection();
     void nodesThatAreNoneAreNotRecorded();
+    void requestThatIsNotSent();
     void silentObjectHasFailed();
     void cancelledDuringUpload();
     void cancelledDuringDetection();
@@ -229,6 +230,14 @@ void tst_ReadObserver::nodesThatAreNoneAreNotRecorded()
     pass(300);
     QCOMPARE(ended().record.nodes(), QList<quint8>{127});
     QCOMPARE(ended().record.total().failed, 0);
+}
+
+void tst_ReadObserver::requestThatIsNotSent()
+{
+    detect();
+    ask(7, 0x6000, Ending::NotSent, noAnswer);
+    QCOMPARE(ended().end, ReadSummary::End::NotSent);
+    QCOMPARE(ended().record.failures().first().reason(), QStringLiteral("The request could not be sent"));
 }
 
 void tst_ReadObserver::silentObjectHasFailed()

@@ -217,6 +217,11 @@ void tst_ReadRecord::saysEnds_data()
     QTest::newRow("cancelled") << End::Cancelled << 7 << Silence::Unexplained
                                << QStringLiteral("The read was cancelled by the user at node 7, object 60ABh "
                                                  "sub-index 2. Values read until then: 1.");
+    QTest::newRow("not sent") << End::NotSent << 7 << Silence::Unexplained
+                              << QStringLiteral(
+                                     "The read stopped at node 7, object 60ABh sub-index 2, because the "
+                                     "request could not be sent: the bus is overloaded, or nobody "
+                                     "acknowledges. Values read until then: 1.");
     QTest::newRow("silent") << End::NoAnswer << 7 << Silence::Unexplained
                             << QStringLiteral("The read stopped at node 7, object 60ABh sub-index 2, because "
                                               "it did not answer. Values read until then: 1.");

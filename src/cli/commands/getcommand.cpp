@@ -149,11 +149,11 @@ std::optional<ExitStatus> GetCommand::parseObject()
 
 ExitStatus GetCommand::readObject()
 {
-    CanOpen::SdoOutcome outcome = ask(m_type.value_or(CanOpen::DataType::OctetString));
+    CanOpen::SdoOutcome outcome = ask(m_type.value_or(CanOpen::rawBytes));
     const bool isOtherType = m_type && !m_isTypeChosen && saysOtherLength(outcome);
     if (isOtherType && !m_loop.isInterrupted()) {
         m_type.reset();
-        outcome = ask(CanOpen::DataType::OctetString);
+        outcome = ask(CanOpen::rawBytes);
     }
     if (m_loop.isInterrupted()) {
         Console::printError(Tr::tr("Interrupted."));

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "objecttext.h"
 
-#include <cli/core/datatypename.h>
 #include <cli/core/textcolumns.h>
 #include <interpreter/datainterpreter.h>
 #include <interpreter/objectdescriptions.h>
@@ -22,19 +21,13 @@ struct Tr
 
 constexpr int longestNumber = 8; // bytes
 
-bool isInteger(CanOpen::DataType type)
+bool isInteger(const QVariant &value)
 {
-    using CanOpen::DataType;
-    switch (type) {
-    case DataType::Boolean:
-    case DataType::Integer8:
-    case DataType::Integer16:
-    case DataType::Integer32:
-    case DataType::Integer64:
-    case DataType::Unsigned8:
-    case DataType::Unsigned16:
-    case DataType::Unsigned32:
-    case DataType::Unsigned64:
+    switch (value.userType()) {
+    case QMetaType::UInt:
+    case QMetaType::Int:
+    case QMetaType::ULongLong:
+    case QMetaType::LongLong:
         return true;
     default:
         return false;
@@ -44,7 +37,7 @@ bool isInteger(CanOpen::DataType type)
 /*! Only of objects with a unit: others would be the number again. Empty for those. */
 QString valueInWords(const ObjectValue &object)
 {
-    if (!object.type || !isInteger(*object.type) || CanOpen::byteSize(*object.type) > 4)
+    if (!object.type || !isInteger(object.value) || CanOpen::byteSize(*object.type) > 4)
         return QString();
     const ObjectDescription *description = objectDescriptions().find(object.key.index);
     // Sub-index 0 of an object with sub-indices is their number.
@@ -85,7 +78,7 @@ QVector<QStringList> rowsOfTyped(const ObjectValue &object)
     if (!words.isEmpty())
         rows.append({Tr::tr("Value"), words});
     const QByteArray bytes = object.bytes();
-    if (isInteger(*object.type)) {
+    if (isInteger(object.value)) {
         rows.append({Tr::tr("Number"),
                      QStringLiteral("%1 (0x%2)")
                          .arg(object.value.toString(), QString::number(numberOf(bytes), 16).toUpper())});
@@ -94,7 +87,7 @@ QVector<QStringList> rowsOfTyped(const ObjectValue &object)
     } else {
         rows.append({Tr::tr("Value"), object.value.toString()});
     }
-    rows.append({Tr::tr("Type"), DataTypeName::of(*object.type)});
+    rows.append({Tr::tr("Type"), CanOpen::dataTypeName(*object.type)});
     return rows;
 }
 
@@ -157,7 +150,7 @@ QString objectText(const ObjectValue &object)
 QByteArray objectJson(const ObjectValue &object)
 {
     const QString name = DataInterpreter::objectName(object.key.index, object.key.subIndex);
-    const QString type = object.type ? DataTypeName::of(*object.type) : QString();
+    const QString type = object.type ? CanOpen::dataTypeName(*object.type) : QString();
     return QJsonDocument(QJsonObject{{QStringLiteral("node"), object.nodeId},
                                      {QStringLiteral("index"), object.key.index},
                                      {QStringLiteral("subIndex"), object.key.subIndex},

@@ -9,6 +9,7 @@
 
 #include <canopen/nodescan.h>
 #include <bus/busconnection.h>
+#include <bus/buswords.h>
 
 namespace {
 
@@ -17,10 +18,18 @@ struct Tr
     Q_DECLARE_TR_FUNCTIONS(ScanCommand)
 };
 
-ExitStatus report(const QVector<quint8> &nodes)
+ExitStatus report(const CanOpen::NodeScan &scan)
 {
-    Console::print(Tr::tr("%1 nodes found").arg(nodes.size()));
-    if (!nodes.isEmpty())
+    const QVector<quint8> found = scan.foundNodes();
+    const QVector<quint8> unasked = scan.unaskedNodes();
+    Console::print(Tr::tr("%1 nodes found").arg(found.size()));
+    if (!unasked.isEmpty()) {
+        Console::printError(Tr::tr("Nothing is known of node %1: the requests could not be sent. The bus is "
+                                   "overloaded, or nobody acknowledges; scan again when it is quieter.")
+                                .arg(BusWords::nodes(unasked.toList())));
+        return Exit::stoppedEarly;
+    }
+    if (!found.isEmpty())
         return Exit::success;
     Console::printError(
         Tr::tr("No node answered. Check that the vehicle is switched on, the cable, and the bit rate."));
@@ -59,7 +68,7 @@ ExitStatus scan(const BusSettings &settings)
             Tr::tr("The scan was stopped, because the bus was lost: %1").arg(bus.lossReason()));
         return Exit::stoppedEarly;
     }
-    return report(nodeScan.foundNodes());
+    return report(nodeScan);
 }
 
 } // namespace

@@ -6,17 +6,11 @@
 #include "interruptibleloop.h"
 #include "patienceoptions.h"
 
+#include <bus/buswords.h>
+
 namespace {
 
 constexpr quint8 controllerNodeId = 1;
-
-QString joinIds(const QList<quint8> &ids)
-{
-    QStringList texts;
-    for (const quint8 id : ids)
-        texts.append(QString::number(id));
-    return texts.join(QStringLiteral(", "));
-}
 
 } // namespace
 
@@ -44,6 +38,12 @@ std::optional<ExitStatus> BusRead::read(const BusSettings &settings)
         Console::printBusError(error);
         return Exit::busNotOpened;
     }
+    // Whether the run is whole or not: who reads beside it makes it slow.
+    QObject::connect(&m_services.bus().sdoClient(), &CanOpen::SdoClient::foreignClientSeen, &m_services,
+                     [this](quint8 nodeId) {
+                         m_progress.clear();
+                         Console::printError(ReadWords::foreignClient(nodeId));
+                     });
     QElapsedTimer clock;
     clock.start();
     if (m_nodeReader != nullptr)
@@ -162,5 +162,5 @@ QString BusRead::describeNoNode(const QList<quint8> &heard)
             "and the bit rate.");
     }
     return tr("Nothing was read: node 1, the bus controller, sent no heartbeat. Heard: node %1.")
-        .arg(joinIds(heard));
+        .arg(BusWords::nodes(heard));
 }

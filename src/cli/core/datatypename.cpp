@@ -3,56 +3,54 @@
 
 namespace {
 
-struct Row
+struct ShortName
 {
     CanOpen::DataType type;
     const char *name;
-    const char *shortName;
 };
 
-constexpr Row rows[] = {
-    {CanOpen::DataType::Boolean, "BOOLEAN", "bool"},
-    {CanOpen::DataType::Integer8, "INTEGER8", "i8"},
-    {CanOpen::DataType::Integer16, "INTEGER16", "i16"},
-    {CanOpen::DataType::Integer32, "INTEGER32", "i32"},
-    {CanOpen::DataType::Unsigned8, "UNSIGNED8", "u8"},
-    {CanOpen::DataType::Unsigned16, "UNSIGNED16", "u16"},
-    {CanOpen::DataType::Unsigned32, "UNSIGNED32", "u32"},
-    {CanOpen::DataType::Real32, "REAL32", "f32"},
-    {CanOpen::DataType::VisibleString, "VISIBLE_STRING", "string"},
-    {CanOpen::DataType::OctetString, "OCTET_STRING", "bytes"},
-    {CanOpen::DataType::UnicodeString, "UNICODE_STRING", "unicode"},
-    {CanOpen::DataType::Domain, "DOMAIN", "domain"},
-    {CanOpen::DataType::Real64, "REAL64", "f64"},
-    {CanOpen::DataType::Integer64, "INTEGER64", "i64"},
-    {CanOpen::DataType::Unsigned64, "UNSIGNED64", "u64"},
+constexpr ShortName shortNameRows[] = {
+    {CanOpen::DataType::Boolean, "bool"},
+    {CanOpen::DataType::Integer8, "i8"},
+    {CanOpen::DataType::Integer16, "i16"},
+    {CanOpen::DataType::Integer24, "i24"},
+    {CanOpen::DataType::Integer32, "i32"},
+    {CanOpen::DataType::Integer40, "i40"},
+    {CanOpen::DataType::Integer48, "i48"},
+    {CanOpen::DataType::Integer56, "i56"},
+    {CanOpen::DataType::Integer64, "i64"},
+    {CanOpen::DataType::Unsigned8, "u8"},
+    {CanOpen::DataType::Unsigned16, "u16"},
+    {CanOpen::DataType::Unsigned24, "u24"},
+    {CanOpen::DataType::Unsigned32, "u32"},
+    {CanOpen::DataType::Unsigned40, "u40"},
+    {CanOpen::DataType::Unsigned48, "u48"},
+    {CanOpen::DataType::Unsigned56, "u56"},
+    {CanOpen::DataType::Unsigned64, "u64"},
+    {CanOpen::DataType::Real32, "f32"},
+    {CanOpen::DataType::Real64, "f64"},
+    {CanOpen::DataType::VisibleString, "string"},
+    {CanOpen::DataType::UnicodeString, "unicode"},
+    {CanOpen::DataType::OctetString, "bytes"},
+    {CanOpen::DataType::Domain, "domain"},
 };
 
 } // namespace
 
 std::optional<CanOpen::DataType> DataTypeName::parse(const QString &name)
 {
-    for (const Row &row : rows) {
+    for (const ShortName &row : shortNameRows) {
         if (name.compare(QLatin1String(row.name), Qt::CaseInsensitive) == 0
-            || name.compare(QLatin1String(row.shortName), Qt::CaseInsensitive) == 0)
+            || name.compare(CanOpen::dataTypeName(row.type), Qt::CaseInsensitive) == 0)
             return row.type;
     }
     return std::nullopt;
 }
 
-QString DataTypeName::of(CanOpen::DataType type)
-{
-    for (const Row &row : rows) {
-        if (row.type == type)
-            return QLatin1String(row.name);
-    }
-    return QString();
-}
-
 QStringList DataTypeName::shortNames()
 {
     QStringList names;
-    for (const Row &row : rows)
-        names.append(QLatin1String(row.shortName));
+    for (const ShortName &row : shortNameRows)
+        names.append(QLatin1String(row.name));
     return names;
 }

@@ -14,10 +14,7 @@ namespace DataTypeName {
 /*! The type that \a name names, "UNSIGNED16" or "u16", in upper or lower case; empty for none. */
 std::optional<CanOpen::DataType> parse(const QString &name);
 
-/*! The name of CiA 301. */
-QString of(CanOpen::DataType type);
-
-/*! All short names, in the order of the codes. */
+/*! All short names. */
 QStringList shortNames();
 
 } // namespace DataTypeName

@@ -98,7 +98,7 @@ void HostSdoClient::handleOutcome(const CanOpen::SdoOutcome &outcome)
                                         : outcome.code);
         break;
     case CanOpen::SdoOutcome::Kind::Timeout:
-        end(pending, Ending::Silent, timeoutCode);
+        end(pending, outcome.isUnasked ? Ending::NotSent : Ending::Silent, timeoutCode);
         break;
     case CanOpen::SdoOutcome::Kind::Cancelled:
         end(pending, Ending::NoBus, timeoutCode);

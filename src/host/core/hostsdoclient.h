@@ -28,6 +28,7 @@ public:
         Value,
         Refused, //!< SDO abort or transfer error
         Silent,  //!< no answer, also after the repeats
+        NotSent, //!< the request could not be put on the bus; nothing is known of the node
         NoBus    //!< the bus was not connected or went away meanwhile, or the user cancelled the run
     };
     Q_ENUM(Ending)

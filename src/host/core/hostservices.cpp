@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "hostservices.h"
 
+#include <canopen/cobid.h>
+
 HostServices::HostServices(const ReadObserver::Clock &clock, QObject *parent)
     : QObject(parent)
     , m_sdoClient(&m_bus)
     , m_hub(&m_bus.heartbeats())
     , m_reads(clock)
     , m_restarts(clock)
+    , m_pace(clock)
     , m_health([this] { return InterfaceHealth::stateOf(m_bus.device()); })
 {
     connect(&m_bus, &BusConnection::stateChanged, this, &HostServices::handleBusState);
@@ -14,7 +17,7 @@ HostServices::HostServices(const ReadObserver::Clock &clock, QObject *parent)
     connect(&m_bus.heartbeats(), &CanOpen::HeartbeatConsumer::heartbeatReceived, this,
             &HostServices::handleHeartbeat);
     connect(&m_hub, &HeartbeatHub::receiverAsked, &m_reads, &ReadObserver::receiverAsked);
-    connect(&m_sdoClient, &HostSdoClient::uploadStarted, &m_reads, &ReadObserver::uploadStarted);
+    connect(&m_sdoClient, &HostSdoClient::uploadStarted, this, &HostServices::handleUploadStart);
     connect(&m_sdoClient, &HostSdoClient::uploadEnded, this, &HostServices::handleUploadEnd);
     connect(&m_reads, &ReadObserver::detectionStarted, this, &HostServices::handleDetection);
     connect(&m_reads, &ReadObserver::phaseChanged, this, &HostServices::handleReadPhase);
@@ -72,8 +75,28 @@ void HostServices::handleDetection()
 
 void HostServices::handleReadPhase(ReadObserver::Phase phase)
 {
-    if (phase == ReadObserver::Phase::Reading && !m_reads.isCancelled())
-        m_sdoClient.endCancelling();
+    if (phase != ReadObserver::Phase::Reading || m_reads.isCancelled())
+        return;
+    m_sdoClient.endCancelling();
+    const quint8 firstNode = m_reads.summary().nodeId;
+    m_pace.begin(heardNodes(), CanOpen::isNodeId(firstNode) ? firstNode : quint8(0));
+}
+
+QSet<quint8> HostServices::heardNodes()
+{
+    QSet<quint8> nodes;
+    for (quint8 nodeId = CanOpen::firstNodeId; nodeId <= CanOpen::lastNodeId; ++nodeId) {
+        if (m_bus.heartbeats().state(nodeId))
+            nodes.insert(nodeId);
+    }
+    return nodes;
+}
+
+void HostServices::handleUploadStart(quint8 nodeId, CanOpen::ObjectKey key)
+{
+    m_reads.uploadStarted(nodeId, key);
+    if (m_reads.phase() == ReadObserver::Phase::Reading && CanOpen::isNodeId(nodeId))
+        m_pace.noteRequest(nodeId);
 }
 
 void HostServices::handleUploadEnd(quint8 nodeId, CanOpen::ObjectKey key, HostSdoClient::Ending ending,

@@ -6,6 +6,7 @@
 #include "hostsdoclient.h"
 #include <bus/interfacehealth.h>
 #include "readobserver.h"
+#include "readpace.h"
 #include "readwords.h"
 #include "restartwatch.h"
 
@@ -46,6 +47,9 @@ public:
     SdoClient *getSdoClient() override { return &m_sdoClient; }
     SecondarySdoClient *getSecondarySdoClient() override { return &m_secondaryClient; }
 
+    /*! How far the read under way is. */
+    const ReadPace &pace() const { return m_pace; }
+
     BusConnection &bus() { return m_bus; }
     HostSdoClient &sdoClient() { return m_sdoClient; }
     HeartbeatHub &heartbeatHub() { return m_hub; }
@@ -63,8 +67,10 @@ public:
 private:
     void handleBusState(BusConnection::State state);
     void handleHeartbeat(quint8 nodeId);
+    QSet<quint8> heardNodes();
     void handleDetection();
     void handleReadPhase(ReadObserver::Phase phase);
+    void handleUploadStart(quint8 nodeId, CanOpen::ObjectKey key);
     void handleUploadEnd(quint8 nodeId, CanOpen::ObjectKey key, HostSdoClient::Ending ending, quint32 code);
 
     BusConnection m_bus;
@@ -73,5 +79,6 @@ private:
     SilentSdoClient m_secondaryClient;
     ReadObserver m_reads;
     RestartWatch m_restarts;
+    ReadPace m_pace;
     InterfaceHealth m_health;
 };

@@ -19,6 +19,8 @@ ReadResult toResult(HostSdoClient::Ending ending, quint32 code)
         return ReadResult::value();
     case HostSdoClient::Ending::Refused:
         return ReadResult::refusal(code);
+    case HostSdoClient::Ending::NotSent:
+        return ReadResult::notSent();
     case HostSdoClient::Ending::Silent:
     case HostSdoClient::Ending::NoBus:
         break;
@@ -105,6 +107,8 @@ void ReadObserver::uploadEnded(quint8 nodeId, CanOpen::ObjectKey key, HostSdoCli
         stopRead(nodeId, key, ReadSummary::End::Cancelled);
     else if (ending == HostSdoClient::Ending::Silent)
         stopRead(nodeId, key, ReadSummary::End::NoAnswer);
+    else if (ending == HostSdoClient::Ending::NotSent)
+        stopRead(nodeId, key, ReadSummary::End::NotSent);
     else
         stopRead(nodeId, key, endWithoutBus(lossReason));
 }

@@ -16,6 +16,7 @@ int rankOf(const ReadResult &result)
     case ReadResult::Kind::Refused:
         return 2;
     case ReadResult::Kind::NoAnswer:
+    case ReadResult::Kind::NotSent:
         break;
     }
     return 3;
@@ -53,12 +54,16 @@ ReadResult ReadResult::of(const CanOpen::SdoOutcome &outcome)
     case CanOpen::SdoOutcome::Kind::Cancelled:
         break;
     }
-    return noAnswer();
+    return outcome.isUnasked ? notSent() : noAnswer();
 }
 
 QString FailedObject::reason() const
 {
-    return result.kind == ReadResult::Kind::NoAnswer ? tr("No answer") : CanOpen::sdoAbortText(result.code);
+    if (result.kind == ReadResult::Kind::NoAnswer)
+        return tr("No answer");
+    if (result.kind == ReadResult::Kind::NotSent)
+        return tr("The request could not be sent");
+    return CanOpen::sdoAbortText(result.code);
 }
 
 QString FailedObject::toString() const

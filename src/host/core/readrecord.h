@@ -19,7 +19,8 @@ struct ReadResult
         Value,
         NotThere, //!< the device says that it does not have the object or the sub-index
         Refused,  //!< refused for another reason, or failed as a transfer; code says why
-        NoAnswer  //!< also after the repeats
+        NoAnswer, //!< also after the repeats
+        NotSent   //!< the request could not be put on the bus
     };
 
     Kind kind = Kind::Value;
@@ -31,8 +32,9 @@ struct ReadResult
     /*! Of an upload that was not cancelled. */
     static ReadResult of(const CanOpen::SdoOutcome &outcome);
     static ReadResult noAnswer() { return {Kind::NoAnswer, 0}; }
+    static ReadResult notSent() { return {Kind::NotSent, 0}; }
 
-    bool isFailure() const { return kind == Kind::Refused || kind == Kind::NoAnswer; }
+    bool isFailure() const { return kind != Kind::Value && kind != Kind::NotThere; }
 };
 
 /*! How the objects of one node, or of several together, were read. Each object counts once. */

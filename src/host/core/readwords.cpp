@@ -6,6 +6,8 @@
 
 namespace {
 
+constexpr qint64 millisecondsPerSecond = 1000;
+constexpr qint64 secondsPerMinute = 60;
 constexpr int mostObjectsNamed = 8; // of one node and reason, in a sentence
 
 /*! \a text with %1 node, %2 index, %3 sub-index, %4 number of values. */
@@ -44,6 +46,7 @@ QString ReadWords::endOfDetection(const ReadSummary &summary)
     case ReadSummary::End::Complete:
     case ReadSummary::End::NothingAsked:
     case ReadSummary::End::NoAnswer:
+    case ReadSummary::End::NotSent:
         break;
     }
     return tr("Nothing was read, because node 1, the bus controller, was not heard. Is the vehicle "
@@ -68,6 +71,11 @@ QString ReadWords::stop(const ReadSummary &summary, Silence silence)
         return fill(tr("The read was cancelled by the user at node %1, object %2 sub-index %3. Values read "
                        "until then: %4."),
                     summary);
+    case ReadSummary::End::NotSent:
+        return fill(
+            tr("The read stopped at node %1, object %2 sub-index %3, because the request could not be "
+               "sent: the bus is overloaded, or nobody acknowledges. Values read until then: %4."),
+            summary);
     case ReadSummary::End::Complete:
     case ReadSummary::End::NothingAsked:
     case ReadSummary::End::NoAnswer:
@@ -88,6 +96,32 @@ QString ReadWords::stop(const ReadSummary &summary, Silence silence)
     return fill(tr("The read stopped at node %1, object %2 sub-index %3, because it did not answer. "
                    "Values read until then: %4."),
                 summary);
+}
+
+QString ReadWords::foreignClient(quint8 nodeId)
+{
+    return tr("Another client is reading node %1. Objects of it may take long or fail; end the other "
+              "program, or "
+              "take its adapter off the bus.")
+        .arg(nodeId);
+}
+
+QString ReadWords::place(const ReadPace &pace, quint8 nodeId, const CanOpen::ObjectKey &key)
+{
+    return tr("Reading node %1 (%2 of %3), object %4 ...")
+        .arg(QString::number(nodeId), QString::number(pace.nodeNumber()), QString::number(pace.nodeCount()),
+             CanOpen::indexText(key.index));
+}
+
+QString ReadWords::timeLeft(const ReadPace &pace)
+{
+    const std::optional<std::chrono::milliseconds> left = pace.timeLeft();
+    if (!left)
+        return QString();
+    const qint64 seconds = (left->count() + millisecondsPerSecond - 1) / millisecondsPerSecond;
+    if (seconds < secondsPerMinute)
+        return tr("%1 s left").arg(seconds);
+    return tr("%1 min left").arg((seconds + secondsPerMinute - 1) / secondsPerMinute);
 }
 
 QStringList ReadWords::failures(const QVector<FailedObject> &failed)

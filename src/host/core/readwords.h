@@ -2,6 +2,7 @@
 #pragma once
 
 #include "readobserver.h"
+#include "readpace.h"
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -24,6 +25,15 @@ public:
 
     /*! "values: 53, objects not there: 147, failed: 0" */
     static QString counts(const ReadCounts &counts);
+
+    /*! That the node is used by somebody else as well. */
+    static QString foreignClient(quint8 nodeId);
+
+    /*! Where a read is: "Reading node 5 (3 of 7), object 6000h ..." */
+    static QString place(const ReadPace &pace, quint8 nodeId, const CanOpen::ObjectKey &key);
+
+    /*! "12 s left"; empty while it is too early to say. */
+    static QString timeLeft(const ReadPace &pace);
 
     /*! What failed: a sentence for each node and reason, with its objects. */
     static QStringList failures(const QVector<FailedObject> &failed);

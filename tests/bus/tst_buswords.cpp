@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+#include <bus/backends.h>
+#include <bus/buswords.h>
+
+#include <QtTest>
+
+class tst_BusWords : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void nodes_data();
+    void nodes();
+    void connections();
+    void presences_data();
+    void presences();
+    void healths();
+    void switchOnCommands_data();
+    void switchOnCommands();
+    void backEnds_data();
+    void backEnds();
+    void offeredBitRatesAreTaken();
+
+private:
+    static BusSettings can0(std::optional<int> bitRate = std::nullopt)
+    {
+        BusSettings settings;
+        settings.address = {QStringLiteral("socketcan"), QStringLiteral("can0")};
+        settings.bitRate = bitRate;
+        return settings;
+    }
+};
+
+void tst_BusWords::nodes_data()
+{
+    QTest::addColumn<QList<quint8>>("ids");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("none") << QList<quint8>() << QString();
+    QTest::newRow("one") << QList<quint8>{127} << QStringLiteral("127");
+    QTest::newRow("two neighbours") << QList<quint8>{4, 5} << QStringLiteral("4, 5");
+    QTest::newRow("three neighbours") << QList<quint8>{4, 5, 6} << QStringLiteral("4 to 6");
+    QTest::newRow("mixed") << QList<quint8>{1, 4, 5, 6, 9, 10, 125, 126, 127}
+                           << QStringLiteral("1, 4 to 6, 9, 10, 125 to 127");
+}
+
+void tst_BusWords::nodes()
+{
+    QFETCH(QList<quint8>, ids);
+    QTEST(BusWords::nodes(ids), "text");
+}
+
+void tst_BusWords::connections()
+{
+    QCOMPARE(BusWords::connecting(can0()), QStringLiteral("Connecting to socketcan:can0 ..."));
+    QCOMPARE(BusWords::connected(can0()), QStringLiteral("Connected to socketcan:can0."));
+    QCOMPARE(BusWords::connected(can0(0)), QStringLiteral("Connected to socketcan:can0."));
+    QCOMPARE(BusWords::connected(can0(83333)),
+             QStringLiteral("Connected to socketcan:can0 at 83.333 kbit/s."));
+    QCOMPARE(BusWords::cannotBeOpened(can0().address, QStringLiteral("No such plugin.")),
+             QStringLiteral("The bus socketcan:can0 cannot be opened: No such plugin."));
+}
+
+void tst_BusWords::presences_data()
+{
+    QTest::addColumn<InterfaceWatch::Presence>("presence");
+    QTest::addColumn<QString>("sentence");
+
+    QTest::newRow("down") << InterfaceWatch::Presence::Down
+                          << QStringLiteral(
+                                 "can0 is down: run \"sudo ip link set can0 up type can bitrate 125000\".");
+    QTest::newRow("missing") << InterfaceWatch::Presence::Missing
+                             << QStringLiteral(
+                                    "There is no interface can0. Check that the adapter is plugged in.");
+    QTest::newRow("replaced") << InterfaceWatch::Presence::Replaced
+                              << QStringLiteral("The interface can0 was removed and came back.");
+    QTest::newRow("there") << InterfaceWatch::Presence::Present
+                           << QStringLiteral("The interface can0 is there.");
+}
+
+void tst_BusWords::presences()
+{
+    QFETCH(InterfaceWatch::Presence, presence);
+    QTEST(BusWords::presence(presence, can0(125000)), "sentence");
+}
+
+void tst_BusWords::healths()
+{
+    const QString name = QStringLiteral("can0");
+    QCOMPARE(BusWords::health(InterfaceHealth::State::Good, name), QString());
+    QCOMPARE(BusWords::health(InterfaceHealth::State::Unknown, name), QString());
+    QCOMPARE(BusWords::health(InterfaceHealth::State::Warning, name),
+             QStringLiteral("The CAN interface can0 counts many bus errors."));
+    QVERIFY(BusWords::health(InterfaceHealth::State::Passive, name)
+                .startsWith(QStringLiteral("The CAN interface can0 is error-passive: ")));
+    QVERIFY(BusWords::health(InterfaceHealth::State::BusOff, name)
+                .startsWith(QStringLiteral("The CAN interface can0 is bus-off: ")));
+}
+
+void tst_BusWords::switchOnCommands_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("bitRate");
+    QTest::addColumn<QString>("command");
+
+    QTest::newRow("no bit rate chosen")
+        << QStringLiteral("can0") << 0 << QStringLiteral("sudo ip link set can0 up type can bitrate 250000");
+    QTest::newRow("bit rate chosen") << QStringLiteral("slcan1") << 500000
+                                     << QStringLiteral("sudo ip link set slcan1 up type can bitrate 500000");
+    QTest::newRow("virtual") << QStringLiteral("vcan0") << 500000
+                             << QStringLiteral("sudo ip link set vcan0 up");
+    QTest::newRow("virtual pair") << QStringLiteral("vxcan3") << 0
+                                  << QStringLiteral("sudo ip link set vxcan3 up");
+}
+
+void tst_BusWords::switchOnCommands()
+{
+    QFETCH(QString, name);
+    QFETCH(int, bitRate);
+    QTEST(BusWords::switchOnCommand(name, bitRate > 0 ? std::optional<int>(bitRate) : std::nullopt),
+          "command");
+    QCOMPARE(BusWords::switchOffCommand(QStringLiteral("can0")),
+             QStringLiteral("sudo ip link set can0 down"));
+}
+
+void tst_BusWords::backEnds_data()
+{
+    QTest::addColumn<QString>("plugin");
+    QTest::addColumn<bool>("isConfiguredOutside");
+    QTest::addColumn<bool>("isInNetworkFolder");
+    QTest::addColumn<bool>("hasBitRate");
+
+    QTest::newRow("socketcan") << QStringLiteral("socketcan") << true << true << true;
+    QTest::newRow("virtualcan") << QStringLiteral("virtualcan") << false << false << false;
+    QTest::newRow("peakcan") << QStringLiteral("peakcan") << false << false << true;
+    QTest::newRow("none") << QString() << false << false << true;
+}
+
+void tst_BusWords::backEnds()
+{
+    QFETCH(QString, plugin);
+    const BackEnd &backEnd = BackEnd::find(plugin);
+    QTEST(backEnd.isConfiguredOutside, "isConfiguredOutside");
+    QTEST(backEnd.presence == BackEnd::Presence::NetworkFolder, "isInNetworkFolder");
+    QTEST(backEnd.hasBitRate, "hasBitRate");
+}
+
+void tst_BusWords::offeredBitRatesAreTaken()
+{
+    QStringList texts;
+    for (const int bitRate : offeredBitRates) {
+        QCOMPARE(parseBitRate(QString::number(bitRate), nullptr), std::optional<int>(bitRate));
+        texts.append(QString::number(bitRate / 1000));
+    }
+    QCOMPARE(texts.join(QLatin1Char(' ')), QStringLiteral("10 20 50 100 125 250 500 800 1000"));
+}
+
+QTEST_GUILESS_MAIN(tst_BusWords)
+#include "tst_buswords.moc"
