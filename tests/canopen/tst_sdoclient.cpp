@@ -174,6 +174,7 @@ private slots:
     void cancelOfWhatHasEnded();
 
     void waitBeginsWithTheWrite();
+    void framesOfEndedUploadsAreWrittenFirst();
     void droppedRequestIsRepeated();
     void whatWasNeverWrittenIsUnasked();
     void forgottenFramesDoNotHoldUp();
@@ -590,6 +591,24 @@ void tst_SdoClient::waitBeginsWithTheWrite()
     QCOMPARE(bus.outcomes.size(), 1);
     QCOMPARE(bus.outcomes.first().kind, Kind::Timeout);
     QVERIFY(!bus.outcomes.first().isUnasked);
+}
+
+void tst_SdoClient::framesOfEndedUploadsAreWrittenFirst()
+{
+    TimedBus bus;
+    bus.client.setDefaultPatience(patience(100ms, 0));
+    bus.sending = Sending::Waiting;
+    bus.client.cancel(bus.client.upload(5, deviceType, DataType::Unsigned32));
+    bus.client.upload(5, {0x1001, 0}, DataType::Unsigned8);
+    QCOMPARE(bus.sent.size(), 3); // a request, its abort, a request
+    bus.client.handleWritten(bus.sent.at(0));
+    bus.client.handleWritten(bus.sent.at(1));
+    bus.pass(5000ms);
+    QCOMPARE(bus.outcomes.size(), 1);
+    bus.client.handleWritten(bus.sent.at(2));
+    bus.pass(100ms);
+    QCOMPARE(bus.outcomes.size(), 2);
+    QVERIFY(!bus.outcomes.last().isUnasked);
 }
 
 void tst_SdoClient::droppedRequestIsRepeated()

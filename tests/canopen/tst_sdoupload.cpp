@@ -111,6 +111,8 @@ private slots:
     void owedSegmentOfTheUploadBefore();
     void copyOfTheUploadBeforeIsNotBelieved();
     void equalValuesAreReadThrice();
+    void troubleMakesTheNextUploadWait();
+    void abortOfAMixedUpTransferIsNoAnswer();
     void changingValueIsBelievedAfterSilence_data();
     void changingValueIsBelievedAfterSilence();
     void doubledSegmentInATextOfUnknownSizeDoesNotCount();
@@ -789,6 +791,37 @@ void tst_SdoUpload::equalValuesAreReadThrice()
     QCOMPARE(sent(answer(&upload, reading)), Frames{askType});
     QVERIFY(answer(&upload, reading).finished);
     QCOMPARE(upload.outcome().value, QVariant(0u));
+}
+
+// After a frame that nobody asked for, nothing in segments is asked for until all from before it is gone.
+void tst_SdoUpload::troubleMakesTheNextUploadWait()
+{
+    SdoUpload upload;
+    upload.start({0x1001, 0}, DataType::Unsigned32, 0);
+    answerTwice(&upload, {bytes("41 01 10 00 04 00 00 00"), bytes("07 01 00 00 00 00 00 00")});
+    QCOMPARE(upload.outcome().kind, Kind::Value);
+    upload.setTime(100);
+    upload.handleResponse(bytes("43 01 10 00 01 00 00 00"));
+    upload.start(deviceType, DataType::Unsigned32, 0);
+    const Step step = upload.handleResponse(bytes("41 00 10 00 04 00 00 00"));
+    QCOMPARE(sent(step), Frames{bytes("80 00 10 00 00 00 00 08")});
+    QCOMPARE(step.wait, 550);
+}
+
+// The server complains of a toggle bit when a request has come to it twice: nothing is wrong with the object.
+void tst_SdoUpload::abortOfAMixedUpTransferIsNoAnswer()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 2);
+    answer(&upload, {nameHas9Bytes, nameSegment0, nameSegment0});
+    const Step step = upload.handleResponse(bytes("80 08 10 00 00 00 03 05"));
+    QVERIFY(!step.finished);
+    QCOMPARE(step.wait, 650);
+    upload.setTime(650);
+    QCOMPARE(sent(upload.timeOver()), Frames{askName});
+    // What it says of the object is an answer at any time.
+    QVERIFY(upload.handleResponse(bytes("80 08 10 00 00 00 02 06")).finished);
+    QCOMPARE(upload.outcome().kind, Kind::Abort);
 }
 
 void tst_SdoUpload::changingValueIsBelievedAfterSilence_data()
