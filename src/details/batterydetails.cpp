@@ -7,20 +7,16 @@
 
 #include <interpreter/batterytexts.h>
 #include <interpreter/datainterpreter.h>
+#include <interpreter/objects.h>
 #include <store/nodeview.h>
 
 namespace {
 
-constexpr quint16 deviceStatus = 0x6002;
-constexpr quint16 batteryType = 0x6100;
-constexpr quint16 temperatures = 0x6105;
-constexpr quint16 relativeCapacity = 0x6164;
-
 constexpr quint16 energyObjects[] = {
-    0x6160,           // actual capacity in Wh
-    0x6162,           // full output capacity in Wh
-    relativeCapacity, // state of charge
-    0x6176,           // state of health
+    0x6160,                   // actual capacity in Wh
+    0x6162,                   // full output capacity in Wh
+    Object::relativeCapacity, // state of charge
+    0x6176,                   // state of health
 };
 
 /*! An object of the fixed data, and the object that the tooltips of its rows name. */
@@ -83,7 +79,7 @@ void BatteryDetails::show(const NodeView &node)
 
 void BatteryDetails::showStatus(const NodeView &node)
 {
-    const std::optional<QVariant> status = node.value(deviceStatus, 1);
+    const std::optional<QVariant> status = node.value(Object::deviceStatus, 1);
     // Deliberate: the rows that follow count on this one; without it they are beyond the end and not shown.
     if (!status)
         return;
@@ -94,20 +90,20 @@ void BatteryDetails::showStatus(const NodeView &node)
     if (isReservedState(state))
         color = Qt::black;
     m_values.insertRow(m_position,
-                       {Tr::tr("Battery Status"), text, objectToolTip(deviceStatus, *status), color});
+                       {Tr::tr("Battery Status"), text, objectToolTip(Object::deviceStatus, *status), color});
 }
 
 void BatteryDetails::showTemperatures(const NodeView &node)
 {
-    const std::optional<quint32> count = node.entryCount(temperatures);
+    const std::optional<quint32> count = node.entryCount(Object::batteryTemperatures);
     if (!count)
         return;
 
     const QString label = batteryTemperatureLabel(*count);
-    node.forEachEntry(temperatures, [&](quint8 subIndex, const QVariant &value) {
-        DetailRow row = entryRow(temperatures, subIndex, value);
+    node.forEachEntry(Object::batteryTemperatures, [&](quint8 subIndex, const QVariant &value) {
+        DetailRow row = entryRow(Object::batteryTemperatures, subIndex, value);
         row.name = label;
-        row.color = DataInterpreter::checkLimits(temperatures, value);
+        row.color = DataInterpreter::checkLimits(Object::batteryTemperatures, value);
         m_values.insertRow(++m_position, row);
     });
 }
@@ -119,7 +115,7 @@ void BatteryDetails::showEnergyValues(const NodeView &node)
         node.forEachEntry(index, [&](quint8 subIndex, const QVariant &value) {
             DetailRow row = entryRow(index, subIndex, value);
             row.name += QStringLiteral(": ") + QString::number(subIndex);
-            if (index == relativeCapacity) {
+            if (index == Object::relativeCapacity) {
                 color = chargeColor(value.toUInt(), color);
                 row.color = color;
             }
@@ -130,13 +126,13 @@ void BatteryDetails::showEnergyValues(const NodeView &node)
 
 void BatteryDetails::showChemistry(const NodeView &node)
 {
-    const std::optional<QVariant> type = node.value(batteryType, 1);
+    const std::optional<QVariant> type = node.value(Object::batteryType, 1);
     // Deliberate: the ratings count on this row as the live values count on the status.
     if (!type)
         return;
-    m_parameters.insertRow(m_position, {DataInterpreter::objectName(batteryType, 1),
+    m_parameters.insertRow(m_position, {DataInterpreter::objectName(Object::batteryType, 1),
                                         DataInterpreter::interpretBatteryChemistry(*type),
-                                        objectToolTip(batteryType, *type)});
+                                        objectToolTip(Object::batteryType, *type)});
 }
 
 void BatteryDetails::showRatings(const NodeView &node)

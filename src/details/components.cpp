@@ -6,6 +6,7 @@
 
 #include <interpreter/componentclass.h>
 #include <interpreter/datainterpreter.h>
+#include <interpreter/objects.h>
 #include <store/nodeview.h>
 
 #include <QDebug>
@@ -14,8 +15,6 @@
 
 namespace {
 
-constexpr quint16 virtualDevices = 0x6000;
-constexpr quint16 deviceStatus = 0x6002;
 constexpr quint32 virtualDeviceLimit = 128; // sub-indices of 6000h from here on are not looked at
 
 constexpr const char *nmtStateTexts[] = {
@@ -33,10 +32,10 @@ Component componentOf(const NodeView &node, const ComponentClass &componentClass
     component.icon = componentClass.icon;
 
     // The state is the node's: all its components show that of the first virtual device.
-    if (const std::optional<QVariant> status = node.value(deviceStatus, 1)) {
+    if (const std::optional<QVariant> status = node.value(Object::deviceStatus, 1)) {
         QString flags;
         DataInterpreter::interpretDeviceStatus(*status, flags, component.deviceState);
-        component.toolTip = objectToolTip(deviceStatus, *status);
+        component.toolTip = objectToolTip(Object::deviceStatus, *status);
     }
     return component;
 }
@@ -46,12 +45,12 @@ Component componentOf(const NodeView &node, const ComponentClass &componentClass
 QVector<Component> componentsOf(const NodeView &node)
 {
     qDebug() << "Handling of node" << node.nodeId();
-    const quint32 count = node.entryCount(virtualDevices).value_or(0) & 0xFF;
+    const quint32 count = node.entryCount(Object::virtualDevices).value_or(0) & 0xFF;
     qDebug() << "sub0 value = " << count;
 
     QVector<Component> components;
     for (quint32 s = 1; s <= count && s < virtualDeviceLimit; ++s) {
-        const std::optional<QVariant> entry = node.value(virtualDevices, static_cast<quint8>(s));
+        const std::optional<QVariant> entry = node.value(Object::virtualDevices, static_cast<quint8>(s));
         if (!entry)
             continue;
         if (const ComponentClass *componentClass

@@ -7,6 +7,7 @@
 #include "rowtable.h"
 
 #include <interpreter/datainterpreter.h>
+#include <interpreter/objects.h>
 #include <store/nodeview.h>
 
 #include <QLoggingCategory>
@@ -16,19 +17,6 @@
 namespace {
 
 Q_LOGGING_CATEGORY(lcTables, "details.tables")
-
-constexpr quint16 identity = 0x1018;
-constexpr quint16 virtualDevices = 0x6000;
-constexpr quint16 controlCommand = 0x6001;
-constexpr quint16 deviceStatus = 0x6002;
-constexpr quint16 deviceCapability = 0x6003;
-constexpr quint16 uniquePartNumber = 0x6005;
-constexpr quint16 externalDevices = 0x6008;
-constexpr quint16 supportedAlarms = 0x600A;
-constexpr quint16 systemStatus = 0x6080;
-constexpr quint16 levType = 0x6081;
-constexpr quint16 motorValues = 0x62E8;
-constexpr quint16 securityCapability = 0x6310;
 
 constexpr quint8 controllerClass = 4;
 constexpr quint8 converterClass = 5;
@@ -44,15 +32,15 @@ struct SingleObject
 
 QString partNumberText(const QVariant &value)
 {
-    return DataInterpreter::formatValue(uniquePartNumber, 0, value);
+    return DataInterpreter::formatValue(Object::uniquePartNumber, 0, value);
 }
 
 constexpr SingleObject singleParameters[] = {
-    {supportedAlarms, &DataInterpreter::interpretSupportedAlarms},
-    {uniquePartNumber, &partNumberText},
+    {Object::supportedAlarms, &DataInterpreter::interpretSupportedAlarms},
+    {Object::uniquePartNumber, &partNumberText},
 };
-constexpr SingleObject controllerStatus{systemStatus, &DataInterpreter::interpretSystemStatus};
-constexpr SingleObject controllerVehicle{levType, &DataInterpreter::interpretLevType};
+constexpr SingleObject controllerStatus{Object::systemStatus, &DataInterpreter::interpretSystemStatus};
+constexpr SingleObject controllerVehicle{Object::levType, &DataInterpreter::interpretLevType};
 
 constexpr quint16 limitObjects[] = {
     0x6020, // dynamic limit of the input voltage
@@ -116,35 +104,35 @@ DetailRow entryRow(quint16 index, quint8 subIndex, const QVariant &value, const 
 void addIdentity(const NodeView &node, RowSequence &rows)
 {
     QVariant holder;
-    if (!node.getValue(identity, 0, holder))
+    if (!node.getValue(Object::identity, 0, holder))
         return;
-    node.followEntries(identity, holder, [&rows](quint8 subIndex, const QVariant &value) {
+    node.followEntries(Object::identity, holder, [&rows](quint8 subIndex, const QVariant &value) {
         QString name;
         QString text;
         DataInterpreter::interpretIdentity(value, subIndex, name, text);
-        rows.add({name, text, objectToolTip(identity, value)});
+        rows.add({name, text, objectToolTip(Object::identity, value)});
     });
 }
 
 void addExternalDevices(const NodeView &node, RowSequence &rows)
 {
-    const std::optional<quint32> count = node.entryCount(externalDevices);
+    const std::optional<quint32> count = node.entryCount(Object::ratedVoltage);
     if (!count)
         return;
 
     // Deliberate: the count decides about all rows, not each row's own number.
     constexpr quint32 lastVirtualDevice = 127;
     const QString label = *count > lastVirtualDevice ? Tr::tr(" external device ") : Tr::tr(" VDN ");
-    node.forEachEntry(externalDevices, [&](quint8 subIndex, const QVariant &value) {
+    node.forEachEntry(Object::ratedVoltage, [&](quint8 subIndex, const QVariant &value) {
         const QString name
-            = DataInterpreter::objectName(externalDevices, subIndex) + label + QString::number(subIndex);
-        rows.add(entryRow(externalDevices, subIndex, value, name));
+            = DataInterpreter::objectName(Object::ratedVoltage, subIndex) + label + QString::number(subIndex);
+        rows.add(entryRow(Object::ratedVoltage, subIndex, value, name));
     });
 }
 
 void addSecurityProperties(const NodeView &node, RowSequence &rows)
 {
-    const std::optional<QVariant> value = node.value(securityCapability, 1);
+    const std::optional<QVariant> value = node.value(Object::securityCapability, 1);
     if (!value)
         return;
 
@@ -153,7 +141,7 @@ void addSecurityProperties(const NodeView &node, RowSequence &rows)
     QString keyClassLabel;
     QString keyClass;
     DataInterpreter::interpretSecurityProperties(*value, label, features, keyClassLabel, keyClass);
-    const QString toolTip = objectToolTip(securityCapability, *value);
+    const QString toolTip = objectToolTip(Object::securityCapability, *value);
     rows.add({label, features, toolTip});
     rows.add({keyClassLabel, keyClass, toolTip});
 }
@@ -172,18 +160,19 @@ void addLimits(const NodeView &node, RowSequence &rows)
 
 void addControlCommand(const NodeView &node, RowSequence &rows)
 {
-    const std::optional<QVariant> value = node.value(controlCommand, 1);
+    const std::optional<QVariant> value = node.value(Object::controlCommand, 1);
     if (!value)
         return;
 
     QString text;
     DataInterpreter::interpretControlCommand(*value, text);
-    rows.add({DataInterpreter::objectName(controlCommand, 1), text, objectToolTip(controlCommand, *value)});
+    rows.add({DataInterpreter::objectName(Object::controlCommand, 1), text,
+              objectToolTip(Object::controlCommand, *value)});
 }
 
 void addCapability(const NodeView &node, RowSequence &rows)
 {
-    const std::optional<QVariant> value = node.value(deviceCapability, 1);
+    const std::optional<QVariant> value = node.value(Object::deviceCapability, 1);
     if (!value)
         return;
 
@@ -192,21 +181,21 @@ void addCapability(const NodeView &node, RowSequence &rows)
     if (capabilities.isEmpty())
         capabilities.append(QStringLiteral("---"));
     // Deliberate: the tooltip names 6005h.
-    rows.addList(DataInterpreter::objectName(deviceCapability, 1), objectToolTip(0x6005, *value),
+    rows.addList(DataInterpreter::objectName(Object::deviceCapability, 1), objectToolTip(0x6005, *value),
                  capabilities);
 }
 
 void addDeviceStatus(const NodeView &node, RowSequence &rows)
 {
-    const std::optional<QVariant> value = node.value(deviceStatus, 1);
+    const std::optional<QVariant> value = node.value(Object::deviceStatus, 1);
     if (!value)
         return;
 
     QString flags;
     QString state;
     DataInterpreter::interpretDeviceStatus(*value, flags, state);
-    const QString toolTip = objectToolTip(deviceStatus, *value);
-    rows.add({DataInterpreter::objectName(deviceStatus, 1), flags, toolTip});
+    const QString toolTip = objectToolTip(Object::deviceStatus, *value);
+    rows.add({DataInterpreter::objectName(Object::deviceStatus, 1), flags, toolTip});
     rows.add({Tr::tr("Draxel FSA state"), state, toolTip});
 }
 
@@ -225,7 +214,7 @@ void addActualValues(const NodeView &node, RowSequence &rows)
 quint32 motorValueCount(const NodeView &node)
 {
     constexpr quint32 greatestCount = std::numeric_limits<quint8>::max() + 1;
-    const quint32 count = node.entryCount(motorValues).value_or(0);
+    const quint32 count = node.entryCount(Object::motorValues).value_or(0);
     if (count <= greatestCount)
         return count;
     qCDebug(lcTables) << "Node" << node.nodeId() << "states" << count
@@ -257,7 +246,7 @@ void NodeDetails::showNode(quint8 nodeId)
     const NodeView node(m_store, nodeId);
     showDeviceDetails(node);
 
-    const std::optional<QVariant> device = node.value(virtualDevices, 1);
+    const std::optional<QVariant> device = node.value(Object::virtualDevices, 1);
     if (!device)
         return;
     switch (static_cast<quint8>(device->toUInt() & 0xFF)) {
@@ -338,7 +327,7 @@ void NodeDetails::showMotorControlDetails(const NodeView &node)
     // numbers.
     for (quint32 s = 0; s < count; ++s) {
         const auto subIndex = static_cast<quint8>(s);
-        m_values.appendRow({DataInterpreter::objectName(motorValues, subIndex),
-                            node.value(motorValues, subIndex).value_or(QVariant()).toString()});
+        m_values.appendRow({DataInterpreter::objectName(Object::motorValues, subIndex),
+                            node.value(Object::motorValues, subIndex).value_or(QVariant()).toString()});
     }
 }

@@ -2,6 +2,7 @@
 #include "datainterpreter.h"
 
 #include "objectdescriptions.h"
+#include "objects.h"
 #include "texttables.h"
 #include "units.h"
 #include "vendortable.h"
@@ -9,9 +10,6 @@
 #include <QVariant>
 
 namespace {
-
-constexpr quint16 systemStatusObject = 0x6080;
-constexpr quint16 levTypeObject = 0x6081;
 
 constexpr BitText systemStatusItems[] = {
     {0, QT_TRANSLATE_NOOP("DataInterpreter", "DX is on,")},
@@ -87,9 +85,9 @@ Qt::GlobalColor DataInterpreter::checkLimits(quint16 index, const QVariant &valu
 QString DataInterpreter::formatValue(quint16 index, quint8 subIndex, const QVariant &value)
 {
     Q_UNUSED(subIndex)
-    if (index == systemStatusObject)
+    if (index == Object::systemStatus)
         return systemStatusText(value.toUInt());
-    if (index == levTypeObject)
+    if (index == Object::levType)
         return shortLevTypeText(value.toUInt());
 
     const ObjectDescription *description = objectDescriptions().find(index);

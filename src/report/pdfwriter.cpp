@@ -5,6 +5,7 @@
 
 #include <interpreter/batterytexts.h>
 #include <interpreter/datainterpreter.h>
+#include <interpreter/objects.h>
 #include <store/wholefile.h>
 #include <system/systemerrortext.h>
 
@@ -21,8 +22,6 @@
 #include <QVariant>
 
 namespace {
-
-constexpr quint16 deviceStatus = 0x6002;
 
 QString styleSheet()
 {
@@ -164,7 +163,7 @@ void pdfWriter::addDeviceStatusRows(const QVariant &value)
     QString flags;
     QString state;
     DataInterpreter::interpretDeviceStatus(value, flags, state);
-    addRow(DataInterpreter::objectName(deviceStatus, 1), flags);
+    addRow(DataInterpreter::objectName(Object::deviceStatus, 1), flags);
     addRow(tr("Draxel FSA state"), state);
 }
 

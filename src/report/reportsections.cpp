@@ -6,6 +6,7 @@
 #include <interpreter/batterytexts.h>
 #include <interpreter/componentclass.h>
 #include <interpreter/datainterpreter.h>
+#include <interpreter/objects.h>
 #include <store/nodestore.h>
 #include <store/nodeview.h>
 
@@ -18,23 +19,6 @@ struct Tr
 {
     Q_DECLARE_TR_FUNCTIONS(OverviewForm)
 };
-
-constexpr quint16 deviceType = 0x1000;
-constexpr quint16 errorRegister = 0x1001;
-constexpr quint16 identity = 0x1018;
-constexpr quint16 virtualDevices = 0x6000;
-constexpr quint16 controlCommand = 0x6001;
-constexpr quint16 deviceStatus = 0x6002;
-constexpr quint16 uniquePartNumber = 0x6005;
-constexpr quint16 supportedAlarms = 0x600A;
-constexpr quint16 profileVersions = 0x600E;
-constexpr quint16 inputVoltageLimit = 0x6020;
-constexpr quint16 systemStatus = 0x6080;
-constexpr quint16 levType = 0x6081;
-constexpr quint16 batteryType = 0x6100;
-constexpr quint16 temperatures = 0x6105;
-constexpr quint16 securityCapability = 0x6310;
-constexpr quint16 securityStatus = 0x6311;
 
 constexpr quint16 ratedObjects[] = {
     0x6008, // voltage
@@ -120,9 +104,9 @@ QString numbered(quint16 index, quint8 subIndex, const QString &label, quint8 nu
 void addIdentity(const NodeView &node, pdfWriter &writer)
 {
     QVariant holder;
-    if (!node.getValue(identity, 0, holder))
+    if (!node.getValue(Object::identity, 0, holder))
         return;
-    node.followEntries(identity, holder, [&writer](quint8 subIndex, const QVariant &value) {
+    node.followEntries(Object::identity, holder, [&writer](quint8 subIndex, const QVariant &value) {
         QString name;
         QString text;
         DataInterpreter::interpretIdentity(value, subIndex, name, text);
@@ -132,7 +116,7 @@ void addIdentity(const NodeView &node, pdfWriter &writer)
 
 void addDeviceInformation(const NodeView &node, pdfWriter &writer)
 {
-    if (const std::optional<QVariant> value = node.value(deviceType, 0))
+    if (const std::optional<QVariant> value = node.value(Object::deviceType, 0))
         writer.addDeviceInformationRow(*value);
 }
 
@@ -155,7 +139,7 @@ void addRatedValues(const NodeView &node, pdfWriter &writer)
 
 void addSecurityProperties(const NodeView &node, pdfWriter &writer)
 {
-    const std::optional<QVariant> value = node.value(securityCapability, 1);
+    const std::optional<QVariant> value = node.value(Object::securityCapability, 1);
     if (!value)
         return;
 
@@ -170,33 +154,33 @@ void addSecurityProperties(const NodeView &node, pdfWriter &writer)
 
 void addSupportedAlarms(const NodeView &node, pdfWriter &writer)
 {
-    if (const std::optional<QVariant> value = node.value(supportedAlarms, 0)) {
-        writer.addRow(DataInterpreter::objectName(supportedAlarms, 0),
+    if (const std::optional<QVariant> value = node.value(Object::supportedAlarms, 0)) {
+        writer.addRow(DataInterpreter::objectName(Object::supportedAlarms, 0),
                       DataInterpreter::interpretSupportedAlarms(*value));
     }
 }
 
 void addPartNumber(const NodeView &node, pdfWriter &writer)
 {
-    if (const std::optional<QVariant> value = node.value(uniquePartNumber, 0))
-        writer.addObjectRow(uniquePartNumber, *value);
+    if (const std::optional<QVariant> value = node.value(Object::uniquePartNumber, 0))
+        writer.addObjectRow(Object::uniquePartNumber, *value);
 }
 
 // Rows of the actual values that every device may have
 
 void addControlCommand(SharedLookups &lookups, pdfWriter &writer)
 {
-    const std::optional<QVariant> value = lookups.value(controlCommand, 1);
+    const std::optional<QVariant> value = lookups.value(Object::controlCommand, 1);
     if (!value)
         return;
     QString text;
     DataInterpreter::interpretControlCommand(*value, text);
-    writer.addRow(DataInterpreter::objectName(controlCommand, 1), text);
+    writer.addRow(DataInterpreter::objectName(Object::controlCommand, 1), text);
 }
 
 void addDeviceStatus(SharedLookups &lookups, pdfWriter &writer)
 {
-    if (const std::optional<QVariant> value = lookups.value(deviceStatus, 1))
+    if (const std::optional<QVariant> value = lookups.value(Object::deviceStatus, 1))
         writer.addDeviceStatusRows(*value);
 }
 
@@ -204,9 +188,9 @@ void addInputVoltageLimits(SharedLookups &lookups, pdfWriter &writer)
 {
     const QString label = Tr::tr(" VDN ");
     // Deliberate: of the limits 6020h to 6027h only the first, and the name of its first entry in every row.
-    lookups.forEachEntry(inputVoltageLimit, [&](quint8 subIndex, const QVariant &value) {
-        writer.addRow(numbered(inputVoltageLimit, 1, label, subIndex),
-                      DataInterpreter::formatValue(inputVoltageLimit, subIndex, value));
+    lookups.forEachEntry(Object::inputVoltageLimit, [&](quint8 subIndex, const QVariant &value) {
+        writer.addRow(numbered(Object::inputVoltageLimit, 1, label, subIndex),
+                      DataInterpreter::formatValue(Object::inputVoltageLimit, subIndex, value));
     });
 }
 
@@ -223,17 +207,17 @@ void addActualValues(SharedLookups &lookups, pdfWriter &writer)
 
 void addErrorRegister(SharedLookups &lookups, pdfWriter &writer)
 {
-    if (const std::optional<QVariant> value = lookups.value(errorRegister, 0))
+    if (const std::optional<QVariant> value = lookups.value(Object::errorRegister, 0))
         writer.addErrorRegisterRow(*value);
 }
 
 void addProfileVersions(SharedLookups &lookups, pdfWriter &writer)
 {
-    if (!lookups.value(profileVersions, 0))
+    if (!lookups.value(Object::profileVersions, 0))
         return;
 
     QString versions;
-    lookups.followEntries(profileVersions, [&versions](quint8, const QVariant &value) {
+    lookups.followEntries(Object::profileVersions, [&versions](quint8, const QVariant &value) {
         QString label;
         QString text;
         DataInterpreter::interpretSpecificationVersions(value, label, text);
@@ -245,13 +229,13 @@ void addProfileVersions(SharedLookups &lookups, pdfWriter &writer)
 
 void addSecurityStatus(const NodeView &node, SharedLookups &lookups, pdfWriter &writer)
 {
-    if (!node.value(securityStatus, 0))
+    if (!node.value(Object::securityStatus, 0))
         return;
 
     // Deliberate: the count does not go into the holder, so the walk's first bound is the value found last by
     // the rows above, usually the last version.
     QString states;
-    lookups.followEntries(securityStatus, [&states](quint8, const QVariant &value) {
+    lookups.followEntries(Object::securityStatus, [&states](quint8, const QVariant &value) {
         states += DataInterpreter::interpretSecurityStatus(value);
     });
     writer.addRow(Tr::tr("Security Status"), states.replace(QLatin1Char('\n'), QLatin1String("<br>")));
@@ -261,23 +245,24 @@ void addSecurityStatus(const NodeView &node, SharedLookups &lookups, pdfWriter &
 
 void addControllerParameters(const NodeView &node, pdfWriter &writer)
 {
-    if (const std::optional<QVariant> value = node.value(levType, 0))
-        writer.addRow(DataInterpreter::objectName(levType, 0), DataInterpreter::interpretLevType(*value));
+    if (const std::optional<QVariant> value = node.value(Object::levType, 0))
+        writer.addRow(DataInterpreter::objectName(Object::levType, 0),
+                      DataInterpreter::interpretLevType(*value));
 }
 
 void addControllerValues(const NodeView &node, pdfWriter &writer)
 {
-    if (const std::optional<QVariant> value = node.value(systemStatus, 0)) {
-        writer.addRow(DataInterpreter::objectName(systemStatus, 0),
+    if (const std::optional<QVariant> value = node.value(Object::systemStatus, 0)) {
+        writer.addRow(DataInterpreter::objectName(Object::systemStatus, 0),
                       DataInterpreter::interpretSystemStatus(*value));
     }
 }
 
 void addBatteryParameters(const NodeView &node, pdfWriter &writer)
 {
-    if (const std::optional<QVariant> value = node.value(batteryType, 1)) {
+    if (const std::optional<QVariant> value = node.value(Object::batteryType, 1)) {
         // Deliberate: the name is that of sub-index 0, the value that of sub-index 1.
-        writer.addRow(DataInterpreter::objectName(batteryType, 0),
+        writer.addRow(DataInterpreter::objectName(Object::batteryType, 0),
                       DataInterpreter::interpretBatteryChemistry(*value));
     }
     for (const quint16 index : batteryRatings) {
@@ -290,15 +275,15 @@ void addBatteryParameters(const NodeView &node, pdfWriter &writer)
 
 void addTemperatures(const NodeView &node, pdfWriter &writer)
 {
-    const QString label = batteryTemperatureLabel(node.entryCount(temperatures).value_or(0));
-    node.forEachEntry(temperatures, [&](quint8 subIndex, const QVariant &value) {
-        writer.addRow(label, DataInterpreter::formatValue(temperatures, subIndex, value));
+    const QString label = batteryTemperatureLabel(node.entryCount(Object::batteryTemperatures).value_or(0));
+    node.forEachEntry(Object::batteryTemperatures, [&](quint8 subIndex, const QVariant &value) {
+        writer.addRow(label, DataInterpreter::formatValue(Object::batteryTemperatures, subIndex, value));
     });
 }
 
 void addBatteryValues(const NodeView &node, pdfWriter &writer)
 {
-    if (const std::optional<QVariant> value = node.value(deviceStatus, 1))
+    if (const std::optional<QVariant> value = node.value(Object::deviceStatus, 1))
         writer.addBatteryStatusRow(*value);
     addTemperatures(node, writer);
     for (const quint16 index : batteryEnergy) {
@@ -370,7 +355,7 @@ void ReportSections::write(pdfWriter &writer) const
 {
     for (const quint8 nodeId : m_store.nodeList()) {
         const NodeView node(m_store, nodeId);
-        const quint32 device = node.value(virtualDevices, 1).value_or(QVariant()).toUInt();
+        const quint32 device = node.value(Object::virtualDevices, 1).value_or(QVariant()).toUInt();
         if (const ComponentClass *componentClass = findComponentClass(static_cast<quint8>(device & 0xFF)))
             writeDevice(node, *componentClass, writer);
     }

@@ -3,6 +3,7 @@
 
 #include <details/overviewtr.h>
 #include <interpreter/datainterpreter.h>
+#include <interpreter/objects.h>
 #include <store/nodeview.h>
 
 #include <QAction>
@@ -88,21 +89,21 @@ std::optional<QString> securityStatusText(const NodeView &node, quint16 index)
 // In the order of the menu.
 constexpr DialogDescription dialogs[] = {
     {InformationDialog::DeviceType, QT_TRANSLATE_NOOP("OverviewForm", "Device Type"),
-     QT_TRANSLATE_NOOP("OverviewForm", "Shows device type information"), 0x1000,
+     QT_TRANSLATE_NOOP("OverviewForm", "Shows device type information"), Object::deviceType,
      QT_TRANSLATE_NOOP("OverviewForm", "Device information"), deviceTypeText},
     {InformationDialog::ErrorRegister, QT_TRANSLATE_NOOP("OverviewForm", "Error register"),
-     QT_TRANSLATE_NOOP("OverviewForm", "Shows detailed error information"), 0x1001,
+     QT_TRANSLATE_NOOP("OverviewForm", "Shows detailed error information"), Object::errorRegister,
      QT_TRANSLATE_NOOP("OverviewForm", "Error register"), errorRegisterText},
     // Deliberate: "occured" is written so.
     {InformationDialog::ErrorField, QT_TRANSLATE_NOOP("OverviewForm", "Error field"),
-     QT_TRANSLATE_NOOP("OverviewForm", "Shows last occured errors"), 0x1003,
+     QT_TRANSLATE_NOOP("OverviewForm", "Shows last occured errors"), Object::errorField,
      QT_TRANSLATE_NOOP("OverviewForm", "Error information"), errorFieldText},
     {InformationDialog::SpecificationVersions,
      QT_TRANSLATE_NOOP("OverviewForm", "Implemented specification versions"),
-     QT_TRANSLATE_NOOP("OverviewForm", "Shows the implemented specifications"), 0x600E,
+     QT_TRANSLATE_NOOP("OverviewForm", "Shows the implemented specifications"), Object::profileVersions,
      QT_TRANSLATE_NOOP("OverviewForm", "Implemented specification"), specificationVersionsText},
     {InformationDialog::SecurityStatus, QT_TRANSLATE_NOOP("OverviewForm", "Security Status"),
-     QT_TRANSLATE_NOOP("OverviewForm", "Shows implemented security status"), 0x6311,
+     QT_TRANSLATE_NOOP("OverviewForm", "Shows implemented security status"), Object::securityStatus,
      QT_TRANSLATE_NOOP("OverviewForm", "Security Status"), securityStatusText},
 };
 

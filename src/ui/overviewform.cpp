@@ -13,6 +13,7 @@
 #include <report/pdfwriter.h>
 #include <report/reportsections.h>
 #include <interface/hostinterface.h>
+#include <interpreter/objects.h>
 #include <reader/datareader.h>
 #include <update/componentupdatechecker.h>
 
@@ -38,8 +39,6 @@ constexpr int waitSlice = 10;         // ms, the longest sleep between two looks
 constexpr int usualRowHeight = 22;    // pixels
 constexpr char suggestedFile[] = "untitled.dxxml";
 constexpr char fileFilter[] = QT_TRANSLATE_NOOP("OverviewForm", "Draxel Tool XML files (*.dxxml)");
-
-constexpr quint16 identity = 0x1018;
 
 /*! Shows a message titled with the application's name. */
 void showTitledMessage(const QString &text)
@@ -277,9 +276,9 @@ void OverviewForm::on_btnCheckUpdate_clicked()
         return;
     }
     const NodeView node = m_dataReader->node(ComponentTree::nodeId(*row));
-    const std::optional<QVariant> vendor = node.value(identity, 1);
-    const std::optional<QVariant> product = node.value(identity, 2);
-    const std::optional<QVariant> revision = node.value(identity, 3);
+    const std::optional<QVariant> vendor = node.value(Object::identity, 1);
+    const std::optional<QVariant> product = node.value(Object::identity, 2);
+    const std::optional<QVariant> revision = node.value(Object::identity, 3);
     if (vendor && product && revision)
         m_updateChecker->checkForUpdate(vendor->toUInt(), product->toUInt(), revision->toUInt());
 }

@@ -1,33 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <tests/support/nodevalues.h>
+
 #include <details/nodedetails.h>
 #include <details/textrows.h>
-#include <store/nodestore.h>
 
 #include <QStringList>
 
 /*! One node, and the two tables that show it. */
-class ShownNode
+class ShownNode : public NodeValues<ShownNode>
 {
 public:
-    static constexpr quint8 nodeId = 5;
-
-    ShownNode &set(quint16 index, quint8 subIndex, const QVariant &value)
-    {
-        store.setValue(nodeId, index, subIndex, value);
-        return *this;
-    }
-
-    /*! Stores the count and the entries of an object. */
-    ShownNode &setEntries(quint16 index, const QVector<qint64> &entries)
-    {
-        set(index, 0, entries.size());
-        for (int i = 0; i < entries.size(); ++i)
-            set(index, static_cast<quint8>(i + 1), entries.at(i));
-        return *this;
-    }
-
     void show() { NodeDetails(store, parameters, values).showNode(nodeId); }
 
     QStringList parameterRows() const { return rows(parameters); }
@@ -56,7 +40,6 @@ public:
         return table.rows().at(number).detail.color;
     }
 
-    NodeStore store;
     TextRows parameters;
     TextRows values;
 

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <tests/support/fakehost.h>
 #include <tests/support/logwatcher.h>
+#include <tests/support/readerbench.h>
 #include <tests/support/storebuilder.h>
-
-#include <reader/datareader.h>
 
 #include <QMetaMethod>
 #include <QSignalSpy>
@@ -40,27 +38,10 @@ private slots:
 
 namespace {
 
-/*! A reader connected to a host, as the window does it. */
-struct Bench
+/*! A reader whose requests stay unanswered. */
+struct Bench : ReaderBench
 {
-    Bench()
-    {
-        reader.setSdoClient(&host.sdoClient);
-        reader.setReceiverHub(&host.hub);
-        reader.setSecondarySdoClient(&host.secondarySdoClient);
-        host.sdoClient.setMode(FakeSdoClient::Mode::Hold);
-    }
-
-    void detect(const QList<quint8> &nodeIds)
-    {
-        reader.startReading();
-        for (const quint8 nodeId : nodeIds)
-            host.hub.heartbeat(nodeId);
-        reader.handleHBdetectionTimeout();
-    }
-
-    FakeHost host;
-    DataReader reader;
+    Bench() { host.sdoClient.setMode(FakeSdoClient::Mode::Hold); }
 };
 
 } // namespace

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include <tests/support/fakehost.h>
 #include <tests/support/logwatcher.h>
-
-#include <reader/datareader.h>
+#include <tests/support/readerbench.h>
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -12,29 +10,10 @@ namespace {
 constexpr int entriesPerNode = 204;
 constexpr quint32 noAnswer = 0xFFFFFFFF;
 
-/*! A reader connected to a host, as the window does it. */
-struct Bench
+/*! A reader, and what it has asked for. */
+struct Bench : ReaderBench
 {
-    Bench()
-    {
-        reader.setSdoClient(&host.sdoClient);
-        reader.setReceiverHub(&host.hub);
-        reader.setSecondarySdoClient(&host.secondarySdoClient);
-    }
-
-    /*! Finds the nodes and starts to read. */
-    void start(const QList<quint8> &nodeIds)
-    {
-        reader.startReading();
-        for (const quint8 nodeId : nodeIds)
-            host.hub.heartbeat(nodeId);
-        reader.handleHBdetectionTimeout();
-    }
-
     const QVector<SdoRequest> &requests() const { return host.sdoClient.requests(); }
-
-    FakeHost host;
-    DataReader reader;
 };
 
 QList<quint32> values(const QSignalSpy &spy)
@@ -104,7 +83,7 @@ void tst_ReadSequence::readsTwoNodesInTableOrder()
     LogWatcher log;
     Bench bench;
     bench.host.sdoClient.setDefaultValue(1u);
-    bench.start({5, 1});
+    bench.detect({5, 1});
     QTRY_VERIFY(!bench.reader.isReading());
     QCOMPARE(bench.requests().size(), 2 * entriesPerNode);
     for (int i = 0; i < entriesPerNode; ++i) {
@@ -136,7 +115,7 @@ void tst_ReadSequence::readsTwoNodesInTableOrder()
 void tst_ReadSequence::asksForTheWholeListInItsOrder()
 {
     Bench bench;
-    bench.start({1});
+    bench.detect({1});
     QTRY_VERIFY(!bench.reader.isReading());
     const QString list = QStringLiteral(
         "1000 0-0, 1001 0-0, 1018 0-4, 6000 0-5, 6001 0-5, 6002 0-5, 6003 0-5, 6005 0-0, 6008 0-4, 600D 0-0, "
@@ -156,7 +135,7 @@ void tst_ReadSequence::beginsWithNodeOneWhateverTheListBeginsWith()
     Bench bench;
     // An import lists a node 0 for every end of a node; it stands before node 1 in the sorted list.
     bench.reader.importXml(QStringLiteral("<nodes><node nodeid=\"0\">"));
-    bench.start({1, 5});
+    bench.detect({1, 5});
     QTRY_VERIFY(!bench.reader.isReading());
     QCOMPARE(bench.reader.getNodeList(), (QList<quint8>{0, 1, 5}));
     QCOMPARE(bench.requests().size(), 3 * entriesPerNode);
@@ -171,7 +150,7 @@ void tst_ReadSequence::reportsEachIndexAndTheEndOnce()
 {
     Bench bench;
     QSignalSpy done(&bench.reader, SIGNAL(done(quint32)));
-    bench.start({1, 5});
+    bench.detect({1, 5});
     QTRY_VERIFY(!bench.reader.isReading());
     QCOMPARE(done.size(), 2 * entriesPerNode + 1);
     const QList<quint32> reported = values(done);
@@ -189,7 +168,7 @@ void tst_ReadSequence::reportsAnIndexAfterItsUpload()
         if (index != 0)
             requestsAtReport.append(bench.requests().size());
     });
-    bench.start({1});
+    bench.detect({1});
     QTRY_VERIFY(!bench.reader.isReading());
     QCOMPARE(requestsAtReport.size(), entriesPerNode);
     for (int i = 0; i < entriesPerNode; ++i)
@@ -211,7 +190,7 @@ void tst_ReadSequence::reportsTheEndWhenTheRunIsOver()
             isReadingAtEnd = bench.reader.isReading();
             linesAtEnd = log.debugLines();
         });
-        bench.start({1});
+        bench.detect({1});
         QTRY_VERIFY(!bench.reader.isReading());
         QVERIFY(!isReadingAtEnd);
         // The states are subscribed to first, and why the run ended is said last.
@@ -231,7 +210,7 @@ void tst_ReadSequence::abortedObjectsAreSkipped()
     bench.host.sdoClient.setValue(1, 0x1001, 0, 0u);
     for (quint8 subIndex = 0; subIndex <= 4; ++subIndex)
         bench.host.sdoClient.setValue(1, 0x1018, subIndex, subIndex == 0 ? 4u : 100u + subIndex);
-    bench.start({1, 2});
+    bench.detect({1, 2});
     QTRY_VERIFY(!bench.reader.isReading());
     QCOMPARE(bench.reader.getIndexList(1), (QList<quint16>{0x1000, 0x1001, 0x1018}));
     QCOMPARE(bench.reader.getSubIndexList(1, 0x1018), (QList<quint8>{0, 1, 2, 3, 4}));
@@ -254,7 +233,7 @@ void tst_ReadSequence::everyErrorButNoAnswerIsSkipped()
     Bench bench;
     bench.host.sdoClient.setDefaultValue(1u);
     bench.host.sdoClient.setError(1, 0x6000, 0, code);
-    bench.start({1});
+    bench.detect({1});
     QTRY_VERIFY(!bench.reader.isReading());
     QCOMPARE(bench.requests().size(), entriesPerNode);
     QVariant value;
@@ -269,7 +248,7 @@ void tst_ReadSequence::timeoutEndsTheRun()
     bench.host.sdoClient.setError(5, 0x6000, 0, noAnswer);
     QSignalSpy done(&bench.reader, SIGNAL(done(quint32)));
     LogWatcher log;
-    bench.start({1, 5, 7});
+    bench.detect({1, 5, 7});
     QTRY_VERIFY(!bench.reader.isReading());
     QCOMPARE(log.debugLines().filter(QStringLiteral("Stop on Timeout: Node = ")),
              QStringList{QStringLiteral("Stop on Timeout: Node =  5 index =  24576")});
@@ -286,7 +265,7 @@ void tst_ReadSequence::timeoutOnTheLastEntryReportsTheEndTwice()
     Bench bench;
     bench.host.sdoClient.setError(1, 0x6311, 7, noAnswer);
     QSignalSpy done(&bench.reader, SIGNAL(done(quint32)));
-    bench.start({1});
+    bench.detect({1});
     QTRY_VERIFY(!bench.reader.isReading());
     QCOMPARE(values(done).count(0), 2);
     QCOMPARE(bench.requests().size(), entriesPerNode);
@@ -299,7 +278,7 @@ void tst_ReadSequence::oneRequestGoesOutAfterATimeout()
     Bench bench;
     bench.host.sdoClient.setDefaultValue(1u);
     bench.host.sdoClient.setError(1, 0x1001, 0, noAnswer);
-    bench.start({1});
+    bench.detect({1});
     QTRY_COMPARE(bench.requests().size(), 3);
     QVERIFY(!bench.reader.isReading());
     QCOMPARE(bench.requests().at(2).index, quint16(0x1018));
@@ -313,7 +292,7 @@ void tst_ReadSequence::foreignAnswerIsFiledUnderItsOwnKeyAndAdvances()
 {
     Bench bench;
     bench.host.sdoClient.setMode(FakeSdoClient::Mode::Hold);
-    bench.start({1});
+    bench.detect({1});
     QTRY_COMPARE(bench.requests().size(), 1);
     emit bench.host.sdoClient.resultReceived(44, 0x2345, 6, QVariant(789u));
     QVariant value;
@@ -328,7 +307,7 @@ void tst_ReadSequence::laterAnswerToAnOverlappingObjectStays()
 {
     Bench bench;
     bench.host.sdoClient.setMode(FakeSdoClient::Mode::Hold);
-    bench.start({1});
+    bench.detect({1});
     QList<quint16> types;
     for (int i = 0; i < entriesPerNode; ++i) {
         QTRY_COMPARE(bench.requests().size(), i + 1);
@@ -364,7 +343,7 @@ void tst_ReadSequence::lateAnswerDuringTheNextDetectionDoesNotStartTheSequence()
 {
     Bench bench;
     bench.host.sdoClient.setMode(FakeSdoClient::Mode::Hold);
-    bench.start({1});
+    bench.detect({1});
     QTRY_COMPARE(bench.requests().size(), 1);
     emit bench.host.sdoClient.errorReceived(1, 0x1000, 0, noAnswer);
     QTRY_COMPARE(bench.requests().size(), 2);
@@ -386,7 +365,7 @@ void tst_ReadSequence::secondaryClientIsListenedTo()
 {
     Bench bench;
     bench.host.sdoClient.setMode(FakeSdoClient::Mode::Hold);
-    bench.start({1});
+    bench.detect({1});
     QTRY_COMPARE(bench.requests().size(), 1);
     emit bench.host.secondarySdoClient.resultReceived(1, 0x1000, 0, QVariant(9u));
     QTRY_COMPARE(bench.requests().size(), 2);
@@ -400,7 +379,7 @@ void tst_ReadSequence::nextRequestComesFromTheEventLoop()
 {
     Bench bench;
     bench.host.sdoClient.setMode(FakeSdoClient::Mode::Hold);
-    bench.start({1});
+    bench.detect({1});
     QVERIFY(bench.requests().isEmpty());
     QTRY_COMPARE(bench.requests().size(), 1);
     emit bench.host.sdoClient.resultReceived(1, 0x1000, 0, QVariant(9u));
@@ -413,7 +392,7 @@ void tst_ReadSequence::noClientReportsTheEndAndKeepsReading()
     Bench bench;
     bench.reader.setSdoClient(nullptr);
     QSignalSpy done(&bench.reader, SIGNAL(done(quint32)));
-    bench.start({1});
+    bench.detect({1});
     QTRY_COMPARE(done.size(), 1);
     QCOMPARE(values(done), QList<quint32>{0});
     QVERIFY(bench.reader.isReading());
@@ -424,7 +403,7 @@ void tst_ReadSequence::clientThatReturnsContinuesTheRun()
 {
     Bench bench;
     bench.host.sdoClient.setMode(FakeSdoClient::Mode::Hold);
-    bench.start({1});
+    bench.detect({1});
     QTRY_COMPARE(bench.requests().size(), 1);
     // The host lets go of the bus with a request out, and answers it: the run ends.
     bench.reader.setSdoClient(nullptr);
@@ -434,7 +413,7 @@ void tst_ReadSequence::clientThatReturnsContinuesTheRun()
     QCOMPARE(bench.requests().size(), 1);
     bench.reader.setSdoClient(&bench.host.sdoClient);
     bench.host.sdoClient.setMode(FakeSdoClient::Mode::Answer);
-    bench.start({1});
+    bench.detect({1});
     QTRY_VERIFY(!bench.reader.isReading());
     QCOMPARE(bench.requests().size(), 1 + entriesPerNode);
 }
@@ -445,7 +424,7 @@ void tst_ReadSequence::clientsAreConnectedOnce()
     bench.reader.setSdoClient(&bench.host.sdoClient);
     QVERIFY(bench.reader.setSecondarySdoClient(&bench.host.secondarySdoClient));
     bench.host.sdoClient.setMode(FakeSdoClient::Mode::Hold);
-    bench.start({1});
+    bench.detect({1});
     QTRY_COMPARE(bench.requests().size(), 1);
     emit bench.host.sdoClient.resultReceived(1, 0x1000, 0, QVariant(9u));
     QTRY_COMPARE(bench.requests().size(), 2);
@@ -465,7 +444,7 @@ void tst_ReadSequence::importDuringARunDoesNotMoveTheRequest()
 {
     Bench bench;
     bench.host.sdoClient.setMode(FakeSdoClient::Mode::Hold);
-    bench.start({1});
+    bench.detect({1});
     QTRY_COMPARE(bench.requests().size(), 1);
     QVERIFY(bench.reader.importXml(QStringLiteral("<nodes><node nodeid=\"9\"></node></nodes>")));
     QVERIFY(bench.reader.isReading());
@@ -484,7 +463,7 @@ void tst_ReadSequence::importThatShortensTheListEndsTheRun()
         if (bench.requests().size() == entriesPerNode + 100)
             bench.reader.importXml(QString());
     });
-    bench.start({1, 2, 3});
+    bench.detect({1, 2, 3});
     QTRY_VERIFY(!bench.reader.isReading());
     QCOMPARE(bench.requests().size(), 2 * entriesPerNode);
     QVERIFY(bench.reader.getIndexList(1).isEmpty());
@@ -496,7 +475,7 @@ void tst_ReadSequence::listLongerThanTheBusHasNodesIsReadOnce()
     // Every end of a node lists a node 0, so that a file of 130 nodes lists 260.
     bench.reader.importXml(QStringLiteral("<nodes>") + QStringLiteral("<node nodeid=\"2\"/>").repeated(130));
     QCOMPARE(bench.reader.getNodeList().size(), 260);
-    bench.start({1});
+    bench.detect({1});
     QTRY_VERIFY_WITH_TIMEOUT(!bench.reader.isReading(), 60000);
     QCOMPARE(bench.requests().size(), 261 * entriesPerNode);
 }
@@ -506,7 +485,7 @@ void tst_ReadSequence::negativeAndLargeValuesAreKept()
     Bench bench;
     bench.host.sdoClient.setValue(1, 0x6024, 1, QVariant(-36500));
     bench.host.sdoClient.setValue(1, 0x1018, 4, QVariant(0xFFFFFFFFu));
-    bench.start({1});
+    bench.detect({1});
     QTRY_VERIFY(!bench.reader.isReading());
     QVariant value;
     QVERIFY(bench.reader.getValue(1, 0x6024, 1, value));
@@ -520,7 +499,7 @@ void tst_ReadSequence::progressCounts()
     Bench bench;
     bench.host.sdoClient.setMode(FakeSdoClient::Mode::Hold);
     QCOMPARE(bench.reader.progress().entriesTotal, 0);
-    bench.start({1, 5});
+    bench.detect({1, 5});
     QTRY_COMPARE(bench.requests().size(), 1);
     emit bench.host.sdoClient.resultReceived(1, 0x1000, 0, QVariant(9u));
     QTRY_COMPARE(bench.requests().size(), 2);

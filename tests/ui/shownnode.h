@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <store/nodestore.h>
+#include <tests/support/nodevalues.h>
+
 #include <ui/detailtables.h>
 
 #include <QComboBox>
@@ -9,26 +10,9 @@
 #include <QTableWidget>
 
 /*! One node, and the two tables that show it. */
-class ShownNode
+class ShownNode : public NodeValues<ShownNode>
 {
 public:
-    static constexpr quint8 nodeId = 5;
-
-    ShownNode &set(quint16 index, quint8 subIndex, const QVariant &value)
-    {
-        store.setValue(nodeId, index, subIndex, value);
-        return *this;
-    }
-
-    /*! Stores the count and the entries of an object. */
-    ShownNode &setEntries(quint16 index, const QVector<qint64> &entries)
-    {
-        set(index, 0, entries.size());
-        for (int i = 0; i < entries.size(); ++i)
-            set(index, static_cast<quint8>(i + 1), entries.at(i));
-        return *this;
-    }
-
     void show() { DetailTables(store, parameters, values).showNode(nodeId); }
 
     QStringList parameterRows() const { return rows(parameters); }
@@ -60,7 +44,6 @@ public:
         return line + QLatin1Char(']');
     }
 
-    NodeStore store;
     QTableWidget parameters{0, 2};
     QTableWidget values{0, 2};
 
