@@ -8,7 +8,7 @@
  *  built long ago does: by the places of the operations in the tables of virtual functions.
  *
  *  A copy, not to be brought up to date: when the test of it fails, the headers in src/interface have broken the hosts
- *  and plug-ins that exist. The names are the shipped ones where they are part of the contract as text.
+ *  and plug-ins that exist.
  */
 
 class NmtSender
@@ -17,8 +17,6 @@ public:
     enum NmtState { Unknown = 0, BootUp = 1, PreOperational = 2, Operational = 3, Stopped = 4 };
 };
 Q_DECLARE_METATYPE(NmtSender::NmtState)
-
-namespace Frozen {
 
 class CanReceiverHub
 {
@@ -65,5 +63,3 @@ public:
     virtual bool hostHook2(quint32 value) = 0;
     virtual void setLanguage(const QString &language) = 0;
 };
-
-} // namespace Frozen

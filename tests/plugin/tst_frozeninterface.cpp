@@ -18,7 +18,7 @@
 namespace {
 
 /*! A client that answers every upload with the number of its index, through the event loop. */
-class OldSdoClient : public QObject, public Frozen::SdoClient
+class OldSdoClient : public QObject, public SdoClient
 {
     Q_OBJECT
 
@@ -43,7 +43,7 @@ signals:
     void errorReceived(quint8 nodeId, quint16 index, quint8 subIndex, quint32 code);
 };
 
-class OldSecondarySdoClient : public QObject, public Frozen::SecondarySdoClient
+class OldSecondarySdoClient : public QObject, public SecondarySdoClient
 {
     Q_OBJECT
 
@@ -71,7 +71,7 @@ signals:
 };
 
 /*! A hub on which node 1 is heard as soon as its receiver is asked for. */
-class OldHub : public Frozen::CanReceiverHub
+class OldHub : public CanReceiverHub
 {
 public:
     QObject *getReceiver(quint16 cobId) override
@@ -92,12 +92,12 @@ public:
     QList<quint8> nodesAskedForStates;
 };
 
-class OldHost : public Frozen::HostInterface
+class OldHost : public HostInterface
 {
 public:
-    Frozen::CanReceiverHub *getCanReceiverHub() override { return &hub; }
-    Frozen::SdoClient *getSdoClient() override { return &client; }
-    Frozen::SecondarySdoClient *getSecondarySdoClient() override { return &secondary; }
+    CanReceiverHub *getCanReceiverHub() override { return &hub; }
+    SdoClient *getSdoClient() override { return &client; }
+    SecondarySdoClient *getSecondarySdoClient() override { return &secondary; }
 
     OldHub hub;
     OldSdoClient client;
@@ -140,7 +140,7 @@ private slots:
 
 private:
     QPluginLoader m_loader{QStringLiteral(OVERVIEW_PLUGIN)};
-    Frozen::DXPlugInInterface *m_plugin = nullptr;
+    DXPlugInInterface *m_plugin = nullptr;
     OldHost m_host;
 };
 
@@ -149,8 +149,7 @@ void tst_FrozenInterface::initTestCase()
     qRegisterMetaType<NmtSender::NmtState>("NmtSender::NmtState");
     QObject *instance = m_loader.instance();
     QVERIFY2(instance != nullptr, qPrintable(m_loader.errorString()));
-    m_plugin
-        = static_cast<Frozen::DXPlugInInterface *>(instance->qt_metacast("org.draxel.DXPlugInInterface/0.1"));
+    m_plugin = static_cast<DXPlugInInterface *>(instance->qt_metacast("org.draxel.DXPlugInInterface/0.1"));
     QVERIFY(m_plugin != nullptr);
 }
 
