@@ -772,10 +772,6 @@ Herstellerspezifischer Fehler</translation>
         <translation>Die Datei ist keine Austauschdatei: In Zeile %1, Spalte %2 steht XML, das es in Austauschdateien nicht gibt (Entitäten oder viel zu viele Attribute, Ebenen oder Namensräume).</translation>
     </message>
     <message>
-        <source>The file is not XML, or not complete: line %1, column %2: %3</source>
-        <translation>Die Datei ist kein XML oder nicht vollständig: Zeile %1, Spalte %2: %3</translation>
-    </message>
-    <message>
         <source>There is no node in the file.</source>
         <translation>In der Datei ist kein Knoten.</translation>
     </message>
@@ -786,6 +782,22 @@ Herstellerspezifischer Fehler</translation>
     <message>
         <source>The file %1 cannot be read: %2.</source>
         <translation>Die Datei %1 kann nicht gelesen werden: %2.</translation>
+    </message>
+    <message>
+        <source>The file lists far more nodes than a vehicle can have, the first one too many in line %1, column %2.</source>
+        <translation>Die Datei führt weit mehr Knoten auf, als ein Fahrzeug haben kann; der erste überzählige steht in Zeile %1, Spalte %2.</translation>
+    </message>
+    <message>
+        <source>The file is not complete: it ends in line %1, column %2.</source>
+        <translation>Die Datei ist nicht vollständig: Sie endet in Zeile %1, Spalte %2.</translation>
+    </message>
+    <message>
+        <source>The file is not XML: line %1, column %2: %3</source>
+        <translation>Die Datei ist kein XML: Zeile %1, Spalte %2: %3</translation>
+    </message>
+    <message>
+        <source>The file %1 is far too large for an exchange file.</source>
+        <translation>Die Datei %1 ist viel zu groß für eine Austauschdatei.</translation>
     </message>
 </context>
 <context>
@@ -1041,6 +1053,22 @@ Herstellerspezifischer Fehler</translation>
     <message>
         <source>No devices found. Read all data from Draxel or import data from XML file.</source>
         <translation>Keine Geräte gefunden. Lesen Sie alle Daten von Draxel oder importieren Sie Daten aus einer XML-Datei.</translation>
+    </message>
+    <message>
+        <source>Characters not shown: %1</source>
+        <translation>Nicht angezeigte Zeichen: %1</translation>
+    </message>
+    <message>
+        <source>Save text</source>
+        <translation>Text speichern</translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be written: %2.</source>
+        <translation>Die Datei %1 kann nicht geschrieben werden: %2.</translation>
+    </message>
+    <message>
+        <source>Save text...</source>
+        <translation>Text speichern...</translation>
     </message>
 </context>
 <context>

@@ -772,10 +772,6 @@ Erreur spécifique au fabricant</translation>
         <translation>Le fichier n’est pas un fichier d’échange&#xa0;: la ligne %1, colonne %2, contient du XML qu’un fichier d’échange n’a jamais (entités, ou beaucoup trop d’attributs, de niveaux ou d’espaces de noms).</translation>
     </message>
     <message>
-        <source>The file is not XML, or not complete: line %1, column %2: %3</source>
-        <translation>Le fichier n’est pas du XML, ou est incomplet&#xa0;: ligne %1, colonne %2&#xa0;: %3</translation>
-    </message>
-    <message>
         <source>There is no node in the file.</source>
         <translation>Le fichier ne contient aucun nœud.</translation>
     </message>
@@ -786,6 +782,22 @@ Erreur spécifique au fabricant</translation>
     <message>
         <source>The file %1 cannot be read: %2.</source>
         <translation>Impossible de lire le fichier %1&#xa0;: %2.</translation>
+    </message>
+    <message>
+        <source>The file lists far more nodes than a vehicle can have, the first one too many in line %1, column %2.</source>
+        <translation>Le fichier contient bien plus de nœuds qu’un véhicule ne peut en avoir&#xa0;; le premier en trop se trouve ligne %1, colonne %2.</translation>
+    </message>
+    <message>
+        <source>The file is not complete: it ends in line %1, column %2.</source>
+        <translation>Le fichier est incomplet&#xa0;: il s’arrête ligne %1, colonne %2.</translation>
+    </message>
+    <message>
+        <source>The file is not XML: line %1, column %2: %3</source>
+        <translation>Le fichier n’est pas du XML&#xa0;: ligne %1, colonne %2&#xa0;: %3</translation>
+    </message>
+    <message>
+        <source>The file %1 is far too large for an exchange file.</source>
+        <translation>Le fichier %1 est beaucoup trop volumineux pour un fichier d’échange.</translation>
     </message>
 </context>
 <context>
@@ -1041,6 +1053,22 @@ Erreur spécifique au fabricant</translation>
     <message>
         <source>No devices found. Read all data from Draxel or import data from XML file.</source>
         <translation>Aucun appareil trouvé. Lisez toutes les données depuis Draxel ou importez des données depuis un fichier XML.</translation>
+    </message>
+    <message>
+        <source>Characters not shown: %1</source>
+        <translation>Caractères non affichés&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Save text</source>
+        <translation>Enregistrer le texte</translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be written: %2.</source>
+        <translation>Impossible d’écrire le fichier %1&#xa0;: %2.</translation>
+    </message>
+    <message>
+        <source>Save text...</source>
+        <translation>Enregistrer le texte...</translation>
     </message>
 </context>
 <context>

@@ -772,10 +772,6 @@ Fabrikantspecifieke fout</translation>
         <translation>Het bestand is geen uitwisselingsbestand: regel %1, kolom %2 bevat XML die in uitwisselingsbestanden nooit voorkomt (entiteiten, of veel te veel attributen, niveaus of naamruimten).</translation>
     </message>
     <message>
-        <source>The file is not XML, or not complete: line %1, column %2: %3</source>
-        <translation>Het bestand is geen XML, of niet volledig: regel %1, kolom %2: %3</translation>
-    </message>
-    <message>
         <source>There is no node in the file.</source>
         <translation>Het bestand bevat geen node.</translation>
     </message>
@@ -786,6 +782,22 @@ Fabrikantspecifieke fout</translation>
     <message>
         <source>The file %1 cannot be read: %2.</source>
         <translation>Het bestand %1 kan niet worden gelezen: %2.</translation>
+    </message>
+    <message>
+        <source>The file lists far more nodes than a vehicle can have, the first one too many in line %1, column %2.</source>
+        <translation>Het bestand bevat veel meer nodes dan een voertuig kan hebben; de eerste die te veel is, staat op regel %1, kolom %2.</translation>
+    </message>
+    <message>
+        <source>The file is not complete: it ends in line %1, column %2.</source>
+        <translation>Het bestand is niet volledig: het eindigt op regel %1, kolom %2.</translation>
+    </message>
+    <message>
+        <source>The file is not XML: line %1, column %2: %3</source>
+        <translation>Het bestand is geen XML: regel %1, kolom %2: %3</translation>
+    </message>
+    <message>
+        <source>The file %1 is far too large for an exchange file.</source>
+        <translation>Het bestand %1 is veel te groot voor een uitwisselingsbestand.</translation>
     </message>
 </context>
 <context>
@@ -1041,6 +1053,22 @@ Fabrikantspecifieke fout</translation>
     <message>
         <source>No devices found. Read all data from Draxel or import data from XML file.</source>
         <translation>Geen apparaten gevonden. Lees alle gegevens van Draxel of importeer gegevens uit een XML-bestand.</translation>
+    </message>
+    <message>
+        <source>Characters not shown: %1</source>
+        <translation>Niet getoonde tekens: %1</translation>
+    </message>
+    <message>
+        <source>Save text</source>
+        <translation>Tekst opslaan</translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be written: %2.</source>
+        <translation>Het bestand %1 kan niet worden geschreven: %2.</translation>
+    </message>
+    <message>
+        <source>Save text...</source>
+        <translation>Tekst opslaan...</translation>
     </message>
 </context>
 <context>

@@ -772,10 +772,6 @@ Manufactor specific error</source>
         <translation>该文件不是交换文件：第 %1 行第 %2 列含有交换文件中不会出现的 XML（实体，或过多的属性、层级或命名空间）。</translation>
     </message>
     <message>
-        <source>The file is not XML, or not complete: line %1, column %2: %3</source>
-        <translation>该文件不是 XML 或不完整：第 %1 行第 %2 列：%3</translation>
-    </message>
-    <message>
         <source>There is no node in the file.</source>
         <translation>文件中没有节点。</translation>
     </message>
@@ -786,6 +782,22 @@ Manufactor specific error</source>
     <message>
         <source>The file %1 cannot be read: %2.</source>
         <translation>无法读取文件 %1：%2。</translation>
+    </message>
+    <message>
+        <source>The file lists far more nodes than a vehicle can have, the first one too many in line %1, column %2.</source>
+        <translation>该文件列出的节点远多于一辆车可能拥有的数量，第一个多余的节点位于第 %1 行第 %2 列。</translation>
+    </message>
+    <message>
+        <source>The file is not complete: it ends in line %1, column %2.</source>
+        <translation>该文件不完整：在第 %1 行第 %2 列结束。</translation>
+    </message>
+    <message>
+        <source>The file is not XML: line %1, column %2: %3</source>
+        <translation>该文件不是 XML：第 %1 行第 %2 列：%3</translation>
+    </message>
+    <message>
+        <source>The file %1 is far too large for an exchange file.</source>
+        <translation>文件 %1 过大，不可能是交换文件。</translation>
     </message>
 </context>
 <context>
@@ -1041,6 +1053,22 @@ Manufactor specific error</source>
     <message>
         <source>No devices found. Read all data from Draxel or import data from XML file.</source>
         <translation>未找到设备。请从 Draxel 读取全部数据，或从 XML 文件导入数据。</translation>
+    </message>
+    <message>
+        <source>Characters not shown: %1</source>
+        <translation>未显示的字符数：%1</translation>
+    </message>
+    <message>
+        <source>Save text</source>
+        <translation>保存文本</translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be written: %2.</source>
+        <translation>无法写入文件 %1：%2。</translation>
+    </message>
+    <message>
+        <source>Save text...</source>
+        <translation>保存文本...</translation>
     </message>
 </context>
 <context>
