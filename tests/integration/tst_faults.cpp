@@ -80,9 +80,9 @@ Outcome readVehicle(SimulatedHost &host, int nodesToHear)
         if (!line.contains(QLatin1String("date=")))
             outcome.objects << line.trimmed();
     }
-    // The request after a time-out is still under way.
-    outcome.ended
-        = outcome.ended && waitFor([&] { return host.services().sdoClient().pendingUploads() == 0; });
+    // After a time-out one more request comes, and ends, before the host knows that the run is over.
+    outcome.ended = outcome.ended
+                    && waitFor([&] { return host.services().reads().phase() == ReadObserver::Phase::Idle; });
     return outcome;
 }
 
