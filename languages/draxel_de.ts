@@ -23,24 +23,19 @@
         <translation>Der Verbindungsversuch wurde durch einen anderen beendet.</translation>
     </message>
     <message>
-        <source>The bus %1 cannot be opened: %2</source>
-        <translation>Der Bus %1 kann nicht geöffnet werden: %2</translation>
-    </message>
-    <message>
         <source>The bus %1 cannot be used. %2</source>
         <translation>Der Bus %1 kann nicht benutzt werden. %2</translation>
     </message>
+</context>
+<context>
+    <name>BusOpener</name>
     <message>
-        <source>The interface %1 does not take the bit rate %2. Setting it needs the library libsocketcan and the right to configure interfaces; &quot;ip link set %1 type can bitrate %2&quot; does it by hand, then connect without a bit rate.</source>
-        <translation>Die Schnittstelle %1 nimmt die Bitrate %2 nicht an. Zum Einstellen sind die Bibliothek libsocketcan und das Recht zum Konfigurieren von Schnittstellen nötig; von Hand geht es mit „ip link set %1 type can bitrate %2“, danach ohne Bitrate verbinden.</translation>
+        <source>The interface %1 does not take the bit rate %2. Setting it needs the library libsocketcan and the right to configure interfaces. By hand: run &quot;%3&quot; and &quot;%4&quot;, then connect without a bit rate.</source>
+        <translation>Die Schnittstelle %1 nimmt die Bitrate %2 nicht an. Zum Einstellen sind die Bibliothek libsocketcan und das Recht zum Konfigurieren von Schnittstellen nötig. Von Hand: Führen Sie „%3“ und „%4“ aus, danach ohne Bitrate verbinden.</translation>
     </message>
 </context>
 <context>
     <name>BusReport</name>
-    <message>
-        <source>%1 to %2</source>
-        <translation>%1 bis %2</translation>
-    </message>
     <message>
         <source>starting</source>
         <translation>startet</translation>
@@ -86,14 +81,6 @@
         <translation>Wieder verbunden mit %1.</translation>
     </message>
     <message>
-        <source>Connected to %1 at %2 kbit/s.</source>
-        <translation>Verbunden mit %1 bei %2 kbit/s.</translation>
-    </message>
-    <message>
-        <source>Connected to %1.</source>
-        <translation>Verbunden mit %1.</translation>
-    </message>
-    <message>
         <source>The connection to %1 is lost. %2 It is made again as soon as the interface is back.</source>
         <translation>Die Verbindung zu %1 ist verloren. %2 Sie wird wiederhergestellt, sobald die Schnittstelle wieder da ist.</translation>
     </message>
@@ -106,52 +93,8 @@
         <translation>Lesen begonnen: Knoten werden gesucht.</translation>
     </message>
     <message>
-        <source>Read finished. Nodes: %1, values: %2, objects not there: %3.</source>
-        <translation>Lesen beendet. Knoten: %1, Werte: %2, nicht vorhandene Objekte: %3.</translation>
-    </message>
-    <message>
-        <source>Refused or failed: %1.</source>
-        <translation>Abgelehnt oder gescheitert: %1.</translation>
-    </message>
-    <message>
-        <source>Nothing was read, because node 1, the bus controller, was not heard. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
-        <translation>Nichts wurde gelesen, weil Knoten 1, das Bus-Steuergerät, nicht zu hören war. Ist das Fahrzeug eingeschaltet, und sendet Knoten 1 einen Heartbeat?</translation>
-    </message>
-    <message>
-        <source>The read stopped at node %1, object %2h sub-index %3, because the node is in the state Stopped and answers no SDO. Values read until then: %4.</source>
-        <translation>Das Lesen endete bei Knoten %1, Objekt %2h Subindex %3, weil der Knoten im Zustand Stopped ist und kein SDO beantwortet. Bis dahin gelesene Werte: %4.</translation>
-    </message>
-    <message>
-        <source>The read stopped at node %1, object %2h sub-index %3, because it did not answer. Values read until then: %4.</source>
-        <translation>Das Lesen endete bei Knoten %1, Objekt %2h Subindex %3, weil er nicht antwortete. Bis dahin gelesene Werte: %4.</translation>
-    </message>
-    <message>
-        <source>The read stopped at node %1, object %2h sub-index %3, because the bus was gone. Values read until then: %4.</source>
-        <translation>Das Lesen endete bei Knoten %1, Objekt %2h Subindex %3, weil der Bus weg war. Bis dahin gelesene Werte: %4.</translation>
-    </message>
-    <message>
-        <source>The read was cancelled by the user.</source>
-        <translation>Das Lesen wurde vom Benutzer abgebrochen.</translation>
-    </message>
-    <message>
-        <source>The read was cancelled by the user at node %1, object %2h sub-index %3. Values read until then: %4.</source>
-        <translation>Das Lesen wurde vom Benutzer bei Knoten %1, Objekt %2h Subindex %3 abgebrochen. Bis dahin gelesene Werte: %4.</translation>
-    </message>
-    <message>
         <source>The CAN interface %1 works without errors again.</source>
         <translation>Die CAN-Schnittstelle %1 arbeitet wieder fehlerfrei.</translation>
-    </message>
-    <message>
-        <source>The CAN interface %1 counts many bus errors.</source>
-        <translation>Die CAN-Schnittstelle %1 zählt viele Busfehler.</translation>
-    </message>
-    <message>
-        <source>The CAN interface %1 is error-passive: nobody acknowledges its frames, or they arrive broken. Check bit rate, wiring and termination.</source>
-        <translation>Die CAN-Schnittstelle %1 ist error-passive: Niemand bestätigt ihre Frames, oder sie kommen gestört an. Prüfen Sie Bitrate, Verkabelung und Abschlusswiderstände.</translation>
-    </message>
-    <message>
-        <source>The CAN interface %1 is bus-off: it has left the bus after too many errors. Check bit rate, wiring and termination, then restart the interface, or disconnect and connect.</source>
-        <translation>Die CAN-Schnittstelle %1 ist bus-off: Sie hat den Bus nach zu vielen Fehlern verlassen. Prüfen Sie Bitrate, Verkabelung und Abschlusswiderstände, dann starten Sie die Schnittstelle neu, oder trennen und verbinden Sie.</translation>
     </message>
     <message>
         <source>The CAN interface %1 has dropped received frames (overrun).</source>
@@ -167,6 +110,57 @@
     <message>
         <source>&quot;%1&quot; is no bit rate. Give it in bit/s, for example 250000.</source>
         <translation>„%1“ ist keine Bitrate. Geben Sie sie in bit/s an, zum Beispiel 250000.</translation>
+    </message>
+</context>
+<context>
+    <name>BusWords</name>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>Connecting to %1 ...</source>
+        <translation>Verbinde mit %1 ...</translation>
+    </message>
+    <message>
+        <source>Connected to %1 at %2 kbit/s.</source>
+        <translation>Verbunden mit %1 bei %2 kbit/s.</translation>
+    </message>
+    <message>
+        <source>Connected to %1.</source>
+        <translation>Verbunden mit %1.</translation>
+    </message>
+    <message>
+        <source>The bus %1 cannot be opened: %2</source>
+        <translation>Der Bus %1 kann nicht geöffnet werden: %2</translation>
+    </message>
+    <message>
+        <source>The interface %1 is there.</source>
+        <translation>Die Schnittstelle %1 ist da.</translation>
+    </message>
+    <message>
+        <source>%1 is down: run &quot;%2&quot;.</source>
+        <translation>%1 ist abgeschaltet: Führen Sie „%2“ aus.</translation>
+    </message>
+    <message>
+        <source>There is no interface %1. Check that the adapter is plugged in.</source>
+        <translation>Es gibt keine Schnittstelle %1. Prüfen Sie, ob der Adapter eingesteckt ist.</translation>
+    </message>
+    <message>
+        <source>The interface %1 was removed and came back.</source>
+        <translation>Die Schnittstelle %1 wurde entfernt und ist wieder da.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 counts many bus errors.</source>
+        <translation>Die CAN-Schnittstelle %1 zählt viele Busfehler.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is error-passive: nobody acknowledges its frames, or they arrive broken. Check bit rate, wiring and termination.</source>
+        <translation>Die CAN-Schnittstelle %1 ist error-passive: Niemand bestätigt ihre Frames, oder sie kommen gestört an. Prüfen Sie Bitrate, Verkabelung und Abschlusswiderstände.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is bus-off: it has left the bus after too many errors. Check bit rate, wiring and termination, then restart the interface, or disconnect and connect.</source>
+        <translation>Die CAN-Schnittstelle %1 ist bus-off: Sie hat den Bus nach zu vielen Fehlern verlassen. Prüfen Sie Bitrate, Verkabelung und Abschlusswiderstände, dann starten Sie die Schnittstelle neu, oder trennen und verbinden Sie.</translation>
     </message>
 </context>
 <context>
@@ -438,6 +432,21 @@
     </message>
 </context>
 <context>
+    <name>FailedObject</name>
+    <message>
+        <source>No answer</source>
+        <translation>Keine Antwort</translation>
+    </message>
+    <message>
+        <source>The request could not be sent</source>
+        <translation>Die Anfrage konnte nicht gesendet werden</translation>
+    </message>
+    <message>
+        <source>Node %1, object %2 sub-index %3: %4</source>
+        <translation>Knoten %1, Objekt %2 Subindex %3: %4</translation>
+    </message>
+</context>
+<context>
     <name>HelpBoxes</name>
     <message>
         <source>About Draxel</source>
@@ -557,25 +566,6 @@
     <message>
         <source>Save &amp;PDF report</source>
         <translation>&amp;PDF-Bericht speichern</translation>
-    </message>
-</context>
-<context>
-    <name>InterfaceWatch</name>
-    <message>
-        <source>The interface %1 is there.</source>
-        <translation>Die Schnittstelle %1 ist da.</translation>
-    </message>
-    <message>
-        <source>The interface %1 is down. Switch it on, for example with &quot;ip link set %1 up&quot;.</source>
-        <translation>Die Schnittstelle %1 ist abgeschaltet. Schalten Sie sie ein, zum Beispiel mit „ip link set %1 up“.</translation>
-    </message>
-    <message>
-        <source>There is no interface %1. Check that the adapter is plugged in.</source>
-        <translation>Es gibt keine Schnittstelle %1. Prüfen Sie, ob der Adapter eingesteckt ist.</translation>
-    </message>
-    <message>
-        <source>The interface %1 was removed and came back.</source>
-        <translation>Die Schnittstelle %1 wurde entfernt und ist wieder da.</translation>
     </message>
 </context>
 <context>
@@ -725,6 +715,85 @@
     </message>
 </context>
 <context>
+    <name>ReadWords</name>
+    <message>
+        <source>Read finished. Nodes: %1, %2.</source>
+        <translation>Lesen beendet. Knoten: %1, %2.</translation>
+    </message>
+    <message>
+        <source>values: %1, objects not there: %2, failed: %3</source>
+        <translation>Werte: %1, nicht vorhandene Objekte: %2, fehlgeschlagen: %3</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because the bus was lost: %1</source>
+        <translation>Nichts wurde gelesen, weil der Bus verloren ging: %1</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because you disconnected.</source>
+        <translation>Nichts wurde gelesen, weil Sie getrennt haben.</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user.</source>
+        <translation>Das Lesen wurde vom Benutzer abgebrochen.</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because node 1, the bus controller, was not heard. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
+        <translation>Nichts wurde gelesen, weil Knoten 1, das Bus-Steuergerät, nicht zu hören war. Ist das Fahrzeug eingeschaltet, und sendet Knoten 1 einen Heartbeat?</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the bus was lost: %5 Values read until then: %4.</source>
+        <translation>Das Lesen endete bei Knoten %1, Objekt %2 Subindex %3, weil der Bus verloren ging: %5 Bis dahin gelesene Werte: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because you disconnected. Values read until then: %4.</source>
+        <translation>Das Lesen endete bei Knoten %1, Objekt %2 Subindex %3, weil Sie getrennt haben. Bis dahin gelesene Werte: %4.</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user at node %1, object %2 sub-index %3. Values read until then: %4.</source>
+        <translation>Das Lesen wurde vom Benutzer bei Knoten %1, Objekt %2 Subindex %3 abgebrochen. Bis dahin gelesene Werte: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the request could not be sent: the bus is overloaded, or nobody acknowledges. Values read until then: %4.</source>
+        <translation>Das Lesen endete bei Knoten %1, Objekt %2 Subindex %3, weil die Anfrage nicht gesendet werden konnte: Der Bus ist überlastet, oder niemand bestätigt. Bis dahin gelesene Werte: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the node is in the state Stopped and answers no SDO. Values read until then: %4.</source>
+        <translation>Das Lesen endete bei Knoten %1, Objekt %2 Subindex %3, weil der Knoten im Zustand Stopped ist und kein SDO beantwortet. Bis dahin gelesene Werte: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the node keeps restarting. Look at its supply. Values read until then: %4.</source>
+        <translation>Das Lesen endete bei Knoten %1, Objekt %2 Subindex %3, weil der Knoten immer wieder neu startet. Prüfen Sie seine Versorgung. Bis dahin gelesene Werte: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because it did not answer. Values read until then: %4.</source>
+        <translation>Das Lesen endete bei Knoten %1, Objekt %2 Subindex %3, weil er nicht antwortete. Bis dahin gelesene Werte: %4.</translation>
+    </message>
+    <message>
+        <source>Another client is reading node %1. Objects of it may take long or fail; end the other program, or take its adapter off the bus.</source>
+        <translation>Ein anderer Client liest Knoten %1. Dessen Objekte können lange dauern oder fehlschlagen; beenden Sie das andere Programm, oder nehmen Sie seinen Adapter vom Bus.</translation>
+    </message>
+    <message>
+        <source>Reading node %1 (%2 of %3), object %4 ...</source>
+        <translation>Lese Knoten %1 (%2 von %3), Objekt %4 ...</translation>
+    </message>
+    <message>
+        <source>%1 s left</source>
+        <translation>noch %1 s</translation>
+    </message>
+    <message>
+        <source>%1 min left</source>
+        <translation>noch %1 min</translation>
+    </message>
+    <message>
+        <source>%1 and %2 more</source>
+        <translation>%1 und %2 weitere</translation>
+    </message>
+    <message>
+        <source>Not read from node %1: %2. %3.</source>
+        <translation>Nicht gelesen von Knoten %1: %2. %3.</translation>
+    </message>
+</context>
+<context>
     <name>ReportFiles</name>
     <message>
         <source>No new report was written over it.</source>
@@ -847,18 +916,6 @@
         <translation>Nicht verbunden.</translation>
     </message>
     <message>
-        <source>Connecting to %1 ...</source>
-        <translation>Verbinde mit %1 ...</translation>
-    </message>
-    <message>
-        <source>Connected to %1 at %2 kbit/s.</source>
-        <translation>Verbunden mit %1 bei %2 kbit/s.</translation>
-    </message>
-    <message>
-        <source>Connected to %1.</source>
-        <translation>Verbunden mit %1.</translation>
-    </message>
-    <message>
         <source>Connection lost: %1 Trying to connect again ...</source>
         <translation>Verbindung verloren: %1 Neuer Verbindungsversuch läuft ...</translation>
     </message>
@@ -875,10 +932,6 @@
         <translation>Knoten: %1</translation>
     </message>
     <message>
-        <source>Uploads since the bus was connected. Requests repeated: %1, frames sent again: %2, overruns: %3</source>
-        <translation>Uploads seit dem Verbinden des Busses. Wiederholte Anfragen: %1, erneut gesendete Frames: %2, Überläufe: %3</translation>
-    </message>
-    <message>
         <source>Ending the read ...</source>
         <translation>Das Lesen wird beendet ...</translation>
     </message>
@@ -887,16 +940,12 @@
         <translation>Knoten werden gesucht ...</translation>
     </message>
     <message>
-        <source>Reading node %1, object %2h ...</source>
-        <translation>Lese Knoten %1, Objekt %2h ...</translation>
+        <source>Objects of this read, or of the last one. Since the bus was connected: requests repeated: %1, frames sent again: %2, overruns: %3</source>
+        <translation>Objekte dieses oder des letzten Lesens. Seit dem Verbinden des Busses: wiederholte Anfragen: %1, erneut gesendete Frames: %2, Überläufe: %3</translation>
     </message>
     <message>
-        <source>SDO: %1 read, %2 not there, %3 without answer</source>
-        <translation>SDO: %1 gelesen, %2 nicht vorhanden, %3 ohne Antwort</translation>
-    </message>
-    <message>
-        <source>%1, %2 refused</source>
-        <translation>%1, %2 abgelehnt</translation>
+        <source>SDO: %1 read, %2 not there, %3 failed</source>
+        <translation>SDO: %1 gelesen, %2 nicht vorhanden, %3 fehlgeschlagen</translation>
     </message>
 </context>
 <context>

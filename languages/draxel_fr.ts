@@ -23,24 +23,19 @@
         <translation>La tentative de connexion a été interrompue par une autre.</translation>
     </message>
     <message>
-        <source>The bus %1 cannot be opened: %2</source>
-        <translation>Impossible d’ouvrir le bus %1&#xa0;: %2</translation>
-    </message>
-    <message>
         <source>The bus %1 cannot be used. %2</source>
         <translation>Le bus %1 ne peut pas être utilisé. %2</translation>
     </message>
+</context>
+<context>
+    <name>BusOpener</name>
     <message>
-        <source>The interface %1 does not take the bit rate %2. Setting it needs the library libsocketcan and the right to configure interfaces; &quot;ip link set %1 type can bitrate %2&quot; does it by hand, then connect without a bit rate.</source>
-        <translation>L’interface %1 n’accepte pas le débit %2. Son réglage nécessite la bibliothèque libsocketcan et le droit de configurer les interfaces&#xa0;; «&#xa0;ip link set %1 type can bitrate %2&#xa0;» le règle à la main, connectez-vous ensuite sans débit.</translation>
+        <source>The interface %1 does not take the bit rate %2. Setting it needs the library libsocketcan and the right to configure interfaces. By hand: run &quot;%3&quot; and &quot;%4&quot;, then connect without a bit rate.</source>
+        <translation>L’interface %1 n’accepte pas le débit %2. Son réglage nécessite la bibliothèque libsocketcan et le droit de configurer les interfaces. À la main : exécutez « %3 » et « %4 », puis connectez-vous sans débit.</translation>
     </message>
 </context>
 <context>
     <name>BusReport</name>
-    <message>
-        <source>%1 to %2</source>
-        <translation>%1 à %2</translation>
-    </message>
     <message>
         <source>starting</source>
         <translation>en démarrage</translation>
@@ -86,14 +81,6 @@
         <translation>Reconnecté à %1.</translation>
     </message>
     <message>
-        <source>Connected to %1 at %2 kbit/s.</source>
-        <translation>Connecté à %1 à %2 kbit/s.</translation>
-    </message>
-    <message>
-        <source>Connected to %1.</source>
-        <translation>Connecté à %1.</translation>
-    </message>
-    <message>
         <source>The connection to %1 is lost. %2 It is made again as soon as the interface is back.</source>
         <translation>La connexion à %1 est perdue. %2 Elle sera rétablie dès que l’interface sera de retour.</translation>
     </message>
@@ -106,52 +93,8 @@
         <translation>Lecture commencée&#xa0;: recherche des nœuds.</translation>
     </message>
     <message>
-        <source>Read finished. Nodes: %1, values: %2, objects not there: %3.</source>
-        <translation>Lecture terminée. Nœuds&#xa0;: %1, valeurs&#xa0;: %2, objets absents&#xa0;: %3.</translation>
-    </message>
-    <message>
-        <source>Refused or failed: %1.</source>
-        <translation>Refusés ou en échec&#xa0;: %1.</translation>
-    </message>
-    <message>
-        <source>Nothing was read, because node 1, the bus controller, was not heard. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
-        <translation>Rien n’a été lu, car le nœud 1, le contrôleur du bus, n’a pas été entendu. Le véhicule est-il en marche, et le nœud 1 émet-il un heartbeat&#xa0;?</translation>
-    </message>
-    <message>
-        <source>The read stopped at node %1, object %2h sub-index %3, because the node is in the state Stopped and answers no SDO. Values read until then: %4.</source>
-        <translation>La lecture s’est arrêtée au nœud %1, objet %2h sous-index %3, car le nœud est à l’état Arrêté et ne répond à aucun SDO. Valeurs lues jusque-là&#xa0;: %4.</translation>
-    </message>
-    <message>
-        <source>The read stopped at node %1, object %2h sub-index %3, because it did not answer. Values read until then: %4.</source>
-        <translation>La lecture s’est arrêtée au nœud %1, objet %2h sous-index %3, car il n’a pas répondu. Valeurs lues jusque-là&#xa0;: %4.</translation>
-    </message>
-    <message>
-        <source>The read stopped at node %1, object %2h sub-index %3, because the bus was gone. Values read until then: %4.</source>
-        <translation>La lecture s’est arrêtée au nœud %1, objet %2h sous-index %3, car le bus n’était plus là. Valeurs lues jusque-là&#xa0;: %4.</translation>
-    </message>
-    <message>
-        <source>The read was cancelled by the user.</source>
-        <translation>La lecture a été annulée par l’utilisateur.</translation>
-    </message>
-    <message>
-        <source>The read was cancelled by the user at node %1, object %2h sub-index %3. Values read until then: %4.</source>
-        <translation>La lecture a été annulée par l’utilisateur au nœud %1, objet %2h sous-index %3. Valeurs lues jusque-là&#xa0;: %4.</translation>
-    </message>
-    <message>
         <source>The CAN interface %1 works without errors again.</source>
         <translation>L’interface CAN %1 fonctionne de nouveau sans erreur.</translation>
-    </message>
-    <message>
-        <source>The CAN interface %1 counts many bus errors.</source>
-        <translation>L’interface CAN %1 compte de nombreuses erreurs de bus.</translation>
-    </message>
-    <message>
-        <source>The CAN interface %1 is error-passive: nobody acknowledges its frames, or they arrive broken. Check bit rate, wiring and termination.</source>
-        <translation>L’interface CAN %1 est en erreur passive&#xa0;: personne n’acquitte ses trames, ou elles arrivent altérées. Vérifiez le débit, le câblage et la terminaison.</translation>
-    </message>
-    <message>
-        <source>The CAN interface %1 is bus-off: it has left the bus after too many errors. Check bit rate, wiring and termination, then restart the interface, or disconnect and connect.</source>
-        <translation>L’interface CAN %1 est en bus-off&#xa0;: elle a quitté le bus après trop d’erreurs. Vérifiez le débit, le câblage et la terminaison, puis redémarrez l’interface, ou déconnectez et reconnectez.</translation>
     </message>
     <message>
         <source>The CAN interface %1 has dropped received frames (overrun).</source>
@@ -167,6 +110,57 @@
     <message>
         <source>&quot;%1&quot; is no bit rate. Give it in bit/s, for example 250000.</source>
         <translation>«&#xa0;%1&#xa0;» n’est pas un débit. Indiquez-le en bit/s, par exemple 250000.</translation>
+    </message>
+</context>
+<context>
+    <name>BusWords</name>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 à %2</translation>
+    </message>
+    <message>
+        <source>Connecting to %1 ...</source>
+        <translation>Connexion à %1 ...</translation>
+    </message>
+    <message>
+        <source>Connected to %1 at %2 kbit/s.</source>
+        <translation>Connecté à %1 à %2 kbit/s.</translation>
+    </message>
+    <message>
+        <source>Connected to %1.</source>
+        <translation>Connecté à %1.</translation>
+    </message>
+    <message>
+        <source>The bus %1 cannot be opened: %2</source>
+        <translation>Impossible d’ouvrir le bus %1&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>The interface %1 is there.</source>
+        <translation>L’interface %1 est présente.</translation>
+    </message>
+    <message>
+        <source>%1 is down: run &quot;%2&quot;.</source>
+        <translation>%1 est désactivée : exécutez « %2 ».</translation>
+    </message>
+    <message>
+        <source>There is no interface %1. Check that the adapter is plugged in.</source>
+        <translation>Il n’y a pas d’interface %1. Vérifiez que l’adaptateur est branché.</translation>
+    </message>
+    <message>
+        <source>The interface %1 was removed and came back.</source>
+        <translation>L’interface %1 a été retirée puis est revenue.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 counts many bus errors.</source>
+        <translation>L’interface CAN %1 compte de nombreuses erreurs de bus.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is error-passive: nobody acknowledges its frames, or they arrive broken. Check bit rate, wiring and termination.</source>
+        <translation>L’interface CAN %1 est en erreur passive&#xa0;: personne n’acquitte ses trames, ou elles arrivent altérées. Vérifiez le débit, le câblage et la terminaison.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is bus-off: it has left the bus after too many errors. Check bit rate, wiring and termination, then restart the interface, or disconnect and connect.</source>
+        <translation>L’interface CAN %1 est en bus-off&#xa0;: elle a quitté le bus après trop d’erreurs. Vérifiez le débit, le câblage et la terminaison, puis redémarrez l’interface, ou déconnectez et reconnectez.</translation>
     </message>
 </context>
 <context>
@@ -438,6 +432,21 @@
     </message>
 </context>
 <context>
+    <name>FailedObject</name>
+    <message>
+        <source>No answer</source>
+        <translation>Pas de réponse</translation>
+    </message>
+    <message>
+        <source>The request could not be sent</source>
+        <translation>La requête n’a pas pu être envoyée</translation>
+    </message>
+    <message>
+        <source>Node %1, object %2 sub-index %3: %4</source>
+        <translation>Nœud %1, objet %2 sous-index %3 : %4</translation>
+    </message>
+</context>
+<context>
     <name>HelpBoxes</name>
     <message>
         <source>About Draxel</source>
@@ -557,25 +566,6 @@
     <message>
         <source>Save &amp;PDF report</source>
         <translation>Enregistrer le rapport &amp;PDF</translation>
-    </message>
-</context>
-<context>
-    <name>InterfaceWatch</name>
-    <message>
-        <source>The interface %1 is there.</source>
-        <translation>L’interface %1 est présente.</translation>
-    </message>
-    <message>
-        <source>The interface %1 is down. Switch it on, for example with &quot;ip link set %1 up&quot;.</source>
-        <translation>L’interface %1 est désactivée. Activez-la, par exemple avec «&#xa0;ip link set %1 up&#xa0;».</translation>
-    </message>
-    <message>
-        <source>There is no interface %1. Check that the adapter is plugged in.</source>
-        <translation>Il n’y a pas d’interface %1. Vérifiez que l’adaptateur est branché.</translation>
-    </message>
-    <message>
-        <source>The interface %1 was removed and came back.</source>
-        <translation>L’interface %1 a été retirée puis est revenue.</translation>
     </message>
 </context>
 <context>
@@ -725,6 +715,85 @@
     </message>
 </context>
 <context>
+    <name>ReadWords</name>
+    <message>
+        <source>Read finished. Nodes: %1, %2.</source>
+        <translation>Lecture terminée. Nœuds : %1, %2.</translation>
+    </message>
+    <message>
+        <source>values: %1, objects not there: %2, failed: %3</source>
+        <translation>valeurs : %1, objets absents : %2, échecs : %3</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because the bus was lost: %1</source>
+        <translation>Rien n’a été lu, car le bus a été perdu : %1</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because you disconnected.</source>
+        <translation>Rien n’a été lu, car vous avez déconnecté le bus.</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user.</source>
+        <translation>La lecture a été annulée par l’utilisateur.</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because node 1, the bus controller, was not heard. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
+        <translation>Rien n’a été lu, car le nœud 1, le contrôleur du bus, n’a pas été entendu. Le véhicule est-il en marche, et le nœud 1 émet-il un heartbeat&#xa0;?</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the bus was lost: %5 Values read until then: %4.</source>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car le bus a été perdu : %5 Valeurs lues jusque-là : %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because you disconnected. Values read until then: %4.</source>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car vous avez déconnecté le bus. Valeurs lues jusque-là : %4.</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user at node %1, object %2 sub-index %3. Values read until then: %4.</source>
+        <translation>La lecture a été annulée par l’utilisateur au nœud %1, objet %2 sous-index %3. Valeurs lues jusque-là : %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the request could not be sent: the bus is overloaded, or nobody acknowledges. Values read until then: %4.</source>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car la requête n’a pas pu être envoyée : le bus est surchargé, ou personne n’acquitte. Valeurs lues jusque-là : %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the node is in the state Stopped and answers no SDO. Values read until then: %4.</source>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car le nœud est à l’état Arrêté et ne répond à aucun SDO. Valeurs lues jusque-là : %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the node keeps restarting. Look at its supply. Values read until then: %4.</source>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car le nœud redémarre sans cesse. Vérifiez son alimentation. Valeurs lues jusque-là : %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because it did not answer. Values read until then: %4.</source>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car il n’a pas répondu. Valeurs lues jusque-là : %4.</translation>
+    </message>
+    <message>
+        <source>Another client is reading node %1. Objects of it may take long or fail; end the other program, or take its adapter off the bus.</source>
+        <translation>Un autre client lit le nœud %1. Ses objets peuvent être lents ou échouer ; fermez l’autre programme, ou débranchez son adaptateur du bus.</translation>
+    </message>
+    <message>
+        <source>Reading node %1 (%2 of %3), object %4 ...</source>
+        <translation>Lecture du nœud %1 (%2 sur %3), objet %4 ...</translation>
+    </message>
+    <message>
+        <source>%1 s left</source>
+        <translation>encore %1 s</translation>
+    </message>
+    <message>
+        <source>%1 min left</source>
+        <translation>encore %1 min</translation>
+    </message>
+    <message>
+        <source>%1 and %2 more</source>
+        <translation>%1 et %2 autres</translation>
+    </message>
+    <message>
+        <source>Not read from node %1: %2. %3.</source>
+        <translation>Non lu du nœud %1 : %2. %3.</translation>
+    </message>
+</context>
+<context>
     <name>ReportFiles</name>
     <message>
         <source>No new report was written over it.</source>
@@ -847,18 +916,6 @@
         <translation>Non connecté.</translation>
     </message>
     <message>
-        <source>Connecting to %1 ...</source>
-        <translation>Connexion à %1 ...</translation>
-    </message>
-    <message>
-        <source>Connected to %1 at %2 kbit/s.</source>
-        <translation>Connecté à %1 à %2 kbit/s.</translation>
-    </message>
-    <message>
-        <source>Connected to %1.</source>
-        <translation>Connecté à %1.</translation>
-    </message>
-    <message>
         <source>Connection lost: %1 Trying to connect again ...</source>
         <translation>Connexion perdue&#xa0;: %1 Nouvelle tentative de connexion ...</translation>
     </message>
@@ -875,10 +932,6 @@
         <translation>Nœuds&#xa0;: %1</translation>
     </message>
     <message>
-        <source>Uploads since the bus was connected. Requests repeated: %1, frames sent again: %2, overruns: %3</source>
-        <translation>Lectures depuis la connexion du bus. Requêtes répétées&#xa0;: %1, trames réémises&#xa0;: %2, débordements&#xa0;: %3</translation>
-    </message>
-    <message>
         <source>Ending the read ...</source>
         <translation>Fin de la lecture ...</translation>
     </message>
@@ -887,16 +940,12 @@
         <translation>Recherche des nœuds ...</translation>
     </message>
     <message>
-        <source>Reading node %1, object %2h ...</source>
-        <translation>Lecture du nœud %1, objet %2h ...</translation>
+        <source>Objects of this read, or of the last one. Since the bus was connected: requests repeated: %1, frames sent again: %2, overruns: %3</source>
+        <translation>Objets de cette lecture ou de la dernière. Depuis la connexion du bus : requêtes répétées : %1, trames réémises : %2, débordements : %3</translation>
     </message>
     <message>
-        <source>SDO: %1 read, %2 not there, %3 without answer</source>
-        <translation>SDO&#xa0;: %1 lus, %2 absents, %3 sans réponse</translation>
-    </message>
-    <message>
-        <source>%1, %2 refused</source>
-        <translation>%1, %2 refusés</translation>
+        <source>SDO: %1 read, %2 not there, %3 failed</source>
+        <translation>SDO : %1 lus, %2 absents, %3 échecs</translation>
     </message>
 </context>
 <context>

@@ -23,24 +23,19 @@
         <translation>De verbindingspoging is door een andere beëindigd.</translation>
     </message>
     <message>
-        <source>The bus %1 cannot be opened: %2</source>
-        <translation>De bus %1 kan niet worden geopend: %2</translation>
-    </message>
-    <message>
         <source>The bus %1 cannot be used. %2</source>
         <translation>De bus %1 kan niet worden gebruikt. %2</translation>
     </message>
+</context>
+<context>
+    <name>BusOpener</name>
     <message>
-        <source>The interface %1 does not take the bit rate %2. Setting it needs the library libsocketcan and the right to configure interfaces; &quot;ip link set %1 type can bitrate %2&quot; does it by hand, then connect without a bit rate.</source>
-        <translation>De interface %1 neemt de bitsnelheid %2 niet aan. Het instellen vereist de bibliotheek libsocketcan en het recht om interfaces te configureren; met “ip link set %1 type can bitrate %2” kan het handmatig, maak daarna verbinding zonder bitsnelheid.</translation>
+        <source>The interface %1 does not take the bit rate %2. Setting it needs the library libsocketcan and the right to configure interfaces. By hand: run &quot;%3&quot; and &quot;%4&quot;, then connect without a bit rate.</source>
+        <translation>De interface %1 neemt de bitsnelheid %2 niet aan. Het instellen vereist de bibliotheek libsocketcan en het recht om interfaces te configureren. Handmatig: voer “%3” en “%4” uit en maak daarna verbinding zonder bitsnelheid.</translation>
     </message>
 </context>
 <context>
     <name>BusReport</name>
-    <message>
-        <source>%1 to %2</source>
-        <translation>%1 tot %2</translation>
-    </message>
     <message>
         <source>starting</source>
         <translation>start op</translation>
@@ -86,14 +81,6 @@
         <translation>Opnieuw verbonden met %1.</translation>
     </message>
     <message>
-        <source>Connected to %1 at %2 kbit/s.</source>
-        <translation>Verbonden met %1 op %2 kbit/s.</translation>
-    </message>
-    <message>
-        <source>Connected to %1.</source>
-        <translation>Verbonden met %1.</translation>
-    </message>
-    <message>
         <source>The connection to %1 is lost. %2 It is made again as soon as the interface is back.</source>
         <translation>De verbinding met %1 is verbroken. %2 Ze wordt hersteld zodra de interface terug is.</translation>
     </message>
@@ -106,52 +93,8 @@
         <translation>Lezen begonnen: nodes worden gezocht.</translation>
     </message>
     <message>
-        <source>Read finished. Nodes: %1, values: %2, objects not there: %3.</source>
-        <translation>Lezen voltooid. Nodes: %1, waarden: %2, ontbrekende objecten: %3.</translation>
-    </message>
-    <message>
-        <source>Refused or failed: %1.</source>
-        <translation>Geweigerd of mislukt: %1.</translation>
-    </message>
-    <message>
-        <source>Nothing was read, because node 1, the bus controller, was not heard. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
-        <translation>Er is niets gelezen, omdat node 1, de buscontroller, niet is gehoord. Staat het voertuig aan, en verzendt node 1 een heartbeat?</translation>
-    </message>
-    <message>
-        <source>The read stopped at node %1, object %2h sub-index %3, because the node is in the state Stopped and answers no SDO. Values read until then: %4.</source>
-        <translation>Het lezen stopte bij node %1, object %2h subindex %3, omdat de node in de toestand Stopped is en geen SDO beantwoordt. Tot dan gelezen waarden: %4.</translation>
-    </message>
-    <message>
-        <source>The read stopped at node %1, object %2h sub-index %3, because it did not answer. Values read until then: %4.</source>
-        <translation>Het lezen stopte bij node %1, object %2h subindex %3, omdat deze niet antwoordde. Tot dan gelezen waarden: %4.</translation>
-    </message>
-    <message>
-        <source>The read stopped at node %1, object %2h sub-index %3, because the bus was gone. Values read until then: %4.</source>
-        <translation>Het lezen stopte bij node %1, object %2h subindex %3, omdat de bus weg was. Tot dan gelezen waarden: %4.</translation>
-    </message>
-    <message>
-        <source>The read was cancelled by the user.</source>
-        <translation>Het lezen is door de gebruiker afgebroken.</translation>
-    </message>
-    <message>
-        <source>The read was cancelled by the user at node %1, object %2h sub-index %3. Values read until then: %4.</source>
-        <translation>Het lezen is door de gebruiker afgebroken bij node %1, object %2h subindex %3. Tot dan gelezen waarden: %4.</translation>
-    </message>
-    <message>
         <source>The CAN interface %1 works without errors again.</source>
         <translation>De CAN-interface %1 werkt weer zonder fouten.</translation>
-    </message>
-    <message>
-        <source>The CAN interface %1 counts many bus errors.</source>
-        <translation>De CAN-interface %1 telt veel busfouten.</translation>
-    </message>
-    <message>
-        <source>The CAN interface %1 is error-passive: nobody acknowledges its frames, or they arrive broken. Check bit rate, wiring and termination.</source>
-        <translation>De CAN-interface %1 is error-passive: niemand bevestigt haar frames, of ze komen beschadigd aan. Controleer bitsnelheid, bekabeling en afsluitweerstanden.</translation>
-    </message>
-    <message>
-        <source>The CAN interface %1 is bus-off: it has left the bus after too many errors. Check bit rate, wiring and termination, then restart the interface, or disconnect and connect.</source>
-        <translation>De CAN-interface %1 is bus-off: ze heeft de bus verlaten na te veel fouten. Controleer bitsnelheid, bekabeling en afsluitweerstanden, start daarna de interface opnieuw, of verbreek de verbinding en maak haar opnieuw.</translation>
     </message>
     <message>
         <source>The CAN interface %1 has dropped received frames (overrun).</source>
@@ -167,6 +110,57 @@
     <message>
         <source>&quot;%1&quot; is no bit rate. Give it in bit/s, for example 250000.</source>
         <translation>“%1” is geen bitsnelheid. Geef deze op in bit/s, bijvoorbeeld 250000.</translation>
+    </message>
+</context>
+<context>
+    <name>BusWords</name>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 tot %2</translation>
+    </message>
+    <message>
+        <source>Connecting to %1 ...</source>
+        <translation>Verbinden met %1 ...</translation>
+    </message>
+    <message>
+        <source>Connected to %1 at %2 kbit/s.</source>
+        <translation>Verbonden met %1 op %2 kbit/s.</translation>
+    </message>
+    <message>
+        <source>Connected to %1.</source>
+        <translation>Verbonden met %1.</translation>
+    </message>
+    <message>
+        <source>The bus %1 cannot be opened: %2</source>
+        <translation>De bus %1 kan niet worden geopend: %2</translation>
+    </message>
+    <message>
+        <source>The interface %1 is there.</source>
+        <translation>De interface %1 is er.</translation>
+    </message>
+    <message>
+        <source>%1 is down: run &quot;%2&quot;.</source>
+        <translation>%1 staat uit: voer “%2” uit.</translation>
+    </message>
+    <message>
+        <source>There is no interface %1. Check that the adapter is plugged in.</source>
+        <translation>Er is geen interface %1. Controleer of de adapter is aangesloten.</translation>
+    </message>
+    <message>
+        <source>The interface %1 was removed and came back.</source>
+        <translation>De interface %1 is verwijderd en weer teruggekomen.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 counts many bus errors.</source>
+        <translation>De CAN-interface %1 telt veel busfouten.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is error-passive: nobody acknowledges its frames, or they arrive broken. Check bit rate, wiring and termination.</source>
+        <translation>De CAN-interface %1 is error-passive: niemand bevestigt haar frames, of ze komen beschadigd aan. Controleer bitsnelheid, bekabeling en afsluitweerstanden.</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is bus-off: it has left the bus after too many errors. Check bit rate, wiring and termination, then restart the interface, or disconnect and connect.</source>
+        <translation>De CAN-interface %1 is bus-off: ze heeft de bus verlaten na te veel fouten. Controleer bitsnelheid, bekabeling en afsluitweerstanden, start daarna de interface opnieuw, of verbreek de verbinding en maak haar opnieuw.</translation>
     </message>
 </context>
 <context>
@@ -438,6 +432,21 @@
     </message>
 </context>
 <context>
+    <name>FailedObject</name>
+    <message>
+        <source>No answer</source>
+        <translation>Geen antwoord</translation>
+    </message>
+    <message>
+        <source>The request could not be sent</source>
+        <translation>Het verzoek kon niet worden verzonden</translation>
+    </message>
+    <message>
+        <source>Node %1, object %2 sub-index %3: %4</source>
+        <translation>Node %1, object %2 subindex %3: %4</translation>
+    </message>
+</context>
+<context>
     <name>HelpBoxes</name>
     <message>
         <source>About Draxel</source>
@@ -557,25 +566,6 @@
     <message>
         <source>Save &amp;PDF report</source>
         <translation>&amp;PDF-rapport opslaan</translation>
-    </message>
-</context>
-<context>
-    <name>InterfaceWatch</name>
-    <message>
-        <source>The interface %1 is there.</source>
-        <translation>De interface %1 is er.</translation>
-    </message>
-    <message>
-        <source>The interface %1 is down. Switch it on, for example with &quot;ip link set %1 up&quot;.</source>
-        <translation>De interface %1 staat uit. Zet hem aan, bijvoorbeeld met “ip link set %1 up”.</translation>
-    </message>
-    <message>
-        <source>There is no interface %1. Check that the adapter is plugged in.</source>
-        <translation>Er is geen interface %1. Controleer of de adapter is aangesloten.</translation>
-    </message>
-    <message>
-        <source>The interface %1 was removed and came back.</source>
-        <translation>De interface %1 is verwijderd en weer teruggekomen.</translation>
     </message>
 </context>
 <context>
@@ -725,6 +715,85 @@
     </message>
 </context>
 <context>
+    <name>ReadWords</name>
+    <message>
+        <source>Read finished. Nodes: %1, %2.</source>
+        <translation>Lezen voltooid. Nodes: %1, %2.</translation>
+    </message>
+    <message>
+        <source>values: %1, objects not there: %2, failed: %3</source>
+        <translation>waarden: %1, ontbrekende objecten: %2, mislukt: %3</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because the bus was lost: %1</source>
+        <translation>Er is niets gelezen, omdat de bus is weggevallen: %1</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because you disconnected.</source>
+        <translation>Er is niets gelezen, omdat u de verbinding hebt verbroken.</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user.</source>
+        <translation>Het lezen is door de gebruiker afgebroken.</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because node 1, the bus controller, was not heard. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
+        <translation>Er is niets gelezen, omdat node 1, de buscontroller, niet is gehoord. Staat het voertuig aan, en verzendt node 1 een heartbeat?</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the bus was lost: %5 Values read until then: %4.</source>
+        <translation>Het lezen stopte bij node %1, object %2 subindex %3, omdat de bus is weggevallen: %5 Tot dan gelezen waarden: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because you disconnected. Values read until then: %4.</source>
+        <translation>Het lezen stopte bij node %1, object %2 subindex %3, omdat u de verbinding hebt verbroken. Tot dan gelezen waarden: %4.</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user at node %1, object %2 sub-index %3. Values read until then: %4.</source>
+        <translation>Het lezen is door de gebruiker afgebroken bij node %1, object %2 subindex %3. Tot dan gelezen waarden: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the request could not be sent: the bus is overloaded, or nobody acknowledges. Values read until then: %4.</source>
+        <translation>Het lezen stopte bij node %1, object %2 subindex %3, omdat het verzoek niet kon worden verzonden: de bus is overbelast, of niemand bevestigt. Tot dan gelezen waarden: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the node is in the state Stopped and answers no SDO. Values read until then: %4.</source>
+        <translation>Het lezen stopte bij node %1, object %2 subindex %3, omdat de node in de toestand Stopped is en geen SDO beantwoordt. Tot dan gelezen waarden: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the node keeps restarting. Look at its supply. Values read until then: %4.</source>
+        <translation>Het lezen stopte bij node %1, object %2 subindex %3, omdat de node steeds opnieuw start. Controleer zijn voeding. Tot dan gelezen waarden: %4.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because it did not answer. Values read until then: %4.</source>
+        <translation>Het lezen stopte bij node %1, object %2 subindex %3, omdat deze niet antwoordde. Tot dan gelezen waarden: %4.</translation>
+    </message>
+    <message>
+        <source>Another client is reading node %1. Objects of it may take long or fail; end the other program, or take its adapter off the bus.</source>
+        <translation>Een andere client leest node %1. Objecten ervan kunnen lang duren of mislukken; sluit het andere programma, of haal zijn adapter van de bus.</translation>
+    </message>
+    <message>
+        <source>Reading node %1 (%2 of %3), object %4 ...</source>
+        <translation>Node %1 (%2 van %3), object %4 lezen ...</translation>
+    </message>
+    <message>
+        <source>%1 s left</source>
+        <translation>nog %1 s</translation>
+    </message>
+    <message>
+        <source>%1 min left</source>
+        <translation>nog %1 min</translation>
+    </message>
+    <message>
+        <source>%1 and %2 more</source>
+        <translation>%1 en nog %2</translation>
+    </message>
+    <message>
+        <source>Not read from node %1: %2. %3.</source>
+        <translation>Niet gelezen van node %1: %2. %3.</translation>
+    </message>
+</context>
+<context>
     <name>ReportFiles</name>
     <message>
         <source>No new report was written over it.</source>
@@ -847,18 +916,6 @@
         <translation>Niet verbonden.</translation>
     </message>
     <message>
-        <source>Connecting to %1 ...</source>
-        <translation>Verbinden met %1 ...</translation>
-    </message>
-    <message>
-        <source>Connected to %1 at %2 kbit/s.</source>
-        <translation>Verbonden met %1 op %2 kbit/s.</translation>
-    </message>
-    <message>
-        <source>Connected to %1.</source>
-        <translation>Verbonden met %1.</translation>
-    </message>
-    <message>
         <source>Connection lost: %1 Trying to connect again ...</source>
         <translation>Verbinding verbroken: %1 Er wordt opnieuw verbinding gemaakt ...</translation>
     </message>
@@ -875,10 +932,6 @@
         <translation>Nodes: %1</translation>
     </message>
     <message>
-        <source>Uploads since the bus was connected. Requests repeated: %1, frames sent again: %2, overruns: %3</source>
-        <translation>Uploads sinds de bus is verbonden. Herhaalde verzoeken: %1, opnieuw verzonden frames: %2, overlopen: %3</translation>
-    </message>
-    <message>
         <source>Ending the read ...</source>
         <translation>Het lezen wordt beëindigd ...</translation>
     </message>
@@ -887,16 +940,12 @@
         <translation>Nodes worden gezocht ...</translation>
     </message>
     <message>
-        <source>Reading node %1, object %2h ...</source>
-        <translation>Node %1, object %2h lezen ...</translation>
+        <source>Objects of this read, or of the last one. Since the bus was connected: requests repeated: %1, frames sent again: %2, overruns: %3</source>
+        <translation>Objecten van dit of het laatste lezen. Sinds de bus is verbonden: herhaalde verzoeken: %1, opnieuw verzonden frames: %2, overlopen: %3</translation>
     </message>
     <message>
-        <source>SDO: %1 read, %2 not there, %3 without answer</source>
-        <translation>SDO: %1 gelezen, %2 niet aanwezig, %3 zonder antwoord</translation>
-    </message>
-    <message>
-        <source>%1, %2 refused</source>
-        <translation>%1, %2 geweigerd</translation>
+        <source>SDO: %1 read, %2 not there, %3 failed</source>
+        <translation>SDO: %1 gelezen, %2 niet aanwezig, %3 mislukt</translation>
     </message>
 </context>
 <context>

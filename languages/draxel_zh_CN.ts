@@ -23,24 +23,19 @@
         <translation>该连接尝试已被另一次连接终止。</translation>
     </message>
     <message>
-        <source>The bus %1 cannot be opened: %2</source>
-        <translation>无法打开总线 %1：%2</translation>
-    </message>
-    <message>
         <source>The bus %1 cannot be used. %2</source>
         <translation>无法使用总线 %1。%2</translation>
     </message>
+</context>
+<context>
+    <name>BusOpener</name>
     <message>
-        <source>The interface %1 does not take the bit rate %2. Setting it needs the library libsocketcan and the right to configure interfaces; &quot;ip link set %1 type can bitrate %2&quot; does it by hand, then connect without a bit rate.</source>
-        <translation>接口 %1 不接受波特率 %2。设置波特率需要 libsocketcan 库和配置接口的权限；可用“ip link set %1 type can bitrate %2”手动设置，然后在不指定波特率的情况下连接。</translation>
+        <source>The interface %1 does not take the bit rate %2. Setting it needs the library libsocketcan and the right to configure interfaces. By hand: run &quot;%3&quot; and &quot;%4&quot;, then connect without a bit rate.</source>
+        <translation>接口 %1 不接受波特率 %2。设置波特率需要 libsocketcan 库和配置接口的权限。手动设置：运行“%3”和“%4”，然后在不指定波特率的情况下连接。</translation>
     </message>
 </context>
 <context>
     <name>BusReport</name>
-    <message>
-        <source>%1 to %2</source>
-        <translation>%1 至 %2</translation>
-    </message>
     <message>
         <source>starting</source>
         <translation>正在启动</translation>
@@ -86,14 +81,6 @@
         <translation>已重新连接到 %1。</translation>
     </message>
     <message>
-        <source>Connected to %1 at %2 kbit/s.</source>
-        <translation>已连接到 %1，%2 kbit/s。</translation>
-    </message>
-    <message>
-        <source>Connected to %1.</source>
-        <translation>已连接到 %1。</translation>
-    </message>
-    <message>
         <source>The connection to %1 is lost. %2 It is made again as soon as the interface is back.</source>
         <translation>与 %1 的连接已丢失。%2 接口恢复后将自动重新连接。</translation>
     </message>
@@ -106,52 +93,8 @@
         <translation>读取已开始：正在查找节点。</translation>
     </message>
     <message>
-        <source>Read finished. Nodes: %1, values: %2, objects not there: %3.</source>
-        <translation>读取完成。节点：%1，值：%2，不存在的对象：%3。</translation>
-    </message>
-    <message>
-        <source>Refused or failed: %1.</source>
-        <translation>被拒绝或失败：%1。</translation>
-    </message>
-    <message>
-        <source>Nothing was read, because node 1, the bus controller, was not heard. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
-        <translation>未读取任何数据，因为未收到总线控制器（节点 1）的信号。车辆是否已开机？节点 1 是否发送心跳？</translation>
-    </message>
-    <message>
-        <source>The read stopped at node %1, object %2h sub-index %3, because the node is in the state Stopped and answers no SDO. Values read until then: %4.</source>
-        <translation>读取停止于节点 %1 的对象 %2h 子索引 %3，因为该节点处于停止状态，不应答 SDO。此前已读取的值：%4。</translation>
-    </message>
-    <message>
-        <source>The read stopped at node %1, object %2h sub-index %3, because it did not answer. Values read until then: %4.</source>
-        <translation>读取停止于节点 %1 的对象 %2h 子索引 %3，因为该节点未应答。此前已读取的值：%4。</translation>
-    </message>
-    <message>
-        <source>The read stopped at node %1, object %2h sub-index %3, because the bus was gone. Values read until then: %4.</source>
-        <translation>读取停止于节点 %1 的对象 %2h 子索引 %3，因为总线已断开。此前已读取的值：%4。</translation>
-    </message>
-    <message>
-        <source>The read was cancelled by the user.</source>
-        <translation>读取已被用户取消。</translation>
-    </message>
-    <message>
-        <source>The read was cancelled by the user at node %1, object %2h sub-index %3. Values read until then: %4.</source>
-        <translation>用户在节点 %1 的对象 %2h 子索引 %3 处取消了读取。此前已读取的值：%4。</translation>
-    </message>
-    <message>
         <source>The CAN interface %1 works without errors again.</source>
         <translation>CAN 接口 %1 已恢复无错误工作。</translation>
-    </message>
-    <message>
-        <source>The CAN interface %1 counts many bus errors.</source>
-        <translation>CAN 接口 %1 的总线错误计数较高。</translation>
-    </message>
-    <message>
-        <source>The CAN interface %1 is error-passive: nobody acknowledges its frames, or they arrive broken. Check bit rate, wiring and termination.</source>
-        <translation>CAN 接口 %1 处于错误被动状态：没有节点应答其帧，或帧到达时已损坏。请检查波特率、接线和终端电阻。</translation>
-    </message>
-    <message>
-        <source>The CAN interface %1 is bus-off: it has left the bus after too many errors. Check bit rate, wiring and termination, then restart the interface, or disconnect and connect.</source>
-        <translation>CAN 接口 %1 处于总线关闭 (bus-off) 状态：错误过多，已脱离总线。请检查波特率、接线和终端电阻，然后重新启动接口，或断开后重新连接。</translation>
     </message>
     <message>
         <source>The CAN interface %1 has dropped received frames (overrun).</source>
@@ -167,6 +110,57 @@
     <message>
         <source>&quot;%1&quot; is no bit rate. Give it in bit/s, for example 250000.</source>
         <translation>“%1” 不是波特率。请以 bit/s 为单位指定，例如 250000。</translation>
+    </message>
+</context>
+<context>
+    <name>BusWords</name>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 至 %2</translation>
+    </message>
+    <message>
+        <source>Connecting to %1 ...</source>
+        <translation>正在连接 %1 ...</translation>
+    </message>
+    <message>
+        <source>Connected to %1 at %2 kbit/s.</source>
+        <translation>已连接到 %1，%2 kbit/s。</translation>
+    </message>
+    <message>
+        <source>Connected to %1.</source>
+        <translation>已连接到 %1。</translation>
+    </message>
+    <message>
+        <source>The bus %1 cannot be opened: %2</source>
+        <translation>无法打开总线 %1：%2</translation>
+    </message>
+    <message>
+        <source>The interface %1 is there.</source>
+        <translation>接口 %1 已就绪。</translation>
+    </message>
+    <message>
+        <source>%1 is down: run &quot;%2&quot;.</source>
+        <translation>%1 已关闭：请运行“%2”。</translation>
+    </message>
+    <message>
+        <source>There is no interface %1. Check that the adapter is plugged in.</source>
+        <translation>没有接口 %1。请检查适配器是否已插好。</translation>
+    </message>
+    <message>
+        <source>The interface %1 was removed and came back.</source>
+        <translation>接口 %1 被移除后又恢复。</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 counts many bus errors.</source>
+        <translation>CAN 接口 %1 的总线错误计数较高。</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is error-passive: nobody acknowledges its frames, or they arrive broken. Check bit rate, wiring and termination.</source>
+        <translation>CAN 接口 %1 处于错误被动状态：没有节点应答其帧，或帧到达时已损坏。请检查波特率、接线和终端电阻。</translation>
+    </message>
+    <message>
+        <source>The CAN interface %1 is bus-off: it has left the bus after too many errors. Check bit rate, wiring and termination, then restart the interface, or disconnect and connect.</source>
+        <translation>CAN 接口 %1 处于总线关闭 (bus-off) 状态：错误过多，已脱离总线。请检查波特率、接线和终端电阻，然后重新启动接口，或断开后重新连接。</translation>
     </message>
 </context>
 <context>
@@ -438,6 +432,21 @@
     </message>
 </context>
 <context>
+    <name>FailedObject</name>
+    <message>
+        <source>No answer</source>
+        <translation>无应答</translation>
+    </message>
+    <message>
+        <source>The request could not be sent</source>
+        <translation>请求无法发送</translation>
+    </message>
+    <message>
+        <source>Node %1, object %2 sub-index %3: %4</source>
+        <translation>节点 %1，对象 %2 子索引 %3：%4</translation>
+    </message>
+</context>
+<context>
     <name>HelpBoxes</name>
     <message>
         <source>About Draxel</source>
@@ -557,25 +566,6 @@
     <message>
         <source>Save &amp;PDF report</source>
         <translation>保存 PDF 报告(&amp;P)</translation>
-    </message>
-</context>
-<context>
-    <name>InterfaceWatch</name>
-    <message>
-        <source>The interface %1 is there.</source>
-        <translation>接口 %1 已就绪。</translation>
-    </message>
-    <message>
-        <source>The interface %1 is down. Switch it on, for example with &quot;ip link set %1 up&quot;.</source>
-        <translation>接口 %1 已关闭。请将其启用，例如使用“ip link set %1 up”。</translation>
-    </message>
-    <message>
-        <source>There is no interface %1. Check that the adapter is plugged in.</source>
-        <translation>没有接口 %1。请检查适配器是否已插好。</translation>
-    </message>
-    <message>
-        <source>The interface %1 was removed and came back.</source>
-        <translation>接口 %1 被移除后又恢复。</translation>
     </message>
 </context>
 <context>
@@ -725,6 +715,85 @@
     </message>
 </context>
 <context>
+    <name>ReadWords</name>
+    <message>
+        <source>Read finished. Nodes: %1, %2.</source>
+        <translation>读取完成。节点：%1，%2。</translation>
+    </message>
+    <message>
+        <source>values: %1, objects not there: %2, failed: %3</source>
+        <translation>值：%1，不存在的对象：%2，失败：%3</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because the bus was lost: %1</source>
+        <translation>未读取任何数据，因为总线已丢失：%1</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because you disconnected.</source>
+        <translation>未读取任何数据，因为您断开了连接。</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user.</source>
+        <translation>读取已被用户取消。</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because node 1, the bus controller, was not heard. Is the vehicle switched on, and does node 1 send a heartbeat?</source>
+        <translation>未读取任何数据，因为未收到总线控制器（节点 1）的信号。车辆是否已开机？节点 1 是否发送心跳？</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the bus was lost: %5 Values read until then: %4.</source>
+        <translation>读取停止于节点 %1 的对象 %2 子索引 %3，因为总线已丢失：%5 此前已读取的值：%4。</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because you disconnected. Values read until then: %4.</source>
+        <translation>读取停止于节点 %1 的对象 %2 子索引 %3，因为您断开了连接。此前已读取的值：%4。</translation>
+    </message>
+    <message>
+        <source>The read was cancelled by the user at node %1, object %2 sub-index %3. Values read until then: %4.</source>
+        <translation>用户在节点 %1 的对象 %2 子索引 %3 处取消了读取。此前已读取的值：%4。</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the request could not be sent: the bus is overloaded, or nobody acknowledges. Values read until then: %4.</source>
+        <translation>读取停止于节点 %1 的对象 %2 子索引 %3，因为请求无法发送：总线过载，或无节点确认。此前已读取的值：%4。</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the node is in the state Stopped and answers no SDO. Values read until then: %4.</source>
+        <translation>读取停止于节点 %1 的对象 %2 子索引 %3，因为该节点处于停止状态，不应答 SDO。此前已读取的值：%4。</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the node keeps restarting. Look at its supply. Values read until then: %4.</source>
+        <translation>读取停止于节点 %1 的对象 %2 子索引 %3，因为该节点不断重新启动。请检查其供电。此前已读取的值：%4。</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because it did not answer. Values read until then: %4.</source>
+        <translation>读取停止于节点 %1 的对象 %2 子索引 %3，因为该节点未应答。此前已读取的值：%4。</translation>
+    </message>
+    <message>
+        <source>Another client is reading node %1. Objects of it may take long or fail; end the other program, or take its adapter off the bus.</source>
+        <translation>另一个客户端正在读取节点 %1。该节点的对象可能耗时较长或失败；请结束另一个程序，或将其适配器从总线上取下。</translation>
+    </message>
+    <message>
+        <source>Reading node %1 (%2 of %3), object %4 ...</source>
+        <translation>正在读取节点 %1（第 %2 个，共 %3 个），对象 %4 ...</translation>
+    </message>
+    <message>
+        <source>%1 s left</source>
+        <translation>剩余 %1 秒</translation>
+    </message>
+    <message>
+        <source>%1 min left</source>
+        <translation>剩余 %1 分钟</translation>
+    </message>
+    <message>
+        <source>%1 and %2 more</source>
+        <translation>%1 以及另外 %2 个</translation>
+    </message>
+    <message>
+        <source>Not read from node %1: %2. %3.</source>
+        <translation>未能从节点 %1 读取：%2。%3。</translation>
+    </message>
+</context>
+<context>
     <name>ReportFiles</name>
     <message>
         <source>No new report was written over it.</source>
@@ -847,18 +916,6 @@
         <translation>未连接。</translation>
     </message>
     <message>
-        <source>Connecting to %1 ...</source>
-        <translation>正在连接 %1 ...</translation>
-    </message>
-    <message>
-        <source>Connected to %1 at %2 kbit/s.</source>
-        <translation>已连接到 %1，%2 kbit/s。</translation>
-    </message>
-    <message>
-        <source>Connected to %1.</source>
-        <translation>已连接到 %1。</translation>
-    </message>
-    <message>
         <source>Connection lost: %1 Trying to connect again ...</source>
         <translation>连接已丢失：%1 正在重新连接 ...</translation>
     </message>
@@ -875,10 +932,6 @@
         <translation>节点：%1</translation>
     </message>
     <message>
-        <source>Uploads since the bus was connected. Requests repeated: %1, frames sent again: %2, overruns: %3</source>
-        <translation>自总线连接以来的上传。重复请求：%1，重发帧：%2，溢出：%3</translation>
-    </message>
-    <message>
         <source>Ending the read ...</source>
         <translation>正在结束读取 ...</translation>
     </message>
@@ -887,16 +940,12 @@
         <translation>正在查找节点 ...</translation>
     </message>
     <message>
-        <source>Reading node %1, object %2h ...</source>
-        <translation>正在读取节点 %1，对象 %2h ...</translation>
+        <source>Objects of this read, or of the last one. Since the bus was connected: requests repeated: %1, frames sent again: %2, overruns: %3</source>
+        <translation>本次或上次读取的对象。自总线连接以来：重复请求：%1，重发帧：%2，溢出：%3</translation>
     </message>
     <message>
-        <source>SDO: %1 read, %2 not there, %3 without answer</source>
-        <translation>SDO：%1 已读取，%2 不存在，%3 无应答</translation>
-    </message>
-    <message>
-        <source>%1, %2 refused</source>
-        <translation>%1，%2 被拒绝</translation>
+        <source>SDO: %1 read, %2 not there, %3 failed</source>
+        <translation>SDO：%1 已读取，%2 不存在，%3 失败</translation>
     </message>
 </context>
 <context>

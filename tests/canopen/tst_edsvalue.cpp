@@ -25,7 +25,6 @@ private slots:
     void limits();
     void limitThatLimitsNothing();
     void typesWithLimits();
-    void typeNames();
 };
 
 void tst_EdsValue::numbers_data()
@@ -208,18 +207,6 @@ void tst_EdsValue::typesWithLimits()
     QVERIFY(!hasEdsLimits(DataType::Real64));
     QVERIFY(!hasEdsLimits(DataType::VisibleString));
     QVERIFY(!hasEdsLimits(DataType::Domain));
-}
-
-void tst_EdsValue::typeNames()
-{
-    QStringList names;
-    for (quint16 code = 0; code < 0x20; ++code) {
-        if (isKnownDataType(code))
-            names.append(dataTypeName(static_cast<DataType>(code)));
-    }
-    QCOMPARE(names.join(QLatin1Char(' ')),
-             QStringLiteral("BOOLEAN INTEGER8 INTEGER16 INTEGER32 UNSIGNED8 UNSIGNED16 UNSIGNED32 REAL32 "
-                            "VISIBLE_STRING OCTET_STRING UNICODE_STRING DOMAIN REAL64 INTEGER64 UNSIGNED64"));
 }
 
 QTEST_GUILESS_MAIN(tst_EdsValue)

@@ -160,7 +160,7 @@ void tst_Output::diskIsFull()
     const Result result = run(read(QStringLiteral("/dev/full")));
     QCOMPARE(result.status, 5);
     QCOMPARE(result.errors,
-             QStringLiteral("The file /dev/full cannot be written: No space left on device.\n"));
+             QStringLiteral("The file /dev/full cannot be written: no space is left.\n"));
 }
 
 void tst_Output::fullOutput()

@@ -266,10 +266,11 @@ void tst_HostMenus::readsByKey()
     QTRY_COMPARE_WITH_TIMEOUT(ended.size(), 1, 20000);
     const auto summary = ended.first().first().value<ReadSummary>();
     QCOMPARE(summary.end, ReadSummary::End::Complete);
-    QCOMPARE(summary.values, 1);
-    QCOMPARE(summary.missing, 203);
+    QCOMPARE(summary.record.total().values, 1);
+    QCOMPARE(summary.record.total().missing, 199);
+    QCOMPARE(summary.record.total().failed, 0);
     QCOMPARE(messages(&window).last(),
-             QStringLiteral("Read finished. Nodes: 1, values: 1, objects not there: 203."));
+             QStringLiteral("Read finished. Nodes: 1, values: 1, objects not there: 199, failed: 0."));
     QTRY_VERIFY(action(window, "actionRead")->isEnabled());
     host.session.shutDown();
 }
@@ -420,7 +421,7 @@ void tst_HostMenus::readsAgainAfterCancel()
     QTRY_COMPARE(ended.size(), 2);
     const auto summary = ended.last().first().value<ReadSummary>();
     QCOMPARE(summary.end, ReadSummary::End::Complete);
-    QCOMPARE(summary.values, 1);
+    QCOMPARE(summary.record.total().values, 1);
     host.session.shutDown();
 }
 

@@ -174,9 +174,9 @@ void tst_VehicleFiles::wrongFileLeavesWhatIsShown_data()
     QTest::addColumn<QString>("reason");
 
     QTest::newRow("truncated") << motor.left(motor.size() - 30)
-                               << QStringLiteral("The file is not XML, or not complete: line 1, column ");
+                               << QStringLiteral("The file is not complete: it ends in line 1, column 133.");
     QTest::newRow("no XML") << QByteArray("%PDF-1.4\n")
-                            << QStringLiteral("The file is not XML, or not complete: line 1, column ");
+                            << QStringLiteral("The file is not XML: line 1, column 1: Start tag expected.");
     QTest::newRow("no node") << QByteArray("<dxtoolstorage/>")
                              << QStringLiteral("There is no node in the file.");
     QTest::newRow("not there") << QByteArray() << QStringLiteral("cannot be read: ");

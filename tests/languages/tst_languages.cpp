@@ -241,31 +241,22 @@ void tst_Languages::contexts_data()
                                             QStringLiteral("ExchangeFile"),
                                             QStringLiteral("OverviewForm"),
                                             QStringLiteral("pdfWriter")};
-    QTest::newRow("host") << QStringLiteral("draxel")
-                          << QStringList{QStringLiteral("BusAddress"),
-                                         QStringLiteral("BusConnection"),
-                                         QStringLiteral("BusReport"),
-                                         QStringLiteral("BusSettings"),
-                                         QStringLiteral("CanOpen"),
-                                         QStringLiteral("CanOpen::CanPort"),
-                                         QStringLiteral("ConnectionBar"),
-                                         QStringLiteral("DraxelHost"),
-                                         QStringLiteral("HelpBoxes"),
-                                         QStringLiteral("HostMenus"),
-                                         QStringLiteral("InterfaceWatch"),
-                                         QStringLiteral("MainWindow"),
-                                         QStringLiteral("MessageLog"),
-                                         QStringLiteral("MessagePanel"),
-                                         QStringLiteral("PatienceDialog"),
-                                         QStringLiteral("PluginLibrary"),
-                                         QStringLiteral("PluginSession"),
-                                         QStringLiteral("ReportFiles"),
-                                         QStringLiteral("ShownVehicle"),
-                                         QStringLiteral("SimulatedBus"),
-                                         QStringLiteral("Simulator::SimulatedCanDevice"),
-                                         QStringLiteral("StatusLine"),
-                                         QStringLiteral("SystemErrorText"),
-                                         QStringLiteral("VehicleFiles")};
+    QTest::newRow("host")
+        << QStringLiteral("draxel")
+        << QStringList{QStringLiteral("BusAddress"),     QStringLiteral("BusConnection"),
+                       QStringLiteral("BusOpener"),      QStringLiteral("BusReport"),
+                       QStringLiteral("BusSettings"),    QStringLiteral("BusWords"),
+                       QStringLiteral("CanOpen"),        QStringLiteral("CanOpen::CanPort"),
+                       QStringLiteral("ConnectionBar"),  QStringLiteral("DraxelHost"),
+                       QStringLiteral("FailedObject"),   QStringLiteral("HelpBoxes"),
+                       QStringLiteral("HostMenus"),      QStringLiteral("MainWindow"),
+                       QStringLiteral("MessageLog"),     QStringLiteral("MessagePanel"),
+                       QStringLiteral("PatienceDialog"), QStringLiteral("PluginLibrary"),
+                       QStringLiteral("PluginSession"),  QStringLiteral("ReadWords"),
+                       QStringLiteral("ReportFiles"),    QStringLiteral("ShownVehicle"),
+                       QStringLiteral("SimulatedBus"),   QStringLiteral("Simulator::SimulatedCanDevice"),
+                       QStringLiteral("StatusLine"),     QStringLiteral("SystemErrorText"),
+                       QStringLiteral("VehicleFiles")};
 }
 
 void tst_Languages::contexts()

@@ -201,7 +201,7 @@ void tst_WholeFile::fullDiskIsNamed()
         isSaved = saveExchangeFile(name, QString(length, QLatin1Char('x')), &message);
     }
     QVERIFY(!isSaved);
-    QCOMPARE(message, QStringLiteral("The file %1 cannot be written: File too large.").arg(name)); // EFBIG
+    QCOMPARE(message, QStringLiteral("The file %1 cannot be written: the file is too large.").arg(name)); // EFBIG
     QCOMPARE(everythingIn(folder), QStringList{QStringLiteral("vehicle.dxxml")});
     QCOMPARE(contentOf(name), QByteArray("old"));
 #else
@@ -217,7 +217,7 @@ void tst_WholeFile::fullDeviceIsNamed()
     for (const int length : {10, 1000000}) {
         QString message;
         QVERIFY(!saveExchangeFile(name, QString(length, QLatin1Char('x')), &message));
-        QCOMPARE(message, QStringLiteral("The file /dev/full cannot be written: No space left on device."));
+        QCOMPARE(message, QStringLiteral("The file /dev/full cannot be written: no space is left."));
     }
     QVERIFY(!QFileInfo(name).isFile());
 }

@@ -142,7 +142,7 @@ std::optional<ExitStatus> ReadCommand::parse(const QStringList &arguments)
 {
     m_options.addBusOptions();
     m_options.addOption({exportOption,
-                         Tr::tr("Save what was read as this exchange file (.dxxml); - is standard output."),
+                         Tr::tr("Save what was read as this exchange file (.dxxml), \"-\" for standard output."),
                          Tr::tr("FILE")});
     m_options.addOption(
         {reportOption,
