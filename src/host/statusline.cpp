@@ -122,6 +122,7 @@ void StatusLine::refresh()
 
     const BusCounters counters = m_bus->counters();
     m_uploads->setText(uploadText());
+    m_uploads->setVisible(!m_services->reads().isReading()); // the place of the read needs the room
     m_uploads->setToolTip(
         tr("Objects of this read, or of the last one. Since the bus was connected: requests repeated: %1, "
            "frames sent again: %2, overruns: %3")

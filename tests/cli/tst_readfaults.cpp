@@ -21,6 +21,7 @@ private slots:
     void faults_data();
     void faults();
     void foreignClientLosesNothing();
+    void foreignClientThatIsInTheWay();
     void objectsThatAreNotThereAreNoFailure();
     void wholeNodeFails();
     void showSaysItToo();
@@ -152,9 +153,28 @@ void tst_ReadFaults::faults()
 void tst_ReadFaults::foreignClientLosesNothing()
 {
     const Result result = read(writeVehicle(R"({"kind": "foreignClient", "every": 3})"));
+    QCOMPARE(result.errors, QString());
     QCOMPARE(result.status, 0);
     QVERIFY2(lineOf(result, QStringLiteral("Node 7:"))
                  .endsWith(QStringLiteral("50 values read, 150 objects not there, 0 failed")),
+             qPrintable(result.output));
+}
+
+void tst_ReadFaults::foreignClientThatIsInTheWay()
+{
+    const Result result
+        = read(writeVehicle(R"({"kind": "segmented"}, {"kind": "foreignClient", "every": 1})"));
+    QCOMPARE(result.status, 7);
+    const QString hint
+        = QStringLiteral("Another client is reading node 7. Objects of it may take long or fail; end "
+                         "the other program, or take its adapter off the bus.\n");
+    QVERIFY2(result.errors.startsWith(hint), qPrintable(result.errors));
+    QCOMPARE(result.errors.count(hint), 1);
+    QVERIFY2(result.errors.contains(
+                 QStringLiteral("Node 7, object 1018h sub-index 1: Another client was using the node\n")),
+             qPrintable(result.errors));
+    QVERIFY2(lineOf(result, QStringLiteral("Node 7:"))
+                 .endsWith(QStringLiteral(" 0 values read, 150 objects not there, 50 failed")),
              qPrintable(result.output));
 }
 

@@ -175,8 +175,12 @@ void tst_MainWindow::showsHowFarTheReadIs()
     QCOMPARE(timeLeft->text(), QStringLiteral("31 s left")); // 10.3 s for 102 of 408
     QVERIFY(timeLeft->isVisible());
 
+    const auto *uploads = window.findChild<QLabel *>(QStringLiteral("uploadsLabel"));
+    QVERIFY(!uploads->isVisible());
+
     host.services.bus().disconnectFromBus();
     QTRY_VERIFY(!progress->isVisible());
+    QVERIFY(uploads->isVisible());
     QVERIFY(!timeLeft->isVisible());
 }
 

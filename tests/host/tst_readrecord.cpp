@@ -28,6 +28,8 @@ private slots:
     void countsByNode();
     void eachObjectCountsOnce_data();
     void eachObjectCountsOnce();
+    void resultsOfOutcomes_data();
+    void resultsOfOutcomes();
     void laterReasonStays();
     void listsFailures();
     void clears();
@@ -126,6 +128,51 @@ void tst_ReadRecord::eachObjectCountsOnce()
     QTEST(record.total().values, "values");
     QTEST(record.total().missing, "missing");
     QTEST(record.total().failed, "failed");
+}
+
+void tst_ReadRecord::resultsOfOutcomes_data()
+{
+    using Kind = CanOpen::SdoOutcome::Kind;
+    QTest::addColumn<CanOpen::SdoOutcome>("outcome");
+    QTest::addColumn<QString>("reason"); // empty: no failure
+
+    const auto make = [](Kind kind, quint32 code = 0) {
+        CanOpen::SdoOutcome outcome;
+        outcome.kind = kind;
+        outcome.code = code;
+        return outcome;
+    };
+    QTest::newRow("value") << make(Kind::Value) << QString();
+    QTest::newRow("not there") << make(Kind::Abort, 0x06020000) << QString();
+    QTest::newRow("refused") << make(Kind::Abort, 0x08000000) << QStringLiteral("General error (0800 0000h)");
+    QTest::newRow("failed") << make(Kind::Error, 0x05030000)
+                            << QStringLiteral("The toggle bit did not alternate (0503 0000h)");
+    QTest::newRow("silent") << make(Kind::Timeout) << QStringLiteral("No answer");
+    CanOpen::SdoOutcome outcome = make(Kind::Timeout);
+    outcome.isUnasked = true;
+    QTest::newRow("not sent") << outcome << QStringLiteral("The request could not be sent");
+    outcome = make(Kind::Error, 0x060A0023);
+    outcome.foreignClient = true;
+    QTest::newRow("other client") << outcome << QStringLiteral("Another client was using the node");
+    outcome = make(Kind::Value);
+    outcome.foreignClient = true;
+    QTest::newRow("other client, and yet a value") << outcome << QString();
+    outcome = make(Kind::Error, 0x08000000);
+    outcome.isMixedUp = true;
+    QTest::newRow("mixed up") << outcome
+                              << QStringLiteral("The answers could not be told from late or foreign ones");
+}
+
+void tst_ReadRecord::resultsOfOutcomes()
+{
+    QFETCH(CanOpen::SdoOutcome, outcome);
+    QFETCH(QString, reason);
+    const ReadResult result = ReadResult::of(outcome);
+    QCOMPARE(result.isFailure(), !reason.isEmpty());
+    if (!reason.isEmpty()) {
+        const FailedObject failure{7, {0x6000, 0}, result};
+        QCOMPARE(failure.reason(), reason);
+    }
 }
 
 void tst_ReadRecord::laterReasonStays()

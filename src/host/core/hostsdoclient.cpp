@@ -10,6 +10,18 @@
 #include <chrono>
 #include <utility>
 
+namespace {
+
+/*! Of an upload that failed. */
+HostSdoClient::Ending endingOf(const CanOpen::SdoOutcome &outcome)
+{
+    if (outcome.kind == CanOpen::SdoOutcome::Kind::Error && outcome.foreignClient)
+        return HostSdoClient::Ending::HeldUp;
+    return outcome.isMixedUp ? HostSdoClient::Ending::MixedUp : HostSdoClient::Ending::Refused;
+}
+
+} // namespace
+
 HostSdoClient::HostSdoClient(BusConnection *bus, QObject *parent)
     : QObject(parent)
     , m_bus(bus)
@@ -93,7 +105,7 @@ void HostSdoClient::handleOutcome(const CanOpen::SdoOutcome &outcome)
     case CanOpen::SdoOutcome::Kind::Abort:
     case CanOpen::SdoOutcome::Kind::Error:
         // A device may send the code of the time-out as an abort; it did answer.
-        end(pending, Ending::Refused,
+        end(pending, endingOf(outcome),
             outcome.code == timeoutCode ? static_cast<quint32>(CanOpen::SdoAbort::GeneralError)
                                         : outcome.code);
         break;

@@ -27,6 +27,8 @@ public:
     enum class Ending {
         Value,
         Refused, //!< SDO abort or transfer error
+        HeldUp,  //!< failed, because another client used the node
+        MixedUp, //!< failed, because the answers could not be told from late or foreign ones
         Silent,  //!< no answer, also after the repeats
         NotSent, //!< the request could not be put on the bus; nothing is known of the node
         NoBus    //!< the bus was not connected or went away meanwhile, or the user cancelled the run

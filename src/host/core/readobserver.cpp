@@ -19,6 +19,10 @@ ReadResult toResult(HostSdoClient::Ending ending, quint32 code)
         return ReadResult::value();
     case HostSdoClient::Ending::Refused:
         return ReadResult::refusal(code);
+    case HostSdoClient::Ending::HeldUp:
+        return {ReadResult::Kind::HeldUp, code};
+    case HostSdoClient::Ending::MixedUp:
+        return {ReadResult::Kind::MixedUp, code};
     case HostSdoClient::Ending::NotSent:
         return ReadResult::notSent();
     case HostSdoClient::Ending::Silent:
@@ -26,6 +30,13 @@ ReadResult toResult(HostSdoClient::Ending ending, quint32 code)
         break;
     }
     return ReadResult::noAnswer();
+}
+
+/*! Whether the plug-in is told FFFFFFFFh. */
+bool endsRun(HostSdoClient::Ending ending)
+{
+    return ending == HostSdoClient::Ending::Silent || ending == HostSdoClient::Ending::NotSent
+           || ending == HostSdoClient::Ending::NoBus;
 }
 
 ReadSummary::End endWithoutBus(const QString &lossReason)
@@ -99,7 +110,7 @@ void ReadObserver::uploadEnded(quint8 nodeId, CanOpen::ObjectKey key, HostSdoCli
         return;
     if (ending != HostSdoClient::Ending::NoBus && CanOpen::isNodeId(nodeId))
         m_summary.record.note(nodeId, key, toResult(ending, code));
-    if (ending == HostSdoClient::Ending::Value || ending == HostSdoClient::Ending::Refused)
+    if (!endsRun(ending))
         return;
 
     m_summary.reason = lossReason;

@@ -15,6 +15,8 @@ int rankOf(const ReadResult &result)
         return 1;
     case ReadResult::Kind::Refused:
         return 2;
+    case ReadResult::Kind::HeldUp:
+    case ReadResult::Kind::MixedUp:
     case ReadResult::Kind::NoAnswer:
     case ReadResult::Kind::NotSent:
         break;
@@ -47,8 +49,13 @@ ReadResult ReadResult::of(const CanOpen::SdoOutcome &outcome)
     switch (outcome.kind) {
     case CanOpen::SdoOutcome::Kind::Value:
         return value();
-    case CanOpen::SdoOutcome::Kind::Abort:
     case CanOpen::SdoOutcome::Kind::Error:
+        if (outcome.foreignClient)
+            return {Kind::HeldUp, outcome.code};
+        if (outcome.isMixedUp)
+            return {Kind::MixedUp, outcome.code};
+        return refusal(outcome.code);
+    case CanOpen::SdoOutcome::Kind::Abort:
         return refusal(outcome.code);
     case CanOpen::SdoOutcome::Kind::Timeout:
     case CanOpen::SdoOutcome::Kind::Cancelled:
@@ -59,10 +66,20 @@ ReadResult ReadResult::of(const CanOpen::SdoOutcome &outcome)
 
 QString FailedObject::reason() const
 {
-    if (result.kind == ReadResult::Kind::NoAnswer)
+    switch (result.kind) {
+    case ReadResult::Kind::HeldUp:
+        return tr("Another client was using the node");
+    case ReadResult::Kind::MixedUp:
+        return tr("The answers could not be told from late or foreign ones");
+    case ReadResult::Kind::NoAnswer:
         return tr("No answer");
-    if (result.kind == ReadResult::Kind::NotSent)
+    case ReadResult::Kind::NotSent:
         return tr("The request could not be sent");
+    case ReadResult::Kind::Value:
+    case ReadResult::Kind::NotThere:
+    case ReadResult::Kind::Refused:
+        break;
+    }
     return CanOpen::sdoAbortText(result.code);
 }
 

@@ -19,12 +19,14 @@ struct ReadResult
         Value,
         NotThere, //!< the device says that it does not have the object or the sub-index
         Refused,  //!< refused for another reason, or failed as a transfer; code says why
+        HeldUp,   //!< failed, because another client used the node
+        MixedUp,  //!< failed, because the answers could not be told from late or foreign ones
         NoAnswer, //!< also after the repeats
         NotSent   //!< the request could not be put on the bus
     };
 
     Kind kind = Kind::Value;
-    quint32 code = 0; //!< SDO abort code (CiA 301) of Refused
+    quint32 code = 0; //!< SDO abort code (CiA 301) of Refused, HeldUp and MixedUp
 
     static ReadResult value() { return {Kind::Value, 0}; }
     /*! From an abort code: 0602 0000h and 0609 0011h say that the object is not there, and no other does. */
