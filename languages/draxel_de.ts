@@ -445,6 +445,14 @@
         <source>Node %1, object %2 sub-index %3: %4</source>
         <translation>Knoten %1, Objekt %2 Subindex %3: %4</translation>
     </message>
+    <message>
+        <source>Another client was using the node</source>
+        <translation>Ein anderer Client benutzte den Knoten</translation>
+    </message>
+    <message>
+        <source>The answers could not be told from late or foreign ones</source>
+        <translation>Die Antworten waren nicht von verspäteten oder fremden zu unterscheiden</translation>
+    </message>
 </context>
 <context>
     <name>HelpBoxes</name>

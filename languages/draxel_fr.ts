@@ -31,7 +31,7 @@
     <name>BusOpener</name>
     <message>
         <source>The interface %1 does not take the bit rate %2. Setting it needs the library libsocketcan and the right to configure interfaces. By hand: run &quot;%3&quot; and &quot;%4&quot;, then connect without a bit rate.</source>
-        <translation>L’interface %1 n’accepte pas le débit %2. Son réglage nécessite la bibliothèque libsocketcan et le droit de configurer les interfaces. À la main : exécutez « %3 » et « %4 », puis connectez-vous sans débit.</translation>
+        <translation>L’interface %1 n’accepte pas le débit %2. Son réglage nécessite la bibliothèque libsocketcan et le droit de configurer les interfaces. À la main&#xa0;: exécutez «&#xa0;%3&#xa0;» et «&#xa0;%4&#xa0;», puis connectez-vous sans débit.</translation>
     </message>
 </context>
 <context>
@@ -140,7 +140,7 @@
     </message>
     <message>
         <source>%1 is down: run &quot;%2&quot;.</source>
-        <translation>%1 est désactivée : exécutez « %2 ».</translation>
+        <translation>%1 est désactivée&#xa0;: exécutez «&#xa0;%2&#xa0;».</translation>
     </message>
     <message>
         <source>There is no interface %1. Check that the adapter is plugged in.</source>
@@ -443,7 +443,15 @@
     </message>
     <message>
         <source>Node %1, object %2 sub-index %3: %4</source>
-        <translation>Nœud %1, objet %2 sous-index %3 : %4</translation>
+        <translation>Nœud %1, objet %2 sous-index %3&#xa0;: %4</translation>
+    </message>
+    <message>
+        <source>Another client was using the node</source>
+        <translation>Un autre client utilisait le nœud</translation>
+    </message>
+    <message>
+        <source>The answers could not be told from late or foreign ones</source>
+        <translation>Les réponses ne se distinguaient pas de réponses tardives ou étrangères</translation>
     </message>
 </context>
 <context>
@@ -718,15 +726,15 @@
     <name>ReadWords</name>
     <message>
         <source>Read finished. Nodes: %1, %2.</source>
-        <translation>Lecture terminée. Nœuds : %1, %2.</translation>
+        <translation>Lecture terminée. Nœuds&#xa0;: %1, %2.</translation>
     </message>
     <message>
         <source>values: %1, objects not there: %2, failed: %3</source>
-        <translation>valeurs : %1, objets absents : %2, échecs : %3</translation>
+        <translation>valeurs&#xa0;: %1, objets absents&#xa0;: %2, échecs&#xa0;: %3</translation>
     </message>
     <message>
         <source>Nothing was read, because the bus was lost: %1</source>
-        <translation>Rien n’a été lu, car le bus a été perdu : %1</translation>
+        <translation>Rien n’a été lu, car le bus a été perdu&#xa0;: %1</translation>
     </message>
     <message>
         <source>Nothing was read, because you disconnected.</source>
@@ -742,35 +750,35 @@
     </message>
     <message>
         <source>The read stopped at node %1, object %2 sub-index %3, because the bus was lost: %5 Values read until then: %4.</source>
-        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car le bus a été perdu : %5 Valeurs lues jusque-là : %4.</translation>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car le bus a été perdu&#xa0;: %5 Valeurs lues jusque-là&#xa0;: %4.</translation>
     </message>
     <message>
         <source>The read stopped at node %1, object %2 sub-index %3, because you disconnected. Values read until then: %4.</source>
-        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car vous avez déconnecté le bus. Valeurs lues jusque-là : %4.</translation>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car vous avez déconnecté le bus. Valeurs lues jusque-là&#xa0;: %4.</translation>
     </message>
     <message>
         <source>The read was cancelled by the user at node %1, object %2 sub-index %3. Values read until then: %4.</source>
-        <translation>La lecture a été annulée par l’utilisateur au nœud %1, objet %2 sous-index %3. Valeurs lues jusque-là : %4.</translation>
+        <translation>La lecture a été annulée par l’utilisateur au nœud %1, objet %2 sous-index %3. Valeurs lues jusque-là&#xa0;: %4.</translation>
     </message>
     <message>
         <source>The read stopped at node %1, object %2 sub-index %3, because the request could not be sent: the bus is overloaded, or nobody acknowledges. Values read until then: %4.</source>
-        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car la requête n’a pas pu être envoyée : le bus est surchargé, ou personne n’acquitte. Valeurs lues jusque-là : %4.</translation>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car la requête n’a pas pu être envoyée&#xa0;: le bus est surchargé, ou personne n’acquitte. Valeurs lues jusque-là&#xa0;: %4.</translation>
     </message>
     <message>
         <source>The read stopped at node %1, object %2 sub-index %3, because the node is in the state Stopped and answers no SDO. Values read until then: %4.</source>
-        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car le nœud est à l’état Arrêté et ne répond à aucun SDO. Valeurs lues jusque-là : %4.</translation>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car le nœud est à l’état Arrêté et ne répond à aucun SDO. Valeurs lues jusque-là&#xa0;: %4.</translation>
     </message>
     <message>
         <source>The read stopped at node %1, object %2 sub-index %3, because the node keeps restarting. Look at its supply. Values read until then: %4.</source>
-        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car le nœud redémarre sans cesse. Vérifiez son alimentation. Valeurs lues jusque-là : %4.</translation>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car le nœud redémarre sans cesse. Vérifiez son alimentation. Valeurs lues jusque-là&#xa0;: %4.</translation>
     </message>
     <message>
         <source>The read stopped at node %1, object %2 sub-index %3, because it did not answer. Values read until then: %4.</source>
-        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car il n’a pas répondu. Valeurs lues jusque-là : %4.</translation>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car il n’a pas répondu. Valeurs lues jusque-là&#xa0;: %4.</translation>
     </message>
     <message>
         <source>Another client is reading node %1. Objects of it may take long or fail; end the other program, or take its adapter off the bus.</source>
-        <translation>Un autre client lit le nœud %1. Ses objets peuvent être lents ou échouer ; fermez l’autre programme, ou débranchez son adaptateur du bus.</translation>
+        <translation>Un autre client lit le nœud %1. Ses objets peuvent être lents ou échouer&#xa0;; fermez l’autre programme, ou débranchez son adaptateur du bus.</translation>
     </message>
     <message>
         <source>Reading node %1 (%2 of %3), object %4 ...</source>
@@ -790,7 +798,7 @@
     </message>
     <message>
         <source>Not read from node %1: %2. %3.</source>
-        <translation>Non lu du nœud %1 : %2. %3.</translation>
+        <translation>Non lu du nœud %1&#xa0;: %2. %3.</translation>
     </message>
 </context>
 <context>
@@ -941,11 +949,11 @@
     </message>
     <message>
         <source>Objects of this read, or of the last one. Since the bus was connected: requests repeated: %1, frames sent again: %2, overruns: %3</source>
-        <translation>Objets de cette lecture ou de la dernière. Depuis la connexion du bus : requêtes répétées : %1, trames réémises : %2, débordements : %3</translation>
+        <translation>Objets de cette lecture ou de la dernière. Depuis la connexion du bus&#xa0;: requêtes répétées&#xa0;: %1, trames réémises&#xa0;: %2, débordements&#xa0;: %3</translation>
     </message>
     <message>
         <source>SDO: %1 read, %2 not there, %3 failed</source>
-        <translation>SDO : %1 lus, %2 absents, %3 échecs</translation>
+        <translation>SDO&#xa0;: %1 lus, %2 absents, %3 échecs</translation>
     </message>
 </context>
 <context>

@@ -445,6 +445,14 @@
         <source>Node %1, object %2 sub-index %3: %4</source>
         <translation>Node %1, object %2 subindex %3: %4</translation>
     </message>
+    <message>
+        <source>Another client was using the node</source>
+        <translation>Een andere client gebruikte de node</translation>
+    </message>
+    <message>
+        <source>The answers could not be told from late or foreign ones</source>
+        <translation>De antwoorden waren niet te onderscheiden van late of vreemde</translation>
+    </message>
 </context>
 <context>
     <name>HelpBoxes</name>

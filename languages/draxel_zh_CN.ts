@@ -445,6 +445,14 @@
         <source>Node %1, object %2 sub-index %3: %4</source>
         <translation>节点 %1，对象 %2 子索引 %3：%4</translation>
     </message>
+    <message>
+        <source>Another client was using the node</source>
+        <translation>另一个客户端正在使用该节点</translation>
+    </message>
+    <message>
+        <source>The answers could not be told from late or foreign ones</source>
+        <translation>无法将应答与迟到或外来的应答区分开</translation>
+    </message>
 </context>
 <context>
     <name>HelpBoxes</name>
