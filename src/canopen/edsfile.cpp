@@ -326,7 +326,8 @@ bool EdsParser::readType(const Section &section, DataType *type, std::optional<D
 {
     const Field *field = section.find("datatype");
     if (field == nullptr && !typeOfDomain)
-        return failAtKey(section, QStringLiteral("DataType"), section.line, QStringLiteral("the key is missing"));
+        return failAtKey(section, QStringLiteral("DataType"), section.line,
+                         QStringLiteral("the key is missing"));
     if (field == nullptr) {
         *type = *typeOfDomain;
         return true;
@@ -342,7 +343,8 @@ bool EdsParser::readAccess(const Section &section, Access *access, bool isDomain
 {
     const Field *field = section.find("accesstype");
     if (field == nullptr && !isDomain)
-        return failAtKey(section, QStringLiteral("AccessType"), section.line, QStringLiteral("the key is missing"));
+        return failAtKey(section, QStringLiteral("AccessType"), section.line,
+                         QStringLiteral("the key is missing"));
     if (field == nullptr) {
         *access = Access::ReadWrite;
         return true;

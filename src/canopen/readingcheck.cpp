@@ -22,7 +22,7 @@ ReadingCheck::Verdict ReadingCheck::take(const Reading &reading, bool isTroubled
         ++m_changes;
 
     if (isTroubled) {
-        if (!m_isKnown && !reading.isRepeating && (agrees || reading.begunClear))
+        if (!reading.isBabble && !reading.isRepeating && (agrees || reading.begunClear))
             return judgeInTrouble(reading, isBabbling);
         m_agreeing = 0;
         return Verdict::ReadWhenClear;
@@ -39,7 +39,7 @@ ReadingCheck::Verdict ReadingCheck::take(const Reading &reading, bool isTroubled
 ReadingCheck::Verdict ReadingCheck::judgeInTrouble(const Reading &reading, bool isBabbling)
 {
     const bool standsAlone = reading.segments > 1 || isBabbling;
-    if (m_agreeing >= enough && (reading.begunClear || !standsAlone))
+    if (m_agreeing >= (m_isKnown ? enoughOfKnown : enough) && (reading.begunClear || !standsAlone))
         return Verdict::Believe;
     if (m_changes >= enough && reading.segments == 1 && reading.begunClear)
         return Verdict::Listen;

@@ -20,8 +20,8 @@ namespace CanOpen {
  *  | trouble      | one segment                            | two that agree, the first begun on a clear line  |
  *  | trouble      | one segment, and it always changes     | begun on a clear line, and silence after it      |
  *  | trouble      | several segments, or the node babbles  | two that agree, each begun on a clear line       |
- *  | trouble      | segments known from elsewhere, or two  | does not count                                   |
- *  |              | of them the same                       |                                                  |
+ *  | trouble      | segments that may be babble, or two of | does not count                                   |
+ *  |              | them the same                          |                                                  |
  *
  *  The first reading always begins on a clear line (SegmentMemory); the caller sees to it.
  */
@@ -44,6 +44,7 @@ public:
         int segments = 0;
         bool begunClear = false;  // on a clear line
         bool isKnown = false;     // a segment was also seen elsewhere
+        bool isBabble = false;    // a segment may have come without having been asked for
         bool isRepeating = false; // two segments of it are the same
         bool hasCrc = false;      // and it was right
     };
@@ -52,6 +53,9 @@ public:
     void reset() { *this = ReadingCheck(); }
 
     /*! \a isBabbling: segments came that neither were asked for nor are copies. */
+    /*! Forgets the readings that agree. */
+    void breakOff() { m_agreeing = 0; }
+
     Verdict take(const Reading &reading, bool isTroubled, bool isBabbling);
 
     /*! Whether the last reading is the first of those that agree. */

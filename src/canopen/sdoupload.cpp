@@ -54,9 +54,11 @@ SdoUpload::Step SdoUpload::start(ObjectKey key, DataType type, int repeats, SdoP
 
 SdoUpload::Step SdoUpload::handleResponse(const QByteArray &payload)
 {
-    m_isForForeign = m_foreign.isUnderWay();
+    const bool isSegment = sdoResponseOf(payload) == SdoResponse::UploadSegment;
+    m_isForForeign = m_foreign.isUnderWay() && (!isSegment || m_isForeignSegmentAsked);
     m_foreign.handleResponse(payload);
-    if (m_isForForeign && sdoResponseOf(payload) == SdoResponse::UploadSegment)
+    m_memory.noteFrame(payload);
+    if (isSegment)
         m_isForeignSegmentAsked = false;
     switch (m_state) {
     case State::Idle:
@@ -236,7 +238,10 @@ SdoUpload::Step SdoUpload::initiate()
 // Starts anew because of another client, as soon as that one has finished.
 SdoUpload::Step SdoUpload::restart()
 {
-    m_isAnswerOwed = isInTransfer();
+    // Without trouble the answer to our last request comes before that to the next one.
+    m_isAnswerOwed = m_state == State::Segments;
+    if (m_isAnswerOwed && !m_memory.isTroubled())
+        m_state = State::AwaitingForeign;
     leaveTransfer();
     m_outcome.foreignClient = true;
     if (++m_restarts > maximumRestarts)
@@ -276,7 +281,7 @@ SdoUpload::Step SdoUpload::listen()
     m_state = State::Listening;
     Step step;
     step.waitRestarts = true;
-    step.wait = m_memory.timeUntilClear();
+    step.wait = m_memory.timeUntilGone();
     return step;
 }
 
@@ -284,11 +289,12 @@ SdoUpload::Step SdoUpload::listen()
 void SdoUpload::noteStray(const QByteArray &payload)
 {
     const bool isSegment = sdoResponseOf(payload) == SdoResponse::UploadSegment;
-    const bool endsOurs = m_isAnswerOwed && (isSegment || sdoResponseOf(payload) == SdoResponse::Abort);
+    const bool endsOurs
+        = m_isAnswerOwed && !m_isForForeign && (isSegment || sdoResponseOf(payload) == SdoResponse::Abort);
     if (endsOurs)
         m_isAnswerOwed = false;
     else if (!m_isForForeign)
-        m_memory.noteTrouble();
+        m_memory.noteUnasked();
     if (isSegment && (m_isForForeign || endsOurs))
         m_memory.note(payload, SegmentMemory::strayOrigin, 0);
     else if (isSegment)
@@ -315,7 +321,7 @@ SdoUpload::Step SdoUpload::beginSegments(const SdoInitiate &initiate)
 {
     const bool alreadyAsked = m_state == State::Segments;
     if (alreadyAsked)
-        m_memory.noteTrouble();
+        m_memory.noteUnasked();
     m_lastSegment.clear();
     m_emptySegments = 0;
     m_toggle = false;
@@ -330,7 +336,8 @@ SdoUpload::Step SdoUpload::beginSegments(const SdoInitiate &initiate)
         return abortAndFail(SdoAbort::LengthTooLow);
     m_announcedSize = static_cast<int>(initiate.size);
 
-    if (std::exchange(m_isForeignSegmentAsked, false))
+    const bool isOwed = std::exchange(m_isAnswerOwed, false);
+    if (std::exchange(m_isForeignSegmentAsked, false) || isOwed)
         m_memory.noteOpenRequest();
     if (!alreadyAsked)
         beginReading();
@@ -351,7 +358,6 @@ SdoUpload::Step SdoUpload::beginSegments(const SdoInitiate &initiate)
 
 SdoUpload::Step SdoUpload::askSegment()
 {
-    m_isAnswerOwed = false;
     m_memory.noteRequest();
     Step step;
     step.send(makeSdoUploadSegmentRequest(m_toggle));
@@ -372,6 +378,7 @@ void SdoUpload::beginReading()
     m_reading = ReadingCheck::Reading();
     m_hasBabble = false;
     m_reading.begunClear = m_memory.timeUntilClear() <= 0;
+    m_begunAlone = m_memory.timeUntilGone() <= 0;
     m_readingBegan = m_memory.time();
 }
 
@@ -421,7 +428,7 @@ SdoUpload::Step SdoUpload::handleWrongToggle(const QByteArray &payload)
     // not, it was the toggle bit after all.
     if (m_memory.knows(payload)) {
         m_memory.note(payload, m_origin, static_cast<quint32>(m_readings));
-        m_memory.noteTrouble();
+        m_memory.noteUnasked();
         m_isSegmentRepeated = payload == m_lastSegment;
         // Or a later one with the same content, which the server has sent for a doubled request: then one is
         // missing, and only the size of the whole would tell.
@@ -490,7 +497,7 @@ SdoUpload::Step SdoUpload::doNextOfBlock(BlockReception::Event event)
         step.waitRestarts = true;
         break;
     case BlockReception::Event::Ignored:
-        m_memory.noteTrouble();
+        m_memory.noteUnasked();
         break;
     case BlockReception::Event::Acknowledge:
         m_memory.noteRequest();
@@ -560,10 +567,20 @@ SdoUpload::Step SdoUpload::finishReading(const QByteArray &data)
     const bool isTroubled = m_memory.isTroubled();
     const bool mayBeBabble
         = m_hasBabble || m_memory.hasBabbledSince(m_runBegan < 0 ? m_readingBegan : m_runBegan);
-    m_reading.isKnown = m_reading.isKnown && (mayBeBabble || !isTroubled);
+    m_reading.isBabble = m_reading.isKnown && isTroubled && mayBeBabble;
+    if (m_memory.isLate()) {
+        m_reading.isKnown = false;
+        m_reading.begunClear = m_begunAlone;
+    }
+    // What was read before the trouble, or before it grew, was read with less care.
+    const int trouble = isTroubled + m_memory.isLate();
+    if (trouble > m_runTrouble)
+        m_check.breakOff();
     const ReadingCheck::Verdict verdict = m_check.take(m_reading, isTroubled, m_memory.isBabbling());
-    if (m_check.isFirst())
+    if (m_check.isFirst()) {
         m_runBegan = m_readingBegan;
+        m_runTrouble = trouble;
+    }
     m_isContinuing = verdict == ReadingCheck::Verdict::ReadAgain;
     switch (verdict) {
     case ReadingCheck::Verdict::Believe:

@@ -183,11 +183,13 @@ private:
     int m_readings = 0;
     int m_quietWaits = 0;
     qint64 m_runBegan = -1;      // ms; the first reading of those that agree; -1: there is none
+    int m_runTrouble = 0;        // 0: none, 1: copies on the spot, 2: more
     bool m_isContinuing = false; // the next reading follows the last one at once
 
     // Of the reading under way, or of the last one
     ReadingCheck::Reading m_reading;
     bool m_hasBabble = false;  // among its segments
+    bool m_begunAlone = false; // nothing from before it can come, however late
     qint64 m_readingBegan = 0; // ms
     QByteArray m_lastSegment;  // payload
     bool m_isSizeAnnounced = false;

@@ -34,6 +34,8 @@ SegmentMemory::Sighting SegmentMemory::note(const QByteArray &payload, quint32 o
     sighting.isKnown = entry.origin == strayOrigin;
     sighting.isRepeated = !sighting.isKnown && entry.reading == reading;
     sighting.isBabble = entry.strays > maximumCopies;
+    if (!sighting.isBabble)
+        entry.strays = 0; // the next ones may be copies of this one
     entry.time = m_now;
     entry.reading = reading;
     return sighting;
@@ -71,7 +73,37 @@ qint64 SegmentMemory::timeUntilClosed() const
 
 qint64 SegmentMemory::timeUntilClear() const
 {
+    const qint64 limit = isTroubled() && !isLate() ? shortLifetime + m_answerTime : ageLimit();
+    return std::max(timeUntilClosed(), m_askedAt + limit - m_now);
+}
+
+qint64 SegmentMemory::timeUntilGone() const
+{
     return std::max(timeUntilClosed(), m_askedAt + ageLimit() - m_now);
+}
+
+void SegmentMemory::noteFrame(const QByteArray &payload)
+{
+    m_lastFrame = (m_lastFrame + 1) % m_lastFrames.size();
+    m_lastFrames[m_lastFrame].payload = numberOf(payload);
+    m_lastFrames[m_lastFrame].time = m_now;
+}
+
+void SegmentMemory::noteTrouble()
+{
+    m_troubleUntil = m_now + troubleTime;
+    m_lateUntil = m_troubleUntil;
+}
+
+void SegmentMemory::noteUnasked()
+{
+    m_troubleUntil = m_now + troubleTime;
+    const Frame &last = m_lastFrames[m_lastFrame];
+    const auto isTwin = [this, &last](const Frame &frame) {
+        return &frame != &last && frame.payload == last.payload && m_now - frame.time <= onTheSpot;
+    };
+    if (std::none_of(m_lastFrames.begin(), m_lastFrames.end(), isTwin))
+        m_lateUntil = m_troubleUntil;
 }
 
 int SegmentMemory::find(quint64 payload) const

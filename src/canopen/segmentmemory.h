@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 
+#include <array>
 #include <vector>
 
 namespace CanOpen {
@@ -30,6 +31,10 @@ public:
     static constexpr qint64 longestDelay = 300;
     /*! After this time, in ms, nothing comes any more of a request and its answer. */
     static constexpr qint64 lifetime = 2 * longestDelay + 50;
+    /*! A copy that comes within this time, in ms, has been doubled on the spot and is not late. */
+    static constexpr qint64 onTheSpot = 5;
+    /*! The lifetime, in ms, while copies have come on the spot only. */
+    static constexpr qint64 shortLifetime = 2 * onTheSpot;
     /*! How long after a sign of trouble, in ms, the line is not trusted. */
     static constexpr qint64 troubleTime = 10000;
     static constexpr int capacity = 256; // segments
@@ -75,12 +80,22 @@ public:
     void noteOpenRequest();
     /*! Until the answers to all open requests have come or never will, in ms; 0 when none is awaited. */
     qint64 timeUntilClosed() const;
-    /*! Until nothing comes any more, not even copies, in ms; 0 when the line is clear of all. */
+    /*! Until nothing comes any more, not even copies as they have come lately, in ms; 0 or less when the line is
+     *  clear of all.
+     */
     qint64 timeUntilClear() const;
+    /*! The same for any copies. */
+    qint64 timeUntilGone() const;
 
-    /*! A frame came twice, late or not at all. */
-    void noteTrouble() { m_troubleUntil = m_now + troubleTime; }
+    /*! Notes any frame of the server, in the order of coming. */
+    void noteFrame(const QByteArray &payload);
+    /*! A frame came late or not at all. */
+    void noteTrouble();
+    /*! The frame that came last was not waited for. It may be a copy that came on the spot. */
+    void noteUnasked();
     bool isTroubled() const { return m_now < m_troubleUntil; }
+    /*! Whether the trouble is more than copies on the spot. */
+    bool isLate() const { return m_now < m_lateUntil; }
 
 private:
     struct Entry
@@ -89,7 +104,13 @@ private:
         qint64 time; // ms; seen last
         quint32 origin;
         quint32 reading;
-        int strays = 0; // how often nobody waited for it
+        int strays = 0; // how often nobody waited for it, since it was waited for
+    };
+
+    struct Frame
+    {
+        quint64 payload = 0;
+        qint64 time = -lifetime;
     };
 
     qint64 ageLimit() const { return lifetime + m_answerTime; }
@@ -102,6 +123,9 @@ private:
     qint64 m_askedAt = -lifetime; // last
     qint64 m_closedAt = 0;        // all open requests
     qint64 m_troubleUntil = 0;
+    qint64 m_lateUntil = 0;
+    std::array<Frame, 16> m_lastFrames; // a ring
+    std::size_t m_lastFrame = 0;        // the position in it
     qint64 m_babbledAt = -1;
     quint32 m_lastOrigin = strayOrigin;
 };

@@ -103,7 +103,7 @@ struct Tally
     }
 };
 
-constexpr int lineCount = 10;
+constexpr int lineCount = 12;
 constexpr int defaultTransfers = 80000;
 constexpr int transfersPerNode = 500;
 
@@ -190,6 +190,13 @@ void tst_SdoFuzz::unreliableLines_data()
     doubled.copied = 20;
     doubled.longestDelay = 5;
     QTest::newRow("doubled a round trip later") << doubled << 78;
+    LineFaults onTheSpot;
+    onTheSpot.copied = 100;
+    onTheSpot.copiesLate = 0;
+    QTest::newRow("always doubled on the spot") << onTheSpot << 58;
+    LineFaults sometimesLate = onTheSpot;
+    sometimesLate.copiesLate = 1;
+    QTest::newRow("always doubled, now and then late") << sometimesLate << 58;
     LineFaults late;
     late.copied = 30;
     QTest::newRow("doubled, up to 300 ms later") << late << 78;
