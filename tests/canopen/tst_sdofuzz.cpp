@@ -104,7 +104,11 @@ struct Tally
 };
 
 constexpr int lineCount = 12;
+#ifdef __SANITIZE_ADDRESS__
+constexpr int defaultTransfers = 12000; // each takes several times as long
+#else
 constexpr int defaultTransfers = 80000;
+#endif
 constexpr int transfersPerNode = 500;
 
 struct LineTally
