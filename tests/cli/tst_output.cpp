@@ -159,8 +159,7 @@ void tst_Output::diskIsFull()
         QSKIP("this system has no /dev/full");
     const Result result = run(read(QStringLiteral("/dev/full")));
     QCOMPARE(result.status, 5);
-    QCOMPARE(result.errors,
-             QStringLiteral("The file /dev/full cannot be written: no space is left.\n"));
+    QCOMPARE(result.errors, QStringLiteral("The file /dev/full cannot be written: no space is left.\n"));
 }
 
 void tst_Output::fullOutput()

@@ -72,6 +72,9 @@ Outcome readVehicle(SimulatedHost &host, int nodesToHear)
     // Detection ends as soon as the nodes that can be heard were heard.
     if (!waitFor([&] { return reader.progress().nodesFound >= nodesToHear; }))
         return outcome;
+    // Its own end of the detection would come in the middle of a long read, and begin anew.
+    for (QTimer *timer : reader.findChildren<QTimer *>())
+        timer->stop();
     reader.handleHBdetectionTimeout();
     outcome.ended = waitFor([&] { return !reader.isReading(); });
     outcome.nodes = reader.getNodeList();

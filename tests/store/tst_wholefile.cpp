@@ -201,7 +201,8 @@ void tst_WholeFile::fullDiskIsNamed()
         isSaved = saveExchangeFile(name, QString(length, QLatin1Char('x')), &message);
     }
     QVERIFY(!isSaved);
-    QCOMPARE(message, QStringLiteral("The file %1 cannot be written: the file is too large.").arg(name)); // EFBIG
+    QCOMPARE(message,
+             QStringLiteral("The file %1 cannot be written: the file is too large.").arg(name)); // EFBIG
     QCOMPARE(everythingIn(folder), QStringList{QStringLiteral("vehicle.dxxml")});
     QCOMPARE(contentOf(name), QByteArray("old"));
 #else

@@ -141,9 +141,10 @@ ExitStatus ReadCommand::run(const QStringList &arguments)
 std::optional<ExitStatus> ReadCommand::parse(const QStringList &arguments)
 {
     m_options.addBusOptions();
-    m_options.addOption({exportOption,
-                         Tr::tr("Save what was read as this exchange file (.dxxml), \"-\" for standard output."),
-                         Tr::tr("FILE")});
+    m_options.addOption(
+        {exportOption,
+         Tr::tr("Save what was read as this exchange file (.dxxml), \"-\" for standard output."),
+         Tr::tr("FILE")});
     m_options.addOption(
         {reportOption,
          Tr::tr("Write the report, dx_report.pdf and dx_report.html, into this folder, which is made when "
