@@ -260,8 +260,7 @@ void tst_BusConnection::interfaceThatGoesDownIsLost()
     m_folder->setFlags(can0, "0x40080");
     QTRY_COMPARE(m_bus->state(), State::Lost);
     QCOMPARE(m_bus->errorString(),
-             QStringLiteral(
-                 "can0 is down: run \"sudo ip link set can0 up type can bitrate 250000\"."));
+             QStringLiteral("can0 is down: run \"sudo ip link set can0 up type can bitrate 250000\"."));
 }
 
 void tst_BusConnection::uploadEndsBeforeLossIsTold()
