@@ -29,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
     NodeStore store;
     NodeStore inPieces;
     const bool isWhole = importFrom(text, store);
-    require(importFrom(text, inPieces, smallChunk) == isWhole);
+    require(importByParser(text, inPieces, smallChunk) == isWhole);
     require(areEqual(store, inPieces));
     exchangeProblem(text);
 

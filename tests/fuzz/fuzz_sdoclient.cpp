@@ -23,6 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
     SdoClient client([](const QCanBusFrame &frame) {
         require(frame.frameId() > sdoRequestBase && frame.frameId() <= sdoRequestBase + lastNodeId);
         require(frame.payload().size() == 8);
+        return Sending::Written;
     });
     QSet<SdoTicket> open;
     const auto finish = [&open](const SdoOutcome &outcome) {
