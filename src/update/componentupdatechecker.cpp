@@ -24,6 +24,14 @@ QString textOf(const QByteArray &body)
     return QString::fromLatin1(body.constData(), end < 0 ? body.size() : end);
 }
 
+/*! The body stays, for the deliveries of this reply that are still to come. */
+QByteArray bodyOf(QNetworkReply &reply)
+{
+    // Every reply of our own manager is a bounded one.
+    const auto *bounded = dynamic_cast<const BoundedReply *>(&reply);
+    return bounded != nullptr ? bounded->body() : reply.peek(reply.bytesAvailable());
+}
+
 } // namespace
 
 ComponentUpdateChecker::ComponentUpdateChecker(QObject *parent)
@@ -60,8 +68,7 @@ void ComponentUpdateChecker::replyFinished(QNetworkReply *reply)
         info = tr("No connection to update information server at %1.")
                    .arg(UpdateServer::displayName(reply->request().url().authority()));
     } else {
-        // The body stays, for the deliveries of this reply that are still to come.
-        info = textOf(static_cast<const BoundedReply *>(reply)->body());
+        info = textOf(bodyOf(*reply));
     }
     emit updateInformation(m_vendorId, m_productCode, m_revision, info);
 }
