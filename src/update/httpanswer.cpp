@@ -15,10 +15,10 @@ void HttpAnswer::take(const QByteArray &bytes)
         case Part::StatusLine:
         case Part::Headers:
         case Part::Trailer: {
-            const int taken = takeLine(rest, count, MaximumHead);
+            const int taken = takeLine(rest, count, maximumHead);
             m_headBytes += taken;
             done += taken;
-            if (m_headBytes > MaximumHead)
+            if (m_headBytes > maximumHead)
                 fail();
             break;
         }

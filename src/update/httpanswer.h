@@ -15,7 +15,7 @@
 class HttpAnswer
 {
 public:
-    static constexpr int MaximumHead
+    static constexpr int maximumHead
         = 64 * 1024; //!< bytes of the head, those of "100 Continue" before it included
     static constexpr int maximumSizeLine = 256; //!< bytes of the line before a chunk
 
