@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <host/core/hostservices.h>
 #include <reader/datareader.h>
-#include <reader/readlist.h>
+#include <interpreter/readlist.h>
 #include <simulator/echonode.h>
 #include <simulator/simulateddevice.h>
 #include <simulator/vehicle.h>

@@ -6,7 +6,7 @@
 #include <host/core/pluginsession.h>
 #include <host/mainwindow.h>
 #include <interface/dxplugininterface.h>
-#include <reader/readlist.h>
+#include <interpreter/readlist.h>
 #include <simulator/simulateddevice.h>
 #include <simulator/vehicle.h>
 #include <simulator/vehiclefile.h>

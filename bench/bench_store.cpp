@@ -3,7 +3,7 @@
 
 #include <store/exchangefile.h>
 #include <store/nodestore.h>
-#include <reader/readlist.h>
+#include <interpreter/readlist.h>
 
 #include <benchmark/benchmark.h>
 

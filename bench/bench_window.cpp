@@ -3,7 +3,7 @@
 #include <interface/hostinterface.h>
 #include <interface/sdoclient.h>
 #include <reader/datareader.h>
-#include <reader/readlist.h>
+#include <interpreter/readlist.h>
 #include <ui/componenttree.h>
 #include <ui/detailtables.h>
 #include <ui/overviewform.h>

@@ -3,7 +3,7 @@
 
 #include <store/nodestore.h>
 #include <store/nodeview.h>
-#include "readlist.h"
+#include <interpreter/readlist.h>
 
 #include <interface/nmtsender.h>
 

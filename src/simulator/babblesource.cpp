@@ -3,6 +3,8 @@
 
 #include "wire.h"
 
+#include <canopen/framebits.h>
+
 #include <canopen/cobid.h>
 #include <canopen/sdoframe.h>
 
@@ -79,7 +81,7 @@ std::optional<BabbleSource::Job> BabbleSource::jobOf(const Faults::Traffic &faul
 {
     // The frames' lengths vary; five bytes stand for their mean.
     constexpr int meanLength = 5;
-    const qint64 bits = frameBits(QCanBusFrame(0, QByteArray(meanLength, '\0')));
+    const qint64 bits = CanOpen::frameBits(QCanBusFrame(0, QByteArray(meanLength, '\0')));
     return Job{bits * microsecondsPerSecond * 100 / (qint64(m_bitRate) * fault.percent),
                [this] { m_node.send(traffic()); }};
 }

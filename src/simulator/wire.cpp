@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "wire.h"
 
+#include <canopen/framebits.h>
+
 #include <algorithm>
 
 namespace Simulator {
@@ -8,12 +10,6 @@ namespace Simulator {
 namespace {
 
 constexpr int knownBitRates[] = {10000, 20000, 50000, 100000, 125000, 250000, 500000, 800000, 1000000};
-
-constexpr int standardBits = 47;      // without data; interframe space included
-constexpr int standardStuffable = 34; // start of frame to checksum
-constexpr int extendedBits = 67;
-constexpr int extendedStuffable = 54;
-constexpr int bitsPerStuffBit = 10; // ordinary data; the worst case is 4
 
 /*! What arbitration compares: a standard frame wins over an extended one with the same leading eleven bits.
  */
@@ -31,15 +27,6 @@ bool isKnownBitRate(int bitRate)
     return std::find(std::begin(knownBitRates), std::end(knownBitRates), bitRate) != std::end(knownBitRates);
 }
 
-int frameBits(const QCanBusFrame &frame)
-{
-    const int dataBits
-        = frame.frameType() == QCanBusFrame::RemoteRequestFrame ? 0 : 8 * frame.payload().size();
-    const bool isExtended = frame.hasExtendedFrameFormat();
-    const int stuffable = (isExtended ? extendedStuffable : standardStuffable) + dataBits;
-    return (isExtended ? extendedBits : standardBits) + dataBits + stuffable / bitsPerStuffBit;
-}
-
 Wire::Wire(int bitRate)
     : m_bitRate(bitRate)
 {
@@ -48,7 +35,7 @@ Wire::Wire(int bitRate)
 Wire::Time Wire::frameTime(const QCanBusFrame &frame) const
 {
     constexpr qint64 second = 1000000000; // ns
-    return Time(frameBits(frame) * second / m_bitRate);
+    return Time(CanOpen::frameBits(frame) * second / m_bitRate);
 }
 
 void Wire::queue(const QCanBusFrame &frame, quint64 station, Time readyAt)

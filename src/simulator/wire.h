@@ -13,14 +13,6 @@ namespace Simulator {
 /*! Bit rates in bit/s that CAN interfaces know (CiA 301). */
 bool isKnownBitRate(int bitRate);
 
-/*! Bits that \a frame takes on the wire, the three bits between frames included.
- *
- *  Standard format 47 + 8n bits, extended format 67 + 8n bits for n data bytes (none in a remote frame), and
- *  ordinary stuffing: one bit for every ten of those that can be stuffed (34 + 8n, 54 + 8n). A standard frame
- *  of eight bytes has 120 bits: 0.48 ms at 250 kbit/s.
- */
-int frameBits(const QCanBusFrame &frame);
-
 /*! The bus as a wire: one frame at a time, each for its bits, the lowest identifier first when several wait.
  *
  *  Arithmetic only: it knows no clock. Every station sends its own frames in their order, as controllers with

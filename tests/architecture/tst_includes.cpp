@@ -19,6 +19,7 @@ const QList<Rule> &rules()
     static const QList<Rule> list{
         // For all floors
         {"system", {}},
+        {"json", {}},
         // The bus
         {"canopen", {QStringLiteral("system")}},
         {"bus", {QStringLiteral("system"), QStringLiteral("canopen")}},
@@ -26,10 +27,13 @@ const QList<Rule> &rules()
         {"interface", {}},
         {"interpreter", {}},
         {"store", {QStringLiteral("system")}},
+        {"snapshot",
+         {QStringLiteral("json"), QStringLiteral("canopen"), QStringLiteral("interpreter"),
+          QStringLiteral("store")}},
         // Questions
         {"details", {QStringLiteral("store"), QStringLiteral("interpreter")}},
         {"report", {QStringLiteral("system"), QStringLiteral("store"), QStringLiteral("interpreter")}},
-        {"reader", {QStringLiteral("interface"), QStringLiteral("store")}},
+        {"reader", {QStringLiteral("interface"), QStringLiteral("store"), QStringLiteral("interpreter")}},
         {"update", {}},
         {"host/core",
          {QStringLiteral("system"), QStringLiteral("interface"), QStringLiteral("store"),

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "testvehicle.h"
 
+#include <canopen/framebits.h>
 #include <simulator/wire.h>
 
 #include <QtTest>
@@ -156,7 +157,7 @@ void tst_TrafficFaults::traffic()
     int bits = 0;
     QSet<QByteArray> identifiers;
     test.vehicle.setSender([&](const QCanBusFrame &frame, quint8) {
-        bits += frameBits(frame);
+        bits += CanOpen::frameBits(frame);
         identifiers.insert(QByteArray::number(frame.frameId(), 16));
     });
     test.vehicle.start();

@@ -3,8 +3,6 @@
 
 #include <QtTest>
 
-Q_DECLARE_METATYPE(QCanBusFrame)
-
 using namespace Simulator;
 using namespace std::chrono_literals;
 
@@ -15,8 +13,6 @@ class tst_Wire : public QObject
 private slots:
     void bitRates_data();
     void bitRates();
-    void bits_data();
-    void bits();
     void eightBytesTake480Microseconds();
     void frameArrivesWhenItsLastBitIsThrough();
     void framesFollowWithoutGap();
@@ -55,30 +51,6 @@ void tst_Wire::bitRates()
     QFETCH(int, bitRate);
     QFETCH(bool, known);
     QCOMPARE(isKnownBitRate(bitRate), known);
-}
-
-void tst_Wire::bits_data()
-{
-    QTest::addColumn<QCanBusFrame>("sent");
-    QTest::addColumn<int>("expected");
-
-    QTest::newRow("no data") << frame(0x700, 0) << 50;
-    QTest::newRow("one byte") << frame(0x700, 1) << 59;
-    QTest::newRow("two bytes") << frame(0x700, 2) << 68;
-    QTest::newRow("eight bytes") << frame(0x700, 8) << 120;
-    QCanBusFrame remote = frame(0x700, 8);
-    remote.setFrameType(QCanBusFrame::RemoteRequestFrame);
-    QTest::newRow("remote frame") << remote << 50;
-    QCanBusFrame extended = frame(0x12345, 8);
-    extended.setExtendedFrameFormat(true);
-    QTest::newRow("extended") << extended << 142;
-}
-
-void tst_Wire::bits()
-{
-    QFETCH(QCanBusFrame, sent);
-    QFETCH(int, expected);
-    QCOMPARE(frameBits(sent), expected);
 }
 
 void tst_Wire::eightBytesTake480Microseconds()

@@ -4,7 +4,7 @@
 #include <canopen/objectkey.h>
 #include <canopen/sdoclient.h>
 #include <host/core/readrecord.h>
-#include <reader/readlist.h>
+#include <interpreter/readlist.h>
 #include <store/nodestore.h>
 
 #include <QList>

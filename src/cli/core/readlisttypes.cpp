@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "readlisttypes.h"
 
-#include <reader/readlist.h>
+#include <interpreter/readlist.h>
 
 #include <QMap>
 

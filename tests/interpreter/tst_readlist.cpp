@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <reader/readlist.h>
+#include <interpreter/readlist.h>
 
 #include <QtTest>
 

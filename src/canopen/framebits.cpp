@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include "framebits.h"
+
+#include <QCanBusFrame>
+
+namespace CanOpen {
+
+namespace {
+
+constexpr int standardBits = 47;      // without data; interframe space included
+constexpr int standardStuffable = 34; // start of frame to checksum
+constexpr int extendedBits = 67;
+constexpr int extendedStuffable = 54;
+constexpr int bitsPerStuffBit = 10; // ordinary data; the worst case is 4
+
+} // namespace
+
+int frameBits(const QCanBusFrame &frame)
+{
+    const int dataBits
+        = frame.frameType() == QCanBusFrame::RemoteRequestFrame ? 0 : 8 * frame.payload().size();
+    const bool isExtended = frame.hasExtendedFrameFormat();
+    const int stuffable = (isExtended ? extendedStuffable : standardStuffable) + dataBits;
+    return (isExtended ? extendedBits : standardBits) + dataBits + stuffable / bitsPerStuffBit;
+}
+
+} // namespace CanOpen

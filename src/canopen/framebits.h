@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+class QCanBusFrame;
+
+namespace CanOpen {
+
+/*! Bits that \a frame takes on the wire, the three bits between frames included.
+ *
+ *  Standard format 47 + 8n bits, extended format 67 + 8n bits for n data bytes (none in a remote frame), and
+ *  ordinary stuffing: one bit for every ten of those that can be stuffed (34 + 8n, 54 + 8n). A standard frame
+ *  of eight bytes has 120 bits: 0.48 ms at 250 kbit/s.
+ */
+int frameBits(const QCanBusFrame &frame);
+
+} // namespace CanOpen

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "snapshotfile.h"
+
+#include "snapshotreading.h"
+#include "snapshotwriting.h"
+
+#include <json/jsondocument.h>
+#include <json/jsonobject.h>
+#include <store/wholefile.h>
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(SnapshotFile)
+};
+
+} // namespace
+
+QByteArray SnapshotFile::toJson(const Snapshot &snapshot)
+{
+    return SnapshotJson::write(snapshot, version);
+}
+
+std::optional<Snapshot> SnapshotFile::fromJson(const QByteArray &text, QString *errorMessage)
+{
+    const std::optional<JsonDocument> document = JsonDocument::parse(text, errorMessage);
+    if (!document)
+        return std::nullopt;
+    JsonFault fault;
+    const JsonPlace top(&fault);
+    const Snapshot snapshot = SnapshotReading::read(JsonObject(document->root(), top), version);
+    if (fault.isEmpty())
+        return snapshot;
+    *errorMessage = fault.text;
+    return std::nullopt;
+}
+
+bool SnapshotFile::save(const QString &fileName, const Snapshot &snapshot, QString *errorMessage)
+{
+    WholeFile file(fileName);
+    if (file.open() && file.write(toJson(snapshot)) && file.commit())
+        return true;
+    *errorMessage
+        = Tr::tr("%1 could not be written: %2").arg(QDir::toNativeSeparators(fileName), file.errorString());
+    return false;
+}
+
+std::optional<Snapshot> SnapshotFile::load(const QString &fileName, QString *errorMessage)
+{
+    const QString name = QDir::toNativeSeparators(fileName);
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly)) {
+        *errorMessage = Tr::tr("%1 could not be read: %2").arg(name, file.errorString());
+        return std::nullopt;
+    }
+    // One byte more than is good tells a file that is too long.
+    const std::optional<Snapshot> snapshot
+        = fromJson(file.read(qint64(JsonDocument::maximumSize) + 1), errorMessage);
+    if (!snapshot)
+        *errorMessage = Tr::tr("%1 is no good snapshot: %2").arg(name, *errorMessage);
+    return snapshot;
+}
+
+bool SnapshotFile::looksLikeSnapshot(const QByteArray &text)
+{
+    return text.trimmed().startsWith('{');
+}
+
+QString SnapshotFile::fingerprint(const Snapshot &snapshot)
+{
+    return QString::fromLatin1(
+        QCryptographicHash::hash(toJson(snapshot), QCryptographicHash::Sha256).toHex());
+}
