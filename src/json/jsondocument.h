@@ -20,7 +20,7 @@ public:
     static constexpr int maximumSize = 64 * 1024 * 1024;
 
     /*! Empty when \a text is no JSON; \a errorMessage then says what is wrong with line and column: "line 3,
-     *  column 14: Missing a comma or } after an object member."
+     *  column 14: Missing a comma or '}' after an object member."
      */
     static std::optional<JsonDocument> parse(const QByteArray &text, QString *errorMessage);
 

@@ -44,6 +44,12 @@ bool isFraction(const QVariant &value)
     return value.type() == QVariant::Double || value.type() == static_cast<QVariant::Type>(QMetaType::Float);
 }
 
+bool isNegative(const QVariant &number)
+{
+    const bool isSigned = number.type() == QVariant::Int || number.type() == QVariant::LongLong;
+    return isSigned && number.toLongLong() < 0;
+}
+
 /*! Whether the number or text of a file is the one of the bytes. */
 bool isSame(const QVariant &decoded, const QVariant &written)
 {
@@ -52,7 +58,7 @@ bool isSame(const QVariant &decoded, const QVariant &written)
     if (decoded.type() == QVariant::String || written.type() == QVariant::String)
         return decoded.type() == written.type() && decoded == written;
     return !isFraction(written) && decoded.toULongLong() == written.toULongLong()
-           && (decoded.toLongLong() < 0) == (written.toLongLong() < 0);
+           && isNegative(decoded) == isNegative(written);
 }
 
 } // namespace
