@@ -13,7 +13,6 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -27,18 +26,6 @@ QFileDialog *makeDialog(QWidget *window, const QString &name, const QString &tit
     dialog->setObjectName(name);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     return dialog;
-}
-
-/*! When \a text says it was exported; invalid when it does not say. */
-QDateTime dateOf(const QString &text)
-{
-    constexpr int headLength = 1000; // the date stands in the first tag
-    static const QRegularExpression date(QStringLiteral("<dxtoolstorage[^>]* date=\"([^\"]*)\""));
-    const QRegularExpressionMatch match = date.match(text.left(headLength));
-    // As the export writes it: English day and month.
-    return match.hasMatch()
-               ? QLocale::c().toDateTime(match.captured(1), QStringLiteral("ddd MMM d HH:mm:ss yyyy"))
-               : QDateTime();
 }
 
 } // namespace
@@ -131,7 +118,7 @@ void VehicleFiles::show(const QString &fileName)
     }
     NodeStore store;
     importFrom(text, store);
-    m_vehicle->showFile(fileName, store, dateOf(text));
+    m_vehicle->showFile(fileName, store, exchangeDate(text));
     QSettings().setValue(HostSettings::folder, file.absolutePath());
     RecentFiles::add(fileName);
     emit recentChanged();

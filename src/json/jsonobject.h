@@ -5,8 +5,10 @@
 
 #include <QCoreApplication>
 #include <QString>
+#include <QStringList>
+#include <QVariant>
 
-#include <rapidjson/document.h>
+#include <nlohmann/json_fwd.hpp>
 
 #include <optional>
 
@@ -21,12 +23,13 @@ class JsonObject
     Q_DECLARE_TR_FUNCTIONS(JsonObject)
 
 public:
-    static constexpr int longestText = 1024 * 1024; // characters
+    static constexpr int longestText = 1024 * 1024; // bytes in UTF-8
 
     /*! \a value has to be an object; \a place has to outlive this. */
-    JsonObject(const rapidjson::Value &value, const JsonPlace &place);
+    JsonObject(const nlohmann::json &value, const JsonPlace &place);
 
     bool has(const char *key) const { return find(key) != nullptr; }
+    QStringList keys() const;
     const JsonPlace &place() const { return m_place; }
 
     /*! Both limits are in range. */
@@ -41,8 +44,21 @@ public:
 
     bool boolean(const char *key, bool fallback) const;
 
-    /*! The member as it is; null when it is missing, which is no fault. */
-    const rapidjson::Value *find(const char *key) const;
+    /*! A number (`qlonglong`, `qulonglong` beyond it, `double`) or a text; invalid for everything else. */
+    QVariant scalar(const char *key) const;
+
+    /*! Calls handle(const JsonObject &) with a member that is an object; a missing one is a fault. */
+    template<typename Handler>
+    void forObject(const char *key, Handler handle) const
+    {
+        const nlohmann::json *member = findRequired(key);
+        if (member == nullptr)
+            return;
+        const JsonPlace place(&m_place, key);
+        const JsonObject object(*member, place);
+        if (!place.isFaulty())
+            handle(object);
+    }
 
     /*! Calls handle(const JsonObject &) for each object of an array. A missing array is a fault, and so is an element
      *  that is no object. Ends at the first fault.
@@ -50,26 +66,26 @@ public:
     template<typename Handler>
     void forEachObject(const char *key, Handler handle) const
     {
-        const rapidjson::Value *array = findArray(key);
-        if (array == nullptr)
-            return;
         const JsonPlace place(&m_place, key);
-        int position = 0;
-        for (const rapidjson::Value &element : array->GetArray()) {
-            const JsonPlace elementPlace(&place, position++);
-            const JsonObject object(element, elementPlace);
-            if (elementPlace.isFaulty())
-                return;
-            handle(object);
-            if (elementPlace.isFaulty())
-                return;
+        const int size = arraySize(key);
+        for (int position = 0; position < size && !place.isFaulty(); ++position) {
+            const JsonPlace elementPlace(&place, position);
+            const JsonObject object(element(key, position), elementPlace);
+            if (!elementPlace.isFaulty())
+                handle(object);
         }
     }
 
+    /*! The texts of an array; a missing one is a fault, and so is an element that is no text. */
+    QStringList texts(const char *key, int longest = longestText) const;
+
 private:
-    const rapidjson::Value *findArray(const char *key) const;
+    const nlohmann::json *find(const char *key) const;
+    const nlohmann::json *findRequired(const char *key) const;
+    int arraySize(const char *key) const;
+    const nlohmann::json &element(const char *key, int position) const;
     void complain(const char *key, const QString &problem) const;
 
-    const rapidjson::Value *m_value = nullptr; // null when it is no object
+    const nlohmann::json *m_value = nullptr; // null when it is no object
     const JsonPlace &m_place;
 };

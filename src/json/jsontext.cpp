@@ -1,10 +1,32 @@
 // SPDX-License-Identifier: MIT
 #include "jsontext.h"
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
+#include <QLocale>
 
 #include <cmath>
+
+namespace {
+
+/*! How RFC 8259 writes a character that may not stand for itself; null for those without a short form. */
+const char *shortEscape(char c)
+{
+    switch (c) {
+    case '"':
+        return "\\\"";
+    case '\\':
+        return "\\\\";
+    case '\n':
+        return "\\n";
+    case '\r':
+        return "\\r";
+    case '\t':
+        return "\\t";
+    default:
+        return nullptr;
+    }
+}
+
+} // namespace
 
 void JsonText::beginObject(const char *key)
 {
@@ -57,10 +79,7 @@ void JsonText::write(const char *key, double number)
         m_bytes += "null";
         return;
     }
-    rapidjson::StringBuffer buffer;
-    rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
-    writer.Double(number);
-    m_bytes += buffer.GetString();
+    m_bytes += QByteArray::number(number, 'g', QLocale::FloatingPointShortest);
 }
 
 void JsonText::writeBoolean(const char *key, bool value)
@@ -85,8 +104,14 @@ void JsonText::beginValue(const char *key)
 
 void JsonText::writeString(const QByteArray &utf8)
 {
-    rapidjson::StringBuffer buffer;
-    rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
-    writer.String(utf8.constData(), static_cast<rapidjson::SizeType>(utf8.size()));
-    m_bytes.append(buffer.GetString(), static_cast<int>(buffer.GetSize()));
+    m_bytes += '"';
+    for (const char c : utf8) {
+        if (const char *escape = shortEscape(c))
+            m_bytes += escape;
+        else if (static_cast<unsigned char>(c) < ' ')
+            m_bytes += "\\u00" + QByteArray(1, c).toHex();
+        else
+            m_bytes += c;
+    }
+    m_bytes += '"';
 }

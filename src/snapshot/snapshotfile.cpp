@@ -7,11 +7,11 @@
 #include <json/jsondocument.h>
 #include <json/jsonobject.h>
 #include <store/wholefile.h>
+#include <system/systemerrortext.h>
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
-#include <QFile>
 
 namespace {
 
@@ -46,25 +46,9 @@ bool SnapshotFile::save(const QString &fileName, const Snapshot &snapshot, QStri
     WholeFile file(fileName);
     if (file.open() && file.write(toJson(snapshot)) && file.commit())
         return true;
-    *errorMessage
-        = Tr::tr("%1 could not be written: %2").arg(QDir::toNativeSeparators(fileName), file.errorString());
+    *errorMessage = Tr::tr("The file %1 cannot be written: %2.")
+                        .arg(QDir::toNativeSeparators(fileName), systemErrorText(file.errorString()));
     return false;
-}
-
-std::optional<Snapshot> SnapshotFile::load(const QString &fileName, QString *errorMessage)
-{
-    const QString name = QDir::toNativeSeparators(fileName);
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
-        *errorMessage = Tr::tr("%1 could not be read: %2").arg(name, file.errorString());
-        return std::nullopt;
-    }
-    // One byte more than is good tells a file that is too long.
-    const std::optional<Snapshot> snapshot
-        = fromJson(file.read(qint64(JsonDocument::maximumSize) + 1), errorMessage);
-    if (!snapshot)
-        *errorMessage = Tr::tr("%1 is no good snapshot: %2").arg(name, *errorMessage);
-    return snapshot;
 }
 
 bool SnapshotFile::looksLikeSnapshot(const QByteArray &text)

@@ -8,7 +8,8 @@
 
 #include <optional>
 
-/*! The file of a snapshot, ".dxsnap": one JSON document, described with its schema in docs/snapshot.md.
+/*! The file of a snapshot, ".dxsnap": one JSON document, described with its schema in docs/snapshot.md. See
+ *  SavedVehicle for reading one.
  *
  *  The same snapshot always gives the same bytes, and what was read from a file that this program wrote gives the
  *  file's bytes again; so the SHA-256 of a file stands for the snapshot.
@@ -28,9 +29,6 @@ std::optional<Snapshot> fromJson(const QByteArray &text, QString *errorMessage);
 
 /*! Writes the file, or leaves the old one as it is; false with a sentence in \a errorMessage. */
 bool save(const QString &fileName, const Snapshot &snapshot, QString *errorMessage);
-
-/*! Reads a file likewise; \a errorMessage then begins with the file's name. */
-std::optional<Snapshot> load(const QString &fileName, QString *errorMessage);
 
 /*! Whether \a text begins like a snapshot; for telling it from an exchange file. */
 bool looksLikeSnapshot(const QByteArray &text);

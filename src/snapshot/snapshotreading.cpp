@@ -26,19 +26,6 @@ std::optional<Value> valueOf(const Word<Value> (&words)[size], const QString &te
     return std::nullopt;
 }
 
-QVariant variantOf(const rapidjson::Value &value)
-{
-    if (value.IsInt64())
-        return qlonglong(value.GetInt64());
-    if (value.IsUint64())
-        return qulonglong(value.GetUint64());
-    if (value.IsDouble())
-        return value.GetDouble();
-    if (value.IsString())
-        return QString::fromUtf8(value.GetString(), static_cast<int>(value.GetStringLength()));
-    return QVariant();
-}
-
 bool isFraction(const QVariant &value)
 {
     return value.type() == QVariant::Double || value.type() == static_cast<QVariant::Type>(QMetaType::Float);
@@ -192,15 +179,14 @@ void SnapshotReading::readValue(const JsonObject &object, SnapshotEntry *entry)
 {
     if (entry->gap != SnapshotGap::None)
         return;
-    const rapidjson::Value *written = object.find("value");
+    const QVariant written = object.scalar("value");
+    if (object.has("value") && !written.isValid())
+        JsonPlace(&object.place(), "value").complain(tr("A number or a text is wanted."));
     if (entry->raw.isEmpty()) {
-        if (written != nullptr)
-            entry->value = variantOf(*written);
-        if (written != nullptr && !entry->value.isValid())
-            JsonPlace(&object.place(), "value").complain(tr("A number or a text is wanted."));
-        if (written == nullptr && !entry->type)
+        entry->value = written;
+        if (!object.has("value") && !entry->type)
             object.place().complain(tr("There is neither a value nor a reason why there is none."));
-        if (written == nullptr && entry->type) // an empty text, or no bytes at all
+        if (!object.has("value") && entry->type) // no bytes at all
             entry->value = CanOpen::decodeValue(*entry->type, entry->raw).value_or(QVariant());
         return;
     }
@@ -208,7 +194,7 @@ void SnapshotReading::readValue(const JsonObject &object, SnapshotEntry *entry)
                                                         : ObjectTypes::unsignedValue(entry->raw);
     if (!decoded)
         JsonPlace(&object.place(), "raw").complain(tr("The bytes do not fit the data type."));
-    else if (written != nullptr && !isSame(*decoded, variantOf(*written)))
+    else if (written.isValid() && !isSame(*decoded, written))
         JsonPlace(&object.place(), "value").complain(tr("The value is not that of the bytes."));
     entry->value = decoded.value_or(QVariant());
 }

@@ -12,6 +12,8 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QLocale>
+#include <QRegularExpression>
 #include <QTextStream>
 #include <QXmlStreamReader>
 
@@ -175,6 +177,17 @@ QString exchangeProblem(const QString &text)
     }
 
     return problemOf(reader, hasNode);
+}
+
+QDateTime exchangeDate(const QString &text)
+{
+    constexpr int headLength = 1000; // the date stands in the first tag
+    static const QRegularExpression date(QStringLiteral("<dxtoolstorage[^>]* date=\"([^\"]*)\""));
+    const QRegularExpressionMatch match = date.match(text.left(headLength));
+    // As the export writes it: English day and month.
+    return match.hasMatch()
+               ? QLocale::c().toDateTime(match.captured(1), QStringLiteral("ddd MMM d HH:mm:ss yyyy"))
+               : QDateTime();
 }
 
 bool saveExchangeFile(const QString &fileName, const QString &text, QString *errorMessage)

@@ -49,6 +49,9 @@ bool importByParser(const QString &text, NodeStore &store, int chunkSize = excha
  */
 QString exchangeProblem(const QString &text);
 
+/*! When \a text says that it was exported, in local time; invalid when it does not say. */
+QDateTime exchangeDate(const QString &text);
+
 /*! The longest text that loadExchangeFile() reads, in characters; a vehicle of 127 nodes has 2 million. */
 constexpr int maximumExchangeFileSize = 64 * 1024 * 1024;
 

@@ -28,8 +28,8 @@ const QList<Rule> &rules()
         {"interpreter", {}},
         {"store", {QStringLiteral("system")}},
         {"snapshot",
-         {QStringLiteral("json"), QStringLiteral("canopen"), QStringLiteral("interpreter"),
-          QStringLiteral("store")}},
+         {QStringLiteral("system"), QStringLiteral("json"), QStringLiteral("canopen"),
+          QStringLiteral("interpreter"), QStringLiteral("store")}},
         // Questions
         {"details", {QStringLiteral("store"), QStringLiteral("interpreter")}},
         {"report", {QStringLiteral("system"), QStringLiteral("store"), QStringLiteral("interpreter")}},

@@ -36,6 +36,7 @@ private slots:
     void nodeWithReport();
 
 private:
+    bool copyBattery() const;
     Result get(const QString &arguments) const;
     Result readNode(const QString &vehicle, int nodeId, const QStringList &more = {}) const;
     QString writeVehicle(const QByteArray &name, const QByteArray &faults) const;
@@ -46,11 +47,25 @@ private:
 
 void tst_Get::initTestCase()
 {
-    QFile::copy(QStringLiteral(VEHICLE_FOLDER "/pedelec-battery.dcf"),
-                m_folder.filePath(QStringLiteral("node.dcf")));
+    QVERIFY(copyBattery());
     m_vehicle = writeVehicle("vehicle", R"({"kind": "wrongWidth", "bytes": 4, "object": "1001"},
                                            {"kind": "sdoAbort", "code": "0x08000022", "object": "6002sub1"},
                                            {"kind": "sdoSilent", "object": "6003sub1"})");
+}
+
+/*! The battery, with a text of which only its maker knows that it is one. */
+bool tst_Get::copyBattery() const
+{
+    QFile battery(QStringLiteral(VEHICLE_FOLDER "/pedelec-battery.dcf"));
+    QFile copy(m_folder.filePath(QStringLiteral("node.dcf")));
+    if (!battery.open(QIODevice::ReadOnly) || !copy.open(QIODevice::WriteOnly))
+        return false;
+    const QByteArray text = battery.readAll().replace("[ManufacturerObjects]\nSupportedObjects=0",
+                                                      "[ManufacturerObjects]\nSupportedObjects=1\n1=0x2008");
+    return copy.write(text
+                      + "\n[2008]\nParameterName=Greeting\nObjectType=0x7\nDataType=0x0009\nAccessType=ro\n"
+                        "DefaultValue=Good morning\nPDOMapping=0\n")
+           > 0;
 }
 
 /*! One node, 9, without a heartbeat; node 1 is missing. */
@@ -110,13 +125,13 @@ void tst_Get::text_data()
                           "Type    UNSIGNED8\n"
                           "Bytes   01\n");
     QTest::newRow("text, no sub-index given")
-        << QStringLiteral("9 1008h")
-        << QStringLiteral("Object  1008h sub-index 0 of node 9\n"
-                          "Text    DX-Pack 36/500\n"
-                          "Length  14 bytes\n"
-                          "Bytes   44 58 2D 50 61 63 6B 20 33 36 2F 35 30 30\n");
+        << QStringLiteral("9 2008h")
+        << QStringLiteral("Object  2008h sub-index 0 of node 9\n"
+                          "Text    Good morning\n"
+                          "Length  12 bytes\n"
+                          "Bytes   47 6F 6F 64 20 6D 6F 72 6E 69 6E 67\n");
     QTest::newRow("text that is known to be one")
-        << QStringLiteral("9 1008h 0 --type string")
+        << QStringLiteral("9 1008h")
         << QStringLiteral("Object  1008h sub-index 0 of node 9\n"
                           "Value   DX-Pack 36/500\n"
                           "Type    VISIBLE_STRING\n"
@@ -149,9 +164,9 @@ void tst_Get::json_data()
                            << QByteArray(R"({"node": 9, "index": 4104, "subIndex": 0, "name": null,
              "type": "OCTET_STRING", "value": null, "text": null, "bytes": "44582d5061636b2033362f353030"})");
     QTest::newRow("nobody knows the type")
-        << QStringLiteral("9 1008 --json")
-        << QByteArray(R"({"node": 9, "index": 4104, "subIndex": 0, "name": null,
-             "type": null, "value": null, "text": null, "bytes": "44582d5061636b2033362f353030"})");
+        << QStringLiteral("9 2008 --json")
+        << QByteArray(R"({"node": 9, "index": 8200, "subIndex": 0, "name": null,
+             "type": null, "value": null, "text": null, "bytes": "476f6f64206d6f726e696e67"})");
 }
 
 void tst_Get::json()

@@ -103,7 +103,7 @@ void tst_Report::badFileWritesNothing()
     const QString vehicle = writeExchange(path("v.dxxml"), "<node ");
     const Result result = run({s("report"), vehicle, s("--output"), path("r")});
     QCOMPARE(result.status, 5);
-    QVERIFY2(result.errors.startsWith(s("The file %1 is no exchange file: ").arg(vehicle)),
+    QVERIFY2(result.errors.startsWith(s("The file %1 is neither a snapshot nor an exchange file: ").arg(vehicle)),
              qPrintable(result.errors));
     QVERIFY(!QDir(path("r")).exists());
 }

@@ -47,17 +47,27 @@ void tst_JsonDocument::errorsHaveLineAndColumn_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QString>("error");
-    QTest::newRow("empty") << QByteArray("") << QStringLiteral("line 1, column 1: The document is empty.");
-    QTest::newRow("cut off") << QByteArray(
-        "{\n \"a\": 1") << QStringLiteral("line 2, column 8: Missing a comma or '}' after an object member.");
-    QTest::newRow("something behind") << QByteArray("{}\n\n x")
-                                      << QStringLiteral("line 3, column 2: The document root must not be "
-                                                        "followed by other values.");
+    const QString start = QStringLiteral("syntax error while parsing ");
+    QTest::newRow("empty") << QByteArray("")
+                           << QStringLiteral("line 1, column 1: ") + start
+                                  + QStringLiteral(
+                                      "value - unexpected end of input; expected '[', '{', or a literal");
+    QTest::newRow("cut off") << QByteArray("{\n \"a\": 1")
+                             << QStringLiteral("line 2, column 7: ") + start
+                                    + QStringLiteral("object - unexpected end of input; expected '}'");
+    QTest::newRow("something behind")
+        << QByteArray("{}\n\n x")
+        << QStringLiteral("line 3, column 2: ") + start
+               + QStringLiteral("value - invalid literal; expected end of input");
     QTest::newRow("wrong UTF-8") << QByteArray("{\"a\": \"\xff\"}")
-                                 << QStringLiteral("line 1, column 8: Invalid encoding in string.");
+                                 << QStringLiteral("line 1, column 8: ") + start
+                                        + QStringLiteral("value - invalid string: ill-formed UTF-8 byte");
+    QTest::newRow("long text without end")
+        << QByteArray("[\"") + QByteArray(100000, 'x')
+        << QStringLiteral("line 1, column 100002: ") + start
+               + QStringLiteral("value - invalid string: missing closing quote");
     QTest::newRow("number too large")
-        << QByteArray("[1e999]")
-        << QStringLiteral("line 1, column 2: Number too big to be stored in double.");
+        << QByteArray("[1e999]") << QStringLiteral("number overflow parsing '1e999'");
 }
 
 void tst_JsonDocument::errorsHaveLineAndColumn()

@@ -25,9 +25,9 @@ void tst_SnapshotWords::reasons_data()
     QTest::newRow("value") << SnapshotGap::None << 0u << QString();
     QTest::newRow("absent") << SnapshotGap::Absent << 0x06020000u
                             << QStringLiteral("The device does not have it.");
-    QTest::newRow("abort") << SnapshotGap::Abort << 0x08000020u
-                           << QStringLiteral(
-                                  "The device refused it: The data cannot be transferred or stored (0800 0020h).");
+    QTest::newRow("abort")
+        << SnapshotGap::Abort << 0x08000020u
+        << QStringLiteral("The device refused it: The data cannot be transferred or stored (0800 0020h).");
     QTest::newRow("no answer") << SnapshotGap::NoAnswer << 0u << QStringLiteral("The device did not answer.");
     QTest::newRow("wrong size") << SnapshotGap::WrongSize << 0u
                                 << QStringLiteral("The answer has 3 byte(s), which does not fit the object.");

@@ -9,12 +9,12 @@
 #include <cli/core/interruptibleloop.h>
 #include <cli/core/language.h>
 #include <cli/core/patienceoptions.h>
-#include <cli/core/readlisttypes.h>
 
 #include <bus/busconnection.h>
 #include <canopen/cobid.h>
 #include <canopen/sdoabort.h>
 #include <host/core/readrecord.h>
+#include <snapshot/objecttypes.h>
 
 namespace {
 
@@ -138,7 +138,11 @@ std::optional<ExitStatus> GetCommand::parseObject()
     m_key = {*index, *subIndex};
 
     m_isTypeChosen = m_options.isSet(typeOption);
-    m_type = m_isTypeChosen ? DataTypeName::parse(m_options.value(typeOption)) : readListType(m_key);
+    const QVector<CanOpen::DataType> known = ObjectTypes::known(m_key);
+    if (m_isTypeChosen)
+        m_type = DataTypeName::parse(m_options.value(typeOption));
+    else if (!known.isEmpty())
+        m_type = known.first();
     if (m_isTypeChosen && !m_type) {
         return m_options.complain(
             Tr::tr("There is no data type \"%1\"; there are %2.")

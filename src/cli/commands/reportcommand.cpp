@@ -3,11 +3,11 @@
 
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
-#include <cli/core/exchangeinput.h>
 #include <cli/core/exitstatus.h>
 #include <cli/core/language.h>
 #include <cli/core/reportfiles.h>
 
+#include <snapshot/savedvehicle.h>
 #include <store/nodestore.h>
 
 namespace {
@@ -23,7 +23,7 @@ ExitStatus report(const QString &fileName, const QString &folder)
 {
     NodeStore store;
     QString error;
-    if (!loadNodeStore(fileName, store, &error) || !prepareReportFolder(folder, &error)) {
+    if (!SavedVehicle::loadStore(fileName, store, &error) || !prepareReportFolder(folder, &error)) {
         Console::printError(error);
         return Exit::fileFailed;
     }
@@ -35,9 +35,10 @@ ExitStatus report(const QString &fileName, const QString &folder)
 ExitStatus runReportCommand(const QStringList &arguments)
 {
     CommandArguments options(QStringLiteral("report"),
-                             Tr::tr("Writes the report on what an exchange file holds: dx_report.pdf and "
+                             Tr::tr("Writes the report on what a saved vehicle holds: dx_report.pdf and "
                                     "dx_report.html."));
-    options.addPositional(QStringLiteral("FILE"), Tr::tr("An exchange file (.dxxml)."));
+    options.addPositional(QStringLiteral("FILE"),
+                          Tr::tr("A snapshot (.dxsnap) or an exchange file (.dxxml)."));
     options.addOption({outputOption, Tr::tr("The folder for the two files; it is made when it is not there."),
                        QStringLiteral("DIR")});
     Language::addOption(options);

@@ -5,15 +5,11 @@
 #include <cli/core/console.h>
 #include <cli/core/exitstatus.h>
 #include <cli/core/interruptibleloop.h>
-#include <cli/core/vehiclefromexchange.h>
+#include <cli/core/vehiclefromfile.h>
 
-#include <store/exchangefile.h>
 #include <bus/busconnection.h>
 #include <simulator/vehicle.h>
 #include <simulator/vehiclefile.h>
-
-#include <QDir>
-#include <QFileInfo>
 
 namespace {
 
@@ -24,30 +20,20 @@ struct Tr
 
 using MaybeVehicle = std::optional<Simulator::VehicleDescription>;
 
-MaybeVehicle loadExchangeVehicle(const QString &fileName, QString *error)
+MaybeVehicle loadSavedVehicle(const QString &fileName, QString *error)
 {
-    QString text;
-    if (!loadExchangeFile(fileName, text, error))
-        return std::nullopt;
-
     QStringList warnings;
-    QString problem;
-    MaybeVehicle vehicle = vehicleFromExchange(text, &problem, &warnings);
-    if (!vehicle) {
-        *error = Tr::tr("The file %1 is no exchange file to simulate: %2")
-                     .arg(QDir::toNativeSeparators(fileName), problem);
-        return std::nullopt;
-    }
+    const MaybeVehicle vehicle = vehicleFromFile(fileName, error, &warnings);
     for (const QString &warning : qAsConst(warnings))
         Console::printError(warning);
-    vehicle->name = QFileInfo(fileName).completeBaseName();
     return vehicle;
 }
 
 MaybeVehicle loadVehicle(const QString &name, QString *error)
 {
-    if (name.endsWith(QLatin1String(".dxxml"), Qt::CaseInsensitive))
-        return loadExchangeVehicle(name, error);
+    if (name.endsWith(QLatin1String(".dxxml"), Qt::CaseInsensitive)
+        || name.endsWith(QLatin1String(".dxsnap"), Qt::CaseInsensitive))
+        return loadSavedVehicle(name, error);
     const QString path = Simulator::findVehicleFile(name, error);
     return path.isEmpty() ? std::nullopt : Simulator::readVehicleFile(path, error);
 }
@@ -101,10 +87,10 @@ ExitStatus runSimulateCommand(const QStringList &arguments)
     CommandArguments options(
         QStringLiteral("simulate"),
         Tr::tr("Puts a simulated vehicle on a bus: a shipped one by its name, a vehicle file, or "
-               "what an exchange file holds."));
+               "what a snapshot or an exchange file holds."));
     options.addBusOptions();
     options.addPositional(QStringLiteral("VEHICLE"),
-                          Tr::tr("A name such as pedelec or full-bus, FILE.json, or FILE.dxxml."));
+                          Tr::tr("A name such as pedelec or full-bus, FILE.json, FILE.dxsnap or FILE.dxxml."));
     if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;
 

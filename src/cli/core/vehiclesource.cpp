@@ -3,16 +3,16 @@
 
 #include "commandarguments.h"
 #include "console.h"
-#include "exchangeinput.h"
 #include "exitstatus.h"
 
 #include <details/components.h>
+#include <snapshot/savedvehicle.h>
 
 #include <QDir>
 
 void VehicleSource::addOptions(CommandArguments &options)
 {
-    options.addPositional(QStringLiteral("FILE"), tr("An exchange file (.dxxml). Without it --bus is read."),
+    options.addPositional(QStringLiteral("FILE"), tr("A snapshot (.dxsnap) or exchange file (.dxxml). Without it --bus is read."),
                           CommandArguments::Presence::Optional);
     options.addBusOptions(CommandArguments::Presence::Optional);
     BusRead::addOptions(options);
@@ -37,7 +37,7 @@ std::optional<ExitStatus> VehicleSource::load()
         return m_bus->read(m_options->bus());
 
     QString error;
-    if (loadNodeStore(m_options->positional(), m_fileStore, &error))
+    if (SavedVehicle::loadStore(m_options->positional(), m_fileStore, &error))
         return std::nullopt;
     Console::printError(error);
     return Exit::fileFailed;
