@@ -14,24 +14,34 @@
 #include <store/exchangefile.h>
 #include <store/nodestore.h>
 #include <tests/support/filedialogdriver.h>
+#include <tests/support/httpserver.h>
 
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
 #include <QDateTime>
 #include <QElapsedTimer>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTemporaryDir>
+#include <QThread>
 #include <QTimer>
 
+#include <cstdlib>
 #include <functional>
+#include <vector>
+
+#include <zlib.h>
 
 namespace {
 
 constexpr int nodeCount = 127;
 constexpr int devicesPerNode = 5;
 constexpr int framesPerMillisecond = 8;
-constexpr qint64 floodTime = 10000; // ms
+constexpr qint64 floodTime = 10000;  // ms
+constexpr qint64 settlingTime = 400; // ms, until the window is painted
+constexpr qint64 answerTime = 2500;  // ms, until an answer has been shown and closed
+constexpr int repetitions = 10;
 
 /*! Sends PDOs of all nodes, 8000 frames a second. */
 class Flood : public Simulator::BusParticipant
@@ -118,6 +128,7 @@ public:
     }
 
     void press(const char *button) { m_window->findChild<QPushButton *>(QLatin1String(button))->click(); }
+    void openFile(const QString &fileName) { m_window->openFile(fileName); }
     Simulator::SimulatedBus *bus() { return m_bus.get(); }
 
 private:
@@ -139,6 +150,17 @@ private:
     std::unique_ptr<MainWindow> m_window;
 };
 
+/*! What \a watch saw, and how busy the machine was with other things. */
+void report(const StallWatch &watch, benchmark::State *state)
+{
+    double load = 0;
+    getloadavg(&load, 1);
+    state->counters["longest_ms"] = std::max<double>(state->counters["longest_ms"], watch.longest());
+    state->counters["longest_busy_ms"]
+        = std::max<double>(state->counters["longest_busy_ms"], watch.longestBusy());
+    state->counters["load"] = load;
+}
+
 /*! 8000 frames a second for ten seconds. */
 void flood(benchmark::State &state)
 {
@@ -148,7 +170,7 @@ void flood(benchmark::State &state)
         Window::pass(100);
         StallWatch watch;
         Window::pass(floodTime);
-        state.counters["longest_ms"] = watch.longest();
+        report(watch, &state);
         state.counters["frames"] = static_cast<double>(flood.sent());
     }
 }
@@ -164,13 +186,13 @@ void readInFlood(benchmark::State &state)
         StallWatch watch;
         window.press("btnRead");
         Window::pass(100);
-        state.counters["longest_ms"] = watch.longest();
+        report(watch, &state);
     }
 }
 BENCHMARK(readInFlood)->Iterations(1)->Unit(benchmark::kMillisecond);
 
-/*! An exchange file of 127 nodes with all entries of the read list and five virtual devices each. */
-QString largestFile(const QTemporaryDir &folder)
+/*! 127 nodes with all entries of the read list and five virtual devices each. */
+QString largestText()
 {
     NodeStore store;
     store.clear();
@@ -187,8 +209,14 @@ QString largestFile(const QTemporaryDir &folder)
             }
         }
     }
+    return exportToText(store, QDateTime::currentDateTime());
+}
+
+QString fileWith(const QString &text, const QTemporaryDir &folder)
+{
     const QString fileName = folder.filePath(QStringLiteral("largest.dxxml"));
-    saveExchangeFile(fileName, exportToText(store, QDateTime::currentDateTime()));
+    if (!saveExchangeFile(fileName, text))
+        qFatal("the file to open cannot be written");
     return fileName;
 }
 
@@ -213,23 +241,201 @@ private:
     std::function<void()> m_tell;
 };
 
-/*! The import of it, from the end of the file dialog to the painted window. */
-void importLargestFile(benchmark::State &state)
+/*! The import by the plug-in's button, from the end of the file dialog to the painted window. */
+void importFile(benchmark::State &state, const QString &text)
 {
     const QTemporaryDir folder;
-    const FileDialogDriver dialogs(largestFile(folder));
+    const FileDialogDriver dialogs(fileWith(text, folder));
     Window window;
-    double longest = 0;
     for (auto _ : state) {
         StallWatch watch;
         const DialogEnd dialogEnd([&watch] { watch.reset(); });
         window.press("btnImport");
-        Window::pass(100);
-        longest = std::max(longest, watch.longest());
+        Window::pass(settlingTime);
+        report(watch, &state);
     }
-    state.counters["longest_ms"] = longest;
 }
-BENCHMARK(importLargestFile)->Iterations(3)->Unit(benchmark::kMillisecond);
+
+/*! The same by the host, as its own file dialog, its list of files and its command line do. */
+void openFile(benchmark::State &state, const QString &text)
+{
+    const QTemporaryDir folder;
+    const QString fileName = fileWith(text, folder);
+    Window window;
+    for (auto _ : state) {
+        StallWatch watch;
+        QTimer::singleShot(0, [&] { window.openFile(fileName); });
+        Window::pass(settlingTime);
+        report(watch, &state);
+    }
+}
+
+/*! A file that another program has written again has to go through the XML parser. */
+QString rewritten(QString text)
+{
+    return text.replace(QLatin1String("            <object"), QLatin1String("\t<object"));
+}
+
+void importLargestFile(benchmark::State &state)
+{
+    importFile(state, largestText());
+}
+BENCHMARK(importLargestFile)->Iterations(repetitions)->Unit(benchmark::kMillisecond);
+
+void importRewrittenFile(benchmark::State &state)
+{
+    importFile(state, rewritten(largestText()));
+}
+BENCHMARK(importRewrittenFile)->Iterations(repetitions)->Unit(benchmark::kMillisecond);
+
+void openLargestFile(benchmark::State &state)
+{
+    openFile(state, largestText());
+}
+BENCHMARK(openLargestFile)->Iterations(repetitions)->Unit(benchmark::kMillisecond);
+
+void openRewrittenFile(benchmark::State &state)
+{
+    openFile(state, rewritten(largestText()));
+}
+BENCHMARK(openRewrittenFile)->Iterations(repetitions)->Unit(benchmark::kMillisecond);
+
+/*! A server of its own thread: what it does to make an answer is no stall of the window. */
+class AnsweringServer
+{
+public:
+    explicit AnsweringServer(const QByteArray &answer)
+    {
+        m_thread.start();
+        QObject context;
+        context.moveToThread(&m_thread);
+        QMetaObject::invokeMethod(
+            &context,
+            [this, &answer] {
+                m_server = std::make_unique<HttpServer>();
+                m_server->setAnswer(answer, HttpServer::Ending::Close);
+                qputenv("DRAXEL_UPDATE_HOST", m_server->authority().toLatin1());
+                m_server->moveToThread(&m_thread);
+            },
+            Qt::BlockingQueuedConnection);
+    }
+    ~AnsweringServer()
+    {
+        m_server->deleteLater();
+        m_server.release();
+        m_thread.quit();
+        m_thread.wait();
+    }
+    Q_DISABLE_COPY(AnsweringServer)
+
+private:
+    QThread m_thread;
+    std::unique_ptr<HttpServer> m_server;
+};
+
+QByteArray compressed(const QByteArray &text)
+{
+    constexpr int gzipFormat = 15 + 16;
+    z_stream stream{};
+    deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, gzipFormat, 8, Z_DEFAULT_STRATEGY);
+    QByteArray result(static_cast<int>(deflateBound(&stream, static_cast<uLong>(text.size()))), '\0');
+    stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(text.constData()));
+    stream.avail_in = static_cast<uInt>(text.size());
+    stream.next_out = reinterpret_cast<Bytef *>(result.data());
+    stream.avail_out = static_cast<uInt>(result.size());
+    deflate(&stream, Z_FINISH);
+    result.truncate(static_cast<int>(stream.total_out));
+    deflateEnd(&stream);
+    return result;
+}
+
+QByteArray inChunksOfOneByte(int count)
+{
+    return "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n" + QByteArray("1\r\nx\r\n").repeated(count)
+           + "0\r\n\r\n";
+}
+
+struct Answer
+{
+    const char *name;
+    std::function<QByteArray()> bytes;
+};
+
+/*! Answers that are hard on a client or on a box that shows them. */
+const std::vector<Answer> &answers()
+{
+    constexpr int megabyte = 1024 * 1024;
+    constexpr int shown = 20000; // characters of the details
+    static const auto text
+        = [](const QByteArray &body) { return [body] { return HttpServer::response(body); }; };
+    static const std::vector<Answer> all = {
+        {"short", text("Firmware 1.1 is available.")},
+        {"9 MB in one line", text(QByteArray(9 * megabyte, 'x'))},
+        {"9 MB in words", text(QByteArray("word ").repeated(9 * megabyte / 5))},
+        {"9 MB of line ends", text(QByteArray(9 * megabyte, '\n'))},
+        {"20000 in one line", text(QByteArray(shown, 'x'))},
+        {"20000 blanks", text(QByteArray(shown, ' '))},
+        {"20000 tabs", text(QByteArray(shown, '\t'))},
+        {"20000 line ends", text(QByteArray(shown, '\n'))},
+        {"20000 control characters", text(QByteArray(shown, '\x01'))},
+        {"20000 soft hyphens", text(QByteArray(shown, '\xAD'))},
+        {"20000 accents", text(QByteArray(shown, '\xE4'))},
+        {"4000 in one line", text(QByteArray(3999, 'W'))},
+        {"200 control characters", text(QByteArray(200, '\x01') + QByteArray(3700, 'x'))},
+        {"4000 tabs", text(QByteArray(3999, '\t'))},
+        {"4000 accents", text(QByteArray(3999, '\xE4'))},
+        {"4000 in words", text(QByteArray("W ").repeated(1999))},
+        {"gzip of 1 GB",
+         [] {
+             const QByteArray body = compressed(QByteArray(1024 * megabyte, 'x'));
+             return HttpServer::response(body, "200 OK", "Content-Encoding: gzip\r\n");
+         }},
+        {"gzip of 9 MB",
+         [] {
+             const QByteArray body = compressed(QByteArray(9 * megabyte, 'x'));
+             return HttpServer::response(body, "200 OK", "Content-Encoding: gzip\r\n");
+         }},
+        {"20000 cookies",
+         [] {
+             return HttpServer::response("x", "200 OK", QByteArray("Set-Cookie: a=b\r\n").repeated(20000));
+         }},
+        {"2000000 chunks", [] { return inChunksOfOneByte(2000000); }},
+    };
+    return all;
+}
+
+/*! The answer to the check for an update, from the button to the box with its details. */
+void updateAnswer(benchmark::State &state)
+{
+    const Answer &answer = answers().at(static_cast<std::size_t>(state.range(0)));
+    state.SetLabel(answer.name);
+    const AnsweringServer server(answer.bytes());
+    const QTemporaryDir folder;
+    Window window;
+    window.openFile(fileWith(largestText(), folder));
+    Window::pass(settlingTime);
+    for (auto _ : state) {
+        StallWatch watch;
+        QTimer look;
+        QObject::connect(&look, &QTimer::timeout, [] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            if (box == nullptr)
+                return;
+            for (QAbstractButton *button : box->buttons()) {
+                if (box->buttonRole(button) == QMessageBox::ActionRole
+                    && button->text().contains(QLatin1String("Details")))
+                    button->click();
+            }
+            Window::pass(settlingTime);
+            box->accept();
+        });
+        look.start(5);
+        window.press("btnCheckUpdate");
+        Window::pass(answerTime);
+        report(watch, &state);
+    }
+}
+BENCHMARK(updateAnswer)->DenseRange(0, 19)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

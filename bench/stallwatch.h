@@ -3,6 +3,8 @@
 
 #include <QObject>
 
+#include <pthread.h>
+
 #include <atomic>
 #include <chrono>
 #include <thread>
@@ -23,6 +25,11 @@ public:
     /*! The longest time without an answer so far, in ms; 0 when nothing was asked. */
     double longest() const;
 
+    /*! The most processor time, in ms, that the watched thread took between a question and its answer. What other
+     *  programs and the machine take is not in it.
+     */
+    double longestBusy() const;
+
     /*! Begins anew. */
     void reset();
 
@@ -36,7 +43,10 @@ private:
 
     std::atomic<bool> m_isEnding{false};
     std::atomic<bool> m_isAnswered{true};
-    std::atomic<qint64> m_asked{0};   // ns of the clock
-    std::atomic<qint64> m_longest{0}; // ns
+    std::atomic<qint64> m_asked{0};        // ns of the clock
+    std::atomic<qint64> m_busyAtAsking{0}; // ns of m_busyClock
+    std::atomic<qint64> m_longest{0};      // ns
+    std::atomic<qint64> m_longestBusy{0};  // ns
+    clockid_t m_busyClock = 0;             // processor time of the watched thread
     std::thread m_thread;
 };

@@ -9,30 +9,52 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int mostLines = 40;
 constexpr int mostCharacters = 4000;
-constexpr int mostDetails = 20000; // characters, which even in one line are laid out at once
+constexpr int mostDetails = 5000; // characters, which even in one line are laid out at once
 
-/*! How much of a text a box has room for, in characters. */
-int lengthOfBeginning(const QString &text)
+/*! A control character that is neither tabulator nor line end: no font has a picture for it. */
+bool isPictureless(QChar character)
 {
-    int end = -1;
-    for (int line = 0; line < mostLines; ++line) {
-        end = text.indexOf(QLatin1Char('\n'), end + 1);
-        if (end < 0 || end > mostCharacters)
-            return qMin(text.size(), mostCharacters);
+    return character.category() == QChar::Other_Control && character != QLatin1Char('\n')
+           && character != QLatin1Char('\r') && character != QLatin1Char('\t');
+}
+
+/*! As how many characters one counts by the time that its layout takes. */
+int weight(QChar character)
+{
+    constexpr int tabulator = 5;
+    constexpr int pictureless = 20; // is looked for in all fonts of the system
+    if (character == QLatin1Char('\t'))
+        return tabulator;
+    return isPictureless(character) ? pictureless : 1;
+}
+
+/*! The length of the beginning of \a text that weighs no more than \a characters and has no more line ends than that. */
+int lengthOfBeginning(const QString &text, int characters, int lines)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        characters -= weight(text.at(i));
+        lines -= text.at(i) == QLatin1Char('\n') ? 1 : 0;
+        if (characters < 0 || lines <= 0)
+            return i;
     }
-    return end;
+    return text.size();
 }
 
 QString details(const QString &text)
 {
-    if (text.size() <= mostDetails)
-        return text;
-    return text.left(mostDetails) + QStringLiteral("\n\u2026\n")
-           + Tr::tr("Characters not shown: %1").arg(text.size() - mostDetails);
+    QString beginning = text.left(mostDetails);
+    std::replace_if(beginning.begin(), beginning.end(), isPictureless, QChar(0xB7)); // a dot in the middle
+    beginning.truncate(lengthOfBeginning(beginning, mostDetails, mostDetails));
+    if (beginning.size() == text.size())
+        return beginning;
+    return beginning + QStringLiteral("\n\u2026\n")
+           + Tr::tr("Characters not shown: %1").arg(text.size() - beginning.size());
 }
 
 void saveText(const QString &text)
@@ -66,7 +88,7 @@ void showMessage(const QString &title, const QString &text)
     QMessageBox box;
     box.setWindowTitle(title);
     box.setTextFormat(Qt::PlainText);
-    const int length = lengthOfBeginning(text);
+    const int length = lengthOfBeginning(text, mostCharacters, mostLines);
     if (length < text.size()) {
         showLongMessage(box, text, length);
         return;

@@ -8,7 +8,8 @@
 
 namespace {
 
-constexpr int sliceSize = 64 * 1024; // bytes handled at a stretch
+constexpr int sliceSize
+    = 4 * 1024; // bytes handled at a stretch; they may unpack to 4 MB, or be a thousand chunks
 constexpr int standardPort = 80;
 
 QByteArray hostHeader(const QUrl &url)

@@ -150,13 +150,22 @@ void tst_FormUpdate::longUpdateInformation_data()
     row("40 lines", lines(39) + QStringLiteral("end"), lines(39) + QStringLiteral("end"), QString());
     row("41 lines", lines(40) + QStringLiteral("end"), lines(39) + QStringLiteral("line") + more,
         lines(40) + QStringLiteral("end"));
-    row("a long second line", lines(1) + characters(5000), lines(1) + characters(3995) + more,
-        lines(1) + characters(5000));
-    row("20000 characters", characters(20000), characters(4000) + more, characters(20000));
+    row("a long second line", lines(1) + characters(4995), lines(1) + characters(3995) + more,
+        lines(1) + characters(4995));
+    row("5000 characters", characters(5000), characters(4000) + more, characters(5000));
     row("100 kB in one line", characters(100000), characters(4000) + more,
-        characters(20000) + more + QStringLiteral("\nCharacters not shown: 80000"));
+        characters(5000) + more + QStringLiteral("\nCharacters not shown: 95000"));
     row("1 MB of lines", lines(200000), lines(39) + QStringLiteral("line") + more,
-        lines(4000) + more + QStringLiteral("\nCharacters not shown: 980000"));
+        lines(1000) + more + QStringLiteral("\nCharacters not shown: 995000"));
+    const auto bells = [](int count) { return QString(count, QChar(7)); };
+    row("200 control characters", bells(200), bells(200), QString());
+    row("201 control characters", bells(201), bells(200) + more, QString(201, QChar(0xB7)));
+    const QString tabs = QString(1001, QLatin1Char('\t'));
+    row("800 tabulators", tabs.left(800), tabs.left(800), QString());
+    row("1001 tabulators", tabs, tabs.left(800) + more,
+        tabs.left(1000) + more + QStringLiteral("\nCharacters not shown: 1"));
+    row("line ends of another system", QStringLiteral("ab\r\n").repeated(39) + characters(3844),
+        QStringLiteral("ab\r\n").repeated(39) + characters(3844), QString());
 }
 
 void tst_FormUpdate::longUpdateInformation()
