@@ -38,6 +38,14 @@ public:
         return true;
     }
 
+    /*! White space as between tags, if there is any. Always true. */
+    bool skipBlanks()
+    {
+        while (!isAtEnd() && isBlank(m_position->unicode()))
+            ++m_position;
+        return true;
+    }
+
     /*! The text of a date, up to the quote that ends it. */
     bool skipDate()
     {
@@ -78,6 +86,10 @@ public:
     }
 
 private:
+    static bool isBlank(ushort character)
+    {
+        return character == ' ' || character == '\n' || character == '\t' || character == '\r';
+    }
     static bool isDigit(ushort character) { return character >= '0' && character <= '9'; }
 
     static int hexadecimalDigit(ushort character)
@@ -104,31 +116,40 @@ public:
     {
         if (!scanHead())
             return false;
-        for (int nodes = 0; m_scanner.skip(QLatin1String("        <node nodeid=\"")); ++nodes) {
+        for (int nodes = 0; skipTag("<node nodeid=\""); ++nodes) {
             if (nodes == mostNodes || !scanNode())
                 return false;
         }
-        return m_scanner.skip(QLatin1String("    </nodes>\n</dxtoolstorage>\n")) && m_scanner.isAtEnd();
+        return skipTag("</nodes>") && skipTag("</dxtoolstorage>") && m_scanner.skipBlanks()
+               && m_scanner.isAtEnd();
     }
 
 private:
+    /*! The whole of a tag or its beginning, after any white space. */
+    bool skipTag(const char *beginning)
+    {
+        return m_scanner.skipBlanks() && m_scanner.skip(QLatin1String(beginning));
+    }
+
     bool scanHead()
     {
-        return m_scanner.skip(QLatin1String("<?xml version =\"1.0\" encoding=\"UTF-8\" ?>\n"
-                                            "<dxtoolstorage pl_overwiew=\"1.0\" date=\""))
-               && m_scanner.skipDate() && m_scanner.skip(QLatin1String("\">\n    <nodes>\n"));
+        const bool hasDeclaration = m_scanner.skip(QLatin1String("<?xml version")) && m_scanner.skipBlanks()
+                                    && m_scanner.skip(QLatin1String("=\"1.0\" encoding=\"UTF-8\""))
+                                    && m_scanner.skipBlanks() && m_scanner.skip(QLatin1String("?>"));
+        return hasDeclaration && skipTag("<dxtoolstorage pl_overwiew=\"1.0\" date=\"") && m_scanner.skipDate()
+               && m_scanner.skip(QLatin1String("\">")) && skipTag("<nodes>");
     }
 
     bool scanNode()
     {
         qlonglong id = 0;
         if (!m_scanner.readDecimal(mostIdDigits, &id) || id >= NodeStore::nodeCount
-            || !m_scanner.skip(QLatin1String("\">\n")))
+            || !m_scanner.skip(QLatin1String("\">")))
             return false;
         const auto nodeId = static_cast<quint8>(id);
         m_store.appendNode(nodeId);
         bool hasObjects = false;
-        while (m_scanner.skip(QLatin1String("            <object index=\"0x"))) {
+        while (skipTag("<object index=\"0x")) {
             if (!scanObject(nodeId))
                 return false;
             hasObjects = true;
@@ -137,7 +158,7 @@ private:
         if (hasObjects)
             m_store.setValue(nodeId, 0, 0, QVariant(qlonglong{0}));
         m_store.appendNode(0);
-        return m_scanner.skip(QLatin1String("        </node>\n"));
+        return skipTag("</node>");
     }
 
     bool scanObject(quint8 nodeId)
@@ -149,7 +170,8 @@ private:
             return false;
         const bool isNegative = m_scanner.skip(QLatin1String("-"));
         qlonglong value = 0;
-        if (!m_scanner.readDecimal(mostValueDigits, &value) || !m_scanner.skip(QLatin1String("\" />\n")))
+        if (!m_scanner.readDecimal(mostValueDigits, &value) || !m_scanner.skip(QLatin1String("\""))
+            || !skipTag("/>"))
             return false;
         m_store.setValue(nodeId, static_cast<quint16>(index), static_cast<quint8>(subIndex),
                          QVariant(isNegative ? -value : value));

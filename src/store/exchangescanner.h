@@ -4,8 +4,8 @@
 class NodeStore;
 class QString;
 
-/*! Reads an exchange file that is written letter by letter as exportToText() writes it: many times faster than an XML
- *  parser, so that the largest vehicle opens without a stop.
+/*! Reads an exchange file that is written as exportToText() writes it, whatever the white space between its tags: many
+ *  times faster than an XML parser, so that the largest vehicle opens without a stop.
  *
  *  True when the whole \a text is such a file; \a store, values and list of nodes, then holds what the XML parser would
  *  have put there. False for any other text, exchange file or not: \a store is then in any state, and the parser has to

@@ -97,6 +97,8 @@ private slots:
     void readsWhatIsWritten();
     void endsCountLikeStarts();
     void whatIsWrittenNeedsNoParser();
+    void whiteSpaceBetweenTagsIsFree_data();
+    void whiteSpaceBetweenTagsIsFree();
     void leavesTheRestToTheParser_data();
     void leavesTheRestToTheParser();
     void neverReadsDifferently();
@@ -150,6 +152,38 @@ void tst_ExchangeScanner::whatIsWrittenNeedsNoParser()
     QCOMPARE(twice.nodeList().size(), 4 * 127);
 }
 
+void tst_ExchangeScanner::whiteSpaceBetweenTagsIsFree_data()
+{
+    QTest::addColumn<QString>("text");
+    const QString text = document("        <node nodeid=\"5\">\n"
+                                  "            <object index=\"0x6000\" sub=\"0x01\" value=\"6\" />\n"
+                                  "        </node>\n");
+    QTest::newRow("line ends of another system")
+        << QString(text).replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
+    QTest::newRow("tabs") << QString(text).replace(QStringLiteral("    "), QStringLiteral("\t"));
+    QTest::newRow("one line") << QString(text).remove(QStringLiteral("    ")).remove(QLatin1Char('\n'));
+    QTest::newRow("as other programs write XML")
+        << QString(text)
+               .replace(QStringLiteral("version =\"1.0\" encoding=\"UTF-8\" ?>"),
+                        QStringLiteral("version=\"1.0\" encoding=\"UTF-8\"?>"))
+               .replace(QStringLiteral("\" />"), QStringLiteral("\"/>"));
+    QTest::newRow("blanks behind the end") << text + QStringLiteral("\n \n");
+}
+
+void tst_ExchangeScanner::whiteSpaceBetweenTagsIsFree()
+{
+    QFETCH(QString, text);
+    NodeStore store;
+    QVERIFY(importAsWritten(text, store));
+    QCOMPARE(contents(store), (QStringList{QStringLiteral("listed 5"), QStringLiteral("listed 0"),
+                                           QStringLiteral("5: 0 0 = 0 (qlonglong)"),
+                                           QStringLiteral("5: 24576 1 = 6 (qlonglong)")}));
+    NodeStore parsed;
+    QVERIFY(importByParser(text, parsed));
+    QCOMPARE(contents(store), contents(parsed));
+    QCOMPARE(exchangeProblem(text), QString());
+}
+
 void tst_ExchangeScanner::leavesTheRestToTheParser_data()
 {
     QTest::addColumn<QString>("text");
@@ -160,9 +194,9 @@ void tst_ExchangeScanner::leavesTheRestToTheParser_data()
     QTest::newRow("nothing") << QString();
     QTest::newRow("no end") << QString::fromLatin1(head);
     QTest::newRow("half an end") << QString::fromLatin1(head) + QStringLiteral("    </nodes>\n");
-    QTest::newRow("something behind the end") << document("") + QLatin1Char(' ');
-    QTest::newRow("line ends of another system")
-        << document("").replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
+    QTest::newRow("something behind the end") << document("") + QLatin1Char('x');
+    QTest::newRow("blank before the declaration") << QLatin1Char(' ') + document("");
+    QTest::newRow("something between tags") << document("        x\n");
     QTest::newRow("entity in the date")
         << document("").replace(QStringLiteral("Sun"), QStringLiteral("&lt;"));
     QTest::newRow("tag in the date") << document("").replace(QStringLiteral("Sun"), QStringLiteral("<a/>"));
@@ -185,7 +219,7 @@ void tst_ExchangeScanner::leavesTheRestToTheParser_data()
     QTest::newRow("upper case") << object("<object index=\"0x600E\" sub=\"0x00\" value=\"1\" />");
     QTest::newRow("short index") << object("<object index=\"0x600\" sub=\"0x00\" value=\"1\" />");
     QTest::newRow("other order") << object("<object sub=\"0x00\" index=\"0x6000\" value=\"1\" />");
-    QTest::newRow("no blank") << object("<object index=\"0x6000\" sub=\"0x00\" value=\"1\"/>");
+    QTest::newRow("blank in a tag") << object("<object  index=\"0x6000\" sub=\"0x00\" value=\"1\" />");
     QTest::newRow("comment") << object("<!-- -->");
 }
 
