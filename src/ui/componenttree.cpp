@@ -4,8 +4,12 @@
 #include <details/components.h>
 #include <reader/datareader.h>
 
+#include <QHeaderView>
 #include <QLoggingCategory>
+#include <QSet>
 #include <QTreeWidget>
+
+#include <algorithm>
 
 namespace {
 
@@ -55,9 +59,10 @@ void ComponentTree::addNodes(const DataReader &reader)
     m_tree.addTopLevelItems(rows); // becomes their owner
     // Every row would be the current one in its turn; only the last one stays so, and showing a row takes its
     // time.
-    m_tree.setCurrentItem(m_tree.topLevelItem(m_tree.topLevelItemCount() - 1));
-    m_tree.resizeColumnToContents(NameColumn);
-    widenColumns();
+    QTreeWidgetItem *last = m_tree.topLevelItem(m_tree.topLevelItemCount() - 1);
+    m_tree.scrollToItem(last); // or selecting it would add up the heights of all rows before
+    m_tree.setCurrentItem(last);
+    fitColumns();
 }
 
 void ComponentTree::retranslate(const DataReader &reader)
@@ -71,8 +76,7 @@ void ComponentTree::retranslate(const DataReader &reader)
     }
     for (int i = 0; i < components.size(); ++i)
         fillRow(*m_tree.topLevelItem(i), components.at(i));
-    m_tree.resizeColumnToContents(NameColumn);
-    widenColumns();
+    fitColumns();
 }
 
 std::unique_ptr<QTreeWidgetItem> ComponentTree::makeRow(const Component &component)
@@ -106,15 +110,38 @@ void ComponentTree::fillRow(QTreeWidgetItem &row, const Component &component)
         row.setText(NmtStateColumn, nmtStateText(state.toInt()));
 }
 
+void ComponentTree::fitColumns()
+{
+    m_tree.header()->resizeSection(NameColumn, contentsWidth(NameColumn));
+    widenColumns();
+}
+
 // With a large font a state is wider than a column is at first.
 void ComponentTree::widenColumns()
 {
     for (const int column : {NodeColumn, NmtStateColumn}) {
-        const int width = m_tree.columnWidth(column);
-        m_tree.resizeColumnToContents(column);
+        const int width = contentsWidth(column);
         if (m_tree.columnWidth(column) < width)
             m_tree.setColumnWidth(column, width);
     }
+}
+
+// What QTreeView::resizeColumnToContents() makes of a column, with each text laid out once instead of once a row.
+int ComponentTree::contentsWidth(int column) const
+{
+    int width = m_tree.header()->sectionSizeHint(column);
+    const int indentation = column == NameColumn && m_tree.rootIsDecorated() ? m_tree.indentation() : 0;
+    QSet<QString> measured;
+    for (int i = 0; i < m_tree.topLevelItemCount(); ++i) {
+        const QTreeWidgetItem *row = m_tree.topLevelItem(i);
+        // Rows of one name have one picture.
+        if (measured.contains(row->text(column)))
+            continue;
+        measured.insert(row->text(column));
+        const QModelIndex index = m_tree.model()->index(i, column);
+        width = std::max(width, m_tree.sizeHintForIndex(index).width() + indentation);
+    }
+    return width;
 }
 
 void ComponentTree::showNmtState(quint8 node, NmtSender::NmtState state)

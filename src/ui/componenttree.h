@@ -48,7 +48,9 @@ private:
     std::unique_ptr<QTreeWidgetItem> makeRow(const Component &component);
     QIcon iconOf(const Component &component);
     static void fillRow(QTreeWidgetItem &row, const Component &component);
+    void fitColumns();
     void widenColumns();
+    int contentsWidth(int column) const;
 
     QTreeWidget &m_tree;
     QHash<const char *, QIcon> m_icons; // by their resource

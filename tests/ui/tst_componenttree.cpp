@@ -5,6 +5,8 @@
 
 #include <ui/componenttree.h>
 
+#include <QHeaderView>
+#include <QStyledItemDelegate>
 #include <QTreeWidget>
 #include <QtTest>
 
@@ -83,6 +85,8 @@ private slots:
     void retranslationKeepsRowAndNmtState();
     void retranslationNeedsTheSameNodes();
     void statesAreShownWholeInALargeFont();
+    void firstColumnFitsItsContents();
+    void largeTreeIsNotLaidOutRowByRow();
     void nmtStateOfAnUnknownNodeChangesNothing();
     void unknownNmtStateClearsTheText();
 };
@@ -388,6 +392,47 @@ void tst_ComponentTree::statesAreShownWholeInALargeFont()
     ComponentTree(bench.tree).showNmtState(16, NmtSender::Operational);
     const int needed = QFontMetrics(font).horizontalAdvance(QStringLiteral("Operational"));
     QVERIFY2(bench.tree.columnWidth(2) >= needed, qPrintable(QString::number(bench.tree.columnWidth(2))));
+}
+
+void tst_ComponentTree::firstColumnFitsItsContents()
+{
+    Bench bench;
+    bench.tree.header()->setStretchLastSection(false);
+    bench.tree.show();
+    for (const QList<quint32> &classes :
+         {QList<quint32>{14, 5, 9, 14}, QList<quint32>{14, 11}, QList<quint32>{80, 4}, QList<quint32>{}}) {
+        bench.buildNode(16, classes);
+        const int width = bench.tree.columnWidth(0);
+        bench.tree.resizeColumnToContents(0);
+        QCOMPARE(width, bench.tree.columnWidth(0));
+    }
+}
+
+void tst_ComponentTree::largeTreeIsNotLaidOutRowByRow()
+{
+    /*! Counts how often a row is measured. */
+    class CountingDelegate : public QStyledItemDelegate
+    {
+    public:
+        using QStyledItemDelegate::QStyledItemDelegate;
+        QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+        {
+            ++count;
+            return QStyledItemDelegate::sizeHint(option, index);
+        }
+        mutable int count = 0;
+    };
+    Bench bench;
+    auto *delegate = new CountingDelegate(&bench.tree);
+    bench.tree.setItemDelegate(delegate);
+    bench.tree.resize(400, 200);
+    bench.tree.show();
+    bench.buildNode(16, QVector<quint32>(127, 6).toList());
+    QCOMPARE(bench.tree.topLevelItemCount(), 127);
+    QVERIFY2(delegate->count < 127, qPrintable(QString::number(delegate->count)));
+    QCOMPARE(bench.tree.currentItem(), bench.tree.topLevelItem(126));
+    QVERIFY(
+        bench.tree.viewport()->rect().contains(bench.tree.visualItemRect(bench.tree.currentItem()).center()));
 }
 
 QTEST_MAIN(tst_ComponentTree)
