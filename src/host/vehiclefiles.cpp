@@ -107,19 +107,25 @@ void VehicleFiles::show(const QString &fileName)
         refuse(fileName, reason);
         return;
     }
-    reason = exchangeProblem(text);
+    NodeStore store;
+    reason = importChecked(text, store);
     if (!reason.isEmpty()) {
         refuse(fileName, QDir::toNativeSeparators(fileName) + QLatin1String("\n") + reason);
         return;
     }
+    // The plug-in reads the text once more: what the user does meanwhile comes before that.
+    QMetaObject::invokeMethod(
+        this, [this, fileName, text, store] { showText(fileName, text, store); }, Qt::QueuedConnection);
+}
+
+void VehicleFiles::showText(const QString &fileName, const QString &text, const NodeStore &store)
+{
     if (!m_exchange.show(text)) {
         refuse(fileName, tr("A file cannot be opened now. Is a read running?"));
         return;
     }
-    NodeStore store;
-    importFrom(text, store);
     m_vehicle->showFile(fileName, store, exchangeDate(text));
-    QSettings().setValue(HostSettings::folder, file.absolutePath());
+    QSettings().setValue(HostSettings::folder, QFileInfo(fileName).absolutePath());
     RecentFiles::add(fileName);
     emit recentChanged();
     emit succeeded(tr("Opened: %1").arg(QDir::toNativeSeparators(fileName)));

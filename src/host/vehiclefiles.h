@@ -8,6 +8,7 @@
 
 #include <functional>
 
+class NodeStore;
 class QWidget;
 class ShownVehicle;
 
@@ -35,7 +36,9 @@ public:
     /*! Lets the user choose a file and shows it. */
     void open();
 
-    /*! Shows a file; says why when it cannot be shown, and what was shown stays then. */
+    /*! Shows a file, in a later turn of the event loop; says why when it cannot be shown, and what was shown stays
+     *  then.
+     */
     void openFile(const QString &fileName);
 
     /*! Lets the user choose a name and saves the values; \a then follows when they are saved. */
@@ -54,6 +57,7 @@ signals:
 
 private:
     void show(const QString &fileName);
+    void showText(const QString &fileName, const QString &text, const NodeStore &store);
     bool write(const QString &fileName);
     void refuse(const QString &fileName, const QString &reason);
     QString startFolder() const;

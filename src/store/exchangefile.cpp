@@ -79,6 +79,37 @@ QString problemOf(const ExchangeReader &reader, bool hasNode)
     return hasNode ? QString() : Tr::tr("There is no node in the file.");
 }
 
+/*! Replaces values and node list of \a store by those that \a reader comes to. Returns whether there is a node with an
+ *  ID among them.
+ */
+bool importThrough(ExchangeReader &reader, NodeStore &store)
+{
+    store.clear();
+    store.clearNodeList();
+
+    quint8 nodeId = 1;
+    bool hasNode = false;
+    while (!reader.atEnd()) {
+        reader.readNextTag();
+        if (reader.refusal() != ExchangeReader::Refusal::None)
+            break;
+        // Deliberate: ends of elements count like starts without attributes, so that each </node> lists a
+        // node 0 and each closed object is followed by the value 0 of object 0000h.
+        const QXmlStreamReader &xml = reader.xml();
+        if (xml.name() == QLatin1String("node")) {
+            hasNode = hasNode || isNode(xml);
+            nodeId = static_cast<quint8>(numberOf(xml.attributes(), "nodeid") & 0xFF);
+            store.appendNode(nodeId);
+        } else if (xml.name() == QLatin1String("object")) {
+            const QXmlStreamAttributes attributes = xml.attributes();
+            const auto index = static_cast<quint16>(numberOf(attributes, "index") & 0xFFFF);
+            const auto subIndex = static_cast<quint8>(numberOf(attributes, "sub") & 0xFF);
+            store.setValue(nodeId, index, subIndex, QVariant(signedNumber(attributes, "value")));
+        }
+    }
+    return hasNode;
+}
+
 bool writeText(WholeFile &file, const QString &text)
 {
     bool isWritten = true;
@@ -137,46 +168,25 @@ bool importFrom(const QString &text, NodeStore &store)
 
 bool importByParser(const QString &text, NodeStore &store, int chunkSize)
 {
-    store.clear();
-    store.clearNodeList();
-
-    quint8 nodeId = 1;
     ExchangeReader reader(text, chunkSize);
-    while (!reader.atEnd()) {
-        reader.readNextTag();
-        if (reader.refusal() != ExchangeReader::Refusal::None)
-            break;
-        // Deliberate: ends of elements count like starts without attributes, so that each </node> lists a
-        // node 0 and each closed object is followed by the value 0 of object 0000h.
-        const QXmlStreamReader &xml = reader.xml();
-        if (xml.name() == QLatin1String("node")) {
-            nodeId = static_cast<quint8>(numberOf(xml.attributes(), "nodeid") & 0xFF);
-            store.appendNode(nodeId);
-        } else if (xml.name() == QLatin1String("object")) {
-            const QXmlStreamAttributes attributes = xml.attributes();
-            const auto index = static_cast<quint16>(numberOf(attributes, "index") & 0xFFFF);
-            const auto subIndex = static_cast<quint8>(numberOf(attributes, "sub") & 0xFF);
-            store.setValue(nodeId, index, subIndex, QVariant(signedNumber(attributes, "value")));
-        }
-    }
+    importThrough(reader, store);
     return reader.isComplete();
+}
+
+QString importChecked(const QString &text, NodeStore &store)
+{
+    // As it is written, a file has no fault but that it may be empty; the parser takes far longer.
+    if (importAsWritten(text, store) && !store.nodeList().isEmpty())
+        return QString();
+    ExchangeReader reader(text, exchangeChunkSize);
+    const bool hasNode = importThrough(reader, store);
+    return problemOf(reader, hasNode);
 }
 
 QString exchangeProblem(const QString &text)
 {
-    // Letter by letter as it is written, a file has no fault but that it may be empty; the parser takes far longer.
-    NodeStore written;
-    if (importAsWritten(text, written) && !written.nodeList().isEmpty())
-        return QString();
-
-    bool hasNode = false;
-    ExchangeReader reader(text, exchangeChunkSize);
-    while (!reader.atEnd()) {
-        reader.readNextTag();
-        hasNode = hasNode || isNode(reader.xml());
-    }
-
-    return problemOf(reader, hasNode);
+    NodeStore store;
+    return importChecked(text, store);
 }
 
 QDateTime exchangeDate(const QString &text)

@@ -52,6 +52,11 @@ QString exchangeProblem(const QString &text);
 /*! When \a text says that it was exported, in local time; invalid when it does not say. */
 QDateTime exchangeDate(const QString &text);
 
+/*! importFrom() and exchangeProblem() in one, for the time of one: fills \a store as the former does and returns what the
+ *  latter says.
+ */
+QString importChecked(const QString &text, NodeStore &store);
+
 /*! The longest text that loadExchangeFile() reads, in characters; a vehicle of 127 nodes has 2 million. */
 constexpr int maximumExchangeFileSize = 64 * 1024 * 1024;
 
