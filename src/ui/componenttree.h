@@ -44,11 +44,13 @@ public:
     /*! Writes a node's NMT state into its first row; does nothing for a node without a row. */
     void showNmtState(quint8 nodeId, NmtSender::NmtState state);
 
+    /*! Makes the first column as wide as its contents and header, and others wider where they need it. */
+    void fitColumns();
+
 private:
     std::unique_ptr<QTreeWidgetItem> makeRow(const Component &component);
     QIcon iconOf(const Component &component);
     static void fillRow(QTreeWidgetItem &row, const Component &component);
-    void fitColumns();
     void widenColumns();
     int contentsWidth(int column) const;
 

@@ -71,7 +71,7 @@ OverviewForm::OverviewForm(QWidget *parent)
     , m_ui(std::make_unique<Ui::OverviewForm>())
 {
     m_ui->setupUi(this);
-    fitRowsToFont();
+    fitToFont();
 
     m_titleItem = NetworkPicture::create(*m_ui->graphicsView, this);
 
@@ -139,7 +139,7 @@ void OverviewForm::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange)
-        fitRowsToFont();
+        fitToFont();
     if (event->type() == QEvent::LanguageChange) {
         m_ui->retranslateUi(this);
         m_informationDialogs->retranslate();
@@ -147,9 +147,10 @@ void OverviewForm::changeEvent(QEvent *event)
     }
 }
 
-// A row of usual height would cut a large font.
-void OverviewForm::fitRowsToFont()
+// A row of usual height would cut a large font, a column of usual width the first header.
+void OverviewForm::fitToFont()
 {
+    ComponentTree(*m_ui->treeWidget).fitColumns();
     for (QTableWidget *table : {m_ui->tblParameters, m_ui->tblValues}) {
         const int height = std::max(usualRowHeight, table->fontMetrics().height());
         table->verticalHeader()->setDefaultSectionSize(height);

@@ -73,7 +73,7 @@ protected:
 private:
     void createContextActions();
     void rebuildComponentTree();
-    void fitRowsToFont();
+    void fitToFont();
     void retranslateRows();
     void showDialog(InformationDialog dialog);
 

@@ -44,6 +44,7 @@ private slots:
     void widgetTree();
     void splitters();
     void treeWidget();
+    void headersOfTheTreeAreWhole();
     void tables_data();
     void tables();
     void rowsGrowWithTheFont();
@@ -126,6 +127,17 @@ void tst_FormLayout::treeWidget()
     QVERIFY(tree->alternatingRowColors());
     QCOMPARE(tree->iconSize(), QSize(32, 32));
     QCOMPARE(tree->contextMenuPolicy(), Qt::CustomContextMenu);
+}
+
+void tst_FormLayout::headersOfTheTreeAreWhole()
+{
+    FormBench bench;
+    const auto *header = bench.find<QTreeWidget>("treeWidget")->header();
+    const auto *tree = bench.find<QTreeWidget>("treeWidget");
+    for (int column = 0; column < 3; ++column) {
+        const int needed = header->fontMetrics().horizontalAdvance(tree->headerItem()->text(column));
+        QVERIFY2(header->sectionSize(column) > needed, qPrintable(QString::number(column)));
+    }
 }
 
 void tst_FormLayout::tables_data()
