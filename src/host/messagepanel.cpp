@@ -23,7 +23,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto layoutDelay = 50ms;
-constexpr int usualHeight = 110;
+constexpr int usualHeight = 84;
 constexpr int usualWidth = 600;
 
 } // namespace

@@ -12,6 +12,7 @@
 #include <QStyle>
 #include <QToolButton>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -115,20 +116,48 @@ void StatusLine::refresh()
     m_cancel->setToolTip(tr("End the read; what was read stays (Esc)"));
     m_cancel->setVisible(m_services->reads().isReading());
     m_cancel->setEnabled(!m_services->reads().isCancelled());
-    m_frames->setVisible(isConnected);
-    m_nodes->setVisible(isConnected);
     m_frames->setText(tr("Frames: %1/s").arg(m_framesPerSecond));
     m_nodes->setText(tr("Nodes: %1").arg(m_bus->heartbeats().activeNodeCount()));
 
     const BusCounters counters = m_bus->counters();
     m_uploads->setText(uploadText());
-    m_uploads->setVisible(!m_services->reads().isReading()); // the place of the read needs the room
     m_uploads->setToolTip(
         tr("Objects of this read, or of the last one. Since the bus was connected: requests repeated: %1, "
            "frames sent again: %2, overruns: %3")
             .arg(counters.uploadRepeats)
             .arg(counters.writeRetries)
             .arg(m_services->interfaceHealth().overruns()));
+    showFigures();
+}
+
+void StatusLine::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    showFigures();
+}
+
+// The sentence is worth more than the figures: only those stand beside it that leave it whole.
+void StatusLine::showFigures()
+{
+    const bool isConnected = m_bus->state() == BusConnection::State::Connected;
+    const bool isReading = m_services->reads().isReading(); // its place needs the room
+    const QMargins margins = layout()->contentsMargins();
+    int room = width() - margins.left() - margins.right()
+               - m_state->fontMetrics().horizontalAdvance(m_state->text());
+    const auto place = [this, &room](QWidget *widget, bool isWanted) {
+        const int needed = widget->sizeHint().width() + layout()->spacing();
+        const bool isShown = isWanted && needed <= room;
+        room -= isShown ? needed : 0;
+        return isShown;
+    };
+    for (QWidget *widget : {static_cast<QWidget *>(m_progress), static_cast<QWidget *>(m_timeLeft),
+                            static_cast<QWidget *>(m_cancel)}) {
+        if (!widget->isHidden())
+            room -= std::min(widget->sizeHint().width(), widget->maximumWidth()) + layout()->spacing();
+    }
+    m_nodes->setVisible(place(m_nodes, isConnected));
+    m_frames->setVisible(place(m_frames, isConnected));
+    m_uploads->setVisible(place(m_uploads, !isReading));
 }
 
 void StatusLine::changeEvent(QEvent *event)

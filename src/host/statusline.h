@@ -35,6 +35,7 @@ signals:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void build();
@@ -43,6 +44,7 @@ private:
     QString readText() const;
     QString uploadText() const;
     void showProgress();
+    void showFigures();
     void handleState(BusConnection::State state);
     void measureFrameRate();
 

@@ -46,6 +46,7 @@ private slots:
     void showsWhyBusCannotBeOpened();
     void saysWhatTheBusDoes();
     void showsHowFarTheReadIs();
+    void sentenceHasRoomBeforeFigures();
     void saysThatBusIsLost();
     void saysWhereReadEnded();
     void choiceIsClosedWhileConnected();
@@ -150,6 +151,7 @@ void tst_MainWindow::showsHowFarTheReadIs()
     std::chrono::milliseconds now{1000};
     Host host([&now] { return now; });
     MainWindow window(&host.services, &host.session);
+    window.resize(1600, 700); // room for the end of the read and the figures
     window.show();
     QVERIFY(host.services.bus().connectToBus(fakeSettings(), nullptr));
     const auto *progress = window.findChild<QProgressBar *>(QStringLiteral("readProgress"));
@@ -182,6 +184,49 @@ void tst_MainWindow::showsHowFarTheReadIs()
     QTRY_VERIFY(!progress->isVisible());
     QVERIFY(uploads->isVisible());
     QVERIFY(!timeLeft->isVisible());
+}
+
+void tst_MainWindow::sentenceHasRoomBeforeFigures()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    window.show();
+    QVERIFY(host.services.bus().connectToBus(fakeSettings(), nullptr));
+    host.fake.addNode(1);
+    host.services.getSdoClient()->upload(1, 0x1000, 0, 7, 100);
+    QTRY_COMPARE(labelText(window, "uploadsLabel"), QStringLiteral("SDO: 1 read, 0 not there, 0 failed"));
+    QTRY_VERIFY(!host.services.reads().isReading());
+    auto *status = window.findChild<StatusLine *>();
+    const auto figures = [&window] {
+        QStringList shown;
+        for (const char *name : {"nodesLabel", "framesLabel", "uploadsLabel"}) {
+            if (!window.findChild<QLabel *>(QLatin1String(name))->isHidden())
+                shown.append(QLatin1String(name));
+        }
+        return shown;
+    };
+    const auto *sentence = window.findChild<QLabel *>(QStringLiteral("stateLabel"));
+    const QStringList all{QStringLiteral("nodesLabel"), QStringLiteral("framesLabel"),
+                          QStringLiteral("uploadsLabel")};
+    QStringList before = all;
+    status->showNotice(QStringLiteral("Short."));
+    QCOMPARE(figures(), all);
+    // As the sentence grows, one after the other goes, and the sentence stays whole.
+    QString text;
+    while (!before.isEmpty()) {
+        text += QLatin1Char('x');
+        status->showNotice(text);
+        const QStringList shown = figures();
+        QVERIFY(shown == before || shown == before.mid(0, before.size() - 1));
+        before = shown;
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        QVERIFY2(sentence->width() >= sentence->fontMetrics().horizontalAdvance(text) || shown.isEmpty(),
+                 qPrintable(QString::number(sentence->width())));
+    }
+    // A wider window has room for them again.
+    window.resize(window.width() * 2, window.height());
+    QCoreApplication::processEvents();
+    QCOMPARE(figures(), all);
 }
 
 void tst_MainWindow::saysThatBusIsLost()
