@@ -6,11 +6,13 @@
 #include <interpreter/batterytexts.h>
 #include <interpreter/datainterpreter.h>
 #include <interpreter/objects.h>
+#include <store/unnamedfile.h>
 #include <store/wholefile.h>
 #include <system/systemerrortext.h>
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QPrinter>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -65,6 +67,38 @@ void removeEmptyPages(QTextDocument &document)
     }
     cursor.endEditBlock();
 }
+
+/*! An empty file in the folder of another. It has no name where the system has such files, so that nothing of it stays
+ *  whatever ends the program.
+ */
+class PrintFile
+{
+public:
+    explicit PrintFile(const QString &path)
+    {
+        const int descriptor = UnnamedFile::open(QFileInfo(path).path());
+        if (descriptor >= 0) {
+            m_file = std::make_unique<QFile>();
+            m_file->open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+            m_name = UnnamedFile::path(descriptor);
+            return;
+        }
+        auto file = std::make_unique<QTemporaryFile>(path + QLatin1String(".XXXXXX"));
+        file->open();
+        m_name = file->fileName();
+        m_file = std::move(file);
+    }
+
+    bool isOpen() const { return m_file->isOpen(); }
+    QString errorString() const { return m_file->errorString(); }
+    /*! By which the printer opens it. */
+    QString name() const { return m_name; }
+    QByteArray readAll() { return m_file->readAll(); }
+
+private:
+    std::unique_ptr<QFile> m_file;
+    QString m_name;
+};
 
 } // namespace
 
@@ -196,11 +230,11 @@ bool pdfWriter::writeHtml(const QString &path)
 bool pdfWriter::writePdf(const QString &path)
 {
     // The printer truncates its file at once and hardly reports errors, so it gets a file beside the target.
-    QTemporaryFile printed(path + QLatin1String(".XXXXXX"));
-    if (!printed.open())
+    PrintFile printed(path);
+    if (!printed.isOpen())
         return failed(path, printed.errorString());
 
-    print(printed.fileName());
+    print(printed.name());
     const QByteArray pdf = printed.readAll();
     if (!isCompletePdf(pdf))
         return failed(path, tr("printing broke off, perhaps because the disk is full"));

@@ -55,11 +55,16 @@ int UnnamedFile::open(const QString &folder)
 {
     constexpr mode_t permissions = 0666; // less the user's mask
     const int descriptor
-        = ::open(QFile::encodeName(folder).constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, permissions);
+        = ::open(QFile::encodeName(folder).constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, permissions);
     if (descriptor < 0 || access(pathOf(descriptor).constData(), F_OK) == 0)
         return descriptor;
     close(descriptor); // it could not be given a name
     return -1;
+}
+
+QString UnnamedFile::path(int descriptor)
+{
+    return QFile::decodeName(pathOf(descriptor));
 }
 
 bool UnnamedFile::giveName(int descriptor, const QString &fileName, QString *error)

@@ -9,6 +9,11 @@ int UnnamedFile::open(const QString &folder)
     return -1;
 }
 
+QString UnnamedFile::path(int)
+{
+    return {};
+}
+
 bool UnnamedFile::giveName(int descriptor, const QString &fileName, QString *error)
 {
     Q_UNUSED(descriptor)

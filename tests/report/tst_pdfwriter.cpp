@@ -17,6 +17,9 @@
 #ifdef Q_OS_UNIX
 #include <unistd.h>
 #endif
+#ifdef Q_OS_LINUX
+#include <sys/inotify.h>
+#endif
 
 namespace {
 
@@ -441,6 +444,33 @@ private slots:
         writer.addRow(QStringLiteral("Name"), QStringLiteral("25.30 \u00B0C \u7535\u6C60"));
         QVERIFY(writer.writeFiles(m_folder->path()));
         QCOMPARE(contentOf(html()), QTextCodec::codecForLocale()->fromUnicode(writer.html()));
+    }
+
+    // A program that is killed while it prints leaves what has a name by then.
+    void nothingHasANameBeforeItIsComplete()
+    {
+#ifdef Q_OS_LINUX
+        const int watch = inotify_init1(IN_NONBLOCK);
+        QVERIFY(
+            inotify_add_watch(watch, QFile::encodeName(m_folder->path()).constData(), IN_CREATE | IN_MOVED_TO)
+            >= 0);
+        pdfWriter writer;
+        addDevice(writer, QStringLiteral("Device"), 3);
+        QVERIFY(writer.writeFiles(m_folder->path()));
+
+        alignas(inotify_event) char bytes[4096];
+        const ssize_t count = read(watch, bytes, sizeof bytes);
+        QStringList names;
+        for (ssize_t i = 0; i < count;) {
+            const auto *event = reinterpret_cast<const inotify_event *>(bytes + i);
+            names.append(QString::fromLocal8Bit(event->name));
+            i += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
+        }
+        close(watch);
+        QCOMPARE(names, (QStringList{QStringLiteral("dx_report.html"), QStringLiteral("dx_report.pdf")}));
+#else
+        QSKIP("Only here files can be without a name");
+#endif
     }
 
     void unwritableFolderIsReported_data()
