@@ -28,6 +28,13 @@ QFileDialog *makeDialog(QWidget *window, const QString &name, const QString &tit
     return dialog;
 }
 
+/*! Whether there is something that is no file: a pipe, for instance, could keep the window waiting. */
+bool isOther(const QString &fileName)
+{
+    const QFileInfo info(fileName);
+    return info.exists() && !info.isFile();
+}
+
 } // namespace
 
 VehicleFiles::VehicleFiles(ShownVehicle *vehicle, QWidget *window)
@@ -95,9 +102,7 @@ void VehicleFiles::whenKept(const Action &proceed)
 
 void VehicleFiles::show(const QString &fileName)
 {
-    const QFileInfo file(fileName);
-    // What is there and is no file, a pipe for instance, could keep the window waiting.
-    if (file.exists() && !file.isFile()) {
+    if (isOther(fileName)) {
         refuse(fileName, tr("%1 is not a file.").arg(QDir::toNativeSeparators(fileName)));
         return;
     }
@@ -133,6 +138,10 @@ void VehicleFiles::showText(const QString &fileName, const QString &text, const 
 
 bool VehicleFiles::write(const QString &fileName)
 {
+    if (isOther(fileName)) {
+        emit failed(tr("%1 is not a file.").arg(QDir::toNativeSeparators(fileName)));
+        return false;
+    }
     QString reason;
     if (!saveExchangeFile(fileName, m_exchange.text(), &reason)) {
         emit failed(reason);

@@ -3,12 +3,14 @@
 
 #include <host/core/recentfiles.h>
 #include <host/mainwindow.h>
+#include <host/vehiclefiles.h>
 #include <tests/support/filedialogdriver.h>
 
 #include <QAction>
 #include <QDir>
 #include <QDropEvent>
 #include <QFile>
+#include <QFileDialog>
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
@@ -17,6 +19,10 @@
 #include <QTemporaryDir>
 #include <QTreeWidget>
 #include <QtTest>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
 
 namespace {
 
@@ -145,6 +151,7 @@ private slots:
     void buttonOfThePluginOpensByTheHost();
     void savesAndSaysWhere();
     void saveThatFailsIsNoSave();
+    void pipeDoesNotHoldTheWindow();
     void opensRecentFiles();
     void forgetsAFileThatIsGone();
     void takesADroppedFile();
@@ -268,6 +275,25 @@ void tst_VehicleFiles::saveThatFailsIsNoSave()
     QVERIFY2(bench.box()->text().contains(QStringLiteral("/proc/saved.dxxml cannot be written: ")),
              qPrintable(bench.box()->text()));
     QVERIFY(bench.window->vehicle().isUnsaved());
+}
+
+void tst_VehicleFiles::pipeDoesNotHoldTheWindow()
+{
+#ifdef Q_OS_UNIX
+    Bench bench;
+    bench.receiveValues();
+    const QString name = bench.folder.filePath(QStringLiteral("pipe.dxxml"));
+    QCOMPARE(mkfifo(QFile::encodeName(name).constData(), 0600), 0);
+    bench.window->findChild<VehicleFiles *>()->save();
+    auto *dialog = bench.window->findChild<QFileDialog *>(QStringLiteral("saveDialog"));
+    QVERIFY(dialog != nullptr);
+    emit dialog->fileSelected(name); // as if the dialog let it pass
+    QVERIFY(bench.box() != nullptr);
+    QCOMPARE(bench.box()->text(), name + QStringLiteral(" is not a file."));
+    QVERIFY(bench.window->vehicle().isUnsaved());
+#else
+    QSKIP("There are no named pipes in the file system");
+#endif
 }
 
 void tst_VehicleFiles::opensRecentFiles()
