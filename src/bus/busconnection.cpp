@@ -23,6 +23,7 @@ BusConnection::BusConnection(QObject *parent)
     : QObject(parent)
     , m_sdoClient([this](const QCanBusFrame &frame) { return send(frame); })
 {
+    m_sdoClient.setBusLoad(&m_load);
     m_retryTimer.setInterval(retryInterval);
     connect(&m_retryTimer, &QTimer::timeout, this, &BusConnection::tryAgain);
     connect(&m_watch, &InterfaceWatch::lost, this, [this](InterfaceWatch::Presence presence) {
@@ -101,7 +102,10 @@ const QCanBusDevice *BusConnection::device() const
 
 CanOpen::Sending BusConnection::send(const QCanBusFrame &frame)
 {
-    return m_port != nullptr ? m_port->send(frame) : CanOpen::Sending::Dropped;
+    if (m_port == nullptr)
+        return CanOpen::Sending::Dropped;
+    m_load.note(frame);
+    return m_port->send(frame);
 }
 
 BusConnection::Attempt BusConnection::open(QString *errorMessage)
@@ -142,6 +146,7 @@ BusConnection::Attempt BusConnection::open(QString *errorMessage)
 void BusConnection::adoptPort(std::unique_ptr<CanOpen::CanPort> port)
 {
     m_port = std::move(port);
+    m_load.setBitRate(BusOpener::bitRate(m_settings, *m_port->device()));
     connect(m_port.get(), &CanOpen::CanPort::frameReceived, this, &BusConnection::handleFrame);
     connect(m_port.get(), &CanOpen::CanPort::lost, this, &BusConnection::handleLoss);
     connect(m_port.get(), &CanOpen::CanPort::written, &m_sdoClient, &CanOpen::SdoClient::handleWritten);
@@ -166,6 +171,7 @@ void BusConnection::releasePort()
 void BusConnection::handleFrame(const QCanBusFrame &frame)
 {
     const QPointer<BusConnection> alive(this);
+    m_load.note(frame);
     m_heartbeats.handleFrame(frame);
     if (alive.isNull())
         return;

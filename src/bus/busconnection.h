@@ -5,6 +5,7 @@
 #include "bussettings.h"
 #include "interfacewatch.h"
 
+#include <canopen/busload.h>
 #include <canopen/heartbeatconsumer.h>
 #include <canopen/sdoclient.h>
 
@@ -82,6 +83,9 @@ public:
 
     BusCounters counters() const;
 
+    /*! Of all frames; its bit rate is known when the back end or the settings tell it. */
+    const CanOpen::BusLoad &load() const { return m_load; }
+
     CanOpen::SdoClient &sdoClient() { return m_sdoClient; }
     CanOpen::HeartbeatConsumer &heartbeats() { return m_heartbeats; }
     InterfaceWatch &interfaceWatch() { return m_watch; }
@@ -121,6 +125,7 @@ private:
     InterfaceWatch m_watch;
     QTimer m_retryTimer;
     CanOpen::HeartbeatConsumer m_heartbeats;
+    CanOpen::BusLoad m_load;
     std::unique_ptr<CanOpen::CanPort> m_port;
     CanOpen::SdoClient m_sdoClient;
 };

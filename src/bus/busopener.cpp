@@ -41,6 +41,16 @@ std::unique_ptr<CanOpen::CanPort> BusOpener::makePort(const BusSettings &setting
     return std::make_unique<CanOpen::CanPort>(std::move(device));
 }
 
+int BusOpener::bitRate(const BusSettings &settings, const QCanBusDevice &device)
+{
+    const BackEnd &backEnd = BackEnd::find(settings.address.plugin);
+    if (!backEnd.hasBitRate)
+        return 0;
+    if (backEnd.isConfiguredOutside)
+        return settings.bitRate.value_or(0);
+    return device.configurationParameter(QCanBusDevice::BitRateKey).toInt();
+}
+
 bool BusOpener::configureInterface(const BusSettings &settings, QString *errorMessage) const
 {
     // A refused bit rate does not make connecting fail, but a connected device keeps no parameter that it

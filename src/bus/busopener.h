@@ -36,6 +36,9 @@ public:
     /*! Null on failure, with a sentence for the user in \a errorMessage. */
     std::unique_ptr<CanOpen::CanPort> makePort(const BusSettings &settings, QString *errorMessage) const;
 
+    /*! At which an interface runs that was opened with these settings, in bit/s; 0: not known. */
+    static int bitRate(const BusSettings &settings, const QCanBusDevice &device);
+
 private:
     bool configureInterface(const BusSettings &settings, QString *errorMessage) const;
     std::unique_ptr<QCanBusDevice> makeDevice(const BusAddress &address, QString *errorMessage) const;

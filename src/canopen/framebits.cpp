@@ -17,8 +17,10 @@ constexpr int bitsPerStuffBit = 10; // ordinary data; the worst case is 4
 
 int frameBits(const QCanBusFrame &frame)
 {
-    const int dataBits
-        = frame.frameType() == QCanBusFrame::RemoteRequestFrame ? 0 : 8 * frame.payload().size();
+    const QCanBusFrame::FrameType type = frame.frameType();
+    if (type != QCanBusFrame::DataFrame && type != QCanBusFrame::RemoteRequestFrame)
+        return 0;
+    const int dataBits = type == QCanBusFrame::DataFrame ? 8 * frame.payload().size() : 0;
     const bool isExtended = frame.hasExtendedFrameFormat();
     const int stuffable = (isExtended ? extendedStuffable : standardStuffable) + dataBits;
     return (isExtended ? extendedBits : standardBits) + dataBits + stuffable / bitsPerStuffBit;

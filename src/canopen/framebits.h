@@ -5,7 +5,7 @@ class QCanBusFrame;
 
 namespace CanOpen {
 
-/*! Bits that \a frame takes on the wire, the three bits between frames included.
+/*! Bits that \a frame takes on the wire, the three bits between frames included; 0 for what is no frame of a bus.
  *
  *  Standard format 47 + 8n bits, extended format 67 + 8n bits for n data bytes (none in a remote frame), and
  *  ordinary stuffing: one bit for every ten of those that can be stuffed (34 + 8n, 54 + 8n). A standard frame

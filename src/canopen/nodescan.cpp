@@ -73,7 +73,8 @@ void NodeScan::handleOutcome(const SdoOutcome &outcome)
     --m_waiting;
     if (outcome.kind == SdoOutcome::Kind::Cancelled)
         m_next = lastNodeId + 1;
-    m_silent.set(outcome.nodeId, outcome.kind == SdoOutcome::Kind::Timeout && !outcome.isUnasked);
+    m_silent.set(outcome.nodeId,
+                 outcome.kind == SdoOutcome::Kind::Timeout && !outcome.isUnasked && !outcome.isCrowdedOut);
     askNext();
     const QPointer<NodeScan> self(this);
     if (isSignOfLife(outcome.kind)) {

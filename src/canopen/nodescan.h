@@ -38,8 +38,8 @@ public:
     /*! The nodes that were found so far, in ascending order. */
     QVector<quint8> foundNodes() const;
 
-    /*! The nodes of which nothing is known, in ascending order: no request to them could be written, or the scan
-     *  was ended before they could answer. Not to be taken for absent.
+    /*! The nodes of which nothing is known, in ascending order: no request to them could be written, the bus had no
+     *  room for their answers, or the scan was ended before they could answer. Not to be taken for absent.
      */
     QVector<quint8> unaskedNodes() const;
 
@@ -57,7 +57,7 @@ private:
     std::array<SdoTicket, lastNodeId + 1> m_tickets{}; // by node ID; of nodes asked and without outcome
     int m_waiting = 0;                                 // how many of these
     std::bitset<lastNodeId + 1> m_found;
-    std::bitset<lastNodeId + 1> m_silent; // asked in time, and without an answer
+    std::bitset<lastNodeId + 1> m_silent; // asked in time on a bus with room, and without an answer
 };
 
 } // namespace CanOpen

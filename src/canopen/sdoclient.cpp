@@ -68,11 +68,17 @@ struct SdoClient::Node
     qint64 end = 0;        // of the whole upload
     qint64 answerTime = 0; // that the last first answer took
     bool answerTimed = false;
-    qint64 wait = 0;         // the present one, as the upload has asked for it
-    int unwritten = 0;       // frames that the sender has and that are not on the bus
-    bool isAsked = false;    // a frame of the upload was written
-    int heldUp = 0;          // uploads in a row that another client made fail
-    qint64 foreignSeen = -1; // when that was said last; -1: never
+    qint64 wait = 0;           // the present one, as the upload has asked for it
+    qint64 waitBegan = 0;      // or was looked at last
+    qint64 waitLimit = 0;      // how long the wait for an answer may become on a crowded bus
+    qint64 waited = 0;         // of that
+    quint64 bitsBefore = 0;    // of the bus, when the wait began or was looked at last
+    bool isBusFull = false;    // at the end of the last wait
+    int unwritten = 0;         // frames that the sender has and that are not on the bus
+    bool isAsked = false;      // a frame of the upload was written
+    bool isCrowdedOut = false; // the last upload
+    int heldUp = 0;            // uploads in a row that another client made fail
+    qint64 foreignSeen = -1;   // when that was said last; -1: never
 };
 
 SdoClient::SdoClient(Sender sender, QObject *parent)
@@ -186,6 +192,11 @@ void SdoClient::cancelAll()
     }
 }
 
+bool SdoClient::isCrowdedOut(quint8 nodeId) const
+{
+    return isNodeId(nodeId) && m_nodes[nodeId] && m_nodes[nodeId]->isCrowdedOut;
+}
+
 bool SdoClient::isBusy() const
 {
     return m_pending > 0;
@@ -258,8 +269,10 @@ void SdoClient::startNext(Node &node)
     node.firstWait = std::max({qint64(patience.timeout.count()), qint64(request.timeout.count()), needed});
     node.started = now();
     node.end = node.started + longest;
+    node.waitLimit = longest / (patience.repeats + 1);
     node.answerTimed = false;
     node.isAsked = false;
+    node.isBusFull = false;
     node.upload.setTime(node.started);
     node.upload.setAnswerTime(node.answerTime);
     perform(node, node.upload.start(request.key, request.type, patience.repeats, request.protocol));
@@ -296,6 +309,8 @@ SdoOutcome SdoClient::takeOutcome(Node &node)
     outcome.ticket = node.ticket;
     outcome.nodeId = node.id;
     outcome.isUnasked = !node.isAsked;
+    outcome.isCrowdedOut = outcome.kind == SdoOutcome::Kind::Timeout && node.isAsked && node.isBusFull;
+    node.isCrowdedOut = outcome.isCrowdedOut;
     const bool isHeldUp = outcome.foreignClient && outcome.kind == SdoOutcome::Kind::Error;
     node.heldUp = isHeldUp ? node.heldUp + 1 : 0;
     startNext(node);
@@ -409,8 +424,34 @@ void SdoClient::setDeadline(Node &node, qint64 wait)
     }
     if (wait == 0)
         wait = node.firstWait << std::min(node.upload.attempt(), mostDoublings);
-    node.deadline = std::min(now() + wait, node.end);
+    node.waited = 0;
+    node.waitBegan = now();
+    node.bitsBefore = m_load != nullptr ? m_load->bits() : 0;
+    node.deadline = std::min(node.waitBegan + wait, node.end);
     armTimer(node.deadline);
+}
+
+// The load of the bus since the present wait began or was looked at last; 0 when nothing is known of it.
+double SdoClient::busShare(const Node &node, qint64 time) const
+{
+    if (m_load == nullptr)
+        return 0;
+    return m_load->share(node.bitsBefore, milliseconds(time - node.waitBegan)).value_or(0);
+}
+
+// The end of a wait for an answer: whether it goes on for as long again, as the bus had hardly room for the answer.
+bool SdoClient::waitOn(Node &node, qint64 time)
+{
+    const double share = node.wait == 0 ? busShare(node, time) : 0;
+    const qint64 lasted = time - node.waitBegan;
+    node.isBusFull = share >= BusLoad::fullShare;
+    node.waited += lasted;
+    if (share < BusLoad::crowdedShare || node.waited >= node.waitLimit || time >= node.end)
+        return false;
+    node.waitBegan = time;
+    node.bitsBefore = m_load->bits();
+    node.deadline = std::min({time + lasted, time + node.waitLimit - node.waited, node.end});
+    return true;
 }
 
 void SdoClient::checkDeadlines()
@@ -418,6 +459,8 @@ void SdoClient::checkDeadlines()
     const qint64 time = now();
     for (const std::unique_ptr<Node> &node : m_nodes) {
         if (!node || !node->upload.isActive() || node->deadline > time)
+            continue;
+        if (waitOn(*node, time))
             continue;
         node->upload.setTime(time);
         const SdoUpload::Step step = time >= node->end ? node->upload.giveUp() : node->upload.timeOver();

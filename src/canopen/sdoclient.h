@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "busload.h"
 #include "cobid.h"
 #include "datatype.h"
 #include "objectkey.h"
@@ -42,6 +43,9 @@ struct SdoPatience
  *  rest through handleWritten() and handleDropped(). An upload of which no frame was written ends with
  *  SdoOutcome::isUnasked.
  *
+ *  While the bus is crowded an answer may wait for it as long as a request: then each wait for an answer lasts until
+ *  there is room again, or its part of the upload's whole time is over.
+ *
  *  Another client of a node is waited for. After maximumHeldUp uploads in a row that it has made fail, the next
  *  ones of that node have only heldUpTime, until one gets through.
  *
@@ -57,13 +61,13 @@ public:
     /*! The time since some point in the past; never goes back. */
     using Clock = std::function<std::chrono::milliseconds()>;
 
-    /*! Without a \a clock of its caller's the client takes the time from the system. */
     /*! Uploads of one node that another client may make fail before the following ones get less time. */
     static constexpr int maximumHeldUp = 3;
     static constexpr std::chrono::milliseconds heldUpTime{500};
     /*! How long after foreignClientSeen() the same node is not named again. */
     static constexpr std::chrono::milliseconds foreignClientPause{10000};
 
+    /*! Without a \a clock of its caller's the client takes the time from the system. */
     explicit SdoClient(Sender sender, QObject *parent = nullptr);
     SdoClient(Sender sender, Clock clock, QObject *parent = nullptr);
     ~SdoClient() override;
@@ -72,6 +76,12 @@ public:
     void setDefaultPatience(const SdoPatience &patience);
     /*! The patience with one node (1 to 127). */
     void setPatience(quint8 nodeId, const SdoPatience &patience);
+
+    /*! What tells how full the bus is; its caller's, and must outlive the client. Null, as at first: nothing does. */
+    void setBusLoad(const BusLoad *load) { m_load = load; }
+
+    /*! Whether the last upload of the node had no answer and SdoOutcome::isCrowdedOut. */
+    bool isCrowdedOut(quint8 nodeId) const;
 
     /*! Reads an object; the outcome carries the ticket that is returned. \a timeout, when positive, replaces
      *  the time-out of the patience for this upload, if that is shorter. The reading of a node ID outside
@@ -133,12 +143,15 @@ private:
     void noteAnswerTime(Node &node);
     void noteForeignClient(Node &node);
     void setDeadline(Node &node, qint64 wait);
+    double busShare(const Node &node, qint64 time) const;
+    bool waitOn(Node &node, qint64 time);
     void settleWaiting(const QCanBusFrame &frame, bool isWritten);
     qint64 now() const { return m_clock().count(); }
     void armTimer(qint64 deadline);
     void armTimerForAll();
 
     Sender m_sender;
+    const BusLoad *m_load = nullptr;
     SdoPatience m_defaultPatience;
     std::array<std::unique_ptr<Node>, lastNodeId + 1> m_nodes; // by node ID; made when first used
     SdoTicket m_lastTicket = 0;

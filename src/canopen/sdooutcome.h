@@ -39,6 +39,8 @@ struct SdoOutcome
     int repeats = 0; // how often the request was repeated
     /*! No request has gone out; nothing is known of the device. */
     bool isUnasked = false;
+    /*! Of a time-out: the bus was full when the wait ended, so that the answer may have found no room on it. */
+    bool isCrowdedOut = false;
     /*! Another client used the node and held the upload up. */
     bool foreignClient = false;
     /*! Of an error: the answers could not be told from copies of earlier ones, or from frames nobody asked for. */

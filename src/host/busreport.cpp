@@ -207,6 +207,8 @@ void BusReport::handleReadEnd(const ReadSummary &summary)
 {
     const QString text = ReadWords::end(summary, m_services->silenceOf(summary.nodeId));
     add(severityOf(summary), text);
+    if (summary.end == ReadSummary::End::Complete && m_services->wasBusFull())
+        add(Severity::Warning, ReadWords::nodesMayBeMissing());
     const QStringList failures = ReadWords::failures(summary.failuresBeside());
     for (const QString &sentence : failures)
         add(Severity::Warning, sentence);

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "babblesource.h"
 
-#include "wire.h"
-
-#include <canopen/framebits.h>
-
 #include <canopen/cobid.h>
+#include <canopen/framebits.h>
 #include <canopen/sdoframe.h>
 
 namespace Simulator {

@@ -158,7 +158,9 @@ void SimulatedBus::deliverFromWire()
         m_idealTime = transmission->end;
         m_deliveryTime = AlarmClock::now();
         m_lateness = std::min(m_deliveryTime - transmission->end, mostLateness);
-        deliver(transmission->frame, transmission->station >> stationBits);
+        const quint64 sender = transmission->station >> stationBits;
+        tellSender(sender);
+        deliver(transmission->frame, sender);
         m_idealTime.reset();
         finishBatch();
         if (m_isLost)
@@ -182,6 +184,16 @@ void SimulatedBus::scheduleWire()
     if (*next != m_alarmTime) {
         m_alarmTime = *next;
         m_alarm->set(*next);
+    }
+}
+
+void SimulatedBus::tellSender(quint64 number)
+{
+    for (const Member &member : qAsConst(m_members)) {
+        if (member.number == number && member.participant != nullptr) {
+            member.participant->sent();
+            return;
+        }
     }
 }
 

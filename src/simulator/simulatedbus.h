@@ -31,6 +31,9 @@ public:
     /*! All frames that arrived together were given to receive(). */
     virtual void batchReceived() {}
 
+    /*! A frame of its own is through, on a bus with a bit rate; the others have not received it yet. */
+    virtual void sent() {}
+
     /*! The bus is gone. */
     virtual void busLost(BusLoss loss) { Q_UNUSED(loss) }
 
@@ -104,6 +107,7 @@ private:
     void scheduleWire();
     void dropDetached();
     quint64 numberOf(const BusParticipant *participant) const;
+    void tellSender(quint64 number);
     Wire::Time readyTime(const BusParticipant &sender) const;
 
     int m_bitRate;

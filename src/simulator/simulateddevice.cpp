@@ -64,6 +64,7 @@ bool SimulatedCanDevice::open()
     }
     m_received.clear();
     m_isUnplugged = false;
+    QCanBusDevice::setConfigurationParameter(BitRateKey, m_bus->bitRate());
     m_bus->attach(this);
     setState(ConnectedState);
     return true;
@@ -90,7 +91,6 @@ bool SimulatedCanDevice::joinSegment()
         return false;
     }
     m_bus = m_segment->bus();
-    QCanBusDevice::setConfigurationParameter(BitRateKey, m_bus->bitRate());
     return true;
 }
 
@@ -99,6 +99,8 @@ void SimulatedCanDevice::leaveBus()
     if (m_bus)
         m_bus->detach(this);
     m_received.clear();
+    while (hasOutgoingFrames())
+        dequeueOutgoingFrame();
     m_segment.reset();
     m_bus.reset();
 }
@@ -129,8 +131,17 @@ bool SimulatedCanDevice::writeFrame(const QCanBusFrame &frame)
         setError(tr("No buffer space available"), WriteError);
         return false;
     }
-    emit framesWritten(1);
+    if (m_bus->bitRate() > 0)
+        enqueueOutgoingFrame(frame); // until it is through
+    else
+        emit framesWritten(1);
     return true;
+}
+
+void SimulatedCanDevice::sent()
+{
+    dequeueOutgoingFrame();
+    emit framesWritten(1);
 }
 
 QString SimulatedCanDevice::interpretErrorFrame(const QCanBusFrame &errorFrame)
@@ -157,6 +168,10 @@ void SimulatedCanDevice::batchReceived()
 void SimulatedCanDevice::busLost(BusLoss loss)
 {
     m_isUnplugged = true;
+    while (hasOutgoingFrames()) {
+        dequeueOutgoingFrame();
+        setError(tr("No such device or address"), WriteError);
+    }
     if (loss == BusLoss::Disconnected)
         drop();
 }

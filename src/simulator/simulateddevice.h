@@ -20,6 +20,9 @@ class SimulatedSegment;
  *  that disconnects. BitRateKey paces the bus: a bit rate of CAN, or 0 for as fast as possible; the vehicle's
  *  own (250000 as a rule) when it is not set. Another rate than the bus runs at already, and one that CAN
  *  does not know, are refused at connect.
+ *
+ *  On a paced bus framesWritten() comes when a frame is through, as with an adapter that confirms what it has sent;
+ *  until then it is one of framesToWrite().
  */
 class SimulatedCanDevice : public QCanBusDevice, private BusParticipant
 {
@@ -60,6 +63,7 @@ protected:
 private:
     void receive(const QCanBusFrame &frame) override;
     void batchReceived() override;
+    void sent() override;
     void busLost(BusLoss loss) override;
 
     bool joinSegment();

@@ -53,6 +53,8 @@ private slots:
     void setsBitRateThatWasAskedFor();
     void setsBitRateOfSocketCanFirst();
     void reportsBitRateThatIsRefused();
+    void knowsTheLoad_data();
+    void knowsTheLoad();
     void feedsClientAndConsumer();
     void countsRepeats();
     void deviceThatLeavesIsLost();
@@ -205,6 +207,40 @@ void tst_BusConnection::reportsBitRateThatIsRefused()
     QVERIFY2(error.startsWith(QStringLiteral("The interface can0 does not take the bit rate 250000. ")),
              qPrintable(error));
     QCOMPARE(m_bus->state(), State::Disconnected);
+}
+
+void tst_BusConnection::knowsTheLoad_data()
+{
+    QTest::addColumn<QString>("plugin");
+    QTest::addColumn<int>("bitRate"); // that the user asks for; 0: none
+    QTest::addColumn<double>("share");
+
+    // The device's own rate is 500 kbit/s unless another is set.
+    QTest::newRow("default") << QStringLiteral("fake") << 0 << 0.048;
+    QTest::newRow("asked for") << QStringLiteral("fake") << 250000 << 0.096;
+    QTest::newRow("socketcan, asked for") << QStringLiteral("socketcan") << 250000 << 0.096;
+    QTest::newRow("socketcan, as it is") << QStringLiteral("socketcan") << 0 << -1.0;
+    QTest::newRow("virtualcan has none") << QStringLiteral("virtualcan") << 250000 << -1.0;
+}
+
+void tst_BusConnection::knowsTheLoad()
+{
+    QFETCH(QString, plugin);
+    QFETCH(int, bitRate);
+    m_folder->add(can0, 3);
+    m_fake->prepare
+        = [](FakeCanDevice *device) { device->setConfigurationParameter(QCanBusDevice::BitRateKey, 500000); };
+    BusSettings settings;
+    settings.address = {plugin, can0};
+    if (bitRate > 0)
+        settings.bitRate = bitRate;
+    QVERIFY(m_bus->connectToBus(settings, nullptr));
+    for (int i = 0; i < 10; ++i) {
+        m_fake->device()->inject(QCanBusFrame(0x181, QByteArray(8, 0)));
+        m_bus->send(QCanBusFrame(0x601, QByteArray(8, 0)));
+    }
+    QCOMPARE(m_bus->load().bits(), quint64(2400));
+    QTEST(m_bus->load().share(0, std::chrono::milliseconds(100)).value_or(-1), "share");
 }
 
 void tst_BusConnection::feedsClientAndConsumer()

@@ -17,37 +17,30 @@ private slots:
     void bits();
 };
 
-namespace {
-
-QCanBusFrame frame(quint32 id, int bytes = 8)
-{
-    return QCanBusFrame(id, QByteArray(bytes, '\0'));
-}
-
-} // namespace
-
 void tst_FrameBits::bits_data()
 {
-    QTest::addColumn<QCanBusFrame>("sent");
-    QTest::addColumn<int>("expected");
+    QTest::addColumn<QCanBusFrame>("frame");
+    QTest::addColumn<int>("bits");
 
-    QTest::newRow("no data") << frame(0x700, 0) << 50;
-    QTest::newRow("one byte") << frame(0x700, 1) << 59;
-    QTest::newRow("two bytes") << frame(0x700, 2) << 68;
-    QTest::newRow("eight bytes") << frame(0x700, 8) << 120;
-    QCanBusFrame remote = frame(0x700, 8);
+    const auto frame = [](int bytes) { return QCanBusFrame(0x700, QByteArray(bytes, '\0')); };
+    QTest::newRow("no data") << frame(0) << 50;
+    QTest::newRow("one byte") << frame(1) << 59;
+    QTest::newRow("two bytes") << frame(2) << 68;
+    QTest::newRow("eight bytes") << frame(8) << 120;
+    QCanBusFrame remote = frame(8);
     remote.setFrameType(QCanBusFrame::RemoteRequestFrame);
     QTest::newRow("remote frame") << remote << 50;
-    QCanBusFrame extended = frame(0x12345, 8);
+    QCanBusFrame extended(0x12345, QByteArray(8, '\0'));
     extended.setExtendedFrameFormat(true);
     QTest::newRow("extended") << extended << 142;
+    QTest::newRow("error frame") << QCanBusFrame(QCanBusFrame::ErrorFrame) << 0;
+    QTest::newRow("invalid frame") << QCanBusFrame(QCanBusFrame::InvalidFrame) << 0;
 }
 
 void tst_FrameBits::bits()
 {
-    QFETCH(QCanBusFrame, sent);
-    QFETCH(int, expected);
-    QCOMPARE(frameBits(sent), expected);
+    QFETCH(QCanBusFrame, frame);
+    QTEST(frameBits(frame), "bits");
 }
 
 QTEST_GUILESS_MAIN(tst_FrameBits)

@@ -102,6 +102,7 @@ private slots:
     void asksABoundedNumberSideBySide();
     void cancelledScanEnds();
     void nodesThatCouldNotBeAskedAreNotAbsent();
+    void nodesThatFoundNoRoomAreNotAbsent();
     void nodesThatKeptSilentWereAsked();
     void secondStartChangesNothing();
     void scansAgain();
@@ -224,6 +225,27 @@ void tst_NodeScan::nodesThatCouldNotBeAskedAreNotAbsent()
     QTRY_COMPARE(bus.finishedCount, 1);
     QCOMPARE(bus.result, NodeIds());
     QCOMPARE(bus.scan.unaskedNodes().size(), 127);
+}
+
+void tst_NodeScan::nodesThatFoundNoRoomAreNotAbsent()
+{
+    Bus bus;
+    bus.addNode(9, someType());
+    BusLoad load;
+    load.setBitRate(1); // so that the requests alone fill it
+    bus.client.setBusLoad(&load);
+    connect(bus.device, &FakeCanDevice::sent, this, [&load](const QCanBusFrame &frame) { load.note(frame); });
+    QTimer others;
+    connect(&others, &QTimer::timeout, this,
+            [&load] { load.note(QCanBusFrame(0x181, QByteArray(8, '\0'))); });
+    others.start(10);
+    SdoPatience patience;
+    patience.longest = std::chrono::milliseconds(200);
+    bus.client.setDefaultPatience(patience);
+    bus.scan.start();
+    QTRY_COMPARE(bus.finishedCount, 1);
+    QCOMPARE(bus.result, NodeIds{9});
+    QCOMPARE(bus.scan.unaskedNodes().size(), 126);
 }
 
 void tst_NodeScan::nodesThatKeptSilentWereAsked()

@@ -125,6 +125,32 @@ public:
     SdoClient client;
 };
 
+// The same on a bus of 120 kbit/s, of which others take some percent: one frame of 120 bits a millisecond fills it.
+class LoadedBus : public TimedBus
+{
+public:
+    LoadedBus()
+    {
+        load.setBitRate(120000);
+        client.setBusLoad(&load);
+    }
+
+    void passWithLoad(std::chrono::milliseconds time, int percent)
+    {
+        for (int i = 0; i < time.count(); ++i) {
+            m_owed += percent;
+            for (; m_owed >= 100; m_owed -= 100)
+                load.note(QCanBusFrame(0x181, QByteArray(8, '\0')));
+            pass(1ms);
+        }
+    }
+
+    BusLoad load;
+
+private:
+    int m_owed = 0; // hundredths of a frame
+};
+
 SdoPatience patience(std::chrono::milliseconds timeout, int repeats)
 {
     SdoPatience result;
@@ -178,6 +204,14 @@ private slots:
     void droppedRequestIsRepeated();
     void whatWasNeverWrittenIsUnasked();
     void forgottenFramesDoNotHoldUp();
+
+    void crowdedBusProlongsTheWait();
+    void waitOnACrowdedBusEndsInTime();
+    void lateAnswerOnACrowdedBusIsTaken();
+    void silenceOnAFullBusIsNotTheNodes_data();
+    void silenceOnAFullBusIsNotTheNodes();
+    void onlyTheLastUploadCountsAsCrowdedOut();
+    void waitForAQuietLineIsNotProlonged();
 
     void foreignClientIsNamed();
     void foreignClientDoesNotHoldUpANodeForEver();
@@ -658,6 +692,110 @@ void tst_SdoClient::forgottenFramesDoNotHoldUp()
     bus.client.upload(5, deviceType, DataType::Unsigned32);
     bus.pass(100ms);
     QCOMPARE(bus.outcomes.last().kind, Kind::Timeout);
+}
+
+void tst_SdoClient::crowdedBusProlongsTheWait()
+{
+    LoadedBus bus;
+    bus.client.setDefaultPatience(patience(100ms, 0));
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    bus.passWithLoad(1000ms, 81);
+    QCOMPARE(bus.outcomes.size(), 0);
+    QCOMPARE(bus.sent.size(), 1); // nor asked again
+
+    // There is room again: the wait under way is the last one.
+    bus.passWithLoad(100ms, 78);
+    QCOMPARE(bus.outcomes.size(), 1);
+    QCOMPARE(bus.outcomes.first().kind, Kind::Timeout);
+    QVERIFY(!bus.outcomes.first().isCrowdedOut);
+    QVERIFY(!bus.client.isCrowdedOut(5));
+}
+
+void tst_SdoClient::waitOnACrowdedBusEndsInTime()
+{
+    LoadedBus bus;
+    SdoPatience limited = patience(100ms, 1);
+    limited.longest = 3000ms;
+    bus.client.setDefaultPatience(limited);
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    bus.passWithLoad(1499ms, 99);
+    QCOMPARE(bus.sent.size(), 1);
+    bus.passWithLoad(1ms, 99);
+    QCOMPARE(bus.sent.size(), 3); // its half of the time is over: the abort, and the request again
+    QCOMPARE(bus.outcomes.size(), 0);
+    bus.passWithLoad(1499ms, 99);
+    QCOMPARE(bus.outcomes.size(), 0);
+    bus.passWithLoad(1ms, 99);
+    QCOMPARE(bus.outcomes.size(), 1);
+}
+
+void tst_SdoClient::lateAnswerOnACrowdedBusIsTaken()
+{
+    LoadedBus bus;
+    bus.client.setDefaultPatience(patience(100ms, 0));
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    bus.passWithLoad(2500ms, 98);
+    bus.client.handleFrame(answer(5, "43 00 10 00 07 00 00 00"));
+    QCOMPARE(bus.outcomes.size(), 1);
+    QCOMPARE(bus.outcomes.first().value, QVariant(7u));
+    QVERIFY(!bus.outcomes.first().isCrowdedOut);
+}
+
+void tst_SdoClient::silenceOnAFullBusIsNotTheNodes_data()
+{
+    QTest::addColumn<int>("percent");
+    QTest::addColumn<bool>("isCrowdedOut");
+
+    QTest::newRow("idle") << 0 << false;
+    QTest::newRow("busy") << 79 << false;
+    QTest::newRow("crowded") << 90 << false;
+    QTest::newRow("full") << 97 << true;
+}
+
+void tst_SdoClient::silenceOnAFullBusIsNotTheNodes()
+{
+    QFETCH(int, percent);
+    LoadedBus bus;
+    bus.client.setDefaultPatience(patience(100ms, 1));
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    QVERIFY(!bus.client.isCrowdedOut(5));
+    bus.passWithLoad(11000ms, percent);
+    QCOMPARE(bus.outcomes.size(), 1);
+    QCOMPARE(bus.outcomes.first().kind, Kind::Timeout);
+    QTEST(bus.outcomes.first().isCrowdedOut, "isCrowdedOut");
+    QTEST(bus.client.isCrowdedOut(5), "isCrowdedOut");
+    QVERIFY(!bus.client.isCrowdedOut(6));
+}
+
+void tst_SdoClient::onlyTheLastUploadCountsAsCrowdedOut()
+{
+    LoadedBus bus;
+    bus.client.setDefaultPatience(patience(100ms, 0));
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    bus.passWithLoad(11000ms, 100);
+    QVERIFY(bus.client.isCrowdedOut(5));
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    bus.passWithLoad(10ms, 100);
+    bus.client.handleFrame(answer(5, "43 00 10 00 07 00 00 00"));
+    QCOMPARE(bus.outcomes.last().kind, Kind::Value);
+    QVERIFY(!bus.client.isCrowdedOut(5));
+}
+
+// After a segment that did not come, the next ones are asked for only when nothing can come of it any more. No answer is
+// on its way then.
+void tst_SdoClient::waitForAQuietLineIsNotProlonged()
+{
+    LoadedBus bus;
+    bus.client.setDefaultPatience(patience(100ms, 1));
+    bus.client.upload(5, deviceName, DataType::VisibleString);
+    bus.client.handleFrame(answer(5, "41 08 10 00 08 00 00 00"));
+    bus.pass(100ms);
+    bus.client.handleFrame(answer(5, "41 08 10 00 08 00 00 00"));
+    const int sent = bus.sent.size();
+    bus.passWithLoad(500ms, 100);
+    QCOMPARE(bus.sent.size(), sent);
+    bus.passWithLoad(400ms, 100);
+    QCOMPARE(bus.sent.size(), sent + 1);
 }
 
 void tst_SdoClient::foreignClientIsNamed()

@@ -40,6 +40,7 @@ private slots:
     void foreignClient();
     void readWithFailures();
     void readThatIsComplete();
+    void readOnABusThatIsFull();
     void interfaceTroubles();
     void overruns();
 
@@ -379,6 +380,30 @@ void tst_BusReport::readThatIsComplete()
                  QStringList(QStringLiteral("Read finished. Nodes: 2, values: 2, objects not there: 1, "
                                             "failed: 0.")));
     QCOMPARE(severities(), QList<Severity>{Severity::Information});
+}
+
+void tst_BusReport::readOnABusThatIsFull()
+{
+    m_fake->addNode(1);
+    BusSettings settings = fakeSettings();
+    settings.bitRate = 10000;
+    QVERIFY(m_services->bus().connectToBus(settings, nullptr));
+    QTimer others;
+    connect(&others, &QTimer::timeout, this,
+            [this] { m_fake->device()->inject(QCanBusFrame(0x181, QByteArray(8, '\0'))); });
+    others.start(12);
+    m_services->getCanReceiverHub()->getReceiver(0x701);
+    QTRY_VERIFY(m_services->wasBusFull());
+    m_log->clear();
+    upload(1, 0x1000);
+    others.stop();
+    QTRY_COMPARE(lines(),
+                 (QStringList{QStringLiteral("Read finished. Nodes: 1, values: 1, objects not there: "
+                                             "0, failed: 0."),
+                              QStringLiteral("The bus was full while nodes were looked for, so nodes "
+                                             "may be missing. Find out who sends so much, and read "
+                                             "again.")}));
+    QCOMPARE(severities(), (QList<Severity>{Severity::Information, Severity::Warning}));
 }
 
 void tst_BusReport::interfaceTroubles()

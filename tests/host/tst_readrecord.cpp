@@ -276,6 +276,17 @@ void tst_ReadRecord::saysEnds_data()
         << End::NoAnswer << 7 << Silence::Stopped
         << QStringLiteral("The read stopped at node 7, object 60ABh sub-index 2, because the node is in the "
                           "state Stopped and answers no SDO. Values read until then: 1.");
+    QTest::newRow("silent on a full bus")
+        << End::NoAnswer << 7 << Silence::BusFull
+        << QStringLiteral(
+               "The read stopped at node 7, object 60ABh sub-index 2, because the bus is full, and "
+               "the node's answer may find no room on it. Find out who sends so much, and read "
+               "again. Values read until then: 1.");
+    QTest::newRow("node 1 not heard on a full bus")
+        << End::NothingAsked << 0 << Silence::BusFull
+        << QStringLiteral("Nothing was read, because node 1, the bus controller, was not heard: the bus is "
+                          "full, and the node's heartbeat may find no room on it. Find out who sends so "
+                          "much, and read again.");
     QTest::newRow("silent and restarting")
         << End::NoAnswer << 7 << Silence::Restarting
         << QStringLiteral("The read stopped at node 7, object 60ABh sub-index 2, because the node keeps "

@@ -29,6 +29,8 @@ private slots:
     void participantMayLeaveWhileItReceives();
     void busMayBeLetGoWhileItDelivers_data();
     void busMayBeLetGoWhileItDelivers();
+    void pacedFrameIsToldWhenItIsThrough();
+    void senderMayLeaveWhenItIsTold();
     void fullQueueRefuses_data();
     void fullQueueRefuses();
     void strangersCannotSend();
@@ -64,6 +66,12 @@ public:
             react();
     }
     void batchReceived() override { ++batches; }
+    void sent() override
+    {
+        ++told;
+        if (onSent)
+            onSent();
+    }
     void busLost(BusLoss loss) override { losses.append(loss); }
     bool isSimulated() const override { return isPartOfSimulation; }
     bool send(quint32 id, const char *hex = "", int queueLength = SimulatedBus::defaultQueueLength)
@@ -81,6 +89,8 @@ public:
     bool isPartOfSimulation = false;
     QVector<BusLoss> losses;
     std::function<void()> onReceive;
+    int told = 0; // frames of its own that were through
+    std::function<void()> onSent;
 
 private:
     SimulatedBus *m_bus;
@@ -241,6 +251,38 @@ void tst_SimulatedBus::busMayBeLetGoWhileItDelivers()
     sender->send(0x602);
     QTRY_VERIFY(watched.expired());
     QCOMPARE(receiver->received.size(), 1);
+}
+
+void tst_SimulatedBus::pacedFrameIsToldWhenItIsThrough()
+{
+    SimulatedBus bus(10000);
+    Listener low(&bus);
+    Listener high(&bus);
+    QByteArrayList order;
+    high.onSent = [&order] { order.append("high is through"); };
+    low.onSent = [&] {
+        QCOMPARE(high.received.size(), low.told - 1); // before the others have it
+        order.append("low is through");
+    };
+    QVERIFY(low.send(0x602));
+    QVERIFY(low.send(0x602));
+    QVERIFY(high.send(0x181));
+    QCOMPARE(low.told, 0);
+    QTRY_COMPARE(low.told, 2);
+    // Nothing could stop the first one, then the lower identifier went first.
+    QCOMPARE(order, QByteArrayList({"low is through", "high is through", "low is through"}));
+}
+
+void tst_SimulatedBus::senderMayLeaveWhenItIsTold()
+{
+    SimulatedBus bus(1000000);
+    Listener sender(&bus);
+    Listener other(&bus);
+    sender.onSent = [&sender] { sender.leave(); };
+    QVERIFY(sender.send(0x602));
+    QVERIFY(sender.send(0x603));
+    QTRY_COMPARE(other.received, QByteArrayList({"602 ", "603 "}));
+    QCOMPARE(sender.told, 1);
 }
 
 void tst_SimulatedBus::fullQueueRefuses_data()

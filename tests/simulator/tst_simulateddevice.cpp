@@ -33,6 +33,10 @@ private slots:
     void dropped();
     void failingWrites();
     void fullSendQueue();
+    void unpacedFramesAreWrittenAtOnce();
+    void pacedFramesAreWrittenWhenTheyAreThrough();
+    void closedDeviceHasNothingToWrite();
+    void waitingFramesFailWhenTheBusIsLost();
     void faultsByConfiguration();
     void busLossByConfiguration();
     void framesOfOtherKindsAreRefused();
@@ -292,6 +296,54 @@ void tst_SimulatedDevice::fullSendQueue()
     QVERIFY2(written >= 10 && written < 100, qPrintable(QString::number(written)));
     QCOMPARE(device->error(), QCanBusDevice::WriteError);
     QTRY_VERIFY(device->writeFrame(QCanBusFrame(0x321, QByteArray(8, '\0'))));
+}
+
+void tst_SimulatedDevice::unpacedFramesAreWrittenAtOnce()
+{
+    SimulatedCanDevice device(std::make_shared<SimulatedBus>(unpaced));
+    QVERIFY(device.connectDevice());
+    QSignalSpy written(&device, &QCanBusDevice::framesWritten);
+    QVERIFY(device.writeFrame(QCanBusFrame(0x601, QByteArray(8, '\0'))));
+    QCOMPARE(written.count(), 1);
+    QCOMPARE(device.framesToWrite(), qint64(0));
+}
+
+void tst_SimulatedDevice::pacedFramesAreWrittenWhenTheyAreThrough()
+{
+    SimulatedCanDevice device(std::make_shared<SimulatedBus>(10000));
+    QVERIFY(device.connectDevice());
+    QVector<qint64> left;
+    connect(&device, &QCanBusDevice::framesWritten, &device, [&] { left.append(device.framesToWrite()); });
+    QVERIFY(device.writeFrame(QCanBusFrame(0x601, QByteArray(8, '\0'))));
+    QVERIFY(device.writeFrame(QCanBusFrame(0x601, QByteArray(8, '\0'))));
+    QCOMPARE(left, QVector<qint64>());
+    QCOMPARE(device.framesToWrite(), qint64(2));
+    QTRY_COMPARE(left, QVector<qint64>({1, 0}));
+}
+
+void tst_SimulatedDevice::closedDeviceHasNothingToWrite()
+{
+    SimulatedCanDevice device(std::make_shared<SimulatedBus>(10000));
+    QVERIFY(device.connectDevice());
+    QVERIFY(device.writeFrame(QCanBusFrame(0x601, QByteArray(8, '\0'))));
+    device.disconnectDevice();
+    QCOMPARE(device.framesToWrite(), qint64(0));
+}
+
+void tst_SimulatedDevice::waitingFramesFailWhenTheBusIsLost()
+{
+    const auto bus = std::make_shared<SimulatedBus>(10000);
+    SimulatedCanDevice device(bus);
+    QVERIFY(device.connectDevice());
+    QVERIFY(device.writeFrame(QCanBusFrame(0x601, QByteArray(8, '\0'))));
+    QVERIFY(device.writeFrame(QCanBusFrame(0x602, QByteArray(8, '\0'))));
+    QSignalSpy errors(&device, &QCanBusDevice::errorOccurred);
+    QSignalSpy written(&device, &QCanBusDevice::framesWritten);
+    bus->lose(BusLoss::Unplugged);
+    QCOMPARE(errors.count(), 2);
+    QCOMPARE(device.error(), QCanBusDevice::WriteError);
+    QCOMPARE(device.framesToWrite(), qint64(0));
+    QCOMPARE(written.count(), 0);
 }
 
 void tst_SimulatedDevice::faultsByConfiguration()

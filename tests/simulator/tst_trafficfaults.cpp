@@ -2,7 +2,6 @@
 #include "testvehicle.h"
 
 #include <canopen/framebits.h>
-#include <simulator/wire.h>
 
 #include <QtTest>
 

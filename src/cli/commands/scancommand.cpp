@@ -24,9 +24,10 @@ ExitStatus report(const CanOpen::NodeScan &scan)
     const QVector<quint8> unasked = scan.unaskedNodes();
     Console::print(Tr::tr("%1 nodes found").arg(found.size()));
     if (!unasked.isEmpty()) {
-        Console::printError(Tr::tr("Nothing is known of node %1: the requests could not be sent. The bus is "
-                                   "overloaded, or nobody acknowledges; scan again when it is quieter.")
-                                .arg(BusWords::nodes(unasked.toList())));
+        Console::printError(
+            Tr::tr("Nothing is known of node %1: requests or answers found no room on the bus. It is "
+                   "overloaded, or nobody acknowledges; scan again when it is quieter.")
+                .arg(BusWords::nodes(unasked.toList())));
         return Exit::stoppedEarly;
     }
     if (!found.isEmpty())

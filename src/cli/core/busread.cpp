@@ -97,7 +97,7 @@ std::optional<ExitStatus> BusRead::checkNode()
     const bool isSilent = how.end == ReadSummary::End::NoAnswer
                           && how.record.failures().size() == how.record.total().objects()
                           && how.record.total().objects() == NodeReader::mostSilences;
-    if (!isSilent)
+    if (!isSilent || m_services.silenceOf(how.nodeId) == ReadWords::Silence::BusFull)
         return std::nullopt;
     Console::printError(
         tr("Nothing was read: node %1 does not answer. Check that it is switched on, the cable, "
@@ -116,8 +116,10 @@ ReadSummary BusRead::summary()
     summary.key = m_nodeReader->key();
     summary.record = m_nodeReader->record();
     summary.reason = m_services.bus().lossReason();
+    const std::optional<ReadResult> last = summary.record.result(summary.nodeId, summary.key);
+    const bool isUnsent = last && last->kind == ReadResult::Kind::NotSent;
     if (m_nodeReader->end() == NodeReader::End::NodeSilent)
-        summary.end = ReadSummary::End::NoAnswer;
+        summary.end = isUnsent ? ReadSummary::End::NotSent : ReadSummary::End::NoAnswer;
     else if (m_nodeReader->end() == NodeReader::End::Cancelled)
         summary.end = ReadSummary::End::BusGone;
     return summary;
@@ -129,6 +131,8 @@ ExitStatus BusRead::finish()
     const bool isStopped = how.end != ReadSummary::End::Complete;
     if (isStopped)
         Console::printError(describeStop(how));
+    else if (m_nodeReader == nullptr && m_services.wasBusFull())
+        Console::printError(ReadWords::nodesMayBeMissing());
     const QVector<FailedObject> failures = how.failuresBeside();
     for (const FailedObject &failure : failures)
         Console::printError(failure.toString());
@@ -156,6 +160,11 @@ QString BusRead::describeNoNode(const QList<quint8> &heard)
 {
     if (!m_services.bus().lossReason().isEmpty())
         return tr("Nothing was read, because the bus was lost: %1").arg(m_services.bus().lossReason());
+    if (m_services.wasBusFull()) {
+        ReadSummary nothing;
+        nothing.end = ReadSummary::End::NothingAsked;
+        return ReadWords::end(nothing, ReadWords::Silence::BusFull);
+    }
     if (heard.isEmpty()) {
         return tr(
             "Nothing was read: no node sent a heartbeat. Check that the vehicle is switched on, the cable, "

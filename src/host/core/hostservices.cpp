@@ -11,6 +11,7 @@ HostServices::HostServices(const ReadObserver::Clock &clock, QObject *parent)
     , m_restarts(clock)
     , m_pace(clock)
     , m_health([this] { return InterfaceHealth::stateOf(m_bus.device()); })
+    , m_clock(clock)
 {
     connect(&m_bus, &BusConnection::stateChanged, this, &HostServices::handleBusState);
     connect(&m_bus, &BusConnection::frameReceived, &m_health, &InterfaceHealth::handleFrame);
@@ -52,8 +53,15 @@ ReadWords::Silence HostServices::silenceOf(quint8 nodeId)
 {
     if (m_restarts.keepsRestarting(nodeId))
         return ReadWords::Silence::Restarting;
-    return m_bus.heartbeats().state(nodeId) == CanOpen::NmtState::Stopped ? ReadWords::Silence::Stopped
-                                                                          : ReadWords::Silence::Unexplained;
+    if (m_bus.heartbeats().state(nodeId) == CanOpen::NmtState::Stopped)
+        return ReadWords::Silence::Stopped;
+    const bool isBusFull = nodeId == 0 ? wasBusFull() : m_bus.sdoClient().isCrowdedOut(nodeId);
+    return isBusFull ? ReadWords::Silence::BusFull : ReadWords::Silence::Unexplained;
+}
+
+bool HostServices::wasBusFull() const
+{
+    return m_detectionBegan ? m_bus.load().isFull(m_bitsBefore, m_clock() - *m_detectionBegan) : m_wasBusFull;
 }
 
 void HostServices::handleHeartbeat(quint8 nodeId)
@@ -68,6 +76,8 @@ void HostServices::handleHeartbeat(quint8 nodeId)
 // While it detects it ignores the FFFFFFFFh.
 void HostServices::handleDetection()
 {
+    m_bitsBefore = m_bus.load().bits();
+    m_detectionBegan = m_clock();
     m_sdoClient.cancelRun();
     if (!m_reads.isLeftOverDue())
         m_sdoClient.endCancelling();
@@ -75,6 +85,10 @@ void HostServices::handleDetection()
 
 void HostServices::handleReadPhase(ReadObserver::Phase phase)
 {
+    if (m_detectionBegan && phase != ReadObserver::Phase::Detecting) {
+        m_wasBusFull = wasBusFull();
+        m_detectionBegan.reset();
+    }
     if (phase != ReadObserver::Phase::Reading || m_reads.isCancelled())
         return;
     m_sdoClient.endCancelling();

@@ -56,8 +56,11 @@ public:
     ReadObserver &reads() { return m_reads; }
     InterfaceHealth &interfaceHealth() { return m_health; }
 
-    /*! What is known of a node that does not answer. */
+    /*! What is known of a node that does not answer, or, as node 0, of nodes that were looked for in vain. */
     ReadWords::Silence silenceOf(quint8 nodeId);
+
+    /*! Whether the bus was full while the last read looked for nodes, or is while one does. */
+    bool wasBusFull() const;
 
     /*! Ends the read of a plug-in that is under way: its requests are answered with FFFFFFFFh until it asks
      *  no more. The bus stays connected. Nothing happens when there is no read.
@@ -81,4 +84,9 @@ private:
     RestartWatch m_restarts;
     ReadPace m_pace;
     InterfaceHealth m_health;
+
+    ReadObserver::Clock m_clock;
+    std::optional<std::chrono::milliseconds> m_detectionBegan; // of the one under way
+    quint64 m_bitsBefore = 0;                                  // of the bus, when the detection began
+    bool m_wasBusFull = false;
 };

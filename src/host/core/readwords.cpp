@@ -25,7 +25,7 @@ QString ReadWords::end(const ReadSummary &summary, Silence silence)
         return tr("Read finished. Nodes: %1, %2.")
             .arg(QString::number(summary.record.nodes().size()), counts(summary.record.total()));
     }
-    return summary.nodeId == 0 ? endOfDetection(summary) : stop(summary, silence);
+    return summary.nodeId == 0 ? endOfDetection(summary, silence) : stop(summary, silence);
 }
 
 QString ReadWords::counts(const ReadCounts &counts)
@@ -34,7 +34,14 @@ QString ReadWords::counts(const ReadCounts &counts)
         .arg(QString::number(counts.values), QString::number(counts.missing), QString::number(counts.failed));
 }
 
-QString ReadWords::endOfDetection(const ReadSummary &summary)
+QString ReadWords::nodesMayBeMissing()
+{
+    return tr(
+        "The bus was full while nodes were looked for, so nodes may be missing. Find out who sends so much, "
+        "and read again.");
+}
+
+QString ReadWords::endOfDetection(const ReadSummary &summary, Silence silence)
 {
     switch (summary.end) {
     case ReadSummary::End::BusGone:
@@ -48,6 +55,11 @@ QString ReadWords::endOfDetection(const ReadSummary &summary)
     case ReadSummary::End::NoAnswer:
     case ReadSummary::End::NotSent:
         break;
+    }
+    if (silence == Silence::BusFull) {
+        return tr(
+            "Nothing was read, because node 1, the bus controller, was not heard: the bus is full, and the "
+            "node's heartbeat may find no room on it. Find out who sends so much, and read again.");
     }
     return tr("Nothing was read, because node 1, the bus controller, was not heard. Is the vehicle "
               "switched on, and does node 1 send a heartbeat?");
@@ -89,6 +101,11 @@ QString ReadWords::stop(const ReadSummary &summary, Silence silence)
     case Silence::Restarting:
         return fill(tr("The read stopped at node %1, object %2 sub-index %3, because the node keeps "
                        "restarting. Look at its supply. Values read until then: %4."),
+                    summary);
+    case Silence::BusFull:
+        return fill(tr("The read stopped at node %1, object %2 sub-index %3, because the bus is full, and "
+                       "the node's answer may find no room on it. Find out who sends so much, and read "
+                       "again. Values read until then: %4."),
                     summary);
     case Silence::Unexplained:
         break;

@@ -16,8 +16,9 @@ public:
     /*! What is known of a node that does not answer. */
     enum class Silence {
         Unexplained,
-        Stopped,   //!< in the NMT state Stopped no node answers (CiA 301)
-        Restarting //!< it sends one boot-up message after the other
+        Stopped,    //!< in the NMT state Stopped no node answers (CiA 301)
+        Restarting, //!< it sends one boot-up message after the other
+        BusFull     //!< what it sends may find no room on the bus
     };
 
     /*! How it ended, and what came of it; \a silence of the node where it stopped. */
@@ -25,6 +26,9 @@ public:
 
     /*! "values: 53, objects not there: 147, failed: 0" */
     static QString counts(const ReadCounts &counts);
+
+    /*! That nodes may be missing in a read, as the bus was full while they were looked for. */
+    static QString nodesMayBeMissing();
 
     /*! That the node is used by somebody else as well. */
     static QString foreignClient(quint8 nodeId);
@@ -40,5 +44,5 @@ public:
 
 private:
     static QString stop(const ReadSummary &summary, Silence silence);
-    static QString endOfDetection(const ReadSummary &summary);
+    static QString endOfDetection(const ReadSummary &summary, Silence silence);
 };
