@@ -10,6 +10,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -141,9 +142,20 @@ void PatienceDialog::retranslate()
     m_repeatsLabel->setText(tr("&Repeats:"));
     m_nodesLabel->setText(tr("Nodes with a patience of their &own:"));
     m_nodes->setHorizontalHeaderLabels({tr("Node"), tr("Time-out"), tr("Repeats")});
+    fitTable();
     m_add->setText(tr("&Add node"));
     m_remove->setText(tr("Re&move node"));
     m_defaults->setText(tr("&Defaults"));
+}
+
+// The columns share the width, so each needs room for the widest header.
+void PatienceDialog::fitTable()
+{
+    int widest = 0;
+    for (int column = 0; column < m_nodes->columnCount(); ++column)
+        widest = std::max(widest, m_nodes->horizontalHeader()->sectionSizeHint(column));
+    m_nodes->setMinimumWidth(widest * m_nodes->columnCount() + 2 * m_nodes->frameWidth()
+                             + m_nodes->verticalScrollBar()->sizeHint().width());
 }
 
 void PatienceDialog::addRow(int nodeId, const PatienceSettings::Patience &patience)

@@ -27,6 +27,7 @@ protected:
 private:
     void build();
     void retranslate();
+    void fitTable();
     void addRow(int nodeId, const PatienceSettings::Patience &patience);
     void addNextNode();
     void removeRow();

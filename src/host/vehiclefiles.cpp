@@ -169,6 +169,11 @@ void VehicleFiles::refuse(const QString &fileName, const QString &reason)
 QString VehicleFiles::startFolder() const
 {
     const QString folder = QSettings().value(HostSettings::folder).toString();
-    return QFileInfo(folder).isDir() ? folder
-                                     : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    // What is not there would be taken for the name of a file.
+    for (const QString &candidate :
+         {folder, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}) {
+        if (QFileInfo(candidate).isDir())
+            return candidate;
+    }
+    return QDir::homePath();
 }

@@ -16,12 +16,14 @@
 #include <QDialogButtonBox>
 #include <QDockWidget>
 #include <QFontDatabase>
+#include <QHeaderView>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QSpinBox>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTextDocument>
 #include <QtTest>
@@ -86,6 +88,7 @@ private slots:
     void saysThatSettingsCannotBeKept();
     void remembersPatience();
     void patienceDialogHasSaneRanges();
+    void patienceHeadersAreWholeInALargeFont();
     void aboutAndKeyList();
     void manyFramesDoNotChangeTheLineOften();
 };
@@ -662,6 +665,22 @@ void tst_HostMenus::manyFramesDoNotChangeTheLineOften()
     QTRY_COMPARE(frames, 8000);
     QTRY_VERIFY(counter.layouts >= 1);
     QVERIFY2(counter.layouts <= 2, qPrintable(QString::number(counter.layouts)));
+}
+
+void tst_HostMenus::patienceHeadersAreWholeInALargeFont()
+{
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPointSize(30);
+    QApplication::setFont(large);
+    PatienceDialog dialog{PatienceSettings()};
+    dialog.show();
+    const auto *header = dialog.findChild<QTableWidget *>(QStringLiteral("nodeTable"))->horizontalHeader();
+    for (int column = 0; column < header->count(); ++column) {
+        QVERIFY2(header->sectionSize(column) >= header->sectionSizeHint(column),
+                 qPrintable(QString::number(column)));
+    }
+    QApplication::setFont(before);
 }
 
 QTEST_MAIN(tst_HostMenus)

@@ -11,6 +11,7 @@
 #include <QDropEvent>
 #include <QFile>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
@@ -151,6 +152,7 @@ private slots:
     void buttonOfThePluginOpensByTheHost();
     void savesAndSaysWhere();
     void saveThatFailsIsNoSave();
+    void dialogStartsInAFolderThatIsThere();
     void pipeDoesNotHoldTheWindow();
     void opensRecentFiles();
     void forgetsAFileThatIsGone();
@@ -275,6 +277,17 @@ void tst_VehicleFiles::saveThatFailsIsNoSave()
     QVERIFY2(bench.box()->text().contains(QStringLiteral("/proc/saved.dxxml cannot be written: ")),
              qPrintable(bench.box()->text()));
     QVERIFY(bench.window->vehicle().isUnsaved());
+}
+
+void tst_VehicleFiles::dialogStartsInAFolderThatIsThere()
+{
+    Bench bench; // its home has no folder for documents
+    QSettings().setValue(QStringLiteral("files/folder"), bench.folder.filePath(QStringLiteral("gone")));
+    bench.window->findChild<VehicleFiles *>()->open();
+    const auto *dialog = bench.window->findChild<QFileDialog *>(QStringLiteral("openDialog"));
+    QVERIFY(dialog != nullptr);
+    QCOMPARE(dialog->directory().canonicalPath(), QDir(bench.folder.path()).canonicalPath());
+    QCOMPARE(dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->text(), QString());
 }
 
 void tst_VehicleFiles::pipeDoesNotHoldTheWindow()
