@@ -10,6 +10,7 @@
 #include <host/patiencedialog.h>
 #include <tests/support/filedialogdriver.h>
 #include <tests/support/logwatcher.h>
+#include <tests/support/markingtranslator.h>
 
 #include <QAbstractButton>
 #include <QAction>
@@ -88,7 +89,7 @@ private slots:
     void saysThatSettingsCannotBeKept();
     void remembersPatience();
     void patienceDialogHasSaneRanges();
-    void patienceHeadersAreWholeInALargeFont();
+    void patienceHeadersAreWhole();
     void aboutAndKeyList();
     void manyFramesDoNotChangeTheLineOften();
 };
@@ -667,12 +668,9 @@ void tst_HostMenus::manyFramesDoNotChangeTheLineOften()
     QVERIFY2(counter.layouts <= 2, qPrintable(QString::number(counter.layouts)));
 }
 
-void tst_HostMenus::patienceHeadersAreWholeInALargeFont()
+void tst_HostMenus::patienceHeadersAreWhole()
 {
-    const QFont before = QApplication::font();
-    QFont large = before;
-    large.setPointSize(30);
-    QApplication::setFont(large);
+    const MarkingTranslator longTexts;
     PatienceDialog dialog{PatienceSettings()};
     dialog.show();
     const auto *header = dialog.findChild<QTableWidget *>(QStringLiteral("nodeTable"))->horizontalHeader();
@@ -680,7 +678,6 @@ void tst_HostMenus::patienceHeadersAreWholeInALargeFont()
         QVERIFY2(header->sectionSize(column) >= header->sectionSizeHint(column),
                  qPrintable(QString::number(column)));
     }
-    QApplication::setFont(before);
 }
 
 QTEST_MAIN(tst_HostMenus)
