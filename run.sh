@@ -55,7 +55,7 @@ run_without_display() { # [ARGUMENT]...
 # Help and version need no display.
 for argument in "$@"; do
     case $argument in
-        -h | --help | --help-all | -v | --version) exec "$bin/draxel" "$argument" ;;
+        -h | --help | --help-all | -v | -V | --version) exec "$bin/draxel" "$argument" ;;
     esac
 done
 has_display=${DISPLAY-}${WAYLAND_DISPLAY-}${QT_QPA_PLATFORM-}

@@ -14,7 +14,7 @@
 namespace {
 
 constexpr QSize firstSize(1000, 760);
-constexpr int heightForMessages = 420; // of a screen; on a smaller one the values have all the room at first
+constexpr int heightForMessages = 560; // of a screen; on a smaller one the values have all the room at first
 constexpr int layoutVersion = 1;       // of the saved places of the docks
 
 /*! Where windows may lie on the screen of \a window; empty when there is no screen. */
