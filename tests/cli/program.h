@@ -98,6 +98,7 @@ public:
             patience);
     }
 
+    qint64 processId() const { return m_process.processId(); }
     void signal(int number) { ::kill(static_cast<pid_t>(m_process.processId()), number); }
 
     Result finish()
