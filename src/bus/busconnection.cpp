@@ -4,6 +4,7 @@
 #include "buswords.h"
 
 #include <canopen/canport.h>
+#include <canopen/uploadgate.h>
 
 #include <QCanBusDevice>
 #include <QLoggingCategory>
@@ -102,6 +103,11 @@ const QCanBusDevice *BusConnection::device() const
 
 CanOpen::Sending BusConnection::send(const QCanBusFrame &frame)
 {
+    if (!m_isGateOpen && !CanOpen::isUploadRequest(frame)) {
+        qCWarning(busLog, "A frame was not sent, as it might change something: %s",
+                  qUtf8Printable(frame.toString()));
+        return CanOpen::Sending::Dropped;
+    }
     if (m_port == nullptr)
         return CanOpen::Sending::Dropped;
     m_load.note(frame);

@@ -35,6 +35,9 @@ struct BusCounters
  *  that the interface stays. When the bus goes away, uploads under way are ended and the connection tries
  *  every second, with a new device, until the interface is back or the user disconnects.
  *
+ *  Nothing but SDO uploads and aborts goes out (isUploadRequest()): who looks into a vehicle changes nothing in it.
+ *  Only who is a vehicle himself may open the gate.
+ *
  *  Every call is allowed at any time, also from a slot of the connection's own signals; the last one counts.
  *  The client and the consumer live as long as the connection.
  */
@@ -93,8 +96,13 @@ public:
     /*! For questions to the back end; null while the bus is not connected. */
     const QCanBusDevice *device() const;
 
-    /*! Sends \a frame; dropped while the bus is not connected. */
+    /*! Sends \a frame; dropped while the bus is not connected, and when it is none that the gate lets through. */
     CanOpen::Sending send(const QCanBusFrame &frame);
+
+    /*! Lets every frame through from now on: for a simulated vehicle on a bus, which answers, sends heartbeats and
+     *  writes its outputs.
+     */
+    void openGate() { m_isGateOpen = true; }
 
 signals:
     void stateChanged(BusConnection::State state);
@@ -121,6 +129,7 @@ private:
     QString m_lossReason;
     quint64 m_generation = 0; // raised by every call that makes an attempt under way obsolete
     bool m_isOpening = false;
+    bool m_isGateOpen = false;
     BusCounters m_counters; // without those of the open port
     InterfaceWatch m_watch;
     QTimer m_retryTimer;

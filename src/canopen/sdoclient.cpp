@@ -79,6 +79,7 @@ struct SdoClient::Node
     bool isCrowdedOut = false; // the last upload
     int heldUp = 0;            // uploads in a row that another client made fail
     qint64 foreignSeen = -1;   // when that was said last; -1: never
+    int frames = 0;            // of the upload, sent and received
 };
 
 SdoClient::SdoClient(Sender sender, QObject *parent)
@@ -220,6 +221,7 @@ void SdoClient::handleFrame(const QCanBusFrame &frame)
     if (answering != 0) {
         if (Node *node = m_nodes[answering].get()) {
             node->upload.setTime(now());
+            ++node->frames;
             handleStep(*node, node->upload.handleResponse(frame.payload()));
         }
     } else if (!frame.hasLocalEcho()) { // with an echo it is our own request
@@ -273,6 +275,7 @@ void SdoClient::startNext(Node &node)
     node.answerTimed = false;
     node.isAsked = false;
     node.isBusFull = false;
+    node.frames = 0;
     node.upload.setTime(node.started);
     node.upload.setAnswerTime(node.answerTime);
     perform(node, node.upload.start(request.key, request.type, patience.repeats, request.protocol));
@@ -296,6 +299,7 @@ void SdoClient::perform(Node &node, const SdoUpload::Step &step)
     for (int i = 0; i < step.frameCount; ++i) {
         const Sending sending = send(node.id, step.frames[static_cast<std::size_t>(i)]);
         node.isAsked = node.isAsked || sending == Sending::Written;
+        node.frames += sending == Sending::Dropped ? 0 : 1;
         node.unwritten += sending == Sending::Waiting ? 1 : 0;
     }
     if (step.waitRestarts)
@@ -311,6 +315,7 @@ SdoOutcome SdoClient::takeOutcome(Node &node)
     outcome.isUnasked = !node.isAsked;
     outcome.isCrowdedOut = outcome.kind == SdoOutcome::Kind::Timeout && node.isAsked && node.isBusFull;
     node.isCrowdedOut = outcome.isCrowdedOut;
+    outcome.frames = node.frames;
     const bool isHeldUp = outcome.foreignClient && outcome.kind == SdoOutcome::Kind::Error;
     node.heldUp = isHeldUp ? node.heldUp + 1 : 0;
     startNext(node);

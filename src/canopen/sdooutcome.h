@@ -14,8 +14,9 @@ using SdoTicket = quint64;
 
 /*! How an object is asked for. */
 enum class SdoProtocol {
-    Plain, //!< expedited or segmented, as the server likes
-    Block  //!< block upload, for what is long; plain when the server does not know it or fails in it
+    Plain,        //!< expedited or segmented, as the server likes
+    Block,        //!< block upload, for what is long; plain when the server does not know it or fails in it
+    BlockWhenLong //!< plain, and anew in blocks when the announced size makes that worth while
 };
 
 /*! Outcome of one upload. */
@@ -37,6 +38,11 @@ struct SdoOutcome
     QByteArray raw; // of a value: its bytes as they came
     quint32 code = 0;
     int repeats = 0; // how often the request was repeated
+    int frames = 0;  // that the upload has cost in both directions, its repeats and aborts included
+    /*! Of raw bytes: they came in one frame that does not say how many of its four bytes count, so the last ones may
+     *  be none of the value.
+     */
+    bool isSizeUnknown = false;
     /*! No request has gone out; nothing is known of the device. */
     bool isUnasked = false;
     /*! Of a time-out: the bus was full when the wait ended, so that the answer may have found no room on it. */

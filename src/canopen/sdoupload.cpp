@@ -11,6 +11,10 @@ namespace {
 // A server of small values may answer a block request with them at once.
 constexpr quint8 protocolSwitchThreshold = sdoExpeditedSize; // bytes
 
+// From this size on (bytes), a block upload takes fewer frames although the transfer has begun already; a server that
+// knows no blocks costs two frames, once.
+constexpr int longObject = 64;
+
 // Other values that read as an abort are numbers of last segments of a block.
 constexpr char abortCommand = '\x80';
 
@@ -335,6 +339,9 @@ SdoUpload::Step SdoUpload::beginSegments(const SdoInitiate &initiate)
     if (m_isSizeAnnounced && initiate.size < static_cast<quint32>(m_typeSize))
         return abortAndFail(SdoAbort::LengthTooLow);
     m_announcedSize = static_cast<int>(initiate.size);
+    if (m_protocol == SdoProtocol::BlockWhenLong && m_isSizeAnnounced && m_announcedSize >= longObject
+        && !alreadyAsked)
+        return readInBlocksInstead();
 
     const bool isOwed = std::exchange(m_isAnswerOwed, false);
     if (std::exchange(m_isForeignSegmentAsked, false) || isOwed)
@@ -354,6 +361,17 @@ SdoUpload::Step SdoUpload::beginSegments(const SdoInitiate &initiate)
         return step;
     }
     return askSegment();
+}
+
+// The server has begun to serve segments: it is told that they are not wanted.
+SdoUpload::Step SdoUpload::readInBlocksInstead()
+{
+    m_protocol = SdoProtocol::Block;
+    Step step;
+    step.send(makeSdoAbort(m_outcome.key, static_cast<quint32>(SdoAbort::GeneralError)));
+    step.send(initiate().frames[0]);
+    step.waitRestarts = true;
+    return step;
 }
 
 SdoUpload::Step SdoUpload::askSegment()
@@ -542,6 +560,7 @@ SdoUpload::Step SdoUpload::finishExpedited(const SdoInitiate &initiate)
     // Without an indicated size the data type says how many of the four bytes count.
     if (!initiate.sizeIndicated && m_typeSize > 0)
         size = std::min(size, m_typeSize);
+    m_outcome.isSizeUnknown = !initiate.sizeIndicated && m_typeSize == 0;
     return finishValue(initiate.data.bytes.data(), size);
 }
 

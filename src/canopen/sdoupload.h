@@ -131,6 +131,7 @@ private:
     Step listen();
     Step handleInitiateResponse(const QByteArray &payload);
     Step beginSegments(const SdoInitiate &initiate);
+    Step readInBlocksInstead();
     Step askSegment();
     bool mustWait() const;
     void beginReading();

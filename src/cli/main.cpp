@@ -8,6 +8,7 @@
 #include <cli/commands/scancommand.h>
 #include <cli/commands/showcommand.h>
 #include <cli/commands/simulatecommand.h>
+#include <cli/commands/snapshotcommand.h>
 #include <cli/core/console.h>
 #include <cli/core/exitstatus.h>
 
@@ -29,6 +30,8 @@ struct Tr
 constexpr Command commands[] = {
     {"read", runReadCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "read all devices of a bus and save what they said"), readNeedsFonts},
+    {"snapshot", runSnapshotCommand,
+     QT_TRANSLATE_NOOP("DraxelCtl", "read all that can be read of a vehicle, and keep it with its gaps")},
     {"get", runGetCommand, QT_TRANSLATE_NOOP("DraxelCtl", "read one object of a node")},
     {"show", runShowCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "print the components of a vehicle and their values in words")},

@@ -6,6 +6,8 @@
 
 #include <QFile>
 
+#include <algorithm>
+
 namespace {
 
 // Deliberate: the table keeps its slips. 6041h is a voltage in "mA", indices of three digits (638 for 638Eh)
@@ -76,6 +78,13 @@ const ObjectDescription *ObjectDescriptions::find(quint16 index) const
 {
     const auto description = m_descriptions.constFind(index);
     return description != m_descriptions.constEnd() ? &*description : nullptr;
+}
+
+QVector<quint16> ObjectDescriptions::indices() const
+{
+    QVector<quint16> indices = m_descriptions.keys().toVector();
+    std::sort(indices.begin(), indices.end());
+    return indices;
 }
 
 const ObjectDescriptions &objectDescriptions()

@@ -43,6 +43,9 @@ public:
     /*! Returns the description of an object, or null when the table has no row for it. */
     const ObjectDescription *find(quint16 index) const;
 
+    /*! All indices that have a row, in ascending order, those that are slips included. */
+    QVector<quint16> indices() const;
+
 private:
     QHash<quint16, ObjectDescription> m_descriptions;
 };

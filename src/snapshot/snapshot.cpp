@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "snapshot.h"
 
+#include <canopen/sdoabort.h>
+
 #include <algorithm>
 
 namespace {
@@ -21,6 +23,13 @@ auto nodePlace(Nodes &nodes, quint8 nodeId)
 }
 
 } // namespace
+
+bool SnapshotEntry::isGap() const
+{
+    const bool isWriteOnly = gap == SnapshotGap::Abort
+                             && abortCode == static_cast<quint32>(CanOpen::SdoAbort::WriteOnly);
+    return gap != SnapshotGap::None && gap != SnapshotGap::Absent && !isWriteOnly;
+}
 
 const SnapshotEntry *SnapshotNode::find(CanOpen::ObjectKey key) const
 {

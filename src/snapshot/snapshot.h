@@ -47,8 +47,8 @@ struct SnapshotEntry
     quint32 abortCode = 0; //!< of Abort, Absent and Failed (CiA 301)
     qint64 ms = 0;         //!< when it was read, in ms since the snapshot's time
 
-    /*! Whether the entry might have a value and has none that is known. */
-    bool isGap() const { return gap != SnapshotGap::None && gap != SnapshotGap::Absent; }
+    /*! Whether the entry might have a value and has none that is known. What can only be written never has one. */
+    bool isGap() const;
     bool hasValue() const { return gap == SnapshotGap::None; }
 };
 

@@ -63,6 +63,7 @@ ExitStatus simulate(const Simulator::VehicleDescription &description, const BusS
 {
     InterruptibleLoop loop;
     BusConnection bus;
+    bus.openGate();
     Simulator::Vehicle vehicle(description);
     vehicle.setSender([&bus](const QCanBusFrame &frame, quint8) { bus.send(frame); });
     QObject::connect(&bus, &BusConnection::frameReceived, &vehicle, &Simulator::Vehicle::handleFrame);

@@ -41,6 +41,8 @@ public:
     QString positional(int position = 0) const { return m_parser.positionalArguments().value(position); }
     bool isSet(const QString &option) const { return m_parser.isSet(option); }
     QString value(const QString &option) const { return m_parser.value(option); }
+    /*! Of an option that may be given more than once. */
+    QStringList values(const QString &option) const { return m_parser.values(option); }
 
     /*! The number of \a option within the limits. Complains and gives nothing when it is none. */
     std::optional<int> number(const QString &option, int lowest, int highest) const;

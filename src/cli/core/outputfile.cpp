@@ -3,6 +3,7 @@
 
 #include "console.h"
 
+#include <snapshot/snapshotfile.h>
 #include <store/exchangefile.h>
 
 #include <QDir>
@@ -51,13 +52,25 @@ bool OutputFile::canBeWritten(QString *errorMessage) const
 
 bool OutputFile::writeExchange(const QString &text) const
 {
+    return write(text.toUtf8(), [&](QString *error) { return saveExchangeFile(m_name, text, error); });
+}
+
+bool OutputFile::writeSnapshot(const Snapshot &snapshot) const
+{
+    return write(SnapshotFile::toJson(snapshot),
+                 [&](QString *error) { return SnapshotFile::save(m_name, snapshot, error); });
+}
+
+/*! \a bytes are for standard output, \a save is for everything else. */
+bool OutputFile::write(const QByteArray &bytes, const std::function<bool(QString *errorMessage)> &save) const
+{
     if (m_isStandardOutput)
-        return Console::write(text.toUtf8());
+        return Console::write(bytes);
     const QString shownName = QDir::toNativeSeparators(m_name);
     if (isPipe(m_name))
         Console::printError(tr("Waiting until %1 is read ...").arg(shownName));
     QString error;
-    if (!saveExchangeFile(m_name, text, &error)) {
+    if (!save(&error)) {
         Console::printError(error);
         return false;
     }

@@ -4,6 +4,10 @@
 #include <QCoreApplication>
 #include <QString>
 
+#include <functional>
+
+struct Snapshot;
+
 /*! The file that a command writes at its end: a file, a device, a pipe, or standard output ("-"). */
 class OutputFile
 {
@@ -22,8 +26,11 @@ public:
 
     /*! Writes an exchange file, and says that it has, or why not. A file is replaced by a complete one only. */
     bool writeExchange(const QString &text) const;
+    /*! The same for a snapshot. */
+    bool writeSnapshot(const Snapshot &snapshot) const;
 
 private:
+    bool write(const QByteArray &bytes, const std::function<bool(QString *errorMessage)> &save) const;
     static bool isPipe(const QString &fileName); // see platform_*.cpp
 
     QString m_name;

@@ -27,9 +27,14 @@ ProgressLine::~ProgressLine()
     clear();
 }
 
+bool ProgressLine::isDue() const
+{
+    return isShown() && (!m_sinceUpdate.isValid() || m_sinceUpdate.elapsed() >= shortestUpdate);
+}
+
 void ProgressLine::update(const QString &text)
 {
-    if (!isShown() || (m_sinceUpdate.isValid() && m_sinceUpdate.elapsed() < shortestUpdate))
+    if (!isDue())
         return;
     m_sinceUpdate.start();
     m_isOnScreen = true;

@@ -21,6 +21,9 @@ public:
 
     bool isShown() const { return m_output == Output::Terminal; }
 
+    /*! Whether update() would show something now. */
+    bool isDue() const;
+
     /*! Shows \a text, unless the text before is not old enough to have been read. */
     void update(const QString &text);
 

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+#include "snapshotcommand.h"
+
+#include <cli/core/bussnapshot.h>
+#include <cli/core/commandarguments.h>
+#include <cli/core/console.h>
+#include <cli/core/language.h>
+#include <cli/core/outputfile.h>
+#include <cli/core/snapshotsummary.h>
+
+#include <snapshot/snapshotfile.h>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(SnapshotCommand)
+};
+
+constexpr QLatin1String outputOption("output");
+constexpr QLatin1String resumeOption("resume");
+constexpr QLatin1String jsonOption("json");
+
+/*! What people write beside a snapshot. */
+struct NoteOption
+{
+    const char *name;
+    QString SnapshotNotes::*field;
+    const char *description;
+};
+
+constexpr NoteOption noteOptions[] = {
+    {"vehicle", &SnapshotNotes::vehicle, QT_TRANSLATE_NOOP("SnapshotCommand", "The vehicle, in your words.")},
+    {"customer", &SnapshotNotes::customer, QT_TRANSLATE_NOOP("SnapshotCommand", "Whose it is.")},
+    {"technician", &SnapshotNotes::technician,
+     QT_TRANSLATE_NOOP("SnapshotCommand", "Who takes the snapshot.")},
+    {"odometer", &SnapshotNotes::odometer, QT_TRANSLATE_NOOP("SnapshotCommand", "What the odometer shows.")},
+    {"note", &SnapshotNotes::note, QT_TRANSLATE_NOOP("SnapshotCommand", "Anything else.")},
+};
+
+class SnapshotCommand
+{
+public:
+    ExitStatus run(const QStringList &arguments);
+
+private:
+    void addOptions();
+    std::optional<ExitStatus> parse(const QStringList &arguments);
+    std::optional<ExitStatus> parseResume();
+    SnapshotNotes notes() const;
+    void print() const;
+
+    CommandArguments m_options{QStringLiteral("snapshot"),
+                               Tr::tr("Reads all that can be read of all devices on a bus, past those that "
+                                      "do not answer, and saves it with what could not be read and why.")};
+    BusSnapshot m_bus;
+    std::optional<Snapshot> m_earlier;
+};
+
+ExitStatus SnapshotCommand::run(const QStringList &arguments)
+{
+    if (const std::optional<ExitStatus> status = parse(arguments))
+        return *status;
+    const OutputFile output(m_options.value(outputOption));
+    if (output.isStandardOutput() || m_options.isSet(jsonOption))
+        Console::keepOutputForFile();
+    QString error;
+    if (!output.canBeWritten(&error)) {
+        Console::printError(error);
+        return Exit::fileFailed;
+    }
+    if (const std::optional<ExitStatus> status = m_bus.take(m_options.bus()))
+        return *status;
+
+    if (m_options.isSet(jsonOption))
+        Console::printJson(SnapshotSummary::toJson(m_bus.snapshot(), m_options.value(outputOption)));
+    else
+        print();
+    const ExitStatus status = m_bus.finish();
+    return output.writeSnapshot(m_bus.snapshot()) ? status : Exit::fileFailed;
+}
+
+std::optional<ExitStatus> SnapshotCommand::parse(const QStringList &arguments)
+{
+    addOptions();
+    if (const std::optional<ExitStatus> status = m_options.parse(arguments))
+        return status;
+    if (m_options.value(outputOption).isEmpty())
+        return m_options.complain(Tr::tr("--output takes the name of a file."));
+    if (m_options.isSet(jsonOption) && OutputFile(m_options.value(outputOption)).isStandardOutput())
+        return m_options.complain(Tr::tr("Standard output takes the snapshot or the summary, not both."));
+    if (const std::optional<ExitStatus> status = m_bus.parse(m_options))
+        return status;
+    if (const std::optional<ExitStatus> status = parseResume())
+        return status;
+    m_bus.setNotes(notes());
+    return Language::load(m_options);
+}
+
+void SnapshotCommand::addOptions()
+{
+    m_options.addBusOptions();
+    m_options.addOption({outputOption,
+                         Tr::tr("Save the snapshot as this file (.dxsnap), \"-\" for standard output."),
+                         Tr::tr("FILE")});
+    BusSnapshot::addOptions(m_options);
+    m_options.addOption({resumeOption,
+                         Tr::tr("Go on where this snapshot has ended: ask only for what it has not. A device "
+                                "that is another one than then is read anew."),
+                         Tr::tr("FILE")});
+    for (const NoteOption &option : noteOptions)
+        m_options.addOption({QLatin1String(option.name), Tr::tr(option.description), Tr::tr("TEXT")});
+    m_options.addOption({jsonOption, Tr::tr("Print the summary as JSON, for programs.")});
+    Language::addOption(m_options);
+}
+
+std::optional<ExitStatus> SnapshotCommand::parseResume()
+{
+    if (!m_options.isSet(resumeOption))
+        return std::nullopt;
+    QString error;
+    m_earlier = SnapshotFile::load(m_options.value(resumeOption), &error);
+    if (!m_earlier) {
+        Console::printError(error);
+        return Exit::fileFailed;
+    }
+    if (m_earlier->scope == SnapshotScope::Imported)
+        return m_options.complain(
+            Tr::tr("A snapshot that was made of an exchange file cannot be gone on with: "
+                   "it does not say what was asked for."));
+    if (m_bus.isQuick() && m_earlier->scope != SnapshotScope::Quick)
+        return m_options.complain(Tr::tr("The snapshot to go on with is a full one; leave out --quick."));
+    m_bus.setEarlier(*m_earlier);
+    return std::nullopt;
+}
+
+/*! The options, and where there is none what the earlier snapshot says. */
+SnapshotNotes SnapshotCommand::notes() const
+{
+    SnapshotNotes notes = m_earlier ? m_earlier->notes : SnapshotNotes();
+    for (const NoteOption &option : noteOptions) {
+        const QString name = QString::fromLatin1(option.name);
+        if (m_options.isSet(name))
+            notes.*option.field = m_options.value(name);
+    }
+    return notes;
+}
+
+void SnapshotCommand::print() const
+{
+    const QStringList lines = SnapshotSummary::lines(m_bus.snapshot());
+    for (const QString &line : lines)
+        Console::print(line);
+}
+
+} // namespace
+
+ExitStatus runSnapshotCommand(const QStringList &arguments)
+{
+    SnapshotCommand command;
+    return command.run(arguments);
+}

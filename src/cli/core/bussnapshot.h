@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "exitstatus.h"
+#include "progressline.h"
+
+#include <bus/busconnection.h>
+#include <host/core/snapshotrun.h>
+
+#include <QCoreApplication>
+
+#include <optional>
+
+class CommandArguments;
+class InterruptibleLoop;
+
+/*! The snapshot of a bus as a part of several commands: its options, the run, and the words when it fails. */
+class BusSnapshot
+{
+    Q_DECLARE_TR_FUNCTIONS(BusSnapshot)
+
+public:
+    /*! Adds --quick, --node, --scan, --eds, --share, --timeout and --retries. */
+    static void addOptions(CommandArguments &options);
+
+    /*! Takes the options; an exit status after a complaint. */
+    std::optional<ExitStatus> parse(const CommandArguments &options);
+
+    void setNotes(const SnapshotNotes &notes) { m_order.notes = notes; }
+    /*! Goes on with \a earlier; its scope counts. */
+    void setEarlier(const Snapshot &earlier) { m_order.earlier = earlier; }
+    bool isQuick() const { return m_order.scope == SnapshotScope::Quick; }
+
+    /*! Opens the bus and reads it, until Ctrl+C at most. An exit status when there is nothing of any use, after a
+     *  sentence that says why.
+     */
+    std::optional<ExitStatus> take(const BusSettings &settings);
+
+    /*! What was read, also when it was interrupted. */
+    const Snapshot &snapshot() const { return m_snapshot; }
+
+    /*! 0 when it is complete, 4 with gaps, 128 + n after a signal. Says why it was ended early, if it was. */
+    ExitStatus finish() const;
+
+private:
+    std::optional<ExitStatus> parseNodes(const CommandArguments &options);
+    std::optional<ExitStatus> parseDataSheets(const CommandArguments &options);
+    void read(InterruptibleLoop *loop);
+    void showProgress(const SnapshotRun &run);
+    void sayLoss(bool isLost);
+    QString describeNoNode() const;
+
+    BusConnection m_bus;
+    SnapshotOrder m_order;
+    CanOpen::SdoPatience m_patience;
+    ProgressLine m_progress;
+    Snapshot m_snapshot;
+    ExitStatus m_interruption; // success: none
+    bool m_isGivenUp = false;  // the bus stayed away
+};
