@@ -8,7 +8,7 @@
 #include <cli/core/outputfile.h>
 #include <cli/core/snapshotsummary.h>
 
-#include <snapshot/snapshotfile.h>
+#include <snapshot/savedvehicle.h>
 
 namespace {
 
@@ -119,7 +119,7 @@ std::optional<ExitStatus> SnapshotCommand::parseResume()
     if (!m_options.isSet(resumeOption))
         return std::nullopt;
     QString error;
-    m_earlier = SnapshotFile::load(m_options.value(resumeOption), &error);
+    m_earlier = SavedVehicle::load(m_options.value(resumeOption), &error);
     if (!m_earlier) {
         Console::printError(error);
         return Exit::fileFailed;

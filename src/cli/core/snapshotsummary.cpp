@@ -67,9 +67,12 @@ QMap<QString, QStringList> gapsOf(const SnapshotNode &node)
 
 QStringList nodeLines(const SnapshotNode &node)
 {
-    QStringList lines{
-        Tr::tr("Node %1, %2: %3").arg(QString::number(node.id), nameOf(node), countsText(countsOf(node)))};
     const QString ending = SnapshotWords::ending(node.end);
+    const Counts counts = countsOf(node);
+    if (!ending.isEmpty() && counts.values + counts.absent == 0)
+        return {Tr::tr("Node %1: %2").arg(QString::number(node.id), ending)};
+    QStringList lines{
+        Tr::tr("Node %1, %2: %3").arg(QString::number(node.id), nameOf(node), countsText(counts))};
     if (!ending.isEmpty())
         lines.append(QStringLiteral("    ") + ending);
     const QMap<QString, QStringList> gaps = gapsOf(node);
