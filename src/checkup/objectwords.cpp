@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "objectwords.h"
+
+#include <canopen/plaintext.h>
+#include <interpreter/datainterpreter.h>
+#include <interpreter/objects.h>
+#include <interpreter/units.h>
+
+using CanOpen::ObjectKey;
+
+namespace {
+
+constexpr quint16 firstCellVoltages = 0x6165;
+constexpr quint16 lastCellVoltages = 0x6174;
+constexpr quint8 revisionNumber = 3;
+
+bool isCellVoltage(ObjectKey key)
+{
+    return key.index >= firstCellVoltages && key.index <= lastCellVoltages && key.subIndex > 0;
+}
+
+bool isNumber(const QVariant &value)
+{
+    return value.type() != QVariant::String && value.type() != QVariant::ByteArray;
+}
+
+QString identityText(ObjectKey key, const QVariant &value)
+{
+    QString name;
+    QString text = QString::number(value.toUInt());
+    DataInterpreter::interpretIdentity(value, key.subIndex, name, text);
+    return text;
+}
+
+/*! Without a unit: signed and wide numbers as they are, which formatValue() takes for unsigned ones of 32 bits. */
+QString numberText(ObjectKey key, const QVariant &value)
+{
+    const QString formatted = DataInterpreter::formatValue(key.index, key.subIndex, value);
+    const bool isPlain = formatted.isEmpty() || formatted == QString::number(value.toUInt());
+    return isPlain ? value.toString() : formatted;
+}
+
+} // namespace
+
+QString ObjectWords::value(ObjectKey key, const QVariant &value)
+{
+    if (value.type() == QVariant::String)
+        return CanOpen::plainText(value.toString());
+    if (value.type() == QVariant::ByteArray)
+        return QString::fromLatin1(value.toByteArray().toHex(' '));
+    if (!isNumber(value) || !value.isValid())
+        return QString();
+    if (isCellVoltage(key))
+        return inUnit(value.toDouble(), QStringLiteral("mV"));
+    if (key.index == Object::identity && key.subIndex == revisionNumber)
+        return identityText(key, value);
+    return numberText(key, value);
+}
+
+QString ObjectWords::inUnit(double number, const QString &unit)
+{
+    const UnitFormat *format = findUnitFormat(unit);
+    return format != nullptr ? formatWithUnit(format, number) : QString();
+}
+
+QString ObjectWords::name(ObjectKey key)
+{
+    const QString name = DataInterpreter::objectName(key.index, key.subIndex).simplified();
+    return name.isEmpty() ? CanOpen::indexText(key.index) : name;
+}
+
+QString ObjectWords::nameAndNumber(ObjectKey key)
+{
+    const QString name = DataInterpreter::objectName(key.index, key.subIndex).simplified();
+    return name.isEmpty() ? key.toShortString() : QStringLiteral("%1 (%2)").arg(name, key.toShortString());
+}

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <canopen/objectkey.h>
+
+#include <QString>
+#include <QVariant>
+
+/*! How values and objects are said in findings and comparisons. */
+namespace ObjectWords {
+
+/*! The value with its unit, as the overview shows it. Cell voltages 6165h to 6174h, which have no unit in the object
+ *  table, are millivolts. Texts stand as they are, bytes as hexadecimal digits, numbers without a unit as they are; no
+ *  control characters.
+ */
+QString value(CanOpen::ObjectKey key, const QVariant &value);
+
+/*! A number in a unit of the object table ("mV", "C"): 36500 in "mV" is "36.50 V". Empty for an unknown unit. */
+QString inUnit(double number, const QString &unit);
+
+/*! The object's name in the table, "6165h" when it has none. */
+QString name(CanOpen::ObjectKey key);
+
+/*! Name and number: "Battery pack lifetime cycles (6107h.1)". */
+QString nameAndNumber(CanOpen::ObjectKey key);
+
+} // namespace ObjectWords

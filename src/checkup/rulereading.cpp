@@ -1,0 +1,421 @@
+// SPDX-License-Identifier: MIT
+#include "rulereading.h"
+
+#include "evaluation.h"
+
+#include <QRegularExpression>
+
+namespace {
+
+constexpr int longestName = 80;
+constexpr int mostWords = 5000; // of a table
+constexpr int mostKinds = 5000;
+constexpr int mostCases = 100;    // of a rule
+constexpr int mostNumbers = 4096; // of a loop
+constexpr QLatin1String formatName("draxel-rules");
+
+struct SeverityWord
+{
+    const char *word;
+    std::optional<Severity> severity;
+};
+
+const SeverityWord severityWords[] = {
+    {"note", Severity::Note},
+    {"warning", Severity::Warning},
+    {"fault", Severity::Fault},
+    {"off", std::nullopt},
+};
+
+struct KindWord
+{
+    const char *word;
+    ObjectKind::Kind kind;
+};
+
+constexpr KindWord kindWords[] = {
+    {"parameter", ObjectKind::Kind::Parameter}, {"firmware", ObjectKind::Kind::Firmware},
+    {"counter", ObjectKind::Kind::Counter},     {"value", ObjectKind::Kind::Value},
+    {"running", ObjectKind::Kind::Running},
+};
+
+/*! Calls handle(position, value) for each element of a list that may be missing. */
+template<typename Handler>
+void forEachElement(const JsonObject &object, const char *key, Handler handle)
+{
+    const rapidjson::Value *list = object.find(key);
+    if (list == nullptr)
+        return;
+    const JsonPlace place(&object.place(), key);
+    if (!list->IsArray()) {
+        place.complain(QCoreApplication::translate("RuleReading", "A list, [...], is wanted."));
+        return;
+    }
+    int position = 0;
+    for (const rapidjson::Value &element : list->GetArray())
+        handle(JsonPlace(&place, position++), element);
+}
+
+std::optional<QString> stringOf(const rapidjson::Value &value, const JsonPlace &place)
+{
+    if (value.IsString())
+        return QString::fromUtf8(value.GetString(), static_cast<int>(value.GetStringLength()));
+    place.complain(QCoreApplication::translate("RuleReading", "A text is wanted."));
+    return std::nullopt;
+}
+
+} // namespace
+
+void RuleReading::read(const rapidjson::Value &root)
+{
+    JsonFault fault;
+    const JsonPlace top(&fault);
+    const JsonObject document(root, top);
+    if (document.text("format") != formatName)
+        top.complain(tr("These are no rules."));
+    if (document.integer("version", 1, std::numeric_limits<int>::max()) > version)
+        top.complain(tr("These rules are for a newer program."));
+    if (const rapidjson::Value *words = fault.isEmpty() ? document.find("words") : nullptr) {
+        if (words->IsObject()) {
+            for (const auto &table : words->GetObject())
+                readWords(table.name.GetString(), table.value);
+        }
+    }
+    if (fault.isEmpty()) {
+        int position = 0;
+        forEachElement(document, "rules", [this, &position](const JsonPlace &, const rapidjson::Value &rule) {
+            readRule(rule, position++);
+        });
+        position = 0;
+        forEachElement(document, "objects",
+                       [this, &position](const JsonPlace &, const rapidjson::Value &kind) {
+                           readKind(kind, position++);
+                       });
+    }
+    if (!fault.isEmpty())
+        m_problems.append(fault.text);
+}
+
+void RuleReading::readRule(const rapidjson::Value &value, int position)
+{
+    JsonFault fault;
+    const JsonPlace top(&fault);
+    const JsonPlace list(&top, "rules");
+    const JsonPlace place(&list, position);
+    const JsonObject object(value, place);
+    const Rule rule = ruleOf(object);
+    if (fault.isEmpty())
+        m_rules.append(rule);
+    else
+        m_problems.append(rule.id.isEmpty() ? fault.text : tr("%1 (rule \"%2\")").arg(fault.text, rule.id));
+}
+
+void RuleReading::readKind(const rapidjson::Value &value, int position)
+{
+    JsonFault fault;
+    const JsonPlace top(&fault);
+    const JsonPlace list(&top, "objects");
+    const JsonPlace place(&list, position);
+    const KindRow row = kindOf(JsonObject(value, place));
+    if (fault.isEmpty() && m_kinds.size() < mostKinds)
+        m_kinds.append(row);
+    else if (!fault.isEmpty())
+        m_problems.append(fault.text);
+}
+
+RuleReading::KindRow RuleReading::kindOf(const JsonObject &object)
+{
+    KindRow row;
+    readObjects(object, &row);
+    const QString word = object.text("kind", longestName);
+    bool isKnown = false;
+    for (const KindWord &known : kindWords) {
+        if (word == QLatin1String(known.word)) {
+            row.kind.kind = known.kind;
+            isKnown = true;
+        }
+    }
+    if (!isKnown)
+        JsonPlace(&object.place(), "kind")
+            .complain(tr("\"parameter\", \"firmware\", \"counter\", \"value\" or \"running\" is wanted."));
+    if (object.has("noise"))
+        row.kind.noise = object.number("noise");
+    if (object.has("noisePercent"))
+        row.kind.noisePercent = object.number("noisePercent");
+    if (row.kind.noise < 0 || row.kind.noisePercent < 0)
+        object.place().complain(tr("Noise cannot be negative."));
+    return row;
+}
+
+/*! "object": "6107h" or "1018h.3", or "from" and "to". */
+void RuleReading::readObjects(const JsonObject &object, KindRow *row)
+{
+    const bool isRange = object.has("from");
+    for (const char *key : {isRange ? "from" : "object", isRange ? "to" : "object"}) {
+        QString problem;
+        const QString text = object.text(key, longestName);
+        const std::optional<ObjectReference> reference = ExpressionParser({}).parseObject(text, &problem);
+        if (!reference) {
+            JsonPlace(&object.place(), key).complain(problem + QLatin1Char('.'));
+            return;
+        }
+        row->first = row->first == 0 ? reference->index : row->first;
+        row->last = reference->index;
+        if (text.contains(QLatin1Char('.')))
+            row->sub = reference->subIndex;
+    }
+    if (row->last < row->first)
+        JsonPlace(&object.place(), "to").complain(tr("This is lower than the first one."));
+}
+
+void RuleReading::readWords(const char *name, const rapidjson::Value &value)
+{
+    JsonFault fault;
+    const JsonPlace top(&fault);
+    const JsonPlace words(&top, "words");
+    const JsonPlace place(&words, name);
+    WordTable table;
+    if (!value.IsArray() || value.Size() > mostWords) {
+        place.complain(tr("A list of at most %1 words is wanted.").arg(mostWords));
+    } else {
+        int position = 0;
+        for (const rapidjson::Value &element : value.GetArray()) {
+            const JsonPlace rowPlace(&place, position++);
+            const JsonObject row(element, rowPlace);
+            const bool isRange = row.has("from");
+            const qint64 first = codeOf(row, isRange ? "from" : "code");
+            table.append(first, isRange ? codeOf(row, "to") : first, plainTextOf(row, "text"));
+        }
+    }
+    if (fault.isEmpty())
+        m_words.insert(QString::fromUtf8(name), table);
+    else
+        m_problems.append(fault.text);
+}
+
+/*! A code is a number, or a text as in "2310h". */
+qint64 RuleReading::codeOf(const JsonObject &object, const char *key)
+{
+    const rapidjson::Value *value = object.find(key);
+    if (value != nullptr && value->IsInt64())
+        return value->GetInt64();
+    QString text = object.text(key, longestName);
+    bool isNumber = text.endsWith(QLatin1Char('h'));
+    text.chop(1);
+    const qint64 code = isNumber ? text.toLongLong(&isNumber, 16) : 0;
+    if (!isNumber)
+        JsonPlace(&object.place(), key).complain(tr("A number, or one like \"2310h\", is wanted."));
+    return code;
+}
+
+Rule RuleReading::ruleOf(const JsonObject &object)
+{
+    static const QRegularExpression name(QStringLiteral("^[a-z0-9-]+$"));
+    Rule rule;
+    rule.id = object.text("id", longestName);
+    if (!name.match(rule.id).hasMatch()) {
+        rule.id.clear();
+        JsonPlace(&object.place(), "id").complain(tr("A name of small letters, digits and - is wanted."));
+    }
+    if (object.optionalText("severity") == QLatin1String("off")) {
+        rule.cases.append(RuleCase()); // its other members do not matter
+        return rule;
+    }
+    const QString scope = object.optionalText("scope");
+    rule.scope = scope == QLatin1String("vehicle") ? Rule::Scope::Vehicle : Rule::Scope::Node;
+    if (!scope.isEmpty() && scope != QLatin1String("vehicle") && scope != QLatin1String("node"))
+        JsonPlace(&object.place(), "scope").complain(tr("\"node\" or \"vehicle\" is wanted."));
+    const QString take = object.optionalText("take");
+    rule.take = take == QLatin1String("first") ? Rule::Take::First : Rule::Take::All;
+    if (!take.isEmpty() && take != QLatin1String("first") && take != QLatin1String("all"))
+        JsonPlace(&object.place(), "take").complain(tr("\"first\" or \"all\" is wanted."));
+    readClasses(object, &rule);
+    const Loops loops = readLoops(object, &rule);
+    readNeeds(object, loops, &rule);
+    rule.when = formulaOf(object, "when", loops);
+    readCases(object, loops, &rule);
+    return rule;
+}
+
+void RuleReading::readClasses(const JsonObject &object, Rule *rule)
+{
+    forEachElement(object, "components", [rule](const JsonPlace &place, const rapidjson::Value &element) {
+        if (element.IsUint() && element.GetUint() <= 0xFF)
+            rule->classes.append(static_cast<quint8>(element.GetUint()));
+        else
+            place.complain(tr("The code of a class of components, 0 to 255, is wanted."));
+    });
+}
+
+RuleReading::Loops RuleReading::readLoops(const JsonObject &object, Rule *rule)
+{
+    Loops loops;
+    const auto add = [rule, &loops](const JsonPlace &place, const rapidjson::Value &element) {
+        const std::optional<QString> text = stringOf(element, place);
+        if (!text)
+            return;
+        ExpressionParser::Loop loop;
+        RuleLoop read;
+        QString problem;
+        if (loops.size() >= Evaluation::mostLoops)
+            problem = tr("A rule has at most two loops.");
+        else if (readLoop(*text, loops, &loop, &read, &problem)) {
+            loops.append(loop);
+            rule->loops.append(read);
+        }
+        if (!problem.isEmpty())
+            place.complain(problem);
+    };
+    const rapidjson::Value *single = object.find("for");
+    if (single != nullptr && single->IsString())
+        add(JsonPlace(&object.place(), "for"), *single);
+    else
+        forEachElement(object, "for", add);
+    return loops;
+}
+
+/*! "s in 6040h", "b in 0 to 15", "p in 6165h to 6174h" */
+bool RuleReading::readLoop(const QString &text, const Loops &known, ExpressionParser::Loop *loop,
+                           RuleLoop *read, QString *problem)
+{
+    static const QRegularExpression numbers(QStringLiteral("^([a-z]) in (\\d{1,5}) to (\\d{1,5})$"));
+    static const QRegularExpression objects(
+        QStringLiteral("^([a-z]) in ([0-9A-Fa-f]{4})h to ([0-9A-Fa-f]{4})h$"));
+    static const QRegularExpression subIndices(QStringLiteral("^([a-z]) in (these|[0-9A-Fa-f]{4}h)$"));
+    QRegularExpressionMatch match = numbers.match(text);
+    const bool isNumbers = match.hasMatch();
+    if (!isNumbers)
+        match = objects.match(text);
+    if (match.hasMatch()) {
+        read->kind = isNumbers ? RuleLoop::Kind::Numbers : RuleLoop::Kind::Objects;
+        read->first = match.captured(2).toInt(nullptr, isNumbers ? 10 : 16);
+        read->last = match.captured(3).toInt(nullptr, isNumbers ? 10 : 16);
+        loop->hasObject = !isNumbers;
+        if (read->last < read->first || read->last - read->first >= mostNumbers)
+            *problem = tr("A loop runs from a lower to a higher number, %1 at most.").arg(mostNumbers);
+    } else {
+        match = subIndices.match(text);
+        read->kind = RuleLoop::Kind::SubIndices;
+        if (match.hasMatch())
+            read->object
+                = ExpressionParser(known).parseObject(match.captured(2), problem).value_or(ObjectReference());
+        else
+            *problem = tr("A loop is written \"s in 6040h\", \"b in 0 to 15\" or \"p in 6165h to 6174h\".");
+    }
+    loop->name = match.captured(1);
+    return problem->isEmpty();
+}
+
+void RuleReading::readNeeds(const JsonObject &object, const Loops &loops, Rule *rule)
+{
+    forEachElement(object, "needs", [rule, &loops](const JsonPlace &place, const rapidjson::Value &element) {
+        const std::optional<QString> text = stringOf(element, place);
+        QString problem;
+        const std::optional<Expression> need
+            = text ? ExpressionParser(loops).parse(*text, &problem) : std::nullopt;
+        if (need)
+            rule->needs.append(*need);
+        else
+            place.complain(problem + QLatin1Char('.'));
+    });
+}
+
+void RuleReading::readCases(const JsonObject &object, const Loops &loops, Rule *rule)
+{
+    RuleCase common;
+    common.severity = Severity::Warning;
+    const bool hasCases = object.has("cases");
+    if (!hasCases && !object.has("severity"))
+        object.place().complain(tr("A severity is missing: \"fault\", \"warning\" or \"note\"."));
+    const RuleCase own = caseOf(object, loops, common);
+    if (!hasCases) {
+        rule->cases.append(own);
+        rule->cases.last().when = Expression(); // it is the rule's
+    } else {
+        object.forEachObject("cases", [rule, &loops, &own](const JsonObject &caseObject) {
+            rule->cases.append(caseOf(caseObject, loops, own));
+        });
+    }
+    if (rule->cases.isEmpty() || rule->cases.size() > mostCases)
+        JsonPlace(&object.place(), "cases").complain(tr("1 to %1 cases are wanted.").arg(mostCases));
+    for (const RuleCase &ruleCase : qAsConst(rule->cases)) {
+        if (ruleCase.text.isEmpty())
+            JsonPlace(&object.place(), "text")
+                .complain(tr("The sentence that says what was found is missing."));
+        if (rule->when.isEmpty() && ruleCase.when.isEmpty())
+            JsonPlace(&object.place(), "when").complain(tr("The condition is missing."));
+    }
+}
+
+RuleCase RuleReading::caseOf(const JsonObject &object, const Loops &loops, const RuleCase &common)
+{
+    RuleCase result = common;
+    if (object.has("severity")) {
+        const QString word = object.text("severity", longestName);
+        bool isKnown = false;
+        for (const SeverityWord &known : severityWords) {
+            if (word == QLatin1String(known.word)) {
+                result.severity = known.severity;
+                isKnown = true;
+            }
+        }
+        if (!isKnown)
+            JsonPlace(&object.place(), "severity")
+                .complain(tr("\"fault\", \"warning\", \"note\" or \"off\" is wanted."));
+    }
+    result.when = formulaOf(object, "when", loops);
+    if (object.has("text"))
+        result.text = textOf(object, "text", loops);
+    if (object.has("advice"))
+        result.advice = textOf(object, "advice", loops);
+    return result;
+}
+
+Expression RuleReading::formulaOf(const JsonObject &object, const char *key, const Loops &loops)
+{
+    const QString text = object.optionalText(key);
+    if (text.isEmpty())
+        return Expression();
+    QString problem;
+    const std::optional<Expression> formula = ExpressionParser(loops).parse(text, &problem);
+    if (formula && formula->hasTextFact())
+        problem = tr("A text is no number");
+    if (!problem.isEmpty())
+        JsonPlace(&object.place(), key).complain(problem + QLatin1Char('.'));
+    return formula.value_or(Expression());
+}
+
+LocalText<TextTemplate> RuleReading::textOf(const JsonObject &object, const char *key, const Loops &loops)
+{
+    const JsonPlace place(&object.place(), key);
+    const LocalText<QString> plain = plainTextOf(object, key);
+    LocalText<TextTemplate> text;
+    for (auto line = plain.all().cbegin(); line != plain.all().cend(); ++line) {
+        QString problem;
+        const std::optional<TextTemplate> parsed = TextTemplate::parse(line.value(), loops, &problem);
+        if (parsed)
+            text.set(line.key(), *parsed);
+        else
+            JsonPlace(&place, line.key().toUtf8().constData()).complain(problem + QLatin1Char('.'));
+    }
+    return text;
+}
+
+LocalText<QString> RuleReading::plainTextOf(const JsonObject &object, const char *key)
+{
+    LocalText<QString> text;
+    const JsonPlace place(&object.place(), key);
+    const rapidjson::Value *value = object.find(key);
+    if (value == nullptr || !value->IsObject()) {
+        place.complain(tr("Texts by language are wanted: {\"en\": \"...\"}."));
+        return text;
+    }
+    for (const auto &member : value->GetObject()) {
+        const JsonPlace memberPlace(&place, member.name.GetString());
+        if (const std::optional<QString> line = stringOf(member.value, memberPlace))
+            text.set(QString::fromUtf8(member.name.GetString()), *line);
+    }
+    if (!text.all().contains(QStringLiteral("en")))
+        place.complain(tr("The English text, \"en\", is missing."));
+    return text;
+}

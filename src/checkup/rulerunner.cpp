@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+#include "rulerunner.h"
+
+#include "componentgaps.h"
+#include "evaluation.h"
+#include "vehiclefacts.h"
+
+RuleRunner::RuleRunner(const VehicleFacts &vehicle, const WordTables &words, const QString &language)
+    : m_vehicle(vehicle)
+    , m_words(words)
+    , m_language(language)
+{
+}
+
+void RuleRunner::apply(const Rule &rule, int position, QVector<Finding> *findings, ComponentGaps *gaps)
+{
+    m_position = position;
+    m_findings = findings;
+    m_gaps = gaps;
+    Evaluation evaluation(m_vehicle, position);
+    for (const Expression &need : rule.needs) {
+        const Operand operand = need.evaluate(evaluation);
+        if (operand.isUnknown())
+            gaps->add(evaluation);
+        if (!operand.isNumber())
+            return;
+        evaluation.clearNotes();
+    }
+    runLoop(rule, 0, evaluation);
+    m_steps += evaluation.steps();
+}
+
+void RuleRunner::runLoop(const Rule &rule, int loop, Evaluation &evaluation)
+{
+    if (loop == rule.loops.size()) {
+        runInstance(rule, evaluation);
+        return;
+    }
+    const RuleLoop &numbers = rule.loops.at(loop);
+    const int first = numbers.kind == RuleLoop::Kind::SubIndices ? 1 : numbers.first;
+    const int last = lastOf(numbers, evaluation);
+    for (int i = first; i <= last && m_steps + evaluation.steps() <= mostSteps && !isFull(); ++i) {
+        if (numbers.kind == RuleLoop::Kind::Objects)
+            evaluation.setLoop(loop, i - first + 1, static_cast<quint16>(i));
+        else
+            evaluation.setLoop(loop, i);
+        runLoop(rule, loop + 1, evaluation);
+    }
+}
+
+/*! The last number of a loop. That of sub-indices is the object's count, which is a byte. */
+int RuleRunner::lastOf(const RuleLoop &loop, Evaluation &evaluation)
+{
+    if (loop.kind != RuleLoop::Kind::SubIndices)
+        return loop.last;
+    evaluation.clearNotes();
+    CanOpen::ObjectKey key = evaluation.keyOf(loop.object);
+    key.subIndex = 0;
+    const Operand count = evaluation.object(key);
+    if (count.isUnknown())
+        m_gaps->add(evaluation);
+    constexpr double most = 255;
+    return count.isNumber() ? static_cast<int>(qBound(0.0, count.number, most)) : 0;
+}
+
+void RuleRunner::runInstance(const Rule &rule, Evaluation &evaluation)
+{
+    evaluation.clearNotes();
+    if (!isMet(rule.when, evaluation))
+        return;
+    for (const RuleCase &ruleCase : rule.cases) {
+        if (!isMet(ruleCase.when, evaluation) || !ruleCase.severity)
+            continue;
+        find(rule, ruleCase, evaluation);
+        if (rule.take == Rule::Take::First)
+            return;
+    }
+}
+
+/*! Whether the condition holds; what is missing to know it is noted. */
+bool RuleRunner::isMet(const Expression &condition, Evaluation &evaluation)
+{
+    if (condition.isEmpty())
+        return true;
+    const Operand result = condition.evaluate(evaluation);
+    if (result.isUnknown())
+        m_gaps->add(evaluation);
+    return result.isTrue();
+}
+
+void RuleRunner::find(const Rule &rule, const RuleCase &ruleCase, Evaluation &evaluation)
+{
+    Finding finding;
+    finding.rule = rule.id;
+    finding.severity = *ruleCase.severity;
+    const SnapshotNode *node = m_vehicle.node(m_position);
+    finding.nodeId = node != nullptr ? node->id : quint8(0);
+    finding.objects = evaluation.askedFor();
+    finding.text = ruleCase.text.in(m_language).fill(evaluation, m_words, m_language);
+    finding.advice = ruleCase.advice.in(m_language).fill(evaluation, m_words, m_language);
+    m_findings->append(finding);
+}
+
+bool RuleRunner::isFull() const
+{
+    return m_findings->size() >= mostFindings;
+}
