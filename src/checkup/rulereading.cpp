@@ -10,6 +10,7 @@ namespace {
 constexpr int longestName = 80;
 constexpr int mostWords = 5000; // of a table
 constexpr int mostKinds = 5000;
+constexpr int mostRules = 5000;   // of a file
 constexpr int mostCases = 100;    // of a rule
 constexpr int mostNumbers = 4096; // of a loop
 constexpr QLatin1String formatName("draxel-rules");
@@ -39,70 +40,28 @@ constexpr KindWord kindWords[] = {
     {"running", ObjectKind::Kind::Running},
 };
 
-/*! Calls handle(position, value) for each element of a list that may be missing. */
-template<typename Handler>
-void forEachElement(const JsonObject &object, const char *key, Handler handle)
-{
-    const rapidjson::Value *list = object.find(key);
-    if (list == nullptr)
-        return;
-    const JsonPlace place(&object.place(), key);
-    if (!list->IsArray()) {
-        place.complain(QCoreApplication::translate("RuleReading", "A list, [...], is wanted."));
-        return;
-    }
-    int position = 0;
-    for (const rapidjson::Value &element : list->GetArray())
-        handle(JsonPlace(&place, position++), element);
-}
-
-std::optional<QString> stringOf(const rapidjson::Value &value, const JsonPlace &place)
-{
-    if (value.IsString())
-        return QString::fromUtf8(value.GetString(), static_cast<int>(value.GetStringLength()));
-    place.complain(QCoreApplication::translate("RuleReading", "A text is wanted."));
-    return std::nullopt;
-}
-
 } // namespace
 
-void RuleReading::read(const rapidjson::Value &root)
+void RuleReading::read(const JsonObject &document)
 {
-    JsonFault fault;
-    const JsonPlace top(&fault);
-    const JsonObject document(root, top);
     if (document.text("format") != formatName)
-        top.complain(tr("These are no rules."));
+        document.place().complain(tr("These are no rules."));
     if (document.integer("version", 1, std::numeric_limits<int>::max()) > version)
-        top.complain(tr("These rules are for a newer program."));
-    if (const rapidjson::Value *words = fault.isEmpty() ? document.find("words") : nullptr) {
-        if (words->IsObject()) {
-            for (const auto &table : words->GetObject())
-                readWords(table.name.GetString(), table.value);
-        }
-    }
-    if (fault.isEmpty()) {
-        int position = 0;
-        forEachElement(document, "rules", [this, &position](const JsonPlace &, const rapidjson::Value &rule) {
-            readRule(rule, position++);
-        });
-        position = 0;
-        forEachElement(document, "objects",
-                       [this, &position](const JsonPlace &, const rapidjson::Value &kind) {
-                           readKind(kind, position++);
-                       });
-    }
-    if (!fault.isEmpty())
-        m_problems.append(fault.text);
+        document.place().complain(tr("These rules are for a newer program."));
+    if (document.place().isFaulty())
+        return;
+    document.forEachObjectApart(
+        "rules", [this](const JsonObject &object, const JsonFault &fault) { readRule(object, fault); });
+    document.forEachObjectApart(
+        "objects", [this](const JsonObject &object, const JsonFault &fault) { readKind(object, fault); });
+    if (document.has("words"))
+        document.forObject("words", [this](const JsonObject &tables) { readWords(tables); });
 }
 
-void RuleReading::readRule(const rapidjson::Value &value, int position)
+void RuleReading::readRule(const JsonObject &object, const JsonFault &fault)
 {
-    JsonFault fault;
-    const JsonPlace top(&fault);
-    const JsonPlace list(&top, "rules");
-    const JsonPlace place(&list, position);
-    const JsonObject object(value, place);
+    if (m_rules.size() >= mostRules)
+        return;
     const Rule rule = ruleOf(object);
     if (fault.isEmpty())
         m_rules.append(rule);
@@ -110,17 +69,40 @@ void RuleReading::readRule(const rapidjson::Value &value, int position)
         m_problems.append(rule.id.isEmpty() ? fault.text : tr("%1 (rule \"%2\")").arg(fault.text, rule.id));
 }
 
-void RuleReading::readKind(const rapidjson::Value &value, int position)
+void RuleReading::readWords(const JsonObject &tables)
 {
-    JsonFault fault;
-    const JsonPlace top(&fault);
-    const JsonPlace list(&top, "objects");
-    const JsonPlace place(&list, position);
-    const KindRow row = kindOf(JsonObject(value, place));
-    if (fault.isEmpty() && m_kinds.size() < mostKinds)
-        m_kinds.append(row);
-    else if (!fault.isEmpty())
+    const QStringList names = tables.keys();
+    for (const QString &name : names) {
+        const WordTable table = tableOf(tables, name.toUtf8().constData());
+        if (tables.place().isFaulty())
+            return;
+        m_words.insert(name, table);
+    }
+}
+
+WordTable RuleReading::tableOf(const JsonObject &tables, const char *name)
+{
+    WordTable table;
+    int rows = 0;
+    tables.forEachObject(name, [&table, &rows](const JsonObject &row) {
+        if (++rows > mostWords) {
+            row.place().complain(tr("A table has at most %1 words.").arg(mostWords));
+            return;
+        }
+        const bool isRange = row.has("from");
+        const qint64 first = codeOf(row, isRange ? "from" : "code");
+        table.append(first, isRange ? codeOf(row, "to") : first, plainTextOf(row, "text"));
+    });
+    return table;
+}
+
+void RuleReading::readKind(const JsonObject &object, const JsonFault &fault)
+{
+    const KindRow row = kindOf(object);
+    if (!fault.isEmpty())
         m_problems.append(fault.text);
+    else if (m_kinds.size() < mostKinds)
+        m_kinds.append(row);
 }
 
 RuleReading::KindRow RuleReading::kindOf(const JsonObject &object)
@@ -168,38 +150,13 @@ void RuleReading::readObjects(const JsonObject &object, KindRow *row)
         JsonPlace(&object.place(), "to").complain(tr("This is lower than the first one."));
 }
 
-void RuleReading::readWords(const char *name, const rapidjson::Value &value)
-{
-    JsonFault fault;
-    const JsonPlace top(&fault);
-    const JsonPlace words(&top, "words");
-    const JsonPlace place(&words, name);
-    WordTable table;
-    if (!value.IsArray() || value.Size() > mostWords) {
-        place.complain(tr("A list of at most %1 words is wanted.").arg(mostWords));
-    } else {
-        int position = 0;
-        for (const rapidjson::Value &element : value.GetArray()) {
-            const JsonPlace rowPlace(&place, position++);
-            const JsonObject row(element, rowPlace);
-            const bool isRange = row.has("from");
-            const qint64 first = codeOf(row, isRange ? "from" : "code");
-            table.append(first, isRange ? codeOf(row, "to") : first, plainTextOf(row, "text"));
-        }
-    }
-    if (fault.isEmpty())
-        m_words.insert(QString::fromUtf8(name), table);
-    else
-        m_problems.append(fault.text);
-}
-
 /*! A code is a number, or a text as in "2310h". */
 qint64 RuleReading::codeOf(const JsonObject &object, const char *key)
 {
-    const rapidjson::Value *value = object.find(key);
-    if (value != nullptr && value->IsInt64())
-        return value->GetInt64();
-    QString text = object.text(key, longestName);
+    const QVariant value = object.scalar(key);
+    if (value.type() == QVariant::LongLong)
+        return value.toLongLong();
+    QString text = value.toString();
     bool isNumber = text.endsWith(QLatin1Char('h'));
     text.chop(1);
     const qint64 code = isNumber ? text.toLongLong(&isNumber, 16) : 0;
@@ -239,38 +196,32 @@ Rule RuleReading::ruleOf(const JsonObject &object)
 
 void RuleReading::readClasses(const JsonObject &object, Rule *rule)
 {
-    forEachElement(object, "components", [rule](const JsonPlace &place, const rapidjson::Value &element) {
-        if (element.IsUint() && element.GetUint() <= 0xFF)
-            rule->classes.append(static_cast<quint8>(element.GetUint()));
-        else
-            place.complain(tr("The code of a class of components, 0 to 255, is wanted."));
-    });
+    if (!object.has("components"))
+        return;
+    for (const qint64 code : object.integers("components", 0, 0xFF))
+        rule->classes.append(static_cast<quint8>(code));
 }
 
 RuleReading::Loops RuleReading::readLoops(const JsonObject &object, Rule *rule)
 {
     Loops loops;
-    const auto add = [rule, &loops](const JsonPlace &place, const rapidjson::Value &element) {
-        const std::optional<QString> text = stringOf(element, place);
-        if (!text)
-            return;
+    const JsonPlace place(&object.place(), "for");
+    QStringList texts;
+    if (object.scalar("for").type() == QVariant::String)
+        texts.append(object.text("for"));
+    else if (object.has("for"))
+        texts = object.texts("for");
+    if (texts.size() > Evaluation::mostLoops)
+        place.complain(tr("A rule has at most two loops."));
+    for (int i = 0; i < texts.size() && !place.isFaulty(); ++i) {
         ExpressionParser::Loop loop;
         RuleLoop read;
         QString problem;
-        if (loops.size() >= Evaluation::mostLoops)
-            problem = tr("A rule has at most two loops.");
-        else if (readLoop(*text, loops, &loop, &read, &problem)) {
-            loops.append(loop);
-            rule->loops.append(read);
-        }
-        if (!problem.isEmpty())
-            place.complain(problem);
-    };
-    const rapidjson::Value *single = object.find("for");
-    if (single != nullptr && single->IsString())
-        add(JsonPlace(&object.place(), "for"), *single);
-    else
-        forEachElement(object, "for", add);
+        if (!readLoop(texts.at(i), loops, &loop, &read, &problem))
+            JsonPlace(&place, i).complain(problem);
+        loops.append(loop);
+        rule->loops.append(read);
+    }
     return loops;
 }
 
@@ -308,16 +259,16 @@ bool RuleReading::readLoop(const QString &text, const Loops &known, ExpressionPa
 
 void RuleReading::readNeeds(const JsonObject &object, const Loops &loops, Rule *rule)
 {
-    forEachElement(object, "needs", [rule, &loops](const JsonPlace &place, const rapidjson::Value &element) {
-        const std::optional<QString> text = stringOf(element, place);
+    const QStringList texts = object.has("needs") ? object.texts("needs") : QStringList();
+    const JsonPlace place(&object.place(), "needs");
+    for (int i = 0; i < texts.size(); ++i) {
         QString problem;
-        const std::optional<Expression> need
-            = text ? ExpressionParser(loops).parse(*text, &problem) : std::nullopt;
+        const std::optional<Expression> need = ExpressionParser(loops).parse(texts.at(i), &problem);
         if (need)
             rule->needs.append(*need);
         else
-            place.complain(problem + QLatin1Char('.'));
-    });
+            JsonPlace(&place, i).complain(problem + QLatin1Char('.'));
+    }
 }
 
 void RuleReading::readCases(const JsonObject &object, const Loops &loops, Rule *rule)
@@ -404,18 +355,12 @@ LocalText<TextTemplate> RuleReading::textOf(const JsonObject &object, const char
 LocalText<QString> RuleReading::plainTextOf(const JsonObject &object, const char *key)
 {
     LocalText<QString> text;
-    const JsonPlace place(&object.place(), key);
-    const rapidjson::Value *value = object.find(key);
-    if (value == nullptr || !value->IsObject()) {
-        place.complain(tr("Texts by language are wanted: {\"en\": \"...\"}."));
-        return text;
-    }
-    for (const auto &member : value->GetObject()) {
-        const JsonPlace memberPlace(&place, member.name.GetString());
-        if (const std::optional<QString> line = stringOf(member.value, memberPlace))
-            text.set(QString::fromUtf8(member.name.GetString()), *line);
-    }
-    if (!text.all().contains(QStringLiteral("en")))
-        place.complain(tr("The English text, \"en\", is missing."));
+    object.forObject(key, [&text](const JsonObject &texts) {
+        const QStringList languages = texts.keys();
+        for (const QString &language : languages)
+            text.set(language, texts.text(language.toUtf8().constData()));
+        if (!languages.contains(QStringLiteral("en")))
+            texts.place().complain(tr("The English text, \"en\", is missing."));
+    });
     return text;
 }

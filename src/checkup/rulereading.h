@@ -20,7 +20,7 @@ class RuleReading
 public:
     static constexpr int version = 1; //!< the highest one that is known
 
-    void read(const rapidjson::Value &root);
+    void read(const JsonObject &document);
 
     const QVector<Rule> &rules() const { return m_rules; }
     const WordTables &words() const { return m_words; }
@@ -37,9 +37,10 @@ public:
 private:
     using Loops = QVector<ExpressionParser::Loop>;
 
-    void readRule(const rapidjson::Value &value, int position);
-    void readWords(const char *name, const rapidjson::Value &value);
-    void readKind(const rapidjson::Value &value, int position);
+    void readRule(const JsonObject &object, const JsonFault &fault);
+    void readKind(const JsonObject &object, const JsonFault &fault);
+    void readWords(const JsonObject &tables);
+    static WordTable tableOf(const JsonObject &tables, const char *name);
     static KindRow kindOf(const JsonObject &object);
     static void readObjects(const JsonObject &object, KindRow *row);
     static Rule ruleOf(const JsonObject &object);

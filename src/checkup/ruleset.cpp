@@ -75,7 +75,11 @@ void RuleSet::add(const QByteArray &text, const QString &name)
         return;
     }
     RuleReading reading;
-    reading.read(document->root());
+    JsonFault fault;
+    const JsonPlace top(&fault);
+    reading.read(JsonObject(document->root(), top));
+    if (!fault.isEmpty())
+        complain(fault.text);
     for (const QString &problem : reading.problems())
         complain(problem);
     for (auto words = reading.words().cbegin(); words != reading.words().cend(); ++words)

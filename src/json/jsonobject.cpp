@@ -116,6 +116,23 @@ QVariant JsonObject::scalar(const char *key) const
     return value->is_string() ? QVariant(textOf(*value)) : QVariant();
 }
 
+QVector<qint64> JsonObject::integers(const char *key, qint64 lowest, qint64 highest) const
+{
+    QVector<qint64> result;
+    const JsonPlace place(&m_place, key);
+    const int size = arraySize(key);
+    for (int position = 0; position < size && !place.isFaulty(); ++position) {
+        const nlohmann::json &value = element(key, position);
+        const qint64 number = isWhole(value) ? value.get<qint64>() : 0;
+        if (isWhole(value) && number >= lowest && number <= highest)
+            result.append(number);
+        else
+            JsonPlace(&place, position)
+                .complain(tr("A whole number from %1 to %2 is wanted.").arg(lowest).arg(highest));
+    }
+    return result;
+}
+
 QStringList JsonObject::texts(const char *key, int longest) const
 {
     QStringList result;

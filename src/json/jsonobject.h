@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+#include <QVector>
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -75,6 +76,25 @@ public:
                 handle(object);
         }
     }
+
+    /*! The same for the top of a document whose elements stand each for itself: handle(const JsonObject &, const JsonFault
+     *  &) gets the element's own fault, and one that is wrong keeps nothing from the others. A missing array is none.
+     */
+    template<typename Handler>
+    void forEachObjectApart(const char *key, Handler handle) const
+    {
+        const int size = has(key) ? arraySize(key) : 0;
+        for (int position = 0; position < size; ++position) {
+            JsonFault fault;
+            const JsonPlace top(&fault);
+            const JsonPlace list(&top, key);
+            const JsonPlace elementPlace(&list, position);
+            handle(JsonObject(element(key, position), elementPlace), fault);
+        }
+    }
+
+    /*! The whole numbers of an array; a missing one is a fault, and so is an element that is none or out of range. */
+    QVector<qint64> integers(const char *key, qint64 lowest, qint64 highest) const;
 
     /*! The texts of an array; a missing one is a fault, and so is an element that is no text. */
     QStringList texts(const char *key, int longest = longestText) const;
