@@ -25,9 +25,10 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT) # name_version_architecture.deb
 set(CPACK_DEBIAN_PACKAGE_SECTION electronics)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "${CPACK_PACKAGE_DESCRIPTION}")
-# The libraries' packages are found from the binaries; the back ends for CAN hardware are loaded at run time.
+# The libraries' packages are found from the binaries; the back ends for CAN hardware and the
+# drivers of the archive's databases are loaded at run time.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS libqt5serialbus5-plugins)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt5serialbus5-plugins, libqt5sql5-sqlite, libqt5sql5-psql")
 # The second one: Chinese is a row of boxes without a font for it.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qttranslations5-l10n, fonts-noto-cjk | fonts-wqy-zenhei | fonts-arphic-uming")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
