@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "visitkeeper.h"
+
+VisitKeeper::VisitKeeper(ArchiveWorker *worker, const WaitingVisits &waiting, QObject *parent)
+    : QObject(parent)
+    , m_worker(worker)
+    , m_waiting(waiting)
+{
+    connect(worker, &ArchiveWorker::opened, this, &VisitKeeper::deliver);
+}
+
+void VisitKeeper::keep(const Snapshot &snapshot, const std::optional<VisitVerdict> &verdict)
+{
+    m_worker->ask(
+        this,
+        [waiting = m_waiting, snapshot, verdict](Archive &archive, QString *error) {
+            return keepNow(archive, waiting, snapshot, verdict, error);
+        },
+        [this](const Outcome &outcome, const QString &error) { tell(outcome, error); });
+}
+
+VisitKeeper::Outcome VisitKeeper::keepNow(Archive &archive, const WaitingVisits &waiting,
+                                          const Snapshot &snapshot,
+                                          const std::optional<VisitVerdict> &verdict, QString *error)
+{
+    Outcome outcome;
+    outcome.visit = archive.add(snapshot, verdict, error);
+    if (outcome.visit)
+        return outcome;
+    QString problem;
+    outcome.isWaiting = waiting.save(snapshot, &problem);
+    if (!outcome.isWaiting)
+        *error += QLatin1Char(' ') + problem;
+    return outcome;
+}
+
+void VisitKeeper::tell(const Outcome &outcome, const QString &error)
+{
+    if (outcome.visit) {
+        emit kept(*outcome.visit);
+        deliver();
+    } else if (outcome.isWaiting) {
+        emit isWaiting(error);
+    } else {
+        emit failed(error);
+    }
+}
+
+void VisitKeeper::deliver()
+{
+    m_worker->ask(
+        this,
+        [waiting = m_waiting](Archive &archive, QString *error) {
+            const WaitingVisits::Delivery delivery = waiting.deliver(archive);
+            *error = delivery.problems.join(QLatin1Char(' '));
+            return delivery.count;
+        },
+        [this](int count, const QString &error) {
+            if (count > 0)
+                emit delivered(count);
+            if (!error.isEmpty())
+                emit deliveryFailed(error);
+        });
+}

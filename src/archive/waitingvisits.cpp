@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "waitingvisits.h"
+
+#include "archive.h"
+
+#include <snapshot/savedvehicle.h>
+#include <snapshot/snapshotfile.h>
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+
+namespace {
+
+constexpr QLatin1String pattern("*.dxsnap");
+
+} // namespace
+
+QString WaitingVisits::standardFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+           + QStringLiteral("/draxel/waiting");
+}
+
+bool WaitingVisits::save(const Snapshot &snapshot, QString *errorMessage) const
+{
+    if (!QDir().mkpath(m_folder)) {
+        *errorMessage = tr("The folder %1 could not be made.").arg(QDir::toNativeSeparators(m_folder));
+        return false;
+    }
+    // Names that sort by time, and are the same for the same snapshot.
+    const QString time = snapshot.time.toUTC().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    const QString name
+        = QStringLiteral("%1/%2-%3.dxsnap").arg(m_folder, time, SnapshotFile::fingerprint(snapshot).left(16));
+    return SnapshotFile::save(name, snapshot, errorMessage);
+}
+
+int WaitingVisits::count() const
+{
+    return files().size();
+}
+
+QStringList WaitingVisits::files() const
+{
+    return QDir(m_folder).entryList({pattern}, QDir::Files, QDir::Name);
+}
+
+WaitingVisits::Delivery WaitingVisits::deliver(Archive &archive) const
+{
+    Delivery delivery;
+    const QStringList names = files();
+    for (const QString &name : names) {
+        const QString path = m_folder + QLatin1Char('/') + name;
+        QString error;
+        const std::optional<Snapshot> snapshot = SavedVehicle::load(path, &error);
+        if (snapshot && !archive.add(*snapshot, std::nullopt, &error)) {
+            delivery.problems.append(error);
+            break;
+        }
+        if (!snapshot) {
+            delivery.problems.append(error);
+            continue;
+        }
+        QFile::remove(path);
+        ++delivery.count;
+    }
+    return delivery;
+}
