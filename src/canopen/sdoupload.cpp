@@ -13,7 +13,7 @@ constexpr quint8 protocolSwitchThreshold = sdoExpeditedSize; // bytes
 
 // From this size on (bytes), a block upload takes fewer frames although the transfer has begun already; a server that
 // knows no blocks costs two frames, once.
-constexpr int longObject = 64;
+constexpr int longObject = 28;
 
 // Other values that read as an abort are numbers of last segments of a block.
 constexpr char abortCommand = '\x80';

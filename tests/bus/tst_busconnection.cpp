@@ -76,6 +76,9 @@ private slots:
     void isDeletedWhileConnecting();
     void connectsElsewhereWhileConnecting();
     void dropsFramesWhileDisconnected();
+    void sendsNothingThatCouldChangeSomething_data();
+    void sendsNothingThatCouldChangeSomething();
+    void sendsEverythingThroughAnOpenGate();
 
 private:
     std::unique_ptr<FakeNetworkFolder> m_folder;
@@ -237,7 +240,7 @@ void tst_BusConnection::knowsTheLoad()
     QVERIFY(m_bus->connectToBus(settings, nullptr));
     for (int i = 0; i < 10; ++i) {
         m_fake->device()->inject(QCanBusFrame(0x181, QByteArray(8, 0)));
-        m_bus->send(QCanBusFrame(0x601, QByteArray(8, 0)));
+        m_bus->send(QCanBusFrame(0x601, QByteArray::fromHex("4018100100000000")));
     }
     QCOMPARE(m_bus->load().bits(), quint64(2400));
     QTEST(m_bus->load().share(0, std::chrono::milliseconds(100)).value_or(-1), "share");
@@ -539,9 +542,42 @@ void tst_BusConnection::connectsElsewhereWhileConnecting()
 
 void tst_BusConnection::dropsFramesWhileDisconnected()
 {
-    m_bus->send(QCanBusFrame(0x601, QByteArray(8, 0)));
+    m_bus->send(QCanBusFrame(0x601, QByteArray::fromHex("4018100100000000")));
     QVERIFY(m_bus->connectToBus(fakeSettings(), nullptr));
     QCOMPARE(m_fake->device()->writeCalls(), 0);
+}
+
+void tst_BusConnection::sendsNothingThatCouldChangeSomething_data()
+{
+    QTest::addColumn<quint32>("cobId");
+    QTest::addColumn<QByteArray>("payload");
+
+    QTest::newRow("NMT: stop all nodes") << 0x000u << QByteArray::fromHex("0200");
+    QTest::newRow("SYNC") << 0x080u << QByteArray();
+    QTest::newRow("PDO") << 0x205u << QByteArray::fromHex("0102030405060708");
+    QTest::newRow("download") << 0x605u << QByteArray::fromHex("2B01600105000000");
+    QTest::newRow("heartbeat") << 0x705u << QByteArray::fromHex("05");
+}
+
+void tst_BusConnection::sendsNothingThatCouldChangeSomething()
+{
+    QFETCH(quint32, cobId);
+    QFETCH(QByteArray, payload);
+    QVERIFY(m_bus->connectToBus(fakeSettings(), nullptr));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^A frame was not sent")));
+    QCOMPARE(m_bus->send(QCanBusFrame(cobId, payload)), CanOpen::Sending::Dropped);
+    QCOMPARE(m_fake->device()->writeCalls(), 0);
+    QCOMPARE(m_bus->send(QCanBusFrame(0x605, QByteArray::fromHex("4018100100000000"))),
+             CanOpen::Sending::Written);
+    QCOMPARE(m_fake->device()->writeCalls(), 1);
+}
+
+void tst_BusConnection::sendsEverythingThroughAnOpenGate()
+{
+    m_bus->openGate();
+    QVERIFY(m_bus->connectToBus(fakeSettings(), nullptr));
+    QCOMPARE(m_bus->send(QCanBusFrame(0x705, QByteArray::fromHex("05"))), CanOpen::Sending::Written);
+    QCOMPARE(m_fake->device()->writeCalls(), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_BusConnection)

@@ -104,11 +104,15 @@ public:
     /*! Reads an object to the end of the upload. */
     CanOpen::SdoOutcome read(const Object &object)
     {
+        const bool inBlocks = object.type == CanOpen::DataType::OctetString && m_random.oneIn(2);
+        return read(object, inBlocks ? CanOpen::SdoProtocol::Block : CanOpen::SdoProtocol::Plain);
+    }
+
+    CanOpen::SdoOutcome read(const Object &object, CanOpen::SdoProtocol protocol)
+    {
         m_outcome.reset();
         m_begun = m_now;
-        const bool inBlocks = object.type == CanOpen::DataType::OctetString && m_random.oneIn(2);
-        m_client.upload(nodeId, object.key, object.type, std::chrono::milliseconds{0},
-                        inBlocks ? CanOpen::SdoProtocol::Block : CanOpen::SdoProtocol::Plain);
+        m_client.upload(nodeId, object.key, object.type, std::chrono::milliseconds{0}, protocol);
         while (!m_outcome)
             advance();
         return *m_outcome;

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "snapshotrun.h"
 
-#include <bus/backends.h>
-
 #include <QCanBus>
-#include <QCanBusDevice>
+#include <QCanBusDeviceInfo>
 #include <QPointer>
 
 #include <algorithm>
@@ -23,16 +21,6 @@ QString adapterDescription(const BusAddress &address)
             return device.description();
     }
     return QString();
-}
-
-/*! In bit/s; 0 when it is not known. */
-int bitRateOf(const BusConnection &bus)
-{
-    if (bus.settings().bitRate && *bus.settings().bitRate > 0)
-        return *bus.settings().bitRate;
-    const QCanBusDevice *device = bus.device();
-    const bool isTold = device != nullptr && BackEnd::find(bus.settings().address.plugin).hasBitRate;
-    return isTold ? std::max(device->configurationParameter(QCanBusDevice::BitRateKey).toInt(), 0) : 0;
 }
 
 /*! Now, with the offset of its time zone. */
@@ -100,7 +88,8 @@ void SnapshotRun::describeOrigin(const SnapshotOrder &order)
     m_origin.notes = order.notes;
     m_origin.bus = m_bus->settings().address.toString();
     m_origin.adapter = adapterDescription(m_bus->settings().address);
-    m_origin.bitRate = bitRateOf(*m_bus);
+    if (m_bus->device() != nullptr)
+        m_origin.bitRate = BusOpener::bitRate(m_bus->settings(), *m_bus->device());
     if (order.earlier) {
         m_origin.scope = order.earlier->scope;
         m_origin.time = order.earlier->time;
