@@ -83,6 +83,13 @@ QString codeToString(quint32 code)
 
 } // namespace
 
+bool isAboutTheTransfer(quint32 code)
+{
+    return code == static_cast<quint32>(SdoAbort::ToggleBitNotAlternated)
+           || (code >= static_cast<quint32>(SdoAbort::ProtocolTimedOut)
+               && code <= static_cast<quint32>(SdoAbort::CrcError));
+}
+
 QString sdoAbortText(quint32 code)
 {
     const char *text = findText(code);

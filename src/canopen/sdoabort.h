@@ -40,6 +40,9 @@ enum class SdoAbort : quint32 {
     NoData = 0x08000024,
 };
 
+/*! Whether \a code says that the frames of the transfer did not fit, and nothing about the object. */
+bool isAboutTheTransfer(quint32 code);
+
 /*! The code in words, for example "The object does not exist (0602 0000h)"; unknown codes by number only. */
 QString sdoAbortText(quint32 code);
 

@@ -18,14 +18,6 @@ constexpr int longObject = 28;
 // Other values that read as an abort are numbers of last segments of a block.
 constexpr char abortCommand = '\x80';
 
-// Whether an abort says that the frames of the transfer did not fit, and nothing about the object.
-bool isAboutTheTransfer(quint32 code)
-{
-    return code == static_cast<quint32>(SdoAbort::ToggleBitNotAlternated)
-           || (code >= static_cast<quint32>(SdoAbort::ProtocolTimedOut)
-               && code <= static_cast<quint32>(SdoAbort::CrcError));
-}
-
 } // namespace
 
 void SdoUpload::Step::send(QByteArray payload)

@@ -57,7 +57,10 @@ void takeBytes(const QByteArray &bytes, const QVector<DataType> &types, Snapshot
 
 void takeAbort(quint32 code, SnapshotEntry *entry)
 {
-    entry->gap = saysAbsent(code) ? SnapshotGap::Absent : SnapshotGap::Abort;
+    if (saysAbsent(code))
+        entry->gap = SnapshotGap::Absent;
+    else
+        entry->gap = CanOpen::isAboutTheTransfer(code) ? SnapshotGap::Failed : SnapshotGap::Abort;
     entry->abortCode = code;
 }
 

@@ -129,6 +129,8 @@ void tst_SnapshotAnswer::whatIsNoValueHasAReason_data()
     QTest::newRow("no sub-index") << Kind::Abort << 0x06090011u << false << SnapshotGap::Absent;
     QTest::newRow("refused") << Kind::Abort << 0x08000022u << false << SnapshotGap::Abort;
     QTest::newRow("write only") << Kind::Abort << 0x06010001u << false << SnapshotGap::Abort;
+    QTest::newRow("refused the transfer, not the object")
+        << Kind::Abort << 0x05040001u << false << SnapshotGap::Failed;
     QTest::newRow("failed") << Kind::Error << 0x05030000u << false << SnapshotGap::Failed;
     QTest::newRow("failed with the code of an absent object")
         << Kind::Error << 0x06020000u << false << SnapshotGap::Failed;
