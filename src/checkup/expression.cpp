@@ -99,6 +99,10 @@ Operand calculate(Operation operation, double a, double b, double c)
         return Operand::truth(a < b);
     case Operation::LessOrEqual:
         return Operand::truth(a <= b);
+    case Operation::Greater:
+        return Operand::truth(a > b);
+    case Operation::GreaterOrEqual:
+        return Operand::truth(a >= b);
     case Operation::Equal:
         return Operand::truth(!(a < b) && !(b < a));
     case Operation::NotEqual:

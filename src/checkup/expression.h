@@ -42,6 +42,8 @@ public:
         Divide,
         Less,
         LessOrEqual,
+        Greater,
+        GreaterOrEqual,
         Equal,
         NotEqual,
         Absolute,

@@ -199,9 +199,9 @@ int ExpressionParser::parseComparison()
     if (takes("!="))
         return chain(Operation::NotEqual, left, &ExpressionParser::parseSum);
     if (takes(">"))
-        return add(Operation::Less, {parseSum(), left});
+        return chain(Operation::Greater, left, &ExpressionParser::parseSum);
     if (takes(">="))
-        return add(Operation::LessOrEqual, {parseSum(), left});
+        return chain(Operation::GreaterOrEqual, left, &ExpressionParser::parseSum);
     return left;
 }
 

@@ -21,8 +21,9 @@ struct Finding
     Severity severity = Severity::Note;
     quint8 nodeId = 0;                   //!< 0: the vehicle as a whole
     QVector<CanOpen::ObjectKey> objects; //!< what it was found in
-    QString text;                        //!< a sentence with values and units, in the language asked for
-    QString advice;                      //!< what to do, one or more sentences; may be empty
+    QString instance; //!< which one of a rule that looks at several things: "1 10"; may be empty
+    QString text;     //!< a sentence with values and units, in the language asked for
+    QString advice;   //!< what to do, one or more sentences; may be empty
 };
 
 /*! The light of a component. The order is from the best to the worst, for sorting; NotChecked is never good. */

@@ -96,6 +96,9 @@ void RuleRunner::find(const Rule &rule, const RuleCase &ruleCase, Evaluation &ev
     const SnapshotNode *node = m_vehicle.node(m_position);
     finding.nodeId = node != nullptr ? node->id : quint8(0);
     finding.objects = evaluation.askedFor();
+    for (int loop = 0; loop < rule.loops.size(); ++loop)
+        finding.instance
+            += (loop > 0 ? QStringLiteral(" ") : QString()) + QString::number(evaluation.loopNumber(loop));
     finding.text = ruleCase.text.in(m_language).fill(evaluation, m_words, m_language);
     finding.advice = ruleCase.advice.in(m_language).fill(evaluation, m_words, m_language);
     m_findings->append(finding);

@@ -1,0 +1,462 @@
+// SPDX-License-Identifier: MIT
+#include "../support/vehiclesnapshot.h"
+
+#include <checkup/checkup.h>
+#include <checkup/ruleset.h>
+#include <checkup/snapshotcomparison.h>
+
+#include <QtTest>
+
+namespace {
+
+constexpr quint8 battery = 2;
+constexpr quint8 charger = 3;
+constexpr quint8 motor = 4;
+constexpr quint8 display = 5;
+
+const RuleSet &shippedRules()
+{
+    static const RuleSet rules = RuleSet::load({QStringLiteral(OVERVIEW_SOURCE_DIR "/src/checkup/rules")});
+    return rules;
+}
+
+/*! "kind|node|object|before|after|text" of each change. */
+QStringList changes(const Snapshot &before, const Snapshot &after)
+{
+    constexpr const char *kinds[] = {"added",     "removed", "replaced", "moved",   "firmware",
+                                     "parameter", "counter", "value",    "finding", "gap"};
+    const CheckupResult was = Checkup::judge(before, shippedRules(), QStringLiteral("en"));
+    const CheckupResult is = Checkup::judge(after, shippedRules(), QStringLiteral("en"));
+    const Comparison comparison
+        = SnapshotComparison::compare({&before, &was}, {&after, &is}, shippedRules().kinds());
+    QStringList lines;
+    for (const Change &change : comparison.changes)
+        lines.append(QStringLiteral("%1|%2|%3|%4|%5|%6")
+                         .arg(QLatin1String(kinds[static_cast<int>(change.kind)]))
+                         .arg(change.nodeId)
+                         .arg(change.key ? change.key->toShortString() : QString(), change.before,
+                              change.after, change.text));
+    return lines;
+}
+
+QStringList changes(const Snapshot &after)
+{
+    return changes(VehicleSnapshot::of(QStringLiteral("pedelec")), after);
+}
+
+QStringList one(const char *line)
+{
+    return {QString::fromUtf8(line)};
+}
+
+/*! What the vehicle's moving values are after a time. */
+Snapshot fullBusAfter(int seconds)
+{
+    QString error;
+    const auto description = Simulator::readVehicleFile(
+        QStringLiteral(OVERVIEW_SOURCE_DIR "/src/simulator/vehicles/full-bus.json"), &error);
+    Snapshot snapshot = VehicleSnapshot::of(QStringLiteral("full-bus"));
+    for (const Simulator::NodeDescription &node : description->nodes) {
+        for (const Simulator::Behaviour &behaviour : node.behaviours) {
+            const double value = Simulator::behaviourValue(behaviour, qint64(seconds) * 1000000);
+            VehicleSnapshot::setNumber(&snapshot, node.id, behaviour.object, qRound64(value));
+        }
+    }
+    return snapshot;
+}
+
+} // namespace
+
+class tst_SnapshotComparison : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void sameSnapshot();
+    void runningVehicleIsTheSame();
+    void hourOfRiding();
+    void added();
+    void removed();
+    void replaced();
+    void replacedWithOtherSoftware();
+    void anotherMake();
+    void moved();
+    void swapped();
+    void twinsAreToldByTheirNodes();
+    void unreadIdentityIsTheSameDevice();
+    void firmware();
+    void parameter();
+    void counterRisen();
+    void counterFallen();
+    void valueBeyondItsNoise();
+    void valueWithinItsNoise();
+    void unknownObject();
+    void textAndBytes();
+    void objectLostAndFound();
+    void gap();
+    void gapGone();
+    void notAskedForIsNoChange();
+    void silentDevice();
+    void findingNewAndGone();
+    void findingWorse();
+    void findingOfEachBit();
+    void findingMovesAlong();
+    void findingGoneUnjudged();
+    void withoutCheckup();
+    void exchangeFileOfSnapshot();
+};
+
+void tst_SnapshotComparison::sameSnapshot()
+{
+    const Snapshot snapshot = VehicleSnapshot::of(QStringLiteral("full-bus"));
+    QCOMPARE(changes(snapshot, snapshot), QStringList());
+}
+
+void tst_SnapshotComparison::runningVehicleIsTheSame()
+{
+    QCOMPARE(changes(fullBusAfter(10), fullBusAfter(70)), QStringList());
+}
+
+/*! The battery is nearly empty then, and the clocks have gone on for less than a visit to the workshop takes. */
+void tst_SnapshotComparison::hourOfRiding()
+{
+    const QStringList lines = changes(fullBusAfter(10), fullBusAfter(3500));
+    QCOMPARE(lines, QStringList());
+}
+
+void tst_SnapshotComparison::added()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    const Snapshot after = before;
+    before.nodes.remove(4);
+    QCOMPARE(changes(before, after),
+             one("added|5|||HMI control unit/display (node 5)|HMI control unit/display (node 5) is new."));
+}
+
+void tst_SnapshotComparison::removed()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    after.nodes.remove(4);
+    QCOMPARE(changes(after),
+             one("removed|5||HMI control unit/display (node 5)||HMI control unit/display (node 5) is gone."));
+}
+
+/*! What the other device has counted is no change of this one. */
+void tst_SnapshotComparison::replaced()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&after, battery, {0x1018, 4}, 1023999);
+    VehicleSnapshot::setNumber(&after, battery, {0x6107, 1}, 3);
+    QCOMPARE(changes(after),
+             one("replaced|2||1023457|1023999|Battery Pack (node 2) was replaced: serial number "
+                 "1023457 before, 1023999 now."));
+}
+
+void tst_SnapshotComparison::replacedWithOtherSoftware()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&after, battery, {0x1018, 4}, 1023999);
+    VehicleSnapshot::setNumber(&after, battery, {0x1018, 3}, 0x00010004);
+    const QStringList lines = changes(after);
+    QCOMPARE(lines.size(), 2);
+    QCOMPARE(lines.at(1),
+             QStringLiteral("firmware|2|1018h.3|1.3|1.4|Battery Pack (node 2): Identity (1018h.3) "
+                            "was 1.3, is 1.4: the software was changed."));
+}
+
+void tst_SnapshotComparison::anotherMake()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&after, battery, {0x1018, 2}, 0x1234);
+    QCOMPARE(
+        changes(after),
+        (QStringList{QStringLiteral("added|2|||Battery Pack (node 2)|Battery Pack (node 2) is new."),
+                     QStringLiteral("removed|2||Battery Pack (node 2)||Battery Pack (node 2) is gone.")}));
+}
+
+void tst_SnapshotComparison::moved()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    after.nodes.last().id = 20;
+    QCOMPARE(changes(after), one("moved|20||7|20|Sensor unit (node 20) was on node 7 before."));
+}
+
+void tst_SnapshotComparison::swapped()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    std::swap(after.nodes[2], after.nodes[3]);
+    after.nodes[2].id = charger;
+    after.nodes[3].id = motor;
+    QCOMPARE(changes(after),
+             (QStringList{
+                 QStringLiteral("moved|3||4|3|Motor Control unit (node 3) was on node 4 before."),
+                 QStringLiteral("moved|4||3|4|Voltage Converter/Charger (node 4) was on node 3 before.")}));
+}
+
+void tst_SnapshotComparison::twinsAreToldByTheirNodes()
+{
+    Snapshot both = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&both, motor, {0x1018, 2}, 0x004546C7);
+    VehicleSnapshot::setNumber(&both, motor, {0x1018, 4}, 1008812);
+    QCOMPARE(changes(both, both), QStringList());
+}
+
+void tst_SnapshotComparison::unreadIdentityIsTheSameDevice()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    SnapshotEntry entry = *after.find(motor)->find(0x1018, 4);
+    entry.gap = SnapshotGap::NoAnswer;
+    entry.raw.clear();
+    entry.value = QVariant();
+    after.find(motor)->insert(entry);
+    QCOMPARE(changes(after), QStringList());
+}
+
+void tst_SnapshotComparison::firmware()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&after, motor, {0x1018, 3}, 0x00030002);
+    VehicleSnapshot::setRaw(&after, motor, {0x100A, 0}, "332e32");
+    QCOMPARE(
+        changes(after),
+        (QStringList{
+            QStringLiteral("firmware|4|100Ah.0|3.1|3.2|Motor Control unit (node 4): 100Ah.0 was 3.1, is 3.2: "
+                           "the software was changed."),
+            QStringLiteral("firmware|4|1018h.3|3.1|3.2|Motor Control unit (node 4): Identity (1018h.3) was "
+                           "3.1, is 3.2: the software was changed.")}));
+}
+
+void tst_SnapshotComparison::parameter()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&after, motor, {0x6026, 1}, 44000);
+    QCOMPARE(changes(after),
+             one("parameter|4|6026h.1|43.00 V|44.00 V|Motor Control unit (node 4): Device maximum "
+                 "voltage (6026h.1) was 43.00 V, is 44.00 V."));
+}
+
+void tst_SnapshotComparison::counterRisen()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&after, battery, {0x6107, 1}, 246);
+    QCOMPARE(changes(after),
+             one("counter|2|6107h.1|212|246|Battery Pack (node 2): Battery pack lifetime cycles "
+                 "(6107h.1) rose from 212 to 246."));
+}
+
+/*! However little it is. */
+void tst_SnapshotComparison::counterFallen()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&after, battery, {0x6043, 1}, 19259);
+    QCOMPARE(changes(after),
+             one("counter|2|6043h.1|19260.00 minutes|19259.00 minutes|Battery Pack (node 2): Device time on "
+                 "(6043h.1) fell from 19260.00 minutes to 19259.00 minutes: it was reset, or the device "
+                 "repaired."));
+}
+
+void tst_SnapshotComparison::valueBeyondItsNoise()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&after, battery, {0x6176, 1}, 9669);
+    QCOMPARE(changes(after), one("value|2|6176h.1|97.20 %|96.69 %|Battery Pack (node 2): Battery pack SOH "
+                                 "(6176h.1) was 97.20 %, is 96.69 %."));
+}
+
+void tst_SnapshotComparison::valueWithinItsNoise()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&after, battery, {0x6176, 1}, 9670);   // 0.5 %
+    VehicleSnapshot::setNumber(&after, battery, {0x6162, 1}, 486080); // 2 % of 496000
+    VehicleSnapshot::setNumber(&after, battery, {0x6043, 1}, 19380);  // 2 h
+    QCOMPARE(changes(after), QStringList());
+}
+
+void tst_SnapshotComparison::unknownObject()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&before, motor, {0x2000, 0}, 55);
+    Snapshot after = before;
+    VehicleSnapshot::setNumber(&after, motor, {0x2000, 0}, 56);
+    QCOMPARE(changes(before, after),
+             one("value|4|2000h.0|55|56|Motor Control unit (node 4): 2000h.0 was 55, is 56."));
+}
+
+void tst_SnapshotComparison::textAndBytes()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    SnapshotEntry entry = *before.find(motor)->find(0x1008, 0);
+    entry.value = QByteArray("\x01\xff");
+    before.find(motor)->insert(entry);
+    Snapshot after = before;
+    entry.value = QByteArray("\x01\xfe");
+    after.find(motor)->insert(entry);
+    QCOMPARE(
+        changes(before, after),
+        one("parameter|4|1008h.0|01 ff|01 fe|Motor Control unit (node 4): 1008h.0 was 01 ff, is 01 fe."));
+}
+
+void tst_SnapshotComparison::objectLostAndFound()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot after = before;
+    before.find(motor)->insert(VehicleSnapshot::absent({0x6307, 1}));
+    after.find(motor)->insert(VehicleSnapshot::absent({0x6308, 1}));
+    QCOMPARE(
+        changes(before, after),
+        (QStringList{QStringLiteral("parameter|4|6307h.1||280|Motor Control unit (node 4): Set maximum motor "
+                                    "speed (6307h.1) is new."),
+                     QStringLiteral("parameter|4|6308h.1|2500||Motor Control unit (node 4): Set maximum "
+                                    "vehicle speed (6308h.1) is not there any more.")}));
+}
+
+void tst_SnapshotComparison::gap()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    SnapshotEntry entry;
+    entry.key = {0x6307, 1};
+    entry.gap = SnapshotGap::NoAnswer;
+    after.find(motor)->insert(entry);
+    QCOMPARE(changes(after),
+             one("gap|4|6307h.1|280||Motor Control unit (node 4): Set maximum motor speed (6307h.1) "
+                 "could not be read this time. The device did not answer."));
+}
+
+void tst_SnapshotComparison::gapGone()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    const Snapshot after = before;
+    SnapshotEntry entry;
+    entry.key = {0x6307, 1};
+    entry.gap = SnapshotGap::NoAnswer;
+    before.find(motor)->insert(entry);
+    QCOMPARE(
+        changes(before, after),
+        one("gap|4|6307h.1||280|Motor Control unit (node 4): Set maximum motor speed (6307h.1) could be read "
+            "this time. Before: The device did not answer."));
+}
+
+void tst_SnapshotComparison::notAskedForIsNoChange()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    const Snapshot after = before;
+    QVector<SnapshotEntry> &entries = before.find(motor)->entries;
+    entries.erase(std::remove_if(entries.begin(), entries.end(),
+                                 [](const SnapshotEntry &entry) { return entry.key.index == 0x6307; }),
+                  entries.end());
+    QCOMPARE(changes(before, after), QStringList());
+}
+
+/*! One sentence, and the name that it had. */
+void tst_SnapshotComparison::silentDevice()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    SnapshotNode *node = after.find(display);
+    node->end = SnapshotEnd::Silent;
+    for (SnapshotEntry &entry : node->entries) {
+        entry.gap = SnapshotGap::NoAnswer;
+        entry.value = QVariant();
+        entry.raw.clear();
+    }
+    const QStringList lines = changes(after);
+    QCOMPARE(lines.size(), 2);
+    QCOMPARE(
+        lines.at(1),
+        QStringLiteral("gap|5|||The device does not answer.|HMI control unit/display (node 5) could not be "
+                       "read to its end this time. The device does not answer."));
+}
+
+void tst_SnapshotComparison::findingNewAndGone()
+{
+    const Snapshot healthy = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot ill = healthy;
+    VehicleSnapshot::setNumber(&ill, battery, {0x6165, 7}, 3520);
+    const char *text = "Cell 7 is 410 mV below the others: 3.52 V, the others 3.93 V (limit 100 mV).";
+    QCOMPARE(
+        changes(healthy, ill),
+        QStringList{
+            QStringLiteral("finding|2|6165h.0||%1|Battery Pack (node 2): new: %1").arg(QLatin1String(text))});
+    QCOMPARE(changes(ill, healthy),
+             QStringList{QStringLiteral("finding|2|6165h.0|%1||Battery Pack (node 2): not any more: %1")
+                             .arg(QLatin1String(text))});
+}
+
+void tst_SnapshotComparison::findingWorse()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&before, battery, {0x6165, 7}, 3828);
+    Snapshot after = before;
+    VehicleSnapshot::setNumber(&after, battery, {0x6165, 7}, 3520);
+    QVERIFY(changes(before, after).value(0).contains(QStringLiteral("Battery Pack (node 2): worse: Cell 7")));
+    QVERIFY(
+        changes(after, before).value(0).contains(QStringLiteral("Battery Pack (node 2): better: Cell 7")));
+}
+
+void tst_SnapshotComparison::findingOfEachBit()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot after = before;
+    VehicleSnapshot::setNumber(&before, battery, {0x6009, 1}, 0x0001);
+    VehicleSnapshot::setNumber(&after, battery, {0x6009, 1}, 0x0400);
+    QCOMPARE(
+        changes(before, after),
+        (QStringList{QStringLiteral("finding|2|6009h.1||Alarm: cell damaged.|Battery Pack (node 2): new: "
+                                    "Alarm: cell damaged."),
+                     QStringLiteral("finding|2|6009h.1|Alarm: over voltage.||Battery Pack (node 2): not any "
+                                    "more: Alarm: over voltage.")}));
+}
+
+void tst_SnapshotComparison::findingMovesAlong()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&before, 7, {0x1001, 0}, 0x03);
+    Snapshot after = before;
+    after.nodes.last().id = 20;
+    QCOMPARE(changes(before, after), one("moved|20||7|20|Sensor unit (node 20) was on node 7 before."));
+}
+
+void tst_SnapshotComparison::findingGoneUnjudged()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&before, motor, {0x1001, 0}, 0x03);
+    Snapshot after = before;
+    SnapshotEntry entry;
+    entry.key = {0x1001, 0};
+    entry.gap = SnapshotGap::NoAnswer;
+    after.find(motor)->insert(entry);
+    QVERIFY(changes(before, after)
+                .value(0)
+                .endsWith(QStringLiteral(
+                    "not found, but not everything was checked: It reports an error: current.")));
+}
+
+void tst_SnapshotComparison::withoutCheckup()
+{
+    const Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot after = before;
+    VehicleSnapshot::setNumber(&after, motor, {0x1001, 0}, 0x03);
+    VehicleSnapshot::setNumber(&after, battery, {0x6107, 1}, 246);
+    const Comparison comparison
+        = SnapshotComparison::compare({&before, nullptr}, {&after, nullptr}, shippedRules().kinds());
+    QCOMPARE(comparison.changes.size(), 1);
+    QCOMPARE(comparison.changes.first().kind, Change::Kind::Counter);
+    QVERIFY(!comparison.isSame());
+}
+
+/*! Numbers from an exchange file have other types than those from a bus. */
+void tst_SnapshotComparison::exchangeFileOfSnapshot()
+{
+    const Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot after = before;
+    for (SnapshotNode &node : after.nodes) {
+        for (SnapshotEntry &entry : node.entries) {
+            entry.raw.clear();
+            if (entry.value.canConvert<qlonglong>() && entry.value.type() != QVariant::String)
+                entry.value = entry.value.toLongLong();
+        }
+    }
+    QCOMPARE(changes(before, after), QStringList());
+}
+
+QTEST_GUILESS_MAIN(tst_SnapshotComparison)
+#include "tst_snapshotcomparison.moc"
