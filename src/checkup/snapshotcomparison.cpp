@@ -173,6 +173,18 @@ void Comparing::compareObjects(const DevicePair &pair)
     }
 }
 
+/*! Whether the other snapshot has all that the finding was found in, so that it could have been found there too. One
+ *  without objects is about the behaviour on the bus, which an exchange file does not tell.
+ */
+bool couldBeFound(const Finding &finding, quint8 nodeId, const Snapshot &snapshot)
+{
+    const SnapshotNode *node = snapshot.find(nodeId);
+    if (node == nullptr || finding.objects.isEmpty())
+        return snapshot.scope != SnapshotScope::Imported;
+    return std::all_of(finding.objects.begin(), finding.objects.end(),
+                       [node](CanOpen::ObjectKey key) { return node->find(key) != nullptr; });
+}
+
 QString findingKey(const Finding &finding, quint8 nodeId)
 {
     return QStringLiteral("%1 %2 %3").arg(finding.rule).arg(nodeId).arg(finding.instance);
@@ -190,10 +202,13 @@ QVector<Finding> allFindings(const CheckupResult &checkup)
 void Comparing::compareFindings(const QVector<DevicePair> &pairs)
 {
     QHash<quint8, quint8> nodeNow; // by the node before; 0: the device is another one, or gone
+    QHash<quint8, quint8> nodeBefore;
     for (const DevicePair &pair : pairs) {
         const bool isSameDevice = pair.after != nullptr && pair.relation != DevicePair::Relation::Replaced;
         if (pair.before != nullptr)
             nodeNow.insert(pair.before->id, isSameDevice ? pair.after->id : quint8(0));
+        if (pair.before != nullptr && isSameDevice)
+            nodeBefore.insert(pair.after->id, pair.before->id);
     }
     QVector<Finding> before = allFindings(*m_before.checkup);
     QHash<QString, int> positions;
@@ -206,13 +221,17 @@ void Comparing::compareFindings(const QVector<DevicePair> &pairs)
         const Finding *was = position >= 0 && !isThere.at(position) ? &before.at(position) : nullptr;
         if (was != nullptr)
             isThere[position] = true;
-        if (was == nullptr || was->severity != finding.severity)
+        const bool isComparable
+            = was != nullptr || !nodeBefore.contains(finding.nodeId)
+              || couldBeFound(finding, nodeBefore.value(finding.nodeId), *m_before.snapshot);
+        if (isComparable && (was == nullptr || was->severity != finding.severity))
             addFinding(was, &finding, finding.nodeId);
     }
     for (int i = 0; i < before.size(); ++i) {
         const bool isOfVehicle = before.at(i).nodeId == 0;
         const quint8 nodeId = nodeNow.value(before.at(i).nodeId);
-        if (!isThere.at(i) && (isOfVehicle || nodeId != 0))
+        if (!isThere.at(i) && (isOfVehicle || nodeId != 0)
+            && couldBeFound(before.at(i), nodeId, *m_after.snapshot))
             addFinding(&before.at(i), nullptr, nodeId);
     }
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include <cli/commands/checkupcommand.h>
 #include <cli/commands/checkupdatecommand.h>
 #include <cli/commands/command.h>
+#include <cli/commands/diffcommand.h>
 #include <cli/commands/getcommand.h>
 #include <cli/commands/interfacescommand.h>
 #include <cli/commands/readcommand.h>
@@ -32,6 +34,9 @@ constexpr Command commands[] = {
      QT_TRANSLATE_NOOP("DraxelCtl", "read all devices of a bus and save what they said"), readNeedsFonts},
     {"snapshot", runSnapshotCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "read all that can be read of a vehicle, and keep it with its gaps")},
+    {"checkup", runCheckupCommand,
+     QT_TRANSLATE_NOOP("DraxelCtl", "judge a vehicle: what is wrong and what to do")},
+    {"diff", runDiffCommand, QT_TRANSLATE_NOOP("DraxelCtl", "say what has changed between two snapshots")},
     {"get", runGetCommand, QT_TRANSLATE_NOOP("DraxelCtl", "read one object of a node")},
     {"show", runShowCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "print the components of a vehicle and their values in words")},

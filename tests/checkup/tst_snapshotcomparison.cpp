@@ -102,6 +102,7 @@ private slots:
     void findingOfEachBit();
     void findingMovesAlong();
     void findingGoneUnjudged();
+    void findingNotAskedFor();
     void withoutCheckup();
     void exchangeFileOfSnapshot();
 };
@@ -441,6 +442,22 @@ void tst_SnapshotComparison::withoutCheckup()
     QCOMPARE(comparison.changes.size(), 1);
     QCOMPARE(comparison.changes.first().kind, Change::Kind::Counter);
     QVERIFY(!comparison.isSame());
+}
+
+/*! What a snapshot did not ask for can neither be new nor gone. */
+void tst_SnapshotComparison::findingNotAskedFor()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&before, battery, {0x6009, 1}, 0x0400);
+    before.find(motor)->medianAnswer = 300;
+    Snapshot after = before;
+    after.scope = SnapshotScope::Imported;
+    QVector<SnapshotEntry> &entries = after.find(battery)->entries;
+    entries.erase(std::remove_if(entries.begin(), entries.end(),
+                                 [](const SnapshotEntry &entry) { return entry.key.index == 0x6009; }),
+                  entries.end());
+    QCOMPARE(changes(before, after), QStringList());
+    QCOMPARE(changes(after, before), QStringList());
 }
 
 /*! Numbers from an exchange file have other types than those from a bus. */

@@ -45,6 +45,11 @@ void Console::print(const QString &text)
     printLine(stdout, Terminal::isTerminal(Terminal::Stream::Output) ? Terminal::visible(text) : text);
 }
 
+void Console::printPlain(const QString &text)
+{
+    printLine(isOutputForFile ? stderr : stdout, text);
+}
+
 // Names and values of others stand in these sentences, whoever reads them.
 void Console::printError(const QString &text)
 {

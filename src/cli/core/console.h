@@ -14,6 +14,9 @@ namespace Console {
 /*! Writes \a text and a line end to standard output. */
 void print(const QString &text);
 
+/*! The same with a text that holds nothing of others that acts on a terminal; its own colours stay. */
+void printPlain(const QString &text);
+
 /*! Writes JSON (UTF-8) to standard output as it is. */
 void printJson(const QByteArray &json);
 

@@ -26,6 +26,8 @@ constexpr ExitStatus stoppedEarly{4};   // a node did not answer, or the bus was
 constexpr ExitStatus fileFailed{5};     // cannot be read or written
 constexpr ExitStatus serverNotAsked{6}; // the update information server gave no answer
 constexpr ExitStatus objectsFailed{7};  // all was asked for, but some of it could not be read
+constexpr ExitStatus different{7};      // of a comparison: something has changed
+constexpr ExitStatus findings{8};       // of a check-up: there are faults or warnings
 
 /*! Ended by a signal, as shells number it. */
 constexpr ExitStatus signalled(int signalNumber)

@@ -22,6 +22,7 @@ struct Tr
 constexpr QLatin1String languageOption("language");
 constexpr QLatin1String sourceLanguage("en");
 constexpr QLatin1String filePrefix("pl_overview_");
+constexpr QLatin1String hostFilePrefix("draxel_");
 constexpr QLatin1String fileSuffix(".qm");
 
 QStringList availableLanguages()
@@ -79,4 +80,24 @@ std::optional<ExitStatus> Language::load(const CommandArguments &options)
     else if (language != sourceLanguage)
         return options.complain(Tr::tr("The file %1 holds no texts.").arg(QDir::toNativeSeparators(file)));
     return std::nullopt;
+}
+
+std::optional<ExitStatus> Language::loadWithHost(const CommandArguments &options)
+{
+    if (const std::optional<ExitStatus> status = load(options))
+        return status;
+    const QString language = name(options);
+    auto translator = std::make_unique<QTranslator>(QCoreApplication::instance());
+    if (translator->load(hostFilePrefix + language + fileSuffix, LanguageSetting::defaultFolder()))
+        QCoreApplication::installTranslator(translator.release()); // owned by the application
+    else if (language != sourceLanguage)
+        return options.complain(
+            Tr::tr("There are no texts of the host in the language \"%1\".").arg(language));
+    return std::nullopt;
+}
+
+QString Language::name(const CommandArguments &options)
+{
+    const QString language = findLanguage(availableLanguages(), options.value(languageOption));
+    return language.isEmpty() ? QString(sourceLanguage) : language;
 }

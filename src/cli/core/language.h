@@ -3,6 +3,8 @@
 
 #include "exitstatus.h"
 
+#include <QString>
+
 #include <optional>
 
 class CommandArguments;
@@ -17,5 +19,13 @@ void addOption(CommandArguments &options);
 
 /*! Loads the language that is asked for; an exit status after a complaint that there is none such. */
 std::optional<ExitStatus> load(const CommandArguments &options);
+
+/*! The same with the host's texts beside them, draxel_LANGUAGE.qm: for commands that say what the host's own libraries
+ *  have to say.
+ */
+std::optional<ExitStatus> loadWithHost(const CommandArguments &options);
+
+/*! The language that is asked for as its files are named, "de"; "en" when none is. After load(). */
+QString name(const CommandArguments &options);
 
 } // namespace Language

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "checkupcommand.h"
+
+#include <cli/core/checkuplisting.h>
+#include <cli/core/commandarguments.h>
+#include <cli/core/console.h>
+#include <cli/core/language.h>
+#include <cli/core/ruleoptions.h>
+#include <cli/core/snapshotsource.h>
+
+#include <checkup/checkup.h>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(CheckupCommand)
+};
+
+constexpr QLatin1String jsonOption("json");
+
+class CheckupCommand
+{
+public:
+    ExitStatus run(const QStringList &arguments);
+
+private:
+    std::optional<ExitStatus> parse(const QStringList &arguments);
+    void print(const CheckupResult &result) const;
+    static ExitStatus statusOf(Verdict verdict);
+
+    CommandArguments m_options{
+        QStringLiteral("checkup"),
+        Tr::tr("Judges a vehicle: what is wrong, what to do, what could not be checked.")};
+    SnapshotSource m_source;
+    RuleSet m_rules;
+};
+
+ExitStatus CheckupCommand::run(const QStringList &arguments)
+{
+    if (const std::optional<ExitStatus> status = parse(arguments))
+        return *status;
+    if (const std::optional<ExitStatus> status = m_source.load())
+        return *status;
+    const CheckupResult result = Checkup::judge(m_source.snapshot(), m_rules, Language::name(m_options));
+    print(result);
+    const ExitStatus read = m_source.finish();
+    const ExitStatus judged = statusOf(result.verdict);
+    const bool wasInterrupted = read != Exit::success && read != Exit::stoppedEarly;
+    return wasInterrupted || judged == Exit::success ? read : judged;
+}
+
+std::optional<ExitStatus> CheckupCommand::parse(const QStringList &arguments)
+{
+    m_options.addPositional(
+        QStringLiteral("FILE"),
+        Tr::tr("A snapshot (.dxsnap) or an exchange file (.dxxml). Without it --bus is read."),
+        CommandArguments::Presence::Optional);
+    SnapshotSource::addOptions(m_options);
+    RuleOptions::add(m_options);
+    m_options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
+    Language::addOption(m_options);
+    if (const std::optional<ExitStatus> status = m_options.parse(arguments))
+        return status;
+    if (const std::optional<ExitStatus> status = m_source.parse(m_options, m_options.positional()))
+        return status;
+    if (const std::optional<ExitStatus> status = Language::loadWithHost(m_options))
+        return status;
+    return RuleOptions::load(m_options, &m_rules);
+}
+
+void CheckupCommand::print(const CheckupResult &result) const
+{
+    if (m_options.isSet(jsonOption))
+        Console::printJson(CheckupListing::toJson(result));
+    else
+        Console::printPlain(CheckupListing::toText(result, Signs::detectStyle()));
+}
+
+ExitStatus CheckupCommand::statusOf(Verdict verdict)
+{
+    switch (verdict) {
+    case Verdict::Fault:
+    case Verdict::Warning:
+        return Exit::findings;
+    case Verdict::Incomplete:
+        return Exit::stoppedEarly;
+    case Verdict::Note:
+    case Verdict::Ok:
+        break;
+    }
+    return Exit::success;
+}
+
+} // namespace
+
+ExitStatus runCheckupCommand(const QStringList &arguments)
+{
+    CheckupCommand command;
+    return command.run(arguments);
+}
