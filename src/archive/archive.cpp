@@ -7,7 +7,7 @@
 
 namespace {
 
-VisitInfo visitOf(const Snapshot &snapshot, const std::optional<VisitVerdict> &verdict, const QDateTime &now)
+VisitInfo visitOf(const Snapshot &snapshot, const VisitExtras &extras, const QDateTime &now)
 {
     VisitInfo visit;
     visit.time = snapshot.time.isValid() ? snapshot.time : now;
@@ -17,8 +17,8 @@ VisitInfo visitOf(const Snapshot &snapshot, const std::optional<VisitVerdict> &v
     visit.isComplete = snapshot.isComplete();
     visit.valueCount = snapshot.valueCount();
     visit.gapCount = snapshot.gapCount();
-    visit.notes = snapshot.notes;
-    visit.verdict = verdict;
+    visit.notes = extras.notes.value_or(snapshot.notes);
+    visit.verdict = extras.verdict;
     visit.components = VisitRows::componentsOf(snapshot);
     return visit;
 }
@@ -71,6 +71,14 @@ bool Archive::attemptChange(QString *errorMessage, const std::function<bool()> &
 std::optional<KeptVisit> Archive::add(const Snapshot &snapshot, const std::optional<VisitVerdict> &verdict,
                                       QString *errorMessage, const QDateTime &now)
 {
+    VisitExtras extras;
+    extras.verdict = verdict;
+    return add(snapshot, extras, errorMessage, now);
+}
+
+std::optional<KeptVisit> Archive::add(const Snapshot &snapshot, const VisitExtras &extras,
+                                      QString *errorMessage, const QDateTime &now)
+{
     const std::optional<PackedSnapshot> packed = PackedSnapshot::pack(snapshot);
     if (!packed) {
         *errorMessage
@@ -78,26 +86,35 @@ std::optional<KeptVisit> Archive::add(const Snapshot &snapshot, const std::optio
                  "file.");
         return std::nullopt;
     }
-    VisitInfo visit = visitOf(snapshot, verdict, now);
+    VisitInfo visit = visitOf(snapshot, extras, now);
     visit.fingerprint = packed->fingerprint;
     KeptVisit kept;
     const bool isDone = attemptChange(errorMessage, [&] {
         if (!m_visits.findFingerprint(packed->fingerprint, &kept.visitId))
             return false;
         kept.isNew = kept.visitId == 0;
-        return kept.isNew ? insert(visit, *packed, &kept) : addVerdict(&kept, verdict);
+        return kept.isNew ? insert(visit, extras, *packed, &kept) : addVerdict(&kept, extras.verdict);
     });
     return isDone ? std::optional<KeptVisit>(kept) : std::nullopt;
 }
 
-bool Archive::insert(VisitInfo visit, const PackedSnapshot &packed, KeptVisit *kept)
+bool Archive::insert(VisitInfo visit, const VisitExtras &extras, const PackedSnapshot &packed,
+                     KeptVisit *kept)
 {
-    if (!m_vehicles.findOrMake(visit, &visit.vehicleId)
-        || !m_vehicles.nameFirst(visit.vehicleId, visit.notes.vehicle) || !m_visits.insert(&visit, packed))
+    if (!findVehicle(&visit, extras) || !m_visits.insert(&visit, packed))
         return false;
     kept->visitId = visit.id;
     kept->vehicleId = visit.vehicleId;
     return true;
+}
+
+bool Archive::findVehicle(VisitInfo *visit, const VisitExtras &extras)
+{
+    visit->vehicleId = extras.vehicleId.value_or(0);
+    const bool isThere = extras.vehicleId ? m_vehicles.check(visit->vehicleId)
+                                          : m_vehicles.findOrMake(*visit, &visit->vehicleId);
+    const QString name = extras.vehicleName.isEmpty() ? visit->notes.vehicle : extras.vehicleName;
+    return isThere && m_vehicles.nameFirst(visit->vehicleId, name);
 }
 
 bool Archive::addVerdict(KeptVisit *kept, const std::optional<VisitVerdict> &verdict)

@@ -34,6 +34,10 @@ public:
     std::optional<KeptVisit> add(const Snapshot &snapshot, const std::optional<VisitVerdict> &verdict,
                                  QString *errorMessage, const QDateTime &now = QDateTime::currentDateTime());
 
+    /*! The same with more that is known of it; of a snapshot that the archive has already only the verdict counts. */
+    std::optional<KeptVisit> add(const Snapshot &snapshot, const VisitExtras &extras, QString *errorMessage,
+                                 const QDateTime &now = QDateTime::currentDateTime());
+
     /*! The very snapshot that was added: its file has the same bytes. */
     std::optional<Snapshot> load(qint64 visitId, QString *errorMessage);
 
@@ -71,7 +75,8 @@ private:
     bool attemptChange(QString *errorMessage, const std::function<bool()> &work);
     bool isReady();
 
-    bool insert(VisitInfo visit, const PackedSnapshot &packed, KeptVisit *kept);
+    bool insert(VisitInfo visit, const VisitExtras &extras, const PackedSnapshot &packed, KeptVisit *kept);
+    bool findVehicle(VisitInfo *visit, const VisitExtras &extras);
     bool addVerdict(KeptVisit *kept, const std::optional<VisitVerdict> &verdict);
 
     ArchiveDatabase m_database;

@@ -96,6 +96,17 @@ struct TrendPoint
     QVariant value;
 };
 
+/*! What is known of a snapshot beside what it says itself, when it is kept. */
+struct VisitExtras
+{
+    std::optional<VisitVerdict> verdict;
+    /*! In the place of the snapshot's own. */
+    std::optional<SnapshotNotes> notes;
+    /*! The vehicle it belongs to, which is not looked for then. */
+    std::optional<qint64> vehicleId;
+    QString vehicleName; //!< for a vehicle that has none
+};
+
 /*! What became of a snapshot that was to be kept. */
 struct KeptVisit
 {

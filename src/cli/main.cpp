@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <cli/commands/checkupcommand.h>
+#include <cli/commands/archivecommand.h>
 #include <cli/commands/checkupdatecommand.h>
 #include <cli/commands/command.h>
 #include <cli/commands/diffcommand.h>
@@ -42,6 +43,7 @@ constexpr Command commands[] = {
      QT_TRANSLATE_NOOP("DraxelCtl", "print the components of a vehicle and their values in words")},
     {"report", runReportCommand, QT_TRANSLATE_NOOP("DraxelCtl", "write the report as PDF and HTML"),
      reportNeedsFonts},
+    {"archive", runArchiveCommand, QT_TRANSLATE_NOOP("DraxelCtl", "keep what was read, and find it again")},
     {"check-update", runCheckUpdateCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "ask the update server about the firmware of a node")},
     {"scan", runScanCommand,

@@ -49,8 +49,10 @@ QString CommandArguments::helpText() const
 {
     QString usage = tr("Usage: draxelctl %1 [OPTION]...").arg(m_name);
     for (const Positional &positional : m_positionals) {
-        const bool isRequired = positional.presence == Presence::Required;
-        usage += (isRequired ? QStringLiteral(" %1") : QStringLiteral(" [%1]")).arg(positional.syntax);
+        const bool isOptional = positional.presence == Presence::Optional;
+        usage += (isOptional ? QStringLiteral(" [%1]") : QStringLiteral(" %1")).arg(positional.syntax);
+        if (positional.presence == Presence::Repeated)
+            usage += QStringLiteral("...");
     }
     // The parser knows no commands, so its own first line is left out.
     const QString text = withoutLineEnd(m_parser.helpText());
@@ -78,10 +80,11 @@ std::optional<ExitStatus> CommandArguments::parse(const QStringList &arguments)
 std::optional<ExitStatus> CommandArguments::checkPositionals() const
 {
     const QStringList given = m_parser.positionalArguments();
-    if (given.size() > m_positionals.size())
+    const bool takesMore = !m_positionals.isEmpty() && m_positionals.last().presence == Presence::Repeated;
+    if (given.size() > m_positionals.size() && !takesMore)
         return complain(tr("What is \"%1\" for?").arg(given.at(m_positionals.size())));
     for (int i = given.size(); i < m_positionals.size(); ++i) {
-        if (m_positionals.at(i).presence == Presence::Required)
+        if (m_positionals.at(i).presence != Presence::Optional)
             return complain(tr("%1 is missing.").arg(m_positionals.at(i).syntax));
     }
     return std::nullopt;

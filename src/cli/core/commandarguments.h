@@ -18,7 +18,8 @@ class CommandArguments
     Q_DECLARE_TR_FUNCTIONS(CommandArguments)
 
 public:
-    enum class Presence { Required, Optional };
+    /*! Repeated: one or more, to the end. */
+    enum class Presence { Required, Optional, Repeated };
 
     /*! \a name as on the command line, \a description one sentence on what the command does. */
     CommandArguments(const QString &name, const QString &description);
@@ -39,6 +40,8 @@ public:
     const BusSettings &bus() const { return m_bus; }
     /*! Number \a position, from 0; empty when it is not there. */
     QString positional(int position = 0) const { return m_parser.positionalArguments().value(position); }
+    /*! Those from number \a first on. */
+    QStringList positionals(int first = 0) const { return m_parser.positionalArguments().mid(first); }
     bool isSet(const QString &option) const { return m_parser.isSet(option); }
     QString value(const QString &option) const { return m_parser.value(option); }
     /*! Of an option that may be given more than once. */

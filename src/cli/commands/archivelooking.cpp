@@ -1,0 +1,244 @@
+// SPDX-License-Identifier: MIT
+#include "archivecommand.h"
+#include "visitlisting.h"
+
+#include <cli/core/archiveaccess.h>
+#include <cli/core/commandarguments.h>
+#include <cli/core/console.h>
+#include <cli/core/language.h>
+#include <cli/core/nodelisting.h>
+#include <snapshot/snapshotexchange.h>
+#include <store/nodestore.h>
+
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QRegularExpression>
+
+#include <limits>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(ArchiveLooking)
+};
+
+constexpr QLatin1String jsonOption("json");
+constexpr QLatin1String limitOption("limit");
+
+/*! What the commands that only look have in common. */
+class LookingCommand
+{
+public:
+    LookingCommand(const QString &name, const QString &description)
+        : options(name, description)
+    {
+        ArchiveAccess::addOption(options);
+        options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
+        Language::addOption(options);
+    }
+
+    /*! Takes the arguments and opens the archive. */
+    std::optional<ExitStatus> begin(const QStringList &arguments)
+    {
+        if (const std::optional<ExitStatus> status = options.parse(arguments))
+            return status;
+        if (const std::optional<ExitStatus> status = Language::load(options))
+            return status;
+        return access.open(options, Archive::Missing::Refuse);
+    }
+
+    bool isJson() const { return options.isSet(jsonOption); }
+    Archive &archive() { return access.archive(); }
+
+    ExitStatus fail() const
+    {
+        Console::printError(error);
+        return Exit::fileFailed;
+    }
+
+    CommandArguments options;
+    ArchiveAccess access;
+    QString error;
+};
+
+void printJson(const QJsonObject &object)
+{
+    Console::printJson(QJsonDocument(object).toJson());
+}
+
+/*! A list as text, or as JSON under \a name. */
+template<typename Item, typename MakeJson>
+void printList(const LookingCommand &command, const QString &name, const QVector<Item> &items,
+               const QString &text, const QString &nothing, MakeJson makeJson)
+{
+    if (command.isJson()) {
+        QJsonArray array;
+        for (const Item &item : items)
+            array.append(makeJson(item));
+        printJson({{name, array}});
+    } else if (items.isEmpty()) {
+        Console::printError(nothing);
+    } else {
+        Console::print(text);
+    }
+}
+
+ExitStatus listVisits(LookingCommand &command, const VisitQuery &query, const QString &nothing)
+{
+    const std::optional<QVector<VisitInfo>> visits = command.archive().visits(query, &command.error);
+    if (!visits)
+        return command.fail();
+    printList(command, QStringLiteral("visits"), *visits, VisitListing::text(*visits), nothing,
+              [](const VisitInfo &visit) { return VisitListing::json(visit); });
+    return Exit::success;
+}
+
+std::optional<ExitStatus> takeLimit(const CommandArguments &options, VisitQuery *query)
+{
+    if (!options.isSet(limitOption))
+        return std::nullopt;
+    const std::optional<int> limit = options.number(limitOption, 1, std::numeric_limits<int>::max());
+    if (!limit)
+        return Exit::usage;
+    query->limit = *limit;
+    return std::nullopt;
+}
+
+QCommandLineOption limitOptionOf()
+{
+    return {limitOption, Tr::tr("List this many at most."), QStringLiteral("N")};
+}
+
+/*! "6164", "6164h", "0x6164", each with ".2" for the sub-index. */
+std::optional<CanOpen::ObjectKey> parseObject(const QString &text)
+{
+    static const QRegularExpression form(
+        QStringLiteral("\\A(?:0x)?([0-9a-f]{1,4})h?(?:[.:]([0-9]{1,3}))?\\z"),
+        QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = form.match(text);
+    const int subIndex = match.captured(2).toInt();
+    if (!match.hasMatch() || subIndex > 0xFF)
+        return std::nullopt;
+    return CanOpen::ObjectKey{match.captured(1).toUShort(nullptr, 16), static_cast<quint8>(subIndex)};
+}
+
+std::optional<QVector<TrendPoint>> readTrend(LookingCommand &command, CanOpen::ObjectKey key)
+{
+    const QString subject = command.options.positional(0);
+    const std::optional<qint64> vehicle = command.access.vehicle(subject, &command.error);
+    if (vehicle)
+        return command.archive().vehicleTrend(*vehicle, key, &command.error);
+    if (!command.error.isEmpty())
+        return std::nullopt;
+    const std::optional<QString> device = command.access.device(subject, &command.error);
+    return device ? command.archive().deviceTrend(*device, key, &command.error) : std::nullopt;
+}
+
+void printVisit(const LookingCommand &command, const VisitInfo &visit, const QVector<ListedNode> &nodes)
+{
+    if (command.isJson()) {
+        QJsonObject object = VisitListing::json(visit);
+        object.insert(QStringLiteral("nodes"),
+                      QJsonDocument::fromJson(listingJson(nodes)).object().value(QStringLiteral("nodes")));
+        printJson(object);
+        return;
+    }
+    Console::print(VisitListing::text(visit) + QLatin1Char('\n'));
+    Console::print(listingText(nodes));
+}
+
+} // namespace
+
+ExitStatus runArchiveList(const QStringList &arguments)
+{
+    LookingCommand command(QStringLiteral("archive list"), Tr::tr("Lists the visits, the newest first."));
+    command.options.addOption(limitOptionOf());
+    VisitQuery query;
+    if (const std::optional<ExitStatus> status = command.begin(arguments))
+        return *status;
+    if (const std::optional<ExitStatus> status = takeLimit(command.options, &query))
+        return *status;
+    return listVisits(command, query, Tr::tr("There is no visit in the archive."));
+}
+
+ExitStatus runArchiveFind(const QStringList &arguments)
+{
+    LookingCommand command(
+        QStringLiteral("archive find"),
+        Tr::tr("Lists the visits in which all words are found: in serial and part numbers, names, "
+               "vehicle, customer, technician, notes and the day (2026-09-03)."));
+    command.options.addPositional(QStringLiteral("TEXT"), Tr::tr("What is looked for."),
+                                  CommandArguments::Presence::Repeated);
+    command.options.addOption(limitOptionOf());
+    VisitQuery query;
+    if (const std::optional<ExitStatus> status = command.begin(arguments))
+        return *status;
+    if (const std::optional<ExitStatus> status = takeLimit(command.options, &query))
+        return *status;
+    query.text = command.options.positionals().join(QLatin1Char(' '));
+    return listVisits(command, query, Tr::tr("No visit has \"%1\".").arg(query.text));
+}
+
+ExitStatus runArchiveVehicles(const QStringList &arguments)
+{
+    LookingCommand command(QStringLiteral("archive vehicles"),
+                           Tr::tr("Lists the vehicles, the one that was here last first."));
+    if (const std::optional<ExitStatus> status = command.begin(arguments))
+        return *status;
+    const std::optional<QVector<VehicleInfo>> vehicles
+        = command.archive().vehicles(QString(), &command.error);
+    if (!vehicles)
+        return command.fail();
+    printList(command, QStringLiteral("vehicles"), *vehicles, VisitListing::text(*vehicles),
+              Tr::tr("There is no vehicle in the archive."),
+              [](const VehicleInfo &vehicle) { return VisitListing::json(vehicle); });
+    return Exit::success;
+}
+
+ExitStatus runArchiveShow(const QStringList &arguments)
+{
+    LookingCommand command(QStringLiteral("archive show"),
+                           Tr::tr("Prints a visit, its components and all their values in words."));
+    command.options.addPositional(QStringLiteral("VISIT"), Tr::tr("The visit's number, or \"last\"."));
+    if (const std::optional<ExitStatus> status = command.begin(arguments))
+        return *status;
+    const std::optional<qint64> id = command.access.visit(command.options.positional(), &command.error);
+    const std::optional<VisitInfo> visit = id ? command.archive().visit(*id, &command.error) : std::nullopt;
+    const std::optional<Snapshot> snapshot
+        = visit ? command.archive().load(*id, &command.error) : std::nullopt;
+    if (!snapshot)
+        return command.fail();
+    NodeStore store;
+    SnapshotExchange::fillStore(*snapshot, store);
+    printVisit(command, *visit, listNodes(store));
+    return Exit::success;
+}
+
+ExitStatus runArchiveTrend(const QStringList &arguments)
+{
+    LookingCommand command(
+        QStringLiteral("archive trend"),
+        Tr::tr("Prints a value at all visits of a vehicle, or of a device in whatever vehicle, "
+               "the oldest first."));
+    command.options.addPositional(
+        QStringLiteral("SUBJECT"),
+        Tr::tr("What the vehicle is called or \"#\" and its number; or the device's serial "
+               "number or key, as \"find --json\" shows it."));
+    command.options.addPositional(QStringLiteral("OBJECT"),
+                                  Tr::tr("Index in hexadecimal and sub-index: 6164h.2 or 6164.2."));
+    if (const std::optional<ExitStatus> status = command.begin(arguments))
+        return *status;
+    const std::optional<CanOpen::ObjectKey> key = parseObject(command.options.positional(1));
+    if (!key)
+        return command.options.complain(
+            Tr::tr("\"%1\" is no object: write it like 6164h.2.").arg(command.options.positional(1)));
+    const std::optional<QVector<TrendPoint>> points = readTrend(command, *key);
+    if (!points)
+        return command.fail();
+    printList(command, QStringLiteral("points"), *points, VisitListing::text(*points, *key),
+              Tr::tr("No visit of it has a value of %1.").arg(key->toShortString()),
+              [key](const TrendPoint &point) { return VisitListing::json(point, *key); });
+    return Exit::success;
+}

@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: MIT
+#include "visitlisting.h"
+
+#include <cli/core/textcolumns.h>
+#include <interpreter/datainterpreter.h>
+#include <interpreter/objectdescriptions.h>
+
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <QStringList>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(VisitListing)
+};
+
+constexpr const char *verdictWords[] = {"ok", "note", "incomplete", "warning", "fault"};
+constexpr const char *scopeWords[] = {"full", "quick", "imported"};
+
+QString timeText(const QDateTime &time)
+{
+    return time.toString(QStringLiteral("yyyy-MM-dd HH:mm"));
+}
+
+QJsonValue numberOrNull(const std::optional<quint32> &number)
+{
+    return number ? QJsonValue(qint64(*number)) : QJsonValue(QJsonValue::Null);
+}
+
+QJsonValue textOrNull(const QString &text)
+{
+    return text.isEmpty() ? QJsonValue(QJsonValue::Null) : QJsonValue(text);
+}
+
+QJsonValue verdictJson(const std::optional<VisitVerdict> &verdict)
+{
+    if (!verdict)
+        return QJsonValue::Null;
+    return QJsonObject{
+        {QStringLiteral("verdict"), QLatin1String(verdictWords[static_cast<int>(verdict->verdict)])},
+        {QStringLiteral("faults"), verdict->faults},
+        {QStringLiteral("warnings"), verdict->warnings},
+        {QStringLiteral("notes"), verdict->notes},
+        {QStringLiteral("notChecked"), verdict->notChecked}};
+}
+
+QJsonObject componentJson(const VisitComponent &component)
+{
+    const DeviceIdentity &identity = component.identity;
+    return {{QStringLiteral("node"), component.nodeId},
+            {QStringLiteral("name"), component.name()},
+            {QStringLiteral("device"), textOrNull(component.deviceKey())},
+            {QStringLiteral("vendor"), numberOrNull(identity.vendor)},
+            {QStringLiteral("product"), numberOrNull(identity.product)},
+            {QStringLiteral("revision"), numberOrNull(identity.revision)},
+            {QStringLiteral("serial"), numberOrNull(identity.serial)},
+            {QStringLiteral("partNumber"), numberOrNull(identity.partNumber)},
+            {QStringLiteral("deviceName"), textOrNull(identity.deviceName)},
+            {QStringLiteral("hardware"), textOrNull(identity.hardwareVersion)},
+            {QStringLiteral("firmware"), textOrNull(identity.softwareVersion)}};
+}
+
+/*! Of numbers with a unit in the object table; others are the number. */
+QString valueText(CanOpen::ObjectKey key, const QVariant &value)
+{
+    const ObjectDescription *description = objectDescriptions().find(key.index);
+    const bool isNumber = value.type() != QVariant::String && value.type() != QVariant::ByteArray;
+    if (description == nullptr || description->unit == nullptr || key.subIndex == 0 || !isNumber)
+        return value.type() == QVariant::ByteArray ? QString::fromLatin1(value.toByteArray().toHex(' '))
+                                                   : value.toString();
+    return DataInterpreter::formatValue(key.index, key.subIndex, value);
+}
+
+/*! What a JSON reader may round is text. */
+QJsonValue valueJson(const QVariant &value)
+{
+    constexpr double exact = 9007199254740992.0; // 2 to the 53rd
+    switch (static_cast<QMetaType::Type>(value.type())) {
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+        return qAbs(value.toDouble()) < exact ? QJsonValue(value.toDouble()) : QJsonValue(value.toString());
+    case QMetaType::QString:
+        return value.toString();
+    case QMetaType::QByteArray:
+        return QString::fromLatin1(value.toByteArray().toHex());
+    default:
+        return value.toDouble();
+    }
+}
+
+QString countText(int count, const QString &one, const QString &many)
+{
+    return count == 1 ? one : many.arg(count);
+}
+
+QString serialText(const std::optional<quint32> &serial)
+{
+    return serial ? QString::number(*serial) : QStringLiteral("-");
+}
+
+void appendRow(QVector<QStringList> *rows, const QString &name, const QString &value)
+{
+    if (!value.isEmpty())
+        rows->append({name, value});
+}
+
+} // namespace
+
+QString VisitListing::verdictText(const std::optional<VisitVerdict> &verdict)
+{
+    if (!verdict)
+        return Tr::tr("not judged");
+    QStringList parts;
+    if (verdict->faults > 0)
+        parts.append(countText(verdict->faults, Tr::tr("1 fault"), Tr::tr("%1 faults")));
+    if (verdict->warnings > 0)
+        parts.append(countText(verdict->warnings, Tr::tr("1 warning"), Tr::tr("%1 warnings")));
+    if (verdict->notes > 0)
+        parts.append(countText(verdict->notes, Tr::tr("1 note"), Tr::tr("%1 notes")));
+    if (verdict->notChecked > 0)
+        parts.append(Tr::tr("%1 not checked").arg(verdict->notChecked));
+    if (parts.isEmpty())
+        return verdict->verdict == Verdict::Ok ? Tr::tr("good") : Tr::tr("not checked");
+    return parts.join(QStringLiteral(", "));
+}
+
+QString VisitListing::text(const QVector<VisitInfo> &visits)
+{
+    QVector<QStringList> rows{{Tr::tr("Visit"), Tr::tr("Time"), Tr::tr("Vehicle"), Tr::tr("Components"),
+                               Tr::tr("Verdict"), Tr::tr("Customer")}};
+    for (const VisitInfo &visit : visits)
+        rows.append({QString::number(visit.id), timeText(visit.time), visit.vehicle,
+                     QString::number(visit.components.size()), verdictText(visit.verdict),
+                     visit.notes.customer});
+    return alignedLines(rows, 0).join(QLatin1Char('\n'));
+}
+
+QString VisitListing::text(const QVector<VehicleInfo> &vehicles)
+{
+    QVector<QStringList> rows{{Tr::tr("Number"), Tr::tr("Vehicle"), Tr::tr("Visits"), Tr::tr("Last visit"),
+                               Tr::tr("Verdict"), Tr::tr("Customer")}};
+    for (const VehicleInfo &vehicle : vehicles)
+        rows.append({QString::number(vehicle.id), vehicle.called, QString::number(vehicle.visitCount),
+                     timeText(vehicle.lastTime), verdictText(vehicle.lastVerdict), vehicle.lastCustomer});
+    return alignedLines(rows, 0).join(QLatin1Char('\n'));
+}
+
+QString VisitListing::text(const VisitInfo &visit)
+{
+    QVector<QStringList> rows;
+    appendRow(&rows, Tr::tr("Visit"), QString::number(visit.id));
+    appendRow(&rows, Tr::tr("Vehicle"), visit.vehicle);
+    appendRow(&rows, Tr::tr("Time"), visit.time.toString(Qt::ISODate));
+    appendRow(&rows, Tr::tr("Customer"), visit.notes.customer);
+    appendRow(&rows, Tr::tr("Technician"), visit.notes.technician);
+    appendRow(&rows, Tr::tr("Odometer"), visit.notes.odometer);
+    appendRow(&rows, Tr::tr("Note"), visit.notes.note);
+    appendRow(&rows, Tr::tr("Bus"), visit.bus);
+    appendRow(&rows, Tr::tr("Program"), visit.program);
+    appendRow(&rows, Tr::tr("Verdict"), verdictText(visit.verdict));
+    appendRow(&rows, Tr::tr("Values"), QString::number(visit.valueCount));
+    appendRow(&rows, Tr::tr("Not read"), QString::number(visit.gapCount));
+    appendRow(&rows, Tr::tr("SHA-256"), visit.fingerprint);
+    for (const VisitComponent &component : visit.components) {
+        appendRow(
+            &rows, Tr::tr("Node %1").arg(component.nodeId),
+            Tr::tr("%1, serial number %2").arg(component.name(), serialText(component.identity.serial)));
+    }
+    return alignedLines(rows, 0).join(QLatin1Char('\n'));
+}
+
+QString VisitListing::text(const QVector<TrendPoint> &points, CanOpen::ObjectKey key)
+{
+    QVector<QStringList> rows{{Tr::tr("Visit"), Tr::tr("Time"), Tr::tr("Node"), Tr::tr("Component"),
+                               Tr::tr("Serial number"), Tr::tr("Value")}};
+    for (const TrendPoint &point : points)
+        rows.append({QString::number(point.visitId), timeText(point.time), QString::number(point.nodeId),
+                     point.identity.displayName(point.nodeId), serialText(point.identity.serial),
+                     valueText(key, point.value)});
+    return alignedLines(rows, 0).join(QLatin1Char('\n'));
+}
+
+QJsonObject VisitListing::json(const VisitInfo &visit)
+{
+    QJsonArray components;
+    for (const VisitComponent &component : visit.components)
+        components.append(componentJson(component));
+    return {{QStringLiteral("id"), visit.id},
+            {QStringLiteral("time"), visit.time.toString(Qt::ISODateWithMs)},
+            {QStringLiteral("vehicle"), visit.vehicle},
+            {QStringLiteral("vehicleId"), visit.vehicleId},
+            {QStringLiteral("customer"), visit.notes.customer},
+            {QStringLiteral("technician"), visit.notes.technician},
+            {QStringLiteral("odometer"), visit.notes.odometer},
+            {QStringLiteral("note"), visit.notes.note},
+            {QStringLiteral("bus"), visit.bus},
+            {QStringLiteral("program"), visit.program},
+            {QStringLiteral("scope"), QLatin1String(scopeWords[static_cast<int>(visit.scope)])},
+            {QStringLiteral("complete"), visit.isComplete},
+            {QStringLiteral("values"), visit.valueCount},
+            {QStringLiteral("gaps"), visit.gapCount},
+            {QStringLiteral("sha256"), visit.fingerprint},
+            {QStringLiteral("checkup"), verdictJson(visit.verdict)},
+            {QStringLiteral("components"), components}};
+}
+
+QJsonObject VisitListing::json(const VehicleInfo &vehicle)
+{
+    return {{QStringLiteral("id"), vehicle.id},
+            {QStringLiteral("vehicle"), vehicle.called},
+            {QStringLiteral("name"), textOrNull(vehicle.name)},
+            {QStringLiteral("visits"), vehicle.visitCount},
+            {QStringLiteral("lastVisit"), vehicle.lastVisit},
+            {QStringLiteral("lastTime"), vehicle.lastTime.toString(Qt::ISODateWithMs)},
+            {QStringLiteral("customer"), vehicle.lastCustomer},
+            {QStringLiteral("checkup"), verdictJson(vehicle.lastVerdict)}};
+}
+
+QJsonObject VisitListing::json(const TrendPoint &point, CanOpen::ObjectKey key)
+{
+    return {{QStringLiteral("visit"), point.visitId},
+            {QStringLiteral("time"), point.time.toString(Qt::ISODateWithMs)},
+            {QStringLiteral("node"), point.nodeId},
+            {QStringLiteral("name"), point.identity.displayName(point.nodeId)},
+            {QStringLiteral("device"), textOrNull(point.identity.toKey())},
+            {QStringLiteral("value"), valueJson(point.value)},
+            {QStringLiteral("text"), valueText(key, point.value)}};
+}
