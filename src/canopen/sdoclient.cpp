@@ -111,6 +111,7 @@ SdoTicket SdoClient::upload(quint8 nodeId, ObjectKey key, DataType type, millise
                             SdoProtocol protocol)
 {
     ++m_pending;
+    readClock();
     const SdoTicket ticket = ++m_lastTicket;
     if (!isNodeId(nodeId)) {
         SdoOutcome outcome;
@@ -136,7 +137,7 @@ bool SdoClient::cancel(SdoTicket ticket)
         if (!node)
             continue;
         if (node->upload.isActive() && node->ticket == ticket) {
-            node->upload.setTime(now());
+            node->upload.setTime(readClock());
             handleStep(*node, node->upload.cancel());
             return true;
         }
@@ -220,13 +221,13 @@ void SdoClient::handleFrame(const QCanBusFrame &frame)
 
     if (answering != 0) {
         if (Node *node = m_nodes[answering].get()) {
-            node->upload.setTime(now());
+            node->upload.setTime(readClock());
             ++node->frames;
             handleStep(*node, node->upload.handleResponse(frame.payload()));
         }
     } else if (!frame.hasLocalEcho()) { // with an echo it is our own request
         if (Node *node = m_nodes[asked].get()) {
-            node->upload.setTime(now());
+            node->upload.setTime(readClock());
             handleStep(*node, node->upload.handleForeignRequest(frame.payload()));
         }
     }
@@ -269,7 +270,7 @@ void SdoClient::startNext(Node &node)
     const qint64 longest = std::min(patience.longest, isHeldUp ? heldUpTime : patience.longest).count();
     const qint64 needed = std::min(2 * node.answerTime, longest / slowNodeShare);
     node.firstWait = std::max({qint64(patience.timeout.count()), qint64(request.timeout.count()), needed});
-    node.started = now();
+    node.started = m_time;
     node.end = node.started + longest;
     node.waitLimit = longest / (patience.repeats + 1);
     node.answerTimed = false;
@@ -380,6 +381,7 @@ void SdoClient::settleWaiting(const QCanBusFrame &frame, bool isWritten)
     if (node == nullptr || node->unwritten == 0)
         return;
     --node->unwritten;
+    readClock();
     if (node->unwritten > 0 || !node->upload.isActive())
         return;
     node->isAsked = node->isAsked || isWritten;
@@ -402,14 +404,14 @@ void SdoClient::noteAnswerTime(Node &node)
     if (node.answerTimed || node.upload.isUnanswered())
         return;
     node.answerTimed = true;
-    node.answerTime = now() - node.started;
+    node.answerTime = m_time - node.started;
 }
 
 void SdoClient::noteForeignClient(Node &node)
 {
     if (!node.upload.outcome().foreignClient)
         return;
-    const qint64 time = now();
+    const qint64 time = m_time;
     if (node.foreignSeen >= 0 && time < node.foreignSeen + foreignClientPause.count())
         return;
     node.foreignSeen = time;
@@ -430,7 +432,7 @@ void SdoClient::setDeadline(Node &node, qint64 wait)
     if (wait == 0)
         wait = node.firstWait << std::min(node.upload.attempt(), mostDoublings);
     node.waited = 0;
-    node.waitBegan = now();
+    node.waitBegan = m_time;
     node.bitsBefore = m_load != nullptr ? m_load->bits() : 0;
     node.deadline = std::min(node.waitBegan + wait, node.end);
     armTimer(node.deadline);
@@ -461,7 +463,7 @@ bool SdoClient::waitOn(Node &node, qint64 time)
 
 void SdoClient::checkDeadlines()
 {
-    const qint64 time = now();
+    const qint64 time = readClock();
     for (const std::unique_ptr<Node> &node : m_nodes) {
         if (!node || !node->upload.isActive() || node->deadline > time)
             continue;

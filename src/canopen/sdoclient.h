@@ -147,6 +147,7 @@ private:
     bool waitOn(Node &node, qint64 time);
     void settleWaiting(const QCanBusFrame &frame, bool isWritten);
     qint64 now() const { return m_clock().count(); }
+    qint64 readClock() { return m_time = now(); }
     void armTimer(qint64 deadline);
     void armTimerForAll();
 
@@ -160,6 +161,7 @@ private:
     QVector<QCanBusFrame> m_heldFrames; // came while a frame was being sent
     bool m_isSending = false;
     Clock m_clock;
+    qint64 m_time = 0;           // ms of m_clock; when the client was called last
     QBasicTimer m_timer;         // one for all deadlines; never later than the earliest of them
     qint64 m_timerDue = 0;       // ms of m_clock
     bool m_isGraceGiven = false; // once per firing: frames that wait behind a held up event loop come first

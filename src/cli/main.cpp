@@ -144,6 +144,8 @@ int main(int argc, char *argv[])
     // What a back end warns of, it also reports as its error; what Qt warns of is for developers.
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=false\ndefault.warning=false\n"
                                                     "qt.canbus*.warning=false\nqt.canbus*.critical=false"));
+    // Qt's own event loop takes a third less of system calls than GLib's, and nothing here needs GLib.
+    qputenv("QT_NO_GLIB", "1");
     const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("draxelctl"));
     QCoreApplication::setApplicationVersion(QStringLiteral(DRAXEL_VERSION));

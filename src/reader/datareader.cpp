@@ -10,6 +10,7 @@
 #include <QDebug>
 #include <QStringList>
 #include <QTimer>
+#include <QTimerEvent>
 
 namespace {
 
@@ -217,7 +218,14 @@ void DataReader::continueOrFinish()
 
 void DataReader::scheduleNextElement()
 {
-    QTimer::singleShot(0, this, SLOT(readNextElement()));
+    // QTimer::singleShot() would post an event instead, for which the event loop has to be woken up by a system call.
+    startTimer(0);
+}
+
+void DataReader::timerEvent(QTimerEvent *event)
+{
+    killTimer(event->timerId());
+    readNextElement();
 }
 
 void DataReader::sdoResultReceived(quint8 nodeId, quint16 index, quint8 subIndex, const QVariant &value)

@@ -110,6 +110,9 @@ public slots:
     void newNmtState(quint8 nodeId, NmtSender::NmtState state);
     void finishedSlot(quint32 value);
 
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
 private:
     void listenTo(const QObject *sdoSignals);
     void startSequence();

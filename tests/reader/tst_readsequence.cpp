@@ -67,6 +67,8 @@ private slots:
     void lateAnswerDuringTheNextDetectionDoesNotStartTheSequence();
     void secondaryClientIsListenedTo();
     void nextRequestComesFromTheEventLoop();
+    void nextRequestNeedsNoPostedEvent();
+    void eachAnswerBringsARequest();
     void noClientReportsTheEndAndKeepsReading();
     void clientThatReturnsContinuesTheRun();
     void clientsAreConnectedOnce();
@@ -385,6 +387,47 @@ void tst_ReadSequence::nextRequestComesFromTheEventLoop()
     emit bench.host.sdoClient.resultReceived(1, 0x1000, 0, QVariant(9u));
     QCOMPARE(bench.requests().size(), 1);
     QTRY_COMPARE(bench.requests().size(), 2);
+}
+
+// For a posted event the event loop is woken up by a system call, and reads of thousands of objects feel it.
+void tst_ReadSequence::nextRequestNeedsNoPostedEvent()
+{
+    class EventTypes : public QObject
+    {
+    public:
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            types.append(event->type());
+            return false;
+        }
+        QVector<QEvent::Type> types;
+    };
+    Bench bench;
+    bench.host.sdoClient.setMode(FakeSdoClient::Mode::Hold);
+    bench.detect({1});
+    QTRY_COMPARE(bench.requests().size(), 1);
+    EventTypes seen;
+    bench.reader.installEventFilter(&seen);
+    emit bench.host.sdoClient.resultReceived(1, 0x1000, 0, QVariant(1u));
+    QTRY_COMPARE(bench.requests().size(), 2);
+    QCOMPARE(seen.types, QVector<QEvent::Type>{QEvent::Timer});
+    QCoreApplication::processEvents();
+    QCOMPARE(bench.requests().size(), 2); // the timer fires once
+}
+
+void tst_ReadSequence::eachAnswerBringsARequest()
+{
+    Bench bench;
+    bench.host.sdoClient.setMode(FakeSdoClient::Mode::Hold);
+    bench.detect({1});
+    QTRY_COMPARE(bench.requests().size(), 1);
+    emit bench.host.sdoClient.resultReceived(1, 0x1000, 0, QVariant(1u));
+    emit bench.host.secondarySdoClient.resultReceived(1, 0x1000, 0, QVariant(2u));
+    QTRY_COMPARE(bench.requests().size(), 3);
+    QCOMPARE(bench.requests().at(1).index, quint16(0x1018));
+    QCOMPARE(bench.requests().at(2).index, quint16(0x1018));
+    QCoreApplication::processEvents();
+    QCOMPARE(bench.requests().size(), 3);
 }
 
 void tst_ReadSequence::noClientReportsTheEndAndKeepsReading()
