@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "reportmaker.h"
+
+#include "reportcomponents.h"
+#include "reporthead.h"
+#include "reportparts.h"
+#include "reporttr.h"
+#include "reportwords.h"
+#include "servicereportdata.h"
+
+namespace {
+
+void addUnlessEmpty(ServiceReport *report, const ReportSection &section)
+{
+    if (!section.blocks.isEmpty())
+        report->sections.append(section);
+}
+
+QString subjectOf(const Snapshot &snapshot, const ReportWords &words)
+{
+    const QString vehicle = ReportWords::shortened(ReportHead::vehicleName(snapshot), 60);
+    const QString date = words.date(snapshot.time);
+    return vehicle.isEmpty() ? date : QStringLiteral("%1 · %2").arg(vehicle, date);
+}
+
+} // namespace
+
+ServiceReport makeServiceReport(const ServiceReportData &data)
+{
+    const ReportWords words(data.locale);
+    ServiceReport report;
+    report.locale = data.locale;
+    report.title = ReportTr::tr("Service report");
+    report.subject = subjectOf(data.snapshot, words);
+    report.program = data.program;
+    report.workshop = data.workshop.name;
+    report.workshopLines = data.workshop.lines;
+    report.logo = data.workshop.logo;
+    report.facts = ReportHead::facts(data.snapshot, words);
+    report.verdict = ReportMarks::of(data.checkup.verdict);
+    report.verdictHeadline = ReportHead::headline(data.checkup);
+    report.verdictSentence = ReportHead::sentence(data.checkup);
+
+    addUnlessEmpty(&report, ReportParts::findings(data.checkup));
+    addUnlessEmpty(&report, ReportParts::unchecked(data.checkup));
+    if (data.comparison)
+        addUnlessEmpty(&report, ReportParts::changes(*data.comparison, data, words));
+    addUnlessEmpty(&report, ReportComponents::overview(data));
+    addUnlessEmpty(&report, ReportComponents::components(data, words));
+    addUnlessEmpty(&report, ReportParts::unread(data, words));
+    addUnlessEmpty(&report, ReportParts::record(data.snapshot));
+    return report;
+}

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <canopen/objectkey.h>
+
+#include <QDateTime>
+#include <QLocale>
+#include <QString>
+#include <QVariant>
+
+/*! Numbers, dates and names as the language of a report writes them. */
+class ReportWords
+{
+public:
+    explicit ReportWords(const QLocale &locale)
+        : m_locale(locale)
+    {
+    }
+
+    const QLocale &locale() const { return m_locale; }
+
+    /*! "3 September 2026" */
+    QString date(const QDateTime &time) const;
+    /*! "3 September 2026, 10:12 (UTC+02:00)" */
+    QString dateAndTime(const QDateTime &time) const;
+
+    /*! A number with that many digits behind the point. */
+    QString number(double value, int decimals) const;
+
+    /*! A number in a unit of the object table ("mV"): 36500 is "36.50 V". \a decimals of the number that is shown. */
+    QString inUnit(double value, const QString &unit, int decimals = 2) const;
+
+    /*! The value of an object with its unit; words and states as the overview shows them. */
+    QString value(CanOpen::ObjectKey key, const QVariant &value) const;
+
+    /*! Name and number in the object table: "Battery pack SOH (6176h.1)"; the number alone when it has no name. */
+    static QString objectName(CanOpen::ObjectKey key);
+
+    /*! At most \a longest characters of a text from a device or file, with "..." when there were more. */
+    static QString shortened(const QString &text, int longest = 200);
+
+    /*! "Battery Pack (node 2)", and the vehicle for node 0. */
+    static QString place(const QString &name, quint8 nodeId);
+
+private:
+    QLocale m_locale;
+};
