@@ -3,8 +3,11 @@
 
 #include <canopen/plaintext.h>
 #include <interpreter/datainterpreter.h>
+#include <interpreter/objectdescriptions.h>
 #include <interpreter/objects.h>
 #include <interpreter/units.h>
+
+#include <QCoreApplication>
 
 using CanOpen::ObjectKey;
 
@@ -32,9 +35,26 @@ QString identityText(ObjectKey key, const QVariant &value)
     return text;
 }
 
+/*! Of the numbers that are written now; C is the overview's. */
+QLocale &numberLocale()
+{
+    static QLocale locale = QLocale::c();
+    return locale;
+}
+
+QString withUnit(const UnitFormat &format, double number)
+{
+    constexpr int decimals = 2;
+    const QString shown = numberLocale().toString(number / format.divisor, 'f', decimals);
+    return QCoreApplication::translate("DataInterpreter", format.text).arg(shown);
+}
+
 /*! Without a unit: signed and wide numbers as they are, which formatValue() takes for unsigned ones of 32 bits. */
 QString numberText(ObjectKey key, const QVariant &value)
 {
+    const ObjectDescription *description = objectDescriptions().find(key.index);
+    if (description != nullptr && description->unit != nullptr)
+        return withUnit(*description->unit, value.toDouble());
     const QString formatted = DataInterpreter::formatValue(key.index, key.subIndex, value);
     const bool isPlain = formatted.isEmpty() || formatted == QString::number(value.toUInt());
     return isPlain ? value.toString() : formatted;
@@ -60,7 +80,18 @@ QString ObjectWords::value(ObjectKey key, const QVariant &value)
 QString ObjectWords::inUnit(double number, const QString &unit)
 {
     const UnitFormat *format = findUnitFormat(unit);
-    return format != nullptr ? formatWithUnit(format, number) : QString();
+    return format != nullptr ? withUnit(*format, number) : QString();
+}
+
+ObjectWords::NumberStyle::NumberStyle(const QLocale &locale)
+    : m_former(numberLocale())
+{
+    numberLocale() = locale;
+}
+
+ObjectWords::NumberStyle::~NumberStyle()
+{
+    numberLocale() = m_former;
 }
 
 QString ObjectWords::name(ObjectKey key)

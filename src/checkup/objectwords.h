@@ -3,6 +3,7 @@
 
 #include <canopen/objectkey.h>
 
+#include <QLocale>
 #include <QString>
 #include <QVariant>
 
@@ -23,5 +24,19 @@ QString name(CanOpen::ObjectKey key);
 
 /*! Name and number: "Battery pack lifetime cycles (6107h.1)". */
 QString nameAndNumber(CanOpen::ObjectKey key);
+
+/*! For as long as it lives, numbers with units are written as a language does: "36,50 V". Otherwise they are written as the
+ *  overview does in every language. In one thread only.
+ */
+class NumberStyle
+{
+public:
+    explicit NumberStyle(const QLocale &locale);
+    ~NumberStyle();
+    Q_DISABLE_COPY(NumberStyle)
+
+private:
+    QLocale m_former;
+};
 
 } // namespace ObjectWords

@@ -46,34 +46,16 @@ QString bitRateText(int bitRate, const ReportWords &words)
                                : QStringLiteral("%1 bit/s").arg(words.locale().toString(bitRate));
 }
 
-/*! How many components have notes, warnings or faults. */
-int countOf(const CheckupResult &checkup, Severity severity)
-{
-    const auto isSuch = [severity](const Finding &finding) { return finding.severity == severity; };
-    auto count = std::count_if(checkup.vehicleFindings.cbegin(), checkup.vehicleFindings.cend(), isSuch);
-    for (const CheckedComponent &component : checkup.components)
-        count += std::count_if(component.findings.cbegin(), component.findings.cend(), isSuch);
-    return static_cast<int>(count);
-}
-
-int uncheckedCount(const CheckupResult &checkup)
-{
-    return static_cast<int>(std::count_if(
-        checkup.components.cbegin(), checkup.components.cend(), [](const CheckedComponent &component) {
-            return component.state == ComponentState::NotChecked || !component.notChecked.isEmpty();
-        }));
-}
-
 QStringList counts(const CheckupResult &checkup)
 {
     QStringList texts;
-    if (const int faults = countOf(checkup, Severity::Fault))
+    if (const int faults = checkup.count(Severity::Fault))
         texts << ReportTr::tr("%n fault(s)", nullptr, faults);
-    if (const int warnings = countOf(checkup, Severity::Warning))
+    if (const int warnings = checkup.count(Severity::Warning))
         texts << ReportTr::tr("%n warning(s)", nullptr, warnings);
-    if (const int notes = countOf(checkup, Severity::Note))
+    if (const int notes = checkup.count(Severity::Note))
         texts << ReportTr::tr("%n note(s)", nullptr, notes);
-    if (const int unchecked = uncheckedCount(checkup))
+    if (const int unchecked = checkup.notCheckedCount())
         texts << ReportTr::tr("%n component(s) not fully checked", nullptr, unchecked);
     return texts;
 }

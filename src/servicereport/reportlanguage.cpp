@@ -46,6 +46,7 @@ public:
 ReportLanguage::ReportLanguage(const QString &language, const QString &folder)
     : m_language(language)
     , m_locale(localeOf(language))
+    , m_numbers(m_locale)
 {
     const LanguageSilence silence;
     install(std::make_unique<SourceTexts>());

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <checkup/objectwords.h>
+
 #include <QLocale>
 #include <QString>
 #include <QStringList>
@@ -47,5 +49,6 @@ private:
 
     QString m_language;
     QLocale m_locale;
+    ObjectWords::NumberStyle m_numbers;
     std::vector<std::unique_ptr<QTranslator>> m_translators; // the first one is asked last
 };
