@@ -101,11 +101,11 @@ QString TextTemplate::fillPlace(const Part &part, Evaluation &evaluation, const 
     const ObjectReference *object = part.expression.asObject();
     if (object != nullptr && part.format == nameFormat)
         return ObjectWords::name(evaluation.keyOf(*object));
+    if (object != nullptr && part.format.isEmpty())
+        return objectText(*object, evaluation);
     const Operand result = part.expression.evaluate(evaluation);
     if (!result.isNumber())
         return nothing;
-    if (part.format.isEmpty())
-        return withoutFormat(part, result.number, evaluation);
     const auto table = words.constFind(part.format);
     if (table != words.cend() && std::abs(result.number) < largestNumber) {
         const auto code = static_cast<qint64>(result.number);
@@ -116,11 +116,11 @@ QString TextTemplate::fillPlace(const Part &part, Evaluation &evaluation, const 
     return unit.isEmpty() ? wholeNumber(result.number) : unit;
 }
 
-QString TextTemplate::withoutFormat(const Part &part, double number, Evaluation &evaluation)
+QString TextTemplate::objectText(const ObjectReference &object, const Evaluation &evaluation)
 {
-    const ObjectReference *object = part.expression.asObject();
-    const SnapshotEntry *entry = object != nullptr ? evaluation.entry(evaluation.keyOf(*object)) : nullptr;
-    return entry != nullptr ? ObjectWords::value(entry->key, entry->value) : wholeNumber(number);
+    const SnapshotEntry *entry = evaluation.entry(evaluation.keyOf(object));
+    return entry != nullptr && entry->hasValue() ? ObjectWords::value(entry->key, entry->value)
+                                                 : QString(nothing);
 }
 
 QStringList TextTemplate::places() const

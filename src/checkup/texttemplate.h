@@ -47,7 +47,7 @@ private:
                            QString *errorMessage);
     static QString fillPlace(const Part &part, Evaluation &evaluation, const WordTables &words,
                              const QString &language);
-    static QString withoutFormat(const Part &part, double number, Evaluation &evaluation);
+    static QString objectText(const ObjectReference &object, const Evaluation &evaluation);
 
     QVector<Part> m_parts;
 };

@@ -1,0 +1,521 @@
+// SPDX-License-Identifier: MIT
+#include "../support/vehiclesnapshot.h"
+
+#include <checkup/checkup.h>
+#include <checkup/ruleset.h>
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+/*! A file with one rule that has these members besides. */
+QByteArray fileWith(const QByteArray &rule)
+{
+    return R"({"format": "draxel-rules", "version": 1, "rules": [)" + rule + "]}";
+}
+
+QByteArray goodRule(const QByteArray &id, const QByteArray &text = "found")
+{
+    return R"({"id": ")" + id + R"(", "severity": "note", "when": "node.id == 2", "text": {"en": ")" + text
+           + R"("}})";
+}
+
+QStringList texts(const RuleSet &rules, const QString &language = QStringLiteral("en"))
+{
+    const CheckupResult result
+        = Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), rules, language);
+    QStringList list;
+    for (const Finding &finding : result.vehicleFindings)
+        list.append(finding.text);
+    for (const CheckedComponent &component : result.components) {
+        for (const Finding &finding : component.findings)
+            list.append(QStringLiteral("%1: %2").arg(component.nodeId).arg(finding.text));
+    }
+    return list;
+}
+
+} // namespace
+
+class tst_RuleSet : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void goodRuleIsApplied();
+    void wrongRule_data();
+    void wrongRule();
+    void wrongFile_data();
+    void wrongFile();
+    void otherRulesGoOn();
+    void laterRuleReplaces();
+    void ruleIsSwitchedOff();
+    void languages();
+    void places_data();
+    void places();
+    void words();
+    void twoLoops();
+    void loopOverObjects();
+    void firstCaseOnly();
+    void needs();
+    void vehicleScope();
+    void kindsOfObjects();
+    void folders();
+    void hugeFile();
+    void tooManyRules();
+    void endlessWorkIsEnded();
+    void tooManyFindings();
+    void noRulesAreNoGoodVehicle();
+    void noNodesAreNoGoodVehicle();
+    void unreadClassesAreNotChecked();
+    void unreadObjectsAreNamed();
+    void findingWinsOverGap();
+};
+
+void tst_RuleSet::goodRuleIsApplied()
+{
+    RuleSet rules;
+    rules.add(fileWith(goodRule("mine")), QStringLiteral("mine.json"));
+    QCOMPARE(rules.problems(), QStringList());
+    QCOMPARE(texts(rules), QStringList{QStringLiteral("2: found")});
+}
+
+void tst_RuleSet::wrongRule_data()
+{
+    QTest::addColumn<QByteArray>("rule");
+    QTest::addColumn<QString>("problem");
+
+    const auto row = [](const char *name, const char *rule, const char *problem) {
+        QTest::newRow(name) << QByteArray(rule) << QString::fromLatin1(problem);
+    };
+    row("no object", "3", "rules[0]: An object, {...}, is wanted.");
+    row("no name", R"({"severity": "note"})", "rules[0].id: This is missing.");
+    row("bad name", R"({"id": "A b"})", "rules[0].id: A name of small letters, digits and - is wanted.");
+    row("no severity", R"({"id": "a", "when": "1", "text": {"en": "x"}})",
+        "rules[0]: A severity is missing: \"fault\", \"warning\" or \"note\". (rule \"a\")");
+    row("unknown severity", R"({"id": "a", "severity": "bad", "when": "1", "text": {"en": "x"}})",
+        "rules[0].severity: \"fault\", \"warning\", \"note\" or \"off\" is wanted. (rule \"a\")");
+    row("unknown scope",
+        R"({"id": "a", "scope": "bus", "severity": "note", "when": "1", "text": {"en": "x"}})",
+        "rules[0].scope: \"node\" or \"vehicle\" is wanted. (rule \"a\")");
+    row("unknown take",
+        R"({"id": "a", "take": "some", "severity": "note", "when": "1", "text": {"en": "x"}})",
+        "rules[0].take: \"first\" or \"all\" is wanted. (rule \"a\")");
+    row("no condition", R"({"id": "a", "severity": "note", "text": {"en": "x"}})",
+        "rules[0].when: The condition is missing. (rule \"a\")");
+    row("bad condition", R"({"id": "a", "severity": "note", "when": "6040h.s > 1", "text": {"en": "x"}})",
+        "rules[0].when: \"s\" is no sub-index; it is a number up to 255, or the name of a loop, at character "
+        "7. "
+        "(rule \"a\")");
+    row("text as a number", R"({"id": "a", "severity": "note", "when": "node.name", "text": {"en": "x"}})",
+        "rules[0].when: A text is no number. (rule \"a\")");
+    row("no text", R"({"id": "a", "severity": "note", "when": "1"})",
+        "rules[0].text: The sentence that says what was found is missing. (rule \"a\")");
+    row("no English text", R"({"id": "a", "severity": "note", "when": "1", "text": {"de": "x"}})",
+        "rules[0].text: The English text, \"en\", is missing. (rule \"a\")");
+    row("text of another kind", R"({"id": "a", "severity": "note", "when": "1", "text": {"en": 3}})",
+        "rules[0].text.en: A text is wanted. (rule \"a\")");
+    row("open brace", R"({"id": "a", "severity": "note", "when": "1", "text": {"en": "a {1"}})",
+        "rules[0].text.en: A brace is opened and not closed, at character 3. (rule \"a\")");
+    row("bad place", R"({"id": "a", "severity": "note", "when": "1", "text": {"en": "{1 +}"}})",
+        "rules[0].text.en: \"{1 +}\": Something is missing, at character 4. (rule \"a\")");
+    row("bad class",
+        R"({"id": "a", "components": [6, 256], "severity": "note", "when": "1", "text": {"en": "x"}})",
+        "rules[0].components[1]: A whole number from 0 to 255 is wanted. (rule \"a\")");
+    row("bad loop",
+        R"({"id": "a", "for": "s of 6040h", "severity": "note", "when": "1", "text": {"en": "x"}})",
+        "rules[0].for[0]: A loop is written \"s in 6040h\", \"b in 0 to 15\" or \"p in 6165h to 6174h\". "
+        "(rule "
+        "\"a\")");
+    row("backward loop",
+        R"({"id": "a", "for": "s in 5 to 4", "severity": "note", "when": "1", "text": {"en": "x"}})",
+        "rules[0].for[0]: A loop runs from a lower to a higher number, 4096 at most. (rule \"a\")");
+    row("long loop",
+        R"({"id": "a", "for": "s in 0 to 99999", "severity": "note", "when": "1", "text": {"en": "x"}})",
+        "rules[0].for[0]: A loop runs from a lower to a higher number, 4096 at most. (rule \"a\")");
+    row("three loops",
+        R"({"id": "a", "for": ["a in 0 to 1", "b in 0 to 1", "c in 0 to 1"], "severity": "note", "when": "1",
+            "text": {"en": "x"}})",
+        "rules[0].for: A rule has at most two loops. (rule \"a\")");
+    row("bad need",
+        R"({"id": "a", "needs": ["6040h >"], "severity": "note", "when": "1", "text": {"en": "x"}})",
+        "rules[0].needs[0]: Something is missing, at character 8. (rule \"a\")");
+    row("no case", R"({"id": "a", "severity": "note", "when": "1", "cases": [], "text": {"en": "x"}})",
+        "rules[0].cases: 1 to 100 cases are wanted. (rule \"a\")");
+    row("bad case", R"({"id": "a", "severity": "note", "cases": [{"when": "x"}], "text": {"en": "x"}})",
+        "rules[0].cases[0].when: \"x\" is not known, at character 1. (rule \"a\")");
+}
+
+void tst_RuleSet::wrongRule()
+{
+    QFETCH(QByteArray, rule);
+    QFETCH(QString, problem);
+
+    RuleSet rules;
+    rules.add(fileWith(rule + ',' + goodRule("good")), QStringLiteral("mine.json"));
+    QCOMPARE(rules.problems(), QStringList{QStringLiteral("mine.json: ") + problem});
+    QCOMPARE(texts(rules), QStringList{QStringLiteral("2: found")});
+}
+
+void tst_RuleSet::wrongFile_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("problem");
+
+    QTest::newRow("other format") << QByteArray(R"({"format": "x", "version": 1})")
+                                  << QStringLiteral("mine.json: These are no rules.");
+    QTest::newRow("newer") << QByteArray(R"({"format": "draxel-rules", "version": 2})")
+                           << QStringLiteral("mine.json: These rules are for a newer program.");
+    QTest::newRow("no object") << QByteArray("[]")
+                               << QStringLiteral("mine.json: An object, {...}, is wanted.");
+    QTest::newRow("words without a code")
+        << QByteArray(R"({"format": "draxel-rules", "version": 1, "words": {"a": [{"text": {"en": "x"}}]}})")
+        << QStringLiteral("mine.json: words.a[0].code: A number, or one like \"2310h\", is wanted.");
+    QTest::newRow("kind")
+        << QByteArray(
+               R"({"format": "draxel-rules", "version": 1, "objects": [{"object": "6040h", "kind": "x"}]})")
+        << QStringLiteral(
+               "mine.json: objects[0].kind: \"parameter\", \"firmware\", \"counter\", \"value\" or "
+               "\"running\" is wanted.");
+    QTest::newRow("object of a kind")
+        << QByteArray(
+               R"({"format": "draxel-rules", "version": 1, "objects": [{"object": "x", "kind": "value"}]})")
+        << QStringLiteral("mine.json: objects[0].object: \"x\" is no object; one is written like 6040h or "
+                          "6040h.1, at character 1.");
+}
+
+void tst_RuleSet::wrongFile()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QString, problem);
+
+    RuleSet rules;
+    rules.add(text, QStringLiteral("mine.json"));
+    QCOMPARE(rules.problems(), QStringList{problem});
+}
+
+void tst_RuleSet::otherRulesGoOn()
+{
+    RuleSet rules;
+    rules.add("{", QStringLiteral("broken.json"));
+    rules.add(fileWith(goodRule("good")), QStringLiteral("good.json"));
+    QCOMPARE(rules.problems().size(), 1);
+    QVERIFY2(rules.problems().first().startsWith(QStringLiteral("broken.json: line 1, column ")),
+             qPrintable(rules.problems().first()));
+    QCOMPARE(texts(rules), QStringList{QStringLiteral("2: found")});
+}
+
+void tst_RuleSet::laterRuleReplaces()
+{
+    RuleSet rules;
+    rules.add(fileWith(goodRule("a", "first") + ',' + goodRule("b", "other")), QStringLiteral("1.json"));
+    rules.add(fileWith(goodRule("a", "second")), QStringLiteral("2.json"));
+    QCOMPARE(texts(rules), (QStringList{QStringLiteral("2: second"), QStringLiteral("2: other")}));
+}
+
+void tst_RuleSet::ruleIsSwitchedOff()
+{
+    RuleSet rules;
+    rules.add(fileWith(goodRule("a")
+                       + R"(, {"id": "b", "severity": "note", "when": "7777h > 1", "text": {"en": "x"}})"),
+              QStringLiteral("1.json"));
+    rules.add(fileWith(R"({"id": "b", "severity": "off"})"), QStringLiteral("2.json"));
+    QCOMPARE(rules.problems(), QStringList());
+    const CheckupResult result
+        = Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), rules, QStringLiteral("en"));
+    QCOMPARE(result.verdict, Verdict::Note); // and not incomplete: nobody asks for 7777h any more
+}
+
+void tst_RuleSet::languages()
+{
+    RuleSet rules;
+    rules.add(fileWith(R"({"id": "a", "severity": "note", "when": "node.id == 2",
+                           "text": {"en": "two", "de": "zwei", "zh_CN": "er"}})"),
+              QStringLiteral("1.json"));
+    QCOMPARE(texts(rules, QStringLiteral("de")), QStringList{QStringLiteral("2: zwei")});
+    QCOMPARE(texts(rules, QStringLiteral("de_AT")), QStringList{QStringLiteral("2: zwei")});
+    QCOMPARE(texts(rules, QStringLiteral("zh_CN")), QStringList{QStringLiteral("2: er")});
+    QCOMPARE(texts(rules, QStringLiteral("nl")), QStringList{QStringLiteral("2: two")});
+}
+
+void tst_RuleSet::places_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("filled");
+
+    const auto row = [](const char *text, const char *filled) {
+        QTest::newRow(text) << QString::fromUtf8(text) << QString::fromUtf8(filled);
+    };
+    row("{6040h.1}", "39.30 V");
+    row("{6165h.1}", "3.93 V");
+    row("{1018h.3}", "1.3");
+    row("{1008h}", "DX-Pack 36/500");
+    row("{6176h.1 / 100}", "97");
+    row("{3700|mV}", "3.70 V");
+    row("{0 - 55|C}", "-5.50 °C");
+    row("{6040h.1|name}", "Device actual voltage");
+    row("{9040h.1|name}", "9040h");
+    row("{0x2310|hex4}", "2310h");
+    row("{1|hex8}", "00000001h");
+    row("{0 - 1|hex8}", "-1");
+    row("{7777h}", "?");
+    row("{7777h + 1|mV}", "?");
+    row("{1 / 0}", "?");
+    row("{5|no such format}", "5");
+    row("{node.name}, {node.id}", "Battery Pack, 2");
+    row("{{6040h.1}", "{6040h.1}");
+    row("100 %1 {node.id} %2", "100 %1 2 %2");
+}
+
+void tst_RuleSet::places()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, filled);
+
+    RuleSet rules;
+    rules.add(fileWith(goodRule("a", text.toUtf8())), QStringLiteral("1.json"));
+    QCOMPARE(rules.problems(), QStringList());
+    QCOMPARE(texts(rules), QStringList{QStringLiteral("2: ") + filled});
+}
+
+void tst_RuleSet::words()
+{
+    RuleSet rules;
+    rules.add(R"({"format": "draxel-rules", "version": 1,
+                  "words": {"mine": [{"code": 2, "text": {"en": "two", "de": "zwei"}},
+                                     {"from": "0h", "to": "Ah", "text": {"en": "few"}}]},
+                  "rules": [{"id": "a", "severity": "note", "when": "node.id == 2",
+                             "text": {"en": "{2|mine} {10|mine} {11|mine}"}}]})",
+              QStringLiteral("1.json"));
+    QCOMPARE(rules.problems(), QStringList());
+    QCOMPARE(texts(rules), QStringList{QStringLiteral("2: two few 11")});
+    QCOMPARE(texts(rules, QStringLiteral("de")), QStringList{QStringLiteral("2: zwei few 11")});
+}
+
+void tst_RuleSet::twoLoops()
+{
+    RuleSet rules;
+    rules.add(fileWith(R"({"id": "a", "severity": "note", "for": ["s in 6000h", "b in 1 to 2"],
+                           "when": "node.id == 2", "text": {"en": "{s}.{b}"}})"),
+              QStringLiteral("1.json"));
+    QCOMPARE(texts(rules), (QStringList{QStringLiteral("2: 1.1"), QStringLiteral("2: 1.2")}));
+}
+
+void tst_RuleSet::loopOverObjects()
+{
+    RuleSet rules;
+    rules.add(fileWith(R"({"id": "a", "severity": "note", "for": ["p in 6164h to 6166h", "s in these"],
+                           "when": "node.id == 2 and these.s > 3932", "text": {"en": "{p} {s} {these.s}"}})"),
+              QStringLiteral("1.json"));
+    QCOMPARE(texts(rules), (QStringList{QStringLiteral("2: 1 2 84.00 %"), QStringLiteral("2: 2 4 3.93 V"),
+                                        QStringLiteral("2: 2 8 3.93 V")}));
+}
+
+void tst_RuleSet::firstCaseOnly()
+{
+    const QByteArray cases = R"("when": "node.id == 2", "text": {"en": "all"},
+        "cases": [{"when": "1 == 2"}, {"when": "1 == 1", "severity": "fault", "text": {"en": "second"}},
+                  {"when": "1 == 1", "severity": "off"}, {"when": "1 == 1", "severity": "note"}]})";
+    RuleSet rules;
+    rules.add(fileWith(R"({"id": "all", )" + cases + R"(, {"id": "first", "take": "first", )" + cases),
+              QStringLiteral("1.json"));
+    QCOMPARE(rules.problems(), QStringList());
+    QCOMPARE(texts(rules), (QStringList{QStringLiteral("2: second"), QStringLiteral("2: second"),
+                                        QStringLiteral("2: all")}));
+}
+
+void tst_RuleSet::needs()
+{
+    RuleSet rules;
+    rules.add(
+        fileWith(
+            R"({"id": "a", "severity": "note", "needs": ["7777h"], "when": "1 == 1", "text": {"en": "x"}},
+                          {"id": "b", "severity": "note", "needs": ["6165h"], "when": "1 == 1", "text": {"en": "x"}})"),
+        QStringLiteral("1.json"));
+    Snapshot snapshot = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    const CheckupResult result = Checkup::judge(snapshot, rules, QStringLiteral("en"));
+    QCOMPARE(result.count(Severity::Note), 1); // only the battery has 6165h
+    QCOMPARE(result.notCheckedCount(), 7);     // 7777h was not asked for
+}
+
+void tst_RuleSet::vehicleScope()
+{
+    RuleSet rules;
+    rules.add(fileWith(R"({"id": "a", "scope": "vehicle", "severity": "note", "when": "vehicle.nodes == 7",
+                           "text": {"en": "seven"}},
+                          {"id": "b", "scope": "vehicle", "severity": "note", "when": "6040h.1 > 0",
+                           "text": {"en": "no object"}})"),
+              QStringLiteral("1.json"));
+    const CheckupResult result
+        = Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), rules, QStringLiteral("en"));
+    QCOMPARE(result.vehicleFindings.size(), 1);
+    QCOMPARE(result.vehicleFindings.first().nodeId, quint8(0));
+    QCOMPARE(result.verdict, Verdict::Note);
+}
+
+void tst_RuleSet::kindsOfObjects()
+{
+    RuleSet rules;
+    rules.add(R"({"format": "draxel-rules", "version": 1, "objects": [
+                  {"from": "2000h", "to": "20FFh", "kind": "running"},
+                  {"object": "2010h", "kind": "value", "noise": 5, "noisePercent": 2.5},
+                  {"object": "2010h.3", "kind": "counter"}]})",
+              QStringLiteral("1.json"));
+    QCOMPARE(rules.problems(), QStringList());
+    QCOMPARE(rules.kinds().find({0x2000, 1}).kind, ObjectKind::Kind::Running);
+    QCOMPARE(rules.kinds().find({0x2010, 1}).kind, ObjectKind::Kind::Value);
+    QCOMPARE(rules.kinds().find({0x2010, 1}).noise, 5.0);
+    QCOMPARE(rules.kinds().find({0x2010, 1}).noisePercent, 2.5);
+    QCOMPARE(rules.kinds().find({0x2010, 3}).kind, ObjectKind::Kind::Counter);
+    QCOMPARE(rules.kinds().find({0x2100, 0}).kind, ObjectKind::Kind::Parameter);
+}
+
+void tst_RuleSet::folders()
+{
+    const QTemporaryDir folder;
+    const auto write = [&folder](const QString &name, const QByteArray &text) {
+        QFile file(folder.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    };
+    write(QStringLiteral("b.json"), fileWith(goodRule("a", "of b")));
+    write(QStringLiteral("a.json"), fileWith(goodRule("a", "of a")));
+    write(QStringLiteral("readme.txt"), "no rules");
+    const RuleSet rules = RuleSet::load({folder.path(), folder.filePath(QStringLiteral("none"))});
+    QCOMPARE(rules.problems(),
+             QStringList{QStringLiteral("There is no folder %1.")
+                             .arg(QDir::toNativeSeparators(folder.filePath(QStringLiteral("none"))))});
+    QCOMPARE(texts(rules), QStringList{QStringLiteral("2: of b")});
+}
+
+void tst_RuleSet::hugeFile()
+{
+    const QByteArray file = fileWith(goodRule("a"));
+    RuleSet rules;
+    rules.add(file + QByteArray(RuleSet::largestFile - file.size(), ' '), QStringLiteral("1.json"));
+    QCOMPARE(rules.problems(), QStringList());
+    rules.add(file + QByteArray(RuleSet::largestFile - file.size() + 1, ' '), QStringLiteral("2.json"));
+    QCOMPARE(rules.problems(), QStringList{QStringLiteral("2.json: The file is larger than 1048576 bytes.")});
+}
+
+void tst_RuleSet::tooManyRules()
+{
+    QByteArray text;
+    for (int i = 0; i <= RuleSet::mostRules; ++i)
+        text += QByteArray(i > 0 ? "," : "") + goodRule("r" + QByteArray::number(i));
+    RuleSet rules;
+    rules.add(fileWith(text), QStringLiteral("1.json"));
+    QCOMPARE(rules.rules().size(), 2000);
+    QCOMPARE(rules.problems(),
+             QStringList{
+                 QStringLiteral("1.json: There are more than 2000 rules; this file's others are left out.")});
+}
+
+/*! Rules that would take minutes. */
+void tst_RuleSet::endlessWorkIsEnded()
+{
+    QByteArray text;
+    for (int i = 0; i < 100; ++i)
+        text += QByteArray(i > 0 ? "," : "") + R"({"id": "r)" + QByteArray::number(i)
+                + R"(", "severity": "note", "for": ["a in 0 to 4095", "b in 0 to 4095"],
+                    "when": "6040h.1 < 0", "text": {"en": "x"}})";
+    RuleSet rules;
+    rules.add(fileWith(text), QStringLiteral("1.json"));
+    QCOMPARE(rules.problems(), QStringList());
+    const CheckupResult result
+        = Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), rules, QStringLiteral("en"));
+    QCOMPARE(result.verdict, Verdict::Incomplete);
+    QVERIFY(result.components.first().notChecked.contains(
+        QStringLiteral("The rules take too long; not all of them were applied.")));
+}
+
+void tst_RuleSet::tooManyFindings()
+{
+    RuleSet rules;
+    rules.add(fileWith(R"({"id": "a", "severity": "note", "for": "a in 0 to 4095", "when": "node.id == 2",
+                           "text": {"en": "x"}})"),
+              QStringLiteral("1.json"));
+    const CheckupResult result
+        = Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), rules, QStringLiteral("en"));
+    QCOMPARE(result.count(Severity::Note), 500);
+    QCOMPARE(result.components.first().notChecked,
+             QStringList{QStringLiteral("There are more findings than are kept.")});
+}
+
+void tst_RuleSet::noRulesAreNoGoodVehicle()
+{
+    const CheckupResult result
+        = Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), RuleSet(), QStringLiteral("en"));
+    QCOMPARE(result.verdict, Verdict::Incomplete);
+    QCOMPARE(result.components.first().notChecked, QStringList{QStringLiteral("There are no rules.")});
+}
+
+void tst_RuleSet::noNodesAreNoGoodVehicle()
+{
+    RuleSet rules;
+    rules.add(fileWith(goodRule("a")), QStringLiteral("1.json"));
+    QCOMPARE(Checkup::judge(Snapshot(), rules, QStringLiteral("en")).verdict, Verdict::Incomplete);
+}
+
+/*! Whether rules for batteries concern a device whose classes are not known, nobody knows. */
+void tst_RuleSet::unreadClassesAreNotChecked()
+{
+    RuleSet rules;
+    rules.add(
+        fileWith(
+            R"({"id": "a", "components": [6], "severity": "note", "when": "1 == 2", "text": {"en": "x"}})"),
+        QStringLiteral("1.json"));
+    Snapshot snapshot = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    QCOMPARE(Checkup::judge(snapshot, rules, QStringLiteral("en")).verdict, Verdict::Ok);
+    SnapshotEntry entry = *snapshot.find(5)->find(0x6000, 1);
+    entry.gap = SnapshotGap::NoAnswer;
+    entry.value = QVariant();
+    snapshot.find(5)->insert(entry);
+    const CheckupResult result = Checkup::judge(snapshot, rules, QStringLiteral("en"));
+    QCOMPARE(result.verdict, Verdict::Incomplete);
+    QCOMPARE(result.components.first().nodeId, quint8(5));
+    QCOMPARE(result.components.first().notChecked,
+             QStringList{QStringLiteral("The device did not answer. (6000h)")});
+}
+
+void tst_RuleSet::unreadObjectsAreNamed()
+{
+    QByteArray text;
+    for (int i = 0; i < 8; ++i)
+        text += QByteArray(i > 0 ? "," : "") + R"({"id": "r)" + QByteArray::number(i)
+                + R"(", "severity": "note", "when": "node.id == 2 and 777)" + QByteArray::number(i)
+                + R"(h > 1", "text": {"en": "x"}})";
+    RuleSet rules;
+    rules.add(fileWith(text), QStringLiteral("1.json"));
+    Snapshot snapshot = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    const auto reasons = [&snapshot, &rules] {
+        return Checkup::judge(snapshot, rules, QStringLiteral("en")).components.first().notChecked;
+    };
+    QCOMPARE(reasons(),
+             QStringList{QStringLiteral("The snapshot does not hold everything. (7770h, 7771h, 7772h, "
+                                        "7773h, 7774h, 7775h and others, 8 objects in all)")});
+    snapshot.scope = SnapshotScope::Quick;
+    QVERIFY(reasons().first().startsWith(QStringLiteral("A quick snapshot does not ask for everything.")));
+    snapshot.find(2)->end = SnapshotEnd::Silent;
+    QCOMPARE(reasons(), QStringList{QStringLiteral("The device does not answer.")});
+}
+
+void tst_RuleSet::findingWinsOverGap()
+{
+    RuleSet rules;
+    rules.add(fileWith(R"({"id": "a", "severity": "note", "when": "node.id == 2", "text": {"en": "x"}},
+                          {"id": "b", "severity": "warning", "when": "node.id == 3", "text": {"en": "x"}},
+                          {"id": "c", "severity": "fault", "when": "7777h > 1", "text": {"en": "x"}})"),
+              QStringLiteral("1.json"));
+    const CheckupResult result
+        = Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), rules, QStringLiteral("en"));
+    QCOMPARE(result.components.at(0).nodeId, quint8(3));
+    QCOMPARE(result.components.at(0).state, ComponentState::Warning);
+    QCOMPARE(result.components.at(0).notChecked.size(), 1);
+    QCOMPARE(result.components.at(2).nodeId, quint8(2)); // a note is no light of its own beside a gap
+    QCOMPARE(result.components.at(2).state, ComponentState::NotChecked);
+    QCOMPARE(result.verdict, Verdict::Warning);
+}
+
+QTEST_GUILESS_MAIN(tst_RuleSet)
+#include "tst_ruleset.moc"
