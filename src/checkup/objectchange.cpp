@@ -69,8 +69,10 @@ std::optional<Change> ObjectChange::between(const SnapshotEntry *before, const S
 std::optional<Change> ObjectChange::ofValues(const SnapshotEntry &before, const SnapshotEntry &after,
                                              const ObjectKinds &kinds, const QString &device)
 {
+    if (isSame(before.value, after.value))
+        return std::nullopt;
     const ObjectKind kind = kinds.find(after.key);
-    if (kind.kind == ObjectKind::Kind::Running || isSame(before.value, after.value))
+    if (kind.kind == ObjectKind::Kind::Running)
         return std::nullopt;
     const bool isMeasured = kind.kind == ObjectKind::Kind::Value || kind.kind == ObjectKind::Kind::Counter;
     const bool hasFallen = isNumber(before.value) && after.value.toDouble() < before.value.toDouble();

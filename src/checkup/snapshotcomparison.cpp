@@ -31,11 +31,14 @@ public:
     Comparison compare();
 
 private:
+    /*! Whether gaps are changes, or said in one sentence for the device. */
+    enum class Gaps : quint8 { Count, Explained };
+
     void compareDevice(const DevicePair &pair);
     void addDevice(const DevicePair &pair);
     void addIdentity(const DevicePair &pair);
     bool compareEnds(const DevicePair &pair);
-    void compareObjects(const DevicePair &pair);
+    void compareObjects(const DevicePair &pair, Gaps gaps = Gaps::Count);
     void compareFindings(const QVector<DevicePair> &pairs);
     void addFinding(const Finding *before, const Finding *after, quint8 nodeId);
     Change &add(Change::Kind kind, quint8 nodeId);
@@ -146,26 +149,25 @@ bool Comparing::compareEnds(const DevicePair &pair)
     change.text = isWhole ? tr("%1 could be read this time. Before: %2").arg(name, change.before)
                           : tr("%1 could not be read to its end this time. %2").arg(name, change.after);
     // What was read of it both times is compared all the same.
-    for (const SnapshotEntry &entry : pair.after->entries) {
-        const SnapshotEntry *before = pair.before->find(entry.key);
-        if (before == nullptr || before->isGap() || entry.isGap() || isIdentity(entry.key))
-            continue;
-        if (std::optional<Change> found = ObjectChange::between(before, &entry, m_kinds, name)) {
-            found->nodeId = pair.after->id;
-            m_result.changes.append(*found);
-        }
-    }
+    compareObjects(pair, Gaps::Explained);
     return true;
 }
 
-void Comparing::compareObjects(const DevicePair &pair)
+/*! Both have their entries in the order of the keys, so one walk finds those that both have. */
+void Comparing::compareObjects(const DevicePair &pair, Gaps gaps)
 {
     const QString name = deviceName(pair);
+    auto before = pair.before->entries.cbegin();
     for (const SnapshotEntry &entry : pair.after->entries) {
-        if (isIdentity(entry.key))
+        while (before != pair.before->entries.cend() && before->key < entry.key)
+            ++before;
+        if (before == pair.before->entries.cend())
+            return;
+        if (before->key != entry.key || isIdentity(entry.key))
             continue;
-        std::optional<Change> change
-            = ObjectChange::between(pair.before->find(entry.key), &entry, m_kinds, name);
+        if (gaps == Gaps::Explained && (before->isGap() || entry.isGap()))
+            continue;
+        std::optional<Change> change = ObjectChange::between(&*before, &entry, m_kinds, name);
         if (!change)
             continue;
         change->nodeId = pair.after->id;
