@@ -48,6 +48,7 @@ private:
     const Side &m_before;
     const Side &m_after;
     const ObjectKinds &m_kinds;
+    QHash<quint8, QString> m_names; // of the devices now
     Comparison m_result;
 };
 
@@ -81,6 +82,8 @@ void Comparing::compareDevice(const DevicePair &pair)
         addDevice(pair);
     if (pair.relation == DevicePair::Relation::Replaced)
         addIdentity(pair);
+    if (pair.after != nullptr)
+        m_names.insert(pair.after->id, pair.before != nullptr ? deviceName(pair) : deviceName(*pair.after));
     // What another device has counted and measured says nothing about this one.
     const bool isSameDevice
         = pair.relation == DevicePair::Relation::Same || pair.relation == DevicePair::Relation::Moved;
@@ -244,8 +247,7 @@ void Comparing::addFinding(const Finding *before, const Finding *after, quint8 n
     const QVector<CheckedComponent> &components = m_after.checkup->components;
     const auto component = std::find_if(components.begin(), components.end(), isSuch);
     const bool isJudged = component == components.end() || component->notChecked.isEmpty();
-    const SnapshotNode *node = m_after.snapshot->find(nodeId);
-    const QString device = node != nullptr ? deviceName(*node) : tr("The vehicle");
+    const QString device = m_names.value(nodeId, tr("The vehicle"));
 
     Change &change = add(Change::Kind::Finding, nodeId);
     if (after != nullptr && !after->objects.isEmpty())
