@@ -49,7 +49,7 @@ const Row *find(const Row (&table)[size], const QString &name)
     return nullptr;
 }
 
-constexpr QLatin1String theseWord("these");
+const QLatin1String theseWord("these");
 
 bool isWordCharacter(QChar character)
 {

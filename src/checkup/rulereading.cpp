@@ -13,7 +13,7 @@ constexpr int mostKinds = 5000;
 constexpr int mostRules = 5000;   // of a file
 constexpr int mostCases = 100;    // of a rule
 constexpr int mostNumbers = 4096; // of a loop
-constexpr QLatin1String formatName("draxel-rules");
+const QLatin1String formatName("draxel-rules");
 
 struct SeverityWord
 {

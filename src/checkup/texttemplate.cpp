@@ -11,9 +11,9 @@ namespace {
 
 constexpr QLatin1Char opening('{');
 constexpr QLatin1Char closing('}');
-constexpr QLatin1String hexFormat("hex");
-constexpr QLatin1String nameFormat("name");
-constexpr QLatin1String nothing("?");
+const QLatin1String hexFormat("hex");
+const QLatin1String nameFormat("name");
+const QLatin1String nothing("?");
 constexpr double largestNumber = 9.0e15; // whole numbers that a double holds exactly
 
 /*! "2310h" in "hex4"; empty when \a format is none of these. */
