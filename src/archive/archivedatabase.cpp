@@ -89,7 +89,8 @@ bool ArchiveDatabase::prepareFile(Missing missing)
     if (info.exists())
         return checkFile();
     if (missing == Missing::Refuse)
-        return fail(tr("There is no archive %1.").arg(m_address.toString()));
+        return fail(tr("There is no archive %1. Look whether the name is right and its folder is there.")
+                        .arg(m_address.toString()));
     if (!m_address.isStandard())
         return true;
     // Whom the vehicles belong to is nobody else's business on this computer.

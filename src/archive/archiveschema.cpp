@@ -99,13 +99,15 @@ Presence presenceOf(ArchiveDatabase &database, const QString &statement)
     return database.hasFailed() ? Presence::Failed : isThere ? Presence::Yes : Presence::No;
 }
 
+// Not by to_regclass(), which may not yet know of a table that another program has just made.
 Presence hasVersionTable(ArchiveDatabase &database)
 {
-    return presenceOf(database,
-                      database.isFile()
-                          ? QStringLiteral("SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = "
-                                           "'draxel_archive'")
-                          : QStringLiteral("SELECT 1 WHERE to_regclass('draxel_archive') IS NOT NULL"));
+    return presenceOf(
+        database, database.isFile()
+                      ? QStringLiteral("SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = "
+                                       "'draxel_archive'")
+                      : QStringLiteral("SELECT 1 FROM pg_catalog.pg_class WHERE relkind = 'r' AND relname = "
+                                       "'draxel_archive' AND pg_catalog.pg_table_is_visible(oid)"));
 }
 
 /*! A database on a server may have other tables beside ours; a file with others is another program's. */

@@ -3,6 +3,7 @@
 
 #include "archiveaddress.h"
 
+#include <QFile>
 #include <QSqlError>
 
 namespace {
@@ -12,6 +13,8 @@ struct Row
     const char *code; // as the driver gives it; a part of a class of codes stands for all of them
     const char *text;
 };
+
+constexpr QLatin1String readOnlyCode("8");
 
 // Result codes of SQLite.
 constexpr Row fileRows[] = {
@@ -65,6 +68,10 @@ constexpr Row serverRows[] = {
                                         "another archive.")},
 };
 
+constexpr char movedText[] = QT_TRANSLATE_NOOP(
+    "DatabaseWords", "The archive %1 was moved or deleted while it was open. Put it back, or choose "
+                     "another archive.");
+
 constexpr char lostText[] = QT_TRANSLATE_NOOP(
     "DatabaseWords",
     "The database %1 does not answer. Look whether the server runs and the network is there, and try "
@@ -92,11 +99,32 @@ QString plainCode(const QString &code)
     return isNumber ? QString::number(number & 0xFF) : code;
 }
 
-/*! While a connection is opened the driver gives no code, only libpq's English sentence, or its translation. */
-bool isRefusal(const QSqlError &error)
+/*! SQLite writes no file that has lost its name. */
+const char *findFileText(const ArchiveAddress &address, const QString &code)
 {
-    return error.nativeErrorCode().isEmpty()
-           && (error.driverText() + error.databaseText()).contains(QLatin1String("password"));
+    if (code == readOnlyCode && !QFile::exists(address.fileName()))
+        return movedText;
+    return findText(fileRows, code, false);
+}
+
+// While a connection is opened the driver gives no code, only the server's sentence; in another language than English the
+// last row is what is known of it.
+constexpr Row openingRows[] = {
+    {"password", serverRows[0].text},
+    {"does not exist", serverRows[1].text},
+    {"FATAL", QT_TRANSLATE_NOOP("DatabaseWords",
+                                "The server refused the connection to %1. Check user, password and the "
+                                "name of the database, or ask its administrator.")},
+};
+
+const char *findOpeningText(const QSqlError &error)
+{
+    const QString reason = error.driverText() + error.databaseText();
+    for (const Row &row : openingRows) {
+        if (error.nativeErrorCode().isEmpty() && reason.contains(QLatin1String(row.code)))
+            return row.text;
+    }
+    return nullptr;
 }
 
 } // namespace
@@ -119,9 +147,9 @@ QString DatabaseWords::sentence(const ArchiveAddress &address, const QSqlError &
 {
     const bool isFile = address.kind() == ArchiveAddress::Kind::File;
     const QString code = error.nativeErrorCode();
-    const char *text = isFile ? findText(fileRows, plainCode(code), false) : findText(serverRows, code, true);
-    if (text == nullptr && !isFile && isRefusal(error))
-        text = serverRows[0].text;
+    const char *text = isFile ? findFileText(address, plainCode(code)) : findText(serverRows, code, true);
+    if (text == nullptr && !isFile)
+        text = findOpeningText(error);
     if (text == nullptr && isConnectionLost(address, error))
         text = lostText;
     if (text != nullptr)

@@ -28,6 +28,8 @@ bool WaitingVisits::save(const Snapshot &snapshot, QString *errorMessage) const
         *errorMessage = tr("The folder %1 could not be made.").arg(QDir::toNativeSeparators(m_folder));
         return false;
     }
+    // Whom the vehicles belong to is nobody else's business on this computer.
+    QFile::setPermissions(m_folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     // Names that sort by time, and are the same for the same snapshot.
     const QString time = snapshot.time.toUTC().toString(QStringLiteral("yyyyMMdd-HHmmss"));
     const QString name

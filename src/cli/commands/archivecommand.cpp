@@ -24,6 +24,7 @@ constexpr Command commands[] = {
     {"find", runArchiveFind,
      QT_TRANSLATE_NOOP("ArchiveCommand", "find visits by serial number, customer, note, vehicle or day")},
     {"show", runArchiveShow, QT_TRANSLATE_NOOP("ArchiveCommand", "print a visit and its values in words")},
+    {"diff", runArchiveDiff, QT_TRANSLATE_NOOP("ArchiveCommand", "say what has changed from visit to visit")},
     {"trend", runArchiveTrend, QT_TRANSLATE_NOOP("ArchiveCommand", "print a value over the visits")},
     {"export", runArchiveExport,
      QT_TRANSLATE_NOOP("ArchiveCommand", "write visits as files, or all as an archive")},

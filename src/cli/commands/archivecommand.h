@@ -23,4 +23,5 @@ ExitStatus runArchiveList(const QStringList &arguments);
 ExitStatus runArchiveVehicles(const QStringList &arguments);
 ExitStatus runArchiveFind(const QStringList &arguments);
 ExitStatus runArchiveShow(const QStringList &arguments);
+ExitStatus runArchiveDiff(const QStringList &arguments);
 ExitStatus runArchiveTrend(const QStringList &arguments);

@@ -3,9 +3,11 @@
 #include "visitlisting.h"
 
 #include <archive/archivetransfer.h>
+#include <checkup/checkup.h>
 #include <cli/core/archiveaccess.h>
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
+#include <cli/core/ruleoptions.h>
 #include <snapshot/snapshotfile.h>
 
 #include <QCoreApplication>
@@ -70,12 +72,13 @@ public:
     QString error;
 };
 
-/*! Brings files into the archive and tells of each. */
+/*! Brings files into the archive, judges what is new, and tells of each. */
 class Adding
 {
 public:
-    explicit Adding(KeepingCommand *command)
+    Adding(KeepingCommand *command, const RuleSet &rules)
         : m_command(command)
+        , m_rules(rules)
     {
     }
 
@@ -83,9 +86,12 @@ public:
 
 private:
     void add(const QString &file);
-    void tell(const QString &file, const KeptVisit &kept);
+    VisitInfo judge(const KeptVisit &kept);
+    void tell(const QString &file, const KeptVisit &kept, const VisitInfo &visit);
+    void complain(const QString &problem);
 
     KeepingCommand *m_command;
+    const RuleSet &m_rules;
     QJsonArray m_visits;
     bool m_hasFailed = false;
 };
@@ -103,28 +109,47 @@ void Adding::add(const QString &file)
 {
     const ArchiveTransfer::Result result = ArchiveTransfer::import(file, m_command->archive());
     for (const KeptVisit &kept : result.visits)
-        tell(file, kept);
+        tell(file, kept, judge(kept));
     for (const QString &problem : result.problems)
-        Console::printError(problem);
-    m_hasFailed = m_hasFailed || !result.problems.isEmpty();
+        complain(problem);
 }
 
-void Adding::tell(const QString &file, const KeptVisit &kept)
+void Adding::complain(const QString &problem)
+{
+    Console::printError(problem);
+    m_hasFailed = true;
+}
+
+/*! The visit with its verdict; one that it had already stays. */
+VisitInfo Adding::judge(const KeptVisit &kept)
 {
     QString error;
-    const std::optional<VisitInfo> visit = m_command->archive().visit(kept.visitId, &error);
-    const QString vehicle = visit ? visit->vehicle : QString();
+    Archive &archive = m_command->archive();
+    std::optional<VisitInfo> visit = archive.visit(kept.visitId, &error);
+    const std::optional<Snapshot> snapshot
+        = visit && !visit->verdict ? archive.load(kept.visitId, &error) : std::nullopt;
+    if (snapshot) {
+        visit->verdict = VisitVerdict::of(Checkup::judge(*snapshot, m_rules, QStringLiteral("en")));
+        archive.setVerdict(kept.visitId, *visit->verdict, &error);
+    }
+    if (!error.isEmpty())
+        complain(error);
+    return visit.value_or(VisitInfo());
+}
+
+void Adding::tell(const QString &file, const KeptVisit &kept, const VisitInfo &visit)
+{
     if (m_command->isJson()) {
-        m_visits.append(QJsonObject{{QStringLiteral("file"), file},
-                                    {QStringLiteral("id"), kept.visitId},
-                                    {QStringLiteral("vehicle"), vehicle},
-                                    {QStringLiteral("vehicleId"), kept.vehicleId},
-                                    {QStringLiteral("isNew"), kept.isNew}});
+        QJsonObject object = VisitListing::json(visit);
+        object.insert(QStringLiteral("file"), file);
+        object.insert(QStringLiteral("isNew"), kept.isNew);
+        m_visits.append(object);
         return;
     }
-    const QString sentence = kept.isNew ? Tr::tr("Kept %1 as visit %2 of vehicle %3.")
-                                        : Tr::tr("%1 was visit %2 of vehicle %3 already.");
-    Console::print(sentence.arg(QDir::toNativeSeparators(file), QString::number(kept.visitId), vehicle));
+    const QString sentence = kept.isNew ? Tr::tr("Kept %1 as visit %2 of vehicle %3: %4.")
+                                        : Tr::tr("%1 was visit %2 of vehicle %3 already: %4.");
+    Console::print(sentence.arg(QDir::toNativeSeparators(file), QString::number(kept.visitId), visit.vehicle,
+                                VisitListing::verdictText(visit.verdict)));
 }
 
 ExitStatus addFiles(const QString &name, const QString &description, const QStringList &arguments)
@@ -134,9 +159,13 @@ ExitStatus addFiles(const QString &name, const QString &description, const QStri
                                   Tr::tr("A snapshot (.dxsnap), an exchange file (.dxxml) or an archive "
                                          "(.dxarchive)."),
                                   Presence::Repeated);
+    RuleOptions::add(command.options);
+    RuleSet rules;
     if (const std::optional<ExitStatus> status = command.begin(arguments, Archive::Missing::Make))
         return *status;
-    return Adding(&command).run(command.options.positionals());
+    if (const std::optional<ExitStatus> status = RuleOptions::load(command.options, &rules))
+        return *status;
+    return Adding(&command, rules).run(command.options.positionals());
 }
 
 ExitStatus tellFiles(const KeepingCommand &command, const ArchiveTransfer::Result &result)

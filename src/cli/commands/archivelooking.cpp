@@ -2,11 +2,15 @@
 #include "archivecommand.h"
 #include "visitlisting.h"
 
+#include <checkup/checkup.h>
+#include <checkup/snapshotcomparison.h>
 #include <cli/core/archiveaccess.h>
 #include <cli/core/commandarguments.h>
+#include <cli/core/comparisonlisting.h>
 #include <cli/core/console.h>
 #include <cli/core/language.h>
 #include <cli/core/nodelisting.h>
+#include <cli/core/ruleoptions.h>
 #include <snapshot/snapshotexchange.h>
 #include <store/nodestore.h>
 
@@ -44,7 +48,7 @@ public:
     {
         if (const std::optional<ExitStatus> status = options.parse(arguments))
             return status;
-        if (const std::optional<ExitStatus> status = Language::load(options))
+        if (const std::optional<ExitStatus> status = Language::loadWithHost(options))
             return status;
         return access.open(options, Archive::Missing::Refuse);
     }
@@ -134,6 +138,47 @@ std::optional<QVector<TrendPoint>> readTrend(LookingCommand &command, CanOpen::O
         return std::nullopt;
     const std::optional<QString> device = command.access.device(subject, &command.error);
     return device ? command.archive().deviceTrend(*device, key, &command.error) : std::nullopt;
+}
+
+/*! The visits of a comparison, the earlier one first: two that are named, or one and that before it. */
+std::optional<QVector<qint64>> visitsToCompare(LookingCommand &command)
+{
+    const QStringList names = command.options.positionals();
+    QVector<qint64> visits;
+    for (const QString &name : names) {
+        const std::optional<qint64> id = command.access.visit(name, &command.error);
+        if (!id)
+            return std::nullopt;
+        visits.append(*id);
+    }
+    if (visits.size() == 2)
+        return visits;
+    const std::optional<qint64> previous = command.archive().previousVisit(visits.first(), &command.error);
+    if (previous && *previous == 0)
+        command.error = Tr::tr("Visit %1 is the first one of its vehicle.").arg(visits.first());
+    if (!previous || *previous == 0)
+        return std::nullopt;
+    visits.prepend(*previous);
+    return visits;
+}
+
+ExitStatus printComparison(LookingCommand &command, const QVector<qint64> &visits, const RuleSet &rules)
+{
+    const std::optional<Snapshot> before = command.archive().load(visits.first(), &command.error);
+    const std::optional<Snapshot> after
+        = before ? command.archive().load(visits.last(), &command.error) : std::nullopt;
+    if (!after)
+        return command.fail();
+    const QString language = Language::name(command.options);
+    const CheckupResult wasFound = Checkup::judge(*before, rules, language);
+    const CheckupResult isFound = Checkup::judge(*after, rules, language);
+    const Comparison comparison
+        = SnapshotComparison::compare({&*before, &wasFound}, {&*after, &isFound}, rules.kinds());
+    if (command.isJson())
+        Console::printJson(ComparisonListing::toJson(comparison));
+    else
+        Console::print(ComparisonListing::toText(comparison));
+    return comparison.isSame() ? Exit::success : Exit::different;
 }
 
 void printVisit(const LookingCommand &command, const VisitInfo &visit, const QVector<ListedNode> &nodes)
@@ -241,4 +286,24 @@ ExitStatus runArchiveTrend(const QStringList &arguments)
               Tr::tr("No visit of it has a value of %1.").arg(key->toShortString()),
               [key](const TrendPoint &point) { return VisitListing::json(point, *key); });
     return Exit::success;
+}
+
+ExitStatus runArchiveDiff(const QStringList &arguments)
+{
+    LookingCommand command(
+        QStringLiteral("archive diff"),
+        Tr::tr("Says what has changed from one visit to a later one. With one VISIT: since the "
+               "visit of the vehicle before it."));
+    command.options.addPositional(QStringLiteral("VISIT"),
+                                  Tr::tr("The earlier visit's number, or \"last\"."));
+    command.options.addPositional(QStringLiteral("VISIT2"), Tr::tr("The later one's."),
+                                  CommandArguments::Presence::Optional);
+    RuleOptions::add(command.options);
+    RuleSet rules;
+    if (const std::optional<ExitStatus> status = command.begin(arguments))
+        return *status;
+    if (const std::optional<ExitStatus> status = RuleOptions::load(command.options, &rules))
+        return *status;
+    const std::optional<QVector<qint64>> visits = visitsToCompare(command);
+    return visits ? printComparison(command, *visits, rules) : command.fail();
 }
