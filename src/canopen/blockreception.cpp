@@ -28,7 +28,7 @@ BlockReception::Event BlockReception::timeOver()
     // CRC tell.
     if (++m_stalls > maximumStalls)
         return fail(SdoAbort::ProtocolTimedOut);
-    if (m_hasLastCome || m_lastGood == 0)
+    if (m_lastGood == 0) // also after the last segment
         return Event::Acknowledge;
     return endBlock();
 }

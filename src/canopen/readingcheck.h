@@ -52,10 +52,10 @@ public:
     /*! Begins with a new object. */
     void reset() { *this = ReadingCheck(); }
 
-    /*! \a isBabbling: segments came that neither were asked for nor are copies. */
     /*! Forgets the readings that agree. */
     void breakOff() { m_agreeing = 0; }
 
+    /*! \a isBabbling: segments came that neither were asked for nor are copies. */
     Verdict take(const Reading &reading, bool isTroubled, bool isBabbling);
 
     /*! Whether the last reading is the first of those that agree. */
