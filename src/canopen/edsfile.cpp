@@ -2,6 +2,7 @@
 #include "edsfile.h"
 
 #include "edsvalue.h"
+#include "hexadecimal.h"
 #include "inifile.h"
 
 #include <QFile>
@@ -31,11 +32,6 @@ constexpr AccessName accessNames[] = {
     {"ro", Access::ReadOnly},   {"wo", Access::WriteOnly},  {"rw", Access::ReadWrite},
     {"rwr", Access::ReadWrite}, {"rww", Access::ReadWrite}, {"const", Access::Constant},
 };
-
-QString hexIndex(quint16 index)
-{
-    return QString::number(index, 16).toUpper().rightJustified(4, QLatin1Char('0'));
-}
 
 /*! Makes the objects from the sections, whatever their order in the file. */
 class EdsParser
@@ -177,7 +173,7 @@ bool EdsParser::checkObjectList(const Section &list)
         if (!m_objects.contains(static_cast<quint16>(*index)))
             return failAtKey(
                 list, field.key(), field->line,
-                QStringLiteral("object %1 has no section").arg(hexIndex(static_cast<quint16>(*index))));
+                QStringLiteral("object %1 has no section").arg(hexadecimal(static_cast<quint16>(*index), 4)));
     }
     return true;
 }
@@ -246,7 +242,7 @@ bool EdsParser::checkSubNumber(quint16 index, const Section &section)
     const auto firstSub = m_subObjects.lowerBound(ObjectKey{index, 0});
     if (*number > 0 && (firstSub == m_subObjects.constEnd() || firstSub.key().index != index))
         return failAtKey(section, QStringLiteral("SubNumber"), count->line,
-                         QStringLiteral("there is no section [%1sub0]").arg(hexIndex(index)));
+                         QStringLiteral("there is no section [%1sub0]").arg(hexadecimal(index, 4)));
     return true;
 }
 
@@ -257,15 +253,16 @@ bool EdsParser::readSubObjects()
         const quint16 index = sub.key().index;
         const Section *parent = m_objects.value(index);
         if (parent == nullptr)
-            return fail(section, QStringLiteral("there is no section [%1]").arg(hexIndex(index)));
+            return fail(section, QStringLiteral("there is no section [%1]").arg(hexadecimal(index, 4)));
         if (index < firstObjectIndex)
             continue;
         ObjectType type = typeNotSaid;
         if (!readObjectType(*parent, &type))
             return false;
         if (type != ObjectType::Array && type != ObjectType::Record)
-            return fail(section,
-                        QStringLiteral("object %1 is neither an array nor a record").arg(hexIndex(index)));
+            return fail(
+                section,
+                QStringLiteral("object %1 is neither an array nor a record").arg(hexadecimal(index, 4)));
         if (!readEntry(sub.key(), section, std::nullopt))
             return false;
     }
@@ -285,7 +282,7 @@ bool EdsParser::readCompactSubObjects(quint16 index, const Section &section, qui
     numberOfEntries.data = QByteArray(1, static_cast<char>(subIndices));
     m_file.dictionary.insert(ObjectKey{index, 0}, numberOfEntries);
 
-    const QString digits = hexIndex(index).toLower();
+    const QString digits = hexadecimal(index, 4).toLower();
     const Section *names = m_ini.find(digits + QStringLiteral("name"));
     const Section *values = m_ini.find(digits + QStringLiteral("value"));
     const ObjectEntry ordinary = entry;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "hexadecimal.h"
+
 #include <QMetaType>
 #include <QString>
 
@@ -9,7 +11,7 @@ namespace CanOpen {
 /*! An object's index for people: "60ABh". */
 inline QString indexText(quint16 index)
 {
-    return QString::number(index, 16).toUpper().rightJustified(4, QLatin1Char('0')) + QLatin1Char('h');
+    return hexadecimal(index, 4) + QLatin1Char('h');
 }
 
 /*! Index and sub-index of an object dictionary entry: what an SDO calls its multiplexer. */

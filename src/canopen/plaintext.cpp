@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "plaintext.h"
 
+#include "hexadecimal.h"
+
 #include <QVector>
 
 namespace CanOpen {
@@ -23,9 +25,8 @@ bool isPlain(uint character)
 
 QString escaped(uint character)
 {
-    const QString digits = QString::number(character, 16).toUpper();
-    return character <= 0xFFFF ? QStringLiteral("\\u") + digits.rightJustified(4, QLatin1Char('0'))
-                               : QStringLiteral("\\u{%1}").arg(digits);
+    return character <= 0xFFFF ? QStringLiteral("\\u") + hexadecimal(character, 4)
+                               : QStringLiteral("\\u{%1}").arg(hexadecimal(character));
 }
 
 } // namespace

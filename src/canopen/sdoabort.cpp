@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "sdoabort.h"
 
+#include "hexadecimal.h"
+
 #include <QCoreApplication>
 
 namespace CanOpen {
@@ -77,7 +79,7 @@ const char *findText(quint32 code)
 // As CiA 301 writes its codes: "0602 0000h"
 QString codeToString(quint32 code)
 {
-    const QString digits = QString::number(code, 16).toUpper().rightJustified(8, QLatin1Char('0'));
+    const QString digits = hexadecimal(code, 8);
     return QStringLiteral("%1 %2h").arg(digits.left(4), digits.mid(4));
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "objectname.h"
 
+#include <canopen/hexadecimal.h>
+
 namespace Simulator {
 
 namespace {
@@ -42,9 +44,8 @@ std::optional<CanOpen::ObjectKey> parseObjectKey(const QString &text)
 
 QString objectKeyText(CanOpen::ObjectKey key)
 {
-    const QString index = QString::number(key.index, 16).toUpper().rightJustified(4, QLatin1Char('0'));
-    return key.subIndex == 0 ? index
-                             : index + QLatin1String("sub") + QString::number(key.subIndex, 16).toUpper();
+    const QString index = CanOpen::hexadecimal(key.index, 4);
+    return key.subIndex == 0 ? index : index + QLatin1String("sub") + CanOpen::hexadecimal(key.subIndex);
 }
 
 } // namespace Simulator

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "objecttext.h"
 
+#include <canopen/hexadecimal.h>
 #include <cli/core/textcolumns.h>
 #include <interpreter/datainterpreter.h>
 #include <interpreter/objectdescriptions.h>
@@ -57,7 +58,7 @@ quint64 numberOf(const QByteArray &bytes)
 
 QString numberText(quint64 number)
 {
-    return QStringLiteral("%1 (0x%2)").arg(QString::number(number), QString::number(number, 16).toUpper());
+    return QStringLiteral("%1 (0x%2)").arg(QString::number(number), CanOpen::hexadecimal(number));
 }
 
 bool isPrintable(const QByteArray &bytes)
