@@ -179,7 +179,7 @@ void CanPort::handleError(QCanBusDevice::CanBusError error)
     if (m_state != State::Open)
         return;
     if (error == QCanBusDevice::ConnectionError || error == QCanBusDevice::ReadError) {
-        lose(tr("The CAN interface failed: %1").arg(systemErrorText(m_device->errorString())));
+        lose(tr("The CAN interface failed: %1.").arg(systemErrorText(m_device->errorString())));
         return;
     }
     // Within writeFrame() its result tells the same.
@@ -311,8 +311,8 @@ void CanPort::handleFailedWrite()
         m_failingSince = now;
     const qint64 failingFor = now - m_failingSince;
     if (failingFor >= writeLimit) {
-        lose(
-            tr("The CAN interface does not send any more: %1").arg(systemErrorText(m_device->errorString())));
+        lose(tr("The CAN interface does not send any more: %1.")
+                 .arg(systemErrorText(m_device->errorString())));
         return;
     }
     // The device may refuse only this one frame.

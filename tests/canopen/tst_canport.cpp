@@ -401,7 +401,7 @@ void tst_CanPort::unpluggedDeviceIsLost()
     QCOMPARE(test.losses, QStringList());
     QTRY_COMPARE(test.losses.size(), 1);
     QCOMPARE(test.losses.first(),
-             QStringLiteral("The CAN interface does not send any more: no buffer is free"));
+             QStringLiteral("The CAN interface does not send any more: no buffer is free."));
     QVERIFY(!test.port->isOpen());
     QCOMPARE(test.device->state(), QCanBusDevice::ConnectedState);
 }
@@ -488,7 +488,7 @@ void tst_CanPort::fatalErrorsAreALoss()
     test.device->reportError(static_cast<QCanBusDevice::CanBusError>(error));
     test.device->goUnconnected();
     QTRY_COMPARE(test.losses.size(), 1);
-    QCOMPARE(test.losses.first(), QStringLiteral("The CAN interface failed: as ordered"));
+    QCOMPARE(test.losses.first(), QStringLiteral("The CAN interface failed: as ordered."));
     QCoreApplication::processEvents();
     QCOMPARE(test.losses.size(), 1);
 }
