@@ -305,12 +305,12 @@
         <translation>Die CAN-Schnittstelle wurde getrennt.</translation>
     </message>
     <message>
-        <source>The CAN interface failed: %1</source>
-        <translation>Die CAN-Schnittstelle fiel aus: %1</translation>
+        <source>The CAN interface failed: %1.</source>
+        <translation>Die CAN-Schnittstelle fiel aus: %1.</translation>
     </message>
     <message>
-        <source>The CAN interface does not send any more: %1</source>
-        <translation>Die CAN-Schnittstelle sendet nicht mehr: %1</translation>
+        <source>The CAN interface does not send any more: %1.</source>
+        <translation>Die CAN-Schnittstelle sendet nicht mehr: %1.</translation>
     </message>
 </context>
 <context>
@@ -799,6 +799,18 @@
     <message>
         <source>Not read from node %1: %2. %3.</source>
         <translation>Nicht gelesen von Knoten %1: %2. %3.</translation>
+    </message>
+    <message>
+        <source>The bus was full while nodes were looked for, so nodes may be missing. Find out who sends so much, and read again.</source>
+        <translation>Der Bus war voll, während Knoten gesucht wurden; deshalb können Knoten fehlen. Stellen Sie fest, wer so viel sendet, und lesen Sie erneut.</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because node 1, the bus controller, was not heard: the bus is full, and the node&apos;s heartbeat may find no room on it. Find out who sends so much, and read again.</source>
+        <translation>Nichts wurde gelesen, weil Knoten 1, das Bus-Steuergerät, nicht zu hören war: Der Bus ist voll, und der Heartbeat des Knotens findet womöglich keinen Platz darauf. Stellen Sie fest, wer so viel sendet, und lesen Sie erneut.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the bus is full, and the node&apos;s answer may find no room on it. Find out who sends so much, and read again. Values read until then: %4.</source>
+        <translation>Das Lesen endete bei Knoten %1, Objekt %2 Subindex %3, weil der Bus voll ist und die Antwort des Knotens womöglich keinen Platz darauf findet. Stellen Sie fest, wer so viel sendet, und lesen Sie erneut. Bis dahin gelesene Werte: %4.</translation>
     </message>
 </context>
 <context>

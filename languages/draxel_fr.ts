@@ -305,12 +305,12 @@
         <translation>L’interface CAN a été déconnectée.</translation>
     </message>
     <message>
-        <source>The CAN interface failed: %1</source>
-        <translation>L’interface CAN est en panne&#xa0;: %1</translation>
+        <source>The CAN interface failed: %1.</source>
+        <translation>L’interface CAN est en panne&#xa0;: %1.</translation>
     </message>
     <message>
-        <source>The CAN interface does not send any more: %1</source>
-        <translation>L’interface CAN n’émet plus&#xa0;: %1</translation>
+        <source>The CAN interface does not send any more: %1.</source>
+        <translation>L’interface CAN n’émet plus&#xa0;: %1.</translation>
     </message>
 </context>
 <context>
@@ -799,6 +799,18 @@
     <message>
         <source>Not read from node %1: %2. %3.</source>
         <translation>Non lu du nœud %1&#xa0;: %2. %3.</translation>
+    </message>
+    <message>
+        <source>The bus was full while nodes were looked for, so nodes may be missing. Find out who sends so much, and read again.</source>
+        <translation>Le bus était plein pendant la recherche des nœuds&#xa0;: il peut donc en manquer. Trouvez qui envoie autant, puis relancez la lecture.</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because node 1, the bus controller, was not heard: the bus is full, and the node&apos;s heartbeat may find no room on it. Find out who sends so much, and read again.</source>
+        <translation>Rien n’a été lu, car le nœud 1, le contrôleur du bus, n’a pas été entendu&#xa0;: le bus est plein et le heartbeat du nœud n’y trouve peut-être pas de place. Trouvez qui envoie autant, puis relancez la lecture.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the bus is full, and the node&apos;s answer may find no room on it. Find out who sends so much, and read again. Values read until then: %4.</source>
+        <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car le bus est plein et la réponse du nœud n’y trouve peut-être pas de place. Trouvez qui envoie autant, puis relancez la lecture. Valeurs lues jusque-là&#xa0;: %4.</translation>
     </message>
 </context>
 <context>

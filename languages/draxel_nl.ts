@@ -305,12 +305,12 @@
         <translation>De verbinding met de CAN-interface is verbroken.</translation>
     </message>
     <message>
-        <source>The CAN interface failed: %1</source>
-        <translation>De CAN-interface is uitgevallen: %1</translation>
+        <source>The CAN interface failed: %1.</source>
+        <translation>De CAN-interface is uitgevallen: %1.</translation>
     </message>
     <message>
-        <source>The CAN interface does not send any more: %1</source>
-        <translation>De CAN-interface verzendt niet meer: %1</translation>
+        <source>The CAN interface does not send any more: %1.</source>
+        <translation>De CAN-interface verzendt niet meer: %1.</translation>
     </message>
 </context>
 <context>
@@ -799,6 +799,18 @@
     <message>
         <source>Not read from node %1: %2. %3.</source>
         <translation>Niet gelezen van node %1: %2. %3.</translation>
+    </message>
+    <message>
+        <source>The bus was full while nodes were looked for, so nodes may be missing. Find out who sends so much, and read again.</source>
+        <translation>De bus was vol terwijl nodes werden gezocht, dus er kunnen nodes ontbreken. Zoek uit wie zoveel verzendt en lees opnieuw.</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because node 1, the bus controller, was not heard: the bus is full, and the node&apos;s heartbeat may find no room on it. Find out who sends so much, and read again.</source>
+        <translation>Er is niets gelezen, omdat node 1, de buscontroller, niet is gehoord: de bus is vol en de heartbeat van de node vindt er mogelijk geen plaats op. Zoek uit wie zoveel verzendt en lees opnieuw.</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the bus is full, and the node&apos;s answer may find no room on it. Find out who sends so much, and read again. Values read until then: %4.</source>
+        <translation>Het lezen stopte bij node %1, object %2 subindex %3, omdat de bus vol is en het antwoord van de node er mogelijk geen plaats op vindt. Zoek uit wie zoveel verzendt en lees opnieuw. Tot dan gelezen waarden: %4.</translation>
     </message>
 </context>
 <context>

@@ -305,12 +305,12 @@
         <translation>CAN 接口已断开。</translation>
     </message>
     <message>
-        <source>The CAN interface failed: %1</source>
-        <translation>CAN 接口故障：%1</translation>
+        <source>The CAN interface failed: %1.</source>
+        <translation>CAN 接口故障：%1。</translation>
     </message>
     <message>
-        <source>The CAN interface does not send any more: %1</source>
-        <translation>CAN 接口不再发送：%1</translation>
+        <source>The CAN interface does not send any more: %1.</source>
+        <translation>CAN 接口不再发送：%1。</translation>
     </message>
 </context>
 <context>
@@ -799,6 +799,18 @@
     <message>
         <source>Not read from node %1: %2. %3.</source>
         <translation>未能从节点 %1 读取：%2。%3。</translation>
+    </message>
+    <message>
+        <source>The bus was full while nodes were looked for, so nodes may be missing. Find out who sends so much, and read again.</source>
+        <translation>查找节点时总线已满，因此可能缺少节点。请找出是谁发送了这么多消息，然后重新读取。</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because node 1, the bus controller, was not heard: the bus is full, and the node&apos;s heartbeat may find no room on it. Find out who sends so much, and read again.</source>
+        <translation>未读取任何数据，因为未收到总线控制器（节点 1）的信号：总线已满，该节点的心跳可能没有发送机会。请找出是谁发送了这么多消息，然后重新读取。</translation>
+    </message>
+    <message>
+        <source>The read stopped at node %1, object %2 sub-index %3, because the bus is full, and the node&apos;s answer may find no room on it. Find out who sends so much, and read again. Values read until then: %4.</source>
+        <translation>读取停止于节点 %1 的对象 %2 子索引 %3，因为总线已满，该节点的应答可能没有发送机会。请找出是谁发送了这么多消息，然后重新读取。此前已读取的值：%4。</translation>
     </message>
 </context>
 <context>
