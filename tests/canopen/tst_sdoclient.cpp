@@ -173,6 +173,7 @@ class tst_SdoClient : public QObject
 private slots:
     void readsOneObject();
     void readsManyObjectsInOrder();
+    void countsFrames();
     void nodesGoSideBySide();
     void longTextIsRead();
     void abortIsReported();
@@ -265,6 +266,24 @@ void tst_SdoClient::readsManyObjectsInOrder()
         QCOMPARE(bus.outcomes.at(sub).value, QVariant(0x05600000u + quint32(sub)));
     }
     QCOMPARE(bus.requests.size(), 200);
+}
+
+void tst_SdoClient::countsFrames()
+{
+    Bus bus;
+    bus.addNode(5);
+    bus.client.upload(5, deviceType, DataType::Unsigned32);
+    bus.client.upload(5, deviceName, DataType::VisibleString);
+    bus.client.upload(5, missing, DataType::Unsigned32);
+    bus.client.upload(6, deviceType, DataType::Unsigned32); // nobody
+    QTRY_VERIFY(!bus.client.isBusy());
+    std::map<QPair<int, int>, int> frames;
+    for (const SdoOutcome &outcome : qAsConst(bus.outcomes))
+        frames[{outcome.nodeId, outcome.key.index}] = outcome.frames;
+    QCOMPARE((frames[{5, 0x1000}]), 2);
+    QCOMPARE((frames[{5, 0x1008}]), 24); // twice 34 bytes in five segments
+    QCOMPARE((frames[{5, 0x6FFF}]), 2);
+    QCOMPARE((frames[{6, 0x1000}]), 6); // three requests, with an abort after each
 }
 
 void tst_SdoClient::nodesGoSideBySide()

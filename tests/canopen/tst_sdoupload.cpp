@@ -126,6 +126,11 @@ private slots:
 
     void blockUpload();
     void blockUploadOfSeveralBlocks();
+    void longObjectIsReadAnewInBlocks();
+    void shortObjectStaysInSegments_data();
+    void shortObjectStaysInSegments();
+    void saysWhenTheSizeIsUnknown_data();
+    void saysWhenTheSizeIsUnknown();
     void blockSegmentThatIsLostComesAgain();
     void blockWithoutCrcIsReadTwice();
     void blockInTroubleIsReadTwice();
@@ -985,6 +990,66 @@ void tst_SdoUpload::blockUpload()
     QCOMPARE(upload.outcome().kind, Kind::Value);
     QCOMPARE(upload.outcome().value, QVariant(QStringLiteral("ABCDEFGHI")));
     QCOMPARE(upload.outcome().raw, QByteArray("ABCDEFGHI"));
+}
+
+void tst_SdoUpload::longObjectIsReadAnewInBlocks()
+{
+    SdoUpload upload;
+    Step step = upload.start(deviceName, DataType::Domain, 2, SdoProtocol::BlockWhenLong);
+    QCOMPARE(sent(step), Frames{askName});
+    step = upload.handleResponse(bytes("41 08 10 00 1C 00 00 00")); // 28 bytes
+    QCOMPARE(sent(step), (Frames{bytes("80 08 10 00 00 00 00 08"), askNameInBlocks}));
+    QVERIFY(step.waitRestarts);
+    // The server knows no blocks: from now on it goes on in segments.
+    step = upload.handleResponse(bytes("80 08 10 00 01 00 04 05"));
+    QCOMPARE(sent(step), Frames{askName});
+    step = upload.handleResponse(bytes("41 08 10 00 1C 00 00 00"));
+    QCOMPARE(sent(step), Frames{askSegment0});
+    upload.cancel();
+    upload.start(deviceName, DataType::Domain, 2, SdoProtocol::BlockWhenLong);
+    upload.setTime(1000);
+    step = upload.handleResponse(bytes("41 08 10 00 1C 00 00 00"));
+    QVERIFY(sent(step) != (Frames{bytes("80 08 10 00 00 00 00 08"), askNameInBlocks}));
+}
+
+void tst_SdoUpload::shortObjectStaysInSegments_data()
+{
+    QTest::addColumn<QByteArray>("initiate");
+    QTest::newRow("27 bytes") << bytes("41 08 10 00 1B 00 00 00");
+    QTest::newRow("no size") << bytes("40 08 10 00 00 00 00 00");
+}
+
+void tst_SdoUpload::shortObjectStaysInSegments()
+{
+    QFETCH(QByteArray, initiate);
+    SdoUpload upload;
+    upload.start(deviceName, DataType::Domain, 2, SdoProtocol::BlockWhenLong);
+    QCOMPARE(sent(upload.handleResponse(initiate)), Frames{askSegment0});
+}
+
+void tst_SdoUpload::saysWhenTheSizeIsUnknown_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<DataType>("type");
+    QTest::addColumn<bool>("isUnknown");
+    QTest::addColumn<int>("size");
+
+    QTest::newRow("raw, no size") << bytes("42 00 10 00 92 01 02 80") << rawBytes << true << 4;
+    QTest::newRow("raw, one byte") << bytes("4F 00 10 00 92 00 00 00") << rawBytes << false << 1;
+    QTest::newRow("raw, four bytes") << typeIs << rawBytes << false << 4;
+    QTest::newRow("typed, no size") << bytes("42 00 10 00 92 01 02 80") << DataType::Unsigned16 << false << 2;
+}
+
+void tst_SdoUpload::saysWhenTheSizeIsUnknown()
+{
+    QFETCH(QByteArray, answer);
+    QFETCH(DataType, type);
+    QFETCH(int, size);
+    SdoUpload upload;
+    upload.start(deviceType, type, 2);
+    QVERIFY(upload.handleResponse(answer).finished);
+    QTEST(upload.outcome().isSizeUnknown, "isUnknown");
+    QCOMPARE(upload.outcome().raw.size(), size);
 }
 
 // 32 segments: one more than a block has.
