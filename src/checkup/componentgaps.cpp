@@ -43,8 +43,7 @@ QStringList ComponentGaps::sentences(const SnapshotNode &node, SnapshotScope sco
             indices.append(key.index);
     }
     for (auto reason = indicesByReason.cbegin(); reason != indicesByReason.cend(); ++reason)
-        sentences.append(tr("%1 (%2)", "why objects were not read, which ones")
-                             .arg(reason.key(), namesOf(reason.value())));
+        sentences.append(QStringLiteral("%1 (%2)").arg(reason.key(), namesOf(reason.value())));
     if (m_isBehaviourMissing)
         sentences.append(tr("The file does not tell how the device behaves on the bus."));
     return sentences + m_sentences;
@@ -80,7 +79,6 @@ QString ComponentGaps::namesOf(const QVector<quint16> &indices)
     for (int i = 0; i < indices.size() && i < mostNames; ++i)
         names.append(CanOpen::indexText(indices.at(i)));
     const QString list = names.join(QStringLiteral(", "));
-    return indices.size() <= mostNames
-               ? list
-               : tr("%1 and others, %n objects in all", nullptr, indices.size()).arg(list);
+    return indices.size() <= mostNames ? list
+                                       : tr("%1 and others, %2 objects in all").arg(list).arg(indices.size());
 }

@@ -118,8 +118,7 @@ RuleReading::KindRow RuleReading::kindOf(const JsonObject &object)
         }
     }
     if (!isKnown)
-        JsonPlace(&object.place(), "kind")
-            .complain(tr("\"parameter\", \"firmware\", \"counter\", \"value\" or \"running\" is wanted."));
+        JsonPlace(&object.place(), "kind").complain(oneOf("parameter, firmware, counter, value, running"));
     if (object.has("noise"))
         row.kind.noise = object.number("noise");
     if (object.has("noisePercent"))
@@ -165,6 +164,11 @@ qint64 RuleReading::codeOf(const JsonObject &object, const char *key)
     return code;
 }
 
+QString RuleReading::oneOf(const char *words)
+{
+    return tr("One of these words is wanted: %1.").arg(QLatin1String(words));
+}
+
 Rule RuleReading::ruleOf(const JsonObject &object)
 {
     static const QRegularExpression name(QStringLiteral("^[a-z0-9-]+$"));
@@ -181,11 +185,11 @@ Rule RuleReading::ruleOf(const JsonObject &object)
     const QString scope = object.optionalText("scope");
     rule.scope = scope == QLatin1String("vehicle") ? Rule::Scope::Vehicle : Rule::Scope::Node;
     if (!scope.isEmpty() && scope != QLatin1String("vehicle") && scope != QLatin1String("node"))
-        JsonPlace(&object.place(), "scope").complain(tr("\"node\" or \"vehicle\" is wanted."));
+        JsonPlace(&object.place(), "scope").complain(oneOf("node, vehicle"));
     const QString take = object.optionalText("take");
     rule.take = take == QLatin1String("first") ? Rule::Take::First : Rule::Take::All;
     if (!take.isEmpty() && take != QLatin1String("first") && take != QLatin1String("all"))
-        JsonPlace(&object.place(), "take").complain(tr("\"first\" or \"all\" is wanted."));
+        JsonPlace(&object.place(), "take").complain(oneOf("first, all"));
     readClasses(object, &rule);
     const Loops loops = readLoops(object, &rule);
     readNeeds(object, loops, &rule);
@@ -277,7 +281,7 @@ void RuleReading::readCases(const JsonObject &object, const Loops &loops, Rule *
     common.severity = Severity::Warning;
     const bool hasCases = object.has("cases");
     if (!hasCases && !object.has("severity"))
-        object.place().complain(tr("A severity is missing: \"fault\", \"warning\" or \"note\"."));
+        object.place().complain(tr("A severity is missing."));
     const RuleCase own = caseOf(object, loops, common);
     if (!hasCases) {
         rule->cases.append(own);
@@ -311,8 +315,7 @@ RuleCase RuleReading::caseOf(const JsonObject &object, const Loops &loops, const
             }
         }
         if (!isKnown)
-            JsonPlace(&object.place(), "severity")
-                .complain(tr("\"fault\", \"warning\", \"note\" or \"off\" is wanted."));
+            JsonPlace(&object.place(), "severity").complain(oneOf("fault, warning, note, off"));
     }
     result.when = formulaOf(object, "when", loops);
     if (object.has("text"))

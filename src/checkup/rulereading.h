@@ -43,6 +43,7 @@ private:
     static WordTable tableOf(const JsonObject &tables, const char *name);
     static KindRow kindOf(const JsonObject &object);
     static void readObjects(const JsonObject &object, KindRow *row);
+    static QString oneOf(const char *words);
     static Rule ruleOf(const JsonObject &object);
     static void readClasses(const JsonObject &object, Rule *rule);
     static Loops readLoops(const JsonObject &object, Rule *rule);

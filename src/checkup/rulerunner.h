@@ -19,7 +19,7 @@ class RuleRunner
 {
 public:
     static constexpr qint64 mostSteps = 4'000'000; //!< objects and facts that rules may ask for
-    static constexpr int mostFindings = 500;        //!< of a component
+    static constexpr int mostFindings = 500;       //!< of a component
 
     RuleRunner(const VehicleFacts &vehicle, const WordTables &words, const QString &language);
 

@@ -62,7 +62,7 @@ void RuleSet::addFolder(const QString &folder)
 void RuleSet::add(const QByteArray &text, const QString &name)
 {
     const auto complain = [this, &name](const QString &problem) {
-        m_problems.append(CanOpen::plainText(tr("%1: %2").arg(name, problem)));
+        m_problems.append(CanOpen::plainText(QStringLiteral("%1: %2").arg(name, problem)));
     };
     if (text.size() > largestFile) {
         complain(tr("The file is larger than %1 bytes.").arg(largestFile));

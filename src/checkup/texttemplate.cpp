@@ -77,7 +77,8 @@ bool TextTemplate::parsePlace(const QString &place, const QVector<ExpressionPars
         part->expression = *expression;
         return true;
     }
-    *errorMessage = tr("\"{%1}\": %2").arg(place, expression ? tr("A text is no number") : problem);
+    *errorMessage
+        = QStringLiteral("\"{%1}\": %2").arg(place, expression ? tr("A text is no number") : problem);
     return false;
 }
 
