@@ -314,6 +314,48 @@
     </message>
 </context>
 <context>
+    <name>Checkup</name>
+    <message>
+        <source>There are no rules.</source>
+        <translation>Es gibt keine Regeln.</translation>
+    </message>
+    <message>
+        <source>The rules take too long; not all of them were applied.</source>
+        <translation>Die Regeln dauern zu lange; nicht alle wurden angewandt.</translation>
+    </message>
+    <message>
+        <source>There are more findings than are kept.</source>
+        <translation>Es gibt mehr Befunde, als behalten werden.</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentGaps</name>
+    <message>
+        <source>What the device answers is no number.</source>
+        <translation>Was das Gerät antwortet, ist keine Zahl.</translation>
+    </message>
+    <message>
+        <source>The file does not tell how the device behaves on the bus.</source>
+        <translation>Die Datei sagt nicht, wie sich das Gerät auf dem Bus verhält.</translation>
+    </message>
+    <message>
+        <source>A quick snapshot does not ask for everything.</source>
+        <translation>Ein schneller Schnappschuss fragt nicht nach allem.</translation>
+    </message>
+    <message>
+        <source>The file does not hold everything.</source>
+        <translation>Die Datei enthält nicht alles.</translation>
+    </message>
+    <message>
+        <source>The snapshot does not hold everything.</source>
+        <translation>Der Schnappschuss enthält nicht alles.</translation>
+    </message>
+    <message>
+        <source>%1 and others, %2 objects in all</source>
+        <translation>%1 und andere, insgesamt %2 Objekte</translation>
+    </message>
+</context>
+<context>
     <name>ConnectionBar</name>
     <message>
         <source>%1 bit/s</source>
@@ -429,6 +471,61 @@
     <message>
         <source>There is no language &quot;%1&quot;. There are: %2.</source>
         <translation>Die Sprache „%1“ gibt es nicht. Es gibt: %2.</translation>
+    </message>
+</context>
+<context>
+    <name>ExpressionParser</name>
+    <message>
+        <source>&quot;%1&quot; was not expected</source>
+        <translation>„%1“ wird hier nicht erwartet</translation>
+    </message>
+    <message>
+        <source>A formula has at most %1 characters</source>
+        <translation>Eine Formel hat höchstens %1 Zeichen</translation>
+    </message>
+    <message>
+        <source>%1, at character %2</source>
+        <translation>%1, bei Zeichen %2</translation>
+    </message>
+    <message>
+        <source>There are too many parentheses</source>
+        <translation>Es sind zu viele Klammern</translation>
+    </message>
+    <message>
+        <source>Something is missing</source>
+        <translation>Hier fehlt etwas</translation>
+    </message>
+    <message>
+        <source>A closing parenthesis is missing</source>
+        <translation>Eine schließende Klammer fehlt</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no number</source>
+        <translation>„%1“ ist keine Zahl</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no object; one is written like 6040h or 6040h.1</source>
+        <translation>„%1“ ist kein Objekt; eines schreibt man 6040h oder 6040h.1</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no sub-index; it is a number up to 255, or the name of a loop</source>
+        <translation>„%1“ ist kein Subindex; das ist eine Zahl bis 255 oder der Name einer Schleife</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not known</source>
+        <translation>„%1“ ist unbekannt</translation>
+    </message>
+    <message>
+        <source>There is no function &quot;%1&quot;</source>
+        <translation>Es gibt keine Funktion „%1“</translation>
+    </message>
+    <message>
+        <source>An object alone is wanted, of which all sub-indices are taken</source>
+        <translation>Verlangt ist ein Objekt allein, von dem alle Subindizes genommen werden</translation>
+    </message>
+    <message>
+        <source>These are too few or too many arguments</source>
+        <translation>Das sind zu wenige oder zu viele Argumente</translation>
     </message>
 </context>
 <context>
@@ -650,6 +747,41 @@
     </message>
 </context>
 <context>
+    <name>ObjectChange</name>
+    <message>
+        <source>%1: %2 was %3, is %4: the software was changed.</source>
+        <translation>%1: %2 war %3, ist %4: Die Software wurde geändert.</translation>
+    </message>
+    <message>
+        <source>%1: %2 fell from %3 to %4: it was reset, or the device repaired.</source>
+        <translation>%1: %2 fiel von %3 auf %4: Es wurde zurückgesetzt oder das Gerät repariert.</translation>
+    </message>
+    <message>
+        <source>%1: %2 rose from %3 to %4.</source>
+        <translation>%1: %2 stieg von %3 auf %4.</translation>
+    </message>
+    <message>
+        <source>%1: %2 was %3, is %4.</source>
+        <translation>%1: %2 war %3, ist %4.</translation>
+    </message>
+    <message>
+        <source>%1: %2 could not be read this time. %3</source>
+        <translation>%1: %2 konnte diesmal nicht gelesen werden. %3</translation>
+    </message>
+    <message>
+        <source>%1: %2 could be read this time. Before: %3</source>
+        <translation>%1: %2 konnte diesmal gelesen werden. Zuvor: %3</translation>
+    </message>
+    <message>
+        <source>%1: %2 is new.</source>
+        <translation>%1: %2 ist neu.</translation>
+    </message>
+    <message>
+        <source>%1: %2 is not there any more.</source>
+        <translation>%1: %2 ist nicht mehr da.</translation>
+    </message>
+</context>
+<context>
     <name>PatienceDialog</name>
     <message>
         <source>Patience with slow nodes</source>
@@ -837,6 +969,104 @@
     </message>
 </context>
 <context>
+    <name>RuleReading</name>
+    <message>
+        <source>These are no rules.</source>
+        <translation>Das sind keine Regeln.</translation>
+    </message>
+    <message>
+        <source>These rules are for a newer program.</source>
+        <translation>Diese Regeln sind für ein neueres Programm.</translation>
+    </message>
+    <message>
+        <source>%1 (rule &quot;%2&quot;)</source>
+        <translation>%1 (Regel „%2“)</translation>
+    </message>
+    <message>
+        <source>A table has at most %1 words.</source>
+        <translation>Eine Tabelle hat höchstens %1 Wörter.</translation>
+    </message>
+    <message>
+        <source>Noise cannot be negative.</source>
+        <translation>Rauschen kann nicht negativ sein.</translation>
+    </message>
+    <message>
+        <source>This is lower than the first one.</source>
+        <translation>Das ist kleiner als das erste.</translation>
+    </message>
+    <message>
+        <source>A number, or one like &quot;2310h&quot;, is wanted.</source>
+        <translation>Verlangt ist eine Zahl oder etwas wie &quot;2310h&quot;.</translation>
+    </message>
+    <message>
+        <source>One of these words is wanted: %1.</source>
+        <translation>Verlangt ist eines dieser Wörter: %1.</translation>
+    </message>
+    <message>
+        <source>A name of small letters, digits and - is wanted.</source>
+        <translation>Verlangt ist ein Name aus Kleinbuchstaben, Ziffern und -.</translation>
+    </message>
+    <message>
+        <source>A rule has at most two loops.</source>
+        <translation>Eine Regel hat höchstens zwei Schleifen.</translation>
+    </message>
+    <message>
+        <source>A loop runs from a lower to a higher number, %1 at most.</source>
+        <translation>Eine Schleife läuft von einer kleineren zu einer größeren Zahl, höchstens %1.</translation>
+    </message>
+    <message>
+        <source>A loop is written &quot;s in 6040h&quot;, &quot;b in 0 to 15&quot; or &quot;p in 6165h to 6174h&quot;.</source>
+        <translation>Eine Schleife schreibt man &quot;s in 6040h&quot;, &quot;b in 0 to 15&quot; oder &quot;p in 6165h to 6174h&quot;.</translation>
+    </message>
+    <message>
+        <source>A severity is missing.</source>
+        <translation>Der Schweregrad fehlt.</translation>
+    </message>
+    <message>
+        <source>1 to %1 cases are wanted.</source>
+        <translation>Verlangt sind 1 bis %1 Fälle.</translation>
+    </message>
+    <message>
+        <source>The sentence that says what was found is missing.</source>
+        <translation>Der Satz fehlt, der sagt, was gefunden wurde.</translation>
+    </message>
+    <message>
+        <source>The condition is missing.</source>
+        <translation>Die Bedingung fehlt.</translation>
+    </message>
+    <message>
+        <source>A text is no number</source>
+        <translation>Ein Text ist keine Zahl</translation>
+    </message>
+    <message>
+        <source>The English text, &quot;en&quot;, is missing.</source>
+        <translation>Der englische Text, &quot;en&quot;, fehlt.</translation>
+    </message>
+</context>
+<context>
+    <name>RuleSet</name>
+    <message>
+        <source>There is no folder %1.</source>
+        <translation>Es gibt keinen Ordner %1.</translation>
+    </message>
+    <message>
+        <source>The folder %1 has more than %2 files; the others are left out.</source>
+        <translation>Der Ordner %1 hat mehr als %2 Dateien; die übrigen werden ausgelassen.</translation>
+    </message>
+    <message>
+        <source>%1 could not be read: %2</source>
+        <translation>%1 konnte nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>The file is larger than %1 bytes.</source>
+        <translation>Die Datei ist größer als %1 Byte.</translation>
+    </message>
+    <message>
+        <source>%1: There are more than %2 rules; this file&apos;s others are left out.</source>
+        <translation>%1: Es gibt mehr als %2 Regeln; die übrigen dieser Datei werden ausgelassen.</translation>
+    </message>
+</context>
+<context>
     <name>ShownVehicle</name>
     <message>
         <source>Values from a file, not of now.</source>
@@ -923,6 +1153,62 @@
     <message>
         <source>There is no node %1 for the fault &quot;%2&quot;</source>
         <translation>Für die Störung „%2“ gibt es keinen Knoten %1</translation>
+    </message>
+</context>
+<context>
+    <name>SnapshotComparison</name>
+    <message>
+        <source>%1 is new.</source>
+        <translation>%1 ist neu.</translation>
+    </message>
+    <message>
+        <source>%1 is gone.</source>
+        <translation>%1 ist nicht mehr da.</translation>
+    </message>
+    <message>
+        <source>%1 was on node %2 before.</source>
+        <translation>%1 war zuvor auf Knoten %2.</translation>
+    </message>
+    <message>
+        <source>%1 was replaced: serial number %2 before, %3 now.</source>
+        <translation>%1 wurde ersetzt: Seriennummer zuvor %2, jetzt %3.</translation>
+    </message>
+    <message>
+        <source>%1 could be read this time. Before: %2</source>
+        <translation>%1 konnte diesmal gelesen werden. Zuvor: %2</translation>
+    </message>
+    <message>
+        <source>%1 could not be read to its end this time. %2</source>
+        <translation>%1 konnte diesmal nicht bis zum Ende gelesen werden. %2</translation>
+    </message>
+    <message>
+        <source>The vehicle</source>
+        <translation>Das Fahrzeug</translation>
+    </message>
+    <message>
+        <source>%1: new: %2</source>
+        <translation>%1: neu: %2</translation>
+    </message>
+    <message>
+        <source>%1: worse: %2</source>
+        <translation>%1: schlechter: %2</translation>
+    </message>
+    <message>
+        <source>%1: better: %2</source>
+        <translation>%1: besser: %2</translation>
+    </message>
+    <message>
+        <source>%1: not any more: %2</source>
+        <translation>%1: nicht mehr: %2</translation>
+    </message>
+    <message>
+        <source>%1: not found, but not everything was checked: %2</source>
+        <translation>%1: nicht gefunden, aber nicht alles wurde geprüft: %2</translation>
+    </message>
+    <message>
+        <source>%1 (node %2)</source>
+        <comment>a device</comment>
+        <translation>%1 (Knoten %2)</translation>
     </message>
 </context>
 <context>
@@ -1025,6 +1311,21 @@
     <message>
         <source>no buffer is free</source>
         <translation>kein Puffer ist frei</translation>
+    </message>
+</context>
+<context>
+    <name>TextTemplate</name>
+    <message>
+        <source>A text has at most %1 characters</source>
+        <translation>Ein Text hat höchstens %1 Zeichen</translation>
+    </message>
+    <message>
+        <source>A brace is opened and not closed, at character %1</source>
+        <translation>Eine Klammer wird geöffnet und nicht geschlossen, bei Zeichen %1</translation>
+    </message>
+    <message>
+        <source>A text is no number</source>
+        <translation>Ein Text ist keine Zahl</translation>
     </message>
 </context>
 <context>

@@ -314,6 +314,48 @@
     </message>
 </context>
 <context>
+    <name>Checkup</name>
+    <message>
+        <source>There are no rules.</source>
+        <translation>Il n’y a pas de règles.</translation>
+    </message>
+    <message>
+        <source>The rules take too long; not all of them were applied.</source>
+        <translation>Les règles prennent trop de temps&#xa0;; toutes n’ont pas été appliquées.</translation>
+    </message>
+    <message>
+        <source>There are more findings than are kept.</source>
+        <translation>Il y a plus de constats qu’il n’en est conservé.</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentGaps</name>
+    <message>
+        <source>What the device answers is no number.</source>
+        <translation>Ce que répond l’appareil n’est pas un nombre.</translation>
+    </message>
+    <message>
+        <source>The file does not tell how the device behaves on the bus.</source>
+        <translation>Le fichier ne dit pas comment l’appareil se comporte sur le bus.</translation>
+    </message>
+    <message>
+        <source>A quick snapshot does not ask for everything.</source>
+        <translation>Un instantané rapide ne demande pas tout.</translation>
+    </message>
+    <message>
+        <source>The file does not hold everything.</source>
+        <translation>Le fichier ne contient pas tout.</translation>
+    </message>
+    <message>
+        <source>The snapshot does not hold everything.</source>
+        <translation>L’instantané ne contient pas tout.</translation>
+    </message>
+    <message>
+        <source>%1 and others, %2 objects in all</source>
+        <translation>%1 et d’autres, %2 objets en tout</translation>
+    </message>
+</context>
+<context>
     <name>ConnectionBar</name>
     <message>
         <source>%1 bit/s</source>
@@ -429,6 +471,61 @@
     <message>
         <source>There is no language &quot;%1&quot;. There are: %2.</source>
         <translation>La langue «&#xa0;%1&#xa0;» n’existe pas. Langues disponibles&#xa0;: %2.</translation>
+    </message>
+</context>
+<context>
+    <name>ExpressionParser</name>
+    <message>
+        <source>&quot;%1&quot; was not expected</source>
+        <translation>«&#xa0;%1&#xa0;» n’est pas attendu ici</translation>
+    </message>
+    <message>
+        <source>A formula has at most %1 characters</source>
+        <translation>Une formule a au plus %1 caractères</translation>
+    </message>
+    <message>
+        <source>%1, at character %2</source>
+        <translation>%1, au caractère %2</translation>
+    </message>
+    <message>
+        <source>There are too many parentheses</source>
+        <translation>Il y a trop de parenthèses</translation>
+    </message>
+    <message>
+        <source>Something is missing</source>
+        <translation>Il manque quelque chose</translation>
+    </message>
+    <message>
+        <source>A closing parenthesis is missing</source>
+        <translation>Il manque une parenthèse fermante</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no number</source>
+        <translation>«&#xa0;%1&#xa0;» n’est pas un nombre</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no object; one is written like 6040h or 6040h.1</source>
+        <translation>«&#xa0;%1&#xa0;» n’est pas un objet&#xa0;; il s’écrit 6040h ou 6040h.1</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no sub-index; it is a number up to 255, or the name of a loop</source>
+        <translation>«&#xa0;%1&#xa0;» n’est pas un sous-index&#xa0;; c’est un nombre jusqu’à 255 ou le nom d’une boucle</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not known</source>
+        <translation>«&#xa0;%1&#xa0;» est inconnu</translation>
+    </message>
+    <message>
+        <source>There is no function &quot;%1&quot;</source>
+        <translation>Il n’y a pas de fonction «&#xa0;%1&#xa0;»</translation>
+    </message>
+    <message>
+        <source>An object alone is wanted, of which all sub-indices are taken</source>
+        <translation>Un objet seul est attendu, dont tous les sous-index sont pris</translation>
+    </message>
+    <message>
+        <source>These are too few or too many arguments</source>
+        <translation>Il y a trop ou trop peu d’arguments</translation>
     </message>
 </context>
 <context>
@@ -650,6 +747,41 @@
     </message>
 </context>
 <context>
+    <name>ObjectChange</name>
+    <message>
+        <source>%1: %2 was %3, is %4: the software was changed.</source>
+        <translation>%1&#xa0;: %2 était %3, est %4&#xa0;: le logiciel a été modifié.</translation>
+    </message>
+    <message>
+        <source>%1: %2 fell from %3 to %4: it was reset, or the device repaired.</source>
+        <translation>%1&#xa0;: %2 est passé de %3 à %4&#xa0;: il a été remis à zéro ou l’appareil réparé.</translation>
+    </message>
+    <message>
+        <source>%1: %2 rose from %3 to %4.</source>
+        <translation>%1&#xa0;: %2 est passé de %3 à %4.</translation>
+    </message>
+    <message>
+        <source>%1: %2 was %3, is %4.</source>
+        <translation>%1&#xa0;: %2 était %3, est %4.</translation>
+    </message>
+    <message>
+        <source>%1: %2 could not be read this time. %3</source>
+        <translation>%1&#xa0;: %2 n’a pas pu être lu cette fois. %3</translation>
+    </message>
+    <message>
+        <source>%1: %2 could be read this time. Before: %3</source>
+        <translation>%1&#xa0;: %2 a pu être lu cette fois. Avant&#xa0;: %3</translation>
+    </message>
+    <message>
+        <source>%1: %2 is new.</source>
+        <translation>%1&#xa0;: %2 est nouveau.</translation>
+    </message>
+    <message>
+        <source>%1: %2 is not there any more.</source>
+        <translation>%1&#xa0;: %2 n’est plus là.</translation>
+    </message>
+</context>
+<context>
     <name>PatienceDialog</name>
     <message>
         <source>Patience with slow nodes</source>
@@ -837,6 +969,104 @@
     </message>
 </context>
 <context>
+    <name>RuleReading</name>
+    <message>
+        <source>These are no rules.</source>
+        <translation>Ce ne sont pas des règles.</translation>
+    </message>
+    <message>
+        <source>These rules are for a newer program.</source>
+        <translation>Ces règles sont destinées à un programme plus récent.</translation>
+    </message>
+    <message>
+        <source>%1 (rule &quot;%2&quot;)</source>
+        <translation>%1 (règle «&#xa0;%2&#xa0;»)</translation>
+    </message>
+    <message>
+        <source>A table has at most %1 words.</source>
+        <translation>Une table a au plus %1 mots.</translation>
+    </message>
+    <message>
+        <source>Noise cannot be negative.</source>
+        <translation>Le bruit ne peut pas être négatif.</translation>
+    </message>
+    <message>
+        <source>This is lower than the first one.</source>
+        <translation>C’est inférieur au premier.</translation>
+    </message>
+    <message>
+        <source>A number, or one like &quot;2310h&quot;, is wanted.</source>
+        <translation>Un nombre, ou par exemple &quot;2310h&quot;, est attendu.</translation>
+    </message>
+    <message>
+        <source>One of these words is wanted: %1.</source>
+        <translation>Un de ces mots est attendu&#xa0;: %1.</translation>
+    </message>
+    <message>
+        <source>A name of small letters, digits and - is wanted.</source>
+        <translation>Un nom composé de minuscules, de chiffres et de - est attendu.</translation>
+    </message>
+    <message>
+        <source>A rule has at most two loops.</source>
+        <translation>Une règle a au plus deux boucles.</translation>
+    </message>
+    <message>
+        <source>A loop runs from a lower to a higher number, %1 at most.</source>
+        <translation>Une boucle va d’un nombre à un nombre plus grand, au plus %1.</translation>
+    </message>
+    <message>
+        <source>A loop is written &quot;s in 6040h&quot;, &quot;b in 0 to 15&quot; or &quot;p in 6165h to 6174h&quot;.</source>
+        <translation>Une boucle s’écrit &quot;s in 6040h&quot;, &quot;b in 0 to 15&quot; ou &quot;p in 6165h to 6174h&quot;.</translation>
+    </message>
+    <message>
+        <source>A severity is missing.</source>
+        <translation>Il manque la gravité.</translation>
+    </message>
+    <message>
+        <source>1 to %1 cases are wanted.</source>
+        <translation>De 1 à %1 cas sont attendus.</translation>
+    </message>
+    <message>
+        <source>The sentence that says what was found is missing.</source>
+        <translation>Il manque la phrase qui dit ce qui a été constaté.</translation>
+    </message>
+    <message>
+        <source>The condition is missing.</source>
+        <translation>Il manque la condition.</translation>
+    </message>
+    <message>
+        <source>A text is no number</source>
+        <translation>Un texte n’est pas un nombre</translation>
+    </message>
+    <message>
+        <source>The English text, &quot;en&quot;, is missing.</source>
+        <translation>Il manque le texte anglais, &quot;en&quot;.</translation>
+    </message>
+</context>
+<context>
+    <name>RuleSet</name>
+    <message>
+        <source>There is no folder %1.</source>
+        <translation>Il n’y a pas de dossier %1.</translation>
+    </message>
+    <message>
+        <source>The folder %1 has more than %2 files; the others are left out.</source>
+        <translation>Le dossier %1 a plus de %2 fichiers&#xa0;; les autres sont laissés de côté.</translation>
+    </message>
+    <message>
+        <source>%1 could not be read: %2</source>
+        <translation>%1 n’a pas pu être lu&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>The file is larger than %1 bytes.</source>
+        <translation>Le fichier dépasse %1 octets.</translation>
+    </message>
+    <message>
+        <source>%1: There are more than %2 rules; this file&apos;s others are left out.</source>
+        <translation>%1&#xa0;: il y a plus de %2 règles&#xa0;; les autres de ce fichier sont laissées de côté.</translation>
+    </message>
+</context>
+<context>
     <name>ShownVehicle</name>
     <message>
         <source>Values from a file, not of now.</source>
@@ -923,6 +1153,62 @@
     <message>
         <source>There is no node %1 for the fault &quot;%2&quot;</source>
         <translation>Il n’y a pas de nœud %1 pour la panne «&#xa0;%2&#xa0;»</translation>
+    </message>
+</context>
+<context>
+    <name>SnapshotComparison</name>
+    <message>
+        <source>%1 is new.</source>
+        <translation>%1 est nouveau.</translation>
+    </message>
+    <message>
+        <source>%1 is gone.</source>
+        <translation>%1 n’est plus là.</translation>
+    </message>
+    <message>
+        <source>%1 was on node %2 before.</source>
+        <translation>%1 était auparavant sur le nœud %2.</translation>
+    </message>
+    <message>
+        <source>%1 was replaced: serial number %2 before, %3 now.</source>
+        <translation>%1 a été remplacé&#xa0;: numéro de série %2 avant, %3 maintenant.</translation>
+    </message>
+    <message>
+        <source>%1 could be read this time. Before: %2</source>
+        <translation>%1 a pu être lu cette fois. Avant&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>%1 could not be read to its end this time. %2</source>
+        <translation>%1 n’a pas pu être lu jusqu’au bout cette fois. %2</translation>
+    </message>
+    <message>
+        <source>The vehicle</source>
+        <translation>Le véhicule</translation>
+    </message>
+    <message>
+        <source>%1: new: %2</source>
+        <translation>%1&#xa0;: nouveau&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>%1: worse: %2</source>
+        <translation>%1&#xa0;: aggravé&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>%1: better: %2</source>
+        <translation>%1&#xa0;: amélioré&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>%1: not any more: %2</source>
+        <translation>%1&#xa0;: plus présent&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>%1: not found, but not everything was checked: %2</source>
+        <translation>%1&#xa0;: non constaté, mais tout n’a pas été vérifié&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>%1 (node %2)</source>
+        <comment>a device</comment>
+        <translation>%1 (nœud %2)</translation>
     </message>
 </context>
 <context>
@@ -1025,6 +1311,21 @@
     <message>
         <source>no buffer is free</source>
         <translation>aucun tampon libre</translation>
+    </message>
+</context>
+<context>
+    <name>TextTemplate</name>
+    <message>
+        <source>A text has at most %1 characters</source>
+        <translation>Un texte a au plus %1 caractères</translation>
+    </message>
+    <message>
+        <source>A brace is opened and not closed, at character %1</source>
+        <translation>Une accolade est ouverte et non fermée, au caractère %1</translation>
+    </message>
+    <message>
+        <source>A text is no number</source>
+        <translation>Un texte n’est pas un nombre</translation>
     </message>
 </context>
 <context>

@@ -314,6 +314,48 @@
     </message>
 </context>
 <context>
+    <name>Checkup</name>
+    <message>
+        <source>There are no rules.</source>
+        <translation>Er zijn geen regels.</translation>
+    </message>
+    <message>
+        <source>The rules take too long; not all of them were applied.</source>
+        <translation>De regels duren te lang; niet alle zijn toegepast.</translation>
+    </message>
+    <message>
+        <source>There are more findings than are kept.</source>
+        <translation>Er zijn meer bevindingen dan er worden bewaard.</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentGaps</name>
+    <message>
+        <source>What the device answers is no number.</source>
+        <translation>Wat het apparaat antwoordt, is geen getal.</translation>
+    </message>
+    <message>
+        <source>The file does not tell how the device behaves on the bus.</source>
+        <translation>Het bestand zegt niet hoe het apparaat zich op de bus gedraagt.</translation>
+    </message>
+    <message>
+        <source>A quick snapshot does not ask for everything.</source>
+        <translation>Een snelle momentopname vraagt niet naar alles.</translation>
+    </message>
+    <message>
+        <source>The file does not hold everything.</source>
+        <translation>Het bestand bevat niet alles.</translation>
+    </message>
+    <message>
+        <source>The snapshot does not hold everything.</source>
+        <translation>De momentopname bevat niet alles.</translation>
+    </message>
+    <message>
+        <source>%1 and others, %2 objects in all</source>
+        <translation>%1 en andere, in totaal %2 objecten</translation>
+    </message>
+</context>
+<context>
     <name>ConnectionBar</name>
     <message>
         <source>%1 bit/s</source>
@@ -429,6 +471,61 @@
     <message>
         <source>There is no language &quot;%1&quot;. There are: %2.</source>
         <translation>De taal “%1” is er niet. Er zijn: %2.</translation>
+    </message>
+</context>
+<context>
+    <name>ExpressionParser</name>
+    <message>
+        <source>&quot;%1&quot; was not expected</source>
+        <translation>‘%1’ wordt hier niet verwacht</translation>
+    </message>
+    <message>
+        <source>A formula has at most %1 characters</source>
+        <translation>Een formule heeft hoogstens %1 tekens</translation>
+    </message>
+    <message>
+        <source>%1, at character %2</source>
+        <translation>%1, bij teken %2</translation>
+    </message>
+    <message>
+        <source>There are too many parentheses</source>
+        <translation>Er zijn te veel haakjes</translation>
+    </message>
+    <message>
+        <source>Something is missing</source>
+        <translation>Er ontbreekt iets</translation>
+    </message>
+    <message>
+        <source>A closing parenthesis is missing</source>
+        <translation>Er ontbreekt een sluithaakje</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no number</source>
+        <translation>‘%1’ is geen getal</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no object; one is written like 6040h or 6040h.1</source>
+        <translation>‘%1’ is geen object; dat schrijft men als 6040h of 6040h.1</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no sub-index; it is a number up to 255, or the name of a loop</source>
+        <translation>‘%1’ is geen subindex; dat is een getal tot 255 of de naam van een lus</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not known</source>
+        <translation>‘%1’ is onbekend</translation>
+    </message>
+    <message>
+        <source>There is no function &quot;%1&quot;</source>
+        <translation>Er is geen functie ‘%1’</translation>
+    </message>
+    <message>
+        <source>An object alone is wanted, of which all sub-indices are taken</source>
+        <translation>Er wordt alleen een object verwacht, waarvan alle subindexen worden genomen</translation>
+    </message>
+    <message>
+        <source>These are too few or too many arguments</source>
+        <translation>Dit zijn te weinig of te veel argumenten</translation>
     </message>
 </context>
 <context>
@@ -650,6 +747,41 @@
     </message>
 </context>
 <context>
+    <name>ObjectChange</name>
+    <message>
+        <source>%1: %2 was %3, is %4: the software was changed.</source>
+        <translation>%1: %2 was %3, is %4: de software is gewijzigd.</translation>
+    </message>
+    <message>
+        <source>%1: %2 fell from %3 to %4: it was reset, or the device repaired.</source>
+        <translation>%1: %2 daalde van %3 naar %4: het is gereset, of het apparaat is gerepareerd.</translation>
+    </message>
+    <message>
+        <source>%1: %2 rose from %3 to %4.</source>
+        <translation>%1: %2 steeg van %3 naar %4.</translation>
+    </message>
+    <message>
+        <source>%1: %2 was %3, is %4.</source>
+        <translation>%1: %2 was %3, is nu %4.</translation>
+    </message>
+    <message>
+        <source>%1: %2 could not be read this time. %3</source>
+        <translation>%1: %2 kon deze keer niet worden gelezen. %3</translation>
+    </message>
+    <message>
+        <source>%1: %2 could be read this time. Before: %3</source>
+        <translation>%1: %2 kon deze keer worden gelezen. Eerder: %3</translation>
+    </message>
+    <message>
+        <source>%1: %2 is new.</source>
+        <translation>%1: %2 is nieuw.</translation>
+    </message>
+    <message>
+        <source>%1: %2 is not there any more.</source>
+        <translation>%1: %2 is er niet meer.</translation>
+    </message>
+</context>
+<context>
     <name>PatienceDialog</name>
     <message>
         <source>Patience with slow nodes</source>
@@ -837,6 +969,104 @@
     </message>
 </context>
 <context>
+    <name>RuleReading</name>
+    <message>
+        <source>These are no rules.</source>
+        <translation>Dit zijn geen regels.</translation>
+    </message>
+    <message>
+        <source>These rules are for a newer program.</source>
+        <translation>Deze regels zijn voor een nieuwer programma.</translation>
+    </message>
+    <message>
+        <source>%1 (rule &quot;%2&quot;)</source>
+        <translation>%1 (regel ‘%2’)</translation>
+    </message>
+    <message>
+        <source>A table has at most %1 words.</source>
+        <translation>Een tabel heeft hoogstens %1 woorden.</translation>
+    </message>
+    <message>
+        <source>Noise cannot be negative.</source>
+        <translation>Ruis kan niet negatief zijn.</translation>
+    </message>
+    <message>
+        <source>This is lower than the first one.</source>
+        <translation>Dit is lager dan de eerste.</translation>
+    </message>
+    <message>
+        <source>A number, or one like &quot;2310h&quot;, is wanted.</source>
+        <translation>Er wordt een getal of iets als &quot;2310h&quot; verwacht.</translation>
+    </message>
+    <message>
+        <source>One of these words is wanted: %1.</source>
+        <translation>Een van deze woorden wordt verwacht: %1.</translation>
+    </message>
+    <message>
+        <source>A name of small letters, digits and - is wanted.</source>
+        <translation>Er wordt een naam van kleine letters, cijfers en - verwacht.</translation>
+    </message>
+    <message>
+        <source>A rule has at most two loops.</source>
+        <translation>Een regel heeft hoogstens twee lussen.</translation>
+    </message>
+    <message>
+        <source>A loop runs from a lower to a higher number, %1 at most.</source>
+        <translation>Een lus loopt van een lager naar een hoger getal, hoogstens %1.</translation>
+    </message>
+    <message>
+        <source>A loop is written &quot;s in 6040h&quot;, &quot;b in 0 to 15&quot; or &quot;p in 6165h to 6174h&quot;.</source>
+        <translation>Een lus schrijft men als &quot;s in 6040h&quot;, &quot;b in 0 to 15&quot; of &quot;p in 6165h to 6174h&quot;.</translation>
+    </message>
+    <message>
+        <source>A severity is missing.</source>
+        <translation>De ernst ontbreekt.</translation>
+    </message>
+    <message>
+        <source>1 to %1 cases are wanted.</source>
+        <translation>Er worden 1 tot %1 gevallen verwacht.</translation>
+    </message>
+    <message>
+        <source>The sentence that says what was found is missing.</source>
+        <translation>De zin die zegt wat er is gevonden, ontbreekt.</translation>
+    </message>
+    <message>
+        <source>The condition is missing.</source>
+        <translation>De voorwaarde ontbreekt.</translation>
+    </message>
+    <message>
+        <source>A text is no number</source>
+        <translation>Een tekst is geen getal</translation>
+    </message>
+    <message>
+        <source>The English text, &quot;en&quot;, is missing.</source>
+        <translation>De Engelse tekst, &quot;en&quot;, ontbreekt.</translation>
+    </message>
+</context>
+<context>
+    <name>RuleSet</name>
+    <message>
+        <source>There is no folder %1.</source>
+        <translation>Er is geen map %1.</translation>
+    </message>
+    <message>
+        <source>The folder %1 has more than %2 files; the others are left out.</source>
+        <translation>De map %1 heeft meer dan %2 bestanden; de andere worden weggelaten.</translation>
+    </message>
+    <message>
+        <source>%1 could not be read: %2</source>
+        <translation>%1 kon niet worden gelezen: %2</translation>
+    </message>
+    <message>
+        <source>The file is larger than %1 bytes.</source>
+        <translation>Het bestand is groter dan %1 bytes.</translation>
+    </message>
+    <message>
+        <source>%1: There are more than %2 rules; this file&apos;s others are left out.</source>
+        <translation>%1: er zijn meer dan %2 regels; de andere van dit bestand worden weggelaten.</translation>
+    </message>
+</context>
+<context>
     <name>ShownVehicle</name>
     <message>
         <source>Values from a file, not of now.</source>
@@ -923,6 +1153,62 @@
     <message>
         <source>There is no node %1 for the fault &quot;%2&quot;</source>
         <translation>Er is geen node %1 voor de storing “%2”</translation>
+    </message>
+</context>
+<context>
+    <name>SnapshotComparison</name>
+    <message>
+        <source>%1 is new.</source>
+        <translation>%1 is nieuw.</translation>
+    </message>
+    <message>
+        <source>%1 is gone.</source>
+        <translation>%1 is er niet meer.</translation>
+    </message>
+    <message>
+        <source>%1 was on node %2 before.</source>
+        <translation>%1 zat eerder op node %2.</translation>
+    </message>
+    <message>
+        <source>%1 was replaced: serial number %2 before, %3 now.</source>
+        <translation>%1 is vervangen: serienummer eerder %2, nu %3.</translation>
+    </message>
+    <message>
+        <source>%1 could be read this time. Before: %2</source>
+        <translation>%1 kon deze keer worden gelezen. Eerder: %2</translation>
+    </message>
+    <message>
+        <source>%1 could not be read to its end this time. %2</source>
+        <translation>%1 kon deze keer niet tot het einde worden gelezen. %2</translation>
+    </message>
+    <message>
+        <source>The vehicle</source>
+        <translation>Het voertuig</translation>
+    </message>
+    <message>
+        <source>%1: new: %2</source>
+        <translation>%1: nieuw: %2</translation>
+    </message>
+    <message>
+        <source>%1: worse: %2</source>
+        <translation>%1: erger: %2</translation>
+    </message>
+    <message>
+        <source>%1: better: %2</source>
+        <translation>%1: beter: %2</translation>
+    </message>
+    <message>
+        <source>%1: not any more: %2</source>
+        <translation>%1: niet meer: %2</translation>
+    </message>
+    <message>
+        <source>%1: not found, but not everything was checked: %2</source>
+        <translation>%1: niet gevonden, maar niet alles is gecontroleerd: %2</translation>
+    </message>
+    <message>
+        <source>%1 (node %2)</source>
+        <comment>a device</comment>
+        <translation>%1 (node %2)</translation>
     </message>
 </context>
 <context>
@@ -1025,6 +1311,21 @@
     <message>
         <source>no buffer is free</source>
         <translation>geen buffer vrij</translation>
+    </message>
+</context>
+<context>
+    <name>TextTemplate</name>
+    <message>
+        <source>A text has at most %1 characters</source>
+        <translation>Een tekst heeft hoogstens %1 tekens</translation>
+    </message>
+    <message>
+        <source>A brace is opened and not closed, at character %1</source>
+        <translation>Er is een accolade geopend en niet gesloten, bij teken %1</translation>
+    </message>
+    <message>
+        <source>A text is no number</source>
+        <translation>Een tekst is geen getal</translation>
     </message>
 </context>
 <context>

@@ -314,6 +314,48 @@
     </message>
 </context>
 <context>
+    <name>Checkup</name>
+    <message>
+        <source>There are no rules.</source>
+        <translation>没有规则。</translation>
+    </message>
+    <message>
+        <source>The rules take too long; not all of them were applied.</source>
+        <translation>规则耗时过长；没有全部应用。</translation>
+    </message>
+    <message>
+        <source>There are more findings than are kept.</source>
+        <translation>发现的问题多于可保留的数量。</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentGaps</name>
+    <message>
+        <source>What the device answers is no number.</source>
+        <translation>设备应答的不是数字。</translation>
+    </message>
+    <message>
+        <source>The file does not tell how the device behaves on the bus.</source>
+        <translation>文件没有说明设备在总线上的行为。</translation>
+    </message>
+    <message>
+        <source>A quick snapshot does not ask for everything.</source>
+        <translation>快速快照不会读取全部内容。</translation>
+    </message>
+    <message>
+        <source>The file does not hold everything.</source>
+        <translation>文件不包含全部内容。</translation>
+    </message>
+    <message>
+        <source>The snapshot does not hold everything.</source>
+        <translation>快照不包含全部内容。</translation>
+    </message>
+    <message>
+        <source>%1 and others, %2 objects in all</source>
+        <translation>%1 等，共 %2 个对象</translation>
+    </message>
+</context>
+<context>
     <name>ConnectionBar</name>
     <message>
         <source>%1 bit/s</source>
@@ -429,6 +471,61 @@
     <message>
         <source>There is no language &quot;%1&quot;. There are: %2.</source>
         <translation>没有语言“%1”。可用的语言：%2。</translation>
+    </message>
+</context>
+<context>
+    <name>ExpressionParser</name>
+    <message>
+        <source>&quot;%1&quot; was not expected</source>
+        <translation>此处不应有“%1”</translation>
+    </message>
+    <message>
+        <source>A formula has at most %1 characters</source>
+        <translation>公式最多 %1 个字符</translation>
+    </message>
+    <message>
+        <source>%1, at character %2</source>
+        <translation>%1，第 %2 个字符</translation>
+    </message>
+    <message>
+        <source>There are too many parentheses</source>
+        <translation>括号过多</translation>
+    </message>
+    <message>
+        <source>Something is missing</source>
+        <translation>缺少内容</translation>
+    </message>
+    <message>
+        <source>A closing parenthesis is missing</source>
+        <translation>缺少右括号</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no number</source>
+        <translation>“%1”不是数字</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no object; one is written like 6040h or 6040h.1</source>
+        <translation>“%1”不是对象；对象写作 6040h 或 6040h.1</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no sub-index; it is a number up to 255, or the name of a loop</source>
+        <translation>“%1”不是子索引；应为不大于 255 的数字或循环的名称</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not known</source>
+        <translation>“%1”未知</translation>
+    </message>
+    <message>
+        <source>There is no function &quot;%1&quot;</source>
+        <translation>没有函数“%1”</translation>
+    </message>
+    <message>
+        <source>An object alone is wanted, of which all sub-indices are taken</source>
+        <translation>此处只应有一个对象，取其全部子索引</translation>
+    </message>
+    <message>
+        <source>These are too few or too many arguments</source>
+        <translation>参数过少或过多</translation>
     </message>
 </context>
 <context>
@@ -650,6 +747,41 @@
     </message>
 </context>
 <context>
+    <name>ObjectChange</name>
+    <message>
+        <source>%1: %2 was %3, is %4: the software was changed.</source>
+        <translation>%1：%2 原为 %3，现为 %4：软件已更改。</translation>
+    </message>
+    <message>
+        <source>%1: %2 fell from %3 to %4: it was reset, or the device repaired.</source>
+        <translation>%1：%2 从 %3 降至 %4：已复位，或设备经过维修。</translation>
+    </message>
+    <message>
+        <source>%1: %2 rose from %3 to %4.</source>
+        <translation>%1：%2 从 %3 升至 %4。</translation>
+    </message>
+    <message>
+        <source>%1: %2 was %3, is %4.</source>
+        <translation>%1：%2 原为 %3，现为 %4。</translation>
+    </message>
+    <message>
+        <source>%1: %2 could not be read this time. %3</source>
+        <translation>%1：%2 这次未能读取。%3</translation>
+    </message>
+    <message>
+        <source>%1: %2 could be read this time. Before: %3</source>
+        <translation>%1：%2 这次已能读取。此前：%3</translation>
+    </message>
+    <message>
+        <source>%1: %2 is new.</source>
+        <translation>%1：%2 是新增的。</translation>
+    </message>
+    <message>
+        <source>%1: %2 is not there any more.</source>
+        <translation>%1：%2 已不存在。</translation>
+    </message>
+</context>
+<context>
     <name>PatienceDialog</name>
     <message>
         <source>Patience with slow nodes</source>
@@ -837,6 +969,104 @@
     </message>
 </context>
 <context>
+    <name>RuleReading</name>
+    <message>
+        <source>These are no rules.</source>
+        <translation>这不是规则。</translation>
+    </message>
+    <message>
+        <source>These rules are for a newer program.</source>
+        <translation>这些规则用于更新版本的程序。</translation>
+    </message>
+    <message>
+        <source>%1 (rule &quot;%2&quot;)</source>
+        <translation>%1（规则“%2”）</translation>
+    </message>
+    <message>
+        <source>A table has at most %1 words.</source>
+        <translation>一个表最多 %1 个词条。</translation>
+    </message>
+    <message>
+        <source>Noise cannot be negative.</source>
+        <translation>噪声不能为负。</translation>
+    </message>
+    <message>
+        <source>This is lower than the first one.</source>
+        <translation>它小于起始值。</translation>
+    </message>
+    <message>
+        <source>A number, or one like &quot;2310h&quot;, is wanted.</source>
+        <translation>应为数字，或 &quot;2310h&quot; 这样的写法。</translation>
+    </message>
+    <message>
+        <source>One of these words is wanted: %1.</source>
+        <translation>应为以下词之一：%1。</translation>
+    </message>
+    <message>
+        <source>A name of small letters, digits and - is wanted.</source>
+        <translation>应为由小写字母、数字和 - 组成的名称。</translation>
+    </message>
+    <message>
+        <source>A rule has at most two loops.</source>
+        <translation>一条规则最多两个循环。</translation>
+    </message>
+    <message>
+        <source>A loop runs from a lower to a higher number, %1 at most.</source>
+        <translation>循环从较小的数到较大的数，最多 %1 次。</translation>
+    </message>
+    <message>
+        <source>A loop is written &quot;s in 6040h&quot;, &quot;b in 0 to 15&quot; or &quot;p in 6165h to 6174h&quot;.</source>
+        <translation>循环写作 &quot;s in 6040h&quot;、&quot;b in 0 to 15&quot; 或 &quot;p in 6165h to 6174h&quot;。</translation>
+    </message>
+    <message>
+        <source>A severity is missing.</source>
+        <translation>缺少严重程度。</translation>
+    </message>
+    <message>
+        <source>1 to %1 cases are wanted.</source>
+        <translation>应有 1 至 %1 种情况。</translation>
+    </message>
+    <message>
+        <source>The sentence that says what was found is missing.</source>
+        <translation>缺少说明所发现问题的句子。</translation>
+    </message>
+    <message>
+        <source>The condition is missing.</source>
+        <translation>缺少条件。</translation>
+    </message>
+    <message>
+        <source>A text is no number</source>
+        <translation>文本不是数字</translation>
+    </message>
+    <message>
+        <source>The English text, &quot;en&quot;, is missing.</source>
+        <translation>缺少英文文本 &quot;en&quot;。</translation>
+    </message>
+</context>
+<context>
+    <name>RuleSet</name>
+    <message>
+        <source>There is no folder %1.</source>
+        <translation>没有文件夹 %1。</translation>
+    </message>
+    <message>
+        <source>The folder %1 has more than %2 files; the others are left out.</source>
+        <translation>文件夹 %1 中的文件超过 %2 个；其余的不予读取。</translation>
+    </message>
+    <message>
+        <source>%1 could not be read: %2</source>
+        <translation>%1 无法读取：%2</translation>
+    </message>
+    <message>
+        <source>The file is larger than %1 bytes.</source>
+        <translation>文件大于 %1 字节。</translation>
+    </message>
+    <message>
+        <source>%1: There are more than %2 rules; this file&apos;s others are left out.</source>
+        <translation>%1：规则超过 %2 条；此文件中的其余规则不予采用。</translation>
+    </message>
+</context>
+<context>
     <name>ShownVehicle</name>
     <message>
         <source>Values from a file, not of now.</source>
@@ -923,6 +1153,62 @@
     <message>
         <source>There is no node %1 for the fault &quot;%2&quot;</source>
         <translation>没有可施加故障“%2”的节点 %1</translation>
+    </message>
+</context>
+<context>
+    <name>SnapshotComparison</name>
+    <message>
+        <source>%1 is new.</source>
+        <translation>%1 是新增的。</translation>
+    </message>
+    <message>
+        <source>%1 is gone.</source>
+        <translation>%1 已不存在。</translation>
+    </message>
+    <message>
+        <source>%1 was on node %2 before.</source>
+        <translation>%1 原来在节点 %2 上。</translation>
+    </message>
+    <message>
+        <source>%1 was replaced: serial number %2 before, %3 now.</source>
+        <translation>%1 已更换：序列号原为 %2，现为 %3。</translation>
+    </message>
+    <message>
+        <source>%1 could be read this time. Before: %2</source>
+        <translation>%1 这次已能读取。此前：%2</translation>
+    </message>
+    <message>
+        <source>%1 could not be read to its end this time. %2</source>
+        <translation>%1 这次未能读取完。%2</translation>
+    </message>
+    <message>
+        <source>The vehicle</source>
+        <translation>车辆</translation>
+    </message>
+    <message>
+        <source>%1: new: %2</source>
+        <translation>%1：新：%2</translation>
+    </message>
+    <message>
+        <source>%1: worse: %2</source>
+        <translation>%1：加重：%2</translation>
+    </message>
+    <message>
+        <source>%1: better: %2</source>
+        <translation>%1：好转：%2</translation>
+    </message>
+    <message>
+        <source>%1: not any more: %2</source>
+        <translation>%1：不再有：%2</translation>
+    </message>
+    <message>
+        <source>%1: not found, but not everything was checked: %2</source>
+        <translation>%1：未发现，但并非全部经过检查：%2</translation>
+    </message>
+    <message>
+        <source>%1 (node %2)</source>
+        <comment>a device</comment>
+        <translation>%1（节点 %2）</translation>
     </message>
 </context>
 <context>
@@ -1025,6 +1311,21 @@
     <message>
         <source>no buffer is free</source>
         <translation>没有可用的缓冲区</translation>
+    </message>
+</context>
+<context>
+    <name>TextTemplate</name>
+    <message>
+        <source>A text has at most %1 characters</source>
+        <translation>文本最多 %1 个字符</translation>
+    </message>
+    <message>
+        <source>A brace is opened and not closed, at character %1</source>
+        <translation>花括号未闭合，第 %1 个字符</translation>
+    </message>
+    <message>
+        <source>A text is no number</source>
+        <translation>文本不是数字</translation>
     </message>
 </context>
 <context>
