@@ -49,7 +49,12 @@ QString usage()
                     .arg(QLatin1String(command.name), -9)
                     .arg(Tr::tr(command.description));
     }
-    return text + Tr::tr("\n\"draxelctl archive COMMAND --help\" shows the options of a command.");
+    return text
+           + Tr::tr("\n"
+                    "Options:\n"
+                    "  -h, --help  Show this help.\n"
+                    "\n"
+                    "\"draxelctl archive COMMAND --help\" shows the options of a command.");
 }
 
 } // namespace
