@@ -7,6 +7,8 @@
 #include "reporttr.h"
 #include "servicereport.h"
 
+#include <canopen/plaintext.h>
+
 #include <QBuffer>
 #include <QLocale>
 #include <QPainter>
@@ -86,8 +88,8 @@ QByteArray toPdf(const ServiceReport &report, QPageSize::PageSizeId paper)
     writer.setResolution(resolution);
     writer.setPageSize(QPageSize(paper));
     writer.setPageMargins(QMarginsF(sideMargin, topMargin, sideMargin, topMargin), QPageLayout::Millimeter);
-    writer.setTitle(report.title + QStringLiteral(" · ") + report.subject);
-    writer.setCreator(report.program);
+    writer.setTitle(CanOpen::plainText(report.title + QStringLiteral(" · ") + report.subject));
+    writer.setCreator(CanOpen::plainText(report.program));
     PdfPrinter(report, &writer).print();
     return pdf;
 }

@@ -1,0 +1,344 @@
+// SPDX-License-Identifier: MIT
+#include "hostiletext.h"
+#include "reportexample.h"
+#include "reporttexts.h"
+
+#include <servicereport/reportmaker.h>
+
+#include <QtTest>
+
+namespace {
+
+QString s(const char *text)
+{
+    return QString::fromUtf8(text);
+}
+
+const ReportSection *findSection(const ServiceReport &report, const char *title)
+{
+    for (const ReportSection &section : report.sections) {
+        if (section.title.startsWith(s(title)))
+            return &section;
+    }
+    return nullptr;
+}
+
+/*! The first block of a kind in a section; it has to be there. */
+template<typename Block>
+Block blockOf(const ServiceReport &report, const char *title, int number = 0)
+{
+    const ReportSection *section = findSection(report, title);
+    for (const ReportBlock &block : section != nullptr ? section->blocks : QVector<ReportBlock>()) {
+        if (const Block *found = std::get_if<Block>(&block)) {
+            if (number-- == 0)
+                return *found;
+        }
+    }
+    return Block();
+}
+
+ReportTable::Row rowOf(const ReportTable &table, const char *firstCell)
+{
+    for (const ReportTable::Row &row : table.rows) {
+        if (row.cells.first() == s(firstCell))
+            return row;
+    }
+    return {};
+}
+
+QString nbsp(const char *text)
+{
+    return s(text).replace(QLatin1Char('_'), QChar(QChar::Nbsp));
+}
+
+} // namespace
+
+class tst_ReportMaker : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void answersInTheOrderOfTheQuestions();
+    void headSaysWhoAndWhen();
+    void vehicleIsNamedByItsControllerWhenNobodyDid();
+    void verdict_data();
+    void verdict();
+    void worstFindingComesFirst();
+    void uncheckedComponentsHaveTheirReasons();
+    void changesOfAnEarlierVisit();
+    void changeWithoutASentence();
+    void componentsAreListedWithTheirIdentity();
+    void nodeThatWasNotJudgedIsNotGood();
+    void valuesHaveUnitsAndLimits();
+    void valueBeyondItsLimitIsMarked();
+    void whatWasNotReadIsNoValue();
+    void cellsAreSaidInWords();
+    void healthIsSaidInWords();
+    void unreadObjectsAreGroupedByReason();
+    void nothingFoundIsSaid();
+    void emptySnapshot();
+    void longTextsAreCut();
+    void numbersFollowTheLanguage();
+};
+
+void tst_ReportMaker::answersInTheOrderOfTheQuestions()
+{
+    QStringList titles;
+    for (const ReportSection &section : makeServiceReport(ReportExample::data()).sections)
+        titles << section.title;
+    QCOMPARE(titles,
+             QStringList({s("What was found, and what to do"), s("What could not be checked"),
+                          s("What has changed since 12 March 2026, 09:40 (UTC+01:00)"), s("Components"),
+                          s("Component by component"), s("What was not read"), s("The record")}));
+}
+
+void tst_ReportMaker::headSaysWhoAndWhen()
+{
+    const ServiceReport report = makeServiceReport(ReportExample::data());
+    QStringList facts;
+    for (const ReportFact &fact : report.facts)
+        facts << fact.name + QLatin1Char('=') + fact.text;
+    QCOMPARE(facts,
+             QStringList({s("Vehicle=Cargo bike 7 (1104001)"), s("Customer=Jörg Müller & Söhne"),
+                          s("Date=3 September 2026, 10:12 (UTC+02:00)"), s("Technician=A. Weber"),
+                          s("Odometer=4 812 km"), s("What was read=Everything that the devices have"),
+                          s("Bus=socketcan:can0 · PCAN-USB"), s("Bit rate=250 kbit/s"),
+                          s("Read with=draxelctl 1.0.0"),
+                          s("Note=Customer says: cuts out on hills.\nBattery was dropped last winter.")}));
+    QCOMPARE(report.subject, s("Cargo bike 7 (1104001) · 3 September 2026"));
+    QCOMPARE(report.workshop, s("Zweirad Sommer"));
+}
+
+void tst_ReportMaker::vehicleIsNamedByItsControllerWhenNobodyDid()
+{
+    ServiceReportData data = ReportExample::data();
+    data.snapshot.notes = SnapshotNotes();
+    const ServiceReport report = makeServiceReport(data);
+    QCOMPARE(report.subject, s("1104001 · 3 September 2026"));
+    data.snapshot.nodes.removeFirst();
+    QCOMPARE(makeServiceReport(data).subject, s("3 September 2026"));
+}
+
+void tst_ReportMaker::verdict_data()
+{
+    QTest::addColumn<int>("verdict");
+    QTest::addColumn<int>("mark");
+    QTest::addColumn<QString>("headline");
+    QTest::newRow("ok") << int(Verdict::Ok) << int(ReportMark::Good) << s("In order");
+    QTest::newRow("note") << int(Verdict::Note) << int(ReportMark::Note) << s("In order, with notes");
+    QTest::newRow("incomplete") << int(Verdict::Incomplete) << int(ReportMark::NotChecked)
+                                << s("Not everything could be checked");
+    QTest::newRow("warning") << int(Verdict::Warning) << int(ReportMark::Warning) << s("Needs attention");
+    QTest::newRow("fault") << int(Verdict::Fault) << int(ReportMark::Fault) << s("Faults were found");
+}
+
+void tst_ReportMaker::verdict()
+{
+    QFETCH(int, verdict);
+    QFETCH(int, mark);
+    QFETCH(QString, headline);
+    ServiceReportData data = ReportExample::data();
+    data.checkup.verdict = Verdict(verdict);
+    const ServiceReport report = makeServiceReport(data);
+    QCOMPARE(int(report.verdict), mark);
+    QCOMPARE(report.verdictHeadline, headline);
+    QCOMPARE(report.verdictSentence,
+             s("2 fault(s), 1 warning(s), 2 note(s), 2 component(s) not fully checked"));
+}
+
+void tst_ReportMaker::worstFindingComesFirst()
+{
+    const auto items = blockOf<ReportItems>(makeServiceReport(ReportExample::data()), "What was found").items;
+    QStringList lines;
+    for (const ReportItem &item : items)
+        lines << ReportMarks::word(item.mark) + s(": ") + item.place;
+    QCOMPARE(lines, QStringList({s("Fault: Battery Pack (node 2)"), s("Fault: Battery Pack (node 2)"),
+                                 s("Warning: Motor Control unit (node 4)"), s("Note: Vehicle"),
+                                 s("Note: Battery Pack (node 2)")}));
+    QCOMPARE(items.first().text, s("Cell 7 has 2.91 V, less than the 3.00 V that the battery allows."));
+    QCOMPARE(items.first().advice, s("Do not charge the battery. It needs service."));
+}
+
+void tst_ReportMaker::uncheckedComponentsHaveTheirReasons()
+{
+    ServiceReportData data = ReportExample::data();
+    data.checkup.components[3].state = ComponentState::NotChecked; // and nobody said why
+    const auto items = blockOf<ReportItems>(makeServiceReport(data), "What could not be checked").items;
+    QCOMPARE(items.size(), 3);
+    QCOMPARE(items.at(0).place, s("Battery Pack (node 2)"));
+    QCOMPARE(items.at(0).text, s("Cell 10: The device did not answer."));
+    QCOMPARE(items.at(1).text, s("The device does not answer."));
+    QCOMPARE(items.at(2).place, s("Draxel Controller (node 1)"));
+    QCOMPARE(items.at(2).text, s("It could not be checked."));
+}
+
+void tst_ReportMaker::changesOfAnEarlierVisit()
+{
+    ServiceReportData data = ReportExample::data();
+    const auto rows = blockOf<ReportTable>(makeServiceReport(data), "What has changed").rows;
+    QCOMPARE(rows.size(), 4);
+    QCOMPARE(
+        rows.at(0).cells,
+        QStringList(
+            {s("Replaced"), s("Voltage Converter/Charger (node 3)"),
+             s("Charger: another device of the same kind, serial number 1009484 in the place of 1009001.")}));
+    data.comparison->comparison.changes.clear();
+    QCOMPARE(blockOf<ReportParagraph>(makeServiceReport(data), "What has changed").text,
+             s("Nothing has changed."));
+    data.comparison.reset();
+    QVERIFY(findSection(makeServiceReport(data), "What has changed") == nullptr);
+}
+
+void tst_ReportMaker::changeWithoutASentence()
+{
+    const auto rows = blockOf<ReportTable>(makeServiceReport(ReportExample::data()), "What has changed").rows;
+    QCOMPARE(rows.at(3).cells.at(2), s("Battery pack SOH (6176h.1): 94.00 % → 88.00 %"));
+}
+
+void tst_ReportMaker::componentsAreListedWithTheirIdentity()
+{
+    const ServiceReport report = makeServiceReport(ReportExample::data());
+    const auto rows = blockOf<ReportTable>(report, "Components").rows;
+    QCOMPARE(rows.size(), 5);
+    QCOMPARE(rows.at(0).cells,
+             QStringList({s("Fault"), s("Battery Pack"), s("2"), s("1123450"), s("1.3.0, revision 1.3")}));
+    QCOMPARE(rows.at(2).cells,
+             QStringList({s("The device does not answer."), s("Device"), s("5"), s(""), s("")}));
+    QCOMPARE(int(rows.at(2).mark), int(ReportMark::NotChecked));
+
+    QStringList facts;
+    for (const ReportFact &fact : blockOf<ReportFacts>(report, "Component by component").facts)
+        facts << fact.name + QLatin1Char('=') + fact.text;
+    QCOMPARE(facts, QStringList({s("Device name=DX-Pack 36/500"), s("Manufacturer=0000FFFEh"),
+                                 s("Product=0045472Ah"), s("Serial number=1123450"),
+                                 s("Part number=454020272"), s("Software version=1.3.0"), s("Revision=1.3"),
+                                 s("Hardware version=HW 2.1"), s("Answers after=5 ms")}));
+}
+
+void tst_ReportMaker::nodeThatWasNotJudgedIsNotGood()
+{
+    ServiceReportData data = ReportExample::data();
+    data.checkup.components.clear();
+    for (const ReportTable::Row &row : blockOf<ReportTable>(makeServiceReport(data), "Components").rows)
+        QCOMPARE(int(row.mark), int(ReportMark::NotChecked));
+}
+
+void tst_ReportMaker::valuesHaveUnitsAndLimits()
+{
+    const auto table
+        = blockOf<ReportTable>(makeServiceReport(ReportExample::data()), "Component by component");
+    QCOMPARE(rowOf(table, "State of charge").cells,
+             QStringList({s("State of charge"), nbsp("84.00_%"), s("")}));
+    QCOMPARE(rowOf(table, "Voltage").cells,
+             QStringList({s("Voltage"), nbsp("39.31_V"), nbsp("30.00_V to 42.00_V")}));
+    QCOMPARE(rowOf(table, "Current").cells.value(1), nbsp("-6.20_A"));
+    QCOMPARE(rowOf(table, "Temperature of the battery").cells,
+             QStringList({s("Temperature of the battery"), nbsp("45.50_°C"), nbsp("-15.00_°C to 60.00_°C")}));
+    QCOMPARE(rowOf(table, "Deep discharges").cells.value(1), s("3"));
+    QCOMPARE(int(rowOf(table, "State of health").mark), int(ReportMark::Note)); // a finding names it
+    QCOMPARE(int(rowOf(table, "Voltage").mark), int(ReportMark::None));
+}
+
+void tst_ReportMaker::valueBeyondItsLimitIsMarked()
+{
+    ServiceReportData data = ReportExample::data();
+    data.checkup.components.clear(); // no finding helps
+    data.snapshot.nodes = {*data.snapshot.find(4)};
+    const auto table = blockOf<ReportTable>(makeServiceReport(data), "Component by component");
+    QCOMPARE(rowOf(table, "Voltage").cells.value(1), nbsp("43.15_V"));
+    QCOMPARE(int(rowOf(table, "Voltage").mark), int(ReportMark::Warning));
+    QCOMPARE(int(rowOf(table, "Temperature of the electronics").mark), int(ReportMark::None));
+}
+
+void tst_ReportMaker::whatWasNotReadIsNoValue()
+{
+    const auto table
+        = blockOf<ReportTable>(makeServiceReport(ReportExample::data()), "Component by component");
+    const ReportTable::Row row = rowOf(table, "Battery pack DX output Wh counter");
+    QCOMPARE(row.cells.value(1), s("not read"));
+    QCOMPARE(int(row.mark), int(ReportMark::NotChecked));
+}
+
+void tst_ReportMaker::cellsAreSaidInWords()
+{
+    const auto picture
+        = blockOf<ReportPicture>(makeServiceReport(ReportExample::data()), "Component by component");
+    QCOMPARE(picture.title, s("Cell voltages"));
+    QCOMPARE(picture.words, nbsp("Lowest 2.910_V (cell 7), highest 3.711_V (cell 3), difference 801 mV.\n"
+                                 "The battery allows 3.000_V to 4.200_V (dashed lines).\n"
+                                 "Outside of that: cell 7.\n"
+                                 "Not read: cell 10."));
+    QVERIFY(!picture.drawing.items.isEmpty());
+}
+
+void tst_ReportMaker::healthIsSaidInWords()
+{
+    const auto picture
+        = blockOf<ReportPicture>(makeServiceReport(ReportExample::data()), "Component by component", 1);
+    QCOMPARE(picture.title, s("State of health over the visits"));
+    QCOMPARE(picture.words, nbsp("98.0_% on 4 March 2025, 88.0_% on 3 September 2026."));
+    ServiceReportData data = ReportExample::data();
+    data.trends.first().points.clear();
+    QVERIFY(blockOf<ReportPicture>(makeServiceReport(data), "Component by component", 1).title.isEmpty());
+}
+
+void tst_ReportMaker::unreadObjectsAreGroupedByReason()
+{
+    ServiceReportData data = ReportExample::data();
+    SnapshotBuilder builder;
+    builder.node(9).gap(0x6165, 1, SnapshotGap::NoAnswer);
+    for (const int subIndex : {2, 3, 5})
+        builder.gap(0x6165, quint8(subIndex), SnapshotGap::NoAnswer);
+    builder.gap(0x6176, 1, SnapshotGap::Stopped).gap(0x6177, 1, SnapshotGap::Absent);
+    data.snapshot = builder.snapshot();
+    const auto rows = blockOf<ReportTable>(makeServiceReport(data), "What was not read").rows;
+    QCOMPARE(rows.size(), 2);
+    QCOMPARE(rows.at(0).cells, QStringList({s("Device (node 9)"), s("The device did not answer."), s("4"),
+                                            s("Battery pack 1 actual cell voltage (6165h.1–3, 5)")}));
+    QCOMPARE(rows.at(1).cells.value(3), s("Battery pack SOH (6176h.1)"));
+}
+
+void tst_ReportMaker::nothingFoundIsSaid()
+{
+    ServiceReportData data = ReportExample::data();
+    data.snapshot.nodes = {*data.snapshot.find(1)};
+    data.checkup = CheckupResult();
+    data.checkup.verdict = Verdict::Ok;
+    data.checkup.components = {{1, s("Draxel Controller"), ComponentState::Good, {}, {}}};
+    const ServiceReport report = makeServiceReport(data);
+    QCOMPARE(report.verdictSentence, s("Nothing was found, and all components were checked."));
+    QCOMPARE(blockOf<ReportParagraph>(report, "What was found").text, s("Nothing was found."));
+    QVERIFY(findSection(report, "What could not be checked") == nullptr);
+    QCOMPARE(blockOf<ReportParagraph>(report, "What was not read").text,
+             s("Everything that was asked for was answered."));
+}
+
+void tst_ReportMaker::emptySnapshot()
+{
+    ServiceReportData data;
+    data.locale = QLocale::c();
+    const ServiceReport report = makeServiceReport(data);
+    QCOMPARE(int(report.verdict), int(ReportMark::NotChecked));
+    QCOMPARE(blockOf<ReportParagraph>(report, "Components").text, s("No component was heard."));
+}
+
+void tst_ReportMaker::longTextsAreCut()
+{
+    ServiceReportData data = ReportExample::data();
+    data.snapshot.notes.vehicle = HostileText::veryLong();
+    data.snapshot.notes.note = HostileText::veryLong();
+    data.checkup.components[0].name = HostileText::veryLong();
+    data.checkup.components[0].findings[0].text = HostileText::veryLong();
+    for (const QString &text : ReportTexts::of(makeServiceReport(data)))
+        QVERIFY2(text.size() <= 4001, qPrintable(text.left(50)));
+}
+
+void tst_ReportMaker::numbersFollowTheLanguage()
+{
+    const ServiceReport report = makeServiceReport(ReportExample::data(QLocale(QLocale::German)));
+    const auto table = blockOf<ReportTable>(report, "Component by component");
+    QCOMPARE(rowOf(table, "Voltage").cells.value(1), nbsp("39,31_V"));
+}
+
+QTEST_GUILESS_MAIN(tst_ReportMaker)
+#include "tst_reportmaker.moc"
