@@ -159,6 +159,7 @@ void PdfPieces::addFacts(const QVector<ReportFact> &facts)
         }
     }
     flush();
+    m_pieces.last().keepsWithNext = false;
 }
 
 void PdfPieces::addFactPair(const ReportFact &left, const ReportFact &right)
@@ -184,7 +185,7 @@ void PdfPieces::addFactPair(const ReportFact &left, const ReportFact &right)
         rightName.paint(painter, corner + QPointF(half, 0));
         rightText.paint(painter, corner + QPointF(half + nameWidth, 0));
     };
-    add(height + points(2), paint);
+    add(height + points(2), paint, Bond::KeptWithNext);
 }
 
 void PdfPieces::addLongFact(const ReportFact &fact)

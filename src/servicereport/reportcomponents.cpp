@@ -85,6 +85,14 @@ QString optionalNumber(const std::optional<quint32> &number)
     return number ? QString::number(*number) : QString();
 }
 
+QString answerText(const SnapshotNode &node, const ReportWords &words)
+{
+    if (!node.medianAnswer)
+        return QString();
+    return *node.medianAnswer > 0 ? ReportTr::tr("%1 ms").arg(words.locale().toString(*node.medianAnswer))
+                                  : ReportTr::tr("less than 1 ms");
+}
+
 /*! The reason of the snapshot itself, for a component that did not let itself be read. */
 QString stateText(const Component &component)
 {
@@ -105,9 +113,7 @@ QVector<ReportFact> identityFacts(const Component &component, const ReportWords 
         {ReportTr::tr("Software version"), ReportWords::shortened(identity.softwareVersion)},
         {ReportTr::tr("Revision"), identity.revision ? revisionText(*identity.revision) : QString()},
         {ReportTr::tr("Hardware version"), ReportWords::shortened(identity.hardwareVersion)},
-        {ReportTr::tr("Answers after"),
-         node.medianAnswer ? ReportTr::tr("%1 ms").arg(words.locale().toString(*node.medianAnswer))
-                           : QString()},
+        {ReportTr::tr("Answers after"), answerText(node, words)},
         {ReportTr::tr("Data sheet"), ReportWords::shortened(node.dataSheet)},
     };
     QVector<ReportFact> known;
@@ -130,7 +136,7 @@ void addPictures(const Component &component, const ServiceReportData &data, cons
             pack, packTitle(ReportTr::tr("Cell voltages"), pack.pack, packs.size()), words));
     }
     const auto isOwn = [&](const HealthTrend &trend) {
-        return trend.nodeId == component.node->id && !trend.points.isEmpty();
+        return trend.nodeId == component.node->id && trend.points.size() > 1;
     };
     const auto count = std::count_if(data.trends.cbegin(), data.trends.cend(), isOwn);
     for (const HealthTrend &trend : data.trends) {
@@ -169,8 +175,8 @@ void addComponent(const Component &component, const ServiceReportData &data, con
 ReportSection ReportComponents::overview(const ServiceReportData &data)
 {
     ReportTable table;
-    table.columns = {{ReportTr::tr("State"), 4},
-                     {ReportTr::tr("Component"), 5},
+    table.columns = {{ReportTr::tr("State"), 3},
+                     {ReportTr::tr("Component"), 6},
                      {ReportTr::tr("Node"), 2},
                      {ReportTr::tr("Serial number"), 3},
                      {ReportTr::tr("Firmware"), 4}};

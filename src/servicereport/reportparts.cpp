@@ -49,33 +49,39 @@ QString kindWord(Change::Kind kind)
     return QString();
 }
 
-QString changeText(const Change &change)
+/*! Where something has changed; what is gone is no longer known. */
+QString placeOf(const ServiceReportData &data, const Change &change)
+{
+    const SnapshotNode *node
+        = change.kind == Change::Kind::Removed ? nullptr : data.snapshot.find(change.nodeId);
+    const QString name
+        = node != nullptr ? DeviceIdentity::of(*node).displayName(node->id) : ReportTr::tr("Device");
+    return ReportWords::place(name, change.nodeId);
+}
+
+/*! The sentence, or what it would say. */
+QString changeText(const ServiceReportData &data, const Change &change)
 {
     if (!change.text.isEmpty())
         return ReportWords::shortened(change.text, longestSentence);
     const QString before = ReportWords::shortened(change.before);
     const QString after = ReportWords::shortened(change.after);
-    const QString values
-        = before.isEmpty() || after.isEmpty() ? before + after : QStringLiteral("%1 → %2").arg(before, after);
-    return change.key ? QStringLiteral("%1: %2").arg(ReportWords::objectName(*change.key), values) : values;
-}
-
-QString nameOf(const ServiceReportData &data, quint8 nodeId)
-{
-    const SnapshotNode *node = data.snapshot.find(nodeId);
-    return node != nullptr ? DeviceIdentity::of(*node).displayName(nodeId) : ReportTr::tr("Device");
+    QStringList parts{placeOf(data, change)};
+    if (change.key)
+        parts << ReportWords::objectName(*change.key);
+    parts << (before.isEmpty() || after.isEmpty() ? before + after
+                                                  : QStringLiteral("%1 → %2").arg(before, after));
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(": "));
 }
 
 ReportTable changeTable(const QVector<Change> &changes, const ServiceReportData &data)
 {
     ReportTable table;
-    table.columns = {{ReportTr::tr("What"), 2}, {ReportTr::tr("Component"), 4}, {ReportTr::tr("Change"), 8}};
+    table.columns = {{ReportTr::tr("What"), 2}, {ReportTr::tr("Change"), 10}};
     for (int i = 0; i < qMin(changes.size(), mostChanges); ++i) {
         const Change &change = changes.at(i);
-        table.rows.append(
-            {{kindWord(change.kind), ReportWords::place(nameOf(data, change.nodeId), change.nodeId),
-              changeText(change)},
-             ReportMark::None});
+        table.rows.append({{kindWord(change.kind), changeText(data, change)}, ReportMark::None});
     }
     return table;
 }

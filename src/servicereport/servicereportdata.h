@@ -22,7 +22,7 @@ struct Workshop
     QImage logo;
 };
 
-/*! How the state of health of a battery went over the visits. */
+/*! How the state of health of a battery went over the visits; shown from two points on. */
 struct HealthTrend
 {
     struct Point

@@ -55,6 +55,27 @@ constexpr ValueObject valueObjects[] = {
 
 constexpr quint16 firstProfileObject = 0x6000;
 
+/*! What has a unit and is no value: limits and settings. They stand in the snapshot. */
+struct ObjectRange
+{
+    quint16 first;
+    quint16 last;
+};
+
+constexpr ObjectRange settings[] = {
+    {0x6020, 0x6027}, // limits of voltage and current
+    {0x6046, 0x604F}, // set limits
+    {0x6060, 0x6067}, // timing, limits of the auxiliary supply
+    {0x60A1, 0x60A4}, // limits of AC
+    {0x60B7, 0x60FC}, // limits and set points of converters, what a charger knows of the battery
+    {0x6103, 0x6103}, // capacity in Ah; that in Wh is shown
+    {0x6108, 0x6108}, // lifetime input capacity
+    {0x6120, 0x6127}, // limits of temperatures and cells
+    {0x6161, 0x6161}, // capacity in Ah
+    {0x6163, 0x6163}, // capacity in Ah, when full
+    {0x6188, 0x618E}, // settings of sleep and balancing
+};
+
 bool isListed(quint16 index)
 {
     return std::any_of(std::begin(valueObjects), std::end(valueObjects),
@@ -67,6 +88,10 @@ bool isListed(quint16 index)
 /*! Whether an object that no row is for has a unit, and so says something by itself. */
 bool isMeasured(quint16 index)
 {
+    for (const ObjectRange &range : settings) {
+        if (index >= range.first && index <= range.last)
+            return false;
+    }
     const ObjectDescription *description = objectDescriptions().find(index);
     return description != nullptr && description->unit != nullptr;
 }
@@ -140,7 +165,7 @@ private:
         } else {
             const Limits limits = object != nullptr ? limitsOf(*object, entry.key.subIndex) : Limits();
             row.cells = QStringList{name, textOf(entry), limitText(entry.key.index, limits)};
-            row.mark = qMax(foundMark(entry.key), limitMark(entry.value, limits));
+            row.mark = foundMark(entry.key);
         }
         m_rows.append(row);
     }
@@ -185,15 +210,6 @@ private:
         if (limits.maximum.isValid())
             return ReportTr::tr("at most %1").arg(maximum);
         return limits.minimum.isValid() ? ReportTr::tr("at least %1").arg(minimum) : QString();
-    }
-
-    static ReportMark limitMark(const QVariant &value, const Limits &limits)
-    {
-        if (!isNumber(value))
-            return ReportMark::None;
-        const bool isBelow = limits.minimum.isValid() && value.toDouble() < limits.minimum.toDouble();
-        const bool isAbove = limits.maximum.isValid() && value.toDouble() > limits.maximum.toDouble();
-        return isBelow || isAbove ? ReportMark::Warning : ReportMark::None;
     }
 
     ReportMark foundMark(ObjectKey key) const

@@ -99,37 +99,34 @@ inline Snapshot snapshot()
     return snapshot;
 }
 
+inline Finding finding(const char *rule, Severity severity, quint8 nodeId,
+                       const QVector<CanOpen::ObjectKey> &objects, const char *text, const char *advice = "")
+{
+    Finding finding;
+    finding.rule = QString::fromLatin1(rule);
+    finding.severity = severity;
+    finding.nodeId = nodeId;
+    finding.objects = objects;
+    finding.text = QString::fromUtf8(text);
+    finding.advice = QString::fromUtf8(advice);
+    return finding;
+}
+
 inline CheckupResult checkup()
 {
     CheckedComponent battery{2, QStringLiteral("Battery Pack"), ComponentState::Fault, {}, {}};
-    battery.findings
-        = {{QStringLiteral("cell-low"),
-            Severity::Fault,
-            2,
-            {{0x6165, 7}},
-            QStringLiteral("Cell 7 has 2.91 V, less than the 3.00 V that the battery allows."),
-            QStringLiteral("Do not charge the battery. It needs service.")},
-           {QStringLiteral("cell-spread"),
-            Severity::Fault,
-            2,
-            {{0x6165, 7}},
-            QStringLiteral("Cell 7 is 801 mV below the highest one (limit 100 mV)."),
-            QStringLiteral("Charge and balance, then check again; if it stays, the pack needs service.")},
-           {QStringLiteral("health"),
-            Severity::Note,
-            2,
-            {{0x6176, 1}},
-            QStringLiteral("The state of health is 88 %."),
-            QString()}};
+    battery.findings = {finding("cell-low", Severity::Fault, 2, {{0x6165, 7}},
+                                "Cell 7 has 2.91 V, less than the 3.00 V that the battery allows.",
+                                "Do not charge the battery. It needs service."),
+                        finding("cell-spread", Severity::Fault, 2, {{0x6165, 7}},
+                                "Cell 7 is 801 mV below the highest one (limit 100 mV).",
+                                "Charge and balance, then check again; if it stays, the pack needs service."),
+                        finding("health", Severity::Note, 2, {{0x6176, 1}}, "The state of health is 88 %.")};
     battery.notChecked = QStringList{QStringLiteral("Cell 10: The device did not answer.")};
     CheckedComponent motor{4, QStringLiteral("Motor Control unit"), ComponentState::Warning, {}, {}};
-    motor.findings
-        = {{QStringLiteral("voltage"),
-            Severity::Warning,
-            4,
-            {{0x6040, 1}},
-            QStringLiteral("The voltage is 43.15 V, more than the 42.00 V that the device allows."),
-            QStringLiteral("Look at the charger and at the wiring.")}};
+    motor.findings = {finding("voltage", Severity::Warning, 4, {{0x6040, 1}},
+                              "The voltage is 43.15 V, more than the 42.00 V that the device allows.",
+                              "Look at the charger and at the wiring.")};
     CheckedComponent display{5, QStringLiteral("Device"), ComponentState::NotChecked, {}, {}};
     display.notChecked = QStringList{QStringLiteral("The device does not answer.")};
     CheckupResult result;
@@ -139,12 +136,8 @@ inline CheckupResult checkup()
                          display,
                          {1, QStringLiteral("Draxel Controller"), ComponentState::Good, {}, {}},
                          {3, QStringLiteral("Charger"), ComponentState::Good, {}, {}}};
-    result.vehicleFindings = {{QStringLiteral("versions"),
-                               Severity::Note,
-                               0,
-                               {},
-                               QStringLiteral("The devices follow different versions of the profile."),
-                               QString()}};
+    result.vehicleFindings = {
+        finding("versions", Severity::Note, 0, {}, "The devices follow different versions of the profile.")};
     return result;
 }
 

@@ -70,7 +70,9 @@ private slots:
     void componentsAreListedWithTheirIdentity();
     void nodeThatWasNotJudgedIsNotGood();
     void valuesHaveUnitsAndLimits();
-    void valueBeyondItsLimitIsMarked();
+    void onlyFindingsAreMarked();
+    void temperaturesBelowZero();
+    void settingsAreNoValues();
     void whatWasNotReadIsNoValue();
     void cellsAreSaidInWords();
     void healthIsSaidInWords();
@@ -180,7 +182,7 @@ void tst_ReportMaker::changesOfAnEarlierVisit()
     QCOMPARE(
         rows.at(0).cells,
         QStringList(
-            {s("Replaced"), s("Voltage Converter/Charger (node 3)"),
+            {s("Replaced"),
              s("Charger: another device of the same kind, serial number 1009484 in the place of 1009001.")}));
     data.comparison->comparison.changes.clear();
     QCOMPARE(blockOf<ReportParagraph>(makeServiceReport(data), "What has changed").text,
@@ -192,7 +194,8 @@ void tst_ReportMaker::changesOfAnEarlierVisit()
 void tst_ReportMaker::changeWithoutASentence()
 {
     const auto rows = blockOf<ReportTable>(makeServiceReport(ReportExample::data()), "What has changed").rows;
-    QCOMPARE(rows.at(3).cells.at(2), s("Battery pack SOH (6176h.1): 94.00 % → 88.00 %"));
+    QCOMPARE(rows.at(3).cells.at(1),
+             s("Battery Pack (node 2): Battery pack SOH (6176h.1): 94.00 % → 88.00 %"));
 }
 
 void tst_ReportMaker::componentsAreListedWithTheirIdentity()
@@ -239,15 +242,41 @@ void tst_ReportMaker::valuesHaveUnitsAndLimits()
     QCOMPARE(int(rowOf(table, "Voltage").mark), int(ReportMark::None));
 }
 
-void tst_ReportMaker::valueBeyondItsLimitIsMarked()
+void tst_ReportMaker::onlyFindingsAreMarked()
 {
     ServiceReportData data = ReportExample::data();
-    data.checkup.components.clear(); // no finding helps
     data.snapshot.nodes = {*data.snapshot.find(4)};
-    const auto table = blockOf<ReportTable>(makeServiceReport(data), "Component by component");
+    auto table = blockOf<ReportTable>(makeServiceReport(data), "Component by component");
     QCOMPARE(rowOf(table, "Voltage").cells.value(1), nbsp("43.15_V"));
     QCOMPARE(int(rowOf(table, "Voltage").mark), int(ReportMark::Warning));
     QCOMPARE(int(rowOf(table, "Temperature of the electronics").mark), int(ReportMark::None));
+
+    // A light here that the verdict does not know would contradict it.
+    data.checkup.components[1].findings.clear();
+    table = blockOf<ReportTable>(makeServiceReport(data), "Component by component");
+    QCOMPARE(int(rowOf(table, "Voltage").mark), int(ReportMark::None));
+}
+
+void tst_ReportMaker::temperaturesBelowZero()
+{
+    ServiceReportData data = ReportExample::data();
+    SnapshotBuilder builder;
+    builder.node(2)
+        .value(0x6105, 1, ReportExample::DataType::Unsigned16, 0xFFEC)
+        .raw(0x6123, 1, QByteArray::fromHex("6aff"));
+    data.snapshot = builder.snapshot();
+    const auto table = blockOf<ReportTable>(makeServiceReport(data), "Component by component");
+    QCOMPARE(table.rows.size(), 1);
+    QCOMPARE(table.rows.first().cells,
+             QStringList({s("Temperature of the battery"), nbsp("-2.00_°C"), nbsp("at least -15.00_°C")}));
+}
+
+void tst_ReportMaker::settingsAreNoValues()
+{
+    const auto table
+        = blockOf<ReportTable>(makeServiceReport(ReportExample::data()), "Component by component");
+    for (const ReportTable::Row &row : table.rows)
+        QVERIFY2(!row.cells.first().contains(s("maximum")), qPrintable(row.cells.first()));
 }
 
 void tst_ReportMaker::whatWasNotReadIsNoValue()

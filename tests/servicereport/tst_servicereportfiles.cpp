@@ -128,8 +128,9 @@ void tst_ServiceReportFiles::folderThatIsNotThere()
     ServiceReportFiles::Paths paths;
     QString error;
     QVERIFY(!ServiceReportFiles::write(folder.filePath(s("gone")), s("r"), "html", "pdf", &paths, &error));
-    QCOMPARE(error, s("The file %1 cannot be written: no such file or folder.")
-                        .arg(folder.filePath(s("gone/r.html"))));
+    QCOMPARE(
+        error,
+        s("The file %1 cannot be written: no such file or folder.").arg(folder.filePath(s("gone/r.html"))));
 }
 
 void tst_ServiceReportFiles::nothingIsLeftOfHalfAReport()

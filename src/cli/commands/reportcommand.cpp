@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "reportcommand.h"
 
+#include "servicereportrun.h"
+
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
 #include <cli/core/exitstatus.h>
@@ -36,11 +38,12 @@ ExitStatus runReportCommand(const QStringList &arguments)
 {
     CommandArguments options(QStringLiteral("report"),
                              Tr::tr("Writes the report on what a saved vehicle holds: dx_report.pdf and "
-                                    "dx_report.html."));
+                                    "dx_report.html; or its service report."));
     options.addPositional(QStringLiteral("FILE"),
                           Tr::tr("A snapshot (.dxsnap) or an exchange file (.dxxml)."));
     options.addOption({outputOption, Tr::tr("The folder for the two files; it is made when it is not there."),
                        QStringLiteral("DIR")});
+    ServiceReportRun::addOptions(options);
     Language::addOption(options);
     if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;
@@ -48,6 +51,11 @@ ExitStatus runReportCommand(const QStringList &arguments)
         return options.complain(Tr::tr("--output is missing: which folder is meant?"));
     if (const std::optional<ExitStatus> status = Language::load(options))
         return *status;
+    if (ServiceReportRun::isWanted(options))
+        return ServiceReportRun::run(options, options.positional(), options.value(outputOption));
+    const QString stray = ServiceReportRun::strayOption(options);
+    if (!stray.isEmpty())
+        return options.complain(Tr::tr("--%1 is for a service report; --service is missing.").arg(stray));
     return report(options.positional(), options.value(outputOption));
 }
 
