@@ -180,6 +180,7 @@ bool SnapshotNodeReader::isOtherDevice(const SnapshotEntry &entry) const
 
 void SnapshotNodeReader::startAnew()
 {
+    m_isReplaced = true;
     m_earlier = SnapshotNode();
     m_node.entries.clear();
     m_node.bootUps = 0;

@@ -54,6 +54,9 @@ public:
     bool isStopped() const;
     bool isLeft() const { return m_isLeft; }
 
+    /*! Whether it is another device than the one in resume(). */
+    bool isReplaced() const { return m_isReplaced; }
+
     int valueCount() const { return m_node.valueCount(); }
     int gapCount() const { return m_node.gapCount(); }
 
@@ -88,6 +91,7 @@ private:
     bool m_hasAnswered = false;
     bool m_isUnasked = false; // the last question could not be sent, or the bus was too full for its answer
     bool m_isLeft = false;
+    bool m_isReplaced = false;
     bool m_isSecondRound = false;
     bool m_isFinished = false;
 };

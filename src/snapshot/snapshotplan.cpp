@@ -38,9 +38,7 @@ constexpr quint8 lastProbe = 2;
 
 constexpr int longText = 28; // bytes; from four segments on blocks take fewer frames
 
-/*! The indices of the object table. Deliberate: some of its rows have lost the last digit of their index, an E; what is
- *  asked for is the object that was meant.
- */
+/*! The object that a row of the object table means: some rows have lost the last digit of their index, an E. */
 quint16 realIndex(quint16 index)
 {
     return index < firstObjectIndex ? static_cast<quint16>(index << 4 | 0xE) : index;

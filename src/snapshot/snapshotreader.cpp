@@ -139,6 +139,16 @@ QVector<SnapshotNode> SnapshotReader::nodes() const
     return nodes;
 }
 
+QVector<quint8> SnapshotReader::replacedNodes() const
+{
+    QVector<quint8> ids;
+    for (const auto &[nodeId, turn] : m_turns) {
+        if (turn->reader.isReplaced())
+            ids.append(nodeId);
+    }
+    return ids;
+}
+
 std::optional<SnapshotNode> SnapshotReader::node(quint8 nodeId) const
 {
     const Turn *turn = turnOf(nodeId);

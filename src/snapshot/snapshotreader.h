@@ -80,6 +80,8 @@ public:
     /*! The nodes, in the order of their IDs, with what was read so far. */
     QVector<SnapshotNode> nodes() const;
     SnapshotProgress progress() const;
+    /*! The nodes on which there is another device than in the earlier snapshot; nothing of that one was kept. */
+    QVector<quint8> replacedNodes() const;
     /*! One node; empty when it is not known. */
     std::optional<SnapshotNode> node(quint8 nodeId) const;
     /*! How far one node is. */

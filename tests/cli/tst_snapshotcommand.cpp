@@ -25,6 +25,7 @@ private slots:
     void scans();
     void dataSheetOfANode();
     void resumes();
+    void resumeOnAnotherVehicleKeepsTheFile();
     void printsJson();
     void writesToStandardOutput();
     void interruptKeepsWhatWasRead();
@@ -217,6 +218,24 @@ void tst_SnapshotCommand::resumes()
     QCOMPARE(load().value(QLatin1String("note")).toString(), QStringLiteral("first"));
     QCOMPARE(load().value(QLatin1String("vehicle")).toString(), QStringLiteral("second"));
     QVERIFY(nodeOf(load(), 2).value(QLatin1String("entries")).toArray().size() == 203);
+}
+
+void tst_SnapshotCommand::resumeOnAnotherVehicleKeepsTheFile()
+{
+    QString vehicle = writeVehicle(R"({ "id": 2, "dictionary": "battery.dcf", "heartbeatMs": 200 })");
+    QCOMPARE(run(arguments(vehicle, {QStringLiteral("--quick")})).status, 0);
+    const QJsonObject first = load();
+    vehicle = writeVehicle(R"({ "id": 2, "dictionary": "controller.dcf", "heartbeatMs": 200 })");
+    const Result result = run(arguments(vehicle, {QStringLiteral("--resume"), path("out.dxsnap")}));
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.errors,
+             QStringLiteral("There is another device than in %1 on node 2; it was read anew.\n")
+                 .arg(QDir::toNativeSeparators(path("out.dxsnap"))));
+    QCOMPARE(load(), first);
+    const QJsonObject second = load("out-2.dxsnap");
+    QVERIFY(entryOf(nodeOf(second, 2), 0x1018, 4).value(QLatin1String("value"))
+            != entryOf(nodeOf(first, 2), 0x1018, 4).value(QLatin1String("value")));
+    QCOMPARE(nodeOf(second, 2).value(QLatin1String("entries")).toArray().size(), 203);
 }
 
 void tst_SnapshotCommand::printsJson()

@@ -340,6 +340,7 @@ void tst_SnapshotNodeReader::resumeAsksForGapsOnly()
     QCOMPARE(read.gapCount(), 0);
     QCOMPARE(read.value(0x6005, 0), QVariant(42u));
     QCOMPARE(read.find(0x1001, 0)->ms, earlier.find(0x1001, 0)->ms);
+    QVERIFY(!second.reader.isReplaced());
 }
 
 void tst_SnapshotNodeReader::resumeGoesOnInTheMiddle()
@@ -376,6 +377,7 @@ void tst_SnapshotNodeReader::resumeReadsAnotherDeviceAnew()
     const SnapshotNode read = second.readAll();
     QVERIFY(read.end == SnapshotEnd::Complete);
     QCOMPARE(read.value(0x1018, 4), QVariant(0x99u));
+    QVERIFY(second.reader.isReplaced());
     QVERIFY(read.find(0x6008, 1)->gap == SnapshotGap::Absent);
     QCOMPARE(read.entries.size(), 203);
 }

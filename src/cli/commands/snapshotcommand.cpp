@@ -8,7 +8,11 @@
 #include <cli/core/outputfile.h>
 #include <cli/core/snapshotsummary.h>
 
+#include <bus/buswords.h>
 #include <snapshot/savedvehicle.h>
+
+#include <QDir>
+#include <QFileInfo>
 
 namespace {
 
@@ -38,6 +42,18 @@ constexpr NoteOption noteOptions[] = {
     {"note", &SnapshotNotes::note, QT_TRANSLATE_NOOP("SnapshotCommand", "Anything else.")},
 };
 
+/*! "bike-2.dxsnap" for "bike.dxsnap", or the next number that is free. */
+QString freeNameBeside(const QString &name)
+{
+    const QFileInfo file(name);
+    for (int number = 2;; ++number) {
+        const QString other
+            = QStringLiteral("%1-%2.%3").arg(file.completeBaseName(), QString::number(number), file.suffix());
+        if (!file.dir().exists(other))
+            return file.dir().filePath(other);
+    }
+}
+
 class SnapshotCommand
 {
 public:
@@ -48,6 +64,7 @@ private:
     std::optional<ExitStatus> parse(const QStringList &arguments);
     std::optional<ExitStatus> parseResume();
     SnapshotNotes notes() const;
+    QString outputName() const;
     void print() const;
 
     CommandArguments m_options{QStringLiteral("snapshot"),
@@ -72,12 +89,28 @@ ExitStatus SnapshotCommand::run(const QStringList &arguments)
     if (const std::optional<ExitStatus> status = m_bus.take(m_options.bus()))
         return *status;
 
-    if (m_options.isSet(jsonOption))
-        Console::printJson(SnapshotSummary::toJson(m_bus.snapshot(), m_options.value(outputOption)));
-    else
+    if (!m_options.isSet(jsonOption))
         print();
     const ExitStatus status = m_bus.finish();
-    return output.writeSnapshot(m_bus.snapshot()) ? status : Exit::fileFailed;
+    const QString name = outputName();
+    if (!OutputFile(name).writeSnapshot(m_bus.snapshot()))
+        return Exit::fileFailed;
+    if (m_options.isSet(jsonOption))
+        Console::printJson(SnapshotSummary::toJson(m_bus.snapshot(), name));
+    return status;
+}
+
+/*! Where to write. A snapshot of other devices is not replaced by what was to complete it. */
+QString SnapshotCommand::outputName() const
+{
+    const QString wanted = m_options.value(outputOption);
+    if (m_bus.replacedNodes().isEmpty())
+        return wanted;
+    const QString earlier = m_options.value(resumeOption);
+    Console::printError(Tr::tr("There is another device than in %1 on node %2; it was read anew.")
+                            .arg(QDir::toNativeSeparators(earlier), BusWords::nodes(m_bus.replacedNodes())));
+    const bool wouldReplace = QFileInfo(wanted).canonicalFilePath() == QFileInfo(earlier).canonicalFilePath();
+    return wouldReplace ? freeNameBeside(wanted) : wanted;
 }
 
 std::optional<ExitStatus> SnapshotCommand::parse(const QStringList &arguments)

@@ -148,6 +148,7 @@ void BusSnapshot::read(InterruptibleLoop *loop)
         run.cancel();
     m_isGivenUp = run.isCancelled() && !loop->isInterrupted();
     m_snapshot = run.snapshot();
+    m_replacedNodes = run.reader()->replacedNodes().toList();
 }
 
 ExitStatus BusSnapshot::finish() const

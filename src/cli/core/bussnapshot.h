@@ -39,6 +39,9 @@ public:
     /*! What was read, also when it was interrupted. */
     const Snapshot &snapshot() const { return m_snapshot; }
 
+    /*! The nodes on which there is another device than in the earlier snapshot. */
+    QList<quint8> replacedNodes() const { return m_replacedNodes; }
+
     /*! 0 when it is complete, 4 with gaps, 128 + n after a signal. Says why it was ended early, if it was. */
     ExitStatus finish() const;
 
@@ -55,6 +58,7 @@ private:
     CanOpen::SdoPatience m_patience;
     ProgressLine m_progress;
     Snapshot m_snapshot;
+    QList<quint8> m_replacedNodes;
     ExitStatus m_interruption; // success: none
     bool m_isGivenUp = false;  // the bus stayed away
 };
