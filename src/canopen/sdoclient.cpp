@@ -399,7 +399,7 @@ void SdoClient::handleHeldFrames()
     }
 }
 
-void SdoClient::noteAnswerTime(Node &node)
+void SdoClient::noteAnswerTime(Node &node) const
 {
     if (node.answerTimed || node.upload.isUnanswered())
         return;

@@ -140,7 +140,7 @@ private:
     void deliverPosted();
     Sending send(quint8 nodeId, const QByteArray &payload);
     void handleHeldFrames();
-    void noteAnswerTime(Node &node);
+    void noteAnswerTime(Node &node) const;
     void noteForeignClient(Node &node);
     void setDeadline(Node &node, qint64 wait);
     double busShare(const Node &node, qint64 time) const;

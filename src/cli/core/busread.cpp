@@ -150,7 +150,7 @@ NmtSender::NmtState BusRead::nmtState(quint8 nodeId)
 QString BusRead::describeStop(const ReadSummary &summary)
 {
     const ReadWords::Silence silence = m_services.silenceOf(summary.nodeId);
-    const QString sentence = ReadWords::end(summary, silence);
+    QString sentence = ReadWords::end(summary, silence);
     if (summary.end != ReadSummary::End::NoAnswer || silence != ReadWords::Silence::Unexplained)
         return sentence;
     return sentence + QLatin1Char(' ') + tr("A larger --timeout or more --retries help with slow nodes.");
