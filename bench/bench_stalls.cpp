@@ -214,7 +214,7 @@ QString largestText()
 
 QString fileWith(const QString &text, const QTemporaryDir &folder)
 {
-    const QString fileName = folder.filePath(QStringLiteral("largest.dxxml"));
+    QString fileName = folder.filePath(QStringLiteral("largest.dxxml"));
     if (!saveExchangeFile(fileName, text))
         qFatal("the file to open cannot be written");
     return fileName;
@@ -321,8 +321,7 @@ public:
     }
     ~AnsweringServer()
     {
-        m_server->deleteLater();
-        m_server.release();
+        m_server.release()->deleteLater(); // in its thread
         m_thread.quit();
         m_thread.wait();
     }

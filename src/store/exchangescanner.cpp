@@ -134,9 +134,9 @@ private:
     bool scanHead()
     {
         const bool hasDeclaration = m_scanner.skip(QLatin1String("<?xml version")) && m_scanner.skipBlanks()
-                                    && m_scanner.skip(QLatin1String("=\"1.0\" encoding=\"UTF-8\""))
+                                    && m_scanner.skip(QLatin1String(R"(="1.0" encoding="UTF-8")"))
                                     && m_scanner.skipBlanks() && m_scanner.skip(QLatin1String("?>"));
-        return hasDeclaration && skipTag("<dxtoolstorage pl_overwiew=\"1.0\" date=\"") && m_scanner.skipDate()
+        return hasDeclaration && skipTag(R"(<dxtoolstorage pl_overwiew="1.0" date=")") && m_scanner.skipDate()
                && m_scanner.skip(QLatin1String("\">")) && skipTag("<nodes>");
     }
 
