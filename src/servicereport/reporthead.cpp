@@ -86,7 +86,7 @@ QVector<ReportFact> ReportHead::facts(const Snapshot &snapshot, const ReportWord
         {ReportTr::tr("Bus"), busText(snapshot)},
         {ReportTr::tr("Bit rate"), bitRateText(snapshot.bitRate, words)},
         {ReportTr::tr("Read with"), ReportWords::shortened(snapshot.program)},
-        {ReportTr::tr("Note"), ReportWords::shortened(notes.note, longestNote)},
+        {ReportTr::tr("Remarks"), ReportWords::shortened(notes.note, longestNote)},
     };
     QVector<ReportFact> known;
     for (const ReportFact &fact : all) {

@@ -106,7 +106,7 @@ void tst_ReportMaker::headSaysWhoAndWhen()
                           s("Odometer=4 812 km"), s("What was read=Everything that the devices have"),
                           s("Bus=socketcan:can0 · PCAN-USB"), s("Bit rate=250 kbit/s"),
                           s("Read with=draxelctl 1.0.0"),
-                          s("Note=Customer says: cuts out on hills.\nBattery was dropped last winter.")}));
+                          s("Remarks=Customer says: cuts out on hills.\nBattery was dropped last winter.")}));
     QCOMPARE(report.subject, s("Cargo bike 7 (1104001) · 3 September 2026"));
     QCOMPARE(report.workshop, s("Zweirad Sommer"));
 }
