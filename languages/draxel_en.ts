@@ -50,9 +50,9 @@
     <name>SnapshotWords</name>
     <message numerus="yes">
         <source>The answer has %n byte(s), which does not fit the object.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>The answer has %n byte, which does not fit the object.</numerusform>
+            <numerusform>The answer has %n bytes, which does not fit the object.</numerusform>
         </translation>
     </message>
 </context>
