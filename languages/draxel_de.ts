@@ -1376,7 +1376,7 @@
     </message>
     <message>
         <source>Cell voltages</source>
-        <translation>Zellspannungen</translation>
+        <translation>Spannungen der Zellen</translation>
     </message>
     <message>
         <source>State of health over the visits</source>
@@ -1521,11 +1521,6 @@
     <message>
         <source>Nothing was found, and all components were checked.</source>
         <translation>Nichts wurde gefunden, und alle Komponenten wurden geprüft.</translation>
-    </message>
-    <message>
-        <source>, </source>
-        <extracomment>Between the parts of &quot;2 faults, 1 warning&quot;</extracomment>
-        <translation>, </translation>
     </message>
     <message>
         <source>Service report</source>
@@ -1680,13 +1675,6 @@
         <source>%1 (node %2)</source>
         <translation>%1 (Knoten %2)</translation>
     </message>
-    <message numerus="yes">
-        <source>%n more</source>
-        <translation>
-            <numerusform>%n weiteres</numerusform>
-            <numerusform>%n weitere</numerusform>
-        </translation>
-    </message>
     <message>
         <source>State of charge</source>
         <translation>Ladezustand</translation>
@@ -1806,6 +1794,13 @@
     <message>
         <source>Limits</source>
         <translation>Grenzen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n more object(s)</source>
+        <translation>
+            <numerusform>%n weiteres Objekt</numerusform>
+            <numerusform>%n weitere Objekte</numerusform>
+        </translation>
     </message>
 </context>
 <context>

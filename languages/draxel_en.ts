@@ -39,10 +39,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n more</source>
+        <source>%n more object(s)</source>
         <translation>
-            <numerusform>%n more</numerusform>
-            <numerusform>%n more</numerusform>
+            <numerusform>%n more object</numerusform>
+            <numerusform>%n more objects</numerusform>
         </translation>
     </message>
 </context>

@@ -1523,11 +1523,6 @@
         <translation>Rien n’a été trouvé, et tous les composants ont été contrôlés.</translation>
     </message>
     <message>
-        <source>, </source>
-        <extracomment>Between the parts of &quot;2 faults, 1 warning&quot;</extracomment>
-        <translation>, </translation>
-    </message>
-    <message>
         <source>Service report</source>
         <translation>Rapport d’entretien</translation>
     </message>
@@ -1680,13 +1675,6 @@
         <source>%1 (node %2)</source>
         <translation>%1 (nœud %2)</translation>
     </message>
-    <message numerus="yes">
-        <source>%n more</source>
-        <translation>
-            <numerusform>%n autre</numerusform>
-            <numerusform>%n autres</numerusform>
-        </translation>
-    </message>
     <message>
         <source>State of charge</source>
         <translation>État de charge</translation>
@@ -1806,6 +1794,13 @@
     <message>
         <source>Limits</source>
         <translation>Limites</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n more object(s)</source>
+        <translation>
+            <numerusform>%n autre objet</numerusform>
+            <numerusform>%n autres objets</numerusform>
+        </translation>
     </message>
 </context>
 <context>

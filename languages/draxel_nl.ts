@@ -1523,11 +1523,6 @@
         <translation>Er is niets gevonden, en alle componenten zijn gecontroleerd.</translation>
     </message>
     <message>
-        <source>, </source>
-        <extracomment>Between the parts of &quot;2 faults, 1 warning&quot;</extracomment>
-        <translation>, </translation>
-    </message>
-    <message>
         <source>Service report</source>
         <translation>Servicerapport</translation>
     </message>
@@ -1680,13 +1675,6 @@
         <source>%1 (node %2)</source>
         <translation>%1 (node %2)</translation>
     </message>
-    <message numerus="yes">
-        <source>%n more</source>
-        <translation>
-            <numerusform>nog %n</numerusform>
-            <numerusform>nog %n</numerusform>
-        </translation>
-    </message>
     <message>
         <source>State of charge</source>
         <translation>Laadtoestand</translation>
@@ -1806,6 +1794,13 @@
     <message>
         <source>Limits</source>
         <translation>Grenzen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n more object(s)</source>
+        <translation>
+            <numerusform>nog %n object</numerusform>
+            <numerusform>nog %n objecten</numerusform>
+        </translation>
     </message>
 </context>
 <context>

@@ -1519,11 +1519,6 @@
         <translation>没有发现问题，所有部件均已检查。</translation>
     </message>
     <message>
-        <source>, </source>
-        <extracomment>Between the parts of &quot;2 faults, 1 warning&quot;</extracomment>
-        <translation>，</translation>
-    </message>
-    <message>
         <source>Service report</source>
         <translation>检修报告</translation>
     </message>
@@ -1675,12 +1670,6 @@
         <source>%1 (node %2)</source>
         <translation>%1（节点 %2）</translation>
     </message>
-    <message numerus="yes">
-        <source>%n more</source>
-        <translation>
-            <numerusform>另有 %n 个</numerusform>
-        </translation>
-    </message>
     <message>
         <source>State of charge</source>
         <translation>荷电状态</translation>
@@ -1800,6 +1789,12 @@
     <message>
         <source>Limits</source>
         <translation>限值</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n more object(s)</source>
+        <translation>
+            <numerusform>另有 %n 个对象</numerusform>
+        </translation>
     </message>
 </context>
 <context>

@@ -67,7 +67,7 @@ QString objectList(const QVector<UnreadObject> &objects)
         texts.append(objectText(objects.at(i)));
     const int more = objects.size() - texts.size();
     if (more > 0)
-        texts.append(ReportTr::tr("%n more", nullptr, more));
+        texts.append(ReportTr::tr("%n more object(s)", nullptr, more));
     return texts.join(QStringLiteral("; "));
 }
 

@@ -242,14 +242,11 @@ void tst_Languages::contexts_data()
                                             QStringLiteral("OverviewForm"),
                                             QStringLiteral("pdfWriter")};
     QTest::newRow("host") << QStringLiteral("draxel")
-                          << QStringList{QStringLiteral("Checkup"),
-                                         QStringLiteral("ComponentGaps"),
-                                         QStringLiteral("ExpressionParser"),
-                                         QStringLiteral("ObjectChange"),
-                                         QStringLiteral("RuleReading"),
-                                         QStringLiteral("RuleSet"),
-                                         QStringLiteral("SnapshotComparison"),
-                                         QStringLiteral("TextTemplate"),
+                          << QStringList{QStringLiteral("Archive"),
+                                         QStringLiteral("ArchiveAddress"),
+                                         QStringLiteral("ArchiveDatabase"),
+                                         QStringLiteral("ArchiveSchema"),
+                                         QStringLiteral("ArchiveTransfer"),
                                          QStringLiteral("BusAddress"),
                                          QStringLiteral("BusConnection"),
                                          QStringLiteral("BusOpener"),
@@ -258,25 +255,48 @@ void tst_Languages::contexts_data()
                                          QStringLiteral("BusWords"),
                                          QStringLiteral("CanOpen"),
                                          QStringLiteral("CanOpen::CanPort"),
+                                         QStringLiteral("Checkup"),
+                                         QStringLiteral("ComponentGaps"),
                                          QStringLiteral("ConnectionBar"),
+                                         QStringLiteral("DatabaseWords"),
+                                         QStringLiteral("DeviceIdentity"),
                                          QStringLiteral("DraxelHost"),
+                                         QStringLiteral("ExpressionParser"),
                                          QStringLiteral("FailedObject"),
                                          QStringLiteral("HelpBoxes"),
                                          QStringLiteral("HostMenus"),
+                                         QStringLiteral("JsonDocument"),
+                                         QStringLiteral("JsonObject"),
                                          QStringLiteral("MainWindow"),
                                          QStringLiteral("MessageLog"),
                                          QStringLiteral("MessagePanel"),
+                                         QStringLiteral("ObjectChange"),
                                          QStringLiteral("PatienceDialog"),
                                          QStringLiteral("PluginLibrary"),
                                          QStringLiteral("PluginSession"),
                                          QStringLiteral("ReadWords"),
                                          QStringLiteral("ReportFiles"),
+                                         QStringLiteral("RuleReading"),
+                                         QStringLiteral("RuleSet"),
+                                         QStringLiteral("SavedVehicle"),
+                                         QStringLiteral("ServiceReport"),
+                                         QStringLiteral("ServiceReportFiles"),
                                          QStringLiteral("ShownVehicle"),
                                          QStringLiteral("SimulatedBus"),
                                          QStringLiteral("Simulator::SimulatedCanDevice"),
+                                         QStringLiteral("SnapshotComparison"),
+                                         QStringLiteral("SnapshotFile"),
+                                         QStringLiteral("SnapshotReading"),
+                                         QStringLiteral("SnapshotWords"),
                                          QStringLiteral("StatusLine"),
                                          QStringLiteral("SystemErrorText"),
-                                         QStringLiteral("VehicleFiles")};
+                                         QStringLiteral("TextTemplate"),
+                                         QStringLiteral("VehicleFiles"),
+                                         QStringLiteral("VehicleTable"),
+                                         QStringLiteral("VisitRows"),
+                                         QStringLiteral("VisitTable"),
+                                         QStringLiteral("WaitingVisits"),
+                                         QStringLiteral("WorkshopSettings")};
 }
 
 void tst_Languages::contexts()
@@ -487,6 +507,18 @@ void tst_Languages::onlyNamesStayAsTheyAre()
         {"pl_overview", "de nl", "Pre-Op"},
         {"pl_overview", "de nl", "Operational"},
         {"pl_overview", "de nl", "Stopped"},
+        {"draxel", "de fr nl zh_CN", "%1 %2"},
+        {"draxel", "de fr nl zh_CN", "%1 ms"},
+        {"draxel", "de fr nl", "%1, %2 (%3)"},
+        {"draxel", "fr nl", "%1, pack %2"},
+        {"draxel", "de fr nl", "Bus"},
+        {"draxel", "de nl", "Firmware"},
+        {"draxel", "de", "Revision"},
+        {"draxel", "fr", "Date"},
+        {"draxel", "fr nl", "d MMMM yyyy"},
+        {"draxel", "nl", "Component"},
+        {"draxel", "nl", "Product"},
+        {"draxel", "nl", "node %1"},
         {"draxel", "de fr nl zh_CN", "%1 bit/s"},
         {"draxel", "de fr nl zh_CN", "%1 kbit/s"},
         {"draxel", "de fr nl zh_CN", "Draxel %1"},
@@ -531,10 +563,12 @@ void tst_Languages::writtenInItsLanguage()
     QFETCH(QString, language);
 
     static const QRegularExpression chinese(QStringLiteral("\\p{Han}"));
+    static const QRegularExpression numbersOnly(QStringLiteral("^(%\\d|\\W)*$"));
     const bool isChinese = language == QLatin1String("zh_CN");
     const QString found
         = violations(messages(), [isChinese](const QString &source, const QString &translation) {
-              return source == translation || translation.contains(chinese) == isChinese;
+              return source == translation || numbersOnly.match(source).hasMatch()
+                     || translation.contains(chinese) == isChinese;
           });
     QVERIFY2(found.isEmpty(), qPrintable(found));
 }
