@@ -60,6 +60,7 @@ private slots:
     void secondReadAfterVainDetection();
     void uploadWithoutDetection();
     void hasTimerOfItsOwn();
+    void pauseOfTheProgramIsNoEnd();
 
 private:
     void pass(int ms)
@@ -390,6 +391,23 @@ void tst_ReadObserver::hasTimerOfItsOwn()
     QTRY_COMPARE(settled.size(), 1);
     observer.receiverAsked();
     QTRY_COMPARE(settled.size(), 2);
+}
+
+void tst_ReadObserver::pauseOfTheProgramIsNoEnd()
+{
+    detect();
+    ask(1, 0x1000);
+    pass(0); // the timer is set for the quiet time from now on
+    // The program stood still; the next request is made in the turn in which the timer has been found due.
+    m_now += milliseconds(5000);
+    QTimer::singleShot(ReadObserver::quietTime + milliseconds(1), this, [this] { ask(1, 0x1001); });
+    QTest::qWait(static_cast<int>((ReadObserver::quietTime + ReadObserver::graceTime).count()) + 10);
+    QCOMPARE(m_ended->size(), 0);
+    QCOMPARE(m_observer->phase(), Phase::Reading);
+    m_now += milliseconds(5000);
+    QTRY_COMPARE(m_ended->size(), 1);
+    QCOMPARE(ended().end, ReadSummary::End::Complete);
+    QCOMPARE(ended().record.counts(1).values, 2);
 }
 
 QTEST_GUILESS_MAIN(tst_ReadObserver)

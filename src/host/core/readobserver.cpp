@@ -62,7 +62,7 @@ ReadObserver::ReadObserver(const Clock &clock, QObject *parent)
 {
     qRegisterMetaType<ReadSummary>();
     m_timer.setSingleShot(true);
-    connect(&m_timer, &QTimer::timeout, this, &ReadObserver::check);
+    connect(&m_timer, &QTimer::timeout, this, &ReadObserver::handleTimer);
 }
 
 void ReadObserver::receiverAsked()
@@ -160,6 +160,18 @@ void ReadObserver::check()
     }
 }
 
+void ReadObserver::handleTimer()
+{
+    // A program that was held up has requests of its own waiting: they come before their absence is believed.
+    const std::optional<std::chrono::milliseconds> rest = timeToWait();
+    if (rest && rest->count() <= 0 && !m_isGraceGiven) {
+        m_isGraceGiven = true;
+        m_timer.start(graceTime);
+        return;
+    }
+    check();
+}
+
 std::chrono::milliseconds ReadObserver::steadyClock()
 {
     return std::chrono::duration_cast<std::chrono::milliseconds>(
@@ -220,6 +232,7 @@ void ReadObserver::settle()
 void ReadObserver::noteActivity()
 {
     m_lastActivity = m_clock();
+    m_isGraceGiven = false;
     if (!m_timer.isActive() && m_phase != Phase::Idle)
         m_timer.start(quietTime);
 }

@@ -70,6 +70,9 @@ public:
      */
     static constexpr std::chrono::milliseconds quietTime{300};
 
+    /*! And not before the event loop has turned once more after it, with this time for what was waiting. */
+    static constexpr std::chrono::milliseconds graceTime{20};
+
     static std::chrono::milliseconds steadyClock();
 
     explicit ReadObserver(const Clock &clock = steadyClock, QObject *parent = nullptr);
@@ -114,6 +117,7 @@ private:
     using Upload = QPair<quint8, CanOpen::ObjectKey>;
 
     bool isLeftOver() const;
+    void handleTimer();
     void begin(Phase phase);
     void setPhase(Phase phase);
     void stopRead(quint8 nodeId, CanOpen::ObjectKey key, ReadSummary::End end);
@@ -128,6 +132,7 @@ private:
     Phase m_phase = Phase::Idle;
     bool m_isCancelled = false;
     bool m_isLeftOverDue = false;
+    bool m_isGraceGiven = false; // once after the last activity
     ReadSummary::End m_vainEnd
         = ReadSummary::End::NothingAsked; // of a detection after which nothing is asked
     int m_uploads = 0;                    // that have not ended
