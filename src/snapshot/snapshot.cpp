@@ -26,8 +26,8 @@ auto nodePlace(Nodes &nodes, quint8 nodeId)
 
 bool SnapshotEntry::isGap() const
 {
-    const bool isWriteOnly = gap == SnapshotGap::Abort
-                             && abortCode == static_cast<quint32>(CanOpen::SdoAbort::WriteOnly);
+    const bool isWriteOnly
+        = gap == SnapshotGap::Abort && abortCode == static_cast<quint32>(CanOpen::SdoAbort::WriteOnly);
     return gap != SnapshotGap::None && gap != SnapshotGap::Absent && !isWriteOnly;
 }
 

@@ -531,9 +531,10 @@ void tst_ShippedRules::alarmWords()
     Snapshot snapshot = VehicleSnapshot::of(QStringLiteral("pedelec"));
     array(motor, 0x6009, {0, 1 << bit}, 4)(&snapshot);
     array(charger, 0x600B, {1 << bit}, 4)(&snapshot);
-    QCOMPARE(found(judge(snapshot)),
-             (QStringList{QStringLiteral("4|alarm|fault|Alarm of part 2: %1.").arg(words),
-                          QStringLiteral("3|warning|warning|Warning: %1.").arg(words)}));
+    QCOMPARE(
+        found(judge(snapshot)),
+        (QStringList{QStringLiteral("4|alarm|fault|Alarm of part %2: %1.").arg(words, QStringLiteral("2")),
+                     QStringLiteral("3|warning|warning|Warning: %1.").arg(words)}));
 }
 
 void tst_ShippedRules::errorRegisterBits_data()

@@ -103,8 +103,9 @@ void tst_Report::badFileWritesNothing()
     const QString vehicle = writeExchange(path("v.dxxml"), "<node ");
     const Result result = run({s("report"), vehicle, s("--output"), path("r")});
     QCOMPARE(result.status, 5);
-    QVERIFY2(result.errors.startsWith(s("The file %1 is neither a snapshot nor an exchange file: ").arg(vehicle)),
-             qPrintable(result.errors));
+    QVERIFY2(
+        result.errors.startsWith(s("The file %1 is neither a snapshot nor an exchange file: ").arg(vehicle)),
+        qPrintable(result.errors));
     QVERIFY(!QDir(path("r")).exists());
 }
 

@@ -237,7 +237,8 @@ void tst_Show::badFiles_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("sentence"); // %1 is the file
     QTest::newRow("missing") << QByteArray() << s("The file %1 cannot be read: ");
-    QTest::newRow("no XML") << QByteArray("hello") << s("The file %1 is neither a snapshot nor an exchange file: ");
+    QTest::newRow("no XML") << QByteArray("hello")
+                            << s("The file %1 is neither a snapshot nor an exchange file: ");
     QTest::newRow("another document")
         << QByteArray("<html></html>") << s("The file %1 is neither a snapshot nor an exchange file: ");
     QTest::newRow("broken off") << QByteArray("<nodes><node nodeid=\"5\">")

@@ -10,8 +10,8 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
 {
     QString error;
-    const std::optional<Snapshot> snapshot
-        = SnapshotFile::fromJson(QByteArray(reinterpret_cast<const char *>(data), static_cast<int>(size)), &error);
+    const std::optional<Snapshot> snapshot = SnapshotFile::fromJson(
+        QByteArray(reinterpret_cast<const char *>(data), static_cast<int>(size)), &error);
     require(snapshot.has_value() == error.isEmpty());
     if (!snapshot)
         return 0;

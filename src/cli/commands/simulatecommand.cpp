@@ -90,8 +90,9 @@ ExitStatus runSimulateCommand(const QStringList &arguments)
         Tr::tr("Puts a simulated vehicle on a bus: a shipped one by its name, a vehicle file, or "
                "what a snapshot or an exchange file holds."));
     options.addBusOptions();
-    options.addPositional(QStringLiteral("VEHICLE"),
-                          Tr::tr("A name such as pedelec or full-bus, FILE.json, FILE.dxsnap or FILE.dxxml."));
+    options.addPositional(
+        QStringLiteral("VEHICLE"),
+        Tr::tr("A name such as pedelec or full-bus, FILE.json, FILE.dxsnap or FILE.dxxml."));
     if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;
 

@@ -12,7 +12,8 @@
 
 void VehicleSource::addOptions(CommandArguments &options)
 {
-    options.addPositional(QStringLiteral("FILE"), tr("A snapshot (.dxsnap) or exchange file (.dxxml). Without it --bus is read."),
+    options.addPositional(QStringLiteral("FILE"),
+                          tr("A snapshot (.dxsnap) or exchange file (.dxxml). Without it --bus is read."),
                           CommandArguments::Presence::Optional);
     options.addBusOptions(CommandArguments::Presence::Optional);
     BusRead::addOptions(options);
