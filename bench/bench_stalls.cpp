@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 // How long the window keeps a click waiting, at worst. The simulated vehicle runs in the same thread and counts too.
 #include "stallwatch.h"
+#include "vehiclesnapshot.h"
 
+#include <archive/archive.h>
 #include <host/core/hostservices.h>
 #include <host/core/pluginsession.h>
 #include <host/mainwindow.h>
+#include <host/pages/checkupsession.h>
 #include <interface/dxplugininterface.h>
 #include <interpreter/readlist.h>
 #include <simulator/simulateddevice.h>
@@ -18,15 +21,19 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QDateTime>
 #include <QElapsedTimer>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QThread>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdlib>
 #include <functional>
 #include <vector>
@@ -83,9 +90,9 @@ private:
 class Window
 {
 public:
-    Window()
+    explicit Window(const Simulator::VehicleDescription &vehicle = loadVehicle())
         : m_bus(std::make_shared<Simulator::SimulatedBus>(0))
-        , m_vehicle(loadVehicle())
+        , m_vehicle(vehicle)
         , m_vehicleOnBus(&m_vehicle, m_bus.get())
         , m_session(&m_services)
     {
@@ -98,6 +105,8 @@ public:
         if (!errors.isEmpty())
             qFatal("%s", qUtf8Printable(errors.first()));
         m_window = std::make_unique<MainWindow>(&m_services, &m_session);
+        m_window->checkup().setRules(RuleSet::load({QStringLiteral(RULE_FOLDER)}));
+        m_window->checkup().setSharePercent(100);
         m_window->showPlugins();
         m_window->show();
         m_vehicle.start();
@@ -129,9 +138,10 @@ public:
 
     void press(const char *button) { m_window->findChild<QPushButton *>(QLatin1String(button))->click(); }
     void openFile(const QString &fileName) { m_window->openFile(fileName); }
+    void trigger(const char *action) { m_window->findChild<QAction *>(QLatin1String(action))->trigger(); }
     Simulator::SimulatedBus *bus() { return m_bus.get(); }
+    MainWindow &window() { return *m_window; }
 
-private:
     static Simulator::VehicleDescription loadVehicle()
     {
         QString error;
@@ -142,6 +152,7 @@ private:
         return *vehicle;
     }
 
+private:
     std::shared_ptr<Simulator::SimulatedBus> m_bus;
     Simulator::Vehicle m_vehicle;
     Simulator::VehicleOnBus m_vehicleOnBus;
@@ -347,6 +358,96 @@ QByteArray compressed(const QByteArray &text)
     deflateEnd(&stream);
     return result;
 }
+
+/*! 127 times the battery with the most to say. */
+Simulator::VehicleDescription crowd()
+{
+    constexpr quint8 battery = 2;
+    Simulator::VehicleDescription vehicle = Window::loadVehicle();
+    const auto model
+        = std::find_if(vehicle.nodes.cbegin(), vehicle.nodes.cend(),
+                       [](const Simulator::NodeDescription &node) { return node.id == battery; });
+    const Simulator::NodeDescription one = *model;
+    vehicle.nodes.clear();
+    for (int id = 1; id <= nodeCount; ++id) {
+        Simulator::NodeDescription node = one;
+        node.id = static_cast<quint8>(id);
+        node.behaviours.clear();
+        node.dictionary.setValue({0x1018, 4}, id);
+        vehicle.nodes.append(node);
+    }
+    return vehicle;
+}
+
+/*! An archive of its own for a benchmark. */
+class OwnArchive
+{
+public:
+    OwnArchive() { qputenv("DRAXEL_ARCHIVE", fileName().toLocal8Bit()); }
+    QString fileName() const { return m_folder.filePath(QStringLiteral("bench.dxarchive")); }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+/*! Check-ups of 127 nodes, from the button until it is judged, kept, and, from the second on, compared. */
+void checkupOf127(benchmark::State &state)
+{
+    const OwnArchive archive;
+    Window window(crowd());
+    for (auto _ : state) {
+        StallWatch watch;
+        window.trigger("actionQuickCheckup");
+        while (window.window().checkup().isRunning()
+               || window.window().checkup().kept() == CheckupSession::Kept::Asked)
+            Window::pass(settlingTime);
+        Window::pass(3 * settlingTime);
+        report(watch, &state);
+        state.counters["values"] = window.window().checkup().record().snapshot.valueCount();
+    }
+}
+BENCHMARK(checkupOf127)->Iterations(3)->Unit(benchmark::kMillisecond);
+
+/*! The page of an archive with 10 000 visits: shown, searched, a vehicle and a visit of it opened. */
+void archiveOf10000(benchmark::State &state)
+{
+    const OwnArchive place;
+    constexpr int visitsOfVehicle = 20;
+    bool isNumber = false;
+    const int fromOutside = qEnvironmentVariableIntValue("ARCHIVE_VISITS", &isNumber);
+    const int visits = isNumber ? fromOutside : 10000;
+    {
+        Archive archive;
+        QString error;
+        const auto address = ArchiveAddress::parse(place.fileName(), &error);
+        VehicleSnapshots snapshots(QStringLiteral("full-bus"));
+        bool isGood = address && archive.open(*address, Archive::Missing::Make, &error);
+        for (int i = 0; i < visits && isGood; ++i)
+            isGood
+                = archive.add(snapshots.visit(i / visitsOfVehicle, i % visitsOfVehicle), std::nullopt, &error)
+                      .has_value();
+        if (!isGood)
+            qFatal("%s", qUtf8Printable(error));
+    }
+    Window window;
+    for (auto _ : state) {
+        StallWatch watch;
+        window.trigger("actionPageArchive");
+        Window::pass(answerTime);
+        auto *search = window.window().findChild<QLineEdit *>(QStringLiteral("archiveSearch"));
+        search->setText(QStringLiteral("1"));
+        Window::pass(answerTime);
+        search->clear();
+        Window::pass(answerTime);
+        window.window().findChild<QTableView *>(QStringLiteral("vehicleTable"))->selectRow(3);
+        Window::pass(answerTime);
+        window.press("visitOpen");
+        Window::pass(answerTime);
+        report(watch, &state);
+        state.counters["visits"] = visits;
+    }
+}
+BENCHMARK(archiveOf10000)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 QByteArray inChunksOfOneByte(int count)
 {

@@ -42,6 +42,8 @@ Severity severityOf(const ReadSummary &summary)
     case ReadSummary::End::Disconnected:
     case ReadSummary::End::Cancelled:
         return Severity::Information;
+    case ReadSummary::End::Refused:
+        return Severity::Warning;
     case ReadSummary::End::NothingAsked:
     case ReadSummary::End::NoAnswer:
     case ReadSummary::End::NotSent:

@@ -45,8 +45,9 @@ CommandLine::CommandLine()
     m_parser.addOption(
         {s(pluginsOption), Tr::tr("Load the plug-ins of this folder."), QStringLiteral("DIR")});
     m_parser.addOption({s(verboseOption), Tr::tr("Write the debug lines of plug-ins to the terminal.")});
-    m_parser.addPositionalArgument(QStringLiteral("file"), Tr::tr("Show the values of this exchange file."),
-                                   QStringLiteral("[FILE.dxxml]"));
+    m_parser.addPositionalArgument(QStringLiteral("file"),
+                                   Tr::tr("Show the vehicle of this file (.dxsnap or .dxxml)."),
+                                   QStringLiteral("[FILE]"));
 }
 
 bool CommandLine::asksForText(const QStringList &arguments)

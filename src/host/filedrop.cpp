@@ -17,9 +17,9 @@ QString draggedFile(const QMimeData &data)
 
 } // namespace
 
-FileDrop::FileDrop(QWidget *window, const QString &suffix)
+FileDrop::FileDrop(QWidget *window, const Filter &isTaken)
     : QObject(window)
-    , m_suffix(suffix)
+    , m_isTaken(isTaken)
 {
     window->setAcceptDrops(true);
     window->installEventFilter(this);
@@ -32,7 +32,7 @@ bool FileDrop::eventFilter(QObject *object, QEvent *event)
         return QObject::eventFilter(object, event);
     auto *drop = static_cast<QDropEvent *>(event);
     const QString file = draggedFile(*drop->mimeData());
-    if (!file.endsWith(m_suffix, Qt::CaseInsensitive))
+    if (file.isEmpty() || !m_isTaken(file))
         return QObject::eventFilter(object, event);
     drop->acceptProposedAction();
     // The sender of the drag waits until this returns.

@@ -3,6 +3,8 @@
 
 #include <QObject>
 
+#include <functional>
+
 class QWidget;
 
 /*! Lets one file be dropped on a window. */
@@ -11,8 +13,10 @@ class FileDrop : public QObject
     Q_OBJECT
 
 public:
-    /*! Belongs to \a window. Files are taken whose names end in \a suffix. */
-    FileDrop(QWidget *window, const QString &suffix);
+    using Filter = std::function<bool(const QString &fileName)>;
+
+    /*! Belongs to \a window. Files are taken of which \a isTaken says so. */
+    FileDrop(QWidget *window, const Filter &isTaken);
 
     bool eventFilter(QObject *object, QEvent *event) override;
 
@@ -20,5 +24,5 @@ signals:
     void dropped(const QString &fileName);
 
 private:
-    QString m_suffix;
+    Filter m_isTaken;
 };

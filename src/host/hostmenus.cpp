@@ -96,6 +96,14 @@ HostMenus::HostMenus(QMainWindow *window, PluginActions *plugin)
     m_bus->addActions({plugin->action(Kind::Read), cancelRead});
     m_bus->addSeparator();
     m_bus->addAction(patience);
+    for (const char *name : {"actionPageOverview", "actionPageCheckup", "actionPageArchive"}) {
+        const int number = m_pages.size();
+        QAction *page = makeAction(name, QKeySequence(Qt::CTRL + Qt::Key_1 + number));
+        connect(page, &QAction::triggered, this, [this, number] { emit pageChosen(number); });
+        m_pages.append(page);
+        m_view->addAction(page);
+    }
+    m_view->addSeparator();
     m_view->addAction(resetLayout);
     m_help->addAction(keyList);
     m_help->addSeparator();
@@ -110,7 +118,7 @@ HostMenus::HostMenus(QMainWindow *window, PluginActions *plugin)
 
     connect(m_languages, &QActionGroup::triggered, this,
             [this](const QAction *action) { emit languageChosen(action->data().toString()); });
-    showState(BusConnection::State::Disconnected, false);
+    showState(BusConnection::State::Disconnected, false, false);
     retranslate();
 }
 
@@ -155,13 +163,24 @@ void HostMenus::setMessagesAction(QAction *action)
     m_view->insertAction(resetLayout, action);
 }
 
-void HostMenus::showState(BusConnection::State state, bool isReading)
+void HostMenus::addCheckup(QAction *checkup, QAction *save, QAction *report)
+{
+    using Kind = PluginActions::Kind;
+    checkup->setShortcut(QKeySequence(Qt::Key_F6));
+    save->setShortcut(QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_S));
+    report->setShortcut(QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_P));
+    m_bus->insertAction(cancelRead, checkup);
+    QAction *behind = m_file->actions().at(m_file->actions().indexOf(m_plugin->action(Kind::SaveReport)) + 1);
+    m_file->insertActions(behind, {save, report});
+}
+
+void HostMenus::showState(BusConnection::State state, bool isReading, bool isCheckingUp)
 {
     const bool isClosed = state == BusConnection::State::Disconnected;
     connectBus->setEnabled(isClosed);
     disconnectBus->setEnabled(!isClosed);
     refreshInterfaces->setEnabled(isClosed);
-    cancelRead->setEnabled(isReading);
+    cancelRead->setEnabled(isReading || isCheckingUp);
     m_plugin->setBusState(state == BusConnection::State::Connected, isReading);
     m_recent->setEnabled(!m_recent->isEmpty() && m_plugin->action(PluginActions::Kind::Open)->isEnabled());
 }
@@ -185,6 +204,9 @@ void HostMenus::retranslate()
     patience->setText(tr("&Patience with slow nodes..."));
 
     m_view->setTitle(tr("&View"));
+    m_pages.at(0)->setText(tr("&Overview"));
+    m_pages.at(1)->setText(tr("&Check-up page"));
+    m_pages.at(2)->setText(tr("&Archive"));
     resetLayout->setText(tr("&Reset layout"));
 
     m_language->setTitle(tr("&Language"));

@@ -37,7 +37,11 @@ public:
     /*! An action that shows and hides the messages, as its dock gives it. */
     void setMessagesAction(QAction *action);
 
-    void showState(BusConnection::State state, bool isReading);
+    /*! What the page of the check-up offers. */
+    void addCheckup(QAction *checkup, QAction *save, QAction *report);
+
+    /*! \a isReading: a plug-in; \a isCheckingUp: the host itself. */
+    void showState(BusConnection::State state, bool isReading, bool isCheckingUp);
     void retranslate();
 
     /*! What can be pressed, as "Ctrl+K" and what it does. */
@@ -58,6 +62,8 @@ signals:
     /*! Empty: that of the system. */
     void languageChosen(const QString &language);
     void recentFileChosen(const QString &fileName);
+    /*! 0: that of the plug-ins, 1: check-up, 2: archive. */
+    void pageChosen(int number);
 
 private:
     QAction *makeAction(const char *name, const QKeySequence &shortcut = QKeySequence());
@@ -71,6 +77,7 @@ private:
     QMenu *m_language;
     QMenu *m_help;
     QActionGroup *m_languages;
+    QVector<QAction *> m_pages;
     QAction *m_systemLanguage = nullptr;
     QAction *m_messages = nullptr;
 };

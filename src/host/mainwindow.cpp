@@ -3,8 +3,10 @@
 
 #include "boxes.h"
 #include "busreport.h"
+#include "checkupfiles.h"
 #include "connectionbar.h"
 #include "filedrop.h"
+#include "filefolder.h"
 #include "helpboxes.h"
 #include "hostmenus.h"
 #include "lightpalette.h"
@@ -23,7 +25,12 @@
 #include <host/core/languagesetting.h>
 #include <host/core/pluginsession.h>
 #include <host/core/recentfiles.h>
+#include <host/core/vehiclerecords.h>
 #include <host/core/vehiclewatch.h>
+#include <host/pages/archivepage.h>
+#include <host/pages/checkuppage.h>
+#include <host/pages/checkupsession.h>
+#include <host/pages/checkupwords.h>
 
 #include <QAction>
 #include <QApplication>
@@ -41,8 +48,15 @@
 
 namespace {
 
-constexpr int leastHeight = 40;   // pixels of the plug-in's page and of the messages, on a very small screen
+constexpr int leastHeight = 40;   // pixels of a page, on a very small screen
+constexpr int leastMessages = 18; // pixels of the messages there
 constexpr int noticeTime = 10000; // ms that what was done stands in the status bar
+
+/*! What snapshots are said to be made by. */
+QString programName()
+{
+    return QCoreApplication::applicationName() + QLatin1Char(' ') + QCoreApplication::applicationVersion();
+}
 
 /*! Scroll bars where the screen is too small for \a page. */
 QScrollArea *makeScrollable(QWidget *page, QWidget *parent)
@@ -60,9 +74,15 @@ QScrollArea *makeScrollable(QWidget *page, QWidget *parent)
 MainWindow::MainWindow(HostServices *services, PluginSession *session, QWidget *parent)
     : QMainWindow(parent)
     , m_services(services)
-    , m_session(session)
+    , m_plugins(session)
+    , m_records(new VehicleRecords(services, programName(), this))
+    , m_session(new CheckupSession(services, m_records, this))
     , m_bar(new ConnectionBar(this))
     , m_pages(new QTabWidget(this))
+    , m_checkup(new CheckupPage(m_session))
+    , m_checkupTab(makeScrollable(m_checkup, m_pages))
+    , m_archive(new ArchivePage(m_records, m_session))
+    , m_archiveTab(makeScrollable(m_archive, m_pages))
     , m_placeholder(new QLabel(this))
     , m_status(new StatusLine(services, this))
     , m_log(new MessageLog(this))
@@ -73,6 +93,7 @@ MainWindow::MainWindow(HostServices *services, PluginSession *session, QWidget *
     , m_menus(new HostMenus(this, m_pluginActions))
     , m_files(new VehicleFiles(&m_vehicle, this))
     , m_reportFiles(new ReportFiles(m_pluginActions, this))
+    , m_checkupFiles(new CheckupFiles(m_session, this))
 {
     setObjectName(QStringLiteral("MainWindow"));
     keepProgramLight();
@@ -80,6 +101,8 @@ MainWindow::MainWindow(HostServices *services, PluginSession *session, QWidget *
     connectMenus();
     connectFiles();
     connectReport();
+    connectCheckup();
+    connectRecords();
     new VehicleWatch(services, &m_vehicle, this);
 
     BusConnection &bus = services->bus();
@@ -88,9 +111,9 @@ MainWindow::MainWindow(HostServices *services, PluginSession *session, QWidget *
     connect(&bus, &BusConnection::stateChanged, m_bar, &ConnectionBar::showState);
     connect(&bus, &BusConnection::stateChanged, this, &MainWindow::showBusState);
     connect(&services->reads(), &ReadObserver::phaseChanged, this, &MainWindow::showBusState);
-    connect(m_status, &StatusLine::cancelRequested, services, &HostServices::cancelRead);
+    connect(m_status, &StatusLine::cancelRequested, this, &MainWindow::cancel);
     connect(m_report, &BusReport::noticed, m_status, &StatusLine::showNotice);
-    connect(m_pages, &QTabWidget::currentChanged, this, &MainWindow::showActivePlugin);
+    connect(m_pages, &QTabWidget::currentChanged, this, &MainWindow::showPage);
     connect(qApp, &QGuiApplication::paletteChanged, this, [] { keepProgramLight(); });
 
     retranslate();
@@ -107,36 +130,36 @@ MainWindow::~MainWindow()
 
 void MainWindow::showPlugins()
 {
-    const QVector<PluginSession::Plugin> &plugins = m_session->plugins();
+    const QVector<PluginSession::Plugin> &plugins = m_plugins->plugins();
     for (const PluginSession::Plugin &plugin : plugins) {
         // One page for each plug-in, so that the numbers of pages and plug-ins agree.
         QWidget *page = plugin.widget != nullptr
                             ? plugin.widget
                             : new QLabel(tr("%1 has no window.").arg(plugin.library.name), m_pages);
         const int index = m_pages->insertTab(m_pages->indexOf(m_placeholder), makeScrollable(page, m_pages),
-                                             plugin.library.name);
+                                             plugins.size() == 1 ? tr("Overview") : plugin.library.name);
         m_pages->setTabToolTip(index, plugin.library.description);
     }
     if (!plugins.isEmpty()) {
         m_pages->removeTab(m_pages->indexOf(m_placeholder));
         m_placeholder->hide();
         m_pages->setCurrentIndex(0);
-        showActivePlugin(0);
+        showPage(0);
     }
 }
 
 void MainWindow::openFile(const QString &fileName)
 {
-    if (m_files->isAvailable())
-        m_files->openFile(fileName);
+    if (m_session->isRunning())
+        showError(tr("A check-up is running. Wait for its end or cancel it (Esc), then open the file."));
     else
-        showError(tr("%1 cannot be opened: no plug-in that shows it is loaded.")
-                      .arg(QDir::toNativeSeparators(fileName)));
+        m_files->openFile(fileName);
 }
 
 void MainWindow::setLanguages(LanguageSetting *languages, const QString &chosen)
 {
     m_languages = languages;
+    m_session->setLanguage(languages->current());
     m_menus->setLanguages(languages->available(), chosen);
 }
 
@@ -166,6 +189,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
 {
     if (!m_mayClose && m_vehicle.isUnsaved() && m_files->isAvailable()) {
         event->ignore();
+        m_session->cancel();
         m_services->cancelRead(); // or the values could not be saved
         m_files->whenKept([this] {
             m_mayClose = true;
@@ -173,6 +197,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
         });
         return;
     }
+    m_session->cancel(); // what was read is kept
     saveSettings();
     // A read that is under way ends by this; it goes on in its slot below until then, so nothing is destroyed
     // here.
@@ -184,6 +209,7 @@ void MainWindow::retranslate()
 {
     showVehicle();
     m_menus->retranslate();
+    showCheckupState();
     m_dock->setWindowTitle(tr("Messages"));
     m_dock->toggleViewAction()->setText(tr("&Messages"));
     m_placeholder->setText(
@@ -200,6 +226,8 @@ void MainWindow::build()
     m_pages->setDocumentMode(true);
     m_pages->setTabBarAutoHide(true);
     m_pages->addTab(m_placeholder, QString());
+    m_pages->addTab(m_checkupTab, QString());
+    m_pages->addTab(m_archiveTab, QString());
 
     auto *centre = new QWidget(this);
     auto *layout = new QVBoxLayout(centre);
@@ -214,7 +242,7 @@ void MainWindow::build()
 
     m_dock->setObjectName(QStringLiteral("messagesDock"));
     m_dock->setAllowedAreas(Qt::TopDockWidgetArea | Qt::BottomDockWidgetArea);
-    m_panel->setMinimumHeight(leastHeight);
+    m_panel->setMinimumHeight(leastMessages);
     m_dock->setWidget(m_panel);
     addDockWidget(Qt::BottomDockWidgetArea, m_dock);
 }
@@ -228,7 +256,7 @@ void MainWindow::connectMenus()
     connect(m_menus->connectBus, &QAction::triggered, this, &MainWindow::connectToChosenBus);
     connect(m_menus->disconnectBus, &QAction::triggered, &m_services->bus(),
             &BusConnection::disconnectFromBus);
-    connect(m_menus->cancelRead, &QAction::triggered, m_services, &HostServices::cancelRead);
+    connect(m_menus->cancelRead, &QAction::triggered, this, &MainWindow::cancel);
     connect(m_menus->refreshInterfaces, &QAction::triggered, m_bar, &ConnectionBar::refreshInterfaces);
     connect(m_menus->patience, &QAction::triggered, this, &MainWindow::choosePatience);
     connect(m_menus->resetLayout, &QAction::triggered, this, [this] { WindowLayout(this, m_dock).reset(); });
@@ -237,7 +265,7 @@ void MainWindow::connectMenus()
             [this] { HelpBoxes::showKeyList(this, m_menus->shortcuts()); });
     connect(m_menus->about, &QAction::triggered, this, [this] {
         QStringList names;
-        for (const PluginSession::Plugin &plugin : m_session->plugins())
+        for (const PluginSession::Plugin &plugin : m_plugins->plugins())
             names.append(plugin.library.name + QLatin1Char(' ') + plugin.library.version);
         HelpBoxes::showAbout(this, names);
     });
@@ -248,12 +276,11 @@ void MainWindow::connectFiles()
 {
     using Kind = PluginActions::Kind;
     QAction *open = m_pluginActions->action(Kind::Open);
-    connect(open, &QAction::triggered, this,
-            [this] { m_files->isAvailable() ? m_files->open() : m_pluginActions->press(Kind::Open); });
+    connect(open, &QAction::triggered, this, [this] { openChosen(); });
     connect(m_pluginActions->action(Kind::Export), &QAction::triggered, this,
             [this] { m_files->isAvailable() ? m_files->save() : m_pluginActions->press(Kind::Export); });
     connect(m_menus, &HostMenus::recentFileChosen, this, &MainWindow::openFile);
-    connect(new FileDrop(this, QStringLiteral(".dxxml")), &FileDrop::dropped, this,
+    connect(new FileDrop(this, &VehicleFiles::isVehicleFile), &FileDrop::dropped, this,
             [this, open](const QString &fileName) {
                 if (open->isEnabled())
                     openFile(fileName);
@@ -274,6 +301,87 @@ void MainWindow::connectReport()
             [this](const QString &sentence) { tell(MessageLog::Severity::Information, sentence); });
     connect(m_reportFiles, &ReportFiles::missed, this,
             [this](const QString &sentence) { tell(MessageLog::Severity::Warning, sentence); });
+}
+
+void MainWindow::connectCheckup()
+{
+    m_menus->addCheckup(m_checkup->checkupAction(), m_checkup->saveAction(), m_checkup->reportAction());
+    connect(m_menus, &HostMenus::pageChosen, this, &MainWindow::choosePage);
+    connect(m_session, &CheckupSession::changed, this, [this] {
+        showCheckupState();
+        if (m_session->isRunning())
+            m_pages->setCurrentWidget(m_checkupTab);
+    });
+    connect(m_session, &CheckupSession::nodesChanged, this, &MainWindow::showCheckupState);
+    connect(m_session, &CheckupSession::rulesRefused, this, [this](const QStringList &problems) {
+        for (const QString &problem : problems)
+            m_log->add(MessageLog::Severity::Warning, problem);
+    });
+    connect(m_checkup, &CheckupPage::openRequested, this, &MainWindow::openChosen);
+    connect(m_checkup, &CheckupPage::saveRequested, m_checkupFiles, &CheckupFiles::save);
+    connect(m_checkup, &CheckupPage::compareFileRequested, m_checkupFiles, &CheckupFiles::compareWithFile);
+    connect(m_checkup, &CheckupPage::reportRequested, m_checkupFiles, &CheckupFiles::writeReport);
+    connect(m_checkup, &CheckupPage::notesRequested, m_checkupFiles, &CheckupFiles::askForNotes);
+    connect(m_checkupFiles, &CheckupFiles::failed, this, &MainWindow::showError);
+    connect(m_checkupFiles, &CheckupFiles::succeeded, this,
+            [this](const QString &sentence) { tell(MessageLog::Severity::Information, sentence); });
+    connect(m_session, &CheckupSession::finished, this, [this] {
+        m_log->add(MessageLog::Severity::Information,
+                   tr("Check-up finished. %1").arg(CheckupWords::verdict(m_session->record())));
+    });
+    connect(m_files, &VehicleFiles::opened, this, [this](const Snapshot &snapshot, const QString &fileName) {
+        m_session->showFile(snapshot, fileName);
+        if (snapshot.scope != SnapshotScope::Imported) // a check-up
+            m_pages->setCurrentWidget(m_checkupTab);
+    });
+}
+
+/*! Shows a visit on the page of the check-up, and what an exchange file can hold of it in the plug-in. */
+void MainWindow::showVisit(const Snapshot &snapshot, qint64 visitId)
+{
+    if (m_session->isRunning()) {
+        showError(tr("A check-up is running. Wait for its end or cancel it (Esc), then open the visit."));
+        return;
+    }
+    m_files->whenKept([this, snapshot, visitId] {
+        m_session->showVisit(snapshot, visitId);
+        m_pages->setCurrentWidget(m_checkupTab);
+        QMetaObject::invokeMethod(
+            this,
+            [this, snapshot] {
+                m_files->showSnapshot(snapshot, CheckupWords::fileName(m_session->record()));
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void MainWindow::connectRecords()
+{
+    m_archive->setFolder(&FileFolder::start);
+    connect(m_archive, &ArchivePage::openRequested, this, &MainWindow::showVisit);
+    connect(m_archive, &ArchivePage::reportRequested, this, [this](const Snapshot &snapshot, qint64 visitId) {
+        showVisit(snapshot, visitId);
+        m_checkupFiles->writeReport();
+    });
+    connect(m_archive, &ArchivePage::failed, this, &MainWindow::showError);
+    connect(m_archive, &ArchivePage::succeeded, this,
+            [this](const QString &sentence) { tell(MessageLog::Severity::Information, sentence); });
+    using End = VehicleRecords::Keeping::End;
+    connect(m_records, &VehicleRecords::readKept, this, [this](const VehicleRecords::Keeping &keeping) {
+        if (keeping.end == End::Waiting)
+            m_log->add(MessageLog::Severity::Warning,
+                       tr("The read waits on this computer for the archive: %1").arg(keeping.reason));
+        else if (keeping.end == End::Lost)
+            m_log->add(MessageLog::Severity::Error,
+                       tr("The read could not be kept, save it as a file: %1").arg(keeping.reason));
+    });
+    connect(m_records, &VehicleRecords::openFailed, this, [this](const QString &reason) {
+        m_log->add(MessageLog::Severity::Warning, tr("The archive cannot be opened: %1").arg(reason));
+    });
+    connect(m_records, &VehicleRecords::delivered, this, [this](int count) {
+        m_log->add(MessageLog::Severity::Information,
+                   tr("%n visit(s) that had waited are in the archive now.", nullptr, count));
+    });
 }
 
 void MainWindow::restoreSettings()
@@ -319,23 +427,58 @@ void MainWindow::checkSettingsFile()
 
 void MainWindow::showBusState()
 {
-    m_menus->showState(m_services->bus().state(), m_services->reads().isReading());
+    m_menus->showState(m_services->bus().state(), m_services->reads().isReading(), m_session->isRunning());
 }
 
-void MainWindow::showActivePlugin(int index)
+/*! Files and reports stay with the plug-in that was shown last. */
+void MainWindow::showPage(int index)
 {
-    const bool isPlugin = index >= 0 && m_pages->widget(index) != m_placeholder;
-    if (isPlugin)
-        m_session->setActivePlugin(index);
-    const QWidget *page = isPlugin ? m_pages->widget(index) : nullptr;
-    m_pluginActions->setPage(page);
-    m_files->setPage(page);
+    const QWidget *page = m_pages->widget(index);
+    const bool isPlugin
+        = page != nullptr && page != m_placeholder && page != m_checkupTab && page != m_archiveTab;
+    m_plugins->setActivePlugin(isPlugin ? index : -1);
+    if (isPlugin) {
+        m_pluginActions->setPage(page);
+        m_files->setPage(page);
+        m_lastPlugin = index;
+    }
     showRecentFiles();
+}
+
+/*! 0 is that of the plug-in that was shown last; the host's own follow. */
+void MainWindow::choosePage(int number)
+{
+    QWidget *const pages[] = {m_pages->widget(m_lastPlugin), m_checkupTab, m_archiveTab};
+    m_pages->setCurrentWidget(pages[number]);
+}
+
+void MainWindow::showCheckupState()
+{
+    const bool isRunning = m_session->isRunning();
+    const SnapshotProgress progress = m_session->progress();
+    const int percent = progress.total > 0 ? int(qint64(progress.asked) * 100 / progress.total) : 0;
+    m_pages->setTabText(m_pages->indexOf(m_checkupTab),
+                        isRunning ? tr("Check-up (%1 %)").arg(percent) : tr("Check-up"));
+    m_pages->setTabText(m_pages->indexOf(m_archiveTab), tr("Archive"));
+    showBusState();
+}
+
+void MainWindow::cancel()
+{
+    if (m_session->isRunning())
+        m_session->cancel();
+    else
+        m_services->cancelRead();
+}
+
+void MainWindow::openChosen()
+{
+    m_files->open();
 }
 
 void MainWindow::showRecentFiles()
 {
-    m_menus->setRecentFiles(m_files->isAvailable() ? RecentFiles::load() : QStringList());
+    m_menus->setRecentFiles(RecentFiles::load());
 }
 
 void MainWindow::showVehicle()
@@ -356,7 +499,15 @@ void MainWindow::tell(MessageLog::Severity severity, const QString &sentence)
 
 void MainWindow::startRead()
 {
-    const auto read = [this] { m_pluginActions->press(PluginActions::Kind::Read); };
+    if (m_session->isRunning()) {
+        tell(MessageLog::Severity::Warning,
+             tr("A check-up is using the bus. Wait for its end or cancel it (Esc), then read again."));
+        return;
+    }
+    const auto read = [this] {
+        m_pages->setCurrentIndex(m_lastPlugin);
+        m_pluginActions->press(PluginActions::Kind::Read);
+    };
     const QStringList obstacles = m_report->obstacles();
     if (obstacles.isEmpty())
         read();
@@ -377,6 +528,7 @@ void MainWindow::chooseLanguage(const QString &language)
     const QString effective
         = language.isEmpty() ? m_languages->bestOf(QLocale::system().uiLanguages()) : language;
     m_languages->apply(effective);
+    m_plugins->setLanguage(effective);
     m_session->setLanguage(effective);
     checkSettingsFile();
 }

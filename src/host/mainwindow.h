@@ -9,7 +9,11 @@
 
 #include <QMainWindow>
 
+class ArchivePage;
 class BusReport;
+class CheckupFiles;
+class CheckupPage;
+class CheckupSession;
 class ConnectionBar;
 class HostMenus;
 class HostServices;
@@ -23,9 +27,11 @@ class QTabWidget;
 class ReportFiles;
 class StatusLine;
 class VehicleFiles;
+class VehicleRecords;
+struct Snapshot;
 
-/*! The host's window: the connection bar above the plug-ins' windows, the messages and the status of the bus
- *  below. It only puts its parts together.
+/*! The host's window: the connection bar above the pages, those of the plug-ins and its own, the messages and the status
+ *  of the bus below. It only puts its parts together.
  */
 class MainWindow : public QMainWindow
 {
@@ -56,6 +62,8 @@ public:
     MessageLog &messages() { return *m_log; }
     BusReport &report() { return *m_report; }
     ShownVehicle &vehicle() { return m_vehicle; }
+    CheckupSession &checkup() { return *m_session; }
+    VehicleRecords &records() { return *m_records; }
 
     /*! Shows \a sentence in a box; returns at once. */
     void showError(const QString &sentence);
@@ -69,12 +77,19 @@ private:
     void connectMenus();
     void connectFiles();
     void connectReport();
+    void connectCheckup();
+    void connectRecords();
     void retranslate();
     void restoreSettings();
     void saveSettings();
     void checkSettingsFile();
     void showBusState();
-    void showActivePlugin(int index);
+    void showPage(int index);
+    void choosePage(int number);
+    void showCheckupState();
+    void showVisit(const Snapshot &snapshot, qint64 visitId);
+    void cancel();
+    void openChosen();
     void startRead();
     void chooseLanguage(const QString &language);
     void choosePatience();
@@ -84,10 +99,16 @@ private:
     void tell(MessageLog::Severity severity, const QString &sentence);
 
     HostServices *m_services;
-    PluginSession *m_session;
+    PluginSession *m_plugins;
+    VehicleRecords *m_records;
+    CheckupSession *m_session;
     ConnectionBar *m_bar;
     ShownVehicle m_vehicle;
     QTabWidget *m_pages;
+    CheckupPage *m_checkup;
+    QWidget *m_checkupTab; // the page and what scrolls it
+    ArchivePage *m_archive;
+    QWidget *m_archiveTab;
     QLabel *m_placeholder;
     StatusLine *m_status;
     MessageLog *m_log;
@@ -98,7 +119,9 @@ private:
     HostMenus *m_menus;
     VehicleFiles *m_files;
     ReportFiles *m_reportFiles;
+    CheckupFiles *m_checkupFiles;
     LanguageSetting *m_languages = nullptr;
     PatienceSettings m_patience;
+    int m_lastPlugin = 0;    // the page that was shown last of the plug-ins'
     bool m_mayClose = false; // the user was asked about values that are in no file
 };

@@ -1,28 +1,36 @@
 // SPDX-License-Identifier: MIT
 #include "vehiclefiles.h"
 
-#include <host/core/hostsettings.h>
+#include "filefolder.h"
+
+#include <host/core/background.h>
 #include <host/core/recentfiles.h>
 #include <host/core/shownvehicle.h>
+#include <snapshot/savedvehicle.h>
+#include <snapshot/snapshotexchange.h>
+#include <snapshot/snapshotfile.h>
 #include <store/exchangefile.h>
 #include <store/nodestore.h>
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QSettings>
-#include <QStandardPaths>
+
+#include <algorithm>
 
 namespace {
 
 constexpr char suffix[] = "dxxml";
+constexpr QLatin1String fileEndings[] = {QLatin1String(".dxsnap"), QLatin1String(".dxxml")};
 
-QFileDialog *makeDialog(QWidget *window, const QString &name, const QString &title, const QString &folder)
+QFileDialog *makeDialog(QWidget *window, const QString &name, const QString &title, const QString &folder,
+                        const QString &filter)
 {
-    auto *dialog = new QFileDialog(window, title, folder, VehicleFiles::tr("Vehicle data (*.dxxml)"));
+    auto *dialog = new QFileDialog(window, title, folder, filter);
     dialog->setObjectName(name);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     return dialog;
@@ -33,6 +41,14 @@ bool isOther(const QString &fileName)
 {
     const QFileInfo info(fileName);
     return info.exists() && !info.isFile();
+}
+
+/*! By its beginning: names may say anything. */
+bool isSnapshot(const QString &fileName)
+{
+    constexpr qint64 looked = 4096;
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) && SnapshotFile::looksLikeSnapshot(file.read(looked));
 }
 
 } // namespace
@@ -49,10 +65,22 @@ void VehicleFiles::setPage(const QWidget *page)
     m_exchange = PluginExchange(page);
 }
 
+bool VehicleFiles::isVehicleFile(const QString &fileName)
+{
+    return std::any_of(std::begin(fileEndings), std::end(fileEndings), [&fileName](QLatin1String ending) {
+        return fileName.endsWith(ending, Qt::CaseInsensitive);
+    });
+}
+
+QString VehicleFiles::fileFilter()
+{
+    return tr("Vehicle data (*.dxsnap *.dxxml)");
+}
+
 void VehicleFiles::open()
 {
-    QFileDialog *dialog
-        = makeDialog(m_window, QStringLiteral("openDialog"), tr("Open saved vehicle data"), startFolder());
+    QFileDialog *dialog = makeDialog(m_window, QStringLiteral("openDialog"), tr("Open saved vehicle data"),
+                                     FileFolder::start(), fileFilter());
     dialog->setFileMode(QFileDialog::ExistingFile);
     connect(dialog, &QFileDialog::fileSelected, this, &VehicleFiles::openFile);
     dialog->open();
@@ -65,8 +93,8 @@ void VehicleFiles::openFile(const QString &fileName)
 
 void VehicleFiles::save(const Action &then)
 {
-    QFileDialog *dialog
-        = makeDialog(m_window, QStringLiteral("saveDialog"), tr("Save vehicle data"), startFolder());
+    QFileDialog *dialog = makeDialog(m_window, QStringLiteral("saveDialog"), tr("Save vehicle data"),
+                                     FileFolder::start(), tr("Vehicle data (*.dxxml)"));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix(QLatin1String(suffix));
     dialog->selectFile(m_vehicle->suggestedFileName());
@@ -106,6 +134,10 @@ void VehicleFiles::show(const QString &fileName)
         refuse(fileName, tr("%1 is not a file.").arg(QDir::toNativeSeparators(fileName)));
         return;
     }
+    if (isSnapshot(fileName)) {
+        openSnapshot(fileName);
+        return;
+    }
     QString text;
     QString reason;
     if (!loadExchangeFile(fileName, text, &reason)) {
@@ -125,12 +157,70 @@ void VehicleFiles::show(const QString &fileName)
 
 void VehicleFiles::showText(const QString &fileName, const QString &text, const NodeStore &store)
 {
+    const QDateTime time = exchangeDate(text);
+    if (!showInPlugin(fileName, text, store, time))
+        return;
+    Snapshot snapshot = SnapshotExchange::fromStore(store);
+    snapshot.time = time;
+    emit opened(snapshot, fileName);
+    noteOpened(fileName);
+}
+
+/*! A large one takes a while to read. */
+void VehicleFiles::openSnapshot(const QString &fileName)
+{
+    struct Loaded
+    {
+        std::optional<Snapshot> snapshot;
+        QString problem;
+        NodeStore store;
+        QString text; // for the plug-in
+    };
+    const auto load = [fileName] {
+        Loaded loaded;
+        loaded.snapshot = SavedVehicle::load(fileName, &loaded.problem);
+        if (loaded.snapshot) {
+            SnapshotExchange::fillStore(*loaded.snapshot, loaded.store);
+            loaded.text = exportToText(loaded.store, loaded.snapshot->time);
+        }
+        return loaded;
+    };
+    Background::run(this, load, [this, fileName](const Loaded &loaded) {
+        if (!loaded.snapshot) {
+            refuse(fileName, loaded.problem);
+            return;
+        }
+        if (!showInPlugin(fileName, loaded.text, loaded.store, loaded.snapshot->time))
+            return;
+        emit opened(*loaded.snapshot, fileName);
+        noteOpened(fileName);
+    });
+}
+
+void VehicleFiles::showSnapshot(const Snapshot &snapshot, const QString &name)
+{
+    NodeStore store;
+    SnapshotExchange::fillStore(snapshot, store);
+    showInPlugin(name, exportToText(store, snapshot.time), store, snapshot.time);
+}
+
+/*! Without a plug-in that takes part the other pages show it. */
+bool VehicleFiles::showInPlugin(const QString &fileName, const QString &text, const NodeStore &store,
+                                const QDateTime &time)
+{
+    if (!isAvailable())
+        return true;
     if (!m_exchange.show(text)) {
         refuse(fileName, tr("A file cannot be opened now. Is a read running?"));
-        return;
+        return false;
     }
-    m_vehicle->showFile(fileName, store, exchangeDate(text));
-    QSettings().setValue(HostSettings::folder, QFileInfo(fileName).absolutePath());
+    m_vehicle->showFile(fileName, store, time);
+    return true;
+}
+
+void VehicleFiles::noteOpened(const QString &fileName)
+{
+    FileFolder::remember(fileName);
     RecentFiles::add(fileName);
     emit recentChanged();
     emit succeeded(tr("Opened: %1").arg(QDir::toNativeSeparators(fileName)));
@@ -148,7 +238,7 @@ bool VehicleFiles::write(const QString &fileName)
         return false;
     }
     m_vehicle->noteSaved(fileName);
-    QSettings().setValue(HostSettings::folder, QFileInfo(fileName).absolutePath());
+    FileFolder::remember(fileName);
     RecentFiles::add(fileName);
     emit recentChanged();
     emit succeeded(tr("Saved: %1").arg(QDir::toNativeSeparators(fileName)));
@@ -164,16 +254,4 @@ void VehicleFiles::refuse(const QString &fileName, const QString &reason)
     emit failed(m_vehicle->source() == ShownVehicle::Source::None
                     ? reason
                     : reason + QLatin1String("\n\n") + tr("What was shown before is still shown."));
-}
-
-QString VehicleFiles::startFolder() const
-{
-    const QString folder = QSettings().value(HostSettings::folder).toString();
-    // What is not there would be taken for the name of a file.
-    for (const QString &candidate :
-         {folder, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}) {
-        if (QFileInfo(candidate).isDir())
-            return candidate;
-    }
-    return QDir::homePath();
 }

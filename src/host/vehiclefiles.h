@@ -3,6 +3,7 @@
 
 #include <host/core/pluginexchange.h>
 
+#include <QDateTime>
 #include <QObject>
 #include <QString>
 
@@ -11,9 +12,11 @@
 class NodeStore;
 class QWidget;
 class ShownVehicle;
+struct Snapshot;
 
 /*! Opens and saves the values of a plug-in as exchange files, and asks before values that are in no file get
- *  lost. A file is looked at before it replaces what is shown.
+ *  lost. A file is looked at before it replaces what is shown. Snapshots are opened too: the plug-in shows what of them an
+ *  exchange file can hold.
  *
  *  Dialogs are shown, not run: everything returns at once.
  */
@@ -41,6 +44,14 @@ public:
      */
     void openFile(const QString &fileName);
 
+    /*! Shows a snapshot that came from elsewhere; \a name is what it is called in its place in the title. */
+    void showSnapshot(const Snapshot &snapshot, const QString &name);
+
+    /*! Whether the name is that of a file that can be opened: .dxsnap, .dxxml */
+    static bool isVehicleFile(const QString &fileName);
+    /*! The kinds of files for a file dialog. */
+    static QString fileFilter();
+
     /*! Lets the user choose a name and saves the values; \a then follows when they are saved. */
     void save(const Action &then = Action());
 
@@ -48,6 +59,8 @@ public:
     void whenKept(const Action &proceed);
 
 signals:
+    /*! A file was opened, with what it holds. */
+    void opened(const Snapshot &snapshot, const QString &fileName);
     /*! What has been done, a sentence. */
     void succeeded(const QString &sentence);
     /*! What could not be done and why, for a box. */
@@ -57,10 +70,13 @@ signals:
 
 private:
     void show(const QString &fileName);
+    void openSnapshot(const QString &fileName);
+    bool showInPlugin(const QString &fileName, const QString &text, const NodeStore &store,
+                      const QDateTime &time);
+    void noteOpened(const QString &fileName);
     void showText(const QString &fileName, const QString &text, const NodeStore &store);
     bool write(const QString &fileName);
     void refuse(const QString &fileName, const QString &reason);
-    QString startFolder() const;
 
     ShownVehicle *m_vehicle;
     QWidget *m_window;

@@ -77,7 +77,7 @@ void tst_Draxel::helpNamesTheProgram()
     QFETCH(QString, option);
     const Result result = run({option}, QString());
     QCOMPARE(result.status, 0);
-    QVERIFY2(result.output.startsWith(QStringLiteral("Usage: draxel [options] [FILE.dxxml]\n")),
+    QVERIFY2(result.output.startsWith(QStringLiteral("Usage: draxel [options] [FILE]\n")),
              qPrintable(result.output));
     QVERIFY(!result.output.contains(QStringLiteral(DRAXEL)));
     QCOMPARE(result.errors, QString());

@@ -154,10 +154,11 @@ void tst_HostMenus::menusHoldTheirActions()
         return list.join(QLatin1Char('|'));
     };
     QCOMPARE(texts("fileMenu"),
-             QStringLiteral("Open saved file...|Open recent file|Export...|Save PDF report|Quit"));
-    QCOMPARE(texts("busMenu"), QStringLiteral("Connect|Disconnect|Refresh interfaces|Read all data|Cancel "
-                                              "read|Patience with slow nodes..."));
-    QCOMPARE(texts("viewMenu"), QStringLiteral("Messages|Reset layout"));
+             QStringLiteral("Open saved file...|Open recent file|Export...|Save PDF report|Save check-up...|"
+                            "Service report...|Quit"));
+    QCOMPARE(texts("busMenu"), QStringLiteral("Connect|Disconnect|Refresh interfaces|Read all data|Check-up|"
+                                              "Cancel read|Patience with slow nodes..."));
+    QCOMPARE(texts("viewMenu"), QStringLiteral("Overview|Check-up page|Archive|Messages|Reset layout"));
     QCOMPARE(texts("helpMenu"), QStringLiteral("Key list|About Draxel|About Qt"));
 }
 
@@ -185,15 +186,19 @@ void tst_HostMenus::filesHaveTheHostsDialogs_data()
 {
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<QString>("caption");
+    QTest::addColumn<QString>("filter");
 
-    QTest::newRow("open") << QByteArray("actionOpen") << QStringLiteral("Open saved vehicle data");
-    QTest::newRow("export") << QByteArray("actionExport") << QStringLiteral("Save vehicle data");
+    QTest::newRow("open") << QByteArray("actionOpen") << QStringLiteral("Open saved vehicle data")
+                          << QStringLiteral("Vehicle data (*.dxsnap *.dxxml)");
+    QTest::newRow("export") << QByteArray("actionExport") << QStringLiteral("Save vehicle data")
+                            << QStringLiteral("Vehicle data (*.dxxml)");
 }
 
 void tst_HostMenus::filesHaveTheHostsDialogs()
 {
     QFETCH(QByteArray, name);
     QFETCH(QString, caption);
+    QFETCH(QString, filter);
     Host host;
     host.loadOverview();
     MainWindow window(&host.services, &host.session);
@@ -204,7 +209,7 @@ void tst_HostMenus::filesHaveTheHostsDialogs()
     action(window, name)->trigger();
     QTRY_COMPARE(driver.dialogs().size(), 1);
     QCOMPARE(driver.dialogs().first().caption, caption);
-    QCOMPARE(driver.dialogs().first().filters, QStringList(QStringLiteral("Vehicle data (*.dxxml)")));
+    QCOMPARE(driver.dialogs().first().filters, QStringList(filter));
     host.session.shutDown();
 }
 

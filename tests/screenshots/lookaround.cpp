@@ -5,26 +5,32 @@
 #include <host/core/languagesetting.h>
 #include <host/core/pluginsession.h>
 #include <host/mainwindow.h>
+#include <host/pages/checkupsession.h>
 #include <interface/dxplugininterface.h>
 #include <tests/integration/simulatedhost.h>
+#include <tests/support/troubledvehicle.h>
 
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
 #include <QEventLoop>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QScreen>
 #include <QTabWidget>
+#include <QTableView>
 #include <QTimer>
+#include <QToolButton>
 #include <QTreeWidget>
 
 namespace {
 
 constexpr int bitRate = 125000; // so that there is time for a picture of the read
 constexpr int settlingTime = 250;
-constexpr int midRead = 4000; // ms, behind the detection of 2 s
+constexpr int midCheckup = 8000; // ms
+constexpr int midRead = 4000;    // ms, behind the detection of 2 s
 
 void handleEventsFor(int milliseconds)
 {
@@ -55,7 +61,21 @@ public:
         take("read");
         takeComponents();
         takeMenus();
+        takeCheckup();
+        takeArchive();
+        trigger("actionPageOverview");
         takeDialogs();
+    }
+
+    /*! The host's own pages alone. */
+    void pages()
+    {
+        trigger("actionPageCheckup");
+        take("checkup-empty");
+        trigger("actionConnect");
+        handleEventsFor(settlingTime);
+        takeCheckup();
+        takeArchive();
     }
 
 private:
@@ -84,6 +104,51 @@ private:
                 take(qPrintable(QStringLiteral("component-%1-%2").arg(row).arg(tab)));
             }
         }
+    }
+
+    void takeCheckup()
+    {
+        trigger("actionPageCheckup");
+        trigger("actionCheckup");
+        handleEventsFor(midCheckup);
+        take("checkup-running");
+        while (m_window->checkup().isRunning())
+            handleEventsFor(settlingTime);
+        handleEventsFor(2 * settlingTime); // kept, and compared with the visit before
+        take("checkup");
+        auto *table = m_window->findChild<QTableView *>(QStringLiteral("componentTable"));
+        table->selectRow(1);
+        take("checkup-second");
+        table->selectRow(table->model()->rowCount() - 1);
+        take("checkup-last");
+        auto *tabs = m_window->findChild<QTabWidget *>(QStringLiteral("componentTabs"));
+        tabs->setCurrentIndex(1);
+        take("checkup-values");
+        tabs->setCurrentIndex(2);
+        table->selectRow(1);
+        take("checkup-gaps");
+        tabs->setCurrentIndex(0);
+        auto *button = m_window->findChild<QToolButton *>(QStringLiteral("checkupButton"));
+        button->menu()->popup(button->mapToGlobal(QPoint(0, button->height())));
+        take("checkup-menu");
+        button->menu()->close();
+        for (const char *name : {"actionNotes", "actionServiceReport", "actionCompareLast"})
+            takeWhileModal(name, [this, name] { trigger(name); });
+    }
+
+    void takeArchive()
+    {
+        trigger("actionPageArchive");
+        handleEventsFor(4 * settlingTime);
+        take("archive");
+        m_window->findChild<QLineEdit *>(QStringLiteral("archiveSearch"))->setText(QStringLiteral("nothing"));
+        handleEventsFor(4 * settlingTime);
+        take("archive-nothing");
+        m_window->findChild<QLineEdit *>(QStringLiteral("archiveSearch"))->clear();
+        handleEventsFor(2 * settlingTime);
+        takeWhileModal("archive-address", [this] {
+            m_window->findChild<QPushButton *>(QStringLiteral("archiveAddress"))->click();
+        });
     }
 
     void takeMenus()
@@ -166,8 +231,9 @@ int main(int argc, char **argv)
     QApplication::setOrganizationName(QLatin1String(HostSettings::organization));
     QApplication::setApplicationName(QStringLiteral("draxel-look"));
     QApplication::setApplicationDisplayName(QLatin1String(HostSettings::displayName));
-    if (argc != 3)
-        qFatal("usage: look_around FOLDER LANGUAGE");
+    if (argc != 3 && argc != 4)
+        qFatal("usage: look_around FOLDER LANGUAGE [healthy|troubled]");
+    const QByteArray vehicle(argc == 4 ? argv[3] : "");
     const QString language = QString::fromLocal8Bit(argv[2]);
     LanguageSetting languages(QStringLiteral(LANGUAGE_FOLDER));
     languages.apply(language);
@@ -176,11 +242,16 @@ int main(int argc, char **argv)
     const std::optional<PluginLibrary> library = PluginLibrary::load(QStringLiteral(OVERVIEW_PLUGIN), &error);
     if (!library)
         qFatal("%s", qUtf8Printable(error));
-    SimulatedHost host(SimulatedHost::stillVehicle(QStringLiteral("full-bus")), bitRate);
+    Simulator::VehicleDescription description = SimulatedHost::stillVehicle(QStringLiteral("full-bus"));
+    if (vehicle == "troubled")
+        TroubledVehicle::spoil(&description);
+    SimulatedHost host(description, bitRate);
     PluginSession session(&host.services());
     session.add(*library, language);
     MainWindow window(&host.services(), &session);
     window.setLanguages(&languages, language);
+    window.checkup().setRules(RuleSet::load({QStringLiteral(RULE_FOLDER)}));
+    window.checkup().setSharePercent(100);
     window.showPlugins();
     BusSettings bus;
     bus.address.plugin = QStringLiteral("simulated");
@@ -189,6 +260,10 @@ int main(int argc, char **argv)
     window.show();
     window.activateWindow();
 
-    LookAround(&window, QDir(QString::fromLocal8Bit(argv[1]))).all();
+    LookAround look(&window, QDir(QString::fromLocal8Bit(argv[1])));
+    if (vehicle.isEmpty())
+        look.all();
+    else
+        look.pages();
     std::_Exit(0); // pictures are all that is wanted
 }

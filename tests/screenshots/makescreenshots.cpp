@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <host/core/pluginsession.h>
+#include <host/core/vehiclerecords.h>
 #include <host/mainwindow.h>
+#include <host/pages/checkupsession.h>
 #include <interface/dxplugininterface.h>
 #include <tests/integration/simulatedhost.h>
+#include <tests/support/troubledvehicle.h>
 
 #include <QAction>
 #include <QApplication>
@@ -13,6 +16,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QTreeWidget>
 
@@ -30,7 +34,13 @@ class Photographer
 {
 public:
     Photographer(const QString &vehicle, const PluginLibrary &library, const QDir &folder)
-        : m_host(SimulatedHost::stillVehicle(vehicle))
+        : Photographer(vehicle, SimulatedHost::stillVehicle(vehicle), library, folder)
+    {
+    }
+
+    Photographer(const QString &vehicle, const Simulator::VehicleDescription &description,
+                 const PluginLibrary &library, const QDir &folder)
+        : m_host(description)
         , m_session(&m_host.services())
         , m_folder(folder)
     {
@@ -70,6 +80,43 @@ public:
         m_tabs->setCurrentIndex(tab);
         handleEventsFor(100);
     }
+
+    /*! Keeps earlier visits of the vehicle, when its battery was better. */
+    void keepEarlierVisits()
+    {
+        constexpr CanOpen::ObjectKey health{0x6176, 1};
+        const Snapshot now = m_window->checkup().record().snapshot;
+        int monthsAgo = 18;
+        for (const int percent : {100, 99, 97, 96, 93}) {
+            Snapshot earlier = now;
+            earlier.time = now.time.addMonths(-monthsAgo);
+            SnapshotEntry entry = *now.find(2)->find(health);
+            entry.value = percent * 100;
+            entry.raw = QByteArray(1, char(percent * 100 & 0xFF)) + QByteArray(1, char(percent * 100 >> 8));
+            earlier.find(2)->insert(entry);
+            m_window->records().keep(earlier, VisitVerdict::of(m_window->checkup().judge(earlier)));
+            monthsAgo -= 4;
+        }
+        handleEventsFor(1000);
+    }
+
+    void checkUp()
+    {
+        m_window->checkup().setRules(RuleSet::load({QStringLiteral(RULE_FOLDER)}));
+        m_window->checkup().setSharePercent(100);
+        trigger(QStringLiteral("actionCheckup"));
+        while (m_window->checkup().isRunning())
+            handleEventsFor(200);
+        handleEventsFor(1500);
+    }
+
+    void trigger(const QString &action)
+    {
+        m_window->findChild<QAction *>(action)->trigger();
+        handleEventsFor(700);
+    }
+
+    MainWindow &window() { return *m_window; }
 
     void takeWindow(const QString &name) { save(m_window->grab(), name); }
 
@@ -124,6 +171,28 @@ constexpr int valuesTab = 1;
 
 } // namespace
 
+namespace {
+
+void takeCheckup(const PluginLibrary &library, const QDir &folder)
+{
+    const QTemporaryDir archive;
+    qputenv("DRAXEL_ARCHIVE", archive.filePath(QStringLiteral("pictures.dxarchive")).toLocal8Bit());
+    Simulator::VehicleDescription troubled = SimulatedHost::stillVehicle(QStringLiteral("full-bus"));
+    TroubledVehicle::spoil(&troubled);
+    Photographer vehicle(QStringLiteral("full-bus"), troubled, library, folder);
+    vehicle.window().findChild<QDockWidget *>()->hide();
+    vehicle.window().resize(1100, 640);
+    handleEventsFor(500);
+    vehicle.checkUp();
+    vehicle.keepEarlierVisits();
+    vehicle.checkUp();
+    vehicle.takeWindow(QStringLiteral("checkup-troubled"));
+    vehicle.trigger(QStringLiteral("actionPageArchive"));
+    vehicle.takeWindow(QStringLiteral("archive"));
+}
+
+} // namespace
+
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
@@ -165,5 +234,10 @@ int main(int argc, char **argv)
         fullBus.takeWindow(QStringLiteral("window-full-bus-controller"));
         fullBus.takeMessages(QStringLiteral("messages"));
     }
+    delete dynamic_cast<QObject *>(again->plugin);
+    const std::optional<PluginLibrary> last = PluginLibrary::load(QStringLiteral(OVERVIEW_PLUGIN), &error);
+    if (!last)
+        qFatal("%s", qUtf8Printable(error));
+    takeCheckup(*last, folder);
     return 0;
 }

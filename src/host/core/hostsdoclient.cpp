@@ -49,6 +49,10 @@ void HostSdoClient::upload(quint8 nodeId, quint16 index, quint8 subIndex, quint1
         endLater(number, Ending::NoBus, timeoutCode);
         return;
     }
+    if (m_isRefusing) {
+        endLater(number, Ending::Refusing, timeoutCode);
+        return;
+    }
     if (!CanOpen::isNodeId(nodeId) || !CanOpen::isKnownDataType(dataType)) {
         endLater(number, Ending::Refused, static_cast<quint32>(CanOpen::SdoAbort::GeneralError));
         return;

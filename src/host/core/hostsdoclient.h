@@ -26,12 +26,13 @@ public:
     /*! How an upload ended, in more detail than a plug-in is told. */
     enum class Ending {
         Value,
-        Refused, //!< SDO abort or transfer error
-        HeldUp,  //!< failed, because another client used the node
-        MixedUp, //!< failed, because the answers could not be told from late or foreign ones
-        Silent,  //!< no answer, also after the repeats
-        NotSent, //!< the request could not be put on the bus; nothing is known of the node
-        NoBus    //!< the bus was not connected or went away meanwhile, or the user cancelled the run
+        Refused,  //!< SDO abort or transfer error
+        HeldUp,   //!< failed, because another client used the node
+        MixedUp,  //!< failed, because the answers could not be told from late or foreign ones
+        Silent,   //!< no answer, also after the repeats
+        NotSent,  //!< the request could not be put on the bus; nothing is known of the node
+        Refusing, //!< nothing was asked: the host uses the bus for itself
+        NoBus     //!< the bus was not connected or went away meanwhile, or the user cancelled the run
     };
     Q_ENUM(Ending)
 
@@ -55,6 +56,12 @@ public:
     void cancelRun();
     void endCancelling() { m_isCancelling = false; }
     bool isCancelling() const { return m_isCancelling; }
+
+    /*! While the host uses the bus for itself, all uploads are answered with FFFFFFFFh, from the event loop: two who
+     *  read at the same time would hold each other up.
+     */
+    void setRefusing(bool isRefusing) { m_isRefusing = isRefusing; }
+    bool isRefusing() const { return m_isRefusing; }
 
     /*! Uploads that have not ended yet. */
     int pendingUploads() const { return m_pending.size(); }
@@ -87,5 +94,6 @@ private:
     BusConnection *m_bus;
     QVector<Pending> m_pending; // oldest first
     bool m_isCancelling = false;
+    bool m_isRefusing = false;
     quint64 m_lastNumber = 0;
 };

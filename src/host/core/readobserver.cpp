@@ -26,6 +26,7 @@ ReadResult toResult(HostSdoClient::Ending ending, quint32 code)
     case HostSdoClient::Ending::NotSent:
         return ReadResult::notSent();
     case HostSdoClient::Ending::Silent:
+    case HostSdoClient::Ending::Refusing:
     case HostSdoClient::Ending::NoBus:
         break;
     }
@@ -36,7 +37,13 @@ ReadResult toResult(HostSdoClient::Ending ending, quint32 code)
 bool endsRun(HostSdoClient::Ending ending)
 {
     return ending == HostSdoClient::Ending::Silent || ending == HostSdoClient::Ending::NotSent
-           || ending == HostSdoClient::Ending::NoBus;
+           || ending == HostSdoClient::Ending::Refusing || ending == HostSdoClient::Ending::NoBus;
+}
+
+/*! Whether the node was asked at all. */
+bool wasAsked(HostSdoClient::Ending ending)
+{
+    return ending != HostSdoClient::Ending::NoBus && ending != HostSdoClient::Ending::Refusing;
 }
 
 ReadSummary::End endWithoutBus(const QString &lossReason)
@@ -108,7 +115,7 @@ void ReadObserver::uploadEnded(quint8 nodeId, CanOpen::ObjectKey key, HostSdoCli
     // The last request of the run before may end during the next one.
     if (!m_ownUploads.removeOne({nodeId, key}) || m_phase != Phase::Reading)
         return;
-    if (ending != HostSdoClient::Ending::NoBus && CanOpen::isNodeId(nodeId))
+    if (wasAsked(ending) && CanOpen::isNodeId(nodeId))
         m_summary.record.note(nodeId, key, toResult(ending, code));
     if (!endsRun(ending))
         return;
@@ -120,6 +127,8 @@ void ReadObserver::uploadEnded(quint8 nodeId, CanOpen::ObjectKey key, HostSdoCli
         stopRead(nodeId, key, ReadSummary::End::NoAnswer);
     else if (ending == HostSdoClient::Ending::NotSent)
         stopRead(nodeId, key, ReadSummary::End::NotSent);
+    else if (ending == HostSdoClient::Ending::Refusing)
+        stopRead(nodeId, key, ReadSummary::End::Refused);
     else
         stopRead(nodeId, key, endWithoutBus(lossReason));
 }

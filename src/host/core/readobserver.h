@@ -24,6 +24,7 @@ struct ReadSummary
         NothingAsked, //!< nodes were looked for, and then nothing was read: node 1 was not heard
         NoAnswer,     //!< of the node at the object below
         NotSent,      //!< the request for that object could not be put on the bus
+        Refused,      //!< nothing was asked: the host used the bus for itself
         BusGone,      //!< reason says why; without a node while nodes were looked for
         Disconnected, //!< by the user; without a node as above
         Cancelled     //!< by the user

@@ -54,6 +54,7 @@ QString ReadWords::endOfDetection(const ReadSummary &summary, Silence silence)
     case ReadSummary::End::NothingAsked:
     case ReadSummary::End::NoAnswer:
     case ReadSummary::End::NotSent:
+    case ReadSummary::End::Refused:
         break;
     }
     if (silence == Silence::BusFull) {
@@ -88,6 +89,9 @@ QString ReadWords::stop(const ReadSummary &summary, Silence silence)
             tr("The read stopped at node %1, object %2 sub-index %3, because the request could not be "
                "sent: the bus is overloaded, or nobody acknowledges. Values read until then: %4."),
             summary);
+    case ReadSummary::End::Refused:
+        return tr("Nothing was read, because a check-up is using the bus. Wait for its end or cancel it, "
+                  "then read again.");
     case ReadSummary::End::Complete:
     case ReadSummary::End::NothingAsked:
     case ReadSummary::End::NoAnswer:

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCoreApplication>
+#include <QObject>
+#include <QPointer>
+#include <QRunnable>
+#include <QThreadPool>
+
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+/*! Work that would hold the window, done in another thread. */
+namespace Background {
+
+/*! Runs \a work, which may only use what it has copied; then calls \a done with what it returned in the thread of
+ *  \a context, unless that has gone by then. The program does not end before the work has.
+ */
+template<typename Work, typename Done>
+void run(QObject *context, Work work, Done done)
+{
+    using Result = std::decay_t<decltype(work())>;
+
+    class Task : public QRunnable
+    {
+    public:
+        Task(QObject *taskContext, Work taskWork, Done taskDone)
+            : m_context(taskContext)
+            , m_work(std::move(taskWork))
+            , m_done(std::move(taskDone))
+        {
+        }
+
+        void run() override
+        {
+            auto result = std::make_shared<Result>(m_work());
+            // By way of the application, which outlives the work: the context may go at any time.
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(),
+                [context = m_context, done = m_done, result] {
+                    if (context)
+                        done(*result);
+                },
+                Qt::QueuedConnection);
+        }
+
+    private:
+        QPointer<QObject> m_context;
+        Work m_work;
+        Done m_done;
+    };
+    QThreadPool::globalInstance()->start(new Task(context, std::move(work), std::move(done)));
+}
+
+} // namespace Background

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <checkup/comparison.h>
+#include <checkup/findings.h>
+#include <servicereport/servicereportdata.h>
+#include <snapshot/snapshot.h>
+
+#include <QDateTime>
+#include <QString>
+
+#include <optional>
+
+/*! What another snapshot of the vehicle was compared with. */
+struct RecordComparison
+{
+    Snapshot earlier;
+    Comparison comparison;
+};
+
+/*! A snapshot with all that is known of it: plain values, for pages. */
+struct CheckupRecord
+{
+    /*! Where it came from. */
+    enum class Source : quint8 { None, Bus, File, Archive };
+
+    Source source = Source::None;
+    Snapshot snapshot;
+    CheckupResult result;
+    QString fileName;                           //!< of File, and once it was saved
+    std::optional<qint64> visitId;              //!< of the archive, when it is kept there
+    std::optional<RecordComparison> comparison; //!< with the visit before
+    QVector<HealthTrend> trends;                //!< of its batteries, as far as the archive knows them
+
+    const CheckedComponent *component(quint8 nodeId) const;
+    QVector<Change> changesOf(quint8 nodeId) const;
+};

@@ -1,0 +1,378 @@
+// SPDX-License-Identifier: MIT
+#include "checkupsession.h"
+
+#include <checkup/checkup.h>
+#include <checkup/snapshotcomparison.h>
+#include <host/core/hostservices.h>
+#include <servicereport/healthtrends.h>
+#include <snapshot/deviceidentity.h>
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace {
+
+QString programName()
+{
+    return QCoreApplication::applicationName() + QLatin1Char(' ') + QCoreApplication::applicationVersion();
+}
+
+/*! How the health of its batteries went over all visits, in whatever vehicle. */
+QVector<HealthTrend> trendsOf(const Snapshot &snapshot, Archive &archive)
+{
+    QVector<HealthTrend> trends = HealthTrends::of(snapshot);
+    for (HealthTrend &trend : trends) {
+        const QString key = DeviceIdentity::of(*snapshot.find(trend.nodeId)).toKey();
+        QString error;
+        const auto points
+            = key.isEmpty() ? std::nullopt : archive.deviceTrend(key, HealthTrends::object(trend), &error);
+        if (!points)
+            continue;
+        for (const TrendPoint &point : *points) {
+            if (const std::optional<double> percent = HealthTrends::percent(point.value))
+                HealthTrends::addPoint(&trend, {point.time, *percent});
+        }
+    }
+    return trends;
+}
+
+} // namespace
+
+CheckupSession::CheckupSession(HostServices *services, VehicleRecords *records, QObject *parent)
+    : QObject(parent)
+    , m_services(services)
+    , m_records(records)
+{
+    m_newsTimer.setInterval(showingTime);
+    m_newsTimer.setSingleShot(true);
+    connect(&m_newsTimer, &QTimer::timeout, this, &CheckupSession::showNews);
+    connect(&services->bus(), &BusConnection::stateChanged, this, [this](BusConnection::State state) {
+        if (state != BusConnection::State::Connected)
+            m_isSameVehicle = false;
+        emit obstacleChanged();
+    });
+    connect(&services->reads(), &ReadObserver::phaseChanged, this, &CheckupSession::obstacleChanged);
+}
+
+CheckupSession::~CheckupSession() = default;
+
+void CheckupSession::setLanguage(const QString &language)
+{
+    m_language = language;
+    if (isEmpty())
+        return;
+    judgeRecord();
+    if (m_record.comparison)
+        m_record.comparison->comparison = compare(m_record.comparison->earlier, m_record.snapshot);
+    emit recordChanged();
+}
+
+QString CheckupSession::obstacle() const
+{
+    if (isRunning())
+        return tr("A check-up is running.");
+    switch (m_services->bus().state()) {
+    case BusConnection::State::Disconnected:
+        return tr("Connect a bus first.");
+    case BusConnection::State::Connecting:
+        return tr("The bus is being connected.");
+    case BusConnection::State::Lost:
+        return tr("The connection to the bus is lost. It is made again as soon as the interface is back.");
+    case BusConnection::State::Connected:
+        break;
+    }
+    if (m_services->reads().phase() != ReadObserver::Phase::Idle)
+        return tr("The overview is reading. Wait for its end or cancel it (Esc).");
+    return QString();
+}
+
+bool CheckupSession::canResume() const
+{
+    // An exchange file does not say what was asked for.
+    return canStart() && !isEmpty() && m_record.snapshot.scope != SnapshotScope::Imported
+           && !m_record.snapshot.isComplete();
+}
+
+void CheckupSession::start(SnapshotScope scope, Search search)
+{
+    SnapshotOrder order;
+    order.scope = scope;
+    order.isScanned = search == Search::All;
+    begin(order);
+}
+
+void CheckupSession::resume()
+{
+    if (!canResume())
+        return;
+    SnapshotOrder order;
+    order.scope = m_record.snapshot.scope;
+    order.earlier = m_record.snapshot;
+    begin(order);
+}
+
+void CheckupSession::begin(SnapshotOrder order)
+{
+    if (!canStart())
+        return;
+    order.program = programName();
+    order.notes = notesForNext();
+    m_notes = order.notes;
+    order.sharePercent = m_sharePercent;
+    m_services->sdoClient().setRefusing(true);
+    m_readNodes.clear();
+    m_early.clear();
+    m_news.clear();
+    m_run = std::make_unique<SnapshotRun>(&m_services->bus());
+    connect(m_run.get(), &SnapshotRun::nodeAdded, this, &CheckupSession::handleNodeAdded);
+    connect(m_run.get(), &SnapshotRun::nodeChanged, this, [this](quint8 nodeId) {
+        m_news.insert(nodeId);
+        if (!m_newsTimer.isActive())
+            m_newsTimer.start();
+    });
+    connect(m_run.get(), &SnapshotRun::nodeFinished, this, &CheckupSession::handleNodeFinished);
+    connect(m_run.get(), &SnapshotRun::busLostChanged, this, &CheckupSession::busLostChanged);
+    connect(m_run.get(), &SnapshotRun::finished, this, &CheckupSession::handleFinished);
+    m_run->start(order);
+    emit changed();
+    emit obstacleChanged();
+}
+
+/*! Behind another bus is another vehicle; the technician stays. */
+SnapshotNotes CheckupSession::notesForNext() const
+{
+    if (isEmpty() || m_isSameVehicle)
+        return m_notes;
+    SnapshotNotes notes;
+    notes.technician = m_notes.technician;
+    return notes;
+}
+
+void CheckupSession::cancel()
+{
+    if (m_run != nullptr)
+        m_run->cancel();
+}
+
+void CheckupSession::handleNodeAdded(quint8 nodeId)
+{
+    m_readNodes.insert(std::lower_bound(m_readNodes.begin(), m_readNodes.end(), nodeId), nodeId);
+    m_news.insert(nodeId);
+    if (!m_newsTimer.isActive())
+        m_newsTimer.start();
+}
+
+/*! What rules say of one node by itself is not the last word: some compare it with the others. */
+void CheckupSession::handleNodeFinished(quint8 nodeId)
+{
+    const std::optional<SnapshotNode> read = node(nodeId);
+    if (!read)
+        return;
+    Snapshot alone;
+    alone.nodes = {*read};
+    const CheckupResult result = judge(alone);
+    if (!result.components.isEmpty())
+        m_early.insert(nodeId, result.components.first());
+    m_news.insert(nodeId);
+    if (!m_newsTimer.isActive())
+        m_newsTimer.start();
+}
+
+void CheckupSession::handleFinished()
+{
+    m_newsTimer.stop();
+    m_services->sdoClient().setRefusing(false);
+    CheckupRecord record;
+    record.source = CheckupRecord::Source::Bus;
+    record.snapshot = m_run->snapshot();
+    record.snapshot.notes = m_notes;
+    m_isSameVehicle = m_services->bus().state() == BusConnection::State::Connected;
+    // This is one of its signals.
+    m_run.release()->deleteLater();
+    const bool hasValues = record.snapshot.valueCount() > 0;
+    show(std::move(record));
+    emit obstacleChanged();
+    if (hasValues)
+        keep();
+    emit finished();
+}
+
+void CheckupSession::showNews()
+{
+    const QVector<quint8> nodes = QVector<quint8>::fromList(m_news.values());
+    m_news.clear();
+    emit nodesChanged(nodes);
+}
+
+void CheckupSession::showFile(const Snapshot &snapshot, const QString &fileName)
+{
+    if (isRunning())
+        return;
+    CheckupRecord record;
+    record.source = CheckupRecord::Source::File;
+    record.snapshot = snapshot;
+    record.fileName = fileName;
+    m_notes = snapshot.notes;
+    m_isSameVehicle = false;
+    show(std::move(record));
+}
+
+void CheckupSession::showVisit(const Snapshot &snapshot, qint64 visitId)
+{
+    if (isRunning())
+        return;
+    CheckupRecord record;
+    record.source = CheckupRecord::Source::Archive;
+    record.snapshot = snapshot;
+    record.visitId = visitId;
+    m_notes = snapshot.notes;
+    m_isSameVehicle = false;
+    show(std::move(record));
+    setKept(Kept::Yes);
+    compareWithVisitBefore(visitId);
+}
+
+void CheckupSession::show(CheckupRecord record)
+{
+    m_record = std::move(record);
+    ++m_shown;
+    m_kept = Kept::No;
+    m_keepingProblem.clear();
+    judgeRecord();
+    emit changed();
+    emit keptChanged();
+}
+
+void CheckupSession::judgeRecord()
+{
+    m_record.result = judge(m_record.snapshot);
+}
+
+void CheckupSession::keep()
+{
+    if (isEmpty() || m_kept == Kept::Yes || m_kept == Kept::Asked)
+        return;
+    setKept(Kept::Asked);
+    m_records->keep(m_record.snapshot, VisitVerdict::of(m_record.result),
+                    [this, shown = m_shown](const VehicleRecords::Keeping &keeping) {
+                        if (shown == m_shown)
+                            handleKept(keeping);
+                    });
+}
+
+void CheckupSession::handleKept(const VehicleRecords::Keeping &keeping)
+{
+    using End = VehicleRecords::Keeping::End;
+    switch (keeping.end) {
+    case End::Kept:
+        m_record.visitId = keeping.visit.visitId;
+        setKept(Kept::Yes);
+        compareWithVisitBefore(keeping.visit.visitId);
+        return;
+    case End::Waiting:
+        setKept(Kept::Waiting, keeping.reason);
+        return;
+    case End::Lost:
+        setKept(Kept::Failed, keeping.reason);
+        return;
+    }
+}
+
+void CheckupSession::compareWithVisitBefore(qint64 visitId)
+{
+    const auto load = [visitId, snapshot = m_record.snapshot](Archive &archive, QString *error) {
+        Past past;
+        const std::optional<qint64> before = archive.previousVisit(visitId, error);
+        if (before && *before != 0)
+            past.earlier = archive.load(*before, error);
+        past.trends = trendsOf(snapshot, archive);
+        return past;
+    };
+    m_records->archive().ask(this, load, [this, shown = m_shown](const Past &past, const QString &) {
+        if (shown == m_shown)
+            takePast(past);
+    });
+}
+
+void CheckupSession::takePast(const Past &past)
+{
+    m_record.trends = past.trends;
+    if (past.earlier)
+        m_record.comparison = RecordComparison{*past.earlier, compare(*past.earlier, m_record.snapshot)};
+    emit recordChanged();
+}
+
+void CheckupSession::setNotes(const SnapshotNotes &notes)
+{
+    m_notes = notes;
+    if (isEmpty() || isRunning())
+        return;
+    m_record.snapshot.notes = notes;
+    if (m_record.visitId) {
+        m_records->archive().ask(
+            m_records,
+            [id = *m_record.visitId, notes](Archive &archive, QString *error) {
+                return archive.setNotes(id, notes, error);
+            },
+            [records = m_records](bool, const QString &) { records->noteChange(); });
+    }
+    emit recordChanged();
+}
+
+void CheckupSession::noteSaved(const QString &fileName)
+{
+    m_record.fileName = fileName;
+    emit recordChanged();
+}
+
+SnapshotProgress CheckupSession::progress() const
+{
+    return m_run != nullptr && m_run->reader() != nullptr ? m_run->reader()->progress() : SnapshotProgress();
+}
+
+SnapshotProgress CheckupSession::progress(quint8 nodeId) const
+{
+    return m_run != nullptr && m_run->reader() != nullptr ? m_run->reader()->progress(nodeId)
+                                                          : SnapshotProgress();
+}
+
+std::optional<SnapshotNode> CheckupSession::node(quint8 nodeId) const
+{
+    return m_run != nullptr && m_run->reader() != nullptr ? m_run->reader()->node(nodeId) : std::nullopt;
+}
+
+const CheckedComponent *CheckupSession::early(quint8 nodeId) const
+{
+    const auto found = m_early.constFind(nodeId);
+    return found == m_early.constEnd() ? nullptr : &*found;
+}
+
+CheckupResult CheckupSession::judge(const Snapshot &snapshot)
+{
+    return Checkup::judge(snapshot, rules(), m_language);
+}
+
+Comparison CheckupSession::compare(const Snapshot &earlier, const Snapshot &later)
+{
+    const CheckupResult before = judge(earlier);
+    const CheckupResult after = judge(later);
+    return SnapshotComparison::compare({&earlier, &before}, {&later, &after}, rules().kinds());
+}
+
+void CheckupSession::setKept(Kept kept, const QString &problem)
+{
+    m_kept = kept;
+    m_keepingProblem = problem;
+    emit keptChanged();
+}
+
+const RuleSet &CheckupSession::rules()
+{
+    if (!m_rules) {
+        m_rules = RuleSet::load();
+        if (!m_rules->problems().isEmpty())
+            emit rulesRefused(m_rules->problems());
+    }
+    return *m_rules;
+}

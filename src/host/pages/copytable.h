@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QTableView>
+
+class QAction;
+
+/*! A table of rows whose cells can be copied (Ctrl+C, or the context menu): the chosen rows as lines, cells with tabs
+ *  between them.
+ */
+class CopyTable : public QTableView
+{
+    Q_OBJECT
+
+public:
+    explicit CopyTable(QWidget *parent = nullptr);
+
+    /*! The column that takes the room that is left. */
+    void setWideColumn(int column);
+
+    /*! The chosen rows as text; all when none is chosen. */
+    QString toText() const;
+
+    void setModel(QAbstractItemModel *model) override;
+
+public slots:
+    void copy();
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void fitColumns();
+
+    QAction *m_copy;
+    int m_wideColumn = 0;
+};

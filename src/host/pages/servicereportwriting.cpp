@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "servicereportwriting.h"
+
+#include <checkup/checkup.h>
+#include <checkup/ruleset.h>
+#include <checkup/snapshotcomparison.h>
+#include <host/core/background.h>
+#include <servicereport/htmlreport.h>
+#include <servicereport/pdfreport.h>
+#include <servicereport/reportlanguage.h>
+#include <servicereport/reportmaker.h>
+
+#include <QCoreApplication>
+
+namespace {
+
+struct Pages
+{
+    QByteArray html;
+    QByteArray pdf;
+};
+
+ServiceReport makeReport(const ServiceReportOrder &order, const RuleSet &rules,
+                         const ReportLanguage &language)
+{
+    ServiceReportData data;
+    data.snapshot = order.snapshot;
+    data.checkup = Checkup::judge(order.snapshot, rules, order.language);
+    if (order.earlier) {
+        const CheckupResult before = Checkup::judge(*order.earlier, rules, order.language);
+        data.comparison
+            = ReportComparison{order.earlier->time,
+                               SnapshotComparison::compare({&*order.earlier, &before},
+                                                           {&order.snapshot, &data.checkup}, rules.kinds())};
+    }
+    data.trends = order.trends;
+    data.workshop = order.workshop;
+    data.program
+        = QCoreApplication::applicationName() + QLatin1Char(' ') + QCoreApplication::applicationVersion();
+    data.locale = language.locale();
+    return makeServiceReport(data);
+}
+
+Pages print(const ServiceReport &report)
+{
+    return {toHtml(report), toPdf(report, usualPaper(report.locale))};
+}
+
+ServiceReportWriting::Result save(const Pages &pages, const QString &folder, const QString &baseName)
+{
+    ServiceReportWriting::Result result;
+    QString problem;
+    if (!ServiceReportFiles::write(folder, baseName, pages.html, pages.pdf, &result.paths, &problem))
+        result.problem = problem;
+    return result;
+}
+
+} // namespace
+
+void ServiceReportWriting::write(const ServiceReportOrder &order, const RuleSet &rules, QObject *context,
+                                 const std::function<void(const Result &)> &done)
+{
+    const bool isProgramLanguage = order.language == order.programLanguage;
+    ServiceReport report;
+    Pages pages;
+    {
+        const ReportLanguage language(order.language);
+        report = makeReport(order, rules, language);
+        if (!isProgramLanguage)
+            pages = print(report);
+    }
+    const QString baseName = ServiceReportFiles::baseName(order.snapshot);
+    Background::run(
+        context, [=] { return save(isProgramLanguage ? print(report) : pages, order.folder, baseName); },
+        done);
+}

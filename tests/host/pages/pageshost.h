@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <archive/archiveworker.h>
+#include <host/core/vehiclerecords.h>
+#include <tests/integration/simulatedhost.h>
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <QtTest>
+
+/*! A folder of its own for the archive of a test. Before everything that opens an archive. */
+class OwnArchive
+{
+public:
+    OwnArchive() { qputenv("DRAXEL_ARCHIVE", fileName().toLocal8Bit()); }
+    ~OwnArchive() { qunsetenv("DRAXEL_ARCHIVE"); }
+    Q_DISABLE_COPY(OwnArchive)
+
+    QString fileName() const { return m_folder.filePath(QStringLiteral("test.dxarchive")); }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+/*! Handles events until the archive has answered everything, what follows from its answers included. */
+inline void waitForArchive(VehicleRecords &records)
+{
+    ArchiveWorker &worker = records.archive();
+    do
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+    while (worker.pendingCount() > 0);
+    QCoreApplication::processEvents();
+}
+
+/*! Handles events until \a isTrue. A test that waits in vain is ended by its time-out. */
+template<typename Predicate>
+void waitUntil(Predicate isTrue)
+{
+    while (!isTrue())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}

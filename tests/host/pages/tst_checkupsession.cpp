@@ -1,0 +1,361 @@
+// SPDX-License-Identifier: MIT
+#include "pageshost.h"
+
+#include <host/pages/checkupsession.h>
+#include <host/pages/checkupwords.h>
+#include <tests/support/troubledvehicle.h>
+
+#include <QSignalSpy>
+
+namespace {
+
+using Search = CheckupSession::Search;
+using Kept = CheckupSession::Kept;
+
+Simulator::VehicleDescription healthy()
+{
+    Simulator::VehicleDescription vehicle = SimulatedHost::stillVehicle(QStringLiteral("full-bus"));
+    TroubledVehicle::heal(&vehicle);
+    return vehicle;
+}
+
+Simulator::VehicleDescription troubled()
+{
+    Simulator::VehicleDescription vehicle = healthy();
+    TroubledVehicle::spoil(&vehicle);
+    return vehicle;
+}
+
+/*! A bus with a vehicle, and a session on it with an archive of its own. */
+struct Desk
+{
+    explicit Desk(const Simulator::VehicleDescription &vehicle)
+        : host(vehicle)
+        , records(&host.services(), QStringLiteral("test 1"))
+        , session(&host.services(), &records)
+    {
+        session.setSharePercent(100);
+        session.setRules(RuleSet::load({QStringLiteral(RULE_FOLDER)}));
+    }
+
+    void run(SnapshotScope scope = SnapshotScope::Full)
+    {
+        session.start(scope, Search::Heard);
+        waitUntil([this] { return !session.isRunning(); });
+        waitForArchive(records);
+    }
+
+    const CheckedComponent *component(quint8 nodeId) const { return session.record().component(nodeId); }
+
+    OwnArchive archive;
+    SimulatedHost host;
+    VehicleRecords records;
+    CheckupSession session;
+};
+
+int visitCount(VehicleRecords &records)
+{
+    int count = -1;
+    records.archive().ask(
+        &records, [](Archive &archive, QString *error) { return archive.visits(VisitQuery(), error); },
+        [&count](const std::optional<QVector<VisitInfo>> &visits, const QString &) {
+            count = visits ? visits->size() : -1;
+        });
+    waitForArchive(records);
+    return count;
+}
+
+} // namespace
+
+/*! One vehicle that is read, judged, kept and compared, on a simulated bus. */
+class tst_CheckupSession : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void saysWhatToDoFirst();
+    void readsJudgesAndKeeps();
+    void goesOnPastTrouble();
+    void rowsFillWhileNodesAreRead();
+    void cancelKeepsWhatWasRead();
+    void goesOnWhereItEnded();
+    void emptyBusIsNotKept();
+    void refusesReadsOfPlugins();
+    void doesNotBeginDuringARead();
+    void waitsForALostBus();
+    void endsWhenTheUserDisconnects();
+    void comparesWithTheVisitBefore();
+    void fileIsShownAndNotKeptByItself();
+    void otherVehicleHasOtherNotes();
+    void languageJudgesAnew();
+    void archiveThatIsAwayIsSaid();
+};
+
+void tst_CheckupSession::saysWhatToDoFirst()
+{
+    Desk desk(healthy());
+    QCOMPARE(desk.session.obstacle(), QStringLiteral("Connect a bus first."));
+    desk.session.start(SnapshotScope::Quick, Search::Heard);
+    QVERIFY(!desk.session.isRunning());
+    QVERIFY(desk.host.connectToBus());
+    QCOMPARE(desk.session.obstacle(), QString());
+    QVERIFY(!desk.session.canResume());
+}
+
+void tst_CheckupSession::readsJudgesAndKeeps()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    const QSignalSpy finished(&desk.session, &CheckupSession::finished);
+    desk.run();
+    QCOMPARE(finished.count(), 1);
+    const CheckupRecord &record = desk.session.record();
+    QCOMPARE(record.source, CheckupRecord::Source::Bus);
+    QCOMPARE(record.snapshot.nodes.size(), 14);
+    QVERIFY(record.snapshot.isComplete());
+    QCOMPARE(record.result.components.size(), 14);
+    QCOMPARE(record.result.count(Severity::Fault), 0);
+    QCOMPARE(record.result.count(Severity::Warning), 0);
+    QCOMPARE(desk.session.kept(), Kept::Yes);
+    QVERIFY(record.visitId);
+    QVERIFY(!record.comparison); // the first visit
+    QCOMPARE(visitCount(desk.records), 1);
+    QVERIFY(desk.session.canStart());
+}
+
+void tst_CheckupSession::goesOnPastTrouble()
+{
+    Desk desk(troubled());
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Full);
+    const CheckupRecord &record = desk.session.record();
+    QCOMPARE(record.result.verdict, Verdict::Fault);
+    const CheckedComponent *battery = desk.component(TroubledVehicle::weakBattery);
+    QCOMPARE(battery->state, ComponentState::Fault);
+    QVERIFY2(CheckupWords::sentence(*battery).startsWith(QStringLiteral("Cell 7 ")),
+             qPrintable(CheckupWords::sentence(*battery)));
+    QVERIFY(!desk.component(TroubledVehicle::deadNode)->notChecked.isEmpty());
+    QVERIFY(!desk.component(TroubledVehicle::stoppedNode)->notChecked.isEmpty());
+    QVERIFY(!desk.component(TroubledVehicle::refusingNode)->notChecked.isEmpty());
+    QCOMPARE(record.snapshot.find(TroubledVehicle::deadNode)->end, SnapshotEnd::Silent);
+    QCOMPARE(record.snapshot.find(TroubledVehicle::stoppedNode)->end, SnapshotEnd::Stopped);
+    QVERIFY(record.snapshot.find(TroubledVehicle::slowNode)->valueCount() > 20);
+    QCOMPARE(desk.session.kept(), Kept::Yes);
+    QVERIFY(desk.session.canResume());
+}
+
+void tst_CheckupSession::rowsFillWhileNodesAreRead()
+{
+    Desk desk(troubled());
+    QVERIFY(desk.host.connectToBus());
+    desk.session.start(SnapshotScope::Quick, Search::Heard);
+    // A quick node is judged while the slow one is still being read.
+    waitUntil([&desk] {
+        return desk.session.early(1) != nullptr
+               && desk.session.progress(TroubledVehicle::slowNode).asked > 0;
+    });
+    QVERIFY(desk.session.isRunning());
+    QVERIFY(desk.session.early(TroubledVehicle::slowNode) == nullptr);
+    const SnapshotProgress slow = desk.session.progress(TroubledVehicle::slowNode);
+    QVERIFY(slow.asked > 0);
+    QVERIFY(slow.asked < slow.total);
+    QVERIFY(desk.session.readNodes().contains(TroubledVehicle::slowNode));
+}
+
+void tst_CheckupSession::cancelKeepsWhatWasRead()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.session.start(SnapshotScope::Full, Search::Heard);
+    waitUntil([&desk] { return desk.session.progress().values > 50; });
+    desk.session.cancel();
+    QVERIFY(!desk.session.isRunning());
+    waitForArchive(desk.records);
+    const CheckupRecord &record = desk.session.record();
+    QVERIFY(record.snapshot.valueCount() > 50);
+    QVERIFY(!record.snapshot.isComplete());
+    QCOMPARE(record.result.verdict, Verdict::Incomplete);
+    QCOMPARE(desk.session.kept(), Kept::Yes);
+    QCOMPARE(visitCount(desk.records), 1);
+}
+
+void tst_CheckupSession::goesOnWhereItEnded()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.session.start(SnapshotScope::Quick, Search::Heard);
+    waitUntil([&desk] { return desk.session.progress().values > 50; });
+    desk.session.cancel();
+    waitForArchive(desk.records);
+    QVERIFY(desk.session.canResume());
+    const QDateTime begun = desk.session.record().snapshot.time;
+    desk.session.resume();
+    QVERIFY(desk.session.isRunning());
+    waitUntil([&desk] { return !desk.session.isRunning(); });
+    waitForArchive(desk.records);
+    QVERIFY(desk.session.record().snapshot.isComplete());
+    QCOMPARE(desk.session.record().snapshot.time, begun);
+    QVERIFY(!desk.session.canResume());
+}
+
+void tst_CheckupSession::emptyBusIsNotKept()
+{
+    Simulator::VehicleDescription nobody = healthy();
+    nobody.nodes.clear();
+    Desk desk(nobody);
+    QVERIFY(desk.host.connectToBus());
+    desk.run();
+    QCOMPARE(desk.session.kept(), Kept::No);
+    QCOMPARE(CheckupWords::verdict(desk.session.record()),
+             QStringLiteral("No device was heard. Is the vehicle switched on?"));
+    QCOMPARE(visitCount(desk.records), 0);
+}
+
+void tst_CheckupSession::refusesReadsOfPlugins()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.session.start(SnapshotScope::Full, Search::Heard);
+    waitUntil([&desk] { return desk.session.progress().values > 10; });
+    QSignalSpy refused(&desk.host.services().sdoClient(), &HostSdoClient::errorReceived);
+    QSignalSpy ended(&desk.host.services().reads(), &ReadObserver::readEnded);
+    desk.host.services().sdoClient().upload(1, 0x1000, 0, quint16(CanOpen::DataType::Unsigned32), 0);
+    waitUntil([&] { return refused.count() > 0; });
+    QCOMPARE(refused.first().at(3).toUInt(), HostSdoClient::timeoutCode);
+    QCOMPARE(ended.count(), 1);
+    const auto summary = ended.first().first().value<ReadSummary>();
+    QCOMPARE(int(summary.end), int(ReadSummary::End::Refused));
+    QCOMPARE(
+        ReadWords::end(summary, ReadWords::Silence::Unexplained),
+        QStringLiteral("Nothing was read, because a check-up is using the bus. Wait for its end or cancel "
+                       "it, then read again."));
+    desk.session.cancel();
+    waitForArchive(desk.records);
+
+    // And afterwards it works again.
+    QSignalSpy value(&desk.host.services().sdoClient(), &HostSdoClient::resultReceived);
+    desk.host.services().sdoClient().upload(1, 0x1000, 0, quint16(CanOpen::DataType::Unsigned32), 0);
+    waitUntil([&] { return value.count() > 0 || refused.count() > 1; });
+    QCOMPARE(value.count(), 1);
+}
+
+void tst_CheckupSession::doesNotBeginDuringARead()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.host.services().sdoClient().upload(1, 0x1000, 0, quint16(CanOpen::DataType::Unsigned32), 0);
+    QCOMPARE(desk.session.obstacle(),
+             QStringLiteral("The overview is reading. Wait for its end or cancel it (Esc)."));
+    desk.session.start(SnapshotScope::Quick, Search::Heard);
+    QVERIFY(!desk.session.isRunning());
+    const QSignalSpy changed(&desk.session, &CheckupSession::obstacleChanged);
+    waitUntil([&desk] { return desk.session.canStart(); });
+    QVERIFY(changed.count() > 0);
+}
+
+void tst_CheckupSession::waitsForALostBus()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.session.start(SnapshotScope::Quick, Search::Heard);
+    waitUntil([&desk] { return desk.session.progress().values > 50; });
+    desk.host.bus().lose(Simulator::BusLoss::Unplugged);
+    waitUntil([&desk] { return desk.session.isBusLost(); });
+    QVERIFY(desk.session.isRunning());
+    desk.host.bus().restore();
+    waitUntil([&desk] { return !desk.session.isRunning(); });
+    waitForArchive(desk.records);
+    QCOMPARE(desk.session.record().snapshot.nodes.size(), 14);
+    QVERIFY(desk.session.record().snapshot.isComplete());
+}
+
+void tst_CheckupSession::endsWhenTheUserDisconnects()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.session.start(SnapshotScope::Quick, Search::Heard);
+    waitUntil([&desk] { return desk.session.progress().values > 50; });
+    desk.host.services().bus().disconnectFromBus();
+    QVERIFY(!desk.session.isRunning());
+    waitForArchive(desk.records);
+    QCOMPARE(desk.session.kept(), Kept::Yes);
+    QVERIFY(!desk.host.services().sdoClient().isRefusing());
+}
+
+void tst_CheckupSession::comparesWithTheVisitBefore()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run();
+    QVERIFY(desk.host.vehicle().node(2)->dictionary().setValue({0x6107, 1}, 230));
+    desk.run();
+    const CheckupRecord &record = desk.session.record();
+    QVERIFY(record.comparison);
+    const QVector<Change> changes = record.changesOf(2);
+    QCOMPARE(changes.size(), 1);
+    QCOMPARE(changes.first().kind, Change::Kind::Counter);
+    QCOMPARE(changes.first().after, QStringLiteral("230"));
+    QVERIFY(record.changesOf(1).isEmpty());
+}
+
+void tst_CheckupSession::fileIsShownAndNotKeptByItself()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run();
+    const Snapshot snapshot = desk.session.record().snapshot;
+    Snapshot other = snapshot;
+    other.nodes.removeLast();
+    desk.session.showFile(other, QStringLiteral("/somewhere/bike.dxsnap"));
+    waitForArchive(desk.records);
+    QCOMPARE(desk.session.record().source, CheckupRecord::Source::File);
+    QCOMPARE(desk.session.record().result.components.size(), 13);
+    QCOMPARE(desk.session.kept(), Kept::No);
+    QCOMPARE(visitCount(desk.records), 1);
+    desk.session.keep();
+    waitForArchive(desk.records);
+    QCOMPARE(desk.session.kept(), Kept::Yes);
+    QCOMPARE(visitCount(desk.records), 2);
+}
+
+void tst_CheckupSession::otherVehicleHasOtherNotes()
+{
+    Desk desk(healthy());
+    SnapshotNotes notes;
+    notes.customer = QStringLiteral("A. Customer");
+    notes.technician = QStringLiteral("T. Wrench");
+    desk.session.setNotes(notes);
+    QVERIFY(desk.host.connectToBus());
+    desk.run();
+    QCOMPARE(desk.session.record().snapshot.notes.customer, QStringLiteral("A. Customer"));
+    desk.run(); // the same vehicle once more
+    QCOMPARE(desk.session.record().snapshot.notes.customer, QStringLiteral("A. Customer"));
+    desk.host.services().bus().disconnectFromBus();
+    QVERIFY(desk.host.connectToBus());
+    desk.run(); // maybe another one
+    QCOMPARE(desk.session.record().snapshot.notes.customer, QString());
+    QCOMPARE(desk.session.record().snapshot.notes.technician, QStringLiteral("T. Wrench"));
+}
+
+void tst_CheckupSession::languageJudgesAnew()
+{
+    Desk desk(troubled());
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Full);
+    desk.session.setLanguage(QStringLiteral("de"));
+    const QString sentence = CheckupWords::sentence(*desk.component(TroubledVehicle::weakBattery));
+    QVERIFY2(sentence.startsWith(QStringLiteral("Zelle 7 ")), qPrintable(sentence));
+}
+
+void tst_CheckupSession::archiveThatIsAwayIsSaid()
+{
+    Desk desk(healthy());
+    qputenv("DRAXEL_ARCHIVE", "/proc/none/here.dxarchive");
+    QVERIFY(desk.host.connectToBus());
+    desk.run();
+    QCOMPARE(desk.session.kept(), Kept::Waiting);
+    QVERIFY(!desk.session.keepingProblem().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(tst_CheckupSession)
+#include "tst_checkupsession.moc"
