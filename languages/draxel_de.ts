@@ -24,6 +24,50 @@
     </message>
 </context>
 <context>
+    <name>ArchiveAddressDialog</name>
+    <message>
+        <source>Where the archive is</source>
+        <translation>Wo das Archiv ist</translation>
+    </message>
+    <message>
+        <source>On this &amp;computer</source>
+        <translation>Auf diesem &amp;Computer</translation>
+    </message>
+    <message>
+        <source>&amp;Elsewhere: another file, or a database that several desks share</source>
+        <translation>&amp;Anderswo: eine andere Datei oder eine Datenbank, die mehrere Arbeitsplätze teilen</translation>
+    </message>
+</context>
+<context>
+    <name>ArchiveBrowser</name>
+    <message>
+        <source>This is the first visit of the vehicle.</source>
+        <translation>Das ist der erste Besuch des Fahrzeugs.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n visit(s) deleted.</source>
+        <translation>
+            <numerusform>%n Besuch gelöscht.</numerusform>
+            <numerusform>%n Besuche gelöscht.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>The archive has all of it already.</source>
+        <translation>Das Archiv hat das alles schon.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n visit(s) added.</source>
+        <translation>
+            <numerusform>%n Besuch hinzugefügt.</numerusform>
+            <numerusform>%n Besuche hinzugefügt.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>ArchiveDatabase</name>
     <message>
         <source>Qt&apos;s driver %1 for the archive is missing. Install it, for example the package %2.</source>
@@ -40,6 +84,128 @@
     <message>
         <source>The file %1 is no archive. Choose another one.</source>
         <translation>Die Datei %1 ist kein Archiv. Wählen Sie eine andere.</translation>
+    </message>
+</context>
+<context>
+    <name>ArchivePage</name>
+    <message>
+        <source>Search: serial number, vehicle, customer, note, date ...</source>
+        <translation>Suchen: Seriennummer, Fahrzeug, Kunde, Notiz, Datum ...</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>&amp;Import...</source>
+        <translation>&amp;Importieren...</translation>
+    </message>
+    <message>
+        <source>&amp;Where it is...</source>
+        <translation>&amp;Wo es ist...</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>Ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Compare</source>
+        <translation>&amp;Vergleichen</translation>
+    </message>
+    <message>
+        <source>With the visit before, or the two that are chosen with each other</source>
+        <translation>Mit dem Besuch davor, oder die beiden gewählten miteinander</translation>
+    </message>
+    <message>
+        <source>Re&amp;port...</source>
+        <translation>Be&amp;richt...</translation>
+    </message>
+    <message>
+        <source>&amp;Notes...</source>
+        <translation>&amp;Notizen...</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>&amp;Exportieren...</translation>
+    </message>
+    <message>
+        <source>Na&amp;me vehicle...</source>
+        <translation>Fahrze&amp;ug benennen...</translation>
+    </message>
+    <message>
+        <source>&amp;Delete...</source>
+        <translation>&amp;Löschen...</translation>
+    </message>
+    <message>
+        <source>Over &amp;time:</source>
+        <translation>Im Lauf der &amp;Zeit:</translation>
+    </message>
+    <message>
+        <source>No visit of this vehicle has this value.</source>
+        <translation>Kein Besuch dieses Fahrzeugs hat diesen Wert.</translation>
+    </message>
+    <message>
+        <source>The archive is being asked ...</source>
+        <translation>Das Archiv wird gefragt ...</translation>
+    </message>
+    <message>
+        <source>Nothing is kept yet. Every check-up and every read comes in here by itself.</source>
+        <translation>Noch ist nichts aufbewahrt. Jede Prüfung und jedes Lesen kommt von selbst hierher.</translation>
+    </message>
+    <message>
+        <source>Nothing is found. All words have to be there: serial number, customer, date ...</source>
+        <translation>Nichts gefunden. Alle Wörter müssen vorkommen: Seriennummer, Kunde, Datum ...</translation>
+    </message>
+    <message>
+        <source>The archive is %1</source>
+        <translation>Das Archiv ist %1</translation>
+    </message>
+    <message>
+        <source>Export visit</source>
+        <translation>Besuch exportieren</translation>
+    </message>
+    <message>
+        <source>Check-up (*.dxsnap)</source>
+        <translation>Prüfung (*.dxsnap)</translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n visit(s) for good?</source>
+        <translation>
+            <numerusform>%n Besuch endgültig löschen?</numerusform>
+            <numerusform>%n Besuche endgültig löschen?</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>What was read then is gone. Export it first if it may be needed.</source>
+        <translation>Was damals gelesen wurde, ist dann weg. Exportieren Sie es vorher, wenn es noch gebraucht werden kann.</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Name vehicle</source>
+        <translation>Fahrzeug benennen</translation>
+    </message>
+    <message>
+        <source>Name; empty for the serial number:</source>
+        <translation>Name; leer für die Seriennummer:</translation>
+    </message>
+    <message>
+        <source>Import into the archive</source>
+        <translation>In das Archiv importieren</translation>
+    </message>
+    <message>
+        <source>Vehicles and archives (*.dxsnap *.dxxml *.dxarchive)</source>
+        <translation>Fahrzeuge und Archive (*.dxsnap *.dxxml *.dxarchive)</translation>
+    </message>
+    <message>
+        <source>Mo&amp;re</source>
+        <translation>Me&amp;hr</translation>
     </message>
 </context>
 <context>
@@ -373,6 +539,69 @@
     </message>
 </context>
 <context>
+    <name>ChangeModel</name>
+    <message>
+        <source>New device</source>
+        <translation>Neues Gerät</translation>
+    </message>
+    <message>
+        <source>Device gone</source>
+        <translation>Gerät weg</translation>
+    </message>
+    <message>
+        <source>Replaced</source>
+        <translation>Ersetzt</translation>
+    </message>
+    <message>
+        <source>Moved</source>
+        <translation>Anderer Knoten</translation>
+    </message>
+    <message>
+        <source>Firmware</source>
+        <translation>Firmware</translation>
+    </message>
+    <message>
+        <source>Fixed data</source>
+        <translation>Feste Daten</translation>
+    </message>
+    <message>
+        <source>Counter</source>
+        <translation>Zähler</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Finding</source>
+        <translation>Befund</translation>
+    </message>
+    <message>
+        <source>Not read</source>
+        <translation>Nicht gelesen</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Art</translation>
+    </message>
+    <message>
+        <source>What has changed</source>
+        <translation>Was sich geändert hat</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>Objekt</translation>
+    </message>
+    <message>
+        <source>Before</source>
+        <translation>Vorher</translation>
+    </message>
+    <message>
+        <source>Now</source>
+        <translation>Jetzt</translation>
+    </message>
+</context>
+<context>
     <name>Checkup</name>
     <message>
         <source>There are no rules.</source>
@@ -385,6 +614,416 @@
     <message>
         <source>There are more findings than are kept.</source>
         <translation>Es gibt mehr Befunde, als behalten werden.</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupFiles</name>
+    <message>
+        <source>Save check-up</source>
+        <translation>Prüfung speichern</translation>
+    </message>
+    <message>
+        <source>Check-up (*.dxsnap)</source>
+        <translation>Prüfung (*.dxsnap)</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>Compare with a saved vehicle</source>
+        <translation>Mit einem gespeicherten Fahrzeug vergleichen</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupPage</name>
+    <message>
+        <source>Chec&amp;k-up</source>
+        <translation>Prü&amp;fung</translation>
+    </message>
+    <message>
+        <source>&amp;Quick check-up: the most important values</source>
+        <translation>&amp;Schnelle Prüfung: die wichtigsten Werte</translation>
+    </message>
+    <message>
+        <source>&amp;Go on where it ended</source>
+        <translation>Fortse&amp;tzen, wo sie endete</translation>
+    </message>
+    <message>
+        <source>Also &amp;look for devices without a heartbeat</source>
+        <translation>Auch Geräte &amp;ohne Heartbeat suchen</translation>
+    </message>
+    <message>
+        <source>A&amp;bout this visit...</source>
+        <translation>&amp;Zu diesem Besuch...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>&amp;Save check-up...</source>
+        <translation>Prüfung speiche&amp;rn...</translation>
+    </message>
+    <message>
+        <source>Service &amp;report...</source>
+        <translation>Servi&amp;cebericht...</translation>
+    </message>
+    <message>
+        <source>With the &amp;last visit</source>
+        <translation>Mit dem &amp;letzten Besuch</translation>
+    </message>
+    <message>
+        <source>With a &amp;file...</source>
+        <translation>Mit einer &amp;Datei...</translation>
+    </message>
+    <message>
+        <source>Co&amp;mpare</source>
+        <translation>&amp;Vergleichen</translation>
+    </message>
+    <message>
+        <source>&amp;Open a saved vehicle...</source>
+        <translation>Gespeichertes Fahrzeug ö&amp;ffnen...</translation>
+    </message>
+    <message>
+        <source>Keep in the arch&amp;ive</source>
+        <translation>I&amp;m Archiv aufbewahren</translation>
+    </message>
+    <message>
+        <source>Reads all devices and judges what they say</source>
+        <translation>Liest alle Geräte und beurteilt, was sie sagen</translation>
+    </message>
+    <message>
+        <source>The connection to the bus is lost. The check-up goes on when it is back.</source>
+        <translation>Die Verbindung zum Bus ist verloren. Die Prüfung geht weiter, wenn sie wieder da ist.</translation>
+    </message>
+    <message>
+        <source>The vehicle is being read ...</source>
+        <translation>Das Fahrzeug wird gelesen ...</translation>
+    </message>
+    <message>
+        <source>Is being kept ...</source>
+        <translation>Wird aufbewahrt ...</translation>
+    </message>
+    <message>
+        <source>Kept in the archive ✓</source>
+        <translation>Im Archiv aufbewahrt ✓</translation>
+    </message>
+    <message>
+        <source>▲ The archive cannot be reached: it waits on this computer.</source>
+        <translation>▲ Das Archiv ist nicht erreichbar: Es wartet auf diesem Computer.</translation>
+    </message>
+    <message>
+        <source>▲ It could not be kept. Save it as a file.</source>
+        <translation>▲ Sie konnte nicht aufbewahrt werden. Speichern Sie sie als Datei.</translation>
+    </message>
+    <message>
+        <source>The bus is connected. Press &quot;Check-up&quot;: all devices are read and judged, which takes some minutes. Nothing is changed in them.</source>
+        <translation>Der Bus ist verbunden. Drücken Sie „Prüfung“: Alle Geräte werden gelesen und beurteilt, das dauert einige Minuten. In ihnen wird nichts geändert.</translation>
+    </message>
+    <message>
+        <source>Connect a bus (Ctrl+K) and press &quot;Check-up&quot;, or open a saved vehicle.</source>
+        <translation>Verbinden Sie einen Bus (Strg+K) und drücken Sie „Prüfung“, oder öffnen Sie ein gespeichertes Fahrzeug.</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupSession</name>
+    <message>
+        <source>A check-up is running.</source>
+        <translation>Eine Prüfung läuft.</translation>
+    </message>
+    <message>
+        <source>Connect a bus first.</source>
+        <translation>Verbinden Sie zuerst einen Bus.</translation>
+    </message>
+    <message>
+        <source>The bus is being connected.</source>
+        <translation>Der Bus wird verbunden.</translation>
+    </message>
+    <message>
+        <source>The connection to the bus is lost. It is made again as soon as the interface is back.</source>
+        <translation>Die Verbindung zum Bus ist verloren. Sie wird wieder hergestellt, sobald die Schnittstelle zurück ist.</translation>
+    </message>
+    <message>
+        <source>The overview is reading. Wait for its end or cancel it (Esc).</source>
+        <translation>Die Übersicht liest gerade. Warten Sie das Ende ab oder brechen Sie ab (Esc).</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupWords</name>
+    <message>
+        <source>No answer</source>
+        <translation>Keine Antwort</translation>
+    </message>
+    <message>
+        <source>Not known</source>
+        <translation>Unbekannt</translation>
+    </message>
+    <message>
+        <source>No heartbeat</source>
+        <translation>Kein Heartbeat</translation>
+    </message>
+    <message>
+        <source>Starting</source>
+        <translation>Startet</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Gestoppt</translation>
+    </message>
+    <message>
+        <source>Operating</source>
+        <translation>In Betrieb</translation>
+    </message>
+    <message>
+        <source>Waiting</source>
+        <translation>Wartet</translation>
+    </message>
+    <message>
+        <source>In order.</source>
+        <translation>In Ordnung.</translation>
+    </message>
+    <message>
+        <source>%1 s left</source>
+        <translation>noch %1 s</translation>
+    </message>
+    <message>
+        <source>%1 min left</source>
+        <translation>noch %1 min</translation>
+    </message>
+    <message>
+        <source>Looking for devices ...</source>
+        <translation>Geräte werden gesucht ...</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n device(s) found, still looking</source>
+        <translation>
+            <numerusform>%n Gerät gefunden, Suche läuft</numerusform>
+            <numerusform>%n Geräte gefunden, Suche läuft</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>device %1 of %2</source>
+        <translation>Gerät %1 von %2</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>Waits for its turn</source>
+        <translation>Wartet, bis es an der Reihe ist</translation>
+    </message>
+    <message>
+        <source>Is being read: %1 of %2</source>
+        <translation>Wird gelesen: %1 von %2</translation>
+    </message>
+    <message>
+        <source>No device was heard. Is the vehicle switched on?</source>
+        <translation>Kein Gerät wurde gehört. Ist das Fahrzeug eingeschaltet?</translation>
+    </message>
+    <message>
+        <source>There is no device in it.</source>
+        <translation>Es ist kein Gerät darin.</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <extracomment>Verdict, and what was found in numbers: &quot;Faults were found: 2 faults, 1 warning&quot;</extracomment>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>Vehicle without a serial number</source>
+        <translation>Fahrzeug ohne Seriennummer</translation>
+    </message>
+    <message>
+        <source>Vehicle %1</source>
+        <translation>Fahrzeug %1</translation>
+    </message>
+    <message>
+        <source>from the file %1</source>
+        <translation>aus der Datei %1</translation>
+    </message>
+    <message>
+        <source>from the archive</source>
+        <translation>aus dem Archiv</translation>
+    </message>
+    <message>
+        <source>last visit %1</source>
+        <translation>letzter Besuch %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n fault(s)</source>
+        <translation>
+            <numerusform>%n Fehler</numerusform>
+            <numerusform>%n Fehler</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n warning(s)</source>
+        <translation>
+            <numerusform>%n Warnung</numerusform>
+            <numerusform>%n Warnungen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n note(s)</source>
+        <translation>
+            <numerusform>%n Hinweis</numerusform>
+            <numerusform>%n Hinweise</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n component(s) not checked</source>
+        <translation>
+            <numerusform>%n Komponente nicht geprüft</numerusform>
+            <numerusform>%n Komponenten nicht geprüft</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>CommunicationNames</name>
+    <message>
+        <source>Manufacturer status register</source>
+        <translation>Statusregister des Herstellers</translation>
+    </message>
+    <message>
+        <source>SYNC message identifier</source>
+        <translation>Kennung der SYNC-Nachricht</translation>
+    </message>
+    <message>
+        <source>SYNC period</source>
+        <translation>SYNC-Periode</translation>
+    </message>
+    <message>
+        <source>Synchronous window length</source>
+        <translation>Länge des synchronen Fensters</translation>
+    </message>
+    <message>
+        <source>Manufacturer device name</source>
+        <translation>Gerätename des Herstellers</translation>
+    </message>
+    <message>
+        <source>Hardware version</source>
+        <translation>Hardwareversion</translation>
+    </message>
+    <message>
+        <source>Software version</source>
+        <translation>Softwareversion</translation>
+    </message>
+    <message>
+        <source>Guard time</source>
+        <translation>Überwachungszeit</translation>
+    </message>
+    <message>
+        <source>Life time factor</source>
+        <translation>Lebenszeitfaktor</translation>
+    </message>
+    <message>
+        <source>Store parameters</source>
+        <translation>Parameter speichern</translation>
+    </message>
+    <message>
+        <source>Restore default parameters</source>
+        <translation>Standardparameter wiederherstellen</translation>
+    </message>
+    <message>
+        <source>TIME message identifier</source>
+        <translation>Kennung der TIME-Nachricht</translation>
+    </message>
+    <message>
+        <source>Emergency message identifier</source>
+        <translation>Kennung der Notfallnachricht</translation>
+    </message>
+    <message>
+        <source>Emergency inhibit time</source>
+        <translation>Sperrzeit der Notfallnachricht</translation>
+    </message>
+    <message>
+        <source>Heartbeats that are watched</source>
+        <translation>Überwachte Heartbeats</translation>
+    </message>
+    <message>
+        <source>Heartbeat period</source>
+        <translation>Heartbeat-Periode</translation>
+    </message>
+    <message>
+        <source>SYNC counter</source>
+        <translation>SYNC-Zähler</translation>
+    </message>
+    <message>
+        <source>Date of the configuration</source>
+        <translation>Datum der Konfiguration</translation>
+    </message>
+    <message>
+        <source>Behaviour on errors</source>
+        <translation>Verhalten bei Fehlern</translation>
+    </message>
+    <message>
+        <source>SDO server %1</source>
+        <translation>SDO-Server %1</translation>
+    </message>
+    <message>
+        <source>SDO client %1</source>
+        <translation>SDO-Client %1</translation>
+    </message>
+    <message>
+        <source>Received PDO %1</source>
+        <translation>Empfangenes PDO %1</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, mapping</source>
+        <translation>Empfangenes PDO %1, Zuordnung</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1</source>
+        <translation>Gesendetes PDO %1</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, mapping</source>
+        <translation>Gesendetes PDO %1, Zuordnung</translation>
+    </message>
+</context>
+<context>
+    <name>ComparisonDialog</name>
+    <message>
+        <source>What has changed</source>
+        <translation>Was sich geändert hat</translation>
+    </message>
+    <message>
+        <source>Before: %1
+Now: %2</source>
+        <translation>Vorher: %1
+Jetzt: %2</translation>
+    </message>
+    <message>
+        <source>Nothing has changed that goes beyond the usual variation.</source>
+        <translation>Nichts hat sich über das übliche Schwanken hinaus geändert.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n change(s)</source>
+        <translation>
+            <numerusform>%n Änderung</numerusform>
+            <numerusform>%n Änderungen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentDetails</name>
+    <message>
+        <source>Fin&amp;dings</source>
+        <translation>Bef&amp;unde</translation>
+    </message>
+    <message>
+        <source>&amp;All values (%1)</source>
+        <translation>Alle &amp;Werte (%1)</translation>
+    </message>
+    <message>
+        <source>&amp;Not read (%1)</source>
+        <translation>&amp;Nicht gelesen (%1)</translation>
     </message>
 </context>
 <context>
@@ -412,6 +1051,79 @@
     <message>
         <source>%1 and others, %2 objects in all</source>
         <translation>%1 und andere, insgesamt %2 Objekte</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentModel</name>
+    <message>
+        <source>The vehicle as a whole</source>
+        <translation>Das Fahrzeug als Ganzes</translation>
+    </message>
+    <message>
+        <source>Component</source>
+        <translation>Komponente</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Knoten</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Changes</source>
+        <translation>Änderungen</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentText</name>
+    <message>
+        <source>serial number %1</source>
+        <translation>Seriennummer %1</translation>
+    </message>
+    <message>
+        <source>software %1</source>
+        <translation>Software %1</translation>
+    </message>
+    <message>
+        <source>revision %1.%2</source>
+        <translation>Revision %1.%2</translation>
+    </message>
+    <message>
+        <source>%1, node %2</source>
+        <translation>%1, Knoten %2</translation>
+    </message>
+    <message>
+        <source>In order: all rules that concern it were checked.</source>
+        <translation>In Ordnung: Alle Regeln, die sie betreffen, wurden geprüft.</translation>
+    </message>
+    <message numerus="yes">
+        <source>... and %n more</source>
+        <translation>
+            <numerusform>... und %n weitere</numerusform>
+            <numerusform>... und %n weitere</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Cell voltages, pack %1</source>
+        <translation>Zellspannungen, Pack %1</translation>
+    </message>
+    <message>
+        <source>Cell voltages</source>
+        <translation>Zellspannungen</translation>
+    </message>
+    <message>
+        <source>Since the visit of %1</source>
+        <translation>Seit dem Besuch vom %1</translation>
+    </message>
+    <message>
+        <source>Nothing has changed.</source>
+        <translation>Nichts hat sich geändert.</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>Werte</translation>
     </message>
 </context>
 <context>
@@ -475,6 +1187,13 @@
     <message>
         <source>%1 kbit/s</source>
         <translation>%1 kbit/s</translation>
+    </message>
+</context>
+<context>
+    <name>CopyTable</name>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
     </message>
 </context>
 <context>
@@ -602,16 +1321,39 @@
         <translation>Zeigt die Version.</translation>
     </message>
     <message>
-        <source>Show the values of this exchange file.</source>
-        <translation>Zeigt die Werte dieser Austauschdatei.</translation>
-    </message>
-    <message>
         <source>What is &quot;%1&quot; for? One file can be shown.</source>
         <translation>Wofür ist „%1“? Eine Datei kann gezeigt werden.</translation>
     </message>
     <message>
         <source>There is no language &quot;%1&quot;. There are: %2.</source>
         <translation>Die Sprache „%1“ gibt es nicht. Es gibt: %2.</translation>
+    </message>
+    <message>
+        <source>Show the vehicle of this file (.dxsnap or .dxxml).</source>
+        <translation>Das Fahrzeug dieser Datei zeigen (.dxsnap oder .dxxml).</translation>
+    </message>
+</context>
+<context>
+    <name>EntryModel</name>
+    <message>
+        <source>What</source>
+        <translation>Was</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>Objekt</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Why not</source>
+        <translation>Warum nicht</translation>
+    </message>
+    <message>
+        <source>Bytes</source>
+        <translation>Bytes</translation>
     </message>
 </context>
 <context>
@@ -813,6 +1555,18 @@
         <source>Save &amp;PDF report</source>
         <translation>&amp;PDF-Bericht speichern</translation>
     </message>
+    <message>
+        <source>&amp;Overview</source>
+        <translation>Ü&amp;bersicht</translation>
+    </message>
+    <message>
+        <source>&amp;Check-up page</source>
+        <translation>Seite &amp;Prüfung</translation>
+    </message>
+    <message>
+        <source>&amp;Archive</source>
+        <translation>&amp;Archiv</translation>
+    </message>
 </context>
 <context>
     <name>JsonDocument</name>
@@ -891,8 +1645,55 @@
         <translation>&amp;Trotzdem lesen</translation>
     </message>
     <message>
-        <source>%1 cannot be opened: no plug-in that shows it is loaded.</source>
-        <translation>%1 kann nicht geöffnet werden: Kein Plug-in ist geladen, das die Datei zeigt.</translation>
+        <source>Overview</source>
+        <translation>Übersicht</translation>
+    </message>
+    <message>
+        <source>A check-up is running. Wait for its end or cancel it (Esc), then open the file.</source>
+        <translation>Eine Prüfung läuft. Warten Sie das Ende ab oder brechen Sie ab (Esc), dann öffnen Sie die Datei.</translation>
+    </message>
+    <message>
+        <source>Check-up finished. %1</source>
+        <translation>Prüfung beendet. %1</translation>
+    </message>
+    <message>
+        <source>A check-up is running. Wait for its end or cancel it (Esc), then open the visit.</source>
+        <translation>Eine Prüfung läuft. Warten Sie das Ende ab oder brechen Sie ab (Esc), dann öffnen Sie den Besuch.</translation>
+    </message>
+    <message>
+        <source>The read waits on this computer for the archive: %1</source>
+        <translation>Das Gelesene wartet auf diesem Computer auf das Archiv: %1</translation>
+    </message>
+    <message>
+        <source>The read could not be kept, save it as a file: %1</source>
+        <translation>Das Gelesene konnte nicht aufbewahrt werden, speichern Sie es als Datei: %1</translation>
+    </message>
+    <message>
+        <source>The archive cannot be opened: %1</source>
+        <translation>Das Archiv kann nicht geöffnet werden: %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n visit(s) that had waited are in the archive now.</source>
+        <translation>
+            <numerusform>%n Besuch, der gewartet hatte, ist jetzt im Archiv.</numerusform>
+            <numerusform>%n Besuche, die gewartet hatten, sind jetzt im Archiv.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Check-up (%1 %)</source>
+        <translation>Prüfung (%1 %)</translation>
+    </message>
+    <message>
+        <source>Check-up</source>
+        <translation>Prüfung</translation>
+    </message>
+    <message>
+        <source>Archive</source>
+        <translation>Archiv</translation>
+    </message>
+    <message>
+        <source>A check-up is using the bus. Wait for its end or cancel it (Esc), then read again.</source>
+        <translation>Eine Prüfung benutzt den Bus. Warten Sie das Ende ab oder brechen Sie ab (Esc), dann lesen Sie noch einmal.</translation>
     </message>
 </context>
 <context>
@@ -931,6 +1732,33 @@
     <message>
         <source>Remove all messages</source>
         <translation>Alle Meldungen entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>NotesDialog</name>
+    <message>
+        <source>About this visit</source>
+        <translation>Zu diesem Besuch</translation>
+    </message>
+    <message>
+        <source>&amp;Vehicle:</source>
+        <translation>&amp;Fahrzeug:</translation>
+    </message>
+    <message>
+        <source>&amp;Customer:</source>
+        <translation>&amp;Kunde:</translation>
+    </message>
+    <message>
+        <source>&amp;Technician:</source>
+        <translation>&amp;Techniker:</translation>
+    </message>
+    <message>
+        <source>&amp;Odometer:</source>
+        <translation>Kilometer&amp;stand:</translation>
+    </message>
+    <message>
+        <source>&amp;Note:</source>
+        <translation>&amp;Notiz:</translation>
     </message>
 </context>
 <context>
@@ -1130,6 +1958,10 @@
     <message>
         <source>The read stopped at node %1, object %2 sub-index %3, because the bus is full, and the node&apos;s answer may find no room on it. Find out who sends so much, and read again. Values read until then: %4.</source>
         <translation>Das Lesen endete bei Knoten %1, Objekt %2 Subindex %3, weil der Bus voll ist und die Antwort des Knotens womöglich keinen Platz darauf findet. Stellen Sie fest, wer so viel sendet, und lesen Sie erneut. Bis dahin gelesene Werte: %4.</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because a check-up is using the bus. Wait for its end or cancel it, then read again.</source>
+        <translation>Nichts wurde gelesen, weil eine Prüfung den Bus benutzt. Warten Sie das Ende ab oder brechen Sie sie ab, dann lesen Sie noch einmal.</translation>
     </message>
 </context>
 <context>
@@ -1804,6 +2636,53 @@
     </message>
 </context>
 <context>
+    <name>ServiceReportDialog</name>
+    <message>
+        <source>Service report</source>
+        <translation>Servicebericht</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>&amp;Durchsuchen...</translation>
+    </message>
+    <message>
+        <source>With what has &amp;changed since the last visit</source>
+        <translation>Mit dem, was sich seit dem &amp;letzten Besuch geändert hat</translation>
+    </message>
+    <message>
+        <source>&amp;Open it then</source>
+        <translation>Danach ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Language:</source>
+        <translation>&amp;Sprache:</translation>
+    </message>
+    <message>
+        <source>&amp;Workshop:</source>
+        <translation>&amp;Werkstatt:</translation>
+    </message>
+    <message>
+        <source>&amp;Address:</source>
+        <translation>&amp;Adresse:</translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation>&amp;Ordner:</translation>
+    </message>
+    <message>
+        <source>Write &amp;report</source>
+        <translation>&amp;Bericht schreiben</translation>
+    </message>
+    <message>
+        <source>Folder for reports</source>
+        <translation>Ordner für Berichte</translation>
+    </message>
+    <message>
+        <source>Service report: %1 and %2</source>
+        <translation>Servicebericht: %1 und %2</translation>
+    </message>
+</context>
+<context>
     <name>ServiceReportFiles</name>
     <message>
         <source>There are %1 reports named %2 in the folder; please move some away.</source>
@@ -2181,6 +3060,41 @@
     </message>
 </context>
 <context>
+    <name>TrendValues</name>
+    <message>
+        <source>Battery: state of health (%)</source>
+        <translation>Akku: Gesundheitszustand (%)</translation>
+    </message>
+    <message>
+        <source>Battery: charge cycles</source>
+        <translation>Akku: Ladezyklen</translation>
+    </message>
+    <message>
+        <source>Battery: energy in it (Wh)</source>
+        <translation>Akku: Energie darin (Wh)</translation>
+    </message>
+    <message>
+        <source>Battery: deep discharges</source>
+        <translation>Akku: Tiefentladungen</translation>
+    </message>
+    <message>
+        <source>Battery: short circuits</source>
+        <translation>Akku: Kurzschlüsse</translation>
+    </message>
+    <message>
+        <source>Battery: over-temperatures</source>
+        <translation>Akku: Übertemperaturen</translation>
+    </message>
+    <message>
+        <source>Display: distance</source>
+        <translation>Display: Strecke</translation>
+    </message>
+    <message>
+        <source>Time switched on (h)</source>
+        <translation>Einschaltzeit (h)</translation>
+    </message>
+</context>
+<context>
     <name>VehicleFiles</name>
     <message>
         <source>Vehicle data (*.dxxml)</source>
@@ -2230,12 +3144,90 @@
         <source>What was shown before is still shown.</source>
         <translation>Was vorher zu sehen war, ist weiter zu sehen.</translation>
     </message>
+    <message>
+        <source>Vehicle data (*.dxsnap *.dxxml)</source>
+        <translation>Fahrzeugdaten (*.dxsnap *.dxxml)</translation>
+    </message>
+</context>
+<context>
+    <name>VehicleModel</name>
+    <message>
+        <source>Vehicle</source>
+        <translation>Fahrzeug</translation>
+    </message>
+    <message>
+        <source>Customer</source>
+        <translation>Kunde</translation>
+    </message>
+    <message>
+        <source>Visits</source>
+        <translation>Besuche</translation>
+    </message>
+    <message>
+        <source>Last visit</source>
+        <translation>Letzter Besuch</translation>
+    </message>
 </context>
 <context>
     <name>VehicleTable</name>
     <message>
         <source>The archive has no vehicle %1.</source>
         <translation>Das Archiv hat kein Fahrzeug %1.</translation>
+    </message>
+</context>
+<context>
+    <name>VisitModel</name>
+    <message>
+        <source>Not judged</source>
+        <translation>Nicht beurteilt</translation>
+    </message>
+    <message>
+        <source>Check-up</source>
+        <translation>Prüfung</translation>
+    </message>
+    <message>
+        <source>Check-up, with gaps</source>
+        <translation>Prüfung, mit Lücken</translation>
+    </message>
+    <message>
+        <source>Quick check-up</source>
+        <translation>Schnelle Prüfung</translation>
+    </message>
+    <message>
+        <source>Quick check-up, with gaps</source>
+        <translation>Schnelle Prüfung, mit Lücken</translation>
+    </message>
+    <message>
+        <source>Read</source>
+        <translation>Gelesen</translation>
+    </message>
+    <message>
+        <source>no serial number</source>
+        <translation>keine Seriennummer</translation>
+    </message>
+    <message>
+        <source>%1 (node %2): %3</source>
+        <translation>%1 (Knoten %2): %3</translation>
+    </message>
+    <message>
+        <source>Visit</source>
+        <translation>Besuch</translation>
+    </message>
+    <message>
+        <source>Found</source>
+        <translation>Befund</translation>
+    </message>
+    <message>
+        <source>What was done</source>
+        <translation>Was getan wurde</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>Werte</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Notiz</translation>
     </message>
 </context>
 <context>

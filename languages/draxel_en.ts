@@ -2,6 +2,101 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="en">
 <context>
+    <name>ArchiveBrowser</name>
+    <message numerus="yes">
+        <source>%n visit(s) deleted.</source>
+        <translation>
+            <numerusform>%n visit deleted.</numerusform>
+            <numerusform>%n visits deleted.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n visit(s) added.</source>
+        <translation>
+            <numerusform>%n visit added.</numerusform>
+            <numerusform>%n visits added.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>ArchivePage</name>
+    <message numerus="yes">
+        <source>Delete %n visit(s) for good?</source>
+        <translation>
+            <numerusform>Delete %n visit for good?</numerusform>
+            <numerusform>Delete %n visits for good?</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>CheckupWords</name>
+    <message numerus="yes">
+        <source>%n device(s) found, still looking</source>
+        <translation>
+            <numerusform>%n device found, still looking</numerusform>
+            <numerusform>%n devices found, still looking</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n fault(s)</source>
+        <translation>
+            <numerusform>%n fault</numerusform>
+            <numerusform>%n faults</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n warning(s)</source>
+        <translation>
+            <numerusform>%n warning</numerusform>
+            <numerusform>%n warnings</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n note(s)</source>
+        <translation>
+            <numerusform>%n note</numerusform>
+            <numerusform>%n notes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n component(s) not checked</source>
+        <translation>
+            <numerusform>%n component not checked</numerusform>
+            <numerusform>%n components not checked</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>ComparisonDialog</name>
+    <message numerus="yes">
+        <source>%n change(s)</source>
+        <translation>
+            <numerusform>%n change</numerusform>
+            <numerusform>%n changes</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>ComponentText</name>
+    <message numerus="yes">
+        <source>... and %n more</source>
+        <translation>
+            <numerusform>... and %n more</numerusform>
+            <numerusform>... and %n more</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message numerus="yes">
+        <source>%n visit(s) that had waited are in the archive now.</source>
+        <translation>
+            <numerusform>%n visit that had waited is in the archive now.</numerusform>
+            <numerusform>%n visits that had waited are in the archive now.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>ServiceReport</name>
     <message numerus="yes">
         <source>%n fault(s)</source>

@@ -24,6 +24,50 @@
     </message>
 </context>
 <context>
+    <name>ArchiveAddressDialog</name>
+    <message>
+        <source>Where the archive is</source>
+        <translation>Où se trouve l’archive</translation>
+    </message>
+    <message>
+        <source>On this &amp;computer</source>
+        <translation>Sur cet &amp;ordinateur</translation>
+    </message>
+    <message>
+        <source>&amp;Elsewhere: another file, or a database that several desks share</source>
+        <translation>&amp;Ailleurs&#xa0;: un autre fichier, ou une base de données que plusieurs postes partagent</translation>
+    </message>
+</context>
+<context>
+    <name>ArchiveBrowser</name>
+    <message>
+        <source>This is the first visit of the vehicle.</source>
+        <translation>C’est la première visite du véhicule.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n visit(s) deleted.</source>
+        <translation>
+            <numerusform>%n visite supprimée.</numerusform>
+            <numerusform>%n visites supprimées.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Enregistré&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>The archive has all of it already.</source>
+        <translation>L’archive contient déjà tout cela.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n visit(s) added.</source>
+        <translation>
+            <numerusform>%n visite ajoutée.</numerusform>
+            <numerusform>%n visites ajoutées.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>ArchiveDatabase</name>
     <message>
         <source>Qt&apos;s driver %1 for the archive is missing. Install it, for example the package %2.</source>
@@ -40,6 +84,128 @@
     <message>
         <source>The file %1 is no archive. Choose another one.</source>
         <translation>Le fichier %1 n’est pas une archive. Choisissez-en un autre.</translation>
+    </message>
+</context>
+<context>
+    <name>ArchivePage</name>
+    <message>
+        <source>Search: serial number, vehicle, customer, note, date ...</source>
+        <translation>Rechercher&#xa0;: numéro de série, véhicule, client, note, date ...</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Rechercher</translation>
+    </message>
+    <message>
+        <source>&amp;Import...</source>
+        <translation>&amp;Importer...</translation>
+    </message>
+    <message>
+        <source>&amp;Where it is...</source>
+        <translation>Em&amp;placement...</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>&amp;Ouvrir</translation>
+    </message>
+    <message>
+        <source>&amp;Compare</source>
+        <translation>&amp;Comparer</translation>
+    </message>
+    <message>
+        <source>With the visit before, or the two that are chosen with each other</source>
+        <translation>Avec la visite précédente, ou les deux visites choisies entre elles</translation>
+    </message>
+    <message>
+        <source>Re&amp;port...</source>
+        <translation>&amp;Rapport...</translation>
+    </message>
+    <message>
+        <source>&amp;Notes...</source>
+        <translation>&amp;Notes...</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>E&amp;xporter...</translation>
+    </message>
+    <message>
+        <source>Na&amp;me vehicle...</source>
+        <translation>No&amp;mmer le véhicule...</translation>
+    </message>
+    <message>
+        <source>&amp;Delete...</source>
+        <translation>&amp;Supprimer...</translation>
+    </message>
+    <message>
+        <source>Over &amp;time:</source>
+        <translation>Dans le &amp;temps&#xa0;:</translation>
+    </message>
+    <message>
+        <source>No visit of this vehicle has this value.</source>
+        <translation>Aucune visite de ce véhicule n’a cette valeur.</translation>
+    </message>
+    <message>
+        <source>The archive is being asked ...</source>
+        <translation>L’archive est interrogée ...</translation>
+    </message>
+    <message>
+        <source>Nothing is kept yet. Every check-up and every read comes in here by itself.</source>
+        <translation>Rien n’est encore conservé. Chaque contrôle et chaque lecture arrivent ici d’eux-mêmes.</translation>
+    </message>
+    <message>
+        <source>Nothing is found. All words have to be there: serial number, customer, date ...</source>
+        <translation>Rien n’a été trouvé. Tous les mots doivent y être&#xa0;: numéro de série, client, date ...</translation>
+    </message>
+    <message>
+        <source>The archive is %1</source>
+        <translation>L’archive est %1</translation>
+    </message>
+    <message>
+        <source>Export visit</source>
+        <translation>Exporter la visite</translation>
+    </message>
+    <message>
+        <source>Check-up (*.dxsnap)</source>
+        <translation>Contrôle (*.dxsnap)</translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n visit(s) for good?</source>
+        <translation>
+            <numerusform>Supprimer définitivement %n visite&#xa0;?</numerusform>
+            <numerusform>Supprimer définitivement %n visites&#xa0;?</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>What was read then is gone. Export it first if it may be needed.</source>
+        <translation>Ce qui avait été lu sera perdu. Exportez-le d’abord s’il peut encore servir.</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Supprimer</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Name vehicle</source>
+        <translation>Nommer le véhicule</translation>
+    </message>
+    <message>
+        <source>Name; empty for the serial number:</source>
+        <translation>Nom&#xa0;; vide pour le numéro de série&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Import into the archive</source>
+        <translation>Importer dans l’archive</translation>
+    </message>
+    <message>
+        <source>Vehicles and archives (*.dxsnap *.dxxml *.dxarchive)</source>
+        <translation>Véhicules et archives (*.dxsnap *.dxxml *.dxarchive)</translation>
+    </message>
+    <message>
+        <source>Mo&amp;re</source>
+        <translation>Pl&amp;us</translation>
     </message>
 </context>
 <context>
@@ -373,6 +539,69 @@
     </message>
 </context>
 <context>
+    <name>ChangeModel</name>
+    <message>
+        <source>New device</source>
+        <translation>Nouvel appareil</translation>
+    </message>
+    <message>
+        <source>Device gone</source>
+        <translation>Appareil disparu</translation>
+    </message>
+    <message>
+        <source>Replaced</source>
+        <translation>Remplacé</translation>
+    </message>
+    <message>
+        <source>Moved</source>
+        <translation>Déplacé</translation>
+    </message>
+    <message>
+        <source>Firmware</source>
+        <translation>Firmware</translation>
+    </message>
+    <message>
+        <source>Fixed data</source>
+        <translation>Données fixes</translation>
+    </message>
+    <message>
+        <source>Counter</source>
+        <translation>Compteur</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Valeur</translation>
+    </message>
+    <message>
+        <source>Finding</source>
+        <translation>Constat</translation>
+    </message>
+    <message>
+        <source>Not read</source>
+        <translation>Non lu</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Genre</translation>
+    </message>
+    <message>
+        <source>What has changed</source>
+        <translation>Ce qui a changé</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>Objet</translation>
+    </message>
+    <message>
+        <source>Before</source>
+        <translation>Avant</translation>
+    </message>
+    <message>
+        <source>Now</source>
+        <translation>Maintenant</translation>
+    </message>
+</context>
+<context>
     <name>Checkup</name>
     <message>
         <source>There are no rules.</source>
@@ -385,6 +614,416 @@
     <message>
         <source>There are more findings than are kept.</source>
         <translation>Il y a plus de constats qu’il n’en est conservé.</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupFiles</name>
+    <message>
+        <source>Save check-up</source>
+        <translation>Enregistrer le contrôle</translation>
+    </message>
+    <message>
+        <source>Check-up (*.dxsnap)</source>
+        <translation>Contrôle (*.dxsnap)</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Enregistré&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Compare with a saved vehicle</source>
+        <translation>Comparer avec un véhicule enregistré</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupPage</name>
+    <message>
+        <source>Chec&amp;k-up</source>
+        <translation>C&amp;ontrôle</translation>
+    </message>
+    <message>
+        <source>&amp;Quick check-up: the most important values</source>
+        <translation>Contrôle rap&amp;ide&#xa0;: les valeurs les plus importantes</translation>
+    </message>
+    <message>
+        <source>&amp;Go on where it ended</source>
+        <translation>&amp;Reprendre où il s’est arrêté</translation>
+    </message>
+    <message>
+        <source>Also &amp;look for devices without a heartbeat</source>
+        <translation>Chercher aussi les appareils &amp;sans heartbeat</translation>
+    </message>
+    <message>
+        <source>A&amp;bout this visit...</source>
+        <translation>À propos de cette &amp;visite...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>&amp;Save check-up...</source>
+        <translation>Enregistre&amp;r le contrôle...</translation>
+    </message>
+    <message>
+        <source>Service &amp;report...</source>
+        <translation>Rapport d’entre&amp;tien...</translation>
+    </message>
+    <message>
+        <source>With the &amp;last visit</source>
+        <translation>Avec la &amp;dernière visite</translation>
+    </message>
+    <message>
+        <source>With a &amp;file...</source>
+        <translation>Avec un &amp;fichier...</translation>
+    </message>
+    <message>
+        <source>Co&amp;mpare</source>
+        <translation>Co&amp;mparer</translation>
+    </message>
+    <message>
+        <source>&amp;Open a saved vehicle...</source>
+        <translation>&amp;Ouvrir un véhicule enregistré...</translation>
+    </message>
+    <message>
+        <source>Keep in the arch&amp;ive</source>
+        <translation>Conserver &amp;dans l’archive</translation>
+    </message>
+    <message>
+        <source>Reads all devices and judges what they say</source>
+        <translation>Lit tous les appareils et juge ce qu’ils disent</translation>
+    </message>
+    <message>
+        <source>The connection to the bus is lost. The check-up goes on when it is back.</source>
+        <translation>La connexion au bus est perdue. Le contrôle continuera quand elle sera rétablie.</translation>
+    </message>
+    <message>
+        <source>The vehicle is being read ...</source>
+        <translation>Le véhicule est en cours de lecture ...</translation>
+    </message>
+    <message>
+        <source>Is being kept ...</source>
+        <translation>Est en cours de conservation ...</translation>
+    </message>
+    <message>
+        <source>Kept in the archive ✓</source>
+        <translation>Conservé dans l’archive ✓</translation>
+    </message>
+    <message>
+        <source>▲ The archive cannot be reached: it waits on this computer.</source>
+        <translation>▲ L’archive est inaccessible&#xa0;: il attend sur cet ordinateur.</translation>
+    </message>
+    <message>
+        <source>▲ It could not be kept. Save it as a file.</source>
+        <translation>▲ Il n’a pas pu être conservé. Enregistrez-le dans un fichier.</translation>
+    </message>
+    <message>
+        <source>The bus is connected. Press &quot;Check-up&quot;: all devices are read and judged, which takes some minutes. Nothing is changed in them.</source>
+        <translation>Le bus est connecté. Appuyez sur «&#xa0;Contrôle&#xa0;»&#xa0;: tous les appareils sont lus et jugés, ce qui prend quelques minutes. Rien n’y est modifié.</translation>
+    </message>
+    <message>
+        <source>Connect a bus (Ctrl+K) and press &quot;Check-up&quot;, or open a saved vehicle.</source>
+        <translation>Connectez un bus (Ctrl+K) et appuyez sur «&#xa0;Contrôle&#xa0;», ou ouvrez un véhicule enregistré.</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupSession</name>
+    <message>
+        <source>A check-up is running.</source>
+        <translation>Un contrôle est en cours.</translation>
+    </message>
+    <message>
+        <source>Connect a bus first.</source>
+        <translation>Connectez d’abord un bus.</translation>
+    </message>
+    <message>
+        <source>The bus is being connected.</source>
+        <translation>Le bus est en cours de connexion.</translation>
+    </message>
+    <message>
+        <source>The connection to the bus is lost. It is made again as soon as the interface is back.</source>
+        <translation>La connexion au bus est perdue. Elle sera rétablie dès le retour de l’interface.</translation>
+    </message>
+    <message>
+        <source>The overview is reading. Wait for its end or cancel it (Esc).</source>
+        <translation>La vue d’ensemble est en train de lire. Attendez la fin ou annulez (Échap).</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupWords</name>
+    <message>
+        <source>No answer</source>
+        <translation>Pas de réponse</translation>
+    </message>
+    <message>
+        <source>Not known</source>
+        <translation>Inconnu</translation>
+    </message>
+    <message>
+        <source>No heartbeat</source>
+        <translation>Pas de heartbeat</translation>
+    </message>
+    <message>
+        <source>Starting</source>
+        <translation>Démarre</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Arrêté</translation>
+    </message>
+    <message>
+        <source>Operating</source>
+        <translation>En service</translation>
+    </message>
+    <message>
+        <source>Waiting</source>
+        <translation>En attente</translation>
+    </message>
+    <message>
+        <source>In order.</source>
+        <translation>En ordre.</translation>
+    </message>
+    <message>
+        <source>%1 s left</source>
+        <translation>encore %1 s</translation>
+    </message>
+    <message>
+        <source>%1 min left</source>
+        <translation>encore %1 min</translation>
+    </message>
+    <message>
+        <source>Looking for devices ...</source>
+        <translation>Recherche d’appareils ...</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n device(s) found, still looking</source>
+        <translation>
+            <numerusform>%n appareil trouvé, recherche en cours</numerusform>
+            <numerusform>%n appareils trouvés, recherche en cours</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>device %1 of %2</source>
+        <translation>appareil %1 sur %2</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 sur %2</translation>
+    </message>
+    <message>
+        <source>Waits for its turn</source>
+        <translation>Attend son tour</translation>
+    </message>
+    <message>
+        <source>Is being read: %1 of %2</source>
+        <translation>En cours de lecture&#xa0;: %1 sur %2</translation>
+    </message>
+    <message>
+        <source>No device was heard. Is the vehicle switched on?</source>
+        <translation>Aucun appareil n’a été entendu. Le véhicule est-il en marche&#xa0;?</translation>
+    </message>
+    <message>
+        <source>There is no device in it.</source>
+        <translation>Il n’y a aucun appareil.</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <extracomment>Verdict, and what was found in numbers: &quot;Faults were found: 2 faults, 1 warning&quot;</extracomment>
+        <translation>%1&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>Vehicle without a serial number</source>
+        <translation>Véhicule sans numéro de série</translation>
+    </message>
+    <message>
+        <source>Vehicle %1</source>
+        <translation>Véhicule %1</translation>
+    </message>
+    <message>
+        <source>from the file %1</source>
+        <translation>du fichier %1</translation>
+    </message>
+    <message>
+        <source>from the archive</source>
+        <translation>de l’archive</translation>
+    </message>
+    <message>
+        <source>last visit %1</source>
+        <translation>dernière visite %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n fault(s)</source>
+        <translation>
+            <numerusform>%n défaut</numerusform>
+            <numerusform>%n défauts</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n warning(s)</source>
+        <translation>
+            <numerusform>%n avertissement</numerusform>
+            <numerusform>%n avertissements</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n note(s)</source>
+        <translation>
+            <numerusform>%n remarque</numerusform>
+            <numerusform>%n remarques</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n component(s) not checked</source>
+        <translation>
+            <numerusform>%n composant non contrôlé</numerusform>
+            <numerusform>%n composants non contrôlés</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>CommunicationNames</name>
+    <message>
+        <source>Manufacturer status register</source>
+        <translation>Registre d’état du fabricant</translation>
+    </message>
+    <message>
+        <source>SYNC message identifier</source>
+        <translation>Identifiant du message SYNC</translation>
+    </message>
+    <message>
+        <source>SYNC period</source>
+        <translation>Période SYNC</translation>
+    </message>
+    <message>
+        <source>Synchronous window length</source>
+        <translation>Durée de la fenêtre synchrone</translation>
+    </message>
+    <message>
+        <source>Manufacturer device name</source>
+        <translation>Nom d’appareil du fabricant</translation>
+    </message>
+    <message>
+        <source>Hardware version</source>
+        <translation>Version du matériel</translation>
+    </message>
+    <message>
+        <source>Software version</source>
+        <translation>Version du logiciel</translation>
+    </message>
+    <message>
+        <source>Guard time</source>
+        <translation>Temps de garde</translation>
+    </message>
+    <message>
+        <source>Life time factor</source>
+        <translation>Facteur de durée de vie</translation>
+    </message>
+    <message>
+        <source>Store parameters</source>
+        <translation>Enregistrer les paramètres</translation>
+    </message>
+    <message>
+        <source>Restore default parameters</source>
+        <translation>Rétablir les paramètres par défaut</translation>
+    </message>
+    <message>
+        <source>TIME message identifier</source>
+        <translation>Identifiant du message TIME</translation>
+    </message>
+    <message>
+        <source>Emergency message identifier</source>
+        <translation>Identifiant du message d’urgence</translation>
+    </message>
+    <message>
+        <source>Emergency inhibit time</source>
+        <translation>Temps d’inhibition du message d’urgence</translation>
+    </message>
+    <message>
+        <source>Heartbeats that are watched</source>
+        <translation>Heartbeats surveillés</translation>
+    </message>
+    <message>
+        <source>Heartbeat period</source>
+        <translation>Période du heartbeat</translation>
+    </message>
+    <message>
+        <source>SYNC counter</source>
+        <translation>Compteur SYNC</translation>
+    </message>
+    <message>
+        <source>Date of the configuration</source>
+        <translation>Date de la configuration</translation>
+    </message>
+    <message>
+        <source>Behaviour on errors</source>
+        <translation>Comportement en cas d’erreur</translation>
+    </message>
+    <message>
+        <source>SDO server %1</source>
+        <translation>Serveur SDO %1</translation>
+    </message>
+    <message>
+        <source>SDO client %1</source>
+        <translation>Client SDO %1</translation>
+    </message>
+    <message>
+        <source>Received PDO %1</source>
+        <translation>PDO reçu %1</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, mapping</source>
+        <translation>PDO reçu %1, correspondance</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1</source>
+        <translation>PDO émis %1</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, mapping</source>
+        <translation>PDO émis %1, correspondance</translation>
+    </message>
+</context>
+<context>
+    <name>ComparisonDialog</name>
+    <message>
+        <source>What has changed</source>
+        <translation>Ce qui a changé</translation>
+    </message>
+    <message>
+        <source>Before: %1
+Now: %2</source>
+        <translation>Avant&#xa0;: %1
+Maintenant&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>Nothing has changed that goes beyond the usual variation.</source>
+        <translation>Rien n’a changé au-delà des variations habituelles.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n change(s)</source>
+        <translation>
+            <numerusform>%n changement</numerusform>
+            <numerusform>%n changements</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Copier</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentDetails</name>
+    <message>
+        <source>Fin&amp;dings</source>
+        <translation>&amp;Constats</translation>
+    </message>
+    <message>
+        <source>&amp;All values (%1)</source>
+        <translation>Toute&amp;s les valeurs (%1)</translation>
+    </message>
+    <message>
+        <source>&amp;Not read (%1)</source>
+        <translation>Non l&amp;u (%1)</translation>
     </message>
 </context>
 <context>
@@ -412,6 +1051,79 @@
     <message>
         <source>%1 and others, %2 objects in all</source>
         <translation>%1 et d’autres, %2 objets en tout</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentModel</name>
+    <message>
+        <source>The vehicle as a whole</source>
+        <translation>Le véhicule dans son ensemble</translation>
+    </message>
+    <message>
+        <source>Component</source>
+        <translation>Composant</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Nœud</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>État</translation>
+    </message>
+    <message>
+        <source>Changes</source>
+        <translation>Changements</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentText</name>
+    <message>
+        <source>serial number %1</source>
+        <translation>numéro de série %1</translation>
+    </message>
+    <message>
+        <source>software %1</source>
+        <translation>logiciel %1</translation>
+    </message>
+    <message>
+        <source>revision %1.%2</source>
+        <translation>révision %1.%2</translation>
+    </message>
+    <message>
+        <source>%1, node %2</source>
+        <translation>%1, nœud %2</translation>
+    </message>
+    <message>
+        <source>In order: all rules that concern it were checked.</source>
+        <translation>En ordre&#xa0;: toutes les règles qui le concernent ont été vérifiées.</translation>
+    </message>
+    <message numerus="yes">
+        <source>... and %n more</source>
+        <translation>
+            <numerusform>... et %n autre</numerusform>
+            <numerusform>... et %n autres</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Cell voltages, pack %1</source>
+        <translation>Tensions des cellules, pack %1</translation>
+    </message>
+    <message>
+        <source>Cell voltages</source>
+        <translation>Tensions des cellules</translation>
+    </message>
+    <message>
+        <source>Since the visit of %1</source>
+        <translation>Depuis la visite du %1</translation>
+    </message>
+    <message>
+        <source>Nothing has changed.</source>
+        <translation>Rien n’a changé.</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>Valeurs</translation>
     </message>
 </context>
 <context>
@@ -475,6 +1187,13 @@
     <message>
         <source>%1 kbit/s</source>
         <translation>%1 kbit/s</translation>
+    </message>
+</context>
+<context>
+    <name>CopyTable</name>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Copier</translation>
     </message>
 </context>
 <context>
@@ -602,16 +1321,39 @@
         <translation>Affiche la version.</translation>
     </message>
     <message>
-        <source>Show the values of this exchange file.</source>
-        <translation>Affiche les valeurs de ce fichier d’échange.</translation>
-    </message>
-    <message>
         <source>What is &quot;%1&quot; for? One file can be shown.</source>
         <translation>À quoi sert «&#xa0;%1&#xa0;»&#xa0;? Un seul fichier peut être affiché.</translation>
     </message>
     <message>
         <source>There is no language &quot;%1&quot;. There are: %2.</source>
         <translation>La langue «&#xa0;%1&#xa0;» n’existe pas. Langues disponibles&#xa0;: %2.</translation>
+    </message>
+    <message>
+        <source>Show the vehicle of this file (.dxsnap or .dxxml).</source>
+        <translation>Afficher le véhicule de ce fichier (.dxsnap ou .dxxml).</translation>
+    </message>
+</context>
+<context>
+    <name>EntryModel</name>
+    <message>
+        <source>What</source>
+        <translation>Quoi</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>Objet</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Valeur</translation>
+    </message>
+    <message>
+        <source>Why not</source>
+        <translation>Pourquoi</translation>
+    </message>
+    <message>
+        <source>Bytes</source>
+        <translation>Octets</translation>
     </message>
 </context>
 <context>
@@ -813,6 +1555,18 @@
         <source>Save &amp;PDF report</source>
         <translation>Enregistrer le rapport &amp;PDF</translation>
     </message>
+    <message>
+        <source>&amp;Overview</source>
+        <translation>V&amp;ue d’ensemble</translation>
+    </message>
+    <message>
+        <source>&amp;Check-up page</source>
+        <translation>Page &amp;Contrôle</translation>
+    </message>
+    <message>
+        <source>&amp;Archive</source>
+        <translation>&amp;Archive</translation>
+    </message>
 </context>
 <context>
     <name>JsonDocument</name>
@@ -891,8 +1645,55 @@
         <translation>&amp;Lire quand même</translation>
     </message>
     <message>
-        <source>%1 cannot be opened: no plug-in that shows it is loaded.</source>
-        <translation>Impossible d’ouvrir %1&#xa0;: aucun plug-in capable de l’afficher n’est chargé.</translation>
+        <source>Overview</source>
+        <translation>Vue d’ensemble</translation>
+    </message>
+    <message>
+        <source>A check-up is running. Wait for its end or cancel it (Esc), then open the file.</source>
+        <translation>Un contrôle est en cours. Attendez la fin ou annulez (Échap), puis ouvrez le fichier.</translation>
+    </message>
+    <message>
+        <source>Check-up finished. %1</source>
+        <translation>Contrôle terminé. %1</translation>
+    </message>
+    <message>
+        <source>A check-up is running. Wait for its end or cancel it (Esc), then open the visit.</source>
+        <translation>Un contrôle est en cours. Attendez la fin ou annulez (Échap), puis ouvrez la visite.</translation>
+    </message>
+    <message>
+        <source>The read waits on this computer for the archive: %1</source>
+        <translation>La lecture attend l’archive sur cet ordinateur&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>The read could not be kept, save it as a file: %1</source>
+        <translation>La lecture n’a pas pu être conservée, enregistrez-la dans un fichier&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>The archive cannot be opened: %1</source>
+        <translation>L’archive ne peut pas être ouverte&#xa0;: %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n visit(s) that had waited are in the archive now.</source>
+        <translation>
+            <numerusform>%n visite qui attendait est maintenant dans l’archive.</numerusform>
+            <numerusform>%n visites qui attendaient sont maintenant dans l’archive.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Check-up (%1 %)</source>
+        <translation>Contrôle (%1 %)</translation>
+    </message>
+    <message>
+        <source>Check-up</source>
+        <translation>Contrôle</translation>
+    </message>
+    <message>
+        <source>Archive</source>
+        <translation>Archive</translation>
+    </message>
+    <message>
+        <source>A check-up is using the bus. Wait for its end or cancel it (Esc), then read again.</source>
+        <translation>Un contrôle utilise le bus. Attendez la fin ou annulez (Échap), puis relisez.</translation>
     </message>
 </context>
 <context>
@@ -931,6 +1732,33 @@
     <message>
         <source>Remove all messages</source>
         <translation>Supprimer tous les messages</translation>
+    </message>
+</context>
+<context>
+    <name>NotesDialog</name>
+    <message>
+        <source>About this visit</source>
+        <translation>À propos de cette visite</translation>
+    </message>
+    <message>
+        <source>&amp;Vehicle:</source>
+        <translation>&amp;Véhicule&#xa0;:</translation>
+    </message>
+    <message>
+        <source>&amp;Customer:</source>
+        <translation>&amp;Client&#xa0;:</translation>
+    </message>
+    <message>
+        <source>&amp;Technician:</source>
+        <translation>&amp;Technicien&#xa0;:</translation>
+    </message>
+    <message>
+        <source>&amp;Odometer:</source>
+        <translation>C&amp;ompteur kilométrique&#xa0;:</translation>
+    </message>
+    <message>
+        <source>&amp;Note:</source>
+        <translation>&amp;Note&#xa0;:</translation>
     </message>
 </context>
 <context>
@@ -1130,6 +1958,10 @@
     <message>
         <source>The read stopped at node %1, object %2 sub-index %3, because the bus is full, and the node&apos;s answer may find no room on it. Find out who sends so much, and read again. Values read until then: %4.</source>
         <translation>La lecture s’est arrêtée au nœud %1, objet %2 sous-index %3, car le bus est plein et la réponse du nœud n’y trouve peut-être pas de place. Trouvez qui envoie autant, puis relancez la lecture. Valeurs lues jusque-là&#xa0;: %4.</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because a check-up is using the bus. Wait for its end or cancel it, then read again.</source>
+        <translation>Rien n’a été lu, car un contrôle utilise le bus. Attendez la fin ou annulez-le, puis relisez.</translation>
     </message>
 </context>
 <context>
@@ -1804,6 +2636,53 @@
     </message>
 </context>
 <context>
+    <name>ServiceReportDialog</name>
+    <message>
+        <source>Service report</source>
+        <translation>Rapport d’entretien</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>&amp;Parcourir...</translation>
+    </message>
+    <message>
+        <source>With what has &amp;changed since the last visit</source>
+        <translation>Avec ce qui a &amp;changé depuis la dernière visite</translation>
+    </message>
+    <message>
+        <source>&amp;Open it then</source>
+        <translation>L’&amp;ouvrir ensuite</translation>
+    </message>
+    <message>
+        <source>&amp;Language:</source>
+        <translation>&amp;Langue&#xa0;:</translation>
+    </message>
+    <message>
+        <source>&amp;Workshop:</source>
+        <translation>&amp;Atelier&#xa0;:</translation>
+    </message>
+    <message>
+        <source>&amp;Address:</source>
+        <translation>A&amp;dresse&#xa0;:</translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation>Doss&amp;ier&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Write &amp;report</source>
+        <translation>&amp;Écrire le rapport</translation>
+    </message>
+    <message>
+        <source>Folder for reports</source>
+        <translation>Dossier des rapports</translation>
+    </message>
+    <message>
+        <source>Service report: %1 and %2</source>
+        <translation>Rapport d’entretien&#xa0;: %1 et %2</translation>
+    </message>
+</context>
+<context>
     <name>ServiceReportFiles</name>
     <message>
         <source>There are %1 reports named %2 in the folder; please move some away.</source>
@@ -2181,6 +3060,41 @@
     </message>
 </context>
 <context>
+    <name>TrendValues</name>
+    <message>
+        <source>Battery: state of health (%)</source>
+        <translation>Batterie&#xa0;: état de santé (%)</translation>
+    </message>
+    <message>
+        <source>Battery: charge cycles</source>
+        <translation>Batterie&#xa0;: cycles de charge</translation>
+    </message>
+    <message>
+        <source>Battery: energy in it (Wh)</source>
+        <translation>Batterie&#xa0;: énergie contenue (Wh)</translation>
+    </message>
+    <message>
+        <source>Battery: deep discharges</source>
+        <translation>Batterie&#xa0;: décharges profondes</translation>
+    </message>
+    <message>
+        <source>Battery: short circuits</source>
+        <translation>Batterie&#xa0;: courts-circuits</translation>
+    </message>
+    <message>
+        <source>Battery: over-temperatures</source>
+        <translation>Batterie&#xa0;: surchauffes</translation>
+    </message>
+    <message>
+        <source>Display: distance</source>
+        <translation>Afficheur&#xa0;: distance</translation>
+    </message>
+    <message>
+        <source>Time switched on (h)</source>
+        <translation>Durée en marche (h)</translation>
+    </message>
+</context>
+<context>
     <name>VehicleFiles</name>
     <message>
         <source>Vehicle data (*.dxxml)</source>
@@ -2230,12 +3144,90 @@
         <source>What was shown before is still shown.</source>
         <translation>Ce qui était affiché l’est toujours.</translation>
     </message>
+    <message>
+        <source>Vehicle data (*.dxsnap *.dxxml)</source>
+        <translation>Données de véhicule (*.dxsnap *.dxxml)</translation>
+    </message>
+</context>
+<context>
+    <name>VehicleModel</name>
+    <message>
+        <source>Vehicle</source>
+        <translation>Véhicule</translation>
+    </message>
+    <message>
+        <source>Customer</source>
+        <translation>Client</translation>
+    </message>
+    <message>
+        <source>Visits</source>
+        <translation>Visites</translation>
+    </message>
+    <message>
+        <source>Last visit</source>
+        <translation>Dernière visite</translation>
+    </message>
 </context>
 <context>
     <name>VehicleTable</name>
     <message>
         <source>The archive has no vehicle %1.</source>
         <translation>L’archive n’a pas de véhicule %1.</translation>
+    </message>
+</context>
+<context>
+    <name>VisitModel</name>
+    <message>
+        <source>Not judged</source>
+        <translation>Non jugé</translation>
+    </message>
+    <message>
+        <source>Check-up</source>
+        <translation>Contrôle</translation>
+    </message>
+    <message>
+        <source>Check-up, with gaps</source>
+        <translation>Contrôle, avec lacunes</translation>
+    </message>
+    <message>
+        <source>Quick check-up</source>
+        <translation>Contrôle rapide</translation>
+    </message>
+    <message>
+        <source>Quick check-up, with gaps</source>
+        <translation>Contrôle rapide, avec lacunes</translation>
+    </message>
+    <message>
+        <source>Read</source>
+        <translation>Lecture</translation>
+    </message>
+    <message>
+        <source>no serial number</source>
+        <translation>pas de numéro de série</translation>
+    </message>
+    <message>
+        <source>%1 (node %2): %3</source>
+        <translation>%1 (nœud %2)&#xa0;: %3</translation>
+    </message>
+    <message>
+        <source>Visit</source>
+        <translation>Visite</translation>
+    </message>
+    <message>
+        <source>Found</source>
+        <translation>Constaté</translation>
+    </message>
+    <message>
+        <source>What was done</source>
+        <translation>Ce qui a été fait</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>Valeurs</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Note</translation>
     </message>
 </context>
 <context>

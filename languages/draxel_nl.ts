@@ -24,6 +24,50 @@
     </message>
 </context>
 <context>
+    <name>ArchiveAddressDialog</name>
+    <message>
+        <source>Where the archive is</source>
+        <translation>Waar het archief is</translation>
+    </message>
+    <message>
+        <source>On this &amp;computer</source>
+        <translation>Op deze &amp;computer</translation>
+    </message>
+    <message>
+        <source>&amp;Elsewhere: another file, or a database that several desks share</source>
+        <translation>&amp;Elders: een ander bestand, of een database die meerdere werkplekken delen</translation>
+    </message>
+</context>
+<context>
+    <name>ArchiveBrowser</name>
+    <message>
+        <source>This is the first visit of the vehicle.</source>
+        <translation>Dit is het eerste bezoek van het voertuig.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n visit(s) deleted.</source>
+        <translation>
+            <numerusform>%n bezoek verwijderd.</numerusform>
+            <numerusform>%n bezoeken verwijderd.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Opgeslagen: %1</translation>
+    </message>
+    <message>
+        <source>The archive has all of it already.</source>
+        <translation>Het archief heeft dit alles al.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n visit(s) added.</source>
+        <translation>
+            <numerusform>%n bezoek toegevoegd.</numerusform>
+            <numerusform>%n bezoeken toegevoegd.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>ArchiveDatabase</name>
     <message>
         <source>Qt&apos;s driver %1 for the archive is missing. Install it, for example the package %2.</source>
@@ -40,6 +84,128 @@
     <message>
         <source>The file %1 is no archive. Choose another one.</source>
         <translation>Het bestand %1 is geen archief. Kies een ander.</translation>
+    </message>
+</context>
+<context>
+    <name>ArchivePage</name>
+    <message>
+        <source>Search: serial number, vehicle, customer, note, date ...</source>
+        <translation>Zoeken: serienummer, voertuig, klant, notitie, datum ...</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Zoeken</translation>
+    </message>
+    <message>
+        <source>&amp;Import...</source>
+        <translation>&amp;Importeren...</translation>
+    </message>
+    <message>
+        <source>&amp;Where it is...</source>
+        <translation>&amp;Waar het is...</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>&amp;Openen</translation>
+    </message>
+    <message>
+        <source>&amp;Compare</source>
+        <translation>&amp;Vergelijken</translation>
+    </message>
+    <message>
+        <source>With the visit before, or the two that are chosen with each other</source>
+        <translation>Met het bezoek ervoor, of de twee gekozen bezoeken met elkaar</translation>
+    </message>
+    <message>
+        <source>Re&amp;port...</source>
+        <translation>&amp;Rapport...</translation>
+    </message>
+    <message>
+        <source>&amp;Notes...</source>
+        <translation>&amp;Notities...</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>&amp;Exporteren...</translation>
+    </message>
+    <message>
+        <source>Na&amp;me vehicle...</source>
+        <translation>Voertuig een naa&amp;m geven...</translation>
+    </message>
+    <message>
+        <source>&amp;Delete...</source>
+        <translation>Verwi&amp;jderen...</translation>
+    </message>
+    <message>
+        <source>Over &amp;time:</source>
+        <translation>Verloo&amp;p:</translation>
+    </message>
+    <message>
+        <source>No visit of this vehicle has this value.</source>
+        <translation>Geen bezoek van dit voertuig heeft deze waarde.</translation>
+    </message>
+    <message>
+        <source>The archive is being asked ...</source>
+        <translation>Het archief wordt geraadpleegd ...</translation>
+    </message>
+    <message>
+        <source>Nothing is kept yet. Every check-up and every read comes in here by itself.</source>
+        <translation>Er is nog niets bewaard. Elke controle en elke leesbeurt komt hier vanzelf.</translation>
+    </message>
+    <message>
+        <source>Nothing is found. All words have to be there: serial number, customer, date ...</source>
+        <translation>Niets gevonden. Alle woorden moeten voorkomen: serienummer, klant, datum ...</translation>
+    </message>
+    <message>
+        <source>The archive is %1</source>
+        <translation>Het archief is %1</translation>
+    </message>
+    <message>
+        <source>Export visit</source>
+        <translation>Bezoek exporteren</translation>
+    </message>
+    <message>
+        <source>Check-up (*.dxsnap)</source>
+        <translation>Controle (*.dxsnap)</translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n visit(s) for good?</source>
+        <translation>
+            <numerusform>%n bezoek voorgoed verwijderen?</numerusform>
+            <numerusform>%n bezoeken voorgoed verwijderen?</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>What was read then is gone. Export it first if it may be needed.</source>
+        <translation>Wat toen gelezen is, is dan weg. Exporteer het eerst als het nog nodig kan zijn.</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>Verwi&amp;jderen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuleren</translation>
+    </message>
+    <message>
+        <source>Name vehicle</source>
+        <translation>Voertuig een naam geven</translation>
+    </message>
+    <message>
+        <source>Name; empty for the serial number:</source>
+        <translation>Naam; leeg voor het serienummer:</translation>
+    </message>
+    <message>
+        <source>Import into the archive</source>
+        <translation>In het archief importeren</translation>
+    </message>
+    <message>
+        <source>Vehicles and archives (*.dxsnap *.dxxml *.dxarchive)</source>
+        <translation>Voertuigen en archieven (*.dxsnap *.dxxml *.dxarchive)</translation>
+    </message>
+    <message>
+        <source>Mo&amp;re</source>
+        <translation>Me&amp;er</translation>
     </message>
 </context>
 <context>
@@ -373,6 +539,69 @@
     </message>
 </context>
 <context>
+    <name>ChangeModel</name>
+    <message>
+        <source>New device</source>
+        <translation>Nieuw apparaat</translation>
+    </message>
+    <message>
+        <source>Device gone</source>
+        <translation>Apparaat weg</translation>
+    </message>
+    <message>
+        <source>Replaced</source>
+        <translation>Vervangen</translation>
+    </message>
+    <message>
+        <source>Moved</source>
+        <translation>Verplaatst</translation>
+    </message>
+    <message>
+        <source>Firmware</source>
+        <translation>Firmware</translation>
+    </message>
+    <message>
+        <source>Fixed data</source>
+        <translation>Vaste gegevens</translation>
+    </message>
+    <message>
+        <source>Counter</source>
+        <translation>Teller</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Waarde</translation>
+    </message>
+    <message>
+        <source>Finding</source>
+        <translation>Bevinding</translation>
+    </message>
+    <message>
+        <source>Not read</source>
+        <translation>Niet gelezen</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Soort</translation>
+    </message>
+    <message>
+        <source>What has changed</source>
+        <translation>Wat er veranderd is</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>Object</translation>
+    </message>
+    <message>
+        <source>Before</source>
+        <translation>Ervoor</translation>
+    </message>
+    <message>
+        <source>Now</source>
+        <translation>Nu</translation>
+    </message>
+</context>
+<context>
     <name>Checkup</name>
     <message>
         <source>There are no rules.</source>
@@ -385,6 +614,416 @@
     <message>
         <source>There are more findings than are kept.</source>
         <translation>Er zijn meer bevindingen dan er worden bewaard.</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupFiles</name>
+    <message>
+        <source>Save check-up</source>
+        <translation>Controle opslaan</translation>
+    </message>
+    <message>
+        <source>Check-up (*.dxsnap)</source>
+        <translation>Controle (*.dxsnap)</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Opgeslagen: %1</translation>
+    </message>
+    <message>
+        <source>Compare with a saved vehicle</source>
+        <translation>Vergelijken met een opgeslagen voertuig</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupPage</name>
+    <message>
+        <source>Chec&amp;k-up</source>
+        <translation>&amp;Controle</translation>
+    </message>
+    <message>
+        <source>&amp;Quick check-up: the most important values</source>
+        <translation>&amp;Snelle controle: de belangrijkste waarden</translation>
+    </message>
+    <message>
+        <source>&amp;Go on where it ended</source>
+        <translation>&amp;Verdergaan waar hij ophield</translation>
+    </message>
+    <message>
+        <source>Also &amp;look for devices without a heartbeat</source>
+        <translation>Ook apparaten &amp;zonder heartbeat zoeken</translation>
+    </message>
+    <message>
+        <source>A&amp;bout this visit...</source>
+        <translation>Over dit bezoe&amp;k...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuleren</translation>
+    </message>
+    <message>
+        <source>&amp;Save check-up...</source>
+        <translation>Controle op&amp;slaan...</translation>
+    </message>
+    <message>
+        <source>Service &amp;report...</source>
+        <translation>Service&amp;rapport...</translation>
+    </message>
+    <message>
+        <source>With the &amp;last visit</source>
+        <translation>Met het &amp;laatste bezoek</translation>
+    </message>
+    <message>
+        <source>With a &amp;file...</source>
+        <translation>Met een &amp;bestand...</translation>
+    </message>
+    <message>
+        <source>Co&amp;mpare</source>
+        <translation>&amp;Vergelijken</translation>
+    </message>
+    <message>
+        <source>&amp;Open a saved vehicle...</source>
+        <translation>Een opgeslagen voertuig &amp;openen...</translation>
+    </message>
+    <message>
+        <source>Keep in the arch&amp;ive</source>
+        <translation>In h&amp;et archief bewaren</translation>
+    </message>
+    <message>
+        <source>Reads all devices and judges what they say</source>
+        <translation>Leest alle apparaten en beoordeelt wat ze zeggen</translation>
+    </message>
+    <message>
+        <source>The connection to the bus is lost. The check-up goes on when it is back.</source>
+        <translation>De verbinding met de bus is verloren. De controle gaat verder als ze terug is.</translation>
+    </message>
+    <message>
+        <source>The vehicle is being read ...</source>
+        <translation>Het voertuig wordt gelezen ...</translation>
+    </message>
+    <message>
+        <source>Is being kept ...</source>
+        <translation>Wordt bewaard ...</translation>
+    </message>
+    <message>
+        <source>Kept in the archive ✓</source>
+        <translation>In het archief bewaard ✓</translation>
+    </message>
+    <message>
+        <source>▲ The archive cannot be reached: it waits on this computer.</source>
+        <translation>▲ Het archief is niet bereikbaar: hij wacht op deze computer.</translation>
+    </message>
+    <message>
+        <source>▲ It could not be kept. Save it as a file.</source>
+        <translation>▲ Hij kon niet worden bewaard. Sla hem op als bestand.</translation>
+    </message>
+    <message>
+        <source>The bus is connected. Press &quot;Check-up&quot;: all devices are read and judged, which takes some minutes. Nothing is changed in them.</source>
+        <translation>De bus is verbonden. Druk op &quot;Controle&quot;: alle apparaten worden gelezen en beoordeeld, dat duurt enkele minuten. Er wordt niets in veranderd.</translation>
+    </message>
+    <message>
+        <source>Connect a bus (Ctrl+K) and press &quot;Check-up&quot;, or open a saved vehicle.</source>
+        <translation>Verbind een bus (Ctrl+K) en druk op &quot;Controle&quot;, of open een opgeslagen voertuig.</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupSession</name>
+    <message>
+        <source>A check-up is running.</source>
+        <translation>Er loopt een controle.</translation>
+    </message>
+    <message>
+        <source>Connect a bus first.</source>
+        <translation>Verbind eerst een bus.</translation>
+    </message>
+    <message>
+        <source>The bus is being connected.</source>
+        <translation>De bus wordt verbonden.</translation>
+    </message>
+    <message>
+        <source>The connection to the bus is lost. It is made again as soon as the interface is back.</source>
+        <translation>De verbinding met de bus is verloren. Ze wordt hersteld zodra de interface terug is.</translation>
+    </message>
+    <message>
+        <source>The overview is reading. Wait for its end or cancel it (Esc).</source>
+        <translation>Het overzicht is aan het lezen. Wacht op het einde of breek af (Esc).</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupWords</name>
+    <message>
+        <source>No answer</source>
+        <translation>Geen antwoord</translation>
+    </message>
+    <message>
+        <source>Not known</source>
+        <translation>Onbekend</translation>
+    </message>
+    <message>
+        <source>No heartbeat</source>
+        <translation>Geen heartbeat</translation>
+    </message>
+    <message>
+        <source>Starting</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Gestopt</translation>
+    </message>
+    <message>
+        <source>Operating</source>
+        <translation>In bedrijf</translation>
+    </message>
+    <message>
+        <source>Waiting</source>
+        <translation>Wacht</translation>
+    </message>
+    <message>
+        <source>In order.</source>
+        <translation>In orde.</translation>
+    </message>
+    <message>
+        <source>%1 s left</source>
+        <translation>nog %1 s</translation>
+    </message>
+    <message>
+        <source>%1 min left</source>
+        <translation>nog %1 min</translation>
+    </message>
+    <message>
+        <source>Looking for devices ...</source>
+        <translation>Apparaten worden gezocht ...</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n device(s) found, still looking</source>
+        <translation>
+            <numerusform>%n apparaat gevonden, er wordt nog gezocht</numerusform>
+            <numerusform>%n apparaten gevonden, er wordt nog gezocht</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>device %1 of %2</source>
+        <translation>apparaat %1 van %2</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 van %2</translation>
+    </message>
+    <message>
+        <source>Waits for its turn</source>
+        <translation>Wacht op zijn beurt</translation>
+    </message>
+    <message>
+        <source>Is being read: %1 of %2</source>
+        <translation>Wordt gelezen: %1 van %2</translation>
+    </message>
+    <message>
+        <source>No device was heard. Is the vehicle switched on?</source>
+        <translation>Er is geen apparaat gehoord. Staat het voertuig aan?</translation>
+    </message>
+    <message>
+        <source>There is no device in it.</source>
+        <translation>Er staat geen apparaat in.</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <extracomment>Verdict, and what was found in numbers: &quot;Faults were found: 2 faults, 1 warning&quot;</extracomment>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>Vehicle without a serial number</source>
+        <translation>Voertuig zonder serienummer</translation>
+    </message>
+    <message>
+        <source>Vehicle %1</source>
+        <translation>Voertuig %1</translation>
+    </message>
+    <message>
+        <source>from the file %1</source>
+        <translation>uit het bestand %1</translation>
+    </message>
+    <message>
+        <source>from the archive</source>
+        <translation>uit het archief</translation>
+    </message>
+    <message>
+        <source>last visit %1</source>
+        <translation>laatste bezoek %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n fault(s)</source>
+        <translation>
+            <numerusform>%n fout</numerusform>
+            <numerusform>%n fouten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n warning(s)</source>
+        <translation>
+            <numerusform>%n waarschuwing</numerusform>
+            <numerusform>%n waarschuwingen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n note(s)</source>
+        <translation>
+            <numerusform>%n opmerking</numerusform>
+            <numerusform>%n opmerkingen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n component(s) not checked</source>
+        <translation>
+            <numerusform>%n component niet gecontroleerd</numerusform>
+            <numerusform>%n componenten niet gecontroleerd</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>CommunicationNames</name>
+    <message>
+        <source>Manufacturer status register</source>
+        <translation>Statusregister van de fabrikant</translation>
+    </message>
+    <message>
+        <source>SYNC message identifier</source>
+        <translation>Identificatie van het SYNC-bericht</translation>
+    </message>
+    <message>
+        <source>SYNC period</source>
+        <translation>SYNC-periode</translation>
+    </message>
+    <message>
+        <source>Synchronous window length</source>
+        <translation>Lengte van het synchrone venster</translation>
+    </message>
+    <message>
+        <source>Manufacturer device name</source>
+        <translation>Apparaatnaam van de fabrikant</translation>
+    </message>
+    <message>
+        <source>Hardware version</source>
+        <translation>Hardwareversie</translation>
+    </message>
+    <message>
+        <source>Software version</source>
+        <translation>Softwareversie</translation>
+    </message>
+    <message>
+        <source>Guard time</source>
+        <translation>Bewakingstijd</translation>
+    </message>
+    <message>
+        <source>Life time factor</source>
+        <translation>Levensduurfactor</translation>
+    </message>
+    <message>
+        <source>Store parameters</source>
+        <translation>Parameters opslaan</translation>
+    </message>
+    <message>
+        <source>Restore default parameters</source>
+        <translation>Standaardparameters herstellen</translation>
+    </message>
+    <message>
+        <source>TIME message identifier</source>
+        <translation>Identificatie van het TIME-bericht</translation>
+    </message>
+    <message>
+        <source>Emergency message identifier</source>
+        <translation>Identificatie van het noodbericht</translation>
+    </message>
+    <message>
+        <source>Emergency inhibit time</source>
+        <translation>Sperperiode van het noodbericht</translation>
+    </message>
+    <message>
+        <source>Heartbeats that are watched</source>
+        <translation>Bewaakte heartbeats</translation>
+    </message>
+    <message>
+        <source>Heartbeat period</source>
+        <translation>Heartbeatperiode</translation>
+    </message>
+    <message>
+        <source>SYNC counter</source>
+        <translation>SYNC-teller</translation>
+    </message>
+    <message>
+        <source>Date of the configuration</source>
+        <translation>Datum van de configuratie</translation>
+    </message>
+    <message>
+        <source>Behaviour on errors</source>
+        <translation>Gedrag bij fouten</translation>
+    </message>
+    <message>
+        <source>SDO server %1</source>
+        <translation>SDO-server %1</translation>
+    </message>
+    <message>
+        <source>SDO client %1</source>
+        <translation>SDO-client %1</translation>
+    </message>
+    <message>
+        <source>Received PDO %1</source>
+        <translation>Ontvangen PDO %1</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, mapping</source>
+        <translation>Ontvangen PDO %1, toewijzing</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1</source>
+        <translation>Verzonden PDO %1</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, mapping</source>
+        <translation>Verzonden PDO %1, toewijzing</translation>
+    </message>
+</context>
+<context>
+    <name>ComparisonDialog</name>
+    <message>
+        <source>What has changed</source>
+        <translation>Wat er veranderd is</translation>
+    </message>
+    <message>
+        <source>Before: %1
+Now: %2</source>
+        <translation>Ervoor: %1
+Nu: %2</translation>
+    </message>
+    <message>
+        <source>Nothing has changed that goes beyond the usual variation.</source>
+        <translation>Er is niets veranderd buiten de gewone schommelingen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n change(s)</source>
+        <translation>
+            <numerusform>%n verandering</numerusform>
+            <numerusform>%n veranderingen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopiëren</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentDetails</name>
+    <message>
+        <source>Fin&amp;dings</source>
+        <translation>Bev&amp;indingen</translation>
+    </message>
+    <message>
+        <source>&amp;All values (%1)</source>
+        <translation>Alle &amp;waarden (%1)</translation>
+    </message>
+    <message>
+        <source>&amp;Not read (%1)</source>
+        <translation>&amp;Niet gelezen (%1)</translation>
     </message>
 </context>
 <context>
@@ -412,6 +1051,79 @@
     <message>
         <source>%1 and others, %2 objects in all</source>
         <translation>%1 en andere, in totaal %2 objecten</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentModel</name>
+    <message>
+        <source>The vehicle as a whole</source>
+        <translation>Het voertuig als geheel</translation>
+    </message>
+    <message>
+        <source>Component</source>
+        <translation>Component</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Node</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Toestand</translation>
+    </message>
+    <message>
+        <source>Changes</source>
+        <translation>Veranderingen</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentText</name>
+    <message>
+        <source>serial number %1</source>
+        <translation>serienummer %1</translation>
+    </message>
+    <message>
+        <source>software %1</source>
+        <translation>software %1</translation>
+    </message>
+    <message>
+        <source>revision %1.%2</source>
+        <translation>revisie %1.%2</translation>
+    </message>
+    <message>
+        <source>%1, node %2</source>
+        <translation>%1, node %2</translation>
+    </message>
+    <message>
+        <source>In order: all rules that concern it were checked.</source>
+        <translation>In orde: alle regels die erop van toepassing zijn, zijn gecontroleerd.</translation>
+    </message>
+    <message numerus="yes">
+        <source>... and %n more</source>
+        <translation>
+            <numerusform>... en nog %n</numerusform>
+            <numerusform>... en nog %n</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Cell voltages, pack %1</source>
+        <translation>Celspanningen, pack %1</translation>
+    </message>
+    <message>
+        <source>Cell voltages</source>
+        <translation>Celspanningen</translation>
+    </message>
+    <message>
+        <source>Since the visit of %1</source>
+        <translation>Sinds het bezoek van %1</translation>
+    </message>
+    <message>
+        <source>Nothing has changed.</source>
+        <translation>Er is niets veranderd.</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>Waarden</translation>
     </message>
 </context>
 <context>
@@ -475,6 +1187,13 @@
     <message>
         <source>%1 kbit/s</source>
         <translation>%1 kbit/s</translation>
+    </message>
+</context>
+<context>
+    <name>CopyTable</name>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopiëren</translation>
     </message>
 </context>
 <context>
@@ -602,16 +1321,39 @@
         <translation>Toont de versie.</translation>
     </message>
     <message>
-        <source>Show the values of this exchange file.</source>
-        <translation>Toont de waarden van dit uitwisselingsbestand.</translation>
-    </message>
-    <message>
         <source>What is &quot;%1&quot; for? One file can be shown.</source>
         <translation>Waar is “%1” voor? Er kan één bestand worden getoond.</translation>
     </message>
     <message>
         <source>There is no language &quot;%1&quot;. There are: %2.</source>
         <translation>De taal “%1” is er niet. Er zijn: %2.</translation>
+    </message>
+    <message>
+        <source>Show the vehicle of this file (.dxsnap or .dxxml).</source>
+        <translation>Het voertuig van dit bestand tonen (.dxsnap of .dxxml).</translation>
+    </message>
+</context>
+<context>
+    <name>EntryModel</name>
+    <message>
+        <source>What</source>
+        <translation>Wat</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>Object</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Waarde</translation>
+    </message>
+    <message>
+        <source>Why not</source>
+        <translation>Waarom niet</translation>
+    </message>
+    <message>
+        <source>Bytes</source>
+        <translation>Bytes</translation>
     </message>
 </context>
 <context>
@@ -813,6 +1555,18 @@
         <source>Save &amp;PDF report</source>
         <translation>&amp;PDF-rapport opslaan</translation>
     </message>
+    <message>
+        <source>&amp;Overview</source>
+        <translation>&amp;Overzicht</translation>
+    </message>
+    <message>
+        <source>&amp;Check-up page</source>
+        <translation>Pagina &amp;Controle</translation>
+    </message>
+    <message>
+        <source>&amp;Archive</source>
+        <translation>&amp;Archief</translation>
+    </message>
 </context>
 <context>
     <name>JsonDocument</name>
@@ -891,8 +1645,55 @@
         <translation>&amp;Toch lezen</translation>
     </message>
     <message>
-        <source>%1 cannot be opened: no plug-in that shows it is loaded.</source>
-        <translation>%1 kan niet worden geopend: er is geen plug-in geladen die het bestand toont.</translation>
+        <source>Overview</source>
+        <translation>Overzicht</translation>
+    </message>
+    <message>
+        <source>A check-up is running. Wait for its end or cancel it (Esc), then open the file.</source>
+        <translation>Er loopt een controle. Wacht op het einde of breek af (Esc) en open dan het bestand.</translation>
+    </message>
+    <message>
+        <source>Check-up finished. %1</source>
+        <translation>Controle klaar. %1</translation>
+    </message>
+    <message>
+        <source>A check-up is running. Wait for its end or cancel it (Esc), then open the visit.</source>
+        <translation>Er loopt een controle. Wacht op het einde of breek af (Esc) en open dan het bezoek.</translation>
+    </message>
+    <message>
+        <source>The read waits on this computer for the archive: %1</source>
+        <translation>Het gelezene wacht op deze computer op het archief: %1</translation>
+    </message>
+    <message>
+        <source>The read could not be kept, save it as a file: %1</source>
+        <translation>Het gelezene kon niet worden bewaard, sla het op als bestand: %1</translation>
+    </message>
+    <message>
+        <source>The archive cannot be opened: %1</source>
+        <translation>Het archief kan niet worden geopend: %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n visit(s) that had waited are in the archive now.</source>
+        <translation>
+            <numerusform>%n bezoek dat wachtte, staat nu in het archief.</numerusform>
+            <numerusform>%n bezoeken die wachtten, staan nu in het archief.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Check-up (%1 %)</source>
+        <translation>Controle (%1 %)</translation>
+    </message>
+    <message>
+        <source>Check-up</source>
+        <translation>Controle</translation>
+    </message>
+    <message>
+        <source>Archive</source>
+        <translation>Archief</translation>
+    </message>
+    <message>
+        <source>A check-up is using the bus. Wait for its end or cancel it (Esc), then read again.</source>
+        <translation>Een controle gebruikt de bus. Wacht op het einde of breek af (Esc) en lees dan opnieuw.</translation>
     </message>
 </context>
 <context>
@@ -931,6 +1732,33 @@
     <message>
         <source>Remove all messages</source>
         <translation>Alle meldingen verwijderen</translation>
+    </message>
+</context>
+<context>
+    <name>NotesDialog</name>
+    <message>
+        <source>About this visit</source>
+        <translation>Over dit bezoek</translation>
+    </message>
+    <message>
+        <source>&amp;Vehicle:</source>
+        <translation>&amp;Voertuig:</translation>
+    </message>
+    <message>
+        <source>&amp;Customer:</source>
+        <translation>&amp;Klant:</translation>
+    </message>
+    <message>
+        <source>&amp;Technician:</source>
+        <translation>&amp;Technicus:</translation>
+    </message>
+    <message>
+        <source>&amp;Odometer:</source>
+        <translation>Kilometer&amp;stand:</translation>
+    </message>
+    <message>
+        <source>&amp;Note:</source>
+        <translation>&amp;Notitie:</translation>
     </message>
 </context>
 <context>
@@ -1130,6 +1958,10 @@
     <message>
         <source>The read stopped at node %1, object %2 sub-index %3, because the bus is full, and the node&apos;s answer may find no room on it. Find out who sends so much, and read again. Values read until then: %4.</source>
         <translation>Het lezen stopte bij node %1, object %2 subindex %3, omdat de bus vol is en het antwoord van de node er mogelijk geen plaats op vindt. Zoek uit wie zoveel verzendt en lees opnieuw. Tot dan gelezen waarden: %4.</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because a check-up is using the bus. Wait for its end or cancel it, then read again.</source>
+        <translation>Er is niets gelezen, omdat een controle de bus gebruikt. Wacht op het einde of breek hem af en lees dan opnieuw.</translation>
     </message>
 </context>
 <context>
@@ -1804,6 +2636,53 @@
     </message>
 </context>
 <context>
+    <name>ServiceReportDialog</name>
+    <message>
+        <source>Service report</source>
+        <translation>Servicerapport</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>&amp;Bladeren...</translation>
+    </message>
+    <message>
+        <source>With what has &amp;changed since the last visit</source>
+        <translation>Met wat er sinds het laatste bezoek &amp;veranderd is</translation>
+    </message>
+    <message>
+        <source>&amp;Open it then</source>
+        <translation>Daarna &amp;openen</translation>
+    </message>
+    <message>
+        <source>&amp;Language:</source>
+        <translation>&amp;Taal:</translation>
+    </message>
+    <message>
+        <source>&amp;Workshop:</source>
+        <translation>&amp;Werkplaats:</translation>
+    </message>
+    <message>
+        <source>&amp;Address:</source>
+        <translation>&amp;Adres:</translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation>&amp;Map:</translation>
+    </message>
+    <message>
+        <source>Write &amp;report</source>
+        <translation>&amp;Rapport schrijven</translation>
+    </message>
+    <message>
+        <source>Folder for reports</source>
+        <translation>Map voor rapporten</translation>
+    </message>
+    <message>
+        <source>Service report: %1 and %2</source>
+        <translation>Servicerapport: %1 en %2</translation>
+    </message>
+</context>
+<context>
     <name>ServiceReportFiles</name>
     <message>
         <source>There are %1 reports named %2 in the folder; please move some away.</source>
@@ -2181,6 +3060,41 @@
     </message>
 </context>
 <context>
+    <name>TrendValues</name>
+    <message>
+        <source>Battery: state of health (%)</source>
+        <translation>Accu: gezondheid (%)</translation>
+    </message>
+    <message>
+        <source>Battery: charge cycles</source>
+        <translation>Accu: laadcycli</translation>
+    </message>
+    <message>
+        <source>Battery: energy in it (Wh)</source>
+        <translation>Accu: energie erin (Wh)</translation>
+    </message>
+    <message>
+        <source>Battery: deep discharges</source>
+        <translation>Accu: diepontladingen</translation>
+    </message>
+    <message>
+        <source>Battery: short circuits</source>
+        <translation>Accu: kortsluitingen</translation>
+    </message>
+    <message>
+        <source>Battery: over-temperatures</source>
+        <translation>Accu: overtemperaturen</translation>
+    </message>
+    <message>
+        <source>Display: distance</source>
+        <translation>Display: afstand</translation>
+    </message>
+    <message>
+        <source>Time switched on (h)</source>
+        <translation>Inschakeltijd (h)</translation>
+    </message>
+</context>
+<context>
     <name>VehicleFiles</name>
     <message>
         <source>Vehicle data (*.dxxml)</source>
@@ -2230,12 +3144,90 @@
         <source>What was shown before is still shown.</source>
         <translation>Wat eerst werd getoond, wordt nog steeds getoond.</translation>
     </message>
+    <message>
+        <source>Vehicle data (*.dxsnap *.dxxml)</source>
+        <translation>Voertuiggegevens (*.dxsnap *.dxxml)</translation>
+    </message>
+</context>
+<context>
+    <name>VehicleModel</name>
+    <message>
+        <source>Vehicle</source>
+        <translation>Voertuig</translation>
+    </message>
+    <message>
+        <source>Customer</source>
+        <translation>Klant</translation>
+    </message>
+    <message>
+        <source>Visits</source>
+        <translation>Bezoeken</translation>
+    </message>
+    <message>
+        <source>Last visit</source>
+        <translation>Laatste bezoek</translation>
+    </message>
 </context>
 <context>
     <name>VehicleTable</name>
     <message>
         <source>The archive has no vehicle %1.</source>
         <translation>Het archief heeft geen voertuig %1.</translation>
+    </message>
+</context>
+<context>
+    <name>VisitModel</name>
+    <message>
+        <source>Not judged</source>
+        <translation>Niet beoordeeld</translation>
+    </message>
+    <message>
+        <source>Check-up</source>
+        <translation>Controle</translation>
+    </message>
+    <message>
+        <source>Check-up, with gaps</source>
+        <translation>Controle, met hiaten</translation>
+    </message>
+    <message>
+        <source>Quick check-up</source>
+        <translation>Snelle controle</translation>
+    </message>
+    <message>
+        <source>Quick check-up, with gaps</source>
+        <translation>Snelle controle, met hiaten</translation>
+    </message>
+    <message>
+        <source>Read</source>
+        <translation>Gelezen</translation>
+    </message>
+    <message>
+        <source>no serial number</source>
+        <translation>geen serienummer</translation>
+    </message>
+    <message>
+        <source>%1 (node %2): %3</source>
+        <translation>%1 (node %2): %3</translation>
+    </message>
+    <message>
+        <source>Visit</source>
+        <translation>Bezoek</translation>
+    </message>
+    <message>
+        <source>Found</source>
+        <translation>Gevonden</translation>
+    </message>
+    <message>
+        <source>What was done</source>
+        <translation>Wat er gedaan is</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>Waarden</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Notitie</translation>
     </message>
 </context>
 <context>

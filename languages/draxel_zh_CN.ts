@@ -24,6 +24,48 @@
     </message>
 </context>
 <context>
+    <name>ArchiveAddressDialog</name>
+    <message>
+        <source>Where the archive is</source>
+        <translation>档案的位置</translation>
+    </message>
+    <message>
+        <source>On this &amp;computer</source>
+        <translation>在本机(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Elsewhere: another file, or a database that several desks share</source>
+        <translation>其他位置(&amp;E)：另一个文件，或多个工位共用的数据库</translation>
+    </message>
+</context>
+<context>
+    <name>ArchiveBrowser</name>
+    <message>
+        <source>This is the first visit of the vehicle.</source>
+        <translation>这是该车辆的第一次到访。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n visit(s) deleted.</source>
+        <translation>
+            <numerusform>已删除 %n 次到访。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>已保存：%1</translation>
+    </message>
+    <message>
+        <source>The archive has all of it already.</source>
+        <translation>档案中已有全部内容。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n visit(s) added.</source>
+        <translation>
+            <numerusform>已添加 %n 次到访。</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>ArchiveDatabase</name>
     <message>
         <source>Qt&apos;s driver %1 for the archive is missing. Install it, for example the package %2.</source>
@@ -40,6 +82,127 @@
     <message>
         <source>The file %1 is no archive. Choose another one.</source>
         <translation>文件 %1 不是档案库。请选择其他文件。</translation>
+    </message>
+</context>
+<context>
+    <name>ArchivePage</name>
+    <message>
+        <source>Search: serial number, vehicle, customer, note, date ...</source>
+        <translation>搜索：序列号、车辆、客户、备注、日期 ...</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>搜索</translation>
+    </message>
+    <message>
+        <source>&amp;Import...</source>
+        <translation>导入(&amp;I)...</translation>
+    </message>
+    <message>
+        <source>&amp;Where it is...</source>
+        <translation>位置(&amp;W)...</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>打开(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Compare</source>
+        <translation>比较(&amp;C)</translation>
+    </message>
+    <message>
+        <source>With the visit before, or the two that are chosen with each other</source>
+        <translation>与前一次到访比较，或比较选中的两次</translation>
+    </message>
+    <message>
+        <source>Re&amp;port...</source>
+        <translation>报告(&amp;R)...</translation>
+    </message>
+    <message>
+        <source>&amp;Notes...</source>
+        <translation>备注(&amp;N)...</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>导出(&amp;E)...</translation>
+    </message>
+    <message>
+        <source>Na&amp;me vehicle...</source>
+        <translation>命名车辆(&amp;M)...</translation>
+    </message>
+    <message>
+        <source>&amp;Delete...</source>
+        <translation>删除(&amp;D)...</translation>
+    </message>
+    <message>
+        <source>Over &amp;time:</source>
+        <translation>随时间变化(&amp;T)：</translation>
+    </message>
+    <message>
+        <source>No visit of this vehicle has this value.</source>
+        <translation>该车辆的到访记录中没有此值。</translation>
+    </message>
+    <message>
+        <source>The archive is being asked ...</source>
+        <translation>正在查询档案 ...</translation>
+    </message>
+    <message>
+        <source>Nothing is kept yet. Every check-up and every read comes in here by itself.</source>
+        <translation>尚无记录。每次检查和读取都会自动保存到这里。</translation>
+    </message>
+    <message>
+        <source>Nothing is found. All words have to be there: serial number, customer, date ...</source>
+        <translation>未找到。所有词都必须出现：序列号、客户、日期 ...</translation>
+    </message>
+    <message>
+        <source>The archive is %1</source>
+        <translation>档案位于 %1</translation>
+    </message>
+    <message>
+        <source>Export visit</source>
+        <translation>导出到访记录</translation>
+    </message>
+    <message>
+        <source>Check-up (*.dxsnap)</source>
+        <translation>检查记录 (*.dxsnap)</translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n visit(s) for good?</source>
+        <translation>
+            <numerusform>永久删除 %n 次到访？</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>What was read then is gone. Export it first if it may be needed.</source>
+        <translation>当时读取的内容将会丢失。如可能还需要，请先导出。</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>删除(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Name vehicle</source>
+        <translation>命名车辆</translation>
+    </message>
+    <message>
+        <source>Name; empty for the serial number:</source>
+        <translation>名称；留空则使用序列号：</translation>
+    </message>
+    <message>
+        <source>Import into the archive</source>
+        <translation>导入到档案</translation>
+    </message>
+    <message>
+        <source>Vehicles and archives (*.dxsnap *.dxxml *.dxarchive)</source>
+        <translation>车辆和档案 (*.dxsnap *.dxxml *.dxarchive)</translation>
+    </message>
+    <message>
+        <source>Mo&amp;re</source>
+        <translation>更多(&amp;M)</translation>
     </message>
 </context>
 <context>
@@ -373,6 +536,69 @@
     </message>
 </context>
 <context>
+    <name>ChangeModel</name>
+    <message>
+        <source>New device</source>
+        <translation>新设备</translation>
+    </message>
+    <message>
+        <source>Device gone</source>
+        <translation>设备消失</translation>
+    </message>
+    <message>
+        <source>Replaced</source>
+        <translation>已更换</translation>
+    </message>
+    <message>
+        <source>Moved</source>
+        <translation>已移动</translation>
+    </message>
+    <message>
+        <source>Firmware</source>
+        <translation>固件</translation>
+    </message>
+    <message>
+        <source>Fixed data</source>
+        <translation>固定数据</translation>
+    </message>
+    <message>
+        <source>Counter</source>
+        <translation>计数器</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>值</translation>
+    </message>
+    <message>
+        <source>Finding</source>
+        <translation>发现</translation>
+    </message>
+    <message>
+        <source>Not read</source>
+        <translation>未读取</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>What has changed</source>
+        <translation>变化</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>对象</translation>
+    </message>
+    <message>
+        <source>Before</source>
+        <translation>之前</translation>
+    </message>
+    <message>
+        <source>Now</source>
+        <translation>现在</translation>
+    </message>
+</context>
+<context>
     <name>Checkup</name>
     <message>
         <source>There are no rules.</source>
@@ -385,6 +611,410 @@
     <message>
         <source>There are more findings than are kept.</source>
         <translation>发现的问题多于可保留的数量。</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupFiles</name>
+    <message>
+        <source>Save check-up</source>
+        <translation>保存检查</translation>
+    </message>
+    <message>
+        <source>Check-up (*.dxsnap)</source>
+        <translation>检查记录 (*.dxsnap)</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>已保存：%1</translation>
+    </message>
+    <message>
+        <source>Compare with a saved vehicle</source>
+        <translation>与已保存的车辆比较</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupPage</name>
+    <message>
+        <source>Chec&amp;k-up</source>
+        <translation>检查(&amp;K)</translation>
+    </message>
+    <message>
+        <source>&amp;Quick check-up: the most important values</source>
+        <translation>快速检查(&amp;Q)：最重要的值</translation>
+    </message>
+    <message>
+        <source>&amp;Go on where it ended</source>
+        <translation>从中断处继续(&amp;G)</translation>
+    </message>
+    <message>
+        <source>Also &amp;look for devices without a heartbeat</source>
+        <translation>同时查找没有心跳的设备(&amp;L)</translation>
+    </message>
+    <message>
+        <source>A&amp;bout this visit...</source>
+        <translation>关于此次到访(&amp;B)...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>&amp;Save check-up...</source>
+        <translation>保存检查(&amp;S)...</translation>
+    </message>
+    <message>
+        <source>Service &amp;report...</source>
+        <translation>维修报告(&amp;R)...</translation>
+    </message>
+    <message>
+        <source>With the &amp;last visit</source>
+        <translation>与上次到访(&amp;L)</translation>
+    </message>
+    <message>
+        <source>With a &amp;file...</source>
+        <translation>与文件(&amp;F)...</translation>
+    </message>
+    <message>
+        <source>Co&amp;mpare</source>
+        <translation>比较(&amp;M)</translation>
+    </message>
+    <message>
+        <source>&amp;Open a saved vehicle...</source>
+        <translation>打开已保存的车辆(&amp;O)...</translation>
+    </message>
+    <message>
+        <source>Keep in the arch&amp;ive</source>
+        <translation>存入档案(&amp;I)</translation>
+    </message>
+    <message>
+        <source>Reads all devices and judges what they say</source>
+        <translation>读取所有设备并评判其内容</translation>
+    </message>
+    <message>
+        <source>The connection to the bus is lost. The check-up goes on when it is back.</source>
+        <translation>与总线的连接已丢失。恢复后检查将继续。</translation>
+    </message>
+    <message>
+        <source>The vehicle is being read ...</source>
+        <translation>正在读取车辆 ...</translation>
+    </message>
+    <message>
+        <source>Is being kept ...</source>
+        <translation>正在存档 ...</translation>
+    </message>
+    <message>
+        <source>Kept in the archive ✓</source>
+        <translation>已存入档案 ✓</translation>
+    </message>
+    <message>
+        <source>▲ The archive cannot be reached: it waits on this computer.</source>
+        <translation>▲ 无法访问档案：记录暂存于本机。</translation>
+    </message>
+    <message>
+        <source>▲ It could not be kept. Save it as a file.</source>
+        <translation>▲ 无法存档。请保存为文件。</translation>
+    </message>
+    <message>
+        <source>The bus is connected. Press &quot;Check-up&quot;: all devices are read and judged, which takes some minutes. Nothing is changed in them.</source>
+        <translation>总线已连接。请按“检查”：将读取并评判所有设备，需要几分钟。不会更改任何内容。</translation>
+    </message>
+    <message>
+        <source>Connect a bus (Ctrl+K) and press &quot;Check-up&quot;, or open a saved vehicle.</source>
+        <translation>请连接总线 (Ctrl+K) 并按“检查”，或打开已保存的车辆。</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupSession</name>
+    <message>
+        <source>A check-up is running.</source>
+        <translation>正在检查。</translation>
+    </message>
+    <message>
+        <source>Connect a bus first.</source>
+        <translation>请先连接总线。</translation>
+    </message>
+    <message>
+        <source>The bus is being connected.</source>
+        <translation>正在连接总线。</translation>
+    </message>
+    <message>
+        <source>The connection to the bus is lost. It is made again as soon as the interface is back.</source>
+        <translation>与总线的连接已丢失。接口恢复后将立即重新连接。</translation>
+    </message>
+    <message>
+        <source>The overview is reading. Wait for its end or cancel it (Esc).</source>
+        <translation>总览正在读取。请等待结束或取消 (Esc)。</translation>
+    </message>
+</context>
+<context>
+    <name>CheckupWords</name>
+    <message>
+        <source>No answer</source>
+        <translation>无应答</translation>
+    </message>
+    <message>
+        <source>Not known</source>
+        <translation>未知</translation>
+    </message>
+    <message>
+        <source>No heartbeat</source>
+        <translation>无心跳</translation>
+    </message>
+    <message>
+        <source>Starting</source>
+        <translation>启动中</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>已停止</translation>
+    </message>
+    <message>
+        <source>Operating</source>
+        <translation>运行中</translation>
+    </message>
+    <message>
+        <source>Waiting</source>
+        <translation>等待中</translation>
+    </message>
+    <message>
+        <source>In order.</source>
+        <translation>正常。</translation>
+    </message>
+    <message>
+        <source>%1 s left</source>
+        <translation>剩余 %1 秒</translation>
+    </message>
+    <message>
+        <source>%1 min left</source>
+        <translation>剩余 %1 分钟</translation>
+    </message>
+    <message>
+        <source>Looking for devices ...</source>
+        <translation>正在查找设备 ...</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n device(s) found, still looking</source>
+        <translation>
+            <numerusform>已找到 %n 个设备，仍在查找</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>device %1 of %2</source>
+        <translation>设备 %1 / %2</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 / %2</translation>
+    </message>
+    <message>
+        <source>Waits for its turn</source>
+        <translation>等待读取</translation>
+    </message>
+    <message>
+        <source>Is being read: %1 of %2</source>
+        <translation>正在读取：%1 / %2</translation>
+    </message>
+    <message>
+        <source>No device was heard. Is the vehicle switched on?</source>
+        <translation>没有收到任何设备的消息。车辆已开启吗？</translation>
+    </message>
+    <message>
+        <source>There is no device in it.</source>
+        <translation>其中没有设备。</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <extracomment>Verdict, and what was found in numbers: &quot;Faults were found: 2 faults, 1 warning&quot;</extracomment>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>Vehicle without a serial number</source>
+        <translation>无序列号的车辆</translation>
+    </message>
+    <message>
+        <source>Vehicle %1</source>
+        <translation>车辆 %1</translation>
+    </message>
+    <message>
+        <source>from the file %1</source>
+        <translation>来自文件 %1</translation>
+    </message>
+    <message>
+        <source>from the archive</source>
+        <translation>来自档案</translation>
+    </message>
+    <message>
+        <source>last visit %1</source>
+        <translation>上次到访 %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n fault(s)</source>
+        <translation>
+            <numerusform>%n 个故障</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n warning(s)</source>
+        <translation>
+            <numerusform>%n 个警告</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n note(s)</source>
+        <translation>
+            <numerusform>%n 个提示</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n component(s) not checked</source>
+        <translation>
+            <numerusform>%n 个部件未检查</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>CommunicationNames</name>
+    <message>
+        <source>Manufacturer status register</source>
+        <translation>制造商状态寄存器</translation>
+    </message>
+    <message>
+        <source>SYNC message identifier</source>
+        <translation>SYNC 报文标识符</translation>
+    </message>
+    <message>
+        <source>SYNC period</source>
+        <translation>SYNC 周期</translation>
+    </message>
+    <message>
+        <source>Synchronous window length</source>
+        <translation>同步窗口长度</translation>
+    </message>
+    <message>
+        <source>Manufacturer device name</source>
+        <translation>制造商设备名称</translation>
+    </message>
+    <message>
+        <source>Hardware version</source>
+        <translation>硬件版本</translation>
+    </message>
+    <message>
+        <source>Software version</source>
+        <translation>软件版本</translation>
+    </message>
+    <message>
+        <source>Guard time</source>
+        <translation>节点守护时间</translation>
+    </message>
+    <message>
+        <source>Life time factor</source>
+        <translation>寿命因子</translation>
+    </message>
+    <message>
+        <source>Store parameters</source>
+        <translation>保存参数</translation>
+    </message>
+    <message>
+        <source>Restore default parameters</source>
+        <translation>恢复默认参数</translation>
+    </message>
+    <message>
+        <source>TIME message identifier</source>
+        <translation>TIME 报文标识符</translation>
+    </message>
+    <message>
+        <source>Emergency message identifier</source>
+        <translation>紧急报文标识符</translation>
+    </message>
+    <message>
+        <source>Emergency inhibit time</source>
+        <translation>紧急报文禁止时间</translation>
+    </message>
+    <message>
+        <source>Heartbeats that are watched</source>
+        <translation>受监视的心跳</translation>
+    </message>
+    <message>
+        <source>Heartbeat period</source>
+        <translation>心跳周期</translation>
+    </message>
+    <message>
+        <source>SYNC counter</source>
+        <translation>SYNC 计数器</translation>
+    </message>
+    <message>
+        <source>Date of the configuration</source>
+        <translation>配置日期</translation>
+    </message>
+    <message>
+        <source>Behaviour on errors</source>
+        <translation>出错时的行为</translation>
+    </message>
+    <message>
+        <source>SDO server %1</source>
+        <translation>SDO 服务器 %1</translation>
+    </message>
+    <message>
+        <source>SDO client %1</source>
+        <translation>SDO 客户端 %1</translation>
+    </message>
+    <message>
+        <source>Received PDO %1</source>
+        <translation>接收 PDO %1</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, mapping</source>
+        <translation>接收 PDO %1，映射</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1</source>
+        <translation>发送 PDO %1</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, mapping</source>
+        <translation>发送 PDO %1，映射</translation>
+    </message>
+</context>
+<context>
+    <name>ComparisonDialog</name>
+    <message>
+        <source>What has changed</source>
+        <translation>变化</translation>
+    </message>
+    <message>
+        <source>Before: %1
+Now: %2</source>
+        <translation>之前：%1
+现在：%2</translation>
+    </message>
+    <message>
+        <source>Nothing has changed that goes beyond the usual variation.</source>
+        <translation>没有超出正常波动的变化。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n change(s)</source>
+        <translation>
+            <numerusform>%n 项变化</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>复制(&amp;C)</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentDetails</name>
+    <message>
+        <source>Fin&amp;dings</source>
+        <translation>发现(&amp;D)</translation>
+    </message>
+    <message>
+        <source>&amp;All values (%1)</source>
+        <translation>所有值(&amp;A) (%1)</translation>
+    </message>
+    <message>
+        <source>&amp;Not read (%1)</source>
+        <translation>未读取(&amp;N) (%1)</translation>
     </message>
 </context>
 <context>
@@ -412,6 +1042,78 @@
     <message>
         <source>%1 and others, %2 objects in all</source>
         <translation>%1 等，共 %2 个对象</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentModel</name>
+    <message>
+        <source>The vehicle as a whole</source>
+        <translation>整车</translation>
+    </message>
+    <message>
+        <source>Component</source>
+        <translation>部件</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>节点</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>状态</translation>
+    </message>
+    <message>
+        <source>Changes</source>
+        <translation>变化</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentText</name>
+    <message>
+        <source>serial number %1</source>
+        <translation>序列号 %1</translation>
+    </message>
+    <message>
+        <source>software %1</source>
+        <translation>软件 %1</translation>
+    </message>
+    <message>
+        <source>revision %1.%2</source>
+        <translation>修订版 %1.%2</translation>
+    </message>
+    <message>
+        <source>%1, node %2</source>
+        <translation>%1，节点 %2</translation>
+    </message>
+    <message>
+        <source>In order: all rules that concern it were checked.</source>
+        <translation>正常：已检查与其相关的所有规则。</translation>
+    </message>
+    <message numerus="yes">
+        <source>... and %n more</source>
+        <translation>
+            <numerusform>... 还有 %n 项</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Cell voltages, pack %1</source>
+        <translation>电芯电压，电池组 %1</translation>
+    </message>
+    <message>
+        <source>Cell voltages</source>
+        <translation>电芯电压</translation>
+    </message>
+    <message>
+        <source>Since the visit of %1</source>
+        <translation>自 %1 到访以来</translation>
+    </message>
+    <message>
+        <source>Nothing has changed.</source>
+        <translation>没有变化。</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>值</translation>
     </message>
 </context>
 <context>
@@ -475,6 +1177,13 @@
     <message>
         <source>%1 kbit/s</source>
         <translation>%1 kbit/s</translation>
+    </message>
+</context>
+<context>
+    <name>CopyTable</name>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>复制(&amp;C)</translation>
     </message>
 </context>
 <context>
@@ -602,16 +1311,39 @@
         <translation>显示版本。</translation>
     </message>
     <message>
-        <source>Show the values of this exchange file.</source>
-        <translation>显示此交换文件中的值。</translation>
-    </message>
-    <message>
         <source>What is &quot;%1&quot; for? One file can be shown.</source>
         <translation>“%1”是做什么用的？只能显示一个文件。</translation>
     </message>
     <message>
         <source>There is no language &quot;%1&quot;. There are: %2.</source>
         <translation>没有语言“%1”。可用的语言：%2。</translation>
+    </message>
+    <message>
+        <source>Show the vehicle of this file (.dxsnap or .dxxml).</source>
+        <translation>显示此文件中的车辆（.dxsnap 或 .dxxml）。</translation>
+    </message>
+</context>
+<context>
+    <name>EntryModel</name>
+    <message>
+        <source>What</source>
+        <translation>内容</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>对象</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>值</translation>
+    </message>
+    <message>
+        <source>Why not</source>
+        <translation>原因</translation>
+    </message>
+    <message>
+        <source>Bytes</source>
+        <translation>字节</translation>
     </message>
 </context>
 <context>
@@ -813,6 +1545,18 @@
         <source>Save &amp;PDF report</source>
         <translation>保存 PDF 报告(&amp;P)</translation>
     </message>
+    <message>
+        <source>&amp;Overview</source>
+        <translation>总览(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Check-up page</source>
+        <translation>检查页面(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Archive</source>
+        <translation>档案(&amp;A)</translation>
+    </message>
 </context>
 <context>
     <name>JsonDocument</name>
@@ -891,8 +1635,54 @@
         <translation>仍然读取(&amp;R)</translation>
     </message>
     <message>
-        <source>%1 cannot be opened: no plug-in that shows it is loaded.</source>
-        <translation>无法打开 %1：未加载可显示该文件的插件。</translation>
+        <source>Overview</source>
+        <translation>总览</translation>
+    </message>
+    <message>
+        <source>A check-up is running. Wait for its end or cancel it (Esc), then open the file.</source>
+        <translation>正在检查。请等待结束或取消 (Esc)，然后再打开文件。</translation>
+    </message>
+    <message>
+        <source>Check-up finished. %1</source>
+        <translation>检查完成。%1</translation>
+    </message>
+    <message>
+        <source>A check-up is running. Wait for its end or cancel it (Esc), then open the visit.</source>
+        <translation>正在检查。请等待结束或取消 (Esc)，然后再打开到访记录。</translation>
+    </message>
+    <message>
+        <source>The read waits on this computer for the archive: %1</source>
+        <translation>读取内容暂存于本机，等待存档：%1</translation>
+    </message>
+    <message>
+        <source>The read could not be kept, save it as a file: %1</source>
+        <translation>读取内容无法存档，请保存为文件：%1</translation>
+    </message>
+    <message>
+        <source>The archive cannot be opened: %1</source>
+        <translation>无法打开档案：%1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n visit(s) that had waited are in the archive now.</source>
+        <translation>
+            <numerusform>%n 次暂存的到访记录现已存入档案。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Check-up (%1 %)</source>
+        <translation>检查 (%1 %)</translation>
+    </message>
+    <message>
+        <source>Check-up</source>
+        <translation>检查</translation>
+    </message>
+    <message>
+        <source>Archive</source>
+        <translation>档案</translation>
+    </message>
+    <message>
+        <source>A check-up is using the bus. Wait for its end or cancel it (Esc), then read again.</source>
+        <translation>检查正在使用总线。请等待结束或取消 (Esc)，然后再次读取。</translation>
     </message>
 </context>
 <context>
@@ -931,6 +1721,33 @@
     <message>
         <source>Remove all messages</source>
         <translation>删除所有消息</translation>
+    </message>
+</context>
+<context>
+    <name>NotesDialog</name>
+    <message>
+        <source>About this visit</source>
+        <translation>关于此次到访</translation>
+    </message>
+    <message>
+        <source>&amp;Vehicle:</source>
+        <translation>车辆(&amp;V)：</translation>
+    </message>
+    <message>
+        <source>&amp;Customer:</source>
+        <translation>客户(&amp;C)：</translation>
+    </message>
+    <message>
+        <source>&amp;Technician:</source>
+        <translation>技师(&amp;T)：</translation>
+    </message>
+    <message>
+        <source>&amp;Odometer:</source>
+        <translation>里程表(&amp;O)：</translation>
+    </message>
+    <message>
+        <source>&amp;Note:</source>
+        <translation>备注(&amp;N)：</translation>
     </message>
 </context>
 <context>
@@ -1130,6 +1947,10 @@
     <message>
         <source>The read stopped at node %1, object %2 sub-index %3, because the bus is full, and the node&apos;s answer may find no room on it. Find out who sends so much, and read again. Values read until then: %4.</source>
         <translation>读取停止于节点 %1 的对象 %2 子索引 %3，因为总线已满，该节点的应答可能没有发送机会。请找出是谁发送了这么多消息，然后重新读取。此前已读取的值：%4。</translation>
+    </message>
+    <message>
+        <source>Nothing was read, because a check-up is using the bus. Wait for its end or cancel it, then read again.</source>
+        <translation>没有读取任何内容，因为检查正在使用总线。请等待结束或取消检查，然后再次读取。</translation>
     </message>
 </context>
 <context>
@@ -1798,6 +2619,53 @@
     </message>
 </context>
 <context>
+    <name>ServiceReportDialog</name>
+    <message>
+        <source>Service report</source>
+        <translation>维修报告</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>浏览(&amp;B)...</translation>
+    </message>
+    <message>
+        <source>With what has &amp;changed since the last visit</source>
+        <translation>包含自上次到访以来的变化(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Open it then</source>
+        <translation>完成后打开(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Language:</source>
+        <translation>语言(&amp;L)：</translation>
+    </message>
+    <message>
+        <source>&amp;Workshop:</source>
+        <translation>维修店(&amp;W)：</translation>
+    </message>
+    <message>
+        <source>&amp;Address:</source>
+        <translation>地址(&amp;A)：</translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation>文件夹(&amp;F)：</translation>
+    </message>
+    <message>
+        <source>Write &amp;report</source>
+        <translation>写报告(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Folder for reports</source>
+        <translation>报告文件夹</translation>
+    </message>
+    <message>
+        <source>Service report: %1 and %2</source>
+        <translation>维修报告：%1 和 %2</translation>
+    </message>
+</context>
+<context>
     <name>ServiceReportFiles</name>
     <message>
         <source>There are %1 reports named %2 in the folder; please move some away.</source>
@@ -2174,6 +3042,41 @@
     </message>
 </context>
 <context>
+    <name>TrendValues</name>
+    <message>
+        <source>Battery: state of health (%)</source>
+        <translation>电池：健康状态 (%)</translation>
+    </message>
+    <message>
+        <source>Battery: charge cycles</source>
+        <translation>电池：充电循环</translation>
+    </message>
+    <message>
+        <source>Battery: energy in it (Wh)</source>
+        <translation>电池：电量 (Wh)</translation>
+    </message>
+    <message>
+        <source>Battery: deep discharges</source>
+        <translation>电池：深度放电</translation>
+    </message>
+    <message>
+        <source>Battery: short circuits</source>
+        <translation>电池：短路</translation>
+    </message>
+    <message>
+        <source>Battery: over-temperatures</source>
+        <translation>电池：过温</translation>
+    </message>
+    <message>
+        <source>Display: distance</source>
+        <translation>仪表：里程</translation>
+    </message>
+    <message>
+        <source>Time switched on (h)</source>
+        <translation>开机时间 (h)</translation>
+    </message>
+</context>
+<context>
     <name>VehicleFiles</name>
     <message>
         <source>Vehicle data (*.dxxml)</source>
@@ -2223,12 +3126,90 @@
         <source>What was shown before is still shown.</source>
         <translation>之前显示的内容仍在显示。</translation>
     </message>
+    <message>
+        <source>Vehicle data (*.dxsnap *.dxxml)</source>
+        <translation>车辆数据 (*.dxsnap *.dxxml)</translation>
+    </message>
+</context>
+<context>
+    <name>VehicleModel</name>
+    <message>
+        <source>Vehicle</source>
+        <translation>车辆</translation>
+    </message>
+    <message>
+        <source>Customer</source>
+        <translation>客户</translation>
+    </message>
+    <message>
+        <source>Visits</source>
+        <translation>到访次数</translation>
+    </message>
+    <message>
+        <source>Last visit</source>
+        <translation>上次到访</translation>
+    </message>
 </context>
 <context>
     <name>VehicleTable</name>
     <message>
         <source>The archive has no vehicle %1.</source>
         <translation>档案库中没有车辆 %1。</translation>
+    </message>
+</context>
+<context>
+    <name>VisitModel</name>
+    <message>
+        <source>Not judged</source>
+        <translation>未评判</translation>
+    </message>
+    <message>
+        <source>Check-up</source>
+        <translation>检查</translation>
+    </message>
+    <message>
+        <source>Check-up, with gaps</source>
+        <translation>检查，有缺漏</translation>
+    </message>
+    <message>
+        <source>Quick check-up</source>
+        <translation>快速检查</translation>
+    </message>
+    <message>
+        <source>Quick check-up, with gaps</source>
+        <translation>快速检查，有缺漏</translation>
+    </message>
+    <message>
+        <source>Read</source>
+        <translation>读取</translation>
+    </message>
+    <message>
+        <source>no serial number</source>
+        <translation>无序列号</translation>
+    </message>
+    <message>
+        <source>%1 (node %2): %3</source>
+        <translation>%1（节点 %2）：%3</translation>
+    </message>
+    <message>
+        <source>Visit</source>
+        <translation>到访</translation>
+    </message>
+    <message>
+        <source>Found</source>
+        <translation>发现</translation>
+    </message>
+    <message>
+        <source>What was done</source>
+        <translation>操作</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>值</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>备注</translation>
     </message>
 </context>
 <context>

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "objectwords.h"
 
+#include "communicationnames.h"
+
 #include <canopen/plaintext.h>
 #include <interpreter/datainterpreter.h>
 #include <interpreter/objectdescriptions.h>
@@ -47,6 +49,13 @@ QString withUnit(const UnitFormat &format, double number)
     constexpr int decimals = 2;
     const QString shown = numberLocale().toString(number / format.divisor, 'f', decimals);
     return QCoreApplication::translate("DataInterpreter", format.text).arg(shown);
+}
+
+/*! Empty without a name. */
+QString nameOf(ObjectKey key)
+{
+    const QString name = DataInterpreter::objectName(key.index, key.subIndex).simplified();
+    return name.isEmpty() ? CommunicationNames::name(key) : name;
 }
 
 /*! Without a unit: signed and wide numbers as they are, which formatValue() takes for unsigned ones of 32 bits. */
@@ -96,12 +105,12 @@ ObjectWords::NumberStyle::~NumberStyle()
 
 QString ObjectWords::name(ObjectKey key)
 {
-    const QString name = DataInterpreter::objectName(key.index, key.subIndex).simplified();
+    const QString name = nameOf(key);
     return name.isEmpty() ? CanOpen::indexText(key.index) : name;
 }
 
 QString ObjectWords::nameAndNumber(ObjectKey key)
 {
-    const QString name = DataInterpreter::objectName(key.index, key.subIndex).simplified();
+    const QString name = nameOf(key);
     return name.isEmpty() ? key.toShortString() : QStringLiteral("%1 (%2)").arg(name, key.toShortString());
 }

@@ -2,7 +2,6 @@
 #include "htmlreport.h"
 
 #include "htmlstyle.h"
-#include "reporttr.h"
 #include "servicereport.h"
 
 #include <canopen/plaintext.h>
@@ -51,6 +50,7 @@ public:
 
     void write(const ServiceReport &report)
     {
+        m_labels = report.labels;
         m_xml.writeDTD(QStringLiteral("<!DOCTYPE html>"));
         begin("html");
         m_xml.writeAttribute(name("lang"), report.locale.bcp47Name());
@@ -148,7 +148,7 @@ private:
     void writeMark(ReportMark mark)
     {
         if (mark != ReportMark::None)
-            writeSvg(m_xml, ReportMarks::shape(mark), name("mark"), ReportMarks::word(mark));
+            writeSvg(m_xml, ReportMarks::shape(mark), name("mark"), m_labels.word(mark));
     }
 
     void writeVerdict(const ServiceReport &report)
@@ -222,14 +222,14 @@ private:
         writeMark(item.mark);
         begin("div", "what");
         begin("div");
-        element("span", ReportMarks::word(item.mark), "word");
+        element("span", m_labels.word(item.mark), "word");
         text(QStringLiteral(" · "));
         element("span", item.place, "place");
         end();
         element("div", item.text, "said");
         if (!item.advice.isEmpty()) {
             begin("div", "advice");
-            element("b", ReportTr::tr("What to do:"));
+            element("b", m_labels.advice);
             text(QStringLiteral(" ") + item.advice);
             end();
         }
@@ -308,6 +308,7 @@ private:
     }
 
     QXmlStreamWriter m_xml;
+    ReportLabels m_labels;
 };
 
 } // namespace

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "pdfpieces.h"
 
-#include "reporttr.h"
 
 #include <QPainter>
 
@@ -43,6 +42,7 @@ PdfPieces::PdfPieces(const ServiceReport &report, QPaintDevice *device, qreal po
     , m_width(width)
     , m_pageHeight(pageHeight)
     , m_families(familiesFor(report.locale))
+    , m_labels(report.labels)
 {
     addLetterHead(report);
     addVerdict(report);
@@ -257,7 +257,7 @@ void PdfPieces::addBlock(const ReportHeading &heading)
     const PdfText title = text(heading.text, 11.5, Ink::Text, m_width * 0.7, true, mostCellLines);
     const PdfText aside = text(heading.aside, bodySize, Ink::Faint, m_width * 0.2);
     const ReportDrawing shape = ReportMarks::shape(heading.mark);
-    const QString word = ReportMarks::word(heading.mark);
+    const QString word = m_labels.word(heading.mark);
     const PdfText state = text(word, bodySize, ReportMarks::ink(heading.mark), m_width * 0.2, true);
     add(
         title.height() + points(3),
@@ -282,12 +282,12 @@ void PdfPieces::addItem(const ReportItem &item)
 {
     const qreal indent = points(22);
     const qreal width = m_width - indent - points(8);
-    const PdfText word = text(ReportMarks::word(item.mark) + QStringLiteral(" · "), bodySize,
+    const PdfText word = text(m_labels.word(item.mark) + QStringLiteral(" · "), bodySize,
                               ReportMarks::ink(item.mark), width, true);
     const PdfText place
         = text(item.place, bodySize, Ink::Text, width - word.width() - points(8), true, mostCellLines);
     const PdfText said = text(item.text, bodySize, Ink::Text, width);
-    const PdfText advice = text(ReportTr::tr("What to do:") + QLatin1Char(' ') + item.advice, bodySize,
+    const PdfText advice = text(m_labels.advice + QLatin1Char(' ') + item.advice, bodySize,
                                 Ink::Text, width - points(8));
     const ReportDrawing shape = ReportMarks::shape(item.mark);
     addSpace(7);

@@ -60,6 +60,7 @@ private:
     qreal m_width;
     qreal m_pageHeight;
     QString m_families;
+    ReportLabels m_labels;
     QVector<FlowPiece> m_pieces;
     QVector<Painter> m_painters; // as many
 };

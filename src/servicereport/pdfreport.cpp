@@ -4,7 +4,6 @@
 #include "pageflow.h"
 #include "pdfpieces.h"
 #include "pdftext.h"
-#include "reporttr.h"
 #include "servicereport.h"
 
 #include <canopen/plaintext.h>
@@ -59,7 +58,7 @@ private:
         painter.fillRect(QRectF(0, top, m_writer->width(), 0.5 * m_point), ReportInk::onPaper(Ink::Rule));
         const PdfText left(m_report.subject, font, Ink::Faint, m_writer->width() * 0.75, m_writer, 1);
         const PdfText right(
-            ReportTr::tr("Page %1 of %2").arg(QString::number(page + 1), QString::number(pages)), font,
+            m_report.labels.page.arg(QString::number(page + 1), QString::number(pages)), font,
             Ink::Faint, m_writer->width() * 0.25, m_writer, 1);
         left.paint(painter, QPointF(0, top + 3 * m_point));
         right.paint(painter, QPointF(m_writer->width() - right.width(), top + 3 * m_point));

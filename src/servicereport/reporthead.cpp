@@ -118,6 +118,5 @@ QString ReportHead::sentence(const CheckupResult &checkup)
     const QStringList texts = counts(checkup);
     if (texts.isEmpty())
         return ReportTr::tr("Nothing was found, and all components were checked.");
-    //: Between the parts of "2 faults, 1 warning"
     return texts.join(QStringLiteral(", "));
 }

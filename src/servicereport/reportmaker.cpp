@@ -23,6 +23,17 @@ QString subjectOf(const Snapshot &snapshot, const ReportWords &words)
     return vehicle.isEmpty() ? date : QStringLiteral("%1 · %2").arg(vehicle, date);
 }
 
+ReportLabels makeLabels()
+{
+    ReportLabels labels;
+    labels.advice = ReportTr::tr("What to do:");
+    labels.page = ReportTr::tr("Page %1 of %2");
+    for (const ReportMark mark : {ReportMark::None, ReportMark::Good, ReportMark::Note,
+                                  ReportMark::NotChecked, ReportMark::Warning, ReportMark::Fault})
+        labels.marks.append(ReportMarks::word(mark));
+    return labels;
+}
+
 } // namespace
 
 ServiceReport makeServiceReport(const ServiceReportData &data)
@@ -30,6 +41,7 @@ ServiceReport makeServiceReport(const ServiceReportData &data)
     const ReportWords words(data.locale);
     ServiceReport report;
     report.locale = data.locale;
+    report.labels = makeLabels();
     report.title = ReportTr::tr("Service report");
     report.subject = subjectOf(data.snapshot, words);
     report.program = data.program;

@@ -94,9 +94,22 @@ struct ReportSection
     QVector<ReportBlock> blocks;
 };
 
+/*! Words that whoever writes the report puts in between: in its language, also when it is written later or in another
+ *  thread, when the program's language is another one.
+ */
+struct ReportLabels
+{
+    QString advice;         //!< "What to do:"
+    QString page;           //!< "Page %1 of %2"
+    QVector<QString> marks; //!< by ReportMark
+
+    QString word(ReportMark mark) const { return marks.value(static_cast<int>(mark)); }
+};
+
 struct ServiceReport
 {
     QLocale locale; //!< of texts and numbers
+    ReportLabels labels;
     QString title;
     QString subject; //!< vehicle and date, for the foot of pages
     QString program; //!< that made the report

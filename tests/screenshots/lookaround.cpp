@@ -29,7 +29,7 @@ namespace {
 
 constexpr int bitRate = 125000; // so that there is time for a picture of the read
 constexpr int settlingTime = 250;
-constexpr int midCheckup = 8000; // ms
+constexpr int midCheckup = 4000; // ms
 constexpr int midRead = 4000;    // ms, behind the detection of 2 s
 
 void handleEventsFor(int milliseconds)
@@ -109,7 +109,7 @@ private:
     void takeCheckup()
     {
         trigger("actionPageCheckup");
-        trigger("actionCheckup");
+        trigger("actionQuickCheckup");
         handleEventsFor(midCheckup);
         take("checkup-running");
         while (m_window->checkup().isRunning())

@@ -6,12 +6,13 @@
 #include "checkupwords.h"
 #include "comparisondialog.h"
 #include "copytable.h"
-#include "flowlayout.h"
 #include "notesdialog.h"
+#include "pagelayout.h"
 #include "trendplot.h"
 
 #include <archive/archivetransfer.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
@@ -22,10 +23,12 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSplitter>
 #include <QStackedWidget>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -65,7 +68,7 @@ ArchivePage::ArchivePage(VehicleRecords *records, CheckupSession *session, QWidg
 
 void ArchivePage::build()
 {
-    auto *layout = new QVBoxLayout(this);
+    auto *layout = new PageLayout(this);
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->setSpacing(margin - 3);
     layout->addWidget(buildTop());
@@ -88,6 +91,14 @@ QPushButton *ArchivePage::makeButton(const char *name, void (ArchivePage::*slot)
     button->setAutoDefault(false);
     connect(button, &QPushButton::clicked, this, slot);
     return button;
+}
+
+QAction *ArchivePage::makeAction(const char *name, void (ArchivePage::*slot)())
+{
+    auto *action = new QAction(this);
+    action->setObjectName(QLatin1String(name));
+    connect(action, &QAction::triggered, this, slot);
+    return action;
 }
 
 QWidget *ArchivePage::buildTop()
@@ -139,13 +150,23 @@ QWidget *ArchivePage::buildVisits()
     m_open = makeButton("visitOpen", &ArchivePage::open);
     m_compare = makeButton("visitCompare", &ArchivePage::compare);
     m_report = makeButton("visitReport", &ArchivePage::report);
-    m_notes = makeButton("visitNotes", &ArchivePage::editNotes);
-    m_export = makeButton("visitExport", &ArchivePage::exportVisit);
-    m_delete = makeButton("visitDelete", &ArchivePage::removeVisits);
-    m_rename = makeButton("vehicleRename", &ArchivePage::rename);
-    auto *buttons = new FlowLayout;
-    for (QPushButton *button : {m_open, m_compare, m_report, m_notes, m_export, m_rename, m_delete})
+    m_notes = makeAction("visitNotes", &ArchivePage::editNotes);
+    m_export = makeAction("visitExport", &ArchivePage::exportVisit);
+    m_rename = makeAction("vehicleRename", &ArchivePage::rename);
+    m_delete = makeAction("visitDelete", &ArchivePage::removeVisits);
+    m_more = new QToolButton(part);
+    m_more->setObjectName(QStringLiteral("visitMore"));
+    m_more->setPopupMode(QToolButton::InstantPopup);
+    m_more->setFocusPolicy(Qt::TabFocus);
+    auto *menu = new QMenu(m_more);
+    menu->addActions({m_notes, m_export, m_rename});
+    menu->addSeparator();
+    menu->addAction(m_delete);
+    m_more->setMenu(menu);
+    auto *buttons = new QHBoxLayout;
+    for (QWidget *button : std::initializer_list<QWidget *>{m_open, m_compare, m_report, m_more})
         buttons->addWidget(button);
+    buttons->addStretch();
     auto *layout = new QVBoxLayout(part);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_visits, 1);
@@ -218,11 +239,12 @@ void ArchivePage::retranslate()
     m_open->setText(tr("&Open"));
     m_compare->setText(tr("&Compare"));
     m_compare->setToolTip(tr("With the visit before, or the two that are chosen with each other"));
-    m_report->setText(tr("&Report..."));
+    m_report->setText(tr("Re&port..."));
     m_notes->setText(tr("&Notes..."));
     m_export->setText(tr("&Export..."));
     m_rename->setText(tr("Na&me vehicle..."));
     m_delete->setText(tr("&Delete..."));
+    m_more->setText(tr("Mo&re"));
     m_trendLabel->setText(tr("Over &time:"));
     m_noTrend->setText(tr("No visit of this vehicle has this value."));
     fillTrends();
@@ -302,8 +324,10 @@ void ArchivePage::showProblem()
 void ArchivePage::showButtons()
 {
     const int count = chosenVisits().size();
-    for (QPushButton *button : {m_open, m_report, m_notes, m_export})
-        button->setEnabled(count == 1);
+    m_open->setEnabled(count == 1);
+    m_report->setEnabled(count == 1);
+    m_notes->setEnabled(count == 1);
+    m_export->setEnabled(count == 1);
     m_compare->setEnabled(count == 1 || count == 2);
     m_delete->setEnabled(count > 0);
     m_rename->setEnabled(m_browser.vehicle() != 0);

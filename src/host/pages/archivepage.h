@@ -10,6 +10,7 @@
 
 class CheckupSession;
 class CopyTable;
+class QAction;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -51,6 +52,7 @@ private:
     QWidget *buildVisits();
     QWidget *buildTrend();
     QPushButton *makeButton(const char *name, void (ArchivePage::*slot)());
+    QAction *makeAction(const char *name, void (ArchivePage::*slot)());
     void connectBrowser();
     void retranslate();
     void showVehicles();
@@ -92,10 +94,11 @@ private:
     QPushButton *m_open = nullptr;
     QPushButton *m_compare = nullptr;
     QPushButton *m_report = nullptr;
-    QPushButton *m_notes = nullptr;
-    QPushButton *m_export = nullptr;
-    QPushButton *m_delete = nullptr;
-    QPushButton *m_rename = nullptr;
+    QToolButton *m_more = nullptr; // what is rare
+    QAction *m_notes = nullptr;
+    QAction *m_export = nullptr;
+    QAction *m_rename = nullptr;
+    QAction *m_delete = nullptr;
     QLabel *m_trendLabel = nullptr;
     QComboBox *m_trends = nullptr;
     QLabel *m_noTrend = nullptr;

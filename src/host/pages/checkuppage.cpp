@@ -7,6 +7,7 @@
 #include "componentdelegate.h"
 #include "componentdetails.h"
 #include "lighticon.h"
+#include "pagelayout.h"
 
 #include <QAction>
 #include <QEvent>
@@ -78,7 +79,7 @@ CheckupPage::CheckupPage(CheckupSession *session, QWidget *parent)
     m_menu->addActions({m_scan, m_notes});
     m_compareMenu->addActions({m_compareLast, m_compareFile});
 
-    auto *layout = new QVBoxLayout(this);
+    auto *layout = new PageLayout(this);
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->setSpacing(margin - 3);
     layout->addWidget(buildTop());
@@ -114,6 +115,7 @@ QWidget *CheckupPage::buildTop()
     m_bar->setTextVisible(false);
     m_bar->setMinimumWidth(leastBarWidth);
     m_progress = makeLabel("checkupProgressText", top);
+    m_progress->setWordWrap(true);
     auto *layout = new QHBoxLayout(top);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_start);
@@ -169,6 +171,7 @@ QWidget *CheckupPage::buildCentre()
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_table->horizontalHeader()->setSectionResizeMode(ComponentModel::NameColumn, QHeaderView::Stretch);
     m_details = new ComponentDetails(splitter);
+    connect(splitter, &QSplitter::splitterMoved, this, &CheckupPage::fitColumns);
     splitter->addWidget(m_table);
     splitter->addWidget(m_details);
     splitter->setStretchFactor(0, 5);
@@ -276,6 +279,22 @@ void CheckupPage::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
 }
 
+void CheckupPage::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    fitColumns();
+}
+
+/*! Name and light need their room; what is narrow leaves out what the details say as well. */
+void CheckupPage::fitColumns()
+{
+    constexpr int roomyWidth = 45; // letters
+    const bool isRoomy = m_table->width() >= roomyWidth * m_table->fontMetrics().averageCharWidth();
+    const bool isCompared = !m_session->isRunning() && m_session->record().comparison;
+    m_table->setColumnHidden(ComponentModel::StateColumn, !isRoomy);
+    m_table->setColumnHidden(ComponentModel::ChangesColumn, !isCompared);
+}
+
 void CheckupPage::retranslate()
 {
     m_full->setText(tr("Chec&k-up"));
@@ -302,6 +321,7 @@ void CheckupPage::showAll()
     showVerdict();
     showKept();
     showEmpty();
+    fitColumns();
     chooseFirst();
     showDetails();
 }

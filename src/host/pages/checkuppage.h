@@ -42,6 +42,7 @@ signals:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     QWidget *buildTop();
@@ -51,6 +52,7 @@ private:
     QWidget *buildBottom();
     QAction *makeAction(const char *name);
     void connectSession();
+    void fitColumns();
     void retranslate();
     void showAll();
     void showState();

@@ -100,7 +100,7 @@ void ComponentDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
         parts.name, Qt::AlignLeft | Qt::AlignVCenter,
         QFontMetrics(bold).elidedText(index.data().toString(), Qt::ElideRight, parts.name.width()));
     painter->setFont(item.font);
-    ink.setAlphaF(faintness);
+    ink.setAlphaF(isSelected ? 1 : faintness);
     painter->setPen(ink);
     const QString sentence = index.data(ComponentModel::SentenceRole).toString().simplified();
     painter->drawText(parts.sentence, Qt::AlignLeft | Qt::AlignVCenter,

@@ -15,6 +15,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFormLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QPlainTextEdit>
@@ -84,7 +85,9 @@ void ServiceReportDialog::build(const QString &folder)
     form->addRow(tr("&Language:"), m_language);
     form->addRow(tr("&Workshop:"), m_workshop);
     form->addRow(tr("&Address:"), m_lines);
-    form->addRow(tr("&Folder:"), place);
+    auto *folderLabel = new QLabel(tr("&Folder:"), this);
+    folderLabel->setBuddy(m_folder);
+    form->addRow(folderLabel, place);
     form->addRow(m_compare);
     form->addRow(m_show);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel, this);
@@ -123,7 +126,6 @@ void ServiceReportDialog::write()
     order.workshop.name = m_workshop->text();
     order.workshop.lines = m_lines->toPlainText().split(QLatin1Char('\n'));
     order.language = m_language->currentData().toString();
-    order.programLanguage = m_session->language();
     order.folder = QDir::fromNativeSeparators(m_folder->text());
     const bool isShown = m_show->isChecked();
     hide(); // the answer is told in its window

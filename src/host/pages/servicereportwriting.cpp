@@ -60,17 +60,8 @@ ServiceReportWriting::Result save(const Pages &pages, const QString &folder, con
 void ServiceReportWriting::write(const ServiceReportOrder &order, const RuleSet &rules, QObject *context,
                                  const std::function<void(const Result &)> &done)
 {
-    const bool isProgramLanguage = order.language == order.programLanguage;
-    ServiceReport report;
-    Pages pages;
-    {
-        const ReportLanguage language(order.language);
-        report = makeReport(order, rules, language);
-        if (!isProgramLanguage)
-            pages = print(report);
-    }
+    // The language is the program's meanwhile, so what the report says is made here; it is printed elsewhere.
+    const ServiceReport report = makeReport(order, rules, ReportLanguage(order.language));
     const QString baseName = ServiceReportFiles::baseName(order.snapshot);
-    Background::run(
-        context, [=] { return save(isProgramLanguage ? print(report) : pages, order.folder, baseName); },
-        done);
+    Background::run(context, [=] { return save(print(report), order.folder, baseName); }, done);
 }

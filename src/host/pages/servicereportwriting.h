@@ -19,9 +19,8 @@ struct ServiceReportOrder
     std::optional<Snapshot> earlier; //!< to compare with
     QVector<HealthTrend> trends;
     Workshop workshop;
-    QString language;        //!< of the report: "de"
-    QString programLanguage; //!< of everything else
-    QString folder;          //!< has to exist
+    QString language; //!< of the report: "de"
+    QString folder;   //!< has to exist
 };
 
 /*! Writes service reports without holding the window. */
@@ -35,8 +34,8 @@ struct Result
 
 /*! Calls \a done in the thread of \a context, unless it has gone by then.
  *
- *  Translators are the program's, so a report in another language than the program's is made at once, and the window
- *  waits for it; one in the same language is made in another thread.
+ *  What the report says is made at once, as translators are the whole program's; it is laid out, printed and written in
+ *  another thread.
  */
 void write(const ServiceReportOrder &order, const RuleSet &rules, QObject *context,
            const std::function<void(const Result &)> &done);

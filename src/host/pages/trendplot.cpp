@@ -53,18 +53,30 @@ QString lineOf(const TrendPoint &point)
 
 TrendPlot::TrendPlot(QWidget *parent)
     : QwtPlot(parent)
+    , m_grid(new QwtPlotGrid) // the plot's
 {
     setObjectName(QStringLiteral("trendPlot"));
     setAxisScaleDraw(xBottom, new Dates);
     setAxisScaleEngine(xBottom, new QwtDateScaleEngine(Qt::LocalTime));
     setAxisMaxMajor(xBottom, 4);
     setAxisMaxMajor(yLeft, 5);
-    setCanvasBackground(palette().brush(QPalette::Base));
     static_cast<QwtPlotCanvas *>(canvas())->setFrameStyle(QFrame::NoFrame);
-    auto *grid = new QwtPlotGrid;
-    grid->setPen(palette().color(QPalette::Midlight), 1);
-    grid->attach(this);
+    m_grid->attach(this);
+    takeColours();
     insertLegend(new QwtLegend, BottomLegend);
+}
+
+void TrendPlot::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::PaletteChange)
+        takeColours();
+    QwtPlot::changeEvent(event);
+}
+
+void TrendPlot::takeColours()
+{
+    setCanvasBackground(palette().brush(QPalette::Base));
+    m_grid->setPen(palette().color(QPalette::Midlight), 1);
 }
 
 QSize TrendPlot::minimumSizeHint() const

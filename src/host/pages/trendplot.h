@@ -7,6 +7,8 @@
 
 #include <QVector>
 
+class QwtPlotGrid;
+
 /*! A value over the visits of a vehicle: one line for each device that has it. */
 class TrendPlot : public QwtPlot
 {
@@ -19,4 +21,12 @@ public:
     void setTrend(int trendValue, const QVector<TrendPoint> &points);
 
     QSize minimumSizeHint() const override;
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    void takeColours();
+
+    QwtPlotGrid *m_grid;
 };

@@ -261,7 +261,7 @@ void tst_ArchivePage::deletesAfterAsking()
 {
     Window window;
     window.chooseVehicle(Window::pedelecName());
-    window.press("visitDelete");
+    window.find<QAction>("visitDelete")->trigger();
     QCOMPARE(window.rows("visitTable"), 3);
     auto *box = window.find<QMessageBox>("deleteQuestion");
     QCOMPARE(box->defaultButton()->text(), QStringLiteral("Cancel"));
