@@ -67,8 +67,9 @@ public:
     /*! How long after foreignClientSeen() the same node is not named again. */
     static constexpr std::chrono::milliseconds foreignClientPause{10000};
 
-    /*! Without a \a clock of its caller's the client takes the time from the system. */
+    /*! Takes the time from the system. */
     explicit SdoClient(Sender sender, QObject *parent = nullptr);
+    /*! Takes the time from \a clock: a test's own, or one that its caller has already. */
     SdoClient(Sender sender, Clock clock, QObject *parent = nullptr);
     ~SdoClient() override;
 
