@@ -11,10 +11,6 @@ namespace {
 // A server of small values may answer a block request with them at once.
 constexpr quint8 protocolSwitchThreshold = sdoExpeditedSize; // bytes
 
-// From this size on (bytes), a block upload takes fewer frames although the transfer has begun already; a server that
-// knows no blocks costs two frames, once.
-constexpr int longObject = 28;
-
 // Other values that read as an abort are numbers of last segments of a block.
 constexpr char abortCommand = '\x80';
 
@@ -38,12 +34,8 @@ SdoUpload::Step SdoUpload::start(ObjectKey key, DataType type, int repeats, SdoP
     m_restarts = 0;
     m_isAnswered = false;
     m_protocol = m_knowsNoBlocks ? SdoProtocol::Plain : protocol;
-    m_check.reset();
-    m_origin = m_memory.newOrigin();
-    m_readings = 0;
+    m_readings.start(m_memory);
     m_quietWaits = 0;
-    m_isContinuing = false;
-    m_runBegan = -1;
     m_state = State::AwaitingForeign;
     return handleForeignEnd();
 }
@@ -124,9 +116,9 @@ SdoUpload::Step SdoUpload::timeOver()
     case State::Quiet:
         return awaitClearLine();
     case State::Listening:
-        if (m_memory.hasBabbledSince(m_readingBegan))
+        if (m_memory.hasBabbledSince(m_readings.begunAt()))
             return awaitClearLine();
-        return finishValue(m_reading.data.constData(), m_reading.data.size());
+        return finishValue(m_readings.data());
     case State::Block:
         m_memory.noteTrouble();
         return doNextOfBlock(m_block.timeOver());
@@ -134,7 +126,7 @@ SdoUpload::Step SdoUpload::timeOver()
         m_protocol = SdoProtocol::Plain;
         break;
     case State::Segments:
-        if (m_isSegmentRepeated)
+        if (m_segments.isLastRepeated())
             return abortAndFail(SdoAbort::ToggleBitNotAlternated);
         break;
     case State::Initiating:
@@ -193,7 +185,7 @@ void SdoUpload::leaveTransfer()
 {
     if (isInTransfer())
         m_memory.noteOpenRequest();
-    m_isContinuing = false;
+    m_readings.interrupt();
 }
 
 SdoUpload::Step SdoUpload::startAfresh()
@@ -297,156 +289,20 @@ void SdoUpload::noteStray(const QByteArray &payload)
         m_memory.noteStray(payload);
 }
 
-SdoUpload::Step SdoUpload::handleInitiateResponse(const QByteArray &payload)
-{
-    const std::optional<SdoInitiate> initiate = readSdoInitiateUploadResponse(payload);
-    const bool segmentsHaveCome = m_state == State::Segments && !m_lastSegment.isEmpty();
-    if (!initiate || initiate->key != m_outcome.key || segmentsHaveCome) {
-        noteStray(payload);
-        return {};
-    }
-    m_isAnswered = true;
-    if (initiate->expedited)
-        return finishExpedited(*initiate);
-    if (m_disturbance != Disturbance::None)
-        return restart();
-    return beginSegments(*initiate);
-}
-
-SdoUpload::Step SdoUpload::beginSegments(const SdoInitiate &initiate)
-{
-    const bool alreadyAsked = m_state == State::Segments;
-    if (alreadyAsked)
-        m_memory.noteUnasked();
-    m_lastSegment.clear();
-    m_emptySegments = 0;
-    m_toggle = false;
-    m_isSegmentRepeated = false;
-    m_reading.data.clear();
-    m_isSizeAnnounced = initiate.sizeIndicated;
-
-    // The announced size is only ever compared: memory is taken for bytes that came.
-    if (m_isSizeAnnounced && initiate.size > static_cast<quint32>(lengthLimit()))
-        return abortAndFail(SdoAbort::LengthTooHigh);
-    if (m_isSizeAnnounced && initiate.size < static_cast<quint32>(m_typeSize))
-        return abortAndFail(SdoAbort::LengthTooLow);
-    m_announcedSize = static_cast<int>(initiate.size);
-    if (m_protocol == SdoProtocol::BlockWhenLong && m_isSizeAnnounced && m_announcedSize >= longObject
-        && !alreadyAsked)
-        return readInBlocksInstead();
-
-    const bool isOwed = std::exchange(m_isAnswerOwed, false);
-    if (std::exchange(m_isForeignSegmentAsked, false) || isOwed)
-        m_memory.noteOpenRequest();
-    if (!alreadyAsked)
-        beginReading();
-    if (!alreadyAsked && mustWait()) {
-        Step step = awaitClearLine();
-        step.send(makeSdoAbort(m_outcome.key, static_cast<quint32>(SdoAbort::GeneralError)));
-        return step;
-    }
-
-    m_state = State::Segments;
-    if (alreadyAsked) {
-        Step step;
-        step.waitRestarts = true;
-        return step;
-    }
-    return askSegment();
-}
-
-// The server has begun to serve segments: it is told that they are not wanted.
-SdoUpload::Step SdoUpload::readInBlocksInstead()
-{
-    m_protocol = SdoProtocol::Block;
-    Step step;
-    step.send(makeSdoAbort(m_outcome.key, static_cast<quint32>(SdoAbort::GeneralError)));
-    step.send(initiate().frames[0]);
-    step.waitRestarts = true;
-    return step;
-}
-
-SdoUpload::Step SdoUpload::askSegment()
-{
-    m_memory.noteRequest();
-    Step step;
-    step.send(makeSdoUploadSegmentRequest(m_toggle));
-    step.waitRestarts = true;
-    return step;
-}
-
 // Whether what was asked for before could get into a reading that begins now.
 bool SdoUpload::mustWait() const
 {
     if (m_memory.timeUntilClosed() > 0)
         return true;
-    return m_memory.isTroubled() && !m_isContinuing && m_memory.timeUntilClear() > 0;
+    return m_memory.isTroubled() && !m_readings.isContinuing() && m_memory.timeUntilClear() > 0;
 }
 
-void SdoUpload::beginReading()
+// The server has a transfer for us, and the line is not ready for it.
+SdoUpload::Step SdoUpload::waitBeforeTransfer()
 {
-    m_reading = ReadingCheck::Reading();
-    m_hasBabble = false;
-    m_reading.begunClear = m_memory.timeUntilClear() <= 0;
-    m_begunAlone = m_memory.timeUntilGone() <= 0;
-    m_readingBegan = m_memory.time();
-}
-
-SdoUpload::Step SdoUpload::handleSegment(const QByteArray &payload)
-{
-    const std::optional<SdoSegment> segment = readSdoUploadSegmentResponse(payload);
-    if (m_state != State::Segments || !segment) {
-        noteStray(payload);
-        return {};
-    }
-    if (segment->toggle != m_toggle)
-        return handleWrongToggle(payload);
-
-    noteSighting(m_memory.note(payload, m_origin, static_cast<quint32>(m_readings)));
-    const int limit = m_isSizeAnnounced ? m_announcedSize : lengthLimit();
-    m_emptySegments = segment->data.size == 0 ? m_emptySegments + 1 : 0;
-    if (m_reading.data.size() + segment->data.size > limit) {
-        if (isDoubtful())
-            return rejectReading(SdoAbort::LengthTooHigh);
-        // After its last segment the server has no transfer any more that an abort could end.
-        return segment->last ? fail(SdoAbort::LengthTooHigh) : abortAndFail(SdoAbort::LengthTooHigh);
-    }
-    if (m_emptySegments > maximumEmptySegments)
-        return abortAndFail(SdoAbort::GeneralError);
-
-    m_reading.data.append(segment->data.bytes.data(), segment->data.size);
-    ++m_reading.segments;
-    m_lastSegment = payload;
-    m_isSegmentRepeated = false;
-    if (segment->last)
-        return finishSegments();
-
-    m_toggle = !m_toggle;
-    return askSegment();
-}
-
-void SdoUpload::noteSighting(SegmentMemory::Sighting sighting)
-{
-    m_reading.isKnown = m_reading.isKnown || sighting.isKnown;
-    m_reading.isRepeating = m_reading.isRepeating || sighting.isRepeated;
-    m_hasBabble = m_hasBabble || sighting.isBabble;
-}
-
-SdoUpload::Step SdoUpload::handleWrongToggle(const QByteArray &payload)
-{
-    // A segment that was seen before may be one that the bus has doubled. The right one then follows; if it does
-    // not, it was the toggle bit after all.
-    if (m_memory.knows(payload)) {
-        m_memory.note(payload, m_origin, static_cast<quint32>(m_readings));
-        m_memory.noteUnasked();
-        m_isSegmentRepeated = payload == m_lastSegment;
-        // Or a later one with the same content, which the server has sent for a doubled request: then one is
-        // missing, and only the size of the whole would tell.
-        m_reading.isRepeating = m_reading.isRepeating || (!m_isSizeAnnounced && m_typeSize == 0);
-        return {};
-    }
-    m_memory.note(payload, SegmentMemory::strayOrigin, 0);
-    return rejectReading(SdoAbort::ToggleBitNotAlternated);
+    Step step = awaitClearLine();
+    step.send(makeSdoAbort(m_outcome.key, static_cast<quint32>(SdoAbort::GeneralError)));
+    return step;
 }
 
 SdoUpload::Step SdoUpload::handleAbort(const QByteArray &payload)
@@ -470,133 +326,15 @@ SdoUpload::Step SdoUpload::handleAbort(const QByteArray &payload)
     return finish(SdoOutcome::Kind::Abort, code);
 }
 
-SdoUpload::Step SdoUpload::handleBlockInitiateResponse(const QByteArray &payload)
+SdoUpload::Step SdoUpload::finishReading(std::optional<ReadingCheck::Verdict> verdict)
 {
-    const std::optional<SdoBlockInitiateResponse> response = readSdoBlockInitiateResponse(payload);
-    if (m_state != State::InitiatingBlock || !response || response->key != m_outcome.key)
-        return {}; // answers to another client
-    m_isAnswered = true;
-    if (m_disturbance != Disturbance::None)
-        return restart();
-    if (mustWait()) {
-        Step step = awaitClearLine();
-        step.send(makeSdoAbort(m_outcome.key, static_cast<quint32>(SdoAbort::GeneralError)));
-        return step;
-    }
-    m_state = State::Block;
-    beginReading();
-    m_block.begin(*response, lengthLimit());
-    m_memory.noteRequest();
-    Step step;
-    step.send(makeSdoBlockStart());
-    step.waitRestarts = true;
-    return step;
-}
-
-SdoUpload::Step SdoUpload::handleBlockFrame(const QByteArray &payload)
-{
-    noteSighting(m_memory.note(payload, m_origin, static_cast<quint32>(m_readings)));
-    return doNextOfBlock(m_block.take(payload));
-}
-
-SdoUpload::Step SdoUpload::doNextOfBlock(BlockReception::Event event)
-{
-    Step step;
-    switch (event) {
-    case BlockReception::Event::Nothing:
-        step.waitRestarts = true;
-        break;
-    case BlockReception::Event::Ignored:
-        m_memory.noteUnasked();
-        break;
-    case BlockReception::Event::Acknowledge:
-        m_memory.noteRequest();
-        step.send(m_block.acknowledge());
-        step.waitRestarts = true;
-        break;
-    case BlockReception::Event::Complete: {
-        m_reading.hasCrc = m_block.hasCrc();
-        m_reading.isRepeating = false; // the segments are numbered
-        m_reading.segments = 2;
-        step = finishReading(m_block.data());
-        // The end is confirmed before anything else is asked.
-        std::swap(step.frames[0], step.frames[1]);
-        step.frames[0] = makeSdoBlockEndResponse();
-        ++step.frameCount;
-        break;
-    }
-    case BlockReception::Event::Failed:
-        return readPlainInstead(static_cast<quint32>(m_block.failure()));
-    }
-    return step;
-}
-
-// Whatever it was: the plain protocol says it better, or works.
-SdoUpload::Step SdoUpload::readPlainInstead(quint32 code)
-{
-    m_protocol = SdoProtocol::Plain;
-    if (m_state == State::InitiatingBlock) {
-        m_knowsNoBlocks = code == static_cast<quint32>(SdoAbort::CommandSpecifierUnknown);
-        return initiate();
-    }
-    m_memory.noteTrouble();
-    leaveTransfer();
-    Step step = awaitClearLine();
-    step.send(makeSdoAbort(m_outcome.key, code));
-    return step;
-}
-
-SdoUpload::Step SdoUpload::finishExpedited(const SdoInitiate &initiate)
-{
-    int size = initiate.data.size;
-    // Without an indicated size the data type says how many of the four bytes count.
-    if (!initiate.sizeIndicated && m_typeSize > 0)
-        size = std::min(size, m_typeSize);
-    m_outcome.isSizeUnknown = !initiate.sizeIndicated && m_typeSize == 0;
-    return finishValue(initiate.data.bytes.data(), size);
-}
-
-SdoUpload::Step SdoUpload::finishSegments()
-{
-    const int expected = std::max(m_isSizeAnnounced ? m_announcedSize : 0, m_typeSize);
-    if (m_reading.data.size() < expected && isDoubtful())
-        return rejectReading(SdoAbort::LengthTooLow);
-    if (m_reading.data.size() < expected) {
-        m_state = State::Initiating; // nothing is open any more
-        return fail(SdoAbort::LengthTooLow);
-    }
-    return finishReading(m_reading.data);
-}
-
-SdoUpload::Step SdoUpload::finishReading(const QByteArray &data)
-{
-    m_reading.data = data;
     m_attempt = 0;
-    if (++m_readings > maximumReadings)
+    if (!verdict)
         return failMixedUp();
-    // On a line that was clear only a node that babbles can have sent what is known from elsewhere.
-    const bool isTroubled = m_memory.isTroubled();
-    const bool mayBeBabble
-        = m_hasBabble || m_memory.hasBabbledSince(m_runBegan < 0 ? m_readingBegan : m_runBegan);
-    m_reading.isBabble = m_reading.isKnown && isTroubled && mayBeBabble;
-    if (m_memory.isLate()) {
-        m_reading.isKnown = false;
-        m_reading.begunClear = m_begunAlone;
-    }
-    // What was read before the trouble, or before it grew, was read with less care.
-    const int trouble = isTroubled + m_memory.isLate();
-    if (trouble > m_runTrouble)
-        m_check.breakOff();
-    const ReadingCheck::Verdict verdict = m_check.take(m_reading, isTroubled, m_memory.isBabbling());
-    if (m_check.isFirst()) {
-        m_runBegan = m_readingBegan;
-        m_runTrouble = trouble;
-    }
-    m_isContinuing = verdict == ReadingCheck::Verdict::ReadAgain;
-    switch (verdict) {
+    switch (*verdict) {
     case ReadingCheck::Verdict::Believe:
         m_state = State::Initiating; // nothing is open any more
-        return finishValue(data.constData(), data.size());
+        return finishValue(m_readings.data());
     case ReadingCheck::Verdict::ReadAgain:
         m_state = State::AwaitingForeign;
         return handleForeignEnd();
@@ -608,17 +346,17 @@ SdoUpload::Step SdoUpload::finishReading(const QByteArray &data)
     return {};
 }
 
-SdoUpload::Step SdoUpload::finishValue(const char *data, int size)
+SdoUpload::Step SdoUpload::finishValue(const QByteArray &bytes)
 {
-    if (m_typeSize > 0 && size > m_typeSize)
+    if (m_typeSize > 0 && bytes.size() > m_typeSize)
         return fail(SdoAbort::LengthTooHigh);
-    if (m_typeSize > 0 && size < m_typeSize)
+    if (m_typeSize > 0 && bytes.size() < m_typeSize)
         return fail(SdoAbort::LengthTooLow);
-    std::optional<QVariant> value = decodeValue(m_type, data, size);
+    std::optional<QVariant> value = decodeValue(m_type, bytes);
     if (!value)
         return fail(SdoAbort::LengthMismatch);
     m_outcome.value = std::move(*value);
-    m_outcome.raw = QByteArray(data, size);
+    m_outcome.raw = bytes;
     return finish(SdoOutcome::Kind::Value, 0);
 }
 
@@ -628,8 +366,8 @@ SdoUpload::Step SdoUpload::finish(SdoOutcome::Kind kind, quint32 code)
     m_outcome.kind = kind;
     m_outcome.code = code;
     m_state = State::Idle;
-    m_reading.data.clear();
-    m_lastSegment.clear();
+    m_readings.clearData();
+    m_segments.clear();
     Step step;
     step.finished = true;
     return step;
@@ -672,7 +410,7 @@ bool SdoUpload::isInTransfer() const
 
 bool SdoUpload::isDoubtful() const
 {
-    return m_reading.isKnown || m_memory.isTroubled();
+    return m_readings.isKnown() || m_memory.isTroubled();
 }
 
 int SdoUpload::lengthLimit() const

@@ -5,11 +5,12 @@
 #include "datatype.h"
 #include "foreigntransfer.h"
 #include "objectkey.h"
-#include "readingcheck.h"
+#include "readingrecord.h"
 #include "sdoabort.h"
 #include "sdoframe.h"
 #include "sdooutcome.h"
 #include "segmentmemory.h"
+#include "segmentreception.h"
 
 #include <QByteArray>
 
@@ -38,14 +39,10 @@ class SdoUpload
 public:
     /*! Most bytes of a value of variable length. */
     static constexpr int maximumLength = 64 * 1024;
-    /*! Most segments without data in a row; a server that sends more would never end. */
-    static constexpr int maximumEmptySegments = 16;
     /*! How often an upload starts anew because of other clients or answers out of order. */
     static constexpr int maximumRestarts = 10;
     /*! How often an upload waits until the line is clear. */
     static constexpr int maximumQuietWaits = 8;
-    /*! How often an upload reads the object in all. */
-    static constexpr int maximumReadings = 24;
 
     /*! What to do next. */
     struct Step
@@ -134,7 +131,7 @@ private:
     Step readInBlocksInstead();
     Step askSegment();
     bool mustWait() const;
-    void beginReading();
+    Step waitBeforeTransfer();
     Step handleSegment(const QByteArray &payload);
     Step handleWrongToggle(const QByteArray &payload);
     Step handleAbort(const QByteArray &payload);
@@ -144,13 +141,12 @@ private:
     Step readPlainInstead(quint32 code);
     Step handleForeignEnd();
     void noteStray(const QByteArray &payload);
-    void noteSighting(SegmentMemory::Sighting sighting);
     void leaveTransfer();
     void sendTimeOutAbort(Step *step);
     Step finishExpedited(const SdoInitiate &initiate);
     Step finishSegments();
-    Step finishReading(const QByteArray &data);
-    Step finishValue(const char *data, int size);
+    Step finishReading(std::optional<ReadingCheck::Verdict> verdict);
+    Step finishValue(const QByteArray &bytes);
     Step finish(SdoOutcome::Kind kind, quint32 code);
     Step fail(SdoAbort code);
     Step failMixedUp();
@@ -178,26 +174,9 @@ private:
     SdoProtocol m_protocol = SdoProtocol::Plain;
     bool m_knowsNoBlocks = false; // what the server has said
 
-    // Of all the readings of the upload
-    ReadingCheck m_check;
-    quint32 m_origin = 0;
-    int m_readings = 0;
+    ReadingRecord m_readings;
     int m_quietWaits = 0;
-    qint64 m_runBegan = -1;      // ms; the first reading of those that agree; -1: there is none
-    int m_runTrouble = 0;        // 0: none, 1: copies on the spot, 2: more
-    bool m_isContinuing = false; // the next reading follows the last one at once
-
-    // Of the reading under way, or of the last one
-    ReadingCheck::Reading m_reading;
-    bool m_hasBabble = false;  // among its segments
-    bool m_begunAlone = false; // nothing from before it can come, however late
-    qint64 m_readingBegan = 0; // ms
-    QByteArray m_lastSegment;  // payload
-    bool m_isSizeAnnounced = false;
-    int m_announcedSize = 0; // at most lengthLimit()
-    int m_emptySegments = 0; // in a row
-    bool m_toggle = false;   // of the segment that is waited for
-    bool m_isSegmentRepeated = false;
+    SegmentReception m_segments;
     BlockReception m_block;
 };
 
