@@ -152,7 +152,8 @@ BusConnection::Attempt BusConnection::open(QString *errorMessage)
 void BusConnection::adoptPort(std::unique_ptr<CanOpen::CanPort> port)
 {
     m_port = std::move(port);
-    m_load.setBitRate(BusOpener::bitRate(m_settings, *m_port->device()));
+    m_bitRate = m_opener.bitRate(m_settings, *m_port->device());
+    m_load.setBitRate(m_bitRate);
     connect(m_port.get(), &CanOpen::CanPort::frameReceived, this, &BusConnection::handleFrame);
     connect(m_port.get(), &CanOpen::CanPort::lost, this, &BusConnection::handleLoss);
     connect(m_port.get(), &CanOpen::CanPort::written, &m_sdoClient, &CanOpen::SdoClient::handleWritten);

@@ -61,6 +61,8 @@ public:
 
     /*! QCanBus::createDevice() at first. */
     void setDeviceFactory(const DeviceFactory &factory) { m_opener.setDeviceFactory(factory); }
+    /*! interfaceBitRate() at first. */
+    void setBitRateReader(const BusOpener::BitRateReader &reader) { m_opener.setBitRateReader(reader); }
 
     /*! Opens a bus; one that is open is closed first. May take up to 5 s with back ends that connect in the
      *  background; events are processed meanwhile. False on failure, with a sentence for the user in \a
@@ -86,7 +88,10 @@ public:
 
     BusCounters counters() const;
 
-    /*! Of all frames; its bit rate is known when the back end or the settings tell it. */
+    /*! At which the bus runs, in bit/s; 0 when nobody tells it, and while the bus is not connected. */
+    int bitRate() const { return m_port != nullptr ? m_bitRate : 0; }
+
+    /*! Of all frames; its bit rate is that of the bus when it was open last. */
     const CanOpen::BusLoad &load() const { return m_load; }
 
     CanOpen::SdoClient &sdoClient() { return m_sdoClient; }
@@ -135,6 +140,7 @@ private:
     QTimer m_retryTimer;
     CanOpen::HeartbeatConsumer m_heartbeats;
     CanOpen::BusLoad m_load;
+    int m_bitRate = 0; // bit/s
     std::unique_ptr<CanOpen::CanPort> m_port;
     CanOpen::SdoClient m_sdoClient;
 };

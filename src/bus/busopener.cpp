@@ -3,6 +3,7 @@
 
 #include "backends.h"
 #include "buswords.h"
+#include "interfacebitrate.h"
 
 #include <canopen/canport.h>
 #include <system/systemerrortext.h>
@@ -22,6 +23,7 @@ QCanBusDevice *createDevice(const QString &plugin, const QString &interfaceName,
 
 BusOpener::BusOpener()
     : m_factory(createDevice)
+    , m_readBitRate(interfaceBitRate)
 {
 }
 
@@ -41,13 +43,13 @@ std::unique_ptr<CanOpen::CanPort> BusOpener::makePort(const BusSettings &setting
     return std::make_unique<CanOpen::CanPort>(std::move(device));
 }
 
-int BusOpener::bitRate(const BusSettings &settings, const QCanBusDevice &device)
+int BusOpener::bitRate(const BusSettings &settings, const QCanBusDevice &device) const
 {
     const BackEnd &backEnd = BackEnd::find(settings.address.plugin);
     if (!backEnd.hasBitRate)
         return 0;
     if (backEnd.isConfiguredOutside)
-        return settings.bitRate.value_or(0);
+        return settings.bitRate ? *settings.bitRate : m_readBitRate(settings.address.interfaceName);
     return device.configurationParameter(QCanBusDevice::BitRateKey).toInt();
 }
 

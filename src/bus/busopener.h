@@ -28,20 +28,25 @@ public:
     using DeviceFactory = std::function<QCanBusDevice *(const QString &plugin, const QString &interfaceName,
                                                         QString *errorMessage)>;
 
-    /*! QCanBus::createDevice() at first. */
+    /*! Tells the bit rate of an interface that the system sets up, in bit/s; 0: not known. */
+    using BitRateReader = std::function<int(const QString &interfaceName)>;
+
+    /*! QCanBus::createDevice() and interfaceBitRate() at first. */
     BusOpener();
 
     void setDeviceFactory(const DeviceFactory &factory) { m_factory = factory; }
+    void setBitRateReader(const BitRateReader &reader) { m_readBitRate = reader; }
 
     /*! Null on failure, with a sentence for the user in \a errorMessage. */
     std::unique_ptr<CanOpen::CanPort> makePort(const BusSettings &settings, QString *errorMessage) const;
 
     /*! At which an interface runs that was opened with these settings, in bit/s; 0: not known. */
-    static int bitRate(const BusSettings &settings, const QCanBusDevice &device);
+    int bitRate(const BusSettings &settings, const QCanBusDevice &device) const;
 
 private:
     bool configureInterface(const BusSettings &settings, QString *errorMessage) const;
     std::unique_ptr<QCanBusDevice> makeDevice(const BusAddress &address, QString *errorMessage) const;
 
     DeviceFactory m_factory;
+    BitRateReader m_readBitRate;
 };

@@ -34,6 +34,7 @@ private slots:
         m_fake = std::make_unique<FakeBus>();
         m_bus = std::make_unique<BusConnection>();
         m_bus->setDeviceFactory(m_fake->factory());
+        m_bus->setBitRateReader([this](const QString &name) { return m_bitRates.value(name, 0); });
         m_bus->interfaceWatch().setNetworkFolder(m_folder->path());
         m_bus->interfaceWatch().setLister([](const QString &) { return QStringList(); });
     }
@@ -41,6 +42,7 @@ private slots:
     {
         m_bus.reset();
         m_fake.reset();
+        m_bitRates.clear();
     }
 
     void connects();
@@ -55,6 +57,8 @@ private slots:
     void reportsBitRateThatIsRefused();
     void knowsTheLoad_data();
     void knowsTheLoad();
+    void readsBitRateOfSocketCan();
+    void readsBitRateAgainWhenTheBusIsBack();
     void feedsClientAndConsumer();
     void countsRepeats();
     void deviceThatLeavesIsLost();
@@ -84,6 +88,7 @@ private:
     std::unique_ptr<FakeNetworkFolder> m_folder;
     std::unique_ptr<FakeBus> m_fake;
     std::unique_ptr<BusConnection> m_bus;
+    QHash<QString, int> m_bitRates; // that the system tells, by interface
 };
 
 void tst_BusConnection::connects()
@@ -244,6 +249,43 @@ void tst_BusConnection::knowsTheLoad()
     }
     QCOMPARE(m_bus->load().bits(), quint64(2400));
     QTEST(m_bus->load().share(0, std::chrono::milliseconds(100)).value_or(-1), "share");
+}
+
+void tst_BusConnection::readsBitRateOfSocketCan()
+{
+    m_folder->add(can0, 3);
+    m_bitRates.insert(can0, 125000);
+    QCOMPARE(m_bus->bitRate(), 0);
+    QVERIFY(m_bus->connectToBus(socketCanSettings(), nullptr));
+    QCOMPARE(m_bus->bitRate(), 125000);
+    for (int i = 0; i < 10; ++i)
+        m_fake->device()->inject(QCanBusFrame(0x181, QByteArray(8, 0)));
+    QCOMPARE(m_bus->load().share(0, std::chrono::milliseconds(100)).value_or(-1), 0.096);
+
+    // What the user asks for was set, and other back ends know their own.
+    BusSettings settings = socketCanSettings();
+    settings.bitRate = 250000;
+    QVERIFY(m_bus->connectToBus(settings, nullptr));
+    QCOMPARE(m_bus->bitRate(), 250000);
+    settings.address.plugin = QStringLiteral("virtualcan");
+    QVERIFY(m_bus->connectToBus(settings, nullptr));
+    QCOMPARE(m_bus->bitRate(), 0);
+    m_bus->disconnectFromBus();
+    QCOMPARE(m_bus->bitRate(), 0);
+}
+
+void tst_BusConnection::readsBitRateAgainWhenTheBusIsBack()
+{
+    m_folder->add(can0, 3);
+    m_bitRates.insert(can0, 125000);
+    QVERIFY(m_bus->connectToBus(socketCanSettings(), nullptr));
+    m_folder->remove(can0);
+    QTRY_COMPARE(m_bus->state(), State::Lost);
+    QCOMPARE(m_bus->bitRate(), 0);
+    m_bitRates.insert(can0, 500000);
+    m_folder->add(can0, 4);
+    QTRY_COMPARE(m_bus->state(), State::Connected);
+    QCOMPARE(m_bus->bitRate(), 500000);
 }
 
 void tst_BusConnection::feedsClientAndConsumer()

@@ -88,8 +88,7 @@ void SnapshotRun::describeOrigin(const SnapshotOrder &order)
     m_origin.notes = order.notes;
     m_origin.bus = m_bus->settings().address.toString();
     m_origin.adapter = adapterDescription(m_bus->settings().address);
-    if (m_bus->device() != nullptr)
-        m_origin.bitRate = BusOpener::bitRate(m_bus->settings(), *m_bus->device());
+    m_origin.bitRate = m_bus->bitRate();
     if (order.earlier) {
         m_origin.scope = order.earlier->scope;
         m_origin.time = order.earlier->time;
