@@ -16,8 +16,9 @@ namespace {
 class Node
 {
 public:
-    explicit Node(SnapshotScope scope = SnapshotScope::Quick)
-        : reader(7, scope, CanOpen::EdsFile())
+    explicit Node(SnapshotScope scope = SnapshotScope::Quick,
+                  const CanOpen::EdsFile &dataSheet = CanOpen::EdsFile())
+        : reader(7, scope, dataSheet)
     {
         set({0x1000, 0}, "C6010000");
         for (quint8 subIndex = 1; subIndex <= 4; ++subIndex)
@@ -54,8 +55,9 @@ public:
         if (isSilent)
             outcome.kind = Kind::Timeout;
         outcome.isUnasked = isUnasked;
+        outcome.isCrowdedOut = isCrowdedOut;
         outcome.key = key;
-        reader.take(outcome, ++clock, 5);
+        reader.take(outcome, ++clock, answerTimes.count(key) > 0 ? answerTimes[key] : 5);
     }
     /*! The first round, or as many questions of it. */
     void askAll(int most = 100000)
@@ -74,9 +76,11 @@ public:
 
     SnapshotNodeReader reader;
     std::map<ObjectKey, SdoOutcome> outcomes; // of what the device has
+    std::map<ObjectKey, int> answerTimes;     // ms; else 5
     QStringList asked;
     bool isSilent = false;
     bool isUnasked = false;
+    bool isCrowdedOut = false;
     qint64 clock = 0;
 };
 
@@ -109,15 +113,23 @@ private slots:
     void nodeThatStopsInTheMiddle();
     void nodeThatIsStartedAgain();
     void notSentIsNotSilent();
+    void crowdedOutIsNotSilent();
     void refusalsAreNoSilence();
     void cancelKeepsWhatWasRead();
     void cancelledNodeThatWasLeftIsSilent();
     void whatWasPutBackIsAskedAgain();
+    void probeThatWasPutBackIsNotSpokenOf();
     void knowsHowLongAnswersTake();
+    void longAndBrokenTransfersAreNoAnswerTimes();
+    void lastStateIsKept();
     void resumeAsksForGapsOnly();
     void resumeGoesOnInTheMiddle();
     void resumeReadsAnotherDeviceAnew();
+    void resumeForgetsTheOtherDevice();
+    void resumeAsksTheOtherDeviceOnce();
+    void resumeTakesNoRefusalForAnotherDevice();
     void resumeKeepsValuesOfASilentNode();
+    void resumeKeepsWhatElseIsKnown();
 };
 
 void tst_SnapshotNodeReader::readsEverything()
@@ -180,6 +192,7 @@ void tst_SnapshotNodeReader::silentObjectsAreTriedAgain()
     node.set({0x6002, 1}, Kind::Timeout);
     node.askAll();
     QVERIFY(!node.reader.isDone());
+    QCOMPARE(node.reader.pendingCount(), 2);
     node.set({0x6005, 0}, "2A000000");
     const SnapshotNode read = node.readAll();
     QCOMPARE(node.asked.size(), 203 + 2);
@@ -195,7 +208,11 @@ void tst_SnapshotNodeReader::failedTransfersAreTriedAgain()
     node.set({0x6002, 1}, Kind::Error, 0x05030000);
     node.askAll();
     node.set({0x6005, 0}, "2A000000");
-    const SnapshotNode read = node.readAll();
+    node.reader.beginSecondRound();
+    node.askAll();
+    QVERIFY(node.reader.isDone());
+    node.reader.finish(false);
+    const SnapshotNode read = node.reader.node();
     QCOMPARE(gapsOf(read), QStringLiteral("6002h.1=%1").arg(int(SnapshotGap::Failed)));
     QCOMPARE(read.find(0x6002, 1)->abortCode, 0x05030000u);
     QCOMPARE(read.value(0x6005, 0), QVariant(42u));
@@ -262,6 +279,14 @@ void tst_SnapshotNodeReader::notSentIsNotSilent()
     QVERIFY(read.find(0x1000, 0)->gap == SnapshotGap::Cancelled);
 }
 
+void tst_SnapshotNodeReader::crowdedOutIsNotSilent()
+{
+    Node node;
+    node.isSilent = true;
+    node.isCrowdedOut = true;
+    QVERIFY(node.readAll().end == SnapshotEnd::Cancelled);
+}
+
 void tst_SnapshotNodeReader::refusalsAreNoSilence()
 {
     Node node;
@@ -310,6 +335,43 @@ void tst_SnapshotNodeReader::whatWasPutBackIsAskedAgain()
     const SnapshotNode read = node.readAll();
     QVERIFY(read.end == SnapshotEnd::Complete);
     QCOMPARE(read.entries.size(), 203);
+}
+
+void tst_SnapshotNodeReader::probeThatWasPutBackIsNotSpokenOf()
+{
+    Node node(SnapshotScope::Full);
+    SnapshotQuestion question;
+    while (!question.isProbe) {
+        question = node.reader.ask();
+        node.reader.putBack();
+        if (!question.isProbe)
+            node.askOnce();
+    }
+    node.reader.finish(true);
+    QVERIFY(node.reader.node().find(question.key) == nullptr);
+}
+
+void tst_SnapshotNodeReader::lastStateIsKept()
+{
+    Node node;
+    node.reader.setNmtState(NmtState::Operational);
+    node.reader.setNmtState(std::nullopt); // not heard any more
+    QVERIFY(node.reader.node().nmtState == NmtState::Operational);
+    node.reader.noteBootUp();
+    node.reader.noteBootUp();
+    QCOMPARE(node.reader.node().bootUps, 2);
+}
+
+void tst_SnapshotNodeReader::longAndBrokenTransfersAreNoAnswerTimes()
+{
+    Node node;
+    node.set({0x1008, 0}, "4142434445464748");
+    node.answerTimes[{0x1008, 0}] = 800;
+    node.set({0x1009, 0}, Kind::Error, 0x05030000);
+    node.answerTimes[{0x1009, 0}] = 900;
+    node.set({0x100A, 0}, "41424344");
+    node.answerTimes[{0x100A, 0}] = 70;
+    QCOMPARE(node.readAll().longestAnswer.value_or(-1), 70);
 }
 
 void tst_SnapshotNodeReader::knowsHowLongAnswersTake()
@@ -380,6 +442,73 @@ void tst_SnapshotNodeReader::resumeReadsAnotherDeviceAnew()
     QVERIFY(second.reader.isReplaced());
     QVERIFY(read.find(0x6008, 1)->gap == SnapshotGap::Absent);
     QCOMPARE(read.entries.size(), 203);
+}
+
+void tst_SnapshotNodeReader::resumeForgetsTheOtherDevice()
+{
+    Node first;
+    first.set({0x6008, 1}, "01000000");
+    SnapshotNode earlier = first.readAll();
+    earlier.bootUps = 4;
+    earlier.dataSheet = QStringLiteral("Old device");
+
+    Node second;
+    second.set({0x1018, 4}, "99000000");
+    second.set({0x6008, 1}, Kind::Abort, 0x08000000);
+    second.reader.resume(earlier);
+    const SnapshotNode read = second.readAll();
+    QVERIFY(second.reader.isReplaced());
+    QVERIFY(read.find(0x6008, 1)->gap == SnapshotGap::Abort); // and not the other device's value
+    QCOMPARE(read.bootUps, 0);
+    QCOMPARE(read.dataSheet, QString());
+}
+
+void tst_SnapshotNodeReader::resumeAsksTheOtherDeviceOnce()
+{
+    Node first;
+    const SnapshotNode earlier = first.readAll();
+    Node second;
+    second.set({0x1018, 4}, "99000000");
+    second.reader.resume(earlier);
+    second.isSilent = true;
+    second.askOnce();
+    second.isSilent = false;
+    second.readAll();
+    QCOMPARE(second.asked.first(), QStringLiteral("1000h.0"));
+    QCOMPARE(second.asked.count(QStringLiteral("1000h.0")), 2);
+}
+
+void tst_SnapshotNodeReader::resumeTakesNoRefusalForAnotherDevice()
+{
+    Node first;
+    const SnapshotNode earlier = first.readAll();
+    Node second;
+    second.set({0x1018, 4}, Kind::Abort, 0x08000000);
+    second.reader.resume(earlier);
+    const SnapshotNode read = second.readAll();
+    QVERIFY(!second.reader.isReplaced());
+    QCOMPARE(read.value(0x1018, 4), QVariant(0x04000001u));
+}
+
+void tst_SnapshotNodeReader::resumeKeepsWhatElseIsKnown()
+{
+    SnapshotNode earlier = Node().readAll();
+    earlier.bootUps = 2;
+    earlier.nmtState = NmtState::PreOperational;
+    earlier.dataSheet = QStringLiteral("Old sheet");
+    Node second;
+    second.reader.resume(earlier);
+    second.reader.noteBootUp();
+    const SnapshotNode read = second.readAll();
+    QCOMPARE(read.bootUps, 3);
+    QVERIFY(read.nmtState == NmtState::PreOperational);
+    QCOMPARE(read.dataSheet, QStringLiteral("Old sheet"));
+
+    CanOpen::EdsFile sheet;
+    sheet.productName = QStringLiteral("New sheet");
+    Node third(SnapshotScope::Quick, sheet);
+    third.reader.resume(earlier);
+    QCOMPARE(third.readAll().dataSheet, QStringLiteral("New sheet"));
 }
 
 void tst_SnapshotNodeReader::resumeKeepsValuesOfASilentNode()

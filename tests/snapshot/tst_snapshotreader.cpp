@@ -134,19 +134,27 @@ private slots:
     void readsAllNodes();
     void endsWithoutNodes();
     void slowNodesDoNotHoldUpOthers();
+    void nodesTakeTurns();
     void asksOneQuestionOfANodeAtATime();
     void deadNodeCostsLittle();
     void keepsToItsShare_data();
     void keepsToItsShare();
     void shareIsKeptByLongObjects();
+    void silentNodeIsTriedAgainAtTheEnd();
     void stoppedNodeIsWaitedFor();
+    void nodeThatIsStartedIsAskedAtOnce();
     void lostBusIsWaitedFor();
     void uploadsEndedByOthersAreRepeated();
     void cancelKeepsWhatWasRead();
     void cancelLeavesOtherUploadsAlone();
+    void otherUploadsAreNotTakenForOurs();
     void nodesMayComeLater();
+    void nodesMayComeWhenAllOthersAreRead();
     void noNodeTwice();
     void saysHowFarItIs();
+    void saysNothingOfTheTimeLeftTooSoon();
+    void saysNothingOfTheTimeOfANodeThatWaits();
+    void saysWhichNodesWereReplaced();
     void resumesWhereItEnded();
     void countsTimeFromTheSnapshotsBeginning();
     void mayBeDeletedInASlot_data();
@@ -205,6 +213,25 @@ void tst_SnapshotReader::slowNodesDoNotHoldUpOthers()
     QVERIFY(reading.waitForEnd());
     const qint64 time = bus.clock.elapsed() - begun;
     QVERIFY2(time > 210 * 50 && time < 240 * 50, qPrintable(QString::number(time)));
+    const int median = reading.node(1).medianAnswer.value_or(-1);
+    QVERIFY2(median >= 50 && median < 55, qPrintable(QString::number(median)));
+}
+
+// A tenth of the bus is less than they could take.
+void tst_SnapshotReader::nodesTakeTurns()
+{
+    NastyBus bus;
+    for (quint8 id = 1; id <= 5; ++id)
+        bus.addNode(id);
+    Reading reading(bus);
+    reading.reader.setShare(10, 250000);
+    reading.start();
+    wait(3000);
+    for (const auto &[id, node] : bus.nodes) {
+        const int difference = node.requests - bus.nodes[1].requests;
+        QVERIFY2(node.requests > 20 && difference >= -4 && difference <= 4, // of an object in segments
+                 qPrintable(QString::number(difference)));
+    }
 }
 
 void tst_SnapshotReader::asksOneQuestionOfANodeAtATime()
@@ -295,6 +322,45 @@ void tst_SnapshotReader::shareIsKeptByLongObjects()
     QCOMPARE(reading.node(1).find(0x1008, 0)->raw.size(), 7000);
 }
 
+void tst_SnapshotReader::silentNodeIsTriedAgainAtTheEnd()
+{
+    NastyBus bus;
+    NodeHabits slow;
+    slow.delay = 20;
+    bus.addNode(1, slow);
+    bus.addNode(2).isStopped = true; // and nobody says so
+    Reading reading(bus);
+    reading.start();
+    wait(3000);
+    const int requests = bus.nodes[2].requests;
+    QVERIFY(requests > 0);
+    bus.nodes[2].isStopped = false;
+    wait(500);
+    QCOMPARE(bus.nodes[2].requests, requests);
+    QVERIFY(reading.waitForEnd());
+    QVERIFY(reading.node(2).end == SnapshotEnd::Complete);
+    QCOMPARE(reading.node(2).entries.size(), 203);
+    QCOMPARE(reading.node(2).gapCount(), 0);
+}
+
+void tst_SnapshotReader::nodeThatIsStartedIsAskedAtOnce()
+{
+    NastyBus bus;
+    bus.addNode(1).isStopped = true;
+    Reading reading(bus);
+    reading.reader.start();
+    reading.reader.addNode(1);
+    reading.reader.setNmtState(1, NmtState::Stopped);
+    wait(1000);
+    QCOMPARE(bus.nodes[1].requests, 0);
+    bus.nodes[1].isStopped = false;
+    reading.reader.setNmtState(1, NmtState::Operational);
+    reading.reader.noteBootUp(1);
+    wait(100);
+    QVERIFY(bus.nodes[1].requests > 10);
+    QCOMPARE(reading.node(1).bootUps, 1);
+}
+
 void tst_SnapshotReader::stoppedNodeIsWaitedFor()
 {
     NastyBus bus;
@@ -311,6 +377,8 @@ void tst_SnapshotReader::stoppedNodeIsWaitedFor()
     QCOMPARE(bus.nodes[2].requests, 0);
     bus.nodes[2].isStopped = false;
     reading.reader.setNmtState(2, NmtState::Operational);
+    wait(100);
+    QVERIFY(bus.nodes[2].requests > 0); // while the first node goes on
     QVERIFY(reading.waitForEnd());
     QVERIFY(reading.node(2).end == SnapshotEnd::Complete);
     QCOMPARE(reading.node(2).gapCount(), 0);
@@ -367,8 +435,10 @@ void tst_SnapshotReader::cancelKeepsWhatWasRead()
     bus.addNode(2, slow);
     slow.isDead = true;
     bus.addNode(3, slow);
+    bus.addNode(4);
     Reading reading(bus);
     reading.start();
+    reading.reader.setNmtState(4, NmtState::Stopped);
     QTRY_VERIFY(reading.node(1).end == SnapshotEnd::Complete);
     wait(200);
     reading.reader.cancel();
@@ -380,6 +450,10 @@ void tst_SnapshotReader::cancelKeepsWhatWasRead()
     QVERIFY(reading.node(2).valueCount() > 5);
     QCOMPARE(reading.node(2).gapCount(), 1); // that was asked for just then
     QVERIFY(reading.node(3).end == SnapshotEnd::Cancelled);
+    QVERIFY(reading.node(4).end == SnapshotEnd::Stopped);
+    QCOMPARE(reading.node(4).entries.size(), 0); // it was never asked
+    QCOMPARE(reading.reader.progress().gaps, 1 + reading.node(3).gapCount());
+    QCOMPARE(reading.reader.progress().total, reading.reader.progress().asked);
     const int before = bus.requests;
     wait(aMinute);
     QCOMPARE(bus.requests, before);
@@ -407,6 +481,40 @@ void tst_SnapshotReader::cancelLeavesOtherUploadsAlone()
     reading.reader.cancel();
     QTRY_VERIFY(!bus.client.isBusy());
     QCOMPARE(result.value, QVariant(0x1C6u));
+}
+
+void tst_SnapshotReader::otherUploadsAreNotTakenForOurs()
+{
+    NastyBus bus;
+    NodeHabits slow;
+    slow.delay = 5;
+    bus.addNode(1, slow);
+    Reading reading(bus);
+    reading.start();
+    for (int i = 0; i < 20; ++i) {
+        wait(17);
+        bus.client.upload(1, {0x1000, 0}, CanOpen::DataType::Unsigned32);
+    }
+    QVERIFY(reading.waitForEnd());
+    QCOMPARE(reading.node(1).entries.size(), 203);
+    QCOMPARE(problemsOf(reading.node(1), bus.nodes[1], {}), QStringList());
+    QCOMPARE(reading.reader.progress().asked, 203);
+}
+
+void tst_SnapshotReader::nodesMayComeWhenAllOthersAreRead()
+{
+    NastyBus bus;
+    bus.addNode(1);
+    bus.addNode(2);
+    Reading reading(bus);
+    reading.reader.start();
+    reading.reader.addNode(1);
+    QVERIFY(!reading.finished.wait(aMinute));
+    QVERIFY(reading.node(1).end == SnapshotEnd::Complete);
+    reading.reader.addNode(2);
+    reading.reader.allNodesAdded();
+    QVERIFY(reading.waitForEnd());
+    QVERIFY(reading.node(2).end == SnapshotEnd::Complete);
 }
 
 void tst_SnapshotReader::nodesMayComeLater()
@@ -470,6 +578,65 @@ void tst_SnapshotReader::saysHowFarItIs()
     QCOMPARE(reading.reader.progress().values, reading.node(1).valueCount() + reading.node(2).valueCount());
 }
 
+void tst_SnapshotReader::saysNothingOfTheTimeLeftTooSoon()
+{
+    NastyBus bus;
+    NodeHabits slow;
+    slow.delay = 10;
+    bus.addNode(1, slow);
+    slow.delay = 80;
+    bus.addNode(2, slow);
+    Reading reading(bus);
+    reading.start();
+    wait(700);
+    QVERIFY(reading.reader.progress(1).asked > 20);
+    QVERIFY(!reading.reader.progress(1).timeLeft);
+    wait(600);
+    QVERIFY(reading.reader.progress(1).timeLeft);
+    QVERIFY(reading.reader.progress(2).asked > 5);
+    QVERIFY(!reading.reader.progress(2).timeLeft);
+}
+
+void tst_SnapshotReader::saysNothingOfTheTimeOfANodeThatWaits()
+{
+    NastyBus bus;
+    NodeHabits slow;
+    slow.delay = 25;
+    bus.addNode(1, slow);
+    bus.addNode(2, slow);
+    slow.silentFrom = 50;
+    slow.delay = 15;
+    bus.addNode(3, slow);
+    Reading reading(bus);
+    reading.start();
+    wait(1200);
+    QVERIFY(reading.reader.progress(2).timeLeft);
+    reading.reader.setNmtState(2, NmtState::Stopped);
+    QVERIFY(!reading.reader.progress(2).timeLeft);
+    wait(2300);
+    QVERIFY(reading.reader.progress(1).timeLeft);
+    QVERIFY(reading.reader.progress(3).asked > 20);
+    QVERIFY(!reading.reader.progress(3).timeLeft); // it was left
+}
+
+void tst_SnapshotReader::saysWhichNodesWereReplaced()
+{
+    NastyBus bus;
+    bus.addNode(1);
+    bus.addNode(2);
+    Snapshot earlier;
+    {
+        Reading reading(bus);
+        QVERIFY(reading.readAll());
+        earlier.nodes = reading.reader.nodes();
+    }
+    NastyBus::set(bus.nodes[2], 0x1018, 4, QByteArray::fromHex("99000000"));
+    Reading again(bus);
+    again.reader.setEarlier(earlier, milliseconds(60000));
+    QVERIFY(again.readAll());
+    QCOMPARE(again.reader.replacedNodes(), QVector<quint8>{2});
+}
+
 void tst_SnapshotReader::resumesWhereItEnded()
 {
     NastyBus bus;
@@ -519,6 +686,7 @@ void tst_SnapshotReader::mayBeDeletedInASlot_data()
     QTest::newRow("nodeChanged") << 0;
     QTest::newRow("nodeFinished") << 1;
     QTest::newRow("finished") << 2;
+    QTest::newRow("nodeFinished, by a cancel") << 3;
 }
 
 void tst_SnapshotReader::mayBeDeletedInASlot()
@@ -526,18 +694,22 @@ void tst_SnapshotReader::mayBeDeletedInASlot()
     QFETCH(int, signal);
     NastyBus bus;
     bus.addNode(1);
+    bus.addNode(2);
     auto *reader = new SnapshotReader(&bus.client, [&bus] { return milliseconds(bus.clock.elapsed()); });
     reader->setScope(SnapshotScope::Quick);
     const auto end = [&reader] { delete std::exchange(reader, nullptr); };
     if (signal == 0)
         connect(reader, &SnapshotReader::nodeChanged, this, end);
-    else if (signal == 1)
+    else if (signal == 1 || signal == 3)
         connect(reader, &SnapshotReader::nodeFinished, this, end);
     else
         connect(reader, &SnapshotReader::finished, this, end);
     reader->start();
     reader->addNode(1);
+    reader->addNode(2);
     reader->allNodesAdded();
+    if (signal == 3)
+        reader->cancel();
     QTRY_VERIFY(reader == nullptr);
     QTRY_VERIFY(!bus.client.isBusy());
 }
