@@ -39,8 +39,11 @@ bool Archive::isReady()
     if (m_database.isOpen())
         return true;
     // What was there and is not any more is not made anew behind the user's back.
-    return m_database.open(ArchiveAddress(m_database.address()), Missing::Refuse)
-           && ArchiveSchema::prepare(m_database);
+    if (m_database.open(ArchiveAddress(m_database.address()), Missing::Refuse)
+        && ArchiveSchema::prepare(m_database))
+        return true;
+    m_database.close(); // so that the next call looks again
+    return false;
 }
 
 bool Archive::attempt(QString *errorMessage, const std::function<bool()> &work)
@@ -52,9 +55,7 @@ bool Archive::attempt(QString *errorMessage, const std::function<bool()> &work)
             return true;
         if (!m_database.isLost())
             break;
-        const QString error = m_database.errorString();
         m_database.close();
-        m_database.fail(error);
     }
     *errorMessage = m_database.errorString();
     return false;

@@ -176,8 +176,12 @@ bool ArchiveDatabase::begin()
 {
     if (isFile())
         return run(QStringLiteral("BEGIN IMMEDIATE")).has_value();
-    return run(QStringLiteral("BEGIN"))
-           && run(QStringLiteral("SELECT pg_advisory_xact_lock(%1)").arg(writersLock));
+    if (!run(QStringLiteral("BEGIN")))
+        return false;
+    if (run(QStringLiteral("SELECT pg_advisory_xact_lock(%1)").arg(writersLock)))
+        return true;
+    rollBack(); // else the connection would refuse everything from now on
+    return false;
 }
 
 bool ArchiveDatabase::commit()

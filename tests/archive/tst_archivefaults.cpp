@@ -126,6 +126,7 @@ private slots:
     void fileThatMayOnlyBeRead();
     void fileThatIsDeletedWhileItIsOpen();
     void fileThatIsInUse();
+    void serverThatIsInUse();
     void refusesWhatNoFileHolds_data() { ArchivePlaces::addRows(); }
     void refusesWhatNoFileHolds();
 
@@ -226,6 +227,10 @@ void tst_ArchiveFaults::newerArchiveIsRefused()
     change(address,
            QStringLiteral("UPDATE draxel_archive SET version = %1").arg(ArchiveSchema::newestVersion() + 1));
     const QString shown = ArchiveAddress::parse(address, &m_error)->toString();
+    Archive refused;
+    QVERIFY(!refused.open(*ArchiveAddress::parse(address, &m_error), Archive::Missing::Make, &m_error));
+    QVERIFY(!refused.visits({}, &m_error)); // nor is it used afterwards
+    QVERIFY(!refused.add(snapshot(bike(2)), std::nullopt, &m_error));
     QCOMPARE(openError(address),
              QStringLiteral("The archive %1 was made by a newer program. It takes at least the "
                             "version of the program that made it.")
@@ -396,6 +401,24 @@ void tst_ArchiveFaults::fileThatIsInUse()
         QStringLiteral("The archive %1 is in use by another program. Try again when it is done.").arg(name));
     other.rollBack();
     QVERIFY(archive.add(numbered(1), std::nullopt, &m_error));
+}
+
+void tst_ArchiveFaults::serverThatIsInUse()
+{
+    if (!PostgresServer::isInstalled())
+        QSKIP("PostgreSQL is not installed");
+    const QString address = m_places.server().address(m_places.server().createDatabase());
+    ArchiveDatabase other;
+    QVERIFY(other.open(*ArchiveAddress::parse(address, &m_error), ArchiveDatabase::Missing::Refuse));
+    QVERIFY(other.begin());
+    ArchiveDatabase impatient;
+    QVERIFY(impatient.open(*ArchiveAddress::parse(address, &m_error), ArchiveDatabase::Missing::Refuse));
+    QVERIFY(impatient.run(QStringLiteral("SET lock_timeout = 1")));
+    QVERIFY(!impatient.begin());
+    other.rollBack();
+    impatient.clearError();
+    QVERIFY2(impatient.begin(), qPrintable(impatient.errorString())); // the same connection goes on
+    QVERIFY(impatient.commit());
 }
 
 void tst_ArchiveFaults::refusesWhatNoFileHolds()
