@@ -76,6 +76,8 @@ private slots:
     void notesChangeAndTheSnapshotDoesNot();
     void vehicleIsNamed_data() { ArchivePlaces::addRows(); }
     void vehicleIsNamed();
+    void firstNameThatIsGivenCounts_data() { ArchivePlaces::addRows(); }
+    void firstNameThatIsGivenCounts();
     void vehiclesAreMerged_data() { ArchivePlaces::addRows(); }
     void vehiclesAreMerged();
     void visitIsMoved_data() { ArchivePlaces::addRows(); }
@@ -398,6 +400,26 @@ void tst_Archive::vehicleIsNamed()
     QCOMPARE(archive.visit(kept->visitId, &m_error)->vehicle, QStringLiteral("1001"));
 }
 
+void tst_Archive::firstNameThatIsGivenCounts()
+{
+    OpenArchive archive(m_places.make());
+    const auto kept = archive.add(snapshot(bike(1)), std::nullopt, &m_error);
+    Snapshot named = snapshot(bike(1), time(1));
+    named.notes.vehicle = QStringLiteral("Cargo bike 7");
+    archive.add(named, std::nullopt, &m_error);
+    QCOMPARE(archive.visit(kept->visitId, &m_error)->vehicle, QStringLiteral("Cargo bike 7"));
+
+    VisitExtras extras;
+    extras.vehicleName = QStringLiteral("Trike");
+    Snapshot other = snapshot(bike(2));
+    other.notes.vehicle = QStringLiteral("the red one");
+    QVERIFY(
+        archive.renameVehicle(archive.add(other, std::nullopt, &m_error)->vehicleId, QString(), &m_error));
+    other.time = time(1);
+    const auto again = archive.add(other, extras, &m_error);
+    QCOMPARE(archive.visit(again->visitId, &m_error)->vehicle, QStringLiteral("Trike"));
+}
+
 void tst_Archive::vehiclesAreMerged()
 {
     OpenArchive archive(m_places.make());
@@ -412,6 +434,9 @@ void tst_Archive::vehiclesAreMerged()
     QCOMPARE(m_error, QStringLiteral("The archive has no vehicle %1.").arg(first));
     QVERIFY(archive.mergeVehicle(second, second, &m_error));
     QCOMPARE(archive.vehicles(QString(), &m_error)->size(), 1);
+    QVERIFY(!archive.mergeVehicle(second, 99, &m_error));
+    QCOMPARE(m_error, QStringLiteral("The archive has no vehicle 99."));
+    QCOMPARE(archive.vehicles(QString(), &m_error)->first().visitCount, 2);
 }
 
 void tst_Archive::visitIsMoved()
@@ -425,13 +450,18 @@ void tst_Archive::visitIsMoved()
     QVERIFY(*alone != first->vehicleId);
     QCOMPARE(archive.vehicles(QString(), &m_error)->size(), 2);
     QVERIFY(archive.moveVisit(second->visitId, first->vehicleId, &m_error));
-    QCOMPARE(archive.vehicles(QString(), &m_error)->size(), 1); // the empty one has gone
+    QCOMPARE(archive.vehicles(QString(), &m_error)->size(), 1);
+    QVERIFY(!archive.renameVehicle(*alone, QStringLiteral("x"), &m_error)); // the empty one has gone
+    QVERIFY(!archive.moveVisit(second->visitId, 99, &m_error));
+    QCOMPARE(m_error, QStringLiteral("The archive has no vehicle 99."));
+    QCOMPARE(archive.visit(second->visitId, &m_error)->vehicleId, first->vehicleId);
 }
 
 void tst_Archive::deletesAVisit()
 {
     OpenArchive archive(m_places.make());
-    const qint64 first = archive.add(bikeAt(1, 0, 99), std::nullopt, &m_error)->visitId;
+    const auto kept = archive.add(bikeAt(1, 0, 99), std::nullopt, &m_error);
+    const qint64 first = kept->visitId;
     const qint64 second = archive.add(bikeAt(1, 1, 98), std::nullopt, &m_error)->visitId;
     QVERIFY2(archive.remove(first, &m_error), qPrintable(m_error));
     QCOMPARE(idsOf(archive.visits({}, &m_error)), QVector<qint64>{second});
@@ -439,6 +469,7 @@ void tst_Archive::deletesAVisit()
     QCOMPARE(m_error, QStringLiteral("The archive has no visit %1.").arg(first));
     QVERIFY(archive.remove(second, &m_error));
     QCOMPARE(archive.vehicles(QString(), &m_error)->size(), 0);
+    QVERIFY(!archive.renameVehicle(kept->vehicleId, QStringLiteral("x"), &m_error)); // it went with it
 }
 
 void tst_Archive::numbersAreNotGivenAgain()
