@@ -120,6 +120,9 @@ private slots:
     void damagedFileGivesNothingWrong();
     void hostileRowsGiveNothingWrong_data() { ArchivePlaces::addRows(); }
     void hostileRowsGiveNothingWrong();
+    void tablesRefuseWhatDoesNotFit_data() { ArchivePlaces::addRows(); }
+    void tablesRefuseWhatDoesNotFit();
+    void errorBetweenRowsIsNoEnd();
     void otherVisitsOutliveADamagedOne_data() { ArchivePlaces::addRows(); }
     void otherVisitsOutliveADamagedOne();
     void fullDiskKeepsWhatWasKept();
@@ -210,6 +213,8 @@ void tst_ArchiveFaults::tablesOfOthersOnAServerDoNotMatter()
         QSKIP("PostgreSQL is not installed");
     const QString address = m_places.server().address(m_places.server().createDatabase());
     change(address, QStringLiteral("CREATE TABLE visit (title TEXT)"));
+    change(address, QStringLiteral("CREATE SCHEMA other"));
+    change(address, QStringLiteral("CREATE TABLE other.draxel_archive (title TEXT)"));
     QCOMPARE(openError(address), QString());
 }
 
@@ -309,6 +314,38 @@ void tst_ArchiveFaults::hostileRowsGiveNothingWrong()
              QStringLiteral("Visit %1 is damaged in the archive and cannot be shown. Take the last backup of "
                             "the archive; the other visits are not affected.")
                  .arg(kept->visitId));
+}
+
+/*! Whoever writes into it, by whatever program. */
+void tst_ArchiveFaults::tablesRefuseWhatDoesNotFit()
+{
+    const QString address = m_places.make();
+    OpenArchive archive(address);
+    QVERIFY(archive.add(numbered(1), std::nullopt, &m_error));
+    QVERIFY(archive.add(numbered(2), std::nullopt, &m_error));
+    ArchiveDatabase database;
+    QVERIFY(database.open(*ArchiveAddress::parse(address, &m_error), ArchiveDatabase::Missing::Refuse));
+    QVERIFY(!database.run(QStringLiteral("UPDATE draxel_visit SET fingerprint = 'the same'")));
+    QVERIFY(!database.run(QStringLiteral("DELETE FROM draxel_vehicle")));
+    QVERIFY(!database.run(QStringLiteral("DELETE FROM draxel_visit")));
+    QCOMPARE(checkAll(address), 2);
+}
+
+void tst_ArchiveFaults::errorBetweenRowsIsNoEnd()
+{
+    ArchiveDatabase database;
+    const QString name = m_places.filePath(QStringLiteral("rows.dxarchive"));
+    QVERIFY(database.open(*ArchiveAddress::parse(name, &m_error), ArchiveDatabase::Missing::Make));
+    auto rows = database.run(
+        QStringLiteral("SELECT abs(n) FROM (SELECT 1 AS n UNION ALL SELECT -9223372036854775807 - 1)"));
+    QVERIFY(rows);
+    QVERIFY(database.next(*rows));
+    QVERIFY(!database.next(*rows));
+    QVERIFY(database.hasFailed());
+    // The first error is the one to tell of.
+    const QString error = database.errorString();
+    database.fail(QStringLiteral("later"));
+    QCOMPARE(database.errorString(), error);
 }
 
 void tst_ArchiveFaults::otherVisitsOutliveADamagedOne()

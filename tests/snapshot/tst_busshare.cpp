@@ -102,6 +102,16 @@ void tst_BusShare::idleTimeIsNotSaved()
     for (; share.wait(later).count() == 0; ++questions)
         share.spend(exchange, later);
     QCOMPARE(questions, 4);
+
+    // But a fast bus has room for what timers let wait: 5 ms of 900 bits each.
+    BusShare fast;
+    fast.setBitRate(1000000);
+    fast.setPercent(90);
+    fast.spend(exchange, milliseconds(0));
+    questions = 0;
+    for (; fast.wait(later).count() == 0; ++questions)
+        fast.spend(exchange, later);
+    QCOMPARE(questions, 19);
 }
 
 void tst_BusShare::takesTheNearestOfWhatIsBeyond()

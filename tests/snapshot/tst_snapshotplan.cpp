@@ -129,6 +129,10 @@ private slots:
     void pdosThatExist();
     void pdoWithManyObjects();
     void unansweredProbesAreRecorded();
+    void brokenProbeDecidesNothing();
+    void silentSubIndex0TellsNothing();
+    void countInFourBytes();
+    void quickAsksNoFurther();
     void dataSheetIsReadToo();
     void dataSheetDecidesAboutTypes();
     void longObjectsOfADataSheetComeInBlocks();
@@ -239,6 +243,8 @@ void tst_SnapshotPlan::plainByteIsNoArray()
     const Reading reading = readAll(device);
     QCOMPARE(reading.askedOf(0x6010).join(QLatin1Char(' ')), QStringLiteral("6010h.0 6010h.1 6010h.2"));
     QCOMPARE(reading.recordedOf(0x6010), QStringList(QStringLiteral("6010h.0")));
+    device.add(0x6010, 0, "01");
+    QCOMPARE(readAll(device).askedOf(0x6010).join(QLatin1Char(' ')), QStringLiteral("6010h.0 6010h.1"));
 }
 
 void tst_SnapshotPlan::unknownArrayIsFound()
@@ -251,6 +257,9 @@ void tst_SnapshotPlan::unknownArrayIsFound()
     QCOMPARE(reading.recordedOf(0x6010).join(QLatin1Char(' ')),
              QStringLiteral("6010h.0 6010h.1 6010h.2 6010h.3"));
     QVERIFY(reading.recorded.at(QStringLiteral("6010h.3")) == SnapshotGap::None);
+    device.add(0x6010, 0, "02");
+    QCOMPARE(readAll(device).recordedOf(0x6010).join(QLatin1Char(' ')),
+             QStringLiteral("6010h.0 6010h.1 6010h.2"));
 }
 
 void tst_SnapshotPlan::holesBelongToAnArray()
@@ -324,6 +333,8 @@ void tst_SnapshotPlan::pdoWithManyObjects()
     const Reading reading = readAll(device);
     QCOMPARE(reading.askedOf(0x1600).size(), 65);
     QCOMPARE(reading.askedOf(0x1601).size(), 1);
+    device.add(0x1601, 0, "41");
+    QCOMPARE(readAll(device).askedOf(0x1601).size(), 1);
 }
 
 void tst_SnapshotPlan::unansweredProbesAreRecorded()
@@ -333,6 +344,61 @@ void tst_SnapshotPlan::unansweredProbesAreRecorded()
     silence.key = {0x1401, 0};
     silence.gap = SnapshotGap::NoAnswer;
     QCOMPARE(plan.note({{0x1401, 0}, true}, silence).size(), 1);
+}
+
+void tst_SnapshotPlan::brokenProbeDecidesNothing()
+{
+    Device device;
+    device.add(0x6010, 0, "03");
+    device.add(0x6010, 1, "1027");
+    SnapshotPlan plan(SnapshotScope::Full, {});
+    plan.note({{0x6010, 0}}, device.answer({0x6010, 0}));
+    const SnapshotQuestion probe = plan.take();
+    QCOMPARE(probe.key.toShortString(), QStringLiteral("6010h.1"));
+    SnapshotEntry broken;
+    broken.key = probe.key;
+    broken.gap = SnapshotGap::Failed;
+    QCOMPARE(plan.note(probe, broken).size(), 1);
+    QVERIFY(plan.next().key.index != 0x6010);
+    // It is asked again, and answers.
+    plan.note(probe, device.answer(probe.key));
+    QCOMPARE(plan.next().key.toShortString(), QStringLiteral("6010h.2"));
+}
+
+void tst_SnapshotPlan::silentSubIndex0TellsNothing()
+{
+    SnapshotPlan plan(SnapshotScope::Full, {});
+    const int size = plan.size();
+    SnapshotEntry silence;
+    silence.key = {0x6102, 0};
+    silence.gap = SnapshotGap::NoAnswer;
+    plan.note({{0x6102, 0}}, silence);
+    QCOMPARE(plan.size(), size);
+}
+
+// The answer did not say how many of its four bytes count.
+void tst_SnapshotPlan::countInFourBytes()
+{
+    SnapshotPlan plan(SnapshotScope::Full, {});
+    const int size = plan.size();
+    SnapshotEntry entry;
+    entry.key = {0x6020, 0};
+    entry.type = DataType::OctetString;
+    entry.raw = QByteArray::fromHex("02000000");
+    entry.value = entry.raw;
+    plan.note({{0x6020, 0}}, entry);
+    QCOMPARE(plan.size(), size + 2);
+    QCOMPARE(plan.next().key.toShortString(), QStringLiteral("6020h.1"));
+}
+
+void tst_SnapshotPlan::quickAsksNoFurther()
+{
+    Device device;
+    device.add(0x6010, 0, "03");
+    SnapshotPlan plan(SnapshotScope::Quick, {});
+    const int size = plan.size();
+    plan.note({{0x6010, 0}}, device.answer({0x6010, 0}));
+    QCOMPARE(plan.size(), size);
 }
 
 void tst_SnapshotPlan::dataSheetIsReadToo()
