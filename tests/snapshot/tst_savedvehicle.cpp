@@ -47,6 +47,7 @@ private slots:
     void problems_data();
     void problems();
     void missingFileIsNamed();
+    void tooLargeIsMoreThan64MB();
     void pipeIsReadOnce();
 
 private:
@@ -138,6 +139,22 @@ void tst_SavedVehicle::missingFileIsNamed()
     const QString name = m_folder.filePath(QStringLiteral("none"));
     QVERIFY(!SavedVehicle::load(name, &m_error));
     QCOMPARE(m_error, QStringLiteral("The file %1 cannot be read: no such file or folder.").arg(name));
+}
+
+void tst_SavedVehicle::tooLargeIsMoreThan64MB()
+{
+    const QString name = m_folder.filePath(QStringLiteral("large.dxsnap"));
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(file.write("{ no snapshot") > 0);
+    QVERIFY(file.resize(64 * 1024 * 1024));
+    QVERIFY(!SavedVehicle::load(name, &m_error));
+    QVERIFY2(m_error.startsWith(QStringLiteral("The file %1 is no good snapshot: ").arg(name)),
+             qPrintable(m_error));
+    QVERIFY(file.resize(64 * 1024 * 1024 + 1));
+    QVERIFY(!SavedVehicle::load(name, &m_error));
+    QCOMPARE(m_error, QStringLiteral("The file %1 is far too large for a vehicle.").arg(name));
+    QVERIFY(file.remove());
 }
 
 void tst_SavedVehicle::pipeIsReadOnce()
