@@ -172,6 +172,8 @@ void tst_VisitKeeper::keeps()
     ArchiveWorker worker;
     VisitKeeper keeper(&worker, m_waiting);
     QSignalSpy kept(&keeper, &VisitKeeper::kept);
+    QSignalSpy delivered(&keeper, &VisitKeeper::delivered);
+    QSignalSpy problems(&keeper, &VisitKeeper::deliveryFailed);
     worker.open(addressOf(address));
     VisitVerdict verdict;
     verdict.verdict = Verdict::Ok;
@@ -181,6 +183,10 @@ void tst_VisitKeeper::keeps()
     QVERIFY(visit.isNew);
     QVERIFY(OpenArchive(address).visit(visit.visitId, &m_error)->verdict);
     QCOMPARE(m_waiting.count(), 0);
+    // Nothing has waited, so there is nothing to tell of it.
+    QTRY_COMPARE(worker.pendingCount(), 0);
+    QCOMPARE(delivered.size(), 0);
+    QCOMPARE(problems.size(), 0);
 }
 
 void tst_VisitKeeper::waitsWhileTheArchiveIsAway()
