@@ -6,6 +6,7 @@
 #include <snapshot/objecttypes.h>
 #include <snapshot/snapshot.h>
 
+#include <QMap>
 #include <QString>
 #include <QtTest>
 
@@ -67,8 +68,8 @@ inline SnapshotNode nodeOf(const Simulator::NodeDescription &description)
     return node;
 }
 
-/*! Of a vehicle file that is shipped: "pedelec". */
-inline Snapshot of(const QString &vehicle)
+/*! Of a vehicle file that is shipped, read anew. */
+inline Snapshot read(const QString &vehicle)
 {
     QString error;
     const auto description = Simulator::readVehicleFile(
@@ -86,6 +87,16 @@ inline Snapshot of(const QString &vehicle)
     for (const Simulator::NodeDescription &node : description->nodes)
         snapshot.nodes.append(nodeOf(node));
     return snapshot;
+}
+
+/*! Of a vehicle file that is shipped: "pedelec". Read once; each caller gets a copy. */
+inline Snapshot of(const QString &vehicle)
+{
+    static QMap<QString, Snapshot> snapshots;
+    auto known = snapshots.constFind(vehicle);
+    if (known == snapshots.cend())
+        known = snapshots.insert(vehicle, read(vehicle));
+    return *known;
 }
 
 /*! Gives an object bytes of its own, least significant first, as hexadecimal digits. */
