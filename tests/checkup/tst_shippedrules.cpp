@@ -338,6 +338,55 @@ void tst_ShippedRules::rule_data()
         "2|over-temperatures|warning|Times it was too hot: 10.");
     one("nearly empty", number(battery, 0x6164, 2, 999), "2|charge-low|note|It is nearly empty: 9.99 %.");
 
+    one("battery at its highest temperature", number(battery, 0x6105, 1, 600),
+        "2|battery-charge-temperature|note|It cannot be charged now: 60.00 °C, from 2.00 °C to 45.00 °C is "
+        "allowed.");
+    one("battery at its lowest temperature", number(battery, 0x6105, 1, -150),
+        "2|battery-charge-temperature|note|It cannot be charged now: -15.00 °C, from 2.00 °C to 45.00 °C is "
+        "allowed.");
+    one("stored too cold", all({array(battery, 0x6124, {500}), array(battery, 0x6125, {300})}),
+        "2|battery-storage-temperature|note|This is no temperature to store it at: 25.30 °C, from 30.00 °C "
+        "to "
+        "50.00 °C is allowed.");
+    one("a cell 300 mV low", number(battery, 0x6165, 7, 3630),
+        "2|cell-low|warning|Cell 7 is 300 mV below the others: 3.63 V, the others 3.93 V (limit 100 mV).");
+    one("a cell 300 mV high", array(battery, 0x6165, {3700, 3700, 3700, 4000}),
+        "2|cell-high|warning|Cell 4 is 300 mV above the others: 4.00 V, the others 3.70 V (limit 100 mV).");
+    one("a cell 301 mV high", array(battery, 0x6165, {3700, 3700, 3700, 4001}),
+        "2|cell-high|fault|Cell 4 is 301 mV above the others: 4.00 V, the others 3.70 V (limit 100 mV).");
+    const Alteration twin = number(battery, 0x6100, 0, 2);
+    one("second pack, a cell 300 mV low", all({twin, array(battery, 0x6166, {3700, 3700, 3400, 3700})}),
+        "2|cell-low|warning|Cell 3 of pack 2 is 300 mV below the others: 3.40 V, the others 3.70 V (limit "
+        "100 "
+        "mV).");
+    one("second pack, a cell 300 mV high", all({twin, array(battery, 0x6166, {3700, 3700, 4000, 3700})}),
+        "2|cell-high|warning|Cell 3 of pack 2 is 300 mV above the others: 4.00 V, the others 3.70 V (limit "
+        "100 "
+        "mV).");
+    one("second pack, a cell 301 mV high", all({twin, array(battery, 0x6166, {3700, 3700, 4001, 3700})}),
+        "2|cell-high|fault|Cell 3 of pack 2 is 301 mV above the others: 4.00 V, the others 3.70 V (limit 100 "
+        "mV).");
+    one("not yet worn out", number(battery, 0x6176, 1, 6000),
+        "2|state-of-health|warning|Its state of health is 60.00 %.");
+    one("as many cycles as it is made for", number(battery, 0x6107, 1, 800),
+        "2|cycles|note|It has had 800 charge cycles; it is made for 800.");
+    one("warning of the second virtual device", array(charger, 0x600B, {0, 0x10}, 4),
+        "3|warning|warning|Warning of part 2: electronics too hot.");
+    one("not yet very slow", node(motor, [](SnapshotNode *n) { n->medianAnswer = 250; }),
+        "4|slow-answers|note|It answers slowly: half of its answers took 250 ms or more, the slowest 5 ms.");
+    one("no vendor", absent(motor, 0x1018, 1),
+        "4|identity-missing|note|It has no identity of its own (1018h): vendor, product code and serial "
+        "number "
+        "tell a device from all others.");
+    one("voltage at the maximum", number(motor, 0x6040, 1, 43000),
+        "4|voltage-high|warning|Its voltage is above its present input limit: 43.00 V, at most 42.00 V.");
+    one("low voltage while limiting",
+        all({number(motor, 0x6002, 1, 0x6000), number(motor, 0x6040, 1, 27999)}),
+        "4|voltage-low|fault|Its voltage is too low: 28.00 V, at least 28.00 V.");
+    one("low voltage while masterless",
+        all({number(motor, 0x6002, 1, 0xA000), number(motor, 0x6040, 1, 27000)}),
+        "4|voltage-low|fault|Its voltage is too low: 27.00 V, at least 28.00 V.");
+
     one("manipulated", number(security, 0x6311, 1, 0xC1), "6|security|fault|It has detected manipulation.");
     one("vehicle locked", number(security, 0x6311, 1, 0x45),
         "6|security|warning|All devices of the vehicle are locked.");
@@ -412,6 +461,20 @@ void tst_ShippedRules::notShown_data()
         {number(motor, 0x6040, 1, 42000), number(motor, 0x603E, 1, 18000), number(battery, 0x6105, 1, 450),
          number(battery, 0x6176, 1, 8000), number(battery, 0x6107, 1, 720), number(battery, 0x617F, 1, 9),
          number(battery, 0x6164, 2, 1000)});
+    QTest::newRow("cells 100 mV apart") << array(battery, 0x6165, {3700, 3600, 3700, 3800, 3700});
+    QTest::newRow("cells of the second pack 100 mV apart")
+        << all({number(battery, 0x6100, 0, 2), array(battery, 0x6166, {3700, 3600, 3700, 3800, 3700})});
+    QTest::newRow("full cells") << array(battery, 0x6165, {4190, 4200, 4195});
+    QTest::newRow("as cold as can be charged") << number(battery, 0x6105, 1, 20);
+    QTest::newRow("at the limits of storing")
+        << all({array(battery, 0x6124, {253}), array(battery, 0x6125, {253})});
+    QTest::newRow("lifetime that is not known") << number(battery, 0x6106, 1, 0);
+    QTest::newRow("voltage at the minimum") << number(motor, 0x6040, 1, 28000);
+    QTest::newRow("low voltage while asleep")
+        << all({number(motor, 0x6002, 1, 0xC000), number(motor, 0x6040, 1, 27000)});
+    QTest::newRow("limits that are not known")
+        << all({number(motor, 0x6020, 1, 0), number(motor, 0x6022, 1, 0), number(motor, 0x6024, 1, 0),
+                number(motor, 0x6026, 1, 0)});
     QTest::newRow("cells at their limits")
         << array(battery, 0x6165, {2800, 2900, 2850}); // 50 mV apart, none below 2.80 V
     QTest::newRow("voltage of a device that is not in use")
