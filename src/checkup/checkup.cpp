@@ -2,6 +2,7 @@
 #include "checkup.h"
 
 #include "componentgaps.h"
+#include "objectwords.h"
 #include "rulerunner.h"
 #include "ruleset.h"
 #include "vehiclefacts.h"
@@ -60,9 +61,10 @@ class Judgement
     Q_DECLARE_TR_FUNCTIONS(Checkup)
 
 public:
-    Judgement(const Snapshot &snapshot, const RuleSet &rules, const QString &language)
+    Judgement(const Snapshot &snapshot, const RuleSet &rules, const QString &language,
+              const Snapshot *earlier)
         : m_rules(rules)
-        , m_vehicle(snapshot)
+        , m_vehicle(snapshot, earlier)
         , m_runner(m_vehicle, rules.words(), language)
         , m_gaps(snapshot.nodes.size())
     {
@@ -119,7 +121,8 @@ CheckedComponent Judgement::judgeNode(int position)
     ComponentGaps &gaps = m_gaps[position];
     CheckedComponent component;
     component.nodeId = node.id;
-    component.name = m_vehicle.identity(position).displayName(node.id);
+    component.name = m_vehicle.name(position).text;
+    component.isNameEarlier = m_vehicle.name(position).isEarlier;
     for (const Rule &rule : m_rules.rules()) {
         if (rule.scope != Rule::Scope::Node || isSwitchedOff(rule))
             continue;
@@ -144,7 +147,11 @@ CheckedComponent Judgement::judgeNode(int position)
 
 } // namespace
 
-CheckupResult Checkup::judge(const Snapshot &snapshot, const RuleSet &rules, const QString &language)
+CheckupResult Checkup::judge(const Snapshot &snapshot, const RuleSet &rules, const QString &language,
+                             const Snapshot *earlier)
 {
-    return Judgement(snapshot, rules, language).judge();
+    const ObjectWords::LanguageNumbers numbers(language);
+    CheckupResult result = Judgement(snapshot, rules, language, earlier).judge();
+    result.language = language;
+    return result;
 }

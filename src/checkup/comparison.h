@@ -29,7 +29,11 @@ struct Change
     std::optional<CanOpen::ObjectKey> key; //!< empty when it is about the whole device
     QString before;                        //!< as people read it, with units; empty when there was none
     QString after;
-    QString text; //!< a sentence, in the language asked for
+    QString text;             //!< a sentence, in the language asked for
+    QString device;           //!< "Battery Pack (node 2)"; empty when it is about the vehicle
+    QString reason;           //!< of Gap: why it was not read, a sentence
+    bool isUnreadNow = false; //!< of Gap: not read this time; otherwise it was not read the time before
+    int count = 1;            //!< how many values this stands for, see ChangeSummary
 };
 
 struct Comparison

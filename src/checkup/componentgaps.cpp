@@ -21,8 +21,7 @@ void ComponentGaps::add(ObjectKey key)
 
 void ComponentGaps::addSentence(const QString &sentence)
 {
-    if (!m_sentences.contains(sentence))
-        m_sentences.append(sentence);
+    m_sentences.append(sentence);
 }
 
 QStringList ComponentGaps::sentences(const SnapshotNode &node, SnapshotScope scope) const

@@ -12,6 +12,14 @@ int CheckupResult::count(Severity severity) const
     return static_cast<int>(count);
 }
 
+const CheckedComponent *CheckupResult::component(quint8 nodeId) const
+{
+    const auto found
+        = std::find_if(components.begin(), components.end(),
+                       [nodeId](const CheckedComponent &component) { return component.nodeId == nodeId; });
+    return found != components.end() ? &*found : nullptr;
+}
+
 int CheckupResult::notCheckedCount() const
 {
     return static_cast<int>(

@@ -41,6 +41,8 @@ struct CheckedComponent
     QVector<Finding> findings; //!< the worst first
     /*! Why something could not be judged, sentences, each once; may be there beside findings. */
     QStringList notChecked;
+    /*! Who it is was not read this time: the name is the one that the device on this node had in an earlier snapshot. */
+    bool isNameEarlier = false;
 };
 
 /*! The vehicle in one word. Fault and Warning win over Incomplete, Incomplete over Note and Ok. */
@@ -51,7 +53,9 @@ struct CheckupResult
     Verdict verdict = Verdict::Incomplete;
     QVector<CheckedComponent> components; //!< the worst first, then by node
     QVector<Finding> vehicleFindings;     //!< those of the vehicle as a whole
+    QString language;                     //!< that it was judged in: "de", "zh_CN"
 
     int count(Severity severity) const;
-    int notCheckedCount() const; //!< components with something that was not judged
+    const CheckedComponent *component(quint8 nodeId) const; //!< null when there is none on the node
+    int notCheckedCount() const;                            //!< components with something that was not judged
 };

@@ -109,12 +109,12 @@ Change ObjectChange::ofGap(const SnapshotEntry &before, const SnapshotEntry &aft
     change.key = after.key;
     change.before = ObjectWords::value(before.key, before.value);
     change.after = ObjectWords::value(after.key, after.value);
+    change.isUnreadNow = after.isGap();
+    change.reason = SnapshotWords::reason(after.isGap() ? after : before);
     const QString name = ObjectWords::nameAndNumber(after.key);
-    change.text
-        = after.isGap()
-              ? tr("%1: %2 could not be read this time. %3").arg(device, name, SnapshotWords::reason(after))
-              : tr("%1: %2 could be read this time. Before: %3")
-                    .arg(device, name, SnapshotWords::reason(before));
+    change.text = after.isGap()
+                      ? tr("%1: %2 could not be read this time. %3").arg(device, name, change.reason)
+                      : tr("%1: %2 could be read this time. Before: %3").arg(device, name, change.reason);
     return change;
 }
 

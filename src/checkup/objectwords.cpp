@@ -37,11 +37,17 @@ QString identityText(ObjectKey key, const QVariant &value)
     return text;
 }
 
-/*! Of the numbers that are written now; C is the overview's. */
-QLocale &numberLocale()
+/*! Of the numbers that are written now, if somebody has chosen. */
+std::optional<QLocale> &chosenLocale()
 {
-    static QLocale locale = QLocale::c();
+    thread_local std::optional<QLocale> locale;
     return locale;
+}
+
+/*! C is the overview's. */
+QLocale numberLocale()
+{
+    return chosenLocale().value_or(QLocale::c());
 }
 
 QString withUnit(const UnitFormat &format, double number)
@@ -58,6 +64,14 @@ QString nameOf(ObjectKey key)
     return name.isEmpty() ? CommunicationNames::name(key) : name;
 }
 
+/*! Of a number without a unit. */
+QString plainNumber(const QVariant &value)
+{
+    const bool isFraction = value.userType() == QMetaType::Double || value.userType() == QMetaType::Float;
+    return isFraction ? value.toString().replace(QLatin1Char('.'), numberLocale().decimalPoint())
+                      : value.toString();
+}
+
 /*! Without a unit: signed and wide numbers as they are, which formatValue() takes for unsigned ones of 32 bits. */
 QString numberText(ObjectKey key, const QVariant &value)
 {
@@ -66,7 +80,7 @@ QString numberText(ObjectKey key, const QVariant &value)
         return withUnit(*description->unit, value.toDouble());
     const QString formatted = DataInterpreter::formatValue(key.index, key.subIndex, value);
     const bool isPlain = formatted.isEmpty() || formatted == QString::number(value.toUInt());
-    return isPlain ? value.toString() : formatted;
+    return isPlain ? plainNumber(value) : formatted;
 }
 
 } // namespace
@@ -93,14 +107,27 @@ QString ObjectWords::inUnit(double number, const QString &unit)
 }
 
 ObjectWords::NumberStyle::NumberStyle(const QLocale &locale)
-    : m_former(numberLocale())
+    : m_former(chosenLocale())
 {
-    numberLocale() = locale;
+    QLocale chosen = locale;
+    chosen.setNumberOptions(chosen.numberOptions() | QLocale::OmitGroupSeparator);
+    chosenLocale() = chosen;
 }
 
 ObjectWords::NumberStyle::~NumberStyle()
 {
-    numberLocale() = m_former;
+    chosenLocale() = m_former;
+}
+
+bool ObjectWords::NumberStyle::isSet()
+{
+    return chosenLocale().has_value();
+}
+
+ObjectWords::LanguageNumbers::LanguageNumbers(const QString &language)
+{
+    if (!language.isEmpty() && !NumberStyle::isSet())
+        m_style.emplace(QLocale(language));
 }
 
 QString ObjectWords::name(ObjectKey key)

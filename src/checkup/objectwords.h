@@ -7,6 +7,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <optional>
+
 /*! How values and objects are said in findings and comparisons. */
 namespace ObjectWords {
 
@@ -25,8 +27,8 @@ QString name(CanOpen::ObjectKey key);
 /*! Name and number: "Battery pack lifetime cycles (6107h.1)". */
 QString nameAndNumber(CanOpen::ObjectKey key);
 
-/*! For as long as it lives, numbers with units are written as a language does: "36,50 V". Otherwise they are written as the
- *  overview does in every language. In one thread only.
+/*! For as long as it lives, numbers with units are written as a language does: "36,50 V", without separators of
+ *  thousands. Otherwise they are written as the overview does in every language. It holds for the thread that made it.
  */
 class NumberStyle
 {
@@ -35,8 +37,23 @@ public:
     ~NumberStyle();
     Q_DISABLE_COPY(NumberStyle)
 
+    /*! Whether one lives in this thread. */
+    static bool isSet();
+
 private:
-    QLocale m_former;
+    std::optional<QLocale> m_former;
+};
+
+/*! A NumberStyle of a language ("de", "zh_CN"; none when it is empty). One that lives already stays: who writes a whole
+ *  document has chosen for all of it.
+ */
+class LanguageNumbers
+{
+public:
+    explicit LanguageNumbers(const QString &language);
+
+private:
+    std::optional<NumberStyle> m_style;
 };
 
 } // namespace ObjectWords

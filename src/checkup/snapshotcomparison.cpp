@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "snapshotcomparison.h"
 
+#include "devicename.h"
 #include "devicepairs.h"
 #include "objectchange.h"
+#include "objectwords.h"
 
 #include <interpreter/objects.h>
 #include <snapshot/snapshotwords.h>
@@ -41,9 +43,8 @@ private:
     void compareObjects(const DevicePair &pair, Gaps gaps = Gaps::Count);
     void compareFindings(const QVector<DevicePair> &pairs);
     void addFinding(const Finding *before, const Finding *after, quint8 nodeId);
-    Change &add(Change::Kind kind, quint8 nodeId);
-    static QString deviceName(const SnapshotNode &node);
-    static QString deviceName(const DevicePair &pair);
+    Change &add(Change::Kind kind, quint8 nodeId, const QString &device);
+    static QString deviceName(const SnapshotNode &node, const SnapshotNode *earlier);
 
     const Side &m_before;
     const Side &m_after;
@@ -83,7 +84,7 @@ void Comparing::compareDevice(const DevicePair &pair)
     if (pair.relation == DevicePair::Relation::Replaced)
         addIdentity(pair);
     if (pair.after != nullptr)
-        m_names.insert(pair.after->id, pair.before != nullptr ? deviceName(pair) : deviceName(*pair.after));
+        m_names.insert(pair.after->id, deviceName(*pair.after, pair.before));
     // What another device has counted and measured says nothing about this one.
     const bool isSameDevice
         = pair.relation == DevicePair::Relation::Same || pair.relation == DevicePair::Relation::Moved;
@@ -93,31 +94,31 @@ void Comparing::compareDevice(const DevicePair &pair)
 
 void Comparing::addDevice(const DevicePair &pair)
 {
-    const QString was = pair.before != nullptr ? deviceName(*pair.before) : QString();
-    const QString is = pair.after != nullptr ? deviceName(*pair.after) : QString();
+    const QString was = pair.before != nullptr ? deviceName(*pair.before, nullptr) : QString();
+    const QString is = pair.after != nullptr ? deviceName(*pair.after, pair.before) : QString();
     const quint8 nodeId = pair.after != nullptr ? pair.after->id : pair.before->id;
     switch (pair.relation) {
     case DevicePair::Relation::Added: {
-        Change &change = add(Change::Kind::Added, nodeId);
+        Change &change = add(Change::Kind::Added, nodeId, is);
         change.after = is;
         change.text = tr("%1 is new.").arg(is);
         return;
     }
     case DevicePair::Relation::Removed: {
-        Change &change = add(Change::Kind::Removed, nodeId);
+        Change &change = add(Change::Kind::Removed, nodeId, was);
         change.before = was;
         change.text = tr("%1 is gone.").arg(was);
         return;
     }
     case DevicePair::Relation::Moved: {
-        Change &change = add(Change::Kind::Moved, nodeId);
+        Change &change = add(Change::Kind::Moved, nodeId, is);
         change.before = QString::number(pair.before->id);
         change.after = QString::number(pair.after->id);
         change.text = tr("%1 was on node %2 before.").arg(is, change.before);
         return;
     }
     default: {
-        Change &change = add(Change::Kind::Replaced, nodeId);
+        Change &change = add(Change::Kind::Replaced, nodeId, is);
         change.before = serialText(*pair.before);
         change.after = serialText(*pair.after);
         change.text
@@ -130,10 +131,12 @@ void Comparing::addDevice(const DevicePair &pair)
 void Comparing::addIdentity(const DevicePair &pair)
 {
     const CanOpen::ObjectKey revision{Object::identity, 3};
-    std::optional<Change> change = ObjectChange::between(
-        pair.before->find(revision), pair.after->find(revision), m_kinds, deviceName(pair));
+    const QString name = deviceName(*pair.after, pair.before);
+    std::optional<Change> change
+        = ObjectChange::between(pair.before->find(revision), pair.after->find(revision), m_kinds, name);
     if (!change)
         return;
+    change->device = name;
     change->nodeId = pair.after->id;
     m_result.changes.append(*change);
 }
@@ -145,8 +148,10 @@ bool Comparing::compareEnds(const DevicePair &pair)
     const bool isWhole = pair.after->end == SnapshotEnd::Complete;
     if (wasWhole == isWhole)
         return false;
-    Change &change = add(Change::Kind::Gap, pair.after->id);
-    const QString name = deviceName(pair);
+    const QString name = deviceName(*pair.after, pair.before);
+    Change &change = add(Change::Kind::Gap, pair.after->id, name);
+    change.isUnreadNow = !isWhole;
+    change.reason = SnapshotWords::ending(isWhole ? pair.before->end : pair.after->end);
     change.before = SnapshotWords::ending(pair.before->end);
     change.after = SnapshotWords::ending(pair.after->end);
     change.text = isWhole ? tr("%1 could be read this time. Before: %2").arg(name, change.before)
@@ -159,7 +164,7 @@ bool Comparing::compareEnds(const DevicePair &pair)
 /*! Both have their entries in the order of the keys, so one walk finds those that both have. */
 void Comparing::compareObjects(const DevicePair &pair, Gaps gaps)
 {
-    const QString name = deviceName(pair);
+    const QString name = deviceName(*pair.after, pair.before);
     auto before = pair.before->entries.cbegin();
     for (const SnapshotEntry &entry : pair.after->entries) {
         while (before != pair.before->entries.cend() && before->key < entry.key)
@@ -173,6 +178,7 @@ void Comparing::compareObjects(const DevicePair &pair, Gaps gaps)
         std::optional<Change> change = ObjectChange::between(&*before, &entry, m_kinds, name);
         if (!change)
             continue;
+        change->device = name;
         change->nodeId = pair.after->id;
         m_result.changes.append(*change);
     }
@@ -243,13 +249,11 @@ void Comparing::compareFindings(const QVector<DevicePair> &pairs)
 
 void Comparing::addFinding(const Finding *before, const Finding *after, quint8 nodeId)
 {
-    const auto isSuch = [nodeId](const CheckedComponent &component) { return component.nodeId == nodeId; };
-    const QVector<CheckedComponent> &components = m_after.checkup->components;
-    const auto component = std::find_if(components.begin(), components.end(), isSuch);
-    const bool isJudged = component == components.end() || component->notChecked.isEmpty();
+    const CheckedComponent *component = m_after.checkup->component(nodeId);
+    const bool isJudged = component == nullptr || component->notChecked.isEmpty();
     const QString device = m_names.value(nodeId, tr("The vehicle"));
 
-    Change &change = add(Change::Kind::Finding, nodeId);
+    Change &change = add(Change::Kind::Finding, nodeId, m_names.value(nodeId));
     if (after != nullptr && !after->objects.isEmpty())
         change.key = after->objects.first();
     else if (before != nullptr && !before->objects.isEmpty())
@@ -267,34 +271,27 @@ void Comparing::addFinding(const Finding *before, const Finding *after, quint8 n
                        : tr("%1: not found, but not everything was checked: %2").arg(device, change.before);
 }
 
-Change &Comparing::add(Change::Kind kind, quint8 nodeId)
+Change &Comparing::add(Change::Kind kind, quint8 nodeId, const QString &device)
 {
     Change change;
     change.kind = kind;
     change.nodeId = nodeId;
+    change.device = device;
     m_result.changes.append(change);
     return m_result.changes.last();
 }
 
 /*! The name that it has now, or that it had if it does not tell any more. */
-QString Comparing::deviceName(const DevicePair &pair)
+QString Comparing::deviceName(const SnapshotNode &node, const SnapshotNode *earlier)
 {
-    const DeviceIdentity was = DeviceIdentity::of(*pair.before);
-    const DeviceIdentity is = DeviceIdentity::of(*pair.after);
-    const bool isTold = !is.classes.isEmpty() || !is.deviceName.isEmpty();
-    return tr("%1 (node %2)", "a device")
-        .arg((isTold ? is : was).displayName(pair.after->id))
-        .arg(pair.after->id);
-}
-
-QString Comparing::deviceName(const SnapshotNode &node)
-{
-    return tr("%1 (node %2)", "a device").arg(DeviceIdentity::of(node).displayName(node.id)).arg(node.id);
+    return tr("%1 (node %2)", "a device").arg(DeviceName::of(node, earlier).text).arg(node.id);
 }
 
 } // namespace
 
 Comparison SnapshotComparison::compare(const Side &before, const Side &after, const ObjectKinds &kinds)
 {
+    const ObjectWords::LanguageNumbers numbers(after.checkup != nullptr ? after.checkup->language
+                                                                        : QString());
     return Comparing(before, after, kinds).compare();
 }

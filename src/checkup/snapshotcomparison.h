@@ -23,7 +23,7 @@ public:
     };
 
     /*! \a kinds says what objects are to somebody who compares, see RuleSet::kinds(). Texts are translated; those of
-     *  findings stand as they are.
+     *  findings stand as they are, and numbers are written as their language does.
      */
     static Comparison compare(const Side &before, const Side &after, const ObjectKinds &kinds);
 };

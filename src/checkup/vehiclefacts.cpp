@@ -21,20 +21,6 @@ bool isMissing(const SnapshotNode &node, ObjectKey key)
     return entry == nullptr || entry->isGap();
 }
 
-QVector<ObjectKey> missingClasses(const SnapshotNode &node)
-{
-    QVector<ObjectKey> missing;
-    if (isMissing(node, {Object::virtualDevices, 0}))
-        return {{Object::virtualDevices, 0}};
-    const uint count = qMin(node.value(Object::virtualDevices, 0).toUInt(), 0xFFu);
-    for (uint sub = 1; sub <= count; ++sub) {
-        const ObjectKey key{Object::virtualDevices, static_cast<quint8>(sub)};
-        if (isMissing(node, key))
-            missing.append(key);
-    }
-    return missing;
-}
-
 QVector<ObjectKey> missingIdentity(const SnapshotNode &node)
 {
     QVector<ObjectKey> missing;
@@ -80,12 +66,16 @@ QString versionText(quint32 version)
 
 } // namespace
 
-VehicleFacts::VehicleFacts(const Snapshot &snapshot)
+VehicleFacts::VehicleFacts(const Snapshot &snapshot, const Snapshot *earlier)
     : m_snapshot(snapshot)
 {
     m_nodes.reserve(snapshot.nodes.size());
     for (const SnapshotNode &node : snapshot.nodes)
-        m_nodes.append({DeviceIdentity::of(node), ::missingClasses(node), missingIdentity(node), {}});
+        m_nodes.append({DeviceIdentity::of(node),
+                        DeviceName::of(node, earlier),
+                        unreadClasses(node),
+                        missingIdentity(node),
+                        {}});
     m_usualBootUps = qMin(medianBootUps(snapshot), 1);
     findTwins();
     findVersions();
@@ -116,11 +106,11 @@ void VehicleFacts::findVersions()
         for (uint sub = 1; sub <= count; ++sub) {
             const QVariant version = node.value(Object::profileVersions, static_cast<quint8>(sub));
             QVector<quint8> &nodes = nodesOfVersion[version.toUInt()];
-            if (version.toUInt() != 0 && (nodes.isEmpty() || nodes.last() != node.id))
+            if (nodes.isEmpty() || nodes.last() != node.id)
                 nodes.append(node.id);
         }
     }
-    nodesOfVersion.remove(0);
+    nodesOfVersion.remove(0); // an entry that says nothing
     QMap<quint32, QStringList> versionsOfPart;
     for (auto version = nodesOfVersion.cbegin(); version != nodesOfVersion.cend(); ++version)
         versionsOfPart[partOf(version.key())].append(
@@ -203,8 +193,7 @@ QString VehicleFacts::text(Fact fact, int position) const
     case Fact::NodeTwinNodes:
         return position >= 0 ? listOf(m_nodes.at(position).twins) : QString();
     case Fact::NodeName:
-        return position >= 0 ? m_nodes.at(position).identity.displayName(m_snapshot.nodes.at(position).id)
-                             : QString();
+        return position >= 0 ? m_nodes.at(position).name.text : QString();
     case Fact::VehicleVersionNodes:
         return m_versionNodes;
     default:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "devicename.h"
 #include "fact.h"
 #include "operand.h"
 
@@ -23,7 +24,8 @@ struct FactValue
 class VehicleFacts
 {
 public:
-    explicit VehicleFacts(const Snapshot &snapshot);
+    /*! The names of devices that did not tell theirs are taken from \a earlier, which may be null. */
+    explicit VehicleFacts(const Snapshot &snapshot, const Snapshot *earlier = nullptr);
 
     const Snapshot &snapshot() const { return m_snapshot; }
     int nodeCount() const { return m_nodes.size(); }
@@ -31,8 +33,9 @@ public:
     /*! Null for position -1, the vehicle. */
     const SnapshotNode *node(int position) const;
     const DeviceIdentity &identity(int position) const { return m_nodes.at(position).identity; }
+    const DeviceName &name(int position) const { return m_nodes.at(position).name; }
 
-    /*! What was not read of 6000h, so that the classes of its virtual devices are not all known. */
+    /*! See unreadClasses(). */
     const QVector<CanOpen::ObjectKey> &missingClasses(int position) const
     {
         return m_nodes.at(position).missingClasses;
@@ -47,6 +50,7 @@ private:
     struct Node
     {
         DeviceIdentity identity;
+        DeviceName name;
         QVector<CanOpen::ObjectKey> missingClasses;
         QVector<CanOpen::ObjectKey> missingIdentity;
         QVector<quint8> twins; // IDs

@@ -32,7 +32,8 @@ QVector<Component> componentsOf(const ServiceReportData &data)
     QVector<quint8> done;
     const auto add = [&](const SnapshotNode &node, const CheckedComponent &checked) {
         const DeviceIdentity identity = DeviceIdentity::of(node);
-        components.append({&node, identity, ReportWords::shortened(identity.displayName(node.id)), checked});
+        components.append(
+            {&node, identity, ReportWords::shortened(ReportWords::name(data.checkup, node)), checked});
         done.append(node.id);
     };
     for (const CheckedComponent &checked : data.checkup.components) {
@@ -85,6 +86,13 @@ QString optionalNumber(const std::optional<quint32> &number)
     return number ? QString::number(*number) : QString();
 }
 
+QString serialText(const Component &component)
+{
+    if (!component.identity.serial && component.checked.isNameEarlier)
+        return ReportTr::tr("not read this time");
+    return optionalNumber(component.identity.serial);
+}
+
 QString answerText(const SnapshotNode &node, const ReportWords &words)
 {
     if (!node.medianAnswer)
@@ -105,6 +113,9 @@ QVector<ReportFact> identityFacts(const Component &component, const ReportWords 
     const DeviceIdentity &identity = component.identity;
     const SnapshotNode &node = *component.node;
     const QVector<ReportFact> all{
+        {ReportTr::tr("Identity"), component.checked.isNameEarlier
+                                       ? ReportTr::tr("not read this time; the name is from an earlier visit")
+                                       : QString()},
         {ReportTr::tr("Device name"), ReportWords::shortened(identity.deviceName)},
         {ReportTr::tr("Manufacturer"), identity.vendor ? vendorText(*identity.vendor) : QString()},
         {ReportTr::tr("Product"), identity.product ? hexText(*identity.product) : QString()},
@@ -182,7 +193,7 @@ ReportSection ReportComponents::overview(const ServiceReportData &data)
                      {ReportTr::tr("Firmware"), 4}};
     for (const Component &component : componentsOf(data)) {
         table.rows.append({{stateText(component), component.name, QString::number(component.node->id),
-                            optionalNumber(component.identity.serial), firmwareText(component.identity)},
+                            serialText(component), firmwareText(component.identity)},
                            ReportMarks::of(component.checked.state)});
     }
     ReportSection section{ReportTr::tr("Components"), {}};

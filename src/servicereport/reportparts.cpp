@@ -5,7 +5,7 @@
 #include "reportwords.h"
 #include "unreadlist.h"
 
-#include <snapshot/deviceidentity.h>
+#include <checkup/changesummary.h>
 #include <snapshot/snapshotfile.h>
 #include <snapshot/snapshotwords.h>
 
@@ -54,8 +54,7 @@ QString placeOf(const ServiceReportData &data, const Change &change)
 {
     const SnapshotNode *node
         = change.kind == Change::Kind::Removed ? nullptr : data.snapshot.find(change.nodeId);
-    const QString name
-        = node != nullptr ? DeviceIdentity::of(*node).displayName(node->id) : ReportTr::tr("Device");
+    const QString name = node != nullptr ? ReportWords::name(data.checkup, *node) : ReportTr::tr("Device");
     return ReportWords::place(name, change.nodeId);
 }
 
@@ -130,7 +129,7 @@ ReportSection ReportParts::unchecked(const CheckupResult &checkup)
 ReportSection ReportParts::changes(const ReportComparison &comparison, const ServiceReportData &data,
                                    const ReportWords &words)
 {
-    const QVector<Change> &changes = comparison.comparison.changes;
+    const QVector<Change> changes = ChangeSummary::forPeople(comparison.comparison).changes;
     ReportSection section{ReportTr::tr("What has changed since %1").arg(words.dateAndTime(comparison.time)),
                           {}};
     if (changes.isEmpty()) {
@@ -152,7 +151,7 @@ ReportSection ReportParts::unread(const ServiceReportData &data, const ReportWor
                      {ReportTr::tr("Values"), 2},
                      {ReportTr::tr("Which"), 6}};
     for (const SnapshotNode &node : data.snapshot.nodes) {
-        const QString place = ReportWords::place(DeviceIdentity::of(node).displayName(node.id), node.id);
+        const QString place = ReportWords::place(ReportWords::name(data.checkup, node), node.id);
         for (const UnreadGroup &group : unreadGroups(node)) {
             table.rows.append({{place, group.reason, words.locale().toString(group.count), group.objects},
                                ReportMark::None});

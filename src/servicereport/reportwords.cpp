@@ -6,6 +6,8 @@
 #include <interpreter/datainterpreter.h>
 #include <interpreter/objectdescriptions.h>
 #include <interpreter/units.h>
+#include <snapshot/deviceidentity.h>
+#include <snapshot/snapshot.h>
 
 #include <cstdlib>
 
@@ -88,6 +90,13 @@ QString ReportWords::shortened(const QString &text, int longest)
         return text;
     const int end = text.at(longest - 1).isHighSurrogate() ? longest - 1 : longest;
     return text.left(end) + QStringLiteral("…");
+}
+
+QString ReportWords::name(const CheckupResult &checkup, const SnapshotNode &node)
+{
+    const CheckedComponent *component = checkup.component(node.id);
+    return component != nullptr && !component->name.isEmpty() ? component->name
+                                                              : DeviceIdentity::of(node).displayName(node.id);
 }
 
 QString ReportWords::place(const QString &name, quint8 nodeId)

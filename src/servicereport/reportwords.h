@@ -2,11 +2,14 @@
 #pragma once
 
 #include <canopen/objectkey.h>
+#include <checkup/findings.h>
 
 #include <QDateTime>
 #include <QLocale>
 #include <QString>
 #include <QVariant>
+
+struct SnapshotNode;
 
 /*! Numbers, dates and names as the language of a report writes them. */
 class ReportWords
@@ -38,6 +41,9 @@ public:
 
     /*! At most \a longest characters of a text from a device or file, with "..." when there were more. */
     static QString shortened(const QString &text, int longest = 200);
+
+    /*! What the check-up calls a device; what it calls itself when the check-up does not know it. */
+    static QString name(const CheckupResult &checkup, const SnapshotNode &node);
 
     /*! "Battery Pack (node 2)", and the vehicle for node 0. */
     static QString place(const QString &name, quint8 nodeId);

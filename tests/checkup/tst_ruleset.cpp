@@ -2,6 +2,7 @@
 #include "../support/vehiclesnapshot.h"
 
 #include <checkup/checkup.h>
+#include <checkup/objectwords.h>
 #include <checkup/ruleset.h>
 
 #include <QTemporaryDir>
@@ -70,6 +71,19 @@ private slots:
     void unreadClassesAreNotChecked();
     void unreadObjectsAreNamed();
     void findingWinsOverGap();
+    void onlyWhatIsMissingIsNamed();
+    void countOfALoopIsMissing();
+    void identityIsMissing();
+    void instances();
+    void namesAreSaidOnce();
+    void behaviourIsNotInTheFile();
+    void endExplainsGaps_data();
+    void endExplainsGaps();
+    void numbersOfLanguages_data();
+    void numbersOfLanguages();
+    void numbersOfADocument();
+    void nameOfAnEarlierSnapshot();
+    void nameOfNobodyElse();
 };
 
 void tst_RuleSet::goodRuleIsApplied()
@@ -514,6 +528,245 @@ void tst_RuleSet::findingWinsOverGap()
     QCOMPARE(result.components.at(2).nodeId, quint8(2)); // a note is no light of its own beside a gap
     QCOMPARE(result.components.at(2).state, ComponentState::NotChecked);
     QCOMPARE(result.verdict, Verdict::Warning);
+}
+
+/*! An object that was asked for and did not matter is not named, neither in the same loop nor in the next one. */
+void tst_RuleSet::onlyWhatIsMissingIsNamed()
+{
+    RuleSet rules;
+    rules.add(fileWith(R"x({"id": "a", "severity": "note", "for": "a in 1 to 2", "text": {"en": "x"},
+                            "when": "(a == 1 and (7777h > 1 or true) or a == 2 and 7778h > 1) and node.id == 2"})x"),
+              QStringLiteral("1.json"));
+    QCOMPARE(rules.problems(), QStringList());
+    const CheckupResult result
+        = Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), rules, QStringLiteral("en"));
+    QCOMPARE(result.component(2)->notChecked,
+             QStringList{QStringLiteral("The snapshot does not hold everything. (7778h)")});
+}
+
+void tst_RuleSet::countOfALoopIsMissing()
+{
+    RuleSet rules;
+    rules.add(fileWith(R"({"id": "a", "severity": "note", "for": ["p in 6165h to 6166h", "s in these"],
+                           "when": "node.id == 2 and (7777h > 1 or these.s < 0) and false",
+                           "text": {"en": "x"}})"),
+              QStringLiteral("1.json"));
+    Snapshot snapshot = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    SnapshotEntry count;
+    count.key = {0x6166, 0};
+    count.gap = SnapshotGap::NoAnswer;
+    snapshot.find(2)->insert(count);
+    const CheckupResult result = Checkup::judge(snapshot, rules, QStringLiteral("en"));
+    QCOMPARE(result.component(2)->notChecked,
+             QStringList{QStringLiteral("The device did not answer. (6166h)")});
+    QCOMPARE(result.notCheckedCount(), 1);
+}
+
+void tst_RuleSet::identityIsMissing()
+{
+    RuleSet rules;
+    rules.add(fileWith(R"({"id": "a", "severity": "note", "when": "node.twins > 0", "text": {"en": "x"}})"),
+              QStringLiteral("1.json"));
+    Snapshot snapshot = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    SnapshotEntry serial = *snapshot.find(5)->find(0x1018, 4);
+    serial.gap = SnapshotGap::NoAnswer;
+    serial.value = QVariant();
+    snapshot.find(5)->insert(serial);
+    const CheckupResult result = Checkup::judge(snapshot, rules, QStringLiteral("en"));
+    QCOMPARE(result.component(5)->notChecked,
+             QStringList{QStringLiteral("The device did not answer. (1018h)")});
+    QVERIFY(result.component(9) == nullptr);
+}
+
+void tst_RuleSet::instances()
+{
+    RuleSet rules;
+    rules.add(fileWith(R"({"id": "a", "severity": "note", "for": ["a in 1 to 2", "b in 10 to 10"],
+                           "when": "node.id == 2", "text": {"en": "x"}})"),
+              QStringLiteral("1.json"));
+    const CheckupResult result
+        = Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), rules, QStringLiteral("en"));
+    QCOMPARE(result.component(2)->findings.size(), 2);
+    QCOMPARE(result.component(2)->findings.at(0).instance, QStringLiteral("1 10"));
+    QCOMPARE(result.component(2)->findings.at(1).instance, QStringLiteral("2 10"));
+}
+
+void tst_RuleSet::namesAreSaidOnce()
+{
+    const QByteArray rule
+        = R"({"id": "a", "severity": "note", "when": "node.id == 2 and (@) > 1 and true", "text": {"en": "x"}})";
+    const auto reasons = [&rule](const char *formula) {
+        RuleSet rules;
+        rules.add(fileWith(QByteArray(rule).replace('@', formula)), QStringLiteral("1.json"));
+        return Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), rules, QStringLiteral("en"))
+            .component(2)
+            ->notChecked;
+    };
+    QCOMPARE(reasons("7777h.1 + 7777h.2 + 7778h"),
+             QStringList{QStringLiteral("The snapshot does not hold everything. (7777h, 7778h)")});
+    QCOMPARE(reasons("7771h + 7772h + 7773h + 7774h + 7775h + 7776h"),
+             QStringList{QStringLiteral("The snapshot does not hold everything. (7771h, 7772h, 7773h, 7774h, "
+                                        "7775h, 7776h)")});
+    QCOMPARE(reasons("1008h"), QStringList{QStringLiteral("What the device answers is no number. (1008h)")});
+}
+
+void tst_RuleSet::behaviourIsNotInTheFile()
+{
+    RuleSet rules;
+    rules.add(
+        fileWith(
+            R"({"id": "a", "severity": "note", "when": "node.id == 2 and node.restarts > 5", "text": {"en": "x"}},
+                          {"id": "b", "severity": "note", "when": "node.id == 2 and 7777h > 1", "text": {"en": "x"}})"),
+        QStringLiteral("1.json"));
+    Snapshot snapshot = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    snapshot.scope = SnapshotScope::Imported;
+    const CheckupResult result = Checkup::judge(snapshot, rules, QStringLiteral("en"));
+    QCOMPARE(result.component(2)->notChecked,
+             (QStringList{QStringLiteral("The file does not hold everything. (7777h)"),
+                          QStringLiteral("The file does not tell how the device behaves on the bus.")}));
+}
+
+void tst_RuleSet::endExplainsGaps_data()
+{
+    QTest::addColumn<int>("gap");
+    QTest::addColumn<QString>("reason");
+
+    QTest::newRow("no answer") << int(SnapshotGap::NoAnswer) << QString();
+    QTest::newRow("stopped") << int(SnapshotGap::Stopped) << QString();
+    QTest::newRow("cancelled") << int(SnapshotGap::Cancelled) << QString();
+    QTest::newRow("wrong size") << int(SnapshotGap::WrongSize)
+                                << QStringLiteral(
+                                       "The answer has 2 byte(s), which does not fit the object. (6040h)");
+}
+
+/*! That a device fell silent says why a value was not read; that a value was wrong it does not. */
+void tst_RuleSet::endExplainsGaps()
+{
+    QFETCH(int, gap);
+    QFETCH(QString, reason);
+
+    RuleSet rules;
+    rules.add(fileWith(R"({"id": "a", "severity": "note", "when": "6040h.1 < 0", "text": {"en": "x"}})"),
+              QStringLiteral("1.json"));
+    Snapshot snapshot = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    SnapshotEntry entry = *snapshot.find(2)->find(0x6040, 1);
+    entry.gap = static_cast<SnapshotGap>(gap);
+    entry.value = QVariant();
+    entry.raw = QByteArray(2, '\0');
+    snapshot.find(2)->insert(entry);
+    snapshot.find(2)->end = SnapshotEnd::Silent;
+    QStringList expected{QStringLiteral("The device does not answer.")};
+    if (!reason.isEmpty())
+        expected.append(reason);
+    QCOMPARE(Checkup::judge(snapshot, rules, QStringLiteral("en")).component(2)->notChecked, expected);
+}
+
+void tst_RuleSet::numbersOfLanguages_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("text");
+
+    const auto row = [](const char *language, const char *text) {
+        QTest::newRow(language) << QString::fromLatin1(language) << QString::fromUtf8(text);
+    };
+    row("en", "2: 39.30 V, 3.93 V, -5.50 °C, 1234567.89 V, 1.3, 1234567");
+    row("de", "2: 39,30 V, 3,93 V, -5,50 °C, 1234567,89 V, 1.3, 1234567");
+    row("de_AT", "2: 39,30 V, 3,93 V, -5,50 °C, 1234567,89 V, 1.3, 1234567");
+    row("fr", "2: 39,30 V, 3,93 V, -5,50 °C, 1234567,89 V, 1.3, 1234567");
+    row("nl", "2: 39,30 V, 3,93 V, -5,50 °C, 1234567,89 V, 1.3, 1234567");
+    row("zh_CN", "2: 39.30 V, 3.93 V, -5.50 °C, 1234567.89 V, 1.3, 1234567");
+    row("", "2: 39.30 V, 3.93 V, -5.50 °C, 1234567.89 V, 1.3, 1234567");
+}
+
+/*! A version is no number. */
+void tst_RuleSet::numbersOfLanguages()
+{
+    QFETCH(QString, language);
+    QFETCH(QString, text);
+
+    RuleSet rules;
+    rules.add(
+        fileWith(goodRule("a", "{6040h.1}, {6165h.1}, {0 - 55|C}, {1234567890|mV}, {1018h.3}, {1234567}")),
+        QStringLiteral("1.json"));
+    QCOMPARE(rules.problems(), QStringList());
+    QCOMPARE(texts(rules, language), QStringList{text});
+    QCOMPARE(ObjectWords::value({0x6040, 1}, 39300),
+             QStringLiteral("39.30 V")); // it was for the check-up only
+}
+
+/*! Who writes a document has chosen how numbers look in all of it. */
+void tst_RuleSet::numbersOfADocument()
+{
+    RuleSet rules;
+    rules.add(fileWith(goodRule("a", "{6040h.1}")), QStringLiteral("1.json"));
+    {
+        const ObjectWords::NumberStyle swiss{QLocale(QStringLiteral("de_CH"))};
+        QCOMPARE(texts(rules, QStringLiteral("de")), QStringList{QStringLiteral("2: 39.30 V")});
+        const ObjectWords::NumberStyle german{QLocale(QStringLiteral("de_DE"))};
+        QCOMPARE(texts(rules, QStringLiteral("en")), QStringList{QStringLiteral("2: 39,30 V")});
+        QCOMPARE(ObjectWords::value({0x2000, 0}, 1.5), QStringLiteral("1,5"));
+        QCOMPARE(ObjectWords::value({0x2000, 0}, 123456), QStringLiteral("123456"));
+    }
+    QCOMPARE(texts(rules, QStringLiteral("de")), QStringList{QStringLiteral("2: 39,30 V")});
+    QCOMPARE(ObjectWords::value({0x2000, 0}, 1.5), QStringLiteral("1.5"));
+}
+
+/*! Of the display nothing is read but its heartbeat. */
+void tst_RuleSet::nameOfAnEarlierSnapshot()
+{
+    RuleSet rules;
+    rules.add(
+        fileWith(R"({"id": "a", "severity": "note", "when": "node.id == 5", "text": {"en": "{node.name}"}})"),
+        QStringLiteral("1.json"));
+    const Snapshot earlier = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot snapshot = earlier;
+    snapshot.find(5)->entries.clear();
+    snapshot.find(5)->end = SnapshotEnd::Silent;
+
+    CheckupResult result = Checkup::judge(snapshot, rules, QStringLiteral("en"));
+    QCOMPARE(result.component(5)->name, QStringLiteral("Device"));
+    QVERIFY(!result.component(5)->isNameEarlier);
+
+    result = Checkup::judge(snapshot, rules, QStringLiteral("en"), &earlier);
+    QCOMPARE(result.component(5)->name, QStringLiteral("HMI control unit/display"));
+    QVERIFY(result.component(5)->isNameEarlier);
+    QCOMPARE(result.component(5)->findings.first().text, QStringLiteral("HMI control unit/display"));
+    QVERIFY(!result.component(2)->isNameEarlier);
+}
+
+/*! Neither that of a device with another serial number, nor when the device says who it is, nor a worse one. */
+void tst_RuleSet::nameOfNobodyElse()
+{
+    RuleSet rules;
+    rules.add(fileWith(goodRule("a")), QStringLiteral("1.json"));
+    Snapshot earlier = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot snapshot = earlier;
+    const auto lose = [](SnapshotNode *node, quint16 index) {
+        for (SnapshotEntry &entry : node->entries) {
+            if (entry.key.index != index)
+                continue;
+            entry.gap = SnapshotGap::NoAnswer;
+            entry.value = QVariant();
+        }
+    };
+    const auto nameNow
+        = [&] { return Checkup::judge(snapshot, rules, QStringLiteral("en"), &earlier).component(5)->name; };
+    lose(snapshot.find(5), 0x6000);
+    QCOMPARE(nameNow(), QStringLiteral("HMI control unit/display"));
+    VehicleSnapshot::setNumber(&snapshot, 5, {0x1018, 4}, 4711);
+    QCOMPARE(nameNow(), snapshot.find(5)->value(0x1008, 0).toString());
+
+    snapshot = earlier;
+    VehicleSnapshot::setNumber(&earlier, 5, {0x6000, 1}, 6);
+    QCOMPARE(nameNow(), QStringLiteral("HMI control unit/display"));
+
+    earlier = snapshot;
+    lose(snapshot.find(5), 0x6000);
+    lose(earlier.find(5), 0x6000);
+    lose(earlier.find(5), 0x1008);
+    QCOMPARE(nameNow(), snapshot.find(5)->value(0x1008, 0).toString());
+    earlier.nodes.clear();
+    QCOMPARE(nameNow(), snapshot.find(5)->value(0x1008, 0).toString());
 }
 
 QTEST_GUILESS_MAIN(tst_RuleSet)

@@ -49,6 +49,16 @@ QStringList one(const char *line)
     return {QString::fromUtf8(line)};
 }
 
+/*! As when the device does not answer. */
+void lose(SnapshotNode *node, CanOpen::ObjectKey key)
+{
+    SnapshotEntry entry = *node->find(key);
+    entry.gap = SnapshotGap::NoAnswer;
+    entry.raw.clear();
+    entry.value = QVariant();
+    node->insert(entry);
+}
+
 /*! What the vehicle's moving values are after a time. */
 Snapshot fullBusAfter(int seconds)
 {
@@ -105,6 +115,12 @@ private slots:
     void findingNotAskedFor();
     void withoutCheckup();
     void exchangeFileOfSnapshot();
+    void identityReadThisTime();
+    void twinThatIsNew();
+    void strangerWhereADeviceMovedAway();
+    void findingOfAnotherMake();
+    void unreadDeviceKeepsItsName();
+    void numbersOfTheLanguage();
 };
 
 void tst_SnapshotComparison::sameSnapshot()
@@ -473,6 +489,96 @@ void tst_SnapshotComparison::exchangeFileOfSnapshot()
         }
     }
     QCOMPARE(changes(before, after), QStringList());
+}
+
+void tst_SnapshotComparison::identityReadThisTime()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    const Snapshot after = before;
+    lose(before.find(motor), {0x1018, 4});
+    QCOMPARE(changes(before, after), QStringList());
+}
+
+/*! The twin is new; the one on the old node is the old one. */
+void tst_SnapshotComparison::twinThatIsNew()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    SnapshotNode twin = *after.find(motor);
+    twin.id = 20;
+    after.nodes.append(twin);
+    QStringList lines = changes(after);
+    QCOMPARE(lines.value(0),
+             QStringLiteral("added|20|||Motor Control unit (node 20)|Motor Control unit (node 20) is new."));
+    lines.removeFirst();
+    for (const QString &line : qAsConst(lines))
+        QVERIFY2(line.startsWith(QStringLiteral("finding|")), qPrintable(line));
+    QCOMPARE(lines.size(), 2); // each has the identity of the other
+}
+
+void tst_SnapshotComparison::strangerWhereADeviceMovedAway()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    SnapshotNode stranger;
+    stranger.id = motor;
+    stranger.nmtState = CanOpen::NmtState::Operational;
+    after.find(motor)->id = 20;
+    after.nodes.append(stranger);
+    const Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    const Comparison comparison
+        = SnapshotComparison::compare({&before, nullptr}, {&after, nullptr}, shippedRules().kinds());
+    QCOMPARE(comparison.changes.size(), 2);
+    QCOMPARE(comparison.changes.at(0).text, QStringLiteral("Device (node 4) is new."));
+    QCOMPARE(comparison.changes.at(1).text,
+             QStringLiteral("Motor Control unit (node 20) was on node 4 before."));
+}
+
+/*! What the one before it was not asked for does not matter. */
+void tst_SnapshotComparison::findingOfAnotherMake()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot after = before;
+    QVector<SnapshotEntry> &entries = before.find(battery)->entries;
+    entries.erase(std::remove_if(entries.begin(), entries.end(),
+                                 [](const SnapshotEntry &entry) { return entry.key.index == 0x6009; }),
+                  entries.end());
+    VehicleSnapshot::setNumber(&after, battery, {0x1018, 2}, 0x1234);
+    VehicleSnapshot::setNumber(&after, battery, {0x6009, 1}, 0x0400);
+    const QStringList lines = changes(before, after);
+    QCOMPARE(lines.size(), 3);
+    QCOMPARE(lines.at(2),
+             QStringLiteral("finding|2|6009h.1||Alarm: cell damaged.|Battery Pack (node 2): new: "
+                            "Alarm: cell damaged."));
+}
+
+/*! It is known by its serial number, and says nothing else about itself. */
+void tst_SnapshotComparison::unreadDeviceKeepsItsName()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    after.find(motor)->id = 20;
+    lose(after.find(20), {0x6000, 0});
+    lose(after.find(20), {0x1008, 0});
+    const QStringList lines = changes(after);
+    QCOMPARE(lines.value(0),
+             QStringLiteral("moved|20||4|20|Motor Control unit (node 20) was on node 4 before."));
+    QCOMPARE(lines.filter(QStringLiteral("Device (node")), QStringList());
+    QCOMPARE(lines.value(1),
+             QStringLiteral("gap|20|1008h.0|DX-Drive 250||Motor Control unit (node 20): 1008h.0 could not be "
+                            "read this time. The device did not answer."));
+}
+
+void tst_SnapshotComparison::numbersOfTheLanguage()
+{
+    const Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot after = before;
+    VehicleSnapshot::setNumber(&after, motor, {0x6026, 1}, 44000);
+    const CheckupResult was = Checkup::judge(before, shippedRules(), QStringLiteral("de"));
+    const CheckupResult is = Checkup::judge(after, shippedRules(), QStringLiteral("de"));
+    const Comparison comparison
+        = SnapshotComparison::compare({&before, &was}, {&after, &is}, shippedRules().kinds());
+    QCOMPARE(comparison.changes.size(), 1);
+    QCOMPARE(comparison.changes.first().after, QStringLiteral("44,00 V"));
+    QCOMPARE(comparison.changes.first().device, QStringLiteral("Motor Control unit (node 4)"));
+    QVERIFY(comparison.changes.first().text.endsWith(QStringLiteral("was 43,00 V, is 44,00 V.")));
 }
 
 QTEST_GUILESS_MAIN(tst_SnapshotComparison)

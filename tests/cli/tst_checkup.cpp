@@ -32,6 +32,8 @@ private slots:
     void exchangeFileIsNotComplete();
     void json();
     void language();
+    void reasonsInTheLanguage();
+    void numbersInTheLanguage();
     void ownRules();
     void brokenRulesAreSaid();
     void hostileTextsAreShown();
@@ -43,6 +45,9 @@ private slots:
     void differentVehicles();
     void differencesAsJson();
     void liveBusIsCompared();
+    void deadDeviceIsOneLine();
+    void silentDeviceKeepsItsName();
+    void comparisonInTheLanguage();
 
 private:
     QString save(const Snapshot &snapshot, const QString &name = QStringLiteral("vehicle.dxsnap"));
@@ -192,6 +197,41 @@ void tst_Checkup::language()
     QVERIFY2(result.output.contains(QStringLiteral("Alarm: Zelle beschädigt.")), qPrintable(result.output));
     QVERIFY2(result.output.contains(QStringLiteral("Akkupack")), qPrintable(result.output));
     QCOMPARE(result.status, 8);
+}
+
+/*! Of a device of which one value was refused, and of one that fell silent. */
+void tst_Checkup::reasonsInTheLanguage()
+{
+    SnapshotEntry refused = *m_snapshot.find(2)->find(0x6009, 1);
+    refused.gap = SnapshotGap::Abort;
+    refused.abortCode = 0x08000021;
+    refused.value = QVariant();
+    refused.raw.clear();
+    m_snapshot.find(2)->insert(refused);
+    m_snapshot.find(5)->end = SnapshotEnd::Silent;
+    m_snapshot.find(5)->entries.clear();
+    const Result result = run(
+        {QStringLiteral("checkup"), save(m_snapshot), QStringLiteral("--language"), QStringLiteral("de")});
+    QVERIFY2(result.output.contains(QStringLiteral("Akkupack (node 2)")), qPrintable(result.output));
+    QVERIFY2(result.output.contains(QStringLiteral("Das Gerät hat es verweigert: ")),
+             qPrintable(result.output));
+    QVERIFY2(result.output.contains(QStringLiteral("Das Gerät antwortet nicht.\n")),
+             qPrintable(result.output));
+    for (const char *english : {"The device", "refused", "does not", "Device (", "data cannot"})
+        QVERIFY2(!result.output.contains(QLatin1String(english)), qPrintable(result.output));
+}
+
+void tst_Checkup::numbersInTheLanguage()
+{
+    VehicleSnapshot::setNumber(&m_snapshot, 2, {0x6165, 7}, 3520);
+    const QString file = save(m_snapshot);
+    const Result result
+        = run({QStringLiteral("checkup"), file, QStringLiteral("--language"), QStringLiteral("de")});
+    QVERIFY2(result.output.contains(QStringLiteral("3,52 V")), qPrintable(result.output));
+    QVERIFY2(!result.output.contains(QStringLiteral("3.52")), qPrintable(result.output));
+    const Result json = run({QStringLiteral("checkup"), file, QStringLiteral("--language"),
+                             QStringLiteral("de"), QStringLiteral("--json")});
+    QVERIFY2(json.output.contains(QStringLiteral("\"sub\":7")), qPrintable(json.output));
 }
 
 void tst_Checkup::ownRules()
@@ -377,6 +417,65 @@ void tst_Checkup::liveBusIsCompared()
                QStringLiteral("simulated:pedelec"), QStringLiteral("--share"), QStringLiteral("100")});
     QCOMPARE(result.output, QStringLiteral("Nothing has changed.\n"));
     QCOMPARE(result.status, 0);
+}
+
+/*! It was heard to the end, but gave no value any more. */
+void tst_Checkup::deadDeviceIsOneLine()
+{
+    const QString before = save(m_snapshot, QStringLiteral("before.dxsnap"));
+    int lost = 0;
+    for (SnapshotEntry &entry : m_snapshot.find(5)->entries) {
+        // What tells devices apart is no change of a device.
+        lost += entry.hasValue() && (entry.key.index != 0x1018 || entry.key.subIndex == 3) ? 1 : 0;
+        entry.gap = entry.gap == SnapshotGap::None ? SnapshotGap::NoAnswer : entry.gap;
+        entry.value = QVariant();
+        entry.raw.clear();
+    }
+    const QString after = save(m_snapshot);
+    const Result text = run({QStringLiteral("diff"), before, after});
+    QVERIFY(lost > 20);
+    QCOMPARE(
+        text.output,
+        QStringLiteral("Not read any more: %1 values of HMI control unit/display (node 5). The device did "
+                       "not answer.\n\nChanges: 1.\n")
+            .arg(lost));
+    QCOMPARE(text.status, 7);
+    const Result json = run({QStringLiteral("diff"), before, after, QStringLiteral("--json")});
+    QCOMPARE(jsonOf(json).value(QStringLiteral("changes")).toArray().size(), lost);
+}
+
+void tst_Checkup::silentDeviceKeepsItsName()
+{
+    const QString before = save(m_snapshot, QStringLiteral("before.dxsnap"));
+    m_snapshot.find(5)->end = SnapshotEnd::Silent;
+    m_snapshot.find(5)->entries.clear();
+    const Result result = run({QStringLiteral("diff"), before, save(m_snapshot)});
+    QCOMPARE(result.output,
+             QStringLiteral("HMI control unit/display (node 5): new: It sends its heartbeat, but does not "
+                            "answer.\n"
+                            "HMI control unit/display (node 5) could not be read to its end this time. The "
+                            "device does not answer.\n\nChanges: 2.\n"));
+}
+
+void tst_Checkup::comparisonInTheLanguage()
+{
+    const QString before = save(m_snapshot, QStringLiteral("before.dxsnap"));
+    VehicleSnapshot::setNumber(&m_snapshot, 4, {0x6026, 1}, 44000);
+    for (const quint16 index : {quint16(0x6307), quint16(0x6308)}) {
+        SnapshotEntry entry = *m_snapshot.find(4)->find(index, 1);
+        entry.gap = SnapshotGap::NoAnswer;
+        entry.value = QVariant();
+        entry.raw.clear();
+        m_snapshot.find(4)->insert(entry);
+    }
+    const Result result = run({QStringLiteral("diff"), before, save(m_snapshot), QStringLiteral("--language"),
+                               QStringLiteral("de")});
+    QVERIFY2(result.output.contains(QStringLiteral("war 43,00 V, ist 44,00 V.\n")),
+             qPrintable(result.output));
+    QVERIFY2(result.output.contains(QStringLiteral("Nicht mehr gelesen: 2 Werte von ")),
+             qPrintable(result.output));
+    QVERIFY2(result.output.contains(QStringLiteral("Das Gerät hat nicht geantwortet.\n")),
+             qPrintable(result.output));
 }
 
 QTEST_GUILESS_MAIN(tst_Checkup)

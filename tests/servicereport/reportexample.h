@@ -144,25 +144,25 @@ inline CheckupResult checkup()
 inline ReportComparison comparison()
 {
     const QDateTime time(QDate(2026, 3, 12), QTime(9, 40), Qt::OffsetFromUTC, 3600);
+    const auto make = [](Change::Kind kind, quint8 nodeId, std::optional<CanOpen::ObjectKey> key,
+                         const char *before, const char *after, const char *text) {
+        Change change;
+        change.kind = kind;
+        change.nodeId = nodeId;
+        change.key = key;
+        change.before = QString::fromUtf8(before);
+        change.after = QString::fromUtf8(after);
+        change.text = QString::fromUtf8(text);
+        return change;
+    };
     Comparison changes;
-    changes.changes
-        = {{Change::Kind::Replaced,
-            3,
-            {},
-            QStringLiteral("1009001"),
-            QStringLiteral("1009484"),
-            QStringLiteral(
-                "Charger: another device of the same kind, serial number 1009484 in the place of 1009001.")},
-           {Change::Kind::Firmware,
-            2,
-            {},
-            QStringLiteral("1.2.0"),
-            QStringLiteral("1.3.0"),
-            QStringLiteral("The software version was 1.2.0 and is 1.3.0.")},
-           {Change::Kind::Counter, 2, CanOpen::ObjectKey{0x617D, 1}, QStringLiteral("210"),
-            QStringLiteral("246"), QStringLiteral("Discharges: 210 before, 246 now.")},
-           {Change::Kind::Value, 2, CanOpen::ObjectKey{0x6176, 1}, QStringLiteral("94.00 %"),
-            QStringLiteral("88.00 %"), QString()}};
+    changes.changes = {
+        change(Change::Kind::Replaced, 3, {}, "1009001", "1009484",
+               "Charger: another device of the same kind, serial number 1009484 in the place of 1009001."),
+        make(Change::Kind::Firmware, 2, {}, "1.2.0", "1.3.0", "The software version was 1.2.0 and is 1.3.0."),
+        make(Change::Kind::Counter, 2, CanOpen::ObjectKey{0x617D, 1}, "210", "246",
+             "Discharges: 210 before, 246 now."),
+        make(Change::Kind::Value, 2, CanOpen::ObjectKey{0x6176, 1}, "94.00 %", "88.00 %", "")};
     return {time, changes};
 }
 

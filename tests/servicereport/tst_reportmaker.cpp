@@ -67,6 +67,8 @@ private slots:
     void uncheckedComponentsHaveTheirReasons();
     void changesOfAnEarlierVisit();
     void changeWithoutASentence();
+    void gapsOfOneCauseAreOneLine();
+    void nameOfAnEarlierVisit();
     void componentsAreListedWithTheirIdentity();
     void nodeThatWasNotJudgedIsNotGood();
     void valuesHaveUnitsAndLimits();
@@ -196,6 +198,66 @@ void tst_ReportMaker::changeWithoutASentence()
     const auto rows = blockOf<ReportTable>(makeServiceReport(ReportExample::data()), "What has changed").rows;
     QCOMPARE(rows.at(3).cells.at(1),
              s("Battery Pack (node 2): Battery pack SOH (6176h.1): 94.00 % → 88.00 %"));
+}
+
+void tst_ReportMaker::gapsOfOneCauseAreOneLine()
+{
+    ServiceReportData data = ReportExample::data();
+    Change gap;
+    gap.kind = Change::Kind::Gap;
+    gap.nodeId = 5;
+    gap.device = s("Gateway (node 5)");
+    gap.reason = s("The device did not answer.");
+    gap.isUnreadNow = true;
+    data.comparison->comparison.changes.clear();
+    for (int i = 0; i < 400; ++i) {
+        gap.key = CanOpen::ObjectKey{static_cast<quint16>(0x6000 + i), 0};
+        gap.text = s("one of many");
+        data.comparison->comparison.changes.append(gap);
+    }
+    const ServiceReport report = makeServiceReport(data);
+    const ReportTable table = blockOf<ReportTable>(report, "What has changed since");
+    QCOMPARE(table.rows.size(), 1);
+    QCOMPARE(table.rows.first().cells,
+             QStringList({s("Gap"), s("Not read any more: 400 values of Gateway (node 5). The device did not "
+                                      "answer.")}));
+    QCOMPARE(blockOf<ReportParagraph>(report, "What has changed since").text, QString()); // and nothing more
+}
+
+/*! Of a device that did not say who it is. */
+void tst_ReportMaker::nameOfAnEarlierVisit()
+{
+    ServiceReportData data = ReportExample::data();
+    for (CheckedComponent &component : data.checkup.components) {
+        if (component.nodeId == 5) {
+            component.name = s("HMI control unit/display");
+            component.isNameEarlier = true;
+        }
+    }
+    const ServiceReport report = makeServiceReport(data);
+    const ReportTable components = blockOf<ReportTable>(report, "Components");
+    QStringList display;
+    for (const ReportTable::Row &row : components.rows) {
+        if (row.cells.at(2) == s("5"))
+            display = row.cells;
+    }
+    QCOMPARE(display.mid(1, 3),
+             QStringList({s("HMI control unit/display"), s("5"), s("not read this time")}));
+    const ReportSection *section = findSection(report, "Component by component");
+    QVERIFY(section != nullptr);
+    bool isHeading = false;
+    QStringList facts;
+    for (const ReportBlock &block : section->blocks) {
+        if (const auto *heading = std::get_if<ReportHeading>(&block))
+            isHeading = heading->text == s("HMI control unit/display");
+        if (const auto *found = std::get_if<ReportFacts>(&block); found != nullptr && isHeading) {
+            for (const ReportFact &fact : found->facts)
+                facts << fact.name + QLatin1Char('=') + fact.text;
+        }
+    }
+    QCOMPARE(facts.value(0), s("Identity=not read this time; the name is from an earlier visit"));
+    const ReportTable unread = blockOf<ReportTable>(report, "What was not read");
+    QVERIFY(!rowOf(unread, "HMI control unit/display (node 5)").cells.isEmpty());
 }
 
 void tst_ReportMaker::componentsAreListedWithTheirIdentity()

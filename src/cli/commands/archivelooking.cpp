@@ -171,7 +171,7 @@ ExitStatus printComparison(LookingCommand &command, const QVector<qint64> &visit
         return command.fail();
     const QString language = Language::name(command.options);
     const CheckupResult wasFound = Checkup::judge(*before, rules, language);
-    const CheckupResult isFound = Checkup::judge(*after, rules, language);
+    const CheckupResult isFound = Checkup::judge(*after, rules, language, &*before);
     const Comparison comparison
         = SnapshotComparison::compare({&*before, &wasFound}, {&*after, &isFound}, rules.kinds());
     if (command.isJson())

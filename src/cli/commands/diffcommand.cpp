@@ -80,7 +80,7 @@ Comparison DiffCommand::compare() const
     const QString language = Language::name(m_options);
     const Snapshot &after = m_after.snapshot();
     const CheckupResult wasFound = Checkup::judge(m_before, m_rules, language);
-    const CheckupResult isFound = Checkup::judge(after, m_rules, language);
+    const CheckupResult isFound = Checkup::judge(after, m_rules, language, &m_before);
     return SnapshotComparison::compare({&m_before, &wasFound}, {&after, &isFound}, m_rules.kinds());
 }
 

@@ -158,7 +158,7 @@ private:
         m_data.locale = language.locale();
         m_data.program = QStringLiteral("%1 %2").arg(QCoreApplication::applicationName(),
                                                      QCoreApplication::applicationVersion());
-        m_data.checkup = Checkup::judge(m_data.snapshot, m_rules, m_language);
+        m_data.checkup = Checkup::judge(m_data.snapshot, m_rules, m_language, m_older ? &*m_older : nullptr);
         if (m_older)
             m_data.comparison = compare();
         const ServiceReport report = makeServiceReport(m_data);

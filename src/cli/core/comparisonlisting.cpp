@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "comparisonlisting.h"
 
+#include <checkup/changesummary.h>
 #include <json/jsontext.h>
 
 #include <QStringList>
@@ -41,11 +42,12 @@ QString ComparisonListing::toText(const Comparison &comparison)
 {
     if (comparison.isSame())
         return tr("Nothing has changed.");
+    const Comparison summary = ChangeSummary::forPeople(comparison);
     QStringList lines;
-    for (const Change &change : comparison.changes)
+    for (const Change &change : summary.changes)
         lines.append(change.text);
     lines.append(QString());
-    lines.append(tr("Changes: %1.").arg(comparison.changes.size()));
+    lines.append(tr("Changes: %1.").arg(summary.changes.size()));
     return lines.join(QLatin1Char('\n'));
 }
 

@@ -13,7 +13,7 @@ class ComparisonListing
     Q_DECLARE_TR_FUNCTIONS(ComparisonListing)
 
 public:
-    /*! A sentence for each change, and how many there are. */
+    /*! A sentence for each change as ChangeSummary has them, and how many there are. */
     static QString toText(const Comparison &comparison);
 
     /*! An object with "same" and "changes", with a line end. What a change does not have is left out. */
