@@ -6,6 +6,8 @@
 
 #include <QtTest>
 
+#include <limits>
+
 namespace {
 
 SnapshotEntry value(quint16 index, quint8 sub, const QVariant &number)
@@ -25,7 +27,8 @@ SnapshotEntry gap(quint16 index, quint8 sub, SnapshotGap reason)
 }
 
 /*! 2000h is 10, 2001h is absent, 2002h did not answer, 2003h is a text, 2010h has the numbers 30, -5, 40 and an absent
- *  one, 2011h has one that did not answer, 2012h is an array without entries, 2013h is not in the snapshot.
+ *  one, 2011h has one that did not answer, 2012h is an array without entries, 2013h is not in the snapshot, of
+ *  2015h the second entry is not.
  */
 Snapshot exampleSnapshot()
 {
@@ -48,6 +51,11 @@ Snapshot exampleSnapshot()
     node.insert(gap(0x2011, 2, SnapshotGap::Abort));
     node.insert(value(0x2012, 0, 0u));
     node.insert(value(0x2014, 0, qulonglong(0xFFFFFF9C)));
+    node.insert(value(0x2015, 0, 2u));
+    node.insert(value(0x2015, 1, 7u));
+    node.insert(value(0x2016, 0, true));
+    node.insert(value(0x2017, 0, 1.5f));
+    node.insert(value(0x2018, 0, std::numeric_limits<double>::infinity()));
     Snapshot snapshot;
     snapshot.duration = 2500;
     snapshot.nodes.append(node);
@@ -86,6 +94,9 @@ private slots:
     void wrong();
     void bounds();
     void notesWhatIsMissing();
+    void loopNumberThatIsNoSubIndex();
+    void fewerBootUpsThanUsual();
+    void deviceWithoutIdentityHasNoTwins();
 };
 
 void tst_Expression::evaluate_data()
@@ -106,6 +117,9 @@ void tst_Expression::evaluate_data()
     row("--2", "2");
     row("-2 + 5", "3");
     row("1 / 0", "absent");
+    row("1e200 * 1e200", "absent");
+    row("1e308 + 1e308", "absent");
+    row("-1e308 - 1e308", "absent");
     row("true + false", "1");
     // Comparisons
     row("2 < 3", "1");
@@ -138,6 +152,11 @@ void tst_Expression::evaluate_data()
     row("2001h.1", "absent");
     row("2012h.1", "absent");
     row("2013h.1", "unknown");
+    row("2015h.2", "unknown");
+    row("2015h.3", "absent");
+    row("2016h", "1");
+    row("2017h", "1.5");
+    row("2018h", "unknown");
     // Three values
     row("2001h > 1", "absent");
     row("2002h > 1", "unknown");
@@ -177,11 +196,20 @@ void tst_Expression::evaluate_data()
     row("bits(0 - 1, 0, 3)", "absent");
     row("bits(1, 5, 2)", "absent");
     row("bits(1, 0, 200)", "absent");
+    row("bits(1, 0, 63)", "absent");
+    row("bits(1, 0, 62)", "1");
+    row("bits(5, -1, 2)", "absent");
+    row("bits(9223372036854775808, 0, 3)", "absent");
+    row("bits(0, 0, 3)", "0");
     row("signed(65436)", "-100");
     row("signed(32767)", "32767");
     row("signed(2014h)", "-100");
     row("signed(4294967196)", "-100");
     row("signed(100000)", "100000");
+    row("signed(32768)", "-32768");
+    row("signed(65536)", "65536");
+    row("signed(2147483648)", "-2.14748e+09");
+    row("signed(4294967296)", "4.29497e+09");
     row("min(2010h)", "-5");
     row("max(2010h)", "40");
     row("max(these)", "40");
@@ -278,7 +306,8 @@ void tst_Expression::notesWhatIsMissing()
     Evaluation evaluation(vehicle, 0);
     QString error;
     ExpressionParser({})
-        .parse(QStringLiteral("2000h > 1 and 2002h > 1 and 2001h > 1 and max(2011h) > 1"), &error)
+        .parse(QStringLiteral("2000h > 1 and 2000h > 2 and 2002h > 1 and 2001h > 1 and max(2011h) > 1"),
+               &error)
         ->evaluate(evaluation);
     QStringList missing;
     for (const CanOpen::ObjectKey key : evaluation.missingObjects())
@@ -290,6 +319,46 @@ void tst_Expression::notesWhatIsMissing()
     QCOMPARE(askedFor,
              (QStringList{QStringLiteral("2000h.0"), QStringLiteral("2002h.0"), QStringLiteral("2011h.0"),
                           QStringLiteral("2011h.1"), QStringLiteral("2011h.2")}));
+}
+
+void tst_Expression::loopNumberThatIsNoSubIndex()
+{
+    const Snapshot snapshot = exampleSnapshot();
+    const VehicleFacts vehicle(snapshot);
+    Evaluation evaluation(vehicle, 0);
+    QString error;
+    const auto isAbsent = [&](const char *text, int number) {
+        evaluation.setLoop(0, number);
+        const QVector<ExpressionParser::Loop> loops{{QStringLiteral("s"), false}};
+        return ExpressionParser(loops).parse(QLatin1String(text), &error)->evaluate(evaluation).kind
+               == Operand::Kind::Absent;
+    };
+    QVERIFY(isAbsent("2000h.s", 256)); // and not 2000h.0
+    QVERIFY(!isAbsent("2013h.s", 255));
+    QVERIFY(isAbsent("2013h.s", -1)); // and not 2013h.255
+    QVERIFY(!isAbsent("2000h.s", 0));
+}
+
+void tst_Expression::fewerBootUpsThanUsual()
+{
+    Snapshot snapshot = exampleSnapshot();
+    snapshot.nodes.append(snapshot.nodes.first());
+    snapshot.nodes.last().id = 10;
+    snapshot.nodes.last().bootUps = 0;
+    snapshot.nodes.append(snapshot.nodes.first());
+    snapshot.nodes.last().id = 11;
+    const VehicleFacts vehicle(snapshot);
+    QCOMPARE(vehicle.number(Fact::NodeRestarts, 1).operand.number, 0.0);
+    QCOMPARE(vehicle.number(Fact::NodeRestarts, 2).operand.number, 2.0);
+}
+
+void tst_Expression::deviceWithoutIdentityHasNoTwins()
+{
+    Snapshot snapshot = exampleSnapshot();
+    for (const quint8 sub : {quint8(1), quint8(2), quint8(4)})
+        snapshot.nodes.first().insert(value(0x1018, sub, sub == 4 ? 0u : 7u));
+    const VehicleFacts vehicle(snapshot);
+    QCOMPARE(vehicle.number(Fact::NodeTwins, 0).operand.kind, Operand::Kind::Absent);
 }
 
 QTEST_GUILESS_MAIN(tst_Expression)

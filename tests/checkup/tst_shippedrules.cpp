@@ -207,6 +207,9 @@ void tst_ShippedRules::rule_data()
                  n->entries.clear();
              }),
         "4|stopped|warning|It is stopped (NMT state Stopped): it takes no part in the vehicle's work.");
+    one("stopped after it was read",
+        node(motor, [](SnapshotNode *n) { n->nmtState = CanOpen::NmtState::Stopped; }),
+        "4|stopped|warning|It is stopped (NMT state Stopped): it takes no part in the vehicle's work.");
     one("heartbeat switched off", number(charger, 0x1017, 0, 0),
         "3|heartbeat-off|warning|Its heartbeat is switched off: nobody notices when it fails.");
     one("no heartbeat heard", node(charger, [](SnapshotNode *n) { n->nmtState.reset(); }),
@@ -214,6 +217,11 @@ void tst_ShippedRules::rule_data()
         "fails.");
     one("restarts", node(motor, [](SnapshotNode *n) { n->bootUps = 4; }),
         "4|restarts|warning|It restarted while it was being read: 3 × in 12 s.");
+    one("restarts where nothing else was switched on", Alteration([](Snapshot *snapshot) {
+            for (SnapshotNode &each : snapshot->nodes)
+                each.bootUps = each.id == motor ? 1 : 0;
+        }),
+        "4|restarts|warning|It restarted while it was being read: 1 × in 12 s.");
     one("slow",
         node(motor,
              [](SnapshotNode *n) {
@@ -254,6 +262,10 @@ void tst_ShippedRules::rule_data()
         "(1, "
         "2, 3, 5, 6, 7), 454.1.3.0 (4).");
 
+    one("another version twice in one device", array(motor, 0x600E, {0x71810300, 0x71810300}, 4),
+        "0|profile-versions|note|Devices implement different versions of the same specification: 454.1.2.0 "
+        "(1, "
+        "2, 3, 5, 6, 7), 454.1.3.0 (4).");
     one("generic error alone", number(motor, 0x1001, 0, 0x01),
         "4|error-register|warning|It reports an error: generic error.");
     one("error history", all({number(motor, 0x1003, 0, 1, 1), number(motor, 0x1003, 1, 0x00074210, 4)}),
@@ -380,6 +392,9 @@ void tst_ShippedRules::rule_data()
         "tell a device from all others.");
     one("voltage at the maximum", number(motor, 0x6040, 1, 43000),
         "4|voltage-high|warning|Its voltage is above its present input limit: 43.00 V, at most 42.00 V.");
+    one("low voltage while in use, whatever its state is called",
+        all({number(motor, 0x6002, 1, 0x8000), number(motor, 0x6040, 1, 27999)}),
+        "4|voltage-low|fault|Its voltage is too low: 28.00 V, at least 28.00 V.");
     one("low voltage while limiting",
         all({number(motor, 0x6002, 1, 0x6000), number(motor, 0x6040, 1, 27999)}),
         "4|voltage-low|fault|Its voltage is too low: 28.00 V, at least 28.00 V.");
@@ -488,6 +503,11 @@ void tst_ShippedRules::notShown_data()
         for (SnapshotNode &each : snapshot->nodes)
             each.bootUps = 0;
     });
+    QTest::newRow("a device that was on before the others")
+        << node(controller, [](SnapshotNode *n) { n->bootUps = 0; });
+    QTest::newRow("a device that says no version") << number(motor, 0x600E, 1, 0);
+    QTest::newRow("voltage of a battery at the minimum")
+        << all({number(battery, 0x6040, 1, 28000), number(charger, 0x6040, 1, 28000)});
     QTest::newRow("history emptied") << all(
         {number(motor, 0x1003, 0, 0, 1), number(motor, 0x1003, 1, 0x4210, 4)});
     QTest::newRow("a charger at work") << number(charger, 0x6002, 1, 0x8300);
