@@ -29,6 +29,16 @@
     </message>
 </context>
 <context>
+    <name>ChangeSummary</name>
+    <message numerus="yes">
+        <source>%n values</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>CheckupWords</name>
     <message numerus="yes">
         <source>%n device(s) found, still looking</source>
