@@ -157,8 +157,8 @@ inline ReportComparison comparison()
     };
     Comparison changes;
     changes.changes = {
-        change(Change::Kind::Replaced, 3, {}, "1009001", "1009484",
-               "Charger: another device of the same kind, serial number 1009484 in the place of 1009001."),
+        make(Change::Kind::Replaced, 3, {}, "1009001", "1009484",
+             "Charger: another device of the same kind, serial number 1009484 in the place of 1009001."),
         make(Change::Kind::Firmware, 2, {}, "1.2.0", "1.3.0", "The software version was 1.2.0 and is 1.3.0."),
         make(Change::Kind::Counter, 2, CanOpen::ObjectKey{0x617D, 1}, "210", "246",
              "Discharges: 210 before, 246 now."),
