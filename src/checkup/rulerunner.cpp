@@ -5,6 +5,8 @@
 #include "evaluation.h"
 #include "vehiclefacts.h"
 
+#include <QStringList>
+
 RuleRunner::RuleRunner(const VehicleFacts &vehicle, const WordTables &words, const QString &language)
     : m_vehicle(vehicle)
     , m_words(words)
@@ -68,10 +70,10 @@ void RuleRunner::runInstance(const Rule &rule, Evaluation &evaluation)
     evaluation.clearNotes();
     if (!isMet(rule.when, evaluation))
         return;
-    for (const RuleCase &ruleCase : rule.cases) {
-        if (!isMet(ruleCase.when, evaluation) || !ruleCase.severity)
+    for (int i = 0; i < rule.cases.size(); ++i) {
+        if (!isMet(rule.cases.at(i).when, evaluation) || !rule.cases.at(i).severity)
             continue;
-        find(rule, ruleCase, evaluation);
+        find(rule, i, evaluation);
         if (rule.take == Rule::Take::First)
             return;
     }
@@ -88,20 +90,31 @@ bool RuleRunner::isMet(const Expression &condition, Evaluation &evaluation)
     return result.isTrue();
 }
 
-void RuleRunner::find(const Rule &rule, const RuleCase &ruleCase, Evaluation &evaluation)
+/*! \a position of the case that was found. */
+void RuleRunner::find(const Rule &rule, int position, Evaluation &evaluation)
 {
+    const RuleCase &ruleCase = rule.cases.at(position);
     Finding finding;
     finding.rule = rule.id;
     finding.severity = *ruleCase.severity;
     const SnapshotNode *node = m_vehicle.node(m_position);
     finding.nodeId = node != nullptr ? node->id : quint8(0);
     finding.objects = evaluation.askedFor();
-    for (int loop = 0; loop < rule.loops.size(); ++loop)
-        finding.instance
-            += (loop > 0 ? QStringLiteral(" ") : QString()) + QString::number(evaluation.loopNumber(loop));
+    finding.instance = instanceOf(rule, position, evaluation);
     finding.text = ruleCase.text.in(m_language).fill(evaluation, m_words, m_language);
     finding.advice = ruleCase.advice.in(m_language).fill(evaluation, m_words, m_language);
     m_findings->append(finding);
+}
+
+/*! The numbers of the loops, and that of the case where several of them can be found beside each other. */
+QString RuleRunner::instanceOf(const Rule &rule, int position, const Evaluation &evaluation)
+{
+    QStringList numbers;
+    for (int loop = 0; loop < rule.loops.size(); ++loop)
+        numbers.append(QString::number(evaluation.loopNumber(loop)));
+    if (rule.take == Rule::Take::All && rule.cases.size() > 1)
+        numbers.append(QString::number(position + 1));
+    return numbers.join(QLatin1Char(' '));
 }
 
 bool RuleRunner::isFull() const

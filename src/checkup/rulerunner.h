@@ -34,7 +34,8 @@ private:
     int lastOf(const RuleLoop &loop, Evaluation &evaluation);
     void runInstance(const Rule &rule, Evaluation &evaluation);
     bool isMet(const Expression &condition, Evaluation &evaluation);
-    void find(const Rule &rule, const RuleCase &ruleCase, Evaluation &evaluation);
+    void find(const Rule &rule, int position, Evaluation &evaluation);
+    static QString instanceOf(const Rule &rule, int position, const Evaluation &evaluation);
     bool isFull() const;
 
     const VehicleFacts &m_vehicle;
