@@ -51,6 +51,10 @@ private slots:
     void otherRulesGoOn();
     void laterRuleReplaces();
     void ruleIsSwitchedOff();
+    void casesThatAreOffAskForNothing();
+    void worstFindingOfTheVehicleIsFirst();
+    void vehicleNeedsOfEveryNode();
+    void noteIsNoFault();
     void languages();
     void places_data();
     void places();
@@ -84,6 +88,10 @@ private slots:
     void numbersOfADocument();
     void nameOfAnEarlierSnapshot();
     void nameOfNobodyElse();
+    void nameOfADeviceWithoutClasses();
+    void nameThatIsHalfRead();
+    void nameOfAnotherMake();
+    void wordsOfValues();
 };
 
 void tst_RuleSet::goodRuleIsApplied()
@@ -237,6 +245,63 @@ void tst_RuleSet::ruleIsSwitchedOff()
     const CheckupResult result
         = Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), rules, QStringLiteral("en"));
     QCOMPARE(result.verdict, Verdict::Note); // and not incomplete: nobody asks for 7777h any more
+}
+
+void tst_RuleSet::casesThatAreOffAskForNothing()
+{
+    RuleSet rules;
+    rules.add(fileWith(goodRule("a") + R"(,
+        {"id": "b", "text": {"en": "x"}, "cases": [{"severity": "off", "when": "7777h > 1"}]},
+        {"id": "c", "scope": "vehicle", "needs": ["7778h"], "text": {"en": "x"},
+         "cases": [{"severity": "off", "when": "true"}]})"),
+              QStringLiteral("1.json"));
+    QCOMPARE(rules.problems(), QStringList());
+    const CheckupResult result
+        = Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), rules, QStringLiteral("en"));
+    QCOMPARE(result.verdict, Verdict::Note);
+    QCOMPARE(result.notCheckedCount(), 0);
+}
+
+void tst_RuleSet::worstFindingOfTheVehicleIsFirst()
+{
+    RuleSet rules;
+    rules.add(
+        fileWith(R"({"id": "a", "scope": "vehicle", "severity": "note", "when": "true", "text": {"en": "n"}},
+                          {"id": "b", "scope": "vehicle", "severity": "fault", "when": "true", "text": {"en": "f"}},
+                          {"id": "c", "scope": "vehicle", "severity": "warning", "when": "true", "text": {"en": "w"}})"),
+        QStringLiteral("1.json"));
+    QCOMPARE(texts(rules), (QStringList{QStringLiteral("f"), QStringLiteral("w"), QStringLiteral("n")}));
+}
+
+void tst_RuleSet::vehicleNeedsOfEveryNode()
+{
+    RuleSet rules;
+    rules.add(
+        fileWith(R"({"id": "a", "scope": "vehicle", "severity": "note", "needs": ["6000h.1"], "when": "true",
+                           "text": {"en": "found"}})"),
+        QStringLiteral("1.json"));
+    Snapshot snapshot = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    SnapshotEntry entry = *snapshot.find(5)->find(0x6000, 1);
+    entry.gap = SnapshotGap::NoAnswer;
+    entry.value = QVariant();
+    snapshot.find(5)->insert(entry);
+    const CheckupResult result = Checkup::judge(snapshot, rules, QStringLiteral("en"));
+    QCOMPARE(result.vehicleFindings.size(), 1);
+    QCOMPARE(result.notCheckedCount(), 1);
+    QCOMPARE(result.component(5)->notChecked,
+             QStringList{QStringLiteral("The device did not answer. (6000h)")});
+    QCOMPARE(result.verdict, Verdict::Incomplete);
+}
+
+void tst_RuleSet::noteIsNoFault()
+{
+    RuleSet rules;
+    rules.add(fileWith(goodRule("a")), QStringLiteral("1.json"));
+    const CheckupResult result
+        = Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), rules, QStringLiteral("en"));
+    QCOMPARE(result.component(2)->state, ComponentState::Note);
+    QCOMPARE(result.component(3)->state, ComponentState::Good);
+    QCOMPARE(result.components.first().nodeId, quint8(2));
 }
 
 void tst_RuleSet::languages()
@@ -704,6 +769,10 @@ void tst_RuleSet::numbersOfADocument()
         QCOMPARE(texts(rules, QStringLiteral("de")), QStringList{QStringLiteral("2: 39.30 V")});
         const ObjectWords::NumberStyle german{QLocale(QStringLiteral("de_DE"))};
         QCOMPARE(texts(rules, QStringLiteral("en")), QStringList{QStringLiteral("2: 39,30 V")});
+        {
+            const ObjectWords::NumberStyle english{QLocale(QStringLiteral("en_GB"))};
+            QCOMPARE(ObjectWords::value({0x2000, 0}, 1.5), QStringLiteral("1.5"));
+        }
         QCOMPARE(ObjectWords::value({0x2000, 0}, 1.5), QStringLiteral("1,5"));
         QCOMPARE(ObjectWords::value({0x2000, 0}, 123456), QStringLiteral("123456"));
     }
@@ -767,6 +836,90 @@ void tst_RuleSet::nameOfNobodyElse()
     QCOMPARE(nameNow(), snapshot.find(5)->value(0x1008, 0).toString());
     earlier.nodes.clear();
     QCOMPARE(nameNow(), snapshot.find(5)->value(0x1008, 0).toString());
+}
+
+/*! One that does not know what classes are has its device name. */
+void tst_RuleSet::nameOfADeviceWithoutClasses()
+{
+    RuleSet rules;
+    rules.add(fileWith(goodRule("a")), QStringLiteral("1.json"));
+    Snapshot earlier = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot snapshot = earlier;
+    const auto component
+        = [&] { return *Checkup::judge(snapshot, rules, QStringLiteral("en"), &earlier).component(5); };
+    const QString own = snapshot.find(5)->value(0x1008, 0).toString();
+    snapshot.find(5)->insert(VehicleSnapshot::absent({0x6000, 0}));
+    snapshot.find(5)->insert(VehicleSnapshot::absent({0x6000, 1}));
+    QCOMPARE(component().name, own); // it says that it has no classes
+
+    SnapshotEntry name = *snapshot.find(5)->find(0x1008, 0);
+    name.gap = SnapshotGap::NoAnswer;
+    name.value = QVariant();
+    snapshot.find(5)->insert(name);
+    QCOMPARE(component().name, QStringLiteral("HMI control unit/display"));
+
+    earlier.find(5)->insert(VehicleSnapshot::absent({0x6000, 0}));
+    earlier.find(5)->insert(VehicleSnapshot::absent({0x6000, 1}));
+    QCOMPARE(component().name, own);
+    QVERIFY(component().isNameEarlier);
+
+    earlier.find(5)->insert(name);
+    QCOMPARE(component().name, QStringLiteral("Device"));
+    QVERIFY(!component().isNameEarlier);
+}
+
+/*! What a device says now is better than half of what it said before, and that is better than nothing. */
+void tst_RuleSet::nameThatIsHalfRead()
+{
+    RuleSet rules;
+    rules.add(fileWith(goodRule("a")), QStringLiteral("1.json"));
+    const auto lose = [](SnapshotNode *node, CanOpen::ObjectKey key) {
+        SnapshotEntry entry = *node->find(key);
+        entry.gap = SnapshotGap::NoAnswer;
+        entry.value = QVariant();
+        node->insert(entry);
+    };
+    Snapshot earlier = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot snapshot = earlier;
+    SnapshotEntry name = *earlier.find(5)->find(0x1008, 0);
+    name.value = QStringLiteral("Old name");
+    earlier.find(5)->insert(name);
+    lose(earlier.find(5), {0x6000, 1});
+    lose(snapshot.find(5), {0x6000, 1});
+    CheckupResult result = Checkup::judge(snapshot, rules, QStringLiteral("en"), &earlier);
+    QCOMPARE(result.component(5)->name, snapshot.find(5)->value(0x1008, 0).toString());
+
+    lose(snapshot.find(5), {0x1008, 0});
+    result = Checkup::judge(snapshot, rules, QStringLiteral("en"), &earlier);
+    QCOMPARE(result.component(5)->name, QStringLiteral("Old name"));
+    QVERIFY(result.component(5)->isNameEarlier);
+}
+
+void tst_RuleSet::nameOfAnotherMake()
+{
+    RuleSet rules;
+    rules.add(fileWith(goodRule("a")), QStringLiteral("1.json"));
+    const Snapshot earlier = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    for (const quint8 sub : {quint8(1), quint8(2), quint8(4)}) {
+        Snapshot snapshot = earlier;
+        snapshot.find(5)->entries.clear();
+        VehicleSnapshot::setNumber(&snapshot, 5, {0x1018, sub}, 4711, 4);
+        CheckupResult result = Checkup::judge(snapshot, rules, QStringLiteral("en"), &earlier);
+        QCOMPARE(result.component(5)->name, QStringLiteral("Device"));
+        snapshot.find(5)->insert(*earlier.find(5)->find(0x1018, sub));
+        result = Checkup::judge(snapshot, rules, QStringLiteral("en"), &earlier);
+        QCOMPARE(result.component(5)->name, QStringLiteral("HMI control unit/display"));
+    }
+}
+
+void tst_RuleSet::wordsOfValues()
+{
+    QCOMPARE(ObjectWords::value({0x6165, 0}, 10u), QStringLiteral("10")); // how many cells there are
+    QCOMPARE(ObjectWords::value({0x6165, 1}, 3700u), QStringLiteral("3.70 V"));
+    QCOMPARE(ObjectWords::value({0x6174, 1}, 3700u), QStringLiteral("3.70 V"));
+    QCOMPARE(ObjectWords::value({0x6307, 1}, -5), QStringLiteral("-5"));
+    QCOMPARE(ObjectWords::value({0x1018, 3}, 0x00010003u), QStringLiteral("1.3"));
+    QCOMPARE(ObjectWords::value({0x1018, 4}, 65539u), QStringLiteral("65539"));
 }
 
 QTEST_GUILESS_MAIN(tst_RuleSet)

@@ -210,6 +210,9 @@ void tst_ShippedRules::rule_data()
     one("stopped after it was read",
         node(motor, [](SnapshotNode *n) { n->nmtState = CanOpen::NmtState::Stopped; }),
         "4|stopped|warning|It is stopped (NMT state Stopped): it takes no part in the vehicle's work.");
+    one("stopped for as long as it was asked",
+        node(motor, [](SnapshotNode *n) { n->end = SnapshotEnd::Stopped; }),
+        "4|stopped|warning|It is stopped (NMT state Stopped): it takes no part in the vehicle's work.");
     one("heartbeat switched off", number(charger, 0x1017, 0, 0),
         "3|heartbeat-off|warning|Its heartbeat is switched off: nobody notices when it fails.");
     one("no heartbeat heard", node(charger, [](SnapshotNode *n) { n->nmtState.reset(); }),
@@ -402,6 +405,71 @@ void tst_ShippedRules::rule_data()
         all({number(motor, 0x6002, 1, 0xA000), number(motor, 0x6040, 1, 27000)}),
         "4|voltage-low|fault|Its voltage is too low: 27.00 V, at least 28.00 V.");
 
+    const Alteration noPacks = absent(battery, 0x6100, 0);
+    one("a cell 301 mV low, packs not known", all({noPacks, number(battery, 0x6165, 7, 3629)}),
+        "2|cell-low|fault|Cell 7 is 301 mV below the others: 3.63 V, the others 3.93 V (limit 100 mV).");
+    one("a cell 101 mV low, packs not known", all({noPacks, number(battery, 0x6165, 7, 3829)}),
+        "2|cell-low|warning|Cell 7 is 101 mV below the others: 3.83 V, the others 3.93 V (limit 100 mV).");
+    one("a cell 301 mV high, packs not known",
+        all({noPacks, array(battery, 0x6165, {3700, 3700, 3700, 4001})}),
+        "2|cell-high|fault|Cell 4 is 301 mV above the others: 4.00 V, the others 3.70 V (limit 100 mV).");
+    one("a cell 101 mV high, packs not known",
+        all({noPacks, array(battery, 0x6165, {3700, 3700, 3700, 3801})}),
+        "2|cell-high|warning|Cell 4 is 101 mV above the others: 3.80 V, the others 3.70 V (limit 100 mV).");
+    one("second pack, a cell 101 mV low", all({twin, array(battery, 0x6166, {3700, 3700, 3599, 3700})}),
+        "2|cell-low|warning|Cell 3 of pack 2 is 101 mV below the others: 3.60 V, the others 3.70 V (limit "
+        "100 "
+        "mV).");
+    one("second pack, a cell 101 mV high", all({twin, array(battery, 0x6166, {3700, 3700, 3801, 3700})}),
+        "2|cell-high|warning|Cell 3 of pack 2 is 101 mV above the others: 3.80 V, the others 3.70 V (limit "
+        "100 "
+        "mV).");
+    one("nothing left of its health", number(battery, 0x6176, 1, 1),
+        "2|state-of-health|fault|Its state of health is 0.01 %.");
+    one("made for one cycle", number(battery, 0x6106, 1, 1),
+        "2|cycles|warning|It has had 212 charge cycles; it is made for 1.");
+    one("not yet many deep discharges", number(battery, 0x617F, 1, 49),
+        "2|deep-discharges|note|Deep discharges: 49.");
+    one("not yet many short circuits", number(battery, 0x6180, 1, 4),
+        "2|short-circuits|note|Short circuits: 4.");
+    one("not yet often too hot", number(battery, 0x6181, 1, 9),
+        "2|over-temperatures|note|Times it was too hot: 9.");
+    one("first alarm without a name", number(battery, 0x6009, 1, 0x00010000, 4),
+        "2|alarm-other|fault|An alarm without a name is set (6009h is 00010000h).");
+    one("last alarm without a name", number(battery, 0x6009, 1, 0x40000000, 4),
+        "2|alarm-other|fault|An alarm without a name is set (6009h is 40000000h).");
+    one("battery's error state while it is connected", number(battery, 0x6002, 1, 0x9180),
+        "2|battery-error|fault|The battery is in its error state.");
+    one("charger's error while it is connected", number(charger, 0x6002, 1, 0x9400),
+        "3|converter-error|fault|The charger or converter has stopped with an error.");
+    one("charger's other error while it is connected", number(charger, 0x6002, 1, 0x9680),
+        "3|converter-error|fault|The charger or converter has stopped with an error.");
+    one("input limit of next to nothing", number(motor, 0x6026, 1, 1),
+        "4|voltage-high|fault|Its voltage is too high: 39.20 V, at most 0.00 V.");
+    one("low voltage, whatever is set above its state",
+        all({number(motor, 0x6002, 1, 0x00206000, 4), number(motor, 0x6040, 1, 27000)}),
+        "4|voltage-low|fault|Its voltage is too low: 27.00 V, at least 28.00 V.");
+    one("present limit of next to nothing",
+        all({number(motor, 0x6022, 1, 1), number(motor, 0x6023, 1, 0), number(motor, 0x603E, 1, 20)}),
+        "4|current-high|warning|Its current is above its present limit: 0.02 A, at most 0.00 A.");
+    one("present input limit of next to nothing", number(motor, 0x6020, 1, 1),
+        "4|voltage-high|warning|Its voltage is above its present input limit: 39.20 V, at most 0.00 V.");
+    one("battery's error state, whatever stands above its class",
+        all({number(battery, 0x6000, 1, 0x0106, 4), number(battery, 0x6002, 1, 0x8180)}),
+        "2|battery-error|fault|The battery is in its error state.");
+    one("charger's error, whatever stands above its class",
+        all({number(charger, 0x6000, 1, 0x0105, 4), number(charger, 0x6002, 1, 0x8400)}),
+        "3|converter-error|fault|The charger or converter has stopped with an error.");
+    one("voltage of a disconnected battery, whatever stands above its class",
+        all({number(battery, 0x6000, 1, 0x0106, 4), number(battery, 0x6002, 1, 0x0080),
+             number(battery, 0x6040, 1, 21000)}),
+        "2|voltage-low|fault|Its voltage is too low: 21.00 V, at least 28.00 V.");
+    one("lowest minimum", all({number(motor, 0x6027, 1, 1), number(motor, 0x6040, 1, 0)}),
+        "4|voltage-low|fault|Its voltage is too low: 0.00 V, at least 0.00 V.");
+    one("lowest rating",
+        all({number(motor, 0x6024, 1, 1), number(motor, 0x6025, 1, 0), number(motor, 0x603E, 1, 20)}),
+        "4|current-high|warning|Its current is too high: 0.02 A, at most 0.00 A for long.");
+
     one("manipulated", number(security, 0x6311, 1, 0xC1), "6|security|fault|It has detected manipulation.");
     one("vehicle locked", number(security, 0x6311, 1, 0x45),
         "6|security|warning|All devices of the vehicle are locked.");
@@ -505,6 +573,30 @@ void tst_ShippedRules::notShown_data()
     });
     QTest::newRow("a device that was on before the others")
         << node(controller, [](SnapshotNode *n) { n->bootUps = 0; });
+    QTest::newRow("no version beside one without a profile")
+        << all({number(motor, 0x600E, 1, 0x00000100), number(charger, 0x600E, 1, 0)});
+    QTest::newRow("voltage below zero, minimum not known")
+        << all({number(motor, 0x6027, 1, 0), number(motor, 0x6040, 1, -5)});
+    QTest::newRow("an entry of the history that is empty")
+        << all({number(motor, 0x1003, 0, 1, 1), number(motor, 0x1003, 1, 0, 4)});
+    QTest::newRow("bit of the alarms that are supported") << number(battery, 0x6009, 1, 0x80000000, 4);
+    QTest::newRow("battery in a state beside the error state") << number(battery, 0x6002, 1, 0x8980);
+    QTest::newRow("charger in states beside the error states") << number(charger, 0x6002, 1, 0x8C00);
+    QTest::newRow("charger in other states beside the error states") << number(charger, 0x6002, 1, 0x8E80);
+    QTest::newRow("bit of another profile") << number(motor, 0x1000, 0, 0x000081C6);
+    QTest::newRow("low voltage while its compatibility is checked")
+        << all({number(motor, 0x6002, 1, 0x4000), number(motor, 0x6040, 1, 27000)});
+    QTest::newRow("low voltage in no state, whatever is set above it")
+        << all({number(motor, 0x6002, 1, 0x00200000, 4), number(motor, 0x6040, 1, 27000)});
+    QTest::newRow("low voltage in an unknown state")
+        << all({number(motor, 0x6002, 1, 0x00108000, 4), number(motor, 0x6040, 1, 27000)});
+    QTest::newRow("error state of a part of an unknown class beside a battery")
+        << all({array(battery, 0x6000, {6, 0x86}, 4), array(battery, 0x6002, {0x8000, 0x8180}, 4)});
+    QTest::newRow("error state of a part of an unknown class beside a charger")
+        << all({array(charger, 0x6000, {5, 0x85}, 4), array(charger, 0x6002, {0x8000, 0x8400}, 4)});
+    QTest::newRow("voltage of a sleeping device of an unknown class")
+        << all({number(motor, 0x6000, 1, 0x86, 4), number(motor, 0x6002, 1, 0xC000),
+                number(motor, 0x6040, 1, 27000)});
     QTest::newRow("a device that says no version") << number(motor, 0x600E, 1, 0);
     QTest::newRow("voltage of a battery at the minimum")
         << all({number(battery, 0x6040, 1, 28000), number(charger, 0x6040, 1, 28000)});

@@ -115,6 +115,16 @@ private slots:
     void findingNotAskedFor();
     void withoutCheckup();
     void exchangeFileOfSnapshot();
+    void whatWasReadBeforeItFellSilent();
+    void findingOfHalfThatWasAskedFor();
+    void findingsBesideEachOther();
+    void findingOfAReplacedDevice();
+    void findingOfANewDevice();
+    void fractionsAndWideNumbers();
+    void noiseBelowZero();
+    void replacedWithoutRevision();
+    void findingsOfOneSideOnly();
+    void findingsInTheOrderOfNodes();
     void identityReadThisTime();
     void twinThatIsNew();
     void strangerWhereADeviceMovedAway();
@@ -489,6 +499,180 @@ void tst_SnapshotComparison::exchangeFileOfSnapshot()
         }
     }
     QCOMPARE(changes(before, after), QStringList());
+}
+
+/*! Gaps are said in one sentence, whichever side has them; values that both have are compared all the same. */
+void tst_SnapshotComparison::whatWasReadBeforeItFellSilent()
+{
+    const Snapshot healthy = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot silent = healthy;
+    silent.find(motor)->end = SnapshotEnd::Silent;
+    lose(silent.find(motor), {0x6307, 1});
+    VehicleSnapshot::setNumber(&silent, motor, {0x6026, 1}, 44000);
+    const auto texts = [](const Snapshot &before, const Snapshot &after) {
+        QStringList list;
+        for (const Change &change :
+             SnapshotComparison::compare({&before, nullptr}, {&after, nullptr}, shippedRules().kinds())
+                 .changes)
+            list.append(change.text);
+        return list;
+    };
+    QCOMPARE(texts(healthy, silent),
+             (QStringList{QStringLiteral("Motor Control unit (node 4): Device maximum voltage (6026h.1) was "
+                                         "43.00 V, is 44.00 V."),
+                          QStringLiteral("Motor Control unit (node 4) could not be read to its end this "
+                                         "time. The device does not answer.")}));
+    QCOMPARE(texts(silent, healthy),
+             (QStringList{QStringLiteral("Motor Control unit (node 4): Device maximum voltage (6026h.1) was "
+                                         "44.00 V, is 43.00 V."),
+                          QStringLiteral("Motor Control unit (node 4) could be read this time. Before: The "
+                                         "device does not answer.")}));
+}
+
+/*! A finding about several objects could not have been found where one of them was not asked for. */
+void tst_SnapshotComparison::findingOfHalfThatWasAskedFor()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&before, motor, {0x6040, 1}, 43001);
+    Snapshot after = before;
+    QVector<SnapshotEntry> &entries = after.find(motor)->entries;
+    entries.erase(std::remove_if(entries.begin(), entries.end(),
+                                 [](const SnapshotEntry &entry) {
+                                     return entry.key.index == 0x6026 || entry.key.index == 0x6020;
+                                 }),
+                  entries.end());
+    QCOMPARE(changes(before, after), QStringList());
+    QCOMPARE(changes(after, before), QStringList());
+}
+
+/*! Several cases of one rule at once are findings of their own. */
+void tst_SnapshotComparison::findingsBesideEachOther()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot both = before;
+    VehicleSnapshot::setNumber(&before, 6, {0x6311, 1}, 0xC1); // manipulated
+    VehicleSnapshot::setNumber(&both, 6, {0x6311, 1}, 0x41);   // and all is locked
+    QCOMPARE(changes(both, both), QStringList());
+    const QStringList lines = changes(before, both).filter(QStringLiteral("finding|"));
+    QCOMPARE(lines.size(), 1);
+    QVERIFY2(lines.first().endsWith(QStringLiteral("new: All devices of the vehicle are locked.")),
+             qPrintable(lines.first()));
+}
+
+/*! What is wrong with it is its own. */
+void tst_SnapshotComparison::findingOfAReplacedDevice()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&before, battery, {0x6009, 1}, 0x0400);
+    Snapshot after = before;
+    VehicleSnapshot::setNumber(&after, battery, {0x1018, 4}, 1023999);
+    const QStringList lines = changes(before, after);
+    QCOMPARE(lines.size(), 2);
+    QVERIFY(lines.at(0).startsWith(QStringLiteral("replaced|2|")));
+    QCOMPARE(lines.at(1),
+             QStringLiteral("finding|2|6009h.1||Alarm: cell damaged.|Battery Pack (node 2): new: "
+                            "Alarm: cell damaged."));
+}
+
+/*! Also when the earlier one is a file that tells little. */
+void tst_SnapshotComparison::findingOfANewDevice()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot after = before;
+    after.find(motor)->medianAnswer = 300;
+    before.scope = SnapshotScope::Imported;
+    QCOMPARE(changes(before, after), QStringList());
+    before.nodes.remove(3);
+    const QStringList lines = changes(before, after);
+    QCOMPARE(lines.size(), 2);
+    QVERIFY(lines.at(0).startsWith(QStringLiteral("added|4|")));
+    QVERIFY(lines.at(1).startsWith(QStringLiteral("finding|4|")));
+}
+
+void tst_SnapshotComparison::fractionsAndWideNumbers()
+{
+    const auto change = [](const QVariant &was, const QVariant &is) {
+        Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+        SnapshotEntry entry;
+        entry.key = {0x2000, 0};
+        entry.value = was;
+        before.find(motor)->insert(entry);
+        Snapshot after = before;
+        entry.value = is;
+        after.find(motor)->insert(entry);
+        return changes(before, after);
+    };
+    QCOMPARE(change(1.1, 1.1), QStringList());
+    QCOMPARE(change(1.1, 1.4),
+             one("value|4|2000h.0|1.1|1.4|Motor Control unit (node 4): 2000h.0 was 1.1, is 1.4."));
+    QCOMPARE(change(1.1, 1),
+             one("value|4|2000h.0|1.1|1|Motor Control unit (node 4): 2000h.0 was 1.1, is 1."));
+    QCOMPARE(change(qulonglong(1) << 60, (qulonglong(1) << 60) + 1).size(), 0); // beyond 53 bits it is noise
+    Snapshot wide = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    SnapshotEntry fixed = *wide.find(motor)->find(0x6307, 1);
+    fixed.value = qulonglong(1) << 60;
+    wide.find(motor)->insert(fixed);
+    Snapshot wider = wide;
+    fixed.value = (qulonglong(1) << 60) + 1;
+    wider.find(motor)->insert(fixed);
+    QCOMPARE(changes(wide, wider).size(), 1);
+    QCOMPARE(change(0, QByteArray("\x01\xff")),
+             one("value|4|2000h.0|0|01 ff|Motor Control unit (node 4): 2000h.0 was 0, is 01 ff."));
+}
+
+void tst_SnapshotComparison::noiseBelowZero()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    SnapshotEntry entry = *before.find(battery)->find(0x6162, 1);
+    entry.value = -496000;
+    before.find(battery)->insert(entry);
+    Snapshot after = before;
+    entry.value = -486080; // 2 %
+    after.find(battery)->insert(entry);
+    QCOMPARE(changes(before, after), QStringList());
+    entry.value = -486079;
+    after.find(battery)->insert(entry);
+    QCOMPARE(changes(before, after).size(), 1);
+}
+
+void tst_SnapshotComparison::replacedWithoutRevision()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot after = before;
+    QVector<SnapshotEntry> &entries = before.find(battery)->entries;
+    entries.erase(std::remove_if(entries.begin(), entries.end(),
+                                 [](const SnapshotEntry &entry) {
+                                     return entry.key == CanOpen::ObjectKey{0x1018, 3};
+                                 }),
+                  entries.end());
+    VehicleSnapshot::setNumber(&after, battery, {0x1018, 4}, 1023999);
+    const QStringList lines = changes(before, after);
+    QCOMPARE(lines.size(), 1);
+    QVERIFY(lines.at(0).startsWith(QStringLiteral("replaced|2|")));
+}
+
+void tst_SnapshotComparison::findingsOfOneSideOnly()
+{
+    const Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot after = before;
+    VehicleSnapshot::setNumber(&after, motor, {0x1001, 0}, 0x03);
+    const CheckupResult checkup = Checkup::judge(after, shippedRules(), QStringLiteral("en"));
+    QCOMPARE(checkup.count(Severity::Fault), 1);
+    const ObjectKinds &kinds = shippedRules().kinds();
+    QVERIFY(SnapshotComparison::compare({&before, nullptr}, {&after, &checkup}, kinds).isSame());
+    QVERIFY(SnapshotComparison::compare({&after, &checkup}, {&before, nullptr}, kinds).isSame());
+}
+
+/*! And not the worst first, as a check-up has them. */
+void tst_SnapshotComparison::findingsInTheOrderOfNodes()
+{
+    Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&after, battery, {0x6164, 2}, 500);
+    VehicleSnapshot::setNumber(&after, motor, {0x1001, 0}, 0x03);
+    const QStringList lines = changes(after).filter(QStringLiteral("finding|"));
+    QCOMPARE(lines.size(), 2);
+    QVERIFY(lines.at(0).startsWith(QStringLiteral("finding|2|6164h.2|")));
+    QVERIFY(lines.at(1).startsWith(QStringLiteral("finding|4|1001h.0|")));
 }
 
 void tst_SnapshotComparison::identityReadThisTime()
