@@ -32,9 +32,9 @@
     <name>ChangeSummary</name>
     <message numerus="yes">
         <source>%n values</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%n value</numerusform>
+            <numerusform>%n values</numerusform>
         </translation>
     </message>
 </context>
