@@ -8,6 +8,11 @@ void ObjectDictionary::insert(ObjectKey key, const ObjectEntry &entry)
     m_entries.insert(key, entry);
 }
 
+void ObjectDictionary::remove(ObjectKey key)
+{
+    m_entries.remove(key);
+}
+
 const ObjectEntry *ObjectDictionary::find(ObjectKey key) const
 {
     const auto entry = m_entries.constFind(key);

@@ -32,6 +32,9 @@ public:
     /*! Inserts the entry or replaces it. */
     void insert(ObjectKey key, const ObjectEntry &entry);
 
+    /*! Removes the entry; nothing happens when it is absent. */
+    void remove(ObjectKey key);
+
     /*! The entry, or null. The pointer holds until the dictionary is changed. */
     const ObjectEntry *find(ObjectKey key) const;
 
