@@ -4,6 +4,7 @@
 #include "evaluation.h"
 #include "objectwords.h"
 
+#include <canopen/emergency.h>
 #include <canopen/plaintext.h>
 #include <snapshot/snapshot.h>
 
@@ -13,6 +14,8 @@ constexpr QLatin1Char opening('{');
 constexpr QLatin1Char closing('}');
 const QLatin1String hexFormat("hex");
 const QLatin1String nameFormat("name");
+const QLatin1String emergencyFormat("emergency");
+const QLatin1String errorRegisterFormat("errorRegister");
 const QLatin1String nothing("?");
 constexpr double largestNumber = 9.0e15; // whole numbers that a double holds exactly
 
@@ -26,6 +29,16 @@ QString hexText(double number, const QString &format)
                .toUpper()
                .rightJustified(digits, QLatin1Char('0'))
            + QLatin1Char('h');
+}
+
+/*! The words of CiA 301, in the language of the program; empty when \a format is none of these. */
+QString protocolWords(double number, const QString &format)
+{
+    if (format == emergencyFormat && number >= 0 && number <= 0xFFFF)
+        return CanOpen::emergencyText(static_cast<quint16>(number));
+    if (format == errorRegisterFormat && number >= 0 && number < 8)
+        return CanOpen::errorRegisterBitText(static_cast<int>(number));
+    return QString();
 }
 
 QString wholeNumber(double number)
@@ -112,6 +125,9 @@ QString TextTemplate::fillPlace(const Part &part, Evaluation &evaluation, const 
         const auto code = static_cast<qint64>(result.number);
         return table->find(code, language).value_or(QString::number(code));
     }
+    const QString protocol = protocolWords(result.number, part.format);
+    if (!protocol.isEmpty())
+        return protocol;
     const QString hex = hexText(result.number, part.format);
     const QString unit = hex.isEmpty() ? ObjectWords::inUnit(result.number, part.format) : hex;
     return unit.isEmpty() ? wholeNumber(result.number) : unit;

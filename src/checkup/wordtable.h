@@ -9,7 +9,7 @@
 
 #include <optional>
 
-/*! The words of a code: what a bit of an alarm means, or an emergency error code. Rows of several codes stand behind
+/*! The words of a code: what a bit of an alarm means. Rows of several codes stand behind
  *  those of single ones: the first that holds a code has its words.
  */
 class WordTable

@@ -112,8 +112,6 @@ private slots:
     void rule();
     void notShown_data();
     void notShown();
-    void emergencyWords_data();
-    void emergencyWords();
     void alarmWords_data();
     void alarmWords();
     void errorRegisterBits_data();
@@ -615,62 +613,6 @@ void tst_ShippedRules::notShown()
     Snapshot snapshot = VehicleSnapshot::of(QStringLiteral("pedelec"));
     alteration(&snapshot);
     QCOMPARE(found(judge(snapshot)), QStringList());
-}
-
-void tst_ShippedRules::emergencyWords_data()
-{
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("words");
-
-    const auto row = [](int code, const char *words) {
-        QTest::addRow("%04X", code) << code << QString::fromLatin1(words);
-    };
-    row(0x0001, "error reset or no error");
-    row(0x1000, "generic error");
-    row(0x2000, "current");
-    row(0x2101, "current, input side");
-    row(0x2210, "current inside the device");
-    row(0x23FF, "current, output side");
-    row(0x3000, "voltage");
-    row(0x3110, "mains voltage");
-    row(0x3210, "voltage inside the device");
-    row(0x3310, "output voltage");
-    row(0x4000, "temperature");
-    row(0x4110, "ambient temperature");
-    row(0x4210, "device temperature");
-    row(0x5000, "hardware");
-    row(0x5530, "hardware");
-    row(0x6000, "software");
-    row(0x6100, "internal software");
-    row(0x6200, "user software");
-    row(0x6300, "data set");
-    row(0x7000, "additional modules");
-    row(0x8000, "monitoring");
-    row(0x8100, "communication");
-    row(0x8110, "CAN overrun (messages lost)");
-    row(0x8120, "CAN in error passive mode");
-    row(0x8130, "life guard or heartbeat error");
-    row(0x8140, "recovered from bus off");
-    row(0x8150, "CAN-ID collision");
-    row(0x8200, "protocol error");
-    row(0x8210, "PDO not processed: wrong length");
-    row(0x8220, "PDO too long");
-    row(0x8230, "MPDO not processed: destination not available");
-    row(0x8240, "unexpected SYNC length");
-    row(0x8250, "RPDO time-out");
-    row(0x9000, "external error");
-    row(0xF000, "additional functions");
-    row(0xFF01, "specific to the device");
-    row(0xA000, "unknown error");
-}
-
-void tst_ShippedRules::emergencyWords()
-{
-    QFETCH(int, code);
-    QFETCH(QString, words);
-
-    const WordTable table = shippedRules().words().value(QStringLiteral("emergency"));
-    QCOMPARE(table.find(code, QStringLiteral("en")).value_or(QString()), words);
 }
 
 void tst_ShippedRules::alarmWords_data()
