@@ -21,8 +21,8 @@ struct SyncParameter
 
 constexpr bool operator==(const SyncParameter &a, const SyncParameter &b)
 {
-    return a.cobId == b.cobId && a.isExtended == b.isExtended && a.isProducer == b.isProducer && a.period == b.period
-           && a.highestCounter == b.highestCounter;
+    return a.cobId == b.cobId && a.isExtended == b.isExtended && a.isProducer == b.isProducer
+           && a.period == b.period && a.highestCounter == b.highestCounter;
 }
 
 SyncParameter readSyncParameter(const ObjectLookup &lookup);

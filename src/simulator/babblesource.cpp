@@ -2,6 +2,7 @@
 #include "babblesource.h"
 
 #include <canopen/cobid.h>
+#include <canopen/emergency.h>
 #include <canopen/framebits.h>
 #include <canopen/sdoframe.h>
 
@@ -11,12 +12,17 @@ namespace {
 
 constexpr qint64 microsecondsPerSecond = 1000000;
 
-constexpr quint32 emergencyBase = 0x080;
-constexpr quint32 pdoBases[] = {0x180, 0x280, 0x380, 0x480}; // of the four predefined transmit PDOs
-
 qint64 microseconds(Faults::milliseconds time)
 {
     return std::chrono::microseconds(time).count();
+}
+
+QCanBusFrame emergencyOf(quint8 nodeId, quint32 code)
+{
+    CanOpen::Emergency emergency;
+    emergency.errorCode = static_cast<quint16>(code);
+    emergency.errorRegister = code != 0 ? 1 : 0;
+    return CanOpen::makeEmergencyFrame(CanOpen::emergencyCobId(nodeId), emergency);
 }
 
 } // namespace
@@ -60,6 +66,25 @@ std::optional<BabbleSource::Job> BabbleSource::jobOf(const Faults::Restarts &fau
     return Job{microseconds(fault.interval) / looks, [this] {
                    if (chance(looks) == 0)
                        m_node.restart();
+               }};
+}
+
+std::optional<BabbleSource::Job> BabbleSource::jobOf(const Faults::EmergencyOfNobody &fault)
+{
+    return Job{microseconds(fault.interval),
+               [this, fault] { m_node.send(emergencyOf(static_cast<quint8>(fault.nodeId), fault.code)); }};
+}
+
+std::optional<BabbleSource::Job> BabbleSource::jobOf(const Faults::BabbleEmergency &fault)
+{
+    return Job{microsecondsPerSecond / fault.perSecond,
+               [this, code = fault.code] { m_node.send(emergencyOf(m_nodeId, code)); }};
+}
+
+std::optional<BabbleSource::Job> BabbleSource::jobOf(const Faults::BabblePdo &fault)
+{
+    return Job{microsecondsPerSecond / fault.perSecond, [this] {
+                   m_node.send(QCanBusFrame(CanOpen::transmitPdoBases[0] + m_nodeId, chanceBytes(8)));
                }};
 }
 
@@ -120,8 +145,9 @@ QCanBusFrame BabbleSource::traffic()
     if (choice == 0)
         return m_node.heartbeat();
     if (choice == 1)
-        return QCanBusFrame(emergencyBase + m_nodeId, chanceBytes(8));
-    return QCanBusFrame(pdoBases[choice % 4] + m_nodeId, chanceBytes(2 + static_cast<int>(chance(7))));
+        return QCanBusFrame(CanOpen::emergencyCobId(m_nodeId), chanceBytes(8));
+    return QCanBusFrame(CanOpen::transmitPdoBases[choice % 4] + m_nodeId,
+                        chanceBytes(2 + static_cast<int>(chance(7))));
 }
 
 QCanBusFrame BabbleSource::flood()

@@ -45,6 +45,9 @@ private:
 
     std::optional<Job> jobOf(const Faults::BabbleHeartbeat &fault);
     std::optional<Job> jobOf(const Faults::Restarts &fault);
+    std::optional<Job> jobOf(const Faults::EmergencyOfNobody &fault);
+    std::optional<Job> jobOf(const Faults::BabbleEmergency &fault);
+    std::optional<Job> jobOf(const Faults::BabblePdo &fault);
     std::optional<Job> jobOf(const Faults::BabbleSdo &fault);
     std::optional<Job> jobOf(const Faults::AbandoningClient &fault);
     std::optional<Job> jobOf(const Faults::Traffic &fault);

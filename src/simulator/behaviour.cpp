@@ -3,8 +3,10 @@
 
 #include "objectname.h"
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QJsonValue>
+#include <QStringList>
 #include <QtEndian>
 
 #include <algorithm>
@@ -34,6 +36,8 @@ struct KindInfo
     BehaviourKind kind;
     const char *name;
     NumberParameter parameters[3];
+    bool mayRepeat = false;
+    bool hasPoints = false;
 };
 
 constexpr KindInfo kinds[] = {
@@ -41,7 +45,8 @@ constexpr KindInfo kinds[] = {
      "ramp",
      {{"from", &Behaviour::from, false},
       {"to", &Behaviour::to, false},
-      {"seconds", &Behaviour::seconds, true}}},
+      {"seconds", &Behaviour::seconds, true}},
+     true},
     {BehaviourKind::Sine,
      "sine",
      {{"mean", &Behaviour::mean, false},
@@ -57,8 +62,9 @@ constexpr KindInfo kinds[] = {
      {{"from", &Behaviour::from, false},
       {"step", &Behaviour::step, false},
       {"intervalMs", &Behaviour::intervalMs, true}}},
+    {BehaviourKind::Course, "course", {}, true, true},
 };
-static_assert(sizeof(kinds) / sizeof(kinds[0]) == 4, "one row per kind");
+static_assert(sizeof(kinds) / sizeof(kinds[0]) == 5, "one row per kind");
 
 struct Range
 {
@@ -113,6 +119,80 @@ double rampValue(const Behaviour &behaviour, double seconds)
     return behaviour.from + (behaviour.to - behaviour.from) * part;
 }
 
+double courseValue(const Behaviour &behaviour, double seconds)
+{
+    const QVector<CoursePoint> &points = behaviour.points;
+    if (points.isEmpty())
+        return 0;
+    const double last = points.last().seconds;
+    if (behaviour.repeat && last > 0)
+        seconds = std::fmod(seconds, last);
+    const auto isLater = [](double time, const CoursePoint &point) { return time < point.seconds; };
+    const auto next = std::upper_bound(points.cbegin(), points.cend(), seconds, isLater);
+    if (next == points.cbegin())
+        return points.first().value;
+    if (next == points.cend())
+        return points.last().value;
+    const CoursePoint &before = *(next - 1);
+    const double part = (seconds - before.seconds) / (next->seconds - before.seconds);
+    return before.value + (next->value - before.value) * part;
+}
+
+std::optional<CoursePoint> parsePoint(const QJsonValue &json)
+{
+    const QJsonArray pair = json.toArray();
+    if (pair.size() != 2 || !pair.at(0).isDouble() || !pair.at(1).isDouble())
+        return std::nullopt;
+    const CoursePoint point{pair.at(0).toDouble(), pair.at(1).toDouble()};
+    if (point.seconds < 0 || point.seconds > largestParameter || std::abs(point.value) > largestParameter)
+        return std::nullopt;
+    return point;
+}
+
+/*! False with the reason in \a errorMessage. */
+bool readPoints(const QJsonValue &json, QVector<CoursePoint> *points, QString *errorMessage)
+{
+    const QJsonArray list = json.toArray();
+    if (list.isEmpty()) {
+        *errorMessage = QStringLiteral("points: not in the form [[0, 250], [60, 410]]");
+        return false;
+    }
+    for (const QJsonValue &element : list) {
+        const std::optional<CoursePoint> point = parsePoint(element);
+        if (!point) {
+            *errorMessage = QStringLiteral("points: element %1 is not in the form [seconds, value]")
+                                .arg(points->size() + 1);
+            return false;
+        }
+        if (!points->isEmpty() && point->seconds <= points->last().seconds) {
+            *errorMessage = QStringLiteral("points: element %1 is not later than the one before")
+                                .arg(points->size() + 1);
+            return false;
+        }
+        points->append(*point);
+    }
+    return true;
+}
+
+/*! The first key that a behaviour of this kind does not have; empty when all are known. */
+QString unknownKey(const QJsonObject &json, const KindInfo &info)
+{
+    QStringList known{QStringLiteral("kind"), QStringLiteral("object")};
+    if (info.mayRepeat)
+        known.append(QStringLiteral("repeat"));
+    if (info.hasPoints)
+        known.append(QStringLiteral("points"));
+    for (const NumberParameter &parameter : info.parameters) {
+        if (parameter.name != nullptr)
+            known.append(QLatin1String(parameter.name));
+    }
+    for (const QString &key : json.keys()) {
+        if (!known.contains(key))
+            return key;
+    }
+    return QString();
+}
+
 } // namespace
 
 bool isNumber(DataType type)
@@ -137,6 +217,8 @@ double behaviourValue(const Behaviour &behaviour, qint64 elapsed)
     }
     case BehaviourKind::Counter:
         return behaviour.from + behaviour.step * intervals;
+    case BehaviourKind::Course:
+        return courseValue(behaviour, seconds);
     }
     return 0;
 }
@@ -181,8 +263,8 @@ std::optional<Behaviour> parseBehaviour(const QJsonObject &json, QString *errorM
             info = &candidate;
     }
     if (info == nullptr)
-        return fail(
-            QStringLiteral("kind: \"%1\" is none of ramp, sine, random, counter").arg(kindName.left(80)));
+        return fail(QStringLiteral("kind: \"%1\" is none of ramp, sine, random, counter, course")
+                        .arg(kindName.left(80)));
 
     Behaviour behaviour;
     behaviour.kind = info->kind;
@@ -193,8 +275,9 @@ std::optional<Behaviour> parseBehaviour(const QJsonObject &json, QString *errorM
             QStringLiteral("object: \"%1\" is no object such as \"6164sub2\"").arg(objectName.left(80)));
     behaviour.object = *object;
 
-    int known = 2;
     for (const NumberParameter &parameter : info->parameters) {
+        if (parameter.name == nullptr)
+            continue;
         const QString name = QLatin1String(parameter.name);
         const QJsonValue value = json.value(name);
         if (!value.isDouble() || std::abs(value.toDouble()) > largestParameter)
@@ -202,26 +285,20 @@ std::optional<Behaviour> parseBehaviour(const QJsonObject &json, QString *errorM
         if (parameter.isDuration && value.toDouble() < 1e-3)
             return fail(name + QStringLiteral(": the time must be at least 0.001"));
         behaviour.*parameter.member = value.toDouble();
-        ++known;
     }
+    if (info->hasPoints && !readPoints(json.value(QLatin1String("points")), &behaviour.points, errorMessage))
+        return std::nullopt;
     const QJsonValue repeat = json.value(QLatin1String("repeat"));
-    if (info->kind == BehaviourKind::Ramp && !repeat.isUndefined()) {
+    if (info->mayRepeat && !repeat.isUndefined()) {
         if (!repeat.isBool())
             return fail(QStringLiteral("repeat: neither true nor false"));
         behaviour.repeat = repeat.toBool();
-        ++known;
     }
     if (behaviour.kind == BehaviourKind::Random && behaviour.min > behaviour.max)
         return fail(QStringLiteral("min: larger than max"));
-    if (json.size() != known) {
-        for (const QString &key : json.keys()) {
-            const bool isParameter = std::any_of(
-                std::begin(info->parameters), std::end(info->parameters),
-                [&key](const NumberParameter &parameter) { return key == QLatin1String(parameter.name); });
-            if (!isParameter && key != QLatin1String("kind") && key != QLatin1String("object"))
-                return fail(QStringLiteral("%1: not known for \"%2\"").arg(key.left(80), kindName));
-        }
-    }
+    const QString unknown = unknownKey(json, *info);
+    if (!unknown.isEmpty())
+        return fail(QStringLiteral("%1: not known for \"%2\"").arg(unknown.left(80), kindName));
     return behaviour;
 }
 

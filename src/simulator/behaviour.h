@@ -5,6 +5,7 @@
 #include <canopen/objectkey.h>
 
 #include <QByteArray>
+#include <QVector>
 
 #include <optional>
 
@@ -12,7 +13,14 @@ class QJsonObject;
 
 namespace Simulator {
 
-enum class BehaviourKind { Ramp, Sine, Random, Counter };
+enum class BehaviourKind { Ramp, Sine, Random, Counter, Course };
+
+/*! A point that a course goes through. */
+struct CoursePoint
+{
+    double seconds = 0;
+    double value = 0;
+};
 
 /*! A value that moves: a function of the time since the vehicle has started. */
 struct Behaviour
@@ -35,6 +43,8 @@ struct Behaviour
     double min = 0;
     double max = 0;
     double intervalMs = 1000;
+    // Course: straight from point to point, level before the first and behind the last (repeat: from the first again).
+    QVector<CoursePoint> points; // one at least, in order of time
 };
 
 /*! The value after \a elapsed microseconds, as the function says, whatever the object can hold. */

@@ -28,6 +28,11 @@ void assign(quint32 *field, qint64 number)
     *field = static_cast<quint32>(number);
 }
 
+void assign(qint64 *field, qint64 number)
+{
+    *field = number;
+}
+
 void assign(bool *field, qint64 number)
 {
     *field = number != 0;
@@ -78,7 +83,7 @@ struct Parameter
     qint64 highest = 0;
 };
 
-using Parameters = std::array<Parameter, 5>;
+using Parameters = std::array<Parameter, 9>;
 
 struct FaultInfo
 {
@@ -113,6 +118,8 @@ constexpr FaultInfo row(const char *name, Place place, Parameters parameters = {
 
 constexpr qint64 million = 1000000;
 constexpr qint64 most32Bits = 0xFFFFFFFF;
+constexpr qint64 most40Bits = 0xFFFFFFFFFF;
+constexpr qint64 farthest = 1000000000; // ms
 
 using namespace Faults; // the names of the kinds
 
@@ -129,6 +136,29 @@ constexpr FaultInfo faults[] = {
     row<Restarts>(
         "restarts", Place::Node,
         {number<&Restarts::interval>("intervalMs", 10, million), flag<&Restarts::random>("random")}),
+    row<Emergency>("emergency", Place::Node,
+                   {number<&Emergency::code>("code", 0x0100, 0xFFFF),
+                    number<&Emergency::errorRegister>("register", 0, 0xFF),
+                    number<&Emergency::manufacturer>("manufacturer", 0, most40Bits),
+                    number<&Emergency::after>("afterMs", 0, farthest),
+                    number<&Emergency::length>("forMs", 0, farthest),
+                    number<&Emergency::above>("above", -most32Bits, most32Bits),
+                    number<&Emergency::below>("below", -most32Bits, most32Bits),
+                    flag<&Emergency::stays>("stays"), flag<&Emergency::preOperational>("preOperational")}),
+    row<EmergencyOfNobody>("emergencyOfNobody", Place::Both,
+                           {number<&EmergencyOfNobody::nodeId>("nodeId", 1, 127),
+                            number<&EmergencyOfNobody::code>("code", 0, 0xFFFF),
+                            number<&EmergencyOfNobody::interval>("intervalMs", 1, million)}),
+    row<BabbleEmergency>("babbleEmergency", Place::Node,
+                         {number<&BabbleEmergency::perSecond>("perSecond", 1, 100000),
+                          number<&BabbleEmergency::code>("code", 0, 0xFFFF)}),
+    row<BabblePdo>("babblePdo", Place::Node, {number<&BabblePdo::perSecond>("perSecond", 1, 100000)}),
+    row<PdoLength>("pdoLength", Place::Node,
+                   {number<&PdoLength::pdo>("pdo", 0, 512), number<&PdoLength::length>("length", 0, 8)}),
+    row<LyingMapping>("lyingMapping", Place::Node,
+                      {number<&LyingMapping::pdo>("pdo", 1, 512),
+                       number<&LyingMapping::entries>("entries", 0, 255),
+                       number<&LyingMapping::bits>("bits", 0, 255)}),
     row<SdoSilent>("sdoSilent", Place::Node, {number<&SdoSilent::from>("from", 1, million)}),
     row<SdoDelay>("sdoDelay", Place::Node, {number<&SdoDelay::delay>("ms", 0, million)}),
     row<SdoAbort>("sdoAbort", Place::Node, {number<&SdoAbort::code>("code", 0, most32Bits)}),
@@ -303,6 +333,13 @@ std::optional<Fault> parseFault(const QJsonObject &json, QString *errorMessage)
     for (auto field = json.constBegin(); field != json.constEnd(); ++field) {
         if (field.key() != kindKey && !readKey(*info, field.key(), field.value(), &fault, errorMessage))
             return std::nullopt;
+    }
+    const auto *emergency = std::get_if<Faults::Emergency>(&fault);
+    if (emergency != nullptr && emergency->hasCondition() != emergency->object.has_value()) {
+        *errorMessage = emergency->object
+                            ? QStringLiteral("object: without \"above\" or \"below\" it means nothing")
+                            : QStringLiteral("object: it is missing for \"above\" and \"below\"");
+        return std::nullopt;
     }
     return fault;
 }

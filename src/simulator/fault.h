@@ -15,15 +15,15 @@ class QJsonObject;
 namespace Simulator {
 
 /*! One fault of a node or of the bus. */
-using Fault
-    = std::variant<Faults::Silent, Faults::NoBootUp, Faults::NoHeartbeat, Faults::BabbleHeartbeat,
-                   Faults::HeartbeatTopBit, Faults::HeartbeatLength, Faults::HeartbeatRemote, Faults::Stopped,
-                   Faults::Restarts, Faults::SdoSilent, Faults::SdoDelay, Faults::SdoAbort,
-                   Faults::AbortMidTransfer, Faults::WrongToggle, Faults::WrongMultiplexer, Faults::SizeBits,
-                   Faults::Segmented, Faults::Endless, Faults::WrongWidth, Faults::BlockUpload,
-                   Faults::DoubleAnswers, Faults::LateCopies, Faults::LateAnswers, Faults::HalfOpen,
-                   Faults::BabbleSdo, Faults::ForeignClient, Faults::AbandoningClient, Faults::DropFrames,
-                   Faults::Traffic, Faults::Flood, Faults::BusLoss>;
+using Fault = std::variant<
+    Faults::Silent, Faults::NoBootUp, Faults::NoHeartbeat, Faults::BabbleHeartbeat, Faults::HeartbeatTopBit,
+    Faults::HeartbeatLength, Faults::HeartbeatRemote, Faults::Stopped, Faults::Restarts, Faults::Emergency,
+    Faults::EmergencyOfNobody, Faults::BabbleEmergency, Faults::BabblePdo, Faults::PdoLength,
+    Faults::LyingMapping, Faults::SdoSilent, Faults::SdoDelay, Faults::SdoAbort, Faults::AbortMidTransfer,
+    Faults::WrongToggle, Faults::WrongMultiplexer, Faults::SizeBits, Faults::Segmented, Faults::Endless,
+    Faults::WrongWidth, Faults::BlockUpload, Faults::DoubleAnswers, Faults::LateCopies, Faults::LateAnswers,
+    Faults::HalfOpen, Faults::BabbleSdo, Faults::ForeignClient, Faults::AbandoningClient, Faults::DropFrames,
+    Faults::Traffic, Faults::Flood, Faults::BusLoss>;
 
 /*! The number of a kind: Fault::index() of its faults. */
 template<typename Kind, std::size_t place = 0>

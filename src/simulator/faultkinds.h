@@ -6,6 +6,7 @@
 #include <QtGlobal>
 
 #include <chrono>
+#include <limits>
 #include <optional>
 
 /*! What a simulated node, or the whole bus, does wrong when it is ordered to: one struct for each kind, with
@@ -71,6 +72,63 @@ struct Restarts
 {
     milliseconds interval{500};
     bool random = false; // at chance moments, the interval apart on average
+};
+
+// ---------------------------------------------------------------------- emergencies and PDOs
+
+/*! The node has an error, for a time or for as long as the value of an object is beyond a limit. */
+struct Emergency : OfObject
+{
+    static constexpr qint64 noUpperLimit = std::numeric_limits<qint64>::max();
+    static constexpr qint64 noLowerLimit = std::numeric_limits<qint64>::min();
+
+    quint32 code = 0x1000;     // emergency error code
+    quint32 errorRegister = 0; // bits that it sets; bit 0 is always set
+    qint64 manufacturer = 0;   // five bytes, the first one highest
+    milliseconds after{0};     // from when on, of the time that the values go by
+    milliseconds length{0};    // for how long; 0: for ever
+    qint64 above = noUpperLimit;
+    qint64 below = noLowerLimit;
+    bool stays = false;          // also when the value is back
+    bool preOperational = false; // the node leaves the state Operational with it
+
+    bool hasCondition() const { return above != noUpperLimit || below != noLowerLimit; }
+};
+
+/*! Emergencies come from a node that does not exist. */
+struct EmergencyOfNobody
+{
+    int nodeId = 120;
+    quint32 code = 0x1000;
+    milliseconds interval{1000};
+};
+
+/*! The node sends one emergency after the other. */
+struct BabbleEmergency
+{
+    int perSecond = 100;
+    quint32 code = 0x1000;
+};
+
+/*! Frames with chance content on the COB-ID that is predefined for the node's first PDO. */
+struct BabblePdo
+{
+    int perSecond = 1000;
+};
+
+/*! PDOs have another length than their mapping. */
+struct PdoLength
+{
+    int pdo = 0;    // number of the only one that is wrong, from 1 on; 0: all
+    int length = 3; // bytes, 0 to 8
+};
+
+/*! The mapping object of a PDO tells something else than what is sent. */
+struct LyingMapping : OfObject // the object that each entry names; the true ones where empty
+{
+    int pdo = 1;     // number of the PDO
+    int entries = 8; // that sub-index 0 counts
+    int bits = 32;   // of each
 };
 
 // ---------------------------------------------------------------------- SDO server

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "faultysdoserver.h"
 
+#include "lyingmapping.h"
 #include "sdodistortion.h"
 
 #include <canopen/cobid.h>
@@ -154,10 +155,14 @@ FaultySdoServer::Frames FaultySdoServer::distortedAnswer(const QCanBusFrame &req
 
 FaultySdoServer::Frames FaultySdoServer::serverAnswer(const QCanBusFrame &request, bool begins)
 {
+    const bool isUpload = CanOpen::sdoRequestOf(request.payload()) != SdoRequest::InitiateDownload;
+    if (!begins || !isUpload)
+        return m_server.handleFrame(request);
+    if (const std::optional<CanOpen::ObjectEntry> lie = lieAbout(*m_faults, *m_dictionary, m_object))
+        return lyingAnswer(request, *lie);
     const auto *width = m_faults->find<Faults::WrongWidth>(m_object);
     const CanOpen::ObjectEntry *entry = m_dictionary->find(m_object);
-    const bool isUpload = CanOpen::sdoRequestOf(request.payload()) != SdoRequest::InitiateDownload;
-    if (width == nullptr || entry == nullptr || !begins || !isUpload)
+    if (width == nullptr || entry == nullptr)
         return m_server.handleFrame(request);
 
     // The server takes the value as the transfer begins; behind it the dictionary has the right one again.
@@ -167,6 +172,22 @@ FaultySdoServer::Frames FaultySdoServer::serverAnswer(const QCanBusFrame &reques
     m_dictionary->setData(m_object, wrong);
     const Frames frames = m_server.handleFrame(request);
     m_dictionary->setData(m_object, right);
+    return frames;
+}
+
+/*! The answer with another entry in the dictionary, which has the right one, or none, again behind it. */
+FaultySdoServer::Frames FaultySdoServer::lyingAnswer(const QCanBusFrame &request,
+                                                     const CanOpen::ObjectEntry &lie)
+{
+    const CanOpen::ObjectEntry *entry = m_dictionary->find(m_object);
+    const std::optional<CanOpen::ObjectEntry> right
+        = entry != nullptr ? std::optional<CanOpen::ObjectEntry>(*entry) : std::nullopt;
+    m_dictionary->insert(m_object, lie);
+    const Frames frames = m_server.handleFrame(request);
+    if (right)
+        m_dictionary->insert(m_object, *right);
+    else
+        m_dictionary->remove(m_object);
     return frames;
 }
 

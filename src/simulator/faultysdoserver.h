@@ -58,6 +58,7 @@ private:
     std::optional<quint32> refusal(bool begins) const;
     Frames distortedAnswer(const QCanBusFrame &request, bool begins);
     Frames serverAnswer(const QCanBusFrame &request, bool begins);
+    Frames lyingAnswer(const QCanBusFrame &request, const CanOpen::ObjectEntry &lie);
     Frames endlessSegment(const Faults::Endless &fault, const QByteArray &request) const;
     void multiply(Frames &frames) const;
     Frames holdBack(const Frames &frames);

@@ -5,6 +5,9 @@
 
 #include <canopen/heartbeat.h>
 #include <canopen/sdoframe.h>
+#include <canopen/sync.h>
+
+#include <algorithm>
 
 namespace Simulator {
 
@@ -20,6 +23,7 @@ constexpr quint16 firstCommunicationObject = 0x1000;
 constexpr quint16 lastCommunicationObject = 0x1FFF;
 
 constexpr qint64 microsecondsPerMillisecond = 1000;
+constexpr quint8 communicationError = 0x10; // of the error register
 
 } // namespace
 
@@ -33,6 +37,12 @@ SimulatedNode::SimulatedNode(const NodeDescription &description, int bitRate, Ag
     , m_faults(description.faults)
     , m_server(description.id, &m_dictionary, &m_faults)
     , m_babble(description.id, bitRate, agenda, babbleActions())
+    , m_context(makeContext())
+    , m_pdoSender(&m_context)
+    , m_emergencies(&m_context)
+    , m_pdoReceiver(&m_context, [this](quint16 code) { m_emergencies.report(code, communicationError); })
+    , m_syncProducer(&m_context)
+    , m_emergencyOrders(&m_context, emergencyActions())
 {
     if (m_description.heartbeatMs)
         m_description.dictionary.setValue(heartbeatTimeObject, uint(*m_description.heartbeatMs));
@@ -41,6 +51,32 @@ SimulatedNode::SimulatedNode(const NodeDescription &description, int bitRate, Ag
 SimulatedNode::~SimulatedNode()
 {
     stop();
+}
+
+NodeContext SimulatedNode::makeContext()
+{
+    NodeContext context;
+    context.nodeId = id();
+    context.dictionary = &m_dictionary;
+    context.faults = &m_faults;
+    context.agenda = m_agenda;
+    context.clock = m_clock;
+    context.send = [this](const QCanBusFrame &frame) { transmit(frame); };
+    context.entry = [this](ObjectKey key) {
+        refreshValue(key);
+        return static_cast<const CanOpen::ObjectDictionary &>(m_dictionary).find(key);
+    };
+    context.isMoving = [this](ObjectKey key) {
+        const auto moves = [key](const Behaviour &behaviour) { return behaviour.object == key; };
+        return std::any_of(m_description.behaviours.cbegin(), m_description.behaviours.cend(), moves);
+    };
+    return context;
+}
+
+EmergencyOrders::Node SimulatedNode::emergencyActions()
+{
+    return {[this](const Faults::Emergency &fault) { raiseEmergency(fault); },
+            [this](quint16 errorCode) { m_emergencies.clear(errorCode); }};
 }
 
 BabbleSource::Node SimulatedNode::babbleActions()
@@ -67,12 +103,18 @@ void SimulatedNode::start()
     m_isRunning = true;
     boot();
     m_babble.start(m_faults.all(), m_clock());
+    m_emergencyOrders.start(m_faults.all());
 }
 
 void SimulatedNode::stop()
 {
     m_isRunning = false;
     ++m_session;
+    m_pdoSender.stop();
+    m_pdoReceiver.stop();
+    m_syncProducer.stop();
+    m_emergencies.setSending(false);
+    m_emergencyOrders.stop();
     m_agenda->cancelPeriodic(m_heartbeatJob);
     m_heartbeatJob = 0;
     m_babble.stop();
@@ -82,7 +124,8 @@ void SimulatedNode::boot()
 {
     ++m_session;
     m_server.reset();
-    m_state = NmtState::BootUp;
+    enterState(NmtState::BootUp);
+    m_emergencies.reset();
     if (m_description.bootUp && m_faults.find<Faults::NoBootUp>() == nullptr)
         transmit(CanOpen::makeHeartbeatFrame({id(), NmtState::BootUp}));
     enterFirstState();
@@ -90,11 +133,33 @@ void SimulatedNode::boot()
     if (m_dictionary.find(heartbeatTimeObject) != nullptr)
         m_heartbeatTime = static_cast<quint16>(m_dictionary.value(heartbeatTimeObject).toUInt());
     scheduleHeartbeat();
+    m_emergencyOrders.restart();
 }
 
 void SimulatedNode::enterFirstState()
 {
-    m_state = m_faults.find<Faults::Stopped>() != nullptr ? NmtState::Stopped : m_description.state;
+    enterState(m_faults.find<Faults::Stopped>() != nullptr ? NmtState::Stopped : m_description.state);
+}
+
+/*! Services by state (CiA 301): PDOs in Operational only, SYNC and emergencies in Pre-operational too. */
+void SimulatedNode::enterState(NmtState state)
+{
+    m_state = state;
+    const bool isOperational = state == NmtState::Operational;
+    const bool isActive = isOperational || state == NmtState::PreOperational;
+    m_emergencies.setSending(isActive);
+    m_syncParameter = CanOpen::readSyncParameter(m_context.lookup());
+    if (isActive)
+        m_syncProducer.start();
+    else
+        m_syncProducer.stop();
+    if (isOperational) {
+        m_pdoReceiver.start();
+        m_pdoSender.start();
+    } else {
+        m_pdoReceiver.stop();
+        m_pdoSender.stop();
+    }
 }
 
 void SimulatedNode::restoreDictionary(quint16 firstIndex, quint16 lastIndex)
@@ -112,14 +177,14 @@ void SimulatedNode::handleNmt(NmtCommand command)
         return;
     switch (command) {
     case NmtCommand::Start:
-        m_state = NmtState::Operational;
+        enterState(NmtState::Operational);
         break;
     case NmtCommand::Stop:
-        m_state = NmtState::Stopped;
+        enterState(NmtState::Stopped);
         m_server.dropTransfer();
         break;
     case NmtCommand::EnterPreOperational:
-        m_state = NmtState::PreOperational;
+        enterState(NmtState::PreOperational);
         break;
     case NmtCommand::ResetNode:
         m_dictionary = m_description.dictionary;
@@ -222,7 +287,61 @@ void SimulatedNode::handleSdo(const QCanBusFrame &frame)
     }
     const SdoRequest request = CanOpen::sdoRequestOf(payload);
     if (request == SdoRequest::InitiateDownload || request == SdoRequest::DownloadSegment)
-        followHeartbeatTime();
+        followDictionary();
+}
+
+/*! A client has written something. */
+void SimulatedNode::followDictionary()
+{
+    followHeartbeatTime();
+    m_emergencies.dictionaryWritten();
+    m_pdoSender.parametersWritten();
+    m_syncParameter = CanOpen::readSyncParameter(m_context.lookup());
+    if (m_state == NmtState::Operational)
+        m_pdoReceiver.start();
+    if (m_state == NmtState::Operational || m_state == NmtState::PreOperational)
+        m_syncProducer.start();
+}
+
+// ---------------------------------------------------------------------- process data and emergencies
+
+void SimulatedNode::handleProcessData(const QCanBusFrame &frame)
+{
+    if (!m_isRunning || m_state != NmtState::Operational)
+        return;
+    bool isWritten = m_pdoReceiver.handleFrame(frame);
+    if (CanOpen::isSyncFrame(m_syncParameter, frame)) {
+        isWritten = m_pdoReceiver.handleSync() || isWritten;
+        m_pdoSender.handleSync(CanOpen::syncCounterOf(frame));
+    }
+    if (isWritten)
+        m_pdoSender.valuesWritten();
+}
+
+void SimulatedNode::raiseEmergency(const Faults::Emergency &fault)
+{
+    CanOpen::Emergency emergency;
+    emergency.errorCode = static_cast<quint16>(fault.code);
+    emergency.errorRegister = static_cast<quint8>(fault.errorRegister);
+    const int last = static_cast<int>(emergency.manufacturer.size()) - 1;
+    for (int i = 0; i <= last; ++i)
+        emergency.manufacturer[static_cast<std::size_t>(i)]
+            = static_cast<quint8>(fault.manufacturer >> (8 * (last - i)) & 0xFF);
+    m_emergencies.raise(emergency);
+    if (fault.preOperational && m_state == NmtState::Operational)
+        enterState(NmtState::PreOperational);
+}
+
+void SimulatedNode::setSpeed(double speed)
+{
+    m_speed = speed;
+    m_emergencyOrders.setSpeed(speed);
+}
+
+/*! Microseconds of the time that the values go by. */
+qint64 SimulatedNode::valueTime() const
+{
+    return static_cast<qint64>(static_cast<double>(m_clock() - m_startTime) * m_speed);
 }
 
 void SimulatedNode::refreshValue(ObjectKey key)
@@ -233,7 +352,7 @@ void SimulatedNode::refreshValue(ObjectKey key)
         const CanOpen::ObjectEntry *entry = m_dictionary.find(key);
         if (entry == nullptr)
             return;
-        if (const std::optional<QByteArray> data = behaviourData(behaviour, *entry, m_clock() - m_startTime))
+        if (const std::optional<QByteArray> data = behaviourData(behaviour, *entry, valueTime()))
             m_dictionary.setData(key, *data);
         return;
     }
@@ -257,8 +376,9 @@ void SimulatedNode::addFault(const Fault &fault)
     if (!m_isRunning)
         return;
     if (std::holds_alternative<Faults::Stopped>(fault))
-        m_state = NmtState::Stopped;
+        enterState(NmtState::Stopped);
     m_babble.start({fault}, m_clock());
+    m_emergencyOrders.start({fault});
 }
 
 void SimulatedNode::removeFaults(std::size_t kind)
@@ -267,6 +387,8 @@ void SimulatedNode::removeFaults(std::size_t kind)
     m_server.faultsChanged();
     if (kind == faultKind<Faults::Stopped>() && m_isRunning && m_state == NmtState::Stopped)
         enterFirstState();
+    if (kind == faultKind<Faults::Emergency>())
+        m_emergencyOrders.stop();
     m_babble.stop();
     if (m_isRunning)
         m_babble.start(m_faults.all(), m_clock());

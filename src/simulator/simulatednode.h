@@ -3,11 +3,18 @@
 
 #include "agenda.h"
 #include "babblesource.h"
+#include "emergencyorders.h"
+#include "emergencysender.h"
 #include "faultlist.h"
 #include "faultysdoserver.h"
+#include "nodecontext.h"
+#include "pdoreceiver.h"
+#include "pdosender.h"
+#include "syncproducer.h"
 #include "vehicledescription.h"
 
 #include <canopen/nmt.h>
+#include <canopen/sync.h>
 
 #include <QCanBusFrame>
 #include <QVector>
@@ -17,7 +24,8 @@
 namespace Simulator {
 
 /*! One CANopen device: boot-up, heartbeat, NMT state machine, and the object dictionary with its moving values
- *  (CiA 301). What it does wrong is the business of FaultySdoServer and BabbleSource, but for the heartbeat.
+ *  (CiA 301). PDOs, SYNC and emergencies have classes of their own; it tells them when they may send. What it does wrong is
+ *  the business of FaultySdoServer and BabbleSource, but for the heartbeat.
  */
 class SimulatedNode
 {
@@ -47,6 +55,11 @@ public:
     void handleNmt(CanOpen::NmtCommand command);
     /*! Takes a frame with the node's own SDO request COB-ID. */
     void handleSdo(const QCanBusFrame &frame);
+    /*! Takes any other frame: SYNC and PDOs are for those that have objects for them. */
+    void handleProcessData(const QCanBusFrame &frame);
+
+    /*! How many seconds of the moving values pass in a second; 1 at first. To be called before start(). */
+    void setSpeed(double speed);
 
     void addFault(const Fault &fault);
     /*! \a kind is the place in Fault, as faultKind() tells. */
@@ -54,8 +67,13 @@ public:
     void clearFaults();
 
 private:
+    NodeContext makeContext();
     BabbleSource::Node babbleActions();
+    EmergencyOrders::Node emergencyActions();
     void boot();
+    void enterState(CanOpen::NmtState state);
+    void followDictionary();
+    void raiseEmergency(const Faults::Emergency &fault);
     void restoreDictionary(quint16 firstIndex, quint16 lastIndex);
     void enterFirstState();
     bool isSilent() const;
@@ -67,6 +85,7 @@ private:
     void sendHeartbeat();
     QCanBusFrame heartbeatFrame() const;
 
+    qint64 valueTime() const;
     void refreshValue(CanOpen::ObjectKey key);
     void serveAbandoningClient(const Faults::AbandoningClient &fault);
 
@@ -79,9 +98,17 @@ private:
     FaultList m_faults;
     FaultySdoServer m_server;
     BabbleSource m_babble;
+    NodeContext m_context;
+    CanOpen::SyncParameter m_syncParameter;
+    PdoSender m_pdoSender;
+    EmergencySender m_emergencies;
+    PdoReceiver m_pdoReceiver;
+    SyncProducer m_syncProducer;
+    EmergencyOrders m_emergencyOrders;
     CanOpen::NmtState m_state = CanOpen::NmtState::BootUp;
     bool m_isRunning = false;
     qint64 m_startTime = 0;      // of the behaviours
+    double m_speed = 1;          // of the behaviours
     quint32 m_session = 0;       // counts starts, so that what was planned before a reset stays undone
     quint64 m_heartbeatJob = 0;  // 0: no heartbeat
     quint16 m_heartbeatTime = 0; // ms

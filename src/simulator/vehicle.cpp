@@ -30,16 +30,14 @@ Vehicle::Vehicle(const VehicleDescription &description, QObject *parent)
     for (const NodeDescription &node : description.nodes) {
         if (!CanOpen::isNodeId(node.id) || m_nodesById[node.id] != nullptr)
             continue;
-        const auto send = [this, id = node.id](const QCanBusFrame &frame) {
-            if (m_sender)
-                m_sender(frame, id);
-        };
+        const auto send = [this, id = node.id](const QCanBusFrame &frame) { sendFrom(id, frame); };
         m_nodes.push_back(std::make_unique<SimulatedNode>(
             node, m_bitRate, &m_agenda, [this] { return m_clock(); }, send));
         m_nodesById[node.id] = m_nodes.back().get();
     }
     for (const Fault &fault : description.faults)
         addFault(0, fault);
+    setSpeed(description.speed);
 }
 
 Vehicle::~Vehicle()
@@ -88,8 +86,39 @@ void Vehicle::handleFrame(const QCanBusFrame &frame)
     } else if (const quint8 nodeId = CanOpen::nodeIdOf(cobId, CanOpen::sdoRequestBase)) {
         if (SimulatedNode *node = m_nodesById[nodeId])
             node->handleSdo(frame);
+    } else {
+        handleProcessData(frame, 0);
     }
     armTimer();
+}
+
+void Vehicle::setSpeed(double speed)
+{
+    for (const auto &node : m_nodes)
+        node->setSpeed(speed);
+}
+
+/*! The vehicle's own nodes hear each other too. */
+void Vehicle::sendFrom(quint8 nodeId, const QCanBusFrame &frame)
+{
+    if (m_sender)
+        m_sender(frame, nodeId);
+    handleProcessData(frame, nodeId);
+}
+
+void Vehicle::handleProcessData(const QCanBusFrame &frame, quint8 sender)
+{
+    // A SYNC, the PDO that follows it, the emergency of one that did not like it: deeper goes a vehicle file that has nodes
+    // talk in circles.
+    constexpr int deepest = 4;
+    if (m_reactions >= deepest)
+        return;
+    ++m_reactions;
+    for (const auto &node : m_nodes) {
+        if (node->id() != sender)
+            node->handleProcessData(frame);
+    }
+    --m_reactions;
 }
 
 void Vehicle::processDue()

@@ -51,7 +51,12 @@ public:
     void stop();
     bool isRunning() const { return m_isRunning; }
 
-    /*! Takes a frame from the bus: NMT commands and SDO requests; the rest is ignored. */
+    /*! How many seconds of the moving values pass in a second, more than 0; heartbeats, PDOs and answers keep their times.
+     *  To be called before start().
+     */
+    void setSpeed(double speed);
+
+    /*! Takes a frame from the bus: NMT commands, SDO requests, SYNC and PDOs; the rest is ignored. */
     void handleFrame(const QCanBusFrame &frame);
 
     /*! Does what is due by now. */
@@ -76,6 +81,8 @@ public:
 
 private:
     void armTimer();
+    void sendFrom(quint8 nodeId, const QCanBusFrame &frame);
+    void handleProcessData(const QCanBusFrame &frame, quint8 sender);
 
     QString m_name;
     QString m_description;
@@ -90,6 +97,7 @@ private:
     Agenda m_agenda;
     std::vector<std::unique_ptr<SimulatedNode>> m_nodes;
     std::array<SimulatedNode *, 128> m_nodesById{};
+    int m_reactions = 0; // of nodes to frames of other nodes that are under way
 };
 
 } // namespace Simulator

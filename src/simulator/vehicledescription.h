@@ -27,6 +27,14 @@ struct NodeDescription
     QVector<Fault> faults;
 };
 
+/*! How much faster than real time the moving values of a vehicle may go. */
+constexpr double slowestVehicle = 0.01;
+constexpr double fastestVehicle = 1000;
+constexpr bool isVehicleSpeed(double speed)
+{
+    return speed >= slowestVehicle && speed <= fastestVehicle;
+}
+
 /*! A simulated vehicle, from a vehicle file or made in code. */
 struct VehicleDescription
 {
@@ -35,6 +43,7 @@ struct VehicleDescription
     int bitRate = 250000; // bit/s of its bus
     QVector<NodeDescription> nodes;
     QVector<Fault> faults; // of the whole bus
+    double speed = 1;      // seconds of the moving values in a second, more than 0
 };
 
 } // namespace Simulator

@@ -59,6 +59,8 @@ private:
     bool readNumber(const QJsonObject &json, const QString &place, const char *key, int lowest, int highest,
                     std::optional<int> *number);
     bool readArray(const QJsonObject &json, const QString &place, const char *key, QJsonArray *array);
+    bool readSpeed(const QJsonObject &json);
+    bool checkEmergencies(const NodeDescription &node, const QString &place);
     bool readFaults(const QJsonObject &json, const QString &place, QVector<Fault> *faults);
     bool readVehicle(const QJsonObject &json);
     bool readNode(const QJsonObject &json, const QString &place);
@@ -158,16 +160,47 @@ bool VehicleReader::readFaults(const QJsonObject &json, const QString &place, QV
     return true;
 }
 
+bool VehicleReader::readSpeed(const QJsonObject &json)
+{
+    const QLatin1String key("speed");
+    const QJsonValue value = json.value(key);
+    if (value.isUndefined())
+        return true;
+    const double speed = value.toDouble(0);
+    if (!isVehicleSpeed(speed))
+        return fail(key, QStringLiteral("no number from %1 to %2").arg(slowestVehicle).arg(fastestVehicle));
+    m_vehicle.speed = speed;
+    return true;
+}
+
+/*! Whether what an emergency waits for is there. */
+bool VehicleReader::checkEmergencies(const NodeDescription &node, const QString &place)
+{
+    for (int number = 0; number < node.faults.size(); ++number) {
+        const auto *emergency = std::get_if<Faults::Emergency>(&node.faults.at(number));
+        if (emergency == nullptr || !emergency->object)
+            continue;
+        const QString key = jsonElement(place, QStringLiteral("faults"), number) + QStringLiteral(".object");
+        const CanOpen::ObjectEntry *entry = node.dictionary.find(*emergency->object);
+        const QString object = objectKeyText(*emergency->object);
+        if (entry == nullptr)
+            return fail(key, QStringLiteral("the dictionary has no object %1").arg(object));
+        if (!isNumber(entry->type))
+            return fail(key, QStringLiteral("%1 is no number").arg(object));
+    }
+    return true;
+}
+
 bool VehicleReader::readVehicle(const QJsonObject &json)
 {
     const QString top;
     std::optional<int> bitRate;
     QJsonArray nodes;
-    if (!checkKeys(json, top, {"name", "description", "bitRate", "nodes", "faults"})
+    if (!checkKeys(json, top, {"name", "description", "bitRate", "speed", "nodes", "faults"})
         || !readString(json, top, "name", &m_vehicle.name)
         || !readString(json, top, "description", &m_vehicle.description)
         || !readNumber(json, top, "bitRate", 1, 1000000, &bitRate) || !readArray(json, top, "nodes", &nodes)
-        || !readFaults(json, top, &m_vehicle.faults))
+        || !readSpeed(json) || !readFaults(json, top, &m_vehicle.faults))
         return false;
     if (bitRate && !isKnownBitRate(*bitRate))
         return fail(QStringLiteral("bitRate"),
@@ -210,7 +243,8 @@ bool VehicleReader::readNode(const QJsonObject &json, const QString &place)
     node.bootUp = bootUp.toBool(true);
 
     if (!readDictionary(json, place, &node) || !readValues(json, place, &node)
-        || !readBehaviours(json, place, &node) || !readFaults(json, place, &node.faults))
+        || !readBehaviours(json, place, &node) || !readFaults(json, place, &node.faults)
+        || !checkEmergencies(node, place))
         return false;
     m_vehicle.nodes.append(node);
     return true;

@@ -192,6 +192,12 @@ void tst_DraxelCtl::wrongUsage_data()
     QTest::newRow("node to read") << QStringLiteral("read --bus simulated:pedelec --node 0")
                                   << QStringLiteral(
                                          "draxelctl read: --node takes a number from 1 to 127, not \"0\".");
+    QTest::newRow("speed that is no number")
+        << QStringLiteral("simulate ride --bus virtualcan:can0 --speed fast")
+        << QStringLiteral("draxelctl simulate: --speed takes a number from 0.01 to 1000, not \"fast\".");
+    QTest::newRow("speed that is too high")
+        << QStringLiteral("simulate ride --bus virtualcan:can0 --speed 1001")
+        << QStringLiteral("draxelctl simulate: --speed takes a number from 0.01 to 1000, not \"1001\".");
     QTest::newRow("unknown option") << QStringLiteral("read --bus simulated:pedelec --fast")
                                     << QStringLiteral("draxelctl read: Unknown option 'fast'.");
     QTest::newRow("option for another command")

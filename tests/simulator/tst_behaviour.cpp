@@ -30,6 +30,8 @@ private slots:
     void staysInsideTheLimits();
     void textsDoNotMove();
     void parsed();
+    void course_data();
+    void course();
     void parseErrors_data();
     void parseErrors();
 };
@@ -235,6 +237,39 @@ void tst_Behaviour::parsed()
     QVERIFY(ramp.repeat);
 }
 
+void tst_Behaviour::course_data()
+{
+    QTest::addColumn<bool>("repeats");
+    QTest::addColumn<qint64>("elapsed"); // ms
+    QTest::addColumn<double>("value");
+
+    const auto row = [](const char *name, bool repeats, qint64 elapsed, double value) {
+        QTest::newRow(name) << repeats << elapsed << value;
+    };
+    row("level before the first point", false, 500, 10.0);
+    row("at a point", false, 3000, 30.0);
+    row("between two points", false, 2000, 20.0);
+    row("down again", false, 4000, 15.0);
+    row("level behind the last point", false, 3600000, 0.0);
+    row("from the first again", true, 7000, 20.0);
+    row("level before the first point again", true, 5500, 10.0);
+}
+
+void tst_Behaviour::course()
+{
+    QFETCH(bool, repeats);
+    QFETCH(qint64, elapsed);
+
+    QString error;
+    const auto behaviour
+        = parse(repeats ? R"({"object":"1000","kind":"course","repeat":true,
+                                               "points":[[1,10],[3,30],[5,0]]})"
+                        : R"({"object":"1000","kind":"course","points":[[1,10],[3,30],[5,0]]})",
+                &error);
+    QVERIFY2(behaviour.has_value(), qPrintable(error));
+    QTEST(behaviourValue(*behaviour, elapsed * 1000), "value");
+}
+
 void tst_Behaviour::parseErrors_data()
 {
     QTest::addColumn<QByteArray>("json");
@@ -243,9 +278,9 @@ void tst_Behaviour::parseErrors_data()
     const auto row = [](const char *name, const char *json, const char *message) {
         QTest::newRow(name) << QByteArray(json) << QString::fromLatin1(message);
     };
-    row("no kind", R"({"object":"1000"})", "kind: \"\" is none of ramp, sine, random, counter");
+    row("no kind", R"({"object":"1000"})", "kind: \"\" is none of ramp, sine, random, counter, course");
     row("unknown kind", R"({"object":"1000","kind":"zigzag"})",
-        "kind: \"zigzag\" is none of ramp, sine, random, counter");
+        "kind: \"zigzag\" is none of ramp, sine, random, counter, course");
     row("no object", R"({"kind":"sine","mean":1,"amplitude":1,"periodSeconds":1})",
         "object: \"\" is no object such as \"6164sub2\"");
     row("wrong object", R"({"object":"6164.2","kind":"sine","mean":1,"amplitude":1,"periodSeconds":1})",
@@ -266,6 +301,23 @@ void tst_Behaviour::parseErrors_data()
         "repeat: neither true nor false");
     row("unknown key", R"({"object":"1000","kind":"ramp","from":1,"to":2,"seconds":1,"colour":3})",
         "colour: not known for \"ramp\"");
+    row("points of another kind",
+        R"({"object":"1000","kind":"ramp","from":1,"to":2,"seconds":1,"points":[[0,1]]})",
+        "points: not known for \"ramp\"");
+    row("unknown key behind a known one",
+        R"({"object":"1000","kind":"course","points":[[0,1]],"repeat":true,"speed":3})",
+        "speed: not known for \"course\"");
+    row("no points", R"({"object":"1000","kind":"course"})", "points: not in the form [[0, 250], [60, 410]]");
+    row("empty course", R"({"object":"1000","kind":"course","points":[]})",
+        "points: not in the form [[0, 250], [60, 410]]");
+    row("half a point", R"({"object":"1000","kind":"course","points":[[0,1],[2]]})",
+        "points: element 2 is not in the form [seconds, value]");
+    row("point before the start", R"({"object":"1000","kind":"course","points":[[-1,1]]})",
+        "points: element 1 is not in the form [seconds, value]");
+    row("huge point", R"({"object":"1000","kind":"course","points":[[0,1e300]]})",
+        "points: element 1 is not in the form [seconds, value]");
+    row("points at one time", R"({"object":"1000","kind":"course","points":[[0,1],[5,2],[5,3]]})",
+        "points: element 3 is not later than the one before");
     row("key of another kind",
         R"({"object":"1000","kind":"sine","mean":1,"amplitude":1,"periodSeconds":1,"repeat":true})",
         "repeat: not known for \"sine\"");

@@ -79,6 +79,13 @@ const KindRow kindRows[] = {
     {"heartbeatRemote", "", true, false},
     {"stopped", "", true, false},
     {"restarts", "intervalMs random", true, false},
+    {"emergency", "object code register manufacturer afterMs forMs above below stays preOperational", true,
+     false},
+    {"emergencyOfNobody", "nodeId code intervalMs", true, true},
+    {"babbleEmergency", "perSecond code", true, false},
+    {"babblePdo", "perSecond", true, false},
+    {"pdoLength", "pdo length", true, false},
+    {"lyingMapping", "object pdo entries bits", true, false},
     {"sdoSilent", "object from", true, false},
     {"sdoDelay", "object ms", true, false},
     {"sdoAbort", "object code", true, false},
@@ -142,6 +149,34 @@ void tst_Fault::parameters()
     QVERIFY(readField(R"({"kind":"heartbeatLength","length":8})", &Faults::HeartbeatLength::length) == 8);
     QVERIFY(readField(R"({"kind":"restarts","intervalMs":70})", &Faults::Restarts::interval) == 70ms);
     QVERIFY(readField(R"({"kind":"restarts","random":1})", &Faults::Restarts::random) == true);
+    QVERIFY(readField(R"({"kind":"emergency","code":"0x4210"})", &Faults::Emergency::code) == 0x4210u);
+    QVERIFY(readField(R"({"kind":"emergency","register":8})", &Faults::Emergency::errorRegister) == 8u);
+    QVERIFY(
+        readField(R"({"kind":"emergency","manufacturer":"0x0102030405"})", &Faults::Emergency::manufacturer)
+        == 0x0102030405);
+    QVERIFY(readField(R"({"kind":"emergency","afterMs":5})", &Faults::Emergency::after) == 5ms);
+    QVERIFY(readField(R"({"kind":"emergency","forMs":6})", &Faults::Emergency::length) == 6ms);
+    QVERIFY(readField(R"({"kind":"emergency","object":"6042sub1","above":-7})", &Faults::Emergency::above)
+            == -7);
+    QVERIFY(readField(R"({"kind":"emergency","object":"6042sub1","below":8})", &Faults::Emergency::below)
+            == 8);
+    QVERIFY(readField(R"({"kind":"emergency","stays":1})", &Faults::Emergency::stays) == true);
+    QVERIFY(readField(R"({"kind":"emergency","preOperational":1})", &Faults::Emergency::preOperational)
+            == true);
+    QVERIFY(readField(R"({"kind":"emergencyOfNobody","nodeId":99})", &Faults::EmergencyOfNobody::nodeId)
+            == 99);
+    QVERIFY(readField(R"({"kind":"emergencyOfNobody","code":2})", &Faults::EmergencyOfNobody::code) == 2u);
+    QVERIFY(readField(R"({"kind":"emergencyOfNobody","intervalMs":3})", &Faults::EmergencyOfNobody::interval)
+            == 3ms);
+    QVERIFY(readField(R"({"kind":"babbleEmergency","perSecond":4})", &Faults::BabbleEmergency::perSecond)
+            == 4);
+    QVERIFY(readField(R"({"kind":"babbleEmergency","code":5})", &Faults::BabbleEmergency::code) == 5u);
+    QVERIFY(readField(R"({"kind":"babblePdo","perSecond":6})", &Faults::BabblePdo::perSecond) == 6);
+    QVERIFY(readField(R"({"kind":"pdoLength","pdo":7})", &Faults::PdoLength::pdo) == 7);
+    QVERIFY(readField(R"({"kind":"pdoLength","length":8})", &Faults::PdoLength::length) == 8);
+    QVERIFY(readField(R"({"kind":"lyingMapping","pdo":512})", &Faults::LyingMapping::pdo) == 512);
+    QVERIFY(readField(R"({"kind":"lyingMapping","entries":255})", &Faults::LyingMapping::entries) == 255);
+    QVERIFY(readField(R"({"kind":"lyingMapping","bits":0})", &Faults::LyingMapping::bits) == 0);
     QVERIFY(readField(R"({"kind":"sdoSilent","from":12})", &Faults::SdoSilent::from) == 12);
     QVERIFY(readField(R"({"kind":"sdoDelay","ms":150})", &Faults::SdoDelay::delay) == 150ms);
     QVERIFY(readField(R"({"kind":"sdoAbort","code":1})", &Faults::SdoAbort::code) == 1u);
@@ -191,6 +226,20 @@ void tst_Fault::ordinaryValues()
     QVERIFY(readField(R"({"kind":"heartbeatLength"})", &Faults::HeartbeatLength::length) == 1);
     QVERIFY(readField(R"({"kind":"restarts"})", &Faults::Restarts::interval) == 500ms);
     QVERIFY(readField(R"({"kind":"restarts"})", &Faults::Restarts::random) == false);
+    QVERIFY(readField(R"({"kind":"emergency"})", &Faults::Emergency::code) == 0x1000u);
+    QVERIFY(readField(R"({"kind":"emergency"})", &Faults::Emergency::errorRegister) == 0u);
+    QVERIFY(readField(R"({"kind":"emergency"})", &Faults::Emergency::length) == 0ms);
+    QVERIFY(readField(R"({"kind":"emergency"})", &Faults::Emergency::stays) == false);
+    QVERIFY(readField(R"({"kind":"emergency"})", &Faults::Emergency::preOperational) == false);
+    QVERIFY(readField(R"({"kind":"emergencyOfNobody"})", &Faults::EmergencyOfNobody::nodeId) == 120);
+    QVERIFY(readField(R"({"kind":"emergencyOfNobody"})", &Faults::EmergencyOfNobody::interval) == 1000ms);
+    QVERIFY(readField(R"({"kind":"babbleEmergency"})", &Faults::BabbleEmergency::perSecond) == 100);
+    QVERIFY(readField(R"({"kind":"babblePdo"})", &Faults::BabblePdo::perSecond) == 1000);
+    QVERIFY(readField(R"({"kind":"pdoLength"})", &Faults::PdoLength::pdo) == 0);
+    QVERIFY(readField(R"({"kind":"pdoLength"})", &Faults::PdoLength::length) == 3);
+    QVERIFY(readField(R"({"kind":"lyingMapping"})", &Faults::LyingMapping::pdo) == 1);
+    QVERIFY(readField(R"({"kind":"lyingMapping"})", &Faults::LyingMapping::entries) == 8);
+    QVERIFY(readField(R"({"kind":"lyingMapping"})", &Faults::LyingMapping::bits) == 32);
     QVERIFY(readField(R"({"kind":"sdoSilent"})", &Faults::SdoSilent::from) == 1);
     QVERIFY(readField(R"({"kind":"sdoDelay"})", &Faults::SdoDelay::delay) == 0ms);
     QVERIFY(readField(R"({"kind":"sdoAbort"})", &Faults::SdoAbort::code) == 0x08000000u);
@@ -233,12 +282,13 @@ void tst_Fault::objects()
             continue;
         ++kinds;
         QString error;
-        const auto fault
-            = parse(QByteArray("{\"kind\":\"") + row.name + "\",\"object\":\"6000sub1\"}", &error);
+        const auto fault = parse(QByteArray("{\"kind\":\"") + row.name + "\",\"object\":\"6000sub1\""
+                                     + (QByteArray(row.parameters).contains("above") ? ",\"above\":1}" : "}"),
+                                 &error);
         QVERIFY2(fault.has_value(), qPrintable(error));
         QVERIFY2((objectOf(*fault) == CanOpen::ObjectKey{0x6000, 1}), row.name);
     }
-    QCOMPARE(kinds, 17);
+    QCOMPARE(kinds, 19);
 }
 
 void tst_Fault::codesAsText()
@@ -271,6 +321,11 @@ void tst_Fault::errors_data()
     row("flag", R"({"kind":"restarts","random":2})", "random: no whole number from 0 to 1");
     row("object where none belongs", R"({"kind":"silent","object":"6000"})",
         "object: not known for \"silent\"");
+    row("limit of nothing", R"({"kind":"emergency","above":5})",
+        "object: it is missing for \"above\" and \"below\"");
+    row("object without a limit", R"({"kind":"emergency","object":"6000"})",
+        "object: without \"above\" or \"below\" it means nothing");
+    row("no emergency", R"({"kind":"emergency","code":0})", "code: no whole number from 256 to 65535");
     row("unknown key", R"({"kind":"sdoDelay","seconds":1})", "seconds: not known for \"sdoDelay\"");
 }
 

@@ -18,6 +18,8 @@ struct Tr
     Q_DECLARE_TR_FUNCTIONS(SimulateCommand)
 };
 
+const QLatin1String speedOption("speed");
+
 using MaybeVehicle = std::optional<Simulator::VehicleDescription>;
 
 MaybeVehicle loadSavedVehicle(const QString &fileName, QString *error)
@@ -81,6 +83,22 @@ ExitStatus simulate(const Simulator::VehicleDescription &description, const BusS
     return loop.status();
 }
 
+/*! Takes --speed; an exit status when it is wrong. */
+std::optional<ExitStatus> readSpeed(const CommandArguments &options, std::optional<double> *speed)
+{
+    if (!options.isSet(speedOption))
+        return std::nullopt;
+    bool isNumber = false;
+    const double number = options.value(speedOption).toDouble(&isNumber);
+    if (!isNumber || !Simulator::isVehicleSpeed(number))
+        return options.complain(Tr::tr("--speed takes a number from %1 to %2, not \"%3\".")
+                                    .arg(QString::number(Simulator::slowestVehicle),
+                                         QString::number(Simulator::fastestVehicle),
+                                         options.value(speedOption)));
+    *speed = number;
+    return std::nullopt;
+}
+
 } // namespace
 
 ExitStatus runSimulateCommand(const QStringList &arguments)
@@ -92,15 +110,22 @@ ExitStatus runSimulateCommand(const QStringList &arguments)
     options.addBusOptions();
     options.addPositional(
         QStringLiteral("VEHICLE"),
-        Tr::tr("A name such as pedelec or full-bus, FILE.json, FILE.dxsnap or FILE.dxxml."));
+        Tr::tr("A name such as pedelec, ride or full-bus, FILE.json, FILE.dxsnap or FILE.dxxml."));
+    options.addOption({speedOption,
+                       Tr::tr("Its values move so many times as fast; heartbeats and PDOs keep their times."),
+                       Tr::tr("FACTOR")});
     if (const std::optional<ExitStatus> status = options.parse(arguments))
+        return *status;
+    std::optional<double> speed;
+    if (const std::optional<ExitStatus> status = readSpeed(options, &speed))
         return *status;
 
     QString error;
-    const MaybeVehicle vehicle = loadVehicle(options.positional(), &error);
+    MaybeVehicle vehicle = loadVehicle(options.positional(), &error);
     if (!vehicle) {
         Console::printError(error);
         return Exit::fileFailed;
     }
+    vehicle->speed = speed.value_or(vehicle->speed);
     return simulate(*vehicle, options.bus());
 }
