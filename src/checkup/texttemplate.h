@@ -14,8 +14,8 @@
 /*! A text of a rule with places for values: "Cell {lowestAt(these)}: {min(these)|mV}".
  *
  *  A place holds a formula and, behind a bar, how its result is written: a unit of the object table, "hex2" to "hex8",
- *  "name" (an object's name), or the name of a table of words. Without that an object is written with its own unit, a
- *  number as a whole one. "{{" is a brace.
+ *  "name" (an object's name), "emergency" or "errorRegister" (words of CiA 301), or the name of a table of words. Without
+ *  that an object is written with its own unit, a number as a whole one. "{{" is a brace.
  */
 class TextTemplate
 {

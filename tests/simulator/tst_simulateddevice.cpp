@@ -224,7 +224,7 @@ void tst_SimulatedDevice::unknownVehicle()
     QCOMPARE(device->state(), QCanBusDevice::UnconnectedState);
     QCOMPARE(device->errorString(),
              QStringLiteral("There is neither a vehicle nor a vehicle file \"hovercraft\"; "
-                            "vehicles are: full-bus, pedelec"));
+                            "vehicles are: full-bus, pedelec, ride"));
 }
 
 void tst_SimulatedDevice::brokenVehicleFile()
