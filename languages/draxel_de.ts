@@ -518,6 +518,162 @@
         <source>Abort code %1</source>
         <translation>Abbruchcode %1</translation>
     </message>
+    <message>
+        <source>CAN overrun (messages lost)</source>
+        <translation>CAN-Überlauf (Nachrichten verloren)</translation>
+    </message>
+    <message>
+        <source>CAN in error passive mode</source>
+        <translation>CAN im Zustand Error-Passive</translation>
+    </message>
+    <message>
+        <source>life guard or heartbeat error</source>
+        <translation>Fehler bei Life-Guarding oder Heartbeat</translation>
+    </message>
+    <message>
+        <source>recovered from bus off</source>
+        <translation>von Bus-Off erholt</translation>
+    </message>
+    <message>
+        <source>CAN-ID collision</source>
+        <translation>Kollision von CAN-IDs</translation>
+    </message>
+    <message>
+        <source>PDO not processed: wrong length</source>
+        <translation>PDO nicht verarbeitet: falsche Länge</translation>
+    </message>
+    <message>
+        <source>PDO too long</source>
+        <translation>PDO zu lang</translation>
+    </message>
+    <message>
+        <source>MPDO not processed: destination not available</source>
+        <translation>MPDO nicht verarbeitet: Ziel nicht vorhanden</translation>
+    </message>
+    <message>
+        <source>unexpected SYNC length</source>
+        <translation>unerwartete SYNC-Länge</translation>
+    </message>
+    <message>
+        <source>RPDO time-out</source>
+        <translation>RPDO-Zeitüberschreitung</translation>
+    </message>
+    <message>
+        <source>error reset or no error</source>
+        <translation>Fehler zurückgesetzt oder kein Fehler</translation>
+    </message>
+    <message>
+        <source>generic error</source>
+        <translation>allgemeiner Fehler</translation>
+    </message>
+    <message>
+        <source>current, input side</source>
+        <translation>Strom, Eingangsseite</translation>
+    </message>
+    <message>
+        <source>current inside the device</source>
+        <translation>Strom im Gerät</translation>
+    </message>
+    <message>
+        <source>current, output side</source>
+        <translation>Strom, Ausgangsseite</translation>
+    </message>
+    <message>
+        <source>current</source>
+        <translation>Strom</translation>
+    </message>
+    <message>
+        <source>mains voltage</source>
+        <translation>Netzspannung</translation>
+    </message>
+    <message>
+        <source>voltage inside the device</source>
+        <translation>Spannung im Gerät</translation>
+    </message>
+    <message>
+        <source>output voltage</source>
+        <translation>Ausgangsspannung</translation>
+    </message>
+    <message>
+        <source>voltage</source>
+        <translation>Spannung</translation>
+    </message>
+    <message>
+        <source>ambient temperature</source>
+        <translation>Umgebungstemperatur</translation>
+    </message>
+    <message>
+        <source>device temperature</source>
+        <translation>Gerätetemperatur</translation>
+    </message>
+    <message>
+        <source>temperature</source>
+        <translation>Temperatur</translation>
+    </message>
+    <message>
+        <source>hardware</source>
+        <translation>Hardware</translation>
+    </message>
+    <message>
+        <source>internal software</source>
+        <translation>interne Software</translation>
+    </message>
+    <message>
+        <source>user software</source>
+        <translation>Anwendersoftware</translation>
+    </message>
+    <message>
+        <source>data set</source>
+        <translation>Datensatz</translation>
+    </message>
+    <message>
+        <source>software</source>
+        <translation>Software</translation>
+    </message>
+    <message>
+        <source>additional modules</source>
+        <translation>Zusatzmodule</translation>
+    </message>
+    <message>
+        <source>communication</source>
+        <translation>Kommunikation</translation>
+    </message>
+    <message>
+        <source>protocol error</source>
+        <translation>Protokollfehler</translation>
+    </message>
+    <message>
+        <source>monitoring</source>
+        <translation>Überwachung</translation>
+    </message>
+    <message>
+        <source>external error</source>
+        <translation>externer Fehler</translation>
+    </message>
+    <message>
+        <source>additional functions</source>
+        <translation>Zusatzfunktionen</translation>
+    </message>
+    <message>
+        <source>specific to the device</source>
+        <translation>gerätespezifisch</translation>
+    </message>
+    <message>
+        <source>unknown error</source>
+        <translation>unbekannter Fehler</translation>
+    </message>
+    <message>
+        <source>device profile</source>
+        <translation>Geräteprofil</translation>
+    </message>
+    <message>
+        <source>reserved bit 6</source>
+        <translation>reserviertes Bit 6</translation>
+    </message>
+    <message>
+        <source>specific to the manufacturer</source>
+        <translation>herstellerspezifisch</translation>
+    </message>
 </context>
 <context>
     <name>CanOpen::CanPort</name>

@@ -518,6 +518,162 @@
         <source>Abort code %1</source>
         <translation>Code d’abandon %1</translation>
     </message>
+    <message>
+        <source>CAN overrun (messages lost)</source>
+        <translation>débordement CAN (messages perdus)</translation>
+    </message>
+    <message>
+        <source>CAN in error passive mode</source>
+        <translation>CAN en mode d’erreur passive</translation>
+    </message>
+    <message>
+        <source>life guard or heartbeat error</source>
+        <translation>erreur de life guarding ou de heartbeat</translation>
+    </message>
+    <message>
+        <source>recovered from bus off</source>
+        <translation>rétabli après bus off</translation>
+    </message>
+    <message>
+        <source>CAN-ID collision</source>
+        <translation>collision de CAN-ID</translation>
+    </message>
+    <message>
+        <source>PDO not processed: wrong length</source>
+        <translation>PDO non traité : longueur erronée</translation>
+    </message>
+    <message>
+        <source>PDO too long</source>
+        <translation>PDO trop long</translation>
+    </message>
+    <message>
+        <source>MPDO not processed: destination not available</source>
+        <translation>MPDO non traité : destination indisponible</translation>
+    </message>
+    <message>
+        <source>unexpected SYNC length</source>
+        <translation>longueur de SYNC inattendue</translation>
+    </message>
+    <message>
+        <source>RPDO time-out</source>
+        <translation>délai de RPDO dépassé</translation>
+    </message>
+    <message>
+        <source>error reset or no error</source>
+        <translation>erreur remise à zéro ou aucune erreur</translation>
+    </message>
+    <message>
+        <source>generic error</source>
+        <translation>erreur générale</translation>
+    </message>
+    <message>
+        <source>current, input side</source>
+        <translation>courant, côté entrée</translation>
+    </message>
+    <message>
+        <source>current inside the device</source>
+        <translation>courant dans l’appareil</translation>
+    </message>
+    <message>
+        <source>current, output side</source>
+        <translation>courant, côté sortie</translation>
+    </message>
+    <message>
+        <source>current</source>
+        <translation>courant</translation>
+    </message>
+    <message>
+        <source>mains voltage</source>
+        <translation>tension du secteur</translation>
+    </message>
+    <message>
+        <source>voltage inside the device</source>
+        <translation>tension dans l’appareil</translation>
+    </message>
+    <message>
+        <source>output voltage</source>
+        <translation>tension de sortie</translation>
+    </message>
+    <message>
+        <source>voltage</source>
+        <translation>tension</translation>
+    </message>
+    <message>
+        <source>ambient temperature</source>
+        <translation>température ambiante</translation>
+    </message>
+    <message>
+        <source>device temperature</source>
+        <translation>température de l’appareil</translation>
+    </message>
+    <message>
+        <source>temperature</source>
+        <translation>température</translation>
+    </message>
+    <message>
+        <source>hardware</source>
+        <translation>matériel</translation>
+    </message>
+    <message>
+        <source>internal software</source>
+        <translation>logiciel interne</translation>
+    </message>
+    <message>
+        <source>user software</source>
+        <translation>logiciel de l’utilisateur</translation>
+    </message>
+    <message>
+        <source>data set</source>
+        <translation>jeu de données</translation>
+    </message>
+    <message>
+        <source>software</source>
+        <translation>logiciel</translation>
+    </message>
+    <message>
+        <source>additional modules</source>
+        <translation>modules additionnels</translation>
+    </message>
+    <message>
+        <source>communication</source>
+        <translation>communication</translation>
+    </message>
+    <message>
+        <source>protocol error</source>
+        <translation>erreur de protocole</translation>
+    </message>
+    <message>
+        <source>monitoring</source>
+        <translation>surveillance</translation>
+    </message>
+    <message>
+        <source>external error</source>
+        <translation>erreur externe</translation>
+    </message>
+    <message>
+        <source>additional functions</source>
+        <translation>fonctions additionnelles</translation>
+    </message>
+    <message>
+        <source>specific to the device</source>
+        <translation>propre à l’appareil</translation>
+    </message>
+    <message>
+        <source>unknown error</source>
+        <translation>erreur inconnue</translation>
+    </message>
+    <message>
+        <source>device profile</source>
+        <translation>profil d’appareil</translation>
+    </message>
+    <message>
+        <source>reserved bit 6</source>
+        <translation>bit 6 réservé</translation>
+    </message>
+    <message>
+        <source>specific to the manufacturer</source>
+        <translation>propre au fabricant</translation>
+    </message>
 </context>
 <context>
     <name>CanOpen::CanPort</name>

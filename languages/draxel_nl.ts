@@ -518,6 +518,162 @@
         <source>Abort code %1</source>
         <translation>Afbreekcode %1</translation>
     </message>
+    <message>
+        <source>CAN overrun (messages lost)</source>
+        <translation>CAN-overloop (berichten verloren)</translation>
+    </message>
+    <message>
+        <source>CAN in error passive mode</source>
+        <translation>CAN in de toestand error passive</translation>
+    </message>
+    <message>
+        <source>life guard or heartbeat error</source>
+        <translation>fout bij life guarding of heartbeat</translation>
+    </message>
+    <message>
+        <source>recovered from bus off</source>
+        <translation>hersteld na bus-off</translation>
+    </message>
+    <message>
+        <source>CAN-ID collision</source>
+        <translation>botsing van CAN-ID’s</translation>
+    </message>
+    <message>
+        <source>PDO not processed: wrong length</source>
+        <translation>PDO niet verwerkt: verkeerde lengte</translation>
+    </message>
+    <message>
+        <source>PDO too long</source>
+        <translation>PDO te lang</translation>
+    </message>
+    <message>
+        <source>MPDO not processed: destination not available</source>
+        <translation>MPDO niet verwerkt: bestemming niet beschikbaar</translation>
+    </message>
+    <message>
+        <source>unexpected SYNC length</source>
+        <translation>onverwachte SYNC-lengte</translation>
+    </message>
+    <message>
+        <source>RPDO time-out</source>
+        <translation>RPDO-time-out</translation>
+    </message>
+    <message>
+        <source>error reset or no error</source>
+        <translation>fout gereset of geen fout</translation>
+    </message>
+    <message>
+        <source>generic error</source>
+        <translation>algemene fout</translation>
+    </message>
+    <message>
+        <source>current, input side</source>
+        <translation>stroom, ingangszijde</translation>
+    </message>
+    <message>
+        <source>current inside the device</source>
+        <translation>stroom in het apparaat</translation>
+    </message>
+    <message>
+        <source>current, output side</source>
+        <translation>stroom, uitgangszijde</translation>
+    </message>
+    <message>
+        <source>current</source>
+        <translation>stroom</translation>
+    </message>
+    <message>
+        <source>mains voltage</source>
+        <translation>netspanning</translation>
+    </message>
+    <message>
+        <source>voltage inside the device</source>
+        <translation>spanning in het apparaat</translation>
+    </message>
+    <message>
+        <source>output voltage</source>
+        <translation>uitgangsspanning</translation>
+    </message>
+    <message>
+        <source>voltage</source>
+        <translation>spanning</translation>
+    </message>
+    <message>
+        <source>ambient temperature</source>
+        <translation>omgevingstemperatuur</translation>
+    </message>
+    <message>
+        <source>device temperature</source>
+        <translation>apparaattemperatuur</translation>
+    </message>
+    <message>
+        <source>temperature</source>
+        <translation>temperatuur</translation>
+    </message>
+    <message>
+        <source>hardware</source>
+        <translation>hardware</translation>
+    </message>
+    <message>
+        <source>internal software</source>
+        <translation>interne software</translation>
+    </message>
+    <message>
+        <source>user software</source>
+        <translation>gebruikerssoftware</translation>
+    </message>
+    <message>
+        <source>data set</source>
+        <translation>gegevensset</translation>
+    </message>
+    <message>
+        <source>software</source>
+        <translation>software</translation>
+    </message>
+    <message>
+        <source>additional modules</source>
+        <translation>aanvullende modules</translation>
+    </message>
+    <message>
+        <source>communication</source>
+        <translation>communicatie</translation>
+    </message>
+    <message>
+        <source>protocol error</source>
+        <translation>protocolfout</translation>
+    </message>
+    <message>
+        <source>monitoring</source>
+        <translation>bewaking</translation>
+    </message>
+    <message>
+        <source>external error</source>
+        <translation>externe fout</translation>
+    </message>
+    <message>
+        <source>additional functions</source>
+        <translation>aanvullende functies</translation>
+    </message>
+    <message>
+        <source>specific to the device</source>
+        <translation>apparaatspecifiek</translation>
+    </message>
+    <message>
+        <source>unknown error</source>
+        <translation>onbekende fout</translation>
+    </message>
+    <message>
+        <source>device profile</source>
+        <translation>apparaatprofiel</translation>
+    </message>
+    <message>
+        <source>reserved bit 6</source>
+        <translation>gereserveerde bit 6</translation>
+    </message>
+    <message>
+        <source>specific to the manufacturer</source>
+        <translation>fabrikantspecifiek</translation>
+    </message>
 </context>
 <context>
     <name>CanOpen::CanPort</name>

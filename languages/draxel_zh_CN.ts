@@ -515,6 +515,162 @@
         <source>Abort code %1</source>
         <translation>中止代码 %1</translation>
     </message>
+    <message>
+        <source>CAN overrun (messages lost)</source>
+        <translation>CAN 溢出（报文丢失）</translation>
+    </message>
+    <message>
+        <source>CAN in error passive mode</source>
+        <translation>CAN 处于错误被动模式</translation>
+    </message>
+    <message>
+        <source>life guard or heartbeat error</source>
+        <translation>寿命守护或心跳错误</translation>
+    </message>
+    <message>
+        <source>recovered from bus off</source>
+        <translation>已从总线关闭恢复</translation>
+    </message>
+    <message>
+        <source>CAN-ID collision</source>
+        <translation>CAN-ID 冲突</translation>
+    </message>
+    <message>
+        <source>PDO not processed: wrong length</source>
+        <translation>PDO 未处理：长度错误</translation>
+    </message>
+    <message>
+        <source>PDO too long</source>
+        <translation>PDO 过长</translation>
+    </message>
+    <message>
+        <source>MPDO not processed: destination not available</source>
+        <translation>MPDO 未处理：目标不可用</translation>
+    </message>
+    <message>
+        <source>unexpected SYNC length</source>
+        <translation>SYNC 长度异常</translation>
+    </message>
+    <message>
+        <source>RPDO time-out</source>
+        <translation>RPDO 超时</translation>
+    </message>
+    <message>
+        <source>error reset or no error</source>
+        <translation>错误复位或无错误</translation>
+    </message>
+    <message>
+        <source>generic error</source>
+        <translation>一般错误</translation>
+    </message>
+    <message>
+        <source>current, input side</source>
+        <translation>电流，输入侧</translation>
+    </message>
+    <message>
+        <source>current inside the device</source>
+        <translation>设备内部电流</translation>
+    </message>
+    <message>
+        <source>current, output side</source>
+        <translation>电流，输出侧</translation>
+    </message>
+    <message>
+        <source>current</source>
+        <translation>电流</translation>
+    </message>
+    <message>
+        <source>mains voltage</source>
+        <translation>电网电压</translation>
+    </message>
+    <message>
+        <source>voltage inside the device</source>
+        <translation>设备内部电压</translation>
+    </message>
+    <message>
+        <source>output voltage</source>
+        <translation>输出电压</translation>
+    </message>
+    <message>
+        <source>voltage</source>
+        <translation>电压</translation>
+    </message>
+    <message>
+        <source>ambient temperature</source>
+        <translation>环境温度</translation>
+    </message>
+    <message>
+        <source>device temperature</source>
+        <translation>设备温度</translation>
+    </message>
+    <message>
+        <source>temperature</source>
+        <translation>温度</translation>
+    </message>
+    <message>
+        <source>hardware</source>
+        <translation>硬件</translation>
+    </message>
+    <message>
+        <source>internal software</source>
+        <translation>内部软件</translation>
+    </message>
+    <message>
+        <source>user software</source>
+        <translation>用户软件</translation>
+    </message>
+    <message>
+        <source>data set</source>
+        <translation>数据集</translation>
+    </message>
+    <message>
+        <source>software</source>
+        <translation>软件</translation>
+    </message>
+    <message>
+        <source>additional modules</source>
+        <translation>附加模块</translation>
+    </message>
+    <message>
+        <source>communication</source>
+        <translation>通信</translation>
+    </message>
+    <message>
+        <source>protocol error</source>
+        <translation>协议错误</translation>
+    </message>
+    <message>
+        <source>monitoring</source>
+        <translation>监控</translation>
+    </message>
+    <message>
+        <source>external error</source>
+        <translation>外部错误</translation>
+    </message>
+    <message>
+        <source>additional functions</source>
+        <translation>附加功能</translation>
+    </message>
+    <message>
+        <source>specific to the device</source>
+        <translation>设备特定</translation>
+    </message>
+    <message>
+        <source>unknown error</source>
+        <translation>未知错误</translation>
+    </message>
+    <message>
+        <source>device profile</source>
+        <translation>设备规约</translation>
+    </message>
+    <message>
+        <source>reserved bit 6</source>
+        <translation>保留位 6</translation>
+    </message>
+    <message>
+        <source>specific to the manufacturer</source>
+        <translation>制造商特定</translation>
+    </message>
 </context>
 <context>
     <name>CanOpen::CanPort</name>

@@ -537,6 +537,8 @@ void tst_Languages::onlyNamesStayAsTheyAre()
         {"draxel", "nl", "%1 (node %2)"},
         {"draxel", "nl", "Node"},
         {"draxel", "nl", "Nodes: %1"},
+        {"draxel", "fr", "communication"},
+        {"draxel", "nl", "hardware"},
     };
 
     QStringList expected;
