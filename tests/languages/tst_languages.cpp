@@ -539,6 +539,7 @@ void tst_Languages::onlyNamesStayAsTheyAre()
         {"draxel", "nl", "Nodes: %1"},
         {"draxel", "fr", "communication"},
         {"draxel", "nl", "hardware"},
+        {"draxel", "nl", "software"},
     };
 
     QStringList expected;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "checkupsession.h"
 
+#include <checkup/changesummary.h>
 #include <checkup/checkup.h>
 #include <checkup/snapshotcomparison.h>
 #include <host/core/hostservices.h>
@@ -62,9 +63,7 @@ void CheckupSession::setLanguage(const QString &language)
     m_language = language;
     if (isEmpty())
         return;
-    judgeRecord();
-    if (m_record.comparison)
-        m_record.comparison->comparison = compare(m_record.comparison->earlier, m_record.snapshot);
+    judgeAndCompare();
     emit recordChanged();
 }
 
@@ -239,14 +238,21 @@ void CheckupSession::show(CheckupRecord record)
     ++m_shown;
     m_kept = Kept::No;
     m_keepingProblem.clear();
-    judgeRecord();
+    judgeAndCompare();
     emit changed();
     emit keptChanged();
 }
 
-void CheckupSession::judgeRecord()
+/*! A device that does not tell this time who it is has its name from the visit before. */
+void CheckupSession::judgeAndCompare()
 {
-    m_record.result = judge(m_record.snapshot);
+    if (!m_record.comparison) {
+        m_record.result = judge(m_record.snapshot);
+        return;
+    }
+    const Snapshot &earlier = m_record.comparison->earlier;
+    m_record.result = judge(m_record.snapshot, &earlier);
+    m_record.comparison->comparison = compareJudged(earlier, m_record.snapshot, m_record.result);
 }
 
 void CheckupSession::keep()
@@ -298,8 +304,10 @@ void CheckupSession::compareWithVisitBefore(qint64 visitId)
 void CheckupSession::takePast(const Past &past)
 {
     m_record.trends = past.trends;
-    if (past.earlier)
-        m_record.comparison = RecordComparison{*past.earlier, compare(*past.earlier, m_record.snapshot)};
+    if (past.earlier) {
+        m_record.comparison = RecordComparison{*past.earlier, {}};
+        judgeAndCompare();
+    }
     emit recordChanged();
 }
 
@@ -348,16 +356,22 @@ const CheckedComponent *CheckupSession::early(quint8 nodeId) const
     return found == m_early.constEnd() ? nullptr : &*found;
 }
 
-CheckupResult CheckupSession::judge(const Snapshot &snapshot)
+CheckupResult CheckupSession::judge(const Snapshot &snapshot, const Snapshot *earlier)
 {
-    return Checkup::judge(snapshot, rules(), m_language);
+    return Checkup::judge(snapshot, rules(), m_language, earlier);
 }
 
 Comparison CheckupSession::compare(const Snapshot &earlier, const Snapshot &later)
 {
+    return compareJudged(earlier, later, judge(later, &earlier));
+}
+
+Comparison CheckupSession::compareJudged(const Snapshot &earlier, const Snapshot &later,
+                                         const CheckupResult &result)
+{
     const CheckupResult before = judge(earlier);
-    const CheckupResult after = judge(later);
-    return SnapshotComparison::compare({&earlier, &before}, {&later, &after}, rules().kinds());
+    return ChangeSummary::forPeople(
+        SnapshotComparison::compare({&earlier, &before}, {&later, &result}, rules().kinds()));
 }
 
 void CheckupSession::setKept(Kept kept, const QString &problem)

@@ -99,9 +99,10 @@ public:
     const CheckedComponent *early(quint8 nodeId) const;
 
     const RuleSet &rules();
-    /*! Compares two snapshots as the page does. */
+    /*! Compares two snapshots as the page does, for people: what has one cause is one change. */
     Comparison compare(const Snapshot &earlier, const Snapshot &later);
-    CheckupResult judge(const Snapshot &snapshot);
+    /*! \a earlier, which may be null, gives their names to devices that do not tell them in \a snapshot. */
+    CheckupResult judge(const Snapshot &snapshot, const Snapshot *earlier = nullptr);
 
 signals:
     /*! Another snapshot is shown, or a check-up has begun or ended. */
@@ -134,7 +135,8 @@ private:
     void handleFinished();
     void showNews();
     void show(CheckupRecord record);
-    void judgeRecord();
+    void judgeAndCompare();
+    Comparison compareJudged(const Snapshot &earlier, const Snapshot &later, const CheckupResult &result);
     void handleKept(const VehicleRecords::Keeping &keeping);
     void compareWithVisitBefore(qint64 visitId);
     void takePast(const Past &past);

@@ -25,7 +25,8 @@ ServiceReport makeReport(const ServiceReportOrder &order, const RuleSet &rules,
 {
     ServiceReportData data;
     data.snapshot = order.snapshot;
-    data.checkup = Checkup::judge(order.snapshot, rules, order.language);
+    data.checkup = Checkup::judge(order.snapshot, rules, order.language,
+                                   order.earlier ? &*order.earlier : nullptr);
     if (order.earlier) {
         const CheckupResult before = Checkup::judge(*order.earlier, rules, order.language);
         data.comparison
