@@ -48,8 +48,3 @@ bool isTextFact(Fact fact)
     }
     return false;
 }
-
-bool isVehicleFact(Fact fact)
-{
-    return fact >= Fact::VehicleNodes;
-}

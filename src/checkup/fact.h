@@ -30,6 +30,3 @@ std::optional<Fact> findFact(const QString &name);
 
 /*! Whether a fact is a text: it can be shown, and not calculated with. */
 bool isTextFact(Fact fact);
-
-/*! Whether it is about the vehicle, so that it can be asked of every node and of none. */
-bool isVehicleFact(Fact fact);

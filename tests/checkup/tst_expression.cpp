@@ -152,6 +152,7 @@ void tst_Expression::evaluate_data()
     row("2001h.1", "absent");
     row("2012h.1", "absent");
     row("2013h.1", "unknown");
+    row("2013h.255", "unknown");
     row("2015h.2", "unknown");
     row("2015h.3", "absent");
     row("2016h", "1");
@@ -261,6 +262,7 @@ void tst_Expression::wrong_data()
     row("(1", "A closing parenthesis is missing, at character 3");
     row("1)", "\")\" was not expected, at character 2");
     row("abs(1", "A closing parenthesis is missing, at character 6");
+    row("bit(1)", "These are too few or too many arguments, at character 7");
     row("abs(1, 2)", "These are too few or too many arguments, at character 10");
     row("min(1)", "These are too few or too many arguments, at character 7");
     row("spread(1)", "An object alone is wanted, of which all sub-indices are taken, at character 8");
@@ -296,6 +298,7 @@ void tst_Expression::bounds()
     QCOMPARE(evaluated(QStringLiteral("1+").repeated(499) + QStringLiteral("1")), QStringLiteral("500"));
     QCOMPARE(evaluated(QStringLiteral("1+").repeated(500) + QStringLiteral("1")),
              QStringLiteral("A formula has at most 1000 characters"));
+    QCOMPARE(evaluated(QStringLiteral("(1)+").repeated(99) + QStringLiteral("1")), QStringLiteral("100"));
     QCOMPARE(evaluated(QStringLiteral("-").repeated(999) + QStringLiteral("1")), QStringLiteral("-1"));
 }
 

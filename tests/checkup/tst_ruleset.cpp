@@ -92,6 +92,10 @@ private slots:
     void nameThatIsHalfRead();
     void nameOfAnotherMake();
     void wordsOfValues();
+    void placesOfATemplate();
+    void limitsOfAFile();
+    void tooManyFiles();
+    void hugeFileOfAFolder();
 };
 
 void tst_RuleSet::goodRuleIsApplied()
@@ -139,6 +143,14 @@ void tst_RuleSet::wrongRule_data()
         "rules[0].text.en: A text is wanted. (rule \"a\")");
     row("open brace", R"({"id": "a", "severity": "note", "when": "1", "text": {"en": "a {1"}})",
         "rules[0].text.en: A brace is opened and not closed, at character 3. (rule \"a\")");
+    row("brace at the end", R"({"id": "a", "severity": "note", "when": "1", "text": {"en": "a {"}})",
+        "rules[0].text.en: A brace is opened and not closed, at character 3. (rule \"a\")");
+    row("text in a formula",
+        R"({"id": "a", "severity": "note", "when": "1", "text": {"en": "{node.name == 1}"}})",
+        "rules[0].text.en: \"{node.name == 1}\": A text is no number. (rule \"a\")");
+    row("loop of one too many",
+        R"({"id": "a", "for": "s in 0 to 4096", "severity": "note", "when": "1", "text": {"en": "x"}})",
+        "rules[0].for[0]: A loop runs from a lower to a higher number, 4096 at most. (rule \"a\")");
     row("bad place", R"({"id": "a", "severity": "note", "when": "1", "text": {"en": "{1 +}"}})",
         "rules[0].text.en: \"{1 +}\": Something is missing, at character 4. (rule \"a\")");
     row("bad class",
@@ -198,6 +210,17 @@ void tst_RuleSet::wrongFile_data()
                R"({"format": "draxel-rules", "version": 1, "objects": [{"object": "6040h", "kind": "x"}]})")
         << QStringLiteral("mine.json: objects[0].kind: One of these words is wanted: parameter, firmware, "
                           "counter, value, running.");
+    QTest::newRow("negative noise") << QByteArray(
+        R"({"format": "draxel-rules", "version": 1, "objects": [{"object": "6040h", "kind": "value", "noise": -1}]})")
+                                    << QStringLiteral("mine.json: objects[0]: Noise cannot be negative.");
+    QTest::newRow("negative noise in percent") << QByteArray(
+        R"({"format": "draxel-rules", "version": 1, "objects": [{"object": "6040h", "kind": "value", "noisePercent": -1}]})")
+                                               << QStringLiteral(
+                                                      "mine.json: objects[0]: Noise cannot be negative.");
+    QTest::newRow("backward objects") << QByteArray(
+        R"({"format": "draxel-rules", "version": 1, "objects": [{"from": "6041h", "to": "6040h", "kind": "value"}]})")
+                                      << QStringLiteral(
+                                             "mine.json: objects[0].to: This is lower than the first one.");
     QTest::newRow("object of a kind")
         << QByteArray(
                R"({"format": "draxel-rules", "version": 1, "objects": [{"object": "x", "kind": "value"}]})")
@@ -479,7 +502,7 @@ void tst_RuleSet::hugeFile()
 void tst_RuleSet::tooManyRules()
 {
     QByteArray text;
-    for (int i = 0; i <= RuleSet::mostRules; ++i)
+    for (int i = 0; i <= RuleSet::mostRules + 1; ++i)
         text += QByteArray(i > 0 ? "," : "") + goodRule("r" + QByteArray::number(i));
     RuleSet rules;
     rules.add(fileWith(text), QStringLiteral("1.json"));
@@ -920,6 +943,81 @@ void tst_RuleSet::wordsOfValues()
     QCOMPARE(ObjectWords::value({0x6307, 1}, -5), QStringLiteral("-5"));
     QCOMPARE(ObjectWords::value({0x1018, 3}, 0x00010003u), QStringLiteral("1.3"));
     QCOMPARE(ObjectWords::value({0x1018, 4}, 65539u), QStringLiteral("65539"));
+}
+
+void tst_RuleSet::placesOfATemplate()
+{
+    QString error;
+    const auto text = TextTemplate::parse(QStringLiteral("a {node.id} b {5} c {{d"), {}, &error);
+    QVERIFY2(text, qPrintable(error));
+    QCOMPARE(text->places(), (QStringList{QStringLiteral("5"), QStringLiteral("node.id")}));
+    QVERIFY(TextTemplate::parse(QString(2000, QLatin1Char('x')), {}, &error));
+    QVERIFY(!TextTemplate::parse(QString(2001, QLatin1Char('x')), {}, &error));
+    QCOMPARE(error, QStringLiteral("A text has at most 2000 characters"));
+}
+
+void tst_RuleSet::limitsOfAFile()
+{
+    const auto problems = [](const QByteArray &members, RuleSet *rules) {
+        rules->add(R"({"format": "draxel-rules", "version": 1, )" + members + "}", QStringLiteral("1.json"));
+        return rules->problems();
+    };
+    const auto repeated = [](const QByteArray &text, int count) {
+        QByteArray list = text;
+        for (int i = 1; i < count; ++i)
+            list += ',' + text;
+        return list;
+    };
+    const QByteArray word = R"({"code": 1, "text": {"en": "x"}})";
+    RuleSet words;
+    QCOMPARE(problems(R"("words": {"a": [)" + repeated(word, 5000) + "]}", &words), QStringList());
+    QCOMPARE(problems(R"("words": {"a": [)" + repeated(word, 5001) + "]}", &words),
+             QStringList{QStringLiteral("1.json: words.a[5000]: A table has at most 5000 words.")});
+    const QByteArray rule
+        = R"("rules": [{"id": "a", "severity": "note", "when": "1", "text": {"en": "x"}, "cases": [)";
+    RuleSet cases;
+    QCOMPARE(problems(rule + repeated(R"({"when": "1"})", 100) + "]}]", &cases), QStringList());
+    QCOMPARE(problems(rule + repeated(R"({"when": "1"})", 101) + "]}]", &cases),
+             QStringList{QStringLiteral("1.json: rules[0].cases: 1 to 100 cases are wanted. (rule \"a\")")});
+    const QByteArray kind = R"({"object": "2000h", "kind": "value"})";
+    RuleSet kinds;
+    QCOMPARE(problems(R"("objects": [)" + repeated(kind, 5000) + R"(,{"object": "2001h", "kind": "value"}])",
+                      &kinds),
+             QStringList());
+    QCOMPARE(kinds.kinds().find({0x2000, 0}).kind, ObjectKind::Kind::Value);
+    QCOMPARE(kinds.kinds().find({0x2001, 0}).kind, ObjectKind::Kind::Parameter);
+}
+
+void tst_RuleSet::tooManyFiles()
+{
+    const QTemporaryDir folder;
+    const auto write = [&folder](int number) {
+        QFile file(folder.filePath(QStringLiteral("%1.json").arg(number)));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(fileWith(goodRule("r" + QByteArray::number(number))));
+    };
+    for (int i = 1000; i < 1200; ++i)
+        write(i);
+    QCOMPARE(RuleSet::load({folder.path()}).problems(), QStringList());
+    write(1200);
+    const RuleSet rules = RuleSet::load({folder.path()});
+    QCOMPARE(rules.rules().size(), 200);
+    QCOMPARE(rules.problems(),
+             QStringList{QStringLiteral("The folder %1 has more than 200 files; the others are left out.")
+                             .arg(QDir::toNativeSeparators(folder.path()))});
+}
+
+void tst_RuleSet::hugeFileOfAFolder()
+{
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("1.json")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    const QByteArray rule = fileWith(goodRule("a"));
+    file.write(rule + QByteArray(RuleSet::largestFile - rule.size() + 1, ' '));
+    file.close();
+    const RuleSet rules = RuleSet::load({folder.path()});
+    QCOMPARE(rules.rules().size(), 0);
+    QVERIFY(rules.problems().value(0).endsWith(QStringLiteral("The file is larger than 1048576 bytes.")));
 }
 
 QTEST_GUILESS_MAIN(tst_RuleSet)
