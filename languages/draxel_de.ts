@@ -1272,20 +1272,17 @@ Jetzt: %2</translation>
         <source>In order: all rules that concern it were checked.</source>
         <translation>In Ordnung: Alle Regeln, die sie betreffen, wurden geprüft.</translation>
     </message>
-    <message numerus="yes">
-        <source>... and %n more</source>
-        <translation>
-            <numerusform>... und %n weitere</numerusform>
-            <numerusform>... und %n weitere</numerusform>
-        </translation>
+    <message>
+        <source>... and %1 more</source>
+        <translation>... und %1 weitere</translation>
     </message>
     <message>
         <source>Cell voltages, pack %1</source>
-        <translation>Zellspannungen, Pack %1</translation>
+        <translation>Spannungen der Zellen, Pack %1</translation>
     </message>
     <message>
         <source>Cell voltages</source>
-        <translation>Zellspannungen</translation>
+        <translation>Spannungen der Zellen</translation>
     </message>
     <message>
         <source>Since the visit of %1</source>

@@ -87,16 +87,6 @@
     </message>
 </context>
 <context>
-    <name>ComponentText</name>
-    <message numerus="yes">
-        <source>... and %n more</source>
-        <translation>
-            <numerusform>... and %n more</numerusform>
-            <numerusform>... and %n more</numerusform>
-        </translation>
-    </message>
-</context>
-<context>
     <name>MainWindow</name>
     <message numerus="yes">
         <source>%n visit(s) that had waited are in the archive now.</source>

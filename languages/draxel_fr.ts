@@ -1272,12 +1272,9 @@ Maintenant&#xa0;: %2</translation>
         <source>In order: all rules that concern it were checked.</source>
         <translation>En ordre&#xa0;: toutes les règles qui le concernent ont été vérifiées.</translation>
     </message>
-    <message numerus="yes">
-        <source>... and %n more</source>
-        <translation>
-            <numerusform>... et %n autre</numerusform>
-            <numerusform>... et %n autres</numerusform>
-        </translation>
+    <message>
+        <source>... and %1 more</source>
+        <translation>... et %1 de plus</translation>
     </message>
     <message>
         <source>Cell voltages, pack %1</source>

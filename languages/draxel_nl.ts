@@ -1272,12 +1272,9 @@ Nu: %2</translation>
         <source>In order: all rules that concern it were checked.</source>
         <translation>In orde: alle regels die erop van toepassing zijn, zijn gecontroleerd.</translation>
     </message>
-    <message numerus="yes">
-        <source>... and %n more</source>
-        <translation>
-            <numerusform>... en nog %n</numerusform>
-            <numerusform>... en nog %n</numerusform>
-        </translation>
+    <message>
+        <source>... and %1 more</source>
+        <translation>... en nog %1</translation>
     </message>
     <message>
         <source>Cell voltages, pack %1</source>

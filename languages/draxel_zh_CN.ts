@@ -977,7 +977,7 @@
     </message>
     <message>
         <source>%1 of %2</source>
-        <translation>%1 / %2</translation>
+        <translation>%1，共 %2</translation>
     </message>
     <message>
         <source>Waits for its turn</source>
@@ -1262,11 +1262,9 @@ Now: %2</source>
         <source>In order: all rules that concern it were checked.</source>
         <translation>正常：已检查与其相关的所有规则。</translation>
     </message>
-    <message numerus="yes">
-        <source>... and %n more</source>
-        <translation>
-            <numerusform>... 还有 %n 项</numerusform>
-        </translation>
+    <message>
+        <source>... and %1 more</source>
+        <translation>……以及另外 %1 项</translation>
     </message>
     <message>
         <source>Cell voltages, pack %1</source>

@@ -81,7 +81,7 @@ void EmergencyOrders::end(Order &order)
 void EmergencyOrders::look(Order &order)
 {
     if (holds(order))
-        raise(order);
+        announce(order);
     else if (!order.fault.stays)
         clear(order);
 }
@@ -100,12 +100,12 @@ bool EmergencyOrders::holds(const Order &order) const
     return isNumber && (value > static_cast<double>(fault.above) || value < static_cast<double>(fault.below));
 }
 
-void EmergencyOrders::raise(Order &order)
+void EmergencyOrders::announce(Order &order)
 {
     if (order.isRaised)
         return;
     order.isRaised = true;
-    m_actions.raise(order.fault);
+    m_actions.announce(order.fault);
 }
 
 void EmergencyOrders::clear(Order &order)

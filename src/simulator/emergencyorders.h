@@ -15,7 +15,7 @@ public:
     /*! What an order does to the node. */
     struct Node
     {
-        std::function<void(const Faults::Emergency &)> raise;
+        std::function<void(const Faults::Emergency &)> announce;
         std::function<void(quint16 errorCode)> clear;
     };
 
@@ -45,7 +45,7 @@ private:
     void end(Order &order);
     void look(Order &order);
     bool holds(const Order &order) const;
-    void raise(Order &order);
+    void announce(Order &order);
     void clear(Order &order);
     qint64 duration(std::chrono::milliseconds time) const;
 

@@ -56,7 +56,7 @@ void EmergencySender::setSending(bool isSending)
     m_job.reset();
 }
 
-void EmergencySender::raise(const Emergency &emergency)
+void EmergencySender::announce(const Emergency &emergency)
 {
     const auto isSame = [&](const Emergency &other) { return other.errorCode == emergency.errorCode; };
     if (std::any_of(m_errors.cbegin(), m_errors.cend(), isSame))
@@ -85,7 +85,7 @@ void EmergencySender::report(quint16 errorCode, quint8 errorRegister)
     Emergency emergency;
     emergency.errorCode = errorCode;
     emergency.errorRegister = errorRegister;
-    raise(emergency);
+    announce(emergency);
     clear(errorCode);
 }
 

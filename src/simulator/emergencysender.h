@@ -32,7 +32,7 @@ public:
     void setSending(bool isSending);
 
     /*! An error has come. Nothing happens when one with this code is there already. */
-    void raise(const CanOpen::Emergency &emergency);
+    void announce(const CanOpen::Emergency &emergency);
     /*! The error with this code has gone: the emergency 0000h tells what is left in the register. */
     void clear(quint16 errorCode);
     /*! An error that is over as soon as it is said. */

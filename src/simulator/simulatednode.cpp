@@ -327,7 +327,7 @@ void SimulatedNode::raiseEmergency(const Faults::Emergency &fault)
     for (int i = 0; i <= last; ++i)
         emergency.manufacturer[static_cast<std::size_t>(i)]
             = static_cast<quint8>(fault.manufacturer >> (8 * (last - i)) & 0xFF);
-    m_emergencies.raise(emergency);
+    m_emergencies.announce(emergency);
     if (fault.preOperational && m_state == NmtState::Operational)
         enterState(NmtState::PreOperational);
 }

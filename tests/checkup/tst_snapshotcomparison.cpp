@@ -247,7 +247,7 @@ void tst_SnapshotComparison::firmware()
     QCOMPARE(
         changes(after),
         (QStringList{
-            QStringLiteral("firmware|4|100Ah.0|3.1|3.2|Motor Control unit (node 4): 100Ah.0 was 3.1, is 3.2: "
+            QStringLiteral("firmware|4|100Ah.0|3.1|3.2|Motor Control unit (node 4): Software version (100Ah.0) was 3.1, is 3.2: "
                            "the software was changed."),
             QStringLiteral("firmware|4|1018h.3|3.1|3.2|Motor Control unit (node 4): Identity (1018h.3) was "
                            "3.1, is 3.2: the software was changed.")}));
@@ -320,7 +320,7 @@ void tst_SnapshotComparison::textAndBytes()
     after.find(motor)->insert(entry);
     QCOMPARE(
         changes(before, after),
-        one("parameter|4|1008h.0|01 ff|01 fe|Motor Control unit (node 4): 1008h.0 was 01 ff, is 01 fe."));
+        one("parameter|4|1008h.0|01 ff|01 fe|Motor Control unit (node 4): Manufacturer device name (1008h.0) was 01 ff, is 01 fe."));
 }
 
 void tst_SnapshotComparison::objectLostAndFound()
@@ -746,7 +746,7 @@ void tst_SnapshotComparison::unreadDeviceKeepsItsName()
              QStringLiteral("moved|20||4|20|Motor Control unit (node 20) was on node 4 before."));
     QCOMPARE(lines.filter(QStringLiteral("Device (node")), QStringList());
     QCOMPARE(lines.value(1),
-             QStringLiteral("gap|20|1008h.0|DX-Drive 250||Motor Control unit (node 20): 1008h.0 could not be "
+             QStringLiteral("gap|20|1008h.0|DX-Drive 250||Motor Control unit (node 20): Manufacturer device name (1008h.0) could not be "
                             "read this time. The device did not answer."));
 }
 

@@ -116,7 +116,7 @@ void ComponentText::addFindings(const QVector<Finding> &findings)
     m_html += QStringLiteral("</table>");
     if (findings.size() > mostFindings)
         m_html += QStringLiteral("<p>%1</p>")
-                      .arg(escaped(tr("... and %n more", nullptr, findings.size() - mostFindings)));
+                      .arg(escaped(tr("... and %1 more").arg(findings.size() - mostFindings)));
 }
 
 void ComponentText::addNotChecked(const QStringList &reasons)
@@ -172,7 +172,7 @@ void ComponentText::addChanges(const CheckupRecord &record, quint8 nodeId)
     m_html += QStringLiteral("</ul>");
     if (changes.size() > mostChanges)
         m_html += QStringLiteral("<p>%1</p>")
-                      .arg(escaped(tr("... and %n more", nullptr, changes.size() - mostChanges)));
+                      .arg(escaped(tr("... and %1 more").arg(changes.size() - mostChanges)));
 }
 
 /*! What a workshop asks for, with the limits that the device has itself. */

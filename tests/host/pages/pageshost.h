@@ -9,18 +9,30 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-/*! A folder of its own for the archive of a test. Before everything that opens an archive. */
+/*! A folder of its own for the archive of a test, and for visits that wait for one. Before everything that opens an
+ *  archive.
+ */
 class OwnArchive
 {
 public:
-    OwnArchive() { qputenv("DRAXEL_ARCHIVE", fileName().toLocal8Bit()); }
-    ~OwnArchive() { qunsetenv("DRAXEL_ARCHIVE"); }
+    OwnArchive()
+        : m_formerData(qgetenv("XDG_DATA_HOME"))
+    {
+        qputenv("DRAXEL_ARCHIVE", fileName().toLocal8Bit());
+        qputenv("XDG_DATA_HOME", m_folder.path().toLocal8Bit());
+    }
+    ~OwnArchive()
+    {
+        qunsetenv("DRAXEL_ARCHIVE");
+        qputenv("XDG_DATA_HOME", m_formerData);
+    }
     Q_DISABLE_COPY(OwnArchive)
 
     QString fileName() const { return m_folder.filePath(QStringLiteral("test.dxarchive")); }
 
 private:
     QTemporaryDir m_folder;
+    QByteArray m_formerData;
 };
 
 /*! Handles events until the archive has answered everything, what follows from its answers included. */
