@@ -899,6 +899,10 @@
         <source>Connect a bus (Ctrl+K) and press &quot;Check-up&quot;, or open a saved vehicle.</source>
         <translation>Verbinden Sie einen Bus (Strg+K) und drücken Sie „Prüfung“, oder öffnen Sie ein gespeichertes Fahrzeug.</translation>
     </message>
+    <message>
+        <source>&amp;Share of the bus...</source>
+        <translation>A&amp;nteil am Bus...</translation>
+    </message>
 </context>
 <context>
     <name>CheckupSession</name>
@@ -2874,6 +2878,17 @@ Jetzt: %2</translation>
     <message>
         <source>The file %1 cannot be written: %2.</source>
         <translation>Die Datei %1 kann nicht geschrieben werden: %2.</translation>
+    </message>
+</context>
+<context>
+    <name>ShareSetting</name>
+    <message>
+        <source>Share of the bus</source>
+        <translation>Anteil am Bus</translation>
+    </message>
+    <message>
+        <source>How much of the bus a check-up may use, in percent. Less takes longer and leaves the vehicle more room for its own messages.</source>
+        <translation>Wie viel Prozent des Busses eine Prüfung nutzen darf. Weniger dauert länger und lässt dem Fahrzeug mehr Platz für seine eigenen Nachrichten.</translation>
     </message>
 </context>
 <context>

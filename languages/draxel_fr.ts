@@ -899,6 +899,10 @@
         <source>Connect a bus (Ctrl+K) and press &quot;Check-up&quot;, or open a saved vehicle.</source>
         <translation>Connectez un bus (Ctrl+K) et appuyez sur «&#xa0;Contrôle&#xa0;», ou ouvrez un véhicule enregistré.</translation>
     </message>
+    <message>
+        <source>&amp;Share of the bus...</source>
+        <translation>&amp;Part du bus...</translation>
+    </message>
 </context>
 <context>
     <name>CheckupSession</name>
@@ -2874,6 +2878,17 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>The file %1 cannot be written: %2.</source>
         <translation>Le fichier %1 ne peut pas être écrit&#xa0;: %2.</translation>
+    </message>
+</context>
+<context>
+    <name>ShareSetting</name>
+    <message>
+        <source>Share of the bus</source>
+        <translation>Part du bus</translation>
+    </message>
+    <message>
+        <source>How much of the bus a check-up may use, in percent. Less takes longer and leaves the vehicle more room for its own messages.</source>
+        <translation>Part du bus, en pour cent, qu’un contrôle peut utiliser. Moins dure plus longtemps et laisse plus de place aux messages du véhicule.</translation>
     </message>
 </context>
 <context>

@@ -899,6 +899,10 @@
         <source>Connect a bus (Ctrl+K) and press &quot;Check-up&quot;, or open a saved vehicle.</source>
         <translation>Verbind een bus (Ctrl+K) en druk op &quot;Controle&quot;, of open een opgeslagen voertuig.</translation>
     </message>
+    <message>
+        <source>&amp;Share of the bus...</source>
+        <translation>A&amp;andeel van de bus...</translation>
+    </message>
 </context>
 <context>
     <name>CheckupSession</name>
@@ -2874,6 +2878,17 @@ Nu: %2</translation>
     <message>
         <source>The file %1 cannot be written: %2.</source>
         <translation>Het bestand %1 kan niet worden geschreven: %2.</translation>
+    </message>
+</context>
+<context>
+    <name>ShareSetting</name>
+    <message>
+        <source>Share of the bus</source>
+        <translation>Aandeel van de bus</translation>
+    </message>
+    <message>
+        <source>How much of the bus a check-up may use, in percent. Less takes longer and leaves the vehicle more room for its own messages.</source>
+        <translation>Hoeveel procent van de bus een controle mag gebruiken. Minder duurt langer en laat het voertuig meer ruimte voor zijn eigen berichten.</translation>
     </message>
 </context>
 <context>

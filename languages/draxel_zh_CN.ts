@@ -895,6 +895,10 @@
         <source>Connect a bus (Ctrl+K) and press &quot;Check-up&quot;, or open a saved vehicle.</source>
         <translation>请连接总线 (Ctrl+K) 并按“检查”，或打开已保存的车辆。</translation>
     </message>
+    <message>
+        <source>&amp;Share of the bus...</source>
+        <translation>总线占用比例(&amp;S)...</translation>
+    </message>
 </context>
 <context>
     <name>CheckupSession</name>
@@ -2857,6 +2861,17 @@ Now: %2</source>
     <message>
         <source>The file %1 cannot be written: %2.</source>
         <translation>无法写入文件 %1：%2。</translation>
+    </message>
+</context>
+<context>
+    <name>ShareSetting</name>
+    <message>
+        <source>Share of the bus</source>
+        <translation>总线占用比例</translation>
+    </message>
+    <message>
+        <source>How much of the bus a check-up may use, in percent. Less takes longer and leaves the vehicle more room for its own messages.</source>
+        <translation>检查最多可占用总线的百分比。数值越小耗时越长，给车辆自身报文留出的余量越大。</translation>
     </message>
 </context>
 <context>

@@ -15,6 +15,7 @@
 #include "patiencedialog.h"
 #include "pluginactions.h"
 #include "reportfiles.h"
+#include "sharesetting.h"
 #include "statusline.h"
 #include "valuesstrip.h"
 #include "vehiclefiles.h"
@@ -321,6 +322,10 @@ void MainWindow::connectCheckup()
     connect(m_checkup, &CheckupPage::saveRequested, m_checkupFiles, &CheckupFiles::save);
     connect(m_checkup, &CheckupPage::compareFileRequested, m_checkupFiles, &CheckupFiles::compareWithFile);
     connect(m_checkup, &CheckupPage::reportRequested, m_checkupFiles, &CheckupFiles::writeReport);
+    connect(m_checkup, &CheckupPage::shareRequested, this, [this] {
+        ShareSetting::ask(m_session->sharePercent(), this,
+                          [this](int percent) { m_session->setSharePercent(percent); });
+    });
     connect(m_checkup, &CheckupPage::notesRequested, m_checkupFiles, &CheckupFiles::askForNotes);
     connect(m_checkupFiles, &CheckupFiles::failed, this, &MainWindow::showError);
     connect(m_checkupFiles, &CheckupFiles::succeeded, this,
@@ -400,6 +405,7 @@ void MainWindow::restoreSettings()
 
     m_patience = PatienceSettings::load(settings);
     m_patience.apply(&m_services->bus().sdoClient(), PatienceSettings());
+    m_session->setSharePercent(ShareSetting::load(settings));
 }
 
 void MainWindow::saveSettings()

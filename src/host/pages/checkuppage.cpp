@@ -30,6 +30,7 @@ constexpr int margin = 9;
 constexpr int lightSize = 26;
 constexpr int barSteps = 1000;
 constexpr int leastBarWidth = 90;
+constexpr int rowsForWidths = 20; // looked at for the widths of columns: all of 127 would hold the window
 
 QToolButton *makeButton(QAction *action, QWidget *parent)
 {
@@ -63,6 +64,7 @@ CheckupPage::CheckupPage(CheckupSession *session, QWidget *parent)
     , m_scan(makeAction("actionScan"))
     , m_resume(makeAction("actionResume"))
     , m_notes(makeAction("actionNotes"))
+    , m_share(makeAction("actionShare"))
     , m_cancel(makeAction("actionCancelCheckup"))
     , m_save(makeAction("actionSaveSnapshot"))
     , m_report(makeAction("actionServiceReport"))
@@ -76,7 +78,7 @@ CheckupPage::CheckupPage(CheckupSession *session, QWidget *parent)
     m_menu->setObjectName(QStringLiteral("checkupMenu"));
     m_menu->addActions({m_full, m_quick, m_resume});
     m_menu->addSeparator();
-    m_menu->addActions({m_scan, m_notes});
+    m_menu->addActions({m_scan, m_share, m_notes});
     m_compareMenu->addActions({m_compareLast, m_compareFile});
 
     auto *layout = new PageLayout(this);
@@ -86,6 +88,9 @@ CheckupPage::CheckupPage(CheckupSession *session, QWidget *parent)
     layout->addWidget(buildVerdict());
     layout->addWidget(buildCentre(), 1);
     layout->addWidget(buildBottom());
+    m_detailsTimer.setSingleShot(true);
+    m_detailsTimer.setInterval(0);
+    connect(&m_detailsTimer, &QTimer::timeout, this, &CheckupPage::showDetails);
     connectSession();
     retranslate();
 }
@@ -169,6 +174,7 @@ QWidget *CheckupPage::buildCentre()
     m_table->verticalHeader()->setDefaultSectionSize(ComponentDelegate::rowHeight(m_table->fontMetrics()));
     m_table->horizontalHeader()->setHighlightSections(false);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_table->horizontalHeader()->setResizeContentsPrecision(rowsForWidths);
     m_table->horizontalHeader()->setSectionResizeMode(ComponentModel::NameColumn, QHeaderView::Stretch);
     m_details = new ComponentDetails(splitter);
     connect(splitter, &QSplitter::splitterMoved, this, &CheckupPage::fitColumns);
@@ -241,6 +247,7 @@ void CheckupPage::connectSession()
     connect(m_save, &QAction::triggered, this, &CheckupPage::saveRequested);
     connect(m_report, &QAction::triggered, this, &CheckupPage::reportRequested);
     connect(m_notes, &QAction::triggered, this, &CheckupPage::notesRequested);
+    connect(m_share, &QAction::triggered, this, &CheckupPage::shareRequested);
     connect(m_compareFile, &QAction::triggered, this, &CheckupPage::compareFileRequested);
     connect(m_compareLast, &QAction::triggered, this, &CheckupPage::compareWithLast);
 
@@ -302,6 +309,7 @@ void CheckupPage::retranslate()
     m_resume->setText(tr("&Go on where it ended"));
     m_scan->setText(tr("Also &look for devices without a heartbeat"));
     m_notes->setText(tr("A&bout this visit..."));
+    m_share->setText(tr("&Share of the bus..."));
     m_cancel->setText(tr("Cancel"));
     m_save->setText(tr("&Save check-up..."));
     m_report->setText(tr("Service &report..."));
@@ -323,7 +331,7 @@ void CheckupPage::showAll()
     showEmpty();
     fitColumns();
     chooseFirst();
-    showDetails();
+    m_detailsTimer.start(); // behind what waits already: both at once would hold the window
 }
 
 /*! What can be done now. */
@@ -339,6 +347,7 @@ void CheckupPage::showState()
     m_start->setToolTip(m_full->toolTip());
     m_resume->setEnabled(m_session->canResume());
     m_scan->setEnabled(!isRunning);
+    m_share->setEnabled(!isRunning);
     m_cancel->setEnabled(isRunning);
     m_stop->setVisible(isRunning);
     m_save->setEnabled(hasRecord);
@@ -424,7 +433,12 @@ void CheckupPage::chooseFirst()
         return;
     const int row = m_hasChosen ? qMax(0, m_components.rowOf(m_chosen)) : 0;
     const bool hadChosen = m_hasChosen;
-    m_table->selectRow(row);
+    {
+        const QSignalBlocker isQuiet(m_table->selectionModel());
+        m_table->selectRow(row);
+    }
+    m_table->viewport()->update(); // which was not told
+    m_chosen = m_components.nodeAt(row);
     m_hasChosen = hadChosen || !m_session->isRunning();
 }
 

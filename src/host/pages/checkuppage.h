@@ -3,6 +3,7 @@
 
 #include "componentmodel.h"
 
+#include <QTimer>
 #include <QWidget>
 
 class CheckupSession;
@@ -39,6 +40,7 @@ signals:
     void reportRequested();
     void compareFileRequested();
     void notesRequested();
+    void shareRequested();
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -72,6 +74,7 @@ private:
     QAction *m_scan;
     QAction *m_resume;
     QAction *m_notes;
+    QAction *m_share;
     QAction *m_cancel;
     QAction *m_save;
     QAction *m_report;
@@ -97,6 +100,7 @@ private:
     QToolButton *m_notesButton = nullptr;
     QLabel *m_kept = nullptr;
     QPushButton *m_keep = nullptr;
+    QTimer m_detailsTimer;
     quint8 m_chosen = 0;      // the node of the details
     bool m_hasChosen = false; // the user, or the page for a new record
 };

@@ -21,3 +21,13 @@ QVector<Change> CheckupRecord::changesOf(quint8 nodeId) const
                  [nodeId](const Change &change) { return change.nodeId == nodeId; });
     return changes;
 }
+
+std::array<int, CanOpen::lastNodeId + 1> CheckupRecord::changeCounts() const
+{
+    std::array<int, CanOpen::lastNodeId + 1> counts{};
+    if (!comparison)
+        return counts;
+    for (const Change &change : comparison->comparison.changes)
+        ++counts.at(CanOpen::isNodeId(change.nodeId) ? change.nodeId : 0);
+    return counts;
+}

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <canopen/cobid.h>
 #include <checkup/comparison.h>
 #include <checkup/findings.h>
 #include <servicereport/servicereportdata.h>
@@ -9,6 +10,7 @@
 #include <QDateTime>
 #include <QString>
 
+#include <array>
 #include <optional>
 
 /*! What another snapshot of the vehicle was compared with. */
@@ -34,4 +36,6 @@ struct CheckupRecord
 
     const CheckedComponent *component(quint8 nodeId) const;
     QVector<Change> changesOf(quint8 nodeId) const;
+    /*! How many changes each node has; 0: those of the vehicle. */
+    std::array<int, CanOpen::lastNodeId + 1> changeCounts() const;
 };

@@ -308,7 +308,8 @@ void CheckupSession::takePast(const Past &past)
         m_record.comparison = RecordComparison{*past.earlier, {}};
         judgeAndCompare();
     }
-    emit recordChanged();
+    // Judging and showing at once would hold the window.
+    QMetaObject::invokeMethod(this, &CheckupSession::recordChanged, Qt::QueuedConnection);
 }
 
 void CheckupSession::setNotes(const SnapshotNotes &notes)

@@ -54,6 +54,7 @@ public:
     QString language() const { return m_language; }
     /*! Of the bus, in percent, for the questions and answers of a check-up. */
     void setSharePercent(int percent) { m_sharePercent = percent; }
+    int sharePercent() const { return m_sharePercent; }
 
     bool isRunning() const { return m_run != nullptr; }
     bool isBusLost() const { return m_run != nullptr && m_run->isBusLost(); }

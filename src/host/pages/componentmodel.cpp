@@ -68,6 +68,7 @@ void ComponentModel::fillFromRun()
 void ComponentModel::fillFromRecord()
 {
     const CheckupRecord &record = m_session->record();
+    const auto counts = record.changeCounts();
     if (!record.result.vehicleFindings.isEmpty()) {
         Row row;
         row.name = tr("The vehicle as a whole");
@@ -83,7 +84,7 @@ void ComponentModel::fillFromRecord()
         row.sentence = CheckupWords::sentence(component);
         if (const SnapshotNode *node = record.snapshot.find(component.nodeId))
             row.state = CheckupWords::state(*node, record.snapshot.scope);
-        const int changes = record.changesOf(component.nodeId).size();
+        const int changes = counts.at(component.nodeId);
         if (record.comparison)
             row.changes = changes == 0 ? QStringLiteral("–") : QString::number(changes);
         m_rows.append(row);

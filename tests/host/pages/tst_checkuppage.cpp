@@ -14,6 +14,7 @@
 #include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -96,6 +97,7 @@ public:
 
     CheckupSession &session() { return m_window->checkup(); }
     MainWindow &window() { return *m_window; }
+    PluginSession &plugins() { return m_plugins; }
     SimulatedHost &host() { return m_host; }
 
 private:
@@ -129,6 +131,7 @@ private slots:
     void pagesByKeys();
     void readButtonIsToldOfTheCheckup();
     void checkupIsToldOfTheRead();
+    void shareOfTheBusIsRemembered();
     void escapeCancels();
     void valuesCanBeCopied();
     void opensASnapshotEverywhere();
@@ -244,6 +247,26 @@ void tst_CheckupPage::checkupIsToldOfTheRead()
     QVERIFY(!window.find<QAction>("actionCheckup")->isEnabled());
     waitUntil([&window] { return window.session().canStart(); });
     QVERIFY(window.find<QAction>("actionCheckup")->isEnabled());
+}
+
+void tst_CheckupPage::shareOfTheBusIsRemembered()
+{
+    QSettings().remove(QStringLiteral("checkup/busShare"));
+    {
+        Window window;
+        QCOMPARE(MainWindow(&window.host().services(), &window.plugins()).checkup().sharePercent(), 60);
+        window.trigger("actionShare");
+        auto *dialog = window.find<QInputDialog>("shareDialog");
+        QCOMPARE(dialog->intMinimum(), 5);
+        QCOMPARE(dialog->intMaximum(), 100);
+        dialog->setIntValue(35);
+        dialog->accept();
+        QCOMPARE(window.session().sharePercent(), 35);
+    }
+    Window again;
+    QCOMPARE(MainWindow(&again.host().services(), &again.plugins()).checkup().sharePercent(), 35);
+    QSettings().setValue(QStringLiteral("checkup/busShare"), 400);
+    QCOMPARE(MainWindow(&again.host().services(), &again.plugins()).checkup().sharePercent(), 60);
 }
 
 void tst_CheckupPage::escapeCancels()

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#include "sharesetting.h"
+
+#include <host/core/hostsettings.h>
+#include <snapshot/busshare.h>
+
+#include <QInputDialog>
+#include <QSettings>
+
+int ShareSetting::load(const QSettings &settings)
+{
+    bool isNumber = false;
+    const int percent = settings.value(HostSettings::busShare).toInt(&isNumber);
+    return isNumber && percent >= leastPercent && percent <= mostPercent ? percent : BusShare::usualPercent;
+}
+
+void ShareSetting::ask(int percent, QWidget *parent, const std::function<void(int)> &chosen)
+{
+    auto *dialog = new QInputDialog(parent);
+    dialog->setObjectName(QStringLiteral("shareDialog"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(tr("Share of the bus"));
+    dialog->setLabelText(tr("How much of the bus a check-up may use, in percent. Less takes longer and leaves the "
+                            "vehicle more room for its own messages."));
+    dialog->setInputMode(QInputDialog::IntInput);
+    dialog->setIntRange(leastPercent, mostPercent);
+    dialog->setIntStep(5);
+    dialog->setIntValue(percent);
+    connect(dialog, &QInputDialog::intValueSelected, parent, [chosen](int value) {
+        QSettings().setValue(HostSettings::busShare, value);
+        chosen(value);
+    });
+    dialog->open();
+}
