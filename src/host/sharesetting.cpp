@@ -20,8 +20,9 @@ void ShareSetting::ask(int percent, QWidget *parent, const std::function<void(in
     dialog->setObjectName(QStringLiteral("shareDialog"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(tr("Share of the bus"));
-    dialog->setLabelText(tr("How much of the bus a check-up may use, in percent. Less takes longer and leaves the "
-                            "vehicle more room for its own messages."));
+    dialog->setLabelText(
+        tr("How much of the bus a check-up may use, in percent. Less takes longer and leaves the "
+           "vehicle more room for its own messages."));
     dialog->setInputMode(QInputDialog::IntInput);
     dialog->setIntRange(leastPercent, mostPercent);
     dialog->setIntStep(5);

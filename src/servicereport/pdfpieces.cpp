@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "pdfpieces.h"
 
-
 #include <QPainter>
 
 namespace {
@@ -287,8 +286,8 @@ void PdfPieces::addItem(const ReportItem &item)
     const PdfText place
         = text(item.place, bodySize, Ink::Text, width - word.width() - points(8), true, mostCellLines);
     const PdfText said = text(item.text, bodySize, Ink::Text, width);
-    const PdfText advice = text(m_labels.advice + QLatin1Char(' ') + item.advice, bodySize,
-                                Ink::Text, width - points(8));
+    const PdfText advice
+        = text(m_labels.advice + QLatin1Char(' ') + item.advice, bodySize, Ink::Text, width - points(8));
     const ReportDrawing shape = ReportMarks::shape(item.mark);
     addSpace(7);
     // What is short stays together; what is long may go on on the next page.

@@ -57,9 +57,8 @@ private:
         const QFont font = m_pieces.font(footSize);
         painter.fillRect(QRectF(0, top, m_writer->width(), 0.5 * m_point), ReportInk::onPaper(Ink::Rule));
         const PdfText left(m_report.subject, font, Ink::Faint, m_writer->width() * 0.75, m_writer, 1);
-        const PdfText right(
-            m_report.labels.page.arg(QString::number(page + 1), QString::number(pages)), font,
-            Ink::Faint, m_writer->width() * 0.25, m_writer, 1);
+        const PdfText right(m_report.labels.page.arg(QString::number(page + 1), QString::number(pages)), font,
+                            Ink::Faint, m_writer->width() * 0.25, m_writer, 1);
         left.paint(painter, QPointF(0, top + 3 * m_point));
         right.paint(painter, QPointF(m_writer->width() - right.width(), top + 3 * m_point));
     }

@@ -247,7 +247,8 @@ void tst_SnapshotComparison::firmware()
     QCOMPARE(
         changes(after),
         (QStringList{
-            QStringLiteral("firmware|4|100Ah.0|3.1|3.2|Motor Control unit (node 4): Software version (100Ah.0) was 3.1, is 3.2: "
+            QStringLiteral("firmware|4|100Ah.0|3.1|3.2|Motor Control unit (node 4): Software version "
+                           "(100Ah.0) was 3.1, is 3.2: "
                            "the software was changed."),
             QStringLiteral("firmware|4|1018h.3|3.1|3.2|Motor Control unit (node 4): Identity (1018h.3) was "
                            "3.1, is 3.2: the software was changed.")}));
@@ -318,9 +319,8 @@ void tst_SnapshotComparison::textAndBytes()
     Snapshot after = before;
     entry.value = QByteArray("\x01\xfe");
     after.find(motor)->insert(entry);
-    QCOMPARE(
-        changes(before, after),
-        one("parameter|4|1008h.0|01 ff|01 fe|Motor Control unit (node 4): Manufacturer device name (1008h.0) was 01 ff, is 01 fe."));
+    QCOMPARE(changes(before, after), one("parameter|4|1008h.0|01 ff|01 fe|Motor Control unit (node 4): "
+                                         "Manufacturer device name (1008h.0) was 01 ff, is 01 fe."));
 }
 
 void tst_SnapshotComparison::objectLostAndFound()
@@ -745,9 +745,9 @@ void tst_SnapshotComparison::unreadDeviceKeepsItsName()
     QCOMPARE(lines.value(0),
              QStringLiteral("moved|20||4|20|Motor Control unit (node 20) was on node 4 before."));
     QCOMPARE(lines.filter(QStringLiteral("Device (node")), QStringList());
-    QCOMPARE(lines.value(1),
-             QStringLiteral("gap|20|1008h.0|DX-Drive 250||Motor Control unit (node 20): Manufacturer device name (1008h.0) could not be "
-                            "read this time. The device did not answer."));
+    QCOMPARE(lines.value(1), QStringLiteral("gap|20|1008h.0|DX-Drive 250||Motor Control unit (node 20): "
+                                            "Manufacturer device name (1008h.0) could not be "
+                                            "read this time. The device did not answer."));
 }
 
 void tst_SnapshotComparison::numbersOfTheLanguage()

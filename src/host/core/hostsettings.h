@@ -17,7 +17,7 @@ constexpr QLatin1String interfaceName("bus/interface");
 constexpr QLatin1String bitRate("bus/bitRate"); // bit/s; absent: as configured
 constexpr QLatin1String language("language");   // "de", "zh_CN"; absent: that of the system
 constexpr QLatin1String recentFiles("files/recent");
-constexpr QLatin1String folder("files/folder"); // where the last file was opened or saved
+constexpr QLatin1String folder("files/folder");       // where the last file was opened or saved
 constexpr QLatin1String busShare("checkup/busShare"); // percent that a check-up may use
 constexpr QLatin1String workshopName("report/workshop");
 constexpr QLatin1String workshopLines("report/workshopLines"); // address and what else stands below the name

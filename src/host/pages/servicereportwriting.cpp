@@ -25,8 +25,8 @@ ServiceReport makeReport(const ServiceReportOrder &order, const RuleSet &rules,
 {
     ServiceReportData data;
     data.snapshot = order.snapshot;
-    data.checkup = Checkup::judge(order.snapshot, rules, order.language,
-                                   order.earlier ? &*order.earlier : nullptr);
+    data.checkup
+        = Checkup::judge(order.snapshot, rules, order.language, order.earlier ? &*order.earlier : nullptr);
     if (order.earlier) {
         const CheckupResult before = Checkup::judge(*order.earlier, rules, order.language);
         data.comparison
@@ -64,5 +64,6 @@ void ServiceReportWriting::write(const ServiceReportOrder &order, const RuleSet 
     // The language is the program's meanwhile, so what the report says is made here; it is printed elsewhere.
     const ServiceReport report = makeReport(order, rules, ReportLanguage(order.language));
     const QString baseName = ServiceReportFiles::baseName(order.snapshot);
-    Background::run(context, [=] { return save(print(report), order.folder, baseName); }, done);
+    Background::run(
+        context, [=] { return save(print(report), order.folder, baseName); }, done);
 }

@@ -151,8 +151,7 @@ void tst_CheckupSession::rowsFillWhileNodesAreRead()
     desk.session.start(SnapshotScope::Quick, Search::Heard);
     // A quick node is judged while the slow one is still being read.
     waitUntil([&desk] {
-        return desk.session.early(1) != nullptr
-               && desk.session.progress(TroubledVehicle::slowNode).asked > 0;
+        return desk.session.early(1) != nullptr && desk.session.progress(TroubledVehicle::slowNode).asked > 0;
     });
     QVERIFY(desk.session.isRunning());
     QVERIFY(desk.session.early(TroubledVehicle::slowNode) == nullptr);
