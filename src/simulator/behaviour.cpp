@@ -250,6 +250,41 @@ std::optional<QByteArray> behaviourData(const Behaviour &behaviour, const CanOpe
                                 isReal ? QVariant(value) : QVariant(static_cast<qlonglong>(value)));
 }
 
+namespace {
+
+const KindInfo *findKind(const QString &name)
+{
+    for (const KindInfo &candidate : kinds) {
+        if (name == QLatin1String(candidate.name))
+            return &candidate;
+    }
+    return nullptr;
+}
+
+/*! The numbers that a behaviour of its kind has to have; false and a reason when one is missing. */
+bool readParameters(const QJsonObject &json, const KindInfo &info, Behaviour *behaviour, QString *problem)
+{
+    for (const NumberParameter &parameter : info.parameters) {
+        if (parameter.name == nullptr)
+            continue;
+        const QString name = QLatin1String(parameter.name);
+        const QJsonValue value = json.value(name);
+        if (!value.isDouble() || std::abs(value.toDouble()) > largestParameter) {
+            *problem
+                = name + QStringLiteral(": a number is missing for \"%1\"").arg(QLatin1String(info.name));
+            return false;
+        }
+        if (parameter.isDuration && value.toDouble() < 1e-3) {
+            *problem = name + QStringLiteral(": the time must be at least 0.001");
+            return false;
+        }
+        behaviour->*parameter.member = value.toDouble();
+    }
+    return true;
+}
+
+} // namespace
+
 std::optional<Behaviour> parseBehaviour(const QJsonObject &json, QString *errorMessage)
 {
     const auto fail = [errorMessage](const QString &problem) {
@@ -257,11 +292,7 @@ std::optional<Behaviour> parseBehaviour(const QJsonObject &json, QString *errorM
         return std::nullopt;
     };
     const QString kindName = json.value(QLatin1String("kind")).toString();
-    const KindInfo *info = nullptr;
-    for (const KindInfo &candidate : kinds) {
-        if (kindName == QLatin1String(candidate.name))
-            info = &candidate;
-    }
+    const KindInfo *info = findKind(kindName);
     if (info == nullptr)
         return fail(QStringLiteral("kind: \"%1\" is none of ramp, sine, random, counter, course")
                         .arg(kindName.left(80)));
@@ -275,17 +306,8 @@ std::optional<Behaviour> parseBehaviour(const QJsonObject &json, QString *errorM
             QStringLiteral("object: \"%1\" is no object such as \"6164sub2\"").arg(objectName.left(80)));
     behaviour.object = *object;
 
-    for (const NumberParameter &parameter : info->parameters) {
-        if (parameter.name == nullptr)
-            continue;
-        const QString name = QLatin1String(parameter.name);
-        const QJsonValue value = json.value(name);
-        if (!value.isDouble() || std::abs(value.toDouble()) > largestParameter)
-            return fail(name + QStringLiteral(": a number is missing for \"%1\"").arg(kindName));
-        if (parameter.isDuration && value.toDouble() < 1e-3)
-            return fail(name + QStringLiteral(": the time must be at least 0.001"));
-        behaviour.*parameter.member = value.toDouble();
-    }
+    if (!readParameters(json, *info, &behaviour, errorMessage))
+        return std::nullopt;
     if (info->hasPoints && !readPoints(json.value(QLatin1String("points")), &behaviour.points, errorMessage))
         return std::nullopt;
     const QJsonValue repeat = json.value(QLatin1String("repeat"));

@@ -64,8 +64,10 @@ private:
     bool readFaults(const QJsonObject &json, const QString &place, QVector<Fault> *faults);
     bool readVehicle(const QJsonObject &json);
     bool readNode(const QJsonObject &json, const QString &place);
+    bool readHead(const QJsonObject &json, const QString &place, NodeDescription *node);
     bool readDictionary(const QJsonObject &json, const QString &place, NodeDescription *node);
     bool readValues(const QJsonObject &json, const QString &place, NodeDescription *node);
+    static QString whyNotMoved(const NodeDescription &node, CanOpen::ObjectKey object);
     bool readBehaviours(const QJsonObject &json, const QString &place, NodeDescription *node);
     bool readState(const QJsonObject &json, const QString &place, NodeDescription *node);
 
@@ -218,14 +220,25 @@ bool VehicleReader::readVehicle(const QJsonObject &json)
 bool VehicleReader::readNode(const QJsonObject &json, const QString &place)
 {
     NodeDescription node;
-    std::optional<int> id;
-    std::optional<int> heartbeat;
     if (!checkKeys(
             json, place,
             {"id", "name", "dictionary", "heartbeatMs", "bootUp", "state", "values", "behaviour", "faults"})
-        || !readNumber(json, place, "id", CanOpen::firstNodeId, CanOpen::lastNodeId, &id)
+        || !readHead(json, place, &node) || !readDictionary(json, place, &node)
+        || !readValues(json, place, &node) || !readBehaviours(json, place, &node)
+        || !readFaults(json, place, &node.faults) || !checkEmergencies(node, place))
+        return false;
+    m_vehicle.nodes.append(node);
+    return true;
+}
+
+/*! What stands before the objects: who it is, and how it begins. */
+bool VehicleReader::readHead(const QJsonObject &json, const QString &place, NodeDescription *node)
+{
+    std::optional<int> id;
+    std::optional<int> heartbeat;
+    if (!readNumber(json, place, "id", CanOpen::firstNodeId, CanOpen::lastNodeId, &id)
         || !readNumber(json, place, "heartbeatMs", 0, 0xFFFF, &heartbeat)
-        || !readString(json, place, "name", &node.name) || !readState(json, place, &node))
+        || !readString(json, place, "name", &node->name) || !readState(json, place, node))
         return false;
     if (!id)
         return fail(jsonMember(place, QStringLiteral("id")), QStringLiteral("the node ID is missing"));
@@ -233,20 +246,14 @@ bool VehicleReader::readNode(const QJsonObject &json, const QString &place)
         return fail(jsonMember(place, QStringLiteral("id")),
                     QStringLiteral("node %1 is there twice").arg(*id));
     m_nodeIds.insert(*id);
-    node.id = static_cast<quint8>(*id);
+    node->id = static_cast<quint8>(*id);
     if (heartbeat)
-        node.heartbeatMs = static_cast<quint16>(*heartbeat);
+        node->heartbeatMs = static_cast<quint16>(*heartbeat);
 
     const QJsonValue bootUp = json.value(QLatin1String("bootUp"));
     if (!bootUp.isUndefined() && !bootUp.isBool())
         return fail(jsonMember(place, QStringLiteral("bootUp")), QStringLiteral("neither true nor false"));
-    node.bootUp = bootUp.toBool(true);
-
-    if (!readDictionary(json, place, &node) || !readValues(json, place, &node)
-        || !readBehaviours(json, place, &node) || !readFaults(json, place, &node.faults)
-        || !checkEmergencies(node, place))
-        return false;
-    m_vehicle.nodes.append(node);
+    node->bootUp = bootUp.toBool(true);
     return true;
 }
 
@@ -309,6 +316,21 @@ bool VehicleReader::readValues(const QJsonObject &json, const QString &place, No
     return true;
 }
 
+/*! Why a behaviour cannot move \a object; empty when it can. */
+QString VehicleReader::whyNotMoved(const NodeDescription &node, CanOpen::ObjectKey object)
+{
+    const CanOpen::ObjectEntry *entry = node.dictionary.find(object);
+    if (entry == nullptr)
+        return QStringLiteral("the dictionary has no object %1").arg(objectKeyText(object));
+    if (!isNumber(entry->type))
+        return QStringLiteral("%1 is no number").arg(objectKeyText(object));
+    for (const Behaviour &other : node.behaviours) {
+        if (other.object == object)
+            return QStringLiteral("%1 moves already").arg(objectKeyText(object));
+    }
+    return QString();
+}
+
 bool VehicleReader::readBehaviours(const QJsonObject &json, const QString &place, NodeDescription *node)
 {
     QJsonArray array;
@@ -321,19 +343,9 @@ bool VehicleReader::readBehaviours(const QJsonObject &json, const QString &place
         if (!behaviour)
             return fail(here + QLatin1Char('.') + problem.section(QLatin1String(": "), 0, 0),
                         problem.section(QLatin1String(": "), 1));
-        const CanOpen::ObjectEntry *entry = node->dictionary.find(behaviour->object);
-        if (entry == nullptr)
-            return fail(
-                here + QStringLiteral(".object"),
-                QStringLiteral("the dictionary has no object %1").arg(objectKeyText(behaviour->object)));
-        if (!isNumber(entry->type))
-            return fail(here + QStringLiteral(".object"),
-                        QStringLiteral("%1 is no number").arg(objectKeyText(behaviour->object)));
-        for (const Behaviour &other : qAsConst(node->behaviours)) {
-            if (other.object == behaviour->object)
-                return fail(here + QStringLiteral(".object"),
-                            QStringLiteral("%1 moves already").arg(objectKeyText(behaviour->object)));
-        }
+        problem = whyNotMoved(*node, behaviour->object);
+        if (!problem.isEmpty())
+            return fail(here + QStringLiteral(".object"), problem);
         node->behaviours.push_back(std::move(*behaviour));
     }
     return true;

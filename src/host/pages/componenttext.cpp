@@ -43,6 +43,18 @@ QString objectsOf(const Finding &finding)
     return names.join(QStringLiteral("\n"));
 }
 
+QString tableRow(const ReportTable::Row &row, int markColumn)
+{
+    QString html = QStringLiteral("<tr>");
+    for (int column = 0; column < row.cells.size(); ++column) {
+        const bool isMarked = column == markColumn && row.mark != ReportMark::None;
+        html += QStringLiteral("<td>%1%2</td>")
+                    .arg(isMarked ? lightImage(row.mark, 13) + QStringLiteral("&nbsp;") : QString(),
+                         escaped(row.cells.at(column)));
+    }
+    return html + QStringLiteral("</tr>");
+}
+
 } // namespace
 
 ComponentText::ComponentText(const CheckupRecord &record, quint8 nodeId)
@@ -186,15 +198,7 @@ void ComponentText::addValues(const SnapshotNode &node, const QVector<Finding> &
     for (const ReportTable::Column &column : table.columns)
         m_html += QStringLiteral("<td class=\"head\">%1</td>").arg(escaped(column.title));
     m_html += QStringLiteral("</tr>");
-    for (const ReportTable::Row &row : table.rows) {
-        m_html += QStringLiteral("<tr>");
-        for (int column = 0; column < row.cells.size(); ++column) {
-            const bool isMarked = column == table.markColumn && row.mark != ReportMark::None;
-            m_html += QStringLiteral("<td>%1%2</td>")
-                          .arg(isMarked ? lightImage(row.mark, 13) + QStringLiteral("&nbsp;") : QString(),
-                               escaped(row.cells.at(column)));
-        }
-        m_html += QStringLiteral("</tr>");
-    }
+    for (const ReportTable::Row &row : table.rows)
+        m_html += tableRow(row, table.markColumn);
     m_html += QStringLiteral("</table>");
 }
