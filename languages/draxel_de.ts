@@ -1203,6 +1203,10 @@ Jetzt: %2</translation>
         <source>&amp;Not read (%1)</source>
         <translation>&amp;Nicht gelesen (%1)</translation>
     </message>
+    <message>
+        <source>&amp;Not read (all)</source>
+        <translation>&amp;Nicht gelesen (alles)</translation>
+    </message>
 </context>
 <context>
     <name>ComponentGaps</name>

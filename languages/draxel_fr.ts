@@ -1203,6 +1203,10 @@ Maintenant&#xa0;: %2</translation>
         <source>&amp;Not read (%1)</source>
         <translation>Non l&amp;u (%1)</translation>
     </message>
+    <message>
+        <source>&amp;Not read (all)</source>
+        <translation>Non l&amp;u (tout)</translation>
+    </message>
 </context>
 <context>
     <name>ComponentGaps</name>

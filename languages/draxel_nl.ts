@@ -1203,6 +1203,10 @@ Nu: %2</translation>
         <source>&amp;Not read (%1)</source>
         <translation>&amp;Niet gelezen (%1)</translation>
     </message>
+    <message>
+        <source>&amp;Not read (all)</source>
+        <translation>&amp;Niet gelezen (alles)</translation>
+    </message>
 </context>
 <context>
     <name>ComponentGaps</name>

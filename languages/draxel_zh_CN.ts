@@ -1193,6 +1193,10 @@ Now: %2</source>
         <source>&amp;Not read (%1)</source>
         <translation>未读取(&amp;N) (%1)</translation>
     </message>
+    <message>
+        <source>&amp;Not read (all)</source>
+        <translation>未读取(&amp;N)（全部）</translation>
+    </message>
 </context>
 <context>
     <name>ComponentGaps</name>

@@ -283,6 +283,16 @@ bool readParameters(const QJsonObject &json, const KindInfo &info, Behaviour *be
     return true;
 }
 
+/*! Leaves it as it is where nothing is said; false when something else than true or false is. */
+bool readRepeat(const QJsonObject &json, const KindInfo &info, Behaviour *behaviour)
+{
+    const QJsonValue repeat = json.value(QLatin1String("repeat"));
+    if (!info.mayRepeat || repeat.isUndefined())
+        return true;
+    behaviour->repeat = repeat.toBool();
+    return repeat.isBool();
+}
+
 } // namespace
 
 std::optional<Behaviour> parseBehaviour(const QJsonObject &json, QString *errorMessage)
@@ -310,12 +320,8 @@ std::optional<Behaviour> parseBehaviour(const QJsonObject &json, QString *errorM
         return std::nullopt;
     if (info->hasPoints && !readPoints(json.value(QLatin1String("points")), &behaviour.points, errorMessage))
         return std::nullopt;
-    const QJsonValue repeat = json.value(QLatin1String("repeat"));
-    if (info->mayRepeat && !repeat.isUndefined()) {
-        if (!repeat.isBool())
-            return fail(QStringLiteral("repeat: neither true nor false"));
-        behaviour.repeat = repeat.toBool();
-    }
+    if (!readRepeat(json, *info, &behaviour))
+        return fail(QStringLiteral("repeat: neither true nor false"));
     if (behaviour.kind == BehaviourKind::Random && behaviour.min > behaviour.max)
         return fail(QStringLiteral("min: larger than max"));
     const QString unknown = unknownKey(json, *info);

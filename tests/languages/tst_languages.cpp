@@ -299,6 +299,7 @@ void tst_Languages::contexts_data()
                                          QStringLiteral("ServiceReport"),
                                          QStringLiteral("ServiceReportDialog"),
                                          QStringLiteral("ServiceReportFiles"),
+                                         QStringLiteral("ShareSetting"),
                                          QStringLiteral("ShownVehicle"),
                                          QStringLiteral("SimulatedBus"),
                                          QStringLiteral("Simulator::SimulatedCanDevice"),

@@ -17,7 +17,6 @@
 #include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QSignalBlocker>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTableView>
@@ -268,7 +267,7 @@ void CheckupPage::connectSession()
     });
     connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex &current) {
-                if (!current.isValid())
+                if (!current.isValid() || m_isChoosing)
                     return;
                 m_chosen = m_components.nodeAt(current.row());
                 m_hasChosen = true;
@@ -433,11 +432,9 @@ void CheckupPage::chooseFirst()
         return;
     const int row = m_hasChosen ? qMax(0, m_components.rowOf(m_chosen)) : 0;
     const bool hadChosen = m_hasChosen;
-    {
-        const QSignalBlocker isQuiet(m_table->selectionModel());
-        m_table->selectRow(row);
-    }
-    m_table->viewport()->update(); // which was not told
+    m_isChoosing = true;
+    m_table->selectRow(row);
+    m_isChoosing = false;
     m_chosen = m_components.nodeAt(row);
     m_hasChosen = hadChosen || !m_session->isRunning();
 }

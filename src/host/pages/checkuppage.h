@@ -103,4 +103,5 @@ private:
     QTimer m_detailsTimer;
     quint8 m_chosen = 0;      // the node of the details
     bool m_hasChosen = false; // the user, or the page for a new record
+    bool m_isChoosing = false;
 };

@@ -108,6 +108,7 @@ void ComponentDetails::setNode(const SnapshotNode &node)
 {
     m_valueModel.setNode(node);
     m_gapModel.setNode(node);
+    m_isNothingRead = node.id != 0 && node.end != SnapshotEnd::Complete && m_valueModel.rowCount() == 0;
     retranslate();
 }
 
@@ -122,5 +123,7 @@ void ComponentDetails::retranslate()
 {
     m_tabs->setTabText(0, tr("Fin&dings"));
     m_tabs->setTabText(1, tr("&All values (%1)").arg(m_valueModel.rowCount()));
-    m_tabs->setTabText(2, tr("&Not read (%1)").arg(m_gapModel.rowCount()));
+    // Who was silent or stopped was asked for little, and none of its values was read.
+    m_tabs->setTabText(2, m_isNothingRead ? tr("&Not read (all)")
+                                          : tr("&Not read (%1)").arg(m_gapModel.rowCount()));
 }

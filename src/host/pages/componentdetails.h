@@ -43,4 +43,5 @@ private:
     CopyTable *m_gaps;
     EntryModel m_valueModel;
     EntryModel m_gapModel;
+    bool m_isNothingRead = false;
 };

@@ -49,6 +49,13 @@ QString lineOf(const TrendPoint &point)
     return key.isEmpty() ? QString::number(point.nodeId) : key;
 }
 
+/*! Two batteries of a vehicle are told apart by their serial numbers. */
+QString nameOf(const TrendPoint &point)
+{
+    const QString number = QString::number(point.identity.serial.value_or(point.nodeId));
+    return point.identity.displayName(point.nodeId) + QLatin1Char(' ') + number;
+}
+
 } // namespace
 
 TrendPlot::TrendPlot(QWidget *parent)
@@ -95,7 +102,7 @@ void TrendPlot::setTrend(int trendValue, const QVector<TrendPoint> &points)
     for (const TrendPoint &point : points) {
         const double number = TrendValues::number(trendValue, point.value);
         lines[lineOf(point)].append({static_cast<double>(point.time.toMSecsSinceEpoch()), number});
-        names[lineOf(point)] = point.identity.displayName(point.nodeId);
+        names[lineOf(point)] = nameOf(point);
         lowest = isFirst ? number : std::min(lowest, number);
         highest = isFirst ? number : std::max(highest, number);
         isFirst = false;
