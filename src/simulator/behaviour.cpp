@@ -293,6 +293,17 @@ bool readRepeat(const QJsonObject &json, const KindInfo &info, Behaviour *behavi
     return repeat.isBool();
 }
 
+/*! What else can be wrong with a behaviour that has all it needs; empty when nothing is. */
+QString contradictionOf(const QJsonObject &json, const KindInfo &info, const Behaviour &behaviour)
+{
+    if (behaviour.kind == BehaviourKind::Random && behaviour.min > behaviour.max)
+        return QStringLiteral("min: larger than max");
+    const QString unknown = unknownKey(json, info);
+    return unknown.isEmpty()
+               ? QString()
+               : QStringLiteral("%1: not known for \"%2\"").arg(unknown.left(80), QLatin1String(info.name));
+}
+
 } // namespace
 
 std::optional<Behaviour> parseBehaviour(const QJsonObject &json, QString *errorMessage)
@@ -322,11 +333,9 @@ std::optional<Behaviour> parseBehaviour(const QJsonObject &json, QString *errorM
         return std::nullopt;
     if (!readRepeat(json, *info, &behaviour))
         return fail(QStringLiteral("repeat: neither true nor false"));
-    if (behaviour.kind == BehaviourKind::Random && behaviour.min > behaviour.max)
-        return fail(QStringLiteral("min: larger than max"));
-    const QString unknown = unknownKey(json, *info);
-    if (!unknown.isEmpty())
-        return fail(QStringLiteral("%1: not known for \"%2\"").arg(unknown.left(80), kindName));
+    const QString contradiction = contradictionOf(json, *info, behaviour);
+    if (!contradiction.isEmpty())
+        return fail(contradiction);
     return behaviour;
 }
 
