@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <host/core/languagesetting.h>
 #include <host/core/pluginsession.h>
 #include <host/core/vehiclerecords.h>
 #include <host/mainwindow.h>
@@ -82,17 +83,18 @@ public:
     }
 
     /*! Keeps earlier visits of the vehicle, when its battery was better. */
-    void keepEarlierVisits()
+    void keepEarlierVisits(const Snapshot &healthy)
     {
         constexpr CanOpen::ObjectKey health{0x6176, 1};
-        const Snapshot now = m_window->checkup().record().snapshot;
-        int monthsAgo = 18;
-        for (const int percent : {100, 99, 97, 96, 93}) {
-            Snapshot earlier = now;
-            earlier.time = now.time.addMonths(-monthsAgo);
-            SnapshotEntry entry = *now.find(2)->find(health);
-            entry.value = percent * 100;
-            entry.raw = QByteArray(1, char(percent * 100 & 0xFF)) + QByteArray(1, char(percent * 100 >> 8));
+        m_window->checkup().setRules(RuleSet::load({QStringLiteral(RULE_FOLDER)}));
+        const QDateTime now = QDateTime::currentDateTime();
+        int monthsAgo = 20;
+        for (const int hundredths : {10000, 9980, 9930, 9870, 9790}) { // of a percent
+            Snapshot earlier = healthy;
+            earlier.time = now.addMonths(-monthsAgo).addDays(monthsAgo % 7).addSecs(-monthsAgo * 500);
+            SnapshotEntry entry = *earlier.find(2)->find(health);
+            entry.value = hundredths;
+            entry.raw = QByteArray(1, char(hundredths & 0xFF)) + QByteArray(1, char(hundredths >> 8));
             earlier.find(2)->insert(entry);
             m_window->records().keep(earlier, VisitVerdict::of(m_window->checkup().judge(earlier)));
             monthsAgo -= 4;
@@ -173,22 +175,55 @@ constexpr int valuesTab = 1;
 
 namespace {
 
-void takeCheckup(const PluginLibrary &library, const QDir &folder)
+/*! No picture comes into the archive of whoever makes it. */
+class OwnArchive
 {
-    const QTemporaryDir archive;
-    qputenv("DRAXEL_ARCHIVE", archive.filePath(QStringLiteral("pictures.dxarchive")).toLocal8Bit());
-    Simulator::VehicleDescription troubled = SimulatedHost::stillVehicle(QStringLiteral("full-bus"));
-    TroubledVehicle::spoil(&troubled);
-    Photographer vehicle(QStringLiteral("full-bus"), troubled, library, folder);
-    vehicle.window().findChild<QDockWidget *>()->hide();
-    vehicle.window().resize(1100, 640);
+public:
+    OwnArchive()
+    {
+        qputenv("DRAXEL_ARCHIVE", m_folder.filePath(QStringLiteral("a.dxarchive")).toLocal8Bit());
+    }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+std::optional<PluginLibrary> newPlugin()
+{
+    QString error;
+    std::optional<PluginLibrary> library = PluginLibrary::load(QStringLiteral(OVERVIEW_PLUGIN), &error);
+    if (!library)
+        qFatal("%s", qUtf8Printable(error));
+    return library;
+}
+
+/*! A vehicle in trouble, which was in order in the visits before. */
+void takeCheckup(const QDir &folder)
+{
+    const OwnArchive archive;
+    Simulator::VehicleDescription vehicle = SimulatedHost::stillVehicle(QStringLiteral("full-bus"));
+    TroubledVehicle::heal(&vehicle);
+    Snapshot healthy;
+    std::optional<PluginLibrary> library = newPlugin();
+    {
+        Photographer before(QStringLiteral("full-bus"), vehicle, *library, folder);
+        handleEventsFor(500);
+        before.checkUp();
+        healthy = before.window().checkup().record().snapshot;
+    }
+    delete dynamic_cast<QObject *>(library->plugin);
+    library = newPlugin();
+    const OwnArchive pictures;
+    TroubledVehicle::spoil(&vehicle, std::chrono::milliseconds(60)); // or a picture takes seven minutes
+    Photographer now(QStringLiteral("full-bus"), vehicle, *library, folder);
+    now.window().findChild<QDockWidget *>()->hide();
+    now.window().resize(1100, 640);
     handleEventsFor(500);
-    vehicle.checkUp();
-    vehicle.keepEarlierVisits();
-    vehicle.checkUp();
-    vehicle.takeWindow(QStringLiteral("checkup-troubled"));
-    vehicle.trigger(QStringLiteral("actionPageArchive"));
-    vehicle.takeWindow(QStringLiteral("archive"));
+    now.keepEarlierVisits(healthy);
+    now.checkUp();
+    now.takeWindow(QStringLiteral("checkup-troubled"));
+    now.trigger(QStringLiteral("actionPageArchive"));
+    now.takeWindow(QStringLiteral("archive"));
 }
 
 } // namespace
@@ -204,10 +239,11 @@ int main(int argc, char **argv)
         qFatal("usage: make_screenshots FOLDER");
     const QDir folder(QString::fromLocal8Bit(argv[1]));
 
-    QString error;
-    const std::optional<PluginLibrary> library = PluginLibrary::load(QStringLiteral(OVERVIEW_PLUGIN), &error);
-    if (!library)
-        qFatal("%s", qUtf8Printable(error));
+    LanguageSetting languages(QStringLiteral(LANGUAGE_FOLDER)); // English has its plural forms there
+    languages.apply(QStringLiteral("en"));
+    const OwnArchive archive;
+
+    std::optional<PluginLibrary> library = newPlugin();
     {
         Photographer pedelec(QStringLiteral("pedelec"), *library, folder);
         pedelec.read();
@@ -224,20 +260,15 @@ int main(int argc, char **argv)
     }
     // The first window took the plug-in's with it; a new instance has a new one.
     delete dynamic_cast<QObject *>(library->plugin);
-    const std::optional<PluginLibrary> again = PluginLibrary::load(QStringLiteral(OVERVIEW_PLUGIN), &error);
-    if (!again)
-        qFatal("%s", qUtf8Printable(error));
+    library = newPlugin();
     {
-        Photographer fullBus(QStringLiteral("full-bus"), *again, folder);
+        Photographer fullBus(QStringLiteral("full-bus"), *library, folder);
         fullBus.read();
         fullBus.select(0, valuesTab);
         fullBus.takeWindow(QStringLiteral("window-full-bus-controller"));
         fullBus.takeMessages(QStringLiteral("messages"));
     }
-    delete dynamic_cast<QObject *>(again->plugin);
-    const std::optional<PluginLibrary> last = PluginLibrary::load(QStringLiteral(OVERVIEW_PLUGIN), &error);
-    if (!last)
-        qFatal("%s", qUtf8Printable(error));
-    takeCheckup(*last, folder);
+    delete dynamic_cast<QObject *>(library->plugin);
+    takeCheckup(folder);
     return 0;
 }

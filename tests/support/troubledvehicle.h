@@ -5,6 +5,8 @@
 
 #include <QVariant>
 
+#include <chrono>
+
 /*! Vehicles made of the shipped full bus: one that is in order, and one that has what a bad day brings. */
 namespace TroubledVehicle {
 
@@ -12,7 +14,7 @@ constexpr quint8 weakBattery = 2;  // cell 7 of its first pack is 410 mV below t
 constexpr quint8 deadNode = 9;     // heartbeats, and no answer
 constexpr quint8 stoppedNode = 10; // in the NMT state Stopped
 constexpr quint8 refusingNode = 16;
-constexpr quint8 slowNode = 17; // 250 ms an answer
+constexpr quint8 slowNode = 17;
 
 /*! Takes away what the shipped one reports: an error that is there, and its history. */
 inline void heal(Simulator::VehicleDescription *vehicle)
@@ -26,7 +28,9 @@ inline void heal(Simulator::VehicleDescription *vehicle)
     }
 }
 
-inline void spoil(Simulator::VehicleDescription *vehicle)
+/*! \a slowness is how long the slow node takes for an answer. */
+inline void spoil(Simulator::VehicleDescription *vehicle,
+                  std::chrono::milliseconds slowness = std::chrono::milliseconds(250))
 {
     using namespace Simulator::Faults;
     for (Simulator::NodeDescription &node : vehicle->nodes) {
@@ -46,7 +50,7 @@ inline void spoil(Simulator::VehicleDescription *vehicle)
             break;
         case slowNode: {
             SdoDelay delay;
-            delay.delay = std::chrono::milliseconds(250);
+            delay.delay = slowness;
             node.faults.append(delay);
             break;
         }
