@@ -69,7 +69,6 @@ function(overview_add_test name)
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_CONFIG_HOME=${CMAKE_CURRENT_BINARY_DIR}/config;XDG_DATA_HOME=${CMAKE_CURRENT_BINARY_DIR}/${name}.data;QTEST_FUNCTION_TIMEOUT=800000")
     if(ARG_WINDOW)
         set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
-            "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp:print_suppressions=0"
-            "ASAN_OPTIONS=fast_unwind_on_malloc=0")
+            "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp:print_suppressions=0")
     endif()
 endfunction()

@@ -9,6 +9,8 @@
 // has a child process, its waiting is real.
 //
 // Other threads see the real time, so the watchdog of Qt Test still ends a test that hangs. The date is the real one.
+// Where the main thread waits for another one after all, as Qt does for its own when the application ends, it waits as
+// long as it says in real time.
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -16,7 +18,9 @@
 #include <optional>
 #include <vector>
 
+#include <dlfcn.h>
 #include <poll.h>
+#include <pthread.h>
 #include <sys/eventfd.h>
 #include <sys/syscall.h>
 #include <sys/timerfd.h>
@@ -115,6 +119,31 @@ bool hasChildren()
     return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) == 0;
 }
 
+/*! What this file took the place of. */
+template<typename Function>
+Function *replaced(const char *name)
+{
+    return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
+}
+
+/*! True for a time of the monotonic clock: one in the date's clock is in another century. */
+bool isMonotonic(const timespec &time)
+{
+    constexpr time_t thirtyYears = 946080000;
+    return time.tv_sec < thirtyYears;
+}
+
+/*! Calls \a wait, a function that waits until a time of the monotonic clock, with the real time for \a end. */
+template<typename Wait>
+int waitReally(const timespec &end, Wait wait)
+{
+    const Time begin = realTime();
+    const timespec realEnd = timespecFrom(begin + std::max(timeFrom(end) - now, Time(0)));
+    const int result = wait(&realEnd);
+    now += realTime() - begin;
+    return result;
+}
+
 /*! Polls until \a next in real time; for ever when that is empty. */
 int pollUntil(std::optional<Time> next, pollfd *files, nfds_t count, const sigset_t *signals)
 {
@@ -172,6 +201,23 @@ REPLACES_C_LIBRARY int poll(pollfd *files, nfds_t count, int milliseconds)
 {
     const timespec patience = timespecFrom(std::chrono::milliseconds(std::max(milliseconds, 0)));
     return ppoll(files, count, milliseconds >= 0 ? &patience : nullptr, nullptr);
+}
+
+REPLACES_C_LIBRARY int pthread_cond_timedwait(pthread_cond_t *condition, pthread_mutex_t *mutex, const timespec *end)
+{
+    static const auto wait = replaced<decltype(pthread_cond_timedwait)>("pthread_cond_timedwait");
+    if (!isMainThread() || !isMonotonic(*end))
+        return wait(condition, mutex, end);
+    return waitReally(*end, [=](const timespec *realEnd) { return wait(condition, mutex, realEnd); });
+}
+
+REPLACES_C_LIBRARY int pthread_cond_clockwait(pthread_cond_t *condition, pthread_mutex_t *mutex, clockid_t clock,
+                                              const timespec *end)
+{
+    static const auto wait = replaced<decltype(pthread_cond_clockwait)>("pthread_cond_clockwait");
+    if (!isMainThread() || clock != CLOCK_MONOTONIC)
+        return wait(condition, mutex, clock, end);
+    return waitReally(*end, [=](const timespec *realEnd) { return wait(condition, mutex, clock, realEnd); });
 }
 
 REPLACES_C_LIBRARY int timerfd_create(clockid_t /*clock*/, int flags) noexcept

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
+#include <QMutex>
 #include <QProcess>
 #include <QSocketNotifier>
 #include <QThread>
 #include <QTimer>
+#include <QWaitCondition>
 #include <QtTest>
 
 #include <chrono>
@@ -34,6 +37,7 @@ private slots:
     void alarmThatIsClosed();
     void otherThreadsSeeTheRealTime();
     void childrenAreWaitedFor();
+    void threadsAreWaitedFor();
 };
 
 void tst_LeapingClock::timersFireInOrder()
@@ -231,6 +235,24 @@ void tst_LeapingClock::childrenAreWaitedFor()
     clock.start();
     QTest::qWait(3600000);
     QVERIFY(clock.elapsed() >= 3600000);
+}
+
+// The application waits for Qt's own threads when it ends.
+void tst_LeapingClock::threadsAreWaitedFor()
+{
+    QMutex mutex;
+    QWaitCondition condition;
+    QMutexLocker locker(&mutex);
+    // It cannot come before the waiting has begun: only that gives the mutex away.
+    const std::unique_ptr<QThread> thread(QThread::create([&mutex, &condition] {
+        const QMutexLocker other(&mutex);
+        condition.wakeOne();
+    }));
+    thread->start();
+    const bool isWoken = condition.wait(&mutex, QDeadlineTimer(10min));
+    locker.unlock();
+    QVERIFY(thread->wait(QDeadlineTimer(10min)));
+    QVERIFY(isWoken);
 }
 
 QTEST_GUILESS_MAIN(tst_LeapingClock)
