@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <tests/support/filesizelimit.h>
 #include <tests/support/markingtranslator.h>
+#include <tests/support/unprivileged.h>
 
 #include <report/pdfwriter.h>
 
@@ -533,20 +534,10 @@ private slots:
         QVERIFY(writeFile(pdf(), "old pdf"));
         QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::ExeOwner));
         pdfWriter writer;
-#ifdef Q_OS_UNIX
-        // Permissions do not stop root, who therefore writes as nobody.
-        constexpr uid_t nobody = 65534;
-        const bool isRoot = geteuid() == 0;
-        if (isRoot) {
-            QCOMPARE(chown(QFile::encodeName(m_folder->path()).constData(), nobody, nobody), 0);
-            QCOMPARE(seteuid(nobody), 0);
-        }
-#endif
-        const bool isWritten = writer.writeFiles(m_folder->path());
-#ifdef Q_OS_UNIX
-        if (isRoot)
-            QCOMPARE(seteuid(0), 0);
-#endif
+        const bool isWritten = [this, &writer] {
+            const Unprivileged unprivileged({m_folder->path()});
+            return writer.writeFiles(m_folder->path());
+        }();
         QVERIFY(
             QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
 
