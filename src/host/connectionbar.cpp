@@ -25,6 +25,8 @@ constexpr int asConfigured = -1; // item data of the first bit rate
 
 constexpr int interfaceCharacters = 18; // usual width of the interface box
 constexpr int smallestWidth = 80;       // pixels of the boxes, on a screen that is too small
+constexpr int gap = 6;                  // pixels between what stands beside each other
+constexpr int distance = 18;            // pixels between the two parts
 
 bool hasBitRate(const QString &plugin)
 {
@@ -111,13 +113,33 @@ QSize ConnectionBar::minimumSizeHint() const
 
 void ConnectionBar::resizeEvent(QResizeEvent *event)
 {
+    arrange();
+    QWidget::resizeEvent(event);
+}
+
+bool ConnectionBar::event(QEvent *event)
+{
+    if (event->type() == QEvent::LayoutRequest) { // a text has changed
+        arrange();
+        m_parts->activate();
+    }
+    return QWidget::event(event);
+}
+
+/*! Nothing that it goes by depends on how the parts stand now: they would change places for ever. */
+void ConnectionBar::arrange()
+{
     const QMargins margins = m_parts->contentsMargins();
-    int inOneRow = margins.left() + margins.right() + m_parts->spacing() * (m_parts->count() - 1);
+    int inOneRow = margins.left() + margins.right() + distance * (m_parts->count() - 1);
     for (int i = 0; i < m_parts->count(); ++i)
         inOneRow += m_parts->itemAt(i)->minimumSize().width();
-    m_parts->setDirection(event->size().width() < inOneRow ? QBoxLayout::TopToBottom
-                                                           : QBoxLayout::LeftToRight);
-    QWidget::resizeEvent(event);
+    const auto direction = width() < inOneRow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
+    if (direction == m_parts->direction())
+        return;
+    m_parts->setDirection(direction);
+    m_parts->setSpacing(direction == QBoxLayout::LeftToRight
+                            ? distance
+                            : style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing));
 }
 
 void ConnectionBar::changeEvent(QEvent *event)
@@ -171,20 +193,22 @@ void ConnectionBar::build()
     m_connect->setObjectName(QStringLiteral("connectButton"));
 
     auto *which = new QHBoxLayout;
+    which->setSpacing(gap);
     which->addWidget(m_pluginLabel);
     which->addWidget(m_plugin);
-    which->addSpacing(6);
+    which->addSpacing(gap);
     which->addWidget(m_interfaceLabel);
     which->addWidget(m_interface, 1);
     which->addWidget(m_refresh);
     auto *how = new QHBoxLayout;
+    how->setSpacing(gap);
     how->addWidget(m_bitRateLabel);
     how->addWidget(m_bitRate, 1);
-    how->addSpacing(6);
+    how->addSpacing(gap);
     how->addWidget(m_connect);
     m_parts = new QBoxLayout(QBoxLayout::LeftToRight, this);
+    m_parts->setSpacing(distance);
     m_parts->addLayout(which, 1);
-    m_parts->addSpacing(6);
     m_parts->addLayout(how);
 }
 

@@ -40,6 +40,7 @@ signals:
     void disconnectRequested();
 
 protected:
+    bool event(QEvent *event) override;
     void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *object, QEvent *event) override;
@@ -47,6 +48,7 @@ protected:
 private:
     void build();
     void retranslate();
+    void arrange();
     void fillPlugins();
     void fillBitRates();
     void handlePluginChange();

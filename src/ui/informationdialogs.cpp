@@ -8,7 +8,12 @@
 
 #include <QAction>
 #include <QGridLayout>
+#include <QGuiApplication>
+#include <QLabel>
 #include <QLoggingCategory>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSpacerItem>
 
 #include <iterator>
@@ -149,6 +154,32 @@ void widen(QMessageBox &box, int width)
                     layout->rowCount(), 0, 1, layout->columnCount());
 }
 
+/*! The part of the screen of \a window that windows may cover. */
+QRect roomFor(const QWidget &window)
+{
+    const QScreen *screen = QGuiApplication::screenAt(window.mapToGlobal(window.rect().center()));
+    if (screen == nullptr)
+        screen = QGuiApplication::primaryScreen();
+    return screen->availableGeometry();
+}
+
+/*! Lets the text of a message box scroll when it is higher than \a height allows: the buttons stay on the screen. */
+void fit(QMessageBox &box, int height)
+{
+    auto *label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
+    const int rest = 8 * box.fontMetrics().height(); // title, margins and buttons
+    if (label == nullptr || label->sizeHint().height() <= height - rest)
+        return;
+
+    auto *area = new QScrollArea(&box);
+    area->setFrameShape(QFrame::NoFrame);
+    delete box.layout()->replaceWidget(label, area);
+    const QSize text = label->sizeHint();
+    area->setWidget(label);
+    label->resize(text);
+    area->setMinimumSize(text.width() + area->verticalScrollBar()->sizeHint().width(), height - rest);
+}
+
 void centre(QWidget &box, const QWidget &window)
 {
     const QPoint position(window.x() + window.width() / 2 - box.width() / 2,
@@ -210,7 +241,11 @@ int InformationDialogs::showInformation(const QString &title, const QString &tex
     box.setText(text);
     box.setStandardButtons(buttons);
     widen(box, minimumWidth);
+    const QRect room = roomFor(m_window);
+    fit(box, room.height());
     box.show();
     centre(box, m_window);
+    const int lowest = room.bottom() - box.frameGeometry().height();
+    box.move(box.x(), qMax(room.top(), qMin(box.y(), lowest)));
     return box.exec();
 }

@@ -50,13 +50,10 @@ private slots:
     void saysThatBusIsLost();
     void saysWhereReadEnded();
     void choiceIsClosedWhileConnected();
-    void bitRateOnlyWhereItApplies();
-    void choosesUnknownBackEnd();
     void remembersBus();
     void isLightOnADarkDesktop();
     void isLightOnADesktopThatIsDarkFromTheStart();
     void pageScrollsOnASmallScreen();
-    void offersTheUsualBitRates();
     void closesDuringRead_data();
     void closesDuringRead();
     void disconnectsDuringRead();
@@ -279,38 +276,6 @@ void tst_MainWindow::choiceIsClosedWhileConnected()
     QVERIFY(interface->isEnabled());
 }
 
-void tst_MainWindow::bitRateOnlyWhereItApplies()
-{
-    ConnectionBar bar;
-    BusSettings settings;
-    settings.address = {QStringLiteral("virtualcan"), QStringLiteral("can0")};
-    settings.bitRate = 125000;
-    bar.setSettings(settings);
-    QVERIFY(!bar.settings().bitRate);
-    QVERIFY(!bar.findChild<QComboBox *>(QStringLiteral("bitRateBox"))->isEnabled());
-
-    settings.address.plugin = QStringLiteral("socketcan");
-    bar.setSettings(settings);
-    QCOMPARE(bar.settings().bitRate.value_or(0), 125000);
-    settings.bitRate = 83333; // none of the usual ones
-    bar.setSettings(settings);
-    QCOMPARE(bar.settings().bitRate.value_or(0), 83333);
-    settings.bitRate.reset();
-    bar.setSettings(settings);
-    QVERIFY(!bar.settings().bitRate);
-}
-
-void tst_MainWindow::choosesUnknownBackEnd()
-{
-    ConnectionBar bar;
-    BusSettings settings;
-    settings.address = {QStringLiteral("newkindofcan"), QStringLiteral("tcp://host:1/can0")};
-    bar.setSettings(settings);
-    QCOMPARE(bar.settings().address.toString(), QStringLiteral("newkindofcan:tcp://host:1/can0"));
-    bar.refreshInterfaces();
-    QCOMPARE(bar.settings().address.interfaceName, QStringLiteral("tcp://host:1/can0"));
-}
-
 void tst_MainWindow::remembersBus()
 {
     BusSettings settings = fakeSettings();
@@ -379,18 +344,6 @@ void tst_MainWindow::pageScrollsOnASmallScreen()
     QVERIFY2(window.width() <= 504, qPrintable(QString::number(window.width())));
     QVERIFY2(window.height() <= 264, qPrintable(QString::number(window.height())));
     host.session.shutDown();
-}
-
-void tst_MainWindow::offersTheUsualBitRates()
-{
-    const ConnectionBar bar;
-    const auto *box = bar.findChild<QComboBox *>(QStringLiteral("bitRateBox"));
-    QStringList rates;
-    for (int i = 1; i < box->count(); ++i)
-        rates.append(box->itemText(i));
-    QCOMPARE(rates.join(QLatin1Char('|')),
-             QStringLiteral("10 kbit/s|20 kbit/s|50 kbit/s|100 kbit/s|125 kbit/s|250 kbit/s|500 kbit/s|"
-                            "800 kbit/s|1000 kbit/s"));
 }
 
 void tst_MainWindow::closesDuringRead_data()

@@ -11,6 +11,7 @@
 #include <QContextMenuEvent>
 #include <QGridLayout>
 #include <QMenu>
+#include <QScreen>
 #include <QtTest>
 
 namespace {
@@ -145,6 +146,7 @@ private slots:
     void boxes();
     void boxIsWidened();
     void boxStandsOverTheWindow();
+    void boxWithALongTextStaysOnTheScreen();
     void boxHoldsTheOtherWindows();
 
     void deviceType_data();
@@ -302,6 +304,28 @@ void tst_InformationDialogs::boxStandsOverTheWindow()
         const QPoint offset = box.geometry.center() - centre;
         QVERIFY2(qAbs(offset.x()) <= frame && qAbs(offset.y()) <= frame,
                  qPrintable(s("%1: off by %2, %3").arg(box.title).arg(offset.x()).arg(offset.y())));
+    }
+}
+
+// A text that scrolls, not a box whose button nobody reaches.
+void tst_InformationDialogs::boxWithALongTextStaysOnTheScreen()
+{
+    ShownDialogs dialogs;
+    dialogs.set(0x6311, 0, 30);
+    for (int subIndex = 1; subIndex <= 30; ++subIndex)
+        dialogs.set(0x6311, static_cast<quint8>(subIndex), 30); // it is the next count, too
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    const MessageBoxWatcher watcher;
+    for (const QPoint &position : {QPoint(0, 0), screen.bottomRight() - QPoint(100, 100)}) {
+        dialogs.window.move(position);
+        dialogs.dialogs.show(InformationDialog::SecurityStatus, dialogs.reader.node(nodeId));
+    }
+    QCOMPARE(watcher.boxes().size(), 2);
+    for (const MessageBoxRecord &box : watcher.boxes()) {
+        QCOMPARE(box.text.count(QLatin1Char('\n')), 30 * 8); // an empty line after each entry
+        QVERIFY2(box.geometry.top() >= screen.top() && box.geometry.bottom() <= screen.bottom(),
+                 qPrintable(s("from %1 to %2").arg(box.geometry.top()).arg(box.geometry.bottom())));
+        QVERIFY(box.geometry.width() > 200); // the text, not only the bar that moves it
     }
 }
 

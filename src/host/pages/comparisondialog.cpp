@@ -49,5 +49,5 @@ ComparisonDialog::ComparisonDialog(const QString &before, const QString &after, 
     layout->addWidget(sum);
     layout->addWidget(table, 1);
     layout->addWidget(buttons);
-    resize(usualSize);
+    resize(parent != nullptr ? usualSize.boundedTo(parent->window()->size()) : usualSize);
 }

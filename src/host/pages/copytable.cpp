@@ -12,6 +12,7 @@
 namespace {
 
 constexpr int lookedAt = 40; // rows, for the widths of columns: all of a long table would take too long
+constexpr int leastCharacters = 14; // of the wide column; when there is less room, the table scrolls
 
 } // namespace
 
@@ -109,5 +110,6 @@ void CopyTable::fitColumns()
         rest -= width;
     }
     if (m_wideColumn < columns)
-        setColumnWidth(m_wideColumn, std::max(rest, most));
+        setColumnWidth(m_wideColumn,
+                       std::max({rest, most, leastCharacters * fontMetrics().averageCharWidth()}));
 }
