@@ -2825,6 +2825,10 @@ Jetzt: %2</translation>
         <source>not read this time; the name is from an earlier visit</source>
         <translation>diesmal nicht gelesen; der Name ist von einem früheren Besuch</translation>
     </message>
+    <message>
+        <source>None of its values could be read.</source>
+        <translation>Keiner seiner Werte konnte gelesen werden.</translation>
+    </message>
 </context>
 <context>
     <name>ServiceReportDialog</name>

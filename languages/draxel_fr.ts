@@ -2825,6 +2825,10 @@ Maintenant&#xa0;: %2</translation>
         <source>not read this time; the name is from an earlier visit</source>
         <translation>pas lue cette fois&#xa0;; le nom vient d’une visite précédente</translation>
     </message>
+    <message>
+        <source>None of its values could be read.</source>
+        <translation>Aucune de ses valeurs n&apos;a pu être lue.</translation>
+    </message>
 </context>
 <context>
     <name>ServiceReportDialog</name>

@@ -2825,6 +2825,10 @@ Nu: %2</translation>
         <source>not read this time; the name is from an earlier visit</source>
         <translation>deze keer niet gelezen; de naam is van een eerder bezoek</translation>
     </message>
+    <message>
+        <source>None of its values could be read.</source>
+        <translation>Geen van zijn waarden kon worden gelezen.</translation>
+    </message>
 </context>
 <context>
     <name>ServiceReportDialog</name>

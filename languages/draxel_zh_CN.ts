@@ -2808,6 +2808,10 @@ Now: %2</source>
         <source>not read this time; the name is from an earlier visit</source>
         <translation>这次未读取；名称来自以前的记录</translation>
     </message>
+    <message>
+        <source>None of its values could be read.</source>
+        <translation>它的数值均无法读取。</translation>
+    </message>
 </context>
 <context>
     <name>ServiceReportDialog</name>

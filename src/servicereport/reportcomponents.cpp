@@ -101,13 +101,6 @@ QString answerText(const SnapshotNode &node, const ReportWords &words)
                                   : ReportTr::tr("less than 1 ms");
 }
 
-/*! The reason of the snapshot itself, for a component that did not let itself be read. */
-QString stateText(const Component &component)
-{
-    const QString ending = SnapshotWords::ending(component.node->end);
-    return ending.isEmpty() ? ReportMarks::word(ReportMarks::of(component.checked.state)) : ending;
-}
-
 QVector<ReportFact> identityFacts(const Component &component, const ReportWords &words)
 {
     const DeviceIdentity &identity = component.identity;
@@ -158,6 +151,14 @@ void addPictures(const Component &component, const ServiceReportData &data, cons
     }
 }
 
+/*! A page of rows that all say so would say no more than one sentence. */
+bool isUnread(const ReportTable &values)
+{
+    return !values.rows.isEmpty()
+           && std::all_of(values.rows.cbegin(), values.rows.cend(),
+                          [](const ReportTable::Row &row) { return row.mark == ReportMark::NotChecked; });
+}
+
 void addComponent(const Component &component, const ServiceReportData &data, const ReportWords &words,
                   ReportSection *section)
 {
@@ -176,7 +177,9 @@ void addComponent(const Component &component, const ServiceReportData &data, con
     else if (ending.isEmpty())
         section->blocks.append(ReportParagraph{ReportTr::tr("The device does not say who it is.")});
     const ReportTable values = valueTable(*component.node, component.checked.findings, words);
-    if (!values.rows.isEmpty())
+    if (isUnread(values))
+        section->blocks.append(ReportParagraph{ReportTr::tr("None of its values could be read.")});
+    else if (!values.rows.isEmpty())
         section->blocks.append(values);
     addPictures(component, data, words, section);
 }
@@ -192,9 +195,10 @@ ReportSection ReportComponents::overview(const ServiceReportData &data)
                      {ReportTr::tr("Serial number"), 3},
                      {ReportTr::tr("Firmware"), 4}};
     for (const Component &component : componentsOf(data)) {
-        table.rows.append({{stateText(component), component.name, QString::number(component.node->id),
+        const ReportMark mark = ReportMarks::of(component.checked.state);
+        table.rows.append({{ReportMarks::word(mark), component.name, QString::number(component.node->id),
                             serialText(component), firmwareText(component.identity)},
-                           ReportMarks::of(component.checked.state)});
+                           mark});
     }
     ReportSection section{ReportTr::tr("Components"), {}};
     if (table.rows.isEmpty())

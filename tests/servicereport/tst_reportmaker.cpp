@@ -76,6 +76,7 @@ private slots:
     void temperaturesBelowZero();
     void settingsAreNoValues();
     void whatWasNotReadIsNoValue();
+    void componentOfWhichNothingWasReadSaysSoOnce();
     void cellsAreSaidInWords();
     void healthIsSaidInWords();
     void unreadObjectsAreGroupedByReason();
@@ -267,8 +268,7 @@ void tst_ReportMaker::componentsAreListedWithTheirIdentity()
     QCOMPARE(rows.size(), 5);
     QCOMPARE(rows.at(0).cells,
              QStringList({s("Fault"), s("Battery Pack"), s("2"), s("1123450"), s("1.3.0, revision 1.3")}));
-    QCOMPARE(rows.at(2).cells,
-             QStringList({s("The device does not answer."), s("Device"), s("5"), s(""), s("")}));
+    QCOMPARE(rows.at(2).cells, QStringList({s("Not checked"), s("Device"), s("5"), s(""), s("")}));
     QCOMPARE(int(rows.at(2).mark), int(ReportMark::NotChecked));
 
     QStringList facts;
@@ -348,6 +348,28 @@ void tst_ReportMaker::whatWasNotReadIsNoValue()
     const ReportTable::Row row = rowOf(table, "Battery pack DX output Wh counter");
     QCOMPARE(row.cells.value(1), s("not read"));
     QCOMPARE(int(row.mark), int(ReportMark::NotChecked));
+}
+
+void tst_ReportMaker::componentOfWhichNothingWasReadSaysSoOnce()
+{
+    SnapshotBuilder builder;
+    builder.node(9);
+    ReportExample::addIdentity(builder, 1, 2, 6, "DX-Pack");
+    for (const quint16 index : {quint16(0x603E), quint16(0x6040), quint16(0x6042)})
+        builder.gap(index, 1, SnapshotGap::Abort, 0x08000000);
+    ServiceReportData data = ReportExample::data();
+    data.trends.clear();
+    data.snapshot = builder.snapshot();
+    data.checkup.components = {{9, s("Battery Pack"), ComponentState::NotChecked, {}, {}}};
+    const ServiceReport unread = makeServiceReport(data);
+    QCOMPARE(blockOf<ReportParagraph>(unread, "Component by component").text,
+             s("None of its values could be read."));
+    QVERIFY(blockOf<ReportTable>(unread, "Component by component").rows.isEmpty());
+    QCOMPARE(blockOf<ReportTable>(unread, "What was not read").rows.size(), 1);
+
+    builder.value(0x6042, 1, CanOpen::DataType::Integer16, 200);
+    data.snapshot = builder.snapshot();
+    QCOMPARE(blockOf<ReportTable>(makeServiceReport(data), "Component by component").rows.size(), 3);
 }
 
 void tst_ReportMaker::cellsAreSaidInWords()
