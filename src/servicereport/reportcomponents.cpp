@@ -189,11 +189,11 @@ void addComponent(const Component &component, const ServiceReportData &data, con
 ReportSection ReportComponents::overview(const ServiceReportData &data)
 {
     ReportTable table;
-    table.columns = {{ReportTr::tr("State"), 3},
-                     {ReportTr::tr("Component"), 6},
-                     {ReportTr::tr("Node"), 2},
-                     {ReportTr::tr("Serial number"), 3},
-                     {ReportTr::tr("Firmware"), 4}};
+    table.columns = {{ReportTr::tr("State"), 8},
+                     {ReportTr::tr("Component"), 11},
+                     {ReportTr::tr("Node"), 3},
+                     {ReportTr::tr("Serial number"), 6},
+                     {ReportTr::tr("Firmware"), 8}};
     for (const Component &component : componentsOf(data)) {
         const ReportMark mark = ReportMarks::of(component.checked.state);
         table.rows.append({{ReportMarks::word(mark), component.name, QString::number(component.node->id),

@@ -4,6 +4,7 @@
 #include "reporttexts.h"
 
 #include <servicereport/pdfreport.h>
+#include <servicereport/reportlanguage.h>
 #include <servicereport/reportmaker.h>
 
 #include <QFile>
@@ -57,6 +58,8 @@ class tst_PdfReport : public QObject
 private slots:
     void initTestCase();
     void saysEverything();
+    void wordsOfStatesAreWhole_data();
+    void wordsOfStatesAreWhole();
     void numbersItsPages();
     void hasATitle();
     void embedsItsFonts();
@@ -83,6 +86,34 @@ void tst_PdfReport::saysEverything()
     QVERIFY(texts.size() > 150);
     for (const QString &sentence : texts)
         QVERIFY2(text.contains(ReportTexts::squeezed(sentence)), qPrintable(sentence));
+}
+
+void tst_PdfReport::wordsOfStatesAreWhole_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("word");
+
+    QTest::newRow("French") << "fr"
+                            << "Avertissement";
+    QTest::newRow("Dutch") << "nl"
+                           << "Waarschuwing";
+    QTest::newRow("Dutch, the longest") << "nl"
+                                        << "gecontroleerd";
+    QTest::newRow("German") << "de"
+                            << "Warnung";
+}
+
+// The column of states is as wide as the longest word of any language.
+void tst_PdfReport::wordsOfStatesAreWhole()
+{
+    QFETCH(QString, language);
+    QFETCH(QString, word);
+    const ReportLanguage texts(language, QStringLiteral(LANGUAGE_FOLDER));
+    const ServiceReport report = makeServiceReport(ReportExample::data());
+    const int count = ReportTexts::of(report).join(QLatin1Char('\n')).count(word);
+    QVERIFY(count > 1);
+    QCOMPARE(textOf(toPdf(report, QPageSize::A4)).count(word),
+             count + 1); // the light of the component says it, too
 }
 
 void tst_PdfReport::numbersItsPages()
