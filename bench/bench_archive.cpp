@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "vehiclesnapshot.h"
+#include "manyvisits.h"
 
 #include <archive/archive.h>
 #include <snapshot/snapshotfile.h>
@@ -9,24 +9,14 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QTemporaryDir>
 
 #include <memory>
 
 namespace {
 
-constexpr int visitsOfVehicle = 20;
 constexpr CanOpen::ObjectKey batteryState{0x6164, 2};
 
 enum Place { File, Server };
-
-int visitCount()
-{
-    // Less for a brief run: putting them in takes minutes.
-    bool isNumber = false;
-    const int count = qEnvironmentVariableIntValue("ARCHIVE_VISITS", &isNumber);
-    return isNumber ? count : 10000;
-}
 
 VehicleSnapshots &snapshots()
 {
@@ -47,9 +37,8 @@ public:
 
 private:
     QString address(Place place);
-    void fill();
 
-    QTemporaryDir m_folder;
+    ManyVisits m_visits;
     PostgresServer m_server;
     QString m_database;
     Archive m_archive;
@@ -60,36 +49,30 @@ FilledArchive::FilledArchive(Place place)
 {
     const auto parsed = ArchiveAddress::parse(address(place), &m_error);
     if (parsed && m_archive.open(*parsed, Archive::Missing::Make, &m_error))
-        fill();
+        ManyVisits::fill(&m_archive, &m_error);
 }
 
 QString FilledArchive::address(Place place)
 {
     if (place == File)
-        return m_folder.filePath(QStringLiteral("bench.dxarchive"));
+        return m_visits.fileName();
     if (!PostgresServer::isInstalled() || !m_server.start())
         return QString();
     m_database = m_server.createDatabase();
     return m_server.address(m_database);
 }
 
-void FilledArchive::fill()
-{
-    for (int i = 0; i < visitCount() && m_error.isEmpty(); ++i)
-        m_archive.add(snapshots().visit(i / visitsOfVehicle, i % visitsOfVehicle), std::nullopt, &m_error);
-}
-
 double FilledArchive::bytesOfVisit()
 {
     const ArchiveAddress &address = m_archive.address();
     if (address.kind() == ArchiveAddress::Kind::File)
-        return static_cast<double>(QFileInfo(address.fileName()).size()) / visitCount();
+        return static_cast<double>(QFileInfo(address.fileName()).size()) / ManyVisits::count();
     ArchiveDatabase database;
     if (!database.open(address, ArchiveDatabase::Missing::Refuse))
         return 0;
     std::optional<QSqlQuery> size
         = database.run(QStringLiteral("SELECT pg_database_size(current_database())"));
-    return size && database.next(*size) ? size->value(0).toDouble() / visitCount() : 0;
+    return size && database.next(*size) ? size->value(0).toDouble() / ManyVisits::count() : 0;
 }
 
 std::unique_ptr<FilledArchive> archives[2];
@@ -129,7 +112,7 @@ void measure(benchmark::State &state, Work work)
 
 void addVisit(benchmark::State &state)
 {
-    static int number = visitsOfVehicle;
+    static int number = ManyVisits::visitsOfVehicle;
     measure(state, [&state](Archive &archive, QString *error) {
         state.PauseTiming();
         const Snapshot snapshot = snapshots().visit(7, number++);
@@ -164,7 +147,7 @@ void listAll(benchmark::State &state)
 {
     measure(state, [](Archive &archive, QString *error) {
         const auto visits = archive.visits({}, error);
-        return visits && visits->size() >= visitCount();
+        return visits && visits->size() >= ManyVisits::count();
     });
 }
 BENCHMARK(listAll)->Arg(File)->Arg(Server)->Unit(benchmark::kMillisecond)->UseRealTime();
@@ -201,7 +184,7 @@ void followValueOverTwentyVisits(benchmark::State &state)
 {
     measure(state, [](Archive &archive, QString *error) {
         const auto points = archive.vehicleTrend(1, batteryState, error);
-        return points && points->size() >= qMin(visitCount(), visitsOfVehicle);
+        return points && points->size() >= qMin(ManyVisits::count(), ManyVisits::visitsOfVehicle);
     });
 }
 BENCHMARK(followValueOverTwentyVisits)->Arg(File)->Arg(Server)->Unit(benchmark::kMillisecond)->UseRealTime();

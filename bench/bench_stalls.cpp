@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // How long the window keeps a click waiting, at worst. The simulated vehicle runs in the same thread and counts too.
+#include "manyvisits.h"
 #include "stallwatch.h"
 #include "vehiclesnapshot.h"
 
@@ -408,27 +409,22 @@ void checkupOf127(benchmark::State &state)
 }
 BENCHMARK(checkupOf127)->Iterations(3)->Unit(benchmark::kMillisecond);
 
+void fillArchive(const QString &fileName)
+{
+    Archive archive;
+    QString error;
+    const auto address = ArchiveAddress::parse(fileName, &error);
+    if (!address || !archive.open(*address, Archive::Missing::Make, &error)
+        || !ManyVisits::fill(&archive, &error))
+        qFatal("%s", qUtf8Printable(error));
+}
+
 /*! The page of an archive with 10 000 visits: shown, searched, a vehicle and a visit of it opened. */
 void archiveOf10000(benchmark::State &state)
 {
-    const OwnArchive place;
-    constexpr int visitsOfVehicle = 20;
-    bool isNumber = false;
-    const int fromOutside = qEnvironmentVariableIntValue("ARCHIVE_VISITS", &isNumber);
-    const int visits = isNumber ? fromOutside : 10000;
-    {
-        Archive archive;
-        QString error;
-        const auto address = ArchiveAddress::parse(place.fileName(), &error);
-        VehicleSnapshots snapshots(QStringLiteral("full-bus"));
-        bool isGood = address && archive.open(*address, Archive::Missing::Make, &error);
-        for (int i = 0; i < visits && isGood; ++i)
-            isGood
-                = archive.add(snapshots.visit(i / visitsOfVehicle, i % visitsOfVehicle), std::nullopt, &error)
-                      .has_value();
-        if (!isGood)
-            qFatal("%s", qUtf8Printable(error));
-    }
+    const ManyVisits visits;
+    qputenv("DRAXEL_ARCHIVE", visits.fileName().toLocal8Bit());
+    fillArchive(visits.fileName());
     Window window;
     for (auto _ : state) {
         StallWatch watch;
@@ -444,7 +440,7 @@ void archiveOf10000(benchmark::State &state)
         window.press("visitOpen");
         Window::pass(answerTime);
         report(watch, &state);
-        state.counters["visits"] = visits;
+        state.counters["visits"] = ManyVisits::count();
     }
 }
 BENCHMARK(archiveOf10000)->Iterations(1)->Unit(benchmark::kMillisecond);
