@@ -34,6 +34,10 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/checkup/rules/"
     DESTINATION lib/draxel/rules
     FILE_PERMISSIONS ${file_permissions} DIRECTORY_PERMISSIONS ${program_permissions}
     FILES_MATCHING PATTERN "*.json")
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/live/health/rules/"
+    DESTINATION lib/draxel/rules/health
+    FILE_PERMISSIONS ${file_permissions} DIRECTORY_PERMISSIONS ${program_permissions}
+    FILES_MATCHING PATTERN "*.json")
 
 foreach(program IN ITEMS draxel draxelctl)
     file(MAKE_DIRECTORY "${made_dir}/bin")

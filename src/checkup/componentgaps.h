@@ -24,6 +24,8 @@ public:
     /*! Something else that kept rules from being applied, a sentence. */
     void addSentence(const QString &sentence);
 
+    bool isEmpty() const { return m_keys.isEmpty() && !m_isBehaviourMissing && m_sentences.isEmpty(); }
+
     /*! Why rules could not be judged, sentences; empty when all of them were. */
     QStringList sentences(const SnapshotNode &node, SnapshotScope scope) const;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "evaluation.h"
 
-#include "vehiclefacts.h"
+#include "factsource.h"
 
 #include <snapshot/snapshot.h>
 
@@ -27,7 +27,7 @@ std::optional<double> numberOf(const QVariant &value)
 
 } // namespace
 
-Evaluation::Evaluation(const VehicleFacts &vehicle, int position)
+Evaluation::Evaluation(const FactSource &vehicle, int position)
     : m_vehicle(vehicle)
     , m_position(position)
 {

@@ -7,7 +7,7 @@
 #include <QVector>
 
 struct SnapshotEntry;
-class VehicleFacts;
+class FactSource;
 
 /*! The numbers of an object's sub-indices from 1 to its count; those that are absent are left out. */
 struct ObjectNumbers
@@ -25,8 +25,8 @@ class Evaluation
 public:
     static constexpr int mostLoops = 2;
 
-    /*! \a position of the node in the snapshot; -1: the vehicle as a whole, which has no objects. */
-    Evaluation(const VehicleFacts &vehicle, int position);
+    /*! \a position of the node in the source; -1: the vehicle as a whole, which has no objects. */
+    Evaluation(const FactSource &vehicle, int position);
 
     /*! \a object is the loop's own object ("these"). */
     void setLoop(int loop, int number, quint16 object = 0);
@@ -58,7 +58,7 @@ private:
 
     bool isBeyondCount(CanOpen::ObjectKey key) const;
 
-    const VehicleFacts &m_vehicle;
+    const FactSource &m_vehicle;
     int m_position;
     Loop m_loops[mostLoops];
     QVector<CanOpen::ObjectKey> m_askedFor;

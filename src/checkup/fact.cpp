@@ -27,6 +27,30 @@ constexpr NamedFact facts[] = {
     {"vehicle.seconds", Fact::VehicleSeconds, false},
     {"vehicle.versionConflicts", Fact::VehicleVersionConflicts, false},
     {"vehicle.versionNodes", Fact::VehicleVersionNodes, true},
+    {"node.heartbeats", Fact::NodeHeartbeats, false},
+    {"node.heartbeatPeriod", Fact::NodeHeartbeatPeriod, false},
+    {"node.configuredHeartbeat", Fact::NodeConfiguredHeartbeat, false},
+    {"node.heartbeatJitter", Fact::NodeHeartbeatJitter, false},
+    {"node.longestGap", Fact::NodeLongestGap, false},
+    {"node.lateHeartbeats", Fact::NodeLateHeartbeats, false},
+    {"node.missedHeartbeats", Fact::NodeMissedHeartbeats, false},
+    {"node.lost", Fact::NodeIsLost, false},
+    {"node.unanswered", Fact::NodeUnanswered, false},
+    {"node.refusals", Fact::NodeRefusals, false},
+    {"node.foreignRequests", Fact::NodeForeignRequests, false},
+    {"node.emergencies", Fact::NodeEmergencies, false},
+    {"node.lastEmergency", Fact::NodeLastEmergency, false},
+    {"node.hasError", Fact::NodeHasError, false},
+    {"bus.bitRate", Fact::BusBitRate, false},
+    {"bus.load", Fact::BusLoad, false},
+    {"bus.peak", Fact::BusPeak, false},
+    {"bus.frames", Fact::BusFrames, false},
+    {"bus.nodes", Fact::BusNodes, false},
+    {"bus.controller", Fact::BusController, false},
+    {"bus.overruns", Fact::BusOverruns, false},
+    {"bus.errors", Fact::BusErrors, false},
+    {"bus.foreignNodes", Fact::BusForeignNodes, false},
+    {"bus.foreignNodeIds", Fact::BusForeignNodeIds, true},
 };
 
 } // namespace
@@ -47,4 +71,9 @@ bool isTextFact(Fact fact)
             return named.isText;
     }
     return false;
+}
+
+bool isBusFact(Fact fact)
+{
+    return fact >= Fact::NodeHeartbeats;
 }

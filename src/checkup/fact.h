@@ -23,6 +23,32 @@ enum class Fact : quint8 {
     VehicleSeconds,    //!< how long the snapshot took
     VehicleVersionConflicts, //!< parts of the profile that nodes implement in different versions (600Eh)
     VehicleVersionNodes,     //!< text: which nodes have which versions of them
+
+    // What is heard on a bus; absent in a check-up
+    NodeHeartbeats,          //!< number of heartbeats
+    NodeHeartbeatPeriod,     //!< ms, as heard; absent before two heartbeats
+    NodeConfiguredHeartbeat, //!< ms (1017h); absent when nobody has asked for it
+    NodeHeartbeatJitter,     //!< ms, within which 95 of 100 are
+    NodeLongestGap,          //!< ms
+    NodeLateHeartbeats,
+    NodeMissedHeartbeats,
+    NodeIsLost,          //!< 1 when its heartbeat has stopped
+    NodeUnanswered,      //!< SDO requests of any client without an answer
+    NodeRefusals,        //!< SDO aborts that say more than that an object is not there
+    NodeForeignRequests, //!< SDO requests of other clients
+    NodeEmergencies,     //!< emergencies that told of an error
+    NodeLastEmergency,   //!< error code; absent without one
+    NodeHasError,        //!< 1 when the last emergency told of an error that is not gone
+    BusBitRate,          //!< bit/s
+    BusLoad,             //!< mean, %; unknown without a bit rate
+    BusPeak,             //!< of the busiest second, %
+    BusFrames,           //!< number of frames
+    BusNodes,            //!< number of nodes that were heard
+    BusController,   //!< 0 good, 1 warning, 2 error-passive, 3 bus-off; absent when the driver does not tell
+    BusOverruns,     //!< reports of lost frames
+    BusErrors,       //!< errors on the bus that the driver reported
+    BusForeignNodes, //!< number of nodes that other SDO clients ask
+    BusForeignNodeIds, //!< text: their IDs
 };
 
 /*! The fact with a name of rules, for example "node.state"; empty for another name. */
@@ -30,3 +56,6 @@ std::optional<Fact> findFact(const QString &name);
 
 /*! Whether a fact is a text: it can be shown, and not calculated with. */
 bool isTextFact(Fact fact);
+
+/*! Whether it is heard on a bus over some time, so that a snapshot does not have it. */
+bool isBusFact(Fact fact);

@@ -3,11 +3,11 @@
 
 #include "componentgaps.h"
 #include "evaluation.h"
-#include "vehiclefacts.h"
+#include "factsource.h"
 
 #include <QStringList>
 
-RuleRunner::RuleRunner(const VehicleFacts &vehicle, const WordTables &words, const QString &language)
+RuleRunner::RuleRunner(const FactSource &vehicle, const WordTables &words, const QString &language)
     : m_vehicle(vehicle)
     , m_words(words)
     , m_language(language)
@@ -97,8 +97,7 @@ void RuleRunner::find(const Rule &rule, int position, Evaluation &evaluation)
     Finding finding;
     finding.rule = rule.id;
     finding.severity = *ruleCase.severity;
-    const SnapshotNode *node = m_vehicle.node(m_position);
-    finding.nodeId = node != nullptr ? node->id : quint8(0);
+    finding.nodeId = m_vehicle.nodeId(m_position);
     finding.objects = evaluation.askedFor();
     finding.instance = instanceOf(rule, position, evaluation);
     finding.text = ruleCase.text.in(m_language).fill(evaluation, m_words, m_language);

@@ -10,7 +10,7 @@
 
 class ComponentGaps;
 class Evaluation;
-class VehicleFacts;
+class FactSource;
 
 /*! Applies rules to the nodes of a vehicle, one after the other, within a bound for all of them together: rules come from
  *  files, and two loops of a rule over many nodes can be a lot of work.
@@ -21,7 +21,7 @@ public:
     static constexpr qint64 mostSteps = 4'000'000; //!< objects and facts that rules may ask for
     static constexpr int mostFindings = 500;       //!< of a component
 
-    RuleRunner(const VehicleFacts &vehicle, const WordTables &words, const QString &language);
+    RuleRunner(const FactSource &vehicle, const WordTables &words, const QString &language);
 
     /*! Appends what a rule finds in the node at a position (-1: in the vehicle), and what it would have needed. */
     void apply(const Rule &rule, int position, QVector<Finding> *findings, ComponentGaps *gaps);
@@ -38,7 +38,7 @@ private:
     static QString instanceOf(const Rule &rule, int position, const Evaluation &evaluation);
     bool isFull() const;
 
-    const VehicleFacts &m_vehicle;
+    const FactSource &m_vehicle;
     const WordTables &m_words;
     QString m_language;
     qint64 m_steps = 0;

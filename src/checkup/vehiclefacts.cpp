@@ -129,8 +129,15 @@ const SnapshotNode *VehicleFacts::node(int position) const
     return position >= 0 ? &m_snapshot.nodes.at(position) : nullptr;
 }
 
+quint8 VehicleFacts::nodeId(int position) const
+{
+    return position >= 0 ? m_snapshot.nodes.at(position).id : quint8(0);
+}
+
 FactValue VehicleFacts::number(Fact fact, int position) const
 {
+    if (isBusFact(fact))
+        return {Operand::absent(), {}};
     switch (fact) {
     case Fact::VehicleNodes:
         return {Operand::of(m_nodes.size()), {}};

@@ -2,26 +2,17 @@
 #pragma once
 
 #include "devicename.h"
-#include "fact.h"
-#include "operand.h"
+#include "factsource.h"
 
-#include <canopen/objectkey.h>
 #include <snapshot/deviceidentity.h>
 #include <snapshot/snapshot.h>
 
 #include <QVector>
 
-/*! A fact, or what would have had to be read for it. */
-struct FactValue
-{
-    Operand operand;
-    QVector<CanOpen::ObjectKey> missing; //!< of the node that was asked about
-};
-
 /*! What a snapshot says about its nodes as a whole: who they are, who is there twice, what their versions are.
  *  Collected once; the snapshot has to outlive it.
  */
-class VehicleFacts
+class VehicleFacts : public FactSource
 {
 public:
     /*! The names of devices that did not tell theirs are taken from \a earlier, which may be null. */
@@ -31,7 +22,8 @@ public:
     int nodeCount() const { return m_nodes.size(); }
 
     /*! Null for position -1, the vehicle. */
-    const SnapshotNode *node(int position) const;
+    const SnapshotNode *node(int position) const override;
+    quint8 nodeId(int position) const override;
     const DeviceIdentity &identity(int position) const { return m_nodes.at(position).identity; }
     const DeviceName &name(int position) const { return m_nodes.at(position).name; }
 
@@ -41,10 +33,8 @@ public:
         return m_nodes.at(position).missingClasses;
     }
 
-    /*! Of the number facts; \a position -1: of the vehicle. */
-    FactValue number(Fact fact, int position) const;
-    /*! Of the text facts. */
-    QString text(Fact fact, int position) const;
+    FactValue number(Fact fact, int position) const override;
+    QString text(Fact fact, int position) const override;
 
 private:
     struct Node

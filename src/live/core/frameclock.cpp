@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#include "frameclock.h"
+
+#include <algorithm>
+
+qint64 FrameClock::timeOf(qint64 stamp, qint64 now)
+{
+    // Of stamps that no clock has, only differences would overflow.
+    constexpr qint64 latestStamp = Q_INT64_C(1) << 62;
+    if (stamp <= 0 || stamp >= latestStamp)
+        return timeAt(now);
+    const qint64 offset = now - stamp;
+    const bool hasJumped = m_hasOffset && std::abs(offset - m_offset) > largestDrift;
+    if (!m_hasOffset || hasJumped || offset < m_offset) // the frame that came with the least delay tells best
+        m_offset = offset;
+    m_jumps += hasJumped ? 1 : 0;
+    m_hasOffset = true;
+    m_last = std::max(m_last, stamp + m_offset);
+    return m_last;
+}
+
+qint64 FrameClock::timeAt(qint64 now)
+{
+    m_last = std::max(m_last, now);
+    return m_last;
+}

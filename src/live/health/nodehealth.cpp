@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#include "nodehealth.h"
+
+namespace {
+
+constexpr int emergencySize = 8;
+constexpr quint16 highestReset = 0x00FF; // error codes 00xxh: fewer errors than before, or none
+constexpr quint8 stateMask = 0x7F;       // the bit above is the toggle bit of node guarding
+
+std::optional<CanOpen::NmtState> stateOf(const LiveFrame &frame)
+{
+    if (frame.payload.size() != 1)
+        return std::nullopt;
+    const auto state = static_cast<CanOpen::NmtState>(frame.byteAt(0) & stateMask);
+    switch (state) {
+    case CanOpen::NmtState::BootUp:
+    case CanOpen::NmtState::Stopped:
+    case CanOpen::NmtState::Operational:
+    case CanOpen::NmtState::PreOperational:
+        return state;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+void NodeHealth::handle(const LiveFrame &frame)
+{
+    if (frame.isRemote)
+        return;
+    if (frame.kind == FrameKind::Sdo && !frame.isSdoAnswer()) {
+        m_sdo.handleRequest(frame);
+        return;
+    }
+    if (!frame.isFromNode())
+        return;
+    if (frame.kind == FrameKind::Heartbeat)
+        handleHeartbeat(frame);
+    else if (frame.kind == FrameKind::Sdo)
+        m_sdo.handleAnswer(frame);
+    else if (frame.kind == FrameKind::Emergency)
+        handleEmergency(frame);
+    ++m_frames;
+    m_bits += static_cast<quint64>(frame.bits);
+}
+
+void NodeHealth::handleHeartbeat(const LiveFrame &frame)
+{
+    const std::optional<CanOpen::NmtState> state = stateOf(frame);
+    if (!state)
+        return;
+    // The first thing that is heard may be the boot-up message of a vehicle that was switched on.
+    if (*state == CanOpen::NmtState::BootUp && isHeard())
+        ++m_restarts;
+    m_heartbeat.beat(frame.time, *state);
+}
+
+void NodeHealth::handleEmergency(const LiveFrame &frame)
+{
+    if (frame.payload.size() != emergencySize)
+        return;
+    const auto code = static_cast<quint16>(frame.byteAt(0) | frame.byteAt(1) << 8);
+    const quint8 errorRegister = frame.byteAt(2);
+    m_hasOpenError = code > highestReset || (errorRegister != 0 && m_hasOpenError);
+    if (code <= highestReset)
+        return;
+    ++m_emergencies;
+    m_lastEmergency = code;
+}
+
+void NodeHealth::interrupt()
+{
+    m_heartbeat.interrupt();
+    m_sdo.interrupt();
+}
