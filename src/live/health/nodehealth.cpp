@@ -1,26 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "nodehealth.h"
 
+#include "heartbeatstate.h"
+
 namespace {
 
 constexpr int emergencySize = 8;
 constexpr quint16 highestReset = 0x00FF; // error codes 00xxh: fewer errors than before, or none
-constexpr quint8 stateMask = 0x7F;       // the bit above is the toggle bit of node guarding
-
-std::optional<CanOpen::NmtState> stateOf(const LiveFrame &frame)
-{
-    if (frame.payload.size() != 1)
-        return std::nullopt;
-    const auto state = static_cast<CanOpen::NmtState>(frame.byteAt(0) & stateMask);
-    switch (state) {
-    case CanOpen::NmtState::BootUp:
-    case CanOpen::NmtState::Stopped:
-    case CanOpen::NmtState::Operational:
-    case CanOpen::NmtState::PreOperational:
-        return state;
-    }
-    return std::nullopt;
-}
 
 } // namespace
 
@@ -46,7 +32,7 @@ void NodeHealth::handle(const LiveFrame &frame)
 
 void NodeHealth::handleHeartbeat(const LiveFrame &frame)
 {
-    const std::optional<CanOpen::NmtState> state = stateOf(frame);
+    const std::optional<CanOpen::NmtState> state = heartbeatStateOf(frame);
     if (!state)
         return;
     // The first thing that is heard may be the boot-up message of a vehicle that was switched on.

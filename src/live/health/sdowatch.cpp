@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "sdowatch.h"
 
+#include <canopen/sdoabort.h>
 #include <canopen/sdoframe.h>
 
 using namespace CanOpen;
 
 namespace {
 
-constexpr quint32 noSuchObject = 0x06020000;
-constexpr quint32 noSuchSubIndex = 0x06090011;
 constexpr quint8 blockDownloadEnd = 0xA1;
 constexpr quint8 abortCommand = 0x80;
 
@@ -16,7 +15,8 @@ constexpr quint8 abortCommand = 0x80;
 
 bool isAbsence(quint32 abortCode)
 {
-    return abortCode == noSuchObject || abortCode == noSuchSubIndex;
+    return abortCode == static_cast<quint32>(SdoAbort::ObjectDoesNotExist)
+           || abortCode == static_cast<quint32>(SdoAbort::SubIndexDoesNotExist);
 }
 
 void SdoWatch::handleRequest(const LiveFrame &frame)
