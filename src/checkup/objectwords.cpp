@@ -100,6 +100,18 @@ QString ObjectWords::value(ObjectKey key, const QVariant &value)
     return numberText(key, value);
 }
 
+ObjectWords::Unit ObjectWords::unit(ObjectKey key)
+{
+    const ObjectDescription *description = objectDescriptions().find(key.index);
+    const UnitFormat *format = description != nullptr ? description->unit : nullptr;
+    if (isCellVoltage(key))
+        format = findUnitFormat(QStringLiteral("mV"));
+    if (format == nullptr)
+        return {};
+    return {QCoreApplication::translate("DataInterpreter", format->text).arg(QString()).trimmed(),
+            format->divisor};
+}
+
 QString ObjectWords::inUnit(double number, const QString &unit)
 {
     const UnitFormat *format = findUnitFormat(unit);

@@ -21,6 +21,14 @@ QString value(CanOpen::ObjectKey key, const QVariant &value);
 /*! A number in a unit of the object table ("mV", "C"): 36500 in "mV" is "36.50 V". Empty for an unknown unit. */
 QString inUnit(double number, const QString &unit);
 
+/*! The unit in which people read an object, and by what its number is divided for it: "V" and 1000 for 6040h. */
+struct Unit
+{
+    QString text; //!< empty: a plain number
+    double divisor = 1;
+};
+Unit unit(CanOpen::ObjectKey key);
+
 /*! The object's name in the table, "6165h" when it has none. */
 QString name(CanOpen::ObjectKey key);
 

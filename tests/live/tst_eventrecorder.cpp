@@ -101,6 +101,7 @@ void tst_EventRecorder::nodeIsLostAndBack()
     QCOMPARE(m_recorder->list().events().size(), std::size_t(1));
     m_recorder->advance(5100 * millisecond);
     feed(9000, 0x705, "7F");
+    feed(9100, 0x705, "7F");
     expect({QStringLiteral("0 Node 5: It is heard: working (NMT state Operational)."),
             QStringLiteral("5100 Node 5: It is silent: its heartbeat has stopped."),
             QStringLiteral("9000 Node 5: It is back: waiting (NMT state Pre-operational).")});
@@ -297,6 +298,10 @@ void tst_EventRecorder::clockJumpsBack()
     feed(50000, 0x085, "1042090000000000");
     feed(10, 0x085, "1042090000000000");
     QCOMPARE(m_recorder->list().events().size(), std::size_t(2));
+    for (int i = 0; i < 19; ++i) // a new window, with room for 20
+        feed(20, 0x085, i % 2 == 0 ? "1042090000000001" : "1042090000000002");
+    QCOMPARE(m_recorder->list().events().size(), std::size_t(21));
+    QCOMPARE(m_recorder->list().events().back().kind, EventKind::Emergency);
 }
 
 void tst_EventRecorder::otherFramesAreNone()

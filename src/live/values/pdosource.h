@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <canopen/datatype.h>
+#include <canopen/objectkey.h>
+#include <canopen/objectlookup.h>
+
+#include <functional>
+#include <optional>
+
+namespace CanOpen {
+class ObjectDictionary;
+}
+struct SnapshotNode;
+
+/*! Where it stands what a node's PDOs carry: in what the node answered, or in its EDS or DCF. What it was made of has to
+ *  outlive it.
+ */
+struct PdoSource
+{
+    quint8 nodeId = 0;
+    CanOpen::ObjectLookup lookup;
+    /*! The type of an object; empty when it is not known. */
+    std::function<std::optional<CanOpen::DataType>(CanOpen::ObjectKey)> type;
+
+    static PdoSource of(const SnapshotNode &node);
+    static PdoSource of(quint8 nodeId, const CanOpen::ObjectDictionary &dictionary);
+};

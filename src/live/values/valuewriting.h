@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "livevalues.h"
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QJsonObject>
+
+/*! Values for files and programs. */
+namespace ValueWriting {
+
+/*! The names of the columns; as all lines with its end. */
+QByteArray csvHead();
+
+/*! A line of RFC 4180 with the last number: "2026-09-03T12:00:01.500Z,2,6040h.1,Voltage,39.3,V". */
+QByteArray toCsv(const LiveValue &value, const QDateTime &time);
+
+/*! "time", "node", "index" and "sub" (numbers), "name", "value", "unit". */
+QJsonObject toJson(const LiveValue &value, const QDateTime &time);
+
+} // namespace ValueWriting
