@@ -251,7 +251,7 @@ void tst_LiveValues::longFrames()
 {
     learn(2, Dictionary().pdo(1, 0x182, {0x20000108}));
     m_values->handle(frameAt(0, 0x182, "0102030405060708"));
-    m_values->handle(LiveFrame::of(QCanBusFrame(0x182, QByteArray(64, '\2')), 0));
+    m_values->handle(LiveFrame::of(QCanBusFrame(0x182, QByteArray(8, '\2') + QByteArray(56, '\5')), 0));
     QCOMPARE(value(2, 0x2000, 1).record.count(), quint64(2));
     QCOMPARE(value(2, 0x2000, 1).record.last(), 2.0);
 }
@@ -417,6 +417,12 @@ void tst_LiveValues::historyIsBounded()
     history.add(36004 * 100 * millisecond + 1, 50000);
     QCOMPARE(history.size(), std::size_t(36000));
     QCOMPARE(history.at(35999).highest, 50000.0F);
+    QCOMPARE(history.at(35999).lowest, 36004.0F);
+    for (int i = 36005; i < 80000; ++i)
+        history.add(i * 100 * millisecond, i);
+    QCOMPARE(history.size(), std::size_t(36000));
+    QCOMPARE(history.at(0).last, 44000.0F);
+    QCOMPARE(history.at(35999).last, 79999.0F);
 }
 
 void tst_LiveValues::writing()
