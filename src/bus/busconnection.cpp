@@ -111,7 +111,10 @@ CanOpen::Sending BusConnection::send(const QCanBusFrame &frame)
     if (m_port == nullptr)
         return CanOpen::Sending::Dropped;
     m_load.note(frame);
-    return m_port->send(frame);
+    const CanOpen::Sending sending = m_port->send(frame);
+    if (sending == CanOpen::Sending::Written)
+        emit frameSent(frame);
+    return sending;
 }
 
 BusConnection::Attempt BusConnection::open(QString *errorMessage)
@@ -157,6 +160,7 @@ void BusConnection::adoptPort(std::unique_ptr<CanOpen::CanPort> port)
     connect(m_port.get(), &CanOpen::CanPort::frameReceived, this, &BusConnection::handleFrame);
     connect(m_port.get(), &CanOpen::CanPort::lost, this, &BusConnection::handleLoss);
     connect(m_port.get(), &CanOpen::CanPort::written, &m_sdoClient, &CanOpen::SdoClient::handleWritten);
+    connect(m_port.get(), &CanOpen::CanPort::written, this, &BusConnection::frameSent);
     connect(m_port.get(), &CanOpen::CanPort::dropped, &m_sdoClient, &CanOpen::SdoClient::handleDropped);
 }
 

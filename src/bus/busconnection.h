@@ -113,6 +113,8 @@ signals:
     void stateChanged(BusConnection::State state);
     /*! Every frame, after the client and the consumer have seen it. */
     void frameReceived(const QCanBusFrame &frame);
+    /*! Every frame of ours that left for the bus. Slots must not close the connection. */
+    void frameSent(const QCanBusFrame &frame);
 
 private:
     enum class Attempt { Opened, Failed, Superseded };

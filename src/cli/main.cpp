@@ -4,7 +4,9 @@
 #include <cli/commands/checkupdatecommand.h>
 #include <cli/commands/command.h>
 #include <cli/commands/diffcommand.h>
+#include <cli/commands/eventscommand.h>
 #include <cli/commands/getcommand.h>
+#include <cli/commands/healthcommand.h>
 #include <cli/commands/interfacescommand.h>
 #include <cli/commands/readcommand.h>
 #include <cli/commands/reportcommand.h>
@@ -48,6 +50,8 @@ constexpr Command commands[] = {
      QT_TRANSLATE_NOOP("DraxelCtl", "ask the update server about the firmware of a node")},
     {"scan", runScanCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "ask every node ID, also for nodes without a heartbeat")},
+    {"health", runHealthCommand, QT_TRANSLATE_NOOP("DraxelCtl", "listen to a bus and say how well it is")},
+    {"events", runEventsCommand, QT_TRANSLATE_NOOP("DraxelCtl", "listen to a bus and list what happens")},
     {"simulate", runSimulateCommand, QT_TRANSLATE_NOOP("DraxelCtl", "put a simulated vehicle on a bus")},
     {"interfaces", runInterfacesCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "list the CAN interfaces of this machine")},

@@ -58,7 +58,8 @@ const QList<Rule> &rules()
         {"host/core",
          {QStringLiteral("system"), QStringLiteral("interface"), QStringLiteral("store"),
           QStringLiteral("bus"), QStringLiteral("canopen"), QStringLiteral("snapshot"),
-          QStringLiteral("checkup"), QStringLiteral("archive")}},
+          QStringLiteral("checkup"), QStringLiteral("archive"), QStringLiteral("live/core"),
+          QStringLiteral("live/health"), QStringLiteral("live/events"), QStringLiteral("live/values")}},
         // Products
         {"ui",
          {QStringLiteral("interface"), QStringLiteral("store"), QStringLiteral("interpreter"),
@@ -86,7 +87,8 @@ const QList<Rule> &rules()
           QStringLiteral("store"), QStringLiteral("details"), QStringLiteral("report"),
           QStringLiteral("interpreter"), QStringLiteral("update"), QStringLiteral("simulator"),
           QStringLiteral("snapshot"), QStringLiteral("checkup"), QStringLiteral("archive"),
-          QStringLiteral("servicereport")}},
+          QStringLiteral("servicereport"), QStringLiteral("live/health"), QStringLiteral("live/events"),
+          QStringLiteral("live/values")}},
         {"cli", {QStringLiteral("cli/commands"), QStringLiteral("cli/core")}},
     };
     return list;

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "healthcommand.h"
+
+#include "healthlisting.h"
+
+#include <cli/core/commandarguments.h>
+#include <cli/core/console.h>
+#include <cli/core/language.h>
+#include <cli/core/listening.h>
+#include <live/health/healthjson.h>
+
+#include <QJsonDocument>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(HealthCommand)
+};
+
+constexpr QLatin1String jsonOption("json");
+constexpr QLatin1String allOption("all");
+constexpr std::chrono::seconds usualTime{10};
+
+RuleSet healthRules()
+{
+    RuleSet rules = RuleSet::load(HealthJudgement::ruleFolders());
+    for (const QString &problem : rules.problems())
+        Console::printError(problem);
+    if (rules.rules().isEmpty())
+        Console::printError(Tr::tr("There are no rules to judge by."));
+    return rules;
+}
+
+void print(const CommandArguments &options, const HealthNumbers &numbers, const QVector<HealthLight> &lights)
+{
+    if (options.isSet(jsonOption)) {
+        Console::printJson(QJsonDocument(HealthJson::of(numbers, lights)).toJson());
+        return;
+    }
+    Console::printPlain(HealthListing::lights(lights, Signs::detectStyle()));
+    if (options.isSet(allOption))
+        Console::print(QLatin1Char('\n') + HealthListing::numbers(numbers));
+}
+
+ExitStatus listen(const CommandArguments &options, Listening *listening)
+{
+    const RuleSet rules = healthRules();
+    if (const std::optional<ExitStatus> status = listening->begin())
+        return *status;
+    const ExitStatus waited = listening->wait();
+    const HealthNumbers numbers = listening->live().healthNumbers();
+    const QVector<HealthLight> lights = HealthJudgement::judge(numbers, rules, Language::name(options));
+    print(options, numbers, lights);
+    if (waited != Exit::success)
+        return waited;
+    return HealthJudgement::worst(lights) >= ComponentState::Warning ? Exit::findings : Exit::success;
+}
+
+} // namespace
+
+ExitStatus runHealthCommand(const QStringList &arguments)
+{
+    CommandArguments options(QStringLiteral("health"),
+                             Tr::tr("Listens to a bus and says how well it is. Sends nothing."));
+    Listening listening(usualTime);
+    listening.addOptions(options);
+    options.addOption({allOption, Tr::tr("Print all numbers as well.")});
+    options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
+    Language::addOption(options);
+    if (const std::optional<ExitStatus> status = options.parse(arguments))
+        return *status;
+    if (const std::optional<ExitStatus> status = listening.parse(options))
+        return *status;
+    if (const std::optional<ExitStatus> status = Language::loadWithHost(options))
+        return *status;
+    return listen(options, &listening);
+}

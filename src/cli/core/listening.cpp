@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "listening.h"
+
+#include "console.h"
+#include "duration.h"
+
+#include <QTimer>
+
+namespace {
+
+constexpr QLatin1String forOption("for");
+
+} // namespace
+
+void Listening::addOptions(CommandArguments &options) const
+{
+    options.addBusOptions();
+    const QString text
+        = m_time ? tr("How long to listen: 500ms, 10s, 2min; usually %1s.").arg(m_time->count() / 1000)
+                 : tr("How long to listen: 500ms, 10s, 2min; usually until Ctrl+C.");
+    options.addOption({forOption, text, QStringLiteral("TIME")});
+}
+
+std::optional<ExitStatus> Listening::parse(const CommandArguments &options)
+{
+    m_settings = options.bus();
+    if (!options.isSet(forOption))
+        return std::nullopt;
+    m_time = parseDuration(options.value(forOption));
+    if (m_time)
+        return std::nullopt;
+    return options.complain(tr("\"%1\" is no time; one is written like 500ms, 10s or 2min, up to a week.")
+                                .arg(options.value(forOption)));
+}
+
+std::optional<ExitStatus> Listening::begin()
+{
+    QString error;
+    if (!m_bus.connectToBus(m_settings, &error)) {
+        Console::printBusError(error);
+        return Exit::busNotOpened;
+    }
+    m_live.start();
+    if (m_time)
+        QTimer::singleShot(*m_time, Qt::PreciseTimer, &m_live, [this] { m_loop.end(); });
+    // Nobody reads any more.
+    QObject::connect(&m_live, &LiveBus::ticked, &m_live, [this] {
+        if (!Console::isComplete())
+            m_loop.end();
+    });
+    return std::nullopt;
+}
+
+ExitStatus Listening::wait()
+{
+    const bool isFinished = m_loop.run();
+    if (!isFinished)
+        return m_loop.status();
+    if (m_bus.state() == BusConnection::State::Connected)
+        return Exit::success;
+    Console::printError(tr("The bus was lost: %1").arg(m_bus.lossReason()));
+    return Exit::stoppedEarly;
+}

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "commandarguments.h"
+#include "exitstatus.h"
+#include "interruptibleloop.h"
+
+#include <bus/busconnection.h>
+#include <host/core/livebus.h>
+
+#include <QCoreApplication>
+
+#include <chrono>
+#include <optional>
+
+/*! A bus that a command listens to for some time: the options --bus, --bitrate and --for, and the waiting. */
+class Listening
+{
+    Q_DECLARE_TR_FUNCTIONS(Listening)
+
+public:
+    /*! \a usual: the time without --for; empty: until it is interrupted. */
+    explicit Listening(std::optional<std::chrono::seconds> usual)
+        : m_time(usual)
+    {
+    }
+
+    void addOptions(CommandArguments &options) const;
+    /*! An exit status after a complaint. */
+    std::optional<ExitStatus> parse(const CommandArguments &options);
+
+    /*! Opens the bus and begins; an exit status after a complaint that it cannot. */
+    std::optional<ExitStatus> begin();
+    /*! Waits until the time is over. The exit status of what came in between: a signal, or a bus that is lost at the end;
+     *  else success.
+     */
+    ExitStatus wait();
+
+    LiveBus &live() { return m_live; }
+
+private:
+    InterruptibleLoop m_loop;
+    std::optional<std::chrono::milliseconds> m_time;
+    BusSettings m_settings;
+    BusConnection m_bus;
+    LiveBus m_live{&m_bus};
+};

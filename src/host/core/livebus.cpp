@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "livebus.h"
+
+#include <QCanBusFrame>
+
+#include <chrono>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto tickInterval = 100ms;
+constexpr qint64 nanoseconds = 1000;   // of a microsecond
+constexpr qint64 microseconds = 1000;  // of a millisecond
+constexpr qint64 ofSecond = 1'000'000; // us
+
+qint64 stampOf(const QCanBusFrame &frame)
+{
+    const QCanBusFrame::TimeStamp stamp = frame.timeStamp();
+    const bool isPlausible = stamp.seconds() >= 0 && stamp.seconds() < (Q_INT64_C(1) << 40);
+    return isPlausible ? stamp.seconds() * ofSecond + stamp.microSeconds() : 0;
+}
+
+} // namespace
+
+LiveBus::LiveBus(BusConnection *bus, QObject *parent)
+    : QObject(parent)
+    , m_bus(bus)
+    , m_interface([bus] { return InterfaceHealth::stateOf(bus->device()); })
+{
+    m_timer.setInterval(tickInterval);
+    connect(&m_timer, &QTimer::timeout, this, &LiveBus::tick);
+    connect(bus, &BusConnection::frameReceived, this, &LiveBus::handleReceived);
+    connect(bus, &BusConnection::frameSent, this, &LiveBus::handleSent);
+    connect(bus, &BusConnection::stateChanged, this, &LiveBus::handleState);
+    connect(&m_interface, &InterfaceHealth::stateChanged, this, [this](InterfaceHealth::State state) {
+        m_health.setController(state);
+        m_events.setController(state, now());
+    });
+}
+
+void LiveBus::start()
+{
+    m_steady.start();
+    m_start = QDateTime::currentDateTime();
+    m_start.setOffsetFromUtc(m_start.offsetFromUtc()); // so that it is written with it
+    m_clock = FrameClock();
+    m_events = EventRecorder();
+    m_values = LiveValues();
+    m_health.start(0);
+    m_health.setBitRate(m_bus->bitRate());
+    m_isListening = true;
+    m_interface.start();
+    m_interface.poll();
+    m_timer.start();
+}
+
+void LiveBus::stop()
+{
+    m_isListening = false;
+    m_timer.stop();
+    m_interface.stop();
+}
+
+qint64 LiveBus::steadyNow() const
+{
+    return m_steady.isValid() ? m_steady.nsecsElapsed() / nanoseconds : 0;
+}
+
+qint64 LiveBus::now()
+{
+    return m_clock.timeAt(steadyNow());
+}
+
+QDateTime LiveBus::timeOfDay(qint64 time) const
+{
+    return m_start.addMSecs(time / microseconds);
+}
+
+void LiveBus::handleReceived(const QCanBusFrame &frame)
+{
+    if (!m_isListening)
+        return;
+    m_interface.handleFrame(frame);
+    handle(LiveFrame::of(frame, m_clock.timeOf(stampOf(frame), steadyNow())));
+}
+
+void LiveBus::handleSent(const QCanBusFrame &frame)
+{
+    if (m_isListening)
+        handle(LiveFrame::of(frame, now(), FrameSource::Ourselves));
+}
+
+void LiveBus::handle(const LiveFrame &frame)
+{
+    m_health.handle(frame);
+    m_events.handle(frame);
+    m_values.handle(frame);
+}
+
+void LiveBus::handleState(BusConnection::State state)
+{
+    if (!m_isListening)
+        return;
+    if (state == BusConnection::State::Lost) {
+        m_health.interrupt();
+        m_interface.stop();
+        m_events.loseInterface(m_bus->lossReason(), now());
+    } else if (state == BusConnection::State::Connected) {
+        m_health.setBitRate(m_bus->bitRate());
+        m_interface.start();
+        m_events.findInterface(now());
+    }
+}
+
+void LiveBus::tick()
+{
+    m_events.advance(now());
+    emit ticked();
+}

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <bus/busconnection.h>
+#include <bus/interfacehealth.h>
+#include <live/core/frameclock.h>
+#include <live/events/eventrecorder.h>
+#include <live/health/bushealth.h>
+#include <live/values/livevalues.h>
+
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+
+/*! Listens to a connection for health, events and values. Sends nothing.
+ *
+ *  From start() to stop(); a loss of the bus in between is an event. What it has collected stays until the next start().
+ */
+class LiveBus : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit LiveBus(BusConnection *bus, QObject *parent = nullptr);
+
+    /*! Begins anew; the bus may be connected or not. */
+    void start();
+    void stop();
+
+    HealthNumbers healthNumbers() { return m_health.numbers(now()); }
+    const EventRecorder &events() const { return m_events; }
+    LiveValues &values() { return m_values; }
+    const LiveValues &values() const { return m_values; }
+
+    /*! The time on the line of all that was heard (us); 0 at start(). */
+    qint64 now();
+    /*! The time of day that a time on that line was. */
+    QDateTime timeOfDay(qint64 time) const;
+
+signals:
+    /*! Ten times a second, after nodes that are lost were found. */
+    void ticked();
+
+private:
+    void handleReceived(const QCanBusFrame &frame);
+    void handleSent(const QCanBusFrame &frame);
+    void handle(const LiveFrame &frame);
+    void handleState(BusConnection::State state);
+    void tick();
+    qint64 steadyNow() const;
+
+    BusConnection *m_bus;
+    InterfaceHealth m_interface;
+    FrameClock m_clock;
+    QElapsedTimer m_steady;
+    QDateTime m_start;
+    QTimer m_timer;
+    BusHealth m_health;
+    EventRecorder m_events;
+    LiveValues m_values;
+    bool m_isListening = false;
+};
