@@ -20,6 +20,7 @@ private slots:
     void stampsThatJump_data();
     void stampsThatJump();
     void neverBackward();
+    void lookingMovesNothing();
     void absurdStamps();
 };
 
@@ -67,6 +68,14 @@ void tst_FrameClock::neverBackward()
     QCOMPARE(clock.timeOf(500 * second, 5 * second), 5 * second);
     QCOMPARE(clock.timeOf(499 * second, 5 * second + 10), 5 * second);
     QCOMPARE(clock.timeAt(4 * second), 5 * second);
+}
+
+void tst_FrameClock::lookingMovesNothing()
+{
+    FrameClock clock;
+    QCOMPARE(clock.timeOf(500 * second, 5 * second), 5 * second);
+    QCOMPARE(clock.timeAt(6 * second), 6 * second);
+    QCOMPARE(clock.timeOf(500 * second + 100, 6 * second), 5 * second + 100); // was on its way
 }
 
 void tst_FrameClock::absurdStamps()

@@ -8,7 +8,7 @@ qint64 FrameClock::timeOf(qint64 stamp, qint64 now)
     // Of stamps that no clock has, only differences would overflow.
     constexpr qint64 latestStamp = Q_INT64_C(1) << 62;
     if (stamp <= 0 || stamp >= latestStamp)
-        return timeAt(now);
+        return m_last = timeAt(now);
     const qint64 offset = now - stamp;
     const bool hasJumped = m_hasOffset && std::abs(offset - m_offset) > largestDrift;
     if (!m_hasOffset || hasJumped || offset < m_offset) // the frame that came with the least delay tells best
@@ -19,8 +19,7 @@ qint64 FrameClock::timeOf(qint64 stamp, qint64 now)
     return m_last;
 }
 
-qint64 FrameClock::timeAt(qint64 now)
+qint64 FrameClock::timeAt(qint64 now) const
 {
-    m_last = std::max(m_last, now);
-    return m_last;
+    return std::max(m_last, now);
 }

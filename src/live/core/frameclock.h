@@ -22,8 +22,8 @@ public:
      */
     qint64 timeOf(qint64 stamp, qint64 now);
 
-    /*! The time of what has no stamp. */
-    qint64 timeAt(qint64 now);
+    /*! The time of what is no received frame. Frames that come afterwards may be older: they were on their way. */
+    qint64 timeAt(qint64 now) const;
 
     /*! How often stamps have jumped. */
     int jumps() const { return m_jumps; }

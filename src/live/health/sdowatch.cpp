@@ -68,8 +68,8 @@ void SdoWatch::handleAnswer(const LiveFrame &frame)
 
 void SdoWatch::noteTime(qint64 time)
 {
-    if (time >= 0 && time <= longestWait)
-        m_times.add(static_cast<qint32>(time));
+    if (time <= longestWait) // a stamp may be a little older than the request, whose time is not the driver's
+        m_times.add(static_cast<qint32>(std::max<qint64>(0, time)));
     else
         ++m_unanswered;
 }

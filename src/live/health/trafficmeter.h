@@ -13,7 +13,7 @@
 class TrafficMeter
 {
 public:
-    static constexpr qint64 slotLength = 100'000; // us
+    static constexpr qint64 slotLength = 100000; // us
     static constexpr int slotCount = 10;
 
     struct Counts

@@ -12,7 +12,7 @@ class ValueHistory
 {
 public:
     static constexpr std::size_t mostPoints = 36000;
-    static constexpr qint64 pointLength = 100'000; // us
+    static constexpr qint64 pointLength = 100000; // us
 
     struct Point
     {

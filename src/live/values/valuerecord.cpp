@@ -7,7 +7,7 @@ namespace {
 
 constexpr int periodsUntilLate = 3;
 constexpr int smoothing = 8;
-constexpr qint64 leastSilence = 200'000; // us
+constexpr qint64 leastSilence = 200000; // us
 
 } // namespace
 
@@ -21,7 +21,7 @@ void ValueRecord::add(qint64 time, double number)
     m_smallest = m_count == 0 ? number : std::min(m_smallest, number);
     m_largest = m_count == 0 ? number : std::max(m_largest, number);
     ++m_count;
-    m_mean += (number - m_mean) / double(m_count);
+    m_sum += number;
     m_last = number;
     m_time = time;
 }

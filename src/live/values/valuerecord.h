@@ -19,7 +19,7 @@ public:
     double last() const { return m_last; }
     double smallest() const { return m_smallest; }
     double largest() const { return m_largest; }
-    double mean() const { return m_mean; }
+    double mean() const { return m_count > 0 ? m_sum / double(m_count) : 0; }
     /*! Of the last one. */
     qint64 time() const { return m_time; }
 
@@ -31,7 +31,7 @@ private:
     double m_last = 0;
     double m_smallest = 0;
     double m_largest = 0;
-    double m_mean = 0;
+    double m_sum = 0;
     qint64 m_time = 0;
     qint64 m_told = 0;
     qint64 m_heard = 0; // period, smoothed
