@@ -1536,6 +1536,153 @@ Jetzt: %2</translation>
     </message>
 </context>
 <context>
+    <name>EventWords</name>
+    <message>
+        <source>It is heard: %1.</source>
+        <translation>Es ist zu hören: %1.</translation>
+    </message>
+    <message>
+        <source>It is now %1.</source>
+        <translation>Es ist jetzt %1.</translation>
+    </message>
+    <message>
+        <source>It has restarted.</source>
+        <translation>Es ist neu gestartet.</translation>
+    </message>
+    <message>
+        <source>It is silent: its heartbeat has stopped.</source>
+        <translation>Es schweigt: Sein Heartbeat ist ausgeblieben.</translation>
+    </message>
+    <message>
+        <source>It is back: %1.</source>
+        <translation>Es ist wieder da: %1.</translation>
+    </message>
+    <message>
+        <source>NMT command to all nodes: %1.</source>
+        <translation>NMT-Befehl an alle Knoten: %1.</translation>
+    </message>
+    <message>
+        <source>NMT command: %1.</source>
+        <translation>NMT-Befehl: %1.</translation>
+    </message>
+    <message>
+        <source>SDO transfers are aborted one after the other: %1.</source>
+        <translation>SDO-Übertragungen werden eine nach der anderen abgebrochen: %1.</translation>
+    </message>
+    <message>
+        <source>More events than can be listed one by one.</source>
+        <translation>Mehr Ereignisse, als einzeln aufgeführt werden können.</translation>
+    </message>
+    <message>
+        <source>The adapter sees no more errors.</source>
+        <translation>Der Adapter sieht keine Fehler mehr.</translation>
+    </message>
+    <message>
+        <source>The adapter sees errors (warning limit).</source>
+        <translation>Der Adapter sieht Fehler (Warngrenze).</translation>
+    </message>
+    <message>
+        <source>The adapter sees many errors (error-passive).</source>
+        <translation>Der Adapter sieht viele Fehler (error-passive).</translation>
+    </message>
+    <message>
+        <source>The adapter has switched itself off the bus (bus-off).</source>
+        <translation>Der Adapter hat sich vom Bus abgeschaltet (Bus-off).</translation>
+    </message>
+    <message>
+        <source>Frames were lost: the computer was too slow.</source>
+        <translation>Frames gingen verloren: Der Rechner war zu langsam.</translation>
+    </message>
+    <message>
+        <source>The adapter is gone.</source>
+        <translation>Der Adapter ist weg.</translation>
+    </message>
+    <message>
+        <source>The adapter is gone: %1</source>
+        <translation>Der Adapter ist weg: %1</translation>
+    </message>
+    <message>
+        <source>The adapter is back.</source>
+        <translation>Der Adapter ist wieder da.</translation>
+    </message>
+    <message>
+        <source>Emergency %1h: %2.</source>
+        <translation>Emergency %1h: %2.</translation>
+    </message>
+    <message>
+        <source>Emergency %1h: an error is gone.</source>
+        <translation>Emergency %1h: Ein Fehler ist behoben.</translation>
+    </message>
+    <message>
+        <source>Error register: %1.</source>
+        <translation>Fehlerregister: %1.</translation>
+    </message>
+    <message>
+        <source>The manufacturer's bytes: %1.</source>
+        <translation>Bytes des Herstellers: %1.</translation>
+    </message>
+    <message>
+        <source>starting (NMT state Boot-up)</source>
+        <translation>beim Starten (NMT-Status Boot-up)</translation>
+    </message>
+    <message>
+        <source>stopped (NMT state Stopped)</source>
+        <translation>angehalten (NMT-Status Stopped)</translation>
+    </message>
+    <message>
+        <source>working (NMT state Operational)</source>
+        <translation>in Betrieb (NMT-Status Operational)</translation>
+    </message>
+    <message>
+        <source>waiting (NMT state Pre-operational)</source>
+        <translation>in Bereitschaft (NMT-Status Pre-operational)</translation>
+    </message>
+    <message>
+        <source>start</source>
+        <translation>starten</translation>
+    </message>
+    <message>
+        <source>stop</source>
+        <translation>anhalten</translation>
+    </message>
+    <message>
+        <source>enter Pre-operational</source>
+        <translation>in Pre-operational gehen</translation>
+    </message>
+    <message>
+        <source>reset the device</source>
+        <translation>Gerät zurücksetzen</translation>
+    </message>
+    <message>
+        <source>reset its communication</source>
+        <translation>Kommunikation zurücksetzen</translation>
+    </message>
+    <message>
+        <source>unknown command %1h</source>
+        <translation>unbekannter Befehl %1h</translation>
+    </message>
+    <message>
+        <source>Node %1: %2</source>
+        <translation>Knoten %1: %2</translation>
+    </message>
+    <message>
+        <source>%1 (%2 times)</source>
+        <translation>%1 (%2-mal)</translation>
+    </message>
+    <message>
+        <source>fault</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>note</source>
+        <translation>Hinweis</translation>
+    </message>
+</context>
+<context>
     <name>ExpressionParser</name>
     <message>
         <source>&quot;%1&quot; was not expected</source>
@@ -1611,6 +1758,43 @@ Jetzt: %2</translation>
     <message>
         <source>The answers could not be told from late or foreign ones</source>
         <translation>Die Antworten waren nicht von verspäteten oder fremden zu unterscheiden</translation>
+    </message>
+</context>
+<context>
+    <name>HealthJudgement</name>
+    <message>
+        <source>Node %1: %2</source>
+        <translation>Knoten %1: %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 And %n more.</source>
+        <translation>
+            <numerusform>%1 Und %n weiterer Punkt.</numerusform>
+            <numerusform>%1 Und %n weitere Punkte.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The bus is used to %1 %, at most to %2 %.</source>
+        <translation>Der Bus ist zu %1 % belegt, höchstens zu %2 %.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n devices are heard, and nothing is wrong with them.</source>
+        <translation>
+            <numerusform>%n Gerät ist zu hören, und es fehlt ihm nichts.</numerusform>
+            <numerusform>%n Geräte sind zu hören, und es fehlt ihnen nichts.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There are no errors on the bus.</source>
+        <translation>Auf dem Bus gibt es keine Fehler.</translation>
+    </message>
+    <message>
+        <source>How much the bus is used is not known, because its bit rate is not.</source>
+        <translation>Wie stark der Bus belegt ist, ist nicht bekannt, weil seine Bitrate es nicht ist.</translation>
+    </message>
+    <message>
+        <source>Not everything could be judged.</source>
+        <translation>Nicht alles konnte beurteilt werden.</translation>
     </message>
 </context>
 <context>
@@ -1791,6 +1975,45 @@ Jetzt: %2</translation>
     <message>
         <source>A list, [...], is wanted.</source>
         <translation>Erwartet wird eine Liste, [...].</translation>
+    </message>
+</context>
+<context>
+    <name>LiveValues</name>
+    <message>
+        <source>Node %1, PDO %2: %3</source>
+        <translation>Knoten %1, PDO %2: %3</translation>
+    </message>
+    <message>
+        <source>Node %1, PDO %2: PDO %3 of node %4 has the same identifier.</source>
+        <translation>Knoten %1, PDO %2: PDO %3 von Knoten %4 hat denselben Identifier.</translation>
+    </message>
+    <message>
+        <source>Node %1, PDO %2: frames that are shorter than its mapping: %3.</source>
+        <translation>Knoten %1, PDO %2: Frames, die kürzer sind als sein Mapping: %3.</translation>
+    </message>
+    <message>
+        <source>its mapping is not known.</source>
+        <translation>Sein Mapping ist nicht bekannt.</translation>
+    </message>
+    <message>
+        <source>it tells its object in each frame (MPDO), which is not decoded.</source>
+        <translation>Es nennt sein Objekt in jedem Frame (MPDO), was nicht entschlüsselt wird.</translation>
+    </message>
+    <message>
+        <source>its mapping tells more than 64 objects.</source>
+        <translation>Sein Mapping nennt mehr als 64 Objekte.</translation>
+    </message>
+    <message>
+        <source>its mapping tells more objects than there are.</source>
+        <translation>Sein Mapping nennt mehr Objekte, als da sind.</translation>
+    </message>
+    <message>
+        <source>its mapping has an object without a length.</source>
+        <translation>Sein Mapping hat ein Objekt ohne Länge.</translation>
+    </message>
+    <message>
+        <source>its mapping is longer than a frame.</source>
+        <translation>Sein Mapping ist länger als ein Frame.</translation>
     </message>
 </context>
 <context>

@@ -87,6 +87,16 @@
     </message>
 </context>
 <context>
+    <name>HealthJudgement</name>
+    <message numerus="yes">
+        <source>%n devices are heard, and nothing is wrong with them.</source>
+        <translation>
+            <numerusform>%n device is heard, and nothing is wrong with it.</numerusform>
+            <numerusform>%n devices are heard, and nothing is wrong with them.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message numerus="yes">
         <source>%n visit(s) that had waited are in the archive now.</source>

@@ -1536,6 +1536,153 @@ Maintenant&#xa0;: %2</translation>
     </message>
 </context>
 <context>
+    <name>EventWords</name>
+    <message>
+        <source>It is heard: %1.</source>
+        <translation>Il est entendu : %1.</translation>
+    </message>
+    <message>
+        <source>It is now %1.</source>
+        <translation>Il est maintenant %1.</translation>
+    </message>
+    <message>
+        <source>It has restarted.</source>
+        <translation>Il a redémarré.</translation>
+    </message>
+    <message>
+        <source>It is silent: its heartbeat has stopped.</source>
+        <translation>Il se tait : son heartbeat s’est arrêté.</translation>
+    </message>
+    <message>
+        <source>It is back: %1.</source>
+        <translation>Il est de retour : %1.</translation>
+    </message>
+    <message>
+        <source>NMT command to all nodes: %1.</source>
+        <translation>Commande NMT à tous les nœuds : %1.</translation>
+    </message>
+    <message>
+        <source>NMT command: %1.</source>
+        <translation>Commande NMT : %1.</translation>
+    </message>
+    <message>
+        <source>SDO transfers are aborted one after the other: %1.</source>
+        <translation>Les transferts SDO sont abandonnés l’un après l’autre : %1.</translation>
+    </message>
+    <message>
+        <source>More events than can be listed one by one.</source>
+        <translation>Plus d’événements qu’il n’est possible d’énumérer un par un.</translation>
+    </message>
+    <message>
+        <source>The adapter sees no more errors.</source>
+        <translation>L’adaptateur ne voit plus d’erreurs.</translation>
+    </message>
+    <message>
+        <source>The adapter sees errors (warning limit).</source>
+        <translation>L’adaptateur voit des erreurs (seuil d’avertissement).</translation>
+    </message>
+    <message>
+        <source>The adapter sees many errors (error-passive).</source>
+        <translation>L’adaptateur voit beaucoup d’erreurs (error-passive).</translation>
+    </message>
+    <message>
+        <source>The adapter has switched itself off the bus (bus-off).</source>
+        <translation>L’adaptateur s’est retiré du bus (bus-off).</translation>
+    </message>
+    <message>
+        <source>Frames were lost: the computer was too slow.</source>
+        <translation>Des trames ont été perdues : l’ordinateur était trop lent.</translation>
+    </message>
+    <message>
+        <source>The adapter is gone.</source>
+        <translation>L’adaptateur a disparu.</translation>
+    </message>
+    <message>
+        <source>The adapter is gone: %1</source>
+        <translation>L’adaptateur a disparu : %1</translation>
+    </message>
+    <message>
+        <source>The adapter is back.</source>
+        <translation>L’adaptateur est de retour.</translation>
+    </message>
+    <message>
+        <source>Emergency %1h: %2.</source>
+        <translation>Emergency %1h : %2.</translation>
+    </message>
+    <message>
+        <source>Emergency %1h: an error is gone.</source>
+        <translation>Emergency %1h : une erreur a disparu.</translation>
+    </message>
+    <message>
+        <source>Error register: %1.</source>
+        <translation>Registre d’erreurs : %1.</translation>
+    </message>
+    <message>
+        <source>The manufacturer's bytes: %1.</source>
+        <translation>Octets du fabricant : %1.</translation>
+    </message>
+    <message>
+        <source>starting (NMT state Boot-up)</source>
+        <translation>en démarrage (état NMT Boot-up)</translation>
+    </message>
+    <message>
+        <source>stopped (NMT state Stopped)</source>
+        <translation>arrêté (état NMT Stopped)</translation>
+    </message>
+    <message>
+        <source>working (NMT state Operational)</source>
+        <translation>en service (état NMT Operational)</translation>
+    </message>
+    <message>
+        <source>waiting (NMT state Pre-operational)</source>
+        <translation>en attente (état NMT Pre-operational)</translation>
+    </message>
+    <message>
+        <source>start</source>
+        <translation>démarrer</translation>
+    </message>
+    <message>
+        <source>stop</source>
+        <translation>arrêter</translation>
+    </message>
+    <message>
+        <source>enter Pre-operational</source>
+        <translation>passer en Pre-operational</translation>
+    </message>
+    <message>
+        <source>reset the device</source>
+        <translation>réinitialiser l’appareil</translation>
+    </message>
+    <message>
+        <source>reset its communication</source>
+        <translation>réinitialiser la communication</translation>
+    </message>
+    <message>
+        <source>unknown command %1h</source>
+        <translation>commande inconnue %1h</translation>
+    </message>
+    <message>
+        <source>Node %1: %2</source>
+        <translation>Nœud %1 : %2</translation>
+    </message>
+    <message>
+        <source>%1 (%2 times)</source>
+        <translation>%1 (%2 fois)</translation>
+    </message>
+    <message>
+        <source>fault</source>
+        <translation>défaut</translation>
+    </message>
+    <message>
+        <source>warning</source>
+        <translation>avertissement</translation>
+    </message>
+    <message>
+        <source>note</source>
+        <translation>remarque</translation>
+    </message>
+</context>
+<context>
     <name>ExpressionParser</name>
     <message>
         <source>&quot;%1&quot; was not expected</source>
@@ -1611,6 +1758,43 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>The answers could not be told from late or foreign ones</source>
         <translation>Les réponses ne se distinguaient pas de réponses tardives ou étrangères</translation>
+    </message>
+</context>
+<context>
+    <name>HealthJudgement</name>
+    <message>
+        <source>Node %1: %2</source>
+        <translation>Nœud %1 : %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 And %n more.</source>
+        <translation>
+            <numerusform>%1 Et %n autre point.</numerusform>
+            <numerusform>%1 Et %n autres points.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The bus is used to %1 %, at most to %2 %.</source>
+        <translation>Le bus est occupé à %1 %, au plus à %2 %.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n devices are heard, and nothing is wrong with them.</source>
+        <translation>
+            <numerusform>%n appareil est entendu, et tout va bien.</numerusform>
+            <numerusform>%n appareils sont entendus, et tout va bien.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There are no errors on the bus.</source>
+        <translation>Il n’y a pas d’erreurs sur le bus.</translation>
+    </message>
+    <message>
+        <source>How much the bus is used is not known, because its bit rate is not.</source>
+        <translation>On ne sait pas à quel point le bus est occupé, car son débit n’est pas connu.</translation>
+    </message>
+    <message>
+        <source>Not everything could be judged.</source>
+        <translation>Tout n’a pas pu être jugé.</translation>
     </message>
 </context>
 <context>
@@ -1791,6 +1975,45 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>A list, [...], is wanted.</source>
         <translation>Une liste, [...], est attendue.</translation>
+    </message>
+</context>
+<context>
+    <name>LiveValues</name>
+    <message>
+        <source>Node %1, PDO %2: %3</source>
+        <translation>Nœud %1, PDO %2 : %3</translation>
+    </message>
+    <message>
+        <source>Node %1, PDO %2: PDO %3 of node %4 has the same identifier.</source>
+        <translation>Nœud %1, PDO %2 : le PDO %3 du nœud %4 a le même identificateur.</translation>
+    </message>
+    <message>
+        <source>Node %1, PDO %2: frames that are shorter than its mapping: %3.</source>
+        <translation>Nœud %1, PDO %2 : trames plus courtes que son mapping : %3.</translation>
+    </message>
+    <message>
+        <source>its mapping is not known.</source>
+        <translation>son mapping n’est pas connu.</translation>
+    </message>
+    <message>
+        <source>it tells its object in each frame (MPDO), which is not decoded.</source>
+        <translation>il indique son objet dans chaque trame (MPDO), ce qui n’est pas décodé.</translation>
+    </message>
+    <message>
+        <source>its mapping tells more than 64 objects.</source>
+        <translation>son mapping indique plus de 64 objets.</translation>
+    </message>
+    <message>
+        <source>its mapping tells more objects than there are.</source>
+        <translation>son mapping indique plus d’objets qu’il n’y en a.</translation>
+    </message>
+    <message>
+        <source>its mapping has an object without a length.</source>
+        <translation>son mapping contient un objet sans longueur.</translation>
+    </message>
+    <message>
+        <source>its mapping is longer than a frame.</source>
+        <translation>son mapping est plus long qu’une trame.</translation>
     </message>
 </context>
 <context>

@@ -1536,6 +1536,153 @@ Nu: %2</translation>
     </message>
 </context>
 <context>
+    <name>EventWords</name>
+    <message>
+        <source>It is heard: %1.</source>
+        <translation>Het is te horen: %1.</translation>
+    </message>
+    <message>
+        <source>It is now %1.</source>
+        <translation>Het is nu %1.</translation>
+    </message>
+    <message>
+        <source>It has restarted.</source>
+        <translation>Het is opnieuw gestart.</translation>
+    </message>
+    <message>
+        <source>It is silent: its heartbeat has stopped.</source>
+        <translation>Het zwijgt: zijn heartbeat is gestopt.</translation>
+    </message>
+    <message>
+        <source>It is back: %1.</source>
+        <translation>Het is terug: %1.</translation>
+    </message>
+    <message>
+        <source>NMT command to all nodes: %1.</source>
+        <translation>NMT-opdracht aan alle nodes: %1.</translation>
+    </message>
+    <message>
+        <source>NMT command: %1.</source>
+        <translation>NMT-opdracht: %1.</translation>
+    </message>
+    <message>
+        <source>SDO transfers are aborted one after the other: %1.</source>
+        <translation>SDO-overdrachten worden de een na de ander afgebroken: %1.</translation>
+    </message>
+    <message>
+        <source>More events than can be listed one by one.</source>
+        <translation>Meer gebeurtenissen dan een voor een kunnen worden vermeld.</translation>
+    </message>
+    <message>
+        <source>The adapter sees no more errors.</source>
+        <translation>De adapter ziet geen fouten meer.</translation>
+    </message>
+    <message>
+        <source>The adapter sees errors (warning limit).</source>
+        <translation>De adapter ziet fouten (waarschuwingsgrens).</translation>
+    </message>
+    <message>
+        <source>The adapter sees many errors (error-passive).</source>
+        <translation>De adapter ziet veel fouten (error-passive).</translation>
+    </message>
+    <message>
+        <source>The adapter has switched itself off the bus (bus-off).</source>
+        <translation>De adapter heeft zich van de bus afgeschakeld (bus-off).</translation>
+    </message>
+    <message>
+        <source>Frames were lost: the computer was too slow.</source>
+        <translation>Er zijn frames verloren gegaan: de computer was te traag.</translation>
+    </message>
+    <message>
+        <source>The adapter is gone.</source>
+        <translation>De adapter is weg.</translation>
+    </message>
+    <message>
+        <source>The adapter is gone: %1</source>
+        <translation>De adapter is weg: %1</translation>
+    </message>
+    <message>
+        <source>The adapter is back.</source>
+        <translation>De adapter is terug.</translation>
+    </message>
+    <message>
+        <source>Emergency %1h: %2.</source>
+        <translation>Emergency %1h: %2.</translation>
+    </message>
+    <message>
+        <source>Emergency %1h: an error is gone.</source>
+        <translation>Emergency %1h: een fout is voorbij.</translation>
+    </message>
+    <message>
+        <source>Error register: %1.</source>
+        <translation>Foutregister: %1.</translation>
+    </message>
+    <message>
+        <source>The manufacturer's bytes: %1.</source>
+        <translation>Bytes van de fabrikant: %1.</translation>
+    </message>
+    <message>
+        <source>starting (NMT state Boot-up)</source>
+        <translation>aan het starten (NMT-status Boot-up)</translation>
+    </message>
+    <message>
+        <source>stopped (NMT state Stopped)</source>
+        <translation>stilgezet (NMT-status Stopped)</translation>
+    </message>
+    <message>
+        <source>working (NMT state Operational)</source>
+        <translation>in bedrijf (NMT-status Operational)</translation>
+    </message>
+    <message>
+        <source>waiting (NMT state Pre-operational)</source>
+        <translation>in afwachting (NMT-status Pre-operational)</translation>
+    </message>
+    <message>
+        <source>start</source>
+        <translation>starten</translation>
+    </message>
+    <message>
+        <source>stop</source>
+        <translation>stilzetten</translation>
+    </message>
+    <message>
+        <source>enter Pre-operational</source>
+        <translation>naar Pre-operational gaan</translation>
+    </message>
+    <message>
+        <source>reset the device</source>
+        <translation>apparaat resetten</translation>
+    </message>
+    <message>
+        <source>reset its communication</source>
+        <translation>communicatie resetten</translation>
+    </message>
+    <message>
+        <source>unknown command %1h</source>
+        <translation>onbekende opdracht %1h</translation>
+    </message>
+    <message>
+        <source>Node %1: %2</source>
+        <translation>Node %1: %2</translation>
+    </message>
+    <message>
+        <source>%1 (%2 times)</source>
+        <translation>%1 (%2 keer)</translation>
+    </message>
+    <message>
+        <source>fault</source>
+        <translation>fout</translation>
+    </message>
+    <message>
+        <source>warning</source>
+        <translation>waarschuwing</translation>
+    </message>
+    <message>
+        <source>note</source>
+        <translation>opmerking</translation>
+    </message>
+</context>
+<context>
     <name>ExpressionParser</name>
     <message>
         <source>&quot;%1&quot; was not expected</source>
@@ -1611,6 +1758,43 @@ Nu: %2</translation>
     <message>
         <source>The answers could not be told from late or foreign ones</source>
         <translation>De antwoorden waren niet te onderscheiden van late of vreemde</translation>
+    </message>
+</context>
+<context>
+    <name>HealthJudgement</name>
+    <message>
+        <source>Node %1: %2</source>
+        <translation>Node %1: %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 And %n more.</source>
+        <translation>
+            <numerusform>%1 En nog %n punt.</numerusform>
+            <numerusform>%1 En nog %n punten.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The bus is used to %1 %, at most to %2 %.</source>
+        <translation>De bus is voor %1 % bezet, hoogstens voor %2 %.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n devices are heard, and nothing is wrong with them.</source>
+        <translation>
+            <numerusform>%n apparaat is te horen, en er is niets mis mee.</numerusform>
+            <numerusform>%n apparaten zijn te horen, en er is niets mis mee.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There are no errors on the bus.</source>
+        <translation>Er zijn geen fouten op de bus.</translation>
+    </message>
+    <message>
+        <source>How much the bus is used is not known, because its bit rate is not.</source>
+        <translation>Hoe druk de bus bezet is, is niet bekend, omdat zijn bitsnelheid het niet is.</translation>
+    </message>
+    <message>
+        <source>Not everything could be judged.</source>
+        <translation>Niet alles kon worden beoordeeld.</translation>
     </message>
 </context>
 <context>
@@ -1791,6 +1975,45 @@ Nu: %2</translation>
     <message>
         <source>A list, [...], is wanted.</source>
         <translation>Een lijst, [...], wordt verwacht.</translation>
+    </message>
+</context>
+<context>
+    <name>LiveValues</name>
+    <message>
+        <source>Node %1, PDO %2: %3</source>
+        <translation>Node %1, PDO %2: %3</translation>
+    </message>
+    <message>
+        <source>Node %1, PDO %2: PDO %3 of node %4 has the same identifier.</source>
+        <translation>Node %1, PDO %2: PDO %3 van node %4 heeft dezelfde identifier.</translation>
+    </message>
+    <message>
+        <source>Node %1, PDO %2: frames that are shorter than its mapping: %3.</source>
+        <translation>Node %1, PDO %2: frames die korter zijn dan de mapping: %3.</translation>
+    </message>
+    <message>
+        <source>its mapping is not known.</source>
+        <translation>de mapping is niet bekend.</translation>
+    </message>
+    <message>
+        <source>it tells its object in each frame (MPDO), which is not decoded.</source>
+        <translation>het noemt zijn object in elk frame (MPDO), wat niet wordt gedecodeerd.</translation>
+    </message>
+    <message>
+        <source>its mapping tells more than 64 objects.</source>
+        <translation>de mapping noemt meer dan 64 objecten.</translation>
+    </message>
+    <message>
+        <source>its mapping tells more objects than there are.</source>
+        <translation>de mapping noemt meer objecten dan er zijn.</translation>
+    </message>
+    <message>
+        <source>its mapping has an object without a length.</source>
+        <translation>de mapping heeft een object zonder lengte.</translation>
+    </message>
+    <message>
+        <source>its mapping is longer than a frame.</source>
+        <translation>de mapping is langer dan een frame.</translation>
     </message>
 </context>
 <context>

@@ -1526,6 +1526,153 @@ Now: %2</source>
     </message>
 </context>
 <context>
+    <name>EventWords</name>
+    <message>
+        <source>It is heard: %1.</source>
+        <translation>收到其信息：%1。</translation>
+    </message>
+    <message>
+        <source>It is now %1.</source>
+        <translation>现在为%1。</translation>
+    </message>
+    <message>
+        <source>It has restarted.</source>
+        <translation>它已重启。</translation>
+    </message>
+    <message>
+        <source>It is silent: its heartbeat has stopped.</source>
+        <translation>它没有信号：其心跳已停止。</translation>
+    </message>
+    <message>
+        <source>It is back: %1.</source>
+        <translation>它已恢复：%1。</translation>
+    </message>
+    <message>
+        <source>NMT command to all nodes: %1.</source>
+        <translation>发给所有节点的 NMT 命令：%1。</translation>
+    </message>
+    <message>
+        <source>NMT command: %1.</source>
+        <translation>NMT 命令：%1。</translation>
+    </message>
+    <message>
+        <source>SDO transfers are aborted one after the other: %1.</source>
+        <translation>SDO 传输接连中止：%1。</translation>
+    </message>
+    <message>
+        <source>More events than can be listed one by one.</source>
+        <translation>事件过多，无法逐一列出。</translation>
+    </message>
+    <message>
+        <source>The adapter sees no more errors.</source>
+        <translation>适配器不再检测到错误。</translation>
+    </message>
+    <message>
+        <source>The adapter sees errors (warning limit).</source>
+        <translation>适配器检测到错误（警告限值）。</translation>
+    </message>
+    <message>
+        <source>The adapter sees many errors (error-passive).</source>
+        <translation>适配器检测到大量错误（error-passive）。</translation>
+    </message>
+    <message>
+        <source>The adapter has switched itself off the bus (bus-off).</source>
+        <translation>适配器已脱离总线（bus-off）。</translation>
+    </message>
+    <message>
+        <source>Frames were lost: the computer was too slow.</source>
+        <translation>丢失了帧：计算机太慢。</translation>
+    </message>
+    <message>
+        <source>The adapter is gone.</source>
+        <translation>适配器已断开。</translation>
+    </message>
+    <message>
+        <source>The adapter is gone: %1</source>
+        <translation>适配器已断开：%1</translation>
+    </message>
+    <message>
+        <source>The adapter is back.</source>
+        <translation>适配器已恢复。</translation>
+    </message>
+    <message>
+        <source>Emergency %1h: %2.</source>
+        <translation>紧急报文 %1h：%2。</translation>
+    </message>
+    <message>
+        <source>Emergency %1h: an error is gone.</source>
+        <translation>紧急报文 %1h：一个错误已消除。</translation>
+    </message>
+    <message>
+        <source>Error register: %1.</source>
+        <translation>错误寄存器：%1。</translation>
+    </message>
+    <message>
+        <source>The manufacturer's bytes: %1.</source>
+        <translation>制造商字节：%1。</translation>
+    </message>
+    <message>
+        <source>starting (NMT state Boot-up)</source>
+        <translation>正在启动（NMT 状态 Boot-up）</translation>
+    </message>
+    <message>
+        <source>stopped (NMT state Stopped)</source>
+        <translation>已停止（NMT 状态 Stopped）</translation>
+    </message>
+    <message>
+        <source>working (NMT state Operational)</source>
+        <translation>工作中（NMT 状态 Operational）</translation>
+    </message>
+    <message>
+        <source>waiting (NMT state Pre-operational)</source>
+        <translation>等待中（NMT 状态 Pre-operational）</translation>
+    </message>
+    <message>
+        <source>start</source>
+        <translation>启动</translation>
+    </message>
+    <message>
+        <source>stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>enter Pre-operational</source>
+        <translation>进入 Pre-operational</translation>
+    </message>
+    <message>
+        <source>reset the device</source>
+        <translation>复位设备</translation>
+    </message>
+    <message>
+        <source>reset its communication</source>
+        <translation>复位通信</translation>
+    </message>
+    <message>
+        <source>unknown command %1h</source>
+        <translation>未知命令 %1h</translation>
+    </message>
+    <message>
+        <source>Node %1: %2</source>
+        <translation>节点 %1：%2</translation>
+    </message>
+    <message>
+        <source>%1 (%2 times)</source>
+        <translation>%1（%2 次）</translation>
+    </message>
+    <message>
+        <source>fault</source>
+        <translation>故障</translation>
+    </message>
+    <message>
+        <source>warning</source>
+        <translation>警告</translation>
+    </message>
+    <message>
+        <source>note</source>
+        <translation>提示</translation>
+    </message>
+</context>
+<context>
     <name>ExpressionParser</name>
     <message>
         <source>&quot;%1&quot; was not expected</source>
@@ -1601,6 +1748,41 @@ Now: %2</source>
     <message>
         <source>The answers could not be told from late or foreign ones</source>
         <translation>无法将应答与迟到或外来的应答区分开</translation>
+    </message>
+</context>
+<context>
+    <name>HealthJudgement</name>
+    <message>
+        <source>Node %1: %2</source>
+        <translation>节点 %1：%2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 And %n more.</source>
+        <translation>
+            <numerusform>%1 另有 %n 项。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The bus is used to %1 %, at most to %2 %.</source>
+        <translation>总线占用 %1 %，最高 %2 %。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n devices are heard, and nothing is wrong with them.</source>
+        <translation>
+            <numerusform>收到 %n 个设备的信息，均无异常。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There are no errors on the bus.</source>
+        <translation>总线上没有错误。</translation>
+    </message>
+    <message>
+        <source>How much the bus is used is not known, because its bit rate is not.</source>
+        <translation>波特率未知，因此不知道总线占用多少。</translation>
+    </message>
+    <message>
+        <source>Not everything could be judged.</source>
+        <translation>并非所有内容都能评判。</translation>
     </message>
 </context>
 <context>
@@ -1781,6 +1963,45 @@ Now: %2</source>
     <message>
         <source>A list, [...], is wanted.</source>
         <translation>此处应为列表 [...]。</translation>
+    </message>
+</context>
+<context>
+    <name>LiveValues</name>
+    <message>
+        <source>Node %1, PDO %2: %3</source>
+        <translation>节点 %1，PDO %2：%3</translation>
+    </message>
+    <message>
+        <source>Node %1, PDO %2: PDO %3 of node %4 has the same identifier.</source>
+        <translation>节点 %1，PDO %2：节点 %4 的 PDO %3 使用相同的标识符。</translation>
+    </message>
+    <message>
+        <source>Node %1, PDO %2: frames that are shorter than its mapping: %3.</source>
+        <translation>节点 %1，PDO %2：短于其映射的帧：%3。</translation>
+    </message>
+    <message>
+        <source>its mapping is not known.</source>
+        <translation>其映射未知。</translation>
+    </message>
+    <message>
+        <source>it tells its object in each frame (MPDO), which is not decoded.</source>
+        <translation>它在每一帧中说明其对象（MPDO），不作解码。</translation>
+    </message>
+    <message>
+        <source>its mapping tells more than 64 objects.</source>
+        <translation>其映射给出的对象多于 64 个。</translation>
+    </message>
+    <message>
+        <source>its mapping tells more objects than there are.</source>
+        <translation>其映射给出的对象多于实际存在的对象。</translation>
+    </message>
+    <message>
+        <source>its mapping has an object without a length.</source>
+        <translation>其映射中有一个没有长度的对象。</translation>
+    </message>
+    <message>
+        <source>its mapping is longer than a frame.</source>
+        <translation>其映射长于一帧。</translation>
     </message>
 </context>
 <context>
