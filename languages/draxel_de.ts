@@ -1766,12 +1766,9 @@ Jetzt: %2</translation>
         <source>Node %1: %2</source>
         <translation>Knoten %1: %2</translation>
     </message>
-    <message numerus="yes">
-        <source>%1 And %n more.</source>
-        <translation>
-            <numerusform>%1 Und %n weiterer Punkt.</numerusform>
-            <numerusform>%1 Und %n weitere Punkte.</numerusform>
-        </translation>
+    <message>
+        <source>%1 And %2 more.</source>
+        <translation>%1 Und %2 weitere.</translation>
     </message>
     <message>
         <source>The bus is used to %1 %, at most to %2 %.</source>

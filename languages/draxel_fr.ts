@@ -1766,12 +1766,9 @@ Maintenant&#xa0;: %2</translation>
         <source>Node %1: %2</source>
         <translation>Nœud %1 : %2</translation>
     </message>
-    <message numerus="yes">
-        <source>%1 And %n more.</source>
-        <translation>
-            <numerusform>%1 Et %n autre point.</numerusform>
-            <numerusform>%1 Et %n autres points.</numerusform>
-        </translation>
+    <message>
+        <source>%1 And %2 more.</source>
+        <translation>%1 Et %2 de plus.</translation>
     </message>
     <message>
         <source>The bus is used to %1 %, at most to %2 %.</source>

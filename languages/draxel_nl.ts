@@ -1766,12 +1766,9 @@ Nu: %2</translation>
         <source>Node %1: %2</source>
         <translation>Node %1: %2</translation>
     </message>
-    <message numerus="yes">
-        <source>%1 And %n more.</source>
-        <translation>
-            <numerusform>%1 En nog %n punt.</numerusform>
-            <numerusform>%1 En nog %n punten.</numerusform>
-        </translation>
+    <message>
+        <source>%1 And %2 more.</source>
+        <translation>%1 En nog %2.</translation>
     </message>
     <message>
         <source>The bus is used to %1 %, at most to %2 %.</source>

@@ -1756,11 +1756,9 @@ Now: %2</source>
         <source>Node %1: %2</source>
         <translation>节点 %1：%2</translation>
     </message>
-    <message numerus="yes">
-        <source>%1 And %n more.</source>
-        <translation>
-            <numerusform>%1 另有 %n 项。</numerusform>
-        </translation>
+    <message>
+        <source>%1 And %2 more.</source>
+        <translation>%1 另有 %2 项。</translation>
     </message>
     <message>
         <source>The bus is used to %1 %, at most to %2 %.</source>

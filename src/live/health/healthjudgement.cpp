@@ -137,7 +137,7 @@ QString HealthJudgement::sentence(const HealthLight &light, const HealthNumbers 
     const QString text
         = worst.nodeId != 0 ? tr("Node %1: %2").arg(QString::number(worst.nodeId), worst.text) : worst.text;
     const int more = light.findings.size() - 1;
-    return more > 0 ? tr("%1 And %n more.", nullptr, more).arg(text) : text;
+    return more > 0 ? tr("%1 And %2 more.").arg(text, QString::number(more)) : text;
 }
 
 QString HealthJudgement::goodSentence(Subject subject, const HealthNumbers &numbers)
