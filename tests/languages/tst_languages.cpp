@@ -277,12 +277,15 @@ void tst_Languages::contexts_data()
                                          QStringLiteral("DeviceIdentity"),
                                          QStringLiteral("DraxelHost"),
                                          QStringLiteral("EntryModel"),
+                                         QStringLiteral("EventWords"),
                                          QStringLiteral("ExpressionParser"),
                                          QStringLiteral("FailedObject"),
+                                         QStringLiteral("HealthJudgement"),
                                          QStringLiteral("HelpBoxes"),
                                          QStringLiteral("HostMenus"),
                                          QStringLiteral("JsonDocument"),
                                          QStringLiteral("JsonObject"),
+                                         QStringLiteral("LiveValues"),
                                          QStringLiteral("MainWindow"),
                                          QStringLiteral("MessageLog"),
                                          QStringLiteral("MessagePanel"),
@@ -573,6 +576,9 @@ void tst_Languages::onlyNamesStayAsTheyAre()
         {"draxel", "nl", "%1, node %2"},
         {"draxel", "nl", "Object"},
         {"draxel", "nl", "software %1"},
+        {"draxel", "de nl", "Emergency %1h: %2."},
+        {"draxel", "nl", "Node %1: %2"},
+        {"draxel", "nl", "Node %1, PDO %2: %3"},
     };
 
     QStringList expected;
