@@ -27,8 +27,10 @@ constexpr TypedObject communicationObjects[] = {
     {0x1009, 0, DataType::VisibleString}, // hardware version
     {0x100A, 0, DataType::VisibleString}, // software version
     {0x1014, 0, DataType::Unsigned32},    // COB-ID EMCY
+    {0x1015, 0, DataType::Unsigned16},    // inhibit time of EMCY
     {0x1016, 0, DataType::Unsigned8},     // number of consumed heartbeats
     {0x1017, 0, DataType::Unsigned16},    // heartbeat producer time
+    {0x1019, 0, DataType::Unsigned8},     // overflow value of the SYNC counter
     {0x1029, 0, DataType::Unsigned8},     // number of error classes
 };
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "livebus.h"
 
+#include <canopen/cobid.h>
+#include <live/values/pdosource.h>
+
 #include <QCanBusFrame>
 
 #include <chrono>
@@ -8,6 +11,9 @@
 namespace {
 
 using namespace std::chrono_literals;
+
+constexpr quint16 heartbeatTime = 0x1017;    // of the producer; UNSIGNED16
+constexpr quint32 longestHeartbeat = 0xFFFF; // ms
 
 constexpr auto tickInterval = 100ms;
 constexpr qint64 nanoseconds = 1000;   // of a microsecond
@@ -60,6 +66,14 @@ void LiveBus::stop()
     m_isListening = false;
     m_timer.stop();
     m_interface.stop();
+}
+
+void LiveBus::learn(const PdoSource &source)
+{
+    m_values.learn(source);
+    const std::optional<quint32> period = source.lookup({heartbeatTime, 0});
+    if (period && CanOpen::isNodeId(source.nodeId) && *period <= longestHeartbeat)
+        m_health.setConfiguredHeartbeat(source.nodeId, static_cast<int>(*period));
 }
 
 qint64 LiveBus::steadyNow() const

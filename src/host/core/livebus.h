@@ -13,6 +13,8 @@
 #include <QObject>
 #include <QTimer>
 
+struct PdoSource;
+
 /*! Listens to a connection for health, events and values. Sends nothing.
  *
  *  From start() to stop(); a loss of the bus in between is an event. What it has collected stays until the next start().
@@ -27,6 +29,9 @@ public:
     /*! Begins anew; the bus may be connected or not. */
     void start();
     void stop();
+
+    /*! What a node, its EDS or DCF tells of its PDOs and of its heartbeat (1017h); until the next start(). */
+    void learn(const PdoSource &source);
 
     HealthNumbers healthNumbers() { return m_health.numbers(now()); }
     const EventRecorder &events() const { return m_events; }

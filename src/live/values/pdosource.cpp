@@ -48,6 +48,16 @@ DataType withSign(ObjectKey key, DataType type)
 
 } // namespace
 
+QVector<DataType> PdoSource::typesOf(ObjectKey key, std::optional<DataType> told)
+{
+    if (told)
+        return {*told};
+    QVector<DataType> types = ObjectTypes::known(key);
+    for (DataType &type : types)
+        type = withSign(key, type);
+    return types;
+}
+
 PdoSource PdoSource::of(const SnapshotNode &node)
 {
     const auto lookup = [&node](ObjectKey key) { return numberOf(node.value(key.index, key.subIndex)); };
