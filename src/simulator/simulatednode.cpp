@@ -41,7 +41,7 @@ SimulatedNode::SimulatedNode(const NodeDescription &description, int bitRate, Ag
     , m_pdoSender(&m_context)
     , m_emergencies(&m_context)
     , m_pdoReceiver(&m_context, [this](quint16 code) { m_emergencies.report(code, communicationError); })
-    , m_syncProducer(&m_context)
+    , m_syncProducer(&m_context, [this](const QCanBusFrame &sync) { handleProcessData(sync); })
     , m_emergencyOrders(&m_context, emergencyActions())
 {
     if (m_description.heartbeatMs)

@@ -4,6 +4,7 @@
 #include <QCanBusFrame>
 
 #include <algorithm>
+#include <utility>
 
 namespace Simulator {
 
@@ -14,8 +15,9 @@ constexpr qint64 shortestPeriod = 1000; // microseconds
 
 } // namespace
 
-SyncProducer::SyncProducer(const NodeContext *node)
+SyncProducer::SyncProducer(const NodeContext *node, std::function<void(const QCanBusFrame &)> ownSync)
     : m_node(node)
+    , m_ownSync(std::move(ownSync))
 {
 }
 
@@ -43,7 +45,9 @@ void SyncProducer::send()
 {
     if (m_parameter.highestCounter > 0)
         m_counter = static_cast<quint8>(m_counter % m_parameter.highestCounter + 1);
-    m_node->send(CanOpen::makeSyncFrame(m_parameter, m_counter));
+    const QCanBusFrame frame = CanOpen::makeSyncFrame(m_parameter, m_counter);
+    m_node->send(frame);
+    m_ownSync(frame);
 }
 
 } // namespace Simulator

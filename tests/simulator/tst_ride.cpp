@@ -181,6 +181,7 @@ void tst_Ride::batteryDischarges()
     const Values voltage = valuesOf(2, {0x6040, 1});
     QVERIFY(valueAt(voltage, 230) < 35100);
     QVERIFY(valueAt(voltage, 245) > 36800);
+    QVERIFY(valuesOf(1, {0x6040, 1}).size() >= 299); // on every tenth SYNC that the node sends itself
 }
 
 void tst_Ride::cellSevenIsWeak()
