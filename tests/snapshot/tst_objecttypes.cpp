@@ -27,6 +27,8 @@ void tst_ObjectTypes::knownTypes_data()
     using List = QVector<DataType>;
     QTest::newRow("device type") << 0x1000 << 0 << List{DataType::Unsigned32};
     QTest::newRow("device name") << 0x1008 << 0 << List{DataType::VisibleString};
+    QTest::newRow("inhibit time of emergencies") << 0x1015 << 0 << List{DataType::Unsigned16};
+    QTest::newRow("overflow of the SYNC counter") << 0x1019 << 0 << List{DataType::Unsigned8};
     QTest::newRow("heartbeat time") << 0x1017 << 0 << List{DataType::Unsigned16};
     QTest::newRow("number of errors") << 0x1003 << 0 << List{DataType::Unsigned8};
     QTest::newRow("newest error") << 0x1003 << 1 << List{DataType::Unsigned32};
