@@ -14,6 +14,7 @@
 #include <cli/commands/showcommand.h>
 #include <cli/commands/simulatecommand.h>
 #include <cli/commands/snapshotcommand.h>
+#include <cli/commands/watchcommand.h>
 #include <cli/core/console.h>
 #include <cli/core/exitstatus.h>
 
@@ -52,6 +53,7 @@ constexpr Command commands[] = {
      QT_TRANSLATE_NOOP("DraxelCtl", "ask every node ID, also for nodes without a heartbeat")},
     {"health", runHealthCommand, QT_TRANSLATE_NOOP("DraxelCtl", "listen to a bus and say how well it is")},
     {"events", runEventsCommand, QT_TRANSLATE_NOOP("DraxelCtl", "listen to a bus and list what happens")},
+    {"watch", runWatchCommand, QT_TRANSLATE_NOOP("DraxelCtl", "show the values of objects as they come")},
     {"simulate", runSimulateCommand, QT_TRANSLATE_NOOP("DraxelCtl", "put a simulated vehicle on a bus")},
     {"interfaces", runInterfacesCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "list the CAN interfaces of this machine")},

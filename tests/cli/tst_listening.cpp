@@ -42,6 +42,7 @@ private slots:
     void durations();
     void healthyBus();
     void healthAsJson();
+    void heartbeatOfADataSheet();
     void allNumbers();
     void emergencyIsFound();
     void inTheLanguage();
@@ -119,6 +120,16 @@ void tst_Listening::healthAsJson()
     QVERIFY(at(battery, "sdo.median").isNull()); // nobody asks: we only listen
     QCOMPARE(at(battery, "sdo.requests").toInt(-1), 0);
     QCOMPARE(at(json, "kinds.sdo.frames").toInt(-1), 0);
+}
+
+void tst_Listening::heartbeatOfADataSheet()
+{
+    const QString sheet = QStringLiteral("2:" VEHICLE_FOLDER "/ride-battery.dcf");
+    const Result result = run(words("health --bus simulated:ride --for 3s --json --eds") << sheet);
+    QCOMPARE(result.errors, QString());
+    const QJsonArray nodes = at(jsonOf(result), "nodes").toArray();
+    QVERIFY(at(nodes.at(0).toObject(), "heartbeat.configured").isNull());
+    QCOMPARE(at(nodes.at(1).toObject(), "heartbeat.configured").toDouble(), 500.0);
 }
 
 void tst_Listening::allNumbers()
@@ -202,6 +213,9 @@ void tst_Listening::usage_data()
         << QStringLiteral(
                "draxelctl events: \"soon\" is no time; one is written like 500ms, 10s or 2min, up to "
                "a week.");
+    QTest::newRow("data sheet of no node")
+        << words("health --bus simulated:ride --eds battery.eds")
+        << QStringLiteral("draxelctl health: --eds takes a node ID and a file, as in 2:battery.eds.");
     QTest::newRow("language that is none")
         << words("health --bus simulated:ride --language xx") << QStringLiteral("draxelctl health:");
 }

@@ -33,6 +33,7 @@ private slots:
     void nodeRestarts();
     void nodeIsLostAndBack();
     void nodeIsLostOnce();
+    void nodeIsLostByItsOwnWord();
     void emergency();
     void emergencyIsGone();
     void brokenEmergencies();
@@ -115,6 +116,19 @@ void tst_EventRecorder::nodeIsLostOnce()
         m_recorder->advance(time * millisecond);
     QCOMPARE(m_recorder->list().events().size(), std::size_t(2));
     QCOMPARE(m_recorder->list().events().back().count, quint32(1));
+}
+
+void tst_EventRecorder::nodeIsLostByItsOwnWord()
+{
+    m_recorder->setConfiguredHeartbeat(5, 1000);
+    m_recorder->setConfiguredHeartbeat(0, 1000);
+    m_recorder->setConfiguredHeartbeat(128, 1000);
+    feed(0, 0x705, "05"); // once, so that nobody could hear a period
+    feed(0, 0x706, "05");
+    m_recorder->advance(3100 * millisecond);
+    expect({QStringLiteral("0 Node 5: It is heard: working (NMT state Operational)."),
+            QStringLiteral("0 Node 6: It is heard: working (NMT state Operational)."),
+            QStringLiteral("3100 Node 5: It is silent: its heartbeat has stopped.")});
 }
 
 void tst_EventRecorder::emergency()

@@ -8,10 +8,10 @@
 #include <cli/core/datatypename.h>
 #include <cli/core/interruptibleloop.h>
 #include <cli/core/language.h>
+#include <cli/core/objectaddress.h>
 #include <cli/core/patienceoptions.h>
 
 #include <bus/busconnection.h>
-#include <canopen/cobid.h>
 #include <canopen/sdoabort.h>
 #include <host/core/readrecord.h>
 #include <snapshot/objecttypes.h>
@@ -25,27 +25,6 @@ struct Tr
 
 constexpr QLatin1String typeOption("type");
 constexpr QLatin1String jsonOption("json");
-
-/*! "1018", "1018h" and "0x1018". */
-std::optional<quint16> parseIndex(QString text)
-{
-    if (text.endsWith(QLatin1Char('h'), Qt::CaseInsensitive))
-        text.chop(1);
-    bool isNumber = false;
-    const ushort index = text.toUShort(&isNumber, 16);
-    return isNumber ? std::optional<quint16>(index) : std::nullopt;
-}
-
-/*! A number from \a lowest to \a highest, "10" or "0x0A". */
-std::optional<quint8> parseByte(const QString &text, int lowest, int highest)
-{
-    const bool isHex = text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
-    bool isNumber = false;
-    const int number = text.toInt(&isNumber, isHex ? 16 : 10);
-    if (!isNumber || number < lowest || number > highest)
-        return std::nullopt;
-    return static_cast<quint8>(number);
-}
 
 /*! Whether the device's value may be of another type than it was asked for. */
 bool saysOtherLength(const CanOpen::SdoOutcome &outcome)
@@ -121,17 +100,17 @@ std::optional<ExitStatus> GetCommand::parse(const QStringList &arguments)
 
 std::optional<ExitStatus> GetCommand::parseObject()
 {
-    const std::optional<quint8> nodeId
-        = parseByte(m_options.positional(0), CanOpen::firstNodeId, CanOpen::lastNodeId);
+    const std::optional<quint8> nodeId = ObjectAddress::parseNodeId(m_options.positional(0));
     if (!nodeId)
         return m_options.complain(Tr::tr("\"%1\" is no node ID from 1 to 127.").arg(m_options.positional(0)));
-    const std::optional<quint16> index = parseIndex(m_options.positional(1));
+    const std::optional<quint16> index = ObjectAddress::parseIndex(m_options.positional(1));
     if (!index) {
         return m_options.complain(Tr::tr("\"%1\" is no index. Write it in hexadecimal, for example 1018h.")
                                       .arg(m_options.positional(1)));
     }
     const QString sub = m_options.positional(2);
-    const std::optional<quint8> subIndex = parseByte(sub.isEmpty() ? QStringLiteral("0") : sub, 0, 255);
+    const std::optional<quint8> subIndex
+        = ObjectAddress::parseSubIndex(sub.isEmpty() ? QStringLiteral("0") : sub);
     if (!subIndex)
         return m_options.complain(Tr::tr("\"%1\" is no sub-index from 0 to 255.").arg(sub));
     m_nodeId = *nodeId;

@@ -3,8 +3,11 @@
 
 #include "commandarguments.h"
 #include "console.h"
+#include "datasheets.h"
 #include "interruptibleloop.h"
+#include "objectaddress.h"
 #include "patienceoptions.h"
+#include "shareoption.h"
 
 #include <canopen/cobid.h>
 #include <host/core/readwords.h>
@@ -16,19 +19,9 @@ namespace {
 constexpr QLatin1String quickOption("quick");
 constexpr QLatin1String nodeOption("node");
 constexpr QLatin1String scanOption("scan");
-constexpr QLatin1String edsOption("eds");
-constexpr QLatin1String shareOption("share");
 
 // Long objects take their time, and hold up only their own node.
 constexpr std::chrono::milliseconds longestUpload{30000};
-
-std::optional<quint8> parseNodeId(const QString &text)
-{
-    bool isNumber = false;
-    const int number = text.toInt(&isNumber);
-    return isNumber && CanOpen::isNodeId(number) ? std::optional<quint8>(static_cast<quint8>(number))
-                                                 : std::nullopt;
-}
 
 } // namespace
 
@@ -41,16 +34,10 @@ void BusSnapshot::addOptions(CommandArguments &options)
                           "are named so as well."),
                        QStringLiteral("N")});
     options.addOption({scanOption, tr("Ask every node ID, and so also find nodes that send no heartbeat.")});
-    options.addOption(
-        {edsOption,
-         tr("What the device on node N has is in this EDS or DCF: its types count, and all that "
-            "it lists is read. May be given for several nodes."),
-         QStringLiteral("N:FILE")});
-    options.addOption({shareOption,
-                       tr("How much of the bus questions and answers may take, 1 to 100 (no limit); usually "
-                          "%1.")
-                           .arg(BusShare::usualPercent),
-                       QStringLiteral("PERCENT")});
+    DataSheets::addOption(
+        options, tr("What the device on node N has is in this EDS or DCF: its types count, and all that "
+                    "it lists is read. May be given for several nodes."));
+    ShareOption::add(options, BusShare::usualPercent);
     PatienceOptions::add(options);
 }
 
@@ -60,16 +47,14 @@ std::optional<ExitStatus> BusSnapshot::parse(const CommandArguments &options)
     m_order.isScanned = options.isSet(scanOption);
     m_order.program
         = QCoreApplication::applicationName() + QLatin1Char(' ') + QCoreApplication::applicationVersion();
-    if (options.isSet(shareOption)) {
-        const std::optional<int> share = options.number(shareOption, 1, BusShare::everything);
-        if (!share)
-            return Exit::usage;
-        m_order.sharePercent = *share;
-    }
+    if (const std::optional<ExitStatus> status = ShareOption::parse(options, &m_order.sharePercent))
+        return status;
     if (const std::optional<ExitStatus> status = parseNodes(options))
         return status;
-    if (const std::optional<ExitStatus> status = parseDataSheets(options))
+    DataSheets sheets;
+    if (const std::optional<ExitStatus> status = sheets.parse(options))
         return status;
+    m_order.dataSheets = sheets.sheets();
     const std::optional<ExitStatus> status = PatienceOptions::parse(options, &m_patience);
     m_patience.longest = std::max(m_patience.longest, longestUpload);
     return status;
@@ -79,33 +64,13 @@ std::optional<ExitStatus> BusSnapshot::parseNodes(const CommandArguments &option
 {
     const QStringList texts = options.values(nodeOption);
     for (const QString &text : texts) {
-        const std::optional<quint8> nodeId = parseNodeId(text);
+        const std::optional<quint8> nodeId = ObjectAddress::parseNodeId(text);
         if (!nodeId)
             return options.complain(tr("\"%1\" is no node ID from 1 to 127.").arg(text));
         m_order.nodeIds.append(*nodeId);
     }
     if (m_order.isScanned && !m_order.nodeIds.isEmpty())
         return options.complain(tr("--scan looks for nodes, --node names them: one of both is enough."));
-    return std::nullopt;
-}
-
-std::optional<ExitStatus> BusSnapshot::parseDataSheets(const CommandArguments &options)
-{
-    const QStringList texts = options.values(edsOption);
-    for (const QString &text : texts) {
-        const int colon = text.indexOf(QLatin1Char(':'));
-        const std::optional<quint8> nodeId = parseNodeId(text.left(std::max(colon, 0)));
-        if (!nodeId)
-            return options.complain(tr("--eds takes a node ID and a file, as in 2:battery.eds."));
-        QString error;
-        const std::optional<CanOpen::EdsFile> sheet
-            = CanOpen::readEdsFile(text.mid(colon + 1), *nodeId, &error);
-        if (!sheet) {
-            Console::printError(error);
-            return Exit::fileFailed;
-        }
-        m_order.dataSheets.insert(*nodeId, *sheet);
-    }
     return std::nullopt;
 }
 

@@ -47,7 +47,6 @@ public:
 
 private:
     std::optional<ExitStatus> parseNodes(const CommandArguments &options);
-    std::optional<ExitStatus> parseDataSheets(const CommandArguments &options);
     void read(InterruptibleLoop *loop);
     void showProgress(const SnapshotRun &run);
     void sayLoss(bool isLost);

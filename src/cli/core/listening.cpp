@@ -19,11 +19,16 @@ void Listening::addOptions(CommandArguments &options) const
         = m_time ? tr("How long to listen: 500ms, 10s, 2min; usually %1s.").arg(m_time->count() / 1000)
                  : tr("How long to listen: 500ms, 10s, 2min; usually until Ctrl+C.");
     options.addOption({forOption, text, QStringLiteral("TIME")});
+    DataSheets::addOption(
+        options, tr("What the device on node N has is in this EDS or DCF: its PDOs and the period of its "
+                    "heartbeat count. May be given for several nodes."));
 }
 
 std::optional<ExitStatus> Listening::parse(const CommandArguments &options)
 {
     m_settings = options.bus();
+    if (const std::optional<ExitStatus> status = m_sheets.parse(options))
+        return status;
     if (!options.isSet(forOption))
         return std::nullopt;
     m_time = parseDuration(options.value(forOption));
@@ -41,6 +46,9 @@ std::optional<ExitStatus> Listening::begin()
         return Exit::busNotOpened;
     }
     m_live.start();
+    const QMap<quint8, CanOpen::EdsFile> &sheets = m_sheets.sheets();
+    for (auto sheet = sheets.cbegin(); sheet != sheets.cend(); ++sheet)
+        m_live.learn(sheet.key(), sheet->dictionary);
     if (m_time)
         QTimer::singleShot(*m_time, Qt::PreciseTimer, &m_live, [this] { m_loop.end(); });
     // Nobody reads any more.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "commandarguments.h"
+#include "datasheets.h"
 #include "exitstatus.h"
 #include "interruptibleloop.h"
 
@@ -13,7 +14,7 @@
 #include <chrono>
 #include <optional>
 
-/*! A bus that a command listens to for some time: the options --bus, --bitrate and --for, and the waiting. */
+/*! A bus that a command listens to for some time: the options --bus, --bitrate, --for and --eds, and the waiting. */
 class Listening
 {
     Q_DECLARE_TR_FUNCTIONS(Listening)
@@ -36,12 +37,18 @@ public:
      */
     ExitStatus wait();
 
+    /*! Ends wait() before its time. */
+    void end() { m_loop.end(); }
+
     LiveBus &live() { return m_live; }
+    BusConnection &bus() { return m_bus; }
+    const DataSheets &dataSheets() const { return m_sheets; }
 
 private:
     InterruptibleLoop m_loop;
     std::optional<std::chrono::milliseconds> m_time;
     BusSettings m_settings;
+    DataSheets m_sheets;
     BusConnection m_bus;
     LiveBus m_live{&m_bus};
 };

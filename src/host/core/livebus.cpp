@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "livebus.h"
 
-#include <canopen/cobid.h>
 #include <live/values/pdosource.h>
 
 #include <QCanBusFrame>
@@ -72,8 +71,15 @@ void LiveBus::learn(const PdoSource &source)
 {
     m_values.learn(source);
     const std::optional<quint32> period = source.lookup({heartbeatTime, 0});
-    if (period && CanOpen::isNodeId(source.nodeId) && *period <= longestHeartbeat)
-        m_health.setConfiguredHeartbeat(source.nodeId, static_cast<int>(*period));
+    if (!period || *period > longestHeartbeat)
+        return;
+    m_health.setConfiguredHeartbeat(source.nodeId, static_cast<int>(*period));
+    m_events.setConfiguredHeartbeat(source.nodeId, static_cast<int>(*period));
+}
+
+void LiveBus::learn(quint8 nodeId, const CanOpen::ObjectDictionary &dictionary)
+{
+    learn(PdoSource::of(nodeId, dictionary));
 }
 
 qint64 LiveBus::steadyNow() const

@@ -13,6 +13,9 @@
 #include <QObject>
 #include <QTimer>
 
+namespace CanOpen {
+class ObjectDictionary;
+}
 struct PdoSource;
 
 /*! Listens to a connection for health, events and values. Sends nothing.
@@ -32,6 +35,7 @@ public:
 
     /*! What a node, its EDS or DCF tells of its PDOs and of its heartbeat (1017h); until the next start(). */
     void learn(const PdoSource &source);
+    void learn(quint8 nodeId, const CanOpen::ObjectDictionary &dictionary);
 
     HealthNumbers healthNumbers() { return m_health.numbers(now()); }
     const EventRecorder &events() const { return m_events; }

@@ -125,6 +125,13 @@ void EventRecorder::handleError(const LiveFrame &frame)
         add(EventKind::Overrun, 0, frame.time);
 }
 
+void EventRecorder::setConfiguredHeartbeat(quint8 nodeId, int milliseconds)
+{
+    constexpr qint64 factor = 1000;
+    if (CanOpen::isNodeId(nodeId))
+        m_nodes[nodeId].heartbeat.setConfigured(milliseconds * factor);
+}
+
 void EventRecorder::advance(qint64 now)
 {
     if (m_isInterfaceGone)

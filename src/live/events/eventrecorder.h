@@ -15,6 +15,9 @@
 class EventRecorder
 {
 public:
+    /*! The producer heartbeat time of a node (1017h), in ms: it is lost by it, also when it was heard only once. */
+    void setConfiguredHeartbeat(quint8 nodeId, int milliseconds);
+
     /*! Takes every frame. */
     void handle(const LiveFrame &frame);
 

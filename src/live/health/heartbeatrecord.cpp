@@ -61,7 +61,8 @@ quint64 HeartbeatRecord::missedIn(qint64 interval, qint64 period)
 
 qint64 HeartbeatRecord::silence(qint64 now) const
 {
-    return m_last && !m_intervals.isEmpty() ? std::max<qint64>(0, now - *m_last) : 0;
+    const bool isExpected = !m_intervals.isEmpty() || m_configured.value_or(0) > 0;
+    return m_last && isExpected ? std::max<qint64>(0, now - *m_last) : 0;
 }
 
 std::optional<qint64> HeartbeatRecord::period() const
