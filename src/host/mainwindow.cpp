@@ -5,6 +5,7 @@
 #include "busreport.h"
 #include "checkupfiles.h"
 #include "connectionbar.h"
+#include "eventmessages.h"
 #include "filedrop.h"
 #include "filefolder.h"
 #include "helpboxes.h"
@@ -32,6 +33,8 @@
 #include <host/pages/checkuppage.h>
 #include <host/pages/checkupsession.h>
 #include <host/pages/checkupwords.h>
+#include <host/pages/live/livepage.h>
+#include <host/pages/live/livesession.h>
 
 #include <QAction>
 #include <QApplication>
@@ -46,6 +49,8 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -78,10 +83,13 @@ MainWindow::MainWindow(HostServices *services, PluginSession *session, QWidget *
     , m_plugins(session)
     , m_records(new VehicleRecords(services, programName(), this))
     , m_session(new CheckupSession(services, m_records, this))
+    , m_live(new LiveSession(services, this))
     , m_bar(new ConnectionBar(this))
     , m_pages(new QTabWidget(this))
     , m_checkup(new CheckupPage(m_session))
     , m_checkupTab(makeScrollable(m_checkup, m_pages))
+    , m_livePage(new LivePage(m_live))
+    , m_liveTab(makeScrollable(m_livePage, m_pages))
     , m_archive(new ArchivePage(m_records, m_session))
     , m_archiveTab(makeScrollable(m_archive, m_pages))
     , m_placeholder(new QLabel(this))
@@ -103,6 +111,7 @@ MainWindow::MainWindow(HostServices *services, PluginSession *session, QWidget *
     connectFiles();
     connectReport();
     connectCheckup();
+    connectLive();
     connectRecords();
     new VehicleWatch(services, &m_vehicle, this);
 
@@ -161,6 +170,7 @@ void MainWindow::setLanguages(LanguageSetting *languages, const QString &chosen)
 {
     m_languages = languages;
     m_session->setLanguage(languages->current());
+    m_live->setLanguage(languages->current());
     m_menus->setLanguages(languages->available(), chosen);
 }
 
@@ -228,6 +238,7 @@ void MainWindow::build()
     m_pages->setTabBarAutoHide(true);
     m_pages->addTab(m_placeholder, QString());
     m_pages->addTab(m_checkupTab, QString());
+    m_pages->addTab(m_liveTab, QString());
     m_pages->addTab(m_archiveTab, QString());
 
     auto *centre = new QWidget(this);
@@ -360,6 +371,15 @@ void MainWindow::showVisit(const Snapshot &snapshot, qint64 visitId)
     });
 }
 
+void MainWindow::connectLive()
+{
+    new EventMessages(m_live, m_log, this);
+    m_livePage->setFolder(&FileFolder::start);
+    connect(m_livePage, &LivePage::failed, this, &MainWindow::showError);
+    connect(m_livePage, &LivePage::succeeded, this,
+            [this](const QString &sentence) { tell(MessageLog::Severity::Information, sentence); });
+}
+
 void MainWindow::connectRecords()
 {
     m_archive->setFolder(&FileFolder::start);
@@ -440,8 +460,8 @@ void MainWindow::showBusState()
 void MainWindow::showPage(int index)
 {
     const QWidget *page = m_pages->widget(index);
-    const bool isPlugin
-        = page != nullptr && page != m_placeholder && page != m_checkupTab && page != m_archiveTab;
+    const QWidget *const own[] = {nullptr, m_placeholder, m_checkupTab, m_liveTab, m_archiveTab};
+    const bool isPlugin = std::find(std::begin(own), std::end(own), page) == std::end(own);
     m_plugins->setActivePlugin(isPlugin ? index : -1);
     if (isPlugin) {
         m_pluginActions->setPage(page);
@@ -454,7 +474,7 @@ void MainWindow::showPage(int index)
 /*! 0 is that of the plug-in that was shown last; the host's own follow. */
 void MainWindow::choosePage(int number)
 {
-    QWidget *const pages[] = {m_pages->widget(m_lastPlugin), m_checkupTab, m_archiveTab};
+    QWidget *const pages[] = {m_pages->widget(m_lastPlugin), m_checkupTab, m_liveTab, m_archiveTab};
     m_pages->setCurrentWidget(pages[number]);
 }
 
@@ -465,6 +485,7 @@ void MainWindow::showCheckupState()
     const int percent = progress.total > 0 ? int(qint64(progress.asked) * 100 / progress.total) : 0;
     m_pages->setTabText(m_pages->indexOf(m_checkupTab),
                         isRunning ? tr("Check-up (%1 %)").arg(percent) : tr("Check-up"));
+    m_pages->setTabText(m_pages->indexOf(m_liveTab), tr("Live"));
     m_pages->setTabText(m_pages->indexOf(m_archiveTab), tr("Archive"));
     showBusState();
 }
@@ -536,6 +557,7 @@ void MainWindow::chooseLanguage(const QString &language)
     m_languages->apply(effective);
     m_plugins->setLanguage(effective);
     m_session->setLanguage(effective);
+    m_live->setLanguage(effective);
     checkSettingsFile();
 }
 

@@ -18,6 +18,8 @@ class ConnectionBar;
 class HostMenus;
 class HostServices;
 class LanguageSetting;
+class LivePage;
+class LiveSession;
 class MessagePanel;
 class PluginActions;
 class PluginSession;
@@ -63,6 +65,7 @@ public:
     BusReport &report() { return *m_report; }
     ShownVehicle &vehicle() { return m_vehicle; }
     CheckupSession &checkup() { return *m_session; }
+    LiveSession &live() { return *m_live; }
     VehicleRecords &records() { return *m_records; }
 
     /*! Shows \a sentence in a box; returns at once. */
@@ -78,6 +81,7 @@ private:
     void connectFiles();
     void connectReport();
     void connectCheckup();
+    void connectLive();
     void connectRecords();
     void retranslate();
     void restoreSettings();
@@ -102,11 +106,14 @@ private:
     PluginSession *m_plugins;
     VehicleRecords *m_records;
     CheckupSession *m_session;
+    LiveSession *m_live;
     ConnectionBar *m_bar;
     ShownVehicle m_vehicle;
     QTabWidget *m_pages;
     CheckupPage *m_checkup;
     QWidget *m_checkupTab; // the page and what scrolls it
+    LivePage *m_livePage;
+    QWidget *m_liveTab;
     ArchivePage *m_archive;
     QWidget *m_archiveTab;
     QLabel *m_placeholder;

@@ -210,10 +210,13 @@ void tst_CheckupPage::pagesByKeys()
     Window window;
     QCOMPARE(window.find<QAction>("actionPageOverview")->shortcut(), QKeySequence(QStringLiteral("Ctrl+1")));
     QCOMPARE(window.find<QAction>("actionPageCheckup")->shortcut(), QKeySequence(QStringLiteral("Ctrl+2")));
-    QCOMPARE(window.find<QAction>("actionPageArchive")->shortcut(), QKeySequence(QStringLiteral("Ctrl+3")));
+    QCOMPARE(window.find<QAction>("actionPageArchive")->shortcut(), QKeySequence(QStringLiteral("Ctrl+4")));
     QCOMPARE(window.find<QAction>("actionCheckup")->shortcut(), QKeySequence(QStringLiteral("F6")));
     auto *pages = window.find<QTabWidget>("pluginPages");
     QCOMPARE(pages->tabText(0), QStringLiteral("Overview"));
+    QCOMPARE(window.find<QAction>("actionPageLive")->shortcut(), QKeySequence(QStringLiteral("Ctrl+3")));
+    window.trigger("actionPageLive");
+    QVERIFY(window.find<QWidget>("livePage")->isVisible());
     window.trigger("actionPageArchive");
     QVERIFY(window.find<QWidget>("archivePage")->isVisible());
     window.trigger("actionPageOverview");

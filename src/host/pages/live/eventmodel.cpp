@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: MIT
+#include "eventmodel.h"
+
+#include <host/pages/lighticon.h>
+#include <host/pages/plaintooltip.h>
+#include <live/events/eventwords.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <limits>
+#include <vector>
+
+EventModel::EventModel(QObject *parent)
+    : QAbstractTableModel(parent)
+    , m_timeOfDay([](qint64) { return QDateTime(); })
+{
+}
+
+void EventModel::setSource(const EventList *list, const EventWriting::TimeOfDay &timeOfDay)
+{
+    m_list = list;
+    m_timeOfDay = timeOfDay;
+    reset();
+}
+
+void EventModel::reset()
+{
+    beginResetModel();
+    m_all.clear();
+    m_shown.clear();
+    m_revision = 0;
+    endResetModel();
+    update();
+}
+
+void EventModel::setFilter(Severity least, const QString &text)
+{
+    m_least = least;
+    m_text = text.trimmed();
+    beginResetModel();
+    m_shown.clear();
+    for (const Row &row : m_all) {
+        if (matches(row))
+            m_shown.push_back(row.event.number);
+    }
+    endResetModel();
+}
+
+void EventModel::update()
+{
+    if (m_list == nullptr || m_list->revision() == m_revision)
+        return;
+    m_revision = m_list->revision();
+    removeForgotten();
+    countAgain();
+    append();
+}
+
+void EventModel::removeForgotten()
+{
+    const quint64 first
+        = m_list->events().empty() ? std::numeric_limits<quint64>::max() : m_list->events().front().number;
+    const auto end = std::lower_bound(m_shown.cbegin(), m_shown.cend(), first);
+    if (end != m_shown.cbegin()) {
+        beginRemoveRows(QModelIndex(), 0, static_cast<int>(end - m_shown.cbegin()) - 1);
+        m_shown.erase(m_shown.cbegin(), end);
+        endRemoveRows();
+    }
+    while (!m_all.empty() && m_all.front().event.number < first)
+        m_all.pop_front();
+}
+
+/*! Events that came once more. */
+void EventModel::countAgain()
+{
+    const std::deque<LiveEvent> &events = m_list->events();
+    for (std::size_t i = 0; i < m_all.size(); ++i) {
+        if (m_all[i].event.count == events[i].count)
+            continue;
+        m_all[i] = {events[i], QString()};
+        const auto shown = std::lower_bound(m_shown.cbegin(), m_shown.cend(), events[i].number);
+        const auto row = static_cast<int>(shown - m_shown.cbegin());
+        if (shown != m_shown.cend() && *shown == events[i].number)
+            emit dataChanged(index(row, 0), index(row, ColumnCount - 1));
+    }
+}
+
+void EventModel::append()
+{
+    const std::deque<LiveEvent> &events = m_list->events();
+    std::vector<quint64> added;
+    for (std::size_t i = m_all.size(); i < events.size(); ++i) {
+        m_all.push_back({events[i], QString()});
+        if (matches(m_all.back()))
+            added.push_back(events[i].number);
+    }
+    if (added.empty())
+        return;
+    const int first = rowCount();
+    beginInsertRows(QModelIndex(), first, first + static_cast<int>(added.size()) - 1);
+    m_shown.insert(m_shown.end(), added.cbegin(), added.cend());
+    endInsertRows();
+}
+
+const QString &EventModel::wordsOf(const Row &row)
+{
+    if (row.text.isEmpty()) {
+        const QString text = EventWords::text(row.event);
+        row.text
+            = row.event.count > 1 ? tr("%1 (%2 times)").arg(text, QString::number(row.event.count)) : text;
+    }
+    return row.text;
+}
+
+bool EventModel::matches(const Row &row) const
+{
+    if (row.event.severity() < m_least)
+        return false;
+    return m_text.isEmpty() || wordsOf(row).contains(m_text, Qt::CaseInsensitive)
+           || (row.event.nodeId != 0 && QString::number(row.event.nodeId) == m_text);
+}
+
+int EventModel::nearestRow(qint64 time) const
+{
+    int best = -1;
+    for (int row = 0; row < rowCount(); ++row) {
+        if (best < 0 || qAbs(eventAt(row).time - time) < qAbs(eventAt(best).time - time))
+            best = row;
+    }
+    return best;
+}
+
+QByteArray EventModel::toCsv() const
+{
+    QByteArray csv = EventWriting::csvHead();
+    for (int row = 0; row < rowCount(); ++row)
+        csv += EventWriting::toCsv(eventAt(row), m_timeOfDay);
+    return csv;
+}
+
+QByteArray EventModel::toJson() const
+{
+    QJsonArray events;
+    for (int row = 0; row < rowCount(); ++row)
+        events.append(EventWriting::toJson(eventAt(row), m_timeOfDay));
+    return QJsonDocument(QJsonObject{{QStringLiteral("events"), events}}).toJson();
+}
+
+int EventModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_shown.size());
+}
+
+int EventModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : int(ColumnCount);
+}
+
+QVariant EventModel::cell(const Row &row, int column) const
+{
+    switch (column) {
+    case TimeColumn:
+        return m_timeOfDay(row.event.time).toString(QStringLiteral("HH:mm:ss.zzz"));
+    case NodeColumn:
+        return row.event.nodeId != 0 ? QString::number(row.event.nodeId) : QString();
+    default:
+        return wordsOf(row);
+    }
+}
+
+QVariant EventModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || index.row() >= rowCount())
+        return QVariant();
+    const Row &row = rowAt(index.row());
+    if (role == Qt::DisplayRole)
+        return cell(row, index.column());
+    if (role == Qt::ToolTipRole)
+        return plainToolTip(EventWords::severity(row.event.severity()) + QStringLiteral(": ")
+                            + EventWords::line(row.event));
+    if (role == Qt::DecorationRole && index.column() == TimeColumn)
+        return LightIcon::of(ReportMarks::of(row.event.severity()));
+    return QVariant();
+}
+
+QVariant EventModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return QVariant();
+    switch (section) {
+    case TimeColumn:
+        return tr("Time");
+    case NodeColumn:
+        return tr("Node");
+    default:
+        return tr("What happened");
+    }
+}

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include "livepage.h"
+
+#include "eventview.h"
+#include "lightstrip.h"
+#include "livesession.h"
+#include "numbersdialog.h"
+
+#include <host/pages/pagelayout.h>
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QToolButton>
+
+namespace {
+
+constexpr int margin = 9;
+constexpr int ticksOfLights = 5; // half a second: nobody reads faster
+
+} // namespace
+
+LivePage::LivePage(LiveSession *session, QWidget *parent)
+    : QWidget(parent)
+    , m_session(session)
+{
+    setObjectName(QStringLiteral("livePage"));
+    auto *layout = new PageLayout(this);
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->setSpacing(margin - 3);
+    layout->addWidget(buildTop());
+    layout->addWidget(buildCentre(), 1);
+    connect(session, &LiveSession::started, this, &LivePage::begin);
+    connect(session, &LiveSession::stopped, this, &LivePage::refreshAll);
+    connect(session, &LiveSession::ticked, this, [this] {
+        if (isVisible())
+            refresh();
+    });
+    connect(m_events, &EventView::succeeded, this, &LivePage::succeeded);
+    connect(m_events, &EventView::failed, this, &LivePage::failed);
+    retranslate();
+}
+
+void LivePage::setFolder(const std::function<QString()> &folder)
+{
+    m_events->setFolder(folder);
+}
+
+QWidget *LivePage::buildTop()
+{
+    auto *top = new QWidget(this);
+    m_lights = new LightStrip(top);
+    m_numbers = new QToolButton(top);
+    m_numbers->setObjectName(QStringLiteral("allNumbers"));
+    m_numbers->setFocusPolicy(Qt::TabFocus);
+    connect(m_numbers, &QToolButton::clicked, this, &LivePage::showNumbers);
+    auto *layout = new QHBoxLayout(top);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_lights, 1);
+    layout->addWidget(m_numbers, 0, Qt::AlignTop);
+    return top;
+}
+
+QWidget *LivePage::buildCentre()
+{
+    m_centre = new QStackedWidget(this);
+    m_empty = new QLabel(m_centre);
+    m_empty->setObjectName(QStringLiteral("liveEmpty"));
+    m_empty->setTextFormat(Qt::PlainText);
+    m_empty->setAlignment(Qt::AlignCenter);
+    m_empty->setWordWrap(true);
+    m_centre->addWidget(m_empty);
+    m_events = new EventView(m_centre);
+    m_centre->addWidget(m_events);
+    return m_centre;
+}
+
+void LivePage::begin()
+{
+    LiveBus &live = m_session->live();
+    m_events->model().setSource(&live.events().list(), [&live](qint64 time) { return live.timeOfDay(time); });
+    refreshAll();
+}
+
+void LivePage::refresh()
+{
+    ++m_refreshes;
+    m_events->model().update();
+    if (m_ticks++ % ticksOfLights == 0)
+        showLights();
+}
+
+/*! Also the lights, whose turn it may not be. */
+void LivePage::refreshAll()
+{
+    m_ticks = 0;
+    m_centre->setCurrentIndex(m_session->isEmpty() ? 0 : 1);
+    m_numbers->setEnabled(!m_session->isEmpty());
+    if (isVisible())
+        refresh();
+}
+
+void LivePage::showLights()
+{
+    m_lights->setLights(m_session->isEmpty() ? QVector<HealthLight>()
+                                             : m_session->judge(m_session->numbers()));
+}
+
+void LivePage::showNumbers()
+{
+    (new NumbersDialog(m_session, window()))->show();
+}
+
+void LivePage::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    QWidget::changeEvent(event);
+}
+
+void LivePage::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    refreshAll();
+}
+
+void LivePage::retranslate()
+{
+    m_numbers->setText(tr("All &numbers..."));
+    m_numbers->setToolTip(tr("Loads, frames, heartbeats and answering times of the bus and each device"));
+    m_empty->setText(
+        tr("Connect a bus (Ctrl+K): what is heard on it is shown here. Listening sends nothing."));
+    refreshAll();
+}

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QElapsedTimer>
+#include <QWidget>
+
+#include <functional>
+
+class EventView;
+class LightStrip;
+class LiveSession;
+class QLabel;
+class QSplitter;
+class QStackedWidget;
+class QToolButton;
+
+/*! The page "Live": what is heard while it is heard. Only arranges what the session knows. Follows at most ten times a
+ *  second, and not while it is hidden.
+ */
+class LivePage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /*! \a session must outlive the page. */
+    explicit LivePage(LiveSession *session, QWidget *parent = nullptr);
+
+    /*! The folder in which file dialogs begin. */
+    void setFolder(const std::function<QString()> &folder);
+
+    /*! How often it has followed; for tests. */
+    int refreshes() const { return m_refreshes; }
+
+signals:
+    void succeeded(const QString &sentence);
+    void failed(const QString &sentence);
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    QWidget *buildTop();
+    QWidget *buildCentre();
+    void begin();
+    void refresh();
+    void refreshAll();
+    void showLights();
+    void showNumbers();
+    void retranslate();
+
+    LiveSession *m_session;
+    LightStrip *m_lights = nullptr;
+    QToolButton *m_numbers = nullptr;
+    QStackedWidget *m_centre = nullptr;
+    QLabel *m_empty = nullptr;
+    EventView *m_events = nullptr;
+    int m_ticks = 0;
+    int m_refreshes = 0;
+};

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "livesession.h"
+
+#include <host/core/hostservices.h>
+
+LiveSession::LiveSession(HostServices *services, QObject *parent)
+    : QObject(parent)
+    , m_services(services)
+    , m_live(&services->bus())
+{
+    connect(&m_live, &LiveBus::ticked, this, &LiveSession::ticked);
+    connect(&services->bus(), &BusConnection::stateChanged, this, &LiveSession::handleState);
+}
+
+void LiveSession::handleState(BusConnection::State state)
+{
+    if (state == BusConnection::State::Connected && !m_isListening) {
+        m_isListening = true;
+        m_isEmpty = false;
+        m_live.start();
+        emit started();
+    } else if (state == BusConnection::State::Disconnected && m_isListening) {
+        m_end = m_live.now();
+        m_lastNumbers = m_live.healthNumbers();
+        m_isListening = false;
+        m_live.stop();
+        emit stopped();
+    }
+}
+
+qint64 LiveSession::now()
+{
+    return m_isListening ? m_live.now() : m_end;
+}
+
+HealthNumbers LiveSession::numbers()
+{
+    return m_isListening ? m_live.healthNumbers() : m_lastNumbers;
+}
+
+QVector<HealthLight> LiveSession::judge(const HealthNumbers &numbers)
+{
+    if (!m_rules)
+        m_rules = RuleSet::load(HealthJudgement::ruleFolders());
+    return HealthJudgement::judge(numbers, *m_rules, m_language);
+}
