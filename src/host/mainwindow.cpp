@@ -334,8 +334,10 @@ void MainWindow::connectCheckup()
     connect(m_checkup, &CheckupPage::compareFileRequested, m_checkupFiles, &CheckupFiles::compareWithFile);
     connect(m_checkup, &CheckupPage::reportRequested, m_checkupFiles, &CheckupFiles::writeReport);
     connect(m_checkup, &CheckupPage::shareRequested, this, [this] {
-        ShareSetting::ask(m_session->sharePercent(), this,
-                          [this](int percent) { m_session->setSharePercent(percent); });
+        ShareSetting::ask(m_session->sharePercent(), this, [this](int percent) {
+            m_session->setSharePercent(percent);
+            m_live->questions().setSharePercent(percent);
+        });
     });
     connect(m_checkup, &CheckupPage::notesRequested, m_checkupFiles, &CheckupFiles::askForNotes);
     connect(m_checkupFiles, &CheckupFiles::failed, this, &MainWindow::showError);
@@ -376,8 +378,13 @@ void MainWindow::connectLive()
     new EventMessages(m_live, m_log, this);
     m_livePage->setFolder(&FileFolder::start);
     connect(m_livePage, &LivePage::failed, this, &MainWindow::showError);
-    connect(m_livePage, &LivePage::succeeded, this,
-            [this](const QString &sentence) { tell(MessageLog::Severity::Information, sentence); });
+    connect(m_livePage, &LivePage::told, this, [this](const QString &sentence, const QStringList &problems) {
+        tell(MessageLog::Severity::Information, sentence);
+        for (const QString &problem : problems)
+            m_log->add(MessageLog::Severity::Warning, problem);
+    });
+    connect(m_session, &CheckupSession::changed, this,
+            [this] { m_live->questions().setCheckingUp(m_session->isRunning()); });
 }
 
 void MainWindow::connectRecords()
@@ -426,6 +433,7 @@ void MainWindow::restoreSettings()
     m_patience = PatienceSettings::load(settings);
     m_patience.apply(&m_services->bus().sdoClient(), PatienceSettings());
     m_session->setSharePercent(ShareSetting::load(settings));
+    m_live->questions().setSharePercent(ShareSetting::load(settings));
 }
 
 void MainWindow::saveSettings()

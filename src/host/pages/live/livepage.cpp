@@ -5,6 +5,7 @@
 #include "lightstrip.h"
 #include "livesession.h"
 #include "numbersdialog.h"
+#include "watchview.h"
 
 #include <host/pages/pagelayout.h>
 
@@ -38,14 +39,23 @@ LivePage::LivePage(LiveSession *session, QWidget *parent)
         if (isVisible())
             refresh();
     });
-    connect(m_events, &EventView::succeeded, this, &LivePage::succeeded);
-    connect(m_events, &EventView::failed, this, &LivePage::failed);
+    connectParts();
     retranslate();
+}
+
+void LivePage::connectParts()
+{
+    connect(m_events, &EventView::succeeded, this,
+            [this](const QString &sentence) { emit told(sentence, {}); });
+    connect(m_events, &EventView::failed, this, &LivePage::failed);
+    connect(m_watch, &WatchView::told, this, &LivePage::told);
+    connect(m_watch, &WatchView::failed, this, &LivePage::failed);
 }
 
 void LivePage::setFolder(const std::function<QString()> &folder)
 {
     m_events->setFolder(folder);
+    m_watch->setFolder(folder);
 }
 
 QWidget *LivePage::buildTop()
@@ -72,9 +82,22 @@ QWidget *LivePage::buildCentre()
     m_empty->setAlignment(Qt::AlignCenter);
     m_empty->setWordWrap(true);
     m_centre->addWidget(m_empty);
-    m_events = new EventView(m_centre);
-    m_centre->addWidget(m_events);
+    m_centre->addWidget(buildParts());
     return m_centre;
+}
+
+QWidget *LivePage::buildParts()
+{
+    auto *parts = new QSplitter(m_centre);
+    parts->setObjectName(QStringLiteral("liveSplitter"));
+    parts->setChildrenCollapsible(false);
+    m_watch = new WatchView(m_session, parts);
+    m_events = new EventView(parts);
+    parts->addWidget(m_watch);
+    parts->addWidget(m_events);
+    parts->setStretchFactor(0, 2);
+    parts->setStretchFactor(1, 3);
+    return parts;
 }
 
 void LivePage::begin()
@@ -88,6 +111,7 @@ void LivePage::refresh()
 {
     ++m_refreshes;
     m_events->model().update();
+    m_watch->refresh();
     if (m_ticks++ % ticksOfLights == 0)
         showLights();
 }

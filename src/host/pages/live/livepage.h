@@ -13,6 +13,7 @@ class QLabel;
 class QSplitter;
 class QStackedWidget;
 class QToolButton;
+class WatchView;
 
 /*! The page "Live": what is heard while it is heard. Only arranges what the session knows. Follows at most ten times a
  *  second, and not while it is hidden.
@@ -32,7 +33,8 @@ public:
     int refreshes() const { return m_refreshes; }
 
 signals:
-    void succeeded(const QString &sentence);
+    /*! What came of something, and what did not go well with it. */
+    void told(const QString &sentence, const QStringList &problems);
     void failed(const QString &sentence);
 
 protected:
@@ -42,6 +44,8 @@ protected:
 private:
     QWidget *buildTop();
     QWidget *buildCentre();
+    QWidget *buildParts();
+    void connectParts();
     void begin();
     void refresh();
     void refreshAll();
@@ -55,6 +59,7 @@ private:
     QStackedWidget *m_centre = nullptr;
     QLabel *m_empty = nullptr;
     EventView *m_events = nullptr;
+    WatchView *m_watch = nullptr;
     int m_ticks = 0;
     int m_refreshes = 0;
 };

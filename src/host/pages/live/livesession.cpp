@@ -5,10 +5,14 @@
 
 LiveSession::LiveSession(HostServices *services, QObject *parent)
     : QObject(parent)
-    , m_services(services)
     , m_live(&services->bus())
+    , m_questions(services, &m_live)
+    , m_watch(&m_live, &m_questions)
 {
-    connect(&m_live, &LiveBus::ticked, this, &LiveSession::ticked);
+    connect(&m_live, &LiveBus::ticked, this, [this] {
+        m_watch.bind();
+        emit ticked();
+    });
     connect(&services->bus(), &BusConnection::stateChanged, this, &LiveSession::handleState);
 }
 

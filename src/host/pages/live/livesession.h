@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "livequestions.h"
+#include "livewatch.h"
+
 #include <checkup/ruleset.h>
 #include <host/core/livebus.h>
 #include <live/health/healthjudgement.h>
@@ -32,7 +35,8 @@ public:
     bool isEmpty() const { return m_isEmpty; }
 
     LiveBus &live() { return m_live; }
-    HostServices &services() { return *m_services; }
+    LiveQuestions &questions() { return m_questions; }
+    LiveWatch &watch() { return m_watch; }
 
     /*! On the line of all that was heard (us); stands still behind the end of the connection. */
     qint64 now();
@@ -53,8 +57,9 @@ signals:
 private:
     void handleState(BusConnection::State state);
 
-    HostServices *m_services;
     LiveBus m_live;
+    LiveQuestions m_questions;
+    LiveWatch m_watch;
     std::optional<RuleSet> m_rules;
     QString m_language = QStringLiteral("en");
     bool m_isListening = false;

@@ -258,7 +258,7 @@ void tst_LivePage::eventsAreSaved()
     QTemporaryDir folder;
     LiveHost host;
     host.page().setFolder([&folder] { return folder.path(); });
-    QSignalSpy succeeded(&host.page(), &LivePage::succeeded);
+    QSignalSpy succeeded(&host.page(), &LivePage::told);
     host.connectToBus();
     host.heartbeats(2);
     host.find<QToolButton>("saveEvents")->click();
