@@ -28,6 +28,7 @@ private slots:
     void healthyVehicle();
     void faults();
     void silentDevice();
+    void silentDeviceHasItsEarlierName();
     void notesAreNoFindings();
     void exchangeFileIsNotComplete();
     void json();
@@ -135,6 +136,25 @@ void tst_Checkup::silentDevice()
                  "good: ")),
              qPrintable(result.output));
     QCOMPARE(result.status, 4);
+}
+
+void tst_Checkup::silentDeviceHasItsEarlierName()
+{
+    const QString earlier = save(m_snapshot, QStringLiteral("earlier.dxsnap"));
+    SnapshotNode *display = m_snapshot.find(5);
+    display->end = SnapshotEnd::Silent;
+    display->entries.clear();
+    const QString now = save(m_snapshot);
+    const Result result = run({QStringLiteral("checkup"), now, QStringLiteral("--against"), earlier});
+    QVERIFY2(result.output.contains(QStringLiteral("not checked: HMI control unit/display (node 5)\n")),
+             qPrintable(result.output));
+
+    write(QStringLiteral("broken.dxsnap"), "{");
+    const Result broken = run(
+        {QStringLiteral("checkup"), now, QStringLiteral("--against"), path(QStringLiteral("broken.dxsnap"))});
+    QCOMPARE(broken.status, 5);
+    QCOMPARE(broken.output, QString());
+    QVERIFY2(broken.errors.contains(QStringLiteral("broken.dxsnap")), qPrintable(broken.errors));
 }
 
 void tst_Checkup::notesAreNoFindings()

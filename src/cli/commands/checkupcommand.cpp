@@ -18,6 +18,7 @@ struct Tr
 };
 
 constexpr QLatin1String jsonOption("json");
+constexpr QLatin1String againstOption("against");
 
 class CheckupCommand
 {
@@ -26,6 +27,8 @@ public:
 
 private:
     std::optional<ExitStatus> parse(const QStringList &arguments);
+    void addOptions();
+    std::optional<ExitStatus> loadEarlier();
     void print(const CheckupResult &result) const;
     static ExitStatus statusOf(Verdict verdict);
 
@@ -33,6 +36,7 @@ private:
         QStringLiteral("checkup"),
         Tr::tr("Judges a vehicle: what is wrong, what to do, what could not be checked.")};
     SnapshotSource m_source;
+    std::optional<Snapshot> m_earlier;
     RuleSet m_rules;
 };
 
@@ -42,7 +46,8 @@ ExitStatus CheckupCommand::run(const QStringList &arguments)
         return *status;
     if (const std::optional<ExitStatus> status = m_source.load())
         return *status;
-    const CheckupResult result = Checkup::judge(m_source.snapshot(), m_rules, Language::name(m_options));
+    const CheckupResult result = Checkup::judge(m_source.snapshot(), m_rules, Language::name(m_options),
+                                                m_earlier ? &*m_earlier : nullptr);
     print(result);
     const ExitStatus read = m_source.finish();
     const ExitStatus judged = statusOf(result.verdict);
@@ -50,23 +55,43 @@ ExitStatus CheckupCommand::run(const QStringList &arguments)
     return wasInterrupted || judged == Exit::success ? read : judged;
 }
 
-std::optional<ExitStatus> CheckupCommand::parse(const QStringList &arguments)
+void CheckupCommand::addOptions()
 {
     m_options.addPositional(
         QStringLiteral("FILE"),
         Tr::tr("A snapshot (.dxsnap) or an exchange file (.dxxml). Without it --bus is read."),
         CommandArguments::Presence::Optional);
     SnapshotSource::addOptions(m_options);
+    m_options.addOption(
+        {againstOption,
+         Tr::tr("A device that does not say who it is has the name that it has in this earlier "
+                "file (.dxsnap or .dxxml). What has changed since is for \"draxelctl diff\"."),
+         QStringLiteral("OLDER")});
     RuleOptions::add(m_options);
     m_options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
     Language::addOption(m_options);
+}
+
+std::optional<ExitStatus> CheckupCommand::parse(const QStringList &arguments)
+{
+    addOptions();
     if (const std::optional<ExitStatus> status = m_options.parse(arguments))
         return status;
     if (const std::optional<ExitStatus> status = m_source.parse(m_options, m_options.positional()))
         return status;
     if (const std::optional<ExitStatus> status = Language::loadWithHost(m_options))
         return status;
+    if (const std::optional<ExitStatus> status = loadEarlier())
+        return status;
     return RuleOptions::load(m_options, &m_rules);
+}
+
+std::optional<ExitStatus> CheckupCommand::loadEarlier()
+{
+    if (!m_options.isSet(againstOption))
+        return std::nullopt;
+    m_earlier.emplace();
+    return loadSnapshot(m_options.value(againstOption), &*m_earlier);
 }
 
 void CheckupCommand::print(const CheckupResult &result) const
