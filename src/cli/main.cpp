@@ -8,6 +8,7 @@
 #include <cli/commands/getcommand.h>
 #include <cli/commands/healthcommand.h>
 #include <cli/commands/interfacescommand.h>
+#include <cli/commands/monitorcommand.h>
 #include <cli/commands/readcommand.h>
 #include <cli/commands/reportcommand.h>
 #include <cli/commands/scancommand.h>
@@ -53,6 +54,7 @@ constexpr Command commands[] = {
      QT_TRANSLATE_NOOP("DraxelCtl", "ask every node ID, also for nodes without a heartbeat")},
     {"health", runHealthCommand, QT_TRANSLATE_NOOP("DraxelCtl", "listen to a bus and say how well it is")},
     {"events", runEventsCommand, QT_TRANSLATE_NOOP("DraxelCtl", "listen to a bus and list what happens")},
+    {"monitor", runMonitorCommand, QT_TRANSLATE_NOOP("DraxelCtl", "show how well a bus is, again and again")},
     {"watch", runWatchCommand, QT_TRANSLATE_NOOP("DraxelCtl", "show the values of objects as they come")},
     {"simulate", runSimulateCommand, QT_TRANSLATE_NOOP("DraxelCtl", "put a simulated vehicle on a bus")},
     {"interfaces", runInterfacesCommand,

@@ -60,6 +60,19 @@ public:
     }
     Q_DISABLE_COPY(Program)
 
+    /*! Puts the leaping clock into the environment of a program, where there is one. */
+    static void letClockLeap(QProcessEnvironment *variables)
+    {
+#ifdef LEAPING_CLOCK
+        variables->insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(LEAPING_CLOCK));
+        // AddressSanitizer wants to be the first library; this one has nothing to do with memory.
+        variables->insert(QStringLiteral("ASAN_OPTIONS"), variables->value(QStringLiteral("ASAN_OPTIONS"))
+                                                              + QStringLiteral(":verify_asan_link_order=0"));
+#else
+        Q_UNUSED(variables)
+#endif
+    }
+
     bool waitForOutput(const QString &text)
     {
         return QTest::qWaitFor(
@@ -80,7 +93,10 @@ public:
             patience);
     }
 
-    bool waitForStart() { return m_process.waitForStarted(patience); }
+    bool waitForStart()
+    {
+        return m_process.waitForStarted(patience);
+    }
 
     /*! Waits until the program has a handler of its own for a signal, as Linux tells. */
     bool waitForSignalHandler(int number)
@@ -98,8 +114,14 @@ public:
             patience);
     }
 
-    qint64 processId() const { return m_process.processId(); }
-    void signal(int number) { ::kill(static_cast<pid_t>(m_process.processId()), number); }
+    qint64 processId() const
+    {
+        return m_process.processId();
+    }
+    void signal(int number)
+    {
+        ::kill(static_cast<pid_t>(m_process.processId()), number);
+    }
 
     Result finish()
     {
@@ -115,18 +137,6 @@ public:
     }
 
 private:
-    static void letClockLeap(QProcessEnvironment *variables)
-    {
-#ifdef LEAPING_CLOCK
-        variables->insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(LEAPING_CLOCK));
-        // AddressSanitizer wants to be the first library; this one has nothing to do with memory.
-        variables->insert(QStringLiteral("ASAN_OPTIONS"), variables->value(QStringLiteral("ASAN_OPTIONS"))
-                                                              + QStringLiteral(":verify_asan_link_order=0"));
-#else
-        Q_UNUSED(variables)
-#endif
-    }
-
     QProcess m_process;
     QByteArray m_output;
     QByteArray m_errors;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "program.h"
+#include "pseudoterminal.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -13,51 +14,6 @@
 #include <unistd.h>
 
 namespace {
-
-/*! A terminal of which a program's standard output and error are the one side, and this test the other. */
-class PseudoTerminal
-{
-public:
-    PseudoTerminal()
-        : m_end(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK))
-    {
-        if (m_end < 0 || ::grantpt(m_end) != 0 || ::unlockpt(m_end) != 0)
-            qFatal("no pseudo terminal");
-    }
-    ~PseudoTerminal() { ::close(m_end); }
-    Q_DISABLE_COPY(PseudoTerminal)
-
-    QString name() const { return QString::fromLocal8Bit(::ptsname(m_end)); }
-
-    QByteArray read()
-    {
-        char buffer[4096];
-        for (ssize_t size = 0; (size = ::read(m_end, buffer, sizeof buffer)) > 0;)
-            m_text.append(buffer, static_cast<int>(size));
-        return m_text;
-    }
-
-private:
-    int m_end;
-    QByteArray m_text;
-};
-
-/*! What the program writes to a terminal. */
-QByteArray runOnTerminal(const QStringList &arguments)
-{
-    PseudoTerminal terminal;
-    // Held open, so that nothing is lost when the program ends.
-    const int other = ::open(terminal.name().toLocal8Bit().constData(), O_RDWR | O_NOCTTY);
-    QProcess process;
-    process.setStandardOutputFile(terminal.name());
-    process.setStandardErrorFile(terminal.name());
-    process.start(QStringLiteral(DRAXELCTL), arguments);
-    const bool hasEnded
-        = QTest::qWaitFor([&] { return terminal.read(), process.state() == QProcess::NotRunning; }, patience);
-    const QByteArray text = terminal.read();
-    ::close(other);
-    return hasEnded ? text : QByteArray("did not end");
-}
 
 #ifdef Q_OS_LINUX
 bool hasOpenFileIn(const QString &folder, const QString &processId)

@@ -10,6 +10,8 @@ class tst_TextColumns : public QObject
 private slots:
     void widths_data();
     void widths();
+    void cutting_data();
+    void cutting();
     void cellsStandBelowEachOther();
     void wideCharactersCountTwice();
     void lastCellOfSeveralLines();
@@ -34,6 +36,27 @@ void tst_TextColumns::widths()
     QFETCH(QString, text);
     QFETCH(int, width);
     QCOMPARE(terminalWidth(text), width);
+}
+
+void tst_TextColumns::cutting_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("columns");
+    QTest::addColumn<QString>("cut");
+    QTest::newRow("fits") << QStringLiteral("12.04 V") << 7 << QStringLiteral("12.04 V");
+    QTest::newRow("too long") << QStringLiteral("12.04 V") << 6 << QStringLiteral("12....");
+    QTest::newRow("hardly room") << QStringLiteral("12.04 V") << 2 << QStringLiteral("..");
+    QTest::newRow("no room") << QStringLiteral("12.04 V") << 0 << QString();
+    QTest::newRow("less than none") << QStringLiteral("12.04 V") << -5 << QString();
+    QTest::newRow("wide") << QStringLiteral("\u8282\u70B9\u8282\u70B9") << 6 << QStringLiteral("\u8282...");
+    QTest::newRow("combined") << QStringLiteral("a\u0308a\u0308") << 2 << QStringLiteral("a\u0308a\u0308");
+}
+
+void tst_TextColumns::cutting()
+{
+    QFETCH(QString, text);
+    QFETCH(int, columns);
+    QTEST(cutToWidth(text, columns), "cut");
 }
 
 void tst_TextColumns::cellsStandBelowEachOther()

@@ -2,6 +2,7 @@
 #include "healthcommand.h"
 
 #include "healthlisting.h"
+#include "healthrules.h"
 
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
@@ -22,16 +23,6 @@ constexpr QLatin1String jsonOption("json");
 constexpr QLatin1String allOption("all");
 constexpr std::chrono::seconds usualTime{10};
 
-RuleSet healthRules()
-{
-    RuleSet rules = RuleSet::load(HealthJudgement::ruleFolders());
-    for (const QString &problem : rules.problems())
-        Console::printError(problem);
-    if (rules.rules().isEmpty())
-        Console::printError(Tr::tr("There are no rules to judge by."));
-    return rules;
-}
-
 void print(const CommandArguments &options, const HealthNumbers &numbers, const QVector<HealthLight> &lights)
 {
     if (options.isSet(jsonOption)) {
@@ -45,7 +36,7 @@ void print(const CommandArguments &options, const HealthNumbers &numbers, const 
 
 ExitStatus listen(const CommandArguments &options, Listening *listening)
 {
-    const RuleSet rules = healthRules();
+    const RuleSet rules = HealthRules::load();
     if (const std::optional<ExitStatus> status = listening->begin())
         return *status;
     const ExitStatus waited = listening->wait();

@@ -20,11 +20,13 @@ public:
     /*! All numbers. */
     static QString numbers(const HealthNumbers &numbers);
 
-private:
-    static QVector<QStringList> busRows(const HealthNumbers &numbers);
-    static QVector<QStringList> nodeRows(const HealthNumbers &numbers);
+    /*! "-" for what is not known. */
     static QString percent(std::optional<double> load);
     static QString time(std::optional<double> milliseconds);
     static QString state(std::optional<CanOpen::NmtState> state);
+
+private:
+    static QVector<QStringList> busRows(const HealthNumbers &numbers);
+    static QVector<QStringList> nodeRows(const HealthNumbers &numbers);
     static QString controller(const HealthNumbers &numbers);
 };

@@ -59,9 +59,11 @@ std::optional<ExitStatus> Listening::begin()
     return std::nullopt;
 }
 
-ExitStatus Listening::wait()
+ExitStatus Listening::wait(const std::function<void()> &atEnd)
 {
     const bool isFinished = m_loop.run();
+    if (atEnd)
+        atEnd();
     if (!isFinished)
         return m_loop.status();
     if (m_bus.state() == BusConnection::State::Connected)

@@ -12,6 +12,7 @@
 #include <QCoreApplication>
 
 #include <chrono>
+#include <functional>
 #include <optional>
 
 /*! A bus that a command listens to for some time: the options --bus, --bitrate, --for and --eds, and the waiting. */
@@ -33,9 +34,9 @@ public:
     /*! Opens the bus and begins; an exit status after a complaint that it cannot. */
     std::optional<ExitStatus> begin();
     /*! Waits until the time is over. The exit status of what came in between: a signal, or a bus that is lost at the end;
-     *  else success.
+     *  else success. \a atEnd is called before anything is said of it.
      */
-    ExitStatus wait();
+    ExitStatus wait(const std::function<void()> &atEnd = {});
 
     /*! Ends wait() before its time. */
     void end() { m_loop.end(); }

@@ -12,6 +12,11 @@ bool Terminal::isTerminal(Stream)
     return true;
 }
 
+Terminal::Size Terminal::size()
+{
+    return {};
+}
+
 struct UnixSignals::Handlers
 {
 };

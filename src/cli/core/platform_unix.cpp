@@ -15,6 +15,7 @@
 #include <cstdio>
 
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/wait.h>
@@ -41,6 +42,17 @@ void writeToPipe(int signalNumber)
 bool Terminal::isTerminal(Stream stream)
 {
     return ::isatty(stream == Stream::Output ? STDOUT_FILENO : STDERR_FILENO) == 1;
+}
+
+Terminal::Size Terminal::size()
+{
+    struct winsize told = {};
+    Size size;
+    if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &told) != 0)
+        return size;
+    size.columns = told.ws_col > 0 ? told.ws_col : size.columns;
+    size.lines = told.ws_row > 0 ? told.ws_row : size.lines;
+    return size;
 }
 
 struct UnixSignals::Handlers

@@ -11,6 +11,15 @@ enum class Stream { Output, Errors };
 /*! Whether a stream of the program is a terminal, which takes control characters as commands. */
 bool isTerminal(Stream stream);
 
+struct Size
+{
+    int columns = 80;
+    int lines = 24;
+};
+
+/*! Of the terminal that standard output is; what it does not tell is 80 columns and 24 lines. */
+Size size();
+
 /*! \a text with everything written out that would act on a terminal instead of being seen: control characters
  *  (C0 but for line ends and tabulators, DEL, C1) and the characters that turn the direction of writing
  *  (Unicode Standard Annex 9). As "\u001b", which JSON understands.

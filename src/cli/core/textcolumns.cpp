@@ -68,6 +68,23 @@ int terminalWidth(const QString &text)
     return width;
 }
 
+QString cutToWidth(const QString &text, int columns)
+{
+    const QString mark = QStringLiteral("...").left(std::max(columns, 0));
+    if (terminalWidth(text) <= columns)
+        return text;
+    int room = columns - mark.size();
+    QVector<uint> kept;
+    const QVector<uint> characters = text.toUcs4();
+    for (const uint character : characters) {
+        room -= columnsOf(character);
+        if (room < 0)
+            break;
+        kept.append(character);
+    }
+    return QString::fromUcs4(kept.constData(), kept.size()) + mark;
+}
+
 QStringList alignedLines(const QVector<QStringList> &rows, int indent)
 {
     const QVector<int> widths = columnWidths(rows);

@@ -9,6 +9,9 @@
  */
 int terminalWidth(const QString &text);
 
+/*! \a text when it takes no more than \a columns, else its beginning and "...". Nothing for less than one column. */
+QString cutToWidth(const QString &text, int columns);
+
 /*! Rows of cells as lines, \a indent columns in, with the cells one below the other. A last cell of several
  *  lines goes on below itself. No line ends in blanks; a row without cells is an empty line.
  */
