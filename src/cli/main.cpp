@@ -4,6 +4,7 @@
 #include <cli/commands/checkupdatecommand.h>
 #include <cli/commands/command.h>
 #include <cli/commands/diffcommand.h>
+#include <cli/commands/doctorcommand.h>
 #include <cli/commands/eventscommand.h>
 #include <cli/commands/getcommand.h>
 #include <cli/commands/healthcommand.h>
@@ -57,6 +58,8 @@ constexpr Command commands[] = {
     {"monitor", runMonitorCommand, QT_TRANSLATE_NOOP("DraxelCtl", "show how well a bus is, again and again")},
     {"watch", runWatchCommand, QT_TRANSLATE_NOOP("DraxelCtl", "show the values of objects as they come")},
     {"simulate", runSimulateCommand, QT_TRANSLATE_NOOP("DraxelCtl", "put a simulated vehicle on a bus")},
+    {"doctor", runDoctorCommand,
+     QT_TRANSLATE_NOOP("DraxelCtl", "look at this computer: what it lacks for CAN")},
     {"interfaces", runInterfacesCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "list the CAN interfaces of this machine")},
 };

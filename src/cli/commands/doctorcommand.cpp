@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "doctorcommand.h"
+
+#include <cli/core/commandarguments.h>
+#include <cli/core/console.h>
+#include <cli/core/signs.h>
+#include <cli/core/terminal.h>
+#include <cli/doctor/diagnosis.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(DoctorCommand)
+};
+
+constexpr QLatin1String jsonOption("json");
+
+void print(const QVector<Diagnosed> &all)
+{
+    const Signs signs(Signs::detectStyle());
+    for (const Diagnosed &one : all) {
+        Console::printPlain(signs.of(one.state) + Terminal::visible(one.text));
+        for (const QString &command : one.commands)
+            Console::printPlain(QStringLiteral("      ") + Terminal::visible(command));
+    }
+}
+
+QByteArray jsonOf(const QVector<Diagnosed> &all)
+{
+    QJsonArray items;
+    for (const Diagnosed &one : all)
+        items.append(QJsonObject{
+            {QStringLiteral("topic"), one.topic},
+            {QStringLiteral("subject"), one.subject.isEmpty() ? QJsonValue() : QJsonValue(one.subject)},
+            {QStringLiteral("state"), Signs::word(one.state)},
+            {QStringLiteral("text"), one.text},
+            {QStringLiteral("commands"), QJsonArray::fromStringList(one.commands)}});
+    const QJsonObject json{{QStringLiteral("state"), Signs::word(Diagnosis::worst(all))},
+                           {QStringLiteral("items"), items}};
+    return QJsonDocument(json).toJson();
+}
+
+} // namespace
+
+ExitStatus runDoctorCommand(const QStringList &arguments)
+{
+    CommandArguments options(
+        QStringLiteral("doctor"),
+        Tr::tr("Looks at this computer: says what it lacks for CAN, and the command that mends it. "
+               "Changes nothing."));
+    options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
+    if (const std::optional<ExitStatus> status = options.parse(arguments))
+        return *status;
+    const QVector<Diagnosed> all = Diagnosis::of(Computer::look());
+    if (options.isSet(jsonOption))
+        Console::printJson(jsonOf(all));
+    else
+        print(all);
+    return Diagnosis::worst(all) >= ComponentState::Warning ? Exit::findings : Exit::success;
+}
