@@ -266,7 +266,7 @@ void tst_Watch::table()
     QVERIFY2(lines.size() >= 12 && lines.size() <= 18, qPrintable(readFile(file)));
     const QStringList fields = lines.at(1).split(QLatin1Char(','));
     QVERIFY(QDateTime::fromString(fields.first(), Qt::ISODateWithMs).isValid());
-QVERIFY2(readFile(file).contains(QStringLiteral(",2,6040h.1,Device actual voltage,37.")),
+    QVERIFY2(readFile(file).contains(QStringLiteral(",2,6040h.1,Device actual voltage,37.")),
              qPrintable(readFile(file)));
     QVERIFY2(readFile(file).contains(QString::fromUtf8(",2,6042h.1,Device electronic temperature,25,°C\r\n")),
              qPrintable(readFile(file)));

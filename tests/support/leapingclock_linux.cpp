@@ -203,7 +203,8 @@ REPLACES_C_LIBRARY int poll(pollfd *files, nfds_t count, int milliseconds)
     return ppoll(files, count, milliseconds >= 0 ? &patience : nullptr, nullptr);
 }
 
-REPLACES_C_LIBRARY int pthread_cond_timedwait(pthread_cond_t *condition, pthread_mutex_t *mutex, const timespec *end)
+REPLACES_C_LIBRARY int pthread_cond_timedwait(pthread_cond_t *condition, pthread_mutex_t *mutex,
+                                              const timespec *end)
 {
     static const auto wait = replaced<decltype(pthread_cond_timedwait)>("pthread_cond_timedwait");
     if (!isMainThread() || !isMonotonic(*end))
@@ -211,8 +212,8 @@ REPLACES_C_LIBRARY int pthread_cond_timedwait(pthread_cond_t *condition, pthread
     return waitReally(*end, [=](const timespec *realEnd) { return wait(condition, mutex, realEnd); });
 }
 
-REPLACES_C_LIBRARY int pthread_cond_clockwait(pthread_cond_t *condition, pthread_mutex_t *mutex, clockid_t clock,
-                                              const timespec *end)
+REPLACES_C_LIBRARY int pthread_cond_clockwait(pthread_cond_t *condition, pthread_mutex_t *mutex,
+                                              clockid_t clock, const timespec *end)
 {
     static const auto wait = replaced<decltype(pthread_cond_clockwait)>("pthread_cond_clockwait");
     if (!isMainThread() || clock != CLOCK_MONOTONIC)
