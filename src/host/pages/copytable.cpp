@@ -52,6 +52,10 @@ void CopyTable::setModel(QAbstractItemModel *newModel)
 {
     QTableView::setModel(newModel);
     connect(newModel, &QAbstractItemModel::modelReset, this, &CopyTable::fitColumns);
+    connect(newModel, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex &, int first) {
+        if (first == 0)
+            fitColumns();
+    });
     fitColumns();
 }
 
@@ -102,7 +106,7 @@ void CopyTable::fitColumns()
     const int most = std::max(viewport()->width() / 3, 40);
     int rest = viewport()->width();
     for (int column = 0; column < columns; ++column) {
-        if (column == m_wideColumn)
+        if (column == m_wideColumn || isColumnHidden(column))
             continue;
         const int width = std::min(
             std::max(sizeHintForColumn(column), horizontalHeader()->sectionSizeHint(column)) + 8, most);

@@ -17,6 +17,8 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int usualPeriod = 500; // ms
@@ -107,8 +109,12 @@ QWidget *AddValueDialog::buildAsked()
 
 void AddValueDialog::showKnown()
 {
+    std::vector<LiveValue> values = m_session->live().values().values();
+    std::sort(values.begin(), values.end(), [](const LiveValue &a, const LiveValue &b) {
+        return a.nodeId < b.nodeId || (a.nodeId == b.nodeId && a.object < b.object);
+    });
     QVector<QStringList> rows;
-    for (const LiveValue &value : m_session->live().values().values()) {
+    for (const LiveValue &value : values) {
         if (m_session->watch().find(value.nodeId, value.object) >= 0)
             continue;
         const bool isHeard = value.record.count() > 0;

@@ -10,11 +10,18 @@
 #include <QEvent>
 #include <QFileDialog>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+namespace {
+
+constexpr int leastRows = 2; // with the head
+
+} // namespace
 
 EventView::EventView(QWidget *parent)
     : QWidget(parent)
@@ -41,7 +48,7 @@ void EventView::build()
     m_table->setObjectName(QStringLiteral("eventTable"));
     m_table->setWideColumn(EventModel::TextColumn);
     m_table->setModel(&m_model);
-    m_table->setMinimumHeight(1);
+    m_table->setMinimumHeight(leastRows * m_table->verticalHeader()->defaultSectionSize());
     m_least->setObjectName(QStringLiteral("eventSeverity"));
     m_least->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     m_text->setObjectName(QStringLiteral("eventSearch"));

@@ -5,6 +5,7 @@
 #include "lightstrip.h"
 #include "livesession.h"
 #include "numbersdialog.h"
+#include "plotview.h"
 #include "watchview.h"
 
 #include <host/pages/pagelayout.h>
@@ -19,6 +20,7 @@
 namespace {
 
 constexpr int margin = 9;
+constexpr int share = 100;       // of a splitter
 constexpr int ticksOfLights = 5; // half a second: nobody reads faster
 
 } // namespace
@@ -48,6 +50,7 @@ void LivePage::connectParts()
     connect(m_events, &EventView::succeeded, this,
             [this](const QString &sentence) { emit told(sentence, {}); });
     connect(m_events, &EventView::failed, this, &LivePage::failed);
+    connect(m_events, &EventView::eventChosen, m_plot, &PlotView::showTime);
     connect(m_watch, &WatchView::told, this, &LivePage::told);
     connect(m_watch, &WatchView::failed, this, &LivePage::failed);
 }
@@ -92,11 +95,17 @@ QWidget *LivePage::buildParts()
     parts->setObjectName(QStringLiteral("liveSplitter"));
     parts->setChildrenCollapsible(false);
     m_watch = new WatchView(m_session, parts);
-    m_events = new EventView(parts);
+    auto *right = new QSplitter(Qt::Vertical, parts);
+    right->setObjectName(QStringLiteral("plotSplitter"));
+    right->setChildrenCollapsible(false);
+    m_plot = new PlotView(m_session, right);
+    m_events = new EventView(right);
+    right->addWidget(m_plot);
+    right->addWidget(m_events);
+    right->setSizes({3 * share, 2 * share});
     parts->addWidget(m_watch);
-    parts->addWidget(m_events);
-    parts->setStretchFactor(0, 2);
-    parts->setStretchFactor(1, 3);
+    parts->addWidget(right);
+    parts->setSizes({4 * share, 6 * share});
     return parts;
 }
 
@@ -112,6 +121,7 @@ void LivePage::refresh()
     ++m_refreshes;
     m_events->model().update();
     m_watch->refresh();
+    m_plot->refresh();
     if (m_ticks++ % ticksOfLights == 0)
         showLights();
 }

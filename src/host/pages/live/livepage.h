@@ -9,6 +9,7 @@
 class EventView;
 class LightStrip;
 class LiveSession;
+class PlotView;
 class QLabel;
 class QSplitter;
 class QStackedWidget;
@@ -60,6 +61,7 @@ private:
     QLabel *m_empty = nullptr;
     EventView *m_events = nullptr;
     WatchView *m_watch = nullptr;
+    PlotView *m_plot = nullptr;
     int m_ticks = 0;
     int m_refreshes = 0;
 };

@@ -57,7 +57,6 @@ void LiveQuestions::handleState()
 {
     if (m_services->bus().state() == BusConnection::State::Disconnected) {
         m_scan.reset();
-        m_scanned.clear();
         setAsking(false);
     }
     emit changed();
@@ -65,9 +64,9 @@ void LiveQuestions::handleState()
 
 QVector<quint8> LiveQuestions::knownNodes() const
 {
-    QVector<quint8> nodes = m_scanned;
+    QVector<quint8> nodes;
     for (const NodeNumbers &node : m_live->healthNumbers().nodes) {
-        if (node.frames > 0 && !nodes.contains(node.id))
+        if (node.frames > 0)
             nodes.append(node.id);
     }
     return nodes;
@@ -121,7 +120,6 @@ void LiveQuestions::handleScanEnd(const QVector<quint8> &nodeIds)
         return;
     const QVector<quint8> unasked = m_scan->unaskedNodes();
     m_scan.reset();
-    m_scanned = nodeIds;
     QStringList problems;
     if (!unasked.isEmpty())
         problems.append(tr("Could not be asked: node %1.").arg(BusWords::nodes(unasked.toList())));

@@ -29,7 +29,7 @@ public:
     /*! Why nothing can be asked now, a sentence; empty when it can. */
     QString obstacle() const;
 
-    /*! Asks all nodes that were heard, or found by a scan, what they send. */
+    /*! Asks all nodes that were heard what they send; those that a scan has found were heard by it. */
     void learn();
     bool isLearning() const { return m_learning.isRunning(); }
     void cancelLearning() { m_learning.cancel(); }
@@ -71,7 +71,6 @@ private:
     PdoLearning m_learning;
     ValueAsking m_asking;
     std::unique_ptr<CanOpen::NodeScan> m_scan;
-    QVector<quint8> m_scanned; // nodes that a scan has found
     QVector<AskedObject> m_asked;
     QHash<quint32, QString> m_silences;
     QStringList m_failures; // of the learning under way

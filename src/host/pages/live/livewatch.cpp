@@ -17,6 +17,7 @@ LiveWatch::LiveWatch(LiveBus *live, LiveQuestions *questions, QObject *parent)
 {
     QSettings settings;
     m_list = WatchList::load(&settings);
+    findNames();
     ask();
 }
 
@@ -54,6 +55,7 @@ void LiveWatch::handleChange()
 {
     QSettings settings;
     m_list.save(&settings);
+    findNames();
     ask();
     bind();
     emit changed();
@@ -102,12 +104,22 @@ const LiveValue *LiveWatch::value(int row) const
     return value.record.count() > 0 ? &value : nullptr;
 }
 
-QString LiveWatch::name(int row) const
+void LiveWatch::findNames()
 {
-    const CanOpen::ObjectKey object = items().at(row).object;
-    const QString name = ObjectWords::name(object);
-    const QString number = object.toShortString();
-    return number.startsWith(name) ? number : name;
+    QStringList plain;
+    for (const WatchedItem &item : items()) {
+        const QString name = ObjectWords::name(item.object);
+        const QString number = item.object.toShortString();
+        plain.append(number.startsWith(name) ? number : name);
+    }
+    m_names.clear();
+    for (int row = 0; row < plain.size(); ++row) {
+        const WatchedItem &item = items().at(row);
+        m_names.append(plain.count(plain.at(row)) == 1 ? plain.at(row)
+                                                       : QStringLiteral("%1 (%2:%3)")
+                                                             .arg(plain.at(row), QString::number(item.nodeId),
+                                                                  item.object.toShortString()));
+    }
 }
 
 QString LiveWatch::silence(int row) const

@@ -7,6 +7,7 @@
 #include <live/values/livevalues.h>
 
 #include <QObject>
+#include <QStringList>
 
 class LiveBus;
 class LiveQuestions;
@@ -31,8 +32,8 @@ public:
 
     /*! The value of an item; null while it was never heard. */
     const LiveValue *value(int row) const;
-    /*! Its name, heard or not. */
-    QString name(int row) const;
+    /*! Its name, heard or not; with node and object when others have the same. */
+    QString name(int row) const { return m_names.value(row); }
     /*! Why there is none, or none that is new, a sentence; empty when nothing speaks against it. */
     QString silence(int row) const;
 
@@ -46,10 +47,12 @@ signals:
 private:
     void handleChange();
     void ask();
+    void findNames();
     QVector<AskedObject> asked() const;
 
     LiveBus *m_live;
     LiveQuestions *m_questions;
     WatchList m_list;
+    QStringList m_names;
     QVector<AskedObject> m_asked;
 };

@@ -103,6 +103,9 @@ QString WatchModel::toolTip(int row) const
         lines.append(tr("It was not heard yet."));
     else if (isLate(row))
         lines.append(sinceWhen(*value));
+    if (value != nullptr)
+        lines.append(tr("Smallest %1, largest %2, mean %3")
+                         .arg(cell(row, SmallestColumn), cell(row, LargestColumn), cell(row, MeanColumn)));
     const QString silence = m_session->watch().silence(row);
     if (!silence.isEmpty())
         lines.append(silence);

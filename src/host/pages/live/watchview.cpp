@@ -25,6 +25,14 @@
 
 #include <algorithm>
 
+namespace {
+
+// In letters, from which on these columns are shown
+constexpr int roomOfMean = 70;
+constexpr int roomOfAll = 90;
+
+} // namespace
+
 WatchView::WatchView(LiveSession *session, QWidget *parent)
     : QWidget(parent)
     , m_session(session)
@@ -259,6 +267,17 @@ void WatchView::showState()
     m_sheet->setEnabled(m_session->isListening());
     m_save->setEnabled(m_model.rowCount() > 0);
     m_empty->setVisible(m_model.rowCount() == 0);
+}
+
+/*! Where there is little room the name needs it most; the tool tips have the rest. */
+void WatchView::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    const int letters = m_table->width() / std::max(1, m_table->fontMetrics().averageCharWidth());
+    for (int column = WatchModel::SmallestColumn; column < WatchModel::ColumnCount; ++column)
+        m_table->setColumnHidden(column,
+                                 letters < (column <= WatchModel::MeanColumn ? roomOfMean : roomOfAll));
+    m_table->setWideColumn(WatchModel::NameColumn);
 }
 
 void WatchView::changeEvent(QEvent *event)
