@@ -31,6 +31,7 @@ void EventModel::reset()
     m_all.clear();
     m_shown.clear();
     m_revision = 0;
+    m_prepared = 0;
     endResetModel();
     update();
 }
@@ -50,6 +51,7 @@ void EventModel::setFilter(Severity least, const QString &text)
 
 void EventModel::update()
 {
+    prepareWords();
     if (m_list == nullptr || m_list->revision() == m_revision)
         return;
     m_revision = m_list->revision();
@@ -102,6 +104,18 @@ void EventModel::append()
     beginInsertRows(QModelIndex(), first, first + static_cast<int>(added.size()) - 1);
     m_shown.insert(m_shown.end(), added.cbegin(), added.cend());
     endInsertRows();
+}
+
+/*! A few at a time, so that a search has not to make all of them at once. */
+void EventModel::prepareWords()
+{
+    constexpr quint64 atOnce = 500;
+    if (m_all.empty() || m_prepared >= m_all.back().event.number)
+        return;
+    const quint64 first = std::max(m_prepared + 1, m_all.front().event.number);
+    m_prepared = std::min(first + atOnce - 1, m_all.back().event.number);
+    for (quint64 number = first; number <= m_prepared; ++number)
+        wordsOf(rowOf(number));
 }
 
 const QString &EventModel::wordsOf(const Row &row)

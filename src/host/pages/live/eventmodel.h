@@ -58,6 +58,7 @@ private:
     void removeForgotten();
     void countAgain();
     void append();
+    void prepareWords();
     QVariant cell(const Row &row, int column) const;
     static const QString &wordsOf(const Row &row);
 
@@ -68,4 +69,5 @@ private:
     Severity m_least = Severity::Note;
     QString m_text;
     quint64 m_revision = 0;
+    quint64 m_prepared = 0; // number of the last event whose words are made
 };

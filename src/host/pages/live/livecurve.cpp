@@ -32,7 +32,7 @@ LiveCurve::LiveCurve(std::shared_ptr<const ValueHistory> history, const QPen &pe
 
 void LiveCurve::follow(qint64 from, qint64 to, int width)
 {
-    m_line = PlotLine::of(*m_history, from, to, width);
+    m_line.follow(*m_history, from, to, width);
 }
 
 void LiveCurve::setOwnRange(double lowest, double highest)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "livepage.h"
 
+#include "batteryview.h"
 #include "eventview.h"
 #include "lightstrip.h"
 #include "livesession.h"
@@ -94,7 +95,14 @@ QWidget *LivePage::buildParts()
     auto *parts = new QSplitter(m_centre);
     parts->setObjectName(QStringLiteral("liveSplitter"));
     parts->setChildrenCollapsible(false);
-    m_watch = new WatchView(m_session, parts);
+    auto *left = new QSplitter(Qt::Vertical, parts);
+    left->setObjectName(QStringLiteral("watchSplitter"));
+    left->setChildrenCollapsible(false);
+    m_watch = new WatchView(m_session, left);
+    m_battery = new BatteryView(m_session, left);
+    left->addWidget(m_watch);
+    left->addWidget(m_battery);
+    left->setSizes({3 * share, share});
     auto *right = new QSplitter(Qt::Vertical, parts);
     right->setObjectName(QStringLiteral("plotSplitter"));
     right->setChildrenCollapsible(false);
@@ -103,7 +111,7 @@ QWidget *LivePage::buildParts()
     right->addWidget(m_plot);
     right->addWidget(m_events);
     right->setSizes({3 * share, 2 * share});
-    parts->addWidget(m_watch);
+    parts->addWidget(left);
     parts->addWidget(right);
     parts->setSizes({4 * share, 6 * share});
     return parts;
@@ -121,6 +129,7 @@ void LivePage::refresh()
     ++m_refreshes;
     m_events->model().update();
     m_watch->refresh();
+    m_battery->refresh();
     m_plot->refresh();
     if (m_ticks++ % ticksOfLights == 0)
         showLights();

@@ -6,6 +6,7 @@
 
 #include <functional>
 
+class BatteryView;
 class EventView;
 class LightStrip;
 class LiveSession;
@@ -61,6 +62,7 @@ private:
     QLabel *m_empty = nullptr;
     EventView *m_events = nullptr;
     WatchView *m_watch = nullptr;
+    BatteryView *m_battery = nullptr;
     PlotView *m_plot = nullptr;
     int m_ticks = 0;
     int m_refreshes = 0;

@@ -26,79 +26,108 @@ std::size_t positionOf(const ValueHistory &history, qint64 time)
     return first;
 }
 
-/*! Makes columns of points that come in their order. */
-class Maker
-{
-public:
-    Maker(PlotLine *line, qint64 from, double pixels, qint64 gap)
-        : m_line(line)
-        , m_from(from)
-        , m_pixels(pixels)
-        , m_gap(gap)
-    {
-    }
-
-    void add(const ValueHistory::Point &point)
-    {
-        const double place = double(point.time - m_from) * m_pixels;
-        const bool isBehindGap = m_last != 0 && point.time - m_last > m_gap;
-        m_last = point.time;
-        QVector<PlotLine::Column> &columns = m_line->columns;
-        if (m_line->isDense && !columns.isEmpty() && !isBehindGap
-            && std::floor(place) == std::floor(columns.last().place)) {
-            PlotLine::Column &column = columns.last();
-            column.lowest = std::min(column.lowest, point.lowest);
-            column.highest = std::max(column.highest, point.highest);
-            column.last = point.last;
-            return;
-        }
-        columns.append({place, point.lowest, point.highest, point.last, isBehindGap});
-    }
-
-private:
-    PlotLine *m_line;
-    qint64 m_from;
-    double m_pixels; // in a us
-    qint64 m_gap;
-    qint64 m_last = 0;
-};
-
-void findRange(PlotLine *line)
-{
-    if (line->columns.isEmpty())
-        return;
-    line->lowest = line->columns.first().lowest;
-    line->highest = line->columns.first().highest;
-    for (const PlotLine::Column &column : qAsConst(line->columns)) {
-        line->lowest = std::min(line->lowest, column.lowest);
-        line->highest = std::max(line->highest, column.highest);
-    }
-}
-
 } // namespace
 
 PlotLine PlotLine::of(const ValueHistory &history, qint64 from, qint64 to, int width)
 {
     PlotLine line;
+    line.follow(history, from, to, width);
+    return line;
+}
+
+void PlotLine::follow(const ValueHistory &history, qint64 from, qint64 to, int width)
+{
+    if (canGoOn(from, to, width))
+        goOn(history, from, to);
+    else
+        begin(history, from, to, width);
+    m_from = from;
+    m_to = to;
+    m_width = width;
+    place(from, to);
+}
+
+bool PlotLine::canGoOn(qint64 from, qint64 to, int width) const
+{
+    return isDense && !columns.isEmpty() && width == m_width && to - from == m_to - m_from && from >= m_from
+           && from < m_to;
+}
+
+void PlotLine::begin(const ValueHistory &history, qint64 from, qint64 to, int width)
+{
+    *this = PlotLine();
     if (history.size() == 0 || to <= from || width <= 0)
-        return line;
+        return;
     std::size_t first = positionOf(history, from);
     const std::size_t end = std::min(positionOf(history, to) + 1, history.size());
     if (first > 0)
         --first;
     if (first >= end)
-        return line;
+        return;
     const std::size_t count = end - first;
-    line.isDense = count > 2 * static_cast<std::size_t>(width);
-    line.columns.reserve(line.isDense ? width + 2 : static_cast<int>(count));
+    isDense = count > 2 * static_cast<std::size_t>(width);
+    columns.reserve(isDense ? width + 3 : static_cast<int>(count));
     const qint64 time = history.at(end - 1).time - history.at(first).time;
-    const qint64 gap = std::max(leastGap, usualDistances * time
-                                              / static_cast<qint64>(std::max<std::size_t>(1, count - 1)));
-    Maker maker(&line, from, double(width) / double(to - from), gap);
+    m_gap = std::max(leastGap,
+                     usualDistances * time / static_cast<qint64>(std::max<std::size_t>(1, count - 1)));
+    m_bucket = double(to - from) / double(width);
+    add(history, first, end);
+}
+
+/*! The newest bucket again, because more may have come to it, and those behind it. */
+void PlotLine::goOn(const ValueHistory &history, qint64 from, qint64 to)
+{
+    const qint64 newest = columns.last().bucket;
+    while (!columns.isEmpty() && columns.last().bucket == newest)
+        columns.removeLast();
+    const auto firstSeen = static_cast<qint64>(std::floor(double(from) / m_bucket));
+    auto seen = std::find_if(columns.begin(), columns.end(),
+                             [firstSeen](const Column &column) { return column.bucket >= firstSeen; });
+    if (seen != columns.begin())
+        --seen; // one more, so that the line goes on
+    columns.erase(columns.begin(), seen);
+    const std::size_t first = positionOf(history, static_cast<qint64>(std::ceil(double(newest) * m_bucket)));
+    m_last = first > 0 ? history.at(first - 1).time : noTime;
+    add(history, first, std::min(positionOf(history, to) + 1, history.size()));
+}
+
+void PlotLine::add(const ValueHistory &history, std::size_t first, std::size_t end)
+{
     for (std::size_t i = first; i < end; ++i)
-        maker.add(history.at(i));
-    findRange(&line);
-    return line;
+        addPoint(history.at(i));
+}
+
+void PlotLine::addPoint(const ValueHistory::Point &point)
+{
+    const auto bucket = static_cast<qint64>(std::floor(double(point.time) / m_bucket));
+    const bool isBehindGap = m_last != noTime && point.time - m_last > m_gap;
+    m_last = point.time;
+    if (isDense && !columns.isEmpty() && !isBehindGap && bucket == columns.last().bucket) {
+        Column &column = columns.last();
+        column.lowest = std::min(column.lowest, point.lowest);
+        column.highest = std::max(column.highest, point.highest);
+        column.last = point.last;
+        return;
+    }
+    columns.append({double(point.time), point.lowest, point.highest, point.last, bucket, isBehindGap});
+}
+
+/*! Times become pixels, and the range is found. */
+void PlotLine::place(qint64 from, qint64 to)
+{
+    lowest = 0;
+    highest = 0;
+    if (columns.isEmpty())
+        return;
+    const double pixels = double(m_width) / double(to - from);
+    lowest = columns.first().lowest;
+    highest = columns.first().highest;
+    for (Column &column : columns) {
+        const double time = isDense ? double(column.bucket) * m_bucket : column.time;
+        column.place = (time - double(from)) * pixels;
+        lowest = std::min(lowest, column.lowest);
+        highest = std::max(highest, column.highest);
+    }
 }
 
 std::optional<float> PlotLine::valueAt(const ValueHistory &history, qint64 time)

@@ -24,6 +24,8 @@ private slots:
     void slowValuesHaveNoGaps();
     void valueAt();
     void historyThatHasGoneRound();
+    void followingIsAsGoodAsAnew_data();
+    void followingIsAsGoodAsAnew();
 };
 
 void tst_PlotLine::nothing()
@@ -148,6 +150,62 @@ void tst_PlotLine::historyThatHasGoneRound()
     const PlotLine line = PlotLine::of(history, 4000 * second, 4001 * second, 100);
     QCOMPARE(line.columns.size(), 12);
     QCOMPARE(line.columns.at(1).last, 40000.0F);
+}
+
+void tst_PlotLine::followingIsAsGoodAsAnew_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("step"); // tenths of a second
+    QTest::newRow("usual") << 100 << 1;
+    QTest::newRow("narrow") << 7 << 3;
+    QTest::newRow("steps of several columns") << 100 << 70;
+    QTest::newRow("leaps over everything") << 100 << 5000;
+}
+
+void tst_PlotLine::followingIsAsGoodAsAnew()
+{
+    QFETCH(int, width);
+    QFETCH(int, step);
+    constexpr qint64 span = 300 * second;
+    ValueHistory history;
+    PlotLine followed;
+    int value = 0;
+    const auto add = [&history, &value](qint64 time) {
+        if (time % (40 * second) < 28 * second) // with gaps
+            history.add(time, value = (value * 31 + 17) % 101);
+    };
+    for (int i = 1; i < 60000; ++i) {
+        add(i * second / 10);
+        if (i < 4000 || i % step != 0)
+            continue;
+        const qint64 to = i * second / 10 + second / 20;
+        followed.follow(history, to - span, to, width);
+        add(to - second / 100); // the newest point grows behind its back
+        followed.follow(history, to - span, to, width);
+        if (i % (7 * step) != 0)
+            continue;
+        const PlotLine anew = PlotLine::of(history, to - span, to, width);
+        QVERIFY(anew.isDense);
+        // All but the left edge, of which those that went on know more.
+        const qint64 edge = (to - span) * width / span;
+        int compared = 0;
+        for (int k = 1; k <= anew.columns.size(); ++k) {
+            const PlotLine::Column &other = anew.columns.at(anew.columns.size() - k);
+            if (other.bucket <= edge)
+                break;
+            const PlotLine::Column &one = followed.columns.at(followed.columns.size() - k);
+            ++compared;
+            QCOMPARE(one.bucket, other.bucket);
+            QCOMPARE(one.lowest, other.lowest);
+            QCOMPARE(one.highest, other.highest);
+            QCOMPARE(one.last, other.last);
+            QCOMPARE(one.place, other.place);
+            QCOMPARE(one.isBehindGap, other.isBehindGap);
+        }
+        QCOMPARE(followed.columns.first().place < 0, anew.columns.first().place < 0);
+        QVERIFY(compared >= width / 2);
+        QVERIFY(followed.columns.size() <= 3 * width);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_PlotLine)

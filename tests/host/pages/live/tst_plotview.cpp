@@ -12,6 +12,7 @@
 #include <QToolButton>
 #include <QWheelEvent>
 
+#include <qwt_plot_item.h>
 #include <qwt_scale_div.h>
 
 namespace {
@@ -140,6 +141,10 @@ void tst_PlotView::anAxisForEachUnit()
     QTest::qWait(200);
     QVERIFY(plotted.plot().axisEnabled(QwtPlot::yRight));
     QCOMPARE(plotted.plot().axisTitle(QwtPlot::yRight).text(), QStringLiteral("A"));
+    int onTheRight = 0;
+    for (const QwtPlotItem *item : plotted.plot().itemList())
+        onTheRight += item->yAxis() == QwtPlot::yRight ? 1 : 0;
+    QCOMPARE(onTheRight, 1);
     QVERIFY(plotted.plot().axisScaleDiv(QwtPlot::yLeft).contains(36.0));
     QVERIFY(plotted.plot().axisScaleDiv(QwtPlot::yRight).contains(5.0));
     QVERIFY(!plotted.plot().axisScaleDiv(QwtPlot::yLeft).contains(25.0));

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include <host/pages/live/eventmodel.h>
+#include <host/pages/live/liveplot.h>
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+
+#include <cmath>
+
+namespace {
+
+constexpr qint64 tenth = 100'000; // us
+constexpr int curveCount = 20;
+constexpr qint64 hour = 36000 * tenth;
+
+/*! An hour at ten values a second, which never stands still. */
+std::shared_ptr<ValueHistory> historyOf(int number)
+{
+    auto history = std::make_shared<ValueHistory>();
+    for (int i = 0; i < 36000; ++i)
+        history->add(i * tenth, std::sin(i / (50.0 + number)) * 10 + i * 7919 % 101 / 50.0 + number);
+    return history;
+}
+
+/*! 20 curves of an hour, drawn anew as once in a tenth of a second. */
+void redraw(benchmark::State &state)
+{
+    LivePlot plot;
+    plot.resize(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
+    QVector<LivePlot::Curve> curves;
+    for (int i = 0; i < curveCount; ++i)
+        curves.append({historyOf(i), i % 2 == 0 ? QStringLiteral("A") : QStringLiteral("V"),
+                       QPen(QColor::fromHsv(i * 17, 200, 200), 1.6)});
+    plot.setCurves(curves);
+    plot.show();
+    QCoreApplication::processEvents();
+    qint64 to = hour;
+    for (auto _ : state) {
+        to += tenth;
+        plot.showTime(to - hour, to); // while nothing is held
+        QCoreApplication::processEvents();
+    }
+}
+BENCHMARK(redraw)
+    ->Args({600, 150})
+    ->Args({1800, 800})
+    ->Unit(benchmark::kMillisecond)
+    ->Name("plotHourOf20Curves");
+
+/*! The longest list of events, searched anew. */
+void searchEvents(benchmark::State &state)
+{
+    EventList list;
+    for (std::size_t i = 0; i < EventList::mostEvents; ++i) {
+        LiveEvent event;
+        event.kind = EventKind::Emergency;
+        event.code = static_cast<quint32>(i % 0xFFFF);
+        event.errorRegister = 9;
+        event.manufacturer = {1, 2, 3, 4, 5};
+        event.nodeId = static_cast<quint8>(1 + i % 127);
+        event.time = static_cast<qint64>(i) * tenth;
+        list.add(event);
+    }
+    EventModel model;
+    model.setSource(&list, [](qint64) { return QDateTime(); });
+    for (auto _ : state) {
+        if (state.range(0) == 0) {
+            state.PauseTiming();
+            model.reset(); // no words yet
+            state.ResumeTiming();
+        }
+        model.setFilter(Severity::Note, QStringLiteral("temperature"));
+        benchmark::DoNotOptimize(model.rowCount());
+        model.setFilter(Severity::Note, QString());
+    }
+}
+BENCHMARK(searchEvents)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Name("search20000Events");
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
