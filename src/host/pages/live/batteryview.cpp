@@ -4,6 +4,8 @@
 #include "livesession.h"
 #include "watchmodel.h"
 
+#include <host/pages/plaintooltip.h>
+
 #include <QComboBox>
 #include <QEvent>
 #include <QLabel>
@@ -34,7 +36,6 @@ QLabel *makeLabel(QWidget *parent, const char *name)
     label->setObjectName(QLatin1String(name));
     label->setTextFormat(Qt::PlainText);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    label->setWordWrap(true);
     label->setMinimumWidth(1);
     return label;
 }
@@ -71,8 +72,7 @@ void BatteryView::refresh()
     const BatteryPack &pack = packs.at(qBound(0, m_choice->currentIndex(), packs.size() - 1));
     m_bars->setPack(pack);
     m_text->setText(cellText(pack));
-    m_others->setText(otherText(pack));
-    m_others->setVisible(!m_others->text().isEmpty());
+    showOthers(pack);
 }
 
 void BatteryView::showPacks(const QVector<BatteryPack> &packs)
@@ -86,24 +86,29 @@ void BatteryView::showPacks(const QVector<BatteryPack> &packs)
                               .arg(QString::number(pack.nodeId), CanOpen::indexText(pack.object)));
 }
 
-QString BatteryView::cellText(const BatteryPack &pack) const
+QString BatteryView::cellText(const BatteryPack &pack)
 {
     const BatteryPack::Cell &lowest = pack.cells.at(pack.lowest());
     const BatteryPack::Cell &highest = pack.cells.at(pack.highest());
-    return tr("%1 cells of node %2: lowest %3 (cell %4), highest %5 (cell %6), spread %7")
-        .arg(QString::number(pack.cells.size()), QString::number(pack.nodeId), numberOf(pack, lowest.value),
-             QString::number(lowest.number), numberOf(pack, highest.value), QString::number(highest.number),
-             numberOf(pack, pack.spread()));
+    return tr("Cells: %1 (cell %2) to %3 (cell %4), spread %5")
+        .arg(numberOf(pack, lowest.value), QString::number(lowest.number), numberOf(pack, highest.value),
+             QString::number(highest.number), numberOf(pack, pack.spread()));
 }
 
-QString BatteryView::otherText(const BatteryPack &pack) const
+/*! The numbers in one line; their names are in the tool tip. */
+void BatteryView::showOthers(const BatteryPack &pack)
 {
-    QStringList parts;
+    QStringList numbers;
+    QStringList names;
     const QVector<LiveValue> others = BatteryPack::others(m_session->live().values(), pack.nodeId);
-    for (const LiveValue &value : others)
-        parts.append(QStringLiteral("%1 %2 %3")
-                         .arg(value.name, WatchModel::numberText(value.record.last(), value), value.unit));
-    return parts.join(QStringLiteral(" · "));
+    for (const LiveValue &value : others) {
+        numbers.append(
+            (WatchModel::numberText(value.record.last(), value) + QLatin1Char(' ') + value.unit).trimmed());
+        names.append(value.name + QStringLiteral(": ") + numbers.last());
+    }
+    m_others->setText(numbers.join(QStringLiteral(" · ")));
+    m_others->setToolTip(plainToolTip(names.join(QLatin1Char('\n'))));
+    m_others->setVisible(!numbers.isEmpty());
 }
 
 void BatteryView::changeEvent(QEvent *event)
@@ -119,7 +124,8 @@ void CellBars::setPack(const BatteryPack &pack)
     QStringList lines;
     for (const BatteryPack::Cell &cell : pack.cells)
         lines.append(tr("Cell %1: %2").arg(QString::number(cell.number), numberOf(pack, cell.value)));
-    setToolTip(lines.join(QLatin1Char('\n')));
+    setToolTip(
+        plainToolTip(tr("Node %1").arg(pack.nodeId) + QLatin1Char('\n') + lines.join(QLatin1Char('\n'))));
     update();
 }
 

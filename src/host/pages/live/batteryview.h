@@ -29,8 +29,8 @@ protected:
 
 private:
     void showPacks(const QVector<BatteryPack> &packs);
-    QString cellText(const BatteryPack &pack) const;
-    QString otherText(const BatteryPack &pack) const;
+    static QString cellText(const BatteryPack &pack);
+    void showOthers(const BatteryPack &pack);
 
     LiveSession *m_session;
     QComboBox *m_choice;
