@@ -44,6 +44,7 @@ void redraw(benchmark::State &state)
 }
 BENCHMARK(redraw)
     ->Args({600, 150})
+    ->Args({1150, 500})
     ->Args({1800, 800})
     ->Unit(benchmark::kMillisecond)
     ->Name("plotHourOf20Curves");

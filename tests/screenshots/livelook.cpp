@@ -131,6 +131,8 @@ int main(int argc, char **argv)
     const auto ride = Simulator::readVehicleFile(QStringLiteral(VEHICLE_FOLDER "/ride.json"), &error);
     if (!library || !ride)
         qFatal("%s", qUtf8Printable(error));
+    if (QGuiApplication::platformName() == QLatin1String("offscreen"))
+        QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
     SimulatedHost host(*ride, bitRate);
     PluginSession session(&host.services());
     session.add(*library, language);
@@ -142,6 +144,10 @@ int main(int argc, char **argv)
     bus.address.plugin = QStringLiteral("simulated");
     bus.address.interfaceName = QStringLiteral("ride");
     window.chooseBus(bus);
+    if (QGuiApplication::platformName() == QLatin1String("offscreen")) { // for the user guide
+        window.findChild<QDockWidget *>()->hide();
+        window.resize(1100, 640);
+    }
     window.show();
     window.activateWindow();
     LiveLook(&window, QDir(QString::fromLocal8Bit(argv[1]))).all();

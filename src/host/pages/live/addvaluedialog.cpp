@@ -96,8 +96,9 @@ QWidget *AddValueDialog::buildAsked()
     m_period->setRange(WatchList::shortestPeriod, WatchList::longestPeriod);
     m_period->setSingleStep(periodStep);
     m_period->setValue(usualPeriod);
-    m_period->setPrefix(tr("every "));
-    m_period->setSuffix(tr(" ms"));
+    const QStringList around = tr("every %1 ms").split(QLatin1String("%1"));
+    m_period->setPrefix(around.value(0));
+    m_period->setSuffix(around.value(1));
     connect(m_object, &QLineEdit::textChanged, this, &AddValueDialog::showState);
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);

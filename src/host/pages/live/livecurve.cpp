@@ -79,14 +79,6 @@ void LiveCurve::drawPoints(QPainter *painter, const QwtScaleMap &yMap, double le
 /*! Each column from its lowest to its highest, and to the column before. */
 void LiveCurve::drawColumns(QPainter *painter, const QwtScaleMap &yMap, double left) const
 {
-    QPen pen = m_pen;
-    pen.setStyle(Qt::SolidLine);
-    pen.setWidth(1);
-    pen.setCosmetic(true);
-    painter->setPen(pen);
-    painter->setRenderHint(QPainter::Antialiasing, false);
-    QVector<QLine> lines; // in whole pixels: one of no length is a point then
-    lines.reserve(m_line.columns.size());
     for (int i = 0; i < m_line.columns.size(); ++i) {
         const PlotLine::Column &column = m_line.columns.at(i);
         if (!isDrawn(m_pen.style(), column.place))
@@ -96,7 +88,8 @@ void LiveCurve::drawColumns(QPainter *painter, const QwtScaleMap &yMap, double l
         const auto x = static_cast<int>(std::floor(left + column.place));
         const float lowest = std::min(before, column.lowest);
         const float highest = std::max(goesOn ? before : column.highest, column.highest);
-        lines.append({x, qRound(yMap.transform(double(lowest))), x, qRound(yMap.transform(double(highest)))});
+        const int top = qRound(yMap.transform(double(highest)));
+        const int bottom = qRound(yMap.transform(double(lowest)));
+        painter->fillRect(x, top, 1, bottom - top + 1, m_pen.color()); // several times as fast as a line
     }
-    painter->drawLines(lines);
 }

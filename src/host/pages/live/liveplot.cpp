@@ -21,10 +21,10 @@
 
 namespace {
 
-constexpr qint64 microseconds = 1000;         // of a millisecond
-constexpr qint64 shortestTime = 500'000;      // us that are shown at least
-constexpr qint64 longestTime = 7'200'000'000; // us
-constexpr double room = 0.08;                 // above and below, of the range of values
+constexpr qint64 microseconds = 1000;      // of a millisecond
+constexpr qint64 shortestTime = 500000;    // us that are shown at least
+constexpr qint64 longestTime = 7200000000; // us
+constexpr double room = 0.08;              // above and below, of the range of values
 constexpr double zoomFactor = 1.25;
 constexpr int leastDrag = 6; // pixels; less is a click
 constexpr int wheelStep = 120;
@@ -70,7 +70,8 @@ LivePlot::LivePlot(QWidget *parent)
 
 QSize LivePlot::minimumSizeHint() const
 {
-    return {120, 40};
+    constexpr int lines = 4;
+    return {120, lines * fontMetrics().height()};
 }
 
 void LivePlot::changeEvent(QEvent *event)

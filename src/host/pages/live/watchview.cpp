@@ -247,7 +247,7 @@ void WatchView::showState()
     const LiveQuestions &questions = m_session->questions();
     const QString obstacle = questions.obstacle();
     const bool isLearning = questions.isLearning();
-    m_learn->setText(isLearning ? tr("Stop learning") : tr("&Learn values"));
+    m_learn->setText(isLearning ? tr("Stop learning") : tr("L&earn values"));
     m_learn->setEnabled(isLearning || (obstacle.isEmpty() && !questions.isScanning()));
     m_learn->setToolTip(!obstacle.isEmpty() && !isLearning
                             ? obstacle

@@ -197,13 +197,13 @@ void tst_WatchView::learningCanBeStopped()
     Ride ride;
     ride.connectToBus();
     auto *button = ride.find<QToolButton>("learnValues");
-    QCOMPARE(button->text(), QStringLiteral("&Learn values"));
+    QCOMPARE(button->text(), QStringLiteral("L&earn values"));
     button->click();
     QVERIFY(ride.session().questions().isLearning());
     QCOMPARE(button->text(), QStringLiteral("Stop learning"));
     button->click();
     QVERIFY(!ride.session().questions().isLearning());
-    QCOMPARE(button->text(), QStringLiteral("&Learn values"));
+    QCOMPARE(button->text(), QStringLiteral("L&earn values"));
 }
 
 void tst_WatchView::learningNeedsABus()
