@@ -88,7 +88,7 @@ void AddValueDialog::buildKnown()
 QWidget *AddValueDialog::buildAsked()
 {
     auto *row = new QWidget(this);
-    auto *label = new QLabel(tr("Or &ask for (node:index:sub-index)"), row);
+    auto *label = new QLabel(tr("Or as&k for (node:index:sub-index)"), row);
     label->setBuddy(m_object);
     m_object->setObjectName(QStringLiteral("askedObject"));
     m_object->setPlaceholderText(QStringLiteral("2:6040:1"));

@@ -35,7 +35,7 @@ NumbersDialog::NumbersDialog(LiveSession *session, QWidget *parent)
     setWindowTitle(tr("All numbers of the bus"));
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     buttons->button(QDialogButtonBox::Close)->setText(tr("&Close"));
-    QPushButton *copy = buttons->addButton(tr("&Copy all"), QDialogButtonBox::ActionRole);
+    QPushButton *copy = buttons->addButton(tr("Copy &all"), QDialogButtonBox::ActionRole);
     copy->setObjectName(QStringLiteral("copyNumbers"));
     connect(copy, &QPushButton::clicked, this, [this] { QGuiApplication::clipboard()->setText(toText()); });
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

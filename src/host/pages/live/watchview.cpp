@@ -296,7 +296,7 @@ void WatchView::retranslate()
     m_more->setText(tr("More"));
     m_remove->setText(tr("&Remove"));
     m_up->setText(tr("Move &up"));
-    m_down->setText(tr("Move d&own"));
+    m_down->setText(tr("Move do&wn"));
     m_sheet->setText(tr("&Open data sheet (EDS, DCF)..."));
     m_save->setText(tr("&Save values..."));
     m_table->setAccessibleName(tr("Watch list"));
