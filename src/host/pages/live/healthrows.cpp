@@ -136,7 +136,7 @@ void HealthRows::addFrames(const HealthNumbers &numbers, QVector<QStringList> *r
 void HealthRows::addController(const HealthNumbers &numbers, QVector<QStringList> *rows)
 {
     const auto counter = [](std::optional<int> value) { return value ? QString::number(*value) : nothing(); };
-    rows->append({tr("Controller of the adapter"), controller(numbers.controller)});
+    rows->append({tr("State of the adapter"), controller(numbers.controller)});
     rows->append({tr("Transmit errors (counter)"), counter(numbers.transmitErrors)});
     rows->append({tr("Receive errors (counter)"), counter(numbers.receiveErrors)});
     rows->append({tr("Reports of lost frames"), count(numbers.overruns)});
