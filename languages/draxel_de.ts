@@ -2,6 +2,65 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
 <context>
+    <name>AddValueDialog</name>
+    <message>
+        <source>Add values to the watch list</source>
+        <translation>Werte zur Beobachtungsliste hinzufügen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>No values are known yet. Close this, and learn what the vehicle sends or open its data sheets; or name an object below.</source>
+        <translation>Noch sind keine Werte bekannt. Schließen Sie dies und lernen Sie, was das Fahrzeug sendet, oder öffnen Sie seine Datenblätter; oder nennen Sie unten ein Objekt.</translation>
+    </message>
+    <message>
+        <source>Or as&amp;k for (node:index:sub-index)</source>
+        <translation>Oder &amp;abfragen (Knoten:Index:Subindex)</translation>
+    </message>
+    <message>
+        <source>every %1 ms</source>
+        <translation>alle %1 ms</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Knoten</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>Objekt</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>Node (1 to 127), index (hexadecimal) and sub-index: 2:6040:1</source>
+        <translation>Knoten (1 bis 127), Index (hexadezimal) und Subindex: 2:6040:1</translation>
+    </message>
+    <message>
+        <source>An object that the node is asked for by SDO uploads</source>
+        <translation>Ein Objekt, das vom Knoten mit SDO-Uploads abgefragt wird</translation>
+    </message>
+</context>
+<context>
     <name>Archive</name>
     <message>
         <source>The snapshot is too large for the archive, or holds what no file can. Save it as a file.</source>
@@ -224,6 +283,17 @@
     <message>
         <source>The folder %1 could not be made.</source>
         <translation>Der Ordner %1 konnte nicht angelegt werden.</translation>
+    </message>
+</context>
+<context>
+    <name>BatteryView</name>
+    <message>
+        <source>Battery of node %1, cells %2</source>
+        <translation>Akku von Knoten %1, Zellen %2</translation>
+    </message>
+    <message>
+        <source>Cells: %1 (cell %2) to %3 (cell %4), spread %5</source>
+        <translation>Zellen: %1 (Zelle %2) bis %3 (Zelle %4), Spanne %5</translation>
     </message>
 </context>
 <context>
@@ -692,6 +762,17 @@
     <message>
         <source>The CAN interface does not send any more: %1.</source>
         <translation>Die CAN-Schnittstelle sendet nicht mehr: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>CellBars</name>
+    <message>
+        <source>Cell %1: %2</source>
+        <translation>Zelle %1: %2</translation>
+    </message>
+    <message>
+        <source>Node %1</source>
+        <translation>Knoten %1</translation>
     </message>
 </context>
 <context>
@@ -1536,6 +1617,95 @@ Jetzt: %2</translation>
     </message>
 </context>
 <context>
+    <name>EventMessages</name>
+    <message>
+        <source>%1 more events: the page Live has all of them.</source>
+        <translation>%1 weitere Ereignisse: Die Seite „Live“ hat alle.</translation>
+    </message>
+</context>
+<context>
+    <name>EventModel</name>
+    <message>
+        <source>%1 (%2 times)</source>
+        <translation>%1 (%2-mal)</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Knoten</translation>
+    </message>
+    <message>
+        <source>What happened</source>
+        <translation>Was geschah</translation>
+    </message>
+</context>
+<context>
+    <name>EventView</name>
+    <message>
+        <source>Save events</source>
+        <translation>Ereignisse speichern</translation>
+    </message>
+    <message>
+        <source>Table (*.csv)</source>
+        <translation>Tabelle (*.csv)</translation>
+    </message>
+    <message>
+        <source>JSON (*.json)</source>
+        <translation>JSON (*.json)</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>All events</source>
+        <translation>Alle Ereignisse</translation>
+    </message>
+    <message>
+        <source>Warnings and faults</source>
+        <translation>Warnungen und Fehler</translation>
+    </message>
+    <message>
+        <source>Faults</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Which events are shown</source>
+        <translation>Welche Ereignisse gezeigt werden</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Words of an event, or the number of a node</source>
+        <translation>Wörter eines Ereignisses oder die Nummer eines Knotens</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the selected events, or all that are shown</source>
+        <translation>Die gewählten Ereignisse kopieren, oder alle gezeigten</translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation>Speichern...</translation>
+    </message>
+    <message>
+        <source>Save the events that are shown as a table (CSV) or as JSON</source>
+        <translation>Die gezeigten Ereignisse als Tabelle (CSV) oder als JSON speichern</translation>
+    </message>
+    <message>
+        <source>Events</source>
+        <translation>Ereignisse</translation>
+    </message>
+</context>
+<context>
     <name>EventWords</name>
     <message>
         <source>It is heard: %1.</source>
@@ -1618,7 +1788,7 @@ Jetzt: %2</translation>
         <translation>Fehlerregister: %1.</translation>
     </message>
     <message>
-        <source>The manufacturer's bytes: %1.</source>
+        <source>The manufacturer&apos;s bytes: %1.</source>
         <translation>Bytes des Herstellers: %1.</translation>
     </message>
     <message>
@@ -1795,6 +1965,245 @@ Jetzt: %2</translation>
     </message>
 </context>
 <context>
+    <name>HealthRows</name>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message>
+        <source>%1 a second, now %2</source>
+        <translation>%1 je Sekunde, jetzt %2</translation>
+    </message>
+    <message>
+        <source>%1 a second</source>
+        <translation>%1 je Sekunde</translation>
+    </message>
+    <message>
+        <source>Starting</source>
+        <translation>Startet</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Gestoppt</translation>
+    </message>
+    <message>
+        <source>Operational</source>
+        <translation>Operational</translation>
+    </message>
+    <message>
+        <source>Pre-operational</source>
+        <translation>Pre-operational</translation>
+    </message>
+    <message>
+        <source>good</source>
+        <translation>gut</translation>
+    </message>
+    <message>
+        <source>many errors (warning limit)</source>
+        <translation>viele Fehler (Warngrenze)</translation>
+    </message>
+    <message>
+        <source>too many errors (error-passive)</source>
+        <translation>zu viele Fehler (error-passive)</translation>
+    </message>
+    <message>
+        <source>off the bus (bus-off)</source>
+        <translation>vom Bus getrennt (bus-off)</translation>
+    </message>
+    <message>
+        <source>not told by the driver</source>
+        <translation>vom Treiber nicht mitgeteilt</translation>
+    </message>
+    <message>
+        <source>NMT commands</source>
+        <translation>NMT-Befehle</translation>
+    </message>
+    <message>
+        <source>SYNC</source>
+        <translation>SYNC</translation>
+    </message>
+    <message>
+        <source>Time stamps</source>
+        <translation>Zeitstempel</translation>
+    </message>
+    <message>
+        <source>Emergencies</source>
+        <translation>Emergency-Meldungen</translation>
+    </message>
+    <message>
+        <source>Process data (PDO)</source>
+        <translation>Prozessdaten (PDO)</translation>
+    </message>
+    <message>
+        <source>Questions and answers (SDO)</source>
+        <translation>Fragen und Antworten (SDO)</translation>
+    </message>
+    <message>
+        <source>Heartbeats</source>
+        <translation>Heartbeats</translation>
+    </message>
+    <message>
+        <source>Other frames</source>
+        <translation>Andere Frames</translation>
+    </message>
+    <message>
+        <source>Error frames</source>
+        <translation>Fehler-Frames</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>Listened for</source>
+        <translation>Zugehört seit</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>Bit rate</source>
+        <translation>Bitrate</translation>
+    </message>
+    <message>
+        <source>not known</source>
+        <translation>nicht bekannt</translation>
+    </message>
+    <message>
+        <source>Load, now</source>
+        <translation>Last, jetzt</translation>
+    </message>
+    <message>
+        <source>Load, mean</source>
+        <translation>Last, im Mittel</translation>
+    </message>
+    <message>
+        <source>Load, busiest second</source>
+        <translation>Last, vollste Sekunde</translation>
+    </message>
+    <message>
+        <source>Asked by other tools</source>
+        <translation>Von anderen Werkzeugen gefragt</translation>
+    </message>
+    <message>
+        <source>node %1</source>
+        <translation>Knoten %1</translation>
+    </message>
+    <message>
+        <source>Frames</source>
+        <translation>Frames</translation>
+    </message>
+    <message>
+        <source>Frames a second</source>
+        <translation>Frames je Sekunde</translation>
+    </message>
+    <message>
+        <source>Longest row of frames without a gap</source>
+        <translation>Längste Folge von Frames ohne Lücke</translation>
+    </message>
+    <message>
+        <source>State of the adapter</source>
+        <translation>Zustand des Adapters</translation>
+    </message>
+    <message>
+        <source>Transmit errors (counter)</source>
+        <translation>Sendefehler (Zähler)</translation>
+    </message>
+    <message>
+        <source>Receive errors (counter)</source>
+        <translation>Empfangsfehler (Zähler)</translation>
+    </message>
+    <message>
+        <source>Reports of lost frames</source>
+        <translation>Meldungen verlorener Frames</translation>
+    </message>
+    <message>
+        <source>Errors on the bus</source>
+        <translation>Fehler auf dem Bus</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Knoten</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Load</source>
+        <translation>Last</translation>
+    </message>
+    <message>
+        <source>Heartbeat</source>
+        <translation>Heartbeat</translation>
+    </message>
+    <message>
+        <source>Should be</source>
+        <translation>Soll</translation>
+    </message>
+    <message>
+        <source>Jitter</source>
+        <translation>Schwankung</translation>
+    </message>
+    <message>
+        <source>Longest gap</source>
+        <translation>Längste Lücke</translation>
+    </message>
+    <message>
+        <source>Late</source>
+        <translation>Verspätet</translation>
+    </message>
+    <message>
+        <source>Missed</source>
+        <translation>Ausgeblieben</translation>
+    </message>
+    <message>
+        <source>Restarts</source>
+        <translation>Neustarts</translation>
+    </message>
+    <message>
+        <source>Last emergency</source>
+        <translation>Letzte Emergency</translation>
+    </message>
+    <message>
+        <source>SDO requests</source>
+        <translation>SDO-Anfragen</translation>
+    </message>
+    <message>
+        <source>SDO fastest</source>
+        <translation>SDO schnellste</translation>
+    </message>
+    <message>
+        <source>SDO median</source>
+        <translation>SDO Median</translation>
+    </message>
+    <message>
+        <source>SDO 95 %</source>
+        <translation>SDO 95 %</translation>
+    </message>
+    <message>
+        <source>SDO slowest</source>
+        <translation>SDO langsamste</translation>
+    </message>
+    <message>
+        <source>SDO unanswered</source>
+        <translation>SDO unbeantwortet</translation>
+    </message>
+    <message>
+        <source>SDO aborts</source>
+        <translation>SDO-Abbrüche</translation>
+    </message>
+    <message>
+        <source>silent</source>
+        <translation>stumm</translation>
+    </message>
+</context>
+<context>
     <name>HelpBoxes</name>
     <message>
         <source>About Draxel</source>
@@ -1927,6 +2336,10 @@ Jetzt: %2</translation>
         <source>&amp;Archive</source>
         <translation>&amp;Archiv</translation>
     </message>
+    <message>
+        <source>&amp;Live</source>
+        <translation>&amp;Live</translation>
+    </message>
 </context>
 <context>
     <name>JsonDocument</name>
@@ -1972,6 +2385,90 @@ Jetzt: %2</translation>
     <message>
         <source>A list, [...], is wanted.</source>
         <translation>Erwartet wird eine Liste, [...].</translation>
+    </message>
+</context>
+<context>
+    <name>LightStrip</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>Nothing was heard yet.</source>
+        <translation>Noch war nichts zu hören.</translation>
+    </message>
+    <message>
+        <source>Bus load</source>
+        <translation>Buslast</translation>
+    </message>
+    <message>
+        <source>Devices</source>
+        <translation>Geräte</translation>
+    </message>
+    <message>
+        <source>Errors</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Node %1: %2</source>
+        <translation>Knoten %1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>LiveFile</name>
+    <message>
+        <source>The file %1 cannot be written: %2</source>
+        <translation>Die Datei %1 kann nicht geschrieben werden: %2</translation>
+    </message>
+</context>
+<context>
+    <name>LivePage</name>
+    <message>
+        <source>All &amp;numbers...</source>
+        <translation>Alle Zahle&amp;n...</translation>
+    </message>
+    <message>
+        <source>Loads, frames, heartbeats and answering times of the bus and each device</source>
+        <translation>Last, Frames, Heartbeats und Antwortzeiten des Busses und jedes Geräts</translation>
+    </message>
+    <message>
+        <source>Connect a bus (Ctrl+K): what is heard on it is shown here. Listening sends nothing.</source>
+        <translation>Verbinden Sie einen Bus (Strg+K): Hier erscheint, was auf ihm zu hören ist. Zuhören sendet nichts.</translation>
+    </message>
+</context>
+<context>
+    <name>LiveQuestions</name>
+    <message>
+        <source>Connect a bus first.</source>
+        <translation>Verbinden Sie zuerst einen Bus.</translation>
+    </message>
+    <message>
+        <source>A check-up is running.</source>
+        <translation>Eine Prüfung läuft.</translation>
+    </message>
+    <message>
+        <source>The overview is reading.</source>
+        <translation>Die Übersicht liest gerade.</translation>
+    </message>
+    <message>
+        <source>No device was heard yet.</source>
+        <translation>Noch war kein Gerät zu hören.</translation>
+    </message>
+    <message>
+        <source>%1 devices were asked, %2 values are known now.</source>
+        <translation>%1 Geräte wurden gefragt, %2 Werte sind jetzt bekannt.</translation>
+    </message>
+    <message>
+        <source>Could not be asked: node %1.</source>
+        <translation>Nicht gefragt werden konnten: Knoten %1.</translation>
+    </message>
+    <message>
+        <source>No device answers.</source>
+        <translation>Kein Gerät antwortet.</translation>
+    </message>
+    <message>
+        <source>These devices answer: node %1.</source>
+        <translation>Diese Geräte antworten: Knoten %1.</translation>
     </message>
 </context>
 <context>
@@ -2094,6 +2591,10 @@ Jetzt: %2</translation>
         <source>A check-up is using the bus. Wait for its end or cancel it (Esc), then read again.</source>
         <translation>Eine Prüfung benutzt den Bus. Warten Sie das Ende ab oder brechen Sie ab (Esc), dann lesen Sie noch einmal.</translation>
     </message>
+    <message>
+        <source>Live</source>
+        <translation>Live</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -2158,6 +2659,57 @@ Jetzt: %2</translation>
     <message>
         <source>&amp;Note:</source>
         <translation>&amp;Notiz:</translation>
+    </message>
+</context>
+<context>
+    <name>NumbersDialog</name>
+    <message>
+        <source>All numbers of the bus</source>
+        <translation>Alle Zahlen des Busses</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Schließen</translation>
+    </message>
+    <message>
+        <source>Copy &amp;all</source>
+        <translation>&amp;Alles kopieren</translation>
+    </message>
+    <message>
+        <source>Bus</source>
+        <translation>Bus</translation>
+    </message>
+    <message>
+        <source>Devices</source>
+        <translation>Geräte</translation>
+    </message>
+    <message>
+        <source>Findings</source>
+        <translation>Befunde</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>Was</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Severity</source>
+        <translation>Schwere</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Knoten</translation>
+    </message>
+    <message>
+        <source>What was found</source>
+        <translation>Was gefunden wurde</translation>
+    </message>
+    <message>
+        <source>What to do</source>
+        <translation>Was zu tun ist</translation>
     </message>
 </context>
 <context>
@@ -2240,6 +2792,37 @@ Jetzt: %2</translation>
     <message>
         <source>&amp;Defaults</source>
         <translation>&amp;Standardwerte</translation>
+    </message>
+</context>
+<context>
+    <name>PlotView</name>
+    <message>
+        <source>1 min</source>
+        <translation>1 min</translation>
+    </message>
+    <message>
+        <source>5 min</source>
+        <translation>5 min</translation>
+    </message>
+    <message>
+        <source>1 h</source>
+        <translation>1 h</translation>
+    </message>
+    <message>
+        <source>How much of the time is shown</source>
+        <translation>Wie viel von der Zeit gezeigt wird</translation>
+    </message>
+    <message>
+        <source>&amp;Pause</source>
+        <translation>Pa&amp;use</translation>
+    </message>
+    <message>
+        <source>Holds the plot; the values are still collected. Drag to see a part, turn the wheel to see more or less, double-click to follow again.</source>
+        <translation>Hält das Diagramm an; die Werte werden weiter gesammelt. Ziehen zeigt einen Teil, das Rad mehr oder weniger, ein Doppelklick folgt wieder.</translation>
+    </message>
+    <message>
+        <source>Tick values in the watch list: they are plotted here.</source>
+        <translation>Haken Sie Werte in der Beobachtungsliste an: Sie werden hier gezeichnet.</translation>
     </message>
 </context>
 <context>
@@ -3521,6 +4104,13 @@ Jetzt: %2</translation>
     </message>
 </context>
 <context>
+    <name>ValueAsking</name>
+    <message>
+        <source>Its value is no number.</source>
+        <translation>Sein Wert ist keine Zahl.</translation>
+    </message>
+</context>
+<context>
     <name>VehicleFiles</name>
     <message>
         <source>Vehicle data (*.dxxml)</source>
@@ -3679,6 +4269,168 @@ Jetzt: %2</translation>
     <message>
         <source>The folder %1 could not be made.</source>
         <translation>Der Ordner %1 konnte nicht angelegt werden.</translation>
+    </message>
+</context>
+<context>
+    <name>WatchModel</name>
+    <message>
+        <source>It has not come since %1.</source>
+        <translation>Er ist seit %1 nicht gekommen.</translation>
+    </message>
+    <message>
+        <source>%1, node %2, object %3</source>
+        <translation>%1, Knoten %2, Objekt %3</translation>
+    </message>
+    <message>
+        <source>It is asked for every %1 ms.</source>
+        <translation>Er wird alle %1 ms abgefragt.</translation>
+    </message>
+    <message>
+        <source>It is listened to.</source>
+        <translation>Auf ihn wird gehört.</translation>
+    </message>
+    <message>
+        <source>It was not heard yet.</source>
+        <translation>Er war noch nicht zu hören.</translation>
+    </message>
+    <message>
+        <source>Smallest %1, largest %2, mean %3</source>
+        <translation>Kleinster %1, größter %2, Mittel %3</translation>
+    </message>
+    <message>
+        <source>Watch list</source>
+        <translation>Beobachtungsliste</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>Smallest</source>
+        <translation>Kleinster</translation>
+    </message>
+    <message>
+        <source>Largest</source>
+        <translation>Größter</translation>
+    </message>
+    <message>
+        <source>Mean</source>
+        <translation>Mittel</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Knoten</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>Objekt</translation>
+    </message>
+</context>
+<context>
+    <name>WatchView</name>
+    <message>
+        <source>The watch list is full.</source>
+        <translation>Die Beobachtungsliste ist voll.</translation>
+    </message>
+    <message>
+        <source>Open a data sheet</source>
+        <translation>Datenblatt öffnen</translation>
+    </message>
+    <message>
+        <source>Data sheets (*.eds *.dcf *.EDS *.DCF)</source>
+        <translation>Datenblätter (*.eds *.dcf *.EDS *.DCF)</translation>
+    </message>
+    <message>
+        <source>%1 tells the values of node %2; %3 values are known now.</source>
+        <translation>%1 nennt die Werte von Knoten %2; %3 Werte sind jetzt bekannt.</translation>
+    </message>
+    <message>
+        <source>Which node is it the data sheet of?</source>
+        <translation>Von welchem Knoten ist das Datenblatt?</translation>
+    </message>
+    <message>
+        <source>Save values</source>
+        <translation>Werte speichern</translation>
+    </message>
+    <message>
+        <source>Table (*.csv)</source>
+        <translation>Tabelle (*.csv)</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>Stop learning</source>
+        <translation>Lernen beenden</translation>
+    </message>
+    <message>
+        <source>L&amp;earn values</source>
+        <translation>Werte &amp;lernen</translation>
+    </message>
+    <message>
+        <source>Asks the devices once what they send. Nothing is changed in them.</source>
+        <translation>Fragt die Geräte einmal, was sie senden. In ihnen wird nichts verändert.</translation>
+    </message>
+    <message>
+        <source>Is looking for devices ...</source>
+        <translation>Sucht nach Geräten ...</translation>
+    </message>
+    <message>
+        <source>Look for &amp;devices without a heartbeat</source>
+        <translation>Geräte ohne &amp;Heartbeat suchen</translation>
+    </message>
+    <message>
+        <source>&amp;Add...</source>
+        <translation>Hin&amp;zufügen...</translation>
+    </message>
+    <message>
+        <source>Watch values that are known, or ask for an object</source>
+        <translation>Bekannte Werte beobachten oder ein Objekt abfragen</translation>
+    </message>
+    <message>
+        <source>As&amp;k</source>
+        <translation>Ab&amp;fragen</translation>
+    </message>
+    <message>
+        <source>Asks the devices again and again for the values that they do not send</source>
+        <translation>Fragt die Geräte immer wieder nach den Werten, die sie nicht senden</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>Mehr</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Entfernen</translation>
+    </message>
+    <message>
+        <source>Move &amp;up</source>
+        <translation>Nach &amp;oben</translation>
+    </message>
+    <message>
+        <source>Move do&amp;wn</source>
+        <translation>Nach &amp;unten</translation>
+    </message>
+    <message>
+        <source>&amp;Open data sheet (EDS, DCF)...</source>
+        <translation>&amp;Datenblatt (EDS, DCF) öffnen...</translation>
+    </message>
+    <message>
+        <source>&amp;Save values...</source>
+        <translation>Werte &amp;speichern...</translation>
+    </message>
+    <message>
+        <source>Watch list</source>
+        <translation>Beobachtungsliste</translation>
+    </message>
+    <message>
+        <source>Learn what the vehicle sends, then add values.</source>
+        <translation>Lernen Sie, was das Fahrzeug sendet, und fügen Sie dann Werte hinzu.</translation>
     </message>
 </context>
 <context>

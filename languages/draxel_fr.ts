@@ -2,6 +2,65 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="fr_FR" sourcelanguage="en">
 <context>
+    <name>AddValueDialog</name>
+    <message>
+        <source>Add values to the watch list</source>
+        <translation>Ajouter des valeurs à la liste de suivi</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Ajouter</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Rechercher</translation>
+    </message>
+    <message>
+        <source>No values are known yet. Close this, and learn what the vehicle sends or open its data sheets; or name an object below.</source>
+        <translation>Aucune valeur n’est encore connue. Fermez ceci et apprenez ce que le véhicule envoie, ou ouvrez ses fiches techniques ; ou indiquez un objet ci-dessous.</translation>
+    </message>
+    <message>
+        <source>Or as&amp;k for (node:index:sub-index)</source>
+        <translation>Ou &amp;interroger (nœud:index:sous-index)</translation>
+    </message>
+    <message>
+        <source>every %1 ms</source>
+        <translation>toutes les %1 ms</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Nœud</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Nom</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>Objet</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Valeur</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Unité</translation>
+    </message>
+    <message>
+        <source>Node (1 to 127), index (hexadecimal) and sub-index: 2:6040:1</source>
+        <translation>Nœud (1 à 127), index (hexadécimal) et sous-index : 2:6040:1</translation>
+    </message>
+    <message>
+        <source>An object that the node is asked for by SDO uploads</source>
+        <translation>Un objet demandé au nœud par des lectures SDO</translation>
+    </message>
+</context>
+<context>
     <name>Archive</name>
     <message>
         <source>The snapshot is too large for the archive, or holds what no file can. Save it as a file.</source>
@@ -224,6 +283,17 @@
     <message>
         <source>The folder %1 could not be made.</source>
         <translation>Le dossier %1 n’a pas pu être créé.</translation>
+    </message>
+</context>
+<context>
+    <name>BatteryView</name>
+    <message>
+        <source>Battery of node %1, cells %2</source>
+        <translation>Batterie du nœud %1, cellules %2</translation>
+    </message>
+    <message>
+        <source>Cells: %1 (cell %2) to %3 (cell %4), spread %5</source>
+        <translation>Cellules : de %1 (cellule %2) à %3 (cellule %4), écart %5</translation>
     </message>
 </context>
 <context>
@@ -692,6 +762,17 @@
     <message>
         <source>The CAN interface does not send any more: %1.</source>
         <translation>L’interface CAN n’émet plus&#xa0;: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>CellBars</name>
+    <message>
+        <source>Cell %1: %2</source>
+        <translation>Cellule %1 : %2</translation>
+    </message>
+    <message>
+        <source>Node %1</source>
+        <translation>Nœud %1</translation>
     </message>
 </context>
 <context>
@@ -1536,10 +1617,99 @@ Maintenant&#xa0;: %2</translation>
     </message>
 </context>
 <context>
+    <name>EventMessages</name>
+    <message>
+        <source>%1 more events: the page Live has all of them.</source>
+        <translation>%1 autres événements : la page « En direct » les a tous.</translation>
+    </message>
+</context>
+<context>
+    <name>EventModel</name>
+    <message>
+        <source>%1 (%2 times)</source>
+        <translation>%1 (%2 fois)</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Heure</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Nœud</translation>
+    </message>
+    <message>
+        <source>What happened</source>
+        <translation>Ce qui s’est passé</translation>
+    </message>
+</context>
+<context>
+    <name>EventView</name>
+    <message>
+        <source>Save events</source>
+        <translation>Enregistrer les événements</translation>
+    </message>
+    <message>
+        <source>Table (*.csv)</source>
+        <translation>Tableau (*.csv)</translation>
+    </message>
+    <message>
+        <source>JSON (*.json)</source>
+        <translation>JSON (*.json)</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Enregistré : %1</translation>
+    </message>
+    <message>
+        <source>All events</source>
+        <translation>Tous les événements</translation>
+    </message>
+    <message>
+        <source>Warnings and faults</source>
+        <translation>Avertissements et défauts</translation>
+    </message>
+    <message>
+        <source>Faults</source>
+        <translation>Défauts</translation>
+    </message>
+    <message>
+        <source>Which events are shown</source>
+        <translation>Quels événements sont affichés</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Rechercher</translation>
+    </message>
+    <message>
+        <source>Words of an event, or the number of a node</source>
+        <translation>Mots d’un événement, ou numéro d’un nœud</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copier</translation>
+    </message>
+    <message>
+        <source>Copy the selected events, or all that are shown</source>
+        <translation>Copier les événements choisis, ou tous ceux qui sont affichés</translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation>Enregistrer...</translation>
+    </message>
+    <message>
+        <source>Save the events that are shown as a table (CSV) or as JSON</source>
+        <translation>Enregistrer les événements affichés sous forme de tableau (CSV) ou en JSON</translation>
+    </message>
+    <message>
+        <source>Events</source>
+        <translation>Événements</translation>
+    </message>
+</context>
+<context>
     <name>EventWords</name>
     <message>
         <source>It is heard: %1.</source>
-        <translation>Il est entendu : %1.</translation>
+        <translation>Il est entendu&#xa0;: %1.</translation>
     </message>
     <message>
         <source>It is now %1.</source>
@@ -1551,23 +1721,23 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>It is silent: its heartbeat has stopped.</source>
-        <translation>Il se tait : son heartbeat s’est arrêté.</translation>
+        <translation>Il se tait&#xa0;: son heartbeat s’est arrêté.</translation>
     </message>
     <message>
         <source>It is back: %1.</source>
-        <translation>Il est de retour : %1.</translation>
+        <translation>Il est de retour&#xa0;: %1.</translation>
     </message>
     <message>
         <source>NMT command to all nodes: %1.</source>
-        <translation>Commande NMT à tous les nœuds : %1.</translation>
+        <translation>Commande NMT à tous les nœuds&#xa0;: %1.</translation>
     </message>
     <message>
         <source>NMT command: %1.</source>
-        <translation>Commande NMT : %1.</translation>
+        <translation>Commande NMT&#xa0;: %1.</translation>
     </message>
     <message>
         <source>SDO transfers are aborted one after the other: %1.</source>
-        <translation>Les transferts SDO sont abandonnés l’un après l’autre : %1.</translation>
+        <translation>Les transferts SDO sont abandonnés l’un après l’autre&#xa0;: %1.</translation>
     </message>
     <message>
         <source>More events than can be listed one by one.</source>
@@ -1591,7 +1761,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>Frames were lost: the computer was too slow.</source>
-        <translation>Des trames ont été perdues : l’ordinateur était trop lent.</translation>
+        <translation>Des trames ont été perdues&#xa0;: l’ordinateur était trop lent.</translation>
     </message>
     <message>
         <source>The adapter is gone.</source>
@@ -1599,7 +1769,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>The adapter is gone: %1</source>
-        <translation>L’adaptateur a disparu : %1</translation>
+        <translation>L’adaptateur a disparu&#xa0;: %1</translation>
     </message>
     <message>
         <source>The adapter is back.</source>
@@ -1607,19 +1777,19 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>Emergency %1h: %2.</source>
-        <translation>Emergency %1h : %2.</translation>
+        <translation>Emergency %1h&#xa0;: %2.</translation>
     </message>
     <message>
         <source>Emergency %1h: an error is gone.</source>
-        <translation>Emergency %1h : une erreur a disparu.</translation>
+        <translation>Emergency %1h&#xa0;: une erreur a disparu.</translation>
     </message>
     <message>
         <source>Error register: %1.</source>
-        <translation>Registre d’erreurs : %1.</translation>
+        <translation>Registre d’erreurs&#xa0;: %1.</translation>
     </message>
     <message>
-        <source>The manufacturer's bytes: %1.</source>
-        <translation>Octets du fabricant : %1.</translation>
+        <source>The manufacturer&apos;s bytes: %1.</source>
+        <translation>Octets du fabricant&#xa0;: %1.</translation>
     </message>
     <message>
         <source>starting (NMT state Boot-up)</source>
@@ -1663,7 +1833,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>Node %1: %2</source>
-        <translation>Nœud %1 : %2</translation>
+        <translation>Nœud %1&#xa0;: %2</translation>
     </message>
     <message>
         <source>%1 (%2 times)</source>
@@ -1764,7 +1934,7 @@ Maintenant&#xa0;: %2</translation>
     <name>HealthJudgement</name>
     <message>
         <source>Node %1: %2</source>
-        <translation>Nœud %1 : %2</translation>
+        <translation>Nœud %1&#xa0;: %2</translation>
     </message>
     <message>
         <source>%1 And %2 more.</source>
@@ -1772,7 +1942,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>The bus is used to %1 %, at most to %2 %.</source>
-        <translation>Le bus est occupé à %1 %, au plus à %2 %.</translation>
+        <translation>Le bus est occupé à %1&#xa0;%, au plus à %2&#xa0;%.</translation>
     </message>
     <message numerus="yes">
         <source>%n devices are heard, and nothing is wrong with them.</source>
@@ -1792,6 +1962,245 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>Not everything could be judged.</source>
         <translation>Tout n’a pas pu être jugé.</translation>
+    </message>
+</context>
+<context>
+    <name>HealthRows</name>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message>
+        <source>%1 a second, now %2</source>
+        <translation>%1 par seconde, à présent %2</translation>
+    </message>
+    <message>
+        <source>%1 a second</source>
+        <translation>%1 par seconde</translation>
+    </message>
+    <message>
+        <source>Starting</source>
+        <translation>Démarre</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Arrêté</translation>
+    </message>
+    <message>
+        <source>Operational</source>
+        <translation>Opérationnel</translation>
+    </message>
+    <message>
+        <source>Pre-operational</source>
+        <translation>Pré-opérationnel</translation>
+    </message>
+    <message>
+        <source>good</source>
+        <translation>bon</translation>
+    </message>
+    <message>
+        <source>many errors (warning limit)</source>
+        <translation>beaucoup d’erreurs (limite d’avertissement)</translation>
+    </message>
+    <message>
+        <source>too many errors (error-passive)</source>
+        <translation>trop d’erreurs (error-passive)</translation>
+    </message>
+    <message>
+        <source>off the bus (bus-off)</source>
+        <translation>hors du bus (bus-off)</translation>
+    </message>
+    <message>
+        <source>not told by the driver</source>
+        <translation>non communiqué par le pilote</translation>
+    </message>
+    <message>
+        <source>NMT commands</source>
+        <translation>Commandes NMT</translation>
+    </message>
+    <message>
+        <source>SYNC</source>
+        <translation>SYNC</translation>
+    </message>
+    <message>
+        <source>Time stamps</source>
+        <translation>Horodatages</translation>
+    </message>
+    <message>
+        <source>Emergencies</source>
+        <translation>Messages Emergency</translation>
+    </message>
+    <message>
+        <source>Process data (PDO)</source>
+        <translation>Données de processus (PDO)</translation>
+    </message>
+    <message>
+        <source>Questions and answers (SDO)</source>
+        <translation>Questions et réponses (SDO)</translation>
+    </message>
+    <message>
+        <source>Heartbeats</source>
+        <translation>Heartbeats</translation>
+    </message>
+    <message>
+        <source>Other frames</source>
+        <translation>Autres trames</translation>
+    </message>
+    <message>
+        <source>Error frames</source>
+        <translation>Trames d’erreur</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>Listened for</source>
+        <translation>Écouté pendant</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>Bit rate</source>
+        <translation>Débit</translation>
+    </message>
+    <message>
+        <source>not known</source>
+        <translation>inconnu</translation>
+    </message>
+    <message>
+        <source>Load, now</source>
+        <translation>Charge, à présent</translation>
+    </message>
+    <message>
+        <source>Load, mean</source>
+        <translation>Charge, en moyenne</translation>
+    </message>
+    <message>
+        <source>Load, busiest second</source>
+        <translation>Charge, seconde la plus chargée</translation>
+    </message>
+    <message>
+        <source>Asked by other tools</source>
+        <translation>Interrogés par d’autres outils</translation>
+    </message>
+    <message>
+        <source>node %1</source>
+        <translation>nœud %1</translation>
+    </message>
+    <message>
+        <source>Frames</source>
+        <translation>Trames</translation>
+    </message>
+    <message>
+        <source>Frames a second</source>
+        <translation>Trames par seconde</translation>
+    </message>
+    <message>
+        <source>Longest row of frames without a gap</source>
+        <translation>Plus longue suite de trames sans intervalle</translation>
+    </message>
+    <message>
+        <source>State of the adapter</source>
+        <translation>État de l’adaptateur</translation>
+    </message>
+    <message>
+        <source>Transmit errors (counter)</source>
+        <translation>Erreurs d’émission (compteur)</translation>
+    </message>
+    <message>
+        <source>Receive errors (counter)</source>
+        <translation>Erreurs de réception (compteur)</translation>
+    </message>
+    <message>
+        <source>Reports of lost frames</source>
+        <translation>Signalements de trames perdues</translation>
+    </message>
+    <message>
+        <source>Errors on the bus</source>
+        <translation>Erreurs sur le bus</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Nœud</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>État</translation>
+    </message>
+    <message>
+        <source>Load</source>
+        <translation>Charge</translation>
+    </message>
+    <message>
+        <source>Heartbeat</source>
+        <translation>Heartbeat</translation>
+    </message>
+    <message>
+        <source>Should be</source>
+        <translation>Prévu</translation>
+    </message>
+    <message>
+        <source>Jitter</source>
+        <translation>Gigue</translation>
+    </message>
+    <message>
+        <source>Longest gap</source>
+        <translation>Plus long intervalle</translation>
+    </message>
+    <message>
+        <source>Late</source>
+        <translation>En retard</translation>
+    </message>
+    <message>
+        <source>Missed</source>
+        <translation>Manqués</translation>
+    </message>
+    <message>
+        <source>Restarts</source>
+        <translation>Redémarrages</translation>
+    </message>
+    <message>
+        <source>Last emergency</source>
+        <translation>Dernière Emergency</translation>
+    </message>
+    <message>
+        <source>SDO requests</source>
+        <translation>Requêtes SDO</translation>
+    </message>
+    <message>
+        <source>SDO fastest</source>
+        <translation>SDO la plus rapide</translation>
+    </message>
+    <message>
+        <source>SDO median</source>
+        <translation>SDO médiane</translation>
+    </message>
+    <message>
+        <source>SDO 95 %</source>
+        <translation>SDO 95 %</translation>
+    </message>
+    <message>
+        <source>SDO slowest</source>
+        <translation>SDO la plus lente</translation>
+    </message>
+    <message>
+        <source>SDO unanswered</source>
+        <translation>SDO sans réponse</translation>
+    </message>
+    <message>
+        <source>SDO aborts</source>
+        <translation>Abandons SDO</translation>
+    </message>
+    <message>
+        <source>silent</source>
+        <translation>muet</translation>
     </message>
 </context>
 <context>
@@ -1927,6 +2336,10 @@ Maintenant&#xa0;: %2</translation>
         <source>&amp;Archive</source>
         <translation>&amp;Archive</translation>
     </message>
+    <message>
+        <source>&amp;Live</source>
+        <translation>En &amp;direct</translation>
+    </message>
 </context>
 <context>
     <name>JsonDocument</name>
@@ -1975,18 +2388,102 @@ Maintenant&#xa0;: %2</translation>
     </message>
 </context>
 <context>
+    <name>LightStrip</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1 : %2</translation>
+    </message>
+    <message>
+        <source>Nothing was heard yet.</source>
+        <translation>Rien n’a encore été entendu.</translation>
+    </message>
+    <message>
+        <source>Bus load</source>
+        <translation>Charge du bus</translation>
+    </message>
+    <message>
+        <source>Devices</source>
+        <translation>Appareils</translation>
+    </message>
+    <message>
+        <source>Errors</source>
+        <translation>Erreurs</translation>
+    </message>
+    <message>
+        <source>Node %1: %2</source>
+        <translation>Nœud %1 : %2</translation>
+    </message>
+</context>
+<context>
+    <name>LiveFile</name>
+    <message>
+        <source>The file %1 cannot be written: %2</source>
+        <translation>Le fichier %1 ne peut pas être écrit : %2</translation>
+    </message>
+</context>
+<context>
+    <name>LivePage</name>
+    <message>
+        <source>All &amp;numbers...</source>
+        <translation>&amp;Tous les nombres...</translation>
+    </message>
+    <message>
+        <source>Loads, frames, heartbeats and answering times of the bus and each device</source>
+        <translation>Charge, trames, heartbeats et temps de réponse du bus et de chaque appareil</translation>
+    </message>
+    <message>
+        <source>Connect a bus (Ctrl+K): what is heard on it is shown here. Listening sends nothing.</source>
+        <translation>Connectez un bus (Ctrl+K) : ce qui y est entendu s’affiche ici. L’écoute n’envoie rien.</translation>
+    </message>
+</context>
+<context>
+    <name>LiveQuestions</name>
+    <message>
+        <source>Connect a bus first.</source>
+        <translation>Connectez d’abord un bus.</translation>
+    </message>
+    <message>
+        <source>A check-up is running.</source>
+        <translation>Un contrôle est en cours.</translation>
+    </message>
+    <message>
+        <source>The overview is reading.</source>
+        <translation>La vue d’ensemble est en train de lire.</translation>
+    </message>
+    <message>
+        <source>No device was heard yet.</source>
+        <translation>Aucun appareil n’a encore été entendu.</translation>
+    </message>
+    <message>
+        <source>%1 devices were asked, %2 values are known now.</source>
+        <translation>%1 appareils ont été interrogés, %2 valeurs sont maintenant connues.</translation>
+    </message>
+    <message>
+        <source>Could not be asked: node %1.</source>
+        <translation>N’ont pas pu être interrogés : nœud %1.</translation>
+    </message>
+    <message>
+        <source>No device answers.</source>
+        <translation>Aucun appareil ne répond.</translation>
+    </message>
+    <message>
+        <source>These devices answer: node %1.</source>
+        <translation>Ces appareils répondent : nœud %1.</translation>
+    </message>
+</context>
+<context>
     <name>LiveValues</name>
     <message>
         <source>Node %1, PDO %2: %3</source>
-        <translation>Nœud %1, PDO %2 : %3</translation>
+        <translation>Nœud %1, PDO %2&#xa0;: %3</translation>
     </message>
     <message>
         <source>Node %1, PDO %2: PDO %3 of node %4 has the same identifier.</source>
-        <translation>Nœud %1, PDO %2 : le PDO %3 du nœud %4 a le même identificateur.</translation>
+        <translation>Nœud %1, PDO %2&#xa0;: le PDO %3 du nœud %4 a le même identificateur.</translation>
     </message>
     <message>
         <source>Node %1, PDO %2: frames that are shorter than its mapping: %3.</source>
-        <translation>Nœud %1, PDO %2 : trames plus courtes que son mapping : %3.</translation>
+        <translation>Nœud %1, PDO %2&#xa0;: trames plus courtes que son mapping&#xa0;: %3.</translation>
     </message>
     <message>
         <source>its mapping is not known.</source>
@@ -2094,6 +2591,10 @@ Maintenant&#xa0;: %2</translation>
         <source>A check-up is using the bus. Wait for its end or cancel it (Esc), then read again.</source>
         <translation>Un contrôle utilise le bus. Attendez la fin ou annulez (Échap), puis relisez.</translation>
     </message>
+    <message>
+        <source>Live</source>
+        <translation>En direct</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -2158,6 +2659,57 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>&amp;Note:</source>
         <translation>&amp;Note&#xa0;:</translation>
+    </message>
+</context>
+<context>
+    <name>NumbersDialog</name>
+    <message>
+        <source>All numbers of the bus</source>
+        <translation>Tous les nombres du bus</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Fermer</translation>
+    </message>
+    <message>
+        <source>Copy &amp;all</source>
+        <translation>Tout &amp;copier</translation>
+    </message>
+    <message>
+        <source>Bus</source>
+        <translation>Bus</translation>
+    </message>
+    <message>
+        <source>Devices</source>
+        <translation>Appareils</translation>
+    </message>
+    <message>
+        <source>Findings</source>
+        <translation>Constats</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>Quoi</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Valeur</translation>
+    </message>
+    <message>
+        <source>Severity</source>
+        <translation>Gravité</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Nœud</translation>
+    </message>
+    <message>
+        <source>What was found</source>
+        <translation>Ce qui a été trouvé</translation>
+    </message>
+    <message>
+        <source>What to do</source>
+        <translation>Que faire</translation>
     </message>
 </context>
 <context>
@@ -2240,6 +2792,37 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>&amp;Defaults</source>
         <translation>&amp;Valeurs par défaut</translation>
+    </message>
+</context>
+<context>
+    <name>PlotView</name>
+    <message>
+        <source>1 min</source>
+        <translation>1 min</translation>
+    </message>
+    <message>
+        <source>5 min</source>
+        <translation>5 min</translation>
+    </message>
+    <message>
+        <source>1 h</source>
+        <translation>1 h</translation>
+    </message>
+    <message>
+        <source>How much of the time is shown</source>
+        <translation>Durée affichée</translation>
+    </message>
+    <message>
+        <source>&amp;Pause</source>
+        <translation>Pa&amp;use</translation>
+    </message>
+    <message>
+        <source>Holds the plot; the values are still collected. Drag to see a part, turn the wheel to see more or less, double-click to follow again.</source>
+        <translation>Fige le graphique ; les valeurs sont toujours collectées. Glissez pour voir une partie, tournez la molette pour voir plus ou moins, double-cliquez pour suivre à nouveau.</translation>
+    </message>
+    <message>
+        <source>Tick values in the watch list: they are plotted here.</source>
+        <translation>Cochez des valeurs dans la liste de suivi : elles sont tracées ici.</translation>
     </message>
 </context>
 <context>
@@ -3521,6 +4104,13 @@ Maintenant&#xa0;: %2</translation>
     </message>
 </context>
 <context>
+    <name>ValueAsking</name>
+    <message>
+        <source>Its value is no number.</source>
+        <translation>Sa valeur n’est pas un nombre.</translation>
+    </message>
+</context>
+<context>
     <name>VehicleFiles</name>
     <message>
         <source>Vehicle data (*.dxxml)</source>
@@ -3679,6 +4269,168 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>The folder %1 could not be made.</source>
         <translation>Le dossier %1 n’a pas pu être créé.</translation>
+    </message>
+</context>
+<context>
+    <name>WatchModel</name>
+    <message>
+        <source>It has not come since %1.</source>
+        <translation>Elle n’est plus venue depuis %1.</translation>
+    </message>
+    <message>
+        <source>%1, node %2, object %3</source>
+        <translation>%1, nœud %2, objet %3</translation>
+    </message>
+    <message>
+        <source>It is asked for every %1 ms.</source>
+        <translation>Elle est demandée toutes les %1 ms.</translation>
+    </message>
+    <message>
+        <source>It is listened to.</source>
+        <translation>Elle est écoutée.</translation>
+    </message>
+    <message>
+        <source>It was not heard yet.</source>
+        <translation>Elle n’a pas encore été entendue.</translation>
+    </message>
+    <message>
+        <source>Smallest %1, largest %2, mean %3</source>
+        <translation>Plus petite %1, plus grande %2, moyenne %3</translation>
+    </message>
+    <message>
+        <source>Watch list</source>
+        <translation>Liste de suivi</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Valeur</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Unité</translation>
+    </message>
+    <message>
+        <source>Smallest</source>
+        <translation>Plus petite</translation>
+    </message>
+    <message>
+        <source>Largest</source>
+        <translation>Plus grande</translation>
+    </message>
+    <message>
+        <source>Mean</source>
+        <translation>Moyenne</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Nœud</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>Objet</translation>
+    </message>
+</context>
+<context>
+    <name>WatchView</name>
+    <message>
+        <source>The watch list is full.</source>
+        <translation>La liste de suivi est pleine.</translation>
+    </message>
+    <message>
+        <source>Open a data sheet</source>
+        <translation>Ouvrir une fiche technique</translation>
+    </message>
+    <message>
+        <source>Data sheets (*.eds *.dcf *.EDS *.DCF)</source>
+        <translation>Fiches techniques (*.eds *.dcf *.EDS *.DCF)</translation>
+    </message>
+    <message>
+        <source>%1 tells the values of node %2; %3 values are known now.</source>
+        <translation>%1 indique les valeurs du nœud %2 ; %3 valeurs sont maintenant connues.</translation>
+    </message>
+    <message>
+        <source>Which node is it the data sheet of?</source>
+        <translation>De quel nœud est-ce la fiche technique ?</translation>
+    </message>
+    <message>
+        <source>Save values</source>
+        <translation>Enregistrer les valeurs</translation>
+    </message>
+    <message>
+        <source>Table (*.csv)</source>
+        <translation>Tableau (*.csv)</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Enregistré : %1</translation>
+    </message>
+    <message>
+        <source>Stop learning</source>
+        <translation>Arrêter d’apprendre</translation>
+    </message>
+    <message>
+        <source>L&amp;earn values</source>
+        <translation>Appre&amp;ndre les valeurs</translation>
+    </message>
+    <message>
+        <source>Asks the devices once what they send. Nothing is changed in them.</source>
+        <translation>Demande une fois aux appareils ce qu’ils envoient. Rien n’y est modifié.</translation>
+    </message>
+    <message>
+        <source>Is looking for devices ...</source>
+        <translation>Recherche d’appareils ...</translation>
+    </message>
+    <message>
+        <source>Look for &amp;devices without a heartbeat</source>
+        <translation>&amp;Chercher les appareils sans heartbeat</translation>
+    </message>
+    <message>
+        <source>&amp;Add...</source>
+        <translation>A&amp;jouter...</translation>
+    </message>
+    <message>
+        <source>Watch values that are known, or ask for an object</source>
+        <translation>Suivre des valeurs connues, ou demander un objet</translation>
+    </message>
+    <message>
+        <source>As&amp;k</source>
+        <translation>Interro&amp;ger</translation>
+    </message>
+    <message>
+        <source>Asks the devices again and again for the values that they do not send</source>
+        <translation>Demande régulièrement aux appareils les valeurs qu’ils n’envoient pas</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>Plus</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Retirer</translation>
+    </message>
+    <message>
+        <source>Move &amp;up</source>
+        <translation>&amp;Monter</translation>
+    </message>
+    <message>
+        <source>Move do&amp;wn</source>
+        <translation>&amp;Descendre</translation>
+    </message>
+    <message>
+        <source>&amp;Open data sheet (EDS, DCF)...</source>
+        <translation>&amp;Ouvrir une fiche technique (EDS, DCF)...</translation>
+    </message>
+    <message>
+        <source>&amp;Save values...</source>
+        <translation>&amp;Enregistrer les valeurs...</translation>
+    </message>
+    <message>
+        <source>Watch list</source>
+        <translation>Liste de suivi</translation>
+    </message>
+    <message>
+        <source>Learn what the vehicle sends, then add values.</source>
+        <translation>Apprenez ce que le véhicule envoie, puis ajoutez des valeurs.</translation>
     </message>
 </context>
 <context>

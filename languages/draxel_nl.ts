@@ -2,6 +2,65 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="nl_NL" sourcelanguage="en">
 <context>
+    <name>AddValueDialog</name>
+    <message>
+        <source>Add values to the watch list</source>
+        <translation>Waarden aan de volglijst toevoegen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuleren</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Toevoegen</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Zoeken</translation>
+    </message>
+    <message>
+        <source>No values are known yet. Close this, and learn what the vehicle sends or open its data sheets; or name an object below.</source>
+        <translation>Er zijn nog geen waarden bekend. Sluit dit en leer wat het voertuig verzendt, of open de gegevensbladen ervan; of noem hieronder een object.</translation>
+    </message>
+    <message>
+        <source>Or as&amp;k for (node:index:sub-index)</source>
+        <translation>Of o&amp;pvragen (node:index:subindex)</translation>
+    </message>
+    <message>
+        <source>every %1 ms</source>
+        <translation>om de %1 ms</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Node</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Naam</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>Object</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Waarde</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Eenheid</translation>
+    </message>
+    <message>
+        <source>Node (1 to 127), index (hexadecimal) and sub-index: 2:6040:1</source>
+        <translation>Node (1 tot 127), index (hexadecimaal) en subindex: 2:6040:1</translation>
+    </message>
+    <message>
+        <source>An object that the node is asked for by SDO uploads</source>
+        <translation>Een object dat met SDO-uploads aan de node wordt gevraagd</translation>
+    </message>
+</context>
+<context>
     <name>Archive</name>
     <message>
         <source>The snapshot is too large for the archive, or holds what no file can. Save it as a file.</source>
@@ -224,6 +283,17 @@
     <message>
         <source>The folder %1 could not be made.</source>
         <translation>De map %1 kon niet worden gemaakt.</translation>
+    </message>
+</context>
+<context>
+    <name>BatteryView</name>
+    <message>
+        <source>Battery of node %1, cells %2</source>
+        <translation>Accu van node %1, cellen %2</translation>
+    </message>
+    <message>
+        <source>Cells: %1 (cell %2) to %3 (cell %4), spread %5</source>
+        <translation>Cellen: %1 (cel %2) tot %3 (cel %4), spreiding %5</translation>
     </message>
 </context>
 <context>
@@ -692,6 +762,17 @@
     <message>
         <source>The CAN interface does not send any more: %1.</source>
         <translation>De CAN-interface verzendt niet meer: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>CellBars</name>
+    <message>
+        <source>Cell %1: %2</source>
+        <translation>Cel %1: %2</translation>
+    </message>
+    <message>
+        <source>Node %1</source>
+        <translation>Node %1</translation>
     </message>
 </context>
 <context>
@@ -1536,6 +1617,95 @@ Nu: %2</translation>
     </message>
 </context>
 <context>
+    <name>EventMessages</name>
+    <message>
+        <source>%1 more events: the page Live has all of them.</source>
+        <translation>Nog %1 gebeurtenissen: de pagina Live heeft ze allemaal.</translation>
+    </message>
+</context>
+<context>
+    <name>EventModel</name>
+    <message>
+        <source>%1 (%2 times)</source>
+        <translation>%1 (%2 keer)</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Tijd</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Node</translation>
+    </message>
+    <message>
+        <source>What happened</source>
+        <translation>Wat er gebeurde</translation>
+    </message>
+</context>
+<context>
+    <name>EventView</name>
+    <message>
+        <source>Save events</source>
+        <translation>Gebeurtenissen opslaan</translation>
+    </message>
+    <message>
+        <source>Table (*.csv)</source>
+        <translation>Tabel (*.csv)</translation>
+    </message>
+    <message>
+        <source>JSON (*.json)</source>
+        <translation>JSON (*.json)</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Opgeslagen: %1</translation>
+    </message>
+    <message>
+        <source>All events</source>
+        <translation>Alle gebeurtenissen</translation>
+    </message>
+    <message>
+        <source>Warnings and faults</source>
+        <translation>Waarschuwingen en fouten</translation>
+    </message>
+    <message>
+        <source>Faults</source>
+        <translation>Fouten</translation>
+    </message>
+    <message>
+        <source>Which events are shown</source>
+        <translation>Welke gebeurtenissen worden getoond</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Zoeken</translation>
+    </message>
+    <message>
+        <source>Words of an event, or the number of a node</source>
+        <translation>Woorden van een gebeurtenis, of het nummer van een node</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopiëren</translation>
+    </message>
+    <message>
+        <source>Copy the selected events, or all that are shown</source>
+        <translation>De gekozen gebeurtenissen kopiëren, of alle getoonde</translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation>Opslaan...</translation>
+    </message>
+    <message>
+        <source>Save the events that are shown as a table (CSV) or as JSON</source>
+        <translation>De getoonde gebeurtenissen als tabel (CSV) of als JSON opslaan</translation>
+    </message>
+    <message>
+        <source>Events</source>
+        <translation>Gebeurtenissen</translation>
+    </message>
+</context>
+<context>
     <name>EventWords</name>
     <message>
         <source>It is heard: %1.</source>
@@ -1618,7 +1788,7 @@ Nu: %2</translation>
         <translation>Foutregister: %1.</translation>
     </message>
     <message>
-        <source>The manufacturer's bytes: %1.</source>
+        <source>The manufacturer&apos;s bytes: %1.</source>
         <translation>Bytes van de fabrikant: %1.</translation>
     </message>
     <message>
@@ -1795,6 +1965,245 @@ Nu: %2</translation>
     </message>
 </context>
 <context>
+    <name>HealthRows</name>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message>
+        <source>%1 a second, now %2</source>
+        <translation>%1 per seconde, nu %2</translation>
+    </message>
+    <message>
+        <source>%1 a second</source>
+        <translation>%1 per seconde</translation>
+    </message>
+    <message>
+        <source>Starting</source>
+        <translation>Start op</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Gestopt</translation>
+    </message>
+    <message>
+        <source>Operational</source>
+        <translation>Operational</translation>
+    </message>
+    <message>
+        <source>Pre-operational</source>
+        <translation>Pre-operational</translation>
+    </message>
+    <message>
+        <source>good</source>
+        <translation>goed</translation>
+    </message>
+    <message>
+        <source>many errors (warning limit)</source>
+        <translation>veel fouten (waarschuwingsgrens)</translation>
+    </message>
+    <message>
+        <source>too many errors (error-passive)</source>
+        <translation>te veel fouten (error-passive)</translation>
+    </message>
+    <message>
+        <source>off the bus (bus-off)</source>
+        <translation>van de bus af (bus-off)</translation>
+    </message>
+    <message>
+        <source>not told by the driver</source>
+        <translation>niet meegedeeld door het stuurprogramma</translation>
+    </message>
+    <message>
+        <source>NMT commands</source>
+        <translation>NMT-opdrachten</translation>
+    </message>
+    <message>
+        <source>SYNC</source>
+        <translation>SYNC</translation>
+    </message>
+    <message>
+        <source>Time stamps</source>
+        <translation>Tijdstempels</translation>
+    </message>
+    <message>
+        <source>Emergencies</source>
+        <translation>Emergency-meldingen</translation>
+    </message>
+    <message>
+        <source>Process data (PDO)</source>
+        <translation>Procesgegevens (PDO)</translation>
+    </message>
+    <message>
+        <source>Questions and answers (SDO)</source>
+        <translation>Vragen en antwoorden (SDO)</translation>
+    </message>
+    <message>
+        <source>Heartbeats</source>
+        <translation>Heartbeats</translation>
+    </message>
+    <message>
+        <source>Other frames</source>
+        <translation>Andere frames</translation>
+    </message>
+    <message>
+        <source>Error frames</source>
+        <translation>Foutframes</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>Listened for</source>
+        <translation>Geluisterd gedurende</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>Bit rate</source>
+        <translation>Bitsnelheid</translation>
+    </message>
+    <message>
+        <source>not known</source>
+        <translation>niet bekend</translation>
+    </message>
+    <message>
+        <source>Load, now</source>
+        <translation>Belasting, nu</translation>
+    </message>
+    <message>
+        <source>Load, mean</source>
+        <translation>Belasting, gemiddeld</translation>
+    </message>
+    <message>
+        <source>Load, busiest second</source>
+        <translation>Belasting, drukste seconde</translation>
+    </message>
+    <message>
+        <source>Asked by other tools</source>
+        <translation>Door ander gereedschap gevraagd</translation>
+    </message>
+    <message>
+        <source>node %1</source>
+        <translation>node %1</translation>
+    </message>
+    <message>
+        <source>Frames</source>
+        <translation>Frames</translation>
+    </message>
+    <message>
+        <source>Frames a second</source>
+        <translation>Frames per seconde</translation>
+    </message>
+    <message>
+        <source>Longest row of frames without a gap</source>
+        <translation>Langste reeks frames zonder pauze</translation>
+    </message>
+    <message>
+        <source>State of the adapter</source>
+        <translation>Toestand van de adapter</translation>
+    </message>
+    <message>
+        <source>Transmit errors (counter)</source>
+        <translation>Zendfouten (teller)</translation>
+    </message>
+    <message>
+        <source>Receive errors (counter)</source>
+        <translation>Ontvangstfouten (teller)</translation>
+    </message>
+    <message>
+        <source>Reports of lost frames</source>
+        <translation>Meldingen van verloren frames</translation>
+    </message>
+    <message>
+        <source>Errors on the bus</source>
+        <translation>Fouten op de bus</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Node</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Toestand</translation>
+    </message>
+    <message>
+        <source>Load</source>
+        <translation>Belasting</translation>
+    </message>
+    <message>
+        <source>Heartbeat</source>
+        <translation>Heartbeat</translation>
+    </message>
+    <message>
+        <source>Should be</source>
+        <translation>Hoort te zijn</translation>
+    </message>
+    <message>
+        <source>Jitter</source>
+        <translation>Jitter</translation>
+    </message>
+    <message>
+        <source>Longest gap</source>
+        <translation>Langste pauze</translation>
+    </message>
+    <message>
+        <source>Late</source>
+        <translation>Te laat</translation>
+    </message>
+    <message>
+        <source>Missed</source>
+        <translation>Gemist</translation>
+    </message>
+    <message>
+        <source>Restarts</source>
+        <translation>Herstarts</translation>
+    </message>
+    <message>
+        <source>Last emergency</source>
+        <translation>Laatste emergency</translation>
+    </message>
+    <message>
+        <source>SDO requests</source>
+        <translation>SDO-vragen</translation>
+    </message>
+    <message>
+        <source>SDO fastest</source>
+        <translation>SDO snelste</translation>
+    </message>
+    <message>
+        <source>SDO median</source>
+        <translation>SDO mediaan</translation>
+    </message>
+    <message>
+        <source>SDO 95 %</source>
+        <translation>SDO 95 %</translation>
+    </message>
+    <message>
+        <source>SDO slowest</source>
+        <translation>SDO traagste</translation>
+    </message>
+    <message>
+        <source>SDO unanswered</source>
+        <translation>SDO onbeantwoord</translation>
+    </message>
+    <message>
+        <source>SDO aborts</source>
+        <translation>SDO-afbrekingen</translation>
+    </message>
+    <message>
+        <source>silent</source>
+        <translation>stil</translation>
+    </message>
+</context>
+<context>
     <name>HelpBoxes</name>
     <message>
         <source>About Draxel</source>
@@ -1927,6 +2336,10 @@ Nu: %2</translation>
         <source>&amp;Archive</source>
         <translation>&amp;Archief</translation>
     </message>
+    <message>
+        <source>&amp;Live</source>
+        <translation>&amp;Live</translation>
+    </message>
 </context>
 <context>
     <name>JsonDocument</name>
@@ -1972,6 +2385,90 @@ Nu: %2</translation>
     <message>
         <source>A list, [...], is wanted.</source>
         <translation>Een lijst, [...], wordt verwacht.</translation>
+    </message>
+</context>
+<context>
+    <name>LightStrip</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>Nothing was heard yet.</source>
+        <translation>Er is nog niets gehoord.</translation>
+    </message>
+    <message>
+        <source>Bus load</source>
+        <translation>Busbelasting</translation>
+    </message>
+    <message>
+        <source>Devices</source>
+        <translation>Apparaten</translation>
+    </message>
+    <message>
+        <source>Errors</source>
+        <translation>Fouten</translation>
+    </message>
+    <message>
+        <source>Node %1: %2</source>
+        <translation>Node %1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>LiveFile</name>
+    <message>
+        <source>The file %1 cannot be written: %2</source>
+        <translation>Het bestand %1 kan niet worden geschreven: %2</translation>
+    </message>
+</context>
+<context>
+    <name>LivePage</name>
+    <message>
+        <source>All &amp;numbers...</source>
+        <translation>&amp;Alle getallen...</translation>
+    </message>
+    <message>
+        <source>Loads, frames, heartbeats and answering times of the bus and each device</source>
+        <translation>Belasting, frames, heartbeats en antwoordtijden van de bus en elk apparaat</translation>
+    </message>
+    <message>
+        <source>Connect a bus (Ctrl+K): what is heard on it is shown here. Listening sends nothing.</source>
+        <translation>Verbind een bus (Ctrl+K): hier verschijnt wat erop te horen is. Luisteren verzendt niets.</translation>
+    </message>
+</context>
+<context>
+    <name>LiveQuestions</name>
+    <message>
+        <source>Connect a bus first.</source>
+        <translation>Verbind eerst een bus.</translation>
+    </message>
+    <message>
+        <source>A check-up is running.</source>
+        <translation>Er loopt een controle.</translation>
+    </message>
+    <message>
+        <source>The overview is reading.</source>
+        <translation>Het overzicht is aan het lezen.</translation>
+    </message>
+    <message>
+        <source>No device was heard yet.</source>
+        <translation>Er is nog geen apparaat gehoord.</translation>
+    </message>
+    <message>
+        <source>%1 devices were asked, %2 values are known now.</source>
+        <translation>%1 apparaten zijn gevraagd, %2 waarden zijn nu bekend.</translation>
+    </message>
+    <message>
+        <source>Could not be asked: node %1.</source>
+        <translation>Konden niet worden gevraagd: node %1.</translation>
+    </message>
+    <message>
+        <source>No device answers.</source>
+        <translation>Geen enkel apparaat antwoordt.</translation>
+    </message>
+    <message>
+        <source>These devices answer: node %1.</source>
+        <translation>Deze apparaten antwoorden: node %1.</translation>
     </message>
 </context>
 <context>
@@ -2094,6 +2591,10 @@ Nu: %2</translation>
         <source>A check-up is using the bus. Wait for its end or cancel it (Esc), then read again.</source>
         <translation>Een controle gebruikt de bus. Wacht op het einde of breek af (Esc) en lees dan opnieuw.</translation>
     </message>
+    <message>
+        <source>Live</source>
+        <translation>Live</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -2158,6 +2659,57 @@ Nu: %2</translation>
     <message>
         <source>&amp;Note:</source>
         <translation>&amp;Notitie:</translation>
+    </message>
+</context>
+<context>
+    <name>NumbersDialog</name>
+    <message>
+        <source>All numbers of the bus</source>
+        <translation>Alle getallen van de bus</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Sluiten</translation>
+    </message>
+    <message>
+        <source>Copy &amp;all</source>
+        <translation>&amp;Alles kopiëren</translation>
+    </message>
+    <message>
+        <source>Bus</source>
+        <translation>Bus</translation>
+    </message>
+    <message>
+        <source>Devices</source>
+        <translation>Apparaten</translation>
+    </message>
+    <message>
+        <source>Findings</source>
+        <translation>Bevindingen</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>Wat</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Waarde</translation>
+    </message>
+    <message>
+        <source>Severity</source>
+        <translation>Ernst</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Node</translation>
+    </message>
+    <message>
+        <source>What was found</source>
+        <translation>Wat is gevonden</translation>
+    </message>
+    <message>
+        <source>What to do</source>
+        <translation>Wat te doen</translation>
     </message>
 </context>
 <context>
@@ -2240,6 +2792,37 @@ Nu: %2</translation>
     <message>
         <source>&amp;Defaults</source>
         <translation>&amp;Standaardwaarden</translation>
+    </message>
+</context>
+<context>
+    <name>PlotView</name>
+    <message>
+        <source>1 min</source>
+        <translation>1 min</translation>
+    </message>
+    <message>
+        <source>5 min</source>
+        <translation>5 min</translation>
+    </message>
+    <message>
+        <source>1 h</source>
+        <translation>1 h</translation>
+    </message>
+    <message>
+        <source>How much of the time is shown</source>
+        <translation>Hoeveel van de tijd wordt getoond</translation>
+    </message>
+    <message>
+        <source>&amp;Pause</source>
+        <translation>&amp;Pauze</translation>
+    </message>
+    <message>
+        <source>Holds the plot; the values are still collected. Drag to see a part, turn the wheel to see more or less, double-click to follow again.</source>
+        <translation>Zet de grafiek stil; de waarden worden nog verzameld. Sleep om een deel te zien, draai het wiel om meer of minder te zien, dubbelklik om weer te volgen.</translation>
+    </message>
+    <message>
+        <source>Tick values in the watch list: they are plotted here.</source>
+        <translation>Vink waarden in de volglijst aan: ze worden hier getekend.</translation>
     </message>
 </context>
 <context>
@@ -3521,6 +4104,13 @@ Nu: %2</translation>
     </message>
 </context>
 <context>
+    <name>ValueAsking</name>
+    <message>
+        <source>Its value is no number.</source>
+        <translation>De waarde ervan is geen getal.</translation>
+    </message>
+</context>
+<context>
     <name>VehicleFiles</name>
     <message>
         <source>Vehicle data (*.dxxml)</source>
@@ -3679,6 +4269,168 @@ Nu: %2</translation>
     <message>
         <source>The folder %1 could not be made.</source>
         <translation>De map %1 kon niet worden gemaakt.</translation>
+    </message>
+</context>
+<context>
+    <name>WatchModel</name>
+    <message>
+        <source>It has not come since %1.</source>
+        <translation>Die is sinds %1 niet gekomen.</translation>
+    </message>
+    <message>
+        <source>%1, node %2, object %3</source>
+        <translation>%1, node %2, object %3</translation>
+    </message>
+    <message>
+        <source>It is asked for every %1 ms.</source>
+        <translation>Die wordt om de %1 ms opgevraagd.</translation>
+    </message>
+    <message>
+        <source>It is listened to.</source>
+        <translation>Er wordt naar geluisterd.</translation>
+    </message>
+    <message>
+        <source>It was not heard yet.</source>
+        <translation>Die is nog niet gehoord.</translation>
+    </message>
+    <message>
+        <source>Smallest %1, largest %2, mean %3</source>
+        <translation>Kleinste %1, grootste %2, gemiddelde %3</translation>
+    </message>
+    <message>
+        <source>Watch list</source>
+        <translation>Volglijst</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Waarde</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Eenheid</translation>
+    </message>
+    <message>
+        <source>Smallest</source>
+        <translation>Kleinste</translation>
+    </message>
+    <message>
+        <source>Largest</source>
+        <translation>Grootste</translation>
+    </message>
+    <message>
+        <source>Mean</source>
+        <translation>Gemiddelde</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Node</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>Object</translation>
+    </message>
+</context>
+<context>
+    <name>WatchView</name>
+    <message>
+        <source>The watch list is full.</source>
+        <translation>De volglijst is vol.</translation>
+    </message>
+    <message>
+        <source>Open a data sheet</source>
+        <translation>Gegevensblad openen</translation>
+    </message>
+    <message>
+        <source>Data sheets (*.eds *.dcf *.EDS *.DCF)</source>
+        <translation>Gegevensbladen (*.eds *.dcf *.EDS *.DCF)</translation>
+    </message>
+    <message>
+        <source>%1 tells the values of node %2; %3 values are known now.</source>
+        <translation>%1 noemt de waarden van node %2; %3 waarden zijn nu bekend.</translation>
+    </message>
+    <message>
+        <source>Which node is it the data sheet of?</source>
+        <translation>Van welke node is het gegevensblad?</translation>
+    </message>
+    <message>
+        <source>Save values</source>
+        <translation>Waarden opslaan</translation>
+    </message>
+    <message>
+        <source>Table (*.csv)</source>
+        <translation>Tabel (*.csv)</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Opgeslagen: %1</translation>
+    </message>
+    <message>
+        <source>Stop learning</source>
+        <translation>Leren stoppen</translation>
+    </message>
+    <message>
+        <source>L&amp;earn values</source>
+        <translation>Waarden &amp;leren</translation>
+    </message>
+    <message>
+        <source>Asks the devices once what they send. Nothing is changed in them.</source>
+        <translation>Vraagt de apparaten één keer wat ze verzenden. Er wordt niets in veranderd.</translation>
+    </message>
+    <message>
+        <source>Is looking for devices ...</source>
+        <translation>Zoekt naar apparaten ...</translation>
+    </message>
+    <message>
+        <source>Look for &amp;devices without a heartbeat</source>
+        <translation>&amp;Apparaten zonder heartbeat zoeken</translation>
+    </message>
+    <message>
+        <source>&amp;Add...</source>
+        <translation>T&amp;oevoegen...</translation>
+    </message>
+    <message>
+        <source>Watch values that are known, or ask for an object</source>
+        <translation>Bekende waarden volgen, of een object opvragen</translation>
+    </message>
+    <message>
+        <source>As&amp;k</source>
+        <translation>&amp;Vragen</translation>
+    </message>
+    <message>
+        <source>Asks the devices again and again for the values that they do not send</source>
+        <translation>Vraagt de apparaten telkens weer om de waarden die ze niet verzenden</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>Meer</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Verwijderen</translation>
+    </message>
+    <message>
+        <source>Move &amp;up</source>
+        <translation>Om&amp;hoog</translation>
+    </message>
+    <message>
+        <source>Move do&amp;wn</source>
+        <translation>Om&amp;laag</translation>
+    </message>
+    <message>
+        <source>&amp;Open data sheet (EDS, DCF)...</source>
+        <translation>Gegevensblad (EDS, DCF) &amp;openen...</translation>
+    </message>
+    <message>
+        <source>&amp;Save values...</source>
+        <translation>&amp;Waarden opslaan...</translation>
+    </message>
+    <message>
+        <source>Watch list</source>
+        <translation>Volglijst</translation>
+    </message>
+    <message>
+        <source>Learn what the vehicle sends, then add values.</source>
+        <translation>Leer wat het voertuig verzendt en voeg dan waarden toe.</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,65 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>AddValueDialog</name>
+    <message>
+        <source>Add values to the watch list</source>
+        <translation>向监视列表添加数值</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>添加(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>搜索</translation>
+    </message>
+    <message>
+        <source>No values are known yet. Close this, and learn what the vehicle sends or open its data sheets; or name an object below.</source>
+        <translation>还没有已知的数值。请关闭此窗口，学习车辆发送的内容或打开其数据表；或在下面指定一个对象。</translation>
+    </message>
+    <message>
+        <source>Or as&amp;k for (node:index:sub-index)</source>
+        <translation>或询问(&amp;K)（节点:索引:子索引）</translation>
+    </message>
+    <message>
+        <source>every %1 ms</source>
+        <translation>每 %1 ms</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>节点</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>对象</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>数值</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>单位</translation>
+    </message>
+    <message>
+        <source>Node (1 to 127), index (hexadecimal) and sub-index: 2:6040:1</source>
+        <translation>节点（1 至 127）、索引（十六进制）和子索引：2:6040:1</translation>
+    </message>
+    <message>
+        <source>An object that the node is asked for by SDO uploads</source>
+        <translation>通过 SDO 上传向节点询问的对象</translation>
+    </message>
+</context>
+<context>
     <name>Archive</name>
     <message>
         <source>The snapshot is too large for the archive, or holds what no file can. Save it as a file.</source>
@@ -221,6 +280,17 @@
     <message>
         <source>The folder %1 could not be made.</source>
         <translation>无法创建文件夹 %1。</translation>
+    </message>
+</context>
+<context>
+    <name>BatteryView</name>
+    <message>
+        <source>Battery of node %1, cells %2</source>
+        <translation>节点 %1 的电池，电芯 %2</translation>
+    </message>
+    <message>
+        <source>Cells: %1 (cell %2) to %3 (cell %4), spread %5</source>
+        <translation>电芯：%1（电芯 %2）至 %3（电芯 %4），压差 %5</translation>
     </message>
 </context>
 <context>
@@ -689,6 +759,17 @@
     <message>
         <source>The CAN interface does not send any more: %1.</source>
         <translation>CAN 接口不再发送：%1。</translation>
+    </message>
+</context>
+<context>
+    <name>CellBars</name>
+    <message>
+        <source>Cell %1: %2</source>
+        <translation>电芯 %1：%2</translation>
+    </message>
+    <message>
+        <source>Node %1</source>
+        <translation>节点 %1</translation>
     </message>
 </context>
 <context>
@@ -1526,6 +1607,95 @@ Now: %2</source>
     </message>
 </context>
 <context>
+    <name>EventMessages</name>
+    <message>
+        <source>%1 more events: the page Live has all of them.</source>
+        <translation>还有 %1 个事件：“实时”页面列出了全部。</translation>
+    </message>
+</context>
+<context>
+    <name>EventModel</name>
+    <message>
+        <source>%1 (%2 times)</source>
+        <translation>%1（%2 次）</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>节点</translation>
+    </message>
+    <message>
+        <source>What happened</source>
+        <translation>发生了什么</translation>
+    </message>
+</context>
+<context>
+    <name>EventView</name>
+    <message>
+        <source>Save events</source>
+        <translation>保存事件</translation>
+    </message>
+    <message>
+        <source>Table (*.csv)</source>
+        <translation>表格 (*.csv)</translation>
+    </message>
+    <message>
+        <source>JSON (*.json)</source>
+        <translation>JSON (*.json)</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>已保存：%1</translation>
+    </message>
+    <message>
+        <source>All events</source>
+        <translation>所有事件</translation>
+    </message>
+    <message>
+        <source>Warnings and faults</source>
+        <translation>警告和故障</translation>
+    </message>
+    <message>
+        <source>Faults</source>
+        <translation>故障</translation>
+    </message>
+    <message>
+        <source>Which events are shown</source>
+        <translation>显示哪些事件</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>搜索</translation>
+    </message>
+    <message>
+        <source>Words of an event, or the number of a node</source>
+        <translation>事件中的文字，或节点编号</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Copy the selected events, or all that are shown</source>
+        <translation>复制所选事件，或复制所有显示的事件</translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation>保存...</translation>
+    </message>
+    <message>
+        <source>Save the events that are shown as a table (CSV) or as JSON</source>
+        <translation>将显示的事件保存为表格 (CSV) 或 JSON</translation>
+    </message>
+    <message>
+        <source>Events</source>
+        <translation>事件</translation>
+    </message>
+</context>
+<context>
     <name>EventWords</name>
     <message>
         <source>It is heard: %1.</source>
@@ -1608,7 +1778,7 @@ Now: %2</source>
         <translation>错误寄存器：%1。</translation>
     </message>
     <message>
-        <source>The manufacturer's bytes: %1.</source>
+        <source>The manufacturer&apos;s bytes: %1.</source>
         <translation>制造商字节：%1。</translation>
     </message>
     <message>
@@ -1784,6 +1954,245 @@ Now: %2</source>
     </message>
 </context>
 <context>
+    <name>HealthRows</name>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message>
+        <source>%1 a second, now %2</source>
+        <translation>每秒 %1，当前 %2</translation>
+    </message>
+    <message>
+        <source>%1 a second</source>
+        <translation>每秒 %1</translation>
+    </message>
+    <message>
+        <source>Starting</source>
+        <translation>正在启动</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>已停止</translation>
+    </message>
+    <message>
+        <source>Operational</source>
+        <translation>运行</translation>
+    </message>
+    <message>
+        <source>Pre-operational</source>
+        <translation>预运行</translation>
+    </message>
+    <message>
+        <source>good</source>
+        <translation>良好</translation>
+    </message>
+    <message>
+        <source>many errors (warning limit)</source>
+        <translation>错误较多（警告界限）</translation>
+    </message>
+    <message>
+        <source>too many errors (error-passive)</source>
+        <translation>错误过多（被动错误）</translation>
+    </message>
+    <message>
+        <source>off the bus (bus-off)</source>
+        <translation>已脱离总线（总线关闭）</translation>
+    </message>
+    <message>
+        <source>not told by the driver</source>
+        <translation>驱动未告知</translation>
+    </message>
+    <message>
+        <source>NMT commands</source>
+        <translation>NMT 命令</translation>
+    </message>
+    <message>
+        <source>SYNC</source>
+        <translation>SYNC</translation>
+    </message>
+    <message>
+        <source>Time stamps</source>
+        <translation>时间戳</translation>
+    </message>
+    <message>
+        <source>Emergencies</source>
+        <translation>紧急报文</translation>
+    </message>
+    <message>
+        <source>Process data (PDO)</source>
+        <translation>过程数据 (PDO)</translation>
+    </message>
+    <message>
+        <source>Questions and answers (SDO)</source>
+        <translation>询问与应答 (SDO)</translation>
+    </message>
+    <message>
+        <source>Heartbeats</source>
+        <translation>心跳</translation>
+    </message>
+    <message>
+        <source>Other frames</source>
+        <translation>其他帧</translation>
+    </message>
+    <message>
+        <source>Error frames</source>
+        <translation>错误帧</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>Listened for</source>
+        <translation>已监听</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>Bit rate</source>
+        <translation>波特率</translation>
+    </message>
+    <message>
+        <source>not known</source>
+        <translation>未知</translation>
+    </message>
+    <message>
+        <source>Load, now</source>
+        <translation>负载，当前</translation>
+    </message>
+    <message>
+        <source>Load, mean</source>
+        <translation>负载，平均</translation>
+    </message>
+    <message>
+        <source>Load, busiest second</source>
+        <translation>负载，最忙的一秒</translation>
+    </message>
+    <message>
+        <source>Asked by other tools</source>
+        <translation>被其他工具询问</translation>
+    </message>
+    <message>
+        <source>node %1</source>
+        <translation>节点 %1</translation>
+    </message>
+    <message>
+        <source>Frames</source>
+        <translation>帧</translation>
+    </message>
+    <message>
+        <source>Frames a second</source>
+        <translation>每秒帧数</translation>
+    </message>
+    <message>
+        <source>Longest row of frames without a gap</source>
+        <translation>最长的无间隔帧序列</translation>
+    </message>
+    <message>
+        <source>State of the adapter</source>
+        <translation>适配器状态</translation>
+    </message>
+    <message>
+        <source>Transmit errors (counter)</source>
+        <translation>发送错误（计数器）</translation>
+    </message>
+    <message>
+        <source>Receive errors (counter)</source>
+        <translation>接收错误（计数器）</translation>
+    </message>
+    <message>
+        <source>Reports of lost frames</source>
+        <translation>丢帧报告</translation>
+    </message>
+    <message>
+        <source>Errors on the bus</source>
+        <translation>总线上的错误</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>节点</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>状态</translation>
+    </message>
+    <message>
+        <source>Load</source>
+        <translation>负载</translation>
+    </message>
+    <message>
+        <source>Heartbeat</source>
+        <translation>心跳</translation>
+    </message>
+    <message>
+        <source>Should be</source>
+        <translation>应为</translation>
+    </message>
+    <message>
+        <source>Jitter</source>
+        <translation>抖动</translation>
+    </message>
+    <message>
+        <source>Longest gap</source>
+        <translation>最长间隔</translation>
+    </message>
+    <message>
+        <source>Late</source>
+        <translation>迟到</translation>
+    </message>
+    <message>
+        <source>Missed</source>
+        <translation>缺失</translation>
+    </message>
+    <message>
+        <source>Restarts</source>
+        <translation>重启</translation>
+    </message>
+    <message>
+        <source>Last emergency</source>
+        <translation>最近的紧急报文</translation>
+    </message>
+    <message>
+        <source>SDO requests</source>
+        <translation>SDO 请求</translation>
+    </message>
+    <message>
+        <source>SDO fastest</source>
+        <translation>SDO 最快</translation>
+    </message>
+    <message>
+        <source>SDO median</source>
+        <translation>SDO 中位数</translation>
+    </message>
+    <message>
+        <source>SDO 95 %</source>
+        <translation>SDO 95 %</translation>
+    </message>
+    <message>
+        <source>SDO slowest</source>
+        <translation>SDO 最慢</translation>
+    </message>
+    <message>
+        <source>SDO unanswered</source>
+        <translation>SDO 无应答</translation>
+    </message>
+    <message>
+        <source>SDO aborts</source>
+        <translation>SDO 中止</translation>
+    </message>
+    <message>
+        <source>silent</source>
+        <translation>沉默</translation>
+    </message>
+</context>
+<context>
     <name>HelpBoxes</name>
     <message>
         <source>About Draxel</source>
@@ -1916,6 +2325,10 @@ Now: %2</source>
         <source>&amp;Archive</source>
         <translation>档案(&amp;A)</translation>
     </message>
+    <message>
+        <source>&amp;Live</source>
+        <translation>实时(&amp;L)</translation>
+    </message>
 </context>
 <context>
     <name>JsonDocument</name>
@@ -1961,6 +2374,90 @@ Now: %2</source>
     <message>
         <source>A list, [...], is wanted.</source>
         <translation>此处应为列表 [...]。</translation>
+    </message>
+</context>
+<context>
+    <name>LightStrip</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>Nothing was heard yet.</source>
+        <translation>还没有听到任何内容。</translation>
+    </message>
+    <message>
+        <source>Bus load</source>
+        <translation>总线负载</translation>
+    </message>
+    <message>
+        <source>Devices</source>
+        <translation>设备</translation>
+    </message>
+    <message>
+        <source>Errors</source>
+        <translation>错误</translation>
+    </message>
+    <message>
+        <source>Node %1: %2</source>
+        <translation>节点 %1：%2</translation>
+    </message>
+</context>
+<context>
+    <name>LiveFile</name>
+    <message>
+        <source>The file %1 cannot be written: %2</source>
+        <translation>文件 %1 无法写入：%2</translation>
+    </message>
+</context>
+<context>
+    <name>LivePage</name>
+    <message>
+        <source>All &amp;numbers...</source>
+        <translation>所有数值(&amp;N)...</translation>
+    </message>
+    <message>
+        <source>Loads, frames, heartbeats and answering times of the bus and each device</source>
+        <translation>总线和每个设备的负载、帧、心跳和应答时间</translation>
+    </message>
+    <message>
+        <source>Connect a bus (Ctrl+K): what is heard on it is shown here. Listening sends nothing.</source>
+        <translation>请连接总线 (Ctrl+K)：这里会显示在总线上听到的内容。监听不发送任何内容。</translation>
+    </message>
+</context>
+<context>
+    <name>LiveQuestions</name>
+    <message>
+        <source>Connect a bus first.</source>
+        <translation>请先连接总线。</translation>
+    </message>
+    <message>
+        <source>A check-up is running.</source>
+        <translation>检查正在进行。</translation>
+    </message>
+    <message>
+        <source>The overview is reading.</source>
+        <translation>总览正在读取。</translation>
+    </message>
+    <message>
+        <source>No device was heard yet.</source>
+        <translation>还没有听到任何设备。</translation>
+    </message>
+    <message>
+        <source>%1 devices were asked, %2 values are known now.</source>
+        <translation>已询问 %1 个设备，现在已知 %2 个数值。</translation>
+    </message>
+    <message>
+        <source>Could not be asked: node %1.</source>
+        <translation>无法询问：节点 %1。</translation>
+    </message>
+    <message>
+        <source>No device answers.</source>
+        <translation>没有设备应答。</translation>
+    </message>
+    <message>
+        <source>These devices answer: node %1.</source>
+        <translation>以下设备应答：节点 %1。</translation>
     </message>
 </context>
 <context>
@@ -2082,6 +2579,10 @@ Now: %2</source>
         <source>A check-up is using the bus. Wait for its end or cancel it (Esc), then read again.</source>
         <translation>检查正在使用总线。请等待结束或取消 (Esc)，然后再次读取。</translation>
     </message>
+    <message>
+        <source>Live</source>
+        <translation>实时</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -2146,6 +2647,57 @@ Now: %2</source>
     <message>
         <source>&amp;Note:</source>
         <translation>备注(&amp;N)：</translation>
+    </message>
+</context>
+<context>
+    <name>NumbersDialog</name>
+    <message>
+        <source>All numbers of the bus</source>
+        <translation>总线的所有数值</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>关闭(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Copy &amp;all</source>
+        <translation>全部复制(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Bus</source>
+        <translation>总线</translation>
+    </message>
+    <message>
+        <source>Devices</source>
+        <translation>设备</translation>
+    </message>
+    <message>
+        <source>Findings</source>
+        <translation>发现</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>项目</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>数值</translation>
+    </message>
+    <message>
+        <source>Severity</source>
+        <translation>严重程度</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>节点</translation>
+    </message>
+    <message>
+        <source>What was found</source>
+        <translation>发现内容</translation>
+    </message>
+    <message>
+        <source>What to do</source>
+        <translation>处理办法</translation>
     </message>
 </context>
 <context>
@@ -2228,6 +2780,37 @@ Now: %2</source>
     <message>
         <source>&amp;Defaults</source>
         <translation>默认值(&amp;D)</translation>
+    </message>
+</context>
+<context>
+    <name>PlotView</name>
+    <message>
+        <source>1 min</source>
+        <translation>1 分钟</translation>
+    </message>
+    <message>
+        <source>5 min</source>
+        <translation>5 分钟</translation>
+    </message>
+    <message>
+        <source>1 h</source>
+        <translation>1 小时</translation>
+    </message>
+    <message>
+        <source>How much of the time is shown</source>
+        <translation>显示的时间长度</translation>
+    </message>
+    <message>
+        <source>&amp;Pause</source>
+        <translation>暂停(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Holds the plot; the values are still collected. Drag to see a part, turn the wheel to see more or less, double-click to follow again.</source>
+        <translation>暂停图形；数值仍在收集。拖动可查看一部分，滚轮可放大或缩小，双击恢复跟随。</translation>
+    </message>
+    <message>
+        <source>Tick values in the watch list: they are plotted here.</source>
+        <translation>在监视列表中勾选数值：会在这里绘制曲线。</translation>
     </message>
 </context>
 <context>
@@ -3502,6 +4085,13 @@ Now: %2</source>
     </message>
 </context>
 <context>
+    <name>ValueAsking</name>
+    <message>
+        <source>Its value is no number.</source>
+        <translation>其值不是数字。</translation>
+    </message>
+</context>
+<context>
     <name>VehicleFiles</name>
     <message>
         <source>Vehicle data (*.dxxml)</source>
@@ -3660,6 +4250,168 @@ Now: %2</source>
     <message>
         <source>The folder %1 could not be made.</source>
         <translation>无法创建文件夹 %1。</translation>
+    </message>
+</context>
+<context>
+    <name>WatchModel</name>
+    <message>
+        <source>It has not come since %1.</source>
+        <translation>自 %1 起没有再收到。</translation>
+    </message>
+    <message>
+        <source>%1, node %2, object %3</source>
+        <translation>%1，节点 %2，对象 %3</translation>
+    </message>
+    <message>
+        <source>It is asked for every %1 ms.</source>
+        <translation>每 %1 ms 询问一次。</translation>
+    </message>
+    <message>
+        <source>It is listened to.</source>
+        <translation>只监听。</translation>
+    </message>
+    <message>
+        <source>It was not heard yet.</source>
+        <translation>还没有听到。</translation>
+    </message>
+    <message>
+        <source>Smallest %1, largest %2, mean %3</source>
+        <translation>最小 %1，最大 %2，平均 %3</translation>
+    </message>
+    <message>
+        <source>Watch list</source>
+        <translation>监视列表</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>数值</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>单位</translation>
+    </message>
+    <message>
+        <source>Smallest</source>
+        <translation>最小</translation>
+    </message>
+    <message>
+        <source>Largest</source>
+        <translation>最大</translation>
+    </message>
+    <message>
+        <source>Mean</source>
+        <translation>平均</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>节点</translation>
+    </message>
+    <message>
+        <source>Object</source>
+        <translation>对象</translation>
+    </message>
+</context>
+<context>
+    <name>WatchView</name>
+    <message>
+        <source>The watch list is full.</source>
+        <translation>监视列表已满。</translation>
+    </message>
+    <message>
+        <source>Open a data sheet</source>
+        <translation>打开数据表</translation>
+    </message>
+    <message>
+        <source>Data sheets (*.eds *.dcf *.EDS *.DCF)</source>
+        <translation>数据表 (*.eds *.dcf *.EDS *.DCF)</translation>
+    </message>
+    <message>
+        <source>%1 tells the values of node %2; %3 values are known now.</source>
+        <translation>%1 说明了节点 %2 的数值；现在已知 %3 个数值。</translation>
+    </message>
+    <message>
+        <source>Which node is it the data sheet of?</source>
+        <translation>这是哪个节点的数据表？</translation>
+    </message>
+    <message>
+        <source>Save values</source>
+        <translation>保存数值</translation>
+    </message>
+    <message>
+        <source>Table (*.csv)</source>
+        <translation>表格 (*.csv)</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>已保存：%1</translation>
+    </message>
+    <message>
+        <source>Stop learning</source>
+        <translation>停止学习</translation>
+    </message>
+    <message>
+        <source>L&amp;earn values</source>
+        <translation>学习数值(&amp;E)</translation>
+    </message>
+    <message>
+        <source>Asks the devices once what they send. Nothing is changed in them.</source>
+        <translation>询问设备一次它们发送什么。不会更改设备中的任何内容。</translation>
+    </message>
+    <message>
+        <source>Is looking for devices ...</source>
+        <translation>正在查找设备 ...</translation>
+    </message>
+    <message>
+        <source>Look for &amp;devices without a heartbeat</source>
+        <translation>查找没有心跳的设备(&amp;D)</translation>
+    </message>
+    <message>
+        <source>&amp;Add...</source>
+        <translation>添加(&amp;A)...</translation>
+    </message>
+    <message>
+        <source>Watch values that are known, or ask for an object</source>
+        <translation>监视已知的数值，或询问一个对象</translation>
+    </message>
+    <message>
+        <source>As&amp;k</source>
+        <translation>询问(&amp;K)</translation>
+    </message>
+    <message>
+        <source>Asks the devices again and again for the values that they do not send</source>
+        <translation>反复向设备询问它们不发送的数值</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>更多</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>移除(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Move &amp;up</source>
+        <translation>上移(&amp;U)</translation>
+    </message>
+    <message>
+        <source>Move do&amp;wn</source>
+        <translation>下移(&amp;W)</translation>
+    </message>
+    <message>
+        <source>&amp;Open data sheet (EDS, DCF)...</source>
+        <translation>打开数据表 (EDS、DCF)(&amp;O)...</translation>
+    </message>
+    <message>
+        <source>&amp;Save values...</source>
+        <translation>保存数值(&amp;S)...</translation>
+    </message>
+    <message>
+        <source>Watch list</source>
+        <translation>监视列表</translation>
+    </message>
+    <message>
+        <source>Learn what the vehicle sends, then add values.</source>
+        <translation>先学习车辆发送的内容，然后添加数值。</translation>
     </message>
 </context>
 <context>
