@@ -21,7 +21,7 @@
     </message>
     <message>
         <source>No values are known yet. Close this, and learn what the vehicle sends or open its data sheets; or name an object below.</source>
-        <translation>Aucune valeur n’est encore connue. Fermez ceci et apprenez ce que le véhicule envoie, ou ouvrez ses fiches techniques ; ou indiquez un objet ci-dessous.</translation>
+        <translation>Aucune valeur n’est encore connue. Fermez ceci et apprenez ce que le véhicule envoie, ou ouvrez ses fiches techniques&#xa0;; ou indiquez un objet ci-dessous.</translation>
     </message>
     <message>
         <source>Or as&amp;k for (node:index:sub-index)</source>
@@ -53,7 +53,7 @@
     </message>
     <message>
         <source>Node (1 to 127), index (hexadecimal) and sub-index: 2:6040:1</source>
-        <translation>Nœud (1 à 127), index (hexadécimal) et sous-index : 2:6040:1</translation>
+        <translation>Nœud (1 à 127), index (hexadécimal) et sous-index&#xa0;: 2:6040:1</translation>
     </message>
     <message>
         <source>An object that the node is asked for by SDO uploads</source>
@@ -293,7 +293,7 @@
     </message>
     <message>
         <source>Cells: %1 (cell %2) to %3 (cell %4), spread %5</source>
-        <translation>Cellules : de %1 (cellule %2) à %3 (cellule %4), écart %5</translation>
+        <translation>Cellules&#xa0;: de %1 (cellule %2) à %3 (cellule %4), écart %5</translation>
     </message>
 </context>
 <context>
@@ -768,7 +768,7 @@
     <name>CellBars</name>
     <message>
         <source>Cell %1: %2</source>
-        <translation>Cellule %1 : %2</translation>
+        <translation>Cellule %1&#xa0;: %2</translation>
     </message>
     <message>
         <source>Node %1</source>
@@ -1620,7 +1620,7 @@ Maintenant&#xa0;: %2</translation>
     <name>EventMessages</name>
     <message>
         <source>%1 more events: the page Live has all of them.</source>
-        <translation>%1 autres événements : la page « En direct » les a tous.</translation>
+        <translation>%1 autres événements&#xa0;: la page «&#xa0;En direct&#xa0;» les a tous.</translation>
     </message>
 </context>
 <context>
@@ -1658,7 +1658,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>Saved: %1</source>
-        <translation>Enregistré : %1</translation>
+        <translation>Enregistré&#xa0;: %1</translation>
     </message>
     <message>
         <source>All events</source>
@@ -1968,11 +1968,11 @@ Maintenant&#xa0;: %2</translation>
     <name>HealthRows</name>
     <message>
         <source>%1 %</source>
-        <translation>%1 %</translation>
+        <translation>%1&#xa0;%</translation>
     </message>
     <message>
         <source>%1 ms</source>
-        <translation>%1 ms</translation>
+        <translation>%1&#xa0;ms</translation>
     </message>
     <message>
         <source>%1 a second, now %2</source>
@@ -2056,7 +2056,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>%1 kbit/s</source>
-        <translation>%1 kbit/s</translation>
+        <translation>%1&#xa0;kbit/s</translation>
     </message>
     <message>
         <source>Listened for</source>
@@ -2064,7 +2064,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>%1 s</source>
-        <translation>%1 s</translation>
+        <translation>%1&#xa0;s</translation>
     </message>
     <message>
         <source>Bit rate</source>
@@ -2184,7 +2184,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>SDO 95 %</source>
-        <translation>SDO 95 %</translation>
+        <translation>SDO 95&#xa0;%</translation>
     </message>
     <message>
         <source>SDO slowest</source>
@@ -2391,7 +2391,7 @@ Maintenant&#xa0;: %2</translation>
     <name>LightStrip</name>
     <message>
         <source>%1: %2</source>
-        <translation>%1 : %2</translation>
+        <translation>%1&#xa0;: %2</translation>
     </message>
     <message>
         <source>Nothing was heard yet.</source>
@@ -2411,14 +2411,14 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>Node %1: %2</source>
-        <translation>Nœud %1 : %2</translation>
+        <translation>Nœud %1&#xa0;: %2</translation>
     </message>
 </context>
 <context>
     <name>LiveFile</name>
     <message>
         <source>The file %1 cannot be written: %2</source>
-        <translation>Le fichier %1 ne peut pas être écrit : %2</translation>
+        <translation>Le fichier %1 ne peut pas être écrit&#xa0;: %2</translation>
     </message>
 </context>
 <context>
@@ -2433,7 +2433,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>Connect a bus (Ctrl+K): what is heard on it is shown here. Listening sends nothing.</source>
-        <translation>Connectez un bus (Ctrl+K) : ce qui y est entendu s’affiche ici. L’écoute n’envoie rien.</translation>
+        <translation>Connectez un bus (Ctrl+K)&#xa0;: ce qui y est entendu s’affiche ici. L’écoute n’envoie rien.</translation>
     </message>
 </context>
 <context>
@@ -2460,7 +2460,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>Could not be asked: node %1.</source>
-        <translation>N’ont pas pu être interrogés : nœud %1.</translation>
+        <translation>N’ont pas pu être interrogés&#xa0;: nœud %1.</translation>
     </message>
     <message>
         <source>No device answers.</source>
@@ -2468,7 +2468,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>These devices answer: node %1.</source>
-        <translation>Ces appareils répondent : nœud %1.</translation>
+        <translation>Ces appareils répondent&#xa0;: nœud %1.</translation>
     </message>
 </context>
 <context>
@@ -2798,15 +2798,15 @@ Maintenant&#xa0;: %2</translation>
     <name>PlotView</name>
     <message>
         <source>1 min</source>
-        <translation>1 min</translation>
+        <translation>1&#xa0;min</translation>
     </message>
     <message>
         <source>5 min</source>
-        <translation>5 min</translation>
+        <translation>5&#xa0;min</translation>
     </message>
     <message>
         <source>1 h</source>
-        <translation>1 h</translation>
+        <translation>1&#xa0;h</translation>
     </message>
     <message>
         <source>How much of the time is shown</source>
@@ -2818,11 +2818,11 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>Holds the plot; the values are still collected. Drag to see a part, turn the wheel to see more or less, double-click to follow again.</source>
-        <translation>Fige le graphique ; les valeurs sont toujours collectées. Glissez pour voir une partie, tournez la molette pour voir plus ou moins, double-cliquez pour suivre à nouveau.</translation>
+        <translation>Fige le graphique&#xa0;; les valeurs sont toujours collectées. Glissez pour voir une partie, tournez la molette pour voir plus ou moins, double-cliquez pour suivre à nouveau.</translation>
     </message>
     <message>
         <source>Tick values in the watch list: they are plotted here.</source>
-        <translation>Cochez des valeurs dans la liste de suivi : elles sont tracées ici.</translation>
+        <translation>Cochez des valeurs dans la liste de suivi&#xa0;: elles sont tracées ici.</translation>
     </message>
 </context>
 <context>
@@ -4283,7 +4283,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>It is asked for every %1 ms.</source>
-        <translation>Elle est demandée toutes les %1 ms.</translation>
+        <translation>Elle est demandée toutes les %1&#xa0;ms.</translation>
     </message>
     <message>
         <source>It is listened to.</source>
@@ -4346,11 +4346,11 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>%1 tells the values of node %2; %3 values are known now.</source>
-        <translation>%1 indique les valeurs du nœud %2 ; %3 valeurs sont maintenant connues.</translation>
+        <translation>%1 indique les valeurs du nœud %2&#xa0;; %3 valeurs sont maintenant connues.</translation>
     </message>
     <message>
         <source>Which node is it the data sheet of?</source>
-        <translation>De quel nœud est-ce la fiche technique ?</translation>
+        <translation>De quel nœud est-ce la fiche technique&#xa0;?</translation>
     </message>
     <message>
         <source>Save values</source>
@@ -4362,7 +4362,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>Saved: %1</source>
-        <translation>Enregistré : %1</translation>
+        <translation>Enregistré&#xa0;: %1</translation>
     </message>
     <message>
         <source>Stop learning</source>

@@ -81,6 +81,15 @@ void WatchView::build()
     m_empty->setTextFormat(Qt::PlainText);
     auto *over = new QVBoxLayout(m_table);
     over->addWidget(m_empty);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(3);
+    layout->addLayout(buildButtons());
+    layout->addWidget(m_table, 1);
+}
+
+QLayout *WatchView::buildButtons()
+{
     m_add->setObjectName(QStringLiteral("addValue"));
     m_learn->setObjectName(QStringLiteral("learnValues"));
     m_ask->setObjectName(QStringLiteral("askForValues"));
@@ -94,17 +103,13 @@ void WatchView::build()
         top->addWidget(button);
     }
     top->addStretch();
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(3);
-    layout->addLayout(top);
-    layout->addWidget(m_table, 1);
     connect(m_add, &QToolButton::clicked, this, &WatchView::add);
     connect(m_learn, &QToolButton::clicked, this, [this] {
         LiveQuestions &questions = m_session->questions();
         questions.isLearning() ? questions.cancelLearning() : questions.learn();
     });
     connect(m_ask, &QToolButton::clicked, &m_session->questions(), &LiveQuestions::setAsking);
+    return top;
 }
 
 void WatchView::buildMenu()

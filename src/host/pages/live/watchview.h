@@ -11,6 +11,7 @@ class CopyTable;
 class LiveSession;
 class QAction;
 class QLabel;
+class QLayout;
 class QMenu;
 class QToolButton;
 
@@ -44,6 +45,7 @@ protected:
 
 private:
     void build();
+    QLayout *buildButtons();
     void buildMenu();
     QAction *makeAction(const char *name);
     void add();
