@@ -52,6 +52,8 @@ LivePlot::LivePlot(QWidget *parent)
     , m_band(new QRubberBand(QRubberBand::Rectangle, canvas()))
 {
     setObjectName(QStringLiteral("livePlot"));
+    setSizePolicy(QSizePolicy::Expanding,
+                  QSizePolicy::Expanding); // else it is never lower than it would like to be
     setAxisScaleDraw(xBottom, new Times);
     setAxisScaleEngine(xBottom, new QwtDateScaleEngine(Qt::LocalTime));
     setAxisMaxMajor(xBottom, 5);

@@ -7,13 +7,14 @@
 #include "plotline.h"
 #include "watchmodel.h"
 
+#include <host/pages/pagelayout.h>
+
 #include <QComboBox>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QToolButton>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -67,7 +68,7 @@ void PlotView::build()
     top->addWidget(m_span);
     top->addWidget(m_hold);
     top->addWidget(m_readings, 1);
-    auto *layout = new QVBoxLayout(this);
+    auto *layout = new PageLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(3);
     layout->addLayout(top);
