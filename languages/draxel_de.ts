@@ -293,7 +293,7 @@
     </message>
     <message>
         <source>Cells: %1 (cell %2) to %3 (cell %4), spread %5</source>
-        <translation>Zellen: %1 (Zelle %2) bis %3 (Zelle %4), Spanne %5</translation>
+        <translation>Zellen: %1 (Nr. %2) bis %3 (Nr. %4), Spanne %5</translation>
     </message>
 </context>
 <context>

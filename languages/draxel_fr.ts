@@ -293,7 +293,7 @@
     </message>
     <message>
         <source>Cells: %1 (cell %2) to %3 (cell %4), spread %5</source>
-        <translation>Cellules&#xa0;: de %1 (cellule %2) à %3 (cellule %4), écart %5</translation>
+        <translation>Cellules&#xa0;: %1 (n° %2) à %3 (n° %4), écart %5</translation>
     </message>
 </context>
 <context>

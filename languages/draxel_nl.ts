@@ -293,7 +293,7 @@
     </message>
     <message>
         <source>Cells: %1 (cell %2) to %3 (cell %4), spread %5</source>
-        <translation>Cellen: %1 (cel %2) tot %3 (cel %4), spreiding %5</translation>
+        <translation>Cellen: %1 (nr. %2) tot %3 (nr. %4), spreiding %5</translation>
     </message>
 </context>
 <context>
