@@ -49,7 +49,7 @@ private:
     void printTrouble(const WatchedValue &value, const QString &text, const char *key) const;
     void printLate(const WatchedValue &value) const;
     QString label(const WatchedValue &value) const;
-    QString padded(const QString &label) const;
+    QString padded(const QString &text) const;
     static QString number(double number);
     QStringList summaryRow(const WatchedValue &value) const;
     QJsonObject summaryJson(const WatchedValue &value) const;
