@@ -173,10 +173,11 @@ void report(const StallWatch &watch, benchmark::State *state)
     state->counters["load"] = load;
 }
 
-/*! 8000 frames a second for ten seconds. */
-void flood(benchmark::State &state)
+/*! 8000 frames a second for ten seconds, with \a page shown. */
+void measureFlood(benchmark::State &state, const char *page)
 {
     Window window;
+    window.trigger(page);
     for (auto _ : state) {
         const Flood flood(window.bus());
         Window::pass(100);
@@ -186,7 +187,18 @@ void flood(benchmark::State &state)
         state.counters["frames"] = static_cast<double>(flood.sentCount());
     }
 }
+
+void flood(benchmark::State &state)
+{
+    measureFlood(state, "actionPageOverview");
+}
 BENCHMARK(flood)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+void floodOnLivePage(benchmark::State &state)
+{
+    measureFlood(state, "actionPageLive");
+}
+BENCHMARK(floodOnLivePage)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 /*! A read of the vehicle, detection included, with the same flood beside it. */
 void readInFlood(benchmark::State &state)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "doctorcommand.h"
 
+#include <checkup/findingwords.h>
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
 #include <cli/core/signs.h>
@@ -37,10 +38,10 @@ QByteArray jsonOf(const QVector<Diagnosed> &all)
         items.append(QJsonObject{
             {QStringLiteral("topic"), one.topic},
             {QStringLiteral("subject"), one.subject.isEmpty() ? QJsonValue() : QJsonValue(one.subject)},
-            {QStringLiteral("state"), Signs::word(one.state)},
+            {QStringLiteral("state"), FindingWords::of(one.state)},
             {QStringLiteral("text"), one.text},
             {QStringLiteral("commands"), QJsonArray::fromStringList(one.commands)}});
-    const QJsonObject json{{QStringLiteral("state"), Signs::word(Diagnosis::worst(all))},
+    const QJsonObject json{{QStringLiteral("state"), FindingWords::of(Diagnosis::worst(all))},
                            {QStringLiteral("items"), items}};
     return QJsonDocument(json).toJson();
 }

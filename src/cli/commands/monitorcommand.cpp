@@ -6,7 +6,6 @@
 
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
-#include <cli/core/duration.h>
 #include <cli/core/language.h>
 #include <cli/core/listening.h>
 #include <cli/core/terminalscreen.h>
@@ -32,7 +31,6 @@ constexpr QLatin1String jsonOption("json");
 constexpr QLatin1String everyOption("every");
 constexpr std::chrono::milliseconds usualPeriod{1000};
 constexpr std::chrono::milliseconds usualBlockPeriod{10000};
-constexpr std::chrono::milliseconds shortestPeriod{100};
 
 class MonitorCommand
 {
@@ -88,17 +86,7 @@ std::optional<ExitStatus> MonitorCommand::parsePeriod()
 {
     const bool isBlock = !m_options.isSet(jsonOption) && !TerminalScreen::isPossible();
     m_period = isBlock ? usualBlockPeriod : usualPeriod;
-    if (!m_options.isSet(everyOption))
-        return std::nullopt;
-    const std::optional<std::chrono::milliseconds> period = parseDuration(m_options.value(everyOption));
-    if (!period || *period < shortestPeriod) {
-        return m_options.complain(
-            Tr::tr(
-                "\"%1\" is no time of 100ms or more; one is written like 500ms, 10s or 2min, up to a week.")
-                .arg(m_options.value(everyOption)));
-    }
-    m_period = *period;
-    return std::nullopt;
+    return Listening::parsePeriod(m_options, everyOption, &m_period);
 }
 
 ExitStatus MonitorCommand::run(const QStringList &arguments)

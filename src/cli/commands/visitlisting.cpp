@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "visitlisting.h"
 
+#include <checkup/findingwords.h>
 #include <cli/core/textcolumns.h>
 #include <interpreter/datainterpreter.h>
 #include <interpreter/objectdescriptions.h>
@@ -16,7 +17,6 @@ struct Tr
     Q_DECLARE_TR_FUNCTIONS(VisitListing)
 };
 
-constexpr const char *verdictWords[] = {"ok", "note", "incomplete", "warning", "fault"};
 constexpr const char *scopeWords[] = {"full", "quick", "imported"};
 
 QString timeText(const QDateTime &time)
@@ -38,12 +38,11 @@ QJsonValue verdictJson(const std::optional<VisitVerdict> &verdict)
 {
     if (!verdict)
         return QJsonValue::Null;
-    return QJsonObject{
-        {QStringLiteral("verdict"), QLatin1String(verdictWords[static_cast<int>(verdict->verdict)])},
-        {QStringLiteral("faults"), verdict->faults},
-        {QStringLiteral("warnings"), verdict->warnings},
-        {QStringLiteral("notes"), verdict->notes},
-        {QStringLiteral("notChecked"), verdict->notChecked}};
+    return QJsonObject{{QStringLiteral("verdict"), FindingWords::of(verdict->verdict)},
+                       {QStringLiteral("faults"), verdict->faults},
+                       {QStringLiteral("warnings"), verdict->warnings},
+                       {QStringLiteral("notes"), verdict->notes},
+                       {QStringLiteral("notChecked"), verdict->notChecked}};
 }
 
 QJsonObject componentJson(const VisitComponent &component)

@@ -5,7 +5,6 @@
 
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
-#include <cli/core/duration.h>
 #include <cli/core/listening.h>
 #include <cli/core/shareoption.h>
 #include <live/values/valuewriting.h>
@@ -27,7 +26,6 @@ constexpr QLatin1String csvOption("csv");
 constexpr QLatin1String jsonOption("json");
 constexpr int usualShare = 20; // percent
 constexpr std::chrono::milliseconds usualPeriod{500};
-constexpr std::chrono::milliseconds shortestPeriod{ValueAsking::shortestPeriod};
 
 class WatchCommand
 {
@@ -38,7 +36,6 @@ private:
     void addOptions();
     std::optional<ExitStatus> parse(const QStringList &arguments);
     std::optional<ExitStatus> parseObjects();
-    std::optional<ExitStatus> parsePeriod();
     std::optional<ExitStatus> openTable();
     ExitStatus watch();
     void write(const QByteArray &lines);
@@ -84,7 +81,7 @@ std::optional<ExitStatus> WatchCommand::parse(const QStringList &arguments)
         return status;
     if (const std::optional<ExitStatus> status = ShareOption::parse(m_options, &m_share))
         return status;
-    if (const std::optional<ExitStatus> status = parsePeriod())
+    if (const std::optional<ExitStatus> status = Listening::parsePeriod(m_options, everyOption, &m_period))
         return status;
     return parseObjects();
 }
@@ -102,21 +99,6 @@ std::optional<ExitStatus> WatchCommand::parseObjects()
         }
         m_objects.append(*object);
     }
-    return std::nullopt;
-}
-
-std::optional<ExitStatus> WatchCommand::parsePeriod()
-{
-    if (!m_options.isSet(everyOption))
-        return std::nullopt;
-    const std::optional<std::chrono::milliseconds> period = parseDuration(m_options.value(everyOption));
-    if (!period || *period < shortestPeriod) {
-        return m_options.complain(
-            Tr::tr(
-                "\"%1\" is no time of 100ms or more; one is written like 500ms, 10s or 2min, up to a week.")
-                .arg(m_options.value(everyOption)));
-    }
-    m_period = *period;
     return std::nullopt;
 }
 

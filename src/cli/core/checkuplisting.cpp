@@ -3,6 +3,7 @@
 
 #include "terminal.h"
 
+#include <checkup/findingwords.h>
 #include <json/jsontext.h>
 
 #include <algorithm>
@@ -16,7 +17,7 @@ void writeFinding(JsonText *json, const Finding &finding)
 {
     json->beginObject();
     json->write("rule", finding.rule);
-    json->write("severity", Signs::word(finding.severity));
+    json->write("severity", FindingWords::of(finding.severity));
     json->write("text", finding.text);
     json->write("advice", finding.advice);
     json->beginArray("objects");
@@ -46,7 +47,7 @@ void writeComponent(JsonText *json, const CheckedComponent &component)
     json->beginObject();
     json->write("node", qint64(component.nodeId));
     json->write("name", component.name);
-    json->write("state", Signs::word(component.state));
+    json->write("state", FindingWords::of(component.state));
     writeFindings(json, component.findings);
     json->beginArray("notChecked");
     for (const QString &reason : component.notChecked)
@@ -128,7 +129,7 @@ QByteArray CheckupListing::toJson(const CheckupResult &result)
 {
     JsonText json;
     json.beginObject();
-    json.write("verdict", Signs::word(result.verdict));
+    json.write("verdict", FindingWords::of(result.verdict));
     json.beginArray("components");
     for (const CheckedComponent &component : result.components)
         writeComponent(&json, component);

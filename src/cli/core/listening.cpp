@@ -4,6 +4,8 @@
 #include "console.h"
 #include "duration.h"
 
+#include <host/core/valueasking.h>
+
 #include <QTimer>
 
 namespace {
@@ -36,6 +38,22 @@ std::optional<ExitStatus> Listening::parse(const CommandArguments &options)
         return std::nullopt;
     return options.complain(tr("\"%1\" is no time; one is written like 500ms, 10s or 2min, up to a week.")
                                 .arg(options.value(forOption)));
+}
+
+std::optional<ExitStatus> Listening::parsePeriod(const CommandArguments &options, const QString &option,
+                                                 std::chrono::milliseconds *period)
+{
+    constexpr std::chrono::milliseconds shortest{ValueAsking::shortestPeriod};
+    if (!options.isSet(option))
+        return std::nullopt;
+    const std::optional<std::chrono::milliseconds> given = parseDuration(options.value(option));
+    if (!given || *given < shortest) {
+        return options.complain(
+            tr("\"%1\" is no time of 100ms or more; one is written like 500ms, 10s or 2min, up to a week.")
+                .arg(options.value(option)));
+    }
+    *period = *given;
+    return std::nullopt;
 }
 
 std::optional<ExitStatus> Listening::begin()

@@ -31,6 +31,12 @@ public:
     /*! An exit status after a complaint. */
     std::optional<ExitStatus> parse(const CommandArguments &options);
 
+    /*! How often something is done, by \a option: 100 ms or more. Without the option *\a period stays as it is. An exit
+     *  status after a complaint.
+     */
+    static std::optional<ExitStatus> parsePeriod(const CommandArguments &options, const QString &option,
+                                                 std::chrono::milliseconds *period);
+
     /*! Opens the bus and begins; an exit status after a complaint that it cannot. */
     std::optional<ExitStatus> begin();
     /*! Waits until the time is over. The exit status of what came in between: a signal, or a bus that is lost at the end;

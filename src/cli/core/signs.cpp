@@ -12,21 +12,15 @@ namespace {
 struct Sign
 {
     const char *shape; // UTF-8
-    const char *words; // for people
-    const char *word;  // for programs
-    int colour;        // ECMA-48, 30 to 37
+    const char *words;
+    int colour; // ECMA-48, 30 to 37
 };
 
 // In the order of ComponentState
 constexpr Sign signs[] = {
-    {"✔", "good", "good", 32},       {"•", "note", "note", 36},   {"?", "not checked", "notChecked", 35},
-    {"▲", "warning", "warning", 33}, {"✖", "fault", "fault", 31},
+    {"✔", "good", 32}, {"•", "note", 36}, {"?", "not checked", 35}, {"▲", "warning", 33}, {"✖", "fault", 31},
 };
 static_assert(std::size(signs) == static_cast<std::size_t>(ComponentState::Fault) + 1);
-
-// In the order of Verdict
-constexpr const char *verdictWords[] = {"ok", "note", "incomplete", "warning", "fault"};
-static_assert(std::size(verdictWords) == static_cast<std::size_t>(Verdict::Fault) + 1);
 
 const Sign &signOf(ComponentState state)
 {
@@ -76,19 +70,4 @@ QString Signs::of(ComponentState state) const
 QString Signs::of(Severity severity) const
 {
     return of(stateOf(severity));
-}
-
-QString Signs::word(ComponentState state)
-{
-    return QLatin1String(signOf(state).word);
-}
-
-QString Signs::word(Severity severity)
-{
-    return word(stateOf(severity));
-}
-
-QString Signs::word(Verdict verdict)
-{
-    return QLatin1String(verdictWords[static_cast<std::size_t>(verdict)]);
 }

@@ -25,11 +25,6 @@ public:
     QString of(ComponentState state) const;
     QString of(Severity severity) const;
 
-    /*! "fault", "notChecked": for programs. */
-    static QString word(ComponentState state);
-    static QString word(Severity severity);
-    static QString word(Verdict verdict);
-
 private:
     Style m_style;
 };

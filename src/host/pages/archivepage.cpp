@@ -8,6 +8,7 @@
 #include "copytable.h"
 #include "notesdialog.h"
 #include "pagelayout.h"
+#include "plainlabel.h"
 #include "trendplot.h"
 
 #include <archive/archivetransfer.h>
@@ -41,11 +42,8 @@ constexpr int longestSearch = 200;
 
 QLabel *makeLabel(const char *name, QWidget *parent)
 {
-    auto *label = new QLabel(parent);
-    label->setObjectName(QLatin1String(name));
-    label->setTextFormat(Qt::PlainText);
+    QLabel *label = makePlainLabel(name, parent);
     label->setWordWrap(true);
-    label->setMinimumWidth(1);
     return label;
 }
 

@@ -8,6 +8,7 @@
 #include "componentdetails.h"
 #include "lighticon.h"
 #include "pagelayout.h"
+#include "plainlabel.h"
 
 #include <QAction>
 #include <QEvent>
@@ -39,17 +40,6 @@ QToolButton *makeButton(QAction *action, QWidget *parent)
     button->setFocusPolicy(Qt::TabFocus);
     button->setObjectName(action->objectName() + QStringLiteral("Button"));
     return button;
-}
-
-/*! A label that gives way, so that long texts make no window wider. */
-QLabel *makeLabel(const char *name, QWidget *parent)
-{
-    auto *label = new QLabel(parent);
-    label->setObjectName(QLatin1String(name));
-    label->setTextFormat(Qt::PlainText);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    label->setMinimumWidth(1);
-    return label;
 }
 
 } // namespace
@@ -118,7 +108,7 @@ QWidget *CheckupPage::buildTop()
     m_bar->setRange(0, barSteps);
     m_bar->setTextVisible(false);
     m_bar->setMinimumWidth(leastBarWidth);
-    m_progress = makeLabel("checkupProgressText", top);
+    m_progress = makeCopyableLabel("checkupProgressText", top);
     m_progress->setWordWrap(true);
     auto *layout = new QHBoxLayout(top);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -134,13 +124,13 @@ QWidget *CheckupPage::buildVerdict()
     auto *row = new QWidget(this);
     m_light = new QLabel(row);
     m_light->setObjectName(QStringLiteral("verdictLight"));
-    m_verdict = makeLabel("verdictText", row);
+    m_verdict = makeCopyableLabel("verdictText", row);
     QFont large = m_verdict->font();
     large.setBold(true);
     large.setPointSizeF(large.pointSizeF() * 1.2);
     m_verdict->setFont(large);
     m_verdict->setWordWrap(true);
-    m_vehicle = makeLabel("vehicleText", row);
+    m_vehicle = makeCopyableLabel("vehicleText", row);
     m_vehicle->setWordWrap(true);
     m_vehicle->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto *layout = new QHBoxLayout(row);
@@ -188,7 +178,7 @@ QWidget *CheckupPage::buildCentre()
 QWidget *CheckupPage::buildEmpty()
 {
     auto *page = new QWidget(m_centre);
-    m_empty = makeLabel("checkupEmpty", page);
+    m_empty = makeCopyableLabel("checkupEmpty", page);
     m_empty->setWordWrap(true);
     m_empty->setAlignment(Qt::AlignCenter);
     QFont large = m_empty->font();
@@ -216,7 +206,7 @@ QWidget *CheckupPage::buildBottom()
     m_compareButton->setFocusPolicy(Qt::TabFocus);
     m_saveButton = makeButton(m_save, row);
     m_notesButton = makeButton(m_notes, row);
-    m_kept = makeLabel("keptText", row);
+    m_kept = makeCopyableLabel("keptText", row);
     m_kept->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_keep = new QPushButton(row);
     m_keep->setObjectName(QStringLiteral("keepButton"));

@@ -4,23 +4,11 @@
 #include "eventwords.h"
 
 #include <canopen/hexadecimal.h>
+#include <checkup/findingwords.h>
 
 #include <QStringList>
 
 namespace {
-
-QString severityWord(Severity severity)
-{
-    switch (severity) {
-    case Severity::Fault:
-        return QStringLiteral("fault");
-    case Severity::Warning:
-        return QStringLiteral("warning");
-    case Severity::Note:
-        break;
-    }
-    return QStringLiteral("note");
-}
 
 QString manufacturerText(const LiveEvent &event)
 {
@@ -58,7 +46,7 @@ QJsonObject EventWriting::toJson(const LiveEvent &event, const TimeOfDay &timeOf
     QJsonObject json{
         {QStringLiteral("time"), timeOfDay(event.time).toString(Qt::ISODateWithMs)},
         {QStringLiteral("lastTime"), timeOfDay(event.lastTime).toString(Qt::ISODateWithMs)},
-        {QStringLiteral("severity"), severityWord(event.severity())},
+        {QStringLiteral("severity"), FindingWords::of(event.severity())},
         {QStringLiteral("kind"), eventKindName(event.kind)},
         {QStringLiteral("node"), event.nodeId != 0 ? QJsonValue(event.nodeId) : QJsonValue()},
         {QStringLiteral("code"), double(event.code)},
@@ -81,7 +69,7 @@ QByteArray EventWriting::toCsv(const LiveEvent &event, const TimeOfDay &timeOfDa
 {
     return line({
         timeOfDay(event.time).toString(Qt::ISODateWithMs),
-        severityWord(event.severity()),
+        FindingWords::of(event.severity()),
         event.nodeId != 0 ? QString::number(event.nodeId) : QString(),
         eventKindName(event.kind),
         QString::number(event.code),

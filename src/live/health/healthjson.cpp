@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "healthjson.h"
 
+#include <checkup/findingwords.h>
+
 #include <QJsonArray>
 
 #include <cmath>
@@ -68,36 +70,6 @@ QString controllerOf(InterfaceHealth::State state)
         break;
     }
     return QStringLiteral("unknown");
-}
-
-QString wordOf(ComponentState state)
-{
-    switch (state) {
-    case ComponentState::Good:
-        return QStringLiteral("good");
-    case ComponentState::Note:
-        return QStringLiteral("note");
-    case ComponentState::Warning:
-        return QStringLiteral("warning");
-    case ComponentState::Fault:
-        return QStringLiteral("fault");
-    case ComponentState::NotChecked:
-        break;
-    }
-    return QStringLiteral("notChecked");
-}
-
-QString wordOf(Severity severity)
-{
-    switch (severity) {
-    case Severity::Fault:
-        return QStringLiteral("fault");
-    case Severity::Warning:
-        return QStringLiteral("warning");
-    case Severity::Note:
-        break;
-    }
-    return QStringLiteral("note");
 }
 
 QJsonObject heartbeatOf(const HeartbeatNumbers &heartbeat)
@@ -174,7 +146,7 @@ QJsonArray findingsOf(const HealthLight &light)
     for (const Finding &finding : light.findings) {
         findings.append(QJsonObject{
             {QStringLiteral("rule"), finding.rule},
-            {QStringLiteral("severity"), wordOf(finding.severity)},
+            {QStringLiteral("severity"), FindingWords::of(finding.severity)},
             {QStringLiteral("node"), finding.nodeId != 0 ? QJsonValue(finding.nodeId) : QJsonValue()},
             {QStringLiteral("text"), finding.text},
             {QStringLiteral("advice"), finding.advice},
@@ -188,7 +160,7 @@ QJsonArray lightsOf(const QVector<HealthLight> &lights)
     QJsonArray array;
     for (const HealthLight &light : lights) {
         array.append(QJsonObject{{QStringLiteral("subject"), HealthJudgement::word(light.subject)},
-                                 {QStringLiteral("state"), wordOf(light.state)},
+                                 {QStringLiteral("state"), FindingWords::of(light.state)},
                                  {QStringLiteral("text"), light.text},
                                  {QStringLiteral("findings"), findingsOf(light)}});
     }

@@ -4,6 +4,7 @@
 #include "livesession.h"
 #include "watchmodel.h"
 
+#include <host/pages/plainlabel.h>
 #include <host/pages/plaintooltip.h>
 
 #include <QComboBox>
@@ -30,24 +31,14 @@ QString numberOf(const BatteryPack &pack, double number)
     return (WatchModel::numberText(number, value) + QLatin1Char(' ') + pack.unit).trimmed();
 }
 
-QLabel *makeLabel(QWidget *parent, const char *name)
-{
-    auto *label = new QLabel(parent);
-    label->setObjectName(QLatin1String(name));
-    label->setTextFormat(Qt::PlainText);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    label->setMinimumWidth(1);
-    return label;
-}
-
 } // namespace
 
 BatteryView::BatteryView(LiveSession *session, QWidget *parent)
     : QWidget(parent)
     , m_session(session)
     , m_choice(new QComboBox(this))
-    , m_text(makeLabel(this, "cellText"))
-    , m_others(makeLabel(this, "batteryText"))
+    , m_text(makeCopyableLabel("cellText", this))
+    , m_others(makeCopyableLabel("batteryText", this))
     , m_bars(new CellBars(this))
 {
     setObjectName(QStringLiteral("batteryView"));
