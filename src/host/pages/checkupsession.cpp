@@ -106,8 +106,7 @@ void CheckupSession::resume()
     if (!canResume())
         return;
     SnapshotOrder order;
-    order.scope = m_record.snapshot.scope;
-    order.earlier = m_record.snapshot;
+    order.earlier = m_record.snapshot; // whose scope counts
     begin(order);
 }
 

@@ -5,6 +5,7 @@
 #include <host/pages/checkupwords.h>
 #include <tests/support/troubledvehicle.h>
 
+#include <QElapsedTimer>
 #include <QSignalSpy>
 
 namespace {
@@ -79,6 +80,8 @@ private slots:
     void rowsFillWhileNodesAreRead();
     void cancelKeepsWhatWasRead();
     void goesOnWhereItEnded();
+    void goesOnWithSnapshotsOnly();
+    void keepsToItsShareOfTheBus();
     void emptyBusIsNotKept();
     void refusesReadsOfPlugins();
     void doesNotBeginDuringARead();
@@ -87,6 +90,8 @@ private slots:
     void comparesWithTheVisitBefore();
     void fileIsShownAndNotKeptByItself();
     void otherVehicleHasOtherNotes();
+    void notesEndWithTheConnection();
+    void lateAnswerOfTheArchiveIsOfAnotherRecord();
     void languageJudgesAnew();
     void archiveThatIsAwayIsSaid();
 };
@@ -195,6 +200,38 @@ void tst_CheckupSession::goesOnWhereItEnded()
     QVERIFY(desk.session.record().snapshot.isComplete());
     QCOMPARE(desk.session.record().snapshot.time, begun);
     QVERIFY(!desk.session.canResume());
+}
+
+void tst_CheckupSession::goesOnWithSnapshotsOnly()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    Snapshot gaps = desk.session.record().snapshot;
+    SnapshotEntry lost;
+    lost.key = {0x1018, 4};
+    lost.gap = SnapshotGap::NoAnswer;
+    gaps.nodes.first().insert(lost);
+    desk.session.showFile(gaps, QStringLiteral("gaps.dxsnap"));
+    QVERIFY(desk.session.canResume());
+    gaps.scope = SnapshotScope::Imported; // nobody knows what was asked for
+    desk.session.showFile(gaps, QStringLiteral("gaps.dxxml"));
+    QVERIFY(!desk.session.canResume());
+}
+
+void tst_CheckupSession::keepsToItsShareOfTheBus()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    const auto timeOfARun = [&desk] {
+        QElapsedTimer clock; // of the test
+        clock.start();
+        desk.run(SnapshotScope::Quick);
+        return clock.elapsed();
+    };
+    const qint64 withoutLimit = timeOfARun();
+    desk.session.setSharePercent(5);
+    QVERIFY(timeOfARun() > 3 * withoutLimit);
 }
 
 void tst_CheckupSession::emptyBusIsNotKept()
@@ -334,6 +371,36 @@ void tst_CheckupSession::otherVehicleHasOtherNotes()
     desk.run(); // maybe another one
     QCOMPARE(desk.session.record().snapshot.notes.customer, QString());
     QCOMPARE(desk.session.record().snapshot.notes.technician, QStringLiteral("T. Wrench"));
+}
+
+void tst_CheckupSession::notesEndWithTheConnection()
+{
+    Desk desk(healthy());
+    SnapshotNotes notes;
+    notes.customer = QStringLiteral("A. Customer");
+    desk.session.setNotes(notes);
+    QVERIFY(desk.host.connectToBus());
+    desk.session.start(SnapshotScope::Quick, Search::Heard);
+    waitUntil([&desk] { return desk.session.progress().values > 50; });
+    desk.host.services().bus().disconnectFromBus(); // in the middle
+    waitForArchive(desk.records);
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    QCOMPARE(desk.session.record().snapshot.notes.customer, QString());
+}
+
+void tst_CheckupSession::lateAnswerOfTheArchiveIsOfAnotherRecord()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.session.start(SnapshotScope::Quick, Search::Heard);
+    waitUntil([&desk] { return !desk.session.isRunning(); });
+    QCOMPARE(desk.session.kept(), Kept::Asked);
+    desk.session.showFile(desk.session.record().snapshot, QStringLiteral("other.dxsnap"));
+    waitForArchive(desk.records);
+    QCOMPARE(visitCount(desk.records), 1);
+    QCOMPARE(desk.session.kept(), Kept::No);
+    QVERIFY(!desk.session.record().visitId);
 }
 
 void tst_CheckupSession::languageJudgesAnew()
