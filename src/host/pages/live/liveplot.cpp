@@ -204,23 +204,28 @@ void LivePlot::zoom(const QPoint &place, int steps)
     emit timeChosen(first, first + length);
 }
 
+void LivePlot::handleMouse(const QMouseEvent &mouse)
+{
+    if (mouse.type() == QEvent::MouseMove) {
+        if (m_isPressed)
+            drag(mouse.pos());
+    } else if (mouse.button() == Qt::LeftButton) {
+        if (mouse.type() == QEvent::MouseButtonPress)
+            press(mouse.pos());
+        else if (m_isPressed)
+            release(mouse.pos());
+    }
+}
+
 bool LivePlot::eventFilter(QObject *object, QEvent *event)
 {
     if (object != canvas())
         return QwtPlot::eventFilter(object, event);
-    auto *mouse = static_cast<QMouseEvent *>(event);
     switch (event->type()) {
     case QEvent::MouseButtonPress:
-        if (mouse->button() == Qt::LeftButton)
-            press(mouse->pos());
-        return true;
     case QEvent::MouseMove:
-        if (m_isPressed)
-            drag(mouse->pos());
-        return true;
     case QEvent::MouseButtonRelease:
-        if (m_isPressed && mouse->button() == Qt::LeftButton)
-            release(mouse->pos());
+        handleMouse(*static_cast<QMouseEvent *>(event));
         return true;
     case QEvent::MouseButtonDblClick:
         emit resetRequested();

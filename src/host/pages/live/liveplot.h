@@ -11,6 +11,7 @@
 #include <memory>
 
 class LiveCurve;
+class QMouseEvent;
 class QRubberBand;
 class QwtPlotGrid;
 class QwtPlotMarker;
@@ -69,6 +70,7 @@ private:
     void takeColours();
     void scaleAxes();
     void scaleGroup(int group);
+    void handleMouse(const QMouseEvent &mouse);
     void press(const QPoint &place);
     void drag(const QPoint &place);
     void release(const QPoint &place);
