@@ -14,10 +14,10 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr QLatin1String generalGroup("patience");
-constexpr QLatin1String nodesGroup("patience/nodes"); // one group for each node ID
-constexpr QLatin1String timeoutKey("timeout");        // ms
-constexpr QLatin1String repeatsKey("repeats");
+constexpr const char *generalGroup = "patience";
+constexpr const char *nodesGroup = "patience/nodes"; // one group for each node ID
+constexpr const char *timeoutKey = "timeout";        // ms
+constexpr const char *repeatsKey = "repeats";
 
 constexpr milliseconds shortestLimit{10000}; // of one upload in all
 constexpr milliseconds longestLimit{60000};
@@ -33,22 +33,23 @@ PatienceSettings::Patience readPatience(const QSettings &settings, const QString
                                         const PatienceSettings::Patience &otherwise)
 {
     PatienceSettings::Patience patience;
-    patience.timeout = readNumber(settings, group + timeoutKey, PatienceSettings::shortestTimeout,
-                                  PatienceSettings::longestTimeout, otherwise.timeout);
-    patience.repeats
-        = readNumber(settings, group + repeatsKey, 0, PatienceSettings::mostRepeats, otherwise.repeats);
+    patience.timeout
+        = readNumber(settings, group + QLatin1String(timeoutKey), PatienceSettings::shortestTimeout,
+                     PatienceSettings::longestTimeout, otherwise.timeout);
+    patience.repeats = readNumber(settings, group + QLatin1String(repeatsKey), 0,
+                                  PatienceSettings::mostRepeats, otherwise.repeats);
     return patience;
 }
 
 void writePatience(QSettings *settings, const QString &group, const PatienceSettings::Patience &patience)
 {
-    settings->setValue(group + timeoutKey, patience.timeout);
-    settings->setValue(group + repeatsKey, patience.repeats);
+    settings->setValue(group + QLatin1String(timeoutKey), patience.timeout);
+    settings->setValue(group + QLatin1String(repeatsKey), patience.repeats);
 }
 
 QString groupOf(quint8 nodeId)
 {
-    return nodesGroup + QLatin1Char('/') + QString::number(nodeId) + QLatin1Char('/');
+    return QLatin1String(nodesGroup) + QLatin1Char('/') + QString::number(nodeId) + QLatin1Char('/');
 }
 
 /*! The time-outs of all repeats together, within bounds: every wait ends. */
@@ -67,8 +68,8 @@ CanOpen::SdoPatience toClient(const PatienceSettings::Patience &patience)
 PatienceSettings PatienceSettings::load(const QSettings &settings)
 {
     PatienceSettings result;
-    result.general = readPatience(settings, generalGroup + QLatin1Char('/'), result.general);
-    const QString prefix = nodesGroup + QLatin1Char('/');
+    result.general = readPatience(settings, QLatin1String(generalGroup) + QLatin1Char('/'), result.general);
+    const QString prefix = QLatin1String(nodesGroup) + QLatin1Char('/');
     const QStringList keys = settings.allKeys();
     for (const QString &key : keys) {
         if (!key.startsWith(prefix))
@@ -85,8 +86,8 @@ PatienceSettings PatienceSettings::load(const QSettings &settings)
 
 void PatienceSettings::save(QSettings *settings) const
 {
-    writePatience(settings, generalGroup + QLatin1Char('/'), general);
-    settings->remove(nodesGroup);
+    writePatience(settings, QLatin1String(generalGroup) + QLatin1Char('/'), general);
+    settings->remove(QLatin1String(nodesGroup));
     for (auto it = nodes.cbegin(); it != nodes.cend(); ++it)
         writePatience(settings, groupOf(it.key()), it.value());
 }
