@@ -105,6 +105,27 @@ void appendRow(QVector<QStringList> *rows, const QString &name, const QString &v
         rows->append({name, value});
 }
 
+/*! What people wrote, and where it comes from. */
+void addNotes(QJsonObject *json, const VisitInfo &visit)
+{
+    json->insert(QStringLiteral("customer"), visit.notes.customer);
+    json->insert(QStringLiteral("technician"), visit.notes.technician);
+    json->insert(QStringLiteral("odometer"), visit.notes.odometer);
+    json->insert(QStringLiteral("note"), visit.notes.note);
+    json->insert(QStringLiteral("bus"), visit.bus);
+    json->insert(QStringLiteral("program"), visit.program);
+}
+
+/*! What was read, and how much of it. */
+void addReading(QJsonObject *json, const VisitInfo &visit)
+{
+    json->insert(QStringLiteral("scope"), QLatin1String(scopeWords[static_cast<int>(visit.scope)]));
+    json->insert(QStringLiteral("complete"), visit.isComplete);
+    json->insert(QStringLiteral("values"), visit.valueCount);
+    json->insert(QStringLiteral("gaps"), visit.gapCount);
+    json->insert(QStringLiteral("sha256"), visit.fingerprint);
+}
+
 } // namespace
 
 QString VisitListing::verdictText(const std::optional<VisitVerdict> &verdict)
@@ -186,23 +207,15 @@ QJsonObject VisitListing::json(const VisitInfo &visit)
     QJsonArray components;
     for (const VisitComponent &component : visit.components)
         components.append(componentJson(component));
-    return {{QStringLiteral("id"), visit.id},
-            {QStringLiteral("time"), visit.time.toString(Qt::ISODateWithMs)},
-            {QStringLiteral("vehicle"), visit.vehicle},
-            {QStringLiteral("vehicleId"), visit.vehicleId},
-            {QStringLiteral("customer"), visit.notes.customer},
-            {QStringLiteral("technician"), visit.notes.technician},
-            {QStringLiteral("odometer"), visit.notes.odometer},
-            {QStringLiteral("note"), visit.notes.note},
-            {QStringLiteral("bus"), visit.bus},
-            {QStringLiteral("program"), visit.program},
-            {QStringLiteral("scope"), QLatin1String(scopeWords[static_cast<int>(visit.scope)])},
-            {QStringLiteral("complete"), visit.isComplete},
-            {QStringLiteral("values"), visit.valueCount},
-            {QStringLiteral("gaps"), visit.gapCount},
-            {QStringLiteral("sha256"), visit.fingerprint},
-            {QStringLiteral("checkup"), verdictJson(visit.verdict)},
-            {QStringLiteral("components"), components}};
+    QJsonObject json{{QStringLiteral("id"), visit.id},
+                     {QStringLiteral("time"), visit.time.toString(Qt::ISODateWithMs)},
+                     {QStringLiteral("vehicle"), visit.vehicle},
+                     {QStringLiteral("vehicleId"), visit.vehicleId},
+                     {QStringLiteral("checkup"), verdictJson(visit.verdict)},
+                     {QStringLiteral("components"), components}};
+    addReading(&json, visit);
+    addNotes(&json, visit);
+    return json;
 }
 
 QJsonObject VisitListing::json(const VehicleInfo &vehicle)

@@ -167,29 +167,44 @@ QJsonArray lightsOf(const QVector<HealthLight> &lights)
     return array;
 }
 
-} // namespace
+QJsonObject loadsOf(const HealthNumbers &numbers)
+{
+    return {{QStringLiteral("mean"), loadOf(numbers.meanLoad)},
+            {QStringLiteral("peak"), loadOf(numbers.peakLoad)},
+            {QStringLiteral("lastSecond"), loadOf(numbers.lastLoad)}};
+}
 
-QJsonObject HealthJson::of(const HealthNumbers &numbers, const QVector<HealthLight> &lights)
+QJsonArray nodesOf(const HealthNumbers &numbers)
 {
     QJsonArray nodes;
     for (const NodeNumbers &node : numbers.nodes)
         nodes.append(nodeOf(node));
-    QJsonArray askedByOthers;
+    return nodes;
+}
+
+QJsonArray askedByOthers(const HealthNumbers &numbers)
+{
+    QJsonArray nodes;
     for (const quint8 node : numbers.nodesAskedByOthers())
-        askedByOthers.append(node);
+        nodes.append(node);
+    return nodes;
+}
+
+} // namespace
+
+QJsonObject HealthJson::of(const HealthNumbers &numbers, const QVector<HealthLight> &lights)
+{
     return {
         {QStringLiteral("duration"), rounded(numbers.duration, 1)},
         {QStringLiteral("bitRate"), numbers.bitRate > 0 ? QJsonValue(numbers.bitRate) : QJsonValue()},
-        {QStringLiteral("busLoad"), QJsonObject{{QStringLiteral("mean"), loadOf(numbers.meanLoad)},
-                                                {QStringLiteral("peak"), loadOf(numbers.peakLoad)},
-                                                {QStringLiteral("lastSecond"), loadOf(numbers.lastLoad)}}},
+        {QStringLiteral("busLoad"), loadsOf(numbers)},
         {QStringLiteral("frames"), count(numbers.frames)},
         {QStringLiteral("framesPerSecond"), rounded(numbers.framesPerSecond, thousand)},
         {QStringLiteral("kinds"), kindsOf(numbers)},
         {QStringLiteral("longestBurst"), numberOf(numbers.longestBurst)},
         {QStringLiteral("interface"), interfaceOf(numbers)},
-        {QStringLiteral("nodesAskedByOthers"), askedByOthers},
-        {QStringLiteral("nodes"), nodes},
+        {QStringLiteral("nodesAskedByOthers"), askedByOthers(numbers)},
+        {QStringLiteral("nodes"), nodesOf(numbers)},
         {QStringLiteral("lights"), lightsOf(lights)},
     };
 }
