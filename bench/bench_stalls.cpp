@@ -478,9 +478,9 @@ const std::vector<Answer> &answers()
         = [](const QByteArray &body) { return [body] { return HttpServer::response(body); }; };
     static const std::vector<Answer> all = {
         {"short", text("Firmware 1.1 is available.")},
-        {"4 MB in one line", text(QByteArray(4 * megabyte, 'x'))},
-        {"4 MB in words", text(QByteArray("word ").repeated(4 * megabyte / 5))},
-        {"4 MB of line ends", text(QByteArray(4 * megabyte, '\n'))},
+        {"9 MB in one line", text(QByteArray(9 * megabyte, 'x'))},
+        {"9 MB in words", text(QByteArray("word ").repeated(9 * megabyte / 5))},
+        {"9 MB of line ends", text(QByteArray(9 * megabyte, '\n'))},
         {"20000 in one line", text(QByteArray(shown, 'x'))},
         {"20000 blanks", text(QByteArray(shown, ' '))},
         {"20000 tabs", text(QByteArray(shown, '\t'))},
@@ -495,12 +495,12 @@ const std::vector<Answer> &answers()
         {"4000 in words", text(QByteArray("W ").repeated(1999))},
         {"gzip of 1 GB",
          [] {
-             const QByteArray body = compressed(QByteArray(1024 * megabyte, 'x'));
+             const QByteArray body = compressed(QByteArray(1029 * megabyte, 'x'));
              return HttpServer::response(body, "200 OK", "Content-Encoding: gzip\r\n");
          }},
-        {"gzip of 4 MB",
+        {"gzip of 9 MB",
          [] {
-             const QByteArray body = compressed(QByteArray(4 * megabyte, 'x'));
+             const QByteArray body = compressed(QByteArray(9 * megabyte, 'x'));
              return HttpServer::response(body, "200 OK", "Content-Encoding: gzip\r\n");
          }},
         {"20000 cookies",
