@@ -384,7 +384,7 @@ void tst_ShippedRules::rule_data()
     one("as many cycles as it is made for", number(battery, 0x6107, 1, 800),
         "2|cycles|note|It has had 800 charge cycles; it is made for 800.");
     one("warning of the second virtual device", array(charger, 0x600B, {0, 0x10}, 4),
-        "3|warning|warning|Warning of part 2: electronics too hot.");
+        "3|warning|warning|Warning of virtual device 2: electronics too hot.");
     one("not yet very slow", node(motor, [](SnapshotNode *n) { n->medianAnswer = 250; }),
         "4|slow-answers|note|It answers slowly: half of its answers took 250 ms or more, the slowest 5 ms.");
     one("no vendor", absent(motor, 0x1018, 1),
@@ -650,8 +650,9 @@ void tst_ShippedRules::alarmWords()
     array(charger, 0x600B, {1 << bit}, 4)(&snapshot);
     QCOMPARE(
         found(judge(snapshot)),
-        (QStringList{QStringLiteral("4|alarm|fault|Alarm of part %2: %1.").arg(words, QStringLiteral("2")),
-                     QStringLiteral("3|warning|warning|Warning: %1.").arg(words)}));
+        (QStringList{
+            QStringLiteral("4|alarm|fault|Alarm of virtual device %2: %1.").arg(words, QStringLiteral("2")),
+            QStringLiteral("3|warning|warning|Warning: %1.").arg(words)}));
 }
 
 void tst_ShippedRules::errorRegisterBits_data()
