@@ -1,20 +1,13 @@
 // SPDX-License-Identifier: MIT
 // How long the window keeps a click waiting, at worst. The simulated vehicle runs in the same thread and counts too.
+#include "benchwindow.h"
 #include "manyvisits.h"
 #include "stallwatch.h"
 #include "vehiclesnapshot.h"
 
 #include <archive/archive.h>
-#include <host/core/hostservices.h>
-#include <host/core/pluginsession.h>
-#include <host/mainwindow.h>
 #include <host/pages/checkupsession.h>
-#include <interface/dxplugininterface.h>
 #include <interpreter/readlist.h>
-#include <simulator/simulateddevice.h>
-#include <simulator/vehicle.h>
-#include <simulator/vehiclefile.h>
-#include <simulator/vehicleonbus.h>
 #include <store/exchangefile.h>
 #include <store/nodestore.h>
 #include <tests/support/filedialogdriver.h>
@@ -22,13 +15,11 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QAction>
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDateTime>
-#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QThread>
@@ -45,122 +36,10 @@ namespace {
 
 constexpr int nodeCount = 127;
 constexpr int devicesPerNode = 5;
-constexpr int framesPerMillisecond = 8;
 constexpr qint64 floodTime = 10000;  // ms
 constexpr qint64 settlingTime = 400; // ms, until the window is painted
 constexpr qint64 answerTime = 2500;  // ms, until an answer has been shown and closed
 constexpr int repetitions = 10;
-
-/*! Sends PDOs of all nodes, 8000 frames a second. */
-class Flood : public Simulator::BusParticipant
-{
-public:
-    explicit Flood(Simulator::SimulatedBus *bus)
-        : m_bus(bus)
-    {
-        m_bus->attach(this);
-        m_timer.setTimerType(Qt::PreciseTimer);
-        QObject::connect(&m_timer, &QTimer::timeout, [this] { sendDue(); });
-        m_clock.start();
-        m_timer.start(1);
-    }
-    ~Flood() override { m_bus->detach(this); }
-    Q_DISABLE_COPY(Flood)
-
-    void receive(const QCanBusFrame &) override {}
-    bool isSimulated() const override { return true; }
-    qint64 sentCount() const { return m_sent; }
-
-private:
-    void sendDue()
-    {
-        for (const qint64 due = m_clock.elapsed() * framesPerMillisecond; m_sent < due; ++m_sent) {
-            const auto cobId = 0x180u + static_cast<quint32>(m_sent % nodeCount) + 1u;
-            m_bus->send(this, QCanBusFrame(cobId, QByteArray(8, static_cast<char>(m_sent))), 0,
-                        Simulator::SimulatedBus::noQueueLimit);
-        }
-    }
-
-    Simulator::SimulatedBus *m_bus;
-    QTimer m_timer;
-    QElapsedTimer m_clock;
-    qint64 m_sent = 0;
-};
-
-/*! The whole window on a bus with the shipped vehicle "full-bus". */
-class Window
-{
-public:
-    explicit Window(const Simulator::VehicleDescription &vehicle = loadVehicle())
-        : m_bus(std::make_shared<Simulator::SimulatedBus>(0))
-        , m_vehicle(vehicle)
-        , m_vehicleOnBus(&m_vehicle, m_bus.get())
-        , m_session(&m_services)
-    {
-        m_services.bus().setDeviceFactory(
-            [this](const QString &, const QString &, QString *) -> QCanBusDevice * {
-                return new Simulator::SimulatedCanDevice(m_bus);
-            });
-        const QStringList errors
-            = m_session.loadFolder(QStringLiteral(OVERVIEW_PLUGIN_FOLDER), QStringLiteral("en"));
-        if (!errors.isEmpty())
-            qFatal("%s", qUtf8Printable(errors.first()));
-        m_window = std::make_unique<MainWindow>(&m_services, &m_session);
-        m_window->checkup().setRules(RuleSet::load({QStringLiteral(RULE_FOLDER)}));
-        m_window->checkup().setSharePercent(100);
-        m_window->showPlugins();
-        m_window->show();
-        m_vehicle.start();
-        BusSettings settings;
-        settings.address.plugin = QStringLiteral("simulated");
-        settings.address.interfaceName = QStringLiteral("full-bus");
-        QString error;
-        if (!m_services.bus().connectToBus(settings, &error))
-            qFatal("%s", qUtf8Printable(error));
-        pass(500);
-    }
-
-    ~Window()
-    {
-        m_window.reset();
-        m_session.shutDown();
-        for (const PluginSession::Plugin &plugin : m_session.plugins())
-            delete dynamic_cast<QObject *>(plugin.library.plugin);
-    }
-    Q_DISABLE_COPY(Window)
-
-    /*! Lets the event loop run for \a milliseconds. */
-    static void pass(qint64 milliseconds)
-    {
-        QEventLoop loop;
-        QTimer::singleShot(static_cast<int>(milliseconds), &loop, &QEventLoop::quit);
-        loop.exec();
-    }
-
-    void press(const char *button) { m_window->findChild<QPushButton *>(QLatin1String(button))->click(); }
-    void openFile(const QString &fileName) { m_window->openFile(fileName); }
-    void trigger(const char *action) { m_window->findChild<QAction *>(QLatin1String(action))->trigger(); }
-    Simulator::SimulatedBus *bus() { return m_bus.get(); }
-    MainWindow &window() { return *m_window; }
-
-    static Simulator::VehicleDescription loadVehicle()
-    {
-        QString error;
-        const auto vehicle
-            = Simulator::readVehicleFile(QStringLiteral(VEHICLE_FOLDER "/full-bus.json"), &error);
-        if (!vehicle)
-            qFatal("%s", qUtf8Printable(error));
-        return *vehicle;
-    }
-
-private:
-    std::shared_ptr<Simulator::SimulatedBus> m_bus;
-    Simulator::Vehicle m_vehicle;
-    Simulator::VehicleOnBus m_vehicleOnBus;
-    HostServices m_services;
-    PluginSession m_session;
-    std::unique_ptr<MainWindow> m_window;
-};
 
 /*! What \a watch saw, and how busy the machine was with other things. */
 void report(const StallWatch &watch, benchmark::State *state)
@@ -176,13 +55,13 @@ void report(const StallWatch &watch, benchmark::State *state)
 /*! 8000 frames a second for ten seconds, with \a page shown. */
 void measureFlood(benchmark::State &state, const char *page)
 {
-    Window window;
+    BenchWindow window;
     window.trigger(page);
     for (auto _ : state) {
         const Flood flood(window.bus());
-        Window::pass(100);
+        BenchWindow::pass(100);
         StallWatch watch;
-        Window::pass(floodTime);
+        BenchWindow::pass(floodTime);
         report(watch, &state);
         state.counters["frames"] = static_cast<double>(flood.sentCount());
     }
@@ -203,13 +82,13 @@ BENCHMARK(floodOnLivePage)->Iterations(1)->Unit(benchmark::kMillisecond);
 /*! A read of the vehicle, detection included, with the same flood beside it. */
 void readInFlood(benchmark::State &state)
 {
-    Window window;
+    BenchWindow window;
     for (auto _ : state) {
         const Flood flood(window.bus());
-        Window::pass(100);
+        BenchWindow::pass(100);
         StallWatch watch;
         window.press("btnRead");
-        Window::pass(100);
+        BenchWindow::pass(100);
         report(watch, &state);
     }
 }
@@ -270,12 +149,12 @@ void importFile(benchmark::State &state, const QString &text)
 {
     const QTemporaryDir folder;
     const FileDialogDriver dialogs(fileWith(text, folder));
-    Window window;
+    BenchWindow window;
     for (auto _ : state) {
         StallWatch watch;
         const DialogEnd dialogEnd([&watch] { watch.reset(); });
         window.press("btnImport");
-        Window::pass(settlingTime);
+        BenchWindow::pass(settlingTime);
         report(watch, &state);
     }
 }
@@ -285,11 +164,11 @@ void openFile(benchmark::State &state, const QString &text)
 {
     const QTemporaryDir folder;
     const QString fileName = fileWith(text, folder);
-    Window window;
+    BenchWindow window;
     for (auto _ : state) {
         StallWatch watch;
         QTimer::singleShot(0, [&] { window.openFile(fileName); });
-        Window::pass(settlingTime);
+        BenchWindow::pass(settlingTime);
         report(watch, &state);
     }
 }
@@ -376,7 +255,7 @@ QByteArray compressed(const QByteArray &text)
 Simulator::VehicleDescription crowd()
 {
     constexpr quint8 battery = 2;
-    Simulator::VehicleDescription vehicle = Window::loadVehicle();
+    Simulator::VehicleDescription vehicle = BenchWindow::shipped("full-bus");
     const auto model
         = std::find_if(vehicle.nodes.cbegin(), vehicle.nodes.cend(),
                        [](const Simulator::NodeDescription &node) { return node.id == battery; });
@@ -407,14 +286,14 @@ private:
 void checkupOf127(benchmark::State &state)
 {
     const OwnArchive archive;
-    Window window(crowd());
+    BenchWindow window(crowd());
     for (auto _ : state) {
         StallWatch watch;
         window.trigger("actionQuickCheckup");
         while (window.window().checkup().isRunning()
                || window.window().checkup().kept() == CheckupSession::Kept::Asked)
-            Window::pass(settlingTime);
-        Window::pass(3 * settlingTime);
+            BenchWindow::pass(settlingTime);
+        BenchWindow::pass(3 * settlingTime);
         report(watch, &state);
         state.counters["values"] = window.window().checkup().record().snapshot.valueCount();
     }
@@ -437,20 +316,20 @@ void archiveOf10000(benchmark::State &state)
     const ManyVisits visits;
     qputenv("DRAXEL_ARCHIVE", visits.fileName().toLocal8Bit());
     fillArchive(visits.fileName());
-    Window window;
+    BenchWindow window;
     for (auto _ : state) {
         StallWatch watch;
         window.trigger("actionPageArchive");
-        Window::pass(answerTime);
+        BenchWindow::pass(answerTime);
         auto *search = window.window().findChild<QLineEdit *>(QStringLiteral("archiveSearch"));
         search->setText(QStringLiteral("1"));
-        Window::pass(answerTime);
+        BenchWindow::pass(answerTime);
         search->clear();
-        Window::pass(answerTime);
+        BenchWindow::pass(answerTime);
         window.window().findChild<QTableView *>(QStringLiteral("vehicleTable"))->selectRow(3);
-        Window::pass(answerTime);
+        BenchWindow::pass(answerTime);
         window.press("visitOpen");
-        Window::pass(answerTime);
+        BenchWindow::pass(answerTime);
         report(watch, &state);
         state.counters["visits"] = ManyVisits::count();
     }
@@ -478,9 +357,9 @@ const std::vector<Answer> &answers()
         = [](const QByteArray &body) { return [body] { return HttpServer::response(body); }; };
     static const std::vector<Answer> all = {
         {"short", text("Firmware 1.1 is available.")},
-        {"9 MB in one line", text(QByteArray(9 * megabyte, 'x'))},
-        {"9 MB in words", text(QByteArray("word ").repeated(9 * megabyte / 5))},
-        {"9 MB of line ends", text(QByteArray(9 * megabyte, '\n'))},
+        {"4 MB in one line", text(QByteArray(4 * megabyte, 'x'))},
+        {"4 MB in words", text(QByteArray("word ").repeated(4 * megabyte / 5))},
+        {"4 MB of line ends", text(QByteArray(4 * megabyte, '\n'))},
         {"20000 in one line", text(QByteArray(shown, 'x'))},
         {"20000 blanks", text(QByteArray(shown, ' '))},
         {"20000 tabs", text(QByteArray(shown, '\t'))},
@@ -495,12 +374,12 @@ const std::vector<Answer> &answers()
         {"4000 in words", text(QByteArray("W ").repeated(1999))},
         {"gzip of 1 GB",
          [] {
-             const QByteArray body = compressed(QByteArray(1029 * megabyte, 'x'));
+             const QByteArray body = compressed(QByteArray(1024 * megabyte, 'x'));
              return HttpServer::response(body, "200 OK", "Content-Encoding: gzip\r\n");
          }},
-        {"gzip of 9 MB",
+        {"gzip of 4 MB",
          [] {
-             const QByteArray body = compressed(QByteArray(9 * megabyte, 'x'));
+             const QByteArray body = compressed(QByteArray(4 * megabyte, 'x'));
              return HttpServer::response(body, "200 OK", "Content-Encoding: gzip\r\n");
          }},
         {"20000 cookies",
@@ -519,9 +398,9 @@ void updateAnswer(benchmark::State &state)
     state.SetLabel(answer.name);
     const AnsweringServer server(answer.bytes());
     const QTemporaryDir folder;
-    Window window;
+    BenchWindow window;
     window.openFile(fileWith(largestText(), folder));
-    Window::pass(settlingTime);
+    BenchWindow::pass(settlingTime);
     for (auto _ : state) {
         StallWatch watch;
         QTimer look;
@@ -534,12 +413,12 @@ void updateAnswer(benchmark::State &state)
                     && button->text().contains(QLatin1String("Details")))
                     button->click();
             }
-            Window::pass(settlingTime);
+            BenchWindow::pass(settlingTime);
             box->accept();
         });
         look.start(5);
         window.press("btnCheckUpdate");
-        Window::pass(answerTime);
+        BenchWindow::pass(answerTime);
         report(watch, &state);
     }
 }
