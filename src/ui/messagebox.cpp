@@ -14,8 +14,8 @@
 namespace {
 
 constexpr int mostLines = 40;
-constexpr int mostCharacters = 4000;
-constexpr int mostDetails = 5000; // characters, which even in one line are laid out at once
+constexpr int mostCharacters = 1000; // a box is laid out several times until it is shown
+constexpr int mostDetails = 5000;    // characters, which even in one line are laid out at once
 
 /*! A control character that is neither tabulator nor line end: no font has a picture for it. */
 bool isPictureless(QChar character)

@@ -20,8 +20,8 @@ QUrl requestUrl(quint32 vendorId, quint32 productCode, quint32 revision)
 
 QString textOf(const QByteArray &body)
 {
-    const int end = body.indexOf('\0');
-    return QString::fromLatin1(body.constData(), end < 0 ? body.size() : end);
+    return QString::fromLatin1(body.constData(),
+                               static_cast<int>(qstrnlen(body.constData(), static_cast<uint>(body.size()))));
 }
 
 /*! The body stays, for the deliveries of this reply that are still to come. */

@@ -12,7 +12,7 @@ struct ReplyLimits
 {
     std::chrono::milliseconds silence = std::chrono::seconds(30); // from one part of the body to the next
     std::chrono::milliseconds duration = std::chrono::minutes(2); // from the request to the end of the body
-    int bytes = 10 * 1024 * 1024; // of the body, after decompression; its text takes twice as much
+    int bytes = 4 * 1024 * 1024; // of the body, after decompression; more would hold up the window
 };
 
 /*! Ends one reply that takes longer than it may, so that no server can hold a request for ever.

@@ -298,8 +298,8 @@ void tst_ComponentUpdateChecker::body_data()
     QTest::newRow("compressed") << HttpServer::response(deflated("abcdefgh"), "200 OK",
                                                         "Content-Encoding: deflate\r\n")
                                 << QStringLiteral("abcdefgh");
-    QTest::newRow("10 MB") << HttpServer::response(QByteArray(10 * 1000 * 1000, 'x'))
-                           << QString(10 * 1000 * 1000, QLatin1Char('x'));
+    QTest::newRow("4 MB") << HttpServer::response(QByteArray(4 * 1000 * 1000, 'x'))
+                           << QString(4 * 1000 * 1000, QLatin1Char('x'));
     QTest::newRow("smaller Content-Length than body") << headOf(3) + "abcdef" << QStringLiteral("abc");
     QTest::newRow("other success code")
         << HttpServer::response("abc", "203 Non-Authoritative Information") << QStringLiteral("abc");
@@ -720,7 +720,7 @@ void tst_ComponentUpdateChecker::shippedLimits()
     const ReplyLimits limits;
     QCOMPARE(qint64(limits.silence.count()), qint64(30000));
     QCOMPARE(qint64(limits.duration.count()), qint64(120000));
-    QCOMPARE(limits.bytes, 10485760);
+    QCOMPARE(limits.bytes, 4194304);
 }
 
 QTEST_GUILESS_MAIN(tst_ComponentUpdateChecker)
