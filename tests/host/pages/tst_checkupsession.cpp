@@ -88,12 +88,17 @@ private slots:
     void waitsForALostBus();
     void endsWhenTheUserDisconnects();
     void comparesWithTheVisitBefore();
+    void silentDeviceHasTheNameOfTheVisitBefore();
+    void tellsHowTheHealthOfBatteriesWent();
     void fileIsShownAndNotKeptByItself();
     void otherVehicleHasOtherNotes();
     void notesEndWithTheConnection();
+    void notesEndWithALostBus();
+    void notesAndFileNameAreOfWhatIsShown();
     void lateAnswerOfTheArchiveIsOfAnotherRecord();
     void languageJudgesAnew();
     void archiveThatIsAwayIsSaid();
+    void whatCanBeKeptNowhereIsSaid();
 };
 
 void tst_CheckupSession::saysWhatToDoFirst()
@@ -334,6 +339,45 @@ void tst_CheckupSession::comparesWithTheVisitBefore()
     QVERIFY(record.changesOf(1).isEmpty());
 }
 
+void tst_CheckupSession::silentDeviceHasTheNameOfTheVisitBefore()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run();
+    const QString name = desk.component(2)->name;
+    Snapshot later = desk.session.record().snapshot;
+    later.time = later.time.addDays(1);
+    for (SnapshotEntry &entry : later.find(2)->entries) {
+        entry.gap = SnapshotGap::NoAnswer;
+        entry.value = QVariant();
+        entry.raw.clear();
+    }
+    desk.session.showFile(later, QStringLiteral("/somewhere/bike.dxsnap"));
+    QVERIFY(desk.component(2)->name != name);
+    desk.session.keep();
+    waitForArchive(desk.records);
+    QCOMPARE(desk.component(2)->name, name);
+    QVERIFY(desk.component(2)->isNameEarlier);
+}
+
+void tst_CheckupSession::tellsHowTheHealthOfBatteriesWent()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    QVERIFY(desk.host.vehicle().node(2)->dictionary().setValue({0x6176, 1}, 9100));
+    desk.run();
+    QVERIFY(desk.host.vehicle().node(2)->dictionary().setValue({0x6176, 1}, 8800));
+    desk.run();
+    const QVector<HealthTrend> &trends = desk.session.record().trends;
+    const auto trend = std::find_if(trends.cbegin(), trends.cend(), [](const HealthTrend &candidate) {
+        return candidate.nodeId == 2 && candidate.pack == 1;
+    });
+    QVERIFY(trend != trends.cend());
+    QCOMPARE(trend->points.size(), 2);
+    QCOMPARE(trend->points.at(0).percent, 91.0);
+    QCOMPARE(trend->points.at(1).percent, 88.0);
+}
+
 void tst_CheckupSession::fileIsShownAndNotKeptByItself()
 {
     Desk desk(healthy());
@@ -389,6 +433,41 @@ void tst_CheckupSession::notesEndWithTheConnection()
     QCOMPARE(desk.session.record().snapshot.notes.customer, QString());
 }
 
+void tst_CheckupSession::notesEndWithALostBus()
+{
+    Desk desk(healthy());
+    SnapshotNotes notes;
+    notes.customer = QStringLiteral("A. Customer");
+    desk.session.setNotes(notes);
+    QVERIFY(desk.host.connectToBus());
+    desk.session.start(SnapshotScope::Quick, Search::Heard);
+    waitUntil([&desk] { return desk.session.progress().values > 50; });
+    desk.host.bus().lose(Simulator::BusLoss::Unplugged);
+    waitUntil([&desk] { return desk.session.isBusLost(); });
+    desk.session.cancel();
+    waitForArchive(desk.records);
+    QCOMPARE(desk.session.record().snapshot.notes.customer, QStringLiteral("A. Customer"));
+    desk.host.bus().restore(); // maybe with another vehicle
+    waitUntil([&desk] { return desk.session.canStart(); });
+    desk.run(SnapshotScope::Quick);
+    QCOMPARE(desk.session.record().snapshot.notes.customer, QString());
+}
+
+void tst_CheckupSession::notesAndFileNameAreOfWhatIsShown()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    const QSignalSpy told(&desk.session, &CheckupSession::recordChanged);
+    SnapshotNotes notes;
+    notes.odometer = QStringLiteral("1204 km");
+    desk.session.setNotes(notes);
+    QCOMPARE(desk.session.record().snapshot.notes.odometer, QStringLiteral("1204 km"));
+    desk.session.noteSaved(QStringLiteral("/somewhere/bike.dxsnap"));
+    QCOMPARE(desk.session.record().fileName, QStringLiteral("/somewhere/bike.dxsnap"));
+    QCOMPARE(told.count(), 2);
+}
+
 void tst_CheckupSession::lateAnswerOfTheArchiveIsOfAnotherRecord()
 {
     Desk desk(healthy());
@@ -420,6 +499,18 @@ void tst_CheckupSession::archiveThatIsAwayIsSaid()
     QVERIFY(desk.host.connectToBus());
     desk.run();
     QCOMPARE(desk.session.kept(), Kept::Waiting);
+    QVERIFY(!desk.session.keepingProblem().isEmpty());
+}
+
+void tst_CheckupSession::whatCanBeKeptNowhereIsSaid()
+{
+    Desk desk(healthy());
+    qputenv("DRAXEL_ARCHIVE", "/proc/none/here.dxarchive");
+    QFile inTheWay(QFileInfo(desk.archive.fileName()).dir().filePath(QStringLiteral("draxel"))); // no folder
+    QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    QCOMPARE(desk.session.kept(), Kept::Failed);
     QVERIFY(!desk.session.keepingProblem().isEmpty());
 }
 
