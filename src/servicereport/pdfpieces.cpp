@@ -253,20 +253,24 @@ void PdfPieces::addBlock(const ReportHeading &heading)
     addSpace(12);
     const qreal size = points(11);
     const qreal indent = heading.mark == ReportMark::None ? 0 : size + points(5);
-    const PdfText title = text(heading.text, 11.5, Ink::Text, m_width * 0.7, true, mostCellLines);
-    const PdfText aside = text(heading.aside, bodySize, Ink::Faint, m_width * 0.2);
-    const ReportDrawing shape = ReportMarks::shape(heading.mark);
+    const qreal gap = points(8);
     const QString word = m_labels.word(heading.mark);
-    const PdfText state = text(word, bodySize, ReportMarks::ink(heading.mark), m_width * 0.2, true);
+    const PdfText aside = text(heading.aside, bodySize, Ink::Faint, m_width);
+    const PdfText state = text(word, bodySize, ReportMarks::ink(heading.mark), m_width, true);
+    // Its lines are broken, not those of the short texts behind it.
+    const qreal room = m_width - indent - aside.width() - state.width() - 2 * gap;
+    const PdfText title
+        = text(heading.text, 11.5, Ink::Text, std::max(room, m_width / 3), true, mostCellLines);
+    const ReportDrawing shape = ReportMarks::shape(heading.mark);
     add(
         title.height() + points(3),
         [=](QPainter &painter, QPointF corner) {
             if (indent > 0)
                 paintDrawing(painter, shape, corner + QPointF(0, points(2)), size / shape.size.height());
             title.paint(painter, corner + QPointF(indent, 0));
-            const QPointF behind = corner + QPointF(indent + title.width() + points(8), points(2.2));
+            const QPointF behind = corner + QPointF(indent + title.width() + gap, points(2.2));
             aside.paint(painter, behind);
-            state.paint(painter, behind + QPointF(aside.width() + points(8), 0));
+            state.paint(painter, behind + QPointF(aside.width() + gap, 0));
         },
         Bond::KeptWithNext);
 }

@@ -60,6 +60,7 @@ private slots:
     void saysEverything();
     void wordsOfStatesAreWhole_data();
     void wordsOfStatesAreWhole();
+    void statesOfHeadingsAreOneLine();
     void numbersItsPages();
     void hasATitle();
     void embedsItsFonts();
@@ -114,6 +115,16 @@ void tst_PdfReport::wordsOfStatesAreWhole()
     QVERIFY(count > 1);
     QCOMPARE(textOf(toPdf(report, QPageSize::A4)).count(word),
              count + 1); // the light of the component says it, too
+}
+
+// The longest state of any language behind the name of a component.
+void tst_PdfReport::statesOfHeadingsAreOneLine()
+{
+    const ReportLanguage texts(QStringLiteral("nl"), QStringLiteral(LANGUAGE_FOLDER));
+    const QByteArray pdf = toPdf(makeServiceReport(ReportExample::data()), QPageSize::A4);
+    const QString text = ask(pdf, QStringLiteral("pdftotext"), {QStringLiteral("-layout")}, true);
+    const QRegularExpression heading(QStringLiteral("node \\d+ +Niet gecontroleerd"));
+    QVERIFY2(text.contains(heading), qPrintable(text));
 }
 
 void tst_PdfReport::numbersItsPages()
