@@ -139,6 +139,8 @@ private slots:
     void opensAVisit();
     void comparesWithTheVisitBefore();
     void comparesTwo();
+    void comparesTwoInTheOrderOfTheirTimes();
+    void answersThatCameTooLateAreNotShown();
     void firstVisitHasNothingBeforeIt();
     void showsAValueOverTime();
     void deletesAfterAsking();
@@ -232,6 +234,50 @@ void tst_ArchivePage::comparesTwo()
     auto *table = window.find<QTableView>("comparisonTable");
     QCOMPARE(table->model()->index(0, 3).data().toString(), QStringLiteral("98.00 %"));
     QCOMPARE(table->model()->index(0, 4).data().toString(), QStringLiteral("88.00 %"));
+}
+
+void tst_ArchivePage::comparesTwoInTheOrderOfTheirTimes()
+{
+    Window window;
+    window.chooseVehicle(Window::pedelecName());
+    const qint64 newest = window.browser().visits().first().id;
+    const qint64 oldest = window.browser().visits().last().id;
+    QVector<QDate> dates;
+    const auto take = [&dates](const Snapshot &earlier, const Snapshot &later) {
+        dates.append(earlier.time.date());
+        dates.append(later.time.date());
+    };
+    window.browser().loadTwo(newest, oldest, take);
+    window.browser().loadTwo(oldest, newest, take);
+    window.settle();
+    QCOMPARE(dates,
+             (QVector<QDate>{QDate(2026, 3, 12), QDate(2026, 9, 3), QDate(2026, 3, 12), QDate(2026, 9, 3)}));
+}
+
+void tst_ArchivePage::answersThatCameTooLateAreNotShown()
+{
+    Window window;
+    ArchiveBrowser &browser = window.browser();
+    QCOMPARE(browser.vehicles().size(), 2);
+    const qint64 first = browser.vehicles().first().id;
+    const qint64 last = browser.vehicles().last().id;
+    const QSignalSpy searched(&browser, &ArchiveBrowser::vehiclesChanged);
+    browser.search(QStringLiteral("nothing has this in it"));
+    browser.search(QString()); // before that was answered
+    window.settle();
+    QCOMPARE(searched.count(), 1);
+    QCOMPARE(browser.vehicles().size(), 2);
+
+    browser.chooseVehicle(last);
+    window.settle();
+    const int ofLast = browser.visits().size();
+    QSet<int> shown;
+    connect(&browser, &ArchiveBrowser::visitsChanged, this,
+            [&browser, &shown] { shown.insert(browser.visits().size()); });
+    browser.chooseVehicle(first);
+    browser.chooseVehicle(last);
+    window.settle();
+    QCOMPARE(shown, (QSet<int>{0, ofLast}));
 }
 
 void tst_ArchivePage::firstVisitHasNothingBeforeIt()
