@@ -55,6 +55,7 @@ const QList<Rule> &rules()
         {"live/values",
          {QStringLiteral("canopen"), QStringLiteral("interpreter"), QStringLiteral("snapshot"),
           QStringLiteral("checkup"), QStringLiteral("live/core")}},
+        {"trace/core", {}},
         {"host/core",
          {QStringLiteral("system"), QStringLiteral("interface"), QStringLiteral("store"),
           QStringLiteral("bus"), QStringLiteral("canopen"), QStringLiteral("snapshot"),
