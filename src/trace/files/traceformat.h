@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/*! How a trace is written down. */
+enum class TraceFormat : quint8 {
+    CandumpLog,    //!< candump -l and -L
+    CandumpScreen, //!< what candump prints without them; read only
+    Asc,           //!< Vector
+    Trc11,         //!< PEAK
+    Trc21,         //!< PEAK; read: all versions
+    Pcap,
+    PcapNg,
+};
+
+enum class Compression : quint8 { None, Gzip, Zstd };
+
+/*! Formats by name, suffix and content. */
+namespace TraceFormats {
+
+/*! What a file name says: "ride.asc.gz". The format is empty when its suffix is of none. */
+struct OfName
+{
+    std::optional<TraceFormat> format;
+    Compression compression = Compression::None;
+};
+OfName ofName(const QString &fileName);
+
+/*! Its name for programs and people: "candump", "asc", "trc" (2.1), "trc-1.1", "pcap", "pcapng". */
+QString nameOf(TraceFormat format);
+/*! One that can be written, by that name. */
+std::optional<TraceFormat> writable(const QString &name);
+/*! The names of those that can be written. */
+QStringList writableNames();
+
+/*! What cannot be kept in it, a piece of a sentence each: "names of channels"; empty when everything can. */
+QStringList lossesOf(TraceFormat format);
+
+} // namespace TraceFormats
