@@ -4,6 +4,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <memory>
+
 /*! Bytes of a file, of what a compressed file holds, of a pipe, of memory; forward only. */
 class ByteSource
 {
@@ -21,7 +23,7 @@ public:
     virtual qint64 size() const { return 0; }
 
     /*! A sentence; empty as long as nothing has failed. */
-    QString errorString() const { return m_error; }
+    virtual QString errorString() const { return m_error; }
 
 protected:
     /*! Keeps the sentence; returns -1. */
@@ -46,4 +48,26 @@ public:
 private:
     QByteArray m_bytes;
     int m_position = 0;
+};
+
+/*! Bytes that were read already, and then those of the source that they were read from. */
+class PrefixedBytes : public ByteSource
+{
+public:
+    PrefixedBytes(const QByteArray &prefix, std::unique_ptr<ByteSource> rest)
+        : m_prefix(prefix)
+        , m_rest(std::move(rest))
+    {
+    }
+
+    qint64 read(char *to, qint64 most) override;
+    qint64 size() const override { return m_rest->size(); }
+    QString errorString() const override { return m_rest->errorString(); }
+
+private:
+    qint64 readPrefix(char *to, qint64 most);
+
+    MemoryBytes m_prefix;
+    std::unique_ptr<ByteSource> m_rest;
+    bool m_isPrefixRead = false;
 };

@@ -8,11 +8,10 @@
 
 /*! How a trace is written down. */
 enum class TraceFormat : quint8 {
-    CandumpLog,    //!< candump -l and -L
-    CandumpScreen, //!< what candump prints without them; read only
-    Asc,           //!< Vector
-    Trc11,         //!< PEAK
-    Trc21,         //!< PEAK; read: all versions
+    Candump, //!< what candump prints: its log (-l, -L), and its screen, which is read only
+    Asc,     //!< Vector
+    Trc11,   //!< PEAK
+    Trc21,   //!< PEAK; read: all versions
     Pcap,
     PcapNg,
 };

@@ -41,11 +41,12 @@ public:
     QString errorString() const;
 
 private:
+    void begin(qint64 first);
     bool handOver();
 
     std::unique_ptr<FrameEncoder> m_encoder;
     std::unique_ptr<ByteSink> m_sink;
     QByteArray m_waiting;
-    TraceHead m_head;
     bool m_hasBegun = false;
+    bool m_hasFailed = false;
 };
