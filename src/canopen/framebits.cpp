@@ -20,8 +20,13 @@ int frameBits(const QCanBusFrame &frame)
     const QCanBusFrame::FrameType type = frame.frameType();
     if (type != QCanBusFrame::DataFrame && type != QCanBusFrame::RemoteRequestFrame)
         return 0;
-    const int dataBits = type == QCanBusFrame::DataFrame ? 8 * frame.payload().size() : 0;
-    const bool isExtended = frame.hasExtendedFrameFormat();
+    return frameBits(frame.hasExtendedFrameFormat(),
+                     type == QCanBusFrame::DataFrame ? frame.payload().size() : 0);
+}
+
+int frameBits(bool isExtended, int dataBytes)
+{
+    const int dataBits = 8 * dataBytes;
     const int stuffable = (isExtended ? extendedStuffable : standardStuffable) + dataBits;
     return (isExtended ? extendedBits : standardBits) + dataBits + stuffable / bitsPerStuffBit;
 }

@@ -13,4 +13,7 @@ namespace CanOpen {
  */
 int frameBits(const QCanBusFrame &frame);
 
+/*! The same for a frame of \a dataBytes bytes, which a remote frame has none of. */
+int frameBits(bool isExtended, int dataBytes);
+
 } // namespace CanOpen

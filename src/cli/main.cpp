@@ -19,6 +19,7 @@
 #include <cli/commands/watchcommand.h>
 #include <cli/core/console.h>
 #include <cli/core/exitstatus.h>
+#include <cli/trace/tracecommand.h>
 
 #include <QGuiApplication>
 #include <QLoggingCategory>
@@ -57,6 +58,8 @@ constexpr Command commands[] = {
     {"events", runEventsCommand, QT_TRANSLATE_NOOP("DraxelCtl", "listen to a bus and list what happens")},
     {"monitor", runMonitorCommand, QT_TRANSLATE_NOOP("DraxelCtl", "show how well a bus is, again and again")},
     {"watch", runWatchCommand, QT_TRANSLATE_NOOP("DraxelCtl", "show the values of objects as they come")},
+    {"trace", runTraceCommand,
+     QT_TRANSLATE_NOOP("DraxelCtl", "record the frames of a bus, and read what was recorded")},
     {"simulate", runSimulateCommand, QT_TRANSLATE_NOOP("DraxelCtl", "put a simulated vehicle on a bus")},
     {"doctor", runDoctorCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "look at this computer: what it lacks for CAN")},

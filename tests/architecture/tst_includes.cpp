@@ -56,6 +56,10 @@ const QList<Rule> &rules()
          {QStringLiteral("canopen"), QStringLiteral("interpreter"), QStringLiteral("snapshot"),
           QStringLiteral("checkup"), QStringLiteral("live/core")}},
         {"trace/core", {}},
+        {"trace/files", {QStringLiteral("system"), QStringLiteral("store"), QStringLiteral("trace/core")}},
+        {"trace/recording",
+         {QStringLiteral("live/core"), QStringLiteral("trace/core"), QStringLiteral("trace/files")}},
+        {"trace/statistics", {QStringLiteral("canopen"), QStringLiteral("trace/core")}},
         {"host/core",
          {QStringLiteral("system"), QStringLiteral("interface"), QStringLiteral("store"),
           QStringLiteral("bus"), QStringLiteral("canopen"), QStringLiteral("snapshot"),
@@ -97,7 +101,12 @@ const QList<Rule> &rules()
           QStringLiteral("simulator"),   QStringLiteral("snapshot"),      QStringLiteral("checkup"),
           QStringLiteral("archive"),     QStringLiteral("servicereport"), QStringLiteral("live/health"),
           QStringLiteral("live/events"), QStringLiteral("live/values")}},
-        {"cli", {QStringLiteral("cli/commands"), QStringLiteral("cli/core")}},
+        {"cli/trace",
+         {QStringLiteral("cli/commands"), QStringLiteral("cli/core"), QStringLiteral("bus"),
+          QStringLiteral("trace/core"), QStringLiteral("trace/files"), QStringLiteral("trace/recording"),
+          QStringLiteral("trace/statistics")}},
+        {"cli",
+         {QStringLiteral("cli/commands"), QStringLiteral("cli/trace"), QStringLiteral("cli/core")}},
     };
     return list;
 }

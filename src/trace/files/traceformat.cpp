@@ -25,19 +25,32 @@ constexpr Row rows[] = {
 struct Loss
 {
     TraceFormat format;
+    TraceFormats::Detail detail;
+};
+
+using TraceFormats::Detail;
+
+constexpr Loss losses[] = {
+    {TraceFormat::Asc, Detail::ChannelNames},   {TraceFormat::Asc, Detail::ErrorDetails},
+    {TraceFormat::Trc21, Detail::ChannelNames}, {TraceFormat::Trc21, Detail::ErrorDetails},
+    {TraceFormat::Trc11, Detail::ChannelNames}, {TraceFormat::Trc11, Detail::Channels},
+    {TraceFormat::Trc11, Detail::ErrorDetails}, {TraceFormat::Trc11, Detail::FineTimes},
+    {TraceFormat::Pcap, Detail::ChannelNames},  {TraceFormat::Pcap, Detail::Channels},
+    {TraceFormat::Pcap, Detail::Sender},
+};
+
+struct DetailText
+{
+    Detail detail;
     const char *text;
 };
 
-constexpr Loss losses[] = {
-    {TraceFormat::Asc, QT_TRANSLATE_NOOP("TraceFile", "names of channels")},
-    {TraceFormat::Asc, QT_TRANSLATE_NOOP("TraceFile", "what error frames say")},
-    {TraceFormat::Trc21, QT_TRANSLATE_NOOP("TraceFile", "names of channels")},
-    {TraceFormat::Trc21, QT_TRANSLATE_NOOP("TraceFile", "what error frames say")},
-    {TraceFormat::Trc11, QT_TRANSLATE_NOOP("TraceFile", "channels")},
-    {TraceFormat::Trc11, QT_TRANSLATE_NOOP("TraceFile", "times more exact than 100 us")},
-    {TraceFormat::Trc11, QT_TRANSLATE_NOOP("TraceFile", "what error frames say")},
-    {TraceFormat::Pcap, QT_TRANSLATE_NOOP("TraceFile", "channels")},
-    {TraceFormat::Pcap, QT_TRANSLATE_NOOP("TraceFile", "who sent a frame")},
+constexpr DetailText detailTexts[] = {
+    {Detail::ChannelNames, QT_TRANSLATE_NOOP("TraceFile", "the names of channels")},
+    {Detail::Channels, QT_TRANSLATE_NOOP("TraceFile", "which channel a frame is of")},
+    {Detail::ErrorDetails, QT_TRANSLATE_NOOP("TraceFile", "what error frames say")},
+    {Detail::Sender, QT_TRANSLATE_NOOP("TraceFile", "who sent a frame")},
+    {Detail::FineTimes, QT_TRANSLATE_NOOP("TraceFile", "times finer than 100 us")},
 };
 
 struct Packing
@@ -93,12 +106,18 @@ QStringList TraceFormats::writableNames()
     return names;
 }
 
-QStringList TraceFormats::lossesOf(TraceFormat format)
+bool TraceFormats::canHold(TraceFormat format, Detail detail)
 {
-    QStringList texts;
-    for (const Loss &loss : losses) {
-        if (loss.format == format)
-            texts.append(TraceFilesTr::tr(loss.text));
+    return std::none_of(std::begin(losses), std::end(losses), [format, detail](const Loss &loss) {
+        return loss.format == format && loss.detail == detail;
+    });
+}
+
+QString TraceFormats::textOf(Detail detail)
+{
+    for (const DetailText &row : detailTexts) {
+        if (row.detail == detail)
+            return TraceFilesTr::tr(row.text);
     }
-    return texts;
+    return {};
 }

@@ -36,7 +36,18 @@ std::optional<TraceFormat> writable(const QString &name);
 /*! The names of those that can be written. */
 QStringList writableNames();
 
-/*! What cannot be kept in it, a piece of a sentence each: "names of channels"; empty when everything can. */
-QStringList lossesOf(TraceFormat format);
+/*! What there is in a trace that not every format can hold. */
+enum class Detail : quint8 {
+    ChannelNames,  //!< "can0", where a format only numbers channels
+    Channels,      //!< more than one
+    ErrorDetails,  //!< what an error frame says beside that it is one
+    Sender,        //!< frames that this computer sent
+    FineTimes,     //!< finer than 100 us
+};
+
+/*! Whether it can be kept in a format. */
+bool canHold(TraceFormat format, Detail detail);
+/*! What it is, a piece of a sentence. */
+QString textOf(Detail detail);
 
 } // namespace TraceFormats

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cli/core/exitstatus.h>
+#include <trace/files/tracereader.h>
+
+#include <QCoreApplication>
+
+#include <memory>
+
+/*! The trace that a command reads, frame by frame; what cannot be read of it is said on standard error. */
+class TraceInput
+{
+    Q_DECLARE_TR_FUNCTIONS(TraceInput)
+
+public:
+    /*! So many problems are said one by one. */
+    static constexpr quint64 mostSaid = 10;
+
+    /*! A file, or standard input ("-"). False after a complaint. */
+    bool open(const QString &path);
+
+    /*! The next frame; false at the end. */
+    bool next(TraceFrame *frame);
+
+    /*! As far as it is known; see TraceReader::head(). */
+    const TraceHead &head() const { return m_reader->head(); }
+    /*! How many lines or records could not be read so far. */
+    quint64 unread() const { return m_unread; }
+
+    /*! Says how many problems there were beyond those that were said. The exit status of reading. */
+    ExitStatus finish() const;
+
+private:
+    void say(const TraceProblem &problem);
+
+    QString m_name;
+    std::unique_ptr<TraceReader> m_reader;
+    quint64 m_unread = 0;
+};

@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: MIT
+#include "bytecount.h"
+#include "busrecorder.h"
+#include "tracecommand.h"
+
+#include <cli/core/commandarguments.h>
+#include <cli/core/console.h>
+#include <cli/core/duration.h>
+#include <cli/core/interruptibleloop.h>
+#include <trace/files/traceformat.h>
+
+#include <QDir>
+#include <QTimer>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(TraceRecord)
+};
+
+constexpr QLatin1String outputOption("output");
+constexpr QLatin1String forOption("for");
+constexpr QLatin1String rotateOption("rotate");
+constexpr QLatin1String keepOption("keep");
+constexpr QLatin1String reserveOption("reserve");
+constexpr qint64 microseconds = 1000; // of a ms
+
+/*! The arguments of "trace record". */
+class RecordOptions
+{
+public:
+    RecordOptions();
+
+    std::optional<ExitStatus> parse(const QStringList &arguments);
+
+    const CommandArguments &options() const { return m_options; }
+    const TraceRecording::Settings &settings() const { return m_settings; }
+    std::optional<std::chrono::milliseconds> time() const { return m_time; }
+
+private:
+    std::optional<ExitStatus> parseOutput();
+    std::optional<ExitStatus> parseRotation();
+    std::optional<ExitStatus> parseReserve();
+    std::optional<ExitStatus> parseTime();
+
+    CommandArguments m_options{QStringLiteral("trace record"),
+                               Tr::tr("Records the frames of a bus until Ctrl+C. Sends nothing.")};
+    TraceRecording::Settings m_settings;
+    std::optional<std::chrono::milliseconds> m_time;
+};
+
+RecordOptions::RecordOptions()
+{
+    m_options.addBusOptions();
+    m_options.addOption({outputOption,
+                         Tr::tr("Where to: .log (candump), .asc, .trc, .pcap or .pcapng, with .gz or .zst "
+                                "behind it to compress it; - for standard output, as candump."),
+                         QStringLiteral("FILE")});
+    m_options.addOption({forOption, Tr::tr("How long: 500ms, 10s, 2min; usually until Ctrl+C."),
+                         QStringLiteral("TIME")});
+    m_options.addOption({rotateOption,
+                         Tr::tr("Begin another file, FILE-0001 and so on, after so many bytes (500k, 100M, "
+                                "2G) or so much time (10min, 1h)."),
+                         QStringLiteral("SIZE|TIME")});
+    m_options.addOption({keepOption,
+                         Tr::tr("With --rotate: keep only the newest N files of this recording and remove "
+                                "the older ones; usually all are kept."),
+                         QStringLiteral("N")});
+    m_options.addOption({reserveOption,
+                         Tr::tr("End when less than this is left on the disk; usually 200M."),
+                         QStringLiteral("SIZE")});
+}
+
+std::optional<ExitStatus> RecordOptions::parse(const QStringList &arguments)
+{
+    if (const std::optional<ExitStatus> status = m_options.parse(arguments))
+        return status;
+    if (const std::optional<ExitStatus> status = parseOutput())
+        return status;
+    if (const std::optional<ExitStatus> status = parseRotation())
+        return status;
+    if (const std::optional<ExitStatus> status = parseReserve())
+        return status;
+    return parseTime();
+}
+
+std::optional<ExitStatus> RecordOptions::parseOutput()
+{
+    m_settings.path = m_options.value(outputOption);
+    if (m_settings.path.isEmpty())
+        return m_options.complain(Tr::tr("--output FILE is missing."));
+    if (m_settings.path != QLatin1String("-") && !TraceFormats::ofName(m_settings.path).format)
+        return m_options.complain(Tr::tr("The name \"%1\" tells no format: it must end with .log, .asc, .trc, "
+                                         ".pcap or .pcapng; .gz or .zst may follow.")
+                                      .arg(m_settings.path));
+    return std::nullopt;
+}
+
+std::optional<ExitStatus> RecordOptions::parseRotation()
+{
+    if (m_options.isSet(rotateOption)) {
+        const QString text = m_options.value(rotateOption);
+        const bool isNumberAlone = !text.isEmpty() && text.back().isDigit();
+        const std::optional<qint64> size = parseByteCount(text);
+        const std::optional<std::chrono::milliseconds> time
+            = isNumberAlone ? std::nullopt : parseDuration(text);
+        if (m_settings.path == QLatin1String("-"))
+            return m_options.complain(Tr::tr("Standard output cannot be rotated."));
+        if (!size && !time)
+            return m_options.complain(
+                Tr::tr("\"%1\" is neither a size (500k, 100M, 2G) nor a time (10min, 1h).").arg(text));
+        m_settings.rotateSize = size.value_or(0);
+        m_settings.rotateTime = time ? time->count() * microseconds : 0;
+    }
+    if (!m_options.isSet(keepOption))
+        return std::nullopt;
+    if (!m_options.isSet(rotateOption))
+        return m_options.complain(Tr::tr("--keep counts the files of --rotate."));
+    constexpr int mostFiles = 1'000'000;
+    const std::optional<int> keep = m_options.number(keepOption, 1, mostFiles);
+    m_settings.keep = keep.value_or(0);
+    return keep ? std::nullopt : std::make_optional(Exit::usage);
+}
+
+std::optional<ExitStatus> RecordOptions::parseReserve()
+{
+    if (!m_options.isSet(reserveOption))
+        return std::nullopt;
+    const std::optional<qint64> reserve = parseByteCount(m_options.value(reserveOption));
+    m_settings.reserve = reserve.value_or(0);
+    return reserve ? std::nullopt
+                   : std::make_optional(
+                       m_options.complain(Tr::tr("\"%1\" is no size; one is written like 500k, 100M or 2G.")
+                                              .arg(m_options.value(reserveOption))));
+}
+
+std::optional<ExitStatus> RecordOptions::parseTime()
+{
+    if (!m_options.isSet(forOption))
+        return std::nullopt;
+    m_time = parseDuration(m_options.value(forOption));
+    if (m_time)
+        return std::nullopt;
+    return m_options.complain(Tr::tr("\"%1\" is no time; one is written like 500ms, 10s or 2min, up to a week.")
+                                  .arg(m_options.value(forOption)));
+}
+
+/*! Says what was recorded, and what was not. */
+void report(const BusRecorder &recorder)
+{
+    const TraceRecording &recording = recorder.recording();
+    const QStringList files = recording.files();
+    const QString name = QDir::toNativeSeparators(files.value(0));
+    const QString what = Tr::tr("%1 frames").arg(recording.frames());
+    if (files.size() > 1)
+        Console::print(Tr::tr("Wrote %1 files from %2 on: %3").arg(files.size()).arg(name, what));
+    else
+        Console::print(Tr::tr("Wrote %1: %2").arg(name, what));
+    if (recorder.overruns() > 0)
+        Console::printError(
+            Tr::tr("Frames were lost: the adapter told so %1 times.").arg(recorder.overruns()));
+    if (recorder.unrecorded() > 0)
+        Console::printError(
+            Tr::tr("%1 CAN FD frames were not recorded; only classic frames are.").arg(recorder.unrecorded()));
+}
+
+ExitStatus statusOf(const BusRecorder &recorder)
+{
+    if (recorder.bus().state() == BusConnection::State::Lost) {
+        Console::printError(Tr::tr("The bus was lost: %1").arg(recorder.bus().lossReason()));
+        return Exit::stoppedEarly;
+    }
+    return recorder.overruns() > 0 || recorder.unrecorded() > 0 ? Exit::objectsFailed : Exit::success;
+}
+
+ExitStatus record(const RecordOptions &options)
+{
+    InterruptibleLoop loop;
+    BusRecorder recorder(options.settings());
+    QString error;
+    bool isBusTrouble = false;
+    if (!recorder.begin(options.options().bus(), &error, &isBusTrouble)) {
+        if (isBusTrouble)
+            Console::printBusError(error);
+        else
+            Console::printError(error);
+        return isBusTrouble ? Exit::busNotOpened : Exit::fileFailed;
+    }
+    QObject::connect(&recorder, &BusRecorder::ended, &recorder, [&loop] { loop.end(); });
+    if (options.time())
+        QTimer::singleShot(*options.time(), Qt::PreciseTimer, &recorder, [&loop] { loop.end(); });
+    loop.run();
+    // Ctrl+C is how a recording without --for ends.
+    const ExitStatus ofBus = statusOf(recorder);
+    const bool isWritten = recorder.finish();
+    report(recorder);
+    if (!isWritten)
+        Console::printError(recorder.recording().errorString());
+    return isWritten ? ofBus : Exit::fileFailed;
+}
+
+} // namespace
+
+ExitStatus runTraceRecord(const QStringList &arguments)
+{
+    RecordOptions options;
+    if (const std::optional<ExitStatus> status = options.parse(arguments))
+        return *status;
+    if (options.settings().path == QLatin1String("-"))
+        Console::keepOutputForFile();
+    return record(options);
+}

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+#include "freespace.h"
+
+#include <QFileInfo>
+#include <QStorageInfo>
+
+qint64 systemFreeSpace(const QString &path)
+{
+    const QStorageInfo storage(QFileInfo(path).absolutePath());
+    return storage.isValid() ? storage.bytesAvailable() : -1;
+}

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#include "tracefolder.h"
+
+#include <trace/files/tracefile.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QRegularExpression>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(TraceFolder)
+};
+
+} // namespace
+
+QString TraceFolder::save(const Trace &trace, const QDateTime &time, QString *errorMessage) const
+{
+    const QDir folder(m_path);
+    if (!folder.mkpath(QStringLiteral("."))) {
+        *errorMessage
+            = Tr::tr("The folder %1 cannot be made.").arg(QDir::toNativeSeparators(folder.path()));
+        return {};
+    }
+    const QString file = folder.filePath(
+        time.toUTC().toString(QStringLiteral("'trace 'yyyy-MM-dd hh.mm.ss'.log.gz'")));
+    if (!TraceFile::save(file, trace, errorMessage))
+        return {};
+    removeOldest();
+    return file;
+}
+
+QStringList TraceFolder::files() const
+{
+    static const QRegularExpression own(
+        QStringLiteral("^trace \\d{4}-\\d\\d-\\d\\d \\d\\d\\.\\d\\d\\.\\d\\d\\.log\\.gz$"));
+    const QDir folder(m_path);
+    QStringList paths;
+    for (const QString &name : folder.entryList(QDir::Files, QDir::Name).filter(own))
+        paths.append(folder.filePath(name));
+    return paths;
+}
+
+void TraceFolder::removeOldest() const
+{
+    QStringList paths = files();
+    qint64 size = 0;
+    for (const QString &path : qAsConst(paths))
+        size += QFileInfo(path).size();
+    while (size > m_mostBytes && paths.size() > 1) {
+        size -= QFileInfo(paths.first()).size();
+        QFile::remove(paths.takeFirst());
+    }
+}

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "tracerecording.h"
+
+#include <trace/files/tracefile.h>
+
+#include <QCoreApplication>
+#include <QDir>
+
+namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(TraceRecording)
+};
+
+constexpr qint64 flushPeriod = 1'000'000;  // us
+constexpr qint64 lookPeriod = 4'000'000;   // bytes
+constexpr qint64 megabyte = 1'000'000;
+
+} // namespace
+
+TraceRecording::TraceRecording(const Settings &settings, const FreeSpace &freeSpace)
+    : m_settings(settings)
+    , m_freeSpace(freeSpace)
+    , m_files(settings.path, settings.rotateSize > 0 || settings.rotateTime > 0
+                                 ? RecordingFiles::Kind::Numbered
+                                 : RecordingFiles::Kind::One)
+{
+}
+
+TraceRecording::~TraceRecording()
+{
+    finish();
+}
+
+bool TraceRecording::begin(const TraceHead &head, qint64 now)
+{
+    m_head = head;
+    return hasSpace() && beginFile(now);
+}
+
+bool TraceRecording::beginFile(qint64 now)
+{
+    m_writer = TraceFile::create(m_files.next(), m_head, &m_error, TraceFile::Appearance::Growing);
+    m_fileBegin = now;
+    m_lastFlush = now;
+    m_nextLook = lookPeriod;
+    if (m_settings.keep > 0)
+        m_files.removeAllBut(m_settings.keep);
+    return m_writer != nullptr;
+}
+
+bool TraceRecording::endFile()
+{
+    const bool isWritten = m_writer->finish();
+    if (!isWritten)
+        m_error = m_writer->errorString();
+    m_writer.reset();
+    return isWritten;
+}
+
+bool TraceRecording::rotate(qint64 now)
+{
+    return endFile() && beginFile(now);
+}
+
+bool TraceRecording::isFull(qint64 now) const
+{
+    return (m_settings.rotateSize > 0 && m_writer->size() >= m_settings.rotateSize)
+           || (m_settings.rotateTime > 0 && now - m_fileBegin >= m_settings.rotateTime);
+}
+
+bool TraceRecording::stop(const QString &sentence)
+{
+    m_error = sentence;
+    m_writer.reset();
+    return false;
+}
+
+bool TraceRecording::hasSpace()
+{
+    const qint64 left = m_freeSpace(m_settings.path);
+    if (left < 0 || left >= m_settings.reserve)
+        return true;
+    if (m_writer)
+        endFile();
+    return stop(Tr::tr("Less than %1 MB are left on the disk of %2: recording has ended.")
+                    .arg(m_settings.reserve / megabyte)
+                    .arg(QDir::toNativeSeparators(m_settings.path)));
+}
+
+bool TraceRecording::add(const TraceFrame &frame, qint64 now)
+{
+    if (!m_writer || (isFull(now) && !rotate(now)))
+        return false;
+    if (!m_writer->write(frame))
+        return stop(m_writer->errorString());
+    ++m_frames;
+    if (m_writer->size() < m_nextLook)
+        return advance(now);
+    m_nextLook = m_writer->size() + lookPeriod;
+    return hasSpace() && advance(now);
+}
+
+bool TraceRecording::advance(qint64 now)
+{
+    if (!m_writer)
+        return false;
+    if (now - m_lastFlush < flushPeriod)
+        return true;
+    m_lastFlush = now;
+    if (!m_writer->flush())
+        return stop(m_writer->errorString());
+    return hasSpace();
+}
+
+bool TraceRecording::finish()
+{
+    return m_writer ? endFile() : m_error.isEmpty();
+}
