@@ -67,7 +67,7 @@ Type typeOf(TextLine word)
     return {"", Kind::Event};
 }
 
-constexpr int extendedDigits = 8;
+constexpr int standardDigits = 4; // of a standard identifier; other programs write fewer than eight of the others, too
 constexpr qint64 ofMillisecond = 1000; // us
 
 // An error frame tells the kind of the error where others have their identifier: a bit of 1, 2, 4; else 8.
@@ -204,7 +204,7 @@ TextReader::Line TrcReader::setId(TextLine line, TextLine id, TraceFrame *frame)
     const char *at = id.begin;
     if (takeHex(&at, id.end, &frame->id) == 0 || at != id.end)
         return notUnderstood(line);
-    const bool isExtended = id.size() == extendedDigits;
+    const bool isExtended = id.size() > standardDigits;
     if (isExtended)
         frame->flags |= TraceFrame::Extended;
     return frame->id <= (isExtended ? TraceFrame::highestExtendedId : TraceFrame::highestStandardId)
