@@ -12,6 +12,8 @@ namespace {
 
 constexpr quint32 busError = 0x80; // what Linux calls an error of which no more is known
 
+constexpr qint64 farthest = 100'000'000'000 * TimeOfDay::second; // some thousand years; more is no time
+
 bool isNumber(TextLine word)
 {
     quint64 value = 0;
@@ -61,8 +63,11 @@ TextReader::Line AscReader::parse(TextLine line, TraceFrame *frame)
         return parseHead(line, takeWord(&at, line.end), at);
     if (p == line.end || !isBlank(*p))
         return notUnderstood(line);
-    m_last = m_isRelative ? m_last + time : time;
-    frame->time = m_begin + m_last;
+    const qint64 since = m_isRelative ? m_last + time : time;
+    if (since < -farthest || since > farthest)
+        return notUnderstood(line);
+    m_last = since;
+    frame->time = m_begin + since;
     return parseEvent(line, p, frame);
 }
 

@@ -67,6 +67,10 @@ bool TextScan::isWordOfAnyCase(TextLine word, const char *text)
 QString TextScan::excerpt(TextLine line)
 {
     const int size = line.size() < shown ? line.size() : shown;
-    const QString text = QString::fromUtf8(line.begin, size).trimmed();
+    QString text = QString::fromUtf8(line.begin, size).trimmed();
+    for (QChar &character : text) {
+        if (character.category() == QChar::Other_Control)
+            character = QChar::ReplacementCharacter;
+    }
     return size < line.size() ? text + QStringLiteral("...") : text;
 }

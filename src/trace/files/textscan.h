@@ -109,7 +109,7 @@ inline bool isWord(TextLine word, const char *text)
 /*! The same; upper and lower case of ASCII count as one. \a text is in lower case. */
 bool isWordOfAnyCase(TextLine word, const char *text);
 
-/*! The line as it may be shown in a sentence: its beginning, read as UTF-8. */
+/*! The line as it may be shown in a sentence: its beginning, read as UTF-8, with nothing that acts on a terminal. */
 QString excerpt(TextLine line);
 
 } // namespace TextScan
