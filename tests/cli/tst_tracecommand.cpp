@@ -1,0 +1,338 @@
+// SPDX-License-Identifier: MIT
+#include <cli/trace/bytecount.h>
+#include <tests/cli/program.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+namespace {
+
+const QByteArray log("(1436509052.249713) can0 123#1122334455667788\n"
+                     "(1436509052.749713) can1 1C23456F#R8\n"
+                     "(1436509053.249713) can0 20000088#0000801900000000\n"
+                     "(1436509054.249713) can0 601#40 T\n");
+
+QStringList words(const QString &line)
+{
+    return line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+/*! draxelctl trace record, convert and statistics. */
+class tst_TraceCommand : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void byteCounts_data();
+    void byteCounts();
+    void usage_data();
+    void usage();
+    void convertsThereAndBack();
+    void saysWhatAFormatDoesNotHold();
+    void saysWhatCannotBeRead();
+    void leavesTheOldFileWhenInputFails();
+    void pipes();
+    void statistics();
+    void statisticsAsJson();
+    void recordsAVehicle();
+    void recordsInPieces();
+    void recordsUntilInterrupted();
+    void recordsWhatIsOlderThanASecond();
+    void recordingThatCannotBegin();
+
+private:
+    QString path(const char *name) const { return m_folder->filePath(QString::fromLatin1(name)); }
+    QString write(const char *name, const QByteArray &bytes) const;
+    QByteArray bytesOf(const char *name) const;
+    static Result trace(const QString &arguments) { return run(words(QStringLiteral("trace ") + arguments)); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void tst_TraceCommand::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+}
+
+QString tst_TraceCommand::write(const char *name, const QByteArray &bytes) const
+{
+    QFile file(path(name));
+    if (file.open(QIODevice::WriteOnly))
+        file.write(bytes);
+    return file.fileName();
+}
+
+QByteArray tst_TraceCommand::bytesOf(const char *name) const
+{
+    QFile file(path(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void tst_TraceCommand::byteCounts_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("count");
+
+    QTest::newRow("bytes") << "1234" << qint64(1234);
+    QTest::newRow("k") << "500k" << qint64(500'000);
+    QTest::newRow("M") << "100M" << qint64(100'000'000);
+    QTest::newRow("G") << "2G" << qint64(2'000'000'000);
+    QTest::newRow("most") << "1000000G" << Q_INT64_C(1'000'000'000'000'000);
+    QTest::newRow("more") << "1000001G" << qint64(-1);
+    QTest::newRow("none") << "0" << qint64(-1);
+    QTest::newRow("negative") << "-1M" << qint64(-1);
+    QTest::newRow("unit alone") << "M" << qint64(-1);
+    QTest::newRow("another unit") << "1T" << qint64(-1);
+    QTest::newRow("nothing") << "" << qint64(-1);
+}
+
+void tst_TraceCommand::byteCounts()
+{
+    QFETCH(QString, text);
+    QFETCH(qint64, count);
+
+    QCOMPARE(parseByteCount(text).value_or(-1), count);
+}
+
+void tst_TraceCommand::usage_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QString>("complaint");
+
+    const auto row = [](const char *arguments, const char *complaint) {
+        QTest::newRow(arguments) << QString::fromLatin1(arguments) << QString::fromLatin1(complaint);
+    };
+    row("", "Usage: draxelctl trace COMMAND [OPTION]...");
+    row("play", "draxelctl trace: There is no command \"play\".");
+    row("convert a.log", "draxelctl trace convert: OUT is missing.");
+    row("convert a.log b --format x",
+        "draxelctl trace convert: There is no format \"x\"; there are candump, asc, trc, trc-1.1, pcap, pcapng.");
+    row("statistics", "draxelctl trace statistics: FILE is missing.");
+    row("statistics a.log --bitrate fast", "draxelctl trace statistics: ");
+    row("record --bus simulated:pedelec", "draxelctl trace record: --output FILE is missing.");
+    row("record --output a.log", "draxelctl trace record: --bus is missing: which bus is meant?");
+    row("record --bus simulated:pedelec --output a.txt",
+        "draxelctl trace record: The name \"a.txt\" tells no format: it must end with .log, .asc, .trc, .pcap or "
+        ".pcapng; .gz or .zst may follow.");
+    row("record --bus simulated:pedelec --output a.log --rotate often",
+        "draxelctl trace record: \"often\" is neither a size (500k, 100M, 2G) nor a time (10min, 1h).");
+    row("record --bus simulated:pedelec --output a.log --keep 3",
+        "draxelctl trace record: --keep counts the files of --rotate.");
+    row("record --bus simulated:pedelec --output a.log --rotate 1M --keep 0",
+        "draxelctl trace record: --keep takes a number from 1 to 1000000, not \"0\".");
+    row("record --bus simulated:pedelec --output - --rotate 1M",
+        "draxelctl trace record: Standard output cannot be rotated.");
+    row("record --bus simulated:pedelec --output a.log --reserve x",
+        "draxelctl trace record: \"x\" is no size; one is written like 500k, 100M or 2G.");
+    row("record --bus simulated:pedelec --output a.log --for ever",
+        "draxelctl trace record: \"ever\" is no time; one is written like 500ms, 10s or 2min, up to a week.");
+}
+
+void tst_TraceCommand::usage()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QString, complaint);
+
+    const Result result = trace(arguments);
+    QCOMPARE(result.status, 1);
+    QVERIFY2(result.errors.contains(complaint), qPrintable(result.errors));
+    QCOMPARE(result.output, QString());
+}
+
+void tst_TraceCommand::convertsThereAndBack()
+{
+    const QString source = write("a.log", log);
+    for (const char *name : {"b.pcapng", "b.log.gz", "b.pcapng.zst"}) {
+        const Result there = trace(QStringLiteral("convert %1 %2").arg(source, path(name)));
+        QCOMPARE(there.errors, QString());
+        QCOMPARE(there.output, QStringLiteral("Wrote %1: 4 frames\n").arg(path(name)));
+        QCOMPARE(there.status, 0);
+        const Result back = trace(QStringLiteral("convert %1 %2").arg(path(name), path("c.log")));
+        QCOMPARE(back.status, 0);
+        QCOMPARE(bytesOf("c.log"), log);
+    }
+    // Onto itself
+    QCOMPARE(trace(QStringLiteral("convert %1 %1").arg(source)).status, 0);
+    QCOMPARE(bytesOf("a.log"), log);
+}
+
+void tst_TraceCommand::saysWhatAFormatDoesNotHold()
+{
+    const QString source = write("a.log", log);
+    const Result result
+        = trace(QStringLiteral("convert %1 %2 --format trc-1.1").arg(source, path("b.trc")));
+    QCOMPARE(result.errors, QStringLiteral("This format does not hold: which channel a frame is of, the names of "
+                                           "channels, what error frames say, times finer than 100 us.\n"));
+    QCOMPARE(result.status, 0);
+    QVERIFY(bytesOf("b.trc").startsWith(";$FILEVERSION=1.1\n"));
+}
+
+void tst_TraceCommand::saysWhatCannotBeRead()
+{
+    const QString source = write("a.log", log + QByteArray("(1.0) can0 123##1\n").repeated(12) + log);
+    const Result result = trace(QStringLiteral("convert %1 %2").arg(source, path("b.log")));
+    QStringList expected;
+    for (int i = 5; i < 15; ++i)
+        expected.append(QStringLiteral("%1:%2: A CAN FD frame; only classic frames are read.").arg(source).arg(i));
+    expected.append(QStringLiteral("%1: 2 more lines or records could not be read.\n").arg(source));
+    QCOMPARE(result.errors, expected.join(QLatin1Char('\n')));
+    QCOMPARE(result.status, 7);
+    QCOMPARE(bytesOf("b.log"), log + log);
+}
+
+void tst_TraceCommand::leavesTheOldFileWhenInputFails()
+{
+    write("b.log", log);
+    const QString rubbish = write("a.log", QByteArray(1000, '\0'));
+    const Result result = trace(QStringLiteral("convert %1 %2").arg(rubbish, path("b.log")));
+    QCOMPARE(result.status, 5);
+    QCOMPARE(result.errors, QStringLiteral("%1 is no trace that is known: a log of candump, asc, trc, pcap or pcapng, "
+                                           "also compressed with gzip or zstd.\n")
+                                .arg(rubbish));
+    QCOMPARE(bytesOf("b.log"), log);
+    QCOMPARE(trace(QStringLiteral("convert %1 %2").arg(path("no.log"), path("b.log"))).status, 5);
+    QCOMPARE(trace(QStringLiteral("convert %1 %2").arg(path("b.log"), path("no/c.log"))).status, 5);
+}
+
+void tst_TraceCommand::pipes()
+{
+    const QString source = write("a.log", log);
+    QProcess shell;
+    shell.start(QStringLiteral("/bin/sh"),
+                {QStringLiteral("-c"), QStringLiteral("'%1' trace convert - - --format pcapng <'%2' | '%1' trace "
+                                                      "convert - -")
+                                           .arg(QStringLiteral(DRAXELCTL), source)});
+    QVERIFY(shell.waitForFinished(patience));
+    QCOMPARE(shell.readAllStandardOutput(), log);
+}
+
+void tst_TraceCommand::statistics()
+{
+    const QString source = write("a.log", log + "rubbish\n(1436509050.249713) can0 123#\n");
+    const Result result
+        = run({QStringLiteral("trace"), QStringLiteral("statistics"), source, QStringLiteral("--bitrate"),
+               QStringLiteral("1000")},
+              {QStringLiteral("TZ=UTC")});
+    QCOMPARE(result.status, 7);
+    QCOMPARE(result.output,
+             QStringLiteral("Frames                   5\n"
+                            "First                    2015-07-10 06:17:30.249713\n"
+                            "Last                     2015-07-10 06:17:34.249713\n"
+                            "Duration                 4.000000 s\n"
+                            "Times that run backward  1\n"
+                            "Could not be read        1\n"
+                            "\n"
+                            "Channel  Frames  Load   Busiest second  Remote frames  Error frames  Sent\n"
+                            "can0     4       5.8 %  12.0 %          0              1             1\n"
+                            "can1     1       0.0 %  7.2 %           1              0             0\n"
+                            "\n"
+                            "Identifier  Channel  Frames  Per second\n"
+                            "123h        can0     2       0.50\n"
+                            "601h        can0     1       0.25\n"
+                            "1C23456Fh   can1     1       0.25\n"));
+}
+
+void tst_TraceCommand::statisticsAsJson()
+{
+    const QString source = write("a.log", log);
+    const Result result = trace(QStringLiteral("statistics %1 --json").arg(source));
+    QCOMPARE(result.status, 0);
+    const QJsonObject json = QJsonDocument::fromJson(result.output.toUtf8()).object();
+    QCOMPARE(json.value(QStringLiteral("frames")).toInt(), 4);
+    QCOMPARE(json.value(QStringLiteral("duration")).toDouble(), 2.0);
+    QCOMPARE(json.value(QStringLiteral("first")).toDouble(), 1436509052.249713);
+    QCOMPARE(json.value(QStringLiteral("hasTimeOfDay")).toBool(), true);
+    const QJsonArray channels = json.value(QStringLiteral("channels")).toArray();
+    QCOMPARE(channels.size(), 2);
+    QCOMPARE(channels.at(0).toObject().value(QStringLiteral("name")).toString(), QStringLiteral("can0"));
+    QCOMPARE(channels.at(1).toObject().value(QStringLiteral("remoteFrames")).toInt(), 1);
+    QVERIFY(!channels.at(0).toObject().contains(QStringLiteral("load")));
+    const QJsonArray identifiers = json.value(QStringLiteral("identifiers")).toArray();
+    QCOMPARE(identifiers.size(), 3);
+    QCOMPARE(identifiers.at(2).toObject().value(QStringLiteral("id")).toInt(), 0x1C23456F);
+}
+
+void tst_TraceCommand::recordsAVehicle()
+{
+    const Result result
+        = trace(QStringLiteral("record --bus simulated:pedelec --output %1 --for 10s").arg(path("ride.log.gz")));
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.status, 0);
+    QVERIFY2(result.output.startsWith(QStringLiteral("Wrote %1: ").arg(path("ride.log.gz"))), qPrintable(result.output));
+    const Result counted = trace(QStringLiteral("statistics %1 --json").arg(path("ride.log.gz")));
+    const QJsonObject json = QJsonDocument::fromJson(counted.output.toUtf8()).object();
+    const int frames = json.value(QStringLiteral("frames")).toInt();
+    QVERIFY(frames > 20);
+    QCOMPARE(result.output, QStringLiteral("Wrote %1: %2 frames\n").arg(path("ride.log.gz")).arg(frames));
+    QCOMPARE(json.value(QStringLiteral("channels")).toArray().at(0).toObject().value(QStringLiteral("name")).toString(),
+             QStringLiteral("pedelec"));
+    QVERIFY(json.value(QStringLiteral("hasTimeOfDay")).toBool());
+    // Heartbeats of the seven devices are among them.
+    QSet<int> ids;
+    for (const QJsonValue &row : json.value(QStringLiteral("identifiers")).toArray())
+        ids.insert(row.toObject().value(QStringLiteral("id")).toInt());
+    for (int node = 1; node <= 7; ++node)
+        QVERIFY(ids.contains(0x700 + node));
+}
+
+void tst_TraceCommand::recordsInPieces()
+{
+    const Result result = trace(
+        QStringLiteral("record --bus simulated:pedelec --output %1 --for 10s --rotate 3s --keep 2").arg(path("ride.pcapng")));
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.status, 0);
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files, QDir::Name),
+             (QStringList{QStringLiteral("ride-0003.pcapng"), QStringLiteral("ride-0004.pcapng")}));
+    QVERIFY2(result.output.startsWith(QStringLiteral("Wrote 2 files from %1 on: ").arg(path("ride-0003.pcapng"))),
+             qPrintable(result.output));
+}
+
+void tst_TraceCommand::recordsUntilInterrupted()
+{
+    Program program(words(QStringLiteral("trace record --bus simulated:pedelec --output ") + path("ride.asc")),
+                    {QStringLiteral("LD_PRELOAD")});
+    QVERIFY(QTest::qWaitFor([this] { return bytesOf("ride.asc").size() > 0; }, patience));
+    program.signal(SIGINT);
+    const Result result = program.finish();
+    QCOMPARE(result.status, 0);
+    QVERIFY(result.output.startsWith(QLatin1String("Wrote ")));
+    QVERIFY(bytesOf("ride.asc").endsWith("End TriggerBlock\n"));
+}
+
+void tst_TraceCommand::recordsWhatIsOlderThanASecond()
+{
+    Program program(words(QStringLiteral("trace record --bus simulated:pedelec --output ") + path("ride.log.zst")),
+                    {QStringLiteral("LD_PRELOAD")});
+    QVERIFY(QTest::qWaitFor([this] { return bytesOf("ride.log.zst").size() > 0; }, patience));
+    program.signal(SIGKILL);
+    program.finish();
+    const Result counted = trace(QStringLiteral("statistics %1 --json").arg(path("ride.log.zst")));
+    QVERIFY(QJsonDocument::fromJson(counted.output.toUtf8()).object().value(QStringLiteral("frames")).toInt() > 0);
+    QCOMPARE(counted.status, 7); // its end is missing
+}
+
+void tst_TraceCommand::recordingThatCannotBegin()
+{
+    write("ride.log", log);
+    const Result noBus = trace(QStringLiteral("record --bus simulated:no-such-vehicle --output %1 --for 1s").arg(path("ride.log")));
+    QCOMPARE(noBus.status, 2);
+    QCOMPARE(bytesOf("ride.log"), log);
+    const Result noFolder
+        = trace(QStringLiteral("record --bus simulated:pedelec --output %1 --for 1s").arg(path("no/ride.log")));
+    QCOMPARE(noFolder.status, 5);
+    QCOMPARE(noFolder.errors, path("no/ride.log") + QStringLiteral(" cannot be written: no such file or folder.\n"));
+    const Result full = trace(
+        QStringLiteral("record --bus simulated:pedelec --output %1 --for 1s --reserve 1000000G").arg(path("full.log")));
+    QCOMPARE(full.status, 5);
+    QCOMPARE(full.errors, QStringLiteral("Less than 1000000000 MB are left on the disk of %1: recording has ended.\n")
+                              .arg(path("full.log")));
+    QVERIFY(!QFile::exists(path("full.log")));
+}
+
+QTEST_GUILESS_MAIN(tst_TraceCommand)
+#include "tst_tracecommand.moc"
