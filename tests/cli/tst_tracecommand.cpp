@@ -9,7 +9,7 @@
 
 namespace {
 
-const QByteArray log("(1436509052.249713) can0 123#1122334455667788\n"
+const QByteArray aLog("(1436509052.249713) can0 123#1122334455667788\n"
                      "(1436509052.749713) can1 1C23456F#R8\n"
                      "(1436509053.249713) can0 20000088#0000801900000000\n"
                      "(1436509054.249713) can0 601#40 T\n");
@@ -146,7 +146,7 @@ void tst_TraceCommand::usage()
 
 void tst_TraceCommand::convertsThereAndBack()
 {
-    const QString source = write("a.log", log);
+    const QString source = write("a.log", aLog);
     for (const char *name : {"b.pcapng", "b.log.gz", "b.pcapng.zst"}) {
         const Result there = trace(QStringLiteral("convert %1 %2").arg(source, path(name)));
         QCOMPARE(there.errors, QString());
@@ -154,16 +154,16 @@ void tst_TraceCommand::convertsThereAndBack()
         QCOMPARE(there.status, 0);
         const Result back = trace(QStringLiteral("convert %1 %2").arg(path(name), path("c.log")));
         QCOMPARE(back.status, 0);
-        QCOMPARE(bytesOf("c.log"), log);
+        QCOMPARE(bytesOf("c.log"), aLog);
     }
     // Onto itself
     QCOMPARE(trace(QStringLiteral("convert %1 %1").arg(source)).status, 0);
-    QCOMPARE(bytesOf("a.log"), log);
+    QCOMPARE(bytesOf("a.log"), aLog);
 }
 
 void tst_TraceCommand::saysWhatAFormatDoesNotHold()
 {
-    const QString source = write("a.log", log);
+    const QString source = write("a.log", aLog);
     const Result result
         = trace(QStringLiteral("convert %1 %2 --format trc-1.1").arg(source, path("b.trc")));
     QCOMPARE(result.errors, QStringLiteral("This format does not hold: which channel a frame is of, the names of "
@@ -174,7 +174,7 @@ void tst_TraceCommand::saysWhatAFormatDoesNotHold()
 
 void tst_TraceCommand::saysWhatCannotBeRead()
 {
-    const QString source = write("a.log", log + QByteArray("(1.0) can0 123##1\n").repeated(12) + log);
+    const QString source = write("a.log", aLog + QByteArray("(1.0) can0 123##1\n").repeated(12) + aLog);
     const Result result = trace(QStringLiteral("convert %1 %2").arg(source, path("b.log")));
     QStringList expected;
     for (int i = 5; i < 15; ++i)
@@ -182,38 +182,38 @@ void tst_TraceCommand::saysWhatCannotBeRead()
     expected.append(QStringLiteral("%1: 2 more lines or records could not be read.\n").arg(source));
     QCOMPARE(result.errors, expected.join(QLatin1Char('\n')));
     QCOMPARE(result.status, 7);
-    QCOMPARE(bytesOf("b.log"), log + log);
+    QCOMPARE(bytesOf("b.log"), aLog + aLog);
 }
 
 void tst_TraceCommand::leavesTheOldFileWhenInputFails()
 {
-    write("b.log", log);
+    write("b.log", aLog);
     const QString rubbish = write("a.log", QByteArray(1000, '\0'));
     const Result result = trace(QStringLiteral("convert %1 %2").arg(rubbish, path("b.log")));
     QCOMPARE(result.status, 5);
     QCOMPARE(result.errors, QStringLiteral("%1 is no trace that is known: a log of candump, asc, trc, pcap or pcapng, "
                                            "also compressed with gzip or zstd.\n")
                                 .arg(rubbish));
-    QCOMPARE(bytesOf("b.log"), log);
+    QCOMPARE(bytesOf("b.log"), aLog);
     QCOMPARE(trace(QStringLiteral("convert %1 %2").arg(path("no.log"), path("b.log"))).status, 5);
     QCOMPARE(trace(QStringLiteral("convert %1 %2").arg(path("b.log"), path("no/c.log"))).status, 5);
 }
 
 void tst_TraceCommand::pipes()
 {
-    const QString source = write("a.log", log);
+    const QString source = write("a.log", aLog);
     QProcess shell;
     shell.start(QStringLiteral("/bin/sh"),
                 {QStringLiteral("-c"), QStringLiteral("'%1' trace convert - - --format pcapng <'%2' | '%1' trace "
                                                       "convert - -")
                                            .arg(QStringLiteral(DRAXELCTL), source)});
     QVERIFY(shell.waitForFinished(patience));
-    QCOMPARE(shell.readAllStandardOutput(), log);
+    QCOMPARE(shell.readAllStandardOutput(), aLog);
 }
 
 void tst_TraceCommand::statistics()
 {
-    const QString source = write("a.log", log + "rubbish\n(1436509050.249713) can0 123#\n");
+    const QString source = write("a.log", aLog + "rubbish\n(1436509050.249713) can0 123#\n");
     const Result result
         = run({QStringLiteral("trace"), QStringLiteral("statistics"), source, QStringLiteral("--bitrate"),
                QStringLiteral("1000")},
@@ -239,7 +239,7 @@ void tst_TraceCommand::statistics()
 
 void tst_TraceCommand::statisticsAsJson()
 {
-    const QString source = write("a.log", log);
+    const QString source = write("a.log", aLog);
     const Result result = trace(QStringLiteral("statistics %1 --json").arg(source));
     QCOMPARE(result.status, 0);
     const QJsonObject json = QJsonDocument::fromJson(result.output.toUtf8()).object();
@@ -318,10 +318,10 @@ void tst_TraceCommand::recordsWhatIsOlderThanASecond()
 
 void tst_TraceCommand::recordingThatCannotBegin()
 {
-    write("ride.log", log);
+    write("ride.log", aLog);
     const Result noBus = trace(QStringLiteral("record --bus simulated:no-such-vehicle --output %1 --for 1s").arg(path("ride.log")));
     QCOMPARE(noBus.status, 2);
-    QCOMPARE(bytesOf("ride.log"), log);
+    QCOMPARE(bytesOf("ride.log"), aLog);
     const Result noFolder
         = trace(QStringLiteral("record --bus simulated:pedelec --output %1 --for 1s").arg(path("no/ride.log")));
     QCOMPARE(noFolder.status, 5);

@@ -14,7 +14,7 @@
 
 namespace {
 
-const QByteArray log("(1436509052.249713) can0 123#1122\n");
+const QByteArray aLog("(1436509052.249713) can0 123#1122\n");
 const QString frameOfLog = QStringLiteral("1436509052.249713 can0 123 1122");
 
 QByteArray packed(const QByteArray &bytes, Compression compression)
@@ -67,29 +67,7 @@ public:
     }
 };
 
-/*! The same byte over and over, without ever having them all in memory. */
-class Bomb : public ByteSource
-{
-public:
-    Bomb(char byte, qint64 size)
-        : m_byte(byte)
-        , m_left(size)
-    {
-    }
-
-    qint64 read(char *to, qint64 most) override
-    {
-        const qint64 count = std::min(most, m_left);
-        std::fill_n(to, count, m_byte);
-        m_left -= count;
-        return count;
-    }
-
-private:
-    char m_byte;
-    qint64 m_left;
-};
-
+/*! A frame, perhaps, and then blanks without an end. */
 QByteArray packedBomb(Compression compression, const QByteArray &first, qint64 size)
 {
     QByteArray made;
@@ -99,9 +77,8 @@ QByteArray packedBomb(Compression compression, const QByteArray &first, qint64 s
     else
         sink = std::make_unique<ZstdSink>(std::move(sink));
     sink->write(first);
-    Bomb bomb('\n', size);
-    QByteArray piece(1 << 20, '\0');
-    while (bomb.read(piece.data(), piece.size()) > 0)
+    const QByteArray piece = (QByteArray(1023, ' ') + '\n').repeated(1024);
+    for (qint64 made = 0; made < size; made += piece.size())
         sink->write(piece);
     sink->finish();
     return made;
@@ -177,10 +154,10 @@ void tst_TraceFile::contentTellsTheFormat_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("frame");
 
-    QTest::newRow("candump") << log << frameOfLog;
-    QTest::newRow("candump, begins in the middle of a line") << "9713) can0 123#1122\n" + log << frameOfLog;
-    QTest::newRow("candump with a byte order mark") << "\xEF\xBB\xBF" + log << frameOfLog;
-    QTest::newRow("candump behind empty lines") << "\n\n\r\n" + log << frameOfLog;
+    QTest::newRow("candump") << aLog << frameOfLog;
+    QTest::newRow("candump, begins in the middle of a line") << "9713) can0 123#1122\n" + aLog << frameOfLog;
+    QTest::newRow("candump with a byte order mark") << "\xEF\xBB\xBF" + aLog << frameOfLog;
+    QTest::newRow("candump behind empty lines") << "\n\n\r\n" + aLog << frameOfLog;
     QTest::newRow("asc") << QByteArray("date Fri Jul 10 08:37:32.249 am 2015\n0.5 1 1 Rx d 0\n")
                          << "1436517452.749000 1 001";
     QTest::newRow("asc behind a comment") << QByteArray("// mine\nbase hex  timestamps absolute\n0.5 1 1 Rx d 0\n")
@@ -215,7 +192,7 @@ void tst_TraceFile::nothingKnown_data()
     QTest::newRow("zeros") << QByteArray(100'000, '\0');
     QTest::newRow("a text") << QByteArray("Nov 22 08:00:00 host kernel: can0: bus-off\n").repeated(10'000);
     QTest::newRow("one long line") << QByteArray(1'000'000, 'x');
-    QTest::newRow("a frame after a hundred lines") << QByteArray("hello\n").repeated(100) + log;
+    QTest::newRow("a frame after a hundred lines") << QByteArray("hello\n").repeated(100) + aLog;
     QTest::newRow("a page") << QByteArray("<html>\n<body>\n1.0 2\n</body>\n</html>\n");
     QTest::newRow("one character") << QByteArray("x");
 }
@@ -255,13 +232,13 @@ void tst_TraceFile::linesComeAsTheyAreWritten()
     int taken = 0;
     QString error;
     const auto reader
-        = TraceFile::open(std::make_unique<SlowBytes>(log + log, &taken), QStringLiteral("-"), &error);
+        = TraceFile::open(std::make_unique<SlowBytes>(aLog + aLog, &taken), QStringLiteral("-"), &error);
     QVERIFY2(reader, qPrintable(error));
     TraceFrame frame;
     QCOMPARE(reader->next(&frame), TraceReader::Step::Frame);
-    QCOMPARE(taken, log.size());
+    QCOMPARE(taken, aLog.size());
     QCOMPARE(reader->next(&frame), TraceReader::Step::Frame);
-    QCOMPARE(taken, log.size() * 2);
+    QCOMPARE(taken, aLog.size() * 2);
     QCOMPARE(reader->next(&frame), TraceReader::Step::End);
     QCOMPARE(reader->next(&frame), TraceReader::Step::End);
 }
@@ -269,7 +246,7 @@ void tst_TraceFile::linesComeAsTheyAreWritten()
 void tst_TraceFile::failingMedium()
 {
     QString error;
-    auto reader = TraceFile::open(std::make_unique<FailingBytes>(log), QStringLiteral("a.log"), &error);
+    auto reader = TraceFile::open(std::make_unique<FailingBytes>(aLog), QStringLiteral("a.log"), &error);
     QVERIFY(reader);
     QCOMPARE(textsOf(TraceFile::load(reader.get(), TraceFile::Limits())),
              (QStringList{frameOfLog, QStringLiteral("! 2 The medium failed.")}));
@@ -292,11 +269,11 @@ void tst_TraceFile::unpacks_data()
 {
     QTest::addColumn<QByteArray>("bytes");
 
-    QTest::newRow("gzip") << packed(log + log, Compression::Gzip);
-    QTest::newRow("zstd") << packed(log + log, Compression::Zstd);
-    QTest::newRow("two gzip") << packed(log, Compression::Gzip) + packed(log, Compression::Gzip);
-    QTest::newRow("two zstd") << packed(log, Compression::Zstd) + packed(log, Compression::Zstd);
-    QTest::newRow("zeros behind gzip") << packed(log + log, Compression::Gzip) + QByteArray(512, '\0');
+    QTest::newRow("gzip") << packed(aLog + aLog, Compression::Gzip);
+    QTest::newRow("zstd") << packed(aLog + aLog, Compression::Zstd);
+    QTest::newRow("two gzip") << packed(aLog, Compression::Gzip) + packed(aLog, Compression::Gzip);
+    QTest::newRow("two zstd") << packed(aLog, Compression::Zstd) + packed(aLog, Compression::Zstd);
+    QTest::newRow("zeros behind gzip") << packed(aLog + aLog, Compression::Gzip) + QByteArray(512, '\0');
 }
 
 void tst_TraceFile::unpacks()
@@ -328,7 +305,9 @@ void tst_TraceFile::brokenPacking()
     QByteArray spoilt = bytes;
     for (int i = 0; i < 100; ++i)
         spoilt[spoilt.size() / 2 + i] = static_cast<char>(0xFF);
-    const Trace broken = readTrace(spoilt);
+    QString error;
+    const auto reader = TraceFile::open(std::make_unique<MemoryBytes>(spoilt), QStringLiteral("a"), &error);
+    const Trace broken = TraceFile::load(reader.get(), {1'000'000, 1'000'000});
     QCOMPARE(broken.problems.back().text,
              QStringLiteral("The compressed data are broken: the rest is not read."));
     QVERIFY(broken.frames.size() > 5000);
@@ -367,8 +346,8 @@ void tst_TraceFile::bombs_data()
     QTest::addColumn<int>("compression");
     QTest::addColumn<QByteArray>("first");
 
-    QTest::newRow("gzip") << int(Compression::Gzip) << log;
-    QTest::newRow("zstd") << int(Compression::Zstd) << log;
+    QTest::newRow("gzip") << int(Compression::Gzip) << aLog;
+    QTest::newRow("zstd") << int(Compression::Zstd) << aLog;
 }
 
 void tst_TraceFile::bombs()
@@ -376,14 +355,14 @@ void tst_TraceFile::bombs()
     QFETCH(int, compression);
     QFETCH(QByteArray, first);
 
-    constexpr qint64 size = Q_INT64_C(200) * 1024 * 1024;
+    constexpr qint64 size = 80 * 1024 * 1024;
     const QByteArray bytes = packedBomb(Compression(compression), first, size);
     QVERIFY(bytes.size() < 1024 * 1024);
-    QCOMPARE(readTexts(bytes),
-             (QStringList{frameOfLog,
-                          QStringLiteral("! %1 It unpacks to more than 500 times its size, which no trace "
-                                         "does: the rest is not read.")
-                              .arg(readTrace(bytes).problems.back().line)}));
+    const Trace trace = readTrace(bytes);
+    QCOMPARE(trace.frames.size(), size_t(1));
+    QCOMPARE(trace.problems.size(), size_t(1));
+    QCOMPARE(trace.problems.front().text, QStringLiteral("It unpacks to more than 500 times its size, which no "
+                                                         "trace does: the rest is not read."));
     // What holds nothing but blanks is no trace, and is not unpacked to find that out.
     QCOMPARE(readTrace(packedBomb(Compression(compression), {}, size)).problems.size(), size_t(1));
 }
@@ -402,7 +381,7 @@ void tst_TraceFile::limits()
     QCOMPARE(cut.frames.size(), size_t(999));
 
     const Trace problems
-        = TraceFile::load(open(log + QByteArray("(1.0) can0 1##1\n").repeated(1000)).get(), TraceFile::Limits());
+        = TraceFile::load(open(aLog + QByteArray("(1.0) can0 1##1\n").repeated(1000)).get(), TraceFile::Limits());
     QCOMPARE(problems.problems.size(), size_t(100));
     QCOMPARE(problems.unread, quint64(1000));
 }

@@ -60,7 +60,7 @@ TextReader::Line AscReader::parse(TextLine line, TraceFrame *frame)
     const char *p = at;
     qint64 time = 0;
     if (!takeFixed(&p, line.end, TimeOfDay::second, &time))
-        return parseHead(line, takeWord(&at, line.end), at);
+        return parseHead(line, at);
     if (p == line.end || !isBlank(*p))
         return notUnderstood(line);
     const qint64 since = m_isRelative ? m_last + time : time;
@@ -71,8 +71,9 @@ TextReader::Line AscReader::parse(TextLine line, TraceFrame *frame)
     return parseEvent(line, p, frame);
 }
 
-TextReader::Line AscReader::parseHead(TextLine line, TextLine first, const char *at)
+TextReader::Line AscReader::parseHead(TextLine line, const char *at)
 {
+    const TextLine first = takeWord(&at, line.end);
     if (isWordOfAnyCase(first, "date") || isWordOfAnyCase(first, "datum"))
         return parseDate(line, at);
     if (isWordOfAnyCase(first, "base"))

@@ -33,7 +33,7 @@ protected:
     Line parse(TextLine line, TraceFrame *frame) override;
 
 private:
-    Line parseHead(TextLine line, TextLine first, const char *at);
+    Line parseHead(TextLine line, const char *at);
     Line parseBase(TextLine line, const char *at);
     Line parseDate(TextLine line, const char *at);
     Line parseEvent(TextLine line, const char *at, TraceFrame *frame);

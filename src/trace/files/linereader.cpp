@@ -11,7 +11,6 @@ constexpr size_t blockSize = 256 * 1024;
 
 LineReader::LineReader(std::unique_ptr<ByteSource> source)
     : m_source(std::move(source))
-    , m_room(blockSize)
 {
 }
 
@@ -43,7 +42,8 @@ void LineReader::setAside()
         m_isSkipping = true;
         count = 0;
     }
-    std::memmove(m_room.data(), m_room.data() + m_position, count);
+    if (count > 0)
+        std::memmove(m_room.data(), m_room.data() + m_position, count);
     m_position = 0;
     m_searched = count;
     m_filled = count;
@@ -51,6 +51,7 @@ void LineReader::setAside()
 
 void LineReader::fill()
 {
+    m_room.resize(blockSize); // once
     const qint64 count
         = m_source->read(m_room.data() + m_filled, static_cast<qint64>(m_room.size() - m_filled));
     m_hasEnded = count <= 0;

@@ -6,7 +6,6 @@
 
 RecordBytes::RecordBytes(std::unique_ptr<ByteSource> source)
     : m_source(std::move(source))
-    , m_room(longest)
 {
 }
 
@@ -50,6 +49,7 @@ bool RecordBytes::fill()
 {
     if (m_hasEnded)
         return false;
+    m_room.resize(longest); // once
     std::memmove(m_room.data(), m_room.data() + m_position, m_filled - m_position);
     m_filled -= m_position;
     m_position = 0;
