@@ -77,8 +77,8 @@ QByteArray packedBomb(Compression compression, const QByteArray &first, qint64 s
     else
         sink = std::make_unique<ZstdSink>(std::move(sink));
     sink->write(first);
-    const QByteArray piece = (QByteArray(1023, ' ') + '\n').repeated(1024);
-    for (qint64 made = 0; made < size; made += piece.size())
+    const QByteArray piece = (QByteArray(16000, ' ') + '\n').repeated(64);
+    for (qint64 written = 0; written < size; written += piece.size())
         sink->write(piece);
     sink->finish();
     return made;
