@@ -228,7 +228,7 @@ void tst_TraceCommand::statistics()
                             "Could not be read        1\n"
                             "\n"
                             "Channel  Frames  Load   Busiest second  Remote frames  Error frames  Sent\n"
-                            "can0     4       5.8 %  12.0 %          0              1             1\n"
+                            "can0     4       5.7 %  12.0 %          0              1             1\n"
                             "can1     1       0.0 %  7.2 %           1              0             0\n"
                             "\n"
                             "Identifier  Channel  Frames  Per second\n"
