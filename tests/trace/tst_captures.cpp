@@ -51,6 +51,7 @@ private slots:
     void pcapNgProblems_data();
     void pcapNgProblems();
     void otherInterfacesArePassedOver();
+    void namesOfInterfaces();
     void writesPcap();
     void writesPcapNg();
     void channelThatComesLater();
@@ -180,6 +181,17 @@ void tst_Captures::otherInterfacesArePassedOver()
     QCOMPARE(texts({section, can0, ethernet, onEthernet, onEthernet, onCan0}),
              (QStringList{QStringLiteral("1436516876.249690 can0 123 1122"),
                           QStringLiteral("! 3 The packets of interface 2 are not of a CAN bus (link type 1).")}));
+}
+
+void tst_Captures::namesOfInterfaces()
+{
+    // 8 + 8 + an option of 100 bytes with a line end in its name + the length again
+    QByteArray long1 = hex("01000000 7C000000 E300 0000 00000000 0200 6400");
+    long1 += "a\nb" + QByteArray(97, 'x') + hex("7C000000");
+    const Trace trace = readTrace(hex(section) + long1 + hex(onCan0));
+    QCOMPARE(trace.frames.size(), size_t(1));
+    QCOMPARE(trace.head.channels.first(),
+             QStringLiteral("a\uFFFDb") + QString(57, QLatin1Char('x')) + QStringLiteral("..."));
 }
 
 void tst_Captures::writesPcap()

@@ -68,6 +68,7 @@ bool CandumpReader::takeTime(const char **at, const char *end, qint64 *time)
 bool CandumpReader::takeDate(const char **at, const char *end, qint64 *time)
 {
     constexpr int mostDigits = 2;
+    constexpr qint64 longestMinute = 61 * TimeOfDay::second; // with a leap second
     const char *p = *at;
     if (end - p < hourSize || !findHour(p))
         return false;
@@ -75,7 +76,7 @@ bool CandumpReader::takeDate(const char **at, const char *end, qint64 *time)
     quint64 minute = 0;
     qint64 seconds = 0;
     if (!take(&p, end, ':') || takeDecimal(&p, end, mostDigits, &minute) == 0 || !take(&p, end, ':')
-        || !takeFixed(&p, end, TimeOfDay::second, &seconds))
+        || !takeFixed(&p, end, TimeOfDay::second, &seconds) || seconds < 0 || seconds > longestMinute)
         return false;
     *time = m_hourBegin + static_cast<qint64>(minute) * 60 * TimeOfDay::second + seconds;
     *at = p;

@@ -3,6 +3,7 @@
 
 #include "capturedframe.h"
 #include "capturewords.h"
+#include "textscan.h"
 #include "timeofday.h"
 #include "tracefilestr.h"
 
@@ -50,6 +51,13 @@ constexpr quint32 outgoing = 2;
 constexpr size_t filledUp(size_t size)
 {
     return (size + 3) / 4 * 4;
+}
+
+/*! No longer than it can be shown, and nothing in it that acts on a terminal. */
+QString nameOf(const uchar *bytes, quint16 size)
+{
+    const char *const begin = reinterpret_cast<const char *>(bytes);
+    return TextScan::excerpt({begin, begin + size});
 }
 
 /*! What a time of this resolution counts in a second; 0 for one that is out of reason. */
@@ -186,8 +194,8 @@ bool PcapNgReader::takeOption(const uchar **at, const uchar *end, Option *option
 
 void PcapNgReader::setOption(const Option &option, Interface *interface) const
 {
-    if (option.code == OptionCode::name)
-        interface->name = QString::fromUtf8(reinterpret_cast<const char *>(option.value), option.size);
+    if (option.code == OptionCode::name && option.size > 0)
+        interface->name = nameOf(option.value, option.size);
     else if (option.code == OptionCode::timeResolution && option.size >= 1)
         interface->perSecond = perSecondOf(*option.value);
     else if (option.code == OptionCode::timeOffset && option.size >= sizeof(qint64))
