@@ -105,8 +105,7 @@ const QList<Rule> &rules()
          {QStringLiteral("cli/commands"), QStringLiteral("cli/core"), QStringLiteral("bus"),
           QStringLiteral("trace/core"), QStringLiteral("trace/files"), QStringLiteral("trace/recording"),
           QStringLiteral("trace/statistics")}},
-        {"cli",
-         {QStringLiteral("cli/commands"), QStringLiteral("cli/trace"), QStringLiteral("cli/core")}},
+        {"cli", {QStringLiteral("cli/commands"), QStringLiteral("cli/trace"), QStringLiteral("cli/core")}},
     };
     return list;
 }

@@ -10,9 +10,9 @@
 namespace {
 
 const QByteArray aLog("(1436509052.249713) can0 123#1122334455667788\n"
-                     "(1436509052.749713) can1 1C23456F#R8\n"
-                     "(1436509053.249713) can0 20000088#0000801900000000\n"
-                     "(1436509054.249713) can0 601#40 T\n");
+                      "(1436509052.749713) can1 1C23456F#R8\n"
+                      "(1436509053.249713) can0 20000088#0000801900000000\n"
+                      "(1436509054.249713) can0 601#40 T\n");
 
 QStringList words(const QString &line)
 {
@@ -110,14 +110,15 @@ void tst_TraceCommand::usage_data()
     row("", "Usage: draxelctl trace COMMAND [OPTION]...");
     row("play", "draxelctl trace: There is no command \"play\".");
     row("convert a.log", "draxelctl trace convert: OUT is missing.");
-    row("convert a.log b --format x",
-        "draxelctl trace convert: There is no format \"x\"; there are candump, asc, trc, trc-1.1, pcap, pcapng.");
+    row("convert a.log b --format x", "draxelctl trace convert: There is no format \"x\"; there are candump, "
+                                      "asc, trc, trc-1.1, pcap, pcapng.");
     row("statistics", "draxelctl trace statistics: FILE is missing.");
     row("statistics a.log --bitrate fast", "draxelctl trace statistics: ");
     row("record --bus simulated:pedelec", "draxelctl trace record: --output FILE is missing.");
     row("record --output a.log", "draxelctl trace record: --bus is missing: which bus is meant?");
     row("record --bus simulated:pedelec --output a.txt",
-        "draxelctl trace record: The name \"a.txt\" tells no format: it must end with .log, .asc, .trc, .pcap or "
+        "draxelctl trace record: The name \"a.txt\" tells no format: it must end with .log, .asc, .trc, "
+        ".pcap or "
         ".pcapng; .gz or .zst may follow.");
     row("record --bus simulated:pedelec --output a.log --rotate often",
         "draxelctl trace record: \"often\" is neither a size (500k, 100M, 2G) nor a time (10min, 1h).");
@@ -164,10 +165,10 @@ void tst_TraceCommand::convertsThereAndBack()
 void tst_TraceCommand::saysWhatAFormatDoesNotHold()
 {
     const QString source = write("a.log", aLog);
-    const Result result
-        = trace(QStringLiteral("convert %1 %2 --format trc-1.1").arg(source, path("b.trc")));
-    QCOMPARE(result.errors, QStringLiteral("This format does not hold: which channel a frame is of, the names of "
-                                           "channels, what error frames say, times finer than 100 us.\n"));
+    const Result result = trace(QStringLiteral("convert %1 %2 --format trc-1.1").arg(source, path("b.trc")));
+    QCOMPARE(result.errors,
+             QStringLiteral("This format does not hold: which channel a frame is of, the names of "
+                            "channels, what error frames say, times finer than 100 us.\n"));
     QCOMPARE(result.status, 0);
     QVERIFY(bytesOf("b.trc").startsWith(";$FILEVERSION=1.1\n"));
 }
@@ -178,7 +179,8 @@ void tst_TraceCommand::saysWhatCannotBeRead()
     const Result result = trace(QStringLiteral("convert %1 %2").arg(source, path("b.log")));
     QStringList expected;
     for (int i = 5; i < 15; ++i)
-        expected.append(QStringLiteral("%1:%2: A CAN FD frame; only classic frames are read.").arg(source).arg(i));
+        expected.append(
+            QStringLiteral("%1:%2: A CAN FD frame; only classic frames are read.").arg(source).arg(i));
     expected.append(QStringLiteral("%1: 2 more lines or records could not be read.\n").arg(source));
     QCOMPARE(result.errors, expected.join(QLatin1Char('\n')));
     QCOMPARE(result.status, 7);
@@ -191,9 +193,10 @@ void tst_TraceCommand::leavesTheOldFileWhenInputFails()
     const QString rubbish = write("a.log", QByteArray(1000, '\0'));
     const Result result = trace(QStringLiteral("convert %1 %2").arg(rubbish, path("b.log")));
     QCOMPARE(result.status, 5);
-    QCOMPARE(result.errors, QStringLiteral("%1 is no trace that is known: a log of candump, asc, trc, pcap or pcapng, "
-                                           "also compressed with gzip or zstd.\n")
-                                .arg(rubbish));
+    QCOMPARE(result.errors,
+             QStringLiteral("%1 is no trace that is known: a log of candump, asc, trc, pcap or pcapng, "
+                            "also compressed with gzip or zstd.\n")
+                 .arg(rubbish));
     QCOMPARE(bytesOf("b.log"), aLog);
     QCOMPARE(trace(QStringLiteral("convert %1 %2").arg(path("no.log"), path("b.log"))).status, 5);
     QCOMPARE(trace(QStringLiteral("convert %1 %2").arg(path("b.log"), path("no/c.log"))).status, 5);
@@ -203,10 +206,11 @@ void tst_TraceCommand::pipes()
 {
     const QString source = write("a.log", aLog);
     QProcess shell;
-    shell.start(QStringLiteral("/bin/sh"),
-                {QStringLiteral("-c"), QStringLiteral("'%1' trace convert - - --format pcapng <'%2' | '%1' trace "
-                                                      "convert - -")
-                                           .arg(QStringLiteral(DRAXELCTL), source)});
+    shell.start(
+        QStringLiteral("/bin/sh"),
+        {QStringLiteral("-c"), QStringLiteral("'%1' trace convert - - --format pcapng <'%2' | '%1' trace "
+                                              "convert - -")
+                                   .arg(QStringLiteral(DRAXELCTL), source)});
     QVERIFY(shell.waitForFinished(patience));
     QCOMPARE(shell.readAllStandardOutput(), aLog);
 }
@@ -214,10 +218,9 @@ void tst_TraceCommand::pipes()
 void tst_TraceCommand::statistics()
 {
     const QString source = write("a.log", aLog + "rubbish\n(1436509050.249713) can0 123#\n");
-    const Result result
-        = run({QStringLiteral("trace"), QStringLiteral("statistics"), source, QStringLiteral("--bitrate"),
-               QStringLiteral("1000")},
-              {QStringLiteral("TZ=UTC")});
+    const Result result = run({QStringLiteral("trace"), QStringLiteral("statistics"), source,
+                               QStringLiteral("--bitrate"), QStringLiteral("1000")},
+                              {QStringLiteral("TZ=UTC")});
     QCOMPARE(result.status, 7);
     QCOMPARE(result.output,
              QStringLiteral("Frames                   5\n"
@@ -259,17 +262,23 @@ void tst_TraceCommand::statisticsAsJson()
 
 void tst_TraceCommand::recordsAVehicle()
 {
-    const Result result
-        = trace(QStringLiteral("record --bus simulated:pedelec --output %1 --for 10s").arg(path("ride.log.gz")));
+    const Result result = trace(
+        QStringLiteral("record --bus simulated:pedelec --output %1 --for 10s").arg(path("ride.log.gz")));
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.status, 0);
-    QVERIFY2(result.output.startsWith(QStringLiteral("Wrote %1: ").arg(path("ride.log.gz"))), qPrintable(result.output));
+    QVERIFY2(result.output.startsWith(QStringLiteral("Wrote %1: ").arg(path("ride.log.gz"))),
+             qPrintable(result.output));
     const Result counted = trace(QStringLiteral("statistics %1 --json").arg(path("ride.log.gz")));
     const QJsonObject json = QJsonDocument::fromJson(counted.output.toUtf8()).object();
     const int frames = json.value(QStringLiteral("frames")).toInt();
     QVERIFY(frames > 20);
     QCOMPARE(result.output, QStringLiteral("Wrote %1: %2 frames\n").arg(path("ride.log.gz")).arg(frames));
-    QCOMPARE(json.value(QStringLiteral("channels")).toArray().at(0).toObject().value(QStringLiteral("name")).toString(),
+    QCOMPARE(json.value(QStringLiteral("channels"))
+                 .toArray()
+                 .at(0)
+                 .toObject()
+                 .value(QStringLiteral("name"))
+                 .toString(),
              QStringLiteral("pedelec"));
     QVERIFY(json.value(QStringLiteral("hasTimeOfDay")).toBool());
     // Heartbeats of the seven devices are among them.
@@ -282,20 +291,23 @@ void tst_TraceCommand::recordsAVehicle()
 
 void tst_TraceCommand::recordsInPieces()
 {
-    const Result result = trace(
-        QStringLiteral("record --bus simulated:pedelec --output %1 --for 10s --rotate 3s --keep 2").arg(path("ride.pcapng")));
+    const Result result
+        = trace(QStringLiteral("record --bus simulated:pedelec --output %1 --for 10s --rotate 3s --keep 2")
+                    .arg(path("ride.pcapng")));
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.status, 0);
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files, QDir::Name),
              (QStringList{QStringLiteral("ride-0003.pcapng"), QStringLiteral("ride-0004.pcapng")}));
-    QVERIFY2(result.output.startsWith(QStringLiteral("Wrote 2 files from %1 on: ").arg(path("ride-0003.pcapng"))),
-             qPrintable(result.output));
+    QVERIFY2(
+        result.output.startsWith(QStringLiteral("Wrote 2 files from %1 on: ").arg(path("ride-0003.pcapng"))),
+        qPrintable(result.output));
 }
 
 void tst_TraceCommand::recordsUntilInterrupted()
 {
-    Program program(words(QStringLiteral("trace record --bus simulated:pedelec --output ") + path("ride.asc")),
-                    {QStringLiteral("LD_PRELOAD")});
+    Program program(
+        words(QStringLiteral("trace record --bus simulated:pedelec --output ") + path("ride.asc")),
+        {QStringLiteral("LD_PRELOAD")});
     QVERIFY(QTest::qWaitFor([this] { return bytesOf("ride.asc").size() > 0; }, patience));
     program.signal(SIGINT);
     const Result result = program.finish();
@@ -306,31 +318,37 @@ void tst_TraceCommand::recordsUntilInterrupted()
 
 void tst_TraceCommand::recordsWhatIsOlderThanASecond()
 {
-    Program program(words(QStringLiteral("trace record --bus simulated:pedelec --output ") + path("ride.log.zst")),
-                    {QStringLiteral("LD_PRELOAD")});
+    Program program(
+        words(QStringLiteral("trace record --bus simulated:pedelec --output ") + path("ride.log.zst")),
+        {QStringLiteral("LD_PRELOAD")});
     QVERIFY(QTest::qWaitFor([this] { return bytesOf("ride.log.zst").size() > 0; }, patience));
     program.signal(SIGKILL);
     program.finish();
     const Result counted = trace(QStringLiteral("statistics %1 --json").arg(path("ride.log.zst")));
-    QVERIFY(QJsonDocument::fromJson(counted.output.toUtf8()).object().value(QStringLiteral("frames")).toInt() > 0);
+    QVERIFY(QJsonDocument::fromJson(counted.output.toUtf8()).object().value(QStringLiteral("frames")).toInt()
+            > 0);
     QCOMPARE(counted.status, 7); // its end is missing
 }
 
 void tst_TraceCommand::recordingThatCannotBegin()
 {
     write("ride.log", aLog);
-    const Result noBus = trace(QStringLiteral("record --bus simulated:no-such-vehicle --output %1 --for 1s").arg(path("ride.log")));
+    const Result noBus = trace(
+        QStringLiteral("record --bus simulated:no-such-vehicle --output %1 --for 1s").arg(path("ride.log")));
     QCOMPARE(noBus.status, 2);
     QCOMPARE(bytesOf("ride.log"), aLog);
-    const Result noFolder
-        = trace(QStringLiteral("record --bus simulated:pedelec --output %1 --for 1s").arg(path("no/ride.log")));
+    const Result noFolder = trace(
+        QStringLiteral("record --bus simulated:pedelec --output %1 --for 1s").arg(path("no/ride.log")));
     QCOMPARE(noFolder.status, 5);
-    QCOMPARE(noFolder.errors, path("no/ride.log") + QStringLiteral(" cannot be written: no such file or folder.\n"));
-    const Result full = trace(
-        QStringLiteral("record --bus simulated:pedelec --output %1 --for 1s --reserve 1000000G").arg(path("full.log")));
+    QCOMPARE(noFolder.errors,
+             path("no/ride.log") + QStringLiteral(" cannot be written: no such file or folder.\n"));
+    const Result full
+        = trace(QStringLiteral("record --bus simulated:pedelec --output %1 --for 1s --reserve 1000000G")
+                    .arg(path("full.log")));
     QCOMPARE(full.status, 5);
-    QCOMPARE(full.errors, QStringLiteral("Less than 1000000000 MB are left on the disk of %1: recording has ended.\n")
-                              .arg(path("full.log")));
+    QCOMPARE(full.errors,
+             QStringLiteral("Less than 1000000000 MB are left on the disk of %1: recording has ended.\n")
+                 .arg(path("full.log")));
     QVERIFY(!QFile::exists(path("full.log")));
 }
 

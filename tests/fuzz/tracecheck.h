@@ -16,11 +16,11 @@ inline void checkFrame(const TraceFrame &frame, const TraceHead &head)
 {
     require(frame.length <= TraceFrame::mostBytes);
     require(frame.channel < head.channels.size());
-    require(frame.id
-            <= (frame.isExtended() || frame.isError() ? TraceFrame::highestExtendedId
-                                                      : TraceFrame::highestStandardId));
+    require(frame.id <= (frame.isExtended() || frame.isError() ? TraceFrame::highestExtendedId
+                                                               : TraceFrame::highestStandardId));
     require(!frame.isError() || (!frame.isExtended() && !frame.isRemote()));
-    require(std::all_of(frame.bytes.begin() + frame.size(), frame.bytes.end(), [](quint8 byte) { return byte == 0; }));
+    require(std::all_of(frame.bytes.begin() + frame.size(), frame.bytes.end(),
+                        [](quint8 byte) { return byte == 0; }));
 }
 
 /*! Reads what \a reader has, and what is written of it once more. */

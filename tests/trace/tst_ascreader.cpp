@@ -46,11 +46,13 @@ void tst_AscReader::lines_data()
     row("received", "   0.015991 1  123             Rx   d 8 00 11 22 33 44 55 66 77",
         "1436517452.264991 1 123 0011223344556677");
     row("sent", "   0.015991 2  123             Tx   d 1 00", "1436517452.264991 2 123 00 sent");
-    row("extended", "   0.015991 1  18EBFF00x       Rx   d 2 01 A0  Length = 273910 BitCount = 141 ID = 418119424x",
+    row("extended",
+        "   0.015991 1  18EBFF00x       Rx   d 2 01 A0  Length = 273910 BitCount = 141 ID = 418119424x",
         "1436517452.264991 1 18ebff00 01a0");
     row("no bytes", "   0.015991 1  80              Rx   d 0", "1436517452.264991 1 080");
     row("remote", "   0.015991 1  123             Rx   r", "1436517452.264991 1 123 remote 0");
-    row("remote with length", "   0.015991 1  123x            Rx   r 8", "1436517452.264991 1 00000123 remote 8");
+    row("remote with length", "   0.015991 1  123x            Rx   r 8",
+        "1436517452.264991 1 00000123 remote 8");
     row("error", "   0.015991 1  ErrorFrame", "1436517452.264991 1 080 error 0000000000000000");
     row("error with more", "   0.015991 1  ErrorFrame Flags = 0xe CodeExt = 0x20a2",
         "1436517452.264991 1 080 error 0000000000000000");
@@ -85,12 +87,14 @@ void tst_AscReader::problems_data()
     QTest::addColumn<QString>("problem");
 
     const auto row = [](const char *name, const char *line, const char *problem = "") {
-        const QString text = *problem != 0 ? QString::fromLatin1(problem)
-                                           : QStringLiteral("This is no frame: \"%1\".").arg(QLatin1String(line));
+        const QString text = *problem != 0
+                                 ? QString::fromLatin1(problem)
+                                 : QStringLiteral("This is no frame: \"%1\".").arg(QLatin1String(line));
         QTest::newRow(name) << QByteArray(line) << text;
     };
     const char *const flexible = "A CAN FD frame; only classic frames are read.";
-    row("CAN FD", "0.1 CANFD 1 Rx 123 1 0 9 12 00 11 22 33 44 55 66 77 88 99 AA BB 130000 130 303000 0 0", flexible);
+    row("CAN FD", "0.1 CANFD 1 Rx 123 1 0 9 12 00 11 22 33 44 55 66 77 88 99 AA BB 130000 130 303000 0 0",
+        flexible);
     row("short CAN FD", "0.1 CANFD 1 Rx 123 0 0 1 1 00 130000 130 1000 0 0", flexible);
     row("CAN FD without flags", "0.1 CANFD 1 Rx 123 0 0 1 1 00", flexible);
     row("name in place of the identifier", "0.1 1  EngineData Rx d 1 00");
@@ -110,14 +114,16 @@ void tst_AscReader::problems()
     QFETCH(QString, problem);
 
     const QStringList texts = readTexts(head + line + "\n   1.000000 1  1 Rx d 0\n");
-    QCOMPARE(texts, (QStringList{QStringLiteral("1436517453.249000 1 001"), QStringLiteral("! 7 ") + problem}));
+    QCOMPARE(texts,
+             (QStringList{QStringLiteral("1436517453.249000 1 001"), QStringLiteral("! 7 ") + problem}));
 }
 
 void tst_AscReader::relativeTimes()
 {
     // Times count from the event before, whatever it was.
-    const QByteArray text = QByteArray(head).replace("absolute", "relative")
-                            + "   0.100000 1  1 Rx d 0\n   0.100000 log trigger event\n   0.100000 1  2 Rx d 0\n";
+    const QByteArray text
+        = QByteArray(head).replace("absolute", "relative")
+          + "   0.100000 1  1 Rx d 0\n   0.100000 log trigger event\n   0.100000 1  2 Rx d 0\n";
     QCOMPARE(readTexts(text), (QStringList{QStringLiteral("1436517452.349000 1 001"),
                                            QStringLiteral("1436517452.549000 1 002")}));
 }
@@ -182,9 +188,11 @@ void tst_AscReader::writes()
 {
     Trace trace;
     trace.head = {{QStringLiteral("can0"), QStringLiteral("can1")}, true};
-    trace.frames = {traceFrame(1436517452249713, 0x123, "0011223344556677"),
-                    traceFrame(1436517462249714, 0x18EBFF00, "AB", TraceFrame::Extended | TraceFrame::Sent, 1),
-                    remoteFrame(1436517452250000, 0x7FF, 8), traceFrame(1436517452250001, 0x88, "0000800000000000", TraceFrame::Error)};
+    trace.frames
+        = {traceFrame(1436517452249713, 0x123, "0011223344556677"),
+           traceFrame(1436517462249714, 0x18EBFF00, "AB", TraceFrame::Extended | TraceFrame::Sent, 1),
+           remoteFrame(1436517452250000, 0x7FF, 8),
+           traceFrame(1436517452250001, 0x88, "0000800000000000", TraceFrame::Error)};
     QCOMPARE(encoded(trace, TraceFormat::Asc),
              QByteArray("date Fri Jul 10 08:37:32.249 2015\nbase hex  timestamps absolute\n"
                         "internal events logged\nBegin Triggerblock Fri Jul 10 08:37:32.249 2015\n"
@@ -202,7 +210,8 @@ void tst_AscReader::writesWithoutTimeOfDay()
     trace.head = {{QStringLiteral("1")}, false};
     trace.frames = {traceFrame(500, 1, ""), traceFrame(-1'000'500, 2, "")};
     const Trace read = readTrace(encoded(trace, TraceFormat::Asc));
-    QCOMPARE(textsOf(read), (QStringList{QStringLiteral("0.000500 1 001"), QStringLiteral("-1.000500 1 002")}));
+    QCOMPARE(textsOf(read),
+             (QStringList{QStringLiteral("0.000500 1 001"), QStringLiteral("-1.000500 1 002")}));
     QVERIFY(!read.head.hasTimeOfDay);
 }
 

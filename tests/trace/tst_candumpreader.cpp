@@ -63,7 +63,8 @@ void tst_CandumpReader::lines_data()
     row("screen", "  can0  123   [8]  11 22 33 44 55 66 77 88", "0.000000 can0 123 1122334455667788");
     row("screen, extended", "  can0  00000123   [1]  11", "0.000000 can0 00000123 11");
     row("screen, time", " (003.249713)  can0  123   [2]  11 22", "3.249713 can0 123 1122");
-    row("screen, characters", "  can0  123   [4]  11 22 33 44               '.\"3D'", "0.000000 can0 123 11223344");
+    row("screen, characters", "  can0  123   [4]  11 22 33 44               '.\"3D'",
+        "0.000000 can0 123 11223344");
     row("screen, remote", "  can0  123   [8]  remote request", "0.000000 can0 123 remote 8");
     row("screen, error", "  can0  20000088   [8]  00 00 80 19 00 00 00 00   ERRORFRAME",
         "0.000000 can0 088 error 0000801900000000");

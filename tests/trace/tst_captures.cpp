@@ -67,7 +67,8 @@ void tst_Captures::pcap_data()
         QTest::newRow(name) << hex(head) + hex(records) << frames;
     };
     const auto text = [](const char *frame) { return QStringList{QString::fromLatin1(frame)}; };
-    row("little-endian", littleHead, "0C829F55 71CF0300 10000000 10000000 00000123 02 000000 1122000000000000",
+    row("little-endian", littleHead,
+        "0C829F55 71CF0300 10000000 10000000 00000123 02 000000 1122000000000000",
         text("1436516876.249713 1 123 1122"));
     row("big-endian", bigHead, "559F820C 0003CF71 00000010 00000010 00000123 02 000000 1122000000000000",
         text("1436516876.249713 1 123 1122"));
@@ -90,12 +91,13 @@ void tst_Captures::pcap_data()
         "00000123 02 000000 1122000000000000",
         text("1436516876.000000 7 123 1122"));
     const QString flexible = QStringLiteral("! 1 A CAN FD frame; only classic frames are read.");
-    row("CAN FD, short", littleHead, "0C829F55 00000000 10000000 10000000 00000123 02 040000 1122000000000000",
-        {flexible});
+    row("CAN FD, short", littleHead,
+        "0C829F55 00000000 10000000 10000000 00000123 02 040000 1122000000000000", {flexible});
     row("CAN FD, long", littleHead, "0C829F55 00000000 08000000 08000000 00000123 0C 000000", {flexible});
     row("too short", littleHead, "0C829F55 00000000 04000000 04000000 00000123",
         {QStringLiteral("! 1 The packet is no frame of a CAN bus.")});
-    row("fewer bytes than its length", littleHead, "0C829F55 00000000 09000000 09000000 00000123 02 000000 11",
+    row("fewer bytes than its length", littleHead,
+        "0C829F55 00000000 09000000 09000000 00000123 02 000000 11",
         {QStringLiteral("! 1 The packet is no frame of a CAN bus.")});
     row("large identifier", littleHead, "0C829F55 00000000 08000000 08000000 00000800 00 000000",
         {QStringLiteral("! 1 The packet is no frame of a CAN bus.")});
@@ -148,9 +150,11 @@ void tst_Captures::pcapNgProblems_data()
     const auto row = [](const char *name, const char *block, const QStringList &expected) {
         QTest::newRow(name) << hex(block) << expected;
     };
-    row("interface that is not there", "06000000 20000000 07000000 00000000 00000000 00000000 00000000 20000000",
+    row("interface that is not there",
+        "06000000 20000000 07000000 00000000 00000000 00000000 00000000 20000000",
         {after, QStringLiteral("! 3 A packet is not described as one can be.")});
-    row("more bytes than the block", "06000000 20000000 00000000 00000000 00000000 01000000 01000000 20000000",
+    row("more bytes than the block",
+        "06000000 20000000 00000000 00000000 00000000 01000000 01000000 20000000",
         {after, QStringLiteral("! 3 A packet is not described as one can be.")});
     row("packet that is too short", "06000000 0C000000 0C000000",
         {after, QStringLiteral("! 3 A packet is not described as one can be.")});
@@ -160,7 +164,8 @@ void tst_Captures::pcapNgProblems_data()
         {QStringLiteral("! 3 A length of 13 bytes cannot be: the rest is not read.")});
     row("interface that is too short", "01000000 10000000 E3000000 10000000",
         {QStringLiteral("! 3 An interface is not described as one can be: the rest is not read.")});
-    row("longer than the file", "99000000 00010000", {QStringLiteral("! 3 The file is cut: its end is missing.")});
+    row("longer than the file", "99000000 00010000",
+        {QStringLiteral("! 3 The file is cut: its end is missing.")});
     row("very long", "99000000 00000080", {QStringLiteral("! 3 The file is cut: its end is missing.")});
     row("section without magic number", "0A0D0D0A 1C000000 00000000 0100 0000 FFFFFFFFFFFFFFFF 1C000000",
         {QStringLiteral("! 3 A section begins without its magic number: the rest is not read.")});
@@ -178,9 +183,10 @@ void tst_Captures::otherInterfacesArePassedOver()
 {
     const char *const onEthernet
         = "06000000 24000000 01000000 00000000 00000000 04000000 04000000 00000000 24000000";
-    QCOMPARE(texts({section, can0, ethernet, onEthernet, onEthernet, onCan0}),
-             (QStringList{QStringLiteral("1436516876.249690 can0 123 1122"),
-                          QStringLiteral("! 3 The packets of interface 2 are not of a CAN bus (link type 1).")}));
+    QCOMPARE(
+        texts({section, can0, ethernet, onEthernet, onEthernet, onCan0}),
+        (QStringList{QStringLiteral("1436516876.249690 can0 123 1122"),
+                     QStringLiteral("! 3 The packets of interface 2 are not of a CAN bus (link type 1).")}));
 }
 
 void tst_Captures::namesOfInterfaces()
@@ -199,10 +205,10 @@ void tst_Captures::writesPcap()
     Trace trace;
     trace.head = {{QStringLiteral("can0")}, true};
     trace.frames = {traceFrame(1436516876249713, 0x123, "1122")};
-    QCOMPARE(encoded(trace, TraceFormat::Pcap).toHex(),
-             (hex(littleHead)
-              + hex("0C829F55 71CF0300 10000000 10000000 00000123 02 000000 1122000000000000"))
-                 .toHex());
+    QCOMPARE(
+        encoded(trace, TraceFormat::Pcap).toHex(),
+        (hex(littleHead) + hex("0C829F55 71CF0300 10000000 10000000 00000123 02 000000 1122000000000000"))
+            .toHex());
 }
 
 void tst_Captures::writesPcapNg()
@@ -228,7 +234,8 @@ void tst_Captures::channelThatComesLater()
     writer.setHead({{QStringLiteral("can0"), QStringLiteral("can1")}, false});
     writer.write(traceFrame(2, 2, "", 0, 1));
     writer.finish();
-    QCOMPARE(readTexts(bytes), (QStringList{QStringLiteral("0.000001 can0 001"), QStringLiteral("0.000002 can1 002")}));
+    QCOMPARE(readTexts(bytes),
+             (QStringList{QStringLiteral("0.000001 can0 001"), QStringLiteral("0.000002 can1 002")}));
 }
 
 void tst_Captures::everyByteMayBeMissing()

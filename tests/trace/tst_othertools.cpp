@@ -58,8 +58,8 @@ QString lineOf(const TraceFrame &frame, qint64 first)
     const QString time = QString::number(frame.time - first);
     if (frame.isError())
         return time + QStringLiteral(" error");
-    const QString id = QStringLiteral("%1 %2").arg(time).arg(frame.id, frame.isExtended() ? 8 : 3, 16,
-                                                             QLatin1Char('0'));
+    const QString id
+        = QStringLiteral("%1 %2").arg(time).arg(frame.id, frame.isExtended() ? 8 : 3, 16, QLatin1Char('0'));
     if (frame.isRemote())
         return id + QStringLiteral(" remote %1").arg(frame.length);
     const QByteArray bytes(reinterpret_cast<const char *>(frame.bytes.data()), frame.size());
@@ -228,8 +228,9 @@ void tst_OtherTools::weReadThoseOfLog2asc()
     const QString ours = path(QStringLiteral("forlog2asc.log"));
     const QString theirs = path(QStringLiteral("log2asc.asc"));
     save(ours, trace);
-    QVERIFY(!outputOf(log2asc, {QStringLiteral("-I"), ours, QStringLiteral("-O"), theirs, QStringLiteral("can0")})
-                 .startsWith("failed"));
+    QVERIFY(
+        !outputOf(log2asc, {QStringLiteral("-I"), ours, QStringLiteral("-O"), theirs, QStringLiteral("can0")})
+             .startsWith("failed"));
     compareLines(linesOf(load(theirs)), linesOf(trace));
 }
 
@@ -252,22 +253,26 @@ void tst_OtherTools::tsharkReadsOurs()
     const QString file = path(QStringLiteral("ours.") + suffix);
     save(file, trace);
     const QByteArray output = outputOf(
-        tshark, {QStringLiteral("-n"), QStringLiteral("-r"), file, QStringLiteral("-T"), QStringLiteral("fields"),
-                 QStringLiteral("-e"), QStringLiteral("frame.time_epoch"), QStringLiteral("-e"),
-                 QStringLiteral("can.id"), QStringLiteral("-e"), QStringLiteral("can.flags.xtd"),
-                 QStringLiteral("-e"), QStringLiteral("can.flags.rtr"), QStringLiteral("-e"),
-                 QStringLiteral("can.flags.err"), QStringLiteral("-e"), QStringLiteral("can.len")});
+        tshark,
+        {QStringLiteral("-n"), QStringLiteral("-r"), file, QStringLiteral("-T"), QStringLiteral("fields"),
+         QStringLiteral("-e"), QStringLiteral("frame.time_epoch"), QStringLiteral("-e"),
+         QStringLiteral("can.id"), QStringLiteral("-e"), QStringLiteral("can.flags.xtd"),
+         QStringLiteral("-e"), QStringLiteral("can.flags.rtr"), QStringLiteral("-e"),
+         QStringLiteral("can.flags.err"), QStringLiteral("-e"), QStringLiteral("can.len")});
     QStringList expected;
     for (const TraceFrame &frame : trace.frames) {
-        const QString time = QStringLiteral("%1.%2").arg(frame.time / 1'000'000).arg(frame.time % 1'000'000, 6, 10,
-                                                                                     QLatin1Char('0'))
+        const QString time = QStringLiteral("%1.%2")
+                                 .arg(frame.time / 1'000'000)
+                                 .arg(frame.time % 1'000'000, 6, 10,
+                                      QLatin1Char('0'))
                              + QStringLiteral("000"); // ns
         const QString id = QStringLiteral("\t%1\t%2\t%3\t0\t")
                                .arg(frame.id)
                                .arg(frame.isExtended() ? 1 : 0)
                                .arg(frame.isRemote() ? 1 : 0);
         // Of an error frame the identifier is told in other fields.
-        expected.append(time + (frame.isError() ? QStringLiteral("\t\t\t\t1\t") : id) + QString::number(frame.length));
+        expected.append(time + (frame.isError() ? QStringLiteral("\t\t\t\t1\t") : id)
+                        + QString::number(frame.length));
     }
     compareLines(splitLines(output), expected);
 }

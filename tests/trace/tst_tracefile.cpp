@@ -160,8 +160,8 @@ void tst_TraceFile::contentTellsTheFormat_data()
     QTest::newRow("candump behind empty lines") << "\n\n\r\n" + aLog << frameOfLog;
     QTest::newRow("asc") << QByteArray("date Fri Jul 10 08:37:32.249 am 2015\n0.5 1 1 Rx d 0\n")
                          << "1436517452.749000 1 001";
-    QTest::newRow("asc behind a comment") << QByteArray("// mine\nbase hex  timestamps absolute\n0.5 1 1 Rx d 0\n")
-                                          << "0.500000 1 001";
+    QTest::newRow("asc behind a comment")
+        << QByteArray("// mine\nbase hex  timestamps absolute\n0.5 1 1 Rx d 0\n") << "0.500000 1 001";
     QTest::newRow("trc") << QByteArray(";$FILEVERSION=1.1\n1) 500.0 Rx 0001 0\n") << "0.500000 1 001";
     QTest::newRow("trc 1.0") << QByteArray(";--\n;---+--\n1) 500 0001 0\n") << "0.500000 1 001";
 }
@@ -201,9 +201,10 @@ void tst_TraceFile::nothingKnown()
 {
     QFETCH(QByteArray, bytes);
 
-    QCOMPARE(readTexts(bytes, QStringLiteral("rubbish.log")),
-             QStringList{QStringLiteral("! 0 rubbish.log is no trace that is known: a log of candump, asc, trc, "
-                                        "pcap or pcapng, also compressed with gzip or zstd.")});
+    QCOMPARE(
+        readTexts(bytes, QStringLiteral("rubbish.log")),
+        QStringList{QStringLiteral("! 0 rubbish.log is no trace that is known: a log of candump, asc, trc, "
+                                   "pcap or pcapng, also compressed with gzip or zstd.")});
 }
 
 void tst_TraceFile::nothingAtAll_data()
@@ -361,8 +362,9 @@ void tst_TraceFile::bombs()
     const Trace trace = readTrace(bytes);
     QCOMPARE(trace.frames.size(), size_t(1));
     QCOMPARE(trace.problems.size(), size_t(1));
-    QCOMPARE(trace.problems.front().text, QStringLiteral("It unpacks to more than 500 times its size, which no "
-                                                         "trace does: the rest is not read."));
+    QCOMPARE(trace.problems.front().text,
+             QStringLiteral("It unpacks to more than 500 times its size, which no "
+                            "trace does: the rest is not read."));
     // What holds nothing but blanks is no trace, and is not unpacked to find that out.
     QCOMPARE(readTrace(packedBomb(Compression(compression), {}, size)).problems.size(), size_t(1));
 }
@@ -380,8 +382,8 @@ void tst_TraceFile::limits()
     QVERIFY(cut.isCut);
     QCOMPARE(cut.frames.size(), size_t(999));
 
-    const Trace problems
-        = TraceFile::load(open(aLog + QByteArray("(1.0) can0 1##1\n").repeated(1000)).get(), TraceFile::Limits());
+    const Trace problems = TraceFile::load(open(aLog + QByteArray("(1.0) can0 1##1\n").repeated(1000)).get(),
+                                           TraceFile::Limits());
     QCOMPARE(problems.problems.size(), size_t(100));
     QCOMPARE(problems.unread, quint64(1000));
 }
@@ -389,8 +391,8 @@ void tst_TraceFile::limits()
 void tst_TraceFile::cutAnywhere()
 {
     const Trace whole = anyTrace(20, 2);
-    for (const TraceFormat format : {TraceFormat::Candump, TraceFormat::Asc, TraceFormat::Trc11, TraceFormat::Trc21,
-                                     TraceFormat::Pcap, TraceFormat::PcapNg}) {
+    for (const TraceFormat format : {TraceFormat::Candump, TraceFormat::Asc, TraceFormat::Trc11,
+                                     TraceFormat::Trc21, TraceFormat::Pcap, TraceFormat::PcapNg}) {
         const QByteArray bytes = encoded(whole, format);
         for (int size = 0; size < bytes.size(); ++size) {
             const Trace cut = readTrace(bytes.left(size));
@@ -452,13 +454,20 @@ void tst_TraceFile::names_data()
     QTest::addColumn<QString>("format");
     QTest::addColumn<int>("compression");
 
-    QTest::newRow("log") << "a.log" << "candump" << int(Compression::None);
-    QTest::newRow("asc") << "A.ASC" << "asc" << int(Compression::None);
-    QTest::newRow("trc") << "a.b.trc" << "trc" << int(Compression::None);
-    QTest::newRow("pcap") << "a.pcap.zst" << "pcap" << int(Compression::Zstd);
-    QTest::newRow("pcapng") << "a.pcapng.GZ" << "pcapng" << int(Compression::Gzip);
-    QTest::newRow("none") << "a.gz" << "" << int(Compression::Gzip);
-    QTest::newRow("another") << "a.txt" << "" << int(Compression::None);
+    QTest::newRow("log") << "a.log"
+                         << "candump" << int(Compression::None);
+    QTest::newRow("asc") << "A.ASC"
+                         << "asc" << int(Compression::None);
+    QTest::newRow("trc") << "a.b.trc"
+                         << "trc" << int(Compression::None);
+    QTest::newRow("pcap") << "a.pcap.zst"
+                          << "pcap" << int(Compression::Zstd);
+    QTest::newRow("pcapng") << "a.pcapng.GZ"
+                            << "pcapng" << int(Compression::Gzip);
+    QTest::newRow("none") << "a.gz"
+                          << "" << int(Compression::Gzip);
+    QTest::newRow("another") << "a.txt"
+                             << "" << int(Compression::None);
 }
 
 void tst_TraceFile::names()

@@ -192,12 +192,18 @@ void tst_TraceRecording::names_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("first");
 
-    QTest::newRow("one suffix") << "/a/ride.log" << "/a/ride-0001.log";
-    QTest::newRow("two") << "/a/ride.asc.zst" << "/a/ride-0001.asc.zst";
-    QTest::newRow("more points") << "/a.b/ride.1.log.gz" << "/a.b/ride.1-0001.log.gz";
-    QTest::newRow("none") << "/a.b/ride" << "/a.b/ride-0001";
-    QTest::newRow("hidden") << "/a/.ride" << "/a/.ride-0001";
-    QTest::newRow("without a folder") << "ride.log" << "ride-0001.log";
+    QTest::newRow("one suffix") << "/a/ride.log"
+                                << "/a/ride-0001.log";
+    QTest::newRow("two") << "/a/ride.asc.zst"
+                         << "/a/ride-0001.asc.zst";
+    QTest::newRow("more points") << "/a.b/ride.1.log.gz"
+                                 << "/a.b/ride.1-0001.log.gz";
+    QTest::newRow("none") << "/a.b/ride"
+                          << "/a.b/ride-0001";
+    QTest::newRow("hidden") << "/a/.ride"
+                            << "/a/.ride-0001";
+    QTest::newRow("without a folder") << "ride.log"
+                                      << "ride-0001.log";
 }
 
 void tst_TraceRecording::names()
@@ -217,7 +223,8 @@ void tst_TraceRecording::reserveAtTheBeginning()
     TraceRecording recording(settings, [](const QString &) { return 199'999'999; });
     QVERIFY(!recording.begin(head, 0));
     QCOMPARE(recording.errorString(),
-             QStringLiteral("Less than 200 MB are left on the disk of %1: recording has ended.").arg(path("ride.log")));
+             QStringLiteral("Less than 200 MB are left on the disk of %1: recording has ended.")
+                 .arg(path("ride.log")));
     QCOMPARE(there(), QStringList());
 }
 

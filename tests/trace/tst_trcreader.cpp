@@ -62,7 +62,8 @@ void tst_TrcReader::lines_data()
     row("2.0", version("2.0"), "      1      1.234 DT     0300 Rx 1  05", "1436517452.250234 1 300 05");
     const QByteArray two = version("2.1", columns);
     row("2.1", two, "      1      1.234 DT 2      0300 Rx -  2    05 06", "1436517452.250234 2 300 0506");
-    row("2.1 extended", two, "      1      1.234 DT 1  18EF0300 Tx -  0", "1436517452.250234 1 18ef0300 sent");
+    row("2.1 extended", two, "      1      1.234 DT 1  18EF0300 Tx -  0",
+        "1436517452.250234 1 18ef0300 sent");
     row("2.1 remote", two, "      1      1.234 RR 1      0300 Rx -  8", "1436517452.250234 1 300 remote 8");
     row("2.1 error", two, "      1      1.234 ER 1      0001 Rx -  5    04 00 02 00 00",
         "1436517452.250234 1 088 error 0000010000000000");
@@ -91,8 +92,9 @@ void tst_TrcReader::problems_data()
     QTest::addColumn<QString>("problem");
 
     const auto row = [](const char *name, const char *line, const char *problem = "") {
-        const QString text = *problem != 0 ? QString::fromLatin1(problem)
-                                           : QStringLiteral("This is no frame: \"%1\".").arg(QLatin1String(line));
+        const QString text = *problem != 0
+                                 ? QString::fromLatin1(problem)
+                                 : QStringLiteral("This is no frame: \"%1\".").arg(QLatin1String(line));
         QTest::newRow(name) << QByteArray(line) << text;
     };
     const char *const flexible = "A CAN FD frame; only classic frames are read.";
@@ -112,7 +114,8 @@ void tst_TrcReader::problems()
     QFETCH(QString, problem);
 
     const QStringList texts = readTexts(version("2.1", columns) + line + "\n2 1.000 DT 1 0001 Rx - 0\n");
-    QCOMPARE(texts, (QStringList{QStringLiteral("1436517452.250000 1 001"), QStringLiteral("! 6 ") + problem}));
+    QCOMPARE(texts,
+             (QStringList{QStringLiteral("1436517452.250000 1 001"), QStringLiteral("! 6 ") + problem}));
 }
 
 void tst_TrcReader::columnsInAnotherOrder()
@@ -123,7 +126,8 @@ void tst_TrcReader::columnsInAnotherOrder()
 
 void tst_TrcReader::withoutVersion()
 {
-    QCOMPARE(readTexts("     1)      1841  0001  2  00 01\n"), QStringList{QStringLiteral("1.841000 1 001 0001")});
+    QCOMPARE(readTexts("     1)      1841  0001  2  00 01\n"),
+             QStringList{QStringLiteral("1.841000 1 001 0001")});
 }
 
 void tst_TrcReader::startTimes_data()
@@ -166,11 +170,14 @@ void tst_TrcReader::writes21()
 {
     Trace trace;
     trace.head = {{QStringLiteral("can0"), QStringLiteral("can1")}, true};
-    trace.frames = {traceFrame(1436517452249713, 0x123, "0011223344556677"),
-                    traceFrame(1436517462249714, 0x18EBFF00, "AB", TraceFrame::Extended | TraceFrame::Sent, 1),
-                    remoteFrame(1436517452250000, 0x7FF, 8), traceFrame(1436517452250001, 0x88, "0000040000000000", TraceFrame::Error)};
+    trace.frames
+        = {traceFrame(1436517452249713, 0x123, "0011223344556677"),
+           traceFrame(1436517462249714, 0x18EBFF00, "AB", TraceFrame::Extended | TraceFrame::Sent, 1),
+           remoteFrame(1436517452250000, 0x7FF, 8),
+           traceFrame(1436517452250001, 0x88, "0000040000000000", TraceFrame::Error)};
     const QByteArray text = encoded(trace, TraceFormat::Trc21);
-    QVERIFY(text.startsWith(";$FILEVERSION=2.1\n;$STARTTIME=42195.359401030093\n;$COLUMNS=N,O,T,B,I,d,R,L,D\n"));
+    QVERIFY(
+        text.startsWith(";$FILEVERSION=2.1\n;$STARTTIME=42195.359401030093\n;$COLUMNS=N,O,T,B,I,d,R,L,D\n"));
     QVERIFY(text.contains(";   Start time: 10.07.2015 08:37:32.249\n"));
     QVERIFY(text.endsWith("\n     1         0.713 DT 1      0123 Rx -  8    00 11 22 33 44 55 66 77\n"
                           "     2     10000.714 DT 2  18EBFF00 Tx -  1    AB\n"

@@ -6,8 +6,8 @@
 
 namespace {
 
-constexpr int tickInterval = 250;   // ms
-constexpr qint64 nanoseconds = 1000; // of a us
+constexpr int tickInterval = 250;     // ms
+constexpr qint64 nanoseconds = 1000;  // of a us
 constexpr qint64 microseconds = 1000; // of a ms
 
 /*! "can0", also of "tcp://localhost:35468/can0". */

@@ -40,8 +40,7 @@ void TraceInput::say(const TraceProblem &problem)
 ExitStatus TraceInput::finish() const
 {
     if (m_unread > mostSaid)
-        Console::printError(tr("%1: %2 more lines or records could not be read.")
-                                .arg(m_name)
-                                .arg(m_unread - mostSaid));
+        Console::printError(
+            tr("%1: %2 more lines or records could not be read.").arg(m_name).arg(m_unread - mostSaid));
     return m_unread > 0 ? Exit::objectsFailed : Exit::success;
 }

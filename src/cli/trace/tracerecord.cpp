@@ -55,10 +55,10 @@ RecordOptions::RecordOptions()
     m_options.addBusOptions();
     m_options.addOption({outputOption,
                          Tr::tr("Where to: .log (candump), .asc, .trc, .pcap or .pcapng, with .gz or .zst "
-                                "behind it to compress it; - for standard output, as candump."),
+                                "behind it to compress it; \"-\" is standard output, as candump."),
                          QStringLiteral("FILE")});
-    m_options.addOption({forOption, Tr::tr("How long: 500ms, 10s, 2min; usually until Ctrl+C."),
-                         QStringLiteral("TIME")});
+    m_options.addOption(
+        {forOption, Tr::tr("How long: 500ms, 10s, 2min; usually until Ctrl+C."), QStringLiteral("TIME")});
     m_options.addOption({rotateOption,
                          Tr::tr("Begin another file, FILE-0001 and so on, after so many bytes (500k, 100M, "
                                 "2G) or so much time (10min, 1h)."),
@@ -67,8 +67,7 @@ RecordOptions::RecordOptions()
                          Tr::tr("With --rotate: keep only the newest N files of this recording and remove "
                                 "the older ones; usually all are kept."),
                          QStringLiteral("N")});
-    m_options.addOption({reserveOption,
-                         Tr::tr("End when less than this is left on the disk; usually 200M."),
+    m_options.addOption({reserveOption, Tr::tr("End when less than this is left on the disk; usually 200M."),
                          QStringLiteral("SIZE")});
 }
 
@@ -91,9 +90,10 @@ std::optional<ExitStatus> RecordOptions::parseOutput()
     if (m_settings.path.isEmpty())
         return m_options.complain(Tr::tr("--output FILE is missing."));
     if (m_settings.path != QLatin1String("-") && !TraceFormats::ofName(m_settings.path).format)
-        return m_options.complain(Tr::tr("The name \"%1\" tells no format: it must end with .log, .asc, .trc, "
-                                         ".pcap or .pcapng; .gz or .zst may follow.")
-                                      .arg(m_settings.path));
+        return m_options.complain(
+            Tr::tr("The name \"%1\" tells no format: it must end with .log, .asc, .trc, "
+                   ".pcap or .pcapng; .gz or .zst may follow.")
+                .arg(m_settings.path));
     return std::nullopt;
 }
 
@@ -142,8 +142,9 @@ std::optional<ExitStatus> RecordOptions::parseTime()
     m_time = parseDuration(m_options.value(forOption));
     if (m_time)
         return std::nullopt;
-    return m_options.complain(Tr::tr("\"%1\" is no time; one is written like 500ms, 10s or 2min, up to a week.")
-                                  .arg(m_options.value(forOption)));
+    return m_options.complain(
+        Tr::tr("\"%1\" is no time; one is written like 500ms, 10s or 2min, up to a week.")
+            .arg(m_options.value(forOption)));
 }
 
 /*! Says what was recorded, and what was not. */
@@ -161,8 +162,8 @@ void report(const BusRecorder &recorder)
         Console::printError(
             Tr::tr("Frames were lost: the adapter told so %1 times.").arg(recorder.overruns()));
     if (recorder.unrecorded() > 0)
-        Console::printError(
-            Tr::tr("%1 CAN FD frames were not recorded; only classic frames are.").arg(recorder.unrecorded()));
+        Console::printError(Tr::tr("%1 CAN FD frames were not recorded; only classic frames are.")
+                                .arg(recorder.unrecorded()));
 }
 
 ExitStatus statusOf(const BusRecorder &recorder)

@@ -22,8 +22,8 @@ QString identifierText(const IdentifierCount &row)
 {
     constexpr int standardDigits = 3;
     constexpr int extendedDigits = 8;
-    return QStringLiteral("%1h").arg(row.id, row.isExtended ? extendedDigits : standardDigits, hex,
-                                     QLatin1Char('0'))
+    return QStringLiteral("%1h")
+        .arg(row.id, row.isExtended ? extendedDigits : standardDigits, hex, QLatin1Char('0'))
         .toUpper()
         .replace(QLatin1Char('H'), QLatin1Char('h'));
 }
@@ -55,7 +55,8 @@ QString TraceStatisticsListing::time(qint64 time) const
     constexpr int places = 6;
     if (!m_head.hasTimeOfDay)
         return tr("%1 s").arg(seconds(time));
-    return QDateTime::fromMSecsSinceEpoch(time / ofMillisecond).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss."))
+    return QDateTime::fromMSecsSinceEpoch(time / ofMillisecond)
+               .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss."))
            + QString::number(time % ofSecond).rightJustified(places, QLatin1Char('0'));
 }
 
@@ -136,12 +137,8 @@ QJsonObject TraceStatisticsListing::channelJson(int channel) const
     return json;
 }
 
-QJsonObject TraceStatisticsListing::json() const
+QJsonArray TraceStatisticsListing::identifiersJson() const
 {
-    QJsonObject json = countJson(m_statistics.all());
-    QJsonArray channels;
-    for (int i = 0; i < m_statistics.channels().size(); ++i)
-        channels.append(channelJson(i));
     QJsonArray identifiers;
     for (const IdentifierCount &row : m_statistics.identifiers()) {
         QJsonObject entry = countJson(row.count);
@@ -150,11 +147,20 @@ QJsonObject TraceStatisticsListing::json() const
         entry.insert(QStringLiteral("channel"), row.channel);
         identifiers.append(entry);
     }
+    return identifiers;
+}
+
+QJsonObject TraceStatisticsListing::json() const
+{
+    QJsonObject json = countJson(m_statistics.all());
+    QJsonArray channels;
+    for (int i = 0; i < m_statistics.channels().size(); ++i)
+        channels.append(channelJson(i));
     json.insert(QStringLiteral("hasTimeOfDay"), m_head.hasTimeOfDay);
     json.insert(QStringLiteral("duration"), m_statistics.all().duration());
     json.insert(QStringLiteral("backwardTimes"), double(m_statistics.backwardTimes()));
     json.insert(QStringLiteral("unread"), double(m_unread));
     json.insert(QStringLiteral("channels"), channels);
-    json.insert(QStringLiteral("identifiers"), identifiers);
+    json.insert(QStringLiteral("identifiers"), identifiersJson());
     return json;
 }

@@ -5,6 +5,7 @@
 #include <trace/statistics/tracestatistics.h>
 
 #include <QCoreApplication>
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QVector>
 
@@ -34,6 +35,7 @@ private:
     QVector<QStringList> channelRows() const;
     QVector<QStringList> identifierRows() const;
     QJsonObject channelJson(int channel) const;
+    QJsonArray identifiersJson() const;
     QString channelName(int channel) const;
     QString time(qint64 time) const;
     /*! "31.2 %" when the bit rate is known, else "78.0 kbit/s". */

@@ -89,8 +89,8 @@ bool CandumpReader::findHour(const char *begin)
     constexpr qint64 ofMillisecond = 1000; // us
     if (m_hour.size() == hourSize && std::memcmp(m_hour.constData(), begin, hourSize) == 0)
         return true;
-    const QDateTime hour = QDateTime::fromString(QString::fromLatin1(begin, hourSize),
-                                                 QStringLiteral("yyyy-MM-dd HH"));
+    const QDateTime hour
+        = QDateTime::fromString(QString::fromLatin1(begin, hourSize), QStringLiteral("yyyy-MM-dd HH"));
     if (!hour.isValid())
         return false;
     m_hour = QByteArray(begin, hourSize);

@@ -199,8 +199,8 @@ void PcapNgReader::setOption(const Option &option, Interface *interface) const
     else if (option.code == OptionCode::timeResolution && option.size >= 1)
         interface->perSecond = perSecondOf(*option.value);
     else if (option.code == OptionCode::timeOffset && option.size >= sizeof(qint64))
-        interface->offset = m_isSwapped ? qFromLittleEndian<qint64>(option.value)
-                                        : qFromBigEndian<qint64>(option.value);
+        interface->offset
+            = m_isSwapped ? qFromLittleEndian<qint64>(option.value) : qFromBigEndian<qint64>(option.value);
 }
 
 TraceReader::Step PcapNgReader::readInterface(const uchar *body, size_t size)
@@ -247,8 +247,8 @@ TraceReader::Step PcapNgReader::readPacket(const uchar *body, size_t size, Trace
         return step;
     constexpr qint64 mostOffset = 100'000'000'000; // s
     const bool isOffset = interface->offset > -mostOffset && interface->offset < mostOffset;
-    frame->time = microseconds(time, interface->perSecond)
-                  + (isOffset ? interface->offset * TimeOfDay::second : 0);
+    frame->time
+        = microseconds(time, interface->perSecond) + (isOffset ? interface->offset * TimeOfDay::second : 0);
     if (isSent(body + packetHeadSize + std::min(filledUp(count), size - packetHeadSize), body + size))
         frame->flags |= TraceFrame::Sent;
     if (!m_hasFirst)

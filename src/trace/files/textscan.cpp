@@ -6,7 +6,7 @@
 namespace {
 
 constexpr int mostPlaces = 12; // before the point
-constexpr int shown = 60; // characters of an excerpt
+constexpr int shown = 60;      // characters of an excerpt
 
 char lower(char c)
 {

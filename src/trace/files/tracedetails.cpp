@@ -37,8 +37,8 @@ QStringList TraceDetails::lostIn(TraceFormat format, const TraceHead &head) cons
 {
     using TraceFormats::Detail;
     QStringList lost;
-    for (const Detail detail : {Detail::Channels, Detail::ChannelNames, Detail::ErrorDetails, Detail::Sender,
-                                Detail::FineTimes}) {
+    for (const Detail detail :
+         {Detail::Channels, Detail::ChannelNames, Detail::ErrorDetails, Detail::Sender, Detail::FineTimes}) {
         if (!TraceFormats::canHold(format, detail) && has(detail, head))
             lost.append(TraceFormats::textOf(detail));
     }

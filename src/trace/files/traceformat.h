@@ -38,11 +38,11 @@ QStringList writableNames();
 
 /*! What there is in a trace that not every format can hold. */
 enum class Detail : quint8 {
-    ChannelNames,  //!< "can0", where a format only numbers channels
-    Channels,      //!< more than one
-    ErrorDetails,  //!< what an error frame says beside that it is one
-    Sender,        //!< frames that this computer sent
-    FineTimes,     //!< finer than 100 us
+    ChannelNames, //!< "can0", where a format only numbers channels
+    Channels,     //!< more than one
+    ErrorDetails, //!< what an error frame says beside that it is one
+    Sender,       //!< frames that this computer sent
+    FineTimes,    //!< finer than 100 us
 };
 
 /*! Whether it can be kept in a format. */

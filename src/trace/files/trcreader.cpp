@@ -67,7 +67,8 @@ Type typeOf(TextLine word)
     return {"", Kind::Event};
 }
 
-constexpr int standardDigits = 4; // of a standard identifier; other programs write fewer than eight of the others, too
+constexpr int standardDigits
+    = 4; // of a standard identifier; other programs write fewer than eight of the others, too
 constexpr qint64 ofMillisecond = 1000; // us
 
 // An error frame tells the kind of the error where others have their identifier: a bit of 1, 2, 4; else 8.
@@ -169,14 +170,27 @@ bool TrcReader::takeCells(const char **at, const char *end, Cells *cells) const
             break;
         const TextLine cell = takeWord(at, end);
         switch (column) {
-        case Column::time: cells->time = cell; break;
-        case Column::type: cells->type = cell; break;
-        case Column::bus: cells->bus = cell; break;
-        case Column::id: cells->id = cell; break;
-        case Column::direction: cells->direction = cell; break;
+        case Column::time:
+            cells->time = cell;
+            break;
+        case Column::type:
+            cells->type = cell;
+            break;
+        case Column::bus:
+            cells->bus = cell;
+            break;
+        case Column::id:
+            cells->id = cell;
+            break;
+        case Column::direction:
+            cells->direction = cell;
+            break;
         case Column::length:
-        case Column::lengthCode: cells->length = cell; break;
-        default: break;
+        case Column::lengthCode:
+            cells->length = cell;
+            break;
+        default:
+            break;
         }
     }
     return cells->time.size() > 0;

@@ -40,8 +40,7 @@ QString RecordingFiles::numbered(int number) const
     const int folder = m_path.size() - QFileInfo(m_path).fileName().size();
     const int at = folder + suffixAt(m_path.mid(folder));
     constexpr int digits = 4;
-    return m_path.left(at)
-           + QStringLiteral("-%1").arg(number, digits, 10, QLatin1Char('0')) + m_path.mid(at);
+    return m_path.left(at) + QStringLiteral("-%1").arg(number, digits, 10, QLatin1Char('0')) + m_path.mid(at);
 }
 
 QString RecordingFiles::next()

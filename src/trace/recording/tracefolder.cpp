@@ -20,12 +20,11 @@ QString TraceFolder::save(const Trace &trace, const QDateTime &time, QString *er
 {
     const QDir folder(m_path);
     if (!folder.mkpath(QStringLiteral("."))) {
-        *errorMessage
-            = Tr::tr("The folder %1 cannot be made.").arg(QDir::toNativeSeparators(folder.path()));
+        *errorMessage = Tr::tr("The folder %1 cannot be made.").arg(QDir::toNativeSeparators(folder.path()));
         return {};
     }
-    const QString file = folder.filePath(
-        time.toUTC().toString(QStringLiteral("'trace 'yyyy-MM-dd hh.mm.ss'.log.gz'")));
+    const QString file
+        = folder.filePath(time.toUTC().toString(QStringLiteral("'trace 'yyyy-MM-dd hh.mm.ss'.log.gz'")));
     if (!TraceFile::save(file, trace, errorMessage))
         return {};
     removeOldest();

@@ -13,8 +13,8 @@ struct Tr
     Q_DECLARE_TR_FUNCTIONS(TraceRecording)
 };
 
-constexpr qint64 flushPeriod = 1'000'000;  // us
-constexpr qint64 lookPeriod = 4'000'000;   // bytes
+constexpr qint64 flushPeriod = 1'000'000; // us
+constexpr qint64 lookPeriod = 4'000'000;  // bytes
 constexpr qint64 megabyte = 1'000'000;
 
 } // namespace

@@ -24,11 +24,11 @@ class TraceRecording
 public:
     struct Settings
     {
-        QString path;                     //!< its suffix tells format and compression
-        qint64 rotateSize = 0;            //!< bytes after which the next file begins; 0: never
-        qint64 rotateTime = 0;            //!< us after which it does; 0: never
-        int keep = 0;                     //!< the newest files of this recording; 0: all
-        qint64 reserve = 200'000'000;     //!< bytes that must stay free
+        QString path;                 //!< its suffix tells format and compression
+        qint64 rotateSize = 0;        //!< bytes after which the next file begins; 0: never
+        qint64 rotateTime = 0;        //!< us after which it does; 0: never
+        int keep = 0;                 //!< the newest files of this recording; 0: all
+        qint64 reserve = 200'000'000; //!< bytes that must stay free
     };
 
     explicit TraceRecording(const Settings &settings, const FreeSpace &freeSpace = systemFreeSpace);
@@ -65,9 +65,9 @@ private:
     RecordingFiles m_files;
     TraceHead m_head;
     std::unique_ptr<TraceWriter> m_writer;
-    qint64 m_fileBegin = 0;  // us
-    qint64 m_lastFlush = 0;  // us
-    qint64 m_nextLook = 0;   // size at which free space is asked for again
+    qint64 m_fileBegin = 0; // us
+    qint64 m_lastFlush = 0; // us
+    qint64 m_nextLook = 0;  // size at which free space is asked for again
     quint64 m_frames = 0;
     QString m_error;
 };

@@ -51,8 +51,6 @@ public:
     /*! How often a time was before that of the frame before, on any channel. */
     quint64 backwardTimes() const { return m_backwardTimes; }
 
-
-
 private:
     void countSecond(quint8 channel, qint64 time, int bits);
 
