@@ -35,6 +35,15 @@ NodeScan::NodeScan(SdoClient *client, QObject *parent)
     connect(client, &SdoClient::finished, this, &NodeScan::handleOutcome);
 }
 
+NodeScan::~NodeScan()
+{
+    disconnect(m_client, nullptr, this, nullptr);
+    for (const SdoTicket ticket : m_tickets) {
+        if (ticket != 0)
+            m_client->cancel(ticket);
+    }
+}
+
 void NodeScan::start()
 {
     if (isRunning())

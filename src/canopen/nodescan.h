@@ -29,6 +29,8 @@ public:
 
     /*! \a client stays the caller's and must outlive the scan. */
     explicit NodeScan(SdoClient *client, QObject *parent = nullptr);
+    /*! Asks nobody any further; nothing is told of it. */
+    ~NodeScan() override;
 
     /*! Begins; without effect while a scan is running. */
     void start();

@@ -108,6 +108,7 @@ private slots:
     void scansAgain();
     void otherUploadsAreNotItsOwn();
     void mayBeDeletedInASlot();
+    void asksNobodyWhenItIsGone();
 };
 
 void tst_NodeScan::findsNodesThatAnswer()
@@ -309,6 +310,23 @@ void tst_NodeScan::mayBeDeletedInASlot()
     scan->start();
     QTRY_VERIFY(scan == nullptr);
     QTRY_VERIFY(!bus.client.isBusy());
+}
+
+void tst_NodeScan::asksNobodyWhenItIsGone()
+{
+    Bus bus;
+    auto scan = std::make_unique<NodeScan>(&bus.client);
+    QSignalSpy finished(scan.get(), &NodeScan::finished);
+    scan->start();
+    QTest::qWait(20);
+    QVERIFY(bus.client.isBusy());
+    scan.reset();
+    QVERIFY(!bus.client.isBusy());
+    QTest::qWait(10); // for the aborts
+    const int sent = bus.device->written().size();
+    QTest::qWait(500);
+    QCOMPARE(bus.device->written().size(), sent); // no repeats
+    QCOMPARE(finished.count(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_NodeScan)
