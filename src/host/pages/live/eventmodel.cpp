@@ -16,6 +16,8 @@ EventModel::EventModel(QObject *parent)
     : QAbstractTableModel(parent)
     , m_timeOfDay([](qint64) { return QDateTime(); })
 {
+    m_next.setSingleShot(true);
+    connect(&m_next, &QTimer::timeout, this, &EventModel::filterOn);
 }
 
 void EventModel::setSource(const EventList *list, const EventWriting::TimeOfDay &timeOfDay)
@@ -32,6 +34,7 @@ void EventModel::reset()
     m_shown.clear();
     m_revision = 0;
     m_prepared = 0;
+    m_filtered = 0;
     endResetModel();
     update();
 }
@@ -42,11 +45,44 @@ void EventModel::setFilter(Severity least, const QString &text)
     m_text = text.trimmed();
     beginResetModel();
     m_shown.clear();
-    for (const Row &row : m_all) {
-        if (matches(row))
-            m_shown.push_back(row.event.number);
-    }
+    m_filtered = 0;
     endResetModel();
+    filterOn();
+}
+
+/*! A slice, when words are to be made and searched. */
+void EventModel::filterOn()
+{
+    constexpr quint64 slice = 2500;
+    if (!isFiltering())
+        return;
+    const quint64 atOnce = m_text.isEmpty() ? m_all.size() : slice;
+    filterTo(std::max(m_filtered, m_all.front().event.number - 1) + atOnce);
+    if (isFiltering())
+        m_next.start(0);
+}
+
+void EventModel::finishFiltering()
+{
+    if (isFiltering())
+        filterTo(m_all.back().event.number);
+}
+
+void EventModel::filterTo(quint64 last)
+{
+    std::vector<quint64> added;
+    const quint64 first = std::max(m_filtered + 1, m_all.front().event.number);
+    m_filtered = std::min(last, m_all.back().event.number);
+    for (quint64 number = first; number <= m_filtered; ++number) {
+        if (matches(rowOf(number)))
+            added.push_back(number);
+    }
+    if (added.empty())
+        return;
+    const int row = rowCount();
+    beginInsertRows(QModelIndex(), row, row + static_cast<int>(added.size()) - 1);
+    m_shown.insert(m_shown.end(), added.cbegin(), added.cend());
+    endInsertRows();
 }
 
 void EventModel::update()
@@ -92,18 +128,9 @@ void EventModel::countAgain()
 void EventModel::append()
 {
     const std::deque<LiveEvent> &events = m_list->events();
-    std::vector<quint64> added;
-    for (std::size_t i = m_all.size(); i < events.size(); ++i) {
+    for (std::size_t i = m_all.size(); i < events.size(); ++i)
         m_all.push_back({events[i], QString()});
-        if (matches(m_all.back()))
-            added.push_back(events[i].number);
-    }
-    if (added.empty())
-        return;
-    const int first = rowCount();
-    beginInsertRows(QModelIndex(), first, first + static_cast<int>(added.size()) - 1);
-    m_shown.insert(m_shown.end(), added.cbegin(), added.cend());
-    endInsertRows();
+    filterOn();
 }
 
 /*! A few at a time, so that a search has not to make all of them at once. */

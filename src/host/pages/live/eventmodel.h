@@ -6,12 +6,14 @@
 #include <live/events/eventwriting.h>
 
 #include <QAbstractTableModel>
+#include <QTimer>
 
 #include <deque>
 
 /*! The events of a bus that go through a filter, the newest last. As bounded as the list.
  *
- *  It follows the list when update() is called, and then tells only what is new, so that views keep what is chosen.
+ *  It follows the list when update() is called, and then tells only what is new, so that views keep what is chosen. A
+ *  filter goes through many events in slices, the oldest first, so that nobody waits for it.
  */
 class EventModel : public QAbstractTableModel
 {
@@ -31,12 +33,16 @@ public:
     void reset();
 
     void setFilter(Severity least, const QString &text);
+    /*! Whether the filter has not gone through all events yet. */
+    bool isFiltering() const { return !m_all.empty() && m_filtered < m_all.back().event.number; }
+    /*! Lets the filter go through the rest at once. */
+    void finishFiltering();
 
     const LiveEvent &eventAt(int row) const { return rowAt(row).event; }
     /*! The row of the event that is nearest to a time (us); -1 without any. */
     int nearestRow(qint64 time) const;
 
-    /*! What goes through the filter, for files. */
+    /*! What goes through the filter, for files; see finishFiltering(). */
     QByteArray toCsv() const;
     QByteArray toJson() const;
 
@@ -58,6 +64,8 @@ private:
     void removeForgotten();
     void countAgain();
     void append();
+    void filterOn();
+    void filterTo(quint64 last);
     void prepareWords();
     QVariant cell(const Row &row, int column) const;
     static const QString &wordsOf(const Row &row);
@@ -70,4 +78,6 @@ private:
     QString m_text;
     quint64 m_revision = 0;
     quint64 m_prepared = 0; // number of the last event whose words are made
+    quint64 m_filtered = 0; // number of the last event that the filter has looked at
+    QTimer m_next;          // slice
 };

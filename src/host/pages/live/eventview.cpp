@@ -36,7 +36,10 @@ EventView::EventView(QWidget *parent)
     follow();
     connect(m_least, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &EventView::filter);
     connect(m_text, &QLineEdit::textChanged, this, &EventView::filter);
-    connect(m_copy, &QToolButton::clicked, m_table, &CopyTable::copy);
+    connect(m_copy, &QToolButton::clicked, this, [this] {
+        m_model.finishFiltering();
+        m_table->copy();
+    });
     connect(m_save, &QToolButton::clicked, this, &EventView::save);
     connect(m_table, &QAbstractItemView::clicked, this,
             [this](const QModelIndex &index) { emit eventChosen(m_model.eventAt(index.row()).time); });
@@ -98,6 +101,7 @@ void EventView::write(const QString &fileName)
 {
     const bool isJson = fileName.endsWith(QLatin1String(".json"), Qt::CaseInsensitive);
     QString problem;
+    m_model.finishFiltering();
     if (LiveFile::write(fileName, isJson ? m_model.toJson() : m_model.toCsv(), &problem))
         emit succeeded(tr("Saved: %1").arg(QDir::toNativeSeparators(fileName)));
     else

@@ -42,6 +42,10 @@ private slots:
     void filtersByText();
     void filtersByNode();
     void newOnesAreFiltered();
+    void manyAreFilteredInSlices();
+    void anotherFilterMeanwhile();
+    void eventsMeanwhile();
+    void filesNeedNotWait();
     void nearestRow();
     void anotherBus();
     void csv();
@@ -52,6 +56,13 @@ private:
     void add(const LiveEvent &event)
     {
         m_list.add(event);
+        m_model->update();
+    }
+    /*! Each third one is lost, the others are back. */
+    void addMany(int count)
+    {
+        for (int i = 0; i < count; ++i)
+            m_list.add(eventOf(i % 3 == 0 ? EventKind::NodeLost : EventKind::NodeBack, 1, i * 2 * second, 5));
         m_model->update();
     }
     void addThree()
@@ -161,6 +172,60 @@ void tst_EventModel::newOnesAreFiltered()
     add(eventOf(EventKind::NodeLost, 8, 6 * second));
     add(eventOf(EventKind::NmtCommand, 9, 6 * second + 1, 1));
     QCOMPARE(changed.count(), 0);
+}
+
+void tst_EventModel::manyAreFilteredInSlices()
+{
+    addMany(9000);
+    QCOMPARE(m_model->rowCount(), 9000); // nothing to search
+    m_model->setFilter(Severity::Note, QStringLiteral("silent"));
+    QVERIFY(m_model->isFiltering());
+    QCOMPARE(m_model->rowCount(), 834); // of 2500
+    QTRY_VERIFY(!m_model->isFiltering());
+    QCOMPARE(m_model->rowCount(), 3000);
+    for (int row = 0; row < 3000; ++row)
+        QCOMPARE(m_model->eventAt(row).time, row * 6 * second);
+}
+
+void tst_EventModel::anotherFilterMeanwhile()
+{
+    addMany(9000);
+    m_model->setFilter(Severity::Note, QStringLiteral("silent"));
+    m_model->setFilter(Severity::Note, QStringLiteral("is back"));
+    QTRY_VERIFY(!m_model->isFiltering());
+    QCOMPARE(m_model->rowCount(), 6000);
+    m_model->setFilter(Severity::Note, QStringLiteral("silent"));
+    m_model->setFilter(Severity::Note, QString());
+    QVERIFY(!m_model->isFiltering());
+    QCOMPARE(m_model->rowCount(), 9000);
+    QTest::qWait(100);
+    QCOMPARE(m_model->rowCount(), 9000);
+}
+
+void tst_EventModel::eventsMeanwhile()
+{
+    constexpr int most = 20000;
+    addMany(most);
+    m_model->setFilter(Severity::Note, QStringLiteral("silent"));
+    for (int i = 0; i < 4000; ++i) // as many leave, of which the filter has seen some
+        m_list.add(eventOf(EventKind::NodeLost, 2, (most + i) * 2 * second));
+    m_model->update();
+    QTRY_VERIFY(!m_model->isFiltering());
+    const int stayed = (most - 4000) / 3;
+    QCOMPARE(m_model->rowCount(), stayed + 4000);
+    QCOMPARE(m_model->eventAt(0).time, 4002 * 2 * second); // the first that is divisible by three
+    QCOMPARE(m_model->eventAt(stayed).time, most * 2 * second);
+}
+
+void tst_EventModel::filesNeedNotWait()
+{
+    addMany(9000);
+    m_model->setFilter(Severity::Note, QStringLiteral("silent"));
+    m_model->finishFiltering();
+    QVERIFY(!m_model->isFiltering());
+    QCOMPARE(m_model->toCsv().count('\n'), 3001);
+    QTest::qWait(100);
+    QCOMPARE(m_model->rowCount(), 3000);
 }
 
 void tst_EventModel::nearestRow()
