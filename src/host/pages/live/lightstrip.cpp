@@ -7,6 +7,7 @@
 #include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -22,6 +23,14 @@ QLabel *makeText(QWidget *parent, const QString &name)
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     label->setMinimumWidth(1);
     return label;
+}
+
+/*! A number and its unit stay on one line, and so do signs that have a blank before them in French. */
+QString unbroken(QString text)
+{
+    static const QRegularExpression blanks(
+        QStringLiteral("(?<=\\d) (?=(%|ms|s)(?!\\w))| (?=[:;?!»])|(?<=«) "));
+    return text.replace(blanks, QString(QChar(QChar::Nbsp)));
 }
 
 bool isSame(const HealthLight &a, const HealthLight &b)
@@ -91,8 +100,8 @@ void LightStrip::show(const Light &light, const HealthLight &shown)
     const ReportMark mark = ReportMarks::of(shown.state);
     light.sign->setPixmap(LightIcon::of(mark).pixmap(lightSize));
     light.title->setText(tr("%1: %2").arg(name(shown.subject), ReportMarks::word(mark)));
-    light.sentence->setText(shown.text.isEmpty() ? tr("Nothing was heard yet.") : shown.text);
-    light.box->setToolTip(plainToolTip(details(shown)));
+    light.sentence->setText(shown.text.isEmpty() ? tr("Nothing was heard yet.") : unbroken(shown.text));
+    light.box->setToolTip(plainToolTip(unbroken(details(shown))));
 }
 
 QString LightStrip::name(HealthLight::Subject subject)

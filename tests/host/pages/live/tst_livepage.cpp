@@ -2,6 +2,7 @@
 #include "livehost.h"
 
 #include <host/pages/live/eventview.h>
+#include <host/pages/live/lightstrip.h>
 #include <host/pages/live/numbersdialog.h>
 
 #include <QClipboard>
@@ -15,6 +16,16 @@
 #include <QTableView>
 #include <QToolButton>
 
+namespace {
+
+/*! With no-break spaces in place of low lines. */
+QString unbroken(const char *text)
+{
+    return QString::fromUtf8(text).replace(QLatin1Char('_'), QChar(QChar::Nbsp));
+}
+
+} // namespace
+
 class tst_LivePage : public QObject
 {
     Q_OBJECT
@@ -25,6 +36,8 @@ private slots:
     void lights();
     void faultLight();
     void lightSaysTheRestInItsToolTip();
+    void numberAndUnitAreNotParted_data();
+    void numberAndUnitAreNotParted();
     void staysWhenTheBusIsClosed();
     void staysOverALoss();
     void beginsAnewWithTheNextBus();
@@ -84,7 +97,7 @@ void tst_LivePage::lights()
     host.connectToBus();
     host.heartbeats(8);
     QCOMPARE(label(host, "lightTitle0"), QStringLiteral("Bus load: Good"));
-    QCOMPARE(label(host, "lightText0"), QStringLiteral("The bus is used to 0 %, at most to 0 %."));
+    QCOMPARE(label(host, "lightText0"), unbroken("The bus is used to 0_%, at most to 0_%."));
     QCOMPARE(label(host, "lightTitle1"), QStringLiteral("Devices: Good"));
     QCOMPARE(label(host, "lightTitle2"), QStringLiteral("Errors: Good"));
     QCOMPARE(label(host, "lightText2"), QStringLiteral("There are no errors on the bus."));
@@ -109,6 +122,39 @@ void tst_LivePage::lightSaysTheRestInItsToolTip()
     const QString tip = host.find<QLabel>("lightTitle1")->parentWidget()->toolTip();
     QVERIFY2(tip.contains(QStringLiteral("Look at its supply, its plug and its termination.")),
              qPrintable(tip));
+}
+
+void tst_LivePage::numberAndUnitAreNotParted_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("shown");
+    const auto row = [](const char *name, const char *text, const char *shown) {
+        QTest::newRow(name) << QString::fromUtf8(text) << unbroken(shown);
+    };
+    row("percent", "The bus is used to 31 %, at most to 44 %.", "The bus is used to 31_%, at most to 44_%.");
+    row("times", "It answers slowly: in 5 ms, at most in 5.5 s.",
+        "It answers slowly: in 5_ms, at most in 5.5_s.");
+    row("word", "Node 5 stopped after 3 metres of 100 % and 2 sights",
+        "Node 5 stopped after 3 metres of 100_% and 2 sights");
+    row("French", "Le bus est plein : occupé à 31 % ; « can0 » ?",
+        "Le bus est plein_: occupé à 31_%_; «_can0_»_?");
+    row("Chinese", "总线占用 31 %，最高 44 %。", "总线占用 31_%，最高 44_%。");
+}
+
+void tst_LivePage::numberAndUnitAreNotParted()
+{
+    QFETCH(QString, text);
+    HealthLight light;
+    light.text = text;
+    Finding finding;
+    finding.text = text;
+    light.findings.append(finding);
+    LightStrip strip;
+    strip.setLights({light});
+    const auto *label = strip.findChild<QLabel *>(QStringLiteral("lightText0"));
+    QTEST(label->text(), "shown");
+    QFETCH(QString, shown);
+    QVERIFY2(label->parentWidget()->toolTip().contains(shown), qPrintable(label->parentWidget()->toolTip()));
 }
 
 void tst_LivePage::staysWhenTheBusIsClosed()
