@@ -15,13 +15,12 @@ using CanOpen::ObjectKey;
 
 namespace {
 
-constexpr quint16 firstCellVoltages = 0x6165;
-constexpr quint16 lastCellVoltages = 0x6174;
 constexpr quint8 revisionNumber = 3;
 
 bool isCellVoltage(ObjectKey key)
 {
-    return key.index >= firstCellVoltages && key.index <= lastCellVoltages && key.subIndex > 0;
+    return key.index >= Object::firstCellVoltages && key.index <= Object::lastCellVoltages
+           && key.subIndex > 0;
 }
 
 bool isNumber(const QVariant &value)

@@ -27,7 +27,9 @@ constexpr quint16 levType = 0x6081;
 
 constexpr quint16 batteryType = 0x6100;
 constexpr quint16 batteryTemperatures = 0x6105;
-constexpr quint16 relativeCapacity = 0x6164; // state of charge
+constexpr quint16 relativeCapacity = 0x6164;  // state of charge
+constexpr quint16 firstCellVoltages = 0x6165; // of 16 packs, a sub-index for each cell
+constexpr quint16 lastCellVoltages = 0x6174;
 
 constexpr quint16 motorValues = 0x62E8;
 

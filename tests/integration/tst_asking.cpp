@@ -171,11 +171,14 @@ private slots:
     void silentNodeIsAskedLess();
     void refusedObject();
     void textIsNoNumber();
+    void bytesAreNoNumber_data();
+    void bytesAreNoNumber();
     void slowAnswersAreNotQueued();
     void pausedAsking();
     void askingGoesOnAfterALoss();
     void otherObjects();
     void shortestPeriod();
+    void shorterOfTwoPeriods();
 };
 
 void tst_Asking::learnsWhatPdosCarry()
@@ -448,6 +451,28 @@ void tst_Asking::textIsNoNumber()
     QCOMPARE(asker.numbers, QVector<double>());
 }
 
+void tst_Asking::bytesAreNoNumber_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<int>("type");
+    QTest::newRow("digits") << QByteArray("1234") << int(CanOpen::DataType::OctetString);
+    QTest::newRow("NaN") << QByteArray::fromHex("0000C07F") << int(CanOpen::DataType::Real32);
+    QTest::newRow("infinite") << QByteArray::fromHex("0000807F") << int(CanOpen::DataType::Real32);
+}
+
+void tst_Asking::bytesAreNoNumber()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(int, type);
+    Simulator::VehicleDescription description = ride();
+    QVERIFY(nodeOf(description, 2).dictionary.setData({0x6040, 1}, bytes));
+    Asker asker(description);
+    asker.asking.setObjects({{2, {0x6040, 1}, 500, static_cast<CanOpen::DataType>(type)}});
+    wait(100);
+    QCOMPARE(asker.reasons, QStringList{QStringLiteral("Its value is no number.")});
+    QCOMPARE(asker.numbers, QVector<double>());
+}
+
 void tst_Asking::slowAnswersAreNotQueued()
 {
     Asker asker(ride(2, R"({"kind": "sdoDelay", "ms": 80})"));
@@ -512,6 +537,16 @@ void tst_Asking::shortestPeriod()
     asker.asking.setObjects({{2, {0x6164, 2}, 0, {}}});
     wait(1050);
     QCOMPARE(asker.numbers.size(), 11);
+}
+
+void tst_Asking::shorterOfTwoPeriods()
+{
+    for (const auto &[first, second] : {std::pair(500, 5000), std::pair(5000, 500)}) {
+        Asker asker(ride());
+        asker.asking.setObjects({{2, {0x6164, 2}, first, {}}, {2, {0x6164, 2}, second, {}}});
+        wait(10200);
+        QCOMPARE(asker.numbers.size(), 21);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_Asking)

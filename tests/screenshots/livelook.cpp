@@ -68,6 +68,12 @@ public:
         take("live-cursor");
         trigger("actionDisconnect");
         take("live-ended");
+        trigger("actionConnect"); // again: now the battery is watched, and its mapping is not known
+        handleEventsFor(3000);
+        take("live-offer");
+        click("askBattery");
+        handleEventsFor(5000);
+        take("live-asked");
     }
 
 private:

@@ -40,7 +40,11 @@ void ValueAsking::setObjects(const QVector<AskedObject> &objects)
     m_tasks.clear();
     for (AskedObject object : objects) {
         object.period = std::max(object.period, shortestPeriod);
-        if (CanOpen::isNodeId(object.nodeId) && find(object.nodeId, object.object) == nullptr)
+        if (!CanOpen::isNodeId(object.nodeId))
+            continue;
+        if (Task *known = find(object.nodeId, object.object))
+            known->asked.period = std::min(known->asked.period, object.period);
+        else
             m_tasks.push_back({object, m_clock.elapsed()});
     }
     arm();

@@ -40,7 +40,7 @@ public:
     /*! From 1 to 100 (no limit). */
     void setSharePercent(int percent) { m_questions.setSharePercent(percent); }
 
-    /*! In place of those that were asked for; each of them at once. */
+    /*! In place of those that were asked for; each of them at once. One that is there twice has the shorter period. */
     void setObjects(const QVector<AskedObject> &objects);
 
     /*! While a plug-in's read or a check-up has the bus. */

@@ -3,6 +3,7 @@
 
 #include <canopen/objectdictionary.h>
 #include <interpreter/objectdescriptions.h>
+#include <interpreter/objects.h>
 #include <interpreter/units.h>
 #include <snapshot/objecttypes.h>
 #include <snapshot/snapshot.h>
@@ -29,6 +30,13 @@ std::optional<DataType> usualType(ObjectKey key)
     return known.isEmpty() ? std::nullopt : std::optional(known.first());
 }
 
+/*! The overview does not read them, so it has no type for them. */
+bool isCellVoltage(ObjectKey key)
+{
+    return key.index >= Object::firstCellVoltages && key.index <= Object::lastCellVoltages
+           && key.subIndex > 0;
+}
+
 /*! The overview reads all numbers without their sign. Of temperatures, and of currents of 32 bits, half of what they could
  *  be then is what nothing is: it is below zero.
  */
@@ -52,6 +60,8 @@ QVector<DataType> PdoSource::typesOf(ObjectKey key, std::optional<DataType> told
 {
     if (told)
         return {*told};
+    if (isCellVoltage(key))
+        return {DataType::Unsigned16, DataType::Unsigned32};
     QVector<DataType> types = ObjectTypes::known(key);
     for (DataType &type : types)
         type = withSign(key, type);

@@ -1,22 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "batterypack.h"
 
+#include "batteryobjects.h"
+
 #include <algorithm>
 #include <map>
 
 namespace {
-
-// CiA 454: the voltages of the cells of 16 packs, a sub-index each
-constexpr quint16 firstCells = 0x6165;
-constexpr quint16 lastCells = 0x6174;
-
-constexpr CanOpen::ObjectKey otherObjects[] = {
-    {0x6164, 2}, // state of charge
-    {0x603E, 1}, // current
-    {0x6040, 1}, // voltage
-    {0x6105, 1}, // temperature of the pack
-    {0x6042, 1}, // temperature of the electronics
-};
 
 bool isBefore(const BatteryPack::Cell &a, const BatteryPack::Cell &b)
 {
@@ -30,7 +20,7 @@ QVector<BatteryPack> BatteryPack::of(const LiveValues &values, qint64 now)
     std::map<int, BatteryPack> packs; // by node and object
     for (const LiveValue &value : values.values()) {
         const CanOpen::ObjectKey object = value.object;
-        const bool isCell = object.index >= firstCells && object.index <= lastCells && object.subIndex > 0;
+        const bool isCell = BatteryObjects::areCells(object.index) && object.subIndex > 0;
         if (!isCell || value.record.count() == 0)
             continue;
         BatteryPack &pack = packs[value.nodeId << 16 | object.index];
@@ -71,7 +61,7 @@ double BatteryPack::spread() const
 QVector<LiveValue> BatteryPack::others(const LiveValues &values, quint8 nodeId)
 {
     QVector<LiveValue> found;
-    for (const CanOpen::ObjectKey object : otherObjects) {
+    for (const CanOpen::ObjectKey object : BatteryObjects::others) {
         const int position = values.find(nodeId, object);
         if (position >= 0 && values.values()[static_cast<std::size_t>(position)].record.count() > 0)
             found.append(values.values()[static_cast<std::size_t>(position)]);

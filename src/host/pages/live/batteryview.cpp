@@ -77,13 +77,19 @@ void BatteryView::showPacks(const QVector<BatteryPack> &packs)
                               .arg(QString::number(pack.nodeId), CanOpen::indexText(pack.object)));
 }
 
-QString BatteryView::cellText(const BatteryPack &pack)
+QString BatteryView::cellText(const BatteryPack &pack) const
 {
     const BatteryPack::Cell &lowest = pack.cells.at(pack.lowest());
     const BatteryPack::Cell &highest = pack.cells.at(pack.highest());
-    return tr("Cells: %1 (cell %2) to %3 (cell %4), spread %5")
-        .arg(numberOf(pack, lowest.value), QString::number(lowest.number), numberOf(pack, highest.value),
-             QString::number(highest.number), numberOf(pack, pack.spread()));
+    const QString text = tr("Cells: %1 (cell %2) to %3 (cell %4), spread %5")
+                             .arg(numberOf(pack, lowest.value), QString::number(lowest.number),
+                                  numberOf(pack, highest.value), QString::number(highest.number),
+                                  numberOf(pack, pack.spread()));
+    const int asked = m_session->questions().batteries().cellCount(pack.nodeId, pack.object);
+    return asked > pack.cells.size()
+               ? tr("%1; %2 of %3 have answered")
+                     .arg(text, QString::number(pack.cells.size()), QString::number(asked))
+               : text;
 }
 
 /*! The numbers in one line; their names are in the tool tip. */

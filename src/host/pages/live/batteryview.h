@@ -29,7 +29,7 @@ protected:
 
 private:
     void showPacks(const QVector<BatteryPack> &packs);
-    static QString cellText(const BatteryPack &pack);
+    QString cellText(const BatteryPack &pack) const;
     void showOthers(const BatteryPack &pack);
 
     LiveSession *m_session;

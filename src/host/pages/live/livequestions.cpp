@@ -11,6 +11,7 @@ LiveQuestions::LiveQuestions(HostServices *services, LiveBus *live, QObject *par
     , m_live(live)
     , m_learning(&services->bus())
     , m_asking(&services->bus())
+    , m_batteries(&services->bus())
 {
     connect(&services->bus(), &BusConnection::stateChanged, this, &LiveQuestions::handleState);
     connect(&services->reads(), &ReadObserver::phaseChanged, this, &LiveQuestions::pause);
@@ -18,6 +19,8 @@ LiveQuestions::LiveQuestions(HostServices *services, LiveBus *live, QObject *par
     connect(&m_learning, &PdoLearning::notLearned, this,
             [this](quint8, const QString &reason) { m_failures.append(reason); });
     connect(&m_learning, &PdoLearning::finished, this, &LiveQuestions::handleLearningEnd);
+    connect(&m_batteries, &BatteryQuestions::finished, this, &LiveQuestions::handleBattery);
+    connect(&m_batteries, &BatteryQuestions::told, this, &LiveQuestions::told);
     connect(&m_asking, &ValueAsking::answered, this,
             [this](quint8 nodeId, CanOpen::ObjectKey object, double number) {
                 m_silences.remove(keyOf(nodeId, object));
@@ -40,6 +43,7 @@ void LiveQuestions::setSharePercent(int percent)
 {
     m_learning.setSharePercent(percent);
     m_asking.setSharePercent(percent);
+    m_batteries.setSharePercent(percent);
 }
 
 QString LiveQuestions::obstacle() const
@@ -57,12 +61,14 @@ void LiveQuestions::handleState()
 {
     if (m_services->bus().state() == BusConnection::State::Disconnected) {
         m_scan.reset();
+        m_batteries.forget();
+        m_sheets.clear();
         setAsking(false);
     }
-    emit changed();
+    pause();
 }
 
-QVector<quint8> LiveQuestions::knownNodes() const
+QVector<quint8> LiveQuestions::heardNodes() const
 {
     QVector<quint8> nodes;
     for (const NodeNumbers &node : m_live->healthNumbers().nodes) {
@@ -76,7 +82,7 @@ void LiveQuestions::learn()
 {
     if (!obstacle().isEmpty() || isLearning())
         return;
-    const QVector<quint8> nodes = knownNodes();
+    const QVector<quint8> nodes = heardNodes();
     if (nodes.isEmpty()) {
         emit told(tr("No device was heard yet."), {});
         return;
@@ -129,11 +135,56 @@ void LiveQuestions::handleScanEnd(const QVector<quint8> &nodeIds)
               problems);
 }
 
+void LiveQuestions::askBattery(quint8 nodeId)
+{
+    if (!canAskBattery())
+        return;
+    m_batteries.ask(nodeId);
+    pause();
+}
+
+bool LiveQuestions::canAskBattery() const
+{
+    return obstacle().isEmpty() && !isScanning() && !isLearning() && !m_batteries.isAsking();
+}
+
+void LiveQuestions::handleBattery(quint8 nodeId)
+{
+    if (m_batteries.state(nodeId) == BatteryQuestions::State::Known) {
+        m_isAsking = true; // that was wanted
+        renew();
+    }
+    pause();
+}
+
 void LiveQuestions::setAsked(const QVector<AskedObject> &objects)
 {
     m_asked = objects;
+    renew();
+}
+
+void LiveQuestions::setDataSheet(quint8 nodeId, const CanOpen::ObjectDictionary &dictionary)
+{
+    m_sheets.insert(nodeId, dictionary);
+    renew();
+}
+
+QVector<AskedObject> LiveQuestions::wanted() const
+{
+    QVector<AskedObject> wanted = m_asked + m_batteries.objects();
+    for (AskedObject &object : wanted) {
+        const auto sheet = m_sheets.constFind(object.nodeId);
+        const CanOpen::ObjectEntry *entry = sheet != m_sheets.cend() ? sheet->find(object.object) : nullptr;
+        if (entry != nullptr)
+            object.type = entry->type;
+    }
+    return wanted;
+}
+
+void LiveQuestions::renew()
+{
     m_silences.clear();
-    m_asking.setObjects(m_isAsking ? m_asked : QVector<AskedObject>());
+    m_asking.setObjects(m_isAsking ? wanted() : QVector<AskedObject>());
 }
 
 void LiveQuestions::setAsking(bool isAsking)
@@ -142,8 +193,10 @@ void LiveQuestions::setAsking(bool isAsking)
     if ((isAsking && canAsk) == m_isAsking)
         return;
     m_isAsking = isAsking && canAsk;
-    setAsked(m_asked);
-    emit changed();
+    if (!m_isAsking)
+        m_batteries.cancel();
+    renew();
+    pause();
 }
 
 QString LiveQuestions::silence(quint8 nodeId, CanOpen::ObjectKey object) const
@@ -164,6 +217,7 @@ void LiveQuestions::pause()
     if (isBusy)
         m_scan.reset();
     m_learning.setPaused(isBusy || isScanning());
-    m_asking.setPaused(isBusy || isScanning() || isLearning());
+    m_batteries.setPaused(isBusy || isScanning() || isLearning());
+    m_asking.setPaused(isBusy || isScanning() || isLearning() || m_batteries.isAsking());
     emit changed();
 }

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "livesession.h"
 
+#include "batteryobjects.h"
+
 #include <host/core/hostservices.h>
+
+#include <algorithm>
 
 LiveSession::LiveSession(HostServices *services, QObject *parent)
     : QObject(parent)
@@ -30,6 +34,22 @@ void LiveSession::handleState(BusConnection::State state)
         m_live.stop();
         emit stopped();
     }
+}
+
+QVector<quint8> LiveSession::batteries() const
+{
+    QVector<quint8> nodes = m_questions.batteries().nodes();
+    for (const LiveValue &value : m_live.values().values()) {
+        if (BatteryObjects::areOfBattery(value.object.index))
+            nodes.append(value.nodeId);
+    }
+    for (const WatchedItem &item : m_watch.items()) {
+        if (BatteryObjects::areOfBattery(item.object.index))
+            nodes.append(item.nodeId);
+    }
+    std::sort(nodes.begin(), nodes.end());
+    nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
+    return nodes;
 }
 
 qint64 LiveSession::now()

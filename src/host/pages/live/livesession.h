@@ -38,6 +38,11 @@ public:
     LiveQuestions &questions() { return m_questions; }
     LiveWatch &watch() { return m_watch; }
 
+    /*! The nodes that are batteries by the values that are known of them or watched, and those whose cells are asked for;
+     *  in the order of their numbers.
+     */
+    QVector<quint8> batteries() const;
+
     /*! On the line of all that was heard (us); stands still behind the end of the connection. */
     qint64 now();
 

@@ -2,6 +2,7 @@
 #include "watchview.h"
 
 #include "addvaluedialog.h"
+#include "batteryoffer.h"
 #include "livefile.h"
 #include "livesession.h"
 #include "valuetable.h"
@@ -39,6 +40,7 @@ WatchView::WatchView(LiveSession *session, QWidget *parent)
     , m_model(session)
     , m_table(new CopyTable(this))
     , m_empty(new QLabel(m_table))
+    , m_offer(new BatteryOffer(session, this))
     , m_add(new QToolButton(this))
     , m_learn(new QToolButton(this))
     , m_ask(new QToolButton(this))
@@ -49,6 +51,7 @@ WatchView::WatchView(LiveSession *session, QWidget *parent)
     , m_down(makeAction("moveValueDown"))
     , m_sheet(makeAction("openSheet"))
     , m_scan(makeAction("lookForDevices"))
+    , m_battery(makeAction("askABattery"))
     , m_save(makeAction("saveValues"))
     , m_folder([] { return QString(); })
 {
@@ -86,6 +89,7 @@ void WatchView::build()
     layout->setSpacing(3);
     layout->addLayout(buildButtons());
     layout->addWidget(m_table, 1);
+    layout->addWidget(m_offer);
 }
 
 QLayout *WatchView::buildButtons()
@@ -116,7 +120,7 @@ void WatchView::buildMenu()
 {
     m_menu->addActions({m_remove, m_up, m_down});
     m_menu->addSeparator();
-    m_menu->addActions({m_sheet, m_scan});
+    m_menu->addActions({m_sheet, m_scan, m_battery});
     m_menu->addSeparator();
     m_menu->addAction(m_save);
     m_remove->setShortcut(QKeySequence::Delete);
@@ -127,12 +131,14 @@ void WatchView::buildMenu()
     connect(m_down, &QAction::triggered, this, [this] { move(1); });
     connect(m_sheet, &QAction::triggered, this, &WatchView::chooseSheet);
     connect(m_scan, &QAction::triggered, &m_session->questions(), &LiveQuestions::scan);
+    connect(m_battery, &QAction::triggered, this, &WatchView::chooseBattery);
     connect(m_save, &QAction::triggered, this, &WatchView::save);
 }
 
 void WatchView::refresh()
 {
     m_model.refresh();
+    m_offer->refresh();
 }
 
 int WatchView::chosenRow() const
@@ -203,6 +209,7 @@ void WatchView::openSheet(const QString &fileName, quint8 nodeId)
     }
     LiveValues &values = m_session->live().values();
     m_session->live().learn(PdoSource::of(node, sheet->dictionary));
+    m_session->questions().setDataSheet(node, sheet->dictionary);
     emit told(tr("%1 tells the values of node %2; %3 values are known now.")
                   .arg(QFileInfo(fileName).fileName(), QString::number(node),
                        QString::number(values.values().size())),
@@ -221,6 +228,40 @@ void WatchView::askForNode(const QString &fileName)
     dialog->setIntRange(1, lastNode);
     connect(dialog, &QInputDialog::intValueSelected, this,
             [this, fileName](int node) { openSheet(fileName, static_cast<quint8>(node)); });
+    dialog->open();
+}
+
+QString WatchView::nameOf(quint8 nodeId) const
+{
+    const QString number = QString::number(nodeId);
+    return m_session->batteries().contains(nodeId) ? tr("Node %1, a battery").arg(number)
+                                                   : tr("Node %1").arg(number);
+}
+
+/*! A battery that is known is the first suggestion. */
+void WatchView::chooseBattery()
+{
+    const QVector<quint8> nodes = m_session->questions().heardNodes();
+    if (nodes.isEmpty()) {
+        emit told(tr("No device was heard yet."), {});
+        return;
+    }
+    const QVector<quint8> known = m_session->batteries();
+    QStringList names;
+    for (const quint8 node : nodes)
+        names.append(nameOf(node));
+    const auto battery = std::find_first_of(nodes.cbegin(), nodes.cend(), known.cbegin(), known.cend());
+    auto *dialog = new QInputDialog(window());
+    dialog->setObjectName(QStringLiteral("batteryNodeDialog"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(tr("Ask a battery"));
+    dialog->setLabelText(tr("Which node is to be asked for its cells, again and again?"));
+    dialog->setComboBoxItems(names);
+    if (battery != nodes.cend())
+        dialog->setTextValue(nameOf(*battery));
+    connect(dialog, &QInputDialog::textValueSelected, this, [this, nodes, names](const QString &name) {
+        m_session->questions().askBattery(nodes.value(names.indexOf(name)));
+    });
     dialog->open();
 }
 
@@ -258,11 +299,14 @@ void WatchView::showState()
                             ? obstacle
                             : tr("Asks the devices once what they send. Nothing is changed in them."));
     const auto &items = m_session->watch().items();
-    m_ask->setVisible(
-        std::any_of(items.cbegin(), items.cend(), [](const WatchedItem &item) { return item.period > 0; }));
+    const bool isAnythingAsked = !questions.batteries().objects().isEmpty()
+                                 || std::any_of(items.cbegin(), items.cend(),
+                                                [](const WatchedItem &item) { return item.period > 0; });
+    m_ask->setVisible(isAnythingAsked);
     m_ask->setChecked(questions.isAsking());
     m_ask->setEnabled(m_session->isListening());
     m_scan->setEnabled(obstacle.isEmpty() && !questions.isScanning() && !isLearning);
+    m_battery->setEnabled(questions.canAskBattery());
     m_scan->setText(questions.isScanning() ? tr("Is looking for devices ...")
                                            : tr("Look for &devices without a heartbeat"));
     const int row = chosenRow();
@@ -303,6 +347,7 @@ void WatchView::retranslate()
     m_up->setText(tr("Move &up"));
     m_down->setText(tr("Move do&wn"));
     m_sheet->setText(tr("&Open data sheet (EDS, DCF)..."));
+    m_battery->setText(tr("Ask a &battery for its cells..."));
     m_save->setText(tr("&Save values..."));
     m_table->setAccessibleName(tr("Watch list"));
     m_empty->setText(tr("Learn what the vehicle sends, then add values."));

@@ -7,6 +7,7 @@
 
 #include <functional>
 
+class BatteryOffer;
 class CopyTable;
 class LiveSession;
 class QAction;
@@ -53,6 +54,8 @@ private:
     void move(int by);
     void chooseSheet();
     void askForNode(const QString &fileName);
+    void chooseBattery();
+    QString nameOf(quint8 nodeId) const;
     void save();
     void showState();
     void retranslate();
@@ -62,6 +65,7 @@ private:
     WatchModel m_model;
     CopyTable *m_table;
     QLabel *m_empty;
+    BatteryOffer *m_offer;
     QToolButton *m_add;
     QToolButton *m_learn;
     QToolButton *m_ask;
@@ -72,6 +76,7 @@ private:
     QAction *m_down;
     QAction *m_sheet;
     QAction *m_scan;
+    QAction *m_battery;
     QAction *m_save;
     std::function<QString()> m_folder;
 };

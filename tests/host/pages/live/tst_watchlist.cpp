@@ -56,7 +56,10 @@ void tst_WatchList::whatCannotBe()
     QVERIFY(!list.add(item(2, 0x6040, 1, 99)));
     QVERIFY(!list.add(item(2, 0x6040, 1, 3600001)));
     QVERIFY(list.add(item(2, 0x6040, 1, 100)));
-    QCOMPARE(list.items().size(), 1);
+    QVERIFY(list.add(item(2, 0x6040, 2, 3600000)));
+    QVERIFY(!list.add(item(2, 0x6040, 1, 99))); // also of one that is there
+    QCOMPARE(list.items().size(), 2);
+    QCOMPARE(list.items().at(0).period, 100);
 }
 
 void tst_WatchList::isBounded()
@@ -81,6 +84,9 @@ void tst_WatchList::order()
     QCOMPARE(list.items().at(0).object.subIndex, quint8(3));
     list.remove(0);
     list.remove(7);
+    list.remove(-1);
+    list.setPlotted(2, true); // there is no such row
+    list.setPlotted(-1, true);
     QCOMPARE(list.items().size(), 2);
     QCOMPARE(list.items().at(0).object.subIndex, quint8(1));
 }
@@ -104,6 +110,7 @@ void tst_WatchList::isRemembered()
     QVERIFY(loaded.items().at(1).isPlotted);
     WatchList().save(&settings);
     QVERIFY(WatchList::load(&settings).items().isEmpty());
+    QCOMPARE(settings.allKeys().size(), 1); // nothing is left of them
 }
 
 void tst_WatchList::brokenSettings()

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include "ride.h"
+
 #include <canopen/cobid.h>
-#include <host/pages/live/addvaluedialog.h>
-#include <host/pages/live/livepage.h>
-#include <host/pages/live/livesession.h>
 #include <host/pages/live/watchmodel.h>
 #include <host/pages/live/watchview.h>
-#include <tests/integration/simulatedhost.h>
 
 #include <QAction>
 #include <QDialog>
@@ -22,87 +20,6 @@
 #include <QToolButton>
 #include <QtTest>
 
-namespace {
-
-/*! The page on the ride, which stands still. */
-class Ride
-{
-public:
-    explicit Ride(const Simulator::VehicleDescription &vehicle
-                  = SimulatedHost::stillVehicle(QStringLiteral("ride")))
-        : m_host(vehicle, 250000)
-        , m_session(&m_host.services())
-        , m_page(&m_session)
-    {
-        m_session.questions().setSharePercent(100);
-        QObject::connect(&m_host.services().bus(), &BusConnection::frameSent, &m_page, [this] { ++m_sent; });
-        QObject::connect(&m_page, &LivePage::told, &m_page,
-                         [this](const QString &sentence) { m_told = sentence; });
-        QObject::connect(&m_page, &LivePage::failed, &m_page,
-                         [this](const QString &sentence) { m_failed = sentence; });
-        m_page.resize(1000, 400);
-        m_page.show();
-    }
-    Q_DISABLE_COPY(Ride)
-
-    void connectToBus()
-    {
-        QVERIFY(m_host.connectToBus());
-        QTest::qWait(1500);
-    }
-    void learn()
-    {
-        find<QToolButton>("learnValues")->click();
-        QTRY_VERIFY_WITH_TIMEOUT(!m_session.questions().isLearning(), 60000);
-        QTest::qWait(300);
-    }
-    AddValueDialog *openDialog()
-    {
-        find<QToolButton>("addValue")->click();
-        return m_page.findChild<AddValueDialog *>();
-    }
-    void watch(const char *text, int period = 0)
-    {
-        WatchedItem item = *parseWatched(QLatin1String(text));
-        item.period = period;
-        QVERIFY(m_session.watch().add(item));
-        QTest::qWait(1500);
-    }
-    QString cell(int row, int column) const { return index(row, column).data().toString(); }
-    QModelIndex index(int row, int column) const
-    {
-        return find<QTableView>("watchTable")->model()->index(row, column);
-    }
-    int rows() const { return find<QTableView>("watchTable")->model()->rowCount(); }
-    bool isGrey(int row) const { return index(row, 1).data(Qt::ForegroundRole).isValid(); }
-
-    template<typename Part>
-    Part *find(const char *name) const
-    {
-        auto *part = m_page.findChild<Part *>(QLatin1String(name));
-        if (part == nullptr)
-            qFatal("there is no %s", name);
-        return part;
-    }
-
-    SimulatedHost &host() { return m_host; }
-    LiveSession &session() { return m_session; }
-    LivePage &page() { return m_page; }
-    int sent() const { return m_sent; }
-    QString told() const { return m_told; }
-    QString failed() const { return m_failed; }
-
-private:
-    SimulatedHost m_host;
-    LiveSession m_session;
-    LivePage m_page;
-    int m_sent = 0;
-    QString m_told;
-    QString m_failed;
-};
-
-} // namespace
-
 class tst_WatchView : public QObject
 {
     Q_OBJECT
@@ -115,16 +32,24 @@ private slots:
     void learnsOnPress();
     void learningCanBeStopped();
     void learningNeedsABus();
+    void learningTellsOfItself();
     void valuesAreShown();
+    void mappedIsNotHeard();
+    void equalNamesAreToldApart();
     void smallestLargestAndMean();
     void lateValueIsGrey();
     void valueIsAskedFor();
     void askingEndsWithTheBus();
     void askingCanBeSwitchedOff();
     void objectThatIsNotThere();
+    void reasonGoesWithTheAnswer();
+    void anotherPeriod();
+    void othersAreNotDisturbed();
+    void oneAsksAtATime();
     void waitsForACheckup();
     void isRemembered();
     void removedAndMoved();
+    void removedIsForgotten();
     void dialogListsWhatIsKnown();
     void dialogSearches();
     void dialogTakesAnObject();
@@ -132,8 +57,10 @@ private slots:
     void dataSheet();
     void dataSheetWithoutANode();
     void brokenDataSheet();
+    void dataSheetTellsTypes();
     void savesHistories();
     void scanFindsSilentDevices();
+    void scanGivesWay();
     void nextBusForgets();
 };
 
@@ -216,6 +143,22 @@ void tst_WatchView::learningNeedsABus()
     QVERIFY(button->isEnabled());
 }
 
+void tst_WatchView::learningTellsOfItself()
+{
+    Simulator::VehicleDescription vehicle = SimulatedHost::stillVehicle(QStringLiteral("ride"));
+    for (Simulator::NodeDescription &node : vehicle.nodes) {
+        if (node.id == 7)
+            node.faults.append(Simulator::Faults::SdoSilent{});
+    }
+    Ride ride(vehicle);
+    ride.connectToBus();
+    for (int i = 0; i < 2; ++i) { // the second time as the first
+        ride.learn();
+        QVERIFY2(ride.told().startsWith(QStringLiteral("4 devices were asked, ")), qPrintable(ride.told()));
+        QCOMPARE(ride.problems(), QStringList{QStringLiteral("The device did not answer.")});
+    }
+}
+
 void tst_WatchView::valuesAreShown()
 {
     Ride ride;
@@ -227,6 +170,32 @@ void tst_WatchView::valuesAreShown()
     QCOMPARE(ride.cell(0, WatchModel::NodeColumn), QStringLiteral("2"));
     QCOMPARE(ride.cell(0, WatchModel::ObjectColumn), QStringLiteral("6040h.1"));
     QVERIFY(!ride.isGrey(0));
+}
+
+void tst_WatchView::mappedIsNotHeard()
+{
+    Ride ride;
+    ride.connectToBus();
+    ride.host().vehicle().stop();
+    ride.page().findChild<WatchView *>()->openSheet(QStringLiteral(VEHICLE_FOLDER "/ride-battery.dcf"), 2);
+    ride.watch("2:6040:1");
+    QVERIFY(ride.session().live().values().find(2, {0x6040, 1}) >= 0);
+    QCOMPARE(ride.cell(0, WatchModel::ValueColumn), QStringLiteral("–"));
+    QVERIFY(ride.isGrey(0));
+}
+
+void tst_WatchView::equalNamesAreToldApart()
+{
+    Ride ride;
+    ride.watch("2:6040:1");
+    ride.watch("2:5FFF:1"); // has no name
+    QCOMPARE(ride.cell(0, WatchModel::NameColumn), QStringLiteral("Device actual voltage"));
+    QCOMPARE(ride.cell(1, WatchModel::NameColumn), QStringLiteral("5FFFh.1"));
+    ride.watch("4:6040:1");
+    QCOMPARE(ride.cell(0, WatchModel::NameColumn), QStringLiteral("Device actual voltage (2:6040h.1)"));
+    QCOMPARE(ride.cell(2, WatchModel::NameColumn), QStringLiteral("Device actual voltage (4:6040h.1)"));
+    ride.session().watch().remove(0);
+    QCOMPARE(ride.cell(1, WatchModel::NameColumn), QStringLiteral("Device actual voltage"));
 }
 
 void tst_WatchView::smallestLargestAndMean()
@@ -314,6 +283,76 @@ void tst_WatchView::objectThatIsNotThere()
     QVERIFY2(tip.contains(QStringLiteral("The device does not have it.")), qPrintable(tip));
 }
 
+void tst_WatchView::reasonGoesWithTheAnswer()
+{
+    Ride ride;
+    ride.connectToBus();
+    ride.watch("2:6040:1", 500);
+    ride.host().vehicle().stop();
+    ride.session().questions().setAsking(true);
+    QTest::qWait(5000);
+    QCOMPARE(ride.session().watch().silence(0), QStringLiteral("The device did not answer."));
+    ride.host().vehicle().start();
+    QTest::qWait(5000);
+    QCOMPARE(ride.session().watch().silence(0), QString());
+    QCOMPARE(ride.cell(0, WatchModel::ValueColumn), QStringLiteral("39.300"));
+}
+
+void tst_WatchView::anotherPeriod()
+{
+    Ride ride;
+    ride.connectToBus();
+    ride.watch("2:6040:1", 1000);
+    ride.session().questions().setAsking(true);
+    ride.watch("2:6040:1", 200);
+    QCOMPARE(ride.rows(), 1);
+    const int sent = ride.sent();
+    QTest::qWait(10000);
+    QVERIFY2(ride.sent() - sent >= 48 && ride.sent() - sent <= 51,
+             qPrintable(QString::number(ride.sent() - sent)));
+}
+
+void tst_WatchView::othersAreNotDisturbed()
+{
+    Ride ride;
+    ride.connectToBus();
+    ride.watch("2:6040:1", 20000);
+    ride.session().questions().setAsking(true);
+    QTest::qWait(500);
+    QCOMPARE(ride.sent(), 1);
+    ride.watch("4:6040:1"); // is listened to
+    ride.session().watch().move(0, 1);
+    ride.session().watch().setPlotted(1, true);
+    QTest::qWait(500);
+    QCOMPARE(ride.sent(), 1);
+}
+
+void tst_WatchView::oneAsksAtATime()
+{
+    Ride ride;
+    ride.connectToBus();
+    ride.watch("2:6042:1", 100); // in no PDO
+    ride.session().questions().setAsking(true);
+    QTest::qWait(1000);
+    const int before = ride.sentFor("426001");
+    QVERIFY(before > 8);
+    ride.session().questions().setSharePercent(5); // so that it takes its time
+    ride.find<QToolButton>("learnValues")->click();
+    QTest::qWait(3000);
+    QVERIFY(ride.session().questions().isLearning());
+    QCOMPARE(ride.sentFor("426001"), before);
+    ride.session().questions().cancelLearning();
+    QTest::qWait(1000);
+    QVERIFY(ride.sentFor("426001") > before);
+    const int learned = ride.sent() - ride.sentFor("426001");
+    ride.session().questions().scan();
+    const int asked = ride.sentFor("426001");
+    QTest::qWait(1000);
+    QVERIFY(ride.session().questions().isScanning());
+    QCOMPARE(ride.sentFor("426001"), asked);
+    QVERIFY(ride.sent() - asked > learned); // the scan's
+}
+
 void tst_WatchView::waitsForACheckup()
 {
     Ride ride;
@@ -363,6 +402,20 @@ void tst_WatchView::removedAndMoved()
     ride.find<QAction>("removeValue")->trigger();
     QCOMPARE(ride.rows(), 2);
     QCOMPARE(ride.cell(1, WatchModel::ObjectColumn), QStringLiteral("603Eh.1"));
+}
+
+void tst_WatchView::removedIsForgotten()
+{
+    Ride ride;
+    ride.connectToBus();
+    ride.learn();
+    ride.watch("2:6040:1");
+    const LiveValues &values = ride.session().live().values();
+    const auto position = static_cast<std::size_t>(values.find(2, {0x6040, 1}));
+    QVERIFY(values.values()[position].history != nullptr);
+    ride.session().watch().remove(0);
+    QTest::qWait(500);
+    QVERIFY(values.values()[position].history == nullptr);
 }
 
 void tst_WatchView::dialogListsWhatIsKnown()
@@ -474,6 +527,40 @@ void tst_WatchView::brokenDataSheet()
     QVERIFY2(ride.failed().startsWith(QStringLiteral("/nowhere.eds")), qPrintable(ride.failed()));
 }
 
+void tst_WatchView::dataSheetTellsTypes()
+{
+    QTemporaryDir folder;
+    QFile dcf(QStringLiteral(VEHICLE_FOLDER "/ride-battery.dcf"));
+    QVERIFY(dcf.open(QIODevice::ReadOnly));
+    QByteArray text = dcf.readAll();
+    text.replace(text.indexOf("DataType=0x0003", text.indexOf("[6042sub1]")), 15, "DataType=0x0006");
+    text.replace("LowLimit=-400", "LowLimit=0");
+    QFile sheet(folder.filePath(QStringLiteral("battery.dcf")));
+    QVERIFY(sheet.open(QIODevice::WriteOnly));
+    sheet.write(text);
+    sheet.close();
+    Simulator::VehicleDescription vehicle = SimulatedHost::stillVehicle(QStringLiteral("ride"));
+    for (Simulator::NodeDescription &node : vehicle.nodes) {
+        if (node.id == 2)
+            QVERIFY(node.dictionary.setData({0x6042, 1}, QByteArray::fromHex("9CFF")));
+    }
+    Ride ride(vehicle);
+    ride.connectToBus();
+    ride.watch("2:6042:1", 500);
+    ride.session().questions().setAsking(true);
+    QTest::qWait(1000);
+    QCOMPARE(ride.cell(0, WatchModel::ValueColumn), QStringLiteral("-10.0"));
+    ride.page().findChild<WatchView *>()->openSheet(sheet.fileName(), 2);
+    QCOMPARE(ride.failed(), QString());
+    QTest::qWait(1000);
+    QCOMPARE(ride.cell(0, WatchModel::ValueColumn), QStringLiteral("6543.6")); // as it says
+    ride.host().services().bus().disconnectFromBus();
+    ride.connectToBus();
+    ride.session().questions().setAsking(true);
+    QTest::qWait(1000);
+    QCOMPARE(ride.cell(0, WatchModel::ValueColumn), QStringLiteral("-10.0")); // may be another vehicle
+}
+
 void tst_WatchView::savesHistories()
 {
     QTemporaryDir folder;
@@ -517,6 +604,30 @@ void tst_WatchView::scanFindsSilentDevices()
     QVERIFY(ride.find<QAction>("lookForDevices")->isEnabled());
     ride.learn(); // the silent one too
     QVERIFY2(ride.told().startsWith(QStringLiteral("5 devices were asked")), qPrintable(ride.told()));
+}
+
+void tst_WatchView::scanGivesWay()
+{
+    Ride ride;
+    ride.connectToBus();
+    ride.find<QAction>("lookForDevices")->trigger();
+    QTest::qWait(500);
+    QVERIFY(ride.session().questions().isScanning());
+    ride.session().questions().setCheckingUp(true);
+    QVERIFY(!ride.session().questions().isScanning());
+    QCOMPARE(ride.session().questions().obstacle(), QStringLiteral("A check-up is running."));
+    QTest::qWait(100); // for the aborts
+    const int sent = ride.sent();
+    QTest::qWait(3000);
+    QCOMPARE(ride.sent(), sent);
+    ride.session().questions().scan(); // not now
+    QVERIFY(!ride.session().questions().isScanning());
+    ride.session().questions().setCheckingUp(false);
+    QTest::qWait(500);
+    QCOMPARE(ride.told(), QString());
+    ride.find<QAction>("lookForDevices")->trigger();
+    ride.host().services().bus().disconnectFromBus();
+    QVERIFY(!ride.session().questions().isScanning());
 }
 
 void tst_WatchView::nextBusForgets()
