@@ -19,6 +19,7 @@
 #include <cli/commands/watchcommand.h>
 #include <cli/core/console.h>
 #include <cli/core/exitstatus.h>
+#include <cli/core/terminal.h>
 #include <cli/trace/tracecommand.h>
 
 #include <QGuiApplication>
@@ -160,12 +161,16 @@ int main(int argc, char *argv[])
                                                     "qt.canbus*.warning=false\nqt.canbus*.critical=false"));
     // Qt's own event loop takes a third less of system calls than GLib's, and nothing here needs GLib.
     qputenv("QT_NO_GLIB", "1");
+    // So that a bus is closed and a file finished when the reader of the output has gone.
+    Terminal::surviveBrokenPipes();
     const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("draxelctl"));
     QCoreApplication::setApplicationVersion(QStringLiteral(DRAXEL_VERSION));
     const ExitStatus status = dispatch(QCoreApplication::arguments());
     if (Console::isComplete())
         return status.number;
+    if (!Terminal::hasReader(Terminal::Stream::Output)) // "draxelctl ... | head": they have what they wanted
+        return Exit::noReader.number;
     Console::printError(Tr::tr("draxelctl: Not all of the output could be written."));
     return status != Exit::success ? status.number : Exit::fileFailed.number;
 }

@@ -148,6 +148,19 @@ inline Result run(const QStringList &arguments, const QStringList &environment =
     return program.finish();
 }
 
+/*! What the shell says at the end of a command whose output has lost its reader after \a lines: "status 0". */
+inline QString withoutReader(const QString &arguments, int lines)
+{
+    QProcess shell;
+    shell.start(
+        QStringLiteral("/bin/sh"),
+        {QStringLiteral("-c"), QStringLiteral("{ '" DRAXELCTL "' %1; echo \"status $?\" >&2; } | head -n %2")
+                                   .arg(arguments, QString::number(lines))});
+    if (!shell.waitForFinished(patience))
+        return QStringLiteral("It goes on.");
+    return QString::fromLocal8Bit(shell.readAllStandardError());
+}
+
 inline QString readFile(const QString &path)
 {
     QFile file(path);

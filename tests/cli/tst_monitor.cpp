@@ -86,6 +86,8 @@ private slots:
     void terminalWithoutScreen();
     void blocks();
     void json();
+    void readerThatGoes_data();
+    void readerThatGoes();
     void usage_data();
     void usage();
     void noSuchBus();
@@ -251,6 +253,23 @@ void tst_Monitor::json()
         events += json.value(QStringLiteral("events")).toArray().size();
     }
     QCOMPARE(events, 10); // each device is heard, and works
+}
+
+void tst_Monitor::readerThatGoes_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<int>("lines");
+    QTest::newRow("blocks") << QStringLiteral("--every 100ms") << 1;
+    QTest::newRow("JSON") << QStringLiteral("--every 100ms --json") << 1;
+    QTest::newRow("nothing to write") << QStringLiteral("--every 24h --json") << 0;
+}
+
+void tst_Monitor::readerThatGoes()
+{
+    QFETCH(QString, arguments);
+    QFETCH(int, lines);
+    QCOMPARE(withoutReader(QStringLiteral("monitor --bus simulated:ride ") + arguments, lines),
+             QStringLiteral("status 141\n"));
 }
 
 void tst_Monitor::usage_data()

@@ -60,6 +60,7 @@ private slots:
     void controlCharactersOfDevices();
     void controlCharactersInJson();
     void pipeGetsThemUnchanged();
+    void readerThatGoes();
     void reportIsInterrupted_data();
     void reportIsInterrupted();
 
@@ -210,6 +211,16 @@ void tst_Output::pipeGetsThemUnchanged()
                                QStringLiteral("simulated:") + writeEvilVehicle(), QStringLiteral("1"),
                                QStringLiteral("1008"), QStringLiteral("--type"), QStringLiteral("string")});
     QVERIFY2(result.output.contains(QStringLiteral("Value   x\x1b[2Jy\n")), qPrintable(result.output));
+}
+
+void tst_Output::readerThatGoes()
+{
+    const QString name = path("v.dxxml");
+    QCOMPARE(
+        withoutReader(
+            QStringLiteral("read --bus simulated:pedelec --bitrate 0 --node 3 --export '%1'").arg(name), 0),
+        QStringLiteral("status 141\n"));
+    QVERIFY(readFile(name).endsWith(QStringLiteral("</dxtoolstorage>\n"))); // what was read is not lost
 }
 
 void tst_Output::reportIsInterrupted_data()

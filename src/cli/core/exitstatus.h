@@ -35,4 +35,6 @@ constexpr ExitStatus signalled(int signalNumber)
     return {128 + signalNumber};
 }
 
+constexpr ExitStatus noReader = signalled(13); // nobody reads the output any more, as after SIGPIPE
+
 } // namespace Exit

@@ -3,6 +3,7 @@
 
 #include "console.h"
 #include "duration.h"
+#include "terminal.h"
 
 #include <host/core/valueasking.h>
 
@@ -71,7 +72,7 @@ std::optional<ExitStatus> Listening::begin()
         QTimer::singleShot(*m_time, Qt::PreciseTimer, &m_live, [this] { m_loop.end(); });
     // Nobody reads any more.
     QObject::connect(&m_live, &LiveBus::ticked, &m_live, [this] {
-        if (!Console::isComplete())
+        if (!Console::isComplete() || !Terminal::hasReader(Terminal::Stream::Output))
             m_loop.end();
     });
     return std::nullopt;
@@ -84,6 +85,8 @@ ExitStatus Listening::wait(const std::function<void()> &atEnd)
         atEnd();
     if (!isFinished)
         return m_loop.status();
+    if (!Terminal::hasReader(Terminal::Stream::Output))
+        return Exit::noReader;
     if (m_bus.state() == BusConnection::State::Connected)
         return Exit::success;
     Console::printError(tr("The bus was lost: %1").arg(m_bus.lossReason()));

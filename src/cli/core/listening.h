@@ -39,8 +39,8 @@ public:
 
     /*! Opens the bus and begins; an exit status after a complaint that it cannot. */
     std::optional<ExitStatus> begin();
-    /*! Waits until the time is over. The exit status of what came in between: a signal, or a bus that is lost at the end;
-     *  else success. \a atEnd is called before anything is said of it.
+    /*! Waits until the time is over. The exit status of what came in between: a signal, a pipe that nobody reads any more,
+     *  or a bus that is lost at the end; else success. \a atEnd is called before anything is said of it.
      */
     ExitStatus wait(const std::function<void()> &atEnd = {});
 

@@ -12,6 +12,13 @@ bool Terminal::isTerminal(Stream)
     return true;
 }
 
+bool Terminal::hasReader(Stream)
+{
+    return true;
+}
+
+void Terminal::surviveBrokenPipes() {}
+
 Terminal::Size Terminal::size()
 {
     return {};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What this library asks of the operating system, by POSIX: terminals, signals, pipes and processes.
 #include "childtask.h"
+#include "exitstatus.h"
 #include "interruptibleloop.h"
 #include "outputfile.h"
 #include "terminal.h"
@@ -15,11 +16,14 @@
 #include <cstdio>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+static_assert(Exit::noReader == Exit::signalled(SIGPIPE));
 
 namespace {
 
@@ -39,9 +43,31 @@ void writeToPipe(int signalNumber)
 
 } // namespace
 
+namespace {
+
+int descriptorOf(Terminal::Stream stream)
+{
+    return stream == Terminal::Stream::Output ? STDOUT_FILENO : STDERR_FILENO;
+}
+
+} // namespace
+
 bool Terminal::isTerminal(Stream stream)
 {
-    return ::isatty(stream == Stream::Output ? STDOUT_FILENO : STDERR_FILENO) == 1;
+    return ::isatty(descriptorOf(stream)) == 1;
+}
+
+bool Terminal::hasReader(Stream stream)
+{
+    struct pollfd told = {};
+    told.fd = descriptorOf(stream);
+    const bool isTold = ::poll(&told, 1, 0) > 0;
+    return !isTold || (told.revents & POLLERR) == 0;
+}
+
+void Terminal::surviveBrokenPipes()
+{
+    ::signal(SIGPIPE, SIG_IGN);
 }
 
 Terminal::Size Terminal::size()

@@ -11,6 +11,12 @@ enum class Stream { Output, Errors };
 /*! Whether a stream of the program is a terminal, which takes control characters as commands. */
 bool isTerminal(Stream stream);
 
+/*! False when a stream of the program is a pipe whose other end nobody holds any more. */
+bool hasReader(Stream stream);
+
+/*! From now on writing to such a pipe fails, and does not end the program. */
+void surviveBrokenPipes();
+
 struct Size
 {
     int columns = 80;
