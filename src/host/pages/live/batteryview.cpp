@@ -43,6 +43,7 @@ BatteryView::BatteryView(LiveSession *session, QWidget *parent)
 {
     setObjectName(QStringLiteral("batteryView"));
     m_choice->setObjectName(QStringLiteral("batteryChoice"));
+    m_text->setWordWrap(true);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(2);
@@ -63,6 +64,7 @@ void BatteryView::refresh()
     const BatteryPack &pack = packs.at(qBound(0, m_choice->currentIndex(), packs.size() - 1));
     m_bars->setPack(pack);
     m_text->setText(cellText(pack));
+    m_text->setToolTip(plainToolTip(m_text->text())); // for where there is too little room
     showOthers(pack);
 }
 

@@ -72,7 +72,7 @@ LivePlot::LivePlot(QWidget *parent)
 
 QSize LivePlot::minimumSizeHint() const
 {
-    constexpr int lines = 4;
+    constexpr int lines = 6;
     return {120, lines * fontMetrics().height()};
 }
 
