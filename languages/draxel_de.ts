@@ -286,6 +286,44 @@
     </message>
 </context>
 <context>
+    <name>BatteryOffer</name>
+    <message>
+        <source>Ask node %1 for its cells</source>
+        <translation>Zellen von Knoten %1 abfragen</translation>
+    </message>
+    <message>
+        <source>Node %1 is asked for its cells ...</source>
+        <translation>Knoten %1 wird nach seinen Zellen gefragt ...</translation>
+    </message>
+    <message>
+        <source>No cell of node %1 has answered yet.</source>
+        <translation>Noch hat keine Zelle von Knoten %1 geantwortet.</translation>
+    </message>
+</context>
+<context>
+    <name>BatteryQuestions</name>
+    <message>
+        <source>It is not known whether node %1 has cells.</source>
+        <translation>Es ist nicht bekannt, ob Knoten %1 Zellen hat.</translation>
+    </message>
+    <message>
+        <source>Node %1 tells of no cells.</source>
+        <translation>Knoten %1 nennt keine Zellen.</translation>
+    </message>
+    <message>
+        <source>Battery of node %1: %2 cells are asked for, every %3 s.</source>
+        <translation>Akku von Knoten %1: %2 Zellen werden alle %3 s abgefragt.</translation>
+    </message>
+    <message>
+        <source>Node %1, object %2: %3</source>
+        <translation>Knoten %1, Objekt %2: %3</translation>
+    </message>
+    <message>
+        <source>Node %1 tells of %2 cells. Only the first %3 are asked for.</source>
+        <translation>Knoten %1 nennt %2 Zellen. Nur die ersten %3 werden abgefragt.</translation>
+    </message>
+</context>
+<context>
     <name>BatteryView</name>
     <message>
         <source>Battery of node %1, cells %2</source>
@@ -294,6 +332,10 @@
     <message>
         <source>Cells: %1 (cell %2) to %3 (cell %4), spread %5</source>
         <translation>Zellen: %1 (Nr. %2) bis %3 (Nr. %4), Spanne %5</translation>
+    </message>
+    <message>
+        <source>%1; %2 of %3 have answered</source>
+        <translation>%1; %2 von %3 haben geantwortet</translation>
     </message>
 </context>
 <context>
@@ -4431,6 +4473,30 @@ Jetzt: %2</translation>
     <message>
         <source>Learn what the vehicle sends, then add values.</source>
         <translation>Lernen Sie, was das Fahrzeug sendet, und fügen Sie dann Werte hinzu.</translation>
+    </message>
+    <message>
+        <source>Node %1, a battery</source>
+        <translation>Knoten %1, ein Akku</translation>
+    </message>
+    <message>
+        <source>Node %1</source>
+        <translation>Knoten %1</translation>
+    </message>
+    <message>
+        <source>No device was heard yet.</source>
+        <translation>Noch war kein Gerät zu hören.</translation>
+    </message>
+    <message>
+        <source>Ask a battery</source>
+        <translation>Akku abfragen</translation>
+    </message>
+    <message>
+        <source>Which node is to be asked for its cells, again and again?</source>
+        <translation>Welcher Knoten soll immer wieder nach seinen Zellen gefragt werden?</translation>
+    </message>
+    <message>
+        <source>Ask a &amp;battery for its cells...</source>
+        <translation>Zellen eines Akkus a&amp;bfragen...</translation>
     </message>
 </context>
 <context>

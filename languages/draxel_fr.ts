@@ -286,6 +286,44 @@
     </message>
 </context>
 <context>
+    <name>BatteryOffer</name>
+    <message>
+        <source>Ask node %1 for its cells</source>
+        <translation>Interroger le nœud %1 sur ses cellules</translation>
+    </message>
+    <message>
+        <source>Node %1 is asked for its cells ...</source>
+        <translation>Le nœud %1 est interrogé sur ses cellules ...</translation>
+    </message>
+    <message>
+        <source>No cell of node %1 has answered yet.</source>
+        <translation>Aucune cellule du nœud %1 n’a encore répondu.</translation>
+    </message>
+</context>
+<context>
+    <name>BatteryQuestions</name>
+    <message>
+        <source>It is not known whether node %1 has cells.</source>
+        <translation>On ne sait pas si le nœud %1 a des cellules.</translation>
+    </message>
+    <message>
+        <source>Node %1 tells of no cells.</source>
+        <translation>Le nœud %1 n’indique aucune cellule.</translation>
+    </message>
+    <message>
+        <source>Battery of node %1: %2 cells are asked for, every %3 s.</source>
+        <translation>Batterie du nœud %1&#xa0;: %2 cellules sont interrogées, toutes les %3&#xa0;s.</translation>
+    </message>
+    <message>
+        <source>Node %1, object %2: %3</source>
+        <translation>Nœud %1, objet %2&#xa0;: %3</translation>
+    </message>
+    <message>
+        <source>Node %1 tells of %2 cells. Only the first %3 are asked for.</source>
+        <translation>Le nœud %1 indique %2 cellules. Seules les %3 premières sont interrogées.</translation>
+    </message>
+</context>
+<context>
     <name>BatteryView</name>
     <message>
         <source>Battery of node %1, cells %2</source>
@@ -294,6 +332,10 @@
     <message>
         <source>Cells: %1 (cell %2) to %3 (cell %4), spread %5</source>
         <translation>Cellules&#xa0;: %1 (n° %2) à %3 (n° %4), écart %5</translation>
+    </message>
+    <message>
+        <source>%1; %2 of %3 have answered</source>
+        <translation>%1&#xa0;; %2 sur %3 ont répondu</translation>
     </message>
 </context>
 <context>
@@ -4431,6 +4473,30 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>Learn what the vehicle sends, then add values.</source>
         <translation>Apprenez ce que le véhicule envoie, puis ajoutez des valeurs.</translation>
+    </message>
+    <message>
+        <source>Node %1, a battery</source>
+        <translation>Nœud %1, une batterie</translation>
+    </message>
+    <message>
+        <source>Node %1</source>
+        <translation>Nœud %1</translation>
+    </message>
+    <message>
+        <source>No device was heard yet.</source>
+        <translation>Aucun appareil n’a encore été entendu.</translation>
+    </message>
+    <message>
+        <source>Ask a battery</source>
+        <translation>Interroger une batterie</translation>
+    </message>
+    <message>
+        <source>Which node is to be asked for its cells, again and again?</source>
+        <translation>Quel nœud doit être interrogé régulièrement sur ses cellules&#xa0;?</translation>
+    </message>
+    <message>
+        <source>Ask a &amp;battery for its cells...</source>
+        <translation>Interroger une &amp;batterie sur ses cellules...</translation>
     </message>
 </context>
 <context>

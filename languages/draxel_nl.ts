@@ -286,6 +286,44 @@
     </message>
 </context>
 <context>
+    <name>BatteryOffer</name>
+    <message>
+        <source>Ask node %1 for its cells</source>
+        <translation>Node %1 om zijn cellen vragen</translation>
+    </message>
+    <message>
+        <source>Node %1 is asked for its cells ...</source>
+        <translation>Node %1 wordt om zijn cellen gevraagd ...</translation>
+    </message>
+    <message>
+        <source>No cell of node %1 has answered yet.</source>
+        <translation>Er heeft nog geen cel van node %1 geantwoord.</translation>
+    </message>
+</context>
+<context>
+    <name>BatteryQuestions</name>
+    <message>
+        <source>It is not known whether node %1 has cells.</source>
+        <translation>Het is niet bekend of node %1 cellen heeft.</translation>
+    </message>
+    <message>
+        <source>Node %1 tells of no cells.</source>
+        <translation>Node %1 noemt geen cellen.</translation>
+    </message>
+    <message>
+        <source>Battery of node %1: %2 cells are asked for, every %3 s.</source>
+        <translation>Accu van node %1: %2 cellen worden elke %3 s gevraagd.</translation>
+    </message>
+    <message>
+        <source>Node %1, object %2: %3</source>
+        <translation>Node %1, object %2: %3</translation>
+    </message>
+    <message>
+        <source>Node %1 tells of %2 cells. Only the first %3 are asked for.</source>
+        <translation>Node %1 noemt %2 cellen. Alleen de eerste %3 worden gevraagd.</translation>
+    </message>
+</context>
+<context>
     <name>BatteryView</name>
     <message>
         <source>Battery of node %1, cells %2</source>
@@ -294,6 +332,10 @@
     <message>
         <source>Cells: %1 (cell %2) to %3 (cell %4), spread %5</source>
         <translation>Cellen: %1 (nr. %2) tot %3 (nr. %4), spreiding %5</translation>
+    </message>
+    <message>
+        <source>%1; %2 of %3 have answered</source>
+        <translation>%1; %2 van %3 hebben geantwoord</translation>
     </message>
 </context>
 <context>
@@ -4431,6 +4473,30 @@ Nu: %2</translation>
     <message>
         <source>Learn what the vehicle sends, then add values.</source>
         <translation>Leer wat het voertuig verzendt en voeg dan waarden toe.</translation>
+    </message>
+    <message>
+        <source>Node %1, a battery</source>
+        <translation>Node %1, een accu</translation>
+    </message>
+    <message>
+        <source>Node %1</source>
+        <translation>Node %1</translation>
+    </message>
+    <message>
+        <source>No device was heard yet.</source>
+        <translation>Er is nog geen apparaat gehoord.</translation>
+    </message>
+    <message>
+        <source>Ask a battery</source>
+        <translation>Een accu vragen</translation>
+    </message>
+    <message>
+        <source>Which node is to be asked for its cells, again and again?</source>
+        <translation>Welke node moet telkens weer om zijn cellen worden gevraagd?</translation>
+    </message>
+    <message>
+        <source>Ask a &amp;battery for its cells...</source>
+        <translation>Een accu om zijn &amp;cellen vragen...</translation>
     </message>
 </context>
 <context>

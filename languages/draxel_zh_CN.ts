@@ -283,6 +283,44 @@
     </message>
 </context>
 <context>
+    <name>BatteryOffer</name>
+    <message>
+        <source>Ask node %1 for its cells</source>
+        <translation>询问节点 %1 的电芯</translation>
+    </message>
+    <message>
+        <source>Node %1 is asked for its cells ...</source>
+        <translation>正在询问节点 %1 的电芯 ...</translation>
+    </message>
+    <message>
+        <source>No cell of node %1 has answered yet.</source>
+        <translation>节点 %1 还没有电芯应答。</translation>
+    </message>
+</context>
+<context>
+    <name>BatteryQuestions</name>
+    <message>
+        <source>It is not known whether node %1 has cells.</source>
+        <translation>不知道节点 %1 是否有电芯。</translation>
+    </message>
+    <message>
+        <source>Node %1 tells of no cells.</source>
+        <translation>节点 %1 没有说明任何电芯。</translation>
+    </message>
+    <message>
+        <source>Battery of node %1: %2 cells are asked for, every %3 s.</source>
+        <translation>节点 %1 的电池：每 %3 s 询问 %2 个电芯。</translation>
+    </message>
+    <message>
+        <source>Node %1, object %2: %3</source>
+        <translation>节点 %1，对象 %2：%3</translation>
+    </message>
+    <message>
+        <source>Node %1 tells of %2 cells. Only the first %3 are asked for.</source>
+        <translation>节点 %1 说明有 %2 个电芯。只询问前 %3 个。</translation>
+    </message>
+</context>
+<context>
     <name>BatteryView</name>
     <message>
         <source>Battery of node %1, cells %2</source>
@@ -291,6 +329,10 @@
     <message>
         <source>Cells: %1 (cell %2) to %3 (cell %4), spread %5</source>
         <translation>电芯：%1（电芯 %2）至 %3（电芯 %4），压差 %5</translation>
+    </message>
+    <message>
+        <source>%1; %2 of %3 have answered</source>
+        <translation>%1；%3 个中有 %2 个已应答</translation>
     </message>
 </context>
 <context>
@@ -4412,6 +4454,30 @@ Now: %2</source>
     <message>
         <source>Learn what the vehicle sends, then add values.</source>
         <translation>先学习车辆发送的内容，然后添加数值。</translation>
+    </message>
+    <message>
+        <source>Node %1, a battery</source>
+        <translation>节点 %1，电池</translation>
+    </message>
+    <message>
+        <source>Node %1</source>
+        <translation>节点 %1</translation>
+    </message>
+    <message>
+        <source>No device was heard yet.</source>
+        <translation>还没有听到任何设备。</translation>
+    </message>
+    <message>
+        <source>Ask a battery</source>
+        <translation>询问电池</translation>
+    </message>
+    <message>
+        <source>Which node is to be asked for its cells, again and again?</source>
+        <translation>要反复询问哪个节点的电芯？</translation>
+    </message>
+    <message>
+        <source>Ask a &amp;battery for its cells...</source>
+        <translation>询问电池的电芯(&amp;B)...</translation>
     </message>
 </context>
 <context>
