@@ -22,9 +22,9 @@ struct MonthName
 
 // German computers write their own names, in Latin 1 or in UTF-8.
 constexpr MonthName months[] = {
-    {"jan", 1},  {"feb", 2},  {"mar", 3},  {"m\xE4r", 3}, {"m\xC3\xA4", 3}, {"mrz", 3},
-    {"apr", 4},  {"may", 5},  {"mai", 5},  {"jun", 6},    {"jul", 7},       {"aug", 8},
-    {"sep", 9},  {"oct", 10}, {"okt", 10}, {"nov", 11},   {"dec", 12},      {"dez", 12},
+    {"jan", 1}, {"feb", 2},  {"mar", 3},  {"m\xE4r", 3}, {"m\xC3\xA4", 3}, {"mrz", 3},
+    {"apr", 4}, {"may", 5},  {"mai", 5},  {"jun", 6},    {"jul", 7},       {"aug", 8},
+    {"sep", 9}, {"oct", 10}, {"okt", 10}, {"nov", 11},   {"dec", 12},      {"dez", 12},
 };
 
 constexpr const char *englishMonths[]

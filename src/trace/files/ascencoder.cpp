@@ -16,9 +16,8 @@ void AscEncoder::begin(qint64 first, QByteArray *to)
 {
     m_begin = hasTimeOfDay() ? first - first % ofMillisecond : 0;
     const QByteArray date = AscDate::write(m_begin);
-    to->append("date " + date
-               + "\nbase hex  timestamps absolute\ninternal events logged\nBegin Triggerblock " + date
-               + "\n   0.000000 Start of measurement\n");
+    to->append("date " + date + "\nbase hex  timestamps absolute\ninternal events logged\nBegin Triggerblock "
+               + date + "\n   0.000000 Start of measurement\n");
 }
 
 void AscEncoder::write(const TraceFrame &frame, QByteArray *to)

@@ -40,7 +40,8 @@ bool Beginning::readMore()
 
 QByteArray Beginning::magic()
 {
-    while (m_bytes.size() < magicSize && readMore()) { }
+    while (m_bytes.size() < magicSize && readMore()) {
+    }
     return m_bytes.left(magicSize);
 }
 

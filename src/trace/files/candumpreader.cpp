@@ -54,6 +54,8 @@ TextReader::Line CandumpReader::parse(TextLine line, TraceFrame *frame)
 
 bool CandumpReader::takeTime(const char **at, const char *end, qint64 *time)
 {
+    if (takeUsualTime(at, end, time))
+        return true;
     constexpr int dash = 4; // "2015-"
     const char *p = *at + 1;
     const bool hasDate = end - p > dash && p[dash] == '-';
@@ -61,6 +63,33 @@ bool CandumpReader::takeTime(const char **at, const char *end, qint64 *time)
         || !take(&p, end, ')'))
         return false;
     *at = p;
+    return true;
+}
+
+/*! "(1436509052.249713)": ten digits and six. */
+bool CandumpReader::takeUsualTime(const char **at, const char *end, qint64 *time)
+{
+    constexpr int pointPlace = 11;
+    constexpr int endPlace = 18;
+    const char *const p = *at;
+    if (end - p <= endPlace || p[pointPlace] != '.' || p[endPlace] != ')')
+        return false;
+    if (std::memcmp(m_second.data(), p, m_second.size()) != 0) {
+        const char *digits = p + 1;
+        quint64 seconds = 0;
+        if (takeDecimal(&digits, p + pointPlace, pointPlace, &seconds) != pointPlace - 1)
+            return false;
+        std::memcpy(m_second.data(), p, m_second.size());
+        m_secondTime = static_cast<qint64>(seconds) * TimeOfDay::second;
+    }
+    qint64 fraction = 0;
+    for (int i = pointPlace + 1; i < endPlace; ++i) {
+        if (!isDigit(p[i]))
+            return false;
+        fraction = fraction * 10 + (p[i] - '0');
+    }
+    *time = m_secondTime + fraction;
+    *at = p + endPlace + 1;
     return true;
 }
 

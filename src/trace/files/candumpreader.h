@@ -3,6 +3,8 @@
 
 #include "textreader.h"
 
+#include <array>
+
 /*! Reads what candump of can-utils prints: its log (options -l and -L), and its screen.
  *
  *  \code
@@ -37,10 +39,13 @@ private:
     Line parseColumns(TextLine line, const char *at, TraceFrame *frame);
     Line setId(TextLine line, int digits, quint32 id, TraceFrame *frame);
     bool takeTime(const char **at, const char *end, qint64 *time);
+    bool takeUsualTime(const char **at, const char *end, qint64 *time);
     bool takeDate(const char **at, const char *end, qint64 *time);
     bool findHour(const char *begin);
 
     bool m_isTimeOfDayKnown = false;
-    QByteArray m_hour; // "2015-07-10 08", whose beginning is
+    std::array<char, 11> m_second{}; // "(1436509052", which most lines have in common with the one before
+    qint64 m_secondTime = 0;         // us
+    QByteArray m_hour;               // "2015-07-10 08", whose beginning is
     qint64 m_hourBegin = 0;
 };

@@ -108,9 +108,9 @@ CapturedFrame::Packet CapturedFrame::read(quint32 linkType, const uchar *bytes, 
 
 void CapturedFrame::write(const TraceFrame &frame, uchar *bytes)
 {
-    const quint32 flags = frame.isError() ? errorFlag
-                                          : (frame.isExtended() ? extendedFlag : 0)
-                                                | (frame.isRemote() ? remoteFlag : 0);
+    const quint32 flags = frame.isError()
+                              ? errorFlag
+                              : (frame.isExtended() ? extendedFlag : 0) | (frame.isRemote() ? remoteFlag : 0);
     std::fill_n(bytes, size, uchar(0));
     qToBigEndian(frame.id | flags, bytes);
     bytes[lengthPlace] = frame.length;

@@ -23,8 +23,8 @@ enum class What : quint8 {
 struct Packet
 {
     What what = What::Broken;
-    TraceFrame frame;        //!< without a time
-    quint32 interface = 0;   //!< 0: not told
+    TraceFrame frame;      //!< without a time
+    quint32 interface = 0; //!< 0: not told
 };
 
 Packet read(quint32 linkType, const uchar *bytes, size_t size);

@@ -9,12 +9,18 @@
 std::unique_ptr<FrameEncoder> FrameEncoder::of(TraceFormat format)
 {
     switch (format) {
-    case TraceFormat::Candump: return std::make_unique<CandumpEncoder>();
-    case TraceFormat::Asc: return std::make_unique<AscEncoder>();
-    case TraceFormat::Trc11: return std::make_unique<Trc11Encoder>();
-    case TraceFormat::Trc21: return std::make_unique<Trc21Encoder>();
-    case TraceFormat::Pcap: return std::make_unique<PcapEncoder>();
-    case TraceFormat::PcapNg: break;
+    case TraceFormat::Candump:
+        return std::make_unique<CandumpEncoder>();
+    case TraceFormat::Asc:
+        return std::make_unique<AscEncoder>();
+    case TraceFormat::Trc11:
+        return std::make_unique<Trc11Encoder>();
+    case TraceFormat::Trc21:
+        return std::make_unique<Trc21Encoder>();
+    case TraceFormat::Pcap:
+        return std::make_unique<PcapEncoder>();
+    case TraceFormat::PcapNg:
+        break;
     }
     return std::make_unique<PcapNgEncoder>();
 }
@@ -40,7 +46,8 @@ void FrameEncoder::addChannel(const QString &name)
     bool isNumber = false;
     int number = name.toInt(&isNumber);
     if (!isNumber || number < 1 || number > most || m_numbers.contains(QByteArray::number(number))) {
-        for (number = m_numbers.size() + 1; m_numbers.contains(QByteArray::number(number)); ++number) { }
+        for (number = m_numbers.size() + 1; m_numbers.contains(QByteArray::number(number)); ++number) {
+        }
     }
     m_numbers.append(QByteArray::number(number));
 }

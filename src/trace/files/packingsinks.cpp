@@ -37,9 +37,9 @@ GzipSink::GzipSink(std::unique_ptr<ByteSink> to)
     : PackingSink(std::move(to))
     , m_stream(std::make_unique<z_stream>())
 {
-    m_isReady = deflateInit2(m_stream.get(), gzipLevel, Z_DEFLATED, gzipFormat, gzipMemory,
-                             Z_DEFAULT_STRATEGY)
-                == Z_OK;
+    m_isReady
+        = deflateInit2(m_stream.get(), gzipLevel, Z_DEFLATED, gzipFormat, gzipMemory, Z_DEFAULT_STRATEGY)
+          == Z_OK;
 }
 
 GzipSink::~GzipSink()
@@ -52,9 +52,7 @@ bool GzipSink::pack(const QByteArray &bytes, Until until, QByteArray *packed)
 {
     if (!m_isReady)
         return false;
-    const int how = until == Until::End        ? Z_FINISH
-                    : until == Until::Readable ? Z_SYNC_FLUSH
-                                               : Z_NO_FLUSH;
+    const int how = until == Until::End ? Z_FINISH : until == Until::Readable ? Z_SYNC_FLUSH : Z_NO_FLUSH;
     // zlib only reads what it is given.
     m_stream->next_in = reinterpret_cast<Bytef *>(const_cast<char *>(bytes.constData()));
     m_stream->avail_in = static_cast<uInt>(bytes.size());

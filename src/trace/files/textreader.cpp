@@ -14,8 +14,9 @@ TraceReader::Step TextReader::next(TraceFrame *frame)
         case LineReader::Step::Line:
             break;
         case LineReader::Step::TooLong:
-            return complain(m_lines.number(), TraceFilesTr::tr("The line has more than %1 characters.")
-                                                  .arg(LineReader::longest));
+            return complain(
+                m_lines.number(),
+                TraceFilesTr::tr("The line has more than %1 characters.").arg(LineReader::longest));
         case LineReader::Step::Failed:
             return complain(m_lines.number() + 1, m_lines.errorString());
         case LineReader::Step::End:

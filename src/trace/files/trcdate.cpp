@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr qint64 ofMillisecond = 1000; // us
+constexpr qint64 ofMillisecond = 1000;       // us
 constexpr qint64 places = 1'000'000'000'000; // a day in them: 12 places, 0.09 us
 constexpr qint64 secondsOfDay = 86'400;
 constexpr qint64 day = secondsOfDay * TimeOfDay::second;
@@ -52,8 +52,7 @@ QByteArray TrcDate::write(qint64 time)
     if (!TimeOfDay::isOne(time))
         return QByteArrayLiteral("0.000000000000");
     const QDateTime local = QDateTime::fromMSecsSinceEpoch(time / ofMillisecond);
-    const qint64 inDay
-        = qint64(local.time().msecsSinceStartOfDay()) * ofMillisecond + time % ofMillisecond;
+    const qint64 inDay = qint64(local.time().msecsSinceStartOfDay()) * ofMillisecond + time % ofMillisecond;
     const qint64 fraction = (inDay * placesPerSecond + secondsOfDay / 2) / secondsOfDay;
     return QByteArray::number(firstDay().daysTo(local.date())) + '.'
            + QByteArray::number(fraction).rightJustified(12, '0');

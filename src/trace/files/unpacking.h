@@ -56,7 +56,7 @@ private:
     qint64 m_filled = 0;
     qint64 m_used = 0;
     qint64 m_made = 0;
-    bool m_isComplete = false; // before anything of what follows was unpacked
+    bool m_isComplete = false;  // before anything of what follows was unpacked
     bool m_mayHoldMore = false; // there was no room for all that was made
     bool m_hasEnded = false;
 };
