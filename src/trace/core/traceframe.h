@@ -16,7 +16,7 @@ struct TraceFrame
 {
     static constexpr int mostBytes = 8;
     static constexpr quint32 highestStandardId = 0x7FF;
-    static constexpr quint32 highestExtendedId = 0x1FFF'FFFF;
+    static constexpr quint32 highestExtendedId = 0x1FFFFFFF;
 
     enum Flag : quint8 {
         Extended = 0x01, //!< 29 bits of identifier

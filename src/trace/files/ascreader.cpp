@@ -12,7 +12,7 @@ namespace {
 
 constexpr quint32 busError = 0x80; // what Linux calls an error of which no more is known
 
-constexpr qint64 farthest = 100'000'000'000 * TimeOfDay::second; // some thousand years; more is no time
+constexpr qint64 farthest = 100000000000 * TimeOfDay::second; // some thousand years; more is no time
 
 bool isNumber(TextLine word)
 {

@@ -16,7 +16,7 @@ void CandumpEncoder::write(const TraceFrame &frame, QByteArray *to)
     constexpr int secondDigits = 10;
     constexpr int standardDigits = 3;
     constexpr int extendedDigits = 8;
-    constexpr quint32 errorFlag = 0x2000'0000;
+    constexpr quint32 errorFlag = 0x20000000;
     to->append('(');
     addTime(frame.time, TimeOfDay::second, secondDigits, '0', to);
     to->append(") ").append(channelName(frame.channel)).append(' ');

@@ -29,9 +29,9 @@ constexpr quint16 protocolCanFd = 0x000D;
 constexpr quint16 protocolCanXl = 0x000E;
 constexpr quint16 outgoing = 4; // kind of packet
 
-constexpr quint32 extendedFlag = 0x8000'0000;
-constexpr quint32 remoteFlag = 0x4000'0000;
-constexpr quint32 errorFlag = 0x2000'0000;
+constexpr quint32 extendedFlag = 0x80000000;
+constexpr quint32 remoteFlag = 0x40000000;
+constexpr quint32 errorFlag = 0x20000000;
 
 quint8 flagsOf(quint32 id)
 {

@@ -28,8 +28,8 @@ void addFrame(const TraceFrame &frame, QByteArray *to)
 }
 
 constexpr quint32 packetSize = CapturedFrame::size;
-constexpr quint32 sectionType = 0x0A0D'0D0A;
-constexpr quint32 byteOrderMagic = 0x1A2B'3C4D;
+constexpr quint32 sectionType = 0x0A0D0D0A;
+constexpr quint32 byteOrderMagic = 0x1A2B3C4D;
 constexpr quint32 interfaceType = 1;
 constexpr quint32 packetType = 6;
 constexpr quint16 nameOption = 2;
@@ -42,7 +42,7 @@ constexpr quint32 outbound = 2;
 void PcapEncoder::begin(qint64 first, QByteArray *to)
 {
     Q_UNUSED(first)
-    constexpr quint32 microsecondMagic = 0xA1B2'C3D4;
+    constexpr quint32 microsecondMagic = 0xA1B2C3D4;
     constexpr quint32 snapshotLength = 262144;
     add(microsecondMagic, to);
     add(quint16(2), to); // version 2.4

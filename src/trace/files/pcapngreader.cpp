@@ -20,12 +20,12 @@ namespace {
  *   ..  length again                                          28  bytes, filled up to four; options
  */
 namespace BlockType {
-constexpr quint32 section = 0x0A0D'0D0A;
+constexpr quint32 section = 0x0A0D0D0A;
 constexpr quint32 interface = 1;
 constexpr quint32 packet = 6;
 } // namespace BlockType
 
-constexpr quint32 byteOrderMagic = 0x1A2B'3C4D;
+constexpr quint32 byteOrderMagic = 0x1A2B3C4D;
 constexpr size_t sectionBeginning = 12; // up to the magic number
 constexpr size_t blockHeadSize = 8;
 constexpr size_t blockEndSize = 4;
@@ -80,7 +80,7 @@ qint64 perSecondOf(quint8 resolution)
 /*! us, without more than 64 bits in between. */
 qint64 microseconds(quint64 time, qint64 perSecond)
 {
-    constexpr quint64 mostSeconds = 100'000'000'000; // some thousand years
+    constexpr quint64 mostSeconds = 100000000000; // some thousand years
     const auto count = static_cast<quint64>(perSecond);
     const quint64 seconds = time / count;
     if (seconds > mostSeconds)
@@ -245,7 +245,7 @@ TraceReader::Step PcapNgReader::readPacket(const uchar *body, size_t size, Trace
     const Step step = readFrame(interface, body + packetHeadSize, count, frame);
     if (step != Step::Frame)
         return step;
-    constexpr qint64 mostOffset = 100'000'000'000; // s
+    constexpr qint64 mostOffset = 100000000000; // s
     const bool isOffset = interface->offset > -mostOffset && interface->offset < mostOffset;
     frame->time
         = microseconds(time, interface->perSecond) + (isOffset ? interface->offset * TimeOfDay::second : 0);

@@ -23,9 +23,9 @@ constexpr size_t recordHeadSize = 16;
 constexpr size_t fractionPlace = 4;
 constexpr size_t sizePlace = 8;
 
-constexpr quint32 microsecondMagic = 0xA1B2'C3D4;
-constexpr quint32 nanosecondMagic = 0xA1B2'3C4D;
-constexpr quint32 linkTypeMask = 0x0FFF'FFFF; // above it stands what a frame ends with
+constexpr quint32 microsecondMagic = 0xA1B2C3D4;
+constexpr quint32 nanosecondMagic = 0xA1B23C4D;
+constexpr quint32 linkTypeMask = 0x0FFFFFFF; // above it stands what a frame ends with
 constexpr qint64 nanoseconds = 1000;          // of a us
 
 } // namespace

@@ -12,7 +12,7 @@ namespace {
 
 constexpr qint64 ofMillisecond = 1000;       // us
 constexpr qint64 places = 1'000'000'000'000; // a day in them: 12 places, 0.09 us
-constexpr qint64 secondsOfDay = 86'400;
+constexpr qint64 secondsOfDay = 86400;
 constexpr qint64 day = secondsOfDay * TimeOfDay::second;
 constexpr qint64 placesPerSecond = 1'000'000; // times secondsOfDay
 
