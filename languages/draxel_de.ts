@@ -4111,6 +4111,151 @@ Jetzt: %2</translation>
     </message>
 </context>
 <context>
+    <name>TraceFile</name>
+    <message>
+        <source>This date is not understood, so times begin with the trace: &quot;%1&quot;.</source>
+        <translation>Dieses Datum wird nicht verstanden, daher beginnen die Zeiten mit der Aufzeichnung: „%1“.</translation>
+    </message>
+    <message>
+        <source>A CAN FD frame; only classic frames are read.</source>
+        <translation>Ein CAN-FD-Frame; nur klassische Frames werden gelesen.</translation>
+    </message>
+    <message>
+        <source>The packet is no frame of a CAN bus.</source>
+        <translation>Das Paket ist kein Frame eines CAN-Busses.</translation>
+    </message>
+    <message>
+        <source>The file is cut: its end is missing.</source>
+        <translation>Die Datei ist abgeschnitten: Ihr Ende fehlt.</translation>
+    </message>
+    <message>
+        <source>A length of %1 bytes cannot be: the rest is not read.</source>
+        <translation>Eine Länge von %1 Byte kann nicht sein: Der Rest wird nicht gelesen.</translation>
+    </message>
+    <message>
+        <source>There are more than %1 channels.</source>
+        <translation>Es sind mehr als %1 Kanäle.</translation>
+    </message>
+    <message>
+        <source>The packets are not of a CAN bus (link type %1).</source>
+        <translation>Die Pakete sind nicht von einem CAN-Bus (Verbindungstyp %1).</translation>
+    </message>
+    <message>
+        <source>The packets of interface %1 are not of a CAN bus (link type %2).</source>
+        <translation>Die Pakete der Schnittstelle %1 sind nicht von einem CAN-Bus (Verbindungstyp %2).</translation>
+    </message>
+    <message>
+        <source>it is a folder</source>
+        <translation>es ist ein Ordner</translation>
+    </message>
+    <message>
+        <source>%1 cannot be opened: %2.</source>
+        <translation>%1 kann nicht geöffnet werden: %2.</translation>
+    </message>
+    <message>
+        <source>Reading failed: %1.</source>
+        <translation>Lesen fehlgeschlagen: %1.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2.</source>
+        <translation>%1 kann nicht geschrieben werden: %2.</translation>
+    </message>
+    <message>
+        <source>Compressing failed.</source>
+        <translation>Komprimieren fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>A section begins without its magic number: the rest is not read.</source>
+        <translation>Ein Abschnitt beginnt ohne seine Kennzahl: Der Rest wird nicht gelesen.</translation>
+    </message>
+    <message>
+        <source>An interface is not described as one can be: the rest is not read.</source>
+        <translation>Eine Schnittstelle ist nicht so beschrieben, wie es sein kann: Der Rest wird nicht gelesen.</translation>
+    </message>
+    <message>
+        <source>A packet is not described as one can be.</source>
+        <translation>Ein Paket ist nicht so beschrieben, wie es sein kann.</translation>
+    </message>
+    <message>
+        <source>The times of its interface cannot be read.</source>
+        <translation>Die Zeiten seiner Schnittstelle können nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The line has more than %1 characters.</source>
+        <translation>Die Zeile hat mehr als %1 Zeichen.</translation>
+    </message>
+    <message>
+        <source>This is no frame: &quot;%1&quot;.</source>
+        <translation>Dies ist kein Frame: „%1“.</translation>
+    </message>
+    <message>
+        <source>The identifier is larger than one can be.</source>
+        <translation>Der Identifier ist größer, als einer sein kann.</translation>
+    </message>
+    <message>
+        <source>The input</source>
+        <translation>Die Eingabe</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read. %2</source>
+        <translation>%1 kann nicht gelesen werden. %2</translation>
+    </message>
+    <message>
+        <source>%1 is no trace that is known: a log of candump, asc, trc, pcap or pcapng, also compressed with gzip or zstd.</source>
+        <translation>%1 ist keine bekannte Aufzeichnung: ein Protokoll von candump, asc, trc, pcap oder pcapng, auch mit gzip oder zstd komprimiert.</translation>
+    </message>
+    <message>
+        <source>The name %1 tells no format: it must end with .log, .asc, .trc, .pcap or .pcapng; .gz or .zst may follow.</source>
+        <translation>Der Name %1 sagt kein Format: Er muss auf .log, .asc, .trc, .pcap oder .pcapng enden; .gz oder .zst darf folgen.</translation>
+    </message>
+    <message>
+        <source>the names of channels</source>
+        <translation>die Namen der Kanäle</translation>
+    </message>
+    <message>
+        <source>which channel a frame is of</source>
+        <translation>von welchem Kanal ein Frame ist</translation>
+    </message>
+    <message>
+        <source>what error frames say</source>
+        <translation>was Fehlerframes sagen</translation>
+    </message>
+    <message>
+        <source>who sent a frame</source>
+        <translation>wer ein Frame gesendet hat</translation>
+    </message>
+    <message>
+        <source>times finer than 100 us</source>
+        <translation>Zeiten genauer als 100 µs</translation>
+    </message>
+    <message>
+        <source>It unpacks to more than %1 times its size, which no trace does: the rest is not read.</source>
+        <translation>Sie wird beim Entpacken mehr als %1-mal so groß, was keine Aufzeichnung tut: Der Rest wird nicht gelesen.</translation>
+    </message>
+    <message>
+        <source>The compressed data are cut: their end is missing.</source>
+        <translation>Die komprimierten Daten sind abgeschnitten: Ihr Ende fehlt.</translation>
+    </message>
+    <message>
+        <source>The compressed data are broken: the rest is not read.</source>
+        <translation>Die komprimierten Daten sind beschädigt: Der Rest wird nicht gelesen.</translation>
+    </message>
+</context>
+<context>
+    <name>TraceFolder</name>
+    <message>
+        <source>The folder %1 cannot be made.</source>
+        <translation>Der Ordner %1 kann nicht angelegt werden.</translation>
+    </message>
+</context>
+<context>
+    <name>TraceRecording</name>
+    <message>
+        <source>Less than %1 MB are left on the disk of %2: recording has ended.</source>
+        <translation>Auf dem Datenträger von %2 sind weniger als %1 MB frei: Die Aufnahme ist beendet.</translation>
+    </message>
+</context>
+<context>
     <name>TrendValues</name>
     <message>
         <source>Battery: state of health (%)</source>

@@ -4111,6 +4111,151 @@ Maintenant&#xa0;: %2</translation>
     </message>
 </context>
 <context>
+    <name>TraceFile</name>
+    <message>
+        <source>This date is not understood, so times begin with the trace: &quot;%1&quot;.</source>
+        <translation>Cette date n’est pas comprise, les temps commencent donc avec la trace&#xa0;: «&#xa0;%1&#xa0;».</translation>
+    </message>
+    <message>
+        <source>A CAN FD frame; only classic frames are read.</source>
+        <translation>Une trame CAN FD&#xa0;; seules les trames classiques sont lues.</translation>
+    </message>
+    <message>
+        <source>The packet is no frame of a CAN bus.</source>
+        <translation>Le paquet n’est pas une trame d’un bus CAN.</translation>
+    </message>
+    <message>
+        <source>The file is cut: its end is missing.</source>
+        <translation>Le fichier est tronqué&#xa0;: la fin manque.</translation>
+    </message>
+    <message>
+        <source>A length of %1 bytes cannot be: the rest is not read.</source>
+        <translation>Une longueur de %1 octets est impossible&#xa0;: le reste n’est pas lu.</translation>
+    </message>
+    <message>
+        <source>There are more than %1 channels.</source>
+        <translation>Il y a plus de %1 canaux.</translation>
+    </message>
+    <message>
+        <source>The packets are not of a CAN bus (link type %1).</source>
+        <translation>Les paquets ne viennent pas d’un bus CAN (type de liaison %1).</translation>
+    </message>
+    <message>
+        <source>The packets of interface %1 are not of a CAN bus (link type %2).</source>
+        <translation>Les paquets de l’interface %1 ne viennent pas d’un bus CAN (type de liaison %2).</translation>
+    </message>
+    <message>
+        <source>it is a folder</source>
+        <translation>c’est un dossier</translation>
+    </message>
+    <message>
+        <source>%1 cannot be opened: %2.</source>
+        <translation>Impossible d’ouvrir %1&#xa0;: %2.</translation>
+    </message>
+    <message>
+        <source>Reading failed: %1.</source>
+        <translation>La lecture a échoué&#xa0;: %1.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2.</source>
+        <translation>Impossible d’écrire %1&#xa0;: %2.</translation>
+    </message>
+    <message>
+        <source>Compressing failed.</source>
+        <translation>La compression a échoué.</translation>
+    </message>
+    <message>
+        <source>A section begins without its magic number: the rest is not read.</source>
+        <translation>Une section commence sans son nombre magique&#xa0;: le reste n’est pas lu.</translation>
+    </message>
+    <message>
+        <source>An interface is not described as one can be: the rest is not read.</source>
+        <translation>La description d’une interface n’est pas valable&#xa0;: le reste n’est pas lu.</translation>
+    </message>
+    <message>
+        <source>A packet is not described as one can be.</source>
+        <translation>La description d’un paquet n’est pas valable.</translation>
+    </message>
+    <message>
+        <source>The times of its interface cannot be read.</source>
+        <translation>Les temps de son interface ne peuvent pas être lus.</translation>
+    </message>
+    <message>
+        <source>The line has more than %1 characters.</source>
+        <translation>La ligne a plus de %1 caractères.</translation>
+    </message>
+    <message>
+        <source>This is no frame: &quot;%1&quot;.</source>
+        <translation>Ce n’est pas une trame&#xa0;: «&#xa0;%1&#xa0;».</translation>
+    </message>
+    <message>
+        <source>The identifier is larger than one can be.</source>
+        <translation>L’identifiant est plus grand que possible.</translation>
+    </message>
+    <message>
+        <source>The input</source>
+        <translation>L’entrée</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read. %2</source>
+        <translation>Impossible de lire %1. %2</translation>
+    </message>
+    <message>
+        <source>%1 is no trace that is known: a log of candump, asc, trc, pcap or pcapng, also compressed with gzip or zstd.</source>
+        <translation>%1 n’est pas une trace connue&#xa0;: un journal de candump, asc, trc, pcap ou pcapng, compressé ou non avec gzip ou zstd.</translation>
+    </message>
+    <message>
+        <source>The name %1 tells no format: it must end with .log, .asc, .trc, .pcap or .pcapng; .gz or .zst may follow.</source>
+        <translation>Le nom %1 n’indique aucun format&#xa0;: il doit finir par .log, .asc, .trc, .pcap ou .pcapng&#xa0;; .gz ou .zst peut suivre.</translation>
+    </message>
+    <message>
+        <source>the names of channels</source>
+        <translation>les noms des canaux</translation>
+    </message>
+    <message>
+        <source>which channel a frame is of</source>
+        <translation>de quel canal est une trame</translation>
+    </message>
+    <message>
+        <source>what error frames say</source>
+        <translation>ce que disent les trames d’erreur</translation>
+    </message>
+    <message>
+        <source>who sent a frame</source>
+        <translation>qui a envoyé une trame</translation>
+    </message>
+    <message>
+        <source>times finer than 100 us</source>
+        <translation>des temps plus fins que 100 µs</translation>
+    </message>
+    <message>
+        <source>It unpacks to more than %1 times its size, which no trace does: the rest is not read.</source>
+        <translation>Son contenu décompressé dépasse %1 fois sa taille, ce qu’aucune trace ne fait&#xa0;: le reste n’est pas lu.</translation>
+    </message>
+    <message>
+        <source>The compressed data are cut: their end is missing.</source>
+        <translation>Les données compressées sont tronquées&#xa0;: la fin manque.</translation>
+    </message>
+    <message>
+        <source>The compressed data are broken: the rest is not read.</source>
+        <translation>Les données compressées sont endommagées&#xa0;: le reste n’est pas lu.</translation>
+    </message>
+</context>
+<context>
+    <name>TraceFolder</name>
+    <message>
+        <source>The folder %1 cannot be made.</source>
+        <translation>Impossible de créer le dossier %1.</translation>
+    </message>
+</context>
+<context>
+    <name>TraceRecording</name>
+    <message>
+        <source>Less than %1 MB are left on the disk of %2: recording has ended.</source>
+        <translation>Il reste moins de %1 Mo sur le disque de %2&#xa0;: l’enregistrement est terminé.</translation>
+    </message>
+</context>
+<context>
     <name>TrendValues</name>
     <message>
         <source>Battery: state of health (%)</source>

@@ -4111,6 +4111,151 @@ Nu: %2</translation>
     </message>
 </context>
 <context>
+    <name>TraceFile</name>
+    <message>
+        <source>This date is not understood, so times begin with the trace: &quot;%1&quot;.</source>
+        <translation>Deze datum wordt niet begrepen, dus tijden beginnen met de trace: ‘%1’.</translation>
+    </message>
+    <message>
+        <source>A CAN FD frame; only classic frames are read.</source>
+        <translation>Een CAN FD-frame; alleen klassieke frames worden gelezen.</translation>
+    </message>
+    <message>
+        <source>The packet is no frame of a CAN bus.</source>
+        <translation>Het pakket is geen frame van een CAN-bus.</translation>
+    </message>
+    <message>
+        <source>The file is cut: its end is missing.</source>
+        <translation>Het bestand is afgekapt: het einde ontbreekt.</translation>
+    </message>
+    <message>
+        <source>A length of %1 bytes cannot be: the rest is not read.</source>
+        <translation>Een lengte van %1 bytes is onmogelijk: de rest wordt niet gelezen.</translation>
+    </message>
+    <message>
+        <source>There are more than %1 channels.</source>
+        <translation>Er zijn meer dan %1 kanalen.</translation>
+    </message>
+    <message>
+        <source>The packets are not of a CAN bus (link type %1).</source>
+        <translation>De pakketten zijn niet van een CAN-bus (verbindingstype %1).</translation>
+    </message>
+    <message>
+        <source>The packets of interface %1 are not of a CAN bus (link type %2).</source>
+        <translation>De pakketten van interface %1 zijn niet van een CAN-bus (verbindingstype %2).</translation>
+    </message>
+    <message>
+        <source>it is a folder</source>
+        <translation>het is een map</translation>
+    </message>
+    <message>
+        <source>%1 cannot be opened: %2.</source>
+        <translation>%1 kan niet worden geopend: %2.</translation>
+    </message>
+    <message>
+        <source>Reading failed: %1.</source>
+        <translation>Lezen is mislukt: %1.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2.</source>
+        <translation>%1 kan niet worden geschreven: %2.</translation>
+    </message>
+    <message>
+        <source>Compressing failed.</source>
+        <translation>Comprimeren is mislukt.</translation>
+    </message>
+    <message>
+        <source>A section begins without its magic number: the rest is not read.</source>
+        <translation>Een sectie begint zonder haar kengetal: de rest wordt niet gelezen.</translation>
+    </message>
+    <message>
+        <source>An interface is not described as one can be: the rest is not read.</source>
+        <translation>Een interface is niet geldig beschreven: de rest wordt niet gelezen.</translation>
+    </message>
+    <message>
+        <source>A packet is not described as one can be.</source>
+        <translation>Een pakket is niet geldig beschreven.</translation>
+    </message>
+    <message>
+        <source>The times of its interface cannot be read.</source>
+        <translation>De tijden van zijn interface kunnen niet worden gelezen.</translation>
+    </message>
+    <message>
+        <source>The line has more than %1 characters.</source>
+        <translation>De regel heeft meer dan %1 tekens.</translation>
+    </message>
+    <message>
+        <source>This is no frame: &quot;%1&quot;.</source>
+        <translation>Dit is geen frame: ‘%1’.</translation>
+    </message>
+    <message>
+        <source>The identifier is larger than one can be.</source>
+        <translation>De identifier is groter dan mogelijk.</translation>
+    </message>
+    <message>
+        <source>The input</source>
+        <translation>De invoer</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read. %2</source>
+        <translation>%1 kan niet worden gelezen. %2</translation>
+    </message>
+    <message>
+        <source>%1 is no trace that is known: a log of candump, asc, trc, pcap or pcapng, also compressed with gzip or zstd.</source>
+        <translation>%1 is geen bekende trace: een logboek van candump, asc, trc, pcap of pcapng, ook gecomprimeerd met gzip of zstd.</translation>
+    </message>
+    <message>
+        <source>The name %1 tells no format: it must end with .log, .asc, .trc, .pcap or .pcapng; .gz or .zst may follow.</source>
+        <translation>De naam %1 geeft geen formaat aan: hij moet eindigen op .log, .asc, .trc, .pcap of .pcapng; .gz of .zst mag volgen.</translation>
+    </message>
+    <message>
+        <source>the names of channels</source>
+        <translation>de namen van kanalen</translation>
+    </message>
+    <message>
+        <source>which channel a frame is of</source>
+        <translation>van welk kanaal een frame is</translation>
+    </message>
+    <message>
+        <source>what error frames say</source>
+        <translation>wat foutframes zeggen</translation>
+    </message>
+    <message>
+        <source>who sent a frame</source>
+        <translation>wie een frame heeft verzonden</translation>
+    </message>
+    <message>
+        <source>times finer than 100 us</source>
+        <translation>tijden fijner dan 100 µs</translation>
+    </message>
+    <message>
+        <source>It unpacks to more than %1 times its size, which no trace does: the rest is not read.</source>
+        <translation>Uitgepakt is het meer dan %1 keer zo groot, wat bij geen enkele trace voorkomt: de rest wordt niet gelezen.</translation>
+    </message>
+    <message>
+        <source>The compressed data are cut: their end is missing.</source>
+        <translation>De gecomprimeerde gegevens zijn afgekapt: het einde ontbreekt.</translation>
+    </message>
+    <message>
+        <source>The compressed data are broken: the rest is not read.</source>
+        <translation>De gecomprimeerde gegevens zijn beschadigd: de rest wordt niet gelezen.</translation>
+    </message>
+</context>
+<context>
+    <name>TraceFolder</name>
+    <message>
+        <source>The folder %1 cannot be made.</source>
+        <translation>De map %1 kan niet worden gemaakt.</translation>
+    </message>
+</context>
+<context>
+    <name>TraceRecording</name>
+    <message>
+        <source>Less than %1 MB are left on the disk of %2: recording has ended.</source>
+        <translation>Op de schijf van %2 is minder dan %1 MB vrij: de opname is beëindigd.</translation>
+    </message>
+</context>
+<context>
     <name>TrendValues</name>
     <message>
         <source>Battery: state of health (%)</source>

@@ -4092,6 +4092,151 @@ Now: %2</source>
     </message>
 </context>
 <context>
+    <name>TraceFile</name>
+    <message>
+        <source>This date is not understood, so times begin with the trace: &quot;%1&quot;.</source>
+        <translation>无法识别此日期，因此时间从报文记录开始计算：“%1”。</translation>
+    </message>
+    <message>
+        <source>A CAN FD frame; only classic frames are read.</source>
+        <translation>CAN FD 帧；只读取经典帧。</translation>
+    </message>
+    <message>
+        <source>The packet is no frame of a CAN bus.</source>
+        <translation>该数据包不是 CAN 总线的帧。</translation>
+    </message>
+    <message>
+        <source>The file is cut: its end is missing.</source>
+        <translation>文件被截断：缺少结尾。</translation>
+    </message>
+    <message>
+        <source>A length of %1 bytes cannot be: the rest is not read.</source>
+        <translation>长度不可能为 %1 字节：其余部分不读取。</translation>
+    </message>
+    <message>
+        <source>There are more than %1 channels.</source>
+        <translation>通道超过 %1 个。</translation>
+    </message>
+    <message>
+        <source>The packets are not of a CAN bus (link type %1).</source>
+        <translation>这些数据包不属于 CAN 总线（链路类型 %1）。</translation>
+    </message>
+    <message>
+        <source>The packets of interface %1 are not of a CAN bus (link type %2).</source>
+        <translation>接口 %1 的数据包不属于 CAN 总线（链路类型 %2）。</translation>
+    </message>
+    <message>
+        <source>it is a folder</source>
+        <translation>它是文件夹</translation>
+    </message>
+    <message>
+        <source>%1 cannot be opened: %2.</source>
+        <translation>无法打开 %1：%2。</translation>
+    </message>
+    <message>
+        <source>Reading failed: %1.</source>
+        <translation>读取失败：%1。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2.</source>
+        <translation>无法写入 %1：%2。</translation>
+    </message>
+    <message>
+        <source>Compressing failed.</source>
+        <translation>压缩失败。</translation>
+    </message>
+    <message>
+        <source>A section begins without its magic number: the rest is not read.</source>
+        <translation>某一节开头没有标识数：其余部分不读取。</translation>
+    </message>
+    <message>
+        <source>An interface is not described as one can be: the rest is not read.</source>
+        <translation>某个接口的描述无效：其余部分不读取。</translation>
+    </message>
+    <message>
+        <source>A packet is not described as one can be.</source>
+        <translation>某个数据包的描述无效。</translation>
+    </message>
+    <message>
+        <source>The times of its interface cannot be read.</source>
+        <translation>无法读取其接口的时间。</translation>
+    </message>
+    <message>
+        <source>The line has more than %1 characters.</source>
+        <translation>该行超过 %1 个字符。</translation>
+    </message>
+    <message>
+        <source>This is no frame: &quot;%1&quot;.</source>
+        <translation>这不是帧：“%1”。</translation>
+    </message>
+    <message>
+        <source>The identifier is larger than one can be.</source>
+        <translation>标识符超出可能的范围。</translation>
+    </message>
+    <message>
+        <source>The input</source>
+        <translation>输入</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read. %2</source>
+        <translation>无法读取 %1。%2</translation>
+    </message>
+    <message>
+        <source>%1 is no trace that is known: a log of candump, asc, trc, pcap or pcapng, also compressed with gzip or zstd.</source>
+        <translation>%1 不是已知的报文记录：candump 日志、asc、trc、pcap 或 pcapng，也可用 gzip 或 zstd 压缩。</translation>
+    </message>
+    <message>
+        <source>The name %1 tells no format: it must end with .log, .asc, .trc, .pcap or .pcapng; .gz or .zst may follow.</source>
+        <translation>名称 %1 未表明格式：它必须以 .log、.asc、.trc、.pcap 或 .pcapng 结尾；其后可加 .gz 或 .zst。</translation>
+    </message>
+    <message>
+        <source>the names of channels</source>
+        <translation>通道名称</translation>
+    </message>
+    <message>
+        <source>which channel a frame is of</source>
+        <translation>帧属于哪个通道</translation>
+    </message>
+    <message>
+        <source>what error frames say</source>
+        <translation>错误帧的内容</translation>
+    </message>
+    <message>
+        <source>who sent a frame</source>
+        <translation>帧由谁发送</translation>
+    </message>
+    <message>
+        <source>times finer than 100 us</source>
+        <translation>精度高于 100 µs 的时间</translation>
+    </message>
+    <message>
+        <source>It unpacks to more than %1 times its size, which no trace does: the rest is not read.</source>
+        <translation>解压后超过其大小的 %1 倍，任何报文记录都不会如此：其余部分不读取。</translation>
+    </message>
+    <message>
+        <source>The compressed data are cut: their end is missing.</source>
+        <translation>压缩数据被截断：缺少结尾。</translation>
+    </message>
+    <message>
+        <source>The compressed data are broken: the rest is not read.</source>
+        <translation>压缩数据已损坏：其余部分不读取。</translation>
+    </message>
+</context>
+<context>
+    <name>TraceFolder</name>
+    <message>
+        <source>The folder %1 cannot be made.</source>
+        <translation>无法创建文件夹 %1。</translation>
+    </message>
+</context>
+<context>
+    <name>TraceRecording</name>
+    <message>
+        <source>Less than %1 MB are left on the disk of %2: recording has ended.</source>
+        <translation>%2 所在磁盘剩余空间少于 %1 MB：录制已结束。</translation>
+    </message>
+</context>
+<context>
     <name>TrendValues</name>
     <message>
         <source>Battery: state of health (%)</source>
