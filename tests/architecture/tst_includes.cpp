@@ -60,6 +60,7 @@ const QList<Rule> &rules()
         {"trace/recording",
          {QStringLiteral("live/core"), QStringLiteral("trace/core"), QStringLiteral("trace/files")}},
         {"trace/statistics", {QStringLiteral("canopen"), QStringLiteral("trace/core")}},
+        {"trace/transfers", {QStringLiteral("canopen"), QStringLiteral("trace/core")}},
         {"host/core",
          {QStringLiteral("system"), QStringLiteral("interface"), QStringLiteral("store"),
           QStringLiteral("bus"), QStringLiteral("canopen"), QStringLiteral("snapshot"),
