@@ -51,16 +51,6 @@ const Function &functionOf(quint32 id)
     return functions[id >> functionShift & 0xF];
 }
 
-FrameKind kindOf(quint32 id)
-{
-    const FrameKind kind = functionOf(id).kind;
-    if ((id & nodeMask) != 0)
-        return functionOf(id).isOfNode ? kind : FrameKind::Other;
-    if (id == CanOpen::syncCobId)
-        return FrameKind::Sync;
-    return id == CanOpen::nmtCommandCobId || id == timeCobId ? kind : FrameKind::Other;
-}
-
 int bitsOf(const LiveFrame &frame, const QCanBusFrame &original)
 {
     if (frame.payload.size() > classicBytes) // of another format, whose bits have two lengths
@@ -81,6 +71,22 @@ const char *frameKindName(FrameKind kind)
     return kindNames[static_cast<int>(kind)];
 }
 
+FrameKind frameKindOf(quint32 id)
+{
+    const FrameKind kind = functionOf(id).kind;
+    if ((id & nodeMask) != 0)
+        return functionOf(id).isOfNode ? kind : FrameKind::Other;
+    if (id == CanOpen::syncCobId)
+        return FrameKind::Sync;
+    return id == CanOpen::nmtCommandCobId || id == timeCobId ? kind : FrameKind::Other;
+}
+
+quint8 frameNodeOf(quint32 id)
+{
+    const bool isOfNode = functionOf(id).isOfNode && id != CanOpen::syncCobId;
+    return isOfNode ? static_cast<quint8>(id & nodeMask) : quint8(0);
+}
+
 LiveFrame LiveFrame::of(const QCanBusFrame &frame, qint64 time, FrameSource source)
 {
     LiveFrame live;
@@ -99,9 +105,8 @@ LiveFrame LiveFrame::of(const QCanBusFrame &frame, qint64 time, FrameSource sour
     live.bits = bitsOf(live, frame);
     if (live.isExtended)
         return live;
-    live.kind = kindOf(live.id);
-    if (functionOf(live.id).isOfNode && live.kind != FrameKind::Sync)
-        live.nodeId = static_cast<quint8>(live.id & nodeMask);
+    live.kind = frameKindOf(live.id);
+    live.nodeId = frameNodeOf(live.id);
     return live;
 }
 

@@ -14,6 +14,11 @@ constexpr int frameKinds = 9;
 /*! Its name for programs: "emergency". */
 const char *frameKindName(FrameKind kind);
 
+/*! Of a data or remote frame with 11 bits of identifier. */
+FrameKind frameKindOf(quint32 id);
+/*! Likewise the node that the identifier names; 0: no single node. */
+quint8 frameNodeOf(quint32 id);
+
 /*! Who put a frame on the bus. */
 enum class FrameSource : quint8 { Others, Ourselves };
 

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#include "tracebook.h"
+
+#include <live/values/pdosource.h>
+
+void TraceBook::tell(quint8 nodeId, const CanOpen::ObjectDictionary &sheet)
+{
+    m_objects.tell(nodeId, sheet);
+    m_pdos.tell(nodeId, PdoSource::of(nodeId, sheet).lookup);
+}
+
+void TraceBook::tell(const Snapshot &snapshot)
+{
+    for (const SnapshotNode &node : snapshot.nodes) {
+        m_objects.tell(node);
+        m_pdos.tell(node.id, PdoSource::of(node).lookup);
+    }
+}
