@@ -10,5 +10,6 @@ ExitStatus runTraceCommand(const QStringList &arguments);
 
 // Its own commands, a file each; \a arguments: program and command first.
 ExitStatus runTraceRecord(const QStringList &arguments);
+ExitStatus runTraceShow(const QStringList &arguments);
 ExitStatus runTraceConvert(const QStringList &arguments);
 ExitStatus runTraceStatistics(const QStringList &arguments);
