@@ -3,6 +3,7 @@
 
 #include <cli/core/terminal.h>
 #include <cli/core/textcolumns.h>
+#include <trace/statistics/trafficgroups.h>
 
 #include <QDateTime>
 #include <QJsonArray>
@@ -109,14 +110,39 @@ QVector<QStringList> TraceStatisticsListing::identifierRows() const
     return rows;
 }
 
+QVector<QStringList> TraceStatisticsListing::kindRows() const
+{
+    QVector<QStringList> rows{{tr("Kind"), tr("Frames"), tr("Per second")}};
+    for (const TrafficGroups::Kind &row : TrafficGroups::byKind(m_statistics)) {
+        rows.append({QLatin1String(frameKindName(row.kind)), QString::number(row.count.frames),
+                     QString::number(perSecond(row.count.frames, m_statistics.all().duration()), 'f', 2)});
+    }
+    return rows;
+}
+
+QVector<QStringList> TraceStatisticsListing::nodeRows() const
+{
+    QVector<QStringList> rows{{tr("Node"), tr("Channel"), tr("Frames"), tr("Load")}};
+    for (const TrafficGroups::Node &row : TrafficGroups::byNode(m_statistics)) {
+        const double duration = row.channel < m_statistics.channels().size()
+                                    ? m_statistics.channels().at(row.channel).all.duration()
+                                    : 0;
+        rows.append({QString::number(row.nodeId), channelName(row.channel), QString::number(row.count.frames),
+                     load(perSecond(row.count.bits, duration))});
+    }
+    return rows;
+}
+
 QString TraceStatisticsListing::text() const
 {
     QStringList lines = alignedLines(summary(), 0);
     if (m_statistics.all().frames > 0) {
         lines += QString();
         lines += alignedLines(channelRows(), 0);
-        lines += QString();
-        lines += alignedLines(identifierRows(), 0);
+        for (const QVector<QStringList> &rows : {kindRows(), nodeRows(), identifierRows()}) {
+            lines += QString();
+            lines += alignedLines(rows, 0);
+        }
     }
     return lines.join(QLatin1Char('\n'));
 }
@@ -137,17 +163,27 @@ QJsonObject TraceStatisticsListing::channelJson(int channel) const
     return json;
 }
 
-QJsonArray TraceStatisticsListing::identifiersJson() const
+QJsonArray TraceStatisticsListing::kindsJson() const
 {
-    QJsonArray identifiers;
-    for (const IdentifierCount &row : m_statistics.identifiers()) {
-        QJsonObject entry = countJson(row.count);
-        entry.insert(QStringLiteral("id"), double(row.id));
-        entry.insert(QStringLiteral("isExtended"), row.isExtended);
-        entry.insert(QStringLiteral("channel"), row.channel);
-        identifiers.append(entry);
+    QJsonArray kinds;
+    for (const TrafficGroups::Kind &row : TrafficGroups::byKind(m_statistics)) {
+        kinds.append(QJsonObject{{QStringLiteral("kind"), QLatin1String(frameKindName(row.kind))},
+                                 {QStringLiteral("frames"), double(row.count.frames)},
+                                 {QStringLiteral("bits"), double(row.count.bits)}});
     }
-    return identifiers;
+    return kinds;
+}
+
+QJsonArray TraceStatisticsListing::nodesJson() const
+{
+    QJsonArray nodes;
+    for (const TrafficGroups::Node &row : TrafficGroups::byNode(m_statistics)) {
+        QJsonObject entry = countJson(row.count);
+        entry.insert(QStringLiteral("node"), row.nodeId);
+        entry.insert(QStringLiteral("channel"), row.channel);
+        nodes.append(entry);
+    }
+    return nodes;
 }
 
 QJsonObject TraceStatisticsListing::json() const
@@ -156,11 +192,21 @@ QJsonObject TraceStatisticsListing::json() const
     QJsonArray channels;
     for (int i = 0; i < m_statistics.channels().size(); ++i)
         channels.append(channelJson(i));
+    QJsonArray identifiers;
+    for (const IdentifierCount &row : m_statistics.identifiers()) {
+        QJsonObject entry = countJson(row.count);
+        entry.insert(QStringLiteral("id"), double(row.id));
+        entry.insert(QStringLiteral("isExtended"), row.isExtended);
+        entry.insert(QStringLiteral("channel"), row.channel);
+        identifiers.append(entry);
+    }
+    json.insert(QStringLiteral("kinds"), kindsJson());
+    json.insert(QStringLiteral("nodes"), nodesJson());
     json.insert(QStringLiteral("hasTimeOfDay"), m_head.hasTimeOfDay);
     json.insert(QStringLiteral("duration"), m_statistics.all().duration());
     json.insert(QStringLiteral("backwardTimes"), double(m_statistics.backwardTimes()));
     json.insert(QStringLiteral("unread"), double(m_unread));
     json.insert(QStringLiteral("channels"), channels);
-    json.insert(QStringLiteral("identifiers"), identifiersJson());
+    json.insert(QStringLiteral("identifiers"), identifiers);
     return json;
 }

@@ -34,8 +34,11 @@ private:
     QVector<QStringList> summary() const;
     QVector<QStringList> channelRows() const;
     QVector<QStringList> identifierRows() const;
+    QVector<QStringList> kindRows() const;
+    QVector<QStringList> nodeRows() const;
+    QJsonArray kindsJson() const;
+    QJsonArray nodesJson() const;
     QJsonObject channelJson(int channel) const;
-    QJsonArray identifiersJson() const;
     QString channelName(int channel) const;
     QString time(qint64 time) const;
     /*! "31.2 %" when the bit rate is known, else "78.0 kbit/s". */
