@@ -115,6 +115,7 @@ private slots:
     void copyOfASegment();
     void repeatedSegmentRequest();
     void lostSegment();
+    void copyOfABlockSegment();
     void lostBlockSegment();
     void wrongSize();
     void wrongChecksum();
@@ -491,6 +492,23 @@ void tst_SdoTransfers::lostSegment()
     QCOMPARE(transfer.outcome, Outcome::Broken);
     QVERIFY(transfer.has(SdoTransfer::LostSegment));
     QVERIFY(!transfer.hasValue());
+}
+
+void tst_SdoTransfers::copyOfABlockSegment()
+{
+    Feed feed;
+    feed.add(request, "a00020007f000000");
+    feed.add(answer, "c20020000e000000");
+    feed.add(request, "a300000000000000");
+    feed.add(answer, "0101020304050607");
+    feed.add(answer, "0101020304050607");
+    feed.add(answer, "8208090a0b0c0d0e");
+    feed.add(request, "a2027f0000000000");
+    feed.add(answer, "c100000000000000");
+    feed.add(request, "a100000000000000");
+    const SdoTransfer transfer = feed.only();
+    QCOMPARE(transfer.outcome, Outcome::Done);
+    QCOMPARE(transfer.data.toHex(), QByteArray("0102030405060708090a0b0c0d0e"));
 }
 
 void tst_SdoTransfers::lostBlockSegment()
