@@ -258,18 +258,18 @@ QString FrameWords::ofEmergency(const TraceFrame &frame)
     const std::optional<CanOpen::Emergency> emergency = CanOpen::parseEmergency(frame.toCanBusFrame());
     if (!emergency)
         return malformed(tr("emergency"), frame);
-    QString text = tr("emergency %1h: %2")
-                       .arg(CanOpen::hexadecimal(emergency->errorCode, 4),
-                            CanOpen::emergencyText(emergency->errorCode));
+    QStringList words{tr("emergency %1h: %2")
+                          .arg(CanOpen::hexadecimal(emergency->errorCode, 4),
+                               CanOpen::emergencyText(emergency->errorCode))};
     const QString bits = CanOpen::errorRegisterText(emergency->errorRegister);
     const QString number = CanOpen::hexadecimal(emergency->errorRegister, 2);
-    text += bits.isEmpty() ? tr(", error register %1h").arg(number)
-                           : tr(", error register %1h (%2)").arg(number, bits);
+    words += bits.isEmpty() ? tr("error register %1h").arg(number)
+                            : tr("error register %1h (%2)").arg(number, bits);
     const QByteArray own(reinterpret_cast<const char *>(emergency->manufacturer.data()),
                          static_cast<int>(emergency->manufacturer.size()));
     if (own.count('\0') < own.size())
-        text += tr(", the device's own bytes %1").arg(QString::fromLatin1(own.toHex(' ').toUpper()));
-    return text;
+        words += tr("the device's own bytes %1").arg(QString::fromLatin1(own.toHex(' ').toUpper()));
+    return words.join(QLatin1String(", "));
 }
 
 QString FrameWords::ofPdo(const TraceFrame &frame)

@@ -45,7 +45,7 @@ private:
         }
         friend uint qHash(const Piece &piece, uint seed)
         {
-            constexpr quint64 odd = 0x9E37'79B9'7F4A'7C15; // spreads what is near together
+            constexpr quint64 odd = 0x9E3779B97F4A7C15; // spreads what is near together
             return ::qHash(piece.value * odd ^ quint64(piece.object) << 16 ^ piece.nodeId, seed);
         }
     };

@@ -30,7 +30,7 @@ public:
         }
         friend uint qHash(const Key &key, uint seed)
         {
-            constexpr quint64 odd = 0x9E37'79B9'7F4A'7C15; // spreads what is near together
+            constexpr quint64 odd = 0x9E3779B97F4A7C15; // spreads what is near together
             return ::qHash((key.data ^ key.what << 1 ^ key.how) * odd, seed);
         }
     };
@@ -61,7 +61,7 @@ public:
     }
 
 private:
-    static constexpr int mostKnown = 262'144;
+    static constexpr int mostKnown = 1 << 18;
 
     QStringMatcher m_matcher;
     QHash<Key, bool> m_known;

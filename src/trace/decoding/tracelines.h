@@ -34,7 +34,7 @@ class TraceLines
 
 public:
     /*! No more frames are taken: positions have 32 bits. */
-    static constexpr std::size_t mostFrames = 0x7FFF'FFFF;
+    static constexpr std::size_t mostFrames = 0x7FFFFFFF;
 
     /*! \a frames may grow, and \a book learns from their transfers; both must outlive the lines. */
     TraceLines(const std::vector<TraceFrame> *frames, TraceBook *book);
