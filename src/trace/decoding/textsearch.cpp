@@ -22,6 +22,16 @@ quint64 packed(const Bytes &bytes, int count)
 
 } // namespace
 
+std::size_t TextSearch::placeOf(const Key &key)
+{
+    // Odd numbers of 64 bits spread what is near together; the upper half is spread best.
+    constexpr quint64 first = 0x9E3779B97F4A7C15;
+    constexpr quint64 second = 0xC2B2AE3D27D4EB4F;
+    constexpr int upperHalf = 32;
+    const quint64 mixed = (key.data * first ^ key.what * second ^ key.how) * first;
+    return static_cast<std::size_t>(mixed >> upperHalf) % places;
+}
+
 TextSearch::Key TextSearch::keyOf(const TraceFrame &frame, const PdoLayout *layout)
 {
     const quint64 what = quint64(frame.id) << 32 | quint64(frame.length) << 8 | frame.flags;

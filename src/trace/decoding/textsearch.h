@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QHash>
 #include <QString>
 #include <QStringMatcher>
 
 #include <optional>
+#include <vector>
 
 struct PdoLayout;
 struct SdoTransfer;
@@ -28,11 +28,6 @@ public:
         {
             return a.data == b.data && a.what == b.what && a.how == b.how;
         }
-        friend uint qHash(const Key &key, uint seed)
-        {
-            constexpr quint64 odd = 0x9E3779B97F4A7C15; // spreads what is near together
-            return ::qHash((key.data ^ key.what << 1 ^ key.how) * odd, seed);
-        }
     };
 
     /*! \a layout: what the frame carries; may be null. */
@@ -42,27 +37,35 @@ public:
 
     explicit TextSearch(const QString &text)
         : m_matcher(text, Qt::CaseInsensitive)
+        , m_slots(text.isEmpty() ? 0 : places)
     {
     }
 
-    /*! Whether the text stands in the words with a key, which \a words makes. */
+    /*! Whether the text, which is not empty, stands in the words with a key, which \a words makes. */
     template<typename Words>
     bool isIn(const std::optional<Key> &key, const Words &words)
     {
-        if (key) {
-            const auto known = m_known.constFind(*key);
-            if (known != m_known.constEnd())
-                return *known;
-        }
-        const bool isThere = m_matcher.indexIn(words()) >= 0;
-        if (key && m_known.size() < mostKnown)
-            m_known.insert(*key, isThere);
-        return isThere;
+        if (!key)
+            return m_matcher.indexIn(words()) >= 0;
+        Slot &slot = m_slots[placeOf(*key)];
+        if (!slot.isUsed || !(slot.key == *key))
+            slot = {*key, true, m_matcher.indexIn(words()) >= 0};
+        return slot.isThere;
     }
 
 private:
-    static constexpr int mostKnown = 1 << 18;
+    static constexpr std::size_t places = 1 << 17;
+
+    /*! What was looked into last of all that has its place here. */
+    struct Slot
+    {
+        Key key{};
+        bool isUsed = false;
+        bool isThere = false;
+    };
+
+    static std::size_t placeOf(const Key &key);
 
     QStringMatcher m_matcher;
-    QHash<Key, bool> m_known;
+    std::vector<Slot> m_slots;
 };
