@@ -35,13 +35,13 @@ struct Words
 constexpr Words errorClasses[] = {
     {0x001, QT_TRANSLATE_NOOP("FrameWords", "a frame could not be sent in time")},
     {0x002, QT_TRANSLATE_NOOP("FrameWords", "arbitration lost")},
-    {0x004, QT_TRANSLATE_NOOP("FrameWords", "the controller has trouble")},
+    {0x004, QT_TRANSLATE_NOOP("FrameWords", "the CAN chip has trouble")},
     {0x008, QT_TRANSLATE_NOOP("FrameWords", "protocol violated")},
     {0x010, QT_TRANSLATE_NOOP("FrameWords", "the transceiver has trouble")},
     {0x020, QT_TRANSLATE_NOOP("FrameWords", "nobody acknowledged a frame")},
-    {0x040, QT_TRANSLATE_NOOP("FrameWords", "bus-off: the controller has left the bus")},
+    {0x040, QT_TRANSLATE_NOOP("FrameWords", "bus-off: the CAN chip has left the bus")},
     {0x080, QT_TRANSLATE_NOOP("FrameWords", "bus error")},
-    {0x100, QT_TRANSLATE_NOOP("FrameWords", "the controller was started again")},
+    {0x100, QT_TRANSLATE_NOOP("FrameWords", "the CAN chip was started again")},
 };
 
 // Byte 1 of a frame of the class "controller"

@@ -29,7 +29,7 @@ public:
     };
 
     /*! So many lines wait at most; a transfer that holds them up stands where it ends. */
-    static constexpr std::size_t mostWaiting = 100'000;
+    static constexpr std::size_t mostWaiting = 100000;
 
     /*! Whole transfers teach \a book, which must outlive the stream; null: nobody, since they have done so before. */
     LineStream(TraceBook *book, Order order)

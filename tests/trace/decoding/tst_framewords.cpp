@@ -94,15 +94,15 @@ void tst_FrameWords::lines_data()
 
     row("no acknowledge", 0x20, "0000000000000000", "error frame: nobody acknowledged a frame", warning,
         TraceFrame::Error);
-    row("bus-off", 0x40, "0000000000000000", "error frame: bus-off: the controller has left the bus", fault,
+    row("bus-off", 0x40, "0000000000000000", "error frame: bus-off: the CAN chip has left the bus", fault,
         TraceFrame::Error);
     row("controller", 0x204, "0020000000008000",
-        "error frame: the controller has trouble; error-passive in sending; error counters: sending 128, "
+        "error frame: the CAN chip has trouble; error-passive in sending; error counters: sending 128, "
         "receiving 0",
         warning, TraceFrame::Error);
     row("protocol", 0x88, "0000040000000000", "error frame: protocol violated; bus error; bit stuffing",
         warning, TraceFrame::Error);
-    row("restarted", 0x100, "0000000000000000", "error frame: the controller was started again", note,
+    row("restarted", 0x100, "0000000000000000", "error frame: the CAN chip was started again", note,
         TraceFrame::Error);
     row("nothing told", 0x0, "0000000000000000", "error frame: no reason told", warning, TraceFrame::Error);
 }
