@@ -200,8 +200,8 @@ QJsonObject TraceStatisticsListing::json() const
         entry.insert(QStringLiteral("channel"), row.channel);
         identifiers.append(entry);
     }
-    json.insert(QStringLiteral("kinds"), kindsJson());
-    json.insert(QStringLiteral("nodes"), nodesJson());
+    json.insert(QLatin1String("kinds"), kindsJson());
+    json.insert(QLatin1String("nodes"), nodesJson());
     json.insert(QStringLiteral("hasTimeOfDay"), m_head.hasTimeOfDay);
     json.insert(QStringLiteral("duration"), m_statistics.all().duration());
     json.insert(QStringLiteral("backwardTimes"), double(m_statistics.backwardTimes()));

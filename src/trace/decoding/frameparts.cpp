@@ -16,7 +16,7 @@
 
 #include <QCanBusFrame>
 
-#include <algorithm>
+#include <iterator>
 
 using namespace CanOpen;
 
@@ -29,55 +29,39 @@ QByteArray payloadOf(const TraceFrame &frame)
     return QByteArray(reinterpret_cast<const char *>(frame.bytes.data()), frame.length);
 }
 
+// In the order of SdoStep
+constexpr const char *stepNames[] = {
+    QT_TRANSLATE_NOOP("FrameParts", "SDO"),
+    QT_TRANSLATE_NOOP("FrameParts", "SDO"),
+    QT_TRANSLATE_NOOP("FrameParts", "request to read"),
+    QT_TRANSLATE_NOOP("FrameParts", "answer to a read"),
+    QT_TRANSLATE_NOOP("FrameParts", "request for a segment"),
+    QT_TRANSLATE_NOOP("FrameParts", "segment of a read"),
+    QT_TRANSLATE_NOOP("FrameParts", "request to write"),
+    QT_TRANSLATE_NOOP("FrameParts", "answer to a write"),
+    QT_TRANSLATE_NOOP("FrameParts", "segment of a write"),
+    QT_TRANSLATE_NOOP("FrameParts", "answer to a segment of a write"),
+    QT_TRANSLATE_NOOP("FrameParts", "request to read in blocks"),
+    QT_TRANSLATE_NOOP("FrameParts", "answer to a read in blocks"),
+    QT_TRANSLATE_NOOP("FrameParts", "start of the blocks"),
+    QT_TRANSLATE_NOOP("FrameParts", "segment of a read"),
+    QT_TRANSLATE_NOOP("FrameParts", "acknowledge of a block"),
+    QT_TRANSLATE_NOOP("FrameParts", "end of the blocks"),
+    QT_TRANSLATE_NOOP("FrameParts", "end of the blocks confirmed"),
+    QT_TRANSLATE_NOOP("FrameParts", "request to write in blocks"),
+    QT_TRANSLATE_NOOP("FrameParts", "answer to a write in blocks"),
+    QT_TRANSLATE_NOOP("FrameParts", "segment of a write"),
+    QT_TRANSLATE_NOOP("FrameParts", "acknowledge of a block"),
+    QT_TRANSLATE_NOOP("FrameParts", "end of the blocks"),
+    QT_TRANSLATE_NOOP("FrameParts", "end of the blocks confirmed"),
+    QT_TRANSLATE_NOOP("FrameParts", "abort by the client"),
+    QT_TRANSLATE_NOOP("FrameParts", "abort by the server"),
+};
+static_assert(std::size(stepNames) == static_cast<std::size_t>(SdoStep::ServerAbort) + 1, "one name for each step");
+
 const char *nameOf(SdoStep step)
 {
-    switch (step) {
-    case SdoStep::None:
-    case SdoStep::Stray:
-        break;
-    case SdoStep::UploadRequest:
-        return QT_TRANSLATE_NOOP("FrameParts", "request to read");
-    case SdoStep::UploadAnswer:
-        return QT_TRANSLATE_NOOP("FrameParts", "answer to a read");
-    case SdoStep::UploadSegmentRequest:
-        return QT_TRANSLATE_NOOP("FrameParts", "request for a segment");
-    case SdoStep::UploadSegment:
-    case SdoStep::BlockUploadSegment:
-        return QT_TRANSLATE_NOOP("FrameParts", "segment of a read");
-    case SdoStep::DownloadRequest:
-        return QT_TRANSLATE_NOOP("FrameParts", "request to write");
-    case SdoStep::DownloadAnswer:
-        return QT_TRANSLATE_NOOP("FrameParts", "answer to a write");
-    case SdoStep::DownloadSegment:
-    case SdoStep::BlockDownloadSegment:
-        return QT_TRANSLATE_NOOP("FrameParts", "segment of a write");
-    case SdoStep::DownloadSegmentAnswer:
-        return QT_TRANSLATE_NOOP("FrameParts", "answer to a segment of a write");
-    case SdoStep::BlockUploadRequest:
-        return QT_TRANSLATE_NOOP("FrameParts", "request to read in blocks");
-    case SdoStep::BlockUploadAnswer:
-        return QT_TRANSLATE_NOOP("FrameParts", "answer to a read in blocks");
-    case SdoStep::BlockUploadStart:
-        return QT_TRANSLATE_NOOP("FrameParts", "start of the blocks");
-    case SdoStep::BlockUploadAcknowledge:
-    case SdoStep::BlockDownloadAcknowledge:
-        return QT_TRANSLATE_NOOP("FrameParts", "acknowledge of a block");
-    case SdoStep::BlockUploadEnd:
-    case SdoStep::BlockDownloadEnd:
-        return QT_TRANSLATE_NOOP("FrameParts", "end of the blocks");
-    case SdoStep::BlockUploadEndAnswer:
-    case SdoStep::BlockDownloadEndAnswer:
-        return QT_TRANSLATE_NOOP("FrameParts", "end of the blocks confirmed");
-    case SdoStep::BlockDownloadRequest:
-        return QT_TRANSLATE_NOOP("FrameParts", "request to write in blocks");
-    case SdoStep::BlockDownloadAnswer:
-        return QT_TRANSLATE_NOOP("FrameParts", "answer to a write in blocks");
-    case SdoStep::ClientAbort:
-        return QT_TRANSLATE_NOOP("FrameParts", "abort by the client");
-    case SdoStep::ServerAbort:
-        return QT_TRANSLATE_NOOP("FrameParts", "abort by the server");
-    }
-    return QT_TRANSLATE_NOOP("FrameParts", "SDO");
+    return stepNames[static_cast<std::size_t>(step)];
 }
 
 bool hasObject(SdoStep step)

@@ -86,30 +86,30 @@ QJsonArray problemsOf(const SdoTransfer &transfer)
 void LineWriting::addFrame(const TraceFrame &frame, QJsonObject *json)
 {
     const QByteArray bytes(reinterpret_cast<const char *>(frame.bytes.data()), frame.size());
-    json->insert(QStringLiteral("id"), double(frame.id));
-    json->insert(QStringLiteral("isExtended"), frame.isExtended());
-    json->insert(QStringLiteral("isRemote"), frame.isRemote());
-    json->insert(QStringLiteral("isSent"), frame.isSent());
-    json->insert(QStringLiteral("bytes"), QString::fromLatin1(bytes.toHex(' ').toUpper()));
+    json->insert(QLatin1String("id"), double(frame.id));
+    json->insert(QLatin1String("isExtended"), frame.isExtended());
+    json->insert(QLatin1String("isRemote"), frame.isRemote());
+    json->insert(QLatin1String("isSent"), frame.isSent());
+    json->insert(QLatin1String("bytes"), QString::fromLatin1(bytes.toHex(' ').toUpper()));
 }
 
 QJsonObject LineWriting::toJson(const SdoTransfer &transfer, const TraceDecoder &decoder)
 {
     QJsonObject json;
-    json.insert(QStringLiteral("index"), transfer.object.index);
-    json.insert(QStringLiteral("sub"), transfer.object.subIndex);
-    json.insert(QStringLiteral("name"), decoder.book().objects().name(transfer.nodeId, transfer.object));
-    json.insert(QStringLiteral("isUpload"), transfer.isUpload);
-    json.insert(QStringLiteral("isSent"), transfer.isSent);
-    json.insert(QStringLiteral("protocol"), protocolName(transfer.protocol));
-    json.insert(QStringLiteral("outcome"), outcomeName(transfer.outcome));
-    json.insert(QStringLiteral("abortCode"), double(transfer.abortCode));
-    json.insert(QStringLiteral("problems"), problemsOf(transfer));
-    json.insert(QStringLiteral("frames"), transfer.frames);
-    json.insert(QStringLiteral("duration"), double(transfer.end - transfer.begin) / second);
-    json.insert(QStringLiteral("bytes"), QString::fromLatin1(transfer.data.toHex(' ').toUpper()));
+    json.insert(QLatin1String("index"), transfer.object.index);
+    json.insert(QLatin1String("sub"), transfer.object.subIndex);
+    json.insert(QLatin1String("name"), decoder.book().objects().name(transfer.nodeId, transfer.object));
+    json.insert(QLatin1String("isUpload"), transfer.isUpload);
+    json.insert(QLatin1String("isSent"), transfer.isSent);
+    json.insert(QLatin1String("protocol"), protocolName(transfer.protocol));
+    json.insert(QLatin1String("outcome"), outcomeName(transfer.outcome));
+    json.insert(QLatin1String("abortCode"), double(transfer.abortCode));
+    json.insert(QLatin1String("problems"), problemsOf(transfer));
+    json.insert(QLatin1String("frames"), transfer.frames);
+    json.insert(QLatin1String("duration"), double(transfer.end - transfer.begin) / second);
+    json.insert(QLatin1String("bytes"), QString::fromLatin1(transfer.data.toHex(' ').toUpper()));
     const QString value = decoder.transfers().value(transfer);
-    json.insert(QStringLiteral("value"), transfer.hasValue() ? QJsonValue(value) : QJsonValue());
+    json.insert(QLatin1String("value"), transfer.hasValue() ? QJsonValue(value) : QJsonValue());
     return json;
 }
 
@@ -120,14 +120,14 @@ QJsonObject LineWriting::toJson(const StreamedLine &line, const TraceDecoder &de
     const TraceText text
         = line.transfer ? decoder.text(*line.transfer) : decoder.text(line.frame, line.position);
     QJsonObject json;
-    json.insert(QStringLiteral("time"), double(line.frame.time) / second);
-    json.insert(QStringLiteral("channel"), head.channels.value(line.frame.channel));
-    json.insert(QStringLiteral("node"), sort.nodeId);
-    json.insert(QStringLiteral("kind"), QLatin1String(frameKindName(sort.kind)));
-    json.insert(QStringLiteral("mark"), markName(sort.mark));
-    json.insert(QStringLiteral("text"), text.text);
+    json.insert(QLatin1String("time"), double(line.frame.time) / second);
+    json.insert(QLatin1String("channel"), head.channels.value(line.frame.channel));
+    json.insert(QLatin1String("node"), sort.nodeId);
+    json.insert(QLatin1String("kind"), QLatin1String(frameKindName(sort.kind)));
+    json.insert(QLatin1String("mark"), markName(sort.mark));
+    json.insert(QLatin1String("text"), text.text);
     if (line.transfer)
-        json.insert(QStringLiteral("transfer"), toJson(*line.transfer, decoder));
+        json.insert(QLatin1String("transfer"), toJson(*line.transfer, decoder));
     else
         addFrame(line.frame, &json);
     return json;

@@ -6,8 +6,6 @@
 #include <canopen/sdoabort.h>
 #include <canopen/sdoblockdownload.h>
 
-#include <algorithm>
-
 using namespace CanOpen;
 
 namespace {
