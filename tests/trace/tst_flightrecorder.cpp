@@ -33,6 +33,7 @@ private slots:
     void memoryIsGivenBack();
     void numberIsBounded();
     void backwardTimesStay();
+    void frozenOnesStay();
     void savesAfterAFault();
     void savesNotTooOften();
     void folderIsBounded();
@@ -111,6 +112,23 @@ void tst_FlightRecorder::backwardTimesStay()
     const Trace trace = recorder.all();
     QCOMPARE(trace.frames.size(), size_t(4));
     QCOMPARE(trace.frames.back().time, 98 * second);
+}
+
+void tst_FlightRecorder::frozenOnesStay()
+{
+    FlightRecorder recorder({600 * second, 10 * chunk});
+    record(&recorder, 0, 100, second / 10);
+    FlightRecorder frozen = recorder.freeze();
+    record(&recorder, 100 * second, 100, second / 10);
+    QCOMPARE(frozen.all().frames.size(), size_t(100));
+    QCOMPARE(frozen.all().frames.back().time, 99 * second / 10);
+    QCOMPARE(recorder.all().frames.size(), size_t(200));
+    record(&frozen, 200 * second, 1, second); // nor does it change the other one
+    QCOMPARE(recorder.all().frames.size(), size_t(200));
+    QCOMPARE(frozen.all().frames.size(), size_t(101));
+    record(&recorder, 3000 * second, 1, second); // all others are too old now
+    QCOMPARE(recorder.all().frames.size(), size_t(1));
+    QCOMPARE(frozen.all().frames.size(), size_t(101));
 }
 
 void tst_FlightRecorder::savesAfterAFault()

@@ -7,11 +7,11 @@
 void FlightRecorder::add(const TraceFrame &frame)
 {
     m_newest = m_size == 0 ? frame.time : std::max(m_newest, frame.time);
-    if (m_chunks.empty() || m_chunks.back().frames.size() == chunkSize)
+    if (m_chunks.empty() || m_isFrozen || m_chunks.back().frames->size() == chunkSize)
         beginChunk();
     Chunk &chunk = m_chunks.back();
-    chunk.newest = chunk.frames.empty() ? frame.time : std::max(chunk.newest, frame.time);
-    chunk.frames.push_back(frame);
+    chunk.newest = chunk.frames->empty() ? frame.time : std::max(chunk.newest, frame.time);
+    chunk.frames->push_back(frame);
     ++m_size;
 }
 
@@ -25,12 +25,13 @@ void FlightRecorder::beginChunk()
         dropOldest();
     }
     m_chunks.emplace_back();
-    m_chunks.back().frames.reserve(chunkSize);
+    m_chunks.back().frames->reserve(chunkSize);
+    m_isFrozen = false;
 }
 
 void FlightRecorder::dropOldest()
 {
-    m_size -= m_chunks.front().frames.size();
+    m_size -= m_chunks.front().frames->size();
     m_chunks.pop_front();
 }
 
@@ -39,6 +40,12 @@ void FlightRecorder::clear()
     m_chunks.clear();
     m_size = 0;
     m_hasDropped = false;
+}
+
+FlightRecorder FlightRecorder::freeze()
+{
+    m_isFrozen = true;
+    return *this;
 }
 
 bool FlightRecorder::isShort() const
@@ -52,10 +59,11 @@ Trace FlightRecorder::last(qint64 span) const
     Trace trace;
     trace.head = m_head;
     trace.isCut = isShort() && m_newestDropped >= oldest;
+    trace.frames.reserve(m_size);
     for (const Chunk &chunk : m_chunks) {
         if (chunk.newest < oldest)
             continue;
-        std::copy_if(chunk.frames.begin(), chunk.frames.end(), std::back_inserter(trace.frames),
+        std::copy_if(chunk.frames->begin(), chunk.frames->end(), std::back_inserter(trace.frames),
                      [oldest](const TraceFrame &frame) { return frame.time >= oldest; });
     }
     return trace;

@@ -4,6 +4,7 @@
 #include <trace/core/trace.h>
 
 #include <deque>
+#include <memory>
 #include <vector>
 
 /*! The last minutes of a bus in memory, for the moment in which somebody wants to know what has just happened.
@@ -38,6 +39,11 @@ public:
     void add(const TraceFrame &frame);
     void clear();
 
+    /*! The same frames, which stay as they are while this one goes on. Costs next to nothing, and may be read in another
+     *  thread.
+     */
+    FlightRecorder freeze();
+
     /*! How many frames are kept; some of them may be older than the span. */
     size_t size() const { return m_size; }
     /*! Whether frames within the span had to go because there were too many. */
@@ -50,7 +56,7 @@ public:
 private:
     struct Chunk
     {
-        std::vector<TraceFrame> frames;
+        std::shared_ptr<std::vector<TraceFrame>> frames = std::make_shared<std::vector<TraceFrame>>();
         qint64 newest = 0;
     };
 
@@ -60,6 +66,7 @@ private:
     Limits m_limits;
     TraceHead m_head;
     std::deque<Chunk> m_chunks;
+    bool m_isFrozen = false; // others read the last chunk: nothing more comes into it
     size_t m_size = 0;
     qint64 m_newest = 0;
     bool m_hasDropped = false;
