@@ -13,6 +13,8 @@ public:
     /*! The EDS or DCF of a node. */
     void tell(quint8 nodeId, const CanOpen::ObjectDictionary &sheet);
     void tell(const Snapshot &snapshot);
+    /*! What the PDOs of a node carry, from where its parameters stand. */
+    void tell(quint8 nodeId, const CanOpen::ObjectLookup &lookup) { m_pdos.tell(nodeId, lookup); }
 
     /*! A transfer of the trace, in the order in which they ended. */
     void learn(const SdoTransfer &transfer) { m_pdos.learn(transfer); }

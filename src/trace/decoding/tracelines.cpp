@@ -123,12 +123,14 @@ std::vector<std::size_t> TraceLines::frames(std::size_t row) const
     return positions;
 }
 
-std::vector<QVector<FramePart>> TraceLines::parts(std::size_t row) const
+std::vector<QVector<FramePart>> TraceLines::parts(std::size_t row, std::size_t most) const
 {
     const TraceLine &line = m_lines[row];
     std::vector<QVector<FramePart>> parts;
     SdoTransfers alone; // the frames of one transfer tell their steps again
     for (const std::size_t position : frames(row)) {
+        if (parts.size() == most)
+            break;
         const TraceFrame &frame = (*m_frames)[position];
         const SdoStep step = line.transfer == 0 ? SdoStep::None : alone.handle(frame, position).step;
         parts.push_back(m_decoder.parts(frame, position, step));
@@ -186,11 +188,17 @@ bool TraceLines::fits(std::size_t row, const TraceFilter &filter) const
 std::vector<quint32> TraceLines::filtered(const TraceFilter &filter, std::size_t first, std::size_t end) const
 {
     TextSearch search(filter.text);
+    return filtered(filter, &search, first, end);
+}
+
+std::vector<quint32> TraceLines::filtered(const TraceFilter &filter, TextSearch *search, std::size_t first,
+                                          std::size_t end) const
+{
     TraceFilter others = filter;
     others.text.clear();
     std::vector<quint32> rows;
     for (std::size_t row = first; row < std::min(end, m_lines.size()); ++row) {
-        if (fits(row, others) && (filter.text.isEmpty() || holds(row, &search)))
+        if (fits(row, others) && (filter.text.isEmpty() || holds(row, search)))
             rows.push_back(static_cast<quint32>(row));
     }
     return rows;

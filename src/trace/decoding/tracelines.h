@@ -56,8 +56,8 @@ public:
     std::optional<SdoTransfer> transfer(std::size_t row) const;
     /*! Positions of all frames of a line. */
     std::vector<std::size_t> frames(std::size_t row) const;
-    /*! Each frame of a line byte by byte, in the order of frames(). */
-    std::vector<QVector<FramePart>> parts(std::size_t row) const;
+    /*! Each frame of a line byte by byte, in the order of frames(); of the first \a most frames. */
+    std::vector<QVector<FramePart>> parts(std::size_t row, std::size_t most = mostFrames) const;
 
     /*! The line that a frame stands in. */
     std::size_t rowOfFrame(std::size_t position) const;
@@ -68,6 +68,9 @@ public:
     /*! The rows from \a first to before \a end that fit; what lies beyond size() does not count. */
     std::vector<quint32> filtered(const TraceFilter &filter, std::size_t first = 0,
                                   std::size_t end = mostFrames) const;
+    /*! The same for who looks at some at a time, and keeps \a search, which is for the filter's text. */
+    std::vector<quint32> filtered(const TraceFilter &filter, TextSearch *search, std::size_t first,
+                                  std::size_t end) const;
 
     const TraceDecoder &decoder() const { return m_decoder; }
 
