@@ -97,7 +97,8 @@ HostMenus::HostMenus(QMainWindow *window, PluginActions *plugin)
     m_bus->addSeparator();
     m_bus->addAction(patience);
     for (const char *name :
-         {"actionPageOverview", "actionPageCheckup", "actionPageLive", "actionPageArchive"}) {
+         {"actionPageOverview", "actionPageCheckup", "actionPageLive", "actionPageTrace",
+          "actionPageArchive"}) {
         const int number = m_pages.size();
         QAction *page = makeAction(name, QKeySequence(Qt::CTRL + Qt::Key_1 + number));
         connect(page, &QAction::triggered, this, [this, number] { emit pageChosen(number); });
@@ -208,7 +209,8 @@ void HostMenus::retranslate()
     m_pages.at(0)->setText(tr("&Overview"));
     m_pages.at(1)->setText(tr("&Check-up page"));
     m_pages.at(2)->setText(tr("&Live"));
-    m_pages.at(3)->setText(tr("&Archive"));
+    m_pages.at(3)->setText(tr("&Trace"));
+    m_pages.at(4)->setText(tr("&Archive"));
     resetLayout->setText(tr("&Reset layout"));
 
     m_language->setTitle(tr("&Language"));

@@ -62,7 +62,7 @@ signals:
     /*! Empty: that of the system. */
     void languageChosen(const QString &language);
     void recentFileChosen(const QString &fileName);
-    /*! 0: that of the plug-ins, 1: check-up, 2: live, 3: archive. */
+    /*! 0: that of the plug-ins, 1: check-up, 2: live, 3: trace, 4: archive. */
     void pageChosen(int number);
 
 private:

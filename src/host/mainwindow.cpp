@@ -35,6 +35,8 @@
 #include <host/pages/checkupwords.h>
 #include <host/pages/live/livepage.h>
 #include <host/pages/live/livesession.h>
+#include <host/pages/trace/tracepage.h>
+#include <host/pages/trace/tracesession.h>
 
 #include <QAction>
 #include <QApplication>
@@ -84,12 +86,15 @@ MainWindow::MainWindow(HostServices *services, PluginSession *session, QWidget *
     , m_records(new VehicleRecords(services, programName(), this))
     , m_session(new CheckupSession(services, m_records, this))
     , m_live(new LiveSession(services, this))
+    , m_trace(new TraceSession(&services->bus(), this))
     , m_bar(new ConnectionBar(this))
     , m_pages(new QTabWidget(this))
     , m_checkup(new CheckupPage(m_session))
     , m_checkupTab(makeScrollable(m_checkup, m_pages))
     , m_livePage(new LivePage(m_live))
     , m_liveTab(makeScrollable(m_livePage, m_pages))
+    , m_tracePage(new TracePage(m_trace))
+    , m_traceTab(makeScrollable(m_tracePage, m_pages))
     , m_archive(new ArchivePage(m_records, m_session))
     , m_archiveTab(makeScrollable(m_archive, m_pages))
     , m_placeholder(new QLabel(this))
@@ -112,6 +117,7 @@ MainWindow::MainWindow(HostServices *services, PluginSession *session, QWidget *
     connectReport();
     connectCheckup();
     connectLive();
+    connectTrace();
     connectRecords();
     new VehicleWatch(services, &m_vehicle, this);
 
@@ -160,10 +166,14 @@ void MainWindow::showPlugins()
 
 void MainWindow::openFile(const QString &fileName)
 {
-    if (m_session->isRunning())
+    if (TraceSession::isTraceFile(fileName)) {
+        m_pages->setCurrentWidget(m_traceTab);
+        m_trace->open(fileName);
+    } else if (m_session->isRunning()) {
         showError(tr("A check-up is running. Wait for its end or cancel it (Esc), then open the file."));
-    else
+    } else {
         m_files->openFile(fileName);
+    }
 }
 
 void MainWindow::setLanguages(LanguageSetting *languages, const QString &chosen)
@@ -239,6 +249,7 @@ void MainWindow::build()
     m_pages->addTab(m_placeholder, QString());
     m_pages->addTab(m_checkupTab, QString());
     m_pages->addTab(m_liveTab, QString());
+    m_pages->addTab(m_traceTab, QString());
     m_pages->addTab(m_archiveTab, QString());
 
     auto *centre = new QWidget(this);
@@ -292,11 +303,13 @@ void MainWindow::connectFiles()
     connect(m_pluginActions->action(Kind::Export), &QAction::triggered, this,
             [this] { m_files->isAvailable() ? m_files->save() : m_pluginActions->press(Kind::Export); });
     connect(m_menus, &HostMenus::recentFileChosen, this, &MainWindow::openFile);
-    connect(new FileDrop(this, &VehicleFiles::isVehicleFile), &FileDrop::dropped, this,
-            [this, open](const QString &fileName) {
-                if (open->isEnabled())
-                    openFile(fileName);
-            });
+    const auto canBeOpened = [](const QString &fileName) {
+        return VehicleFiles::isVehicleFile(fileName) || TraceSession::isTraceFile(fileName);
+    };
+    connect(new FileDrop(this, canBeOpened), &FileDrop::dropped, this, [this, open](const QString &fileName) {
+        if (open->isEnabled() || TraceSession::isTraceFile(fileName))
+            openFile(fileName);
+    });
     connect(m_files, &VehicleFiles::failed, this, &MainWindow::showError);
     connect(m_files, &VehicleFiles::succeeded, this,
             [this](const QString &sentence) { tell(MessageLog::Severity::Information, sentence); });
@@ -387,6 +400,36 @@ void MainWindow::connectLive()
             [this] { m_live->questions().setCheckingUp(m_session->isRunning()); });
 }
 
+void MainWindow::connectTrace()
+{
+    m_trace->recorder().setSettings(TraceSettings::load());
+    m_trace->recorder().setEvents(&m_live->live().events().list());
+    m_tracePage->setFolder(&FileFolder::start);
+    connect(m_tracePage, &TracePage::failed, this, &MainWindow::showError);
+    connect(m_tracePage, &TracePage::told, this, [this](const QString &sentence, const QStringList &problems) {
+        if (!sentence.isEmpty())
+            tell(MessageLog::Severity::Information, sentence);
+        for (const QString &problem : problems)
+            m_log->add(MessageLog::Severity::Warning, problem);
+    });
+    const auto show = [this](const LiveEvent &event, const QDateTime &time) {
+        m_tracePage->showMoment(TraceMoment::of(event, time));
+    };
+    connect(m_livePage, &LivePage::eventChosen, this, [this, show](const LiveEvent &event, const QDateTime &time) {
+        if (m_trace->isLive()) // a file stays until the user asks for more
+            show(event, time);
+    });
+    connect(m_livePage, &LivePage::traceRequested, this,
+            [this, show](const LiveEvent &event, const QDateTime &time) {
+                m_pages->setCurrentWidget(m_traceTab);
+                show(event, time);
+            });
+    connect(m_tracePage, &TracePage::eventsRequested, this, [this](const QDateTime &time) {
+        m_pages->setCurrentWidget(m_liveTab);
+        m_livePage->showEventAt(time);
+    });
+}
+
 void MainWindow::connectRecords()
 {
     m_archive->setFolder(&FileFolder::start);
@@ -468,7 +511,8 @@ void MainWindow::showBusState()
 void MainWindow::showPage(int index)
 {
     const QWidget *page = m_pages->widget(index);
-    const QWidget *const own[] = {nullptr, m_placeholder, m_checkupTab, m_liveTab, m_archiveTab};
+    const QWidget *const own[] = {nullptr, m_placeholder, m_checkupTab,
+                                  m_liveTab, m_traceTab,   m_archiveTab};
     const bool isPlugin = std::find(std::begin(own), std::end(own), page) == std::end(own);
     m_plugins->setActivePlugin(isPlugin ? index : -1);
     if (isPlugin) {
@@ -482,7 +526,8 @@ void MainWindow::showPage(int index)
 /*! 0 is that of the plug-in that was shown last; the host's own follow. */
 void MainWindow::choosePage(int number)
 {
-    QWidget *const pages[] = {m_pages->widget(m_lastPlugin), m_checkupTab, m_liveTab, m_archiveTab};
+    QWidget *const pages[]
+        = {m_pages->widget(m_lastPlugin), m_checkupTab, m_liveTab, m_traceTab, m_archiveTab};
     m_pages->setCurrentWidget(pages[number]);
 }
 
@@ -494,6 +539,7 @@ void MainWindow::showCheckupState()
     m_pages->setTabText(m_pages->indexOf(m_checkupTab),
                         isRunning ? tr("Check-up (%1 %)").arg(percent) : tr("Check-up"));
     m_pages->setTabText(m_pages->indexOf(m_liveTab), tr("Live"));
+    m_pages->setTabText(m_pages->indexOf(m_traceTab), tr("Trace"));
     m_pages->setTabText(m_pages->indexOf(m_archiveTab), tr("Archive"));
     showBusState();
 }

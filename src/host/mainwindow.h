@@ -28,6 +28,8 @@ class QLabel;
 class QTabWidget;
 class ReportFiles;
 class StatusLine;
+class TracePage;
+class TraceSession;
 class VehicleFiles;
 class VehicleRecords;
 struct Snapshot;
@@ -66,6 +68,7 @@ public:
     ShownVehicle &vehicle() { return m_vehicle; }
     CheckupSession &checkup() { return *m_session; }
     LiveSession &live() { return *m_live; }
+    TraceSession &trace() { return *m_trace; }
     VehicleRecords &records() { return *m_records; }
 
     /*! Shows \a sentence in a box; returns at once. */
@@ -82,6 +85,7 @@ private:
     void connectReport();
     void connectCheckup();
     void connectLive();
+    void connectTrace();
     void connectRecords();
     void retranslate();
     void restoreSettings();
@@ -107,6 +111,7 @@ private:
     VehicleRecords *m_records;
     CheckupSession *m_session;
     LiveSession *m_live;
+    TraceSession *m_trace;
     ConnectionBar *m_bar;
     ShownVehicle m_vehicle;
     QTabWidget *m_pages;
@@ -114,6 +119,8 @@ private:
     QWidget *m_checkupTab; // the page and what scrolls it
     LivePage *m_livePage;
     QWidget *m_liveTab;
+    TracePage *m_tracePage;
+    QWidget *m_traceTab;
     ArchivePage *m_archive;
     QWidget *m_archiveTab;
     QLabel *m_placeholder;

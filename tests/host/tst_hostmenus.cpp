@@ -158,7 +158,7 @@ void tst_HostMenus::menusHoldTheirActions()
                             "Service report...|Quit"));
     QCOMPARE(texts("busMenu"), QStringLiteral("Connect|Disconnect|Refresh interfaces|Read all data|Check-up|"
                                               "Cancel read|Patience with slow nodes..."));
-    QCOMPARE(texts("viewMenu"), QStringLiteral("Overview|Check-up page|Live|Archive|Messages|Reset layout"));
+    QCOMPARE(texts("viewMenu"), QStringLiteral("Overview|Check-up page|Live|Trace|Archive|Messages|Reset layout"));
     QCOMPARE(texts("helpMenu"), QStringLiteral("Key list|About Draxel|About Qt"));
 }
 

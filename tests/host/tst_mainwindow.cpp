@@ -7,6 +7,7 @@
 #include <host/mainwindow.h>
 #include <host/statusline.h>
 
+#include <QAction>
 #include <QComboBox>
 #include <QLabel>
 #include <QMenuBar>
@@ -15,6 +16,10 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QThreadPool>
+#include <QToolButton>
 #include <QtTest>
 
 namespace {
@@ -54,6 +59,8 @@ private slots:
     void isLightOnADarkDesktop();
     void isLightOnADesktopThatIsDarkFromTheStart();
     void pageScrollsOnASmallScreen();
+    void eventIsShownInTheTrace();
+    void traceFileIsOpened();
     void closesDuringRead_data();
     void closesDuringRead();
     void disconnectsDuringRead();
@@ -344,6 +351,53 @@ void tst_MainWindow::pageScrollsOnASmallScreen()
     QVERIFY2(window.width() <= 504, qPrintable(QString::number(window.width())));
     QVERIFY2(window.height() <= 264, qPrintable(QString::number(window.height())));
     host.session.shutDown();
+}
+
+void tst_MainWindow::eventIsShownInTheTrace()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    window.show();
+    QVERIFY(host.services.bus().connectToBus(fakeSettings(), nullptr));
+    window.findChild<QAction *>(QStringLiteral("actionPageLive"))->trigger();
+    host.fake.heartbeat(5);
+    QTest::qWait(500);
+    host.fake.device()->inject(QCanBusFrame(0x085, QByteArray::fromHex("1042080000000000")));
+    QTest::qWait(500);
+    host.fake.heartbeat(5);
+    QTest::qWait(500);
+
+    auto *events = window.findChild<QTableView *>(QStringLiteral("eventTable"));
+    QCOMPARE(events->model()->rowCount(), 2);
+    emit events->activated(events->model()->index(1, 0));
+    QVERIFY(window.findChild<QWidget *>(QStringLiteral("tracePage"))->isVisible());
+    auto *lines = window.findChild<QTableView *>(QStringLiteral("traceTable"));
+    QCOMPARE(lines->model()->rowCount(), 3);
+    QCOMPARE(lines->currentIndex().row(), 1);
+
+    events->clearSelection();
+    window.findChild<QToolButton *>(QStringLiteral("traceEvents"))->click();
+    QVERIFY(window.findChild<QWidget *>(QStringLiteral("livePage"))->isVisible());
+    QCOMPARE(events->currentIndex().row(), 1);
+    QVERIFY(events->selectionModel()->isRowSelected(1, QModelIndex()));
+    host.services.bus().disconnectFromBus();
+}
+
+void tst_MainWindow::traceFileIsOpened()
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("ride.log")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("(1795336200.000000) can0 705#05\n");
+    file.close();
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    window.show();
+    window.openFile(file.fileName());
+    QVERIFY(window.findChild<QWidget *>(QStringLiteral("tracePage"))->isVisible());
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    QCOMPARE(window.findChild<QTableView *>(QStringLiteral("traceTable"))->model()->rowCount(), 1);
 }
 
 void tst_MainWindow::closesDuringRead_data()

@@ -97,6 +97,11 @@ QDateTime LiveBus::timeOfDay(qint64 time) const
     return m_start.addMSecs(time / microseconds);
 }
 
+qint64 LiveBus::timeOf(const QDateTime &timeOfDay) const
+{
+    return m_start.msecsTo(timeOfDay) * microseconds;
+}
+
 void LiveBus::handleReceived(const QCanBusFrame &frame)
 {
     if (!m_isListening)

@@ -46,6 +46,8 @@ public:
     qint64 now();
     /*! The time of day that a time on that line was. */
     QDateTime timeOfDay(qint64 time) const;
+    /*! The other way round. */
+    qint64 timeOf(const QDateTime &timeOfDay) const;
 
 signals:
     /*! Ten times a second, after nodes that are lost were found. */

@@ -19,7 +19,7 @@ public:
     void setWideColumn(int column);
 
     /*! The chosen rows as text; all when none is chosen. */
-    QString toText() const;
+    virtual QString toText() const;
 
     void setModel(QAbstractItemModel *model) override;
 

@@ -210,13 +210,16 @@ void tst_CheckupPage::pagesByKeys()
     Window window;
     QCOMPARE(window.find<QAction>("actionPageOverview")->shortcut(), QKeySequence(QStringLiteral("Ctrl+1")));
     QCOMPARE(window.find<QAction>("actionPageCheckup")->shortcut(), QKeySequence(QStringLiteral("Ctrl+2")));
-    QCOMPARE(window.find<QAction>("actionPageArchive")->shortcut(), QKeySequence(QStringLiteral("Ctrl+4")));
+    QCOMPARE(window.find<QAction>("actionPageTrace")->shortcut(), QKeySequence(QStringLiteral("Ctrl+4")));
+    QCOMPARE(window.find<QAction>("actionPageArchive")->shortcut(), QKeySequence(QStringLiteral("Ctrl+5")));
     QCOMPARE(window.find<QAction>("actionCheckup")->shortcut(), QKeySequence(QStringLiteral("F6")));
     auto *pages = window.find<QTabWidget>("pluginPages");
     QCOMPARE(pages->tabText(0), QStringLiteral("Overview"));
     QCOMPARE(window.find<QAction>("actionPageLive")->shortcut(), QKeySequence(QStringLiteral("Ctrl+3")));
     window.trigger("actionPageLive");
     QVERIFY(window.find<QWidget>("livePage")->isVisible());
+    window.trigger("actionPageTrace");
+    QVERIFY(window.find<QWidget>("tracePage")->isVisible());
     window.trigger("actionPageArchive");
     QVERIFY(window.find<QWidget>("archivePage")->isVisible());
     window.trigger("actionPageOverview");

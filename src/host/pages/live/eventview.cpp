@@ -5,6 +5,7 @@
 
 #include <host/pages/copytable.h>
 
+#include <QAction>
 #include <QComboBox>
 #include <QDir>
 #include <QEvent>
@@ -30,6 +31,7 @@ EventView::EventView(QWidget *parent)
     , m_text(new QLineEdit(this))
     , m_copy(new QToolButton(this))
     , m_save(new QToolButton(this))
+    , m_trace(new QAction(this))
     , m_folder([] { return QString(); })
 {
     build();
@@ -42,7 +44,14 @@ EventView::EventView(QWidget *parent)
     });
     connect(m_save, &QToolButton::clicked, this, &EventView::save);
     connect(m_table, &QAbstractItemView::clicked, this,
-            [this](const QModelIndex &index) { emit eventChosen(m_model.eventAt(index.row()).time); });
+            [this](const QModelIndex &index) { emit eventChosen(m_model.eventAt(index.row())); });
+    connect(m_table, &QAbstractItemView::activated, this,
+            [this](const QModelIndex &index) { emit traceRequested(m_model.eventAt(index.row())); });
+    connect(m_trace, &QAction::triggered, this, [this] {
+        const QModelIndex current = m_table->currentIndex();
+        if (current.isValid())
+            emit traceRequested(m_model.eventAt(current.row()));
+    });
     retranslate();
 }
 
@@ -52,6 +61,8 @@ void EventView::build()
     m_table->setWideColumn(EventModel::TextColumn);
     m_table->setModel(&m_model);
     m_table->setMinimumHeight(leastRows * m_table->verticalHeader()->defaultSectionSize());
+    m_trace->setObjectName(QStringLiteral("showInTrace"));
+    m_table->addAction(m_trace);
     m_least->setObjectName(QStringLiteral("eventSeverity"));
     m_least->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     m_text->setObjectName(QStringLiteral("eventSearch"));
@@ -87,6 +98,18 @@ void EventView::filter()
 {
     m_isAtEnd = true;
     m_model.setFilter(static_cast<Severity>(m_least->currentIndex()), m_text->text());
+}
+
+bool EventView::chooseNearest(qint64 time)
+{
+    m_model.update();
+    const int row = m_model.nearestRow(time);
+    if (row < 0)
+        return false;
+    m_isAtEnd = false; // so that it stays in sight
+    m_table->selectRow(row);
+    m_table->scrollTo(m_model.index(row, 0), QAbstractItemView::PositionAtCenter);
+    return true;
 }
 
 void EventView::save()
@@ -127,6 +150,7 @@ void EventView::retranslate()
     m_text->setToolTip(tr("Words of an event, or the number of a node"));
     m_copy->setText(tr("Copy"));
     m_copy->setToolTip(tr("Copy the selected events, or all that are shown"));
+    m_trace->setText(tr("Show in the &trace"));
     m_save->setText(tr("Save..."));
     m_save->setToolTip(tr("Save the events that are shown as a table (CSV) or as JSON"));
     m_table->setAccessibleName(tr("Events"));

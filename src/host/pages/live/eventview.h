@@ -8,6 +8,7 @@
 #include <functional>
 
 class CopyTable;
+class QAction;
 class QComboBox;
 class QLineEdit;
 class QToolButton;
@@ -26,12 +27,17 @@ public:
     /*! The folder in which the dialog begins. */
     void setFolder(const std::function<QString()> &folder) { m_folder = folder; }
 
+    /*! Chooses the event that is nearest to a time (us). False without any. */
+    bool chooseNearest(qint64 time);
+
     /*! Writes what goes through the filter: JSON when its name says so, else CSV. */
     void write(const QString &fileName);
 
 signals:
-    /*! The user has chosen an event of this time (us). */
-    void eventChosen(qint64 time);
+    /*! The user has chosen an event. */
+    void eventChosen(const LiveEvent &event);
+    /*! The user wants to see what was on the bus at an event. */
+    void traceRequested(const LiveEvent &event);
     /*! A file was saved, or could not be; a sentence. */
     void succeeded(const QString &sentence);
     void failed(const QString &sentence);
@@ -52,6 +58,7 @@ private:
     QLineEdit *m_text;
     QToolButton *m_copy;
     QToolButton *m_save;
+    QAction *m_trace;
     std::function<QString()> m_folder;
     bool m_isAtEnd = true;
 };

@@ -51,7 +51,13 @@ void LivePage::connectParts()
     connect(m_events, &EventView::succeeded, this,
             [this](const QString &sentence) { emit told(sentence, {}); });
     connect(m_events, &EventView::failed, this, &LivePage::failed);
-    connect(m_events, &EventView::eventChosen, m_plot, &PlotView::showTime);
+    connect(m_events, &EventView::eventChosen, this, [this](const LiveEvent &event) {
+        m_plot->showTime(event.time);
+        emit eventChosen(event, m_session->live().timeOfDay(event.time));
+    });
+    connect(m_events, &EventView::traceRequested, this, [this](const LiveEvent &event) {
+        emit traceRequested(event, m_session->live().timeOfDay(event.time));
+    });
     connect(m_watch, &WatchView::told, this, &LivePage::told);
     connect(m_watch, &WatchView::failed, this, &LivePage::failed);
 }
@@ -60,6 +66,11 @@ void LivePage::setFolder(const std::function<QString()> &folder)
 {
     m_events->setFolder(folder);
     m_watch->setFolder(folder);
+}
+
+bool LivePage::showEventAt(const QDateTime &time)
+{
+    return m_events->chooseNearest(m_session->live().timeOf(time));
 }
 
 QWidget *LivePage::buildTop()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QDateTime>
 #include <QElapsedTimer>
 #include <QWidget>
 
@@ -9,6 +10,7 @@
 class BatteryView;
 class EventView;
 class LightStrip;
+struct LiveEvent;
 class LiveSession;
 class PlotView;
 class QLabel;
@@ -31,10 +33,16 @@ public:
     /*! The folder in which file dialogs begin. */
     void setFolder(const std::function<QString()> &folder);
 
+    /*! Chooses the event that is nearest to a time. False without any. */
+    bool showEventAt(const QDateTime &time);
+
     /*! How often it has followed; for tests. */
     int refreshes() const { return m_refreshes; }
 
 signals:
+    /*! The user has chosen an event, and where it is in a trace may be shown beside it; or wants to see it there. */
+    void eventChosen(const LiveEvent &event, const QDateTime &time);
+    void traceRequested(const LiveEvent &event, const QDateTime &time);
     /*! What came of something, and what did not go well with it. */
     void told(const QString &sentence, const QStringList &problems);
     void failed(const QString &sentence);

@@ -5,6 +5,7 @@
 #include <host/pages/live/lightstrip.h>
 #include <host/pages/live/numbersdialog.h>
 
+#include <QAction>
 #include <QClipboard>
 #include <QComboBox>
 #include <QFile>
@@ -52,6 +53,8 @@ private slots:
     void eventsThatCannotBeSaved();
     void newestEventIsFollowed();
     void eventIsChosen();
+    void eventGoesToTheTrace();
+    void noEventToChoose();
 
 private:
     static QString label(const LiveHost &host, const char *name) { return host.find<QLabel>(name)->text(); }
@@ -363,13 +366,40 @@ void tst_LivePage::eventIsChosen()
     host.heartbeats(2);
     host.inject(0x085, "1042080000000000");
     auto *view = host.page().findChild<EventView *>();
-    QSignalSpy chosen(view, &EventView::eventChosen);
+    QVector<LiveEvent> chosen;
+    connect(view, &EventView::eventChosen, this, [&chosen](const LiveEvent &event) { chosen << event; });
     auto *table = host.find<QTableView>("eventTable");
     QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier,
                       table->visualRect(table->model()->index(1, 0)).center());
-    QCOMPARE(chosen.count(), 1);
-    const qint64 time = chosen.first().first().toLongLong();
+    QCOMPARE(chosen.size(), 1);
+    QCOMPARE(chosen.first().kind, EventKind::Emergency);
+    const qint64 time = chosen.first().time;
     QVERIFY(time > 900000 && time < 1200000);
+}
+
+void tst_LivePage::eventGoesToTheTrace()
+{
+    LiveHost host;
+    host.connectToBus();
+    host.heartbeats(2);
+    host.inject(0x085, "1042080000000000");
+    QVector<QDateTime> wanted;
+    connect(&host.page(), &LivePage::traceRequested, this,
+            [&wanted](const LiveEvent &, const QDateTime &time) { wanted << time; });
+    auto *view = host.page().findChild<EventView *>();
+    auto *table = host.find<QTableView>("eventTable");
+    QVERIFY(host.page().showEventAt(host.session().live().timeOfDay(1'000'000)));
+    QCOMPARE(table->currentIndex().row(), 1);
+    view->findChild<QAction *>(QStringLiteral("showInTrace"))->trigger();
+    QCOMPARE(wanted.size(), 1);
+    QCOMPARE(host.session().live().timeOf(wanted.first()) / 100'000, 10); // ten tenths of a second
+}
+
+void tst_LivePage::noEventToChoose()
+{
+    LiveHost host;
+    host.connectToBus();
+    QVERIFY(!host.page().showEventAt(QDateTime::currentDateTime()));
 }
 
 QTEST_MAIN(tst_LivePage)

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "filterbar.h"
+
+#include "kindmenu.h"
+
+#include <QCheckBox>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QToolButton>
+
+namespace {
+
+constexpr int nodeCharacters = 7;
+constexpr int objectCharacters = 10;
+constexpr int textCharacters = 8;
+
+} // namespace
+
+FilterBar::FilterBar(QWidget *parent)
+    : QWidget(parent)
+    , m_nodes(makeField("filterNodes", nodeCharacters))
+    , m_kinds(new KindMenu(this))
+    , m_objects(makeField("filterObjects", objectCharacters))
+    , m_text(makeField("filterText", textCharacters))
+    , m_wrong(new QCheckBox(this))
+    , m_clear(new QToolButton(this))
+{
+    m_kinds->setObjectName(QStringLiteral("filterKinds"));
+    m_wrong->setObjectName(QStringLiteral("filterWrong"));
+    m_clear->setObjectName(QStringLiteral("filterClear"));
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_nodes, nodeCharacters);
+    layout->addWidget(m_kinds);
+    layout->addWidget(m_objects, objectCharacters);
+    layout->addWidget(m_text, 2 * textCharacters);
+    layout->addWidget(m_wrong);
+    layout->addWidget(m_clear);
+    connect(m_kinds, &KindMenu::changed, this, &FilterBar::read);
+    connect(m_wrong, &QCheckBox::toggled, this, &FilterBar::read);
+    connect(m_clear, &QToolButton::clicked, this, &FilterBar::clear);
+    retranslate();
+}
+
+QLineEdit *FilterBar::makeField(const char *name, int characters)
+{
+    auto *field = new QLineEdit(this);
+    field->setObjectName(QLatin1String(name));
+    field->setClearButtonEnabled(true);
+    field->setMinimumWidth(characters * field->fontMetrics().averageCharWidth());
+    connect(field, &QLineEdit::textChanged, this, &FilterBar::read);
+    return field;
+}
+
+void FilterBar::clear()
+{
+    {
+        const QSignalBlocker blockers[] = {QSignalBlocker(m_nodes), QSignalBlocker(m_objects),
+                                           QSignalBlocker(m_text), QSignalBlocker(m_wrong)};
+        for (QLineEdit *field : {m_nodes, m_objects, m_text})
+            field->clear();
+        m_wrong->setChecked(false);
+        m_kinds->setKinds({});
+    }
+    read();
+}
+
+void FilterBar::read()
+{
+    FilterInput input;
+    input.nodes = m_nodes->text();
+    input.objects = m_objects->text();
+    input.text = m_text->text();
+    input.kinds = m_kinds->kinds();
+    input.isWrongOnly = m_wrong->isChecked();
+    QString problem;
+    const std::optional<TraceFilter> filter = input.parse(&problem);
+    emit problemChanged(problem);
+    if (!filter)
+        return;
+    m_filter = *filter;
+    m_clear->setEnabled(!m_filter.isEmpty());
+    emit filterChanged();
+}
+
+void FilterBar::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    QWidget::changeEvent(event);
+}
+
+void FilterBar::retranslate()
+{
+    m_nodes->setPlaceholderText(tr("Nodes"));
+    m_nodes->setToolTip(tr("Only lines of these nodes: \"2, 5-7\""));
+    m_objects->setPlaceholderText(tr("Objects"));
+    m_objects->setToolTip(tr("Only lines that carry these objects: \"6164h.2, 1018h\""));
+    m_text->setPlaceholderText(tr("Words"));
+    m_text->setToolTip(tr("Only lines with these words"));
+    m_wrong->setText(tr("Only what is &wrong"));
+    m_wrong->setToolTip(tr("Only warnings and faults"));
+    m_clear->setText(tr("Show all"));
+    m_clear->setToolTip(tr("Shows all lines again"));
+    m_clear->setEnabled(!m_filter.isEmpty());
+}

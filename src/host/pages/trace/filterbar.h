@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "filterinput.h"
+
+#include <QWidget>
+
+class KindMenu;
+class QCheckBox;
+class QLineEdit;
+class QToolButton;
+
+/*! The fields by which lines of a trace are filtered. */
+class FilterBar : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit FilterBar(QWidget *parent = nullptr);
+
+    const TraceFilter &filter() const { return m_filter; }
+    void clear();
+
+signals:
+    void filterChanged();
+    /*! What is wrong with a field, a sentence; empty when nothing is. The filter stays as it was. */
+    void problemChanged(const QString &sentence);
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    QLineEdit *makeField(const char *name, int characters);
+    void read();
+    void retranslate();
+
+    QLineEdit *m_nodes;
+    KindMenu *m_kinds;
+    QLineEdit *m_objects;
+    QLineEdit *m_text;
+    QCheckBox *m_wrong;
+    QToolButton *m_clear;
+    TraceFilter m_filter;
+};

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "framedetails.h"
+
+#include "tracetimes.h"
+
+#include <trace/decoding/framewords.h>
+
+#include <QFont>
+
+#include <algorithm>
+
+namespace {
+
+QString bytesOf(const TraceFrame &frame, const FramePart &part)
+{
+    const auto begin = reinterpret_cast<const char *>(frame.bytes.data());
+    const int first = std::min(std::max(part.first, 0), frame.size());
+    const int count = std::min(std::max(part.count, 0), frame.size() - first);
+    return QString::fromLatin1(QByteArray(begin + first, count).toHex(' ').toUpper());
+}
+
+} // namespace
+
+void FrameDetails::show(const TraceDocument &document, std::size_t line)
+{
+    beginResetModel();
+    m_rows.clear();
+    const std::vector<std::size_t> frames = document.lines.frames(line);
+    const std::vector<QVector<FramePart>> parts = document.lines.parts(line, mostFrames);
+    for (std::size_t i = 0; i < parts.size(); ++i)
+        addFrame(document, document.trace.frames[frames[i]], parts[i]);
+    if (frames.size() > parts.size())
+        m_rows.append({QString(), QString(),
+                       tr("and %n more frame(s)", nullptr, static_cast<int>(frames.size() - parts.size())),
+                       true});
+    endResetModel();
+}
+
+void FrameDetails::addFrame(const TraceDocument &document, const TraceFrame &frame,
+                            const QVector<FramePart> &parts)
+{
+    const TraceHead &head = document.trace.head;
+    QString meaning = tr("Frame %1").arg(FrameWords::identifier(frame));
+    if (head.channels.size() > 1)
+        meaning += QStringLiteral(", ") + head.channels.value(frame.channel);
+    if (frame.isSent())
+        meaning += QStringLiteral(", ") + tr("sent by this computer");
+    m_rows.append({TraceTimes::longText(frame.time, head.hasTimeOfDay), FrameWords::bytes(frame), meaning, true});
+    for (const FramePart &part : parts) {
+        const QString where = part.count == 1 ? tr("byte %1").arg(part.first)
+                                              : tr("bytes %1 to %2").arg(part.first).arg(part.first + part.count - 1);
+        m_rows.append({where, bytesOf(frame, part), part.text, false});
+    }
+}
+
+void FrameDetails::clear()
+{
+    beginResetModel();
+    m_rows.clear();
+    endResetModel();
+}
+
+int FrameDetails::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_rows.size();
+}
+
+int FrameDetails::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : int(ColumnCount);
+}
+
+QVariant FrameDetails::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || index.row() >= m_rows.size())
+        return QVariant();
+    const Row &row = m_rows.at(index.row());
+    if (role == Qt::FontRole && row.isFrame) {
+        QFont font;
+        font.setBold(true);
+        return font;
+    }
+    if (role == Qt::TextAlignmentRole && index.column() == WhereColumn && !row.isFrame)
+        return int(Qt::AlignRight | Qt::AlignVCenter);
+    if (role != Qt::DisplayRole)
+        return QVariant();
+    switch (index.column()) {
+    case WhereColumn:
+        return row.where;
+    case BytesColumn:
+        return row.bytes;
+    default:
+        return row.meaning;
+    }
+}
+
+QVariant FrameDetails::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return QVariant();
+    switch (section) {
+    case WhereColumn:
+        return tr("Where");
+    case BytesColumn:
+        return tr("Bytes");
+    default:
+        return tr("Meaning");
+    }
+}

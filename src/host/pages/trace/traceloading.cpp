@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include "traceloading.h"
+
+#include <host/core/background.h>
+#include <trace/files/tracefile.h>
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::size_t linesAtOnce = 20000; // between two looks whether somebody has cancelled
+
+/*! Lets a reader tell how far it is, and end early. */
+class WatchedReader : public TraceReader
+{
+public:
+    WatchedReader(std::unique_ptr<TraceReader> reader, std::atomic<bool> *isCancelled,
+                  std::atomic<std::size_t> *frames)
+        : m_reader(std::move(reader))
+        , m_isCancelled(isCancelled)
+        , m_frames(frames)
+    {
+    }
+
+    Step next(TraceFrame *frame) override
+    {
+        if (m_isCancelled->load(std::memory_order_relaxed))
+            return Step::End;
+        const Step step = m_reader->next(frame);
+        if (step == Step::Frame)
+            m_frames->fetch_add(1, std::memory_order_relaxed);
+        else if (step == Step::Problem)
+            complain(m_reader->problem().line, m_reader->problem().text);
+        return step;
+    }
+    int bytesPerFrame() const override { return m_reader->bytesPerFrame(); }
+    const TraceHead &knownHead() const { return m_reader->head(); }
+
+private:
+    std::unique_ptr<TraceReader> m_reader;
+    std::atomic<bool> *m_isCancelled;
+    std::atomic<std::size_t> *m_frames;
+};
+
+/*! About how many frames a file has; 0 when nobody knows. */
+std::size_t expectedFrames(const QString &fileName, const TraceReader &reader)
+{
+    if (TraceFormats::ofName(fileName).compression != Compression::None)
+        return 0;
+    return static_cast<std::size_t>(std::max<qint64>(0, QFileInfo(fileName).size()) / reader.bytesPerFrame());
+}
+
+} // namespace
+
+TraceLoading::TraceLoading(QObject *parent)
+    : QObject(parent)
+{
+}
+
+TraceLoading::~TraceLoading()
+{
+    cancel();
+}
+
+void TraceLoading::cancel()
+{
+    if (m_state)
+        m_state->isCancelled = true;
+    m_state.reset();
+}
+
+std::size_t TraceLoading::frames() const
+{
+    return m_state ? m_state->frames.load() : 0;
+}
+
+int TraceLoading::percent() const
+{
+    constexpr std::size_t whole = 100;
+    const std::size_t expected = m_state ? m_state->expected.load() : 0;
+    return expected == 0 ? -1 : static_cast<int>(std::min(frames() * whole / expected, whole));
+}
+
+void TraceLoading::start(const QString &fileName)
+{
+    cancel();
+    m_fileName = fileName;
+    m_state = std::make_shared<State>();
+    Background::run(
+        this, [fileName, state = m_state] { return load(fileName, state.get()); },
+        [this, state = m_state](const Result &result) {
+            if (state != m_state)
+                return; // cancelled
+            m_state.reset();
+            if (result.document)
+                emit loaded(result.document);
+            else
+                emit failed(result.problem);
+        });
+}
+
+TraceLoading::Result TraceLoading::load(const QString &fileName, State *state)
+{
+    Result result;
+    std::unique_ptr<TraceReader> opened = TraceFile::open(fileName, &result.problem);
+    if (!opened)
+        return result;
+    WatchedReader reader(std::move(opened), &state->isCancelled, &state->frames);
+    auto document = std::make_shared<TraceDocument>();
+    document->fileName = fileName;
+    state->expected = expectedFrames(fileName, reader);
+    document->trace = TraceFile::load(&reader, TraceFile::Limits(), state->expected);
+    document->trace.head = reader.knownHead();
+    while (!state->isCancelled && document->lines.advance(linesAtOnce)) { }
+    if (!state->isCancelled)
+        document->lines.finish();
+    result.document = std::move(document);
+    return result;
+}

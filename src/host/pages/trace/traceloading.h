@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tracedocument.h"
+
+#include <QObject>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+
+/*! Loads a trace file in the background. */
+class TraceLoading : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit TraceLoading(QObject *parent = nullptr);
+    ~TraceLoading() override;
+
+    /*! Ends what is under way, and begins with another file. */
+    void start(const QString &fileName);
+    /*! Nothing more is told of what is under way. */
+    void cancel();
+
+    bool isRunning() const { return m_state != nullptr; }
+    QString fileName() const { return m_fileName; }
+    /*! Frames so far. */
+    std::size_t frames() const;
+    /*! About how much of the file was read; -1 when nobody knows. */
+    int percent() const;
+
+signals:
+    /*! From the event loop; not after cancel(). */
+    void loaded(const std::shared_ptr<TraceDocument> &document);
+    /*! A sentence. */
+    void failed(const QString &sentence);
+
+private:
+    /*! What the thread of the work and that of the window have together. */
+    struct State
+    {
+        std::atomic<bool> isCancelled{false};
+        std::atomic<std::size_t> frames{0};
+        std::atomic<std::size_t> expected{0}; // about; 0: nobody knows
+    };
+    struct Result
+    {
+        std::shared_ptr<TraceDocument> document; // null: problem says why
+        QString problem;
+    };
+
+    static Result load(const QString &fileName, State *state);
+
+    std::shared_ptr<State> m_state; // null: nothing is under way
+    QString m_fileName;
+};

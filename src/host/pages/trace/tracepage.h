@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "framedetails.h"
+#include "tracemodel.h"
+#include "tracemoment.h"
+
+#include <QDateTime>
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+
+class CopyTable;
+class FilterBar;
+class FindBar;
+class QLabel;
+class QStackedWidget;
+class QToolButton;
+class TraceSession;
+class TraceTable;
+class TraceToolbar;
+
+/*! The page "Trace": what was on the bus, line by line in words, while it is heard and from files. Only arranges what the
+ *  session knows. Follows at most ten times a second, and not while it is hidden.
+ */
+class TracePage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /*! \a session must outlive the page. */
+    explicit TracePage(TraceSession *session, QWidget *parent = nullptr);
+
+    /*! The folder in which file dialogs begin. */
+    void setFolder(const std::function<QString()> &folder);
+
+    /*! Shows what was heard around a moment. */
+    void showMoment(const TraceMoment &moment);
+
+    TraceModel &model() { return m_model; }
+
+signals:
+    /*! The user wants the events around a time. */
+    void eventsRequested(const QDateTime &time);
+    /*! What came of something, and what did not go well with it. */
+    void told(const QString &sentence, const QStringList &problems);
+    void failed(const QString &sentence);
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    QWidget *buildTop();
+    QWidget *buildCentre();
+    QWidget *buildBottom();
+    QToolButton *makeButton(const char *name, void (TracePage::*pressed)());
+    void addKeys();
+    void connectParts();
+    void connectSession();
+
+    void showDocument();
+    void takeGrown();
+    void takeShortened(std::size_t frames);
+    void relearn();
+    void takeFilter();
+    void goToLine(std::size_t line);
+    void goToWanted();
+    void chooseRow(int row);
+    void showChosen();
+    void showCounts();
+    void showSelection();
+    void setFollowing(bool follows);
+    void exportShown();
+    void exportLookedAt();
+    void askForEvents();
+    void toggleFollowing();
+    QString documentText() const;
+    void retranslate();
+
+    TraceSession *m_session;
+    TraceModel m_model;
+    FrameDetails m_details;
+    TraceToolbar *m_toolbar = nullptr;
+    FilterBar *m_filter = nullptr;
+    FindBar *m_find = nullptr;
+    QLabel *m_count = nullptr;
+    QLabel *m_problem = nullptr;
+    QStackedWidget *m_centre = nullptr;
+    QLabel *m_empty = nullptr;
+    TraceTable *m_table = nullptr;
+    CopyTable *m_parts = nullptr;
+    QToolButton *m_copy = nullptr;
+    QToolButton *m_export = nullptr;
+    QToolButton *m_events = nullptr;
+    QToolButton *m_follow = nullptr;
+    QLabel *m_selection = nullptr;
+    std::function<QString()> m_folder;
+    std::optional<std::size_t> m_chosen; // frame of the document whose line is chosen
+    std::optional<std::size_t> m_wanted; // line to go to as soon as it was looked at
+    QString m_exportName;                // for when all lines were looked at; empty: nothing is to be exported
+    bool m_isGoing = false;              // another filter or document is being taken in
+};

@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: MIT
+#include "tracerecorder.h"
+
+#include <host/core/background.h>
+#include <live/events/eventlist.h>
+#include <trace/recording/tracefolder.h>
+
+#include <QCanBusFrame>
+#include <QDateTime>
+#include <QDir>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int tickInterval = 100; // ms
+constexpr qint64 nanoseconds = 1000; // of a microsecond
+constexpr qint64 microseconds = 1000; // of a millisecond
+constexpr qint64 second = 1000000; // us
+constexpr FaultSaving::Settings savingTimes{5 * second, 60 * second};
+
+qint64 timeOfDay()
+{
+    return QDateTime::currentMSecsSinceEpoch() * microseconds;
+}
+
+/*! Whether a trace can hold it. */
+bool isClassic(const QCanBusFrame &frame)
+{
+    return frame.isValid() && frame.frameType() != QCanBusFrame::InvalidFrame
+           && frame.frameType() != QCanBusFrame::UnknownFrame
+           && frame.payload().size() <= TraceFrame::mostBytes;
+}
+
+struct Saved
+{
+    QString file;
+    QString problem;
+};
+
+} // namespace
+
+TraceRecorder::TraceRecorder(BusConnection *bus, QObject *parent)
+    : QObject(parent)
+    , m_bus(bus)
+    , m_faults(savingTimes)
+    , m_time(timeOfDay())
+{
+    m_steady.start();
+    m_timer.setInterval(tickInterval);
+    connect(&m_timer, &QTimer::timeout, this, &TraceRecorder::tick);
+    connect(bus, &BusConnection::frameReceived, this,
+            [this](const QCanBusFrame &frame) { take(frame, TraceFrame::Flag(0)); });
+    connect(bus, &BusConnection::frameSent, this,
+            [this](const QCanBusFrame &frame) { take(frame, TraceFrame::Sent); });
+    connect(bus, &BusConnection::stateChanged, this, &TraceRecorder::handleState);
+}
+
+TraceRecorder::~TraceRecorder()
+{
+    if (m_recording)
+        m_recording->finish();
+}
+
+qint64 TraceRecorder::now() const
+{
+    return m_steady.nsecsElapsed() / nanoseconds;
+}
+
+TraceHead TraceRecorder::head() const
+{
+    TraceHead head;
+    const QString name = m_bus->settings().address.interfaceName;
+    head.channels = QStringList(name.isEmpty() ? QStringLiteral("can0") : name);
+    head.hasTimeOfDay = true;
+    return head;
+}
+
+void TraceRecorder::handleState(BusConnection::State state)
+{
+    if (state == BusConnection::State::Connected && !m_isListening) {
+        begin();
+    } else if (state == BusConnection::State::Disconnected && m_isListening) {
+        m_isListening = false;
+        noticeFaults();
+        if (m_faults.isWaiting()) // nothing more will come that it could wait for
+            saveByItself();
+        if (!m_recording)
+            m_timer.stop();
+        emit ended();
+    }
+}
+
+void TraceRecorder::begin()
+{
+    m_isListening = true;
+    m_lastEvent = 0;
+    m_faults = FaultSaving(savingTimes);
+    m_time = RecordedTime(timeOfDay() - now());
+    m_flight.clear();
+    m_flight.setHead(head());
+    m_timer.start();
+    emit begun(head());
+}
+
+void TraceRecorder::take(const QCanBusFrame &frame, TraceFrame::Flag flag)
+{
+    if (!m_isListening || !isClassic(frame))
+        return;
+    TraceFrame traced = TraceFrame::of(frame, m_time.timeOf(frame, now()));
+    traced.flags = static_cast<quint8>(traced.flags | flag);
+    m_flight.add(traced);
+    if (m_recording && !m_recording->add(traced, now()))
+        endRecording();
+    emit taken(traced);
+}
+
+void TraceRecorder::tick()
+{
+    if (m_recording && !m_recording->advance(now()))
+        endRecording();
+    noticeFaults();
+    if (m_faults.takeDue(now()))
+        saveByItself();
+    if (m_recording)
+        emit recordingChanged();
+}
+
+void TraceRecorder::noticeFaults()
+{
+    if (m_events == nullptr || m_events->events().empty())
+        return;
+    const std::deque<LiveEvent> &events = m_events->events();
+    const quint64 last = events.back().number;
+    if (last < m_lastEvent) // another bus
+        m_lastEvent = 0;
+    // The newest stand at the end, and their numbers have no gaps.
+    const auto unseen = std::min<quint64>(last - m_lastEvent, events.size());
+    m_lastEvent = last;
+    const bool hasFault
+        = std::any_of(events.end() - static_cast<std::ptrdiff_t>(unseen), events.end(),
+                      [](const LiveEvent &event) { return event.severity() == Severity::Fault; });
+    if (hasFault && m_settings.savesFaults)
+        m_faults.handleFault(now());
+}
+
+void TraceRecorder::saveByItself()
+{
+    if (m_flight.size() == 0)
+        return;
+    const TraceFolder folder(m_settings.folder, m_settings.mostBytes);
+    const QDateTime time = QDateTime::currentDateTimeUtc();
+    Background::run(
+        this,
+        [folder, flight = lastMinutes(), time] {
+            Saved saved;
+            saved.file = folder.save(flight.all(), time, &saved.problem);
+            return saved;
+        },
+        [this](const Saved &saved) {
+            if (saved.file.isEmpty())
+                emit warned(tr("What was on the bus before a fault could not be saved. %1").arg(saved.problem));
+            else
+                emit told(tr("What was on the bus before a fault is saved: %1")
+                              .arg(QDir::toNativeSeparators(saved.file)));
+        });
+}
+
+bool TraceRecorder::record(const QString &fileName, QString *errorMessage)
+{
+    stopRecording();
+    TraceRecording::Settings settings;
+    settings.path = fileName;
+    auto recording = std::make_unique<TraceRecording>(settings);
+    if (!recording->begin(head(), now())) {
+        *errorMessage = recording->errorString();
+        return false;
+    }
+    m_recording = std::move(recording);
+    m_recordingFile = fileName;
+    m_recordingBegin = now();
+    m_timer.start();
+    emit recordingChanged();
+    return true;
+}
+
+void TraceRecorder::stopRecording()
+{
+    if (!m_recording)
+        return;
+    m_recording->finish();
+    endRecording();
+}
+
+/*! It has ended, by itself or not: says how. */
+void TraceRecorder::endRecording()
+{
+    const std::unique_ptr<TraceRecording> recording = std::move(m_recording);
+    const QString name = QDir::toNativeSeparators(m_recordingFile);
+    const auto frames = static_cast<int>(std::min<quint64>(recording->frames(), 0x7FFFFFFF));
+    if (!m_isListening)
+        m_timer.stop();
+    emit recordingChanged();
+    if (recording->errorString().isEmpty())
+        emit told(tr("Recorded: %1, %n frame(s)", nullptr, frames).arg(name));
+    else
+        emit warned(tr("The recording %1 has ended. %2").arg(name, recording->errorString()));
+}

@@ -1,0 +1,233 @@
+// SPDX-License-Identifier: MIT
+#include "tracesession.h"
+
+#include "tracerows.h"
+
+#include <host/core/background.h>
+#include <trace/files/traceformat.h>
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int tickInterval = 100;           // ms
+constexpr std::size_t framesAtOnce = 10000; // into lines: some ms
+constexpr std::size_t mostToSort = 100000;  // lines that are sorted again at once
+
+} // namespace
+
+TraceSession::TraceSession(BusConnection *bus, QObject *parent)
+    : QObject(parent)
+    , m_recorder(bus)
+    , m_shown(m_live.document())
+{
+    m_timer.setInterval(tickInterval);
+    connect(&m_timer, &QTimer::timeout, this, &TraceSession::tick);
+    connect(&m_recorder, &TraceRecorder::begun, this, &TraceSession::begin);
+    connect(&m_recorder, &TraceRecorder::taken, this, [this](const TraceFrame &frame) { m_live.add(frame); });
+    connect(&m_recorder, &TraceRecorder::told, this,
+            [this](const QString &sentence) { emit told(sentence, {}); });
+    connect(&m_recorder, &TraceRecorder::warned, this,
+            [this](const QString &sentence) { emit told(QString(), {sentence}); });
+    connect(&m_loading, &TraceLoading::loaded, this, [this](const std::shared_ptr<TraceDocument> &document) {
+        emit loadingChanged();
+        show(document);
+    });
+    connect(&m_loading, &TraceLoading::failed, this, [this](const QString &sentence) {
+        emit loadingChanged();
+        emit failed(sentence);
+    });
+}
+
+void TraceSession::begin(const TraceHead &head)
+{
+    const bool wasLive = isLive();
+    m_live.begin(head);
+    m_hasHeard = true;
+    m_timer.start();
+    if (wasLive) // a file stays until the user wants something else
+        show(m_live.document());
+    else
+        emit documentChanged();
+}
+
+void TraceSession::tick()
+{
+    const std::shared_ptr<TraceDocument> before = m_live.document();
+    const bool isMore = m_live.advance(framesAtOnce);
+    refresh();
+    if (m_live.document() != before)
+        takeShortened(before);
+    if (isLive())
+        emit grown();
+    if (!isMore && !m_recorder.isListening()) {
+        m_live.document()->lines.finish();
+        m_timer.stop();
+        if (isLive())
+            emit grown();
+    }
+}
+
+/*! What was learnt lately holds for lines of before as well. In a long trace for new lines only. */
+void TraceSession::refresh()
+{
+    TraceDocument &document = *m_live.document();
+    const int known = document.book.pdos().revision();
+    if (known == m_known || document.lines.size() > mostToSort)
+        return;
+    m_known = known;
+    document.lines.refresh();
+    if (isLive())
+        emit relearnt();
+}
+
+/*! The first frames of what is heard have left. */
+void TraceSession::takeShortened(const std::shared_ptr<TraceDocument> &before)
+{
+    if (m_shown != before)
+        return;
+    const std::size_t frames = before->trace.frames.size() - m_live.document()->trace.frames.size();
+    m_shown = m_live.document();
+    emit shortened(frames);
+}
+
+void TraceSession::show(const std::shared_ptr<TraceDocument> &document)
+{
+    m_shown = document;
+    emit documentChanged();
+}
+
+void TraceSession::showLive()
+{
+    show(m_live.document());
+}
+
+bool TraceSession::isTraceFile(const QString &fileName)
+{
+    return TraceFormats::ofName(fileName).format.has_value();
+}
+
+void TraceSession::open(const QString &fileName)
+{
+    m_loading.start(fileName);
+    emit loadingChanged();
+}
+
+void TraceSession::cancelOpening()
+{
+    m_loading.cancel();
+    emit loadingChanged();
+}
+
+/*! Whether a file of this name would be taken for one that was saved by itself, and removed some day. */
+bool TraceSession::isForAutomatic(const QString &fileName) const
+{
+    const QFileInfo file(fileName);
+    return file.absoluteDir() == QDir(m_recorder.settings().folder)
+           && file.fileName().startsWith(QLatin1String("trace "));
+}
+
+bool TraceSession::isRefused(const QString &fileName)
+{
+    if (!isForAutomatic(fileName))
+        return false;
+    emit failed(tr("Names that begin with \"trace \" are for what is saved by itself in this folder, and "
+                   "removed again. Choose another one."));
+    return true;
+}
+
+/*! \a make runs in another thread. */
+void TraceSession::saveLater(const QString &fileName, const std::function<Trace()> &make)
+{
+    if (isRefused(fileName))
+        return;
+    Background::run(
+        this, [fileName, make] { return TraceExport::save(fileName, make()); },
+        [this](const TraceExport::Result &result) { report(result); });
+}
+
+void TraceSession::save(const QString &fileName, const FlightRecorder &minutes)
+{
+    saveLater(fileName, [minutes] { return minutes.all(); });
+}
+
+void TraceSession::saveShown(const QString &fileName, const TraceRows &rows)
+{
+    if (!isLive()) {
+        saveLater(fileName, [document = m_shown, rows] { return TraceExport::shown(*document, rows); });
+        return;
+    }
+    // It goes on growing.
+    saveLater(fileName, [trace = std::make_shared<const Trace>(TraceExport::shown(*m_shown, rows))] {
+        return *trace;
+    });
+}
+
+void TraceSession::open(const QString &fileName)
+{
+    m_loading.start(fileName);
+    emit loadingChanged();
+}
+
+void TraceSession::cancelOpening()
+{
+    m_loading.cancel();
+    emit loadingChanged();
+}
+
+/*! Whether a file of this name would be taken for one that was saved by itself, and removed some day. */
+bool TraceSession::isForAutomatic(const QString &fileName) const
+{
+    const QFileInfo file(fileName);
+    return file.absoluteDir() == QDir(m_recorder.settings().folder)
+           && file.fileName().startsWith(QLatin1String("trace "));
+}
+
+bool TraceSession::isRefused(const QString &fileName)
+{
+    if (!isForAutomatic(fileName))
+        return false;
+    emit failed(tr("Names that begin with \"trace \" are for what is saved by itself in this folder, and "
+                   "removed again. Choose another one."));
+    return true;
+}
+
+void TraceSession::save(const QString &fileName, Trace trace)
+{
+    if (isRefused(fileName))
+        return;
+    const auto kept = std::make_shared<const Trace>(std::move(trace));
+    Background::run(
+        this, [fileName, kept] { return TraceExport::save(fileName, *kept); },
+        [this](const TraceExport::Result &result) { report(result); });
+}
+
+void TraceSession::saveShown(const QString &fileName, const TraceRows &rows)
+{
+    if (isLive()) { // it goes on growing
+        save(fileName, TraceExport::shown(*m_shown, rows));
+        return;
+    }
+    if (isRefused(fileName))
+        return;
+    Background::run(
+        this,
+        [fileName, document = m_shown, rows] {
+            return TraceExport::save(fileName, TraceExport::shown(*document, rows));
+        },
+        [this](const TraceExport::Result &result) { report(result); });
+}
+
+void TraceSession::report(const TraceExport::Result &result)
+{
+    if (!result.problem.isEmpty()) {
+        emit failed(result.problem);
+        return;
+    }
+    const auto frames = static_cast<int>(std::min<quint64>(result.frames, 0x7FFFFFFF));
+    emit told(tr("Saved: %1, %n frame(s)", nullptr, frames).arg(QDir::toNativeSeparators(result.fileName)),
+              result.problems);
+}

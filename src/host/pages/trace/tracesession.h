@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tracerecorder.h"
+#include "livetrace.h"
+#include "traceexport.h"
+#include "traceloading.h"
+
+#include <QObject>
+#include <QStringList>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+class TraceRows;
+
+/*! What the page "Trace" is about: what is heard, or a file that was opened; and the recorder. Sends nothing. */
+class TraceSession : public QObject
+{
+    Q_OBJECT
+
+public:
+    /*! \a bus must outlive the session. */
+    explicit TraceSession(BusConnection *bus, QObject *parent = nullptr);
+
+    TraceRecorder &recorder() { return m_recorder; }
+    const TraceRecorder &recorder() const { return m_recorder; }
+    TraceLoading &loading() { return m_loading; }
+
+    /*! What is shown; never null. What is heard grows. */
+    const std::shared_ptr<TraceDocument> &document() const { return m_shown; }
+    /*! Whether what is heard is shown, or was heard last. */
+    bool isLive() const { return m_shown == m_live.document(); }
+    /*! Whether there is nothing to show: no file, and nothing was ever listened to. */
+    bool isEmpty() const { return isLive() && !m_hasHeard; }
+
+    /*! Whether the name is that of a trace, also of a compressed one. */
+    static bool isTraceFile(const QString &fileName);
+
+    /*! Loads a file in the background, and then shows it; what is shown stays until then. */
+    void open(const QString &fileName);
+    void cancelOpening();
+    /*! Shows what is heard again. */
+    void showLive();
+
+    /*! Saves in the background; what came of it is told. */
+    void save(const QString &fileName, const FlightRecorder &minutes);
+    /*! The same with the lines that are shown. */
+    void saveShown(const QString &fileName, const TraceRows &rows);
+
+signals:
+    /*! Another document. */
+    void documentChanged();
+    /*! What is heard is in another document now, without its first \a frames; the others are the same. */
+    void shortened(std::size_t frames);
+    /*! More is known of what PDOs carry: lines may fit another filter. */
+    void relearnt();
+    /*! What is heard has grown, and is shown; at most ten times a second. */
+    void grown();
+    void loadingChanged();
+    /*! What came of something, and what did not go well with it. */
+    void told(const QString &sentence, const QStringList &problems);
+    void failed(const QString &sentence);
+
+private:
+    void begin(const TraceHead &head);
+    void tick();
+    void refresh();
+    void takeShortened(const std::shared_ptr<TraceDocument> &before);
+    bool isRefused(const QString &fileName);
+    void saveLater(const QString &fileName, const std::function<Trace()> &make);
+    void show(const std::shared_ptr<TraceDocument> &document);
+    void report(const TraceExport::Result &result);
+    bool isForAutomatic(const QString &fileName) const;
+
+    TraceRecorder m_recorder;
+    LiveTrace m_live;
+    TraceLoading m_loading;
+    std::shared_ptr<TraceDocument> m_shown;
+    QTimer m_timer;
+    int m_known = 0; // revision of what is known of PDOs by which lines are sorted
+    bool m_hasHeard = false;
+};

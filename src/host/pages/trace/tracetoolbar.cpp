@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+#include "tracetoolbar.h"
+
+#include "tracedialogs.h"
+#include "tracesession.h"
+#include "tracetimes.h"
+
+#include <host/pages/plainlabel.h>
+
+#include <QDateTime>
+#include <QDir>
+#include <QEvent>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QProgressBar>
+#include <QToolButton>
+
+namespace {
+
+constexpr int progressWidth = 90; // pixels
+
+/*! "bus 2026-11-22 08.30.15": sorts by time, and is not taken for a trace that was saved by itself. */
+QString suggestedName()
+{
+    return QDateTime::currentDateTime().toString(QStringLiteral("'bus 'yyyy-MM-dd hh.mm.ss"));
+}
+
+} // namespace
+
+TraceToolbar::TraceToolbar(TraceSession *session, QWidget *parent)
+    : QWidget(parent)
+    , m_session(session)
+    , m_record(makeButton("traceRecord", &TraceToolbar::record))
+    , m_saveLast(makeButton("traceSaveLast", &TraceToolbar::saveLast))
+    , m_open(makeButton("traceOpen", &TraceToolbar::open))
+    , m_live(makeButton("traceLive", &TraceToolbar::showLive))
+    , m_state(makePlainLabel("traceState", this))
+    , m_progress(new QProgressBar(this))
+    , m_cancel(makeButton("traceCancel", &TraceToolbar::cancel))
+    , m_folder([] { return QString(); })
+{
+    build();
+    connect(session, &TraceSession::documentChanged, this, &TraceToolbar::refresh);
+    connect(session, &TraceSession::loadingChanged, this, &TraceToolbar::refresh);
+    connect(session, &TraceSession::grown, this, &TraceToolbar::refresh);
+    connect(&session->recorder(), &TraceRecorder::recordingChanged, this, &TraceToolbar::refresh);
+    connect(&session->recorder(), &TraceRecorder::ended, this, &TraceToolbar::refresh);
+    retranslate();
+}
+
+QToolButton *TraceToolbar::makeButton(const char *name, void (TraceToolbar::*pressed)())
+{
+    auto *button = new QToolButton(this);
+    button->setObjectName(QLatin1String(name));
+    button->setFocusPolicy(Qt::StrongFocus);
+    connect(button, &QToolButton::clicked, this, pressed);
+    return button;
+}
+
+void TraceToolbar::build()
+{
+    m_record->setCheckable(true);
+    m_progress->setObjectName(QStringLiteral("traceProgress"));
+    m_progress->setFixedWidth(progressWidth);
+    m_progress->setTextVisible(false);
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    for (QToolButton *button : {m_record, m_saveLast, m_open, m_live})
+        layout->addWidget(button);
+    layout->addWidget(m_state, 1);
+    layout->addWidget(m_progress);
+    layout->addWidget(m_cancel);
+}
+
+void TraceToolbar::record()
+{
+    TraceRecorder &recorder = m_session->recorder();
+    if (recorder.isRecording()) {
+        recorder.stopRecording();
+        return;
+    }
+    m_record->setChecked(false); // until there is a file
+    TraceDialogs::askToSave(this, "traceRecordDialog", tr("Record to a file"), m_folder(), suggestedName(),
+                            [this](const QString &fileName) {
+                                QString problem;
+                                if (!m_session->recorder().record(fileName, &problem))
+                                    emit failed(problem);
+                                refresh();
+                            });
+}
+
+void TraceToolbar::saveLast()
+{
+    // As of now, and not of when the name is typed.
+    const FlightRecorder minutes = m_session->recorder().lastMinutes();
+    TraceDialogs::askToSave(this, "traceSaveDialog", tr("Save the last 10 minutes"), m_folder(),
+                            suggestedName(), [this, minutes](const QString &fileName) {
+                                m_session->save(fileName, minutes);
+                            });
+}
+
+void TraceToolbar::open()
+{
+    TraceDialogs::askToOpen(
+        this, "traceOpenDialog", tr("Open a trace"), m_folder(),
+        {tr("Traces (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)"), tr("All files (*)")},
+        [this](const QString &fileName) { m_session->open(fileName); });
+}
+
+void TraceToolbar::showLive()
+{
+    m_session->showLive();
+}
+
+void TraceToolbar::cancel()
+{
+    m_session->cancelOpening();
+}
+
+QString TraceToolbar::progressText() const
+{
+    TraceLoading &loading = m_session->loading();
+    if (loading.isRunning())
+        return tr("Reading %1: %2 frames")
+            .arg(QFileInfo(loading.fileName()).fileName(), TraceTimes::count(loading.frames()));
+    const TraceRecorder &recorder = m_session->recorder();
+    if (recorder.isRecording())
+        return tr("Recording %1: %2 frames, %3")
+            .arg(QFileInfo(recorder.recordingFile()).fileName(), TraceTimes::count(recorder.recorded()),
+                 TraceTimes::difference(recorder.recordingTime()));
+    if (!m_session->isLive())
+        return QDir::toNativeSeparators(m_session->document()->fileName);
+    return QString();
+}
+
+void TraceToolbar::refresh()
+{
+    const bool isRecording = m_session->recorder().isRecording();
+    const bool isLoading = m_session->loading().isRunning();
+    m_record->setChecked(isRecording);
+    m_record->setText(isRecording ? tr("■ Stop &recording") : tr("● &Record..."));
+    m_saveLast->setEnabled(m_session->recorder().kept() > 0);
+    m_live->setVisible(!m_session->isLive());
+    m_progress->setVisible(isLoading);
+    m_cancel->setVisible(isLoading);
+    const int percent = m_session->loading().percent();
+    m_progress->setRange(0, percent < 0 ? 0 : 100); // without an end, when nobody knows it
+    m_progress->setValue(percent);
+    m_state->setText(progressText());
+    m_state->setToolTip(progressText());
+}
+
+void TraceToolbar::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    QWidget::changeEvent(event);
+}
+
+void TraceToolbar::retranslate()
+{
+    m_record->setToolTip(tr("Writes all that is heard from now on into a file"));
+    m_saveLast->setText(tr("&Save last 10 min..."));
+    m_saveLast->setToolTip(tr("Saves what was heard in the last ten minutes; it is kept all the time"));
+    m_open->setText(tr("&Open..."));
+    m_open->setToolTip(tr("Opens a trace: a log of candump, asc, trc, pcap or pcapng, also compressed"));
+    m_live->setText(tr("&Live"));
+    m_live->setToolTip(tr("Shows what is heard instead of the file"));
+    m_cancel->setText(tr("Cancel"));
+    refresh();
+}

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWidget>
+
+#include <functional>
+
+class QLabel;
+class QProgressBar;
+class QToolButton;
+class TraceSession;
+
+/*! Records, saves the last minutes, opens a file, and goes back to what is heard; says how far that is. */
+class TraceToolbar : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /*! \a session must outlive it. */
+    explicit TraceToolbar(TraceSession *session, QWidget *parent = nullptr);
+
+    /*! The folder in which file dialogs begin. */
+    void setFolder(const std::function<QString()> &folder) { m_folder = folder; }
+
+    /*! How far opening and recording are; to be called a few times a second. */
+    void refresh();
+
+signals:
+    void failed(const QString &sentence);
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    QToolButton *makeButton(const char *name, void (TraceToolbar::*pressed)());
+    void build();
+    void record();
+    void saveLast();
+    void open();
+    void showLive();
+    void cancel();
+    void retranslate();
+    QString progressText() const;
+
+    TraceSession *m_session;
+    QToolButton *m_record;
+    QToolButton *m_saveLast;
+    QToolButton *m_open;
+    QToolButton *m_live;
+    QLabel *m_state;
+    QProgressBar *m_progress;
+    QToolButton *m_cancel;
+    std::function<QString()> m_folder;
+};

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#include "heardframes.h"
+
+#include <host/pages/trace/livetrace.h>
+
+#include <QtTest>
+
+/*! What is heard as a trace that stays bounded. */
+class tst_LiveTrace : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void grows();
+    void linesComeInSlices();
+    void olderHalfLeaves();
+    void staysBounded();
+    void mappingsStay();
+    void beginsAnew();
+
+private:
+    static TraceFrame beat(int number) { return heard(number * second, 0x705, "05"); }
+};
+
+void tst_LiveTrace::grows()
+{
+    LiveTrace live(100);
+    for (const TraceFrame &frame : fourLines())
+        live.add(frame);
+    QCOMPARE(live.document()->lines.size(), std::size_t(0));
+    QVERIFY(!live.advance(100));
+    QCOMPARE(live.document()->lines.size(), std::size_t(4));
+}
+
+void tst_LiveTrace::linesComeInSlices()
+{
+    LiveTrace live(100);
+    for (int i = 0; i < 10; ++i)
+        live.add(beat(i));
+    QVERIFY(live.advance(6));
+    QCOMPARE(live.document()->lines.size(), std::size_t(6));
+    QVERIFY(!live.advance(6));
+    QCOMPARE(live.document()->lines.size(), std::size_t(10));
+}
+
+void tst_LiveTrace::olderHalfLeaves()
+{
+    LiveTrace live(10);
+    for (int i = 0; i < 10; ++i)
+        live.add(beat(i));
+    const std::shared_ptr<TraceDocument> before = live.document();
+    QVERIFY(live.advance(3)); // what takes its place is not ready
+    QCOMPARE(live.document(), before);
+    live.add(beat(10));
+    while (live.advance(3)) { }
+    QVERIFY(live.document() != before);
+    QCOMPARE(live.left(), std::size_t(5));
+    QCOMPARE(live.document()->lines.size(), std::size_t(6));
+    QCOMPARE(live.document()->trace.frames.front().time, morning + 5 * second);
+    QCOMPARE(live.document()->trace.frames.back().time, morning + 10 * second);
+}
+
+void tst_LiveTrace::staysBounded()
+{
+    LiveTrace live(80);
+    for (int i = 0; i < 10'000; ++i) {
+        live.add(beat(i));
+        live.advance(10);
+        QVERIFY(live.document()->trace.frames.size() <= 90);
+    }
+    QCOMPARE(live.document()->trace.frames.back().time, morning + 9'999 * second);
+    QCOMPARE(live.left() + live.document()->trace.frames.size(), std::size_t(10'000));
+}
+
+void tst_LiveTrace::mappingsStay()
+{
+    // The first transmit PDO of node 5 on 345h with 6000h sub-index 1, read in the trace.
+    constexpr const char *reads[][2] = {
+        {"4000180100000000", "4300180145030000"}, // 1800h.1 = 345h
+        {"40001A0000000000", "4F001A0001000000"}, // 1A00h.0 = 1
+        {"40001A0100000000", "43001A0108010060"}, // 1A00h.1 = 6000h.1, 8 bits
+    };
+    LiveTrace live(20);
+    qint64 time = 0;
+    for (const auto &read : reads) {
+        live.add(heard(time += millisecond, 0x605, read[0]));
+        live.add(heard(time += millisecond, 0x585, read[1]));
+    }
+    live.add(heard(time += millisecond, 0x345, "01"));
+    while (live.advance(100)) { }
+    QCOMPARE(int(live.document()->lines.at(3).nodeId), 5);
+    while (live.left() == 0) {
+        live.add(heard(time += millisecond, 0x345, "01"));
+        live.advance(100);
+    }
+    QVERIFY(live.document()->lines.size() > 0);
+    QCOMPARE(int(live.document()->lines.at(0).nodeId), 5);
+    QCOMPARE(live.document()->lines.at(0).kind, FrameKind::Pdo);
+}
+
+void tst_LiveTrace::beginsAnew()
+{
+    LiveTrace live(10);
+    for (int i = 0; i < 10; ++i)
+        live.add(beat(i));
+    live.begin(TraceHead());
+    QVERIFY(!live.advance(100));
+    QCOMPARE(live.document()->lines.size(), std::size_t(0));
+    QCOMPARE(live.left(), std::size_t(0));
+}
+
+QTEST_GUILESS_MAIN(tst_LiveTrace)
+#include "tst_livetrace.moc"

@@ -1,0 +1,512 @@
+// SPDX-License-Identifier: MIT
+#include "heardframes.h"
+
+#include <host/pages/trace/tracesession.h>
+#include <tests/support/fakebus.h>
+#include <trace/files/tracefile.h>
+
+#include <live/events/eventlist.h>
+
+#include <QSignalSpy>
+#include <QThreadPool>
+#include <QtTest>
+
+/*! What is heard, recorded and opened. */
+class tst_TraceSession : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void emptyAtFirst();
+    void hearsAndSendsNothing();
+    void staysWhenTheBusIsClosed();
+    void beginsAnewWithTheNextBus();
+    void staysOverALoss();
+    void transfersAreLines();
+    void ownFramesAreMarked();
+    void framesThatAreNone();
+    void lastMinutesAreSaved();
+    void saveThatFails();
+    void automaticNamesAreRefused();
+    void faultSavesByItself();
+    void faultsSaveOnce();
+    void faultBeforeTheEndIsSaved();
+    void noFaultNoFile();
+    void automaticSavingIsBounded();
+    void records();
+    void recordingOutlastsTheConnection();
+    void recordingThatCannotBegin();
+    void opensAFile();
+    void fileStaysWhenABusIsConnected();
+    void opensNoTrace();
+    void openingIsCancelled();
+    void problemsOfAFile();
+    void shownPartIsSaved();
+
+private:
+    void connectToBus();
+    void hear(const std::vector<TraceFrame> &frames);
+    void heartbeat();
+    void wait(int milliseconds) { QTest::qWait(milliseconds); }
+    /*! Lets what goes on in the background come to its end, in real time. */
+    static void finishWork();
+    QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
+    QStringList automatic() const { return QDir(path("traces")).entryList(QDir::Files); }
+    void write(const char *name, const std::vector<TraceFrame> &frames) const;
+    static Trace load(const QString &fileName);
+    void addEvent(EventKind kind);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<FakeBus> m_fake;
+    std::unique_ptr<BusConnection> m_bus;
+    std::unique_ptr<EventList> m_events;
+    std::unique_ptr<TraceSession> m_session;
+    QStringList m_told;
+    QStringList m_problems;
+    QStringList m_failed;
+};
+
+void tst_TraceSession::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_fake = std::make_unique<FakeBus>();
+    m_bus = std::make_unique<BusConnection>();
+    m_bus->setDeviceFactory(m_fake->factory());
+    m_bus->interfaceWatch().setLister([](const QString &) { return QStringList(); });
+    m_events = std::make_unique<EventList>();
+    m_session = std::make_unique<TraceSession>(m_bus.get());
+    TraceSettings settings;
+    settings.folder = path("traces");
+    m_session->recorder().setSettings(settings);
+    m_session->recorder().setEvents(m_events.get());
+    m_told.clear();
+    m_problems.clear();
+    m_failed.clear();
+    connect(m_session.get(), &TraceSession::told, this,
+            [this](const QString &sentence, const QStringList &problems) {
+                m_told << sentence;
+                m_problems << problems;
+            });
+    connect(m_session.get(), &TraceSession::failed, this,
+            [this](const QString &sentence) { m_failed << sentence; });
+}
+
+void tst_TraceSession::cleanup()
+{
+    finishWork();
+    m_session.reset();
+    m_bus.reset();
+    m_events.reset();
+    m_fake.reset();
+    m_folder.reset();
+}
+
+void tst_TraceSession::connectToBus()
+{
+    QString error;
+    QVERIFY2(m_bus->connectToBus(fakeSettings(), &error), qPrintable(error));
+}
+
+void tst_TraceSession::hear(const std::vector<TraceFrame> &frames)
+{
+    for (const TraceFrame &frame : frames) {
+        QCanBusFrame injected = frame.toCanBusFrame();
+        injected.setTimeStamp(QCanBusFrame::TimeStamp()); // of an adapter without stamps
+        m_fake->device()->inject(injected);
+    }
+    wait(300);
+}
+
+void tst_TraceSession::heartbeat()
+{
+    hear({heard(0, 0x705, "05")});
+}
+
+void tst_TraceSession::finishWork()
+{
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+}
+
+void tst_TraceSession::write(const char *name, const std::vector<TraceFrame> &frames) const
+{
+    QString error;
+    Trace trace = documentOf(frames)->trace;
+    QVERIFY2(TraceFile::save(path(name), trace, &error), qPrintable(error));
+}
+
+Trace tst_TraceSession::load(const QString &fileName)
+{
+    QString error;
+    const std::optional<Trace> trace = TraceFile::load(fileName, TraceFile::Limits(), &error);
+    if (!trace)
+        qWarning("%s", qPrintable(error));
+    return trace.value_or(Trace());
+}
+
+void tst_TraceSession::addEvent(EventKind kind)
+{
+    LiveEvent event;
+    event.kind = kind;
+    event.nodeId = 5;
+    event.code = 0x4210;
+    // Two seconds after the one before, or it would be counted with it.
+    event.time = m_events->events().empty() ? 0 : m_events->events().back().time + 2 * second;
+    event.lastTime = event.time;
+    m_events->add(event);
+}
+
+void tst_TraceSession::emptyAtFirst()
+{
+    QVERIFY(m_session->isEmpty());
+    QVERIFY(m_session->isLive());
+    QCOMPARE(m_session->document()->lines.size(), std::size_t(0));
+    QCOMPARE(m_session->recorder().kept(), std::size_t(0));
+    connectToBus();
+    QVERIFY(!m_session->isEmpty());
+}
+
+void tst_TraceSession::hearsAndSendsNothing()
+{
+    connectToBus();
+    const qint64 before = QDateTime::currentMSecsSinceEpoch() * 1000;
+    hear({heard(0, 0x705, "05"), heard(0, 0x084, "1042080000000000")});
+    const TraceDocument &document = *m_session->document();
+    QCOMPARE(document.lines.size(), std::size_t(2));
+    QCOMPARE(document.trace.frames[1].id, 0x084U);
+    QCOMPARE(document.trace.head.channels, QStringList(QStringLiteral("bus0")));
+    QVERIFY(document.trace.head.hasTimeOfDay);
+    QVERIFY(qAbs(document.trace.frames[0].time - before) < 60 * second);
+    wait(60'000);
+    QCOMPARE(m_fake->device()->written().size(), 0);
+}
+
+void tst_TraceSession::staysWhenTheBusIsClosed()
+{
+    connectToBus();
+    hear(fourLines());
+    m_bus->disconnectFromBus();
+    wait(1000);
+    QCOMPARE(m_session->document()->lines.size(), std::size_t(4));
+    QCOMPARE(m_session->recorder().kept(), std::size_t(5));
+    QVERIFY(!m_session->isEmpty());
+}
+
+void tst_TraceSession::beginsAnewWithTheNextBus()
+{
+    connectToBus();
+    hear(fourLines());
+    m_bus->disconnectFromBus();
+    QSignalSpy changed(m_session.get(), &TraceSession::documentChanged);
+    connectToBus();
+    QCOMPARE(changed.count(), 1);
+    heartbeat();
+    QCOMPARE(m_session->document()->lines.size(), std::size_t(1));
+    QCOMPARE(m_session->recorder().kept(), std::size_t(1));
+}
+
+void tst_TraceSession::staysOverALoss()
+{
+    connectToBus();
+    hear(fourLines());
+    m_fake->refusal = QStringLiteral("gone");
+    m_fake->device()->goUnconnected();
+    wait(3000);
+    m_fake->refusal.clear();
+    wait(3000);
+    heartbeat();
+    QCOMPARE(m_session->document()->lines.size(), std::size_t(5));
+}
+
+void tst_TraceSession::transfersAreLines()
+{
+    connectToBus();
+    hear(readOf6164(0, 2));
+    QCOMPARE(m_session->document()->lines.size(), std::size_t(1));
+    QCOMPARE(m_session->document()->lines.frames(0).size(), std::size_t(2));
+}
+
+void tst_TraceSession::ownFramesAreMarked()
+{
+    m_fake->addNode(5);
+    connectToBus();
+    m_bus->sdoClient().upload(5, {0x1000, 0}, CanOpen::DataType::Unsigned32);
+    wait(500);
+    const std::vector<TraceFrame> &frames = m_session->document()->trace.frames;
+    QCOMPARE(frames.size(), std::size_t(2));
+    QCOMPARE(frames[0].id, 0x605U);
+    QVERIFY(frames[0].isSent());
+    QVERIFY(!frames[1].isSent());
+    QVERIFY(frames[0].time <= frames[1].time);
+}
+
+void tst_TraceSession::framesThatAreNone()
+{
+    connectToBus();
+    QCanBusFrame flexible(0x705, QByteArray(12, '\1'));
+    flexible.setFlexibleDataRateFormat(true);
+    m_fake->device()->inject(flexible);
+    wait(300);
+    QCOMPARE(m_session->recorder().kept(), std::size_t(0)); // a trace cannot hold them
+    heartbeat();
+    QCOMPARE(m_session->recorder().kept(), std::size_t(1));
+}
+
+void tst_TraceSession::lastMinutesAreSaved()
+{
+    connectToBus();
+    hear(fourLines());
+    const FlightRecorder minutes = m_session->recorder().lastMinutes();
+    heartbeat(); // after the press
+    m_session->save(path("saved.log.gz"), minutes);
+    finishWork();
+    QCOMPARE(m_failed, QStringList());
+    QCOMPARE(m_told, QStringList(QStringLiteral("Saved: %1, 5 frame(s)")
+                                     .arg(QDir::toNativeSeparators(path("saved.log.gz")))));
+    QCOMPARE(load(path("saved.log.gz")).frames.size(), std::size_t(5));
+}
+
+void tst_TraceSession::saveThatFails()
+{
+    m_session->save(path("saved.odt"), FlightRecorder());
+    finishWork();
+    QCOMPARE(m_failed.size(), 1);
+    QVERIFY2(m_failed.first().contains(QStringLiteral("tells no format")), qPrintable(m_failed.first()));
+    QCOMPARE(m_told, QStringList());
+}
+
+void tst_TraceSession::automaticNamesAreRefused()
+{
+    m_session->save(path("traces/trace 2026-11-22 08.30.15.log.gz"), FlightRecorder());
+    finishWork();
+    QCOMPARE(m_failed.size(), 1);
+    QVERIFY2(m_failed.first().startsWith(QStringLiteral("Names that begin with \"trace \"")),
+             qPrintable(m_failed.first()));
+    QVERIFY(automatic().isEmpty());
+    m_session->save(path("trace of a ride.log"), FlightRecorder()); // elsewhere nothing is removed
+    finishWork();
+    QCOMPARE(m_failed.size(), 1);
+}
+
+void tst_TraceSession::faultSavesByItself()
+{
+    connectToBus();
+    heartbeat();
+    addEvent(EventKind::Emergency);
+    wait(4000);
+    heartbeat(); // within five seconds after the fault
+    finishWork();
+    QVERIFY(automatic().isEmpty());
+    wait(2000);
+    finishWork();
+    QCOMPARE(automatic().size(), 1);
+    QVERIFY(automatic().first().endsWith(QStringLiteral(".log.gz")));
+    QCOMPARE(load(path("traces/") + automatic().first()).frames.size(), std::size_t(2));
+    QCOMPARE(m_told.size(), 1);
+    QVERIFY2(m_told.first().startsWith(QStringLiteral("What was on the bus before a fault is saved: ")),
+             qPrintable(m_told.first()));
+}
+
+void tst_TraceSession::faultsSaveOnce()
+{
+    connectToBus();
+    heartbeat();
+    for (int i = 0; i < 10; ++i) {
+        addEvent(EventKind::Emergency);
+        wait(1000);
+    }
+    finishWork();
+    QCOMPARE(m_told.size(), 1); // the next file is a minute later
+    wait(60'000);
+    finishWork();
+    QCOMPARE(m_told.size(), 2);
+}
+
+void tst_TraceSession::faultBeforeTheEndIsSaved()
+{
+    connectToBus();
+    heartbeat();
+    addEvent(EventKind::NodeLost);
+    m_bus->disconnectFromBus();
+    finishWork();
+    QCOMPARE(automatic().size(), 1);
+}
+
+void tst_TraceSession::noFaultNoFile()
+{
+    connectToBus();
+    heartbeat();
+    addEvent(EventKind::NodeHeard);
+    addEvent(EventKind::NodeRestarted);
+    wait(20'000);
+    TraceSettings settings = m_session->recorder().settings();
+    settings.savesFaults = false;
+    m_session->recorder().setSettings(settings);
+    addEvent(EventKind::Emergency);
+    wait(20'000);
+    finishWork();
+    QVERIFY(automatic().isEmpty());
+}
+
+void tst_TraceSession::automaticSavingIsBounded()
+{
+    QVERIFY(QDir().mkpath(path("traces")));
+    const QByteArray large(2000, 'x');
+    for (const char *name : {"trace 2020-01-01 00.00.00.log.gz", "my ride.log.gz"}) {
+        QFile file(path("traces/") + QLatin1String(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(large);
+    }
+    TraceSettings settings = m_session->recorder().settings();
+    settings.mostBytes = 1000;
+    m_session->recorder().setSettings(settings);
+    connectToBus();
+    heartbeat();
+    addEvent(EventKind::Emergency);
+    wait(6000);
+    finishWork();
+    QCOMPARE(automatic().size(), 2);
+    QVERIFY(automatic().contains(QStringLiteral("my ride.log.gz"))); // the user's
+    QVERIFY(!automatic().contains(QStringLiteral("trace 2020-01-01 00.00.00.log.gz")));
+}
+
+void tst_TraceSession::records()
+{
+    connectToBus();
+    heartbeat();
+    QString error;
+    QVERIFY2(m_session->recorder().record(path("ride.log"), &error), qPrintable(error));
+    QVERIFY(m_session->recorder().isRecording());
+    hear(fourLines());
+    QCOMPARE(m_session->recorder().recorded(), quint64(5));
+    wait(2000);
+    QCOMPARE(load(path("ride.log")).frames.size(), std::size_t(5)); // it is there as it grows
+    m_session->recorder().stopRecording();
+    QVERIFY(!m_session->recorder().isRecording());
+    heartbeat();
+    QCOMPARE(load(path("ride.log")).frames.size(), std::size_t(5));
+    QCOMPARE(m_told, QStringList(QStringLiteral("Recorded: %1, 5 frame(s)")
+                                     .arg(QDir::toNativeSeparators(path("ride.log")))));
+}
+
+void tst_TraceSession::recordingOutlastsTheConnection()
+{
+    QString error;
+    QVERIFY2(m_session->recorder().record(path("ride.log"), &error), qPrintable(error));
+    connectToBus();
+    heartbeat();
+    m_bus->disconnectFromBus();
+    QVERIFY(m_session->recorder().isRecording());
+    connectToBus();
+    heartbeat();
+    m_session.reset(); // the program ends
+    QCOMPARE(load(path("ride.log")).frames.size(), std::size_t(2));
+    m_session = std::make_unique<TraceSession>(m_bus.get());
+}
+
+void tst_TraceSession::recordingThatCannotBegin()
+{
+    QString error;
+    QVERIFY(!m_session->recorder().record(path("no/such/folder/ride.log"), &error));
+    QVERIFY(!error.isEmpty());
+    QVERIFY(!m_session->recorder().isRecording());
+    error.clear();
+    QVERIFY(!m_session->recorder().record(path("ride.odt"), &error));
+    QVERIFY2(error.contains(QStringLiteral("tells no format")), qPrintable(error));
+}
+
+void tst_TraceSession::opensAFile()
+{
+    write("ride.log", fourLines());
+    QSignalSpy changed(m_session.get(), &TraceSession::documentChanged);
+    m_session->open(path("ride.log"));
+    QVERIFY(m_session->loading().isRunning());
+    QVERIFY(m_session->isLive()); // until it is read
+    finishWork();
+    QVERIFY(!m_session->loading().isRunning());
+    QCOMPARE(changed.count(), 1);
+    QVERIFY(!m_session->isLive());
+    QVERIFY(!m_session->isEmpty());
+    QCOMPARE(m_session->document()->fileName, path("ride.log"));
+    QCOMPARE(m_session->document()->lines.size(), std::size_t(4));
+    QVERIFY(m_session->document()->trace.head.hasTimeOfDay);
+    QCOMPARE(m_session->document()->trace.head.channels, QStringList(QStringLiteral("can0")));
+    m_session->showLive();
+    QCOMPARE(changed.count(), 2);
+    QVERIFY(m_session->isLive());
+}
+
+void tst_TraceSession::fileStaysWhenABusIsConnected()
+{
+    write("ride.log", fourLines());
+    m_session->open(path("ride.log"));
+    finishWork();
+    connectToBus();
+    heartbeat();
+    QVERIFY(!m_session->isLive());
+    QCOMPARE(m_session->document()->lines.size(), std::size_t(4));
+    m_session->showLive();
+    QCOMPARE(m_session->document()->lines.size(), std::size_t(1));
+}
+
+void tst_TraceSession::opensNoTrace()
+{
+    m_session->open(path("nothing.log"));
+    finishWork();
+    QCOMPARE(m_failed.size(), 1);
+    QVERIFY(!m_session->loading().isRunning());
+    QVERIFY(m_session->isLive());
+}
+
+void tst_TraceSession::openingIsCancelled()
+{
+    write("ride.log", fourLines());
+    QSignalSpy changed(m_session.get(), &TraceSession::documentChanged);
+    m_session->open(path("ride.log"));
+    m_session->cancelOpening();
+    QVERIFY(!m_session->loading().isRunning());
+    finishWork();
+    QCOMPARE(changed.count(), 0);
+    QCOMPARE(m_failed, QStringList());
+    QVERIFY(m_session->isLive());
+}
+
+void tst_TraceSession::problemsOfAFile()
+{
+    write("ride.log", fourLines());
+    QFile file(path("ride.log"));
+    QVERIFY(file.open(QIODevice::Append));
+    file.write("(1795336201.500000) can0 7FG#05\n");
+    file.close();
+    m_session->open(path("ride.log"));
+    finishWork();
+    QCOMPARE(m_session->document()->lines.size(), std::size_t(4));
+    QCOMPARE(m_session->document()->trace.unread, quint64(1));
+    QCOMPARE(m_session->document()->trace.problems.front().line, qint64(6));
+}
+
+void tst_TraceSession::shownPartIsSaved()
+{
+    write("ride.log", fourLines());
+    m_session->open(path("ride.log"));
+    finishWork();
+    TraceRows rows;
+    rows.setLines(&m_session->document()->lines);
+    TraceFilter filter;
+    filter.nodes.set(2);
+    rows.setFilter(filter);
+    rows.append(rows.examine(100));
+    m_session->saveShown(path("part.asc"), rows);
+    finishWork();
+    QCOMPARE(m_failed, QStringList());
+    QCOMPARE(load(path("part.asc")).frames.size(), std::size_t(2));
+    QCOMPARE(m_problems.size(), 1);
+    QVERIFY2(m_problems.first().startsWith(QStringLiteral("This format cannot hold: the names of channels")),
+             qPrintable(m_problems.first()));
+}
+
+QTEST_GUILESS_MAIN(tst_TraceSession)
+#include "tst_tracesession.moc"
