@@ -87,12 +87,32 @@
     </message>
 </context>
 <context>
+    <name>FrameDetails</name>
+    <message numerus="yes">
+        <source>and %n more frame(s)</source>
+        <translation>
+            <numerusform>and %n more frame</numerusform>
+            <numerusform>and %n more frames</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>HealthJudgement</name>
     <message numerus="yes">
         <source>%n devices are heard, and nothing is wrong with them.</source>
         <translation>
             <numerusform>%n device is heard, and nothing is wrong with it.</numerusform>
             <numerusform>%n devices are heard, and nothing is wrong with them.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>KindMenu</name>
+    <message numerus="yes">
+        <source>%n kind(s)</source>
+        <translation>
+            <numerusform>%n kind</numerusform>
+            <numerusform>%n kinds</numerusform>
         </translation>
     </message>
 </context>
@@ -158,6 +178,36 @@
         <translation>
             <numerusform>The answer has %n byte, which does not fit the object.</numerusform>
             <numerusform>The answer has %n bytes, which does not fit the object.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>TracePage</name>
+    <message numerus="yes">
+        <source>%n line(s) could not be read.</source>
+        <translation>
+            <numerusform>%n line could not be read.</numerusform>
+            <numerusform>%n lines could not be read.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>TraceRecorder</name>
+    <message numerus="yes">
+        <source>Recorded: %1, %n frame(s)</source>
+        <translation>
+            <numerusform>Recorded: %1, %n frame</numerusform>
+            <numerusform>Recorded: %1, %n frames</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>TraceSession</name>
+    <message numerus="yes">
+        <source>Saved: %1, %n frame(s)</source>
+        <translation>
+            <numerusform>Saved: %1, %n frame</numerusform>
+            <numerusform>Saved: %1, %n frames</numerusform>
         </translation>
     </message>
 </context>
