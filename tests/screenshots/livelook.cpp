@@ -12,10 +12,12 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QDialog>
 #include <QDir>
 #include <QDockWidget>
 #include <QEventLoop>
+#include <QLineEdit>
 #include <QScreen>
 #include <QSettings>
 #include <QTableView>
@@ -45,6 +47,8 @@ public:
 
     void all()
     {
+        trigger("actionPageTrace");
+        take("trace-empty");
         trigger("actionPageLive");
         take("live-empty");
         trigger("actionConnect");
@@ -66,6 +70,8 @@ public:
                 emit events->clicked(events->model()->index(row, 0));
         }
         take("live-cursor");
+        lookAtTrace();
+        trigger("actionPageLive");
         trigger("actionDisconnect");
         take("live-ended");
         trigger("actionConnect"); // again: now the battery is watched, and its mapping is not known
@@ -77,6 +83,22 @@ public:
     }
 
 private:
+    void lookAtTrace()
+    {
+        trigger("actionPageTrace");
+        take("trace-event"); // the one that was clicked
+        m_window->findChild<QCheckBox *>(QStringLiteral("filterWrong"))->click();
+        take("trace-wrong");
+        click("filterClear");
+        m_window->findChild<QLineEdit *>(QStringLiteral("filterText"))->setText(QStringLiteral("1A00h"));
+        handleEventsFor(settlingTime);
+        m_window->findChild<QTableView *>(QStringLiteral("traceTable"))->selectRow(0);
+        take("trace-transfer");
+        click("filterClear");
+        click("traceFollow");
+        take("trace");
+    }
+
     void watch()
     {
         const char *const values[]
