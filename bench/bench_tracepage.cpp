@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+#include "stallwatch.h"
+
+#include <host/pages/trace/tracepage.h>
+#include <host/pages/trace/tracesession.h>
+#include <trace/files/tracefile.h>
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QTableView>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <functional>
+
+namespace {
+
+constexpr int million = 1000000;
+constexpr qint64 frameTime = 125; // us: 8000 frames a second
+constexpr qint64 begin = Q_INT64_C(1795336200) * 1000000;
+
+TraceFrame frameOf(int i, quint32 id, const char *hex)
+{
+    const QByteArray bytes = QByteArray::fromHex(hex);
+    TraceFrame frame;
+    frame.time = begin + i * frameTime;
+    frame.id = id;
+    frame.length = static_cast<quint8>(bytes.size());
+    std::copy(bytes.begin(), bytes.end(), frame.bytes.begin());
+    return frame;
+}
+
+/*! Mostly process data, with heartbeats, reads, and now and then an emergency. */
+Trace ride()
+{
+    Trace trace;
+    trace.head = {{QStringLiteral("can0")}, true};
+    for (int i = 0; i < million; ++i) {
+        const auto node = static_cast<quint32>(1 + i / 8 % 7);
+        if (i % 10000 == 9)
+            trace.frames.push_back(frameOf(i, 0x080 + node, "1042080000000000"));
+        else if (i % 8 == 0)
+            trace.frames.push_back(frameOf(i, 0x700 + node, "05"));
+        else if (i % 8 == 1)
+            trace.frames.push_back(frameOf(i, 0x600 + node, "4064610200000000"));
+        else if (i % 8 == 2)
+            trace.frames.push_back(frameOf(i, 0x580 + node, "4F64610254000000"));
+        else
+            trace.frames.push_back(frameOf(i, 0x180 + node, "8499000030010020"));
+        if (i % 8 > 2) // values that move
+            trace.frames.back().bytes[2] = static_cast<quint8>(i / 64);
+    }
+    return trace;
+}
+
+/*! The page with a million frames out of a file. */
+struct Shown
+{
+    Shown()
+        : session(&bus)
+        , page(&session)
+    {
+        QString error;
+        file = folder.filePath(QStringLiteral("ride.log"));
+        if (!TraceFile::save(file, ride(), &error))
+            qFatal("%s", qPrintable(error));
+        page.resize(1000, 600);
+        page.show();
+    }
+
+    void open()
+    {
+        session.open(file);
+        until([this] { return !session.loading().isRunning(); });
+    }
+
+    static void until(const std::function<bool()> &isDone)
+    {
+        while (!isDone())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    }
+
+    QTemporaryDir folder;
+    QString file;
+    BusConnection bus;
+    TraceSession session;
+    TracePage page;
+};
+
+/*! How long the window is held meanwhile: processor time, ms. */
+void note(benchmark::State *state, const StallWatch &watch)
+{
+    state->counters["held"] = watch.longestBusy();
+}
+
+void open(benchmark::State &state)
+{
+    Shown shown;
+    StallWatch watch;
+    for (auto _ : state)
+        shown.open();
+    note(&state, watch);
+}
+BENCHMARK(open)->Unit(benchmark::kMillisecond)->Name("openMillionInThePage");
+
+/*! 0: words that stand in few lines, 1: that stand in most, 2: in none. */
+void filter(benchmark::State &state)
+{
+    static const char *const words[] = {"4210h", "PDO", "unicorn"};
+    Shown shown;
+    shown.open();
+    auto *field = shown.page.findChild<QLineEdit *>(QStringLiteral("filterText"));
+    StallWatch watch;
+    for (auto _ : state) {
+        field->setText(QLatin1String(words[state.range(0)]));
+        Shown::until([&shown] { return !shown.page.model().isLooking(); });
+        state.PauseTiming();
+        field->clear();
+        state.ResumeTiming();
+    }
+    note(&state, watch);
+}
+BENCHMARK(filter)->DenseRange(0, 2)->Unit(benchmark::kMillisecond)->Name("filterMillionInThePage");
+
+/*! One picture after the other, each of another place. */
+void scroll(benchmark::State &state)
+{
+    Shown shown;
+    shown.open();
+    auto *table = shown.page.findChild<QTableView *>(QStringLiteral("traceTable"));
+    int row = 0;
+    for (auto _ : state) {
+        row = (row + 7919 * 31) % table->model()->rowCount();
+        table->verticalScrollBar()->setValue(row);
+        QCoreApplication::processEvents();
+    }
+}
+BENCHMARK(scroll)->Unit(benchmark::kMillisecond)->Name("scrollAMillionLines");
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
