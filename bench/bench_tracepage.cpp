@@ -97,7 +97,7 @@ void note(benchmark::State *state, const StallWatch &watch)
     state->counters["held"] = watch.longestBusy();
 }
 
-void open(benchmark::State &state)
+void openMillion(benchmark::State &state)
 {
     Shown shown;
     StallWatch watch;
@@ -105,10 +105,10 @@ void open(benchmark::State &state)
         shown.open();
     note(&state, watch);
 }
-BENCHMARK(open)->Unit(benchmark::kMillisecond)->Name("openMillionInThePage");
+BENCHMARK(openMillion)->Unit(benchmark::kMillisecond)->Name("openMillionInThePage");
 
 /*! 0: words that stand in few lines, 1: that stand in most, 2: in none. */
-void filter(benchmark::State &state)
+void filterMillion(benchmark::State &state)
 {
     static const char *const words[] = {"4210h", "PDO", "unicorn"};
     Shown shown;
@@ -124,10 +124,10 @@ void filter(benchmark::State &state)
     }
     note(&state, watch);
 }
-BENCHMARK(filter)->DenseRange(0, 2)->Unit(benchmark::kMillisecond)->Name("filterMillionInThePage");
+BENCHMARK(filterMillion)->DenseRange(0, 2)->Unit(benchmark::kMillisecond)->Name("filterMillionInThePage");
 
 /*! One picture after the other, each of another place. */
-void scroll(benchmark::State &state)
+void scrollMillion(benchmark::State &state)
 {
     Shown shown;
     shown.open();
@@ -139,7 +139,7 @@ void scroll(benchmark::State &state)
         QCoreApplication::processEvents();
     }
 }
-BENCHMARK(scroll)->Unit(benchmark::kMillisecond)->Name("scrollAMillionLines");
+BENCHMARK(scrollMillion)->Unit(benchmark::kMillisecond)->Name("scrollAMillionLines");
 
 } // namespace
 
@@ -147,6 +147,8 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }

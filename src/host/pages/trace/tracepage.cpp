@@ -267,10 +267,14 @@ void TracePage::goToWanted()
     const bool isLookedAt = m_wanted && (m_model.rows().examined() > *m_wanted || !m_model.isLooking());
     if (!isLookedAt)
         return;
-    const int row = m_model.rowOfLine(*m_wanted);
-    m_wanted.reset();
-    if (row >= 0)
+    const std::size_t line = *std::exchange(m_wanted, std::nullopt);
+    const int row = m_model.rowOfLine(line);
+    if (row < 0)
+        return;
+    if (m_model.lineAt(row) == line)
         chooseRow(row);
+    else // the filter hides it: it stays chosen for when it is shown again
+        m_table->scrollTo(m_model.index(row, TraceModel::WhatColumn), QAbstractItemView::PositionAtCenter);
 }
 
 void TracePage::chooseRow(int row)
@@ -287,8 +291,13 @@ void TracePage::showMoment(const TraceMoment &moment)
     if (!m_session->isLive())
         m_session->showLive();
     m_model.update();
-    if (const std::optional<std::size_t> line = moment.lineIn(m_model.document().lines))
-        goToLine(*line);
+    const TraceLines &lines = m_model.document().lines;
+    const std::optional<std::size_t> line = moment.lineIn(lines);
+    if (!line)
+        return;
+    if (!lines.fits(*line, m_filter->filter()))
+        m_filter->clear(); // or it could not be shown
+    goToLine(*line);
 }
 
 /*! The frames of the chosen line. While another filter or document is taken in, the choice of before stays. */

@@ -249,6 +249,10 @@ void tst_TracePage::chosenLineStaysUnderAFilter()
     host.find<QToolButton>("filterClear")->click();
     QCOMPARE(host.rows(), 4);
     QCOMPARE(host.table()->currentIndex().row(), 3);
+    host.type("filterNodes", QStringLiteral("2")); // hides it
+    QVERIFY(!host.table()->currentIndex().isValid());
+    host.find<QToolButton>("filterClear")->click();
+    QCOMPARE(host.table()->currentIndex().row(), 3);
 }
 
 void tst_TracePage::filters()
@@ -501,6 +505,10 @@ void tst_TracePage::momentIsShown()
     QCOMPARE(host.rows(), 11);
     QCOMPARE(host.table()->currentIndex().row(), 5);
     QVERIFY(!host.find<QToolButton>("traceFollow")->isChecked());
+    host.type("filterNodes", QStringLiteral("5")); // hides it
+    host.page.showMoment(TraceMoment::of(event, QDateTime::fromMSecsSinceEpoch(time)));
+    QCOMPARE(host.label("traceCount"), QStringLiteral("11 lines"));
+    QCOMPARE(host.table()->currentIndex().row(), 5);
 }
 
 void tst_TracePage::eventsOfALine()
