@@ -53,6 +53,9 @@ constexpr AbortText abortTexts[] = {
                        "The data cannot be transferred or stored in the present state of the device")},
     {SdoAbort::NoObjectDictionary, QT_TRANSLATE_NOOP("CanOpen", "There is no object dictionary")},
     {SdoAbort::NoData, QT_TRANSLATE_NOOP("CanOpen", "No data is available")},
+    {SdoAbort::NotRecorded, QT_TRANSLATE_NOOP("CanOpen", "The trace holds no answer of the device to this")},
+    {SdoAbort::RecordedLater,
+     QT_TRANSLATE_NOOP("CanOpen", "The device answers this only later in the trace")},
 };
 
 constexpr bool isSortedByCode()
@@ -90,6 +93,12 @@ bool isAboutTheTransfer(quint32 code)
     return code == static_cast<quint32>(SdoAbort::ToggleBitNotAlternated)
            || (code >= static_cast<quint32>(SdoAbort::ProtocolTimedOut)
                && code <= static_cast<quint32>(SdoAbort::CrcError));
+}
+
+bool isGapOfTrace(quint32 code)
+{
+    return code == static_cast<quint32>(SdoAbort::NotRecorded)
+           || code == static_cast<quint32>(SdoAbort::RecordedLater);
 }
 
 QString sdoAbortText(quint32 code)

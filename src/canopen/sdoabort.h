@@ -38,10 +38,17 @@ enum class SdoAbort : quint32 {
     CannotBeStoredDeviceState = 0x08000022,
     NoObjectDictionary = 0x08000023,
     NoData = 0x08000024,
+    // Of our own, outside of those that CiA 301 gives a meaning: what a trace that is played back says in the place of a
+    // device. That the device has the object or does not have it is not said by them.
+    NotRecorded = 0x0800F001,   //!< the trace holds no answer of the device
+    RecordedLater = 0x0800F002, //!< it does, but the device gave it later than the present of the trace
 };
 
 /*! Whether \a code says that the frames of the transfer did not fit, and nothing about the object. */
 bool isAboutTheTransfer(quint32 code);
+
+/*! Whether \a code comes from a trace that holds no answer of the device, or none yet. */
+bool isGapOfTrace(quint32 code);
 
 /*! The code in words, for example "The object does not exist (0602 0000h)"; unknown codes by number only. */
 QString sdoAbortText(quint32 code);

@@ -11,6 +11,8 @@ QString SnapshotWords::reason(const SnapshotEntry &entry)
     case SnapshotGap::Absent:
         return tr("The device does not have it.");
     case SnapshotGap::Abort:
+        if (CanOpen::isGapOfTrace(entry.abortCode))
+            return tr("Not recorded: %1.").arg(CanOpen::sdoAbortText(entry.abortCode));
         return tr("The device refused it: %1.").arg(CanOpen::sdoAbortText(entry.abortCode));
     case SnapshotGap::NoAnswer:
         return tr("The device did not answer.");

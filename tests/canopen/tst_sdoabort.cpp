@@ -51,6 +51,8 @@ void tst_SdoAbort::text_data()
         0x08000022);
     row("There is no object dictionary (0800 0023h)", 0x08000023);
     row("No data is available (0800 0024h)", 0x08000024);
+    row("The trace holds no answer of the device to this (0800 F001h)", 0x0800F001);
+    row("The device answers this only later in the trace (0800 F002h)", 0x0800F002);
     row("Abort code 0000 0000h", 0x00000000);
     row("Abort code 0602 0001h", 0x06020001);
     row("Abort code FFFF FFFFh", 0xFFFFFFFF);

@@ -28,6 +28,12 @@ void tst_SnapshotWords::reasons_data()
     QTest::newRow("abort")
         << SnapshotGap::Abort << 0x08000020u
         << QStringLiteral("The device refused it: The data cannot be transferred or stored (0800 0020h).");
+    QTest::newRow("not in the trace")
+        << SnapshotGap::Abort << 0x0800F001u
+        << QStringLiteral("Not recorded: The trace holds no answer of the device to this (0800 F001h).");
+    QTest::newRow("only later in the trace")
+        << SnapshotGap::Abort << 0x0800F002u
+        << QStringLiteral("Not recorded: The device answers this only later in the trace (0800 F002h).");
     QTest::newRow("no answer") << SnapshotGap::NoAnswer << 0u << QStringLiteral("The device did not answer.");
     QTest::newRow("wrong size") << SnapshotGap::WrongSize << 0u
                                 << QStringLiteral("The answer has 3 byte(s), which does not fit the object.");
