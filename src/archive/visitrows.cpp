@@ -14,7 +14,7 @@ struct Tr
 };
 
 constexpr int longestOffset = 14 * 3600; // s, of a time zone
-constexpr quint8 lastScope = static_cast<quint8>(SnapshotScope::Imported);
+constexpr quint8 lastScope = static_cast<quint8>(SnapshotScope::Recorded);
 constexpr quint8 lastVerdict = static_cast<quint8>(Verdict::Fault);
 
 QString folded(const QString &text)

@@ -64,6 +64,8 @@ QString ComponentGaps::notInSnapshot(SnapshotScope scope)
         return tr("A quick snapshot does not ask for everything.");
     case SnapshotScope::Imported:
         return tr("The file does not hold everything.");
+    case SnapshotScope::Recorded:
+        return tr("Nobody has read everything in the trace.");
     case SnapshotScope::Full:
         break;
     }

@@ -170,10 +170,14 @@ FactValue VehicleFacts::numberOfNode(Fact fact, int position) const
     }
 }
 
-/*! How a node behaved on the bus, which an exchange file does not tell. */
+/*! How a node behaved on the bus, which an exchange file does not tell. A trace may be shorter than the time between two
+ *  heartbeats.
+ */
 Operand VehicleFacts::behaviour(Fact fact, const SnapshotNode &node) const
 {
-    if (m_snapshot.scope == SnapshotScope::Imported)
+    const bool isStateUnknown = m_snapshot.scope == SnapshotScope::Recorded && !node.nmtState
+                                && (fact == Fact::NodeState || fact == Fact::NodeIsHeard);
+    if (m_snapshot.scope == SnapshotScope::Imported || isStateUnknown)
         return Operand::unknown();
     switch (fact) {
     case Fact::NodeState:

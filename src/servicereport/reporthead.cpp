@@ -23,6 +23,8 @@ QString scopeText(SnapshotScope scope)
         return ReportTr::tr("Quick: the most important values");
     case SnapshotScope::Imported:
         return ReportTr::tr("Taken from an exchange file");
+    case SnapshotScope::Recorded:
+        return ReportTr::tr("Taken from a trace: what others read in it");
     }
     return QString();
 }

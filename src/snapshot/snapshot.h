@@ -99,9 +99,10 @@ struct SnapshotNotes
 
 /*! How much was asked for. */
 enum class SnapshotScope : quint8 {
-    Full,    //!< everything that the object table, the profile and the nodes' data sheets name
-    Quick,   //!< the entries that the overview reads, and the identity's texts
-    Imported //!< what a file without this knowledge held
+    Full,     //!< everything that the object table, the profile and the nodes' data sheets name
+    Quick,    //!< the entries that the overview reads, and the identity's texts
+    Imported, //!< what a file without this knowledge held
+    Recorded, //!< what others read in a trace
 };
 
 struct Snapshot
@@ -123,4 +124,6 @@ struct Snapshot
     int gapCount() const;
     /*! Whether every node was read to its end and no entry is a gap. */
     bool isComplete() const;
+    /*! Whether a bus was asked for it: it is known then what was asked for, and who sends no heartbeat. */
+    bool isOfBus() const { return scope == SnapshotScope::Full || scope == SnapshotScope::Quick; }
 };

@@ -40,6 +40,7 @@ constexpr Word<SnapshotScope> scopeWords[] = {
     {SnapshotScope::Full, "full"},
     {SnapshotScope::Quick, "quick"},
     {SnapshotScope::Imported, "imported"},
+    {SnapshotScope::Recorded, "recorded"},
 };
 
 /*! The word of a value that is in the table. */

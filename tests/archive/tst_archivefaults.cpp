@@ -299,7 +299,7 @@ void tst_ArchiveFaults::hostileRowsGiveNothingWrong()
         change(address, QLatin1String(statement));
     const auto visit = archive.visit(kept->visitId, &m_error);
     QVERIFY2(visit, qPrintable(m_error));
-    QCOMPARE(visit->scope, SnapshotScope::Imported);
+    QCOMPARE(visit->scope, SnapshotScope::Recorded);
     QVERIFY(!visit->verdict);
     QCOMPARE(visit->valueCount, 0);
     QVERIFY(!visit->components.at(1).identity.serial);

@@ -81,6 +81,7 @@ private slots:
     void instances();
     void namesAreSaidOnce();
     void behaviourIsNotInTheFile();
+    void silenceInATraceIsNotJudged();
     void endExplainsGaps_data();
     void endExplainsGaps();
     void numbersOfLanguages_data();
@@ -712,6 +713,28 @@ void tst_RuleSet::behaviourIsNotInTheFile()
     QCOMPARE(result.component(2)->notChecked,
              (QStringList{QStringLiteral("The file does not hold everything. (7777h)"),
                           QStringLiteral("The file does not tell how the device behaves on the bus.")}));
+}
+
+void tst_RuleSet::silenceInATraceIsNotJudged()
+{
+    RuleSet rules;
+    rules.add(
+        fileWith(
+            R"({"id": "a", "severity": "fault", "when": "node.id <= 3 and not node.heard", "text": {"en": "x"}},
+                          {"id": "b", "severity": "fault", "when": "node.id == 3 and 7777h > 1", "text": {"en": "x"}})"),
+        QStringLiteral("1.json"));
+    Snapshot snapshot = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    snapshot.scope = SnapshotScope::Recorded;
+    snapshot.find(2)->nmtState.reset();
+    snapshot.find(3)->nmtState = CanOpen::NmtState::Operational;
+    const CheckupResult result = Checkup::judge(snapshot, rules, QStringLiteral("en"));
+    QVERIFY(result.component(2)->findings.isEmpty());
+    QCOMPARE(result.component(2)->notChecked,
+             QStringList(QStringLiteral("The file does not tell how the device behaves on the bus.")));
+    QCOMPARE(result.component(3)->notChecked,
+             QStringList(QStringLiteral("Nobody has read everything in the trace. (7777h)")));
+    snapshot.scope = SnapshotScope::Full;
+    QCOMPARE(Checkup::judge(snapshot, rules, QStringLiteral("en")).component(2)->findings.size(), 1);
 }
 
 void tst_RuleSet::endExplainsGaps_data()

@@ -46,6 +46,8 @@ SnapshotEntry entry(quint16 index, quint8 subIndex)
 
 } // namespace
 
+Q_DECLARE_METATYPE(SnapshotScope)
+
 class tst_VehicleFromFile : public QObject
 {
     Q_OBJECT
@@ -211,21 +213,22 @@ void tst_VehicleFromFile::heartbeatIsTheRecordedOne_data()
 {
     QTest::addColumn<int>("producerTime"); // 1017h; -1: not there
     QTest::addColumn<bool>("isHeard");
-    QTest::addColumn<bool>("isImported");
+    QTest::addColumn<SnapshotScope>("scope");
     QTest::addColumn<int>("expected");
-    QTest::newRow("of the object") << 250 << true << false << 250;
-    QTest::newRow("heard, object not known") << -1 << true << false << 500;
-    QTest::newRow("heard, although it is off") << 0 << true << false << 500;
-    QTest::newRow("not heard") << -1 << false << false << 0;
-    QTest::newRow("not heard, although it is on") << 250 << false << false << 0;
-    QTest::newRow("of a file that does not know") << -1 << false << true << 500;
+    QTest::newRow("of the object") << 250 << true << SnapshotScope::Full << 250;
+    QTest::newRow("heard, object not known") << -1 << true << SnapshotScope::Full << 500;
+    QTest::newRow("heard, although it is off") << 0 << true << SnapshotScope::Full << 500;
+    QTest::newRow("not heard") << -1 << false << SnapshotScope::Full << 0;
+    QTest::newRow("not heard, although it is on") << 250 << false << SnapshotScope::Quick << 0;
+    QTest::newRow("of a file that does not know") << -1 << false << SnapshotScope::Imported << 500;
+    QTest::newRow("of a trace that may be short") << -1 << false << SnapshotScope::Recorded << 500;
 }
 
 void tst_VehicleFromFile::heartbeatIsTheRecordedOne()
 {
     QFETCH(int, producerTime);
     QFETCH(bool, isHeard);
-    QFETCH(bool, isImported);
+    QFETCH(SnapshotScope, scope);
     QFETCH(int, expected);
     SnapshotNode node;
     node.id = 9;
@@ -237,7 +240,7 @@ void tst_VehicleFromFile::heartbeatIsTheRecordedOne()
         node.insert(time);
     }
     Snapshot snapshot;
-    snapshot.scope = isImported ? SnapshotScope::Imported : SnapshotScope::Full;
+    snapshot.scope = scope;
     snapshot.nodes.append(node);
     QStringList warnings;
     QCOMPARE(int(vehicleFromSnapshot(snapshot, &warnings).nodes.first().heartbeatMs.value_or(9999)),

@@ -106,7 +106,7 @@ Simulator::VehicleDescription vehicleFromSnapshot(const Snapshot &snapshot, QStr
     if (snapshot.bitRate > 0)
         vehicle.bitRate = snapshot.bitRate;
     for (const SnapshotNode &node : snapshot.nodes)
-        vehicle.nodes.append(nodeOf(node, snapshot.scope != SnapshotScope::Imported, warnings));
+        vehicle.nodes.append(nodeOf(node, snapshot.isOfBus(), warnings));
     return vehicle;
 }
 

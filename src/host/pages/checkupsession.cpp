@@ -88,9 +88,8 @@ QString CheckupSession::obstacle() const
 
 bool CheckupSession::canResume() const
 {
-    // An exchange file does not say what was asked for.
-    return canStart() && !isEmpty() && m_record.snapshot.scope != SnapshotScope::Imported
-           && !m_record.snapshot.isComplete();
+    // Exchange files and traces do not say what was asked for.
+    return canStart() && !isEmpty() && m_record.snapshot.isOfBus() && !m_record.snapshot.isComplete();
 }
 
 void CheckupSession::start(SnapshotScope scope, Search search)

@@ -36,7 +36,8 @@ QString CheckupWords::state(const SnapshotNode &node, SnapshotScope scope)
     if (node.end == SnapshotEnd::Silent)
         return tr("No answer");
     if (!node.nmtState)
-        return scope == SnapshotScope::Imported ? tr("Not known") : tr("No heartbeat");
+        return scope == SnapshotScope::Imported || scope == SnapshotScope::Recorded ? tr("Not known")
+                                                                                    : tr("No heartbeat");
     switch (*node.nmtState) {
     case CanOpen::NmtState::BootUp:
         return tr("Starting");

@@ -33,6 +33,8 @@ QString VisitModel::kindText(const VisitInfo &visit)
         return visit.isComplete ? tr("Quick check-up") : tr("Quick check-up, with gaps");
     case SnapshotScope::Imported:
         return tr("Read");
+    case SnapshotScope::Recorded:
+        return tr("From a trace");
     }
     return QString();
 }

@@ -222,6 +222,9 @@ void tst_CheckupSession::goesOnWithSnapshotsOnly()
     gaps.scope = SnapshotScope::Imported; // nobody knows what was asked for
     desk.session.showFile(gaps, QStringLiteral("gaps.dxxml"));
     QVERIFY(!desk.session.canResume());
+    gaps.scope = SnapshotScope::Recorded;
+    desk.session.showFile(gaps, QStringLiteral("of-a-trace.dxsnap"));
+    QVERIFY(!desk.session.canResume());
 }
 
 void tst_CheckupSession::keepsToItsShareOfTheBus()
