@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include "traceplayer.h"
+
+#include <algorithm>
+
+namespace {
+
+/*! The time between two frames; none when the clock was set between them. Times may be of any size. */
+qint64 pauseBetween(const TraceFrame &earlier, const TraceFrame &later)
+{
+    if (later.time <= earlier.time)
+        return 0;
+    const quint64 pause = static_cast<quint64>(later.time) - static_cast<quint64>(earlier.time);
+    return pause <= static_cast<quint64>(TracePlayer::longestPause) ? static_cast<qint64>(pause) : 0;
+}
+
+} // namespace
+
+TracePlayer::TracePlayer(const std::vector<TraceFrame> *frames)
+    : m_frames(frames)
+{
+}
+
+void TracePlayer::start(qint64 now)
+{
+    if (!m_firstStart)
+        m_firstStart = now;
+    m_anchor = now;
+    m_elapsed = 0;
+    m_position = 0;
+}
+
+void TracePlayer::step(qint64 frames)
+{
+    // More than there are would be left for the next round.
+    const auto left = static_cast<qint64>(m_frames->size() - m_position);
+    m_steps = std::clamp<qint64>(frames, 0, left - std::min(m_steps, left)) + m_steps;
+}
+
+std::optional<qint64> TracePlayer::nextDue() const
+{
+    if (isAtEnd() || (m_pace == Pace::Stepped && m_steps == 0))
+        return std::nullopt;
+    return m_pace == Pace::Recorded ? dueTime() : m_anchor;
+}
+
+const TraceFrame *TracePlayer::take(qint64 now)
+{
+    if (isAtEnd() || !isDue(now))
+        return nullptr;
+    const TraceFrame *frame = &(*m_frames)[m_position];
+    m_stamp = frame->time;
+    if (m_pace == Pace::Recorded)
+        m_stamp = stampAt(dueTime());
+    goOn();
+    return frame;
+}
+
+qint64 TracePlayer::stampAt(qint64 now) const
+{
+    if (m_pace != Pace::Recorded || m_frames->empty())
+        return m_stamp;
+    // Times of a trace may be of any size.
+    const auto elapsed = static_cast<quint64>(now - m_firstStart.value_or(now));
+    return static_cast<qint64>(static_cast<quint64>(m_frames->front().time) + elapsed);
+}
+
+qint64 TracePlayer::dueTime() const
+{
+    return m_anchor + static_cast<qint64>(static_cast<double>(m_elapsed) / m_speed);
+}
+
+bool TracePlayer::isDue(qint64 now)
+{
+    if (m_pace == Pace::Unpaced)
+        return true;
+    if (m_pace == Pace::Stepped)
+        return m_steps > 0;
+    const qint64 delay = now - dueTime();
+    if (delay > longestDelay)
+        m_anchor += delay;
+    return delay >= 0;
+}
+
+void TracePlayer::goOn()
+{
+    ++m_position;
+    if (m_pace == Pace::Stepped)
+        --m_steps;
+    if (!isAtEnd())
+        m_elapsed += pauseBetween((*m_frames)[m_position - 1], (*m_frames)[m_position]);
+}
