@@ -15,12 +15,12 @@ install(SCRIPT "${CMAKE_CURRENT_LIST_DIR}/OverviewInstallFolders.cmake")
 
 # --- Programs, modules and their data
 
-set_target_properties(draxel draxelctl pl_overview simulatedcanbus PROPERTIES INSTALL_RPATH "")
+set_target_properties(draxel draxelctl pl_overview simulatedcanbus tracecanbus PROPERTIES INSTALL_RPATH "")
 install(TARGETS draxel draxelctl
     RUNTIME DESTINATION lib/draxel PERMISSIONS ${program_permissions})
 install(TARGETS pl_overview
     LIBRARY DESTINATION lib/draxel/plugins PERMISSIONS ${file_permissions})
-install(TARGETS simulatedcanbus
+install(TARGETS simulatedcanbus tracecanbus
     LIBRARY DESTINATION lib/draxel/canbus PERMISSIONS ${file_permissions})
 install(DIRECTORY "${OVERVIEW_BIN_DIR}/languages/"
     DESTINATION lib/draxel/languages

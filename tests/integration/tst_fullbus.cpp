@@ -4,11 +4,14 @@
 #include <host/core/pluginsession.h>
 #include <interface/dxplugininterface.h>
 #include <tests/support/messageboxwatcher.h>
+#include <trace/files/tracefile.h>
 
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QPushButton>
 #include <QTableWidget>
+#include <QTemporaryDir>
 #include <QTreeWidget>
 #include <QtTest>
 
@@ -44,38 +47,12 @@ void appendTable(QString &text, const QString &title, const QTableWidget &table)
     }
 }
 
-} // namespace
-
-/*! Reads a bus with every class of component through the plug-in's library and compares all that the window
- *  shows with a file that a person can read.
- */
-class tst_FullBus : public QObject
+/*! All that the plug-in's window shows. */
+QString shownBy(const QWidget &form)
 {
-    Q_OBJECT
-
-private slots:
-    void showsEverything();
-};
-
-void tst_FullBus::showsEverything()
-{
-    SimulatedHost host(SimulatedHost::stillVehicle(QStringLiteral("full-bus")));
-    PluginSession session(&host.services());
-    QString error;
-    const std::optional<PluginLibrary> library = PluginLibrary::load(QStringLiteral(OVERVIEW_PLUGIN), &error);
-    QVERIFY2(library, qPrintable(error));
-    session.add(*library, QStringLiteral("en"));
-    const std::unique_ptr<QWidget> form(session.plugins().first().widget);
-    QVERIFY(host.connectToBus());
-    QTRY_VERIFY(session.isConnectionTold());
-
-    auto *tree = form->findChild<QTreeWidget *>(QStringLiteral("treeWidget"));
-    const auto *parameters = form->findChild<QTableWidget *>(QStringLiteral("tblParameters"));
-    const auto *values = form->findChild<QTableWidget *>(QStringLiteral("tblValues"));
-    const MessageBoxWatcher boxes;
-    QTest::mouseClick(form->findChild<QPushButton *>(QStringLiteral("btnRead")), Qt::LeftButton);
-    QCOMPARE(boxes.texts(), QStringList());
-
+    auto *tree = form.findChild<QTreeWidget *>(QStringLiteral("treeWidget"));
+    const auto *parameters = form.findChild<QTableWidget *>(QStringLiteral("tblParameters"));
+    const auto *values = form.findChild<QTableWidget *>(QStringLiteral("tblValues"));
     QString shown;
     QString lastTables;
     for (int row = 0; row < tree->topLevelItemCount(); ++row) {
@@ -90,7 +67,53 @@ void tst_FullBus::showsEverything()
         shown += tables == lastTables ? QStringLiteral("    as above\n") : tables;
         lastTables = tables;
     }
+    return shown;
+}
 
+/*! What the plug-in shows of a bus when its button "Read all data" was pressed; \a connect opens the bus. */
+void readAndShow(HostServices *services, const std::function<bool()> &connect, QString *shown)
+{
+    PluginSession session(services);
+    QString error;
+    const std::optional<PluginLibrary> library = PluginLibrary::load(QStringLiteral(OVERVIEW_PLUGIN), &error);
+    QVERIFY2(library, qPrintable(error));
+    session.add(*library, QStringLiteral("en"));
+    const std::unique_ptr<QWidget> form(session.plugins().first().widget);
+    QVERIFY(connect());
+    QTRY_VERIFY(session.isConnectionTold());
+
+    const MessageBoxWatcher boxes;
+    QTest::mouseClick(form->findChild<QPushButton *>(QStringLiteral("btnRead")), Qt::LeftButton);
+    QCOMPARE(boxes.texts(), QStringList());
+    *shown = shownBy(*form);
+
+    services->bus().disconnectFromBus();
+    QTRY_VERIFY(!session.isConnectionTold());
+}
+
+/*! Keeps what goes over a connection. */
+class Recorder
+{
+public:
+    explicit Recorder(const BusConnection *bus)
+    {
+        m_clock.start();
+        trace.head.channels.append(QStringLiteral("can0"));
+        const auto keep = [this](const QCanBusFrame &frame) {
+            trace.frames.push_back(TraceFrame::of(frame, m_clock.nsecsElapsed() / 1000));
+        };
+        QObject::connect(bus, &BusConnection::frameReceived, bus, keep);
+        QObject::connect(bus, &BusConnection::frameSent, bus, keep);
+    }
+
+    Trace trace;
+
+private:
+    QElapsedTimer m_clock;
+};
+
+void compareWithGolden(const QString &shown)
+{
     // What is shown now can be taken over as the new golden file: see the name that a failure prints.
     QFile written(QStringLiteral("full-bus.shown.txt"));
     QVERIFY(written.open(QIODevice::WriteOnly | QIODevice::Text));
@@ -108,9 +131,54 @@ void tst_FullBus::showsEverything()
                                      expected.at(line))));
     }
     QCOMPARE(actual.size(), expected.size());
+}
 
-    host.services().bus().disconnectFromBus();
-    QTRY_VERIFY(!session.isConnectionTold());
+} // namespace
+
+/*! Reads a bus with every class of component through the plug-in's library and compares all that the window
+ *  shows with a file that a person can read.
+ */
+class tst_FullBus : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void showsEverything();
+    void showsTheSameOfATrace();
+};
+
+void tst_FullBus::showsEverything()
+{
+    SimulatedHost host(SimulatedHost::stillVehicle(QStringLiteral("full-bus")));
+    QString shown;
+    readAndShow(
+        &host.services(), [&host] { return host.connectToBus(); }, &shown);
+    if (!QTest::currentTestFailed())
+        compareWithGolden(shown);
+}
+
+/*! The read is recorded, and the plug-in reads what is played back, without any vehicle. */
+void tst_FullBus::showsTheSameOfATrace()
+{
+    SimulatedHost host(SimulatedHost::stillVehicle(QStringLiteral("full-bus")), 250000);
+    Recorder recorder(&host.services().bus());
+    QString shown;
+    readAndShow(
+        &host.services(), [&host] { return host.connectToBus(); }, &shown);
+    const QTemporaryDir folder;
+    BusSettings settings;
+    settings.address.plugin = QStringLiteral("trace");
+    settings.address.interfaceName = folder.filePath(QStringLiteral("read.log"));
+    QString error;
+    QVERIFY2(TraceFile::save(settings.address.interfaceName, recorder.trace, &error), qPrintable(error));
+
+    QCoreApplication::addLibraryPath(QStringLiteral(OVERVIEW_BIN_DIR));
+    HostServices services;
+    QString shownAgain;
+    readAndShow(
+        &services, [&] { return services.bus().connectToBus(settings, nullptr); }, &shownAgain);
+    if (!QTest::currentTestFailed())
+        compareWithGolden(shownAgain);
 }
 
 QTEST_MAIN(tst_FullBus)

@@ -39,7 +39,7 @@ check_files() { # PREFIX
 # The binaries name no folder of the machine on which they were built.
 check_binaries() { # PREFIX BUILD_FOLDER
     local binary dynamic
-    for binary in draxel draxelctl plugins/pl_overview.so canbus/simulatedcanbus.so; do
+    for binary in draxel draxelctl plugins/pl_overview.so canbus/simulatedcanbus.so canbus/tracecanbus.so; do
         dynamic=$(readelf -d "$1/lib/draxel/$binary")
         [[ $dynamic == *"(NEEDED)"*"libQt5Core.so.5"* ]] || fail "readelf does not understand $binary"
         [[ $dynamic != *"(RPATH)"* && $dynamic != *"(RUNPATH)"* ]] || fail "$binary has an RPATH"

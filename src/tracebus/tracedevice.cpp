@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: MIT
+#include "tracedevice.h"
+
+#include "usertraces.h"
+
+#include <canopen/cobid.h>
+#include <trace/files/tracefile.h>
+
+#include <QLoggingCategory>
+#include <QPointer>
+
+#include <algorithm>
+
+Q_LOGGING_CATEGORY(traceBusLog, "trace.bus")
+
+namespace {
+
+constexpr qint64 nanoseconds = 1000;  // of a microsecond
+constexpr qint64 microseconds = 1000; // of a millisecond
+
+// Frames of one turn of the event loop.
+constexpr int mostAtOnce = 500;
+// How long an unpaced trace waits for somebody who does not take the frames, in ms.
+constexpr int waitForReader = 10;
+// The longest time of the timer; looking again costs nothing. In ms.
+constexpr qint64 longestWait = 60 * 1000;
+// That are listed as interfaces.
+constexpr int mostListed = 1000;
+// Between the end of a repeated trace and its next beginning, so that one of a single frame is no flood; us.
+constexpr qint64 repeatPause = 100 * 1000;
+
+void logProblems(const Trace &trace, const QString &fileName)
+{
+    for (const TraceProblem &problem : trace.problems)
+        qCWarning(traceBusLog, "%s, line %lld: %s", qUtf8Printable(fileName), problem.line,
+                  qUtf8Printable(problem.text));
+    if (trace.isCut)
+        qCWarning(traceBusLog, "%s is too long; its end is not played", qUtf8Printable(fileName));
+}
+
+} // namespace
+
+TraceCanDevice::TraceCanDevice(const QString &interfaceName, QObject *parent)
+    : QCanBusDevice(parent)
+    , m_interfaceName(interfaceName)
+{
+    m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::PreciseTimer);
+    m_answerTimer.setSingleShot(true);
+    m_answerTimer.setInterval(0);
+    connect(&m_timer, &QTimer::timeout, this, &TraceCanDevice::play);
+    connect(&m_answerTimer, &QTimer::timeout, this, &TraceCanDevice::deliverAnswers);
+}
+
+TraceCanDevice::~TraceCanDevice() = default;
+
+void TraceCanDevice::setConfigurationParameter(int key, const QVariant &value)
+{
+    QCanBusDevice::setConfigurationParameter(key, value);
+    if (key != StepKey || m_player == nullptr)
+        return;
+    m_player->step(value.toInt());
+    schedule();
+}
+
+bool TraceCanDevice::open()
+{
+    QString error;
+    const std::optional<PlaybackAddress> address = PlaybackAddress::parse(m_interfaceName, &error);
+    if (!address) {
+        setError(error, ConfigurationError);
+        return false;
+    }
+    m_address = *address;
+    if (!load(&error)) {
+        setError(error, ConnectionError);
+        return false;
+    }
+    m_vehicle = std::make_unique<RecordedVehicle>(RecordedAnswers::of(m_trace.frames), m_address.knowledge);
+    m_player = std::make_unique<TracePlayer>(&m_trace.frames);
+    m_player->setSpeed(m_address.speed);
+    m_player->setPace(m_address.pace);
+    m_clock.start();
+    m_player->start(now());
+    schedule();
+    setState(ConnectedState);
+    return true;
+}
+
+bool TraceCanDevice::load(QString *errorMessage)
+{
+    std::optional<Trace> trace = TraceFile::load(m_address.fileName, TraceFile::Limits(), errorMessage);
+    if (!trace)
+        return false;
+    logProblems(*trace, m_address.fileName);
+    m_trace = std::move(*trace);
+    if (m_trace.frames.empty()) {
+        *errorMessage = tr("The trace %1 has no frames.").arg(m_address.fileName);
+        return false;
+    }
+    return keepChannel(m_address.channel, errorMessage);
+}
+
+/*! One bus is one channel. */
+bool TraceCanDevice::keepChannel(const QString &channel, QString *errorMessage)
+{
+    const QStringList &channels = m_trace.head.channels;
+    const int number = channel.isEmpty() ? m_trace.frames.front().channel : channels.indexOf(channel);
+    if (number < 0) {
+        *errorMessage = tr("The trace %1 has no channel \"%2\". There are: %3.")
+                            .arg(m_address.fileName, channel, channels.join(QStringLiteral(", ")));
+        return false;
+    }
+    std::vector<TraceFrame> &frames = m_trace.frames;
+    const auto isOther = [number](const TraceFrame &frame) { return frame.channel != number; };
+    frames.erase(std::remove_if(frames.begin(), frames.end(), isOther), frames.end());
+    return true;
+}
+
+void TraceCanDevice::close()
+{
+    m_timer.stop();
+    m_answerTimer.stop();
+    m_answers.clear();
+    m_player.reset();
+    m_vehicle.reset();
+    m_trace = Trace();
+    setState(UnconnectedState);
+}
+
+qint64 TraceCanDevice::now() const
+{
+    return m_clock.nsecsElapsed() / nanoseconds;
+}
+
+void TraceCanDevice::play()
+{
+    const QPointer<TraceCanDevice> alive(this);
+    const QVector<QCanBusFrame> frames = takeDue();
+    if (!frames.isEmpty())
+        enqueueReceivedFrames(frames);
+    if (alive.isNull() || m_player == nullptr) // slots may have closed or deleted this
+        return;
+    if (m_player->isAtEnd() && m_address.isRepeated)
+        m_player->start(now() + repeatPause);
+    schedule();
+}
+
+QVector<QCanBusFrame> TraceCanDevice::takeDue()
+{
+    QVector<QCanBusFrame> frames;
+    if (isReaderBehind())
+        return frames;
+    const qint64 present = now();
+    for (int taken = 0; taken < mostAtOnce; ++taken) {
+        const TraceFrame *frame = m_player->take(present);
+        if (frame == nullptr)
+            break;
+        if (isHidden(*frame))
+            continue;
+        frames.append(frame->toCanBusFrame());
+        frames.last().setTimeStamp(QCanBusFrame::TimeStamp::fromMicroSeconds(m_player->stamp()));
+    }
+    return frames;
+}
+
+void TraceCanDevice::schedule()
+{
+    const std::optional<qint64> due = m_player->nextDue();
+    if (!due) {
+        m_timer.stop();
+        return;
+    }
+    const qint64 rest = isReaderBehind() ? waitForReader : (*due - now() + microseconds - 1) / microseconds;
+    m_timer.start(static_cast<int>(std::clamp<qint64>(rest, 0, longestWait)));
+}
+
+/*! Whether an unpaced trace has to wait, or the whole of it would be in the queue at once. */
+bool TraceCanDevice::isReaderBehind() const
+{
+    return m_player->pace() == TracePlayer::Pace::Unpaced && framesAvailable() >= mostAtOnce;
+}
+
+/*! Whether the frame is of a transfer of then with a node that now talks with somebody else. */
+bool TraceCanDevice::isHidden(const TraceFrame &frame) const
+{
+    using namespace CanOpen;
+    if (frame.isExtended() || frame.isError())
+        return false;
+    const quint8 nodeId = std::max(nodeIdOf(frame.id, sdoResponseBase), nodeIdOf(frame.id, sdoRequestBase));
+    return nodeId != 0 && m_vehicle->isTalking(nodeId);
+}
+
+bool TraceCanDevice::writeFrame(const QCanBusFrame &frame)
+{
+    if (state() != ConnectedState || m_player == nullptr)
+        return false;
+    if (!frame.isValid() || frame.hasFlexibleDataRateFormat()
+        || (frame.frameType() != QCanBusFrame::DataFrame
+            && frame.frameType() != QCanBusFrame::RemoteRequestFrame)) {
+        setError(tr("Cannot write this kind of frame"), WriteError);
+        return false;
+    }
+    m_answers += m_vehicle->handleFrame(frame, m_player->position());
+    if (!m_answers.isEmpty())
+        m_answerTimer.start();
+    emit framesWritten(1);
+    return true;
+}
+
+/*! From the event loop: nobody is answered before his request is written. */
+void TraceCanDevice::deliverAnswers()
+{
+    QVector<QCanBusFrame> answers;
+    answers.swap(m_answers);
+    if (answers.isEmpty())
+        return;
+    const qint64 stamp = m_player->stampAt(now());
+    for (QCanBusFrame &answer : answers)
+        answer.setTimeStamp(QCanBusFrame::TimeStamp::fromMicroSeconds(stamp));
+    enqueueReceivedFrames(answers);
+}
+
+QString TraceCanDevice::interpretErrorFrame(const QCanBusFrame &errorFrame)
+{
+    Q_UNUSED(errorFrame)
+    return QString(); // frames that were recorded are told by who decodes traces
+}
+
+QList<QCanBusDeviceInfo> TraceCanDevice::interfaces()
+{
+    constexpr int onlyChannel = 0;
+    QList<QCanBusDeviceInfo> infos;
+    const QFileInfoList traces = UserTraces::list(mostListed);
+    for (const QFileInfo &trace : traces) {
+        const QString time = trace.lastModified().toString(Qt::ISODate);
+        infos.append(createDeviceInfo(trace.absoluteFilePath(), QString(), tr("Trace of %1").arg(time),
+                                      onlyChannel, true, false));
+    }
+    return infos;
+}

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "playbackaddress.h"
+
+#include <trace/core/trace.h>
+#include <trace/playback/recordedvehicle.h>
+#include <trace/playback/traceplayer.h>
+
+#include <QCanBusDevice>
+#include <QCanBusDeviceInfo>
+#include <QElapsedTimer>
+#include <QList>
+#include <QTimer>
+
+#include <memory>
+
+/*! A CAN interface on which a trace is played back, see PlaybackAddress for its name.
+ *
+ *  The trace is read when the device connects, and begins with its first frame then. Frames arrive with their times
+ *  (TracePlayer::stamp()). Whoever writes a request to read is answered by the vehicle in the trace (RecordedVehicle), also
+ *  when the trace is over; the device stays connected and is silent then. Everything else that is written goes nowhere. From
+ *  the first request to a node on, its SDO frames in the trace do not arrive any more: they would be taken for answers.
+ *
+ *  What could not be read of the file is logged.
+ */
+class TraceCanDevice : public QCanBusDevice
+{
+    Q_OBJECT
+
+public:
+    /*! Configuration keys of this back end; they act at once. */
+    enum TraceKey {
+        StepKey = UserKey, //!< with speed=step: so many frames more (int)
+    };
+    Q_ENUM(TraceKey)
+
+    explicit TraceCanDevice(const QString &interfaceName, QObject *parent = nullptr);
+    ~TraceCanDevice() override;
+
+    void setConfigurationParameter(int key, const QVariant &value) override;
+    bool writeFrame(const QCanBusFrame &frame) override;
+    QString interpretErrorFrame(const QCanBusFrame &errorFrame) override;
+
+    /*! The traces in the user's folder. */
+    static QList<QCanBusDeviceInfo> interfaces();
+
+protected:
+    bool open() override;
+    void close() override;
+
+private:
+    bool load(QString *errorMessage);
+    bool keepChannel(const QString &channel, QString *errorMessage);
+    void play();
+    QVector<QCanBusFrame> takeDue();
+    void schedule();
+    void deliverAnswers();
+    bool isReaderBehind() const;
+    bool isHidden(const TraceFrame &frame) const;
+    qint64 now() const;
+
+    QString m_interfaceName;
+    PlaybackAddress m_address;
+    Trace m_trace;
+    std::unique_ptr<RecordedVehicle> m_vehicle; // null while unconnected
+    std::unique_ptr<TracePlayer> m_player;      // likewise
+    QElapsedTimer m_clock;
+    QTimer m_timer;       // until the next frame is due
+    QTimer m_answerTimer; // until the event loop turns
+    QVector<QCanBusFrame> m_answers;
+};
