@@ -6,6 +6,7 @@
 #include <cli/core/console.h>
 #include <cli/core/language.h>
 #include <cli/core/outputfile.h>
+#include <cli/core/recordedsnapshot.h>
 #include <cli/core/snapshotsummary.h>
 
 #include <bus/buswords.h>
@@ -24,6 +25,11 @@ struct Tr
 constexpr QLatin1String outputOption("output");
 constexpr QLatin1String resumeOption("resume");
 constexpr QLatin1String jsonOption("json");
+constexpr QLatin1String channelOption("channel");
+
+// How devices are asked.
+constexpr const char *askingOptions[]
+    = {"bitrate", "quick", "node", "scan", "share", "timeout", "retries", "resume"};
 
 /*! What people write beside a snapshot. */
 struct NoteOption
@@ -62,15 +68,22 @@ public:
 private:
     void addOptions();
     std::optional<ExitStatus> parse(const QStringList &arguments);
+    std::optional<ExitStatus> parseSource();
+    std::optional<ExitStatus> complainOfForeignOptions() const;
     std::optional<ExitStatus> parseResume();
+    std::optional<ExitStatus> take();
     SnapshotNotes notes() const;
     QString outputName() const;
     void print() const;
 
     CommandArguments m_options{QStringLiteral("snapshot"),
                                Tr::tr("Reads all that can be read of all devices on a bus, past those that "
-                                      "do not answer, and saves it with what could not be read and why.")};
+                                      "do not answer, and saves it with what could not be read and why. Or "
+                                      "saves what others have read in a trace.")};
     BusSnapshot m_bus;
+    RecordedSnapshot m_trace;
+    bool m_isOfTrace = false;
+    Snapshot m_snapshot;
     std::optional<Snapshot> m_earlier;
 };
 
@@ -86,17 +99,26 @@ ExitStatus SnapshotCommand::run(const QStringList &arguments)
         Console::printError(error);
         return Exit::fileFailed;
     }
-    if (const std::optional<ExitStatus> status = m_bus.take(m_options.bus()))
+    if (const std::optional<ExitStatus> status = take())
         return *status;
 
     if (!m_options.isSet(jsonOption))
         print();
-    const ExitStatus status = m_bus.finish();
+    const ExitStatus status = m_isOfTrace ? m_trace.finish() : m_bus.finish();
     const QString name = outputName();
-    if (!OutputFile(name).writeSnapshot(m_bus.snapshot()))
+    if (!OutputFile(name).writeSnapshot(m_snapshot))
         return Exit::fileFailed;
     if (m_options.isSet(jsonOption))
-        Console::printJson(SnapshotSummary::toJson(m_bus.snapshot(), name));
+        Console::printJson(SnapshotSummary::toJson(m_snapshot, name));
+    return status;
+}
+
+std::optional<ExitStatus> SnapshotCommand::take()
+{
+    const std::optional<ExitStatus> status = m_isOfTrace ? m_trace.take() : m_bus.take(m_options.bus());
+    m_snapshot = m_isOfTrace ? m_trace.snapshot() : m_bus.snapshot();
+    if (m_isOfTrace)
+        m_snapshot.notes = notes();
     return status;
 }
 
@@ -122,7 +144,7 @@ std::optional<ExitStatus> SnapshotCommand::parse(const QStringList &arguments)
         return m_options.complain(Tr::tr("--output takes the name of a file."));
     if (m_options.isSet(jsonOption) && OutputFile(m_options.value(outputOption)).isStandardOutput())
         return m_options.complain(Tr::tr("Standard output takes the snapshot or the summary, not both."));
-    if (const std::optional<ExitStatus> status = m_bus.parse(m_options))
+    if (const std::optional<ExitStatus> status = parseSource())
         return status;
     if (const std::optional<ExitStatus> status = parseResume())
         return status;
@@ -130,13 +152,39 @@ std::optional<ExitStatus> SnapshotCommand::parse(const QStringList &arguments)
     return Language::load(m_options);
 }
 
+/*! A bus, or a trace; each has options that the other one does not know. */
+std::optional<ExitStatus> SnapshotCommand::parseSource()
+{
+    m_isOfTrace = RecordedSnapshot::isWanted(m_options);
+    if (m_isOfTrace == m_options.hasBus())
+        return m_options.complain(m_isOfTrace ? Tr::tr("Name either a --bus or a trace, not both.")
+                                              : Tr::tr("What is meant? Name a --bus, or a trace with "
+                                                       "--from-trace."));
+    if (const std::optional<ExitStatus> status = complainOfForeignOptions())
+        return status;
+    return m_isOfTrace ? m_trace.parse(m_options) : m_bus.parse(m_options);
+}
+
+std::optional<ExitStatus> SnapshotCommand::complainOfForeignOptions() const
+{
+    if (!m_isOfTrace && m_options.isSet(channelOption))
+        return m_options.complain(Tr::tr("--%1 is for traces only.").arg(channelOption));
+    for (const char *name : askingOptions) {
+        const QString option = QString::fromLatin1(name);
+        if (m_isOfTrace && m_options.isSet(option))
+            return m_options.complain(Tr::tr("A trace is not asked; leave out --%1.").arg(option));
+    }
+    return std::nullopt;
+}
+
 void SnapshotCommand::addOptions()
 {
-    m_options.addBusOptions();
+    m_options.addBusOptions(CommandArguments::Presence::Optional);
     m_options.addOption({outputOption,
                          Tr::tr("Save the snapshot as this file (.dxsnap), \"-\" for standard output."),
                          Tr::tr("FILE")});
     BusSnapshot::addOptions(m_options);
+    RecordedSnapshot::addOptions(m_options);
     m_options.addOption({resumeOption,
                          Tr::tr("Go on where this snapshot has ended: ask only for what it has not. A device "
                                 "that is another one than then is read anew."),
@@ -157,9 +205,9 @@ std::optional<ExitStatus> SnapshotCommand::parseResume()
         Console::printError(error);
         return Exit::fileFailed;
     }
-    if (m_earlier->scope == SnapshotScope::Imported)
+    if (!m_earlier->isOfBus())
         return m_options.complain(
-            Tr::tr("A snapshot that was made of an exchange file cannot be gone on with: "
+            Tr::tr("A snapshot that was made of an exchange file or a trace cannot be gone on with: "
                    "it does not say what was asked for."));
     if (m_bus.isQuick() && m_earlier->scope != SnapshotScope::Quick)
         return m_options.complain(Tr::tr("The snapshot to go on with is a full one; leave out --quick."));
@@ -181,7 +229,7 @@ SnapshotNotes SnapshotCommand::notes() const
 
 void SnapshotCommand::print() const
 {
-    const QStringList lines = SnapshotSummary::lines(m_bus.snapshot());
+    const QStringList lines = SnapshotSummary::lines(m_snapshot);
     for (const QString &line : lines)
         Console::print(line);
 }

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tracecommand.h"
-#include "traceinput.h"
 
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
+#include <cli/core/traceinput.h>
 #include <trace/files/tracedetails.h>
 #include <trace/files/tracefile.h>
 

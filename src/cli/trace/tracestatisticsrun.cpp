@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "tracecommand.h"
-#include "traceinput.h"
 #include "tracestatisticslisting.h"
 
 #include <bus/bussettings.h>
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
+#include <cli/core/traceinput.h>
 
 #include <QJsonDocument>
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "traceinput.h"
 
-#include <cli/core/console.h>
+#include "console.h"
+
 #include <trace/files/tracefile.h>
 
 #include <QDir>

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cli/core/exitstatus.h>
+#include "exitstatus.h"
+
 #include <trace/files/tracereader.h>
 
 #include <QCoreApplication>
