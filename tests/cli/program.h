@@ -25,7 +25,8 @@ inline bool waitsForNobodyElse(const QStringList &arguments)
 {
     return arguments.value(0) != QLatin1String("check-update")
            && std::any_of(arguments.begin(), arguments.end(), [](const QString &argument) {
-                  return argument.contains(QLatin1String("simulated:"));
+                  return argument.contains(QLatin1String("simulated:"))
+                         || argument.contains(QLatin1String("trace:"));
               });
 }
 

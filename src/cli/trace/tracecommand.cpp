@@ -20,6 +20,7 @@ constexpr Command commands[] = {
     {"record", runTraceRecord, QT_TRANSLATE_NOOP("TraceCommand", "record the frames of a bus")},
     {"show", runTraceShow, QT_TRANSLATE_NOOP("TraceCommand", "show a trace in words")},
     {"convert", runTraceConvert, QT_TRANSLATE_NOOP("TraceCommand", "write a trace in another format")},
+    {"replay", runTraceReplay, QT_TRANSLATE_NOOP("TraceCommand", "send the frames of a trace to a bus")},
     {"statistics", runTraceStatistics,
      QT_TRANSLATE_NOOP("TraceCommand", "count the frames of a trace, and say how full the bus was")},
 };

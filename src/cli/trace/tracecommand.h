@@ -12,4 +12,5 @@ ExitStatus runTraceCommand(const QStringList &arguments);
 ExitStatus runTraceRecord(const QStringList &arguments);
 ExitStatus runTraceShow(const QStringList &arguments);
 ExitStatus runTraceConvert(const QStringList &arguments);
+ExitStatus runTraceReplay(const QStringList &arguments);
 ExitStatus runTraceStatistics(const QStringList &arguments);
