@@ -786,6 +786,14 @@
         <source>specific to the manufacturer</source>
         <translation>herstellerspezifisch</translation>
     </message>
+    <message>
+        <source>The trace holds no answer of the device to this</source>
+        <translation>Die Aufzeichnung enthält keine Antwort des Geräts darauf</translation>
+    </message>
+    <message>
+        <source>The device answers this only later in the trace</source>
+        <translation>Das Gerät antwortet darauf erst später in der Aufzeichnung</translation>
+    </message>
 </context>
 <context>
     <name>CanOpen::CanPort</name>
@@ -1357,6 +1365,10 @@ Jetzt: %2</translation>
         <source>%1 and others, %2 objects in all</source>
         <translation>%1 und andere, insgesamt %2 Objekte</translation>
     </message>
+    <message>
+        <source>Nobody has read everything in the trace.</source>
+        <translation>In der Aufzeichnung hat niemand alles gelesen.</translation>
+    </message>
 </context>
 <context>
     <name>ComponentModel</name>
@@ -1746,6 +1758,10 @@ Jetzt: %2</translation>
         <source>Events</source>
         <translation>Ereignisse</translation>
     </message>
+    <message>
+        <source>Show in the &amp;trace</source>
+        <translation>In der &amp;Aufzeichnung zeigen</translation>
+    </message>
 </context>
 <context>
     <name>EventWords</name>
@@ -1970,6 +1986,683 @@ Jetzt: %2</translation>
     <message>
         <source>The answers could not be told from late or foreign ones</source>
         <translation>Die Antworten waren nicht von verspäteten oder fremden zu unterscheiden</translation>
+    </message>
+</context>
+<context>
+    <name>FilterBar</name>
+    <message>
+        <source>Nodes</source>
+        <translation>Knoten</translation>
+    </message>
+    <message>
+        <source>Only lines of these nodes: &quot;2, 5-7&quot;</source>
+        <translation>Nur Zeilen dieser Knoten: „2, 5-7“</translation>
+    </message>
+    <message>
+        <source>Objects</source>
+        <translation>Objekte</translation>
+    </message>
+    <message>
+        <source>Only lines that carry these objects: &quot;6164h.2, 1018h&quot;</source>
+        <translation>Nur Zeilen mit diesen Objekten: „6164h.2, 1018h“</translation>
+    </message>
+    <message>
+        <source>Words</source>
+        <translation>Wörter</translation>
+    </message>
+    <message>
+        <source>Only lines with these words</source>
+        <translation>Nur Zeilen mit diesen Wörtern</translation>
+    </message>
+    <message>
+        <source>Only what is &amp;wrong</source>
+        <translation>Nur &amp;was nicht stimmt</translation>
+    </message>
+    <message>
+        <source>Only warnings and faults</source>
+        <translation>Nur Warnungen und Fehler</translation>
+    </message>
+    <message>
+        <source>Show all</source>
+        <translation>Alle zeigen</translation>
+    </message>
+    <message>
+        <source>Shows all lines again</source>
+        <translation>Zeigt wieder alle Zeilen</translation>
+    </message>
+</context>
+<context>
+    <name>FilterInput</name>
+    <message>
+        <source>Nodes are numbers from 1 to 127: &quot;2, 5-7&quot;.</source>
+        <translation>Knoten sind Zahlen von 1 bis 127: „2, 5-7“.</translation>
+    </message>
+    <message>
+        <source>Objects are an index in hexadecimal, and a sub-index behind a dot: &quot;6164h.2&quot;.</source>
+        <translation>Objekte sind ein Index in hexadezimal und hinter einem Punkt ein Subindex: „6164h.2“.</translation>
+    </message>
+</context>
+<context>
+    <name>FindBar</name>
+    <message>
+        <source>Searching</source>
+        <translation>Sucht</translation>
+    </message>
+    <message>
+        <source>Went on from the other end</source>
+        <translation>Am anderen Ende fortgesetzt</translation>
+    </message>
+    <message>
+        <source>Not found</source>
+        <translation>Nicht gefunden</translation>
+    </message>
+    <message>
+        <source>Find (Ctrl+F)</source>
+        <translation>Suchen (Strg+F)</translation>
+    </message>
+    <message>
+        <source>Words of a line that is shown</source>
+        <translation>Wörter einer Zeile, die gezeigt wird</translation>
+    </message>
+    <message>
+        <source>Find the one before (Shift+F3)</source>
+        <translation>Vorherige suchen (Umschalt+F3)</translation>
+    </message>
+    <message>
+        <source>Find the one before</source>
+        <translation>Vorherige suchen</translation>
+    </message>
+    <message>
+        <source>Find the next one (F3)</source>
+        <translation>Nächste suchen (F3)</translation>
+    </message>
+    <message>
+        <source>Find the next one</source>
+        <translation>Nächste suchen</translation>
+    </message>
+</context>
+<context>
+    <name>FrameDetails</name>
+    <message numerus="yes">
+        <source>and %n more frame(s)</source>
+        <translation>
+            <numerusform>und %n weiterer Frame</numerusform>
+            <numerusform>und %n weitere Frames</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Frame %1</source>
+        <translation>Frame %1</translation>
+    </message>
+    <message>
+        <source>sent by this computer</source>
+        <translation>von diesem Computer gesendet</translation>
+    </message>
+    <message>
+        <source>byte %1</source>
+        <translation>Byte %1</translation>
+    </message>
+    <message>
+        <source>bytes %1 to %2</source>
+        <translation>Bytes %1 bis %2</translation>
+    </message>
+    <message>
+        <source>Where</source>
+        <translation>Wo</translation>
+    </message>
+    <message>
+        <source>Bytes</source>
+        <translation>Bytes</translation>
+    </message>
+    <message>
+        <source>Meaning</source>
+        <translation>Bedeutung</translation>
+    </message>
+</context>
+<context>
+    <name>FrameParts</name>
+    <message>
+        <source>SDO</source>
+        <translation>SDO</translation>
+    </message>
+    <message>
+        <source>request to read</source>
+        <translation>Anfrage zum Lesen</translation>
+    </message>
+    <message>
+        <source>answer to a read</source>
+        <translation>Antwort auf ein Lesen</translation>
+    </message>
+    <message>
+        <source>request for a segment</source>
+        <translation>Anfrage nach einem Segment</translation>
+    </message>
+    <message>
+        <source>segment of a read</source>
+        <translation>Segment eines Lesens</translation>
+    </message>
+    <message>
+        <source>request to write</source>
+        <translation>Anfrage zum Schreiben</translation>
+    </message>
+    <message>
+        <source>answer to a write</source>
+        <translation>Antwort auf ein Schreiben</translation>
+    </message>
+    <message>
+        <source>segment of a write</source>
+        <translation>Segment eines Schreibens</translation>
+    </message>
+    <message>
+        <source>answer to a segment of a write</source>
+        <translation>Antwort auf ein Segment eines Schreibens</translation>
+    </message>
+    <message>
+        <source>request to read in blocks</source>
+        <translation>Anfrage zum Lesen in Blöcken</translation>
+    </message>
+    <message>
+        <source>answer to a read in blocks</source>
+        <translation>Antwort auf ein Lesen in Blöcken</translation>
+    </message>
+    <message>
+        <source>start of the blocks</source>
+        <translation>Beginn der Blöcke</translation>
+    </message>
+    <message>
+        <source>acknowledge of a block</source>
+        <translation>Bestätigung eines Blocks</translation>
+    </message>
+    <message>
+        <source>end of the blocks</source>
+        <translation>Ende der Blöcke</translation>
+    </message>
+    <message>
+        <source>end of the blocks confirmed</source>
+        <translation>Ende der Blöcke bestätigt</translation>
+    </message>
+    <message>
+        <source>request to write in blocks</source>
+        <translation>Anfrage zum Schreiben in Blöcken</translation>
+    </message>
+    <message>
+        <source>answer to a write in blocks</source>
+        <translation>Antwort auf ein Schreiben in Blöcken</translation>
+    </message>
+    <message>
+        <source>abort by the client</source>
+        <translation>Abbruch durch den Client</translation>
+    </message>
+    <message>
+        <source>abort by the server</source>
+        <translation>Abbruch durch den Server</translation>
+    </message>
+    <message>
+        <source>data</source>
+        <translation>Daten</translation>
+    </message>
+    <message>
+        <source>counter %1</source>
+        <translation>Zähler %1</translation>
+    </message>
+    <message>
+        <source>command: %1</source>
+        <translation>Kommando: %1</translation>
+    </message>
+    <message>
+        <source>all nodes</source>
+        <translation>alle Knoten</translation>
+    </message>
+    <message>
+        <source>node %1</source>
+        <translation>Knoten %1</translation>
+    </message>
+    <message>
+        <source>time of day: %1</source>
+        <translation>Uhrzeit: %1</translation>
+    </message>
+    <message>
+        <source>day: %1</source>
+        <translation>Tag: %1</translation>
+    </message>
+    <message>
+        <source>error code %1h: %2</source>
+        <translation>Fehlercode %1h: %2</translation>
+    </message>
+    <message>
+        <source>error register: %1</source>
+        <translation>Fehlerregister: %1</translation>
+    </message>
+    <message>
+        <source>no error</source>
+        <translation>kein Fehler</translation>
+    </message>
+    <message>
+        <source>the device&apos;s own</source>
+        <translation>Eigenes des Geräts</translation>
+    </message>
+    <message>
+        <source>the beginning of what is missing</source>
+        <translation>Anfang dessen, was fehlt</translation>
+    </message>
+    <message>
+        <source>fills a place</source>
+        <translation>füllt einen Platz</translation>
+    </message>
+    <message>
+        <source>bits %1 to %2: %3</source>
+        <translation>Bits %1 bis %2: %3</translation>
+    </message>
+    <message>
+        <source>not mapped</source>
+        <translation>nicht zugeordnet</translation>
+    </message>
+    <message>
+        <source>not used</source>
+        <translation>unbenutzt</translation>
+    </message>
+    <message>
+        <source>object %1</source>
+        <translation>Objekt %1</translation>
+    </message>
+    <message>
+        <source>object %1: %2</source>
+        <translation>Objekt %1: %2</translation>
+    </message>
+    <message>
+        <source>sub-index %1</source>
+        <translation>Subindex %1</translation>
+    </message>
+    <message>
+        <source>%1 segments in a block</source>
+        <translation>%1 Segmente in einem Block</translation>
+    </message>
+    <message>
+        <source>value: %1</source>
+        <translation>Wert: %1</translation>
+    </message>
+    <message>
+        <source>%1 bytes follow</source>
+        <translation>%1 Bytes folgen</translation>
+    </message>
+    <message>
+        <source>does not say how many bytes follow</source>
+        <translation>sagt nicht, wie viele Bytes folgen</translation>
+    </message>
+    <message>
+        <source>%1, toggle bit %2, the last one</source>
+        <translation>%1, Toggle-Bit %2, das letzte</translation>
+    </message>
+    <message>
+        <source>%1, toggle bit %2</source>
+        <translation>%1, Toggle-Bit %2</translation>
+    </message>
+    <message>
+        <source>segment %1, the last one</source>
+        <translation>Segment %1, das letzte</translation>
+    </message>
+    <message>
+        <source>segment %1</source>
+        <translation>Segment %1</translation>
+    </message>
+    <message>
+        <source>has come up to segment %1</source>
+        <translation>angekommen bis Segment %1</translation>
+    </message>
+    <message>
+        <source>next block: %1 segments</source>
+        <translation>nächster Block: %1 Segmente</translation>
+    </message>
+    <message>
+        <source>end of the blocks, %1 bytes of the last segment do not count</source>
+        <translation>Ende der Blöcke, %1 Bytes des letzten Segments zählen nicht</translation>
+    </message>
+    <message>
+        <source>checksum %1h</source>
+        <translation>Prüfsumme %1h</translation>
+    </message>
+</context>
+<context>
+    <name>FrameWords</name>
+    <message>
+        <source>a frame could not be sent in time</source>
+        <translation>ein Frame konnte nicht rechtzeitig gesendet werden</translation>
+    </message>
+    <message>
+        <source>arbitration lost</source>
+        <translation>Arbitrierung verloren</translation>
+    </message>
+    <message>
+        <source>the CAN chip has trouble</source>
+        <translation>der CAN-Baustein hat Schwierigkeiten</translation>
+    </message>
+    <message>
+        <source>protocol violated</source>
+        <translation>Protokoll verletzt</translation>
+    </message>
+    <message>
+        <source>the transceiver has trouble</source>
+        <translation>der Transceiver hat Schwierigkeiten</translation>
+    </message>
+    <message>
+        <source>nobody acknowledged a frame</source>
+        <translation>niemand hat einen Frame bestätigt</translation>
+    </message>
+    <message>
+        <source>bus-off: the CAN chip has left the bus</source>
+        <translation>Bus-off: der CAN-Baustein hat den Bus verlassen</translation>
+    </message>
+    <message>
+        <source>bus error</source>
+        <translation>Busfehler</translation>
+    </message>
+    <message>
+        <source>the CAN chip was started again</source>
+        <translation>der CAN-Baustein wurde neu gestartet</translation>
+    </message>
+    <message>
+        <source>received frames were lost</source>
+        <translation>empfangene Frames gingen verloren</translation>
+    </message>
+    <message>
+        <source>frames to send were lost</source>
+        <translation>zu sendende Frames gingen verloren</translation>
+    </message>
+    <message>
+        <source>many errors in receiving</source>
+        <translation>viele Fehler beim Empfangen</translation>
+    </message>
+    <message>
+        <source>many errors in sending</source>
+        <translation>viele Fehler beim Senden</translation>
+    </message>
+    <message>
+        <source>error-passive in receiving</source>
+        <translation>fehlerpassiv beim Empfangen</translation>
+    </message>
+    <message>
+        <source>error-passive in sending</source>
+        <translation>fehlerpassiv beim Senden</translation>
+    </message>
+    <message>
+        <source>error-active again</source>
+        <translation>wieder fehleraktiv</translation>
+    </message>
+    <message>
+        <source>a single bit</source>
+        <translation>ein einzelnes Bit</translation>
+    </message>
+    <message>
+        <source>the form of a frame</source>
+        <translation>die Form eines Frames</translation>
+    </message>
+    <message>
+        <source>bit stuffing</source>
+        <translation>Bit-Stuffing</translation>
+    </message>
+    <message>
+        <source>a dominant bit could not be sent</source>
+        <translation>ein dominantes Bit ließ sich nicht senden</translation>
+    </message>
+    <message>
+        <source>a recessive bit could not be sent</source>
+        <translation>ein rezessives Bit ließ sich nicht senden</translation>
+    </message>
+    <message>
+        <source>overload of the bus</source>
+        <translation>Überlast des Busses</translation>
+    </message>
+    <message>
+        <source>this node announced an error</source>
+        <translation>dieser Knoten hat einen Fehler gemeldet</translation>
+    </message>
+    <message>
+        <source>in sending</source>
+        <translation>beim Senden</translation>
+    </message>
+    <message>
+        <source>segment of a write</source>
+        <translation>Segment eines Schreibens</translation>
+    </message>
+    <message>
+        <source>request to write</source>
+        <translation>Anfrage zum Schreiben</translation>
+    </message>
+    <message>
+        <source>request to read</source>
+        <translation>Anfrage zum Lesen</translation>
+    </message>
+    <message>
+        <source>request for a segment</source>
+        <translation>Anfrage nach einem Segment</translation>
+    </message>
+    <message>
+        <source>abort by the client</source>
+        <translation>Abbruch durch den Client</translation>
+    </message>
+    <message>
+        <source>request of a block upload</source>
+        <translation>Anfrage eines Block-Uploads</translation>
+    </message>
+    <message>
+        <source>request of a block download</source>
+        <translation>Anfrage eines Block-Downloads</translation>
+    </message>
+    <message>
+        <source>unknown request</source>
+        <translation>unbekannte Anfrage</translation>
+    </message>
+    <message>
+        <source>segment of a read</source>
+        <translation>Segment eines Lesens</translation>
+    </message>
+    <message>
+        <source>answer to a segment of a write</source>
+        <translation>Antwort auf ein Segment eines Schreibens</translation>
+    </message>
+    <message>
+        <source>answer to a read</source>
+        <translation>Antwort auf ein Lesen</translation>
+    </message>
+    <message>
+        <source>answer to a write</source>
+        <translation>Antwort auf ein Schreiben</translation>
+    </message>
+    <message>
+        <source>abort by the server</source>
+        <translation>Abbruch durch den Server</translation>
+    </message>
+    <message>
+        <source>answer of a block download</source>
+        <translation>Antwort eines Block-Downloads</translation>
+    </message>
+    <message>
+        <source>answer of a block upload</source>
+        <translation>Antwort eines Block-Uploads</translation>
+    </message>
+    <message>
+        <source>unknown answer</source>
+        <translation>unbekannte Antwort</translation>
+    </message>
+    <message>
+        <source>remote, %1 bytes</source>
+        <translation>Remote, %1 Bytes</translation>
+    </message>
+    <message>
+        <source>error frame: %1</source>
+        <translation>Error-Frame: %1</translation>
+    </message>
+    <message>
+        <source>%1 without any bytes</source>
+        <translation>%1 ohne Bytes</translation>
+    </message>
+    <message>
+        <source>%1 of a wrong length: %2</source>
+        <translation>%1 von falscher Länge: %2</translation>
+    </message>
+    <message>
+        <source>is asked for its state (node guarding)</source>
+        <translation>wird nach seinem Zustand gefragt (Knotenüberwachung)</translation>
+    </message>
+    <message>
+        <source>PDO %1 is asked for (remote frame)</source>
+        <translation>PDO %1 wird angefordert (Remote-Frame)</translation>
+    </message>
+    <message>
+        <source>frame %1 is asked for (remote frame)</source>
+        <translation>Frame %1 wird angefordert (Remote-Frame)</translation>
+    </message>
+    <message>
+        <source>start</source>
+        <translation>starten</translation>
+    </message>
+    <message>
+        <source>stop</source>
+        <translation>anhalten</translation>
+    </message>
+    <message>
+        <source>enter Pre-operational</source>
+        <translation>nach Pre-operational wechseln</translation>
+    </message>
+    <message>
+        <source>reset the device</source>
+        <translation>das Gerät zurücksetzen</translation>
+    </message>
+    <message>
+        <source>reset the communication</source>
+        <translation>die Kommunikation zurücksetzen</translation>
+    </message>
+    <message>
+        <source>unknown command %1h</source>
+        <translation>unbekanntes Kommando %1h</translation>
+    </message>
+    <message>
+        <source>Boot-up</source>
+        <translation>Boot-up</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Stopped</translation>
+    </message>
+    <message>
+        <source>Operational</source>
+        <translation>Operational</translation>
+    </message>
+    <message>
+        <source>Pre-operational</source>
+        <translation>Pre-operational</translation>
+    </message>
+    <message>
+        <source>unknown state %1h</source>
+        <translation>unbekannter Zustand %1h</translation>
+    </message>
+    <message>
+        <source>NMT command</source>
+        <translation>NMT-Kommando</translation>
+    </message>
+    <message>
+        <source>NMT command to all nodes: %1</source>
+        <translation>NMT-Kommando an alle Knoten: %1</translation>
+    </message>
+    <message>
+        <source>NMT command to node %1: %2</source>
+        <translation>NMT-Kommando an Knoten %1: %2</translation>
+    </message>
+    <message>
+        <source>SYNC</source>
+        <translation>SYNC</translation>
+    </message>
+    <message>
+        <source>SYNC %1</source>
+        <translation>SYNC %1</translation>
+    </message>
+    <message>
+        <source>time that is none: %1</source>
+        <translation>Uhrzeit, die keine ist: %1</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>Uhrzeit</translation>
+    </message>
+    <message>
+        <source>time: %1</source>
+        <translation>Uhrzeit: %1</translation>
+    </message>
+    <message>
+        <source>emergency</source>
+        <translation>Emergency</translation>
+    </message>
+    <message>
+        <source>emergency %1h: %2</source>
+        <translation>Emergency %1h: %2</translation>
+    </message>
+    <message>
+        <source>error register %1h</source>
+        <translation>Fehlerregister %1h</translation>
+    </message>
+    <message>
+        <source>error register %1h (%2)</source>
+        <translation>Fehlerregister %1h (%2)</translation>
+    </message>
+    <message>
+        <source>the device&apos;s own bytes %1</source>
+        <translation>eigene Bytes des Geräts %1</translation>
+    </message>
+    <message>
+        <source>no bytes</source>
+        <translation>keine Bytes</translation>
+    </message>
+    <message>
+        <source>PDO %1 to the node, its mapping is not known: %2</source>
+        <translation>PDO %1 an den Knoten, seine Zuordnung ist nicht bekannt: %2</translation>
+    </message>
+    <message>
+        <source>PDO %1, its mapping is not known: %2</source>
+        <translation>PDO %1, seine Zuordnung ist nicht bekannt: %2</translation>
+    </message>
+    <message>
+        <source>SDO</source>
+        <translation>SDO</translation>
+    </message>
+    <message>
+        <source>SDO, %1, of no transfer that begins in the trace: %2</source>
+        <translation>SDO, %1, keiner Übertragung, die in der Aufzeichnung beginnt: %2</translation>
+    </message>
+    <message>
+        <source>heartbeat</source>
+        <translation>Heartbeat</translation>
+    </message>
+    <message>
+        <source>boot-up: the device has started</source>
+        <translation>Boot-up: das Gerät ist gestartet</translation>
+    </message>
+    <message>
+        <source>heartbeat: %1</source>
+        <translation>Heartbeat: %1</translation>
+    </message>
+    <message>
+        <source>error counters: sending %1, receiving %2</source>
+        <translation>Fehlerzähler: Senden %1, Empfangen %2</translation>
+    </message>
+    <message>
+        <source>no reason told</source>
+        <translation>kein Grund genannt</translation>
+    </message>
+    <message>
+        <source>LSS request: %1</source>
+        <translation>LSS-Anfrage: %1</translation>
+    </message>
+    <message>
+        <source>LSS answer: %1</source>
+        <translation>LSS-Antwort: %1</translation>
+    </message>
+    <message>
+        <source>frame %1 without any bytes</source>
+        <translation>Frame %1 ohne Bytes</translation>
+    </message>
+    <message>
+        <source>frame %1: %2</source>
+        <translation>Frame %1: %2</translation>
     </message>
 </context>
 <context>
@@ -2382,6 +3075,10 @@ Jetzt: %2</translation>
         <source>&amp;Live</source>
         <translation>&amp;Live</translation>
     </message>
+    <message>
+        <source>&amp;Trace</source>
+        <translation>Au&amp;fzeichnung</translation>
+    </message>
 </context>
 <context>
     <name>JsonDocument</name>
@@ -2427,6 +3124,60 @@ Jetzt: %2</translation>
     <message>
         <source>A list, [...], is wanted.</source>
         <translation>Erwartet wird eine Liste, [...].</translation>
+    </message>
+</context>
+<context>
+    <name>KindMenu</name>
+    <message>
+        <source>Commands (NMT)</source>
+        <translation>Befehle (NMT)</translation>
+    </message>
+    <message>
+        <source>Synchronisation (SYNC)</source>
+        <translation>Synchronisation (SYNC)</translation>
+    </message>
+    <message>
+        <source>Time (TIME)</source>
+        <translation>Zeit (TIME)</translation>
+    </message>
+    <message>
+        <source>Emergencies (EMCY)</source>
+        <translation>Notfallmeldungen (EMCY)</translation>
+    </message>
+    <message>
+        <source>Process data (PDO)</source>
+        <translation>Prozessdaten (PDO)</translation>
+    </message>
+    <message>
+        <source>Objects read and written (SDO)</source>
+        <translation>Gelesene und geschriebene Objekte (SDO)</translation>
+    </message>
+    <message>
+        <source>Heartbeats</source>
+        <translation>Heartbeats</translation>
+    </message>
+    <message>
+        <source>Other frames</source>
+        <translation>Andere Frames</translation>
+    </message>
+    <message>
+        <source>Errors of the bus</source>
+        <translation>Fehler des Busses</translation>
+    </message>
+    <message>
+        <source>All kinds</source>
+        <translation>Alle Arten</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n kind(s)</source>
+        <translation>
+            <numerusform>%n Art</numerusform>
+            <numerusform>%n Arten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Which kinds of frames are shown</source>
+        <translation>Welche Arten von Frames gezeigt werden</translation>
     </message>
 </context>
 <context>
@@ -2637,6 +3388,10 @@ Jetzt: %2</translation>
         <source>Live</source>
         <translation>Live</translation>
     </message>
+    <message>
+        <source>Trace</source>
+        <translation>Aufzeichnung</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -2834,6 +3589,25 @@ Jetzt: %2</translation>
     <message>
         <source>&amp;Defaults</source>
         <translation>&amp;Standardwerte</translation>
+    </message>
+</context>
+<context>
+    <name>PdoWords</name>
+    <message>
+        <source>%1 is missing</source>
+        <translation>%1 fehlt</translation>
+    </message>
+    <message>
+        <source>PDO %1, too short for its mapping: %2</source>
+        <translation>PDO %1, zu kurz für seine Zuordnung: %2</translation>
+    </message>
+    <message>
+        <source>PDO %1: %2</source>
+        <translation>PDO %1: %2</translation>
+    </message>
+    <message>
+        <source>PDO %1 to the node: %2</source>
+        <translation>PDO %1 an den Knoten: %2</translation>
     </message>
 </context>
 <context>
@@ -3674,6 +4448,10 @@ Jetzt: %2</translation>
         <source>None of its values could be read.</source>
         <translation>Keiner seiner Werte konnte gelesen werden.</translation>
     </message>
+    <message>
+        <source>Taken from a trace: what others read in it</source>
+        <translation>Aus einer Aufzeichnung: was andere darin gelesen haben</translation>
+    </message>
 </context>
 <context>
     <name>ServiceReportDialog</name>
@@ -3992,6 +4770,10 @@ Jetzt: %2</translation>
         <source>The reading was ended before all was asked.</source>
         <translation>Das Lesen wurde beendet, bevor alles gefragt war.</translation>
     </message>
+    <message>
+        <source>Not recorded: %1.</source>
+        <translation>Nicht aufgezeichnet: %1.</translation>
+    </message>
 </context>
 <context>
     <name>StatusLine</name>
@@ -4108,6 +4890,41 @@ Jetzt: %2</translation>
     <message>
         <source>A text is no number</source>
         <translation>Ein Text ist keine Zahl</translation>
+    </message>
+</context>
+<context>
+    <name>TraceExport</name>
+    <message>
+        <source>This format cannot hold: %1.</source>
+        <translation>Dieses Format kann nicht enthalten: %1.</translation>
+    </message>
+    <message>
+        <source>There were more frames than are kept: the oldest are missing.</source>
+        <translation>Es waren mehr Frames, als behalten werden: Die ältesten fehlen.</translation>
+    </message>
+    <message>
+        <source>candump log (*.log)</source>
+        <translation>candump-Log (*.log)</translation>
+    </message>
+    <message>
+        <source>candump log, compressed (*.log.gz)</source>
+        <translation>candump-Log, komprimiert (*.log.gz)</translation>
+    </message>
+    <message>
+        <source>asc trace (*.asc)</source>
+        <translation>asc-Aufzeichnung (*.asc)</translation>
+    </message>
+    <message>
+        <source>trc trace (*.trc)</source>
+        <translation>trc-Aufzeichnung (*.trc)</translation>
+    </message>
+    <message>
+        <source>pcap capture (*.pcap)</source>
+        <translation>pcap-Mitschnitt (*.pcap)</translation>
+    </message>
+    <message>
+        <source>pcapng capture (*.pcapng)</source>
+        <translation>pcapng-Mitschnitt (*.pcapng)</translation>
     </message>
 </context>
 <context>
@@ -4249,10 +5066,367 @@ Jetzt: %2</translation>
     </message>
 </context>
 <context>
+    <name>TraceLines</name>
+    <message>
+        <source>%1, under way</source>
+        <translation>%1, noch im Gang</translation>
+    </message>
+</context>
+<context>
+    <name>TraceModel</name>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Difference</source>
+        <translation>Differenz</translation>
+    </message>
+    <message>
+        <source>Bus</source>
+        <translation>Bus</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Knoten</translation>
+    </message>
+    <message>
+        <source>What happened</source>
+        <translation>Was geschah</translation>
+    </message>
+</context>
+<context>
+    <name>TracePage</name>
+    <message>
+        <source>The file is too long: only its first %1 frames are shown.</source>
+        <translation>Die Datei ist zu lang: Nur ihre ersten %1 Frames werden gezeigt.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n line(s) could not be read.</source>
+        <translation>
+            <numerusform>%n Zeile konnte nicht gelesen werden.</numerusform>
+            <numerusform>%n Zeilen konnten nicht gelesen werden.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The first one: line %1. %2</source>
+        <translation>Die erste: Zeile %1. %2</translation>
+    </message>
+    <message>
+        <source>%1 lines</source>
+        <translation>%1 Zeilen</translation>
+    </message>
+    <message>
+        <source>%1 of %2 lines, %3 % looked at</source>
+        <translation>%1 von %2 Zeilen, %3 % angesehen</translation>
+    </message>
+    <message>
+        <source>%1 of %2 lines</source>
+        <translation>%1 von %2 Zeilen</translation>
+    </message>
+    <message>
+        <source>%1 from the first selected line to the last one</source>
+        <translation>%1 von der ersten gewählten Zeile bis zur letzten</translation>
+    </message>
+    <message>
+        <source>Export the lines that are shown</source>
+        <translation>Die gezeigten Zeilen exportieren</translation>
+    </message>
+    <message>
+        <source>Connect a bus (Ctrl+K): what is on it is shown here line by line. Or open a trace (Open...). Listening sends nothing.</source>
+        <translation>Verbinden Sie einen Bus (Strg+K): Was darauf ist, erscheint hier Zeile für Zeile. Oder öffnen Sie eine Aufzeichnung (Öffnen...). Zuhören sendet nichts.</translation>
+    </message>
+    <message>
+        <source>What was on the bus</source>
+        <translation>Was auf dem Bus war</translation>
+    </message>
+    <message>
+        <source>The frames of the chosen line</source>
+        <translation>Die Frames der gewählten Zeile</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Copies the selected lines, or all that are shown (at most %1)</source>
+        <translation>Kopiert die gewählten Zeilen oder alle, die gezeigt werden (höchstens %1)</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>&amp;Exportieren...</translation>
+    </message>
+    <message>
+        <source>Saves the frames of the lines that are shown; the name tells the format</source>
+        <translation>Speichert die Frames der gezeigten Zeilen; der Name sagt das Format</translation>
+    </message>
+    <message>
+        <source>Eve&amp;nts</source>
+        <translation>E&amp;reignisse</translation>
+    </message>
+    <message>
+        <source>Shows the events around the selected line</source>
+        <translation>Zeigt die Ereignisse um die gewählte Zeile</translation>
+    </message>
+    <message>
+        <source>Fo&amp;llow</source>
+        <translation>&amp;Mitlaufen</translation>
+    </message>
+    <message>
+        <source>Keeps the newest line in sight</source>
+        <translation>Hält die neueste Zeile im Blick</translation>
+    </message>
+</context>
+<context>
+    <name>TraceRecorder</name>
+    <message>
+        <source>What was on the bus before a fault could not be saved. %1</source>
+        <translation>Was vor einem Fehler auf dem Bus war, konnte nicht gespeichert werden. %1</translation>
+    </message>
+    <message>
+        <source>What was on the bus before a fault is saved: %1</source>
+        <translation>Was vor einem Fehler auf dem Bus war, ist gespeichert: %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>Recorded: %1, %n frame(s)</source>
+        <translation>
+            <numerusform>Aufgezeichnet: %1, %n Frame</numerusform>
+            <numerusform>Aufgezeichnet: %1, %n Frames</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The recording %1 has ended. %2</source>
+        <translation>Die Aufzeichnung %1 hat geendet. %2</translation>
+    </message>
+</context>
+<context>
     <name>TraceRecording</name>
     <message>
         <source>Less than %1 MB are left on the disk of %2: recording has ended.</source>
         <translation>Auf dem Datenträger von %2 sind weniger als %1 MB frei: Die Aufnahme ist beendet.</translation>
+    </message>
+</context>
+<context>
+    <name>TraceSession</name>
+    <message>
+        <source>Names that begin with &quot;trace &quot; are for what is saved by itself in this folder, and removed again. Choose another one.</source>
+        <translation>Namen, die mit „trace “ beginnen, sind in diesem Ordner für das, was von selbst gespeichert und wieder gelöscht wird. Wählen Sie einen anderen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Saved: %1, %n frame(s)</source>
+        <translation>
+            <numerusform>Gespeichert: %1, %n Frame</numerusform>
+            <numerusform>Gespeichert: %1, %n Frames</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>TraceTimes</name>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1 us</source>
+        <translation>%1 µs</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s</source>
+        <translation>%1 min %2 s</translation>
+    </message>
+    <message>
+        <source>%1 k</source>
+        <translation>%1 Tsd.</translation>
+    </message>
+    <message>
+        <source>%1 M</source>
+        <translation>%1 Mio.</translation>
+    </message>
+</context>
+<context>
+    <name>TraceToolbar</name>
+    <message>
+        <source>Record to a file</source>
+        <translation>In eine Datei aufzeichnen</translation>
+    </message>
+    <message>
+        <source>Save the last 10 minutes</source>
+        <translation>Die letzten 10 Minuten speichern</translation>
+    </message>
+    <message>
+        <source>Open a trace</source>
+        <translation>Eine Aufzeichnung öffnen</translation>
+    </message>
+    <message>
+        <source>Traces (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</source>
+        <translation>Aufzeichnungen (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Reading %1: %2 frames</source>
+        <translation>Liest %1: %2 Frames</translation>
+    </message>
+    <message>
+        <source>Recording %1: %2 frames, %3</source>
+        <translation>Zeichnet auf in %1: %2 Frames, %3</translation>
+    </message>
+    <message>
+        <source>■ Stop &amp;recording</source>
+        <translation>■ Aufzeichnung &amp;beenden</translation>
+    </message>
+    <message>
+        <source>● &amp;Record...</source>
+        <translation>● Auf&amp;zeichnen...</translation>
+    </message>
+    <message>
+        <source>Writes all that is heard from now on into a file</source>
+        <translation>Schreibt alles, was von jetzt an gehört wird, in eine Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Save last 10 min...</source>
+        <translation>Letzte 10 min &amp;speichern...</translation>
+    </message>
+    <message>
+        <source>Saves what was heard in the last ten minutes; it is kept all the time</source>
+        <translation>Speichert, was in den letzten zehn Minuten gehört wurde; es wird ständig behalten</translation>
+    </message>
+    <message>
+        <source>&amp;Open...</source>
+        <translation>Öff&amp;nen...</translation>
+    </message>
+    <message>
+        <source>Opens a trace: a log of candump, asc, trc, pcap or pcapng, also compressed</source>
+        <translation>Öffnet eine Aufzeichnung: ein Log von candump, asc, trc, pcap oder pcapng, auch komprimiert</translation>
+    </message>
+    <message>
+        <source>&amp;Live</source>
+        <translation>&amp;Live</translation>
+    </message>
+    <message>
+        <source>Shows what is heard instead of the file</source>
+        <translation>Zeigt statt der Datei, was gehört wird</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>TransferWords</name>
+    <message>
+        <source>the toggle bit did not alternate</source>
+        <translation>das Toggle-Bit hat nicht gewechselt</translation>
+    </message>
+    <message>
+        <source>frames of it are missing in the trace</source>
+        <translation>in der Aufzeichnung fehlen Frames davon</translation>
+    </message>
+    <message>
+        <source>not as many bytes came as were announced</source>
+        <translation>es kamen nicht so viele Bytes wie angekündigt</translation>
+    </message>
+    <message>
+        <source>the checksum is wrong</source>
+        <translation>die Prüfsumme ist falsch</translation>
+    </message>
+    <message>
+        <source>another client used the device meanwhile</source>
+        <translation>ein anderer Client hat das Gerät gleichzeitig benutzt</translation>
+    </message>
+    <message>
+        <source>another request came before it was at its end</source>
+        <translation>eine andere Anfrage kam, bevor sie zu Ende war</translation>
+    </message>
+    <message>
+        <source>a part of it came twice</source>
+        <translation>ein Teil davon kam doppelt</translation>
+    </message>
+    <message>
+        <source>too long to be kept</source>
+        <translation>zu lang, um aufbewahrt zu werden</translation>
+    </message>
+    <message>
+        <source>refused: %1</source>
+        <translation>abgelehnt: %1</translation>
+    </message>
+    <message>
+        <source>ended by the client: %1</source>
+        <translation>vom Client beendet: %1</translation>
+    </message>
+    <message>
+        <source>no answer</source>
+        <translation>keine Antwort</translation>
+    </message>
+    <message>
+        <source>its frames make no whole value</source>
+        <translation>seine Frames ergeben keinen ganzen Wert</translation>
+    </message>
+    <message>
+        <source>not finished</source>
+        <translation>nicht beendet</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>1 frame</source>
+        <translation>1 Frame</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 Frames</translation>
+    </message>
+    <message>
+        <source>%1 in segments, %2</source>
+        <translation>%1 in Segmenten, %2</translation>
+    </message>
+    <message>
+        <source>%1 in blocks, %2</source>
+        <translation>%1 in Blöcken, %2</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>read %1: %2</source>
+        <translation>gelesen %1: %2</translation>
+    </message>
+    <message>
+        <source>write %1: %2</source>
+        <translation>geschrieben %1: %2</translation>
+    </message>
+    <message>
+        <source>%1 bytes and more</source>
+        <translation>%1 Bytes und mehr</translation>
+    </message>
+    <message>
+        <source>read %1 = %2</source>
+        <translation>gelesen %1 = %2</translation>
+    </message>
+    <message>
+        <source>write %1 = %2</source>
+        <translation>geschrieben %1 = %2</translation>
+    </message>
+    <message>
+        <source>%1; %2</source>
+        <translation>%1; %2</translation>
     </message>
 </context>
 <context>
@@ -4295,6 +5469,17 @@ Jetzt: %2</translation>
     <message>
         <source>Its value is no number.</source>
         <translation>Sein Wert ist keine Zahl.</translation>
+    </message>
+</context>
+<context>
+    <name>ValueText</name>
+    <message>
+        <source>%1 ... (%2 bytes)</source>
+        <translation>%1 ... (%2 Bytes)</translation>
+    </message>
+    <message>
+        <source>nothing (0 bytes)</source>
+        <translation>nichts (0 Bytes)</translation>
     </message>
 </context>
 <context>
@@ -4431,6 +5616,10 @@ Jetzt: %2</translation>
     <message>
         <source>Note</source>
         <translation>Notiz</translation>
+    </message>
+    <message>
+        <source>From a trace</source>
+        <translation>Aus einer Aufzeichnung</translation>
     </message>
 </context>
 <context>

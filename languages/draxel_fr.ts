@@ -786,6 +786,14 @@
         <source>specific to the manufacturer</source>
         <translation>propre au fabricant</translation>
     </message>
+    <message>
+        <source>The trace holds no answer of the device to this</source>
+        <translation>La trace ne contient aucune réponse de l’appareil à cela</translation>
+    </message>
+    <message>
+        <source>The device answers this only later in the trace</source>
+        <translation>L’appareil n’y répond que plus tard dans la trace</translation>
+    </message>
 </context>
 <context>
     <name>CanOpen::CanPort</name>
@@ -1357,6 +1365,10 @@ Maintenant&#xa0;: %2</translation>
         <source>%1 and others, %2 objects in all</source>
         <translation>%1 et d’autres, %2 objets en tout</translation>
     </message>
+    <message>
+        <source>Nobody has read everything in the trace.</source>
+        <translation>Personne n’a tout lu dans la trace.</translation>
+    </message>
 </context>
 <context>
     <name>ComponentModel</name>
@@ -1746,6 +1758,10 @@ Maintenant&#xa0;: %2</translation>
         <source>Events</source>
         <translation>Événements</translation>
     </message>
+    <message>
+        <source>Show in the &amp;trace</source>
+        <translation>Montrer dans la &amp;trace</translation>
+    </message>
 </context>
 <context>
     <name>EventWords</name>
@@ -1970,6 +1986,683 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>The answers could not be told from late or foreign ones</source>
         <translation>Les réponses ne se distinguaient pas de réponses tardives ou étrangères</translation>
+    </message>
+</context>
+<context>
+    <name>FilterBar</name>
+    <message>
+        <source>Nodes</source>
+        <translation>Nœuds</translation>
+    </message>
+    <message>
+        <source>Only lines of these nodes: &quot;2, 5-7&quot;</source>
+        <translation>Seulement les lignes de ces nœuds&#xa0;: «&#xa0;2, 5-7&#xa0;»</translation>
+    </message>
+    <message>
+        <source>Objects</source>
+        <translation>Objets</translation>
+    </message>
+    <message>
+        <source>Only lines that carry these objects: &quot;6164h.2, 1018h&quot;</source>
+        <translation>Seulement les lignes qui portent ces objets&#xa0;: «&#xa0;6164h.2, 1018h&#xa0;»</translation>
+    </message>
+    <message>
+        <source>Words</source>
+        <translation>Mots</translation>
+    </message>
+    <message>
+        <source>Only lines with these words</source>
+        <translation>Seulement les lignes avec ces mots</translation>
+    </message>
+    <message>
+        <source>Only what is &amp;wrong</source>
+        <translation>Seulement ce &amp;qui ne va pas</translation>
+    </message>
+    <message>
+        <source>Only warnings and faults</source>
+        <translation>Seulement les avertissements et les défauts</translation>
+    </message>
+    <message>
+        <source>Show all</source>
+        <translation>Tout afficher</translation>
+    </message>
+    <message>
+        <source>Shows all lines again</source>
+        <translation>Affiche à nouveau toutes les lignes</translation>
+    </message>
+</context>
+<context>
+    <name>FilterInput</name>
+    <message>
+        <source>Nodes are numbers from 1 to 127: &quot;2, 5-7&quot;.</source>
+        <translation>Les nœuds sont des nombres de 1 à 127&#xa0;: «&#xa0;2, 5-7&#xa0;».</translation>
+    </message>
+    <message>
+        <source>Objects are an index in hexadecimal, and a sub-index behind a dot: &quot;6164h.2&quot;.</source>
+        <translation>Un objet est un index en hexadécimal, et un sous-index après un point&#xa0;: «&#xa0;6164h.2&#xa0;».</translation>
+    </message>
+</context>
+<context>
+    <name>FindBar</name>
+    <message>
+        <source>Searching</source>
+        <translation>Recherche</translation>
+    </message>
+    <message>
+        <source>Went on from the other end</source>
+        <translation>Repris à l’autre bout</translation>
+    </message>
+    <message>
+        <source>Not found</source>
+        <translation>Introuvable</translation>
+    </message>
+    <message>
+        <source>Find (Ctrl+F)</source>
+        <translation>Rechercher (Ctrl+F)</translation>
+    </message>
+    <message>
+        <source>Words of a line that is shown</source>
+        <translation>Mots d’une ligne affichée</translation>
+    </message>
+    <message>
+        <source>Find the one before (Shift+F3)</source>
+        <translation>Rechercher la précédente (Maj+F3)</translation>
+    </message>
+    <message>
+        <source>Find the one before</source>
+        <translation>Rechercher la précédente</translation>
+    </message>
+    <message>
+        <source>Find the next one (F3)</source>
+        <translation>Rechercher la suivante (F3)</translation>
+    </message>
+    <message>
+        <source>Find the next one</source>
+        <translation>Rechercher la suivante</translation>
+    </message>
+</context>
+<context>
+    <name>FrameDetails</name>
+    <message numerus="yes">
+        <source>and %n more frame(s)</source>
+        <translation>
+            <numerusform>et %n autre trame</numerusform>
+            <numerusform>et %n autres trames</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Frame %1</source>
+        <translation>Trame %1</translation>
+    </message>
+    <message>
+        <source>sent by this computer</source>
+        <translation>envoyée par cet ordinateur</translation>
+    </message>
+    <message>
+        <source>byte %1</source>
+        <translation>octet %1</translation>
+    </message>
+    <message>
+        <source>bytes %1 to %2</source>
+        <translation>octets %1 à %2</translation>
+    </message>
+    <message>
+        <source>Where</source>
+        <translation>Où</translation>
+    </message>
+    <message>
+        <source>Bytes</source>
+        <translation>Octets</translation>
+    </message>
+    <message>
+        <source>Meaning</source>
+        <translation>Signification</translation>
+    </message>
+</context>
+<context>
+    <name>FrameParts</name>
+    <message>
+        <source>SDO</source>
+        <translation>SDO</translation>
+    </message>
+    <message>
+        <source>request to read</source>
+        <translation>demande de lecture</translation>
+    </message>
+    <message>
+        <source>answer to a read</source>
+        <translation>réponse à une lecture</translation>
+    </message>
+    <message>
+        <source>request for a segment</source>
+        <translation>demande d’un segment</translation>
+    </message>
+    <message>
+        <source>segment of a read</source>
+        <translation>segment d’une lecture</translation>
+    </message>
+    <message>
+        <source>request to write</source>
+        <translation>demande d’écriture</translation>
+    </message>
+    <message>
+        <source>answer to a write</source>
+        <translation>réponse à une écriture</translation>
+    </message>
+    <message>
+        <source>segment of a write</source>
+        <translation>segment d’une écriture</translation>
+    </message>
+    <message>
+        <source>answer to a segment of a write</source>
+        <translation>réponse à un segment d’une écriture</translation>
+    </message>
+    <message>
+        <source>request to read in blocks</source>
+        <translation>demande de lecture par blocs</translation>
+    </message>
+    <message>
+        <source>answer to a read in blocks</source>
+        <translation>réponse à une lecture par blocs</translation>
+    </message>
+    <message>
+        <source>start of the blocks</source>
+        <translation>début des blocs</translation>
+    </message>
+    <message>
+        <source>acknowledge of a block</source>
+        <translation>confirmation d’un bloc</translation>
+    </message>
+    <message>
+        <source>end of the blocks</source>
+        <translation>fin des blocs</translation>
+    </message>
+    <message>
+        <source>end of the blocks confirmed</source>
+        <translation>fin des blocs confirmée</translation>
+    </message>
+    <message>
+        <source>request to write in blocks</source>
+        <translation>demande d’écriture par blocs</translation>
+    </message>
+    <message>
+        <source>answer to a write in blocks</source>
+        <translation>réponse à une écriture par blocs</translation>
+    </message>
+    <message>
+        <source>abort by the client</source>
+        <translation>abandon par le client</translation>
+    </message>
+    <message>
+        <source>abort by the server</source>
+        <translation>abandon par le serveur</translation>
+    </message>
+    <message>
+        <source>data</source>
+        <translation>données</translation>
+    </message>
+    <message>
+        <source>counter %1</source>
+        <translation>compteur %1</translation>
+    </message>
+    <message>
+        <source>command: %1</source>
+        <translation>commande&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>all nodes</source>
+        <translation>tous les nœuds</translation>
+    </message>
+    <message>
+        <source>node %1</source>
+        <translation>nœud %1</translation>
+    </message>
+    <message>
+        <source>time of day: %1</source>
+        <translation>heure&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>day: %1</source>
+        <translation>jour&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>error code %1h: %2</source>
+        <translation>code d’erreur %1h&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>error register: %1</source>
+        <translation>registre d’erreurs&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>no error</source>
+        <translation>aucune erreur</translation>
+    </message>
+    <message>
+        <source>the device&apos;s own</source>
+        <translation>propres à l’appareil</translation>
+    </message>
+    <message>
+        <source>the beginning of what is missing</source>
+        <translation>début de ce qui manque</translation>
+    </message>
+    <message>
+        <source>fills a place</source>
+        <translation>remplit une place</translation>
+    </message>
+    <message>
+        <source>bits %1 to %2: %3</source>
+        <translation>bits %1 à %2&#xa0;: %3</translation>
+    </message>
+    <message>
+        <source>not mapped</source>
+        <translation>non mappé</translation>
+    </message>
+    <message>
+        <source>not used</source>
+        <translation>inutilisé</translation>
+    </message>
+    <message>
+        <source>object %1</source>
+        <translation>objet %1</translation>
+    </message>
+    <message>
+        <source>object %1: %2</source>
+        <translation>objet %1&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>sub-index %1</source>
+        <translation>sous-index %1</translation>
+    </message>
+    <message>
+        <source>%1 segments in a block</source>
+        <translation>%1 segments par bloc</translation>
+    </message>
+    <message>
+        <source>value: %1</source>
+        <translation>valeur&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>%1 bytes follow</source>
+        <translation>%1 octets suivent</translation>
+    </message>
+    <message>
+        <source>does not say how many bytes follow</source>
+        <translation>n’indique pas combien d’octets suivent</translation>
+    </message>
+    <message>
+        <source>%1, toggle bit %2, the last one</source>
+        <translation>%1, bit de bascule %2, le dernier</translation>
+    </message>
+    <message>
+        <source>%1, toggle bit %2</source>
+        <translation>%1, bit de bascule %2</translation>
+    </message>
+    <message>
+        <source>segment %1, the last one</source>
+        <translation>segment %1, le dernier</translation>
+    </message>
+    <message>
+        <source>segment %1</source>
+        <translation>segment %1</translation>
+    </message>
+    <message>
+        <source>has come up to segment %1</source>
+        <translation>arrivé jusqu’au segment %1</translation>
+    </message>
+    <message>
+        <source>next block: %1 segments</source>
+        <translation>bloc suivant&#xa0;: %1 segments</translation>
+    </message>
+    <message>
+        <source>end of the blocks, %1 bytes of the last segment do not count</source>
+        <translation>fin des blocs, %1 octets du dernier segment ne comptent pas</translation>
+    </message>
+    <message>
+        <source>checksum %1h</source>
+        <translation>somme de contrôle %1h</translation>
+    </message>
+</context>
+<context>
+    <name>FrameWords</name>
+    <message>
+        <source>a frame could not be sent in time</source>
+        <translation>une trame n’a pas pu être envoyée à temps</translation>
+    </message>
+    <message>
+        <source>arbitration lost</source>
+        <translation>arbitrage perdu</translation>
+    </message>
+    <message>
+        <source>the CAN chip has trouble</source>
+        <translation>la puce CAN a un problème</translation>
+    </message>
+    <message>
+        <source>protocol violated</source>
+        <translation>protocole violé</translation>
+    </message>
+    <message>
+        <source>the transceiver has trouble</source>
+        <translation>le transceiver a un problème</translation>
+    </message>
+    <message>
+        <source>nobody acknowledged a frame</source>
+        <translation>personne n’a acquitté une trame</translation>
+    </message>
+    <message>
+        <source>bus-off: the CAN chip has left the bus</source>
+        <translation>bus-off&#xa0;: la puce CAN a quitté le bus</translation>
+    </message>
+    <message>
+        <source>bus error</source>
+        <translation>erreur de bus</translation>
+    </message>
+    <message>
+        <source>the CAN chip was started again</source>
+        <translation>la puce CAN a été redémarrée</translation>
+    </message>
+    <message>
+        <source>received frames were lost</source>
+        <translation>des trames reçues ont été perdues</translation>
+    </message>
+    <message>
+        <source>frames to send were lost</source>
+        <translation>des trames à envoyer ont été perdues</translation>
+    </message>
+    <message>
+        <source>many errors in receiving</source>
+        <translation>beaucoup d’erreurs en réception</translation>
+    </message>
+    <message>
+        <source>many errors in sending</source>
+        <translation>beaucoup d’erreurs à l’envoi</translation>
+    </message>
+    <message>
+        <source>error-passive in receiving</source>
+        <translation>erreur passive en réception</translation>
+    </message>
+    <message>
+        <source>error-passive in sending</source>
+        <translation>erreur passive à l’envoi</translation>
+    </message>
+    <message>
+        <source>error-active again</source>
+        <translation>de nouveau erreur active</translation>
+    </message>
+    <message>
+        <source>a single bit</source>
+        <translation>un seul bit</translation>
+    </message>
+    <message>
+        <source>the form of a frame</source>
+        <translation>la forme d’une trame</translation>
+    </message>
+    <message>
+        <source>bit stuffing</source>
+        <translation>insertion de bits</translation>
+    </message>
+    <message>
+        <source>a dominant bit could not be sent</source>
+        <translation>un bit dominant n’a pas pu être envoyé</translation>
+    </message>
+    <message>
+        <source>a recessive bit could not be sent</source>
+        <translation>un bit récessif n’a pas pu être envoyé</translation>
+    </message>
+    <message>
+        <source>overload of the bus</source>
+        <translation>surcharge du bus</translation>
+    </message>
+    <message>
+        <source>this node announced an error</source>
+        <translation>ce nœud a annoncé une erreur</translation>
+    </message>
+    <message>
+        <source>in sending</source>
+        <translation>à l’envoi</translation>
+    </message>
+    <message>
+        <source>segment of a write</source>
+        <translation>segment d’une écriture</translation>
+    </message>
+    <message>
+        <source>request to write</source>
+        <translation>demande d’écriture</translation>
+    </message>
+    <message>
+        <source>request to read</source>
+        <translation>demande de lecture</translation>
+    </message>
+    <message>
+        <source>request for a segment</source>
+        <translation>demande d’un segment</translation>
+    </message>
+    <message>
+        <source>abort by the client</source>
+        <translation>abandon par le client</translation>
+    </message>
+    <message>
+        <source>request of a block upload</source>
+        <translation>demande d’un téléversement par blocs</translation>
+    </message>
+    <message>
+        <source>request of a block download</source>
+        <translation>demande d’un téléchargement par blocs</translation>
+    </message>
+    <message>
+        <source>unknown request</source>
+        <translation>demande inconnue</translation>
+    </message>
+    <message>
+        <source>segment of a read</source>
+        <translation>segment d’une lecture</translation>
+    </message>
+    <message>
+        <source>answer to a segment of a write</source>
+        <translation>réponse à un segment d’une écriture</translation>
+    </message>
+    <message>
+        <source>answer to a read</source>
+        <translation>réponse à une lecture</translation>
+    </message>
+    <message>
+        <source>answer to a write</source>
+        <translation>réponse à une écriture</translation>
+    </message>
+    <message>
+        <source>abort by the server</source>
+        <translation>abandon par le serveur</translation>
+    </message>
+    <message>
+        <source>answer of a block download</source>
+        <translation>réponse d’un téléchargement par blocs</translation>
+    </message>
+    <message>
+        <source>answer of a block upload</source>
+        <translation>réponse d’un téléversement par blocs</translation>
+    </message>
+    <message>
+        <source>unknown answer</source>
+        <translation>réponse inconnue</translation>
+    </message>
+    <message>
+        <source>remote, %1 bytes</source>
+        <translation>remote, %1 octets</translation>
+    </message>
+    <message>
+        <source>error frame: %1</source>
+        <translation>trame d’erreur&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>%1 without any bytes</source>
+        <translation>%1 sans aucun octet</translation>
+    </message>
+    <message>
+        <source>%1 of a wrong length: %2</source>
+        <translation>%1 de longueur erronée&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>is asked for its state (node guarding)</source>
+        <translation>son état est demandé (surveillance du nœud)</translation>
+    </message>
+    <message>
+        <source>PDO %1 is asked for (remote frame)</source>
+        <translation>le PDO %1 est demandé (trame remote)</translation>
+    </message>
+    <message>
+        <source>frame %1 is asked for (remote frame)</source>
+        <translation>la trame %1 est demandée (trame remote)</translation>
+    </message>
+    <message>
+        <source>start</source>
+        <translation>démarrer</translation>
+    </message>
+    <message>
+        <source>stop</source>
+        <translation>arrêter</translation>
+    </message>
+    <message>
+        <source>enter Pre-operational</source>
+        <translation>passer à l’état pré-opérationnel</translation>
+    </message>
+    <message>
+        <source>reset the device</source>
+        <translation>réinitialiser l’appareil</translation>
+    </message>
+    <message>
+        <source>reset the communication</source>
+        <translation>réinitialiser la communication</translation>
+    </message>
+    <message>
+        <source>unknown command %1h</source>
+        <translation>commande inconnue %1h</translation>
+    </message>
+    <message>
+        <source>Boot-up</source>
+        <translation>Démarrage</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Arrêté</translation>
+    </message>
+    <message>
+        <source>Operational</source>
+        <translation>Opérationnel</translation>
+    </message>
+    <message>
+        <source>Pre-operational</source>
+        <translation>Pré-opérationnel</translation>
+    </message>
+    <message>
+        <source>unknown state %1h</source>
+        <translation>état inconnu %1h</translation>
+    </message>
+    <message>
+        <source>NMT command</source>
+        <translation>commande NMT</translation>
+    </message>
+    <message>
+        <source>NMT command to all nodes: %1</source>
+        <translation>commande NMT à tous les nœuds&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>NMT command to node %1: %2</source>
+        <translation>commande NMT au nœud %1&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>SYNC</source>
+        <translation>SYNC</translation>
+    </message>
+    <message>
+        <source>SYNC %1</source>
+        <translation>SYNC %1</translation>
+    </message>
+    <message>
+        <source>time that is none: %1</source>
+        <translation>heure qui n’en est pas une&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>heure</translation>
+    </message>
+    <message>
+        <source>time: %1</source>
+        <translation>heure&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>emergency</source>
+        <translation>message d’urgence</translation>
+    </message>
+    <message>
+        <source>emergency %1h: %2</source>
+        <translation>urgence %1h&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>error register %1h</source>
+        <translation>registre d’erreurs %1h</translation>
+    </message>
+    <message>
+        <source>error register %1h (%2)</source>
+        <translation>registre d’erreurs %1h (%2)</translation>
+    </message>
+    <message>
+        <source>the device&apos;s own bytes %1</source>
+        <translation>octets propres à l’appareil %1</translation>
+    </message>
+    <message>
+        <source>no bytes</source>
+        <translation>aucun octet</translation>
+    </message>
+    <message>
+        <source>PDO %1 to the node, its mapping is not known: %2</source>
+        <translation>PDO %1 vers le nœud, son mapping n’est pas connu&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>PDO %1, its mapping is not known: %2</source>
+        <translation>PDO %1, son mapping n’est pas connu&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>SDO</source>
+        <translation>SDO</translation>
+    </message>
+    <message>
+        <source>SDO, %1, of no transfer that begins in the trace: %2</source>
+        <translation>SDO, %1, d’aucun transfert qui commence dans la trace&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>heartbeat</source>
+        <translation>heartbeat</translation>
+    </message>
+    <message>
+        <source>boot-up: the device has started</source>
+        <translation>démarrage&#xa0;: l’appareil a démarré</translation>
+    </message>
+    <message>
+        <source>heartbeat: %1</source>
+        <translation>heartbeat&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>error counters: sending %1, receiving %2</source>
+        <translation>compteurs d’erreurs&#xa0;: envoi %1, réception %2</translation>
+    </message>
+    <message>
+        <source>no reason told</source>
+        <translation>aucune raison indiquée</translation>
+    </message>
+    <message>
+        <source>LSS request: %1</source>
+        <translation>demande LSS&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>LSS answer: %1</source>
+        <translation>réponse LSS&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>frame %1 without any bytes</source>
+        <translation>trame %1 sans aucun octet</translation>
+    </message>
+    <message>
+        <source>frame %1: %2</source>
+        <translation>trame %1&#xa0;: %2</translation>
     </message>
 </context>
 <context>
@@ -2382,6 +3075,10 @@ Maintenant&#xa0;: %2</translation>
         <source>&amp;Live</source>
         <translation>En &amp;direct</translation>
     </message>
+    <message>
+        <source>&amp;Trace</source>
+        <translation>&amp;Trace</translation>
+    </message>
 </context>
 <context>
     <name>JsonDocument</name>
@@ -2427,6 +3124,60 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>A list, [...], is wanted.</source>
         <translation>Une liste, [...], est attendue.</translation>
+    </message>
+</context>
+<context>
+    <name>KindMenu</name>
+    <message>
+        <source>Commands (NMT)</source>
+        <translation>Commandes (NMT)</translation>
+    </message>
+    <message>
+        <source>Synchronisation (SYNC)</source>
+        <translation>Synchronisation (SYNC)</translation>
+    </message>
+    <message>
+        <source>Time (TIME)</source>
+        <translation>Heure (TIME)</translation>
+    </message>
+    <message>
+        <source>Emergencies (EMCY)</source>
+        <translation>Urgences (EMCY)</translation>
+    </message>
+    <message>
+        <source>Process data (PDO)</source>
+        <translation>Données de processus (PDO)</translation>
+    </message>
+    <message>
+        <source>Objects read and written (SDO)</source>
+        <translation>Objets lus et écrits (SDO)</translation>
+    </message>
+    <message>
+        <source>Heartbeats</source>
+        <translation>Heartbeats</translation>
+    </message>
+    <message>
+        <source>Other frames</source>
+        <translation>Autres trames</translation>
+    </message>
+    <message>
+        <source>Errors of the bus</source>
+        <translation>Erreurs du bus</translation>
+    </message>
+    <message>
+        <source>All kinds</source>
+        <translation>Tous les types</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n kind(s)</source>
+        <translation>
+            <numerusform>%n type</numerusform>
+            <numerusform>%n types</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Which kinds of frames are shown</source>
+        <translation>Quels types de trames sont affichés</translation>
     </message>
 </context>
 <context>
@@ -2637,6 +3388,10 @@ Maintenant&#xa0;: %2</translation>
         <source>Live</source>
         <translation>En direct</translation>
     </message>
+    <message>
+        <source>Trace</source>
+        <translation>Trace</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -2834,6 +3589,25 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>&amp;Defaults</source>
         <translation>&amp;Valeurs par défaut</translation>
+    </message>
+</context>
+<context>
+    <name>PdoWords</name>
+    <message>
+        <source>%1 is missing</source>
+        <translation>%1 manque</translation>
+    </message>
+    <message>
+        <source>PDO %1, too short for its mapping: %2</source>
+        <translation>PDO %1, trop court pour son mapping&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>PDO %1: %2</source>
+        <translation>PDO %1&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>PDO %1 to the node: %2</source>
+        <translation>PDO %1 vers le nœud&#xa0;: %2</translation>
     </message>
 </context>
 <context>
@@ -3674,6 +4448,10 @@ Maintenant&#xa0;: %2</translation>
         <source>None of its values could be read.</source>
         <translation>Aucune de ses valeurs n&apos;a pu être lue.</translation>
     </message>
+    <message>
+        <source>Taken from a trace: what others read in it</source>
+        <translation>Issu d’une trace&#xa0;: ce que d’autres y ont lu</translation>
+    </message>
 </context>
 <context>
     <name>ServiceReportDialog</name>
@@ -3992,6 +4770,10 @@ Maintenant&#xa0;: %2</translation>
         <source>The reading was ended before all was asked.</source>
         <translation>La lecture a été arrêtée avant que tout soit demandé.</translation>
     </message>
+    <message>
+        <source>Not recorded: %1.</source>
+        <translation>Non enregistré&#xa0;: %1.</translation>
+    </message>
 </context>
 <context>
     <name>StatusLine</name>
@@ -4108,6 +4890,41 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>A text is no number</source>
         <translation>Un texte n’est pas un nombre</translation>
+    </message>
+</context>
+<context>
+    <name>TraceExport</name>
+    <message>
+        <source>This format cannot hold: %1.</source>
+        <translation>Ce format ne peut pas contenir&#xa0;: %1.</translation>
+    </message>
+    <message>
+        <source>There were more frames than are kept: the oldest are missing.</source>
+        <translation>Il y avait plus de trames qu’on n’en garde&#xa0;: les plus anciennes manquent.</translation>
+    </message>
+    <message>
+        <source>candump log (*.log)</source>
+        <translation>Journal candump (*.log)</translation>
+    </message>
+    <message>
+        <source>candump log, compressed (*.log.gz)</source>
+        <translation>Journal candump, compressé (*.log.gz)</translation>
+    </message>
+    <message>
+        <source>asc trace (*.asc)</source>
+        <translation>Trace asc (*.asc)</translation>
+    </message>
+    <message>
+        <source>trc trace (*.trc)</source>
+        <translation>Trace trc (*.trc)</translation>
+    </message>
+    <message>
+        <source>pcap capture (*.pcap)</source>
+        <translation>Capture pcap (*.pcap)</translation>
+    </message>
+    <message>
+        <source>pcapng capture (*.pcapng)</source>
+        <translation>Capture pcapng (*.pcapng)</translation>
     </message>
 </context>
 <context>
@@ -4249,10 +5066,367 @@ Maintenant&#xa0;: %2</translation>
     </message>
 </context>
 <context>
+    <name>TraceLines</name>
+    <message>
+        <source>%1, under way</source>
+        <translation>%1, en cours</translation>
+    </message>
+</context>
+<context>
+    <name>TraceModel</name>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Heure</translation>
+    </message>
+    <message>
+        <source>Difference</source>
+        <translation>Écart</translation>
+    </message>
+    <message>
+        <source>Bus</source>
+        <translation>Bus</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Nœud</translation>
+    </message>
+    <message>
+        <source>What happened</source>
+        <translation>Ce qui s’est passé</translation>
+    </message>
+</context>
+<context>
+    <name>TracePage</name>
+    <message>
+        <source>The file is too long: only its first %1 frames are shown.</source>
+        <translation>Le fichier est trop long&#xa0;: seules ses %1 premières trames sont affichées.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n line(s) could not be read.</source>
+        <translation>
+            <numerusform>%n ligne n’a pas pu être lue.</numerusform>
+            <numerusform>%n lignes n’ont pas pu être lues.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The first one: line %1. %2</source>
+        <translation>La première&#xa0;: ligne %1. %2</translation>
+    </message>
+    <message>
+        <source>%1 lines</source>
+        <translation>%1 lignes</translation>
+    </message>
+    <message>
+        <source>%1 of %2 lines, %3 % looked at</source>
+        <translation>%1 sur %2 lignes, %3&#xa0;% examinées</translation>
+    </message>
+    <message>
+        <source>%1 of %2 lines</source>
+        <translation>%1 sur %2 lignes</translation>
+    </message>
+    <message>
+        <source>%1 from the first selected line to the last one</source>
+        <translation>%1 de la première ligne choisie à la dernière</translation>
+    </message>
+    <message>
+        <source>Export the lines that are shown</source>
+        <translation>Exporter les lignes affichées</translation>
+    </message>
+    <message>
+        <source>Connect a bus (Ctrl+K): what is on it is shown here line by line. Or open a trace (Open...). Listening sends nothing.</source>
+        <translation>Connectez un bus (Ctrl+K)&#xa0;: ce qui s’y passe est affiché ici ligne par ligne. Ou ouvrez une trace (Ouvrir...). Écouter n’envoie rien.</translation>
+    </message>
+    <message>
+        <source>What was on the bus</source>
+        <translation>Ce qui était sur le bus</translation>
+    </message>
+    <message>
+        <source>The frames of the chosen line</source>
+        <translation>Les trames de la ligne choisie</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Copier</translation>
+    </message>
+    <message>
+        <source>Copies the selected lines, or all that are shown (at most %1)</source>
+        <translation>Copie les lignes choisies, ou toutes celles qui sont affichées (%1 au plus)</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>&amp;Exporter...</translation>
+    </message>
+    <message>
+        <source>Saves the frames of the lines that are shown; the name tells the format</source>
+        <translation>Enregistre les trames des lignes affichées&#xa0;; le nom indique le format</translation>
+    </message>
+    <message>
+        <source>Eve&amp;nts</source>
+        <translation>Évé&amp;nements</translation>
+    </message>
+    <message>
+        <source>Shows the events around the selected line</source>
+        <translation>Affiche les événements autour de la ligne choisie</translation>
+    </message>
+    <message>
+        <source>Fo&amp;llow</source>
+        <translation>&amp;Suivre</translation>
+    </message>
+    <message>
+        <source>Keeps the newest line in sight</source>
+        <translation>Garde la ligne la plus récente en vue</translation>
+    </message>
+</context>
+<context>
+    <name>TraceRecorder</name>
+    <message>
+        <source>What was on the bus before a fault could not be saved. %1</source>
+        <translation>Ce qui était sur le bus avant un défaut n’a pas pu être enregistré. %1</translation>
+    </message>
+    <message>
+        <source>What was on the bus before a fault is saved: %1</source>
+        <translation>Ce qui était sur le bus avant un défaut est enregistré&#xa0;: %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>Recorded: %1, %n frame(s)</source>
+        <translation>
+            <numerusform>Enregistré&#xa0;: %1, %n trame</numerusform>
+            <numerusform>Enregistré&#xa0;: %1, %n trames</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The recording %1 has ended. %2</source>
+        <translation>L’enregistrement %1 est terminé. %2</translation>
+    </message>
+</context>
+<context>
     <name>TraceRecording</name>
     <message>
         <source>Less than %1 MB are left on the disk of %2: recording has ended.</source>
         <translation>Il reste moins de %1 Mo sur le disque de %2&#xa0;: l’enregistrement est terminé.</translation>
+    </message>
+</context>
+<context>
+    <name>TraceSession</name>
+    <message>
+        <source>Names that begin with &quot;trace &quot; are for what is saved by itself in this folder, and removed again. Choose another one.</source>
+        <translation>Dans ce dossier, les noms qui commencent par «&#xa0;trace&#xa0;» sont pour ce qui est enregistré, puis supprimé, automatiquement. Choisissez-en un autre.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Saved: %1, %n frame(s)</source>
+        <translation>
+            <numerusform>Enregistré&#xa0;: %1, %n trame</numerusform>
+            <numerusform>Enregistré&#xa0;: %1, %n trames</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>TraceTimes</name>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1 us</source>
+        <translation>%1 µs</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s</source>
+        <translation>%1 min %2 s</translation>
+    </message>
+    <message>
+        <source>%1 k</source>
+        <translation>%1 k</translation>
+    </message>
+    <message>
+        <source>%1 M</source>
+        <translation>%1 M</translation>
+    </message>
+</context>
+<context>
+    <name>TraceToolbar</name>
+    <message>
+        <source>Record to a file</source>
+        <translation>Enregistrer dans un fichier</translation>
+    </message>
+    <message>
+        <source>Save the last 10 minutes</source>
+        <translation>Enregistrer les 10 dernières minutes</translation>
+    </message>
+    <message>
+        <source>Open a trace</source>
+        <translation>Ouvrir une trace</translation>
+    </message>
+    <message>
+        <source>Traces (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</source>
+        <translation>Traces (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Tous les fichiers (*)</translation>
+    </message>
+    <message>
+        <source>Reading %1: %2 frames</source>
+        <translation>Lecture de %1&#xa0;: %2 trames</translation>
+    </message>
+    <message>
+        <source>Recording %1: %2 frames, %3</source>
+        <translation>Enregistrement dans %1&#xa0;: %2 trames, %3</translation>
+    </message>
+    <message>
+        <source>■ Stop &amp;recording</source>
+        <translation>■ Arrêter l’en&amp;registrement</translation>
+    </message>
+    <message>
+        <source>● &amp;Record...</source>
+        <translation>● En&amp;registrer...</translation>
+    </message>
+    <message>
+        <source>Writes all that is heard from now on into a file</source>
+        <translation>Écrit dans un fichier tout ce qui est entendu à partir de maintenant</translation>
+    </message>
+    <message>
+        <source>&amp;Save last 10 min...</source>
+        <translation>Enregistrer les &amp;10 dernières min...</translation>
+    </message>
+    <message>
+        <source>Saves what was heard in the last ten minutes; it is kept all the time</source>
+        <translation>Enregistre ce qui a été entendu ces dix dernières minutes&#xa0;; c’est gardé en permanence</translation>
+    </message>
+    <message>
+        <source>&amp;Open...</source>
+        <translation>&amp;Ouvrir...</translation>
+    </message>
+    <message>
+        <source>Opens a trace: a log of candump, asc, trc, pcap or pcapng, also compressed</source>
+        <translation>Ouvre une trace&#xa0;: un journal de candump, asc, trc, pcap ou pcapng, même compressé</translation>
+    </message>
+    <message>
+        <source>&amp;Live</source>
+        <translation>&amp;Direct</translation>
+    </message>
+    <message>
+        <source>Shows what is heard instead of the file</source>
+        <translation>Affiche ce qui est entendu au lieu du fichier</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+</context>
+<context>
+    <name>TransferWords</name>
+    <message>
+        <source>the toggle bit did not alternate</source>
+        <translation>le bit de bascule n’a pas alterné</translation>
+    </message>
+    <message>
+        <source>frames of it are missing in the trace</source>
+        <translation>il en manque des trames dans la trace</translation>
+    </message>
+    <message>
+        <source>not as many bytes came as were announced</source>
+        <translation>il n’est pas venu autant d’octets qu’annoncé</translation>
+    </message>
+    <message>
+        <source>the checksum is wrong</source>
+        <translation>la somme de contrôle est fausse</translation>
+    </message>
+    <message>
+        <source>another client used the device meanwhile</source>
+        <translation>un autre client utilisait l’appareil en même temps</translation>
+    </message>
+    <message>
+        <source>another request came before it was at its end</source>
+        <translation>une autre demande est venue avant sa fin</translation>
+    </message>
+    <message>
+        <source>a part of it came twice</source>
+        <translation>une partie en est venue deux fois</translation>
+    </message>
+    <message>
+        <source>too long to be kept</source>
+        <translation>trop long pour être conservé</translation>
+    </message>
+    <message>
+        <source>refused: %1</source>
+        <translation>refusé&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>ended by the client: %1</source>
+        <translation>terminé par le client&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>no answer</source>
+        <translation>pas de réponse</translation>
+    </message>
+    <message>
+        <source>its frames make no whole value</source>
+        <translation>ses trames ne forment pas une valeur entière</translation>
+    </message>
+    <message>
+        <source>not finished</source>
+        <translation>non terminé</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1&#xa0;ms</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1&#xa0;s</translation>
+    </message>
+    <message>
+        <source>1 frame</source>
+        <translation>1 trame</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 trames</translation>
+    </message>
+    <message>
+        <source>%1 in segments, %2</source>
+        <translation>%1 en segments, %2</translation>
+    </message>
+    <message>
+        <source>%1 in blocks, %2</source>
+        <translation>%1 en blocs, %2</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>read %1: %2</source>
+        <translation>lecture %1&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>write %1: %2</source>
+        <translation>écriture %1&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>%1 bytes and more</source>
+        <translation>%1 octets et plus</translation>
+    </message>
+    <message>
+        <source>read %1 = %2</source>
+        <translation>lecture %1 = %2</translation>
+    </message>
+    <message>
+        <source>write %1 = %2</source>
+        <translation>écriture %1 = %2</translation>
+    </message>
+    <message>
+        <source>%1; %2</source>
+        <translation>%1&#xa0;; %2</translation>
     </message>
 </context>
 <context>
@@ -4295,6 +5469,17 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>Its value is no number.</source>
         <translation>Sa valeur n’est pas un nombre.</translation>
+    </message>
+</context>
+<context>
+    <name>ValueText</name>
+    <message>
+        <source>%1 ... (%2 bytes)</source>
+        <translation>%1 ... (%2 octets)</translation>
+    </message>
+    <message>
+        <source>nothing (0 bytes)</source>
+        <translation>rien (0 octet)</translation>
     </message>
 </context>
 <context>
@@ -4431,6 +5616,10 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>Note</source>
         <translation>Note</translation>
+    </message>
+    <message>
+        <source>From a trace</source>
+        <translation>D’une trace</translation>
     </message>
 </context>
 <context>

@@ -786,6 +786,14 @@
         <source>specific to the manufacturer</source>
         <translation>fabrikantspecifiek</translation>
     </message>
+    <message>
+        <source>The trace holds no answer of the device to this</source>
+        <translation>De opname bevat geen antwoord van het apparaat hierop</translation>
+    </message>
+    <message>
+        <source>The device answers this only later in the trace</source>
+        <translation>Het apparaat antwoordt hier pas later in de opname op</translation>
+    </message>
 </context>
 <context>
     <name>CanOpen::CanPort</name>
@@ -1357,6 +1365,10 @@ Nu: %2</translation>
         <source>%1 and others, %2 objects in all</source>
         <translation>%1 en andere, in totaal %2 objecten</translation>
     </message>
+    <message>
+        <source>Nobody has read everything in the trace.</source>
+        <translation>Niemand heeft in de opname alles gelezen.</translation>
+    </message>
 </context>
 <context>
     <name>ComponentModel</name>
@@ -1746,6 +1758,10 @@ Nu: %2</translation>
         <source>Events</source>
         <translation>Gebeurtenissen</translation>
     </message>
+    <message>
+        <source>Show in the &amp;trace</source>
+        <translation>In de &amp;trace tonen</translation>
+    </message>
 </context>
 <context>
     <name>EventWords</name>
@@ -1970,6 +1986,683 @@ Nu: %2</translation>
     <message>
         <source>The answers could not be told from late or foreign ones</source>
         <translation>De antwoorden waren niet te onderscheiden van late of vreemde</translation>
+    </message>
+</context>
+<context>
+    <name>FilterBar</name>
+    <message>
+        <source>Nodes</source>
+        <translation>Nodes</translation>
+    </message>
+    <message>
+        <source>Only lines of these nodes: &quot;2, 5-7&quot;</source>
+        <translation>Alleen regels van deze nodes: “2, 5-7”</translation>
+    </message>
+    <message>
+        <source>Objects</source>
+        <translation>Objecten</translation>
+    </message>
+    <message>
+        <source>Only lines that carry these objects: &quot;6164h.2, 1018h&quot;</source>
+        <translation>Alleen regels met deze objecten: “6164h.2, 1018h”</translation>
+    </message>
+    <message>
+        <source>Words</source>
+        <translation>Woorden</translation>
+    </message>
+    <message>
+        <source>Only lines with these words</source>
+        <translation>Alleen regels met deze woorden</translation>
+    </message>
+    <message>
+        <source>Only what is &amp;wrong</source>
+        <translation>Alleen &amp;wat fout is</translation>
+    </message>
+    <message>
+        <source>Only warnings and faults</source>
+        <translation>Alleen waarschuwingen en storingen</translation>
+    </message>
+    <message>
+        <source>Show all</source>
+        <translation>Alles tonen</translation>
+    </message>
+    <message>
+        <source>Shows all lines again</source>
+        <translation>Toont weer alle regels</translation>
+    </message>
+</context>
+<context>
+    <name>FilterInput</name>
+    <message>
+        <source>Nodes are numbers from 1 to 127: &quot;2, 5-7&quot;.</source>
+        <translation>Nodes zijn getallen van 1 tot 127: “2, 5-7”.</translation>
+    </message>
+    <message>
+        <source>Objects are an index in hexadecimal, and a sub-index behind a dot: &quot;6164h.2&quot;.</source>
+        <translation>Objecten zijn een index in hexadecimaal, en een subindex achter een punt: “6164h.2”.</translation>
+    </message>
+</context>
+<context>
+    <name>FindBar</name>
+    <message>
+        <source>Searching</source>
+        <translation>Zoekt</translation>
+    </message>
+    <message>
+        <source>Went on from the other end</source>
+        <translation>Verdergegaan vanaf het andere einde</translation>
+    </message>
+    <message>
+        <source>Not found</source>
+        <translation>Niet gevonden</translation>
+    </message>
+    <message>
+        <source>Find (Ctrl+F)</source>
+        <translation>Zoeken (Ctrl+F)</translation>
+    </message>
+    <message>
+        <source>Words of a line that is shown</source>
+        <translation>Woorden van een regel die getoond wordt</translation>
+    </message>
+    <message>
+        <source>Find the one before (Shift+F3)</source>
+        <translation>Vorige zoeken (Shift+F3)</translation>
+    </message>
+    <message>
+        <source>Find the one before</source>
+        <translation>Vorige zoeken</translation>
+    </message>
+    <message>
+        <source>Find the next one (F3)</source>
+        <translation>Volgende zoeken (F3)</translation>
+    </message>
+    <message>
+        <source>Find the next one</source>
+        <translation>Volgende zoeken</translation>
+    </message>
+</context>
+<context>
+    <name>FrameDetails</name>
+    <message numerus="yes">
+        <source>and %n more frame(s)</source>
+        <translation>
+            <numerusform>en nog %n frame</numerusform>
+            <numerusform>en nog %n frames</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Frame %1</source>
+        <translation>Frame %1</translation>
+    </message>
+    <message>
+        <source>sent by this computer</source>
+        <translation>door deze computer verzonden</translation>
+    </message>
+    <message>
+        <source>byte %1</source>
+        <translation>byte %1</translation>
+    </message>
+    <message>
+        <source>bytes %1 to %2</source>
+        <translation>bytes %1 tot %2</translation>
+    </message>
+    <message>
+        <source>Where</source>
+        <translation>Waar</translation>
+    </message>
+    <message>
+        <source>Bytes</source>
+        <translation>Bytes</translation>
+    </message>
+    <message>
+        <source>Meaning</source>
+        <translation>Betekenis</translation>
+    </message>
+</context>
+<context>
+    <name>FrameParts</name>
+    <message>
+        <source>SDO</source>
+        <translation>SDO</translation>
+    </message>
+    <message>
+        <source>request to read</source>
+        <translation>verzoek om te lezen</translation>
+    </message>
+    <message>
+        <source>answer to a read</source>
+        <translation>antwoord op een leesverzoek</translation>
+    </message>
+    <message>
+        <source>request for a segment</source>
+        <translation>verzoek om een segment</translation>
+    </message>
+    <message>
+        <source>segment of a read</source>
+        <translation>segment van een leesactie</translation>
+    </message>
+    <message>
+        <source>request to write</source>
+        <translation>verzoek om te schrijven</translation>
+    </message>
+    <message>
+        <source>answer to a write</source>
+        <translation>antwoord op een schrijfverzoek</translation>
+    </message>
+    <message>
+        <source>segment of a write</source>
+        <translation>segment van een schrijfactie</translation>
+    </message>
+    <message>
+        <source>answer to a segment of a write</source>
+        <translation>antwoord op een segment van een schrijfactie</translation>
+    </message>
+    <message>
+        <source>request to read in blocks</source>
+        <translation>verzoek om in blokken te lezen</translation>
+    </message>
+    <message>
+        <source>answer to a read in blocks</source>
+        <translation>antwoord op lezen in blokken</translation>
+    </message>
+    <message>
+        <source>start of the blocks</source>
+        <translation>begin van de blokken</translation>
+    </message>
+    <message>
+        <source>acknowledge of a block</source>
+        <translation>bevestiging van een blok</translation>
+    </message>
+    <message>
+        <source>end of the blocks</source>
+        <translation>einde van de blokken</translation>
+    </message>
+    <message>
+        <source>end of the blocks confirmed</source>
+        <translation>einde van de blokken bevestigd</translation>
+    </message>
+    <message>
+        <source>request to write in blocks</source>
+        <translation>verzoek om in blokken te schrijven</translation>
+    </message>
+    <message>
+        <source>answer to a write in blocks</source>
+        <translation>antwoord op schrijven in blokken</translation>
+    </message>
+    <message>
+        <source>abort by the client</source>
+        <translation>afgebroken door de client</translation>
+    </message>
+    <message>
+        <source>abort by the server</source>
+        <translation>afgebroken door de server</translation>
+    </message>
+    <message>
+        <source>data</source>
+        <translation>gegevens</translation>
+    </message>
+    <message>
+        <source>counter %1</source>
+        <translation>teller %1</translation>
+    </message>
+    <message>
+        <source>command: %1</source>
+        <translation>commando: %1</translation>
+    </message>
+    <message>
+        <source>all nodes</source>
+        <translation>alle nodes</translation>
+    </message>
+    <message>
+        <source>node %1</source>
+        <translation>node %1</translation>
+    </message>
+    <message>
+        <source>time of day: %1</source>
+        <translation>tijd: %1</translation>
+    </message>
+    <message>
+        <source>day: %1</source>
+        <translation>dag: %1</translation>
+    </message>
+    <message>
+        <source>error code %1h: %2</source>
+        <translation>foutcode %1h: %2</translation>
+    </message>
+    <message>
+        <source>error register: %1</source>
+        <translation>foutregister: %1</translation>
+    </message>
+    <message>
+        <source>no error</source>
+        <translation>geen fout</translation>
+    </message>
+    <message>
+        <source>the device&apos;s own</source>
+        <translation>van het apparaat zelf</translation>
+    </message>
+    <message>
+        <source>the beginning of what is missing</source>
+        <translation>begin van wat ontbreekt</translation>
+    </message>
+    <message>
+        <source>fills a place</source>
+        <translation>vult een plaats</translation>
+    </message>
+    <message>
+        <source>bits %1 to %2: %3</source>
+        <translation>bits %1 tot en met %2: %3</translation>
+    </message>
+    <message>
+        <source>not mapped</source>
+        <translation>niet toegewezen</translation>
+    </message>
+    <message>
+        <source>not used</source>
+        <translation>niet gebruikt</translation>
+    </message>
+    <message>
+        <source>object %1</source>
+        <translation>object %1</translation>
+    </message>
+    <message>
+        <source>object %1: %2</source>
+        <translation>object %1: %2</translation>
+    </message>
+    <message>
+        <source>sub-index %1</source>
+        <translation>subindex %1</translation>
+    </message>
+    <message>
+        <source>%1 segments in a block</source>
+        <translation>%1 segmenten in een blok</translation>
+    </message>
+    <message>
+        <source>value: %1</source>
+        <translation>waarde: %1</translation>
+    </message>
+    <message>
+        <source>%1 bytes follow</source>
+        <translation>%1 bytes volgen</translation>
+    </message>
+    <message>
+        <source>does not say how many bytes follow</source>
+        <translation>zegt niet hoeveel bytes volgen</translation>
+    </message>
+    <message>
+        <source>%1, toggle bit %2, the last one</source>
+        <translation>%1, toggle-bit %2, het laatste</translation>
+    </message>
+    <message>
+        <source>%1, toggle bit %2</source>
+        <translation>%1, toggle-bit %2</translation>
+    </message>
+    <message>
+        <source>segment %1, the last one</source>
+        <translation>segment %1, het laatste</translation>
+    </message>
+    <message>
+        <source>segment %1</source>
+        <translation>segment %1</translation>
+    </message>
+    <message>
+        <source>has come up to segment %1</source>
+        <translation>aangekomen tot en met segment %1</translation>
+    </message>
+    <message>
+        <source>next block: %1 segments</source>
+        <translation>volgend blok: %1 segmenten</translation>
+    </message>
+    <message>
+        <source>end of the blocks, %1 bytes of the last segment do not count</source>
+        <translation>einde van de blokken, %1 bytes van het laatste segment tellen niet</translation>
+    </message>
+    <message>
+        <source>checksum %1h</source>
+        <translation>controlesom %1h</translation>
+    </message>
+</context>
+<context>
+    <name>FrameWords</name>
+    <message>
+        <source>a frame could not be sent in time</source>
+        <translation>een frame kon niet op tijd worden verzonden</translation>
+    </message>
+    <message>
+        <source>arbitration lost</source>
+        <translation>arbitrage verloren</translation>
+    </message>
+    <message>
+        <source>the CAN chip has trouble</source>
+        <translation>de CAN-chip heeft problemen</translation>
+    </message>
+    <message>
+        <source>protocol violated</source>
+        <translation>protocol geschonden</translation>
+    </message>
+    <message>
+        <source>the transceiver has trouble</source>
+        <translation>de transceiver heeft problemen</translation>
+    </message>
+    <message>
+        <source>nobody acknowledged a frame</source>
+        <translation>niemand heeft een frame bevestigd</translation>
+    </message>
+    <message>
+        <source>bus-off: the CAN chip has left the bus</source>
+        <translation>bus-off: de CAN-chip heeft de bus verlaten</translation>
+    </message>
+    <message>
+        <source>bus error</source>
+        <translation>busfout</translation>
+    </message>
+    <message>
+        <source>the CAN chip was started again</source>
+        <translation>de CAN-chip is opnieuw gestart</translation>
+    </message>
+    <message>
+        <source>received frames were lost</source>
+        <translation>ontvangen frames gingen verloren</translation>
+    </message>
+    <message>
+        <source>frames to send were lost</source>
+        <translation>te verzenden frames gingen verloren</translation>
+    </message>
+    <message>
+        <source>many errors in receiving</source>
+        <translation>veel fouten bij het ontvangen</translation>
+    </message>
+    <message>
+        <source>many errors in sending</source>
+        <translation>veel fouten bij het verzenden</translation>
+    </message>
+    <message>
+        <source>error-passive in receiving</source>
+        <translation>foutpassief bij het ontvangen</translation>
+    </message>
+    <message>
+        <source>error-passive in sending</source>
+        <translation>foutpassief bij het verzenden</translation>
+    </message>
+    <message>
+        <source>error-active again</source>
+        <translation>weer foutactief</translation>
+    </message>
+    <message>
+        <source>a single bit</source>
+        <translation>één bit</translation>
+    </message>
+    <message>
+        <source>the form of a frame</source>
+        <translation>de vorm van een frame</translation>
+    </message>
+    <message>
+        <source>bit stuffing</source>
+        <translation>bitstuffing</translation>
+    </message>
+    <message>
+        <source>a dominant bit could not be sent</source>
+        <translation>een dominant bit kon niet worden verzonden</translation>
+    </message>
+    <message>
+        <source>a recessive bit could not be sent</source>
+        <translation>een recessief bit kon niet worden verzonden</translation>
+    </message>
+    <message>
+        <source>overload of the bus</source>
+        <translation>overbelasting van de bus</translation>
+    </message>
+    <message>
+        <source>this node announced an error</source>
+        <translation>deze node heeft een fout gemeld</translation>
+    </message>
+    <message>
+        <source>in sending</source>
+        <translation>bij het verzenden</translation>
+    </message>
+    <message>
+        <source>segment of a write</source>
+        <translation>segment van een schrijfactie</translation>
+    </message>
+    <message>
+        <source>request to write</source>
+        <translation>verzoek om te schrijven</translation>
+    </message>
+    <message>
+        <source>request to read</source>
+        <translation>verzoek om te lezen</translation>
+    </message>
+    <message>
+        <source>request for a segment</source>
+        <translation>verzoek om een segment</translation>
+    </message>
+    <message>
+        <source>abort by the client</source>
+        <translation>afgebroken door de client</translation>
+    </message>
+    <message>
+        <source>request of a block upload</source>
+        <translation>verzoek van een blokupload</translation>
+    </message>
+    <message>
+        <source>request of a block download</source>
+        <translation>verzoek van een blokdownload</translation>
+    </message>
+    <message>
+        <source>unknown request</source>
+        <translation>onbekend verzoek</translation>
+    </message>
+    <message>
+        <source>segment of a read</source>
+        <translation>segment van een leesactie</translation>
+    </message>
+    <message>
+        <source>answer to a segment of a write</source>
+        <translation>antwoord op een segment van een schrijfactie</translation>
+    </message>
+    <message>
+        <source>answer to a read</source>
+        <translation>antwoord op een leesverzoek</translation>
+    </message>
+    <message>
+        <source>answer to a write</source>
+        <translation>antwoord op een schrijfverzoek</translation>
+    </message>
+    <message>
+        <source>abort by the server</source>
+        <translation>afgebroken door de server</translation>
+    </message>
+    <message>
+        <source>answer of a block download</source>
+        <translation>antwoord van een blokdownload</translation>
+    </message>
+    <message>
+        <source>answer of a block upload</source>
+        <translation>antwoord van een blokupload</translation>
+    </message>
+    <message>
+        <source>unknown answer</source>
+        <translation>onbekend antwoord</translation>
+    </message>
+    <message>
+        <source>remote, %1 bytes</source>
+        <translation>remote-frame, %1 bytes</translation>
+    </message>
+    <message>
+        <source>error frame: %1</source>
+        <translation>foutframe: %1</translation>
+    </message>
+    <message>
+        <source>%1 without any bytes</source>
+        <translation>%1 zonder bytes</translation>
+    </message>
+    <message>
+        <source>%1 of a wrong length: %2</source>
+        <translation>%1 met een verkeerde lengte: %2</translation>
+    </message>
+    <message>
+        <source>is asked for its state (node guarding)</source>
+        <translation>er wordt naar de toestand gevraagd (node guarding)</translation>
+    </message>
+    <message>
+        <source>PDO %1 is asked for (remote frame)</source>
+        <translation>PDO %1 wordt opgevraagd (remote-frame)</translation>
+    </message>
+    <message>
+        <source>frame %1 is asked for (remote frame)</source>
+        <translation>frame %1 wordt opgevraagd (remote-frame)</translation>
+    </message>
+    <message>
+        <source>start</source>
+        <translation>starten</translation>
+    </message>
+    <message>
+        <source>stop</source>
+        <translation>stoppen</translation>
+    </message>
+    <message>
+        <source>enter Pre-operational</source>
+        <translation>naar Pre-operational gaan</translation>
+    </message>
+    <message>
+        <source>reset the device</source>
+        <translation>het apparaat resetten</translation>
+    </message>
+    <message>
+        <source>reset the communication</source>
+        <translation>de communicatie resetten</translation>
+    </message>
+    <message>
+        <source>unknown command %1h</source>
+        <translation>onbekend commando %1h</translation>
+    </message>
+    <message>
+        <source>Boot-up</source>
+        <translation>Boot-up</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Stopped</translation>
+    </message>
+    <message>
+        <source>Operational</source>
+        <translation>Operational</translation>
+    </message>
+    <message>
+        <source>Pre-operational</source>
+        <translation>Pre-operational</translation>
+    </message>
+    <message>
+        <source>unknown state %1h</source>
+        <translation>onbekende toestand %1h</translation>
+    </message>
+    <message>
+        <source>NMT command</source>
+        <translation>NMT-commando</translation>
+    </message>
+    <message>
+        <source>NMT command to all nodes: %1</source>
+        <translation>NMT-commando aan alle nodes: %1</translation>
+    </message>
+    <message>
+        <source>NMT command to node %1: %2</source>
+        <translation>NMT-commando aan node %1: %2</translation>
+    </message>
+    <message>
+        <source>SYNC</source>
+        <translation>SYNC</translation>
+    </message>
+    <message>
+        <source>SYNC %1</source>
+        <translation>SYNC %1</translation>
+    </message>
+    <message>
+        <source>time that is none: %1</source>
+        <translation>tijd die er geen is: %1</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>tijd</translation>
+    </message>
+    <message>
+        <source>time: %1</source>
+        <translation>tijd: %1</translation>
+    </message>
+    <message>
+        <source>emergency</source>
+        <translation>emergency-bericht</translation>
+    </message>
+    <message>
+        <source>emergency %1h: %2</source>
+        <translation>emergency-bericht %1h: %2</translation>
+    </message>
+    <message>
+        <source>error register %1h</source>
+        <translation>foutregister %1h</translation>
+    </message>
+    <message>
+        <source>error register %1h (%2)</source>
+        <translation>foutregister %1h (%2)</translation>
+    </message>
+    <message>
+        <source>the device&apos;s own bytes %1</source>
+        <translation>eigen bytes van het apparaat %1</translation>
+    </message>
+    <message>
+        <source>no bytes</source>
+        <translation>geen bytes</translation>
+    </message>
+    <message>
+        <source>PDO %1 to the node, its mapping is not known: %2</source>
+        <translation>PDO %1 aan de node, de mapping is niet bekend: %2</translation>
+    </message>
+    <message>
+        <source>PDO %1, its mapping is not known: %2</source>
+        <translation>PDO %1, de mapping is niet bekend: %2</translation>
+    </message>
+    <message>
+        <source>SDO</source>
+        <translation>SDO</translation>
+    </message>
+    <message>
+        <source>SDO, %1, of no transfer that begins in the trace: %2</source>
+        <translation>SDO, %1, van geen overdracht die in de opname begint: %2</translation>
+    </message>
+    <message>
+        <source>heartbeat</source>
+        <translation>heartbeat</translation>
+    </message>
+    <message>
+        <source>boot-up: the device has started</source>
+        <translation>boot-up: het apparaat is gestart</translation>
+    </message>
+    <message>
+        <source>heartbeat: %1</source>
+        <translation>heartbeat: %1</translation>
+    </message>
+    <message>
+        <source>error counters: sending %1, receiving %2</source>
+        <translation>foutentellers: verzenden %1, ontvangen %2</translation>
+    </message>
+    <message>
+        <source>no reason told</source>
+        <translation>geen reden genoemd</translation>
+    </message>
+    <message>
+        <source>LSS request: %1</source>
+        <translation>LSS-verzoek: %1</translation>
+    </message>
+    <message>
+        <source>LSS answer: %1</source>
+        <translation>LSS-antwoord: %1</translation>
+    </message>
+    <message>
+        <source>frame %1 without any bytes</source>
+        <translation>frame %1 zonder bytes</translation>
+    </message>
+    <message>
+        <source>frame %1: %2</source>
+        <translation>frame %1: %2</translation>
     </message>
 </context>
 <context>
@@ -2382,6 +3075,10 @@ Nu: %2</translation>
         <source>&amp;Live</source>
         <translation>&amp;Live</translation>
     </message>
+    <message>
+        <source>&amp;Trace</source>
+        <translation>&amp;Trace</translation>
+    </message>
 </context>
 <context>
     <name>JsonDocument</name>
@@ -2427,6 +3124,60 @@ Nu: %2</translation>
     <message>
         <source>A list, [...], is wanted.</source>
         <translation>Een lijst, [...], wordt verwacht.</translation>
+    </message>
+</context>
+<context>
+    <name>KindMenu</name>
+    <message>
+        <source>Commands (NMT)</source>
+        <translation>Opdrachten (NMT)</translation>
+    </message>
+    <message>
+        <source>Synchronisation (SYNC)</source>
+        <translation>Synchronisatie (SYNC)</translation>
+    </message>
+    <message>
+        <source>Time (TIME)</source>
+        <translation>Tijd (TIME)</translation>
+    </message>
+    <message>
+        <source>Emergencies (EMCY)</source>
+        <translation>Noodmeldingen (EMCY)</translation>
+    </message>
+    <message>
+        <source>Process data (PDO)</source>
+        <translation>Procesdata (PDO)</translation>
+    </message>
+    <message>
+        <source>Objects read and written (SDO)</source>
+        <translation>Gelezen en geschreven objecten (SDO)</translation>
+    </message>
+    <message>
+        <source>Heartbeats</source>
+        <translation>Heartbeats</translation>
+    </message>
+    <message>
+        <source>Other frames</source>
+        <translation>Andere frames</translation>
+    </message>
+    <message>
+        <source>Errors of the bus</source>
+        <translation>Fouten van de bus</translation>
+    </message>
+    <message>
+        <source>All kinds</source>
+        <translation>Alle soorten</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n kind(s)</source>
+        <translation>
+            <numerusform>%n soort</numerusform>
+            <numerusform>%n soorten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Which kinds of frames are shown</source>
+        <translation>Welke soorten frames getoond worden</translation>
     </message>
 </context>
 <context>
@@ -2637,6 +3388,10 @@ Nu: %2</translation>
         <source>Live</source>
         <translation>Live</translation>
     </message>
+    <message>
+        <source>Trace</source>
+        <translation>Trace</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -2834,6 +3589,25 @@ Nu: %2</translation>
     <message>
         <source>&amp;Defaults</source>
         <translation>&amp;Standaardwaarden</translation>
+    </message>
+</context>
+<context>
+    <name>PdoWords</name>
+    <message>
+        <source>%1 is missing</source>
+        <translation>%1 ontbreekt</translation>
+    </message>
+    <message>
+        <source>PDO %1, too short for its mapping: %2</source>
+        <translation>PDO %1, te kort voor de mapping: %2</translation>
+    </message>
+    <message>
+        <source>PDO %1: %2</source>
+        <translation>PDO %1: %2</translation>
+    </message>
+    <message>
+        <source>PDO %1 to the node: %2</source>
+        <translation>PDO %1 aan de node: %2</translation>
     </message>
 </context>
 <context>
@@ -3674,6 +4448,10 @@ Nu: %2</translation>
         <source>None of its values could be read.</source>
         <translation>Geen van zijn waarden kon worden gelezen.</translation>
     </message>
+    <message>
+        <source>Taken from a trace: what others read in it</source>
+        <translation>Uit een opname: wat anderen daarin hebben gelezen</translation>
+    </message>
 </context>
 <context>
     <name>ServiceReportDialog</name>
@@ -3992,6 +4770,10 @@ Nu: %2</translation>
         <source>The reading was ended before all was asked.</source>
         <translation>Het lezen werd beëindigd voordat alles was gevraagd.</translation>
     </message>
+    <message>
+        <source>Not recorded: %1.</source>
+        <translation>Niet opgenomen: %1.</translation>
+    </message>
 </context>
 <context>
     <name>StatusLine</name>
@@ -4108,6 +4890,41 @@ Nu: %2</translation>
     <message>
         <source>A text is no number</source>
         <translation>Een tekst is geen getal</translation>
+    </message>
+</context>
+<context>
+    <name>TraceExport</name>
+    <message>
+        <source>This format cannot hold: %1.</source>
+        <translation>Dit formaat kan niet bevatten: %1.</translation>
+    </message>
+    <message>
+        <source>There were more frames than are kept: the oldest are missing.</source>
+        <translation>Er waren meer frames dan er bewaard worden: de oudste ontbreken.</translation>
+    </message>
+    <message>
+        <source>candump log (*.log)</source>
+        <translation>candump-log (*.log)</translation>
+    </message>
+    <message>
+        <source>candump log, compressed (*.log.gz)</source>
+        <translation>candump-log, gecomprimeerd (*.log.gz)</translation>
+    </message>
+    <message>
+        <source>asc trace (*.asc)</source>
+        <translation>asc-trace (*.asc)</translation>
+    </message>
+    <message>
+        <source>trc trace (*.trc)</source>
+        <translation>trc-trace (*.trc)</translation>
+    </message>
+    <message>
+        <source>pcap capture (*.pcap)</source>
+        <translation>pcap-opname (*.pcap)</translation>
+    </message>
+    <message>
+        <source>pcapng capture (*.pcapng)</source>
+        <translation>pcapng-opname (*.pcapng)</translation>
     </message>
 </context>
 <context>
@@ -4249,10 +5066,367 @@ Nu: %2</translation>
     </message>
 </context>
 <context>
+    <name>TraceLines</name>
+    <message>
+        <source>%1, under way</source>
+        <translation>%1, nog bezig</translation>
+    </message>
+</context>
+<context>
+    <name>TraceModel</name>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Tijd</translation>
+    </message>
+    <message>
+        <source>Difference</source>
+        <translation>Verschil</translation>
+    </message>
+    <message>
+        <source>Bus</source>
+        <translation>Bus</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>Node</translation>
+    </message>
+    <message>
+        <source>What happened</source>
+        <translation>Wat er gebeurde</translation>
+    </message>
+</context>
+<context>
+    <name>TracePage</name>
+    <message>
+        <source>The file is too long: only its first %1 frames are shown.</source>
+        <translation>Het bestand is te lang: alleen de eerste %1 frames worden getoond.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n line(s) could not be read.</source>
+        <translation>
+            <numerusform>%n regel kon niet worden gelezen.</numerusform>
+            <numerusform>%n regels konden niet worden gelezen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The first one: line %1. %2</source>
+        <translation>De eerste: regel %1. %2</translation>
+    </message>
+    <message>
+        <source>%1 lines</source>
+        <translation>%1 regels</translation>
+    </message>
+    <message>
+        <source>%1 of %2 lines, %3 % looked at</source>
+        <translation>%1 van %2 regels, %3 % bekeken</translation>
+    </message>
+    <message>
+        <source>%1 of %2 lines</source>
+        <translation>%1 van %2 regels</translation>
+    </message>
+    <message>
+        <source>%1 from the first selected line to the last one</source>
+        <translation>%1 van de eerste gekozen regel tot de laatste</translation>
+    </message>
+    <message>
+        <source>Export the lines that are shown</source>
+        <translation>De getoonde regels exporteren</translation>
+    </message>
+    <message>
+        <source>Connect a bus (Ctrl+K): what is on it is shown here line by line. Or open a trace (Open...). Listening sends nothing.</source>
+        <translation>Verbind een bus (Ctrl+K): wat erop is, wordt hier regel voor regel getoond. Of open een trace (Openen...). Luisteren verzendt niets.</translation>
+    </message>
+    <message>
+        <source>What was on the bus</source>
+        <translation>Wat er op de bus was</translation>
+    </message>
+    <message>
+        <source>The frames of the chosen line</source>
+        <translation>De frames van de gekozen regel</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopiëren</translation>
+    </message>
+    <message>
+        <source>Copies the selected lines, or all that are shown (at most %1)</source>
+        <translation>Kopieert de gekozen regels, of alle die getoond worden (hoogstens %1)</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>&amp;Exporteren...</translation>
+    </message>
+    <message>
+        <source>Saves the frames of the lines that are shown; the name tells the format</source>
+        <translation>Slaat de frames van de getoonde regels op; de naam bepaalt het formaat</translation>
+    </message>
+    <message>
+        <source>Eve&amp;nts</source>
+        <translation>Gebeurte&amp;nissen</translation>
+    </message>
+    <message>
+        <source>Shows the events around the selected line</source>
+        <translation>Toont de gebeurtenissen rond de gekozen regel</translation>
+    </message>
+    <message>
+        <source>Fo&amp;llow</source>
+        <translation>&amp;Volgen</translation>
+    </message>
+    <message>
+        <source>Keeps the newest line in sight</source>
+        <translation>Houdt de nieuwste regel in beeld</translation>
+    </message>
+</context>
+<context>
+    <name>TraceRecorder</name>
+    <message>
+        <source>What was on the bus before a fault could not be saved. %1</source>
+        <translation>Wat er vóór een storing op de bus was, kon niet worden opgeslagen. %1</translation>
+    </message>
+    <message>
+        <source>What was on the bus before a fault is saved: %1</source>
+        <translation>Wat er vóór een storing op de bus was, is opgeslagen: %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>Recorded: %1, %n frame(s)</source>
+        <translation>
+            <numerusform>Opgenomen: %1, %n frame</numerusform>
+            <numerusform>Opgenomen: %1, %n frames</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The recording %1 has ended. %2</source>
+        <translation>De opname %1 is geëindigd. %2</translation>
+    </message>
+</context>
+<context>
     <name>TraceRecording</name>
     <message>
         <source>Less than %1 MB are left on the disk of %2: recording has ended.</source>
         <translation>Op de schijf van %2 is minder dan %1 MB vrij: de opname is beëindigd.</translation>
+    </message>
+</context>
+<context>
+    <name>TraceSession</name>
+    <message>
+        <source>Names that begin with &quot;trace &quot; are for what is saved by itself in this folder, and removed again. Choose another one.</source>
+        <translation>Namen die met “trace ” beginnen, zijn in deze map voor wat vanzelf opgeslagen en weer verwijderd wordt. Kies een andere.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Saved: %1, %n frame(s)</source>
+        <translation>
+            <numerusform>Opgeslagen: %1, %n frame</numerusform>
+            <numerusform>Opgeslagen: %1, %n frames</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>TraceTimes</name>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1 us</source>
+        <translation>%1 µs</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s</source>
+        <translation>%1 min %2 s</translation>
+    </message>
+    <message>
+        <source>%1 k</source>
+        <translation>%1 k</translation>
+    </message>
+    <message>
+        <source>%1 M</source>
+        <translation>%1 M</translation>
+    </message>
+</context>
+<context>
+    <name>TraceToolbar</name>
+    <message>
+        <source>Record to a file</source>
+        <translation>Opnemen in een bestand</translation>
+    </message>
+    <message>
+        <source>Save the last 10 minutes</source>
+        <translation>De laatste 10 minuten opslaan</translation>
+    </message>
+    <message>
+        <source>Open a trace</source>
+        <translation>Een trace openen</translation>
+    </message>
+    <message>
+        <source>Traces (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</source>
+        <translation>Traces (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Alle bestanden (*)</translation>
+    </message>
+    <message>
+        <source>Reading %1: %2 frames</source>
+        <translation>Leest %1: %2 frames</translation>
+    </message>
+    <message>
+        <source>Recording %1: %2 frames, %3</source>
+        <translation>Neemt op in %1: %2 frames, %3</translation>
+    </message>
+    <message>
+        <source>■ Stop &amp;recording</source>
+        <translation>■ Opname &amp;stoppen</translation>
+    </message>
+    <message>
+        <source>● &amp;Record...</source>
+        <translation>● Opne&amp;men...</translation>
+    </message>
+    <message>
+        <source>Writes all that is heard from now on into a file</source>
+        <translation>Schrijft alles wat vanaf nu gehoord wordt in een bestand</translation>
+    </message>
+    <message>
+        <source>&amp;Save last 10 min...</source>
+        <translation>Laa&amp;tste 10 min opslaan...</translation>
+    </message>
+    <message>
+        <source>Saves what was heard in the last ten minutes; it is kept all the time</source>
+        <translation>Slaat op wat de laatste tien minuten gehoord is; het wordt voortdurend bewaard</translation>
+    </message>
+    <message>
+        <source>&amp;Open...</source>
+        <translation>&amp;Openen...</translation>
+    </message>
+    <message>
+        <source>Opens a trace: a log of candump, asc, trc, pcap or pcapng, also compressed</source>
+        <translation>Opent een trace: een log van candump, asc, trc, pcap of pcapng, ook gecomprimeerd</translation>
+    </message>
+    <message>
+        <source>&amp;Live</source>
+        <translation>&amp;Live</translation>
+    </message>
+    <message>
+        <source>Shows what is heard instead of the file</source>
+        <translation>Toont wat gehoord wordt in plaats van het bestand</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuleren</translation>
+    </message>
+</context>
+<context>
+    <name>TransferWords</name>
+    <message>
+        <source>the toggle bit did not alternate</source>
+        <translation>het toggle-bit wisselde niet</translation>
+    </message>
+    <message>
+        <source>frames of it are missing in the trace</source>
+        <translation>er ontbreken frames van in de opname</translation>
+    </message>
+    <message>
+        <source>not as many bytes came as were announced</source>
+        <translation>er kwamen niet zoveel bytes als aangekondigd</translation>
+    </message>
+    <message>
+        <source>the checksum is wrong</source>
+        <translation>de controlesom is fout</translation>
+    </message>
+    <message>
+        <source>another client used the device meanwhile</source>
+        <translation>een andere client gebruikte het apparaat ondertussen</translation>
+    </message>
+    <message>
+        <source>another request came before it was at its end</source>
+        <translation>er kwam een ander verzoek voordat ze klaar was</translation>
+    </message>
+    <message>
+        <source>a part of it came twice</source>
+        <translation>een deel ervan kwam dubbel</translation>
+    </message>
+    <message>
+        <source>too long to be kept</source>
+        <translation>te lang om te bewaren</translation>
+    </message>
+    <message>
+        <source>refused: %1</source>
+        <translation>geweigerd: %1</translation>
+    </message>
+    <message>
+        <source>ended by the client: %1</source>
+        <translation>beëindigd door de client: %1</translation>
+    </message>
+    <message>
+        <source>no answer</source>
+        <translation>geen antwoord</translation>
+    </message>
+    <message>
+        <source>its frames make no whole value</source>
+        <translation>de frames vormen geen hele waarde</translation>
+    </message>
+    <message>
+        <source>not finished</source>
+        <translation>niet voltooid</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>1 frame</source>
+        <translation>1 frame</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 frames</translation>
+    </message>
+    <message>
+        <source>%1 in segments, %2</source>
+        <translation>%1 in segmenten, %2</translation>
+    </message>
+    <message>
+        <source>%1 in blocks, %2</source>
+        <translation>%1 in blokken, %2</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>read %1: %2</source>
+        <translation>gelezen %1: %2</translation>
+    </message>
+    <message>
+        <source>write %1: %2</source>
+        <translation>geschreven %1: %2</translation>
+    </message>
+    <message>
+        <source>%1 bytes and more</source>
+        <translation>%1 bytes en meer</translation>
+    </message>
+    <message>
+        <source>read %1 = %2</source>
+        <translation>gelezen %1 = %2</translation>
+    </message>
+    <message>
+        <source>write %1 = %2</source>
+        <translation>geschreven %1 = %2</translation>
+    </message>
+    <message>
+        <source>%1; %2</source>
+        <translation>%1; %2</translation>
     </message>
 </context>
 <context>
@@ -4295,6 +5469,17 @@ Nu: %2</translation>
     <message>
         <source>Its value is no number.</source>
         <translation>De waarde ervan is geen getal.</translation>
+    </message>
+</context>
+<context>
+    <name>ValueText</name>
+    <message>
+        <source>%1 ... (%2 bytes)</source>
+        <translation>%1 ... (%2 bytes)</translation>
+    </message>
+    <message>
+        <source>nothing (0 bytes)</source>
+        <translation>niets (0 bytes)</translation>
     </message>
 </context>
 <context>
@@ -4431,6 +5616,10 @@ Nu: %2</translation>
     <message>
         <source>Note</source>
         <translation>Notitie</translation>
+    </message>
+    <message>
+        <source>From a trace</source>
+        <translation>Uit een opname</translation>
     </message>
 </context>
 <context>

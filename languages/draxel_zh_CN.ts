@@ -783,6 +783,14 @@
         <source>specific to the manufacturer</source>
         <translation>制造商特定</translation>
     </message>
+    <message>
+        <source>The trace holds no answer of the device to this</source>
+        <translation>总线记录中没有设备对此的应答</translation>
+    </message>
+    <message>
+        <source>The device answers this only later in the trace</source>
+        <translation>设备在总线记录的稍后部分才对此应答</translation>
+    </message>
 </context>
 <context>
     <name>CanOpen::CanPort</name>
@@ -1347,6 +1355,10 @@ Now: %2</source>
         <source>%1 and others, %2 objects in all</source>
         <translation>%1 等，共 %2 个对象</translation>
     </message>
+    <message>
+        <source>Nobody has read everything in the trace.</source>
+        <translation>总线记录中没有程序读取过全部内容。</translation>
+    </message>
 </context>
 <context>
     <name>ComponentModel</name>
@@ -1736,6 +1748,10 @@ Now: %2</source>
         <source>Events</source>
         <translation>事件</translation>
     </message>
+    <message>
+        <source>Show in the &amp;trace</source>
+        <translation>在记录中显示(&amp;T)</translation>
+    </message>
 </context>
 <context>
     <name>EventWords</name>
@@ -1960,6 +1976,682 @@ Now: %2</source>
     <message>
         <source>The answers could not be told from late or foreign ones</source>
         <translation>无法将应答与迟到或外来的应答区分开</translation>
+    </message>
+</context>
+<context>
+    <name>FilterBar</name>
+    <message>
+        <source>Nodes</source>
+        <translation>节点</translation>
+    </message>
+    <message>
+        <source>Only lines of these nodes: &quot;2, 5-7&quot;</source>
+        <translation>仅这些节点的行：“2, 5-7”</translation>
+    </message>
+    <message>
+        <source>Objects</source>
+        <translation>对象</translation>
+    </message>
+    <message>
+        <source>Only lines that carry these objects: &quot;6164h.2, 1018h&quot;</source>
+        <translation>仅含这些对象的行：“6164h.2, 1018h”</translation>
+    </message>
+    <message>
+        <source>Words</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>Only lines with these words</source>
+        <translation>仅含这些文字的行</translation>
+    </message>
+    <message>
+        <source>Only what is &amp;wrong</source>
+        <translation>仅异常(&amp;W)</translation>
+    </message>
+    <message>
+        <source>Only warnings and faults</source>
+        <translation>仅警告和故障</translation>
+    </message>
+    <message>
+        <source>Show all</source>
+        <translation>全部显示</translation>
+    </message>
+    <message>
+        <source>Shows all lines again</source>
+        <translation>重新显示所有行</translation>
+    </message>
+</context>
+<context>
+    <name>FilterInput</name>
+    <message>
+        <source>Nodes are numbers from 1 to 127: &quot;2, 5-7&quot;.</source>
+        <translation>节点为 1 到 127 的数字：“2, 5-7”。</translation>
+    </message>
+    <message>
+        <source>Objects are an index in hexadecimal, and a sub-index behind a dot: &quot;6164h.2&quot;.</source>
+        <translation>对象为十六进制索引，点号后为子索引：“6164h.2”。</translation>
+    </message>
+</context>
+<context>
+    <name>FindBar</name>
+    <message>
+        <source>Searching</source>
+        <translation>正在查找</translation>
+    </message>
+    <message>
+        <source>Went on from the other end</source>
+        <translation>已从另一端继续</translation>
+    </message>
+    <message>
+        <source>Not found</source>
+        <translation>未找到</translation>
+    </message>
+    <message>
+        <source>Find (Ctrl+F)</source>
+        <translation>查找 (Ctrl+F)</translation>
+    </message>
+    <message>
+        <source>Words of a line that is shown</source>
+        <translation>所显示行中的文字</translation>
+    </message>
+    <message>
+        <source>Find the one before (Shift+F3)</source>
+        <translation>查找上一个 (Shift+F3)</translation>
+    </message>
+    <message>
+        <source>Find the one before</source>
+        <translation>查找上一个</translation>
+    </message>
+    <message>
+        <source>Find the next one (F3)</source>
+        <translation>查找下一个 (F3)</translation>
+    </message>
+    <message>
+        <source>Find the next one</source>
+        <translation>查找下一个</translation>
+    </message>
+</context>
+<context>
+    <name>FrameDetails</name>
+    <message numerus="yes">
+        <source>and %n more frame(s)</source>
+        <translation>
+            <numerusform>以及另外 %n 帧</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Frame %1</source>
+        <translation>帧 %1</translation>
+    </message>
+    <message>
+        <source>sent by this computer</source>
+        <translation>由本计算机发送</translation>
+    </message>
+    <message>
+        <source>byte %1</source>
+        <translation>字节 %1</translation>
+    </message>
+    <message>
+        <source>bytes %1 to %2</source>
+        <translation>字节 %1 至 %2</translation>
+    </message>
+    <message>
+        <source>Where</source>
+        <translation>位置</translation>
+    </message>
+    <message>
+        <source>Bytes</source>
+        <translation>字节</translation>
+    </message>
+    <message>
+        <source>Meaning</source>
+        <translation>含义</translation>
+    </message>
+</context>
+<context>
+    <name>FrameParts</name>
+    <message>
+        <source>SDO</source>
+        <translation>SDO</translation>
+    </message>
+    <message>
+        <source>request to read</source>
+        <translation>读取请求</translation>
+    </message>
+    <message>
+        <source>answer to a read</source>
+        <translation>读取应答</translation>
+    </message>
+    <message>
+        <source>request for a segment</source>
+        <translation>请求一个分段</translation>
+    </message>
+    <message>
+        <source>segment of a read</source>
+        <translation>读取的分段</translation>
+    </message>
+    <message>
+        <source>request to write</source>
+        <translation>写入请求</translation>
+    </message>
+    <message>
+        <source>answer to a write</source>
+        <translation>写入应答</translation>
+    </message>
+    <message>
+        <source>segment of a write</source>
+        <translation>写入的分段</translation>
+    </message>
+    <message>
+        <source>answer to a segment of a write</source>
+        <translation>写入分段的应答</translation>
+    </message>
+    <message>
+        <source>request to read in blocks</source>
+        <translation>按块读取请求</translation>
+    </message>
+    <message>
+        <source>answer to a read in blocks</source>
+        <translation>按块读取应答</translation>
+    </message>
+    <message>
+        <source>start of the blocks</source>
+        <translation>块传输开始</translation>
+    </message>
+    <message>
+        <source>acknowledge of a block</source>
+        <translation>块确认</translation>
+    </message>
+    <message>
+        <source>end of the blocks</source>
+        <translation>块传输结束</translation>
+    </message>
+    <message>
+        <source>end of the blocks confirmed</source>
+        <translation>块传输结束已确认</translation>
+    </message>
+    <message>
+        <source>request to write in blocks</source>
+        <translation>按块写入请求</translation>
+    </message>
+    <message>
+        <source>answer to a write in blocks</source>
+        <translation>按块写入应答</translation>
+    </message>
+    <message>
+        <source>abort by the client</source>
+        <translation>客户端中止</translation>
+    </message>
+    <message>
+        <source>abort by the server</source>
+        <translation>服务器中止</translation>
+    </message>
+    <message>
+        <source>data</source>
+        <translation>数据</translation>
+    </message>
+    <message>
+        <source>counter %1</source>
+        <translation>计数器 %1</translation>
+    </message>
+    <message>
+        <source>command: %1</source>
+        <translation>命令：%1</translation>
+    </message>
+    <message>
+        <source>all nodes</source>
+        <translation>所有节点</translation>
+    </message>
+    <message>
+        <source>node %1</source>
+        <translation>节点 %1</translation>
+    </message>
+    <message>
+        <source>time of day: %1</source>
+        <translation>时间：%1</translation>
+    </message>
+    <message>
+        <source>day: %1</source>
+        <translation>日期：%1</translation>
+    </message>
+    <message>
+        <source>error code %1h: %2</source>
+        <translation>错误代码 %1h：%2</translation>
+    </message>
+    <message>
+        <source>error register: %1</source>
+        <translation>错误寄存器：%1</translation>
+    </message>
+    <message>
+        <source>no error</source>
+        <translation>无错误</translation>
+    </message>
+    <message>
+        <source>the device&apos;s own</source>
+        <translation>设备自定义</translation>
+    </message>
+    <message>
+        <source>the beginning of what is missing</source>
+        <translation>缺失部分的开头</translation>
+    </message>
+    <message>
+        <source>fills a place</source>
+        <translation>占位</translation>
+    </message>
+    <message>
+        <source>bits %1 to %2: %3</source>
+        <translation>位 %1 到 %2：%3</translation>
+    </message>
+    <message>
+        <source>not mapped</source>
+        <translation>未映射</translation>
+    </message>
+    <message>
+        <source>not used</source>
+        <translation>未使用</translation>
+    </message>
+    <message>
+        <source>object %1</source>
+        <translation>对象 %1</translation>
+    </message>
+    <message>
+        <source>object %1: %2</source>
+        <translation>对象 %1：%2</translation>
+    </message>
+    <message>
+        <source>sub-index %1</source>
+        <translation>子索引 %1</translation>
+    </message>
+    <message>
+        <source>%1 segments in a block</source>
+        <translation>每块 %1 个分段</translation>
+    </message>
+    <message>
+        <source>value: %1</source>
+        <translation>值：%1</translation>
+    </message>
+    <message>
+        <source>%1 bytes follow</source>
+        <translation>后续 %1 个字节</translation>
+    </message>
+    <message>
+        <source>does not say how many bytes follow</source>
+        <translation>未说明后续字节数</translation>
+    </message>
+    <message>
+        <source>%1, toggle bit %2, the last one</source>
+        <translation>%1，翻转位 %2，最后一个</translation>
+    </message>
+    <message>
+        <source>%1, toggle bit %2</source>
+        <translation>%1，翻转位 %2</translation>
+    </message>
+    <message>
+        <source>segment %1, the last one</source>
+        <translation>分段 %1，最后一个</translation>
+    </message>
+    <message>
+        <source>segment %1</source>
+        <translation>分段 %1</translation>
+    </message>
+    <message>
+        <source>has come up to segment %1</source>
+        <translation>已收到分段 %1</translation>
+    </message>
+    <message>
+        <source>next block: %1 segments</source>
+        <translation>下一块：%1 个分段</translation>
+    </message>
+    <message>
+        <source>end of the blocks, %1 bytes of the last segment do not count</source>
+        <translation>块传输结束，最后一个分段有 %1 个字节无效</translation>
+    </message>
+    <message>
+        <source>checksum %1h</source>
+        <translation>校验和 %1h</translation>
+    </message>
+</context>
+<context>
+    <name>FrameWords</name>
+    <message>
+        <source>a frame could not be sent in time</source>
+        <translation>一个帧未能及时发送</translation>
+    </message>
+    <message>
+        <source>arbitration lost</source>
+        <translation>仲裁失败</translation>
+    </message>
+    <message>
+        <source>the CAN chip has trouble</source>
+        <translation>CAN 芯片有问题</translation>
+    </message>
+    <message>
+        <source>protocol violated</source>
+        <translation>违反协议</translation>
+    </message>
+    <message>
+        <source>the transceiver has trouble</source>
+        <translation>收发器有问题</translation>
+    </message>
+    <message>
+        <source>nobody acknowledged a frame</source>
+        <translation>没有节点确认帧</translation>
+    </message>
+    <message>
+        <source>bus-off: the CAN chip has left the bus</source>
+        <translation>Bus-off：CAN 芯片已脱离总线</translation>
+    </message>
+    <message>
+        <source>bus error</source>
+        <translation>总线错误</translation>
+    </message>
+    <message>
+        <source>the CAN chip was started again</source>
+        <translation>CAN 芯片已重新启动</translation>
+    </message>
+    <message>
+        <source>received frames were lost</source>
+        <translation>接收的帧丢失</translation>
+    </message>
+    <message>
+        <source>frames to send were lost</source>
+        <translation>待发送的帧丢失</translation>
+    </message>
+    <message>
+        <source>many errors in receiving</source>
+        <translation>接收错误多</translation>
+    </message>
+    <message>
+        <source>many errors in sending</source>
+        <translation>发送错误多</translation>
+    </message>
+    <message>
+        <source>error-passive in receiving</source>
+        <translation>接收处于错误被动状态</translation>
+    </message>
+    <message>
+        <source>error-passive in sending</source>
+        <translation>发送处于错误被动状态</translation>
+    </message>
+    <message>
+        <source>error-active again</source>
+        <translation>恢复错误主动状态</translation>
+    </message>
+    <message>
+        <source>a single bit</source>
+        <translation>单个位</translation>
+    </message>
+    <message>
+        <source>the form of a frame</source>
+        <translation>帧格式</translation>
+    </message>
+    <message>
+        <source>bit stuffing</source>
+        <translation>位填充</translation>
+    </message>
+    <message>
+        <source>a dominant bit could not be sent</source>
+        <translation>无法发送显性位</translation>
+    </message>
+    <message>
+        <source>a recessive bit could not be sent</source>
+        <translation>无法发送隐性位</translation>
+    </message>
+    <message>
+        <source>overload of the bus</source>
+        <translation>总线过载</translation>
+    </message>
+    <message>
+        <source>this node announced an error</source>
+        <translation>本节点报告了错误</translation>
+    </message>
+    <message>
+        <source>in sending</source>
+        <translation>发送时</translation>
+    </message>
+    <message>
+        <source>segment of a write</source>
+        <translation>写入的分段</translation>
+    </message>
+    <message>
+        <source>request to write</source>
+        <translation>写入请求</translation>
+    </message>
+    <message>
+        <source>request to read</source>
+        <translation>读取请求</translation>
+    </message>
+    <message>
+        <source>request for a segment</source>
+        <translation>请求一个分段</translation>
+    </message>
+    <message>
+        <source>abort by the client</source>
+        <translation>客户端中止</translation>
+    </message>
+    <message>
+        <source>request of a block upload</source>
+        <translation>块上传请求</translation>
+    </message>
+    <message>
+        <source>request of a block download</source>
+        <translation>块下载请求</translation>
+    </message>
+    <message>
+        <source>unknown request</source>
+        <translation>未知请求</translation>
+    </message>
+    <message>
+        <source>segment of a read</source>
+        <translation>读取的分段</translation>
+    </message>
+    <message>
+        <source>answer to a segment of a write</source>
+        <translation>写入分段的应答</translation>
+    </message>
+    <message>
+        <source>answer to a read</source>
+        <translation>读取应答</translation>
+    </message>
+    <message>
+        <source>answer to a write</source>
+        <translation>写入应答</translation>
+    </message>
+    <message>
+        <source>abort by the server</source>
+        <translation>服务器中止</translation>
+    </message>
+    <message>
+        <source>answer of a block download</source>
+        <translation>块下载应答</translation>
+    </message>
+    <message>
+        <source>answer of a block upload</source>
+        <translation>块上传应答</translation>
+    </message>
+    <message>
+        <source>unknown answer</source>
+        <translation>未知应答</translation>
+    </message>
+    <message>
+        <source>remote, %1 bytes</source>
+        <translation>远程帧，%1 个字节</translation>
+    </message>
+    <message>
+        <source>error frame: %1</source>
+        <translation>错误帧：%1</translation>
+    </message>
+    <message>
+        <source>%1 without any bytes</source>
+        <translation>%1 没有字节</translation>
+    </message>
+    <message>
+        <source>%1 of a wrong length: %2</source>
+        <translation>%1 长度错误：%2</translation>
+    </message>
+    <message>
+        <source>is asked for its state (node guarding)</source>
+        <translation>被询问状态（节点保护）</translation>
+    </message>
+    <message>
+        <source>PDO %1 is asked for (remote frame)</source>
+        <translation>请求 PDO %1（远程帧）</translation>
+    </message>
+    <message>
+        <source>frame %1 is asked for (remote frame)</source>
+        <translation>请求帧 %1（远程帧）</translation>
+    </message>
+    <message>
+        <source>start</source>
+        <translation>启动</translation>
+    </message>
+    <message>
+        <source>stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>enter Pre-operational</source>
+        <translation>进入预运行</translation>
+    </message>
+    <message>
+        <source>reset the device</source>
+        <translation>复位设备</translation>
+    </message>
+    <message>
+        <source>reset the communication</source>
+        <translation>复位通信</translation>
+    </message>
+    <message>
+        <source>unknown command %1h</source>
+        <translation>未知命令 %1h</translation>
+    </message>
+    <message>
+        <source>Boot-up</source>
+        <translation>启动</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>已停止</translation>
+    </message>
+    <message>
+        <source>Operational</source>
+        <translation>运行</translation>
+    </message>
+    <message>
+        <source>Pre-operational</source>
+        <translation>预运行</translation>
+    </message>
+    <message>
+        <source>unknown state %1h</source>
+        <translation>未知状态 %1h</translation>
+    </message>
+    <message>
+        <source>NMT command</source>
+        <translation>NMT 命令</translation>
+    </message>
+    <message>
+        <source>NMT command to all nodes: %1</source>
+        <translation>发给所有节点的 NMT 命令：%1</translation>
+    </message>
+    <message>
+        <source>NMT command to node %1: %2</source>
+        <translation>发给节点 %1 的 NMT 命令：%2</translation>
+    </message>
+    <message>
+        <source>SYNC</source>
+        <translation>SYNC</translation>
+    </message>
+    <message>
+        <source>SYNC %1</source>
+        <translation>SYNC %1</translation>
+    </message>
+    <message>
+        <source>time that is none: %1</source>
+        <translation>无效的时间：%1</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>time: %1</source>
+        <translation>时间：%1</translation>
+    </message>
+    <message>
+        <source>emergency</source>
+        <translation>紧急报文</translation>
+    </message>
+    <message>
+        <source>emergency %1h: %2</source>
+        <translation>紧急报文 %1h：%2</translation>
+    </message>
+    <message>
+        <source>error register %1h</source>
+        <translation>错误寄存器 %1h</translation>
+    </message>
+    <message>
+        <source>error register %1h (%2)</source>
+        <translation>错误寄存器 %1h（%2）</translation>
+    </message>
+    <message>
+        <source>the device&apos;s own bytes %1</source>
+        <translation>设备自定义字节 %1</translation>
+    </message>
+    <message>
+        <source>no bytes</source>
+        <translation>没有字节</translation>
+    </message>
+    <message>
+        <source>PDO %1 to the node, its mapping is not known: %2</source>
+        <translation>发给节点的 PDO %1，映射未知：%2</translation>
+    </message>
+    <message>
+        <source>PDO %1, its mapping is not known: %2</source>
+        <translation>PDO %1，映射未知：%2</translation>
+    </message>
+    <message>
+        <source>SDO</source>
+        <translation>SDO</translation>
+    </message>
+    <message>
+        <source>SDO, %1, of no transfer that begins in the trace: %2</source>
+        <translation>SDO，%1，不属于总线记录中开始的任何传输：%2</translation>
+    </message>
+    <message>
+        <source>heartbeat</source>
+        <translation>心跳</translation>
+    </message>
+    <message>
+        <source>boot-up: the device has started</source>
+        <translation>启动：设备已启动</translation>
+    </message>
+    <message>
+        <source>heartbeat: %1</source>
+        <translation>心跳：%1</translation>
+    </message>
+    <message>
+        <source>error counters: sending %1, receiving %2</source>
+        <translation>错误计数：发送 %1，接收 %2</translation>
+    </message>
+    <message>
+        <source>no reason told</source>
+        <translation>未说明原因</translation>
+    </message>
+    <message>
+        <source>LSS request: %1</source>
+        <translation>LSS 请求：%1</translation>
+    </message>
+    <message>
+        <source>LSS answer: %1</source>
+        <translation>LSS 应答：%1</translation>
+    </message>
+    <message>
+        <source>frame %1 without any bytes</source>
+        <translation>帧 %1 没有字节</translation>
+    </message>
+    <message>
+        <source>frame %1: %2</source>
+        <translation>帧 %1：%2</translation>
     </message>
 </context>
 <context>
@@ -2371,6 +3063,10 @@ Now: %2</source>
         <source>&amp;Live</source>
         <translation>实时(&amp;L)</translation>
     </message>
+    <message>
+        <source>&amp;Trace</source>
+        <translation>记录(&amp;T)</translation>
+    </message>
 </context>
 <context>
     <name>JsonDocument</name>
@@ -2416,6 +3112,59 @@ Now: %2</source>
     <message>
         <source>A list, [...], is wanted.</source>
         <translation>此处应为列表 [...]。</translation>
+    </message>
+</context>
+<context>
+    <name>KindMenu</name>
+    <message>
+        <source>Commands (NMT)</source>
+        <translation>命令 (NMT)</translation>
+    </message>
+    <message>
+        <source>Synchronisation (SYNC)</source>
+        <translation>同步 (SYNC)</translation>
+    </message>
+    <message>
+        <source>Time (TIME)</source>
+        <translation>时间 (TIME)</translation>
+    </message>
+    <message>
+        <source>Emergencies (EMCY)</source>
+        <translation>紧急报文 (EMCY)</translation>
+    </message>
+    <message>
+        <source>Process data (PDO)</source>
+        <translation>过程数据 (PDO)</translation>
+    </message>
+    <message>
+        <source>Objects read and written (SDO)</source>
+        <translation>读写的对象 (SDO)</translation>
+    </message>
+    <message>
+        <source>Heartbeats</source>
+        <translation>心跳</translation>
+    </message>
+    <message>
+        <source>Other frames</source>
+        <translation>其他帧</translation>
+    </message>
+    <message>
+        <source>Errors of the bus</source>
+        <translation>总线错误</translation>
+    </message>
+    <message>
+        <source>All kinds</source>
+        <translation>所有类型</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n kind(s)</source>
+        <translation>
+            <numerusform>%n 种类型</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Which kinds of frames are shown</source>
+        <translation>显示哪些类型的帧</translation>
     </message>
 </context>
 <context>
@@ -2625,6 +3374,10 @@ Now: %2</source>
         <source>Live</source>
         <translation>实时</translation>
     </message>
+    <message>
+        <source>Trace</source>
+        <translation>记录</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -2822,6 +3575,25 @@ Now: %2</source>
     <message>
         <source>&amp;Defaults</source>
         <translation>默认值(&amp;D)</translation>
+    </message>
+</context>
+<context>
+    <name>PdoWords</name>
+    <message>
+        <source>%1 is missing</source>
+        <translation>缺少 %1</translation>
+    </message>
+    <message>
+        <source>PDO %1, too short for its mapping: %2</source>
+        <translation>PDO %1，短于其映射：%2</translation>
+    </message>
+    <message>
+        <source>PDO %1: %2</source>
+        <translation>PDO %1: %2</translation>
+    </message>
+    <message>
+        <source>PDO %1 to the node: %2</source>
+        <translation>发给节点的 PDO %1：%2</translation>
     </message>
 </context>
 <context>
@@ -3656,6 +4428,10 @@ Now: %2</source>
         <source>None of its values could be read.</source>
         <translation>它的数值均无法读取。</translation>
     </message>
+    <message>
+        <source>Taken from a trace: what others read in it</source>
+        <translation>来自总线记录：其他程序在其中读取的内容</translation>
+    </message>
 </context>
 <context>
     <name>ServiceReportDialog</name>
@@ -3973,6 +4749,10 @@ Now: %2</source>
         <source>The reading was ended before all was asked.</source>
         <translation>读取在全部询问完之前结束。</translation>
     </message>
+    <message>
+        <source>Not recorded: %1.</source>
+        <translation>未记录：%1。</translation>
+    </message>
 </context>
 <context>
     <name>StatusLine</name>
@@ -4089,6 +4869,41 @@ Now: %2</source>
     <message>
         <source>A text is no number</source>
         <translation>文本不是数字</translation>
+    </message>
+</context>
+<context>
+    <name>TraceExport</name>
+    <message>
+        <source>This format cannot hold: %1.</source>
+        <translation>此格式无法保存：%1。</translation>
+    </message>
+    <message>
+        <source>There were more frames than are kept: the oldest are missing.</source>
+        <translation>帧数超过保留上限：缺少最早的帧。</translation>
+    </message>
+    <message>
+        <source>candump log (*.log)</source>
+        <translation>candump 日志 (*.log)</translation>
+    </message>
+    <message>
+        <source>candump log, compressed (*.log.gz)</source>
+        <translation>candump 日志，压缩 (*.log.gz)</translation>
+    </message>
+    <message>
+        <source>asc trace (*.asc)</source>
+        <translation>asc 记录 (*.asc)</translation>
+    </message>
+    <message>
+        <source>trc trace (*.trc)</source>
+        <translation>trc 记录 (*.trc)</translation>
+    </message>
+    <message>
+        <source>pcap capture (*.pcap)</source>
+        <translation>pcap 捕获 (*.pcap)</translation>
+    </message>
+    <message>
+        <source>pcapng capture (*.pcapng)</source>
+        <translation>pcapng 捕获 (*.pcapng)</translation>
     </message>
 </context>
 <context>
@@ -4230,10 +5045,364 @@ Now: %2</source>
     </message>
 </context>
 <context>
+    <name>TraceLines</name>
+    <message>
+        <source>%1, under way</source>
+        <translation>%1，进行中</translation>
+    </message>
+</context>
+<context>
+    <name>TraceModel</name>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1（%2）</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>Difference</source>
+        <translation>间隔</translation>
+    </message>
+    <message>
+        <source>Bus</source>
+        <translation>总线</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>节点</translation>
+    </message>
+    <message>
+        <source>What happened</source>
+        <translation>发生的情况</translation>
+    </message>
+</context>
+<context>
+    <name>TracePage</name>
+    <message>
+        <source>The file is too long: only its first %1 frames are shown.</source>
+        <translation>文件过长：仅显示前 %1 帧。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n line(s) could not be read.</source>
+        <translation>
+            <numerusform>%n 行无法读取。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The first one: line %1. %2</source>
+        <translation>第一处：第 %1 行。%2</translation>
+    </message>
+    <message>
+        <source>%1 lines</source>
+        <translation>%1 行</translation>
+    </message>
+    <message>
+        <source>%1 of %2 lines, %3 % looked at</source>
+        <translation>%1 / %2 行，已查看 %3 %</translation>
+    </message>
+    <message>
+        <source>%1 of %2 lines</source>
+        <translation>%1 / %2 行</translation>
+    </message>
+    <message>
+        <source>%1 from the first selected line to the last one</source>
+        <translation>从所选第一行到最后一行：%1</translation>
+    </message>
+    <message>
+        <source>Export the lines that are shown</source>
+        <translation>导出所显示的行</translation>
+    </message>
+    <message>
+        <source>Connect a bus (Ctrl+K): what is on it is shown here line by line. Or open a trace (Open...). Listening sends nothing.</source>
+        <translation>请连接总线 (Ctrl+K)：总线上的内容将在此逐行显示。或打开一个记录（打开...）。监听不会发送任何内容。</translation>
+    </message>
+    <message>
+        <source>What was on the bus</source>
+        <translation>总线上的内容</translation>
+    </message>
+    <message>
+        <source>The frames of the chosen line</source>
+        <translation>所选行的帧</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>复制(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Copies the selected lines, or all that are shown (at most %1)</source>
+        <translation>复制所选的行，或所显示的全部行（最多 %1 行）</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>导出(&amp;E)...</translation>
+    </message>
+    <message>
+        <source>Saves the frames of the lines that are shown; the name tells the format</source>
+        <translation>保存所显示行的帧；格式由文件名决定</translation>
+    </message>
+    <message>
+        <source>Eve&amp;nts</source>
+        <translation>事件(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Shows the events around the selected line</source>
+        <translation>显示所选行前后的事件</translation>
+    </message>
+    <message>
+        <source>Fo&amp;llow</source>
+        <translation>跟随(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Keeps the newest line in sight</source>
+        <translation>始终显示最新的行</translation>
+    </message>
+</context>
+<context>
+    <name>TraceRecorder</name>
+    <message>
+        <source>What was on the bus before a fault could not be saved. %1</source>
+        <translation>故障前总线上的内容无法保存。%1</translation>
+    </message>
+    <message>
+        <source>What was on the bus before a fault is saved: %1</source>
+        <translation>故障前总线上的内容已保存：%1</translation>
+    </message>
+    <message numerus="yes">
+        <source>Recorded: %1, %n frame(s)</source>
+        <translation>
+            <numerusform>已录制：%1，%n 帧</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The recording %1 has ended. %2</source>
+        <translation>录制 %1 已结束。%2</translation>
+    </message>
+</context>
+<context>
     <name>TraceRecording</name>
     <message>
         <source>Less than %1 MB are left on the disk of %2: recording has ended.</source>
         <translation>%2 所在磁盘剩余空间少于 %1 MB：录制已结束。</translation>
+    </message>
+</context>
+<context>
+    <name>TraceSession</name>
+    <message>
+        <source>Names that begin with &quot;trace &quot; are for what is saved by itself in this folder, and removed again. Choose another one.</source>
+        <translation>在此文件夹中，以“trace ”开头的名称用于自动保存并自动删除的文件。请选择其他名称。</translation>
+    </message>
+    <message numerus="yes">
+        <source>Saved: %1, %n frame(s)</source>
+        <translation>
+            <numerusform>已保存：%1，%n 帧</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>TraceTimes</name>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1 us</source>
+        <translation>%1 µs</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s</source>
+        <translation>%1 min %2 s</translation>
+    </message>
+    <message>
+        <source>%1 k</source>
+        <translation>%1 k</translation>
+    </message>
+    <message>
+        <source>%1 M</source>
+        <translation>%1 M</translation>
+    </message>
+</context>
+<context>
+    <name>TraceToolbar</name>
+    <message>
+        <source>Record to a file</source>
+        <translation>录制到文件</translation>
+    </message>
+    <message>
+        <source>Save the last 10 minutes</source>
+        <translation>保存最近 10 分钟</translation>
+    </message>
+    <message>
+        <source>Open a trace</source>
+        <translation>打开记录</translation>
+    </message>
+    <message>
+        <source>Traces (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</source>
+        <translation>记录 (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>Reading %1: %2 frames</source>
+        <translation>正在读取 %1：%2 帧</translation>
+    </message>
+    <message>
+        <source>Recording %1: %2 frames, %3</source>
+        <translation>正在录制到 %1：%2 帧，%3</translation>
+    </message>
+    <message>
+        <source>■ Stop &amp;recording</source>
+        <translation>■ 停止录制(&amp;R)</translation>
+    </message>
+    <message>
+        <source>● &amp;Record...</source>
+        <translation>● 录制(&amp;R)...</translation>
+    </message>
+    <message>
+        <source>Writes all that is heard from now on into a file</source>
+        <translation>将此后听到的所有内容写入文件</translation>
+    </message>
+    <message>
+        <source>&amp;Save last 10 min...</source>
+        <translation>保存最近 10 分钟(&amp;S)...</translation>
+    </message>
+    <message>
+        <source>Saves what was heard in the last ten minutes; it is kept all the time</source>
+        <translation>保存最近十分钟听到的内容；这些内容一直保留</translation>
+    </message>
+    <message>
+        <source>&amp;Open...</source>
+        <translation>打开(&amp;O)...</translation>
+    </message>
+    <message>
+        <source>Opens a trace: a log of candump, asc, trc, pcap or pcapng, also compressed</source>
+        <translation>打开记录：candump 日志、asc、trc、pcap 或 pcapng，也可为压缩文件</translation>
+    </message>
+    <message>
+        <source>&amp;Live</source>
+        <translation>实时(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Shows what is heard instead of the file</source>
+        <translation>显示实时监听内容而不是文件</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+</context>
+<context>
+    <name>TransferWords</name>
+    <message>
+        <source>the toggle bit did not alternate</source>
+        <translation>翻转位没有交替</translation>
+    </message>
+    <message>
+        <source>frames of it are missing in the trace</source>
+        <translation>总线记录中缺少其中的帧</translation>
+    </message>
+    <message>
+        <source>not as many bytes came as were announced</source>
+        <translation>收到的字节数与声明的不符</translation>
+    </message>
+    <message>
+        <source>the checksum is wrong</source>
+        <translation>校验和错误</translation>
+    </message>
+    <message>
+        <source>another client used the device meanwhile</source>
+        <translation>同时有另一个客户端使用该设备</translation>
+    </message>
+    <message>
+        <source>another request came before it was at its end</source>
+        <translation>结束之前来了另一个请求</translation>
+    </message>
+    <message>
+        <source>a part of it came twice</source>
+        <translation>其中一部分重复出现</translation>
+    </message>
+    <message>
+        <source>too long to be kept</source>
+        <translation>太长，未完整保留</translation>
+    </message>
+    <message>
+        <source>refused: %1</source>
+        <translation>被拒绝：%1</translation>
+    </message>
+    <message>
+        <source>ended by the client: %1</source>
+        <translation>被客户端终止：%1</translation>
+    </message>
+    <message>
+        <source>no answer</source>
+        <translation>没有应答</translation>
+    </message>
+    <message>
+        <source>its frames make no whole value</source>
+        <translation>其中的帧不能组成完整的值</translation>
+    </message>
+    <message>
+        <source>not finished</source>
+        <translation>未完成</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>1 frame</source>
+        <translation>1 帧</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 帧</translation>
+    </message>
+    <message>
+        <source>%1 in segments, %2</source>
+        <translation>%1，分段传输，%2</translation>
+    </message>
+    <message>
+        <source>%1 in blocks, %2</source>
+        <translation>%1，块传输，%2</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1，%2</translation>
+    </message>
+    <message>
+        <source>read %1: %2</source>
+        <translation>读取 %1：%2</translation>
+    </message>
+    <message>
+        <source>write %1: %2</source>
+        <translation>写入 %1：%2</translation>
+    </message>
+    <message>
+        <source>%1 bytes and more</source>
+        <translation>%1 个字节以上</translation>
+    </message>
+    <message>
+        <source>read %1 = %2</source>
+        <translation>读取 %1 = %2</translation>
+    </message>
+    <message>
+        <source>write %1 = %2</source>
+        <translation>写入 %1 = %2</translation>
+    </message>
+    <message>
+        <source>%1; %2</source>
+        <translation>%1；%2</translation>
     </message>
 </context>
 <context>
@@ -4276,6 +5445,17 @@ Now: %2</source>
     <message>
         <source>Its value is no number.</source>
         <translation>其值不是数字。</translation>
+    </message>
+</context>
+<context>
+    <name>ValueText</name>
+    <message>
+        <source>%1 ... (%2 bytes)</source>
+        <translation>%1 ...（%2 个字节）</translation>
+    </message>
+    <message>
+        <source>nothing (0 bytes)</source>
+        <translation>空（0 个字节）</translation>
     </message>
 </context>
 <context>
@@ -4412,6 +5592,10 @@ Now: %2</source>
     <message>
         <source>Note</source>
         <translation>备注</translation>
+    </message>
+    <message>
+        <source>From a trace</source>
+        <translation>来自总线记录</translation>
     </message>
 </context>
 <context>
