@@ -2,13 +2,13 @@
 #include "lineprinter.h"
 #include "showfilter.h"
 #include "tracecommand.h"
-#include "traceinput.h"
 
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
 #include <cli/core/datasheets.h>
 #include <cli/core/language.h>
 #include <cli/core/snapshotsource.h>
+#include <cli/core/traceinput.h>
 #include <snapshot/snapshot.h>
 #include <trace/files/tracefile.h>
 

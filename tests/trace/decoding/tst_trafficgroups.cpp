@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "frames.h"
+#include "../frames.h"
 
 #include <trace/statistics/trafficgroups.h>
 

@@ -166,61 +166,6 @@ void TraceSession::saveShown(const QString &fileName, const TraceRows &rows)
     });
 }
 
-void TraceSession::open(const QString &fileName)
-{
-    m_loading.start(fileName);
-    emit loadingChanged();
-}
-
-void TraceSession::cancelOpening()
-{
-    m_loading.cancel();
-    emit loadingChanged();
-}
-
-/*! Whether a file of this name would be taken for one that was saved by itself, and removed some day. */
-bool TraceSession::isForAutomatic(const QString &fileName) const
-{
-    const QFileInfo file(fileName);
-    return file.absoluteDir() == QDir(m_recorder.settings().folder)
-           && file.fileName().startsWith(QLatin1String("trace "));
-}
-
-bool TraceSession::isRefused(const QString &fileName)
-{
-    if (!isForAutomatic(fileName))
-        return false;
-    emit failed(tr("Names that begin with \"trace \" are for what is saved by itself in this folder, and "
-                   "removed again. Choose another one."));
-    return true;
-}
-
-void TraceSession::save(const QString &fileName, Trace trace)
-{
-    if (isRefused(fileName))
-        return;
-    const auto kept = std::make_shared<const Trace>(std::move(trace));
-    Background::run(
-        this, [fileName, kept] { return TraceExport::save(fileName, *kept); },
-        [this](const TraceExport::Result &result) { report(result); });
-}
-
-void TraceSession::saveShown(const QString &fileName, const TraceRows &rows)
-{
-    if (isLive()) { // it goes on growing
-        save(fileName, TraceExport::shown(*m_shown, rows));
-        return;
-    }
-    if (isRefused(fileName))
-        return;
-    Background::run(
-        this,
-        [fileName, document = m_shown, rows] {
-            return TraceExport::save(fileName, TraceExport::shown(*document, rows));
-        },
-        [this](const TraceExport::Result &result) { report(result); });
-}
-
 void TraceSession::report(const TraceExport::Result &result)
 {
     if (!result.problem.isEmpty()) {

@@ -204,7 +204,9 @@ void tst_PlotView::doubleClickFollowsAgain()
 void tst_PlotView::eventMovesTheCursor()
 {
     Plotted plotted;
-    emit plotted.host().page().findChild<EventView *>()->eventChosen(plotted.host().session().now());
+    LiveEvent event;
+    event.time = plotted.host().session().now();
+    emit plotted.host().page().findChild<EventView *>()->eventChosen(event);
     QVERIFY(!plotted.view().isHeld());
     QVERIFY(plotted.readings().contains(QStringLiteral("36.000 V")));
 }
@@ -214,7 +216,9 @@ void tst_PlotView::eventOfLongAgoIsShown()
     Plotted plotted;
     plotted.host().find<QComboBox>("plotSpan")->setCurrentIndex(0);
     QTest::qWait(120000);
-    emit plotted.host().page().findChild<EventView *>()->eventChosen(30 * second);
+    LiveEvent event;
+    event.time = 30 * second;
+    emit plotted.host().page().findChild<EventView *>()->eventChosen(event);
     QVERIFY(plotted.view().isHeld());
     QCOMPARE(plotted.plot().from(), 0);
     QCOMPARE(plotted.plot().to(), 60 * second);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "heardframes.h"
 
+#include <host/pages/trace/tracerows.h>
 #include <host/pages/trace/tracesession.h>
 #include <tests/support/fakebus.h>
 #include <trace/files/tracefile.h>
