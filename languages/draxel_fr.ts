@@ -5228,27 +5228,27 @@ Maintenant&#xa0;: %2</translation>
     <name>TraceTimes</name>
     <message>
         <source>%1 s</source>
-        <translation>%1 s</translation>
+        <translation>%1&#xa0;s</translation>
     </message>
     <message>
         <source>%1 us</source>
-        <translation>%1 µs</translation>
+        <translation>%1&#xa0;µs</translation>
     </message>
     <message>
         <source>%1 ms</source>
-        <translation>%1 ms</translation>
+        <translation>%1&#xa0;ms</translation>
     </message>
     <message>
         <source>%1 min %2 s</source>
-        <translation>%1 min %2 s</translation>
+        <translation>%1&#xa0;min %2&#xa0;s</translation>
     </message>
     <message>
         <source>%1 k</source>
-        <translation>%1 k</translation>
+        <translation>%1&#xa0;k</translation>
     </message>
     <message>
         <source>%1 M</source>
-        <translation>%1 M</translation>
+        <translation>%1&#xa0;M</translation>
     </message>
 </context>
 <context>

@@ -5208,7 +5208,7 @@ Now: %2</source>
     </message>
     <message>
         <source>%1 us</source>
-        <translation>%1 µs</translation>
+        <translation>%1 微秒</translation>
     </message>
     <message>
         <source>%1 ms</source>

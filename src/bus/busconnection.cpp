@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "busconnection.h"
 
+#include "backends.h"
 #include "buswords.h"
 
+#include <bus/socketcan/cansocket.h>
 #include <canopen/canport.h>
 #include <canopen/uploadgate.h>
 
@@ -31,6 +33,8 @@ BusConnection::BusConnection(QObject *parent)
         handleLoss(BusWords::presence(presence, m_settings));
     });
     connect(&m_watch, &InterfaceWatch::returned, this, &BusConnection::tryAgain);
+    connect(&m_queue, &ReceiveQueue::overflowed, this,
+            [this] { handleFrame(ReceiveQueue::overflowFrame()); });
     connect(&m_sdoClient, &CanOpen::SdoClient::finished, this, [this](const CanOpen::SdoOutcome &outcome) {
         m_counters.uploadRepeats += static_cast<quint64>(outcome.repeats);
     });
@@ -152,11 +156,24 @@ BusConnection::Attempt BusConnection::open(QString *errorMessage)
     return Attempt::Opened;
 }
 
+ReceiveQueue::Counter BusConnection::lossCounter() const
+{
+    if (m_lossCounter)
+        return m_lossCounter;
+    std::optional<CanSocket> socket;
+    if (BackEnd::find(m_settings.address.plugin).isConfiguredOutside)
+        socket = CanSocket::find(m_settings.address.interfaceName);
+    if (socket)
+        socket->noteTimes();
+    return [socket] { return socket ? socket->dropped() : std::nullopt; };
+}
+
 void BusConnection::adoptPort(std::unique_ptr<CanOpen::CanPort> port)
 {
     m_port = std::move(port);
     m_bitRate = m_opener.bitRate(m_settings, *m_port->device());
     m_load.setBitRate(m_bitRate);
+    m_queue.start(lossCounter());
     connect(m_port.get(), &CanOpen::CanPort::frameReceived, this, &BusConnection::handleFrame);
     connect(m_port.get(), &CanOpen::CanPort::lost, this, &BusConnection::handleLoss);
     connect(m_port.get(), &CanOpen::CanPort::written, &m_sdoClient, &CanOpen::SdoClient::handleWritten);
@@ -169,6 +186,7 @@ void BusConnection::releasePort()
     if (m_port == nullptr)
         return;
 
+    m_queue.stop();
     addPortCounters(&m_counters);
     m_port->disconnect(this);
     m_port->disconnect(&m_sdoClient);

@@ -4,6 +4,7 @@
 #include "busopener.h"
 #include "bussettings.h"
 #include "interfacewatch.h"
+#include "receivequeue.h"
 
 #include <canopen/busload.h>
 #include <canopen/heartbeatconsumer.h>
@@ -63,6 +64,8 @@ public:
     void setDeviceFactory(const DeviceFactory &factory) { m_opener.setDeviceFactory(factory); }
     /*! interfaceBitRate() at first. */
     void setBitRateReader(const BusOpener::BitRateReader &reader) { m_opener.setBitRateReader(reader); }
+    /*! How it is known that this computer loses frames; by the socket of SocketCAN at first. */
+    void setLossCounter(const ReceiveQueue::Counter &counter) { m_lossCounter = counter; }
 
     /*! Opens a bus; one that is open is closed first. May take up to 5 s with back ends that connect in the
      *  background; events are processed meanwhile. False on failure, with a sentence for the user in \a
@@ -111,7 +114,9 @@ public:
 
 signals:
     void stateChanged(BusConnection::State state);
-    /*! Every frame, after the client and the consumer have seen it. */
+    /*! Every frame, after the client and the consumer have seen it. Where this computer has lost frames, there is an
+     *  error frame that says so, as adapters do it.
+     */
     void frameReceived(const QCanBusFrame &frame);
     /*! Every frame of ours that left for the bus. Slots must not close the connection. */
     void frameSent(const QCanBusFrame &frame);
@@ -120,6 +125,7 @@ private:
     enum class Attempt { Opened, Failed, Superseded };
 
     Attempt open(QString *errorMessage);
+    ReceiveQueue::Counter lossCounter() const;
     void adoptPort(std::unique_ptr<CanOpen::CanPort> port);
     void releasePort();
     void handleFrame(const QCanBusFrame &frame);
@@ -139,6 +145,8 @@ private:
     bool m_isGateOpen = false;
     BusCounters m_counters; // without those of the open port
     InterfaceWatch m_watch;
+    ReceiveQueue::Counter m_lossCounter;
+    ReceiveQueue m_queue;
     QTimer m_retryTimer;
     CanOpen::HeartbeatConsumer m_heartbeats;
     CanOpen::BusLoad m_load;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "virtualbus.h"
 
-#include "interfacekind.h"
+#include <bus/socketcan/interfacekind.h>
 
 bool isVirtualBus(const BusAddress &address)
 {

@@ -22,7 +22,8 @@ const QList<Rule> &rules()
         {"json", {}},
         // The bus
         {"canopen", {QStringLiteral("system")}},
-        {"bus", {QStringLiteral("system"), QStringLiteral("canopen")}},
+        {"bus/socketcan", {}},
+        {"bus", {QStringLiteral("system"), QStringLiteral("canopen"), QStringLiteral("bus/socketcan")}},
         // Facts
         {"interface", {}},
         {"interpreter", {}},

@@ -60,6 +60,7 @@ private slots:
     void readsBitRateOfSocketCan();
     void readsBitRateAgainWhenTheBusIsBack();
     void feedsClientAndConsumer();
+    void tellsOfLostFrames();
     void countsRepeats();
     void deviceThatLeavesIsLost();
     void deviceThatRefusesWritesIsLost();
@@ -302,6 +303,28 @@ void tst_BusConnection::feedsClientAndConsumer()
     QCOMPARE(frames.size(), 2);
     QCOMPARE(m_bus->counters().framesReceived, quint64(2));
     QCOMPARE(m_bus->counters().framesSent, quint64(1));
+}
+
+void tst_BusConnection::tellsOfLostFrames()
+{
+    quint32 dropped = 0;
+    m_bus->setLossCounter([&dropped] { return dropped; });
+    QVERIFY(m_bus->connectToBus(fakeSettings(), nullptr));
+    QVector<QCanBusFrame> received;
+    connect(m_bus.get(), &BusConnection::frameReceived, this,
+            [&received](const QCanBusFrame &frame) { received.append(frame); });
+    QTest::qWait(3000);
+    QCOMPARE(received.size(), 0);
+    dropped = 250;
+    QTRY_COMPARE(received.size(), 1);
+    QCOMPARE(received.first().frameType(), QCanBusFrame::ErrorFrame);
+    QCOMPARE(received.first().error(), QCanBusFrame::FrameErrors(QCanBusFrame::ControllerError));
+    QCOMPARE(received.first().payload(), QByteArray::fromHex("0001000000000000"));
+
+    m_bus->disconnectFromBus();
+    dropped = 500;
+    QTest::qWait(3000);
+    QCOMPARE(received.size(), 1);
 }
 
 void tst_BusConnection::countsRepeats()

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <bus/interfacekind.h>
+#include <bus/socketcan/interfacekind.h>
 #include <bus/virtualbus.h>
 
 #include <QtTest>

@@ -38,6 +38,7 @@ private slots:
     void leavesTheOldFileWhenInputFails();
     void pipes();
     void statistics();
+    void statisticsWithoutNodes();
     void statisticsAsJson();
     void recordsAVehicle();
     void recordsInPieces();
@@ -234,10 +235,39 @@ void tst_TraceCommand::statistics()
                             "can0     4       5.7 %  12.0 %          0              1             1\n"
                             "can1     1       0.0 %  7.2 %           1              0             0\n"
                             "\n"
+                            "Kind   Frames  Per second\n"
+                            "sdo    1       0.25\n"
+                            "other  3       0.75\n"
+                            "error  1       0.25\n"
+                            "\n"
+                            "Node  Channel  Frames  Load\n"
+                            "1     can0     1       1.5 %\n"
+                            "\n"
                             "Identifier  Channel  Frames  Per second\n"
                             "123h        can0     2       0.50\n"
                             "601h        can0     1       0.25\n"
                             "1C23456Fh   can1     1       0.25\n"));
+}
+
+void tst_TraceCommand::statisticsWithoutNodes()
+{
+    const QString source = write("a.log", "(1436509052.249713) can0 123#11\n");
+    const Result result
+        = run({QStringLiteral("trace"), QStringLiteral("statistics"), source}, {QStringLiteral("TZ=UTC")});
+    QCOMPARE(result.output,
+             QStringLiteral("Frames    1\n"
+                            "First     2015-07-10 06:17:32.249713\n"
+                            "Last      2015-07-10 06:17:32.249713\n"
+                            "Duration  0.000000 s\n"
+                            "\n"
+                            "Channel  Frames  Load        Busiest second  Remote frames  Error frames  Sent\n"
+                            "can0     1       0.0 kbit/s  0.1 kbit/s      0              0             0\n"
+                            "\n"
+                            "Kind   Frames  Per second\n"
+                            "other  1       0.00\n"
+                            "\n"
+                            "Identifier  Channel  Frames  Per second\n"
+                            "123h        can0     1       0.00\n"));
 }
 
 void tst_TraceCommand::statisticsAsJson()

@@ -159,8 +159,8 @@ void report(const BusRecorder &recorder)
     else
         Console::print(Tr::tr("Wrote %1: %2").arg(name, what));
     if (recorder.overruns() > 0)
-        Console::printError(
-            Tr::tr("Frames were lost: the adapter told so %1 times.").arg(recorder.overruns()));
+        Console::printError(Tr::tr("Frames were lost: the adapter or this computer told so %1 times.")
+                                .arg(recorder.overruns()));
     if (recorder.unrecorded() > 0)
         Console::printError(Tr::tr("%1 CAN FD frames were not recorded; only classic frames are.")
                                 .arg(recorder.unrecorded()));

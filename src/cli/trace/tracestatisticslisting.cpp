@@ -140,6 +140,8 @@ QString TraceStatisticsListing::text() const
         lines += QString();
         lines += alignedLines(channelRows(), 0);
         for (const QVector<QStringList> &rows : {kindRows(), nodeRows(), identifierRows()}) {
+            if (rows.size() == 1) // nothing below the titles
+                continue;
             lines += QString();
             lines += alignedLines(rows, 0);
         }

@@ -1,14 +1,21 @@
 // SPDX-License-Identifier: MIT
-// Asks the kernel by rtnetlink. Where an interface lies below /sys does not tell: serial lines lie beside virtual ones.
+// What the kernel tells of its CAN interfaces and of the sockets on them. The kind of an interface is asked by rtnetlink:
+// where it lies below /sys does not tell, as serial lines lie beside virtual ones.
+#include "cansocket.h"
 #include "interfacekind.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <array>
 #include <cstring>
 
+#include <linux/can.h>
 #include <linux/rtnetlink.h>
+#include <linux/sock_diag.h>
+#include <linux/sockios.h>
 #include <net/if.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -77,6 +84,16 @@ QByteArray attribute(const QByteArray &attributes, unsigned short type)
     return QByteArray();
 }
 
+/*! 0 for everything but an open socket of SocketCAN. */
+int interfaceOf(int descriptor)
+{
+    sockaddr_can address{};
+    socklen_t size = sizeof(address);
+    if (::getsockname(descriptor, reinterpret_cast<sockaddr *>(&address), &size) != 0)
+        return 0;
+    return address.can_family == AF_CAN ? address.can_ifindex : 0;
+}
+
 } // namespace
 
 QString interfaceKind(const QString &name)
@@ -94,4 +111,38 @@ QString interfaceKind(const QString &name)
         return QString();
     const QByteArray kind = attribute(attribute(answer.mid(before), IFLA_LINKINFO), IFLA_INFO_KIND);
     return QString::fromLatin1(kind.constData()); // it ends with a zero byte
+}
+
+std::optional<CanSocket> CanSocket::find(const QString &interfaceName)
+{
+    const int wanted = static_cast<int>(::if_nametoindex(QFile::encodeName(interfaceName).constData()));
+    if (wanted == 0)
+        return std::nullopt;
+    const QStringList open = QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::System | QDir::Files);
+    for (const QString &name : open) {
+        const int descriptor = name.toInt();
+        if (interfaceOf(descriptor) == wanted)
+            return CanSocket(descriptor, wanted);
+    }
+    return std::nullopt;
+}
+
+void CanSocket::noteTimes() const
+{
+    // Fails as there was no frame yet, which does not matter.
+    timeval time{};
+    if (interfaceOf(m_descriptor) == m_interfaceIndex)
+        ::ioctl(m_descriptor, SIOCGSTAMP, &time);
+}
+
+std::optional<quint32> CanSocket::dropped() const
+{
+    // The back end may have closed it, and its number may be that of something else.
+    if (interfaceOf(m_descriptor) != m_interfaceIndex)
+        return std::nullopt;
+    std::array<quint32, SK_MEMINFO_VARS> numbers{};
+    socklen_t size = sizeof(numbers);
+    if (::getsockopt(m_descriptor, SOL_SOCKET, SO_MEMINFO, numbers.data(), &size) != 0)
+        return std::nullopt;
+    return numbers.at(SK_MEMINFO_DROPS);
 }
