@@ -50,6 +50,7 @@
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -376,13 +377,13 @@ void MainWindow::showVisit(const Snapshot &snapshot, qint64 visitId)
     }
     m_files->whenKept([this, snapshot, visitId] {
         m_session->showVisit(snapshot, visitId);
-        m_pages->setCurrentWidget(m_checkupTab);
-        QMetaObject::invokeMethod(
-            this,
-            [this, snapshot] {
+        // In turns of their own, so that none of it keeps a click waiting long.
+        QTimer::singleShot(0, this, [this, snapshot] {
+            m_pages->setCurrentWidget(m_checkupTab);
+            QTimer::singleShot(0, this, [this, snapshot] {
                 m_files->showSnapshot(snapshot, CheckupWords::fileName(m_session->record()));
-            },
-            Qt::QueuedConnection);
+            });
+        });
     });
 }
 
@@ -406,19 +407,21 @@ void MainWindow::connectTrace()
     m_trace->recorder().setEvents(&m_live->live().events().list());
     m_tracePage->setFolder(&FileFolder::start);
     connect(m_tracePage, &TracePage::failed, this, &MainWindow::showError);
-    connect(m_tracePage, &TracePage::told, this, [this](const QString &sentence, const QStringList &problems) {
-        if (!sentence.isEmpty())
-            tell(MessageLog::Severity::Information, sentence);
-        for (const QString &problem : problems)
-            m_log->add(MessageLog::Severity::Warning, problem);
-    });
+    connect(m_tracePage, &TracePage::told, this,
+            [this](const QString &sentence, const QStringList &problems) {
+                if (!sentence.isEmpty())
+                    tell(MessageLog::Severity::Information, sentence);
+                for (const QString &problem : problems)
+                    m_log->add(MessageLog::Severity::Warning, problem);
+            });
     const auto show = [this](const LiveEvent &event, const QDateTime &time) {
         m_tracePage->showMoment(TraceMoment::of(event, time));
     };
-    connect(m_livePage, &LivePage::eventChosen, this, [this, show](const LiveEvent &event, const QDateTime &time) {
-        if (m_trace->isLive()) // a file stays until the user asks for more
-            show(event, time);
-    });
+    connect(m_livePage, &LivePage::eventChosen, this,
+            [this, show](const LiveEvent &event, const QDateTime &time) {
+                if (m_trace->isLive()) // a file stays until the user asks for more
+                    show(event, time);
+            });
     connect(m_livePage, &LivePage::traceRequested, this,
             [this, show](const LiveEvent &event, const QDateTime &time) {
                 m_pages->setCurrentWidget(m_traceTab);
@@ -511,8 +514,7 @@ void MainWindow::showBusState()
 void MainWindow::showPage(int index)
 {
     const QWidget *page = m_pages->widget(index);
-    const QWidget *const own[] = {nullptr, m_placeholder, m_checkupTab,
-                                  m_liveTab, m_traceTab,   m_archiveTab};
+    const QWidget *const own[] = {nullptr, m_placeholder, m_checkupTab, m_liveTab, m_traceTab, m_archiveTab};
     const bool isPlugin = std::find(std::begin(own), std::end(own), page) == std::end(own);
     m_plugins->setActivePlugin(isPlugin ? index : -1);
     if (isPlugin) {
