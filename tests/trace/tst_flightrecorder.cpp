@@ -37,6 +37,7 @@ private slots:
     void savesAfterAFault();
     void savesNotTooOften();
     void folderIsBounded();
+    void folderKeepsAReserve();
     void folderThatCannotBe();
 };
 
@@ -186,6 +187,22 @@ void tst_FlightRecorder::folderIsBounded()
     // The newest one stays, whatever its size.
     TraceFolder(path, 1).save(trace, time.addSecs(1), &error);
     QCOMPARE(bounded.files(), QStringList{path + QStringLiteral("/trace 2026-11-22 08.30.21.log.gz")});
+}
+
+void tst_FlightRecorder::folderKeepsAReserve()
+{
+    const QTemporaryDir folder;
+    QString error;
+    qint64 left = 200'000'000;
+    const TraceFolder traces(folder.path(), 1'000'000, [&left](const QString &) { return left; });
+    QDateTime time(QDate(2026, 11, 22), QTime(8, 30, 15), Qt::UTC);
+    QVERIFY(!traces.save(Trace(), time, &error).isEmpty());
+    left = 199'999'999;
+    QCOMPARE(traces.save(Trace(), time.addSecs(1), &error), QString());
+    QCOMPARE(error, QStringLiteral("Less than 200 MB are left on the disk of %1.").arg(folder.path()));
+    QCOMPARE(traces.files().size(), 1);
+    left = -1; // nobody knows
+    QVERIFY(!traces.save(Trace(), time.addSecs(2), &error).isEmpty());
 }
 
 void tst_FlightRecorder::folderThatCannotBe()

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "freespace.h"
+
 #include <trace/core/trace.h>
 
 #include <QDateTime>
@@ -13,14 +15,18 @@
 class TraceFolder
 {
 public:
-    TraceFolder(const QString &path, qint64 mostBytes)
+    static constexpr qint64 reserve = 200000000; //!< bytes that must stay free
+
+    TraceFolder(const QString &path, qint64 mostBytes, const FreeSpace &freeSpace = systemFreeSpace)
         : m_path(path)
         , m_mostBytes(mostBytes)
+        , m_freeSpace(freeSpace)
     {
     }
 
     /*! Saves \a trace under the name of \a time; the folder is made when it is not there. Then the oldest ones go until
-     *  the rest is within the bound; the newest one always stays. The file's path; empty with a sentence on failure.
+     *  the rest is within the bound; the newest one always stays. On a disk with less than the reserve nothing is saved. The
+     *  file's path; empty with a sentence on failure.
      */
     QString save(const Trace &trace, const QDateTime &time, QString *errorMessage) const;
 
@@ -32,4 +38,5 @@ private:
 
     QString m_path;
     qint64 m_mostBytes;
+    FreeSpace m_freeSpace;
 };
