@@ -19,6 +19,11 @@ QString bytesOf(const TraceFrame &frame, const FramePart &part)
     return QString::fromLatin1(QByteArray(begin + first, count).toHex(' ').toUpper());
 }
 
+bool isUnderWay(const TraceLines &lines, std::size_t line)
+{
+    return lines.at(line).transfer != 0 && !lines.transfer(line);
+}
+
 } // namespace
 
 void FrameDetails::show(const TraceDocument &document, std::size_t line)
@@ -26,6 +31,8 @@ void FrameDetails::show(const TraceDocument &document, std::size_t line)
     beginResetModel();
     m_rows.clear();
     const std::vector<std::size_t> frames = document.lines.frames(line);
+    m_frames = frames.size();
+    m_isUnderWay = isUnderWay(document.lines, line);
     const std::vector<QVector<FramePart>> parts = document.lines.parts(line, mostFrames);
     for (std::size_t i = 0; i < parts.size(); ++i)
         addFrame(document, document.trace.frames[frames[i]], parts[i]);
@@ -34,6 +41,15 @@ void FrameDetails::show(const TraceDocument &document, std::size_t line)
                        tr("and %n more frame(s)", nullptr, static_cast<int>(frames.size() - parts.size())),
                        true});
     endResetModel();
+}
+
+void FrameDetails::update(const TraceDocument &document, std::size_t line)
+{
+    if (!m_isUnderWay)
+        return;
+    m_isUnderWay = isUnderWay(document.lines, line);
+    if (document.lines.frames(line).size() != m_frames)
+        show(document, line);
 }
 
 void FrameDetails::addFrame(const TraceDocument &document, const TraceFrame &frame,
@@ -45,10 +61,12 @@ void FrameDetails::addFrame(const TraceDocument &document, const TraceFrame &fra
         meaning += QStringLiteral(", ") + head.channels.value(frame.channel);
     if (frame.isSent())
         meaning += QStringLiteral(", ") + tr("sent by this computer");
-    m_rows.append({TraceTimes::longText(frame.time, head.hasTimeOfDay), FrameWords::bytes(frame), meaning, true});
+    m_rows.append(
+        {TraceTimes::longText(frame.time, head.hasTimeOfDay), FrameWords::bytes(frame), meaning, true});
     for (const FramePart &part : parts) {
-        const QString where = part.count == 1 ? tr("byte %1").arg(part.first)
-                                              : tr("bytes %1 to %2").arg(part.first).arg(part.first + part.count - 1);
+        const QString where = part.count == 1
+                                  ? tr("byte %1").arg(part.first)
+                                  : tr("bytes %1 to %2").arg(part.first).arg(part.first + part.count - 1);
         m_rows.append({where, bytesOf(frame, part), part.text, false});
     }
 }
@@ -57,6 +75,7 @@ void FrameDetails::clear()
 {
     beginResetModel();
     m_rows.clear();
+    m_isUnderWay = false;
     endResetModel();
 }
 
@@ -80,13 +99,11 @@ QVariant FrameDetails::data(const QModelIndex &index, int role) const
         font.setBold(true);
         return font;
     }
-    if (role == Qt::TextAlignmentRole && index.column() == WhereColumn && !row.isFrame)
-        return int(Qt::AlignRight | Qt::AlignVCenter);
     if (role != Qt::DisplayRole)
         return QVariant();
     switch (index.column()) {
     case WhereColumn:
-        return row.where;
+        return row.isFrame ? row.where : QStringLiteral("    ") + row.where;
     case BytesColumn:
         return row.bytes;
     default:

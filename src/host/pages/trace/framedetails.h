@@ -20,6 +20,8 @@ public:
     using QAbstractTableModel::QAbstractTableModel;
 
     void show(const TraceDocument &document, std::size_t line);
+    /*! Shows the same line again when more of its frames have come. */
+    void update(const TraceDocument &document, std::size_t line);
     void clear();
     /*! Whether a row is a frame and not a part of one. */
     bool isFrame(int row) const { return m_rows.at(row).isFrame; }
@@ -41,4 +43,6 @@ private:
     void addFrame(const TraceDocument &document, const TraceFrame &frame, const QVector<FramePart> &parts);
 
     QVector<Row> m_rows;
+    std::size_t m_frames = 0;
+    bool m_isUnderWay = false; // a transfer that may go on
 };

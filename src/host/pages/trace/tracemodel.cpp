@@ -14,8 +14,16 @@
 namespace {
 
 constexpr std::size_t linesBetweenLooks = 256; // at the clock
-constexpr std::size_t linesInSlice = 50000;   // where the clock is too coarse to tell
+constexpr std::size_t linesInSlice = 50000;    // where the clock is too coarse to tell
 constexpr qint64 slice = 12;                   // ms
+
+/*! Nodes stand apart from the differences before them. */
+int alignment(int column)
+{
+    if (column == TraceModel::DifferenceColumn)
+        return int(Qt::AlignRight | Qt::AlignVCenter);
+    return column == TraceModel::NodeColumn ? int(Qt::AlignCenter) : int(Qt::AlignLeft | Qt::AlignVCenter);
+}
 
 constexpr auto mostRows = static_cast<std::size_t>(std::numeric_limits<int>::max());
 
@@ -79,8 +87,7 @@ void TraceModel::look()
     QElapsedTimer clock;
     clock.start();
     std::vector<quint32> found;
-    for (std::size_t looked = 0;
-         !m_rows.isComplete() && looked < linesInSlice && clock.elapsed() < slice;
+    for (std::size_t looked = 0; !m_rows.isComplete() && looked < linesInSlice && clock.elapsed() < slice;
          looked += linesBetweenLooks) {
         const std::vector<quint32> some = m_rows.examine(linesBetweenLooks);
         found.insert(found.end(), some.begin(), some.end());
@@ -178,8 +185,7 @@ QVariant TraceModel::data(const QModelIndex &index, int role) const
                    ? QVariant(LightIcon::of(markOf(m_document->lines.at(lineAt(index.row())).mark)))
                    : QVariant();
     case Qt::TextAlignmentRole:
-        return index.column() == DifferenceColumn ? int(Qt::AlignRight | Qt::AlignVCenter)
-                                                  : int(Qt::AlignLeft | Qt::AlignVCenter);
+        return alignment(index.column());
     default:
         return QVariant();
     }

@@ -116,15 +116,17 @@ void tst_TraceModel::filterTakesSlices()
     constexpr int lines = 200'000;
     std::vector<TraceFrame> frames;
     for (int i = 0; i < lines; ++i)
-        frames.push_back(heard(i * millisecond, i % 100 == 0 ? 0x084 : 0x705, i % 100 == 0 ? "1042080000000000" : "05"));
-    m_model->setDocument(documentOf(frames));
-    QCOMPARE(m_model->rowCount(), lines);
-    m_model->setFilter(wrongOnly());
-    QVERIFY(m_model->isLooking()); // the call comes back before all were looked at
-    QVERIFY(m_model->rowCount() < 2000);
-    QTRY_VERIFY(!m_model->isLooking());
-    QCOMPARE(m_model->rowCount(), 2000);
-    QCOMPARE(m_model->lineAt(1999), std::size_t(199'900));
+        frames.push_back(
+            heard(i * millisecond, i % 100 == 0 ? 0x084 : 0x705, i % 100 == 0 ? "1042080000000000" : "05"));
+    TraceModel model; // without a tester, which looks at every row again and again
+    model.setDocument(documentOf(frames));
+    QCOMPARE(model.rowCount(), lines);
+    model.setFilter(wrongOnly());
+    QVERIFY(model.isLooking()); // the call comes back before all were looked at
+    QVERIFY(model.rowCount() < 2000);
+    QTRY_VERIFY(!model.isLooking());
+    QCOMPARE(model.rowCount(), 2000);
+    QCOMPARE(model.lineAt(1999), std::size_t(199'900));
 }
 
 void tst_TraceModel::newLinesAreShown()
@@ -169,7 +171,8 @@ void tst_TraceModel::transferThatEndsLate()
     document->lines.advance();
     m_model->update();
     QCOMPARE(m_model->rowCount(), 1); // it may still be answered
-    document->trace.frames.push_back(heard(2 * millisecond, 0x602, "8064610200000405")); // its client has given up
+    document->trace.frames.push_back(
+        heard(2 * millisecond, 0x602, "8064610200000405")); // its client has given up
     document->lines.advance();
     m_model->update();
     QCOMPARE(m_model->rowCount(), 2);
@@ -243,12 +246,13 @@ void tst_TraceModel::partsOfALine()
 {
     FrameDetails details;
     details.show(m_model->document(), 1);
-    const auto text = [&details](int row, int column) { return details.index(row, column).data().toString(); };
+    const auto text
+        = [&details](int row, int column) { return details.index(row, column).data().toString(); };
     QVERIFY(details.isFrame(0));
     QCOMPARE(text(0, FrameDetails::WhereColumn), QStringLiteral("2026-11-22 08:30:00.100000"));
     QCOMPARE(text(0, FrameDetails::BytesColumn), QStringLiteral("40 64 61 02 00 00 00 00"));
     QCOMPARE(text(0, FrameDetails::MeaningColumn), QStringLiteral("Frame 602h"));
-    QCOMPARE(text(1, FrameDetails::WhereColumn), QStringLiteral("byte 0"));
+    QCOMPARE(text(1, FrameDetails::WhereColumn), QStringLiteral("    byte 0"));
     QCOMPARE(text(1, FrameDetails::BytesColumn), QStringLiteral("40"));
     QVERIFY(!text(1, FrameDetails::MeaningColumn).isEmpty());
     int frames = 0;
@@ -281,7 +285,8 @@ void tst_TraceModel::moments()
     event.nodeId = 4;
     const TraceLines &lines = m_model->document().lines;
     const auto lineAt = [&lines, &event](int ms) {
-        return TraceMoment::of(event, QDateTime::fromMSecsSinceEpoch(morning / millisecond + ms)).lineIn(lines);
+        return TraceMoment::of(event, QDateTime::fromMSecsSinceEpoch(morning / millisecond + ms))
+            .lineIn(lines);
     };
     QCOMPARE(lineAt(150).value(), std::size_t(2)); // the emergency, though its time is another one
     QCOMPARE(lineAt(-500).value(), std::size_t(2));
