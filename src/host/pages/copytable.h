@@ -24,7 +24,7 @@ public:
     void setModel(QAbstractItemModel *model) override;
 
 public slots:
-    void copy();
+    virtual void copy();
 
 protected:
     void changeEvent(QEvent *event) override;

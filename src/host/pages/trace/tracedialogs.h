@@ -13,7 +13,9 @@ namespace TraceDialogs {
 
 using Chosen = std::function<void(const QString &fileName)>;
 
-/*! \a name: of the dialog as an object; \a suggested: a name without suffix. */
+/*! \a name: of the dialog as an object; \a suggested: a name without suffix. A name that tells no format gets the suffix of the
+ *  kind that is chosen; the dialog comes again to ask when there is such a file.
+ */
 void askToSave(QWidget *parent, const char *name, const QString &title, const QString &folder,
                const QString &suggested, const Chosen &chosen);
 

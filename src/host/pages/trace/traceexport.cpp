@@ -50,12 +50,17 @@ TraceExport::Result TraceExport::save(const QString &fileName, const Trace &trac
 
 QStringList TraceExport::nameFilters()
 {
-    return {tr("candump log (*.log)"),     tr("candump log, compressed (*.log.gz)"),
-            tr("asc trace (*.asc)"),       tr("trc trace (*.trc)"),
-            tr("pcap capture (*.pcap)"),   tr("pcapng capture (*.pcapng)")};
+    return {tr("candump log (*.log)"),   tr("candump log, compressed (*.log.gz)"),
+            tr("asc trace (*.asc)"),     tr("trc trace (*.trc)"),
+            tr("pcap capture (*.pcap)"), tr("pcapng capture (*.pcapng)")};
 }
 
 QString TraceExport::suffixOf(const QString &nameFilter)
 {
     return nameFilter.section(QLatin1String("*."), 1).section(QLatin1Char(')'), 0, 0);
+}
+
+QString TraceExport::completeName(const QString &fileName, const QString &suffix)
+{
+    return TraceFormats::ofName(fileName).format ? fileName : fileName + QLatin1Char('.') + suffix;
 }

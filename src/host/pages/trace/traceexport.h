@@ -36,4 +36,6 @@ public:
     static QStringList nameFilters();
     /*! "log.gz" of "candump log, compressed (*.log.gz)". */
     static QString suffixOf(const QString &nameFilter);
+    /*! With \a suffix when the name tells no format. */
+    static QString completeName(const QString &fileName, const QString &suffix);
 };

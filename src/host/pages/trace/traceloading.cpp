@@ -4,6 +4,7 @@
 #include <host/core/background.h>
 #include <trace/files/tracefile.h>
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -104,6 +105,12 @@ void TraceLoading::start(const QString &fileName)
 TraceLoading::Result TraceLoading::load(const QString &fileName, State *state)
 {
     Result result;
+    const QFileInfo file(fileName);
+    if (file.exists() && !file.isFile()
+        && !file.isDir()) { // a pipe, for instance, could keep the thread waiting
+        result.problem = tr("%1 is not a file.").arg(QDir::toNativeSeparators(fileName));
+        return result;
+    }
     std::unique_ptr<TraceReader> opened = TraceFile::open(fileName, &result.problem);
     if (!opened)
         return result;
@@ -113,7 +120,8 @@ TraceLoading::Result TraceLoading::load(const QString &fileName, State *state)
     state->expected = expectedFrames(fileName, reader);
     document->trace = TraceFile::load(&reader, TraceFile::Limits(), state->expected);
     document->trace.head = reader.knownHead();
-    while (!state->isCancelled && document->lines.advance(linesAtOnce)) { }
+    while (!state->isCancelled && document->lines.advance(linesAtOnce)) {
+    }
     if (!state->isCancelled)
         document->lines.finish();
     result.document = std::move(document);

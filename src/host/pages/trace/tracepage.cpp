@@ -147,7 +147,6 @@ void TracePage::addKeys()
 
 void TracePage::connectParts()
 {
-    connect(m_toolbar, &TraceToolbar::failed, this, &TracePage::failed);
     connect(m_filter, &FilterBar::filterChanged, this, &TracePage::takeFilter);
     connect(m_filter, &FilterBar::problemChanged, this, [this](const QString &sentence) {
         m_problem->setText(sentence.isEmpty() ? documentText() : sentence);
@@ -160,6 +159,10 @@ void TracePage::connectParts()
         exportLookedAt();
     });
     connect(m_copy, &QToolButton::clicked, m_table, &CopyTable::copy);
+    connect(m_table, &TraceTable::copiedNotAll, this, [this] {
+        emit told(
+            tr("Only the first %1 lines were copied; \"Export\" saves all.").arg(TraceTable::mostCopied), {});
+    });
     connect(m_table, &TraceTable::followingChanged, this, &TracePage::setFollowing);
     QItemSelectionModel *selection = m_table->selectionModel();
     connect(selection, &QItemSelectionModel::currentRowChanged, this, &TracePage::showChosen);
@@ -212,31 +215,38 @@ QString TracePage::documentText() const
         sentences << tr("The file is too long: only its first %1 frames are shown.")
                          .arg(TraceTimes::count(trace.frames.size()));
     if (trace.unread > 0 && !trace.problems.empty())
-        sentences << tr("%n line(s) could not be read.", nullptr, static_cast<int>(trace.unread)) + QLatin1Char(' ')
+        sentences << tr("%n line(s) could not be read.", nullptr, static_cast<int>(trace.unread))
+                         + QLatin1Char(' ')
                          + tr("The first one: line %1. %2")
-                               .arg(QString::number(trace.problems.front().line), trace.problems.front().text);
+                               .arg(QString::number(trace.problems.front().line),
+                                    trace.problems.front().text);
     return sentences.join(QLatin1Char(' '));
 }
 
 void TracePage::takeGrown()
 {
-    if (isVisible())
-        m_model.update();
+    if (!isVisible())
+        return;
+    m_model.update();
+    if (m_chosen)
+        m_details.update(m_model.document(), m_model.document().lines.rowOfFrame(*m_chosen));
 }
 
-/*! The line that is chosen stays, as long as it is there. */
+/*! The line that is chosen stays, as long as it is there, and so does the place. */
 void TracePage::takeShortened(std::size_t frames)
 {
-    if (m_chosen)
-        m_chosen = *m_chosen >= frames ? std::optional<std::size_t>(*m_chosen - frames) : std::nullopt;
-    const std::optional<std::size_t> chosen = m_chosen;
+    const auto shorten = [frames](std::optional<std::size_t> frame) {
+        return frame && *frame >= frames ? std::optional<std::size_t>(*frame - frames) : std::nullopt;
+    };
+    const Place before = place();
+    m_chosen = shorten(m_chosen);
+    if (!m_chosen)
+        m_details.clear();
     m_isGoing = true;
     m_model.setDocument(m_session->document());
     m_isGoing = false;
-    if (!chosen)
-        m_details.clear();
-    else
-        goToLine(m_model.document().lines.rowOfFrame(*chosen));
+    goBack({shorten(before.chosen), before.top ? shorten(before.top).value_or(0) : before.top,
+            before.isFollowing});
 }
 
 void TracePage::relearn()
@@ -247,34 +257,61 @@ void TracePage::relearn()
 
 void TracePage::takeFilter()
 {
-    const std::optional<std::size_t> chosen = m_chosen;
+    const Place before = place();
     m_isGoing = true;
     m_model.setFilter(m_filter->filter());
     m_isGoing = false;
-    if (chosen)
-        goToLine(m_model.document().lines.rowOfFrame(*chosen));
+    goBack(before);
     showCounts();
 }
 
-void TracePage::goToLine(std::size_t line)
+TracePage::Place TracePage::place() const
 {
-    m_wanted = line;
+    const TraceLines &lines = m_model.document().lines;
+    Place place{m_chosen, std::nullopt, m_table->isFollowing()};
+    const int top = m_table->rowAt(0);
+    if (m_wanted) // it is on its way
+        (m_wanted->going == Going::Choose ? place.chosen : place.top) = lines.at(m_wanted->line).frame;
+    else if (top >= 0)
+        place.top = lines.at(m_model.lineAt(top)).frame;
+    return place;
+}
+
+/*! Other rows are shown. Where the newest are followed they still are. */
+void TracePage::goBack(const Place &place)
+{
+    const TraceLines &lines = m_model.document().lines;
+    m_wanted.reset();
+    if (place.isFollowing)
+        return;
+    if (place.chosen)
+        goToLine(lines.rowOfFrame(*place.chosen));
+    else if (place.top)
+        goToLine(lines.rowOfFrame(*place.top), Going::Scroll);
+}
+
+void TracePage::goToLine(std::size_t line, Going going)
+{
+    m_wanted = {line, going};
     goToWanted();
 }
 
 void TracePage::goToWanted()
 {
-    const bool isLookedAt = m_wanted && (m_model.rows().examined() > *m_wanted || !m_model.isLooking());
+    const bool isLookedAt = m_wanted && (m_model.rows().examined() > m_wanted->line || !m_model.isLooking());
     if (!isLookedAt)
         return;
-    const std::size_t line = *std::exchange(m_wanted, std::nullopt);
-    const int row = m_model.rowOfLine(line);
+    const Wanted wanted = *std::exchange(m_wanted, std::nullopt);
+    const int row = m_model.rowOfLine(wanted.line);
     if (row < 0)
         return;
-    if (m_model.lineAt(row) == line)
+    const QModelIndex index = m_model.index(row, TraceModel::WhatColumn);
+    if (wanted.going == Going::Scroll)
+        m_table->scrollTo(index, QAbstractItemView::PositionAtTop);
+    else if (m_model.lineAt(row) == wanted.line)
         chooseRow(row);
     else // the filter hides it: it stays chosen for when it is shown again
-        m_table->scrollTo(m_model.index(row, TraceModel::WhatColumn), QAbstractItemView::PositionAtCenter);
+        m_table->scrollTo(index, QAbstractItemView::PositionAtCenter);
 }
 
 void TracePage::chooseRow(int row)
@@ -295,6 +332,11 @@ void TracePage::showMoment(const TraceMoment &moment)
     const std::optional<std::size_t> line = moment.lineIn(lines);
     if (!line)
         return;
+    if (moment.time < lines.time(0) - TraceMoment::tolerance) {
+        if (isVisible())
+            emit told(tr("What was on the bus then is no longer in this list."), {});
+        return;
+    }
     if (!lines.fits(*line, m_filter->filter()))
         m_filter->clear(); // or it could not be shown
     goToLine(*line);
@@ -326,8 +368,9 @@ void TracePage::showCounts()
     if (rows.isAll())
         m_count->setText(tr("%1 lines").arg(shown));
     else if (m_model.isLooking())
-        m_count->setText(tr("%1 of %2 lines, %3 % looked at")
-                             .arg(shown, TraceTimes::count(all), QString::number(rows.examined() * 100 / all)));
+        m_count->setText(
+            tr("%1 of %2 lines, %3 % looked at")
+                .arg(shown, TraceTimes::count(all), QString::number(rows.examined() * 100 / all)));
     else
         m_count->setText(tr("%1 of %2 lines").arg(shown, TraceTimes::count(all)));
 }
@@ -342,9 +385,8 @@ void TracePage::showSelection()
         m_selection->clear();
         return;
     }
-    m_selection->setText(
-        tr("%1 from the first selected line to the last one")
-            .arg(TraceTimes::difference(m_model.timeAt(last) - m_model.timeAt(first))));
+    m_selection->setText(tr("%1 from the first selected line to the last one")
+                             .arg(TraceTimes::difference(m_model.timeAt(last) - m_model.timeAt(first))));
 }
 
 void TracePage::setFollowing(bool follows)
@@ -412,7 +454,8 @@ void TracePage::retranslate()
     m_table->setAccessibleName(tr("What was on the bus"));
     m_parts->setAccessibleName(tr("The frames of the chosen line"));
     m_copy->setText(tr("&Copy"));
-    m_copy->setToolTip(tr("Copies the selected lines, or all that are shown (at most %1)").arg(TraceTable::mostCopied));
+    m_copy->setToolTip(
+        tr("Copies the selected lines, or all that are shown (at most %1)").arg(TraceTable::mostCopied));
     m_export->setText(tr("&Export..."));
     m_export->setToolTip(tr("Saves the frames of the lines that are shown; the name tells the format"));
     m_events->setText(tr("Eve&nts"));

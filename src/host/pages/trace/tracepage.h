@@ -53,6 +53,21 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
+    enum class Going : quint8 { Choose, Scroll };
+    /*! A line that is to be seen. */
+    struct Wanted
+    {
+        std::size_t line = 0;
+        Going going = Going::Choose;
+    };
+    /*! Where the user is. */
+    struct Place
+    {
+        std::optional<std::size_t> chosen; // frame
+        std::optional<std::size_t> top;    // frame of the uppermost line
+        bool isFollowing = false;
+    };
+
     QWidget *buildTop();
     QWidget *buildCentre();
     QWidget *buildBottom();
@@ -66,8 +81,10 @@ private:
     void takeShortened(std::size_t frames);
     void relearn();
     void takeFilter();
-    void goToLine(std::size_t line);
+    void goToLine(std::size_t line, Going going = Going::Choose);
+    void goBack(const Place &place);
     void goToWanted();
+    Place place() const;
     void chooseRow(int row);
     void showChosen();
     void showCounts();
@@ -99,7 +116,7 @@ private:
     QLabel *m_selection = nullptr;
     std::function<QString()> m_folder;
     std::optional<std::size_t> m_chosen; // frame of the document whose line is chosen
-    std::optional<std::size_t> m_wanted; // line to go to as soon as it was looked at
-    QString m_exportName;                // for when all lines were looked at; empty: nothing is to be exported
-    bool m_isGoing = false;              // another filter or document is being taken in
+    std::optional<Wanted> m_wanted;      // to go to as soon as it was looked at
+    QString m_exportName;   // for when all lines were looked at; empty: nothing is to be exported
+    bool m_isGoing = false; // another filter or document is being taken in
 };

@@ -8,15 +8,18 @@
 #include <QCanBusFrame>
 #include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 
 #include <algorithm>
 
 namespace {
 
-constexpr int tickInterval = 100; // ms
-constexpr qint64 nanoseconds = 1000; // of a microsecond
+constexpr int tickInterval = 100;     // ms
+constexpr qint64 nanoseconds = 1000;  // of a microsecond
 constexpr qint64 microseconds = 1000; // of a millisecond
-constexpr qint64 second = 1000000; // us
+constexpr qint64 second = 1000000;    // us
+constexpr qint64 minute = 60 * second;
+constexpr qint64 megabyte = 1000000; // bytes
 constexpr FaultSaving::Settings savingTimes{5 * second, 60 * second};
 
 qint64 timeOfDay()
@@ -113,6 +116,8 @@ void TraceRecorder::take(const QCanBusFrame &frame, TraceFrame::Flag flag)
     if (m_recording && !m_recording->add(traced, now()))
         endRecording();
     emit taken(traced);
+    if (m_flight.size() == 1)
+        emit keptFirst();
 }
 
 void TraceRecorder::tick()
@@ -159,7 +164,8 @@ void TraceRecorder::saveByItself()
         },
         [this](const Saved &saved) {
             if (saved.file.isEmpty())
-                emit warned(tr("What was on the bus before a fault could not be saved. %1").arg(saved.problem));
+                emit warned(
+                    tr("What was on the bus before a fault could not be saved. %1").arg(saved.problem));
             else
                 emit told(tr("What was on the bus before a fault is saved: %1")
                               .arg(QDir::toNativeSeparators(saved.file)));
@@ -171,13 +177,16 @@ bool TraceRecorder::record(const QString &fileName, QString *errorMessage)
     stopRecording();
     TraceRecording::Settings settings;
     settings.path = fileName;
+    if (m_settings.rotation == TraceSettings::Rotation::Size)
+        settings.rotateSize = m_settings.rotationMegabytes * megabyte;
+    else if (m_settings.rotation == TraceSettings::Rotation::Time)
+        settings.rotateTime = m_settings.rotationMinutes * minute;
     auto recording = std::make_unique<TraceRecording>(settings);
     if (!recording->begin(head(), now())) {
         *errorMessage = recording->errorString();
         return false;
     }
     m_recording = std::move(recording);
-    m_recordingFile = fileName;
     m_recordingBegin = now();
     m_timer.start();
     emit recordingChanged();
@@ -196,7 +205,10 @@ void TraceRecorder::stopRecording()
 void TraceRecorder::endRecording()
 {
     const std::unique_ptr<TraceRecording> recording = std::move(m_recording);
-    const QString name = QDir::toNativeSeparators(m_recordingFile);
+    const QStringList files = recording->files();
+    const QString first = QDir::toNativeSeparators(files.first());
+    const QString name
+        = files.size() == 1 ? first : tr("%1 to %2").arg(first, QFileInfo(files.last()).fileName());
     const auto frames = static_cast<int>(std::min<quint64>(recording->frames(), 0x7FFFFFFF));
     if (!m_isListening)
         m_timer.stop();
@@ -205,4 +217,5 @@ void TraceRecorder::endRecording()
         emit told(tr("Recorded: %1, %n frame(s)", nullptr, frames).arg(name));
     else
         emit warned(tr("The recording %1 has ended. %2").arg(name, recording->errorString()));
+    emit recordedFile(files.first());
 }

@@ -49,7 +49,8 @@ public:
     bool record(const QString &fileName, QString *errorMessage);
     void stopRecording();
     bool isRecording() const { return m_recording != nullptr; }
-    QString recordingFile() const { return m_recordingFile; }
+    /*! The file that is written now. */
+    QString recordingFile() const { return m_recording ? m_recording->files().last() : QString(); }
     quint64 recorded() const { return m_recording ? m_recording->frames() : 0; }
     /*! us since record(). */
     qint64 recordingTime() const { return now() - m_recordingBegin; }
@@ -58,12 +59,16 @@ signals:
     /*! Another bus. */
     void begun(const TraceHead &head);
     void taken(const TraceFrame &frame);
+    /*! From now on there is something to save. */
+    void keptFirst();
     void ended();
     /*! It has begun or ended, or has grown; at most ten times a second. */
     void recordingChanged();
     /*! What was done by itself or at the end of a recording, a sentence; and what did not go well. */
     void told(const QString &sentence);
     void warned(const QString &sentence);
+    /*! A recording has ended; its first file. */
+    void recordedFile(const QString &fileName);
 
 private:
     void handleState(BusConnection::State state);
@@ -86,7 +91,6 @@ private:
     QElapsedTimer m_steady;
     QTimer m_timer;
     std::unique_ptr<TraceRecording> m_recording;
-    QString m_recordingFile;
     qint64 m_recordingBegin = 0; // us
     bool m_isListening = false;
 };

@@ -4,6 +4,7 @@
 #include "tracerows.h"
 
 #include <host/core/background.h>
+#include <trace/files/tracefile.h>
 #include <trace/files/traceformat.h>
 
 #include <QDir>
@@ -19,9 +20,10 @@ constexpr std::size_t mostToSort = 100000;  // lines that are sorted again at on
 
 } // namespace
 
-TraceSession::TraceSession(BusConnection *bus, QObject *parent)
+TraceSession::TraceSession(BusConnection *bus, QObject *parent, std::size_t mostHeard)
     : QObject(parent)
     , m_recorder(bus)
+    , m_live(mostHeard)
     , m_shown(m_live.document())
 {
     m_timer.setInterval(tickInterval);
@@ -32,12 +34,15 @@ TraceSession::TraceSession(BusConnection *bus, QObject *parent)
             [this](const QString &sentence) { emit told(sentence, {}); });
     connect(&m_recorder, &TraceRecorder::warned, this,
             [this](const QString &sentence) { emit told(QString(), {sentence}); });
+    connect(&m_recorder, &TraceRecorder::recordedFile, this, &TraceSession::fileUsed);
     connect(&m_loading, &TraceLoading::loaded, this, [this](const std::shared_ptr<TraceDocument> &document) {
         emit loadingChanged();
         show(document);
+        emit fileUsed(document->fileName);
     });
     connect(&m_loading, &TraceLoading::failed, this, [this](const QString &sentence) {
         emit loadingChanged();
+        emit fileRefused(m_loading.fileName());
         emit failed(sentence);
     });
 }
@@ -46,6 +51,7 @@ void TraceSession::begin(const TraceHead &head)
 {
     const bool wasLive = isLive();
     m_live.begin(head);
+    m_known = 0;
     m_hasHeard = true;
     m_timer.start();
     if (wasLive) // a file stays until the user wants something else
@@ -59,8 +65,10 @@ void TraceSession::tick()
     const std::shared_ptr<TraceDocument> before = m_live.document();
     const bool isMore = m_live.advance(framesAtOnce);
     refresh();
-    if (m_live.document() != before)
+    if (m_live.document() != before) {
+        m_known = 0; // of another book
         takeShortened(before);
+    }
     if (isLive())
         emit grown();
     if (!isMore && !m_recorder.isListening()) {
@@ -105,9 +113,27 @@ void TraceSession::showLive()
     show(m_live.document());
 }
 
+QStringList TraceSession::endings()
+{
+    return {QStringLiteral(".log"),  QStringLiteral(".asc"),    QStringLiteral(".trc"),
+            QStringLiteral(".pcap"), QStringLiteral(".pcapng"), QStringLiteral(".txt"),
+            QStringLiteral(".gz"),   QStringLiteral(".zst")};
+}
+
+bool TraceSession::mayBeTrace(const QString &fileName)
+{
+    const QStringList known = endings();
+    return std::any_of(known.begin(), known.end(), [&fileName](const QString &ending) {
+        return fileName.endsWith(ending, Qt::CaseInsensitive);
+    });
+}
+
 bool TraceSession::isTraceFile(const QString &fileName)
 {
-    return TraceFormats::ofName(fileName).format.has_value();
+    if (TraceFormats::ofName(fileName).format)
+        return true;
+    QString problem;
+    return QFileInfo(fileName).isFile() && TraceFile::open(fileName, &problem) != nullptr;
 }
 
 void TraceSession::open(const QString &fileName)
@@ -139,6 +165,13 @@ bool TraceSession::isRefused(const QString &fileName)
     return true;
 }
 
+void TraceSession::record(const QString &fileName)
+{
+    QString problem;
+    if (!isRefused(fileName) && !m_recorder.record(fileName, &problem))
+        emit failed(problem);
+}
+
 /*! \a make runs in another thread. */
 void TraceSession::saveLater(const QString &fileName, const std::function<Trace()> &make)
 {
@@ -161,9 +194,8 @@ void TraceSession::saveShown(const QString &fileName, const TraceRows &rows)
         return;
     }
     // It goes on growing.
-    saveLater(fileName, [trace = std::make_shared<const Trace>(TraceExport::shown(*m_shown, rows))] {
-        return *trace;
-    });
+    saveLater(fileName,
+              [trace = std::make_shared<const Trace>(TraceExport::shown(*m_shown, rows))] { return *trace; });
 }
 
 void TraceSession::report(const TraceExport::Result &result)
@@ -175,4 +207,5 @@ void TraceSession::report(const TraceExport::Result &result)
     const auto frames = static_cast<int>(std::min<quint64>(result.frames, 0x7FFFFFFF));
     emit told(tr("Saved: %1, %n frame(s)", nullptr, frames).arg(QDir::toNativeSeparators(result.fileName)),
               result.problems);
+    emit fileUsed(result.fileName);
 }

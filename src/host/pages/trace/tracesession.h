@@ -21,8 +21,9 @@ class TraceSession : public QObject
     Q_OBJECT
 
 public:
-    /*! \a bus must outlive the session. */
-    explicit TraceSession(BusConnection *bus, QObject *parent = nullptr);
+    /*! \a bus must outlive the session; \a mostHeard: see LiveTrace. */
+    explicit TraceSession(BusConnection *bus, QObject *parent = nullptr,
+                          std::size_t mostHeard = LiveTrace::usualMost);
 
     TraceRecorder &recorder() { return m_recorder; }
     const TraceRecorder &recorder() const { return m_recorder; }
@@ -35,7 +36,10 @@ public:
     /*! Whether there is nothing to show: no file, and nothing was ever listened to. */
     bool isEmpty() const { return isLive() && !m_hasHeard; }
 
-    /*! Whether the name is that of a trace, also of a compressed one. */
+    /*! What names of files end with that may be traces: ".log" and so on. */
+    static QStringList endings();
+    static bool mayBeTrace(const QString &fileName);
+    /*! Whether the name is that of a trace, also of a compressed one, or else the file holds one. */
     static bool isTraceFile(const QString &fileName);
 
     /*! Loads a file in the background, and then shows it; what is shown stays until then. */
@@ -44,6 +48,8 @@ public:
     /*! Shows what is heard again. */
     void showLive();
 
+    /*! Records what comes from now on; what is in the way is told. */
+    void record(const QString &fileName);
     /*! Saves in the background; what came of it is told. */
     void save(const QString &fileName, const FlightRecorder &minutes);
     /*! The same with the lines that are shown. */
@@ -59,6 +65,10 @@ signals:
     /*! What is heard has grown, and is shown; at most ten times a second. */
     void grown();
     void loadingChanged();
+    /*! A file is shown, or was saved. */
+    void fileUsed(const QString &fileName);
+    /*! A file could not be opened; failed() says why. */
+    void fileRefused(const QString &fileName);
     /*! What came of something, and what did not go well with it. */
     void told(const QString &sentence, const QStringList &problems);
     void failed(const QString &sentence);

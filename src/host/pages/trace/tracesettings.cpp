@@ -4,14 +4,30 @@
 #include <QSettings>
 #include <QStandardPaths>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 constexpr QLatin1String folderKey("trace/folder");
 constexpr QLatin1String mostKey("trace/mostMegabytes");
 constexpr QLatin1String faultsKey("trace/saveFaults");
+constexpr QLatin1String rotationKey("trace/rotate");
+constexpr QLatin1String rotationSizeKey("trace/rotateMegabytes");
+constexpr QLatin1String rotationTimeKey("trace/rotateMinutes");
+
+constexpr QLatin1String rotationNames[]
+    = {QLatin1String("never"), QLatin1String("size"), QLatin1String("time")};
 
 constexpr qint64 megabyte = 1000000;
-constexpr qint64 largest = 1000000; // MB
+constexpr qint64 largest = 1000000; // MB, minutes
+
+qint64 numberOf(const QSettings &kept, QLatin1String key, qint64 usual)
+{
+    bool isNumber = false;
+    const qint64 number = kept.value(key).toLongLong(&isNumber);
+    return isNumber && number > 0 && number <= largest ? number : usual;
+}
 
 } // namespace
 
@@ -24,10 +40,18 @@ TraceSettings TraceSettings::load()
         settings.folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
                           + QStringLiteral("/draxel/traces");
     }
-    bool isNumber = false;
-    const qint64 most = kept.value(mostKey).toLongLong(&isNumber);
-    if (isNumber && most > 0 && most <= largest)
-        settings.mostBytes = most * megabyte;
+    settings.mostBytes = numberOf(kept, mostKey, settings.mostBytes / megabyte) * megabyte;
+    settings.rotationMegabytes = numberOf(kept, rotationSizeKey, settings.rotationMegabytes);
+    settings.rotationMinutes = numberOf(kept, rotationTimeKey, settings.rotationMinutes);
     settings.savesFaults = kept.value(faultsKey, settings.savesFaults).toBool();
+    const QString rotation = kept.value(rotationKey).toString();
+    const auto *const name = std::find(std::begin(rotationNames), std::end(rotationNames), rotation);
+    if (name != std::end(rotationNames))
+        settings.rotation = static_cast<Rotation>(name - std::begin(rotationNames));
     return settings;
+}
+
+void TraceSettings::save() const
+{
+    QSettings().setValue(rotationKey, QString(rotationNames[static_cast<std::size_t>(rotation)]));
 }

@@ -5,6 +5,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <utility>
 
 TraceTable::TraceTable(QWidget *parent)
     : CopyTable(parent)
@@ -13,14 +14,16 @@ TraceTable::TraceTable(QWidget *parent)
     QScrollBar *bar = verticalScrollBar();
     connect(bar, &QScrollBar::valueChanged, this, [this, bar](int value) {
         const bool isAtEnd = value >= bar->maximum();
-        if (m_isScrolling || isAtEnd == m_isFollowing)
+        if (std::exchange(m_isClamped, false) || m_isScrolling || isAtEnd == m_isFollowing)
             return;
         m_isFollowing = isAtEnd;
         emit followingChanged(isAtEnd);
     });
-    connect(bar, &QScrollBar::rangeChanged, this, [this] {
+    connect(bar, &QScrollBar::rangeChanged, this, [this, bar](int, int maximum) {
         if (m_isFollowing)
             setFollowing(true);
+        else
+            m_isClamped = bar->value() > maximum;
     });
 }
 
@@ -71,4 +74,14 @@ QString TraceTable::toText() const
         ++copied;
     }
     return text;
+}
+
+void TraceTable::copy()
+{
+    CopyTable::copy();
+    int rows = 0;
+    for (const QItemSelectionRange &range : selectionModel()->selection())
+        rows += range.height();
+    if ((rows == 0 ? model()->rowCount() : rows) > mostCopied)
+        emit copiedNotAll();
 }

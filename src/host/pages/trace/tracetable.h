@@ -22,12 +22,16 @@ public:
     int lastSelected() const;
 
     QString toText() const override;
+    void copy() override;
 
 signals:
+    /*! Of the rows that were to be copied only the first ones were. */
+    void copiedNotAll();
     /*! The user has scrolled up, or to the end. */
     void followingChanged(bool follows);
 
 private:
     bool m_isFollowing = true;
     bool m_isScrolling = false; // by itself
+    bool m_isClamped = false;   // rows have gone, and with them the place
 };

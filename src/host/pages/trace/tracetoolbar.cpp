@@ -7,22 +7,27 @@
 
 #include <host/pages/plainlabel.h>
 
+#include <QActionGroup>
 #include <QDateTime>
 #include <QDir>
 #include <QEvent>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QMenu>
 #include <QProgressBar>
 #include <QToolButton>
 
 namespace {
 
-constexpr int progressWidth = 90; // pixels
+constexpr int progressWidth = 90;     // pixels
+constexpr int progressInterval = 200; // ms
 
-/*! "bus 2026-11-22 08.30.15": sorts by time, and is not taken for a trace that was saved by itself. */
+/*! "bus 2026-11-22 08-30-15": sorts by time, has no dot that a dialog would take for a suffix, and is not taken for a trace that
+ *  was saved by itself.
+ */
 QString suggestedName()
 {
-    return QDateTime::currentDateTime().toString(QStringLiteral("'bus 'yyyy-MM-dd hh.mm.ss"));
+    return QDateTime::currentDateTime().toString(QStringLiteral("'bus 'yyyy-MM-dd hh-mm-ss"));
 }
 
 } // namespace
@@ -31,6 +36,7 @@ TraceToolbar::TraceToolbar(TraceSession *session, QWidget *parent)
     : QWidget(parent)
     , m_session(session)
     , m_record(makeButton("traceRecord", &TraceToolbar::record))
+    , m_rotations(new QActionGroup(this))
     , m_saveLast(makeButton("traceSaveLast", &TraceToolbar::saveLast))
     , m_open(makeButton("traceOpen", &TraceToolbar::open))
     , m_live(makeButton("traceLive", &TraceToolbar::showLive))
@@ -40,10 +46,13 @@ TraceToolbar::TraceToolbar(TraceSession *session, QWidget *parent)
     , m_folder([] { return QString(); })
 {
     build();
+    m_timer.setInterval(progressInterval);
+    connect(&m_timer, &QTimer::timeout, this, &TraceToolbar::refresh);
     connect(session, &TraceSession::documentChanged, this, &TraceToolbar::refresh);
     connect(session, &TraceSession::loadingChanged, this, &TraceToolbar::refresh);
     connect(session, &TraceSession::grown, this, &TraceToolbar::refresh);
     connect(&session->recorder(), &TraceRecorder::recordingChanged, this, &TraceToolbar::refresh);
+    connect(&session->recorder(), &TraceRecorder::keptFirst, this, &TraceToolbar::refresh);
     connect(&session->recorder(), &TraceRecorder::ended, this, &TraceToolbar::refresh);
     retranslate();
 }
@@ -60,6 +69,7 @@ QToolButton *TraceToolbar::makeButton(const char *name, void (TraceToolbar::*pre
 void TraceToolbar::build()
 {
     m_record->setCheckable(true);
+    buildRotations();
     m_progress->setObjectName(QStringLiteral("traceProgress"));
     m_progress->setFixedWidth(progressWidth);
     m_progress->setTextVisible(false);
@@ -72,6 +82,32 @@ void TraceToolbar::build()
     layout->addWidget(m_cancel);
 }
 
+/*! The choice counts from the next recording on. */
+void TraceToolbar::buildRotations()
+{
+    auto *menu = new QMenu(this);
+    menu->setToolTipsVisible(true);
+    for (const char *name : {"traceRotateNever", "traceRotateSize", "traceRotateTime"}) {
+        QAction *action = m_rotations->addAction(QString());
+        action->setObjectName(QLatin1String(name));
+        action->setCheckable(true);
+        menu->addAction(action);
+    }
+    connect(menu, &QMenu::aboutToShow, this, [this] {
+        const auto rotation = static_cast<int>(m_session->recorder().settings().rotation);
+        m_rotations->actions().at(rotation)->setChecked(true);
+        retranslateRotations(); // of the settings as they are now
+    });
+    connect(m_rotations, &QActionGroup::triggered, this, [this](QAction *action) {
+        TraceSettings settings = m_session->recorder().settings();
+        settings.rotation = static_cast<TraceSettings::Rotation>(m_rotations->actions().indexOf(action));
+        settings.save();
+        m_session->recorder().setSettings(settings);
+    });
+    m_record->setMenu(menu);
+    m_record->setPopupMode(QToolButton::MenuButtonPopup);
+}
+
 void TraceToolbar::record()
 {
     TraceRecorder &recorder = m_session->recorder();
@@ -81,12 +117,7 @@ void TraceToolbar::record()
     }
     m_record->setChecked(false); // until there is a file
     TraceDialogs::askToSave(this, "traceRecordDialog", tr("Record to a file"), m_folder(), suggestedName(),
-                            [this](const QString &fileName) {
-                                QString problem;
-                                if (!m_session->recorder().record(fileName, &problem))
-                                    emit failed(problem);
-                                refresh();
-                            });
+                            [this](const QString &fileName) { m_session->record(fileName); });
 }
 
 void TraceToolbar::saveLast()
@@ -94,17 +125,18 @@ void TraceToolbar::saveLast()
     // As of now, and not of when the name is typed.
     const FlightRecorder minutes = m_session->recorder().lastMinutes();
     TraceDialogs::askToSave(this, "traceSaveDialog", tr("Save the last 10 minutes"), m_folder(),
-                            suggestedName(), [this, minutes](const QString &fileName) {
-                                m_session->save(fileName, minutes);
-                            });
+                            suggestedName(),
+                            [this, minutes](const QString &fileName) { m_session->save(fileName, minutes); });
 }
 
 void TraceToolbar::open()
 {
-    TraceDialogs::askToOpen(
-        this, "traceOpenDialog", tr("Open a trace"), m_folder(),
-        {tr("Traces (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)"), tr("All files (*)")},
-        [this](const QString &fileName) { m_session->open(fileName); });
+    QStringList endings = TraceSession::endings();
+    for (QString &ending : endings)
+        ending.prepend(QLatin1Char('*'));
+    TraceDialogs::askToOpen(this, "traceOpenDialog", tr("Open a trace"), m_folder(),
+                            {tr("Traces (%1)").arg(endings.join(QLatin1Char(' '))), tr("All files (*)")},
+                            [this](const QString &fileName) { m_session->open(fileName); });
 }
 
 void TraceToolbar::showLive()
@@ -137,6 +169,10 @@ void TraceToolbar::refresh()
 {
     const bool isRecording = m_session->recorder().isRecording();
     const bool isLoading = m_session->loading().isRunning();
+    if (isLoading && !m_timer.isActive())
+        m_timer.start();
+    else if (!isLoading)
+        m_timer.stop();
     m_record->setChecked(isRecording);
     m_record->setText(isRecording ? tr("■ Stop &recording") : tr("● &Record..."));
     m_saveLast->setEnabled(m_session->recorder().kept() > 0);
@@ -157,8 +193,21 @@ void TraceToolbar::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
 }
 
+void TraceToolbar::retranslateRotations()
+{
+    const TraceSettings &settings = m_session->recorder().settings();
+    const QList<QAction *> actions = m_rotations->actions();
+    actions.at(0)->setText(tr("Record to one &file"));
+    actions.at(1)->setText(tr("A new file every %1 &MB").arg(settings.rotationMegabytes));
+    actions.at(2)->setText(
+        tr("A new file every %n m&inute(s)", nullptr, static_cast<int>(settings.rotationMinutes)));
+    for (QAction *action : {actions.at(1), actions.at(2)})
+        action->setToolTip(tr("The files get numbers: ride-0001.log, ride-0002.log"));
+}
+
 void TraceToolbar::retranslate()
 {
+    retranslateRotations();
     m_record->setToolTip(tr("Writes all that is heard from now on into a file"));
     m_saveLast->setText(tr("&Save last 10 min..."));
     m_saveLast->setToolTip(tr("Saves what was heard in the last ten minutes; it is kept all the time"));

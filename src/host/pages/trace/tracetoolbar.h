@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 
 #include <functional>
 
+class QActionGroup;
 class QLabel;
 class QProgressBar;
 class QToolButton;
@@ -22,11 +24,8 @@ public:
     /*! The folder in which file dialogs begin. */
     void setFolder(const std::function<QString()> &folder) { m_folder = folder; }
 
-    /*! How far opening and recording are; to be called a few times a second. */
+    /*! How far opening and recording are. */
     void refresh();
-
-signals:
-    void failed(const QString &sentence);
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -34,6 +33,8 @@ protected:
 private:
     QToolButton *makeButton(const char *name, void (TraceToolbar::*pressed)());
     void build();
+    void buildRotations();
+    void retranslateRotations();
     void record();
     void saveLast();
     void open();
@@ -44,11 +45,13 @@ private:
 
     TraceSession *m_session;
     QToolButton *m_record;
+    QActionGroup *m_rotations; // actions in the order of TraceSettings::Rotation
     QToolButton *m_saveLast;
     QToolButton *m_open;
     QToolButton *m_live;
     QLabel *m_state;
     QProgressBar *m_progress;
     QToolButton *m_cancel;
+    QTimer m_timer; // while a file is opened
     std::function<QString()> m_folder;
 };

@@ -15,7 +15,9 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRunnable>
 #include <QScrollBar>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QThreadPool>
 #include <QToolButton>
@@ -27,8 +29,8 @@ namespace {
 class TraceHost
 {
 public:
-    TraceHost()
-        : session(&bus)
+    explicit TraceHost(std::size_t mostHeard = LiveTrace::usualMost)
+        : session(&bus, nullptr, mostHeard)
         , page(&session)
     {
         bus.setDeviceFactory(fake.factory());
@@ -111,6 +113,18 @@ public:
     TracePage page;
 };
 
+std::vector<TraceFrame> many(std::size_t count)
+{
+    return std::vector<TraceFrame>(count, heard(0, 0x706, "05"));
+}
+
+/*! Frames until the older half of a list of 200 has left. */
+void letLinesLeave(TraceHost *host)
+{
+    host->hear(many(200 - host->session.document()->trace.frames.size()));
+    QCOMPARE(host->session.document()->trace.frames.size(), std::size_t(100));
+}
+
 } // namespace
 
 class tst_TracePage : public WindowTest
@@ -123,6 +137,12 @@ private slots:
     void stopsFollowingWhenScrolledUp();
     void choosingALineStopsFollowing();
     void followsNotWhileHidden();
+    void followsOnWhenLinesLeave();
+    void placeStaysWhenLinesLeave();
+    void chosenLineStaysWhenLinesLeave();
+    void placeStaysUnderAFilter();
+    void chosenLineThatWasHiddenComesBack();
+    void chosenTransferGoesOn();
     void chosenLineIsShownByteByByte();
     void chosenLineStaysUnderAFilter();
     void filters();
@@ -133,14 +153,23 @@ private slots:
     void differenceOfASelection();
     void copies();
     void copiesOnlySoMany();
+    void saysThatNotAllIsCopied();
     void exportsWhatIsShown();
     void savesTheMinutesBeforeThePress();
+    void minutesCanBeSavedBesideAFile();
+    void suggestedNamesTellAFormat_data();
+    void suggestedNamesTellAFormat();
+    void namesWithDotsGetASuffix();
+    void replacesNothingUnasked();
     void records();
+    void recordsIntoSeveralFiles();
+    void progressGoesOn();
     void showsAFile();
     void problemsOfAFileAreSaid();
     void channelsOfAFile();
     void escapeCancelsOpening();
     void momentIsShown();
+    void momentThatHasLeft();
     void eventsOfALine();
     void keys();
     void fitsSmallScreens();
@@ -222,6 +251,88 @@ void tst_TracePage::followsNotWhileHidden()
     QCOMPARE(host.rows(), 0);
     host.page.show();
     QCOMPARE(host.rows(), 4);
+}
+
+void tst_TracePage::followsOnWhenLinesLeave()
+{
+    TraceHost host(200);
+    host.connectToBus();
+    host.hear(many(150));
+    host.table()->selectRow(148);
+    host.find<QToolButton>("traceFollow")->click();
+    letLinesLeave(&host);
+    QCOMPARE(host.rows(), 100);
+    QVERIFY(host.find<QToolButton>("traceFollow")->isChecked());
+    QCOMPARE(host.table()->verticalScrollBar()->value(), host.table()->verticalScrollBar()->maximum());
+}
+
+void tst_TracePage::placeStaysWhenLinesLeave()
+{
+    TraceHost host(200);
+    host.connectToBus();
+    host.hear(many(190));
+    host.table()->verticalScrollBar()->setValue(150);
+    QCOMPARE(host.table()->rowAt(0), 150);
+    letLinesLeave(&host);
+    QCOMPARE(host.table()->rowAt(0), 50);
+    QVERIFY(!host.find<QToolButton>("traceFollow")->isChecked());
+}
+
+void tst_TracePage::chosenLineStaysWhenLinesLeave()
+{
+    TraceHost host(200);
+    host.connectToBus();
+    host.hear(many(190));
+    host.table()->selectRow(120);
+    letLinesLeave(&host);
+    QCOMPARE(host.table()->currentIndex().row(), 20);
+    QVERIFY(host.find<CopyTable>("traceParts")->model()->rowCount() > 0);
+    host.table()->selectRow(30);
+    letLinesLeave(&host); // this one as well
+    QVERIFY(!host.table()->currentIndex().isValid());
+    QCOMPARE(host.find<CopyTable>("traceParts")->model()->rowCount(), 0);
+}
+
+void tst_TracePage::placeStaysUnderAFilter()
+{
+    std::vector<TraceFrame> frames;
+    for (int i = 0; i < 400; ++i)
+        frames.push_back(heard(i * millisecond, i % 2 == 0 ? 0x705 : 0x706, "05"));
+    TraceHost host;
+    host.open(frames);
+    host.table()->verticalScrollBar()->setValue(100);
+    host.type("filterNodes", QStringLiteral("5"));
+    QCOMPARE(host.table()->rowAt(0), 50); // the same frame
+    host.find<QToolButton>("filterClear")->click();
+    QCOMPARE(host.table()->rowAt(0), 100);
+}
+
+void tst_TracePage::chosenLineThatWasHiddenComesBack()
+{
+    TraceHost host;
+    host.open(fourLines());
+    host.table()->selectRow(2);
+    host.type("filterNodes", QStringLiteral("99"));
+    QCOMPARE(host.rows(), 0);
+    host.find<QToolButton>("filterClear")->click();
+    QCOMPARE(host.table()->currentIndex().row(), 2);
+}
+
+void tst_TracePage::chosenTransferGoesOn()
+{
+    TraceHost host;
+    host.connectToBus();
+    const std::vector<TraceFrame> read = readOf6164(0, 2);
+    host.hear({read[0]});
+    host.table()->selectRow(0);
+    const QAbstractItemModel *parts = host.find<CopyTable>("traceParts")->model();
+    const int alone = parts->rowCount();
+    host.hear({read[1]});
+    QVERIFY(parts->rowCount() > alone);
+    QVERIFY(parts->index(alone, FrameDetails::MeaningColumn)
+                .data()
+                .toString()
+                .startsWith(QStringLiteral("Frame 582h")));
 }
 
 void tst_TracePage::chosenLineIsShownByteByByte()
@@ -366,6 +477,26 @@ void tst_TracePage::copiesOnlySoMany()
     QCOMPARE(host.table()->toText().count(QLatin1Char('\n')), 20'000);
 }
 
+void tst_TracePage::saysThatNotAllIsCopied()
+{
+    std::vector<TraceFrame> frames;
+    for (int i = 0; i < 20'001; ++i)
+        frames.push_back(heard(i * millisecond, 0x705, "05"));
+    TraceHost host;
+    QSignalSpy told(&host.page, &TracePage::told);
+    host.open(frames);
+    host.find<QToolButton>("traceCopy")->click(); // all, as none is selected
+    QCOMPARE(told.count(), 1);
+    QCOMPARE(told.first().first().toString(),
+             QStringLiteral("Only the first 20000 lines were copied; \"Export\" saves all."));
+    host.table()->selectRow(5);
+    host.find<QToolButton>("traceCopy")->click();
+    QCOMPARE(told.count(), 1);
+    host.table()->selectAll();
+    host.find<QToolButton>("traceCopy")->click();
+    QCOMPARE(told.count(), 2);
+}
+
 void tst_TracePage::exportsWhatIsShown()
 {
     TraceHost host;
@@ -398,6 +529,127 @@ void tst_TracePage::savesTheMinutesBeforeThePress()
     const std::optional<Trace> saved = TraceFile::load(file, TraceFile::Limits(), &error);
     QVERIFY2(saved.has_value(), qPrintable(error));
     QCOMPARE(saved->frames.size(), std::size_t(3));
+}
+
+void tst_TracePage::minutesCanBeSavedBesideAFile()
+{
+    TraceHost host;
+    host.open(fourLines());
+    QVERIFY(!host.find<QToolButton>("traceSaveLast")->isEnabled());
+    host.connectToBus();
+    host.heartbeats(1);
+    QVERIFY(host.find<QToolButton>("traceSaveLast")->isEnabled());
+}
+
+void tst_TracePage::suggestedNamesTellAFormat_data()
+{
+    QTest::addColumn<QString>("button");
+
+    QTest::newRow("last minutes") << QStringLiteral("traceSaveLast");
+    QTest::newRow("export") << QStringLiteral("traceExport");
+    QTest::newRow("recording") << QStringLiteral("traceRecord");
+}
+
+/*! The dialog as the user meets it: accepted as it is, a log comes out. */
+void tst_TracePage::suggestedNamesTellAFormat()
+{
+    QFETCH(QString, button);
+    TraceHost host;
+    QSignalSpy failed(&host.page, &TracePage::failed);
+    host.connectToBus();
+    host.heartbeats(3);
+    host.find<QToolButton>(qPrintable(button))->click();
+    auto *shown = host.page.findChild<QFileDialog *>();
+    QVERIFY(shown != nullptr);
+    static_cast<QDialog *>(shown)->accept();
+    host.finishWork();
+    QCOMPARE(failed.count(), 0);
+    QCOMPARE(QDir(host.folder.path()).entryList({QStringLiteral("bus*.log")}, QDir::Files).size(), 1);
+}
+
+void tst_TracePage::namesWithDotsGetASuffix()
+{
+    TraceHost host;
+    host.open(fourLines());
+    host.find<QToolButton>("traceExport")->click();
+    QFileDialog *shown = dialog(host, "traceExportDialog");
+    emit shown->filterSelected(QStringLiteral("pcap capture (*.pcap)"));
+    emit shown->fileSelected(host.folder.filePath(QStringLiteral("ride 1.2")));
+    host.finishWork();
+    QVERIFY(QFile::exists(host.folder.filePath(QStringLiteral("ride 1.2.pcap"))));
+}
+
+void tst_TracePage::replacesNothingUnasked()
+{
+    TraceHost host;
+    host.open(fourLines());
+    const QString there = host.folder.filePath(QStringLiteral("ride 1.2.log"));
+    QFile file(there);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("precious");
+    file.close();
+    host.find<QToolButton>("traceExport")->click();
+    QFileDialog *shown = dialog(host, "traceExportDialog");
+    emit shown->fileSelected(host.folder.filePath(QStringLiteral("ride 1.2")));
+    host.finishWork();
+    QCOMPARE(file.size(), qint64(8));
+    delete shown;
+    QCOMPARE(
+        dialog(host, "traceExportDialog")->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->text(),
+        QStringLiteral("ride 1.2.log")); // it asks with the whole name
+}
+
+void tst_TracePage::recordsIntoSeveralFiles()
+{
+    TraceHost host;
+    host.connectToBus();
+    host.find<QAction>("traceRotateTime")->trigger();
+    QVERIFY(TraceSettings::load().rotation == TraceSettings::Rotation::Time);
+    TraceSettings settings = host.session.recorder().settings();
+    QVERIFY(settings.rotation == TraceSettings::Rotation::Time);
+    settings.rotationMinutes = 1;
+    host.session.recorder().setSettings(settings);
+    host.session.record(host.folder.filePath(QStringLiteral("long.log")));
+    host.heartbeats(2);
+    QTest::qWait(60'000);
+    host.heartbeats(1);
+    QVERIFY2(host.label("traceState").startsWith(QStringLiteral("Recording long-0002.log: 3 frames, 1 min ")),
+             qPrintable(host.label("traceState")));
+    QSignalSpy told(&host.page, &TracePage::told);
+    host.session.recorder().stopRecording();
+    QVERIFY2(told.first().first().toString().endsWith(
+                 QStringLiteral("long-0001.log to long-0002.log, 3 frame(s)")),
+             qPrintable(told.first().first().toString()));
+    host.find<QAction>("traceRotateNever")->trigger();
+    QVERIFY(TraceSettings::load().rotation == TraceSettings::Rotation::Never);
+}
+
+void tst_TracePage::progressGoesOn()
+{
+    TraceHost host;
+    QSemaphore gate;
+    class Busy : public QRunnable
+    {
+    public:
+        explicit Busy(QSemaphore *semaphore)
+            : m_semaphore(semaphore)
+        {
+        }
+        void run() override { m_semaphore->acquire(); }
+
+    private:
+        QSemaphore *m_semaphore;
+    };
+    QThreadPool &pool = *QThreadPool::globalInstance();
+    for (int i = 0; i < pool.maxThreadCount(); ++i) // so that opening takes as long as the test wants
+        pool.start(new Busy(&gate));
+    host.session.open(host.folder.filePath(QStringLiteral("ride.log")));
+    host.find<QLabel>("traceState")->clear();
+    QTest::qWait(1000);
+    QCOMPARE(host.label("traceState"), QStringLiteral("Reading ride.log: 0 frames"));
+    gate.release(pool.maxThreadCount());
+    host.finishWork();
+    QCOMPARE(host.label("traceState"), QString());
 }
 
 void tst_TracePage::records()
@@ -511,11 +763,33 @@ void tst_TracePage::momentIsShown()
     QCOMPARE(host.table()->currentIndex().row(), 5);
 }
 
+void tst_TracePage::momentThatHasLeft()
+{
+    TraceHost host(200);
+    host.connectToBus();
+    host.hear(many(190));
+    QTest::qWait(5000);
+    const qint64 time = host.session.recorder().lastMinutes().all().frames[5].time / millisecond;
+    letLinesLeave(&host);
+    letLinesLeave(&host); // all that are older than five seconds
+    host.table()->selectRow(7);
+    QSignalSpy told(&host.page, &TracePage::told);
+    LiveEvent event;
+    event.kind = EventKind::NodeHeard;
+    event.nodeId = 6;
+    host.page.showMoment(TraceMoment::of(event, QDateTime::fromMSecsSinceEpoch(time)));
+    QCOMPARE(host.table()->currentIndex().row(), 7);
+    QCOMPARE(told.count(), 1);
+    QCOMPARE(told.first().first().toString(),
+             QStringLiteral("What was on the bus then is no longer in this list."));
+}
+
 void tst_TracePage::eventsOfALine()
 {
     TraceHost host;
     QVector<QDateTime> times;
-    connect(&host.page, &TracePage::eventsRequested, this, [&times](const QDateTime &time) { times << time; });
+    connect(&host.page, &TracePage::eventsRequested, this,
+            [&times](const QDateTime &time) { times << time; });
     host.connectToBus();
     host.heartbeats(3);
     QVERIFY(!host.find<QToolButton>("traceEvents")->isEnabled());

@@ -12,6 +12,10 @@
 #include <QThreadPool>
 #include <QtTest>
 
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
 /*! What is heard, recorded and opened. */
 class tst_TraceSession : public QObject
 {
@@ -43,6 +47,9 @@ private slots:
     void opensAFile();
     void fileStaysWhenABusIsConnected();
     void opensNoTrace();
+    void refusesWhatIsNoFile();
+    void knowsTracesByNameAndByContent();
+    void filesThatAreUsedAreTold();
     void openingIsCancelled();
     void problemsOfAFile();
     void shownPartIsSaved();
@@ -265,8 +272,10 @@ void tst_TraceSession::lastMinutesAreSaved()
     m_session->save(path("saved.log.gz"), minutes);
     finishWork();
     QCOMPARE(m_failed, QStringList());
-    QCOMPARE(m_told, QStringList(QStringLiteral("Saved: %1, 5 frame(s)")
-                                     .arg(QDir::toNativeSeparators(path("saved.log.gz")))));
+    QCOMPARE(
+        m_told,
+        QStringList(
+            QStringLiteral("Saved: %1, 5 frame(s)").arg(QDir::toNativeSeparators(path("saved.log.gz")))));
     QCOMPARE(load(path("saved.log.gz")).frames.size(), std::size_t(5));
 }
 
@@ -287,6 +296,10 @@ void tst_TraceSession::automaticNamesAreRefused()
     QVERIFY2(m_failed.first().startsWith(QStringLiteral("Names that begin with \"trace \"")),
              qPrintable(m_failed.first()));
     QVERIFY(automatic().isEmpty());
+    m_session->record(path("traces/trace 2026-11-22 08.30.15.log.gz"));
+    QCOMPARE(m_failed.size(), 2);
+    QVERIFY(!m_session->recorder().isRecording());
+    m_failed.removeLast();
     m_session->save(path("trace of a ride.log"), FlightRecorder()); // elsewhere nothing is removed
     finishWork();
     QCOMPARE(m_failed.size(), 1);
@@ -389,8 +402,9 @@ void tst_TraceSession::records()
     QVERIFY(!m_session->recorder().isRecording());
     heartbeat();
     QCOMPARE(load(path("ride.log")).frames.size(), std::size_t(5));
-    QCOMPARE(m_told, QStringList(QStringLiteral("Recorded: %1, 5 frame(s)")
-                                     .arg(QDir::toNativeSeparators(path("ride.log")))));
+    QCOMPARE(m_told,
+             QStringList(
+                 QStringLiteral("Recorded: %1, 5 frame(s)").arg(QDir::toNativeSeparators(path("ride.log")))));
 }
 
 void tst_TraceSession::recordingOutlastsTheConnection()
@@ -460,6 +474,62 @@ void tst_TraceSession::opensNoTrace()
     QCOMPARE(m_failed.size(), 1);
     QVERIFY(!m_session->loading().isRunning());
     QVERIFY(m_session->isLive());
+}
+
+void tst_TraceSession::refusesWhatIsNoFile()
+{
+#ifdef Q_OS_UNIX
+    QCOMPARE(mkfifo(QFile::encodeName(path("pipe.log")).constData(), 0600), 0);
+    m_session->open(path("pipe.log"));
+    finishWork(); // a pipe to which nobody writes would keep it waiting
+    QCOMPARE(m_failed, QStringList(path("pipe.log") + QStringLiteral(" is not a file.")));
+#endif
+    m_failed.clear();
+    QVERIFY(QDir().mkpath(path("folder.log")));
+    m_session->open(path("folder.log"));
+    finishWork();
+    QCOMPARE(m_failed,
+             QStringList(path("folder.log") + QStringLiteral(" cannot be opened: it is a folder.")));
+}
+
+void tst_TraceSession::knowsTracesByNameAndByContent()
+{
+    QVERIFY(TraceSession::isTraceFile(path("nothing.pcapng.ZST")));
+    QVERIFY(!TraceSession::isTraceFile(path("nothing.txt")));
+    QVERIFY(!TraceSession::isTraceFile(path("traces")));
+    write("ride.log", fourLines());
+    QVERIFY(QFile::rename(path("ride.log"), path("ride.txt")));
+    QVERIFY(TraceSession::isTraceFile(path("ride.txt")));
+    QFile words(path("words.txt"));
+    QVERIFY(words.open(QIODevice::WriteOnly));
+    words.write("A letter to a friend.\n");
+    words.close();
+    QVERIFY(!TraceSession::isTraceFile(words.fileName()));
+    QVERIFY(TraceSession::mayBeTrace(words.fileName()));
+    QVERIFY(TraceSession::mayBeTrace(path("RIDE.LOG.GZ")));
+    QVERIFY(!TraceSession::mayBeTrace(path("bike.dxsnap")));
+}
+
+void tst_TraceSession::filesThatAreUsedAreTold()
+{
+    QSignalSpy used(m_session.get(), &TraceSession::fileUsed);
+    QSignalSpy refused(m_session.get(), &TraceSession::fileRefused);
+    write("ride.log", fourLines());
+    m_session->open(path("ride.log"));
+    finishWork();
+    m_session->save(path("saved.log"), FlightRecorder());
+    finishWork();
+    m_session->record(path("long.log"));
+    m_session->recorder().stopRecording();
+    m_session->open(path("gone.log"));
+    m_session->save(path("saved.odt"), FlightRecorder());
+    finishWork();
+    QStringList names;
+    for (const QList<QVariant> &call : qAsConst(used))
+        names << call.first().toString();
+    QCOMPARE(names, QStringList({path("ride.log"), path("saved.log"), path("long.log")}));
+    QCOMPARE(refused.count(), 1);
+    QCOMPARE(refused.first().first().toString(), path("gone.log"));
 }
 
 void tst_TraceSession::openingIsCancelled()
