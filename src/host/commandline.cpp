@@ -45,9 +45,11 @@ CommandLine::CommandLine()
     m_parser.addOption(
         {s(pluginsOption), Tr::tr("Load the plug-ins of this folder."), QStringLiteral("DIR")});
     m_parser.addOption({s(verboseOption), Tr::tr("Write the debug lines of plug-ins to the terminal.")});
-    m_parser.addPositionalArgument(QStringLiteral("file"),
-                                   Tr::tr("Show the vehicle of this file (.dxsnap or .dxxml)."),
-                                   QStringLiteral("[FILE]"));
+    m_parser.addPositionalArgument(
+        QStringLiteral("file"),
+        Tr::tr("Show this file: a vehicle (.dxsnap, .dxxml) or a trace (.log, .asc, "
+               ".trc, .pcap, .pcapng)."),
+        QStringLiteral("[FILE]"));
 }
 
 bool CommandLine::asksForText(const QStringList &arguments)

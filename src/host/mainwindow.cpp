@@ -43,6 +43,7 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QDockWidget>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLocale>
 #include <QScrollArea>
@@ -167,7 +168,7 @@ void MainWindow::showPlugins()
 
 void MainWindow::openFile(const QString &fileName)
 {
-    if (TraceSession::isTraceFile(fileName)) {
+    if (!VehicleFiles::isVehicleFile(fileName) && TraceSession::isTraceFile(fileName)) {
         m_pages->setCurrentWidget(m_traceTab);
         m_trace->open(fileName);
     } else if (m_session->isRunning()) {
@@ -305,12 +306,13 @@ void MainWindow::connectFiles()
             [this] { m_files->isAvailable() ? m_files->save() : m_pluginActions->press(Kind::Export); });
     connect(m_menus, &HostMenus::recentFileChosen, this, &MainWindow::openFile);
     const auto canBeOpened = [](const QString &fileName) {
-        return VehicleFiles::isVehicleFile(fileName) || TraceSession::isTraceFile(fileName);
+        return VehicleFiles::isVehicleFile(fileName) || TraceSession::mayBeTrace(fileName);
     };
     connect(new FileDrop(this, canBeOpened), &FileDrop::dropped, this, [this, open](const QString &fileName) {
         if (open->isEnabled() || TraceSession::isTraceFile(fileName))
             openFile(fileName);
     });
+    connect(m_files, &VehicleFiles::chosen, this, &MainWindow::openFile);
     connect(m_files, &VehicleFiles::failed, this, &MainWindow::showError);
     connect(m_files, &VehicleFiles::succeeded, this,
             [this](const QString &sentence) { tell(MessageLog::Severity::Information, sentence); });
@@ -414,6 +416,17 @@ void MainWindow::connectTrace()
                 for (const QString &problem : problems)
                     m_log->add(MessageLog::Severity::Warning, problem);
             });
+    connect(m_trace, &TraceSession::fileUsed, this, [this](const QString &fileName) {
+        FileFolder::remember(fileName);
+        RecentFiles::add(fileName);
+        showRecentFiles();
+    });
+    connect(m_trace, &TraceSession::fileRefused, this, [this](const QString &fileName) {
+        if (QFileInfo::exists(fileName))
+            return;
+        RecentFiles::remove(fileName);
+        showRecentFiles();
+    });
     const auto show = [this](const LiveEvent &event, const QDateTime &time) {
         m_tracePage->showMoment(TraceMoment::of(event, time));
     };
@@ -556,7 +569,11 @@ void MainWindow::cancel()
 
 void MainWindow::openChosen()
 {
-    m_files->open();
+    QStringList endings = VehicleFiles::endings() + TraceSession::endings();
+    for (QString &ending : endings)
+        ending.prepend(QLatin1Char('*'));
+    m_files->open(
+        {tr("All that can be opened (%1)").arg(endings.join(QLatin1Char(' '))), tr("All files (*)")});
 }
 
 void MainWindow::showRecentFiles()

@@ -77,12 +77,21 @@ QString VehicleFiles::fileFilter()
     return tr("Vehicle data (*.dxsnap *.dxxml)");
 }
 
-void VehicleFiles::open()
+QStringList VehicleFiles::endings()
 {
-    QFileDialog *dialog = makeDialog(m_window, QStringLiteral("openDialog"), tr("Open saved vehicle data"),
-                                     FileFolder::start(), fileFilter());
+    QStringList endings;
+    for (const QLatin1String ending : fileEndings)
+        endings << ending;
+    return endings;
+}
+
+void VehicleFiles::open(const QStringList &nameFilters)
+{
+    QFileDialog *dialog = makeDialog(m_window, QStringLiteral("openDialog"), tr("Open a file"),
+                                     FileFolder::start(), QString());
+    dialog->setNameFilters(nameFilters);
     dialog->setFileMode(QFileDialog::ExistingFile);
-    connect(dialog, &QFileDialog::fileSelected, this, &VehicleFiles::openFile);
+    connect(dialog, &QFileDialog::fileSelected, this, &VehicleFiles::chosen);
     dialog->open();
 }
 

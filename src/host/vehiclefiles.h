@@ -6,6 +6,7 @@
 #include <QDateTime>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -36,8 +37,8 @@ public:
     /*! Whether the plug-in takes part; else there are only its own buttons. */
     bool isAvailable() const { return m_exchange.isAvailable(); }
 
-    /*! Lets the user choose a file and shows it. */
-    void open();
+    /*! Lets the user choose a file, see chosen(). */
+    void open(const QStringList &nameFilters);
 
     /*! Shows a file, in a later turn of the event loop; says why when it cannot be shown, and what was shown stays
      *  then.
@@ -49,6 +50,8 @@ public:
 
     /*! Whether the name is that of a file that can be opened: .dxsnap, .dxxml */
     static bool isVehicleFile(const QString &fileName);
+    /*! What the names of such files end with. */
+    static QStringList endings();
     /*! The kinds of files for a file dialog. */
     static QString fileFilter();
 
@@ -59,6 +62,8 @@ public:
     void whenKept(const Action &proceed);
 
 signals:
+    /*! The user has chosen a file that is to be opened. */
+    void chosen(const QString &fileName);
     /*! A file was opened, with what it holds. */
     void opened(const Snapshot &snapshot, const QString &fileName);
     /*! What has been done, a sentence. */

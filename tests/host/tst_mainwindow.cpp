@@ -3,12 +3,14 @@
 
 #include <host/connectionbar.h>
 #include <host/core/hostsettings.h>
+#include <host/core/recentfiles.h>
 #include <host/lightpalette.h>
 #include <host/mainwindow.h>
 #include <host/statusline.h>
 
 #include <QAction>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -61,6 +63,8 @@ private slots:
     void pageScrollsOnASmallScreen();
     void eventIsShownInTheTrace();
     void traceFileIsOpened();
+    void dialogOpensTraces();
+    void traceThatIsGoneIsForgotten();
     void closesDuringRead_data();
     void closesDuringRead();
     void disconnectsDuringRead();
@@ -398,6 +402,50 @@ void tst_MainWindow::traceFileIsOpened()
     QThreadPool::globalInstance()->waitForDone();
     QCoreApplication::processEvents();
     QCOMPARE(window.findChild<QTableView *>(QStringLiteral("traceTable"))->model()->rowCount(), 1);
+    const QList<QAction *> recent = window.findChild<QMenu *>(QStringLiteral("recentMenu"))->actions();
+    QVERIFY(!recent.isEmpty());
+    QCOMPARE(recent.first()->text(), QStringLiteral("ride.log"));
+}
+
+void tst_MainWindow::dialogOpensTraces()
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("screen.txt"))); // what it is its content tells
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("  can0  705   [1]  05\n  can0  706   [1]  05\n");
+    file.close();
+    Host host;
+    host.loadOverview();
+    MainWindow window(&host.services, &host.session);
+    window.showPlugins();
+    window.show();
+    window.findChild<QAction *>(QStringLiteral("actionOpen"))->trigger();
+    auto *dialog = window.findChild<QFileDialog *>(QStringLiteral("openDialog"));
+    QVERIFY(dialog != nullptr);
+    QCOMPARE(
+        dialog->nameFilters().first(),
+        QStringLiteral(
+            "All that can be opened (*.dxsnap *.dxxml *.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)"));
+    emit dialog->fileSelected(file.fileName());
+    QVERIFY(window.findChild<QWidget *>(QStringLiteral("tracePage"))->isVisible());
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    QCOMPARE(window.findChild<QTableView *>(QStringLiteral("traceTable"))->model()->rowCount(), 2);
+    host.session.shutDown();
+}
+
+void tst_MainWindow::traceThatIsGoneIsForgotten()
+{
+    const QTemporaryDir folder;
+    const QString gone = folder.filePath(QStringLiteral("gone.log"));
+    RecentFiles::add(gone);
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    window.show();
+    window.openFile(gone);
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    QVERIFY(!RecentFiles::load().contains(gone));
 }
 
 void tst_MainWindow::closesDuringRead_data()

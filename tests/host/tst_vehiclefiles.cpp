@@ -237,7 +237,7 @@ void tst_VehicleFiles::buttonOfThePluginOpensByTheHost()
         QTest::mouseClick(button, Qt::LeftButton);
     }
     QTRY_COMPARE(driver.dialogs().size(), 1);
-    QCOMPARE(driver.dialogs().first().caption, QStringLiteral("Open saved vehicle data"));
+    QCOMPARE(driver.dialogs().first().caption, QStringLiteral("Open a file"));
     QVERIFY(!button->isDown());
     QTRY_VERIFY(bench.box() != nullptr);
     QCOMPARE(bench.components(), QStringList(QStringLiteral("Battery Pack")));
@@ -283,7 +283,7 @@ void tst_VehicleFiles::dialogStartsInAFolderThatIsThere()
 {
     Bench bench; // its home has no folder for documents
     QSettings().setValue(QStringLiteral("files/folder"), bench.folder.filePath(QStringLiteral("gone")));
-    bench.window->findChild<VehicleFiles *>()->open();
+    bench.window->findChild<VehicleFiles *>()->open({VehicleFiles::fileFilter()});
     const auto *dialog = bench.window->findChild<QFileDialog *>(QStringLiteral("openDialog"));
     QVERIFY(dialog != nullptr);
     QCOMPARE(dialog->directory().canonicalPath(), QDir(bench.folder.path()).canonicalPath());
