@@ -15,17 +15,23 @@ Trace TraceExport::shown(const TraceDocument &document, const TraceRows &rows)
 {
     if (rows.isAll())
         return document.trace;
-    std::vector<std::size_t> positions;
+    const std::vector<TraceFrame> &all = document.trace.frames;
+    std::vector<bool> isShown(all.size());
     for (std::size_t row = 0; row < rows.size(); ++row) {
-        const std::vector<std::size_t> frames = document.lines.frames(rows.lineAt(row));
-        positions.insert(positions.end(), frames.begin(), frames.end());
+        const TraceLine &line = document.lines.at(rows.lineAt(row));
+        isShown[line.frame] = true;
+        if (line.transfer == 0) // its only one
+            continue;
+        for (const std::size_t position : document.lines.frames(rows.lineAt(row)))
+            isShown[position] = true;
     }
-    std::sort(positions.begin(), positions.end());
     Trace trace;
     trace.head = document.trace.head;
-    trace.frames.reserve(positions.size());
-    for (const std::size_t position : positions)
-        trace.frames.push_back(document.trace.frames[position]);
+    trace.frames.reserve(static_cast<std::size_t>(std::count(isShown.begin(), isShown.end(), true)));
+    for (std::size_t position = 0; position < all.size(); ++position) {
+        if (isShown[position])
+            trace.frames.push_back(all[position]);
+    }
     return trace;
 }
 
