@@ -211,6 +211,8 @@ QString TracePage::documentText() const
 {
     const Trace &trace = m_session->document()->trace;
     QStringList sentences;
+    if (!m_session->isLive() && trace.frames.empty())
+        sentences << tr("There is not one frame in this file.");
     if (trace.isCut)
         sentences << tr("The file is too long: only its first %1 frames are shown.")
                          .arg(TraceTimes::count(trace.frames.size()));

@@ -166,6 +166,8 @@ private slots:
     void progressGoesOn();
     void showsAFile();
     void problemsOfAFileAreSaid();
+    void emptyFileIsSaid();
+    void whatIsShownStaysWhenAFileIsBad();
     void channelsOfAFile();
     void escapeCancelsOpening();
     void momentIsShown();
@@ -705,6 +707,44 @@ void tst_TracePage::problemsOfAFileAreSaid()
     QVERIFY2(host.label("traceProblem")
                  .startsWith(QStringLiteral("1 line(s) could not be read. The first one: line 2. ")),
              qPrintable(host.label("traceProblem")));
+}
+
+void tst_TracePage::emptyFileIsSaid()
+{
+    TraceHost host;
+    host.open(fourLines());
+    const QString name = host.folder.filePath(QStringLiteral("empty.log"));
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.close();
+    host.session.open(name);
+    host.finishWork();
+    QCOMPARE(host.rows(), 0);
+    QCOMPARE(host.label("traceProblem"), QStringLiteral("There is not one frame in this file."));
+    host.open(fourLines());
+    QVERIFY(!host.find<QLabel>("traceProblem")->isVisible());
+}
+
+void tst_TracePage::whatIsShownStaysWhenAFileIsBad()
+{
+    TraceHost host;
+    QSignalSpy failed(&host.page, &TracePage::failed);
+    host.open(fourLines());
+    host.table()->selectRow(1);
+    const QString name = host.folder.filePath(QStringLiteral("rubbish.log"));
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(100'000, '\0') + QByteArray("\xff\xfe rubbish"));
+    file.close();
+    host.session.open(name);
+    host.finishWork();
+    QCOMPARE(failed.count(), 1);
+    QVERIFY2(
+        failed.first().first().toString().contains(QStringLiteral("rubbish.log is no trace that is known")),
+        qPrintable(failed.first().first().toString()));
+    QCOMPARE(host.rows(), 4);
+    QCOMPARE(host.table()->currentIndex().row(), 1);
+    QVERIFY(host.label("traceState").endsWith(QStringLiteral("ride.log")));
 }
 
 void tst_TracePage::channelsOfAFile()
