@@ -15,6 +15,8 @@ Q_LOGGING_CATEGORY(traceBusLog, "trace.bus")
 
 namespace {
 
+using Pace = TracePlayer::Pace;
+
 constexpr qint64 nanoseconds = 1000;  // of a microsecond
 constexpr qint64 microseconds = 1000; // of a millisecond
 
@@ -57,10 +59,67 @@ TraceCanDevice::~TraceCanDevice() = default;
 void TraceCanDevice::setConfigurationParameter(int key, const QVariant &value)
 {
     QCanBusDevice::setConfigurationParameter(key, value);
-    if (key != StepKey || m_player == nullptr)
+    if (m_player == nullptr)
         return;
-    m_player->step(value.toInt());
+    control(key, value);
     schedule();
+}
+
+void TraceCanDevice::control(int key, const QVariant &value)
+{
+    switch (key) {
+    case StepKey:
+        if (m_player->pace() != Pace::Stepped)
+            m_player->change(Pace::Stepped, m_address.speed, now());
+        m_player->step(value.toInt());
+        break;
+    case PauseKey:
+        if (value.toBool() != (m_player->pace() == Pace::Stepped))
+            m_player->change(value.toBool() ? Pace::Stepped : m_pace, m_address.speed, now());
+        break;
+    case SpeedKey:
+        setSpeed(value.toDouble());
+        break;
+    case RestartKey:
+        m_player->start(now());
+        break;
+    default:
+        break;
+    }
+}
+
+void TraceCanDevice::setSpeed(double speed)
+{
+    const bool isUnpaced = speed == 0;
+    if (!isUnpaced
+        && !(speed >= TracePlayer::slowest && speed <= TracePlayer::fastest)) // nor what is no number
+        return;
+    m_pace = isUnpaced ? Pace::Unpaced : Pace::Recorded;
+    if (!isUnpaced)
+        m_address.speed = speed;
+    const bool isPaused = m_player->pace() == Pace::Stepped;
+    m_player->change(isPaused ? Pace::Stepped : m_pace, m_address.speed, now());
+}
+
+QVariantMap TraceCanDevice::playback() const
+{
+    PlaybackState state;
+    if (m_player == nullptr)
+        return state.toMap();
+    const std::vector<TraceFrame> &frames = m_trace.frames;
+    state.played = static_cast<qint64>(m_player->position());
+    state.frames = static_cast<qint64>(frames.size());
+    state.time = frames[std::max<size_t>(m_player->position(), 1) - 1].time;
+    state.hasTimeOfDay = m_trace.head.hasTimeOfDay;
+    state.isPaused = m_player->pace() == Pace::Stepped;
+    state.isOver = m_player->isAtEnd() && !m_address.isRepeated;
+    state.speed = m_pace == Pace::Unpaced ? 0 : m_address.speed;
+    return state.toMap();
+}
+
+qint64 TraceCanDevice::busTime() const
+{
+    return m_player != nullptr ? m_player->stampAt(now()) : 0;
 }
 
 bool TraceCanDevice::open()
@@ -80,6 +139,7 @@ bool TraceCanDevice::open()
     m_player = std::make_unique<TracePlayer>(&m_trace.frames);
     m_player->setSpeed(m_address.speed);
     m_player->setPace(m_address.pace);
+    m_pace = m_address.pace == Pace::Stepped ? Pace::Recorded : m_address.pace;
     m_clock.start();
     m_player->start(now());
     schedule();

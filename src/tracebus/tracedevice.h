@@ -4,6 +4,7 @@
 #include "playbackaddress.h"
 
 #include <trace/core/trace.h>
+#include <trace/playback/playbackstate.h>
 #include <trace/playback/recordedvehicle.h>
 #include <trace/playback/traceplayer.h>
 
@@ -22,16 +23,24 @@
  *  when the trace is over; the device stays connected and is silent then. Everything else that is written goes nowhere. From
  *  the first request to a node on, its SDO frames in the trace do not arrive any more: they would be taken for answers.
  *
+ *  While it is connected it can be paused, stepped and played at another speed by configuration keys, and tells in the property
+ *  "playback" how far it is (PlaybackState).
+ *
  *  What could not be read of the file is logged.
  */
 class TraceCanDevice : public QCanBusDevice
 {
     Q_OBJECT
+    Q_PROPERTY(QVariantMap playback READ playback)
+    Q_PROPERTY(qint64 busTime READ busTime)
 
 public:
-    /*! Configuration keys of this back end; they act at once. */
+    /*! Configuration keys of this back end (PlaybackState::Key). */
     enum TraceKey {
-        StepKey = UserKey, //!< with speed=step: so many frames more (int)
+        StepKey = PlaybackState::StepKey,
+        PauseKey = PlaybackState::PauseKey,
+        SpeedKey = PlaybackState::SpeedKey,
+        RestartKey = PlaybackState::RestartKey,
     };
     Q_ENUM(TraceKey)
 
@@ -41,6 +50,11 @@ public:
     void setConfigurationParameter(int key, const QVariant &value) override;
     bool writeFrame(const QCanBusFrame &frame) override;
     QString interpretErrorFrame(const QCanBusFrame &errorFrame) override;
+
+    /*! PlaybackState::toMap(); of no frames while it is not connected. */
+    QVariantMap playback() const;
+    /*! The time on this bus, us; 0 while it is not connected. */
+    qint64 busTime() const;
 
     /*! The traces in the user's folder. */
     static QList<QCanBusDeviceInfo> interfaces();
@@ -52,6 +66,8 @@ protected:
 private:
     bool load(QString *errorMessage);
     bool keepChannel(const QString &channel, QString *errorMessage);
+    void control(int key, const QVariant &value);
+    void setSpeed(double speed);
     void play();
     QVector<QCanBusFrame> takeDue();
     void schedule();
@@ -61,7 +77,8 @@ private:
     qint64 now() const;
 
     QString m_interfaceName;
-    PlaybackAddress m_address;
+    PlaybackAddress m_address;                              // its speed is that of now
+    TracePlayer::Pace m_pace = TracePlayer::Pace::Recorded; // while it is not paused
     Trace m_trace;
     std::unique_ptr<RecordedVehicle> m_vehicle; // null while unconnected
     std::unique_ptr<TracePlayer> m_player;      // likewise

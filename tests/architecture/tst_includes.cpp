@@ -74,7 +74,8 @@ const QList<Rule> &rules()
          {QStringLiteral("system"), QStringLiteral("interface"), QStringLiteral("store"),
           QStringLiteral("bus"), QStringLiteral("canopen"), QStringLiteral("snapshot"),
           QStringLiteral("checkup"), QStringLiteral("archive"), QStringLiteral("live/core"),
-          QStringLiteral("live/health"), QStringLiteral("live/events"), QStringLiteral("live/values")}},
+          QStringLiteral("live/health"), QStringLiteral("live/events"), QStringLiteral("live/values"),
+          QStringLiteral("trace/playback")}},
         // Products
         {"ui",
          {QStringLiteral("interface"), QStringLiteral("store"), QStringLiteral("interpreter"),

@@ -3,6 +3,7 @@
 
 #include <host/core/livebus.h>
 #include <live/events/eventwords.h>
+#include <trace/playback/playbackstate.h>
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -29,8 +30,11 @@ private slots:
     void stampsCount();
     void timeOfDay();
     void beginsAnew();
+    void playedTraceHasItsOwnTime();
+    void playedTraceWithoutADay();
 
 private:
+    void play(qint64 time, bool hasTimeOfDay);
     void heartbeats(int count);
     QStringList kinds() const
     {
@@ -203,6 +207,49 @@ void tst_LiveBus::beginsAnew()
     QCOMPARE(m_live->healthNumbers().frames, quint64(0));
     QCOMPARE(kinds(), QStringList());
     QVERIFY(m_live->values().values().empty());
+}
+
+/*! What the device of a trace tells: us. */
+void tst_LiveBus::play(qint64 time, bool hasTimeOfDay)
+{
+    PlaybackState state;
+    state.time = time;
+    state.hasTimeOfDay = hasTimeOfDay;
+    m_fake->device()->setProperty("playback", state.toMap());
+    m_fake->device()->setProperty("busTime", time);
+}
+
+void tst_LiveBus::playedTraceHasItsOwnTime()
+{
+    constexpr qint64 then = Q_INT64_C(1600000000000000); // us
+    constexpr qint64 period = 500000;
+    play(then, true);
+    m_live->start();
+    QCOMPARE(m_live->timeOfDay(0).toMSecsSinceEpoch(), Q_INT64_C(1600000000000));
+    for (int i = 0; i < 4; ++i) { // all at once for the clock of here
+        play(then + i * period, true);
+        QCanBusFrame frame(0x705, QByteArray(1, '\5'));
+        frame.setTimeStamp(QCanBusFrame::TimeStamp::fromMicroSeconds(then + i * period));
+        m_fake->device()->inject(frame);
+        QTest::qWait(1);
+    }
+    QCOMPARE(*node(5).heartbeat.period, 500.0);
+    QTest::qWait(60000); // it is paused, or over
+    QCOMPARE(kinds(), QStringList(QStringLiteral("nodeHeard")));
+    QCOMPARE(m_live->now(), 3 * period);
+    play(then + 20 * period, true);
+    QTest::qWait(200);
+    QCOMPARE(kinds(), (QStringList{QStringLiteral("nodeHeard"), QStringLiteral("nodeLost")}));
+}
+
+void tst_LiveBus::playedTraceWithoutADay()
+{
+    const QDateTime before = QDateTime::currentDateTime();
+    play(1500000, false);
+    m_live->start();
+    QVERIFY(m_live->timeOfDay(0) >= before);
+    play(2500000, false);
+    QCOMPARE(m_live->now(), Q_INT64_C(1000000));
 }
 
 QTEST_GUILESS_MAIN(tst_LiveBus)

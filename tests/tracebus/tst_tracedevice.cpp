@@ -34,6 +34,12 @@ void pass(int time)
     loop.exec();
 }
 
+/*! Times are of a bus that goes with the clock: us. */
+bool isAbout(qint64 time, qint64 expected)
+{
+    return std::abs(time - expected) < 20000;
+}
+
 /*! "702#05" */
 QString textOf(const QCanBusFrame &frame)
 {
@@ -82,6 +88,13 @@ private slots:
     void playsAsFastAsItIsTaken();
     void unpacedWaitsForItsReader();
     void playsInSteps();
+    void pausesAndGoesOn();
+    void stepsPause();
+    void changesTheSpeed();
+    void speedsThatThereAreNot_data();
+    void speedsThatThereAreNot();
+    void beginsAnewWhenAsked();
+    void tellsHowFarItIs();
     void playsAnotherChannel();
     void repeats();
     void answersReads();
@@ -227,6 +240,124 @@ void tst_TraceDevice::playsInSteps()
     QCOMPARE(listener.texts.size(), 7);
 }
 
+void tst_TraceDevice::pausesAndGoesOn()
+{
+    const auto played = device();
+    Listener listener(played.get());
+    pass(600);
+    QCOMPARE(listener.texts.size(), 2);
+    played->setConfigurationParameter(TraceCanDevice::PauseKey, true);
+    pass(60000);
+    QCOMPARE(listener.texts.size(), 2);
+    QVERIFY(isAbout(played->busTime(), 1600000000600000));
+    played->setConfigurationParameter(TraceCanDevice::PauseKey, true); // once more
+    played->setConfigurationParameter(TraceCanDevice::PauseKey, false);
+    pass(405);
+    QCOMPARE(listener.texts.size(), 5);
+    QVERIFY(isAbout(listener.stamps.at(2), 1600000001000000)); // as if there had been no pause
+    played->setConfigurationParameter(TraceCanDevice::PauseKey, false);
+    pass(600);
+    QCOMPARE(listener.texts.size(), 6);
+}
+
+void tst_TraceDevice::stepsPause()
+{
+    const auto played = device();
+    Listener listener(played.get());
+    pass(100);
+    QCOMPARE(listener.texts.size(), 1);
+    played->setConfigurationParameter(TraceCanDevice::StepKey, 1);
+    pass(60000);
+    QCOMPARE(listener.texts.size(), 2);
+    played->setConfigurationParameter(TraceCanDevice::PauseKey, false);
+    pass(505);
+    QCOMPARE(listener.texts.size(), 5);
+}
+
+void tst_TraceDevice::changesTheSpeed()
+{
+    const auto played = device(QStringLiteral("?speed=step"));
+    Listener listener(played.get());
+    played->setConfigurationParameter(TraceCanDevice::SpeedKey, 10.0);
+    pass(5000);
+    QCOMPARE(listener.texts.size(), 0); // paused as before
+    played->setConfigurationParameter(TraceCanDevice::PauseKey, false);
+    pass(155);
+    QCOMPARE(listener.texts.size(), 6);
+    played->setConfigurationParameter(TraceCanDevice::SpeedKey, 0.0);
+    pass(1);
+    QCOMPARE(listener.texts.size(), 7);
+}
+
+void tst_TraceDevice::speedsThatThereAreNot_data()
+{
+    QTest::addColumn<QVariant>("speed");
+    QTest::newRow("too slow") << QVariant(0.009);
+    QTest::newRow("too fast") << QVariant(1001.0);
+    QTest::newRow("backward") << QVariant(-1.0);
+    QTest::newRow("no number") << QVariant(qQNaN());
+}
+
+void tst_TraceDevice::speedsThatThereAreNot()
+{
+    QFETCH(QVariant, speed);
+    const auto played = device();
+    Listener listener(played.get());
+    played->setConfigurationParameter(TraceCanDevice::SpeedKey, speed);
+    pass(499);
+    QCOMPARE(listener.texts.size(), 1);
+    pass(5);
+    QCOMPARE(listener.texts.size(), 2);
+}
+
+void tst_TraceDevice::beginsAnewWhenAsked()
+{
+    const auto played = device();
+    Listener listener(played.get());
+    pass(5000);
+    QCOMPARE(listener.texts.size(), 7);
+    played->setConfigurationParameter(TraceCanDevice::RestartKey, true);
+    pass(1200);
+    QCOMPARE(listener.texts.size(), 12);
+    played->setConfigurationParameter(TraceCanDevice::RestartKey, true);
+    pass(1);
+    QCOMPARE(listener.texts.size(), 13);
+    QVERIFY(listener.stamps.at(12) >= listener.stamps.at(11));
+}
+
+void tst_TraceDevice::tellsHowFarItIs()
+{
+    QVERIFY(!PlaybackState::of(nullptr));
+    QVERIFY(!PlaybackState::busTime(nullptr));
+    const auto played = device();
+    const auto state = [&played] { return PlaybackState::of(played.get()).value_or(PlaybackState()); };
+    QCOMPARE(state().played, 0);
+    QCOMPARE(state().frames, 7);
+    QCOMPARE(state().time, 1600000000000000);
+    QVERIFY(state().hasTimeOfDay);
+    QCOMPARE(state().timeOfDay().toMSecsSinceEpoch(), 1600000000000);
+    QVERIFY(!state().isPaused);
+    QCOMPARE(state().speed, 1.0);
+    pass(600);
+    QCOMPARE(state().played, 2);
+    QCOMPARE(state().time, 1600000000500000);
+    QVERIFY(isAbout(PlaybackState::busTime(played.get()).value_or(0), 1600000000600000));
+    played->setConfigurationParameter(TraceCanDevice::PauseKey, true);
+    played->setConfigurationParameter(TraceCanDevice::SpeedKey, 0.0);
+    QVERIFY(state().isPaused);
+    QCOMPARE(state().speed, 0.0);
+    QVERIFY(!state().isOver);
+    played->setConfigurationParameter(TraceCanDevice::PauseKey, false);
+    pass(10);
+    QVERIFY(state().isOver);
+    played->disconnectDevice();
+    QCOMPARE(state().frames, 0);
+    QCOMPARE(PlaybackState::busTime(played.get()).value_or(-1), 0);
+    const auto repeated = device(QStringLiteral("?repeat=yes&speed=max"));
+    pass(10);
+    QVERIFY(!PlaybackState::of(repeated.get()).value_or(PlaybackState()).isOver);
+}
+
 void tst_TraceDevice::playsAnotherChannel()
 {
     const auto played = device(QStringLiteral("?channel=can1"));
@@ -275,7 +406,7 @@ void tst_TraceDevice::answersWhenItIsOver()
     QVERIFY(played->writeFrame(QCanBusFrame(0x602, QByteArray::fromHex("4000100000000000"))));
     QTRY_COMPARE(listener.texts.size(), 8);
     QCOMPARE(listener.texts.last(), QStringLiteral("582#43001000c6010047"));
-    QVERIFY(std::abs(listener.stamps.last() - 1600000060000000) < 10000); // the time goes on
+    QCOMPARE(listener.stamps.last(), 1600000002000000); // its time is over
 }
 
 void tst_TraceDevice::hidesTransfersOfThen()

@@ -2,6 +2,7 @@
 #include "livebus.h"
 
 #include <live/values/pdosource.h>
+#include <trace/playback/playbackstate.h>
 
 #include <QCanBusFrame>
 
@@ -47,7 +48,11 @@ LiveBus::LiveBus(BusConnection *bus, QObject *parent)
 void LiveBus::start()
 {
     m_steady.start();
-    m_start = QDateTime::currentDateTime();
+    m_playedFrom = PlaybackState::busTime(m_bus->device());
+    const std::optional<PlaybackState> played = PlaybackState::of(m_bus->device());
+    m_start = played ? played->timeOfDay() : QDateTime();
+    if (!m_start.isValid())
+        m_start = QDateTime::currentDateTime();
     m_start.setOffsetFromUtc(m_start.offsetFromUtc()); // so that it is written with it
     m_clock = FrameClock();
     m_events = EventRecorder();
@@ -84,6 +89,10 @@ void LiveBus::learn(quint8 nodeId, const CanOpen::ObjectDictionary &dictionary)
 
 qint64 LiveBus::steadyNow() const
 {
+    const std::optional<qint64> played
+        = m_playedFrom ? PlaybackState::busTime(m_bus->device()) : std::nullopt;
+    if (played)
+        return *played - *m_playedFrom;
     return m_steady.isValid() ? m_steady.nsecsElapsed() / nanoseconds : 0;
 }
 

@@ -13,6 +13,8 @@
 #include <QObject>
 #include <QTimer>
 
+#include <optional>
+
 namespace CanOpen {
 class ObjectDictionary;
 }
@@ -21,6 +23,9 @@ struct PdoSource;
 /*! Listens to a connection for health, events and values. Sends nothing.
  *
  *  From start() to stop(); a loss of the bus in between is an event. What it has collected stays until the next start().
+ *
+ *  A trace that is played has a time of its own, that of the recording, which stands still with it: nobody is late because
+ *  the trace is paused or over.
  */
 class LiveBus : public QObject
 {
@@ -65,6 +70,7 @@ private:
     InterfaceHealth m_interface;
     FrameClock m_clock;
     QElapsedTimer m_steady;
+    std::optional<qint64> m_playedFrom; // us; the time of a trace that is played, at start()
     QDateTime m_start;
     QTimer m_timer;
     BusHealth m_health;

@@ -4,6 +4,7 @@
 #include "hostservices.h"
 
 #include <canopen/cobid.h>
+#include <trace/playback/playbackstate.h>
 
 namespace {
 
@@ -63,6 +64,8 @@ void ReadSnapshots::handlePhase(Phase phase)
     if (begins && phase != m_phase) {
         m_nodes.clear();
         m_begun = m_clock();
+        const std::optional<PlaybackState> played = PlaybackState::of(m_services->bus().device());
+        m_played = played ? played->timeOfDay() : QDateTime();
     }
     m_phase = phase;
 }
@@ -98,7 +101,7 @@ Snapshot ReadSnapshots::makeSnapshot(const ReadSummary &summary) const
 {
     Snapshot snapshot;
     snapshot.program = m_program;
-    snapshot.time = m_begun.toOffsetFromUtc(m_begun.offsetFromUtc());
+    snapshot.time = m_played.isValid() ? m_played : m_begun.toOffsetFromUtc(m_begun.offsetFromUtc());
     snapshot.duration = qMax(qint64(0), now());
     const BusSettings &settings = m_services->bus().settings();
     snapshot.bus = settings.address.toString();

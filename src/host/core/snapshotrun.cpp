@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "snapshotrun.h"
 
+#include <trace/playback/playbackstate.h>
+
 #include <QCanBus>
 #include <QCanBusDeviceInfo>
 #include <QPointer>
@@ -23,9 +25,12 @@ QString adapterDescription(const BusAddress &address)
     return QString();
 }
 
-/*! Now, with the offset of its time zone. */
-QDateTime zonedNow()
+/*! Now, with the offset of its time zone; of a trace that is played the time of then. */
+QDateTime zonedNow(const BusConnection &bus)
 {
+    const std::optional<PlaybackState> played = PlaybackState::of(bus.device());
+    if (played && played->timeOfDay().isValid())
+        return played->timeOfDay();
     const QDateTime now = QDateTime::currentDateTime();
     return now.toOffsetFromUtc(now.offsetFromUtc());
 }
@@ -81,7 +86,7 @@ Snapshot SnapshotRun::snapshot() const
 
 void SnapshotRun::describeOrigin(const SnapshotOrder &order)
 {
-    const QDateTime now = zonedNow();
+    const QDateTime now = zonedNow(*m_bus);
     m_origin.program = order.program;
     m_origin.time = now;
     m_origin.scope = order.scope;

@@ -14,6 +14,12 @@ qint64 pauseBetween(const TraceFrame &earlier, const TraceFrame &later)
     return pause <= static_cast<quint64>(TracePlayer::longestPause) ? static_cast<qint64>(pause) : 0;
 }
 
+/*! Times of a trace may be of any size. */
+qint64 plus(qint64 time, qint64 more)
+{
+    return static_cast<qint64>(static_cast<quint64>(time) + static_cast<quint64>(more));
+}
+
 } // namespace
 
 TracePlayer::TracePlayer(const std::vector<TraceFrame> *frames)
@@ -23,11 +29,28 @@ TracePlayer::TracePlayer(const std::vector<TraceFrame> *frames)
 
 void TracePlayer::start(qint64 now)
 {
-    if (!m_firstStart)
-        m_firstStart = now;
-    m_anchor = now;
-    m_elapsed = 0;
+    if (!m_isStarted && !m_frames->empty())
+        m_stamp = m_frames->front().time;
+    else if (m_isStarted)
+        m_stamp = stampAt(now);
+    m_isStarted = true;
+    m_stampFrom = m_stamp;
+    m_present = m_anchor = now;
+    m_elapsed = m_rest = 0;
     m_position = 0;
+    m_steps = 0;
+}
+
+void TracePlayer::change(Pace pace, double speed, qint64 now)
+{
+    m_stamp = m_stampFrom = stampAt(now);
+    m_present = now;
+    if (m_pace == Pace::Recorded)
+        m_rest = static_cast<qint64>(static_cast<double>(std::max<qint64>(dueTime() - now, 0)) * m_speed);
+    m_pace = pace;
+    m_speed = speed;
+    m_steps = 0;
+    m_anchor = now + atSpeed(m_rest) - atSpeed(m_elapsed);
 }
 
 void TracePlayer::step(qint64 frames)
@@ -49,25 +72,26 @@ const TraceFrame *TracePlayer::take(qint64 now)
     if (isAtEnd() || !isDue(now))
         return nullptr;
     const TraceFrame *frame = &(*m_frames)[m_position];
-    m_stamp = frame->time;
-    if (m_pace == Pace::Recorded)
-        m_stamp = stampAt(dueTime());
+    m_stamp = m_pace == Pace::Recorded ? stampAt(dueTime()) : plus(m_stamp, m_rest);
     goOn();
     return frame;
 }
 
 qint64 TracePlayer::stampAt(qint64 now) const
 {
-    if (m_pace != Pace::Recorded || m_frames->empty())
+    if (m_pace != Pace::Recorded || isAtEnd())
         return m_stamp;
-    // Times of a trace may be of any size.
-    const auto elapsed = static_cast<quint64>(now - m_firstStart.value_or(now));
-    return static_cast<qint64>(static_cast<quint64>(m_frames->front().time) + elapsed);
+    return plus(m_stampFrom, std::max<qint64>(now - m_present, 0)); // it may begin a little later
 }
 
 qint64 TracePlayer::dueTime() const
 {
-    return m_anchor + static_cast<qint64>(static_cast<double>(m_elapsed) / m_speed);
+    return m_anchor + atSpeed(m_elapsed);
+}
+
+qint64 TracePlayer::atSpeed(qint64 time) const
+{
+    return static_cast<qint64>(static_cast<double>(time) / m_speed);
 }
 
 bool TracePlayer::isDue(qint64 now)
@@ -87,6 +111,8 @@ void TracePlayer::goOn()
     ++m_position;
     if (m_pace == Pace::Stepped)
         --m_steps;
-    if (!isAtEnd())
-        m_elapsed += pauseBetween((*m_frames)[m_position - 1], (*m_frames)[m_position]);
+    if (isAtEnd())
+        return;
+    m_rest = pauseBetween((*m_frames)[m_position - 1], (*m_frames)[m_position]);
+    m_elapsed += m_rest;
 }

@@ -10,12 +10,16 @@
  *
  *  Knows no clock: the present comes in with each call, in us of any clock that goes forward. Times of a trace may run
  *  backward or jump when somebody sets the clock of the computer that records; the frame after such a jump is due at once.
+ *
+ *  The bus where it is played has a time of its own, stampAt(): it begins with that of the first frame and never goes
+ *  backward. It goes with the present while frames come at their times, from one frame to the next where they are taken
+ *  without, and it stands still when the trace is over.
  */
 class TracePlayer
 {
 public:
     enum class Pace : quint8 {
-        Recorded, //!< with the times between the frames, divided by speed()
+        Recorded, //!< with the times between the frames, divided by the speed
         Unpaced,  //!< whenever somebody takes them
         Stepped,  //!< as many as were asked for by step()
     };
@@ -35,8 +39,11 @@ public:
     void setPace(Pace pace) { m_pace = pace; }
     Pace pace() const { return m_pace; }
 
-    /*! Begins with the first frame, which is due at once. Called again it begins anew; stamp() goes on. */
+    /*! Begins with the first frame, which is due at once. Called again it begins anew; stamps go on. */
     void start(qint64 now);
+
+    /*! Goes on from \a now in another way; what is left of the time to the next frame is kept. After start(). */
+    void change(Pace pace, double speed, qint64 now);
 
     /*! Of a stepped trace: so many more may be taken. */
     void step(qint64 frames);
@@ -51,26 +58,27 @@ public:
     size_t position() const { return m_position; }
     bool isAtEnd() const { return m_position >= m_frames->size(); }
 
-    /*! The time of the frame that was taken last on the bus where it is played: its own one at recorded speed, else from
-     *  the first one's on so much faster or slower; of unpaced and stepped traces its own. In us, and never backward but
-     *  for those.
-     */
+    /*! The time of the frame that was taken last on the bus where it is played, in us. */
     qint64 stamp() const { return m_stamp; }
     /*! What the bus where it is played would stamp on a frame at \a now. */
     qint64 stampAt(qint64 now) const;
 
 private:
     qint64 dueTime() const;
+    qint64 atSpeed(qint64 time) const;
     bool isDue(qint64 now);
     void goOn();
 
     const std::vector<TraceFrame> *m_frames;
     double m_speed = 1.0;
     Pace m_pace = Pace::Recorded;
+    bool m_isStarted = false;
     size_t m_position = 0;
     qint64 m_steps = 0;
-    std::optional<qint64> m_firstStart;
-    qint64 m_anchor = 0;  // when the first frame was due, later for each delay
-    qint64 m_elapsed = 0; // us of the trace from the first frame to the next one, without jumps
-    qint64 m_stamp = 0;
+    qint64 m_anchor = 0;    // when the first frame was due, later for each delay
+    qint64 m_elapsed = 0;   // us of the trace from the first frame to the next one, without jumps
+    qint64 m_rest = 0;      // us of the trace until the next frame, where they are taken without their times
+    qint64 m_stamp = 0;     // us
+    qint64 m_stampFrom = 0; // us; the stamp at m_present
+    qint64 m_present = 0;   // when the trace began, or went on in another way
 };

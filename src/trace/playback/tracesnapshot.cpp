@@ -2,6 +2,7 @@
 #include "tracesnapshot.h"
 
 #include "recordedanswers.h"
+#include "tracedate.h"
 
 #include <canopen/heartbeat.h>
 #include <canopen/sdoabort.h>
@@ -90,16 +91,6 @@ std::optional<CanOpen::Heartbeat> heartbeatIn(const TraceFrame &frame)
     const bool isOne = !frame.isExtended() && !frame.isRemote() && !frame.isError()
                        && CanOpen::nodeIdOf(frame.id, CanOpen::errorControlBase) != 0;
     return isOne ? CanOpen::parseHeartbeatFrame(frame.toCanBusFrame()) : std::nullopt;
-}
-
-/*! In the zone of this computer, with its offset; invalid for what no calendar has. */
-QDateTime dateOf(qint64 time)
-{
-    constexpr int lastYear = 9999;
-    const QDateTime date = QDateTime::fromMSecsSinceEpoch(time / microseconds);
-    if (time <= 0 || date.date().year() > lastYear)
-        return QDateTime();
-    return date.toOffsetFromUtc(date.offsetFromUtc());
 }
 
 } // namespace
@@ -195,7 +186,7 @@ Snapshot TraceSnapshot::finish(const TraceHead &head, const QDateTime &end)
     Snapshot snapshot;
     snapshot.scope = SnapshotScope::Recorded;
     snapshot.duration = sinceBegin(m_latest);
-    snapshot.time = head.hasTimeOfDay ? dateOf(m_first) : QDateTime();
+    snapshot.time = head.hasTimeOfDay ? traceDate(m_first) : QDateTime();
     if (!snapshot.time.isValid())
         snapshot.time = end.addMSecs(-snapshot.duration);
     for (auto &[nodeId, node] : m_nodes) {

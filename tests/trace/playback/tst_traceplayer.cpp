@@ -53,7 +53,12 @@ private slots:
     void keepsTheTimesBetweenFrames_data();
     void keepsTheTimesBetweenFrames();
     void stampsAreThoseOfTheBus();
+    void timeOfTheBus();
+    void pausesAndGoesOn();
+    void stepsAreNotLeftBehind();
+    void changesTheSpeed();
     void stampsGoAlongWithTheSpeed();
+    void stampsWithoutTimesNeverGoBackward();
     void stampsOfAnyTime();
     void whoComesLateGoesOnFromThere();
     void smallDelaysAreCaughtUp();
@@ -104,8 +109,80 @@ void tst_TracePlayer::stampsAreThoseOfTheBus()
     QCOMPARE(player.stamp(), then + 10 * ms);
     QVERIFY(player.take(start + 13 * ms) != nullptr);
     QCOMPARE(player.stamp(), then + 12 * ms);
-    QCOMPARE(player.stampAt(start + 13 * ms), then + 13 * ms);
     QVERIFY(player.isAtEnd());
+}
+
+void tst_TracePlayer::timeOfTheBus()
+{
+    const std::vector<TraceFrame> frames = framesAt({then, then + 10 * ms, then + 20 * ms});
+    TracePlayer player(&frames);
+    player.setSpeed(2);
+    player.start(start);
+    QCOMPARE(player.stampAt(start - ms), then); // it is about to begin
+    QVERIFY(player.take(start) != nullptr);
+    QCOMPARE(player.stampAt(start + 4 * ms), then + 4 * ms);
+    QVERIFY(player.take(start + 5 * ms) != nullptr);
+    QVERIFY(player.take(start + 10 * ms) != nullptr);
+    QCOMPARE(player.stampAt(start + hour), then + 10 * ms); // over
+}
+
+void tst_TracePlayer::pausesAndGoesOn()
+{
+    const std::vector<TraceFrame> frames
+        = framesAt({then, then + 10 * ms, then + 20 * ms, then + 50 * ms, then + 60 * ms});
+    TracePlayer player(&frames);
+    player.start(start);
+    QVERIFY(player.take(start) != nullptr);
+    player.change(Pace::Stepped, 1, start + 3 * ms);
+    QVERIFY(!player.nextDue());
+    QCOMPARE(player.stampAt(start + hour), then + 3 * ms); // time stands still
+    player.change(Pace::Recorded, 1, start + hour);
+    QCOMPARE(player.nextDue().value_or(0), start + hour + 7 * ms); // what was left
+    QVERIFY(player.take(start + hour + 7 * ms) != nullptr);
+    QCOMPARE(player.stamp(), then + 10 * ms);
+
+    player.change(Pace::Stepped, 1, start + 2 * hour);
+    player.step(1);
+    QVERIFY(player.take(start + 2 * hour) != nullptr);
+    const qint64 stepped = player.stamp();
+    QVERIFY(player.take(start + 2 * hour) == nullptr);
+    player.change(Pace::Recorded, 1, start + 2 * hour);
+    QCOMPARE(player.nextDue().value_or(0), start + 2 * hour + 30 * ms); // all of it
+    QVERIFY(player.take(start + 2 * hour + 30 * ms) != nullptr);
+    QCOMPARE(player.stamp(), stepped + 30 * ms);
+}
+
+void tst_TracePlayer::stepsAreNotLeftBehind()
+{
+    const std::vector<TraceFrame> frames = framesAt({then, then + ms, then + 2 * ms});
+    TracePlayer player(&frames);
+    player.setPace(Pace::Stepped);
+    player.start(start);
+    player.step(2);
+    player.change(Pace::Stepped, 1, start);
+    QVERIFY(player.take(start) == nullptr);
+    player.step(2);
+    player.start(start);
+    QVERIFY(player.take(start) == nullptr);
+}
+
+void tst_TracePlayer::changesTheSpeed()
+{
+    const std::vector<TraceFrame> frames = framesAt({then, then + 10 * ms, then + 30 * ms, then + 40 * ms});
+    TracePlayer player(&frames);
+    player.start(start);
+    QVERIFY(player.take(start) != nullptr);
+    player.change(Pace::Recorded, 0.5, start + 4 * ms);
+    QCOMPARE(player.nextDue().value_or(0), start + 16 * ms); // 6 ms are left
+    QVERIFY(player.take(start + 16 * ms) != nullptr);
+    QCOMPARE(player.stamp(), then + 16 * ms);
+    QCOMPARE(player.nextDue().value_or(0), start + 56 * ms);
+    player.change(Pace::Recorded, 10, start + 70 * ms); // it is late already
+    QCOMPARE(player.nextDue().value_or(0), start + 70 * ms);
+    QVERIFY(player.take(start + 70 * ms) != nullptr);
+    QCOMPARE(player.nextDue().value_or(0), start + 71 * ms);
+    player.change(Pace::Unpaced, 10, start + 70 * ms);
+    QVERIFY(player.take(start + 70 * ms) != nullptr);
 }
 
 void tst_TracePlayer::stampsGoAlongWithTheSpeed()
@@ -117,6 +194,22 @@ void tst_TracePlayer::stampsGoAlongWithTheSpeed()
     QVERIFY(player.take(start) != nullptr);
     QVERIFY(player.take(start + 100 * ms) != nullptr);
     QCOMPARE(player.stamp(), then + 100 * ms);
+}
+
+void tst_TracePlayer::stampsWithoutTimesNeverGoBackward()
+{
+    const std::vector<TraceFrame> frames = framesAt({then, then + ms, then - hour, then - hour + ms});
+    TracePlayer player(&frames);
+    player.setPace(Pace::Unpaced);
+    player.start(start);
+    const qint64 expected[] = {then, then + ms, then + ms, then + 2 * ms};
+    for (const qint64 stamp : expected) {
+        QVERIFY(player.take(start) != nullptr);
+        QCOMPARE(player.stamp(), stamp);
+    }
+    player.start(start);
+    QVERIFY(player.take(start) != nullptr);
+    QCOMPARE(player.stamp(), then + 2 * ms);
 }
 
 void tst_TracePlayer::stampsOfAnyTime()
@@ -212,8 +305,10 @@ void tst_TracePlayer::beginsAnew()
     QCOMPARE(player.position(), size_t(0));
     QVERIFY(player.take(start + second - 1) == nullptr);
     QVERIFY(player.take(start + second) == &frames[0]);
-    QCOMPARE(player.stamp(), then + second);
+    QCOMPARE(player.stamp(), then + ms); // where it was
     QCOMPARE(player.nextDue().value_or(0), start + second + ms);
+    QVERIFY(player.take(start + second + ms) != nullptr);
+    QCOMPARE(player.stamp(), then + 2 * ms);
 }
 
 QTEST_APPLESS_MAIN(tst_TracePlayer)
