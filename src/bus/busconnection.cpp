@@ -105,6 +105,14 @@ const QCanBusDevice *BusConnection::device() const
     return m_port != nullptr ? m_port->device() : nullptr;
 }
 
+bool BusConnection::configureDevice(int key, const QVariant &value)
+{
+    if (m_port == nullptr || key < QCanBusDevice::UserKey)
+        return false;
+    m_port->device()->setConfigurationParameter(key, value);
+    return true;
+}
+
 CanOpen::Sending BusConnection::send(const QCanBusFrame &frame)
 {
     if (!m_isGateOpen && !CanOpen::isUploadRequest(frame)) {

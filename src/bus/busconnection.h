@@ -12,6 +12,7 @@
 
 #include <QObject>
 #include <QTimer>
+#include <QVariant>
 
 #include <memory>
 
@@ -103,6 +104,11 @@ public:
 
     /*! For questions to the back end; null while the bus is not connected. */
     const QCanBusDevice *device() const;
+
+    /*! Tells the back end what only itself knows: \a key is one from QCanBusDevice::UserKey on. False for others, and while
+     *  the bus is not connected.
+     */
+    bool configureDevice(int key, const QVariant &value);
 
     /*! Sends \a frame; dropped while the bus is not connected, and when it is none that the gate lets through. */
     CanOpen::Sending send(const QCanBusFrame &frame);

@@ -119,6 +119,14 @@ public:
     {
         return m_process.processId();
     }
+    void type(const QByteArray &text)
+    {
+        m_process.write(text);
+    }
+    void endInput()
+    {
+        m_process.closeWriteChannel();
+    }
     void signal(int number)
     {
         ::kill(static_cast<pid_t>(m_process.processId()), number);

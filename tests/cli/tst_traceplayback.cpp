@@ -24,6 +24,11 @@ private slots:
     void objectOfATrace();
     void gapsOfATraceAreNamed();
     void snapshotOfAPlayedTrace();
+    void listeningEndsWithTheTrace();
+    void askingDoesNot();
+    void endOfATraceIsNoFault();
+    void stepsThroughATrace();
+    void stepsOfAFile();
     void snapshotFromATrace();
     void snapshotFromAnotherChannel();
     void snapshotOfStandardInput();
@@ -221,6 +226,77 @@ void tst_TracePlayback::snapshotOfAPlayedTrace()
         result.output.contains(QLatin1String(
             "    Not recorded: The trace holds no answer of the device to this (0800 F001h). 1001h.0, ")),
         qPrintable(result.output));
+}
+
+void tst_TracePlayback::listeningEndsWithTheTrace()
+{
+    const Result result = run({QStringLiteral("events"), QStringLiteral("--json"), QStringLiteral("--bus"),
+                               QStringLiteral("trace:%1?speed=max").arg(m_ride)});
+    QCOMPARE(result.errors, QStringLiteral("The trace is over.\n"));
+    QCOMPARE(result.status, 0);
+    // At the time of then.
+    const QJsonArray events
+        = QJsonDocument::fromJson(result.output.toUtf8()).object()[QLatin1String("events")].toArray();
+    const QString time = events.first().toObject().value(QLatin1String("time")).toString();
+    QCOMPARE(QDateTime::fromString(time, Qt::ISODateWithMs).toMSecsSinceEpoch(), 1600000000000);
+}
+
+/*! Its devices answer also when it is over. */
+void tst_TracePlayback::askingDoesNot()
+{
+    const Result result = run({QStringLiteral("watch"), QStringLiteral("--bus"),
+                               QStringLiteral("trace:%1?speed=max").arg(m_ride), QStringLiteral("--for"),
+                               QStringLiteral("5s"), QStringLiteral("2:1000:0")});
+    QVERIFY2(result.errors.startsWith(QStringLiteral("The trace is over.\n")), qPrintable(result.errors));
+    QVERIFY2(result.output.contains(QStringLiteral("Device type (node 2, 1000h.0)")),
+             qPrintable(result.output));
+    QCOMPARE(result.status, 0);
+}
+
+/*! Nobody is late because nothing more was recorded. */
+void tst_TracePlayback::endOfATraceIsNoFault()
+{
+    const QString beats = write("beats.log", "(1600000000.000000) can0 702#05\n"
+                                             "(1600000000.500000) can0 702#05\n"
+                                             "(1600000001.000000) can0 702#05\n"
+                                             "(1600000001.500000) can0 702#05\n");
+    const Result result = run({QStringLiteral("monitor"), QStringLiteral("--for"), QStringLiteral("60s"),
+                               QStringLiteral("--bus"), QStringLiteral("trace:") + beats});
+    QCOMPARE(result.status, 0);
+    QVERIFY2(result.output.contains(QStringLiteral("good: 1 device is heard")), qPrintable(result.output));
+    QVERIFY2(!result.output.contains(QStringLiteral("fault")), qPrintable(result.output));
+}
+
+void tst_TracePlayback::stepsThroughATrace()
+{
+    Program program({QStringLiteral("events"), QStringLiteral("--bus"),
+                     QStringLiteral("trace:%1?speed=step").arg(m_ride)});
+    QVERIFY(program.waitForErrors(
+        QStringLiteral("The trace waits: Enter plays a frame, a number so many. Ctrl+C ends it.\n")));
+    program.type("\n");
+    QVERIFY(program.waitForOutput(QStringLiteral("Node 2: It is heard: working")));
+    program.type("some\n0\n");
+    QVERIFY(program.waitForErrors(QStringLiteral("\"some\" is no number of frames.\n"
+                                                 "\"0\" is no number of frames.\n")));
+    program.type("1\n");
+    QVERIFY(program.waitForOutput(QStringLiteral("Node 9: It is heard:")));
+    program.type("1000");
+    program.endInput();
+    QVERIFY(program.waitForErrors(QStringLiteral("The trace is over.\n")));
+    QCOMPARE(program.finish().status, 0);
+}
+
+/*! Who has asked for all that he wanted is not waited for. */
+void tst_TracePlayback::stepsOfAFile()
+{
+    QProcess process;
+    process.setStandardInputFile(write("steps.txt", "1\n"));
+    process.start(QStringLiteral(DRAXELCTL), {QStringLiteral("events"), QStringLiteral("--bus"),
+                                              QStringLiteral("trace:%1?speed=step").arg(m_ride)});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 0);
+    const QByteArray output = process.readAllStandardOutput();
+    QVERIFY2(output.contains("Node 2: ") && !output.contains("Node 9: "), output.constData());
 }
 
 void tst_TracePlayback::snapshotFromATrace()

@@ -8,6 +8,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <limits>
 #include <memory>
 
 /*! Health, events and values of a connection with a device that obeys the test. */
@@ -32,6 +33,8 @@ private slots:
     void beginsAnew();
     void playedTraceHasItsOwnTime();
     void playedTraceWithoutADay();
+    void framesOfATraceThatComeAtOnce();
+    void traceOfNoTime();
 
 private:
     void play(qint64 time, bool hasTimeOfDay);
@@ -250,6 +253,32 @@ void tst_LiveBus::playedTraceWithoutADay()
     QVERIFY(m_live->timeOfDay(0) >= before);
     play(2500000, false);
     QCOMPARE(m_live->now(), Q_INT64_C(1000000));
+}
+
+/*! A trace without pauses may be far ahead of what was delivered of it. */
+void tst_LiveBus::framesOfATraceThatComeAtOnce()
+{
+    play(0, false);
+    m_live->start();
+    play(5000000, false);
+    QVector<QCanBusFrame> frames;
+    for (int i = 0; i <= 10; ++i) {
+        frames.append(QCanBusFrame(0x705, QByteArray(1, '\5')));
+        frames.last().setTimeStamp(QCanBusFrame::TimeStamp::fromMicroSeconds(i * 500000));
+    }
+    m_fake->device()->inject(frames);
+    QTest::qWait(1000);
+    QCOMPARE(*node(5).heartbeat.period, 500.0);
+    QCOMPARE(node(5).heartbeat.longestGap.value_or(0), 500.0);
+    QCOMPARE(kinds(), QStringList(QStringLiteral("nodeHeard")));
+}
+
+void tst_LiveBus::traceOfNoTime()
+{
+    play(std::numeric_limits<qint64>::min(), true);
+    m_live->start();
+    heartbeats(6);
+    QVERIFY(qAbs(*node(5).heartbeat.period - 500) < 50);
 }
 
 QTEST_GUILESS_MAIN(tst_LiveBus)

@@ -188,7 +188,7 @@ void tst_TraceDevice::playsFaster()
     Listener listener(played.get());
     pass(155);
     QCOMPARE(listener.texts.size(), 6);
-    QCOMPARE(listener.stamps.last(), 1600000000150000);
+    QCOMPARE(listener.stamps.last(), 1600000001500000);
     pass(50);
     QCOMPARE(listener.texts.size(), 7);
 }

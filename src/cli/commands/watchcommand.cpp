@@ -133,6 +133,7 @@ ExitStatus WatchCommand::run(const QStringList &arguments)
         return *status;
     if (const std::optional<ExitStatus> status = openTable())
         return *status;
+    m_listening.outlastTraces();
     if (const std::optional<ExitStatus> status = m_listening.begin())
         return *status;
     return watch();

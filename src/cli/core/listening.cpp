@@ -70,8 +70,11 @@ std::optional<ExitStatus> Listening::begin()
         m_live.learn(sheet.key(), sheet->dictionary);
     if (m_time)
         QTimer::singleShot(*m_time, Qt::PreciseTimer, &m_live, [this] { m_loop.end(); });
-    // Nobody reads any more.
+    m_steps.begin();
     QObject::connect(&m_live, &LiveBus::ticked, &m_live, [this] {
+        if (m_steps.isOver() && !m_isOutlasting)
+            m_loop.end();
+        // Nobody reads any more.
         if (!Console::isComplete() || !Terminal::hasReader(Terminal::Stream::Output))
             m_loop.end();
     });

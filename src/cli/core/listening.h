@@ -5,6 +5,7 @@
 #include "datasheets.h"
 #include "exitstatus.h"
 #include "interruptibleloop.h"
+#include "tracesteps.h"
 
 #include <bus/busconnection.h>
 #include <host/core/livebus.h>
@@ -15,7 +16,9 @@
 #include <functional>
 #include <optional>
 
-/*! A bus that a command listens to for some time: the options --bus, --bitrate, --for and --eds, and the waiting. */
+/*! A bus that a command listens to for some time: the options --bus, --bitrate, --for and --eds, and the waiting. That
+ *  ends also when a trace that is played as the bus is over.
+ */
 class Listening
 {
     Q_DECLARE_TR_FUNCTIONS(Listening)
@@ -44,6 +47,9 @@ public:
      */
     ExitStatus wait(const std::function<void()> &atEnd = {});
 
+    /*! Devices of a trace that is played are asked: they answer also when it is over, so that is no end. */
+    void outlastTraces() { m_isOutlasting = true; }
+
     /*! Ends wait() before its time. */
     void end() { m_loop.end(); }
 
@@ -58,4 +64,6 @@ private:
     DataSheets m_sheets;
     BusConnection m_bus;
     LiveBus m_live{&m_bus};
+    TraceSteps m_steps{&m_bus};
+    bool m_isOutlasting = false;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What this library asks of the operating system, for systems without POSIX: no signals, and terminals everywhere.
 #include "childtask.h"
+#include "inputlines.h"
 #include "outputfile.h"
 #include "terminal.h"
 #include "unixsignals.h"
@@ -36,6 +37,17 @@ UnixSignals::UnixSignals(QObject *parent)
 UnixSignals::~UnixSignals() = default;
 
 void UnixSignals::readPipe() {}
+
+InputLines::InputLines(QObject *parent)
+    : QObject(parent)
+{
+}
+
+InputLines::~InputLines() = default;
+
+void InputLines::readMore() {}
+
+void InputLines::take(const QByteArray &) {}
 
 bool OutputFile::isPipe(const QString &)
 {

@@ -2,6 +2,7 @@
 // What this library asks of the operating system, by POSIX: terminals, signals, pipes and processes.
 #include "childtask.h"
 #include "exitstatus.h"
+#include "inputlines.h"
 #include "interruptibleloop.h"
 #include "outputfile.h"
 #include "terminal.h"
@@ -79,6 +80,44 @@ Terminal::Size Terminal::size()
     size.columns = told.ws_col > 0 ? told.ws_col : size.columns;
     size.lines = told.ws_row > 0 ? told.ws_row : size.lines;
     return size;
+}
+
+InputLines::InputLines(QObject *parent)
+    : QObject(parent)
+    , m_notifier(std::make_unique<QSocketNotifier>(STDIN_FILENO, QSocketNotifier::Read))
+{
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &InputLines::readMore);
+}
+
+InputLines::~InputLines() = default;
+
+void InputLines::readMore()
+{
+    std::array<char, longest> bytes{};
+    const ssize_t count = ::read(STDIN_FILENO, bytes.data(), bytes.size());
+    if (count < 0 && (errno == EINTR || errno == EAGAIN))
+        return;
+    if (count > 0) {
+        take(QByteArray(bytes.data(), static_cast<int>(count)));
+        return;
+    }
+    m_notifier->setEnabled(false);
+    if (!m_line.isEmpty())
+        take(QByteArray(1, '\n'));
+    emit ended();
+}
+
+void InputLines::take(const QByteArray &bytes)
+{
+    for (const char byte : bytes) {
+        if (byte != '\n' && m_line.size() < longest)
+            m_line.append(byte);
+        if (byte != '\n')
+            continue;
+        const QByteArray line = m_line;
+        m_line.clear();
+        emit read(line);
+    }
 }
 
 struct UnixSignals::Handlers

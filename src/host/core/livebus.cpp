@@ -6,6 +6,7 @@
 
 #include <QCanBusFrame>
 
+#include <algorithm>
 #include <chrono>
 
 namespace {
@@ -48,11 +49,7 @@ LiveBus::LiveBus(BusConnection *bus, QObject *parent)
 void LiveBus::start()
 {
     m_steady.start();
-    m_playedFrom = PlaybackState::busTime(m_bus->device());
-    const std::optional<PlaybackState> played = PlaybackState::of(m_bus->device());
-    m_start = played ? played->timeOfDay() : QDateTime();
-    if (!m_start.isValid())
-        m_start = QDateTime::currentDateTime();
+    followTrace();
     m_start.setOffsetFromUtc(m_start.offsetFromUtc()); // so that it is written with it
     m_clock = FrameClock();
     m_events = EventRecorder();
@@ -63,6 +60,20 @@ void LiveBus::start()
     m_interface.start();
     m_interface.poll();
     m_timer.start();
+}
+
+/*! Where the time begins: with that of a trace that is played, which may be any, or now. */
+void LiveBus::followTrace()
+{
+    constexpr qint64 latest = Q_INT64_C(1) << 60;
+    m_playedFrom = PlaybackState::busTime(m_bus->device());
+    if (m_playedFrom && (*m_playedFrom < 0 || *m_playedFrom > latest))
+        m_playedFrom.reset();
+    m_played = 0;
+    const std::optional<PlaybackState> played = PlaybackState::of(m_bus->device());
+    m_start = played && m_playedFrom ? played->timeOfDay() : QDateTime();
+    if (!m_start.isValid())
+        m_start = QDateTime::currentDateTime();
 }
 
 void LiveBus::stop()
@@ -116,7 +127,16 @@ void LiveBus::handleReceived(const QCanBusFrame &frame)
     if (!m_isListening)
         return;
     m_interface.handleFrame(frame);
-    handle(LiveFrame::of(frame, m_clock.timeOf(stampOf(frame), steadyNow())));
+    handle(LiveFrame::of(frame, heardAt(frame)));
+}
+
+qint64 LiveBus::heardAt(const QCanBusFrame &frame)
+{
+    if (!m_playedFrom)
+        return m_clock.timeOf(stampOf(frame), steadyNow());
+    // Frames of a trace may come all at once.
+    m_played = std::max(m_played, stampOf(frame) - *m_playedFrom);
+    return m_played;
 }
 
 void LiveBus::handleSent(const QCanBusFrame &frame)

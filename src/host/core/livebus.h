@@ -65,12 +65,15 @@ private:
     void handleState(BusConnection::State state);
     void tick();
     qint64 steadyNow() const;
+    void followTrace();
+    qint64 heardAt(const QCanBusFrame &frame);
 
     BusConnection *m_bus;
     InterfaceHealth m_interface;
     FrameClock m_clock;
     QElapsedTimer m_steady;
     std::optional<qint64> m_playedFrom; // us; the time of a trace that is played, at start()
+    qint64 m_played = 0;                // us since then; of the frame that came last
     QDateTime m_start;
     QTimer m_timer;
     BusHealth m_health;

@@ -29,28 +29,26 @@ TracePlayer::TracePlayer(const std::vector<TraceFrame> *frames)
 
 void TracePlayer::start(qint64 now)
 {
-    if (!m_isStarted && !m_frames->empty())
-        m_stamp = m_frames->front().time;
-    else if (m_isStarted)
+    if (m_isStarted)
         m_stamp = stampAt(now);
+    else if (!m_frames->empty())
+        m_stamp = m_frames->front().time;
     m_isStarted = true;
-    m_stampFrom = m_stamp;
-    m_present = m_anchor = now;
-    m_elapsed = m_rest = 0;
+    m_begin = m_stamp;
+    m_anchor = now;
+    m_elapsed = 0;
     m_position = 0;
     m_steps = 0;
 }
 
 void TracePlayer::change(Pace pace, double speed, qint64 now)
 {
-    m_stamp = m_stampFrom = stampAt(now);
-    m_present = now;
-    if (m_pace == Pace::Recorded)
-        m_rest = static_cast<qint64>(static_cast<double>(std::max<qint64>(dueTime() - now, 0)) * m_speed);
+    m_stamp = stampAt(now);
+    const qint64 rest = std::max<qint64>(m_elapsed - sinceBegin(), 0);
     m_pace = pace;
     m_speed = speed;
     m_steps = 0;
-    m_anchor = now + atSpeed(m_rest) - atSpeed(m_elapsed);
+    m_anchor = now + atSpeed(rest) - atSpeed(m_elapsed);
 }
 
 void TracePlayer::step(qint64 frames)
@@ -72,7 +70,7 @@ const TraceFrame *TracePlayer::take(qint64 now)
     if (isAtEnd() || !isDue(now))
         return nullptr;
     const TraceFrame *frame = &(*m_frames)[m_position];
-    m_stamp = m_pace == Pace::Recorded ? stampAt(dueTime()) : plus(m_stamp, m_rest);
+    m_stamp = plus(m_begin, std::max(m_elapsed, sinceBegin()));
     goOn();
     return frame;
 }
@@ -81,7 +79,14 @@ qint64 TracePlayer::stampAt(qint64 now) const
 {
     if (m_pace != Pace::Recorded || isAtEnd())
         return m_stamp;
-    return plus(m_stampFrom, std::max<qint64>(now - m_present, 0)); // it may begin a little later
+    const auto left = static_cast<qint64>(static_cast<double>(dueTime() - now) * m_speed);
+    return plus(m_begin, std::max(m_elapsed - left, sinceBegin()));
+}
+
+/*! Of the stamp. */
+qint64 TracePlayer::sinceBegin() const
+{
+    return plus(m_stamp, -m_begin);
 }
 
 qint64 TracePlayer::dueTime() const
@@ -101,8 +106,10 @@ bool TracePlayer::isDue(qint64 now)
     if (m_pace == Pace::Stepped)
         return m_steps > 0;
     const qint64 delay = now - dueTime();
-    if (delay > longestDelay)
+    if (delay > longestDelay) {
+        m_begin = plus(m_begin, static_cast<qint64>(static_cast<double>(delay) * m_speed));
         m_anchor += delay;
+    }
     return delay >= 0;
 }
 
@@ -113,6 +120,5 @@ void TracePlayer::goOn()
         --m_steps;
     if (isAtEnd())
         return;
-    m_rest = pauseBetween((*m_frames)[m_position - 1], (*m_frames)[m_position]);
-    m_elapsed += m_rest;
+    m_elapsed += pauseBetween((*m_frames)[m_position - 1], (*m_frames)[m_position]);
 }

@@ -11,9 +11,9 @@
  *  Knows no clock: the present comes in with each call, in us of any clock that goes forward. Times of a trace may run
  *  backward or jump when somebody sets the clock of the computer that records; the frame after such a jump is due at once.
  *
- *  The bus where it is played has a time of its own, stampAt(): it begins with that of the first frame and never goes
- *  backward. It goes with the present while frames come at their times, from one frame to the next where they are taken
- *  without, and it stands still when the trace is over.
+ *  The bus where it is played has the time of the trace, stampAt(): it begins with that of the first frame and never goes
+ *  backward. It goes as fast as the frames come: with the present at recorded speed, from one frame to the next where they
+ *  are taken without their times, and it stands still when the trace is over.
  */
 class TracePlayer
 {
@@ -66,6 +66,7 @@ public:
 private:
     qint64 dueTime() const;
     qint64 atSpeed(qint64 time) const;
+    qint64 sinceBegin() const;
     bool isDue(qint64 now);
     void goOn();
 
@@ -75,10 +76,8 @@ private:
     bool m_isStarted = false;
     size_t m_position = 0;
     qint64 m_steps = 0;
-    qint64 m_anchor = 0;    // when the first frame was due, later for each delay
-    qint64 m_elapsed = 0;   // us of the trace from the first frame to the next one, without jumps
-    qint64 m_rest = 0;      // us of the trace until the next frame, where they are taken without their times
-    qint64 m_stamp = 0;     // us
-    qint64 m_stampFrom = 0; // us; the stamp at m_present
-    qint64 m_present = 0;   // when the trace began, or went on in another way
+    qint64 m_anchor = 0;  // when the first frame was due, later for each delay
+    qint64 m_elapsed = 0; // us of the trace from the first frame to the next one, without jumps
+    qint64 m_begin = 0;   // us; the stamp of the first frame, later for each delay
+    qint64 m_stamp = 0;   // us; of what was last
 };
