@@ -3,6 +3,7 @@
 
 #include <host/core/background.h>
 #include <live/events/eventlist.h>
+#include <trace/playback/playbackstate.h>
 #include <trace/recording/tracefolder.h>
 
 #include <QCanBusFrame>
@@ -106,11 +107,20 @@ void TraceRecorder::begin()
     emit begun(head());
 }
 
+/*! Of a trace that is played also what is asked has the time of then. */
+qint64 TraceRecorder::timeOf(QCanBusFrame frame)
+{
+    const std::optional<qint64> played = PlaybackState::busTime(m_bus->device());
+    if (played && frame.timeStamp().seconds() == 0 && frame.timeStamp().microSeconds() == 0)
+        frame.setTimeStamp(QCanBusFrame::TimeStamp::fromMicroSeconds(*played));
+    return m_time.timeOf(frame, now());
+}
+
 void TraceRecorder::take(const QCanBusFrame &frame, TraceFrame::Flag flag)
 {
     if (!m_isListening || !isClassic(frame))
         return;
-    TraceFrame traced = TraceFrame::of(frame, m_time.timeOf(frame, now()));
+    TraceFrame traced = TraceFrame::of(frame, timeOf(frame));
     traced.flags = static_cast<quint8>(traced.flags | flag);
     m_flight.add(traced);
     if (m_recording && !m_recording->add(traced, now()))
@@ -145,7 +155,9 @@ void TraceRecorder::noticeFaults()
     const bool hasFault
         = std::any_of(events.end() - static_cast<std::ptrdiff_t>(unseen), events.end(),
                       [](const LiveEvent &event) { return event.severity() == Severity::Fault; });
-    if (hasFault && m_settings.savesFaults)
+    // The faults of a trace that is played are in a file already.
+    const bool isPlayed = PlaybackState::busTime(m_bus->device()).has_value();
+    if (hasFault && m_settings.savesFaults && !isPlayed)
         m_faults.handleFault(now());
 }
 

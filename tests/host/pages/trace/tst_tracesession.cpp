@@ -40,6 +40,8 @@ private slots:
     void faultsSaveOnce();
     void faultBeforeTheEndIsSaved();
     void noFaultNoFile();
+    void faultOfAPlayedTraceIsNotSaved();
+    void requestsToAPlayedTraceHaveItsTime();
     void automaticSavingIsBounded();
     void records();
     void recordingOutlastsTheConnection();
@@ -363,6 +365,36 @@ void tst_TraceSession::noFaultNoFile()
     wait(20'000);
     finishWork();
     QVERIFY(automatic().isEmpty());
+}
+
+void tst_TraceSession::faultOfAPlayedTraceIsNotSaved()
+{
+    connectToBus();
+    m_fake->device()->setProperty("busTime", Q_INT64_C(1600000000000000));
+    heartbeat();
+    addEvent(EventKind::Emergency);
+    wait(60000);
+    m_bus->disconnectFromBus();
+    finishWork();
+    QCOMPARE(automatic(), QStringList());
+}
+
+void tst_TraceSession::requestsToAPlayedTraceHaveItsTime()
+{
+    connectToBus();
+    m_fake->device()->setProperty("busTime", Q_INT64_C(1600000000250000));
+    m_bus->sdoClient().upload(5, {0x1000, 0}, CanOpen::DataType::Unsigned32);
+    QCanBusFrame answer(0x585, QByteArray::fromHex("4300100001000000"));
+    answer.setTimeStamp(QCanBusFrame::TimeStamp::fromMicroSeconds(1600000000251000));
+    m_fake->device()->inject(answer);
+    wait(300);
+    const QString file = path("played.log");
+    m_session->save(file, m_session->recorder().lastMinutes());
+    finishWork();
+    const Trace trace = load(file);
+    QCOMPARE(trace.frames.size(), size_t(2));
+    QCOMPARE(trace.frames[0].time, Q_INT64_C(1600000000250000));
+    QCOMPARE(trace.frames[1].time, Q_INT64_C(1600000000251000));
 }
 
 void tst_TraceSession::automaticSavingIsBounded()
