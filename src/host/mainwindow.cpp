@@ -14,6 +14,7 @@
 #include "messagelog.h"
 #include "messagepanel.h"
 #include "patiencedialog.h"
+#include "playbackbar.h"
 #include "pluginactions.h"
 #include "reportfiles.h"
 #include "sharesetting.h"
@@ -259,6 +260,7 @@ void MainWindow::build()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_bar);
+    layout->addWidget(new PlaybackBar(&m_services->bus(), centre));
     layout->addWidget(new ValuesStrip(&m_vehicle, centre));
     layout->addWidget(m_pages, 1);
     setCentralWidget(centre);

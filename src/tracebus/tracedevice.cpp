@@ -83,6 +83,11 @@ void TraceCanDevice::control(int key, const QVariant &value)
     case RestartKey:
         m_player->start(now());
         break;
+    case RepeatKey:
+        m_address.isRepeated = value.toBool();
+        if (m_address.isRepeated && m_player->isAtEnd())
+            m_player->start(now());
+        break;
     default:
         break;
     }
@@ -112,6 +117,7 @@ QVariantMap TraceCanDevice::playback() const
     state.time = frames[std::max<size_t>(m_player->position(), 1) - 1].time;
     state.hasTimeOfDay = m_trace.head.hasTimeOfDay;
     state.isPaused = m_player->pace() == Pace::Stepped;
+    state.isRepeated = m_address.isRepeated;
     state.isOver = m_player->isAtEnd() && !m_address.isRepeated;
     state.speed = m_pace == Pace::Unpaced ? 0 : m_address.speed;
     return state.toMap();

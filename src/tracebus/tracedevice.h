@@ -41,6 +41,7 @@ public:
         PauseKey = PlaybackState::PauseKey,
         SpeedKey = PlaybackState::SpeedKey,
         RestartKey = PlaybackState::RestartKey,
+        RepeatKey = PlaybackState::RepeatKey,
     };
     Q_ENUM(TraceKey)
 

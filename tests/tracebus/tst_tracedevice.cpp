@@ -94,6 +94,7 @@ private slots:
     void speedsThatThereAreNot_data();
     void speedsThatThereAreNot();
     void beginsAnewWhenAsked();
+    void repeatsWhenAsked();
     void tellsHowFarItIs();
     void playsAnotherChannel();
     void repeats();
@@ -323,6 +324,22 @@ void tst_TraceDevice::beginsAnewWhenAsked()
     pass(1);
     QCOMPARE(listener.texts.size(), 13);
     QVERIFY(listener.stamps.at(12) >= listener.stamps.at(11));
+}
+
+void tst_TraceDevice::repeatsWhenAsked()
+{
+    const auto played = device();
+    Listener listener(played.get());
+    played->setConfigurationParameter(TraceCanDevice::RepeatKey, true);
+    pass(2150);
+    QCOMPARE(listener.texts.size(), 8);
+    QVERIFY(PlaybackState::of(played.get()).value_or(PlaybackState()).isRepeated);
+    played->setConfigurationParameter(TraceCanDevice::RepeatKey, false);
+    pass(60000);
+    QCOMPARE(listener.texts.size(), 14);
+    played->setConfigurationParameter(TraceCanDevice::RepeatKey, true); // it is over
+    pass(100);
+    QCOMPARE(listener.texts.size(), 15);
 }
 
 void tst_TraceDevice::tellsHowFarItIs()

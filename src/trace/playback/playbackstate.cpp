@@ -8,13 +8,14 @@ namespace {
 constexpr const char *stateProperty = "playback";
 constexpr const char *timeProperty = "busTime";
 
-constexpr QLatin1String playedName("played");
-constexpr QLatin1String framesName("frames");
-constexpr QLatin1String timeName("time");
-constexpr QLatin1String timeOfDayName("hasTimeOfDay");
-constexpr QLatin1String pausedName("isPaused");
-constexpr QLatin1String overName("isOver");
-constexpr QLatin1String speedName("speed");
+constexpr const char *playedName = "played";
+constexpr const char *framesName = "frames";
+constexpr const char *timeName = "time";
+constexpr const char *timeOfDayName = "hasTimeOfDay";
+constexpr const char *pausedName = "isPaused";
+constexpr const char *overName = "isOver";
+constexpr const char *repeatedName = "isRepeated";
+constexpr const char *speedName = "speed";
 
 } // namespace
 
@@ -25,8 +26,16 @@ QDateTime PlaybackState::timeOfDay() const
 
 QVariantMap PlaybackState::toMap() const
 {
-    return {{playedName, played},   {framesName, frames}, {timeName, time},  {timeOfDayName, hasTimeOfDay},
-            {pausedName, isPaused}, {overName, isOver},   {speedName, speed}};
+    QVariantMap map;
+    map.insert(QLatin1String(playedName), played);
+    map.insert(QLatin1String(framesName), frames);
+    map.insert(QLatin1String(timeName), time);
+    map.insert(QLatin1String(timeOfDayName), hasTimeOfDay);
+    map.insert(QLatin1String(pausedName), isPaused);
+    map.insert(QLatin1String(overName), isOver);
+    map.insert(QLatin1String(repeatedName), isRepeated);
+    map.insert(QLatin1String(speedName), speed);
+    return map;
 }
 
 std::optional<PlaybackState> PlaybackState::of(const QCanBusDevice *device)
@@ -36,13 +45,14 @@ std::optional<PlaybackState> PlaybackState::of(const QCanBusDevice *device)
         return std::nullopt;
     const QVariantMap map = property.toMap();
     PlaybackState state;
-    state.played = map.value(playedName).toLongLong();
-    state.frames = map.value(framesName).toLongLong();
-    state.time = map.value(timeName).toLongLong();
-    state.hasTimeOfDay = map.value(timeOfDayName).toBool();
-    state.isPaused = map.value(pausedName).toBool();
-    state.isOver = map.value(overName).toBool();
-    state.speed = map.value(speedName).toDouble();
+    state.played = map.value(QLatin1String(playedName)).toLongLong();
+    state.frames = map.value(QLatin1String(framesName)).toLongLong();
+    state.time = map.value(QLatin1String(timeName)).toLongLong();
+    state.hasTimeOfDay = map.value(QLatin1String(timeOfDayName)).toBool();
+    state.isPaused = map.value(QLatin1String(pausedName)).toBool();
+    state.isOver = map.value(QLatin1String(overName)).toBool();
+    state.isRepeated = map.value(QLatin1String(repeatedName)).toBool();
+    state.speed = map.value(QLatin1String(speedName)).toDouble();
     return state;
 }
 

@@ -18,6 +18,7 @@ struct PlaybackState
         PauseKey,                         //!< bool: pauses, or goes on
         SpeedKey,   //!< double: so many times as fast; 0: as fast as somebody takes the frames
         RestartKey, //!< of any value: plays it from the beginning
+        RepeatKey,  //!< bool: begins anew when it is over
     };
 
     qint64 played = 0; //!< frames
@@ -26,7 +27,8 @@ struct PlaybackState
     bool hasTimeOfDay = false;
     bool isPaused = false;
     bool isOver = false; //!< and is not repeated
-    double speed = 1;    //!< 0: as fast as somebody takes the frames
+    bool isRepeated = false;
+    double speed = 1; //!< 0: as fast as somebody takes the frames
 
     /*! The time of day of the frame that was played last; invalid when the trace does not tell. */
     QDateTime timeOfDay() const;
