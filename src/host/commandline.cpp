@@ -4,6 +4,9 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 struct Tr
@@ -55,11 +58,9 @@ CommandLine::CommandLine()
 bool CommandLine::asksForText(const QStringList &arguments)
 {
     // By their whole names: an option of Qt's own may hold the same letters.
-    for (const char *option : {"-h", "--help", "-V", "-v", "--version"}) {
-        if (arguments.contains(s(option)))
-            return true;
-    }
-    return false;
+    constexpr const char *options[] = {"-h", "--help", "-V", "-v", "--version"};
+    return std::any_of(std::begin(options), std::end(options),
+                       [&arguments](const char *option) { return arguments.contains(s(option)); });
 }
 
 std::optional<HostOptions> CommandLine::parse(const QStringList &arguments, QString *error)

@@ -32,7 +32,7 @@ QString TraceFolder::save(const Trace &trace, const QDateTime &time, QString *er
                             .arg(QDir::toNativeSeparators(folder.path()));
         return {};
     }
-    const QString file
+    QString file
         = folder.filePath(time.toUTC().toString(QStringLiteral("'trace 'yyyy-MM-dd hh.mm.ss'.log.gz'")));
     if (!TraceFile::save(file, trace, errorMessage))
         return {};

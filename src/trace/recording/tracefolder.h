@@ -8,6 +8,8 @@
 #include <QDateTime>
 #include <QString>
 
+#include <utility>
+
 /*! A folder of traces that the program saves by itself, with a bound on the space that they take.
  *
  *  Only files that it has named itself are counted and removed: "trace 2026-11-22 08.30.15.log.gz", of UTC.
@@ -17,10 +19,10 @@ class TraceFolder
 public:
     static constexpr qint64 reserve = 200000000; //!< bytes that must stay free
 
-    TraceFolder(const QString &path, qint64 mostBytes, const FreeSpace &freeSpace = systemFreeSpace)
-        : m_path(path)
+    TraceFolder(QString path, qint64 mostBytes, FreeSpace freeSpace = systemFreeSpace)
+        : m_path(std::move(path))
         , m_mostBytes(mostBytes)
-        , m_freeSpace(freeSpace)
+        , m_freeSpace(std::move(freeSpace))
     {
     }
 

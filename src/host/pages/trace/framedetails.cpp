@@ -13,7 +13,7 @@ namespace {
 
 QString bytesOf(const TraceFrame &frame, const FramePart &part)
 {
-    const auto begin = reinterpret_cast<const char *>(frame.bytes.data());
+    const auto *const begin = reinterpret_cast<const char *>(frame.bytes.data());
     const int first = std::min(std::max(part.first, 0), frame.size());
     const int count = std::min(std::max(part.count, 0), frame.size() - first);
     return QString::fromLatin1(QByteArray(begin + first, count).toHex(' ').toUpper());

@@ -146,6 +146,7 @@ private slots:
     void chosenLineIsShownByteByByte();
     void chosenLineStaysUnderAFilter();
     void filters();
+    void whatIsLearntHoldsForLinesOfBefore();
     void filterProblemIsSaid();
     void countsSayHowManyAreShown();
     void finds();
@@ -390,6 +391,25 @@ void tst_TracePage::filters()
     QTest::qWait(100);
     QCOMPARE(host.rows(), 2);
     QCOMPARE(host.find<QToolButton>("filterKinds")->text(), QStringLiteral("Heartbeats"));
+}
+
+void tst_TracePage::whatIsLearntHoldsForLinesOfBefore()
+{
+    TraceHost host;
+    host.connectToBus();
+    host.type("filterNodes", QStringLiteral("5"));
+    host.hear({heard(0, 0x345, "01")}); // whose it is nobody knows
+    QCOMPARE(host.rows(), 0);
+    constexpr const char *reads[][2] = {
+        {"4000180100000000", "4300180145030000"}, // 1800h.1 = 345h
+        {"40001A0000000000", "4F001A0001000000"}, // 1A00h.0 = 1
+        {"40001A0100000000", "43001A0108010060"}, // 1A00h.1 = 6000h.1, 8 bits
+    };
+    for (const auto &read : reads)
+        host.hear({heard(0, 0x605, read[0]), heard(0, 0x585, read[1])});
+    QTest::qWait(500);
+    QCOMPARE(host.rows(), 4);
+    QVERIFY2(host.what(0).startsWith(QStringLiteral("PDO 1")), qPrintable(host.what(0)));
 }
 
 void tst_TracePage::filterProblemIsSaid()
@@ -658,6 +678,7 @@ void tst_TracePage::records()
 {
     TraceHost host;
     host.connectToBus();
+    QTest::qWait(10'000);
     auto *record = host.find<QToolButton>("traceRecord");
     record->click();
     QVERIFY(!record->isChecked()); // a file is still to be named

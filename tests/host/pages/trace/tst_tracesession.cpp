@@ -31,6 +31,7 @@ private slots:
     void beginsAnewWithTheNextBus();
     void staysOverALoss();
     void transfersAreLines();
+    void transfersEndWithTheConnection();
     void ownFramesAreMarked();
     void framesThatAreNone();
     void lastMinutesAreSaved();
@@ -38,6 +39,9 @@ private slots:
     void automaticNamesAreRefused();
     void faultSavesByItself();
     void faultsSaveOnce();
+    void oneFaultOneFile();
+    void faultsOfTheNextBus();
+    void faultWithoutFrames();
     void faultBeforeTheEndIsSaved();
     void noFaultNoFile();
     void faultOfAPlayedTraceIsNotSaved();
@@ -45,6 +49,9 @@ private slots:
     void automaticSavingIsBounded();
     void records();
     void recordingOutlastsTheConnection();
+    void faultAfterARecordingIsSaved();
+    void nextRecordingEndsTheOneBefore();
+    void recordingThatCannotGoOn();
     void recordingThatCannotBegin();
     void opensAFile();
     void fileStaysWhenABusIsConnected();
@@ -200,6 +207,7 @@ void tst_TraceSession::staysWhenTheBusIsClosed()
     hear(fourLines());
     m_bus->disconnectFromBus();
     wait(1000);
+    emit m_bus->frameReceived(heard(0, 0x705, "05").toCanBusFrame()); // of another one
     QCOMPARE(m_session->document()->lines.size(), std::size_t(4));
     QCOMPARE(m_session->recorder().kept(), std::size_t(5));
     QVERIFY(!m_session->isEmpty());
@@ -237,6 +245,18 @@ void tst_TraceSession::transfersAreLines()
     hear(readOf6164(0, 2));
     QCOMPARE(m_session->document()->lines.size(), std::size_t(1));
     QCOMPARE(m_session->document()->lines.frames(0).size(), std::size_t(2));
+}
+
+void tst_TraceSession::transfersEndWithTheConnection()
+{
+    connectToBus();
+    hear({readOf6164(0, 2)[0]});
+    QVERIFY(!m_session->document()->lines.transfer(0).has_value()); // under way
+    QSignalSpy grown(m_session.get(), &TraceSession::grown);
+    m_bus->disconnectFromBus();
+    wait(300);
+    QVERIFY(m_session->document()->lines.transfer(0).has_value());
+    QVERIFY(grown.count() > 0);
 }
 
 void tst_TraceSession::ownFramesAreMarked()
@@ -341,6 +361,51 @@ void tst_TraceSession::faultsSaveOnce()
     QCOMPARE(m_told.size(), 2);
 }
 
+void tst_TraceSession::oneFaultOneFile()
+{
+    connectToBus();
+    heartbeat();
+    addEvent(EventKind::NodeHeard);
+    addEvent(EventKind::Emergency);
+    wait(300'000);
+    finishWork();
+    QCOMPARE(m_told.size(), 1);
+    m_events->clear(); // its numbers begin anew
+    addEvent(EventKind::Emergency);
+    wait(6000);
+    finishWork();
+    QCOMPARE(m_told.size(), 2);
+}
+
+/*! The wait of a minute is over with the connection. */
+void tst_TraceSession::faultsOfTheNextBus()
+{
+    connectToBus();
+    heartbeat();
+    addEvent(EventKind::Emergency);
+    wait(6000);
+    m_bus->disconnectFromBus();
+    finishWork();
+    QCOMPARE(m_told.size(), 1);
+    m_events->clear(); // as LiveSession does
+    connectToBus();
+    heartbeat();
+    addEvent(EventKind::Emergency);
+    wait(6000);
+    finishWork();
+    QCOMPARE(m_told.size(), 2);
+}
+
+void tst_TraceSession::faultWithoutFrames()
+{
+    connectToBus();
+    addEvent(EventKind::BusOff);
+    wait(6000);
+    finishWork();
+    QVERIFY(automatic().isEmpty());
+    QCOMPARE(m_problems, QStringList());
+}
+
 void tst_TraceSession::faultBeforeTheEndIsSaved()
 {
     connectToBus();
@@ -443,15 +508,66 @@ void tst_TraceSession::recordingOutlastsTheConnection()
 {
     QString error;
     QVERIFY2(m_session->recorder().record(path("ride.log"), &error), qPrintable(error));
+    QSignalSpy changed(&m_session->recorder(), &TraceRecorder::recordingChanged);
+    wait(1000);
+    QVERIFY(changed.count() > 5); // the time of a recording goes on without a bus
     connectToBus();
     heartbeat();
     m_bus->disconnectFromBus();
     QVERIFY(m_session->recorder().isRecording());
+    wait(2000);
+    QCOMPARE(load(path("ride.log")).frames.size(), std::size_t(1)); // is written although nothing comes
     connectToBus();
     heartbeat();
     m_session.reset(); // the program ends
     QCOMPARE(load(path("ride.log")).frames.size(), std::size_t(2));
     m_session = std::make_unique<TraceSession>(m_bus.get());
+}
+
+void tst_TraceSession::faultAfterARecordingIsSaved()
+{
+    connectToBus();
+    m_session->record(path("ride.log"));
+    heartbeat();
+    m_session->recorder().stopRecording();
+    addEvent(EventKind::Emergency);
+    wait(6000);
+    finishWork();
+    QCOMPARE(automatic().size(), 1);
+}
+
+void tst_TraceSession::nextRecordingEndsTheOneBefore()
+{
+    connectToBus();
+    m_session->record(path("first.log"));
+    heartbeat();
+    m_session->record(path("second.log"));
+    QCOMPARE(m_told.size(), 1);
+    QVERIFY2(m_told.first().endsWith(QStringLiteral("first.log, 1 frame(s)")), qPrintable(m_told.first()));
+    heartbeat();
+    QCOMPARE(m_session->recorder().recordingFile(), path("second.log"));
+    m_session->recorder().stopRecording();
+    QCOMPARE(load(path("first.log")).frames.size(), std::size_t(1));
+    QCOMPARE(load(path("second.log")).frames.size(), std::size_t(1));
+}
+
+void tst_TraceSession::recordingThatCannotGoOn()
+{
+    TraceSettings settings = m_session->recorder().settings();
+    settings.rotation = TraceSettings::Rotation::Time;
+    settings.rotationMinutes = 1;
+    m_session->recorder().setSettings(settings);
+    QVERIFY(QDir().mkpath(path("stick")));
+    connectToBus();
+    m_session->record(path("stick/long.log"));
+    heartbeat();
+    QVERIFY(QDir(path("stick")).removeRecursively()); // it was pulled out
+    wait(60'000);
+    heartbeat();
+    QVERIFY(!m_session->recorder().isRecording());
+    QCOMPARE(m_problems.size(), 1);
+    QVERIFY2(m_problems.first().startsWith(QStringLiteral("The recording ")), qPrintable(m_problems.first()));
+    QVERIFY(m_told.first().isEmpty()); // nothing is said to be recorded
 }
 
 void tst_TraceSession::recordingThatCannotBegin()
