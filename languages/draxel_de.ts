@@ -1643,8 +1643,8 @@ Jetzt: %2</translation>
         <translation>Die Sprache „%1“ gibt es nicht. Es gibt: %2.</translation>
     </message>
     <message>
-        <source>Show the vehicle of this file (.dxsnap or .dxxml).</source>
-        <translation>Das Fahrzeug dieser Datei zeigen (.dxsnap oder .dxxml).</translation>
+        <source>Show this file: a vehicle (.dxsnap, .dxxml) or a trace (.log, .asc, .trc, .pcap, .pcapng).</source>
+        <translation>Diese Datei anzeigen: ein Fahrzeug (.dxsnap, .dxxml) oder eine Aufzeichnung (.log, .asc, .trc, .pcap, .pcapng).</translation>
     </message>
 </context>
 <context>
@@ -3392,6 +3392,14 @@ Jetzt: %2</translation>
         <source>Trace</source>
         <translation>Aufzeichnung</translation>
     </message>
+    <message>
+        <source>All that can be opened (%1)</source>
+        <translation>Alles, was sich öffnen lässt (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Alle Dateien (*)</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -3608,6 +3616,65 @@ Jetzt: %2</translation>
     <message>
         <source>PDO %1 to the node: %2</source>
         <translation>PDO %1 an den Knoten: %2</translation>
+    </message>
+</context>
+<context>
+    <name>PlaybackBar</name>
+    <message>
+        <source>Next frame</source>
+        <translation>Nächster Frame</translation>
+    </message>
+    <message>
+        <source>Play one frame and pause</source>
+        <translation>Einen Frame abspielen und anhalten</translation>
+    </message>
+    <message>
+        <source>Speed:</source>
+        <translation>Geschwindigkeit:</translation>
+    </message>
+    <message>
+        <source>Repeat</source>
+        <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>Play the trace from the beginning when it is over</source>
+        <translation>Die Aufzeichnung von vorn abspielen, wenn sie zu Ende ist</translation>
+    </message>
+    <message>
+        <source>without pauses</source>
+        <translation>ohne Pausen</translation>
+    </message>
+    <message>
+        <source>%1 times</source>
+        <translation>%1-fach</translation>
+    </message>
+    <message>
+        <source>Play again</source>
+        <translation>Noch einmal abspielen</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>The trace is over. Its devices answer, but are not heard any more: play it again to read them.</source>
+        <translation>Die Aufzeichnung ist zu Ende. Ihre Geräte antworten, sind aber nicht mehr zu hören: Spielen Sie sie noch einmal ab, um sie auszulesen.</translation>
+    </message>
+    <message>
+        <source>%1, frame %2 of %3</source>
+        <translation>%1, Frame %2 von %3</translation>
+    </message>
+    <message>
+        <source>Paused at %1</source>
+        <translation>Angehalten bei %1</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
     </message>
 </context>
 <context>
@@ -5064,12 +5131,23 @@ Jetzt: %2</translation>
         <source>The folder %1 cannot be made.</source>
         <translation>Der Ordner %1 kann nicht angelegt werden.</translation>
     </message>
+    <message>
+        <source>Less than %1 MB are left on the disk of %2.</source>
+        <translation>Auf dem Datenträger von %2 sind weniger als %1 MB frei.</translation>
+    </message>
 </context>
 <context>
     <name>TraceLines</name>
     <message>
         <source>%1, under way</source>
         <translation>%1, noch im Gang</translation>
+    </message>
+</context>
+<context>
+    <name>TraceLoading</name>
+    <message>
+        <source>%1 is not a file.</source>
+        <translation>%1 ist keine Datei.</translation>
     </message>
 </context>
 <context>
@@ -5180,6 +5258,18 @@ Jetzt: %2</translation>
         <source>Keeps the newest line in sight</source>
         <translation>Hält die neueste Zeile im Blick</translation>
     </message>
+    <message>
+        <source>Only the first %1 lines were copied; &quot;Export&quot; saves all.</source>
+        <translation>Nur die ersten %1 Zeilen wurden kopiert; „Exportieren“ speichert alle.</translation>
+    </message>
+    <message>
+        <source>There is not one frame in this file.</source>
+        <translation>In dieser Datei ist kein einziger Frame.</translation>
+    </message>
+    <message>
+        <source>What was on the bus then is no longer in this list.</source>
+        <translation>Was damals auf dem Bus war, ist nicht mehr in dieser Liste.</translation>
+    </message>
 </context>
 <context>
     <name>TraceRecorder</name>
@@ -5201,6 +5291,10 @@ Jetzt: %2</translation>
     <message>
         <source>The recording %1 has ended. %2</source>
         <translation>Die Aufzeichnung %1 hat geendet. %2</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
     </message>
 </context>
 <context>
@@ -5266,10 +5360,6 @@ Jetzt: %2</translation>
         <translation>Eine Aufzeichnung öffnen</translation>
     </message>
     <message>
-        <source>Traces (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</source>
-        <translation>Aufzeichnungen (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</translation>
-    </message>
-    <message>
         <source>All files (*)</source>
         <translation>Alle Dateien (*)</translation>
     </message>
@@ -5320,6 +5410,29 @@ Jetzt: %2</translation>
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Traces (%1)</source>
+        <translation>Aufzeichnungen (%1)</translation>
+    </message>
+    <message>
+        <source>Record to one &amp;file</source>
+        <translation>In eine &amp;Datei aufzeichnen</translation>
+    </message>
+    <message>
+        <source>A new file every %1 &amp;MB</source>
+        <translation>Alle %1 &amp;MB eine neue Datei</translation>
+    </message>
+    <message numerus="yes">
+        <source>A new file every %n m&amp;inute(s)</source>
+        <translation>
+            <numerusform>Alle %n M&amp;inute eine neue Datei</numerusform>
+            <numerusform>Alle %n M&amp;inuten eine neue Datei</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The files get numbers: ride-0001.log, ride-0002.log</source>
+        <translation>Die Dateien werden nummeriert: ride-0001.log, ride-0002.log</translation>
     </message>
 </context>
 <context>
@@ -5489,10 +5602,6 @@ Jetzt: %2</translation>
         <translation>Fahrzeugdaten (*.dxxml)</translation>
     </message>
     <message>
-        <source>Open saved vehicle data</source>
-        <translation>Gespeicherte Fahrzeugdaten öffnen</translation>
-    </message>
-    <message>
         <source>Save vehicle data</source>
         <translation>Fahrzeugdaten speichern</translation>
     </message>
@@ -5535,6 +5644,10 @@ Jetzt: %2</translation>
     <message>
         <source>Vehicle data (*.dxsnap *.dxxml)</source>
         <translation>Fahrzeugdaten (*.dxsnap *.dxxml)</translation>
+    </message>
+    <message>
+        <source>Open a file</source>
+        <translation>Datei öffnen</translation>
     </message>
 </context>
 <context>

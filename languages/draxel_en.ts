@@ -211,4 +211,14 @@
         </translation>
     </message>
 </context>
+<context>
+    <name>TraceToolbar</name>
+    <message numerus="yes">
+        <source>A new file every %n m&amp;inute(s)</source>
+        <translation>
+            <numerusform>A new file every %n m&amp;inute</numerusform>
+            <numerusform>A new file every %n m&amp;inutes</numerusform>
+        </translation>
+    </message>
+</context>
 </TS>

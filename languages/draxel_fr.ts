@@ -1643,8 +1643,8 @@ Maintenant&#xa0;: %2</translation>
         <translation>La langue «&#xa0;%1&#xa0;» n’existe pas. Langues disponibles&#xa0;: %2.</translation>
     </message>
     <message>
-        <source>Show the vehicle of this file (.dxsnap or .dxxml).</source>
-        <translation>Afficher le véhicule de ce fichier (.dxsnap ou .dxxml).</translation>
+        <source>Show this file: a vehicle (.dxsnap, .dxxml) or a trace (.log, .asc, .trc, .pcap, .pcapng).</source>
+        <translation>Afficher ce fichier : un véhicule (.dxsnap, .dxxml) ou une trace (.log, .asc, .trc, .pcap, .pcapng).</translation>
     </message>
 </context>
 <context>
@@ -3392,6 +3392,14 @@ Maintenant&#xa0;: %2</translation>
         <source>Trace</source>
         <translation>Trace</translation>
     </message>
+    <message>
+        <source>All that can be opened (%1)</source>
+        <translation>Tout ce qui peut être ouvert (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Tous les fichiers (*)</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -3608,6 +3616,65 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>PDO %1 to the node: %2</source>
         <translation>PDO %1 vers le nœud&#xa0;: %2</translation>
+    </message>
+</context>
+<context>
+    <name>PlaybackBar</name>
+    <message>
+        <source>Next frame</source>
+        <translation>Trame suivante</translation>
+    </message>
+    <message>
+        <source>Play one frame and pause</source>
+        <translation>Lire une trame, puis suspendre</translation>
+    </message>
+    <message>
+        <source>Speed:</source>
+        <translation>Vitesse :</translation>
+    </message>
+    <message>
+        <source>Repeat</source>
+        <translation>Répéter</translation>
+    </message>
+    <message>
+        <source>Play the trace from the beginning when it is over</source>
+        <translation>Relire la trace depuis le début quand elle est terminée</translation>
+    </message>
+    <message>
+        <source>without pauses</source>
+        <translation>sans pauses</translation>
+    </message>
+    <message>
+        <source>%1 times</source>
+        <translation>%1 fois</translation>
+    </message>
+    <message>
+        <source>Play again</source>
+        <translation>Relire</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Lire</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Suspendre</translation>
+    </message>
+    <message>
+        <source>The trace is over. Its devices answer, but are not heard any more: play it again to read them.</source>
+        <translation>La trace est terminée. Ses appareils répondent, mais on ne les entend plus : relisez-la pour les lire.</translation>
+    </message>
+    <message>
+        <source>%1, frame %2 of %3</source>
+        <translation>%1, trame %2 sur %3</translation>
+    </message>
+    <message>
+        <source>Paused at %1</source>
+        <translation>Suspendue à %1</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1&#xa0;s</translation>
     </message>
 </context>
 <context>
@@ -5064,12 +5131,23 @@ Maintenant&#xa0;: %2</translation>
         <source>The folder %1 cannot be made.</source>
         <translation>Impossible de créer le dossier %1.</translation>
     </message>
+    <message>
+        <source>Less than %1 MB are left on the disk of %2.</source>
+        <translation>Il reste moins de %1&#xa0;Mo sur le disque de %2.</translation>
+    </message>
 </context>
 <context>
     <name>TraceLines</name>
     <message>
         <source>%1, under way</source>
         <translation>%1, en cours</translation>
+    </message>
+</context>
+<context>
+    <name>TraceLoading</name>
+    <message>
+        <source>%1 is not a file.</source>
+        <translation>%1 n’est pas un fichier.</translation>
     </message>
 </context>
 <context>
@@ -5180,6 +5258,18 @@ Maintenant&#xa0;: %2</translation>
         <source>Keeps the newest line in sight</source>
         <translation>Garde la ligne la plus récente en vue</translation>
     </message>
+    <message>
+        <source>Only the first %1 lines were copied; &quot;Export&quot; saves all.</source>
+        <translation>Seules les %1 premières lignes ont été copiées ; « Exporter » les enregistre toutes.</translation>
+    </message>
+    <message>
+        <source>There is not one frame in this file.</source>
+        <translation>Il n’y a pas une seule trame dans ce fichier.</translation>
+    </message>
+    <message>
+        <source>What was on the bus then is no longer in this list.</source>
+        <translation>Ce qui circulait alors sur le bus n’est plus dans cette liste.</translation>
+    </message>
 </context>
 <context>
     <name>TraceRecorder</name>
@@ -5201,6 +5291,10 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>The recording %1 has ended. %2</source>
         <translation>L’enregistrement %1 est terminé. %2</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 à %2</translation>
     </message>
 </context>
 <context>
@@ -5266,10 +5360,6 @@ Maintenant&#xa0;: %2</translation>
         <translation>Ouvrir une trace</translation>
     </message>
     <message>
-        <source>Traces (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</source>
-        <translation>Traces (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</translation>
-    </message>
-    <message>
         <source>All files (*)</source>
         <translation>Tous les fichiers (*)</translation>
     </message>
@@ -5320,6 +5410,29 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>Cancel</source>
         <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Traces (%1)</source>
+        <translation>Traces (%1)</translation>
+    </message>
+    <message>
+        <source>Record to one &amp;file</source>
+        <translation>Enregistrer dans un seul &amp;fichier</translation>
+    </message>
+    <message>
+        <source>A new file every %1 &amp;MB</source>
+        <translation>Un nouveau fichier tous les %1&#xa0;&amp;Mo</translation>
+    </message>
+    <message numerus="yes">
+        <source>A new file every %n m&amp;inute(s)</source>
+        <translation>
+            <numerusform>Un nouveau fichier toutes les %n m&amp;inutes</numerusform>
+            <numerusform>Un nouveau fichier toutes les %n m&amp;inutes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The files get numbers: ride-0001.log, ride-0002.log</source>
+        <translation>Les fichiers sont numérotés : ride-0001.log, ride-0002.log</translation>
     </message>
 </context>
 <context>
@@ -5489,10 +5602,6 @@ Maintenant&#xa0;: %2</translation>
         <translation>Données de véhicule (*.dxxml)</translation>
     </message>
     <message>
-        <source>Open saved vehicle data</source>
-        <translation>Ouvrir des données de véhicule enregistrées</translation>
-    </message>
-    <message>
         <source>Save vehicle data</source>
         <translation>Enregistrer les données du véhicule</translation>
     </message>
@@ -5535,6 +5644,10 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>Vehicle data (*.dxsnap *.dxxml)</source>
         <translation>Données de véhicule (*.dxsnap *.dxxml)</translation>
+    </message>
+    <message>
+        <source>Open a file</source>
+        <translation>Ouvrir un fichier</translation>
     </message>
 </context>
 <context>

@@ -1643,8 +1643,8 @@ Nu: %2</translation>
         <translation>De taal “%1” is er niet. Er zijn: %2.</translation>
     </message>
     <message>
-        <source>Show the vehicle of this file (.dxsnap or .dxxml).</source>
-        <translation>Het voertuig van dit bestand tonen (.dxsnap of .dxxml).</translation>
+        <source>Show this file: a vehicle (.dxsnap, .dxxml) or a trace (.log, .asc, .trc, .pcap, .pcapng).</source>
+        <translation>Dit bestand tonen: een voertuig (.dxsnap, .dxxml) of een opname (.log, .asc, .trc, .pcap, .pcapng).</translation>
     </message>
 </context>
 <context>
@@ -1760,7 +1760,7 @@ Nu: %2</translation>
     </message>
     <message>
         <source>Show in the &amp;trace</source>
-        <translation>In de &amp;trace tonen</translation>
+        <translation>In de &amp;opname tonen</translation>
     </message>
 </context>
 <context>
@@ -3077,7 +3077,7 @@ Nu: %2</translation>
     </message>
     <message>
         <source>&amp;Trace</source>
-        <translation>&amp;Trace</translation>
+        <translation>&amp;Opname</translation>
     </message>
 </context>
 <context>
@@ -3390,7 +3390,15 @@ Nu: %2</translation>
     </message>
     <message>
         <source>Trace</source>
-        <translation>Trace</translation>
+        <translation>Opname</translation>
+    </message>
+    <message>
+        <source>All that can be opened (%1)</source>
+        <translation>Alles wat geopend kan worden (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Alle bestanden (*)</translation>
     </message>
 </context>
 <context>
@@ -3608,6 +3616,65 @@ Nu: %2</translation>
     <message>
         <source>PDO %1 to the node: %2</source>
         <translation>PDO %1 aan de node: %2</translation>
+    </message>
+</context>
+<context>
+    <name>PlaybackBar</name>
+    <message>
+        <source>Next frame</source>
+        <translation>Volgend frame</translation>
+    </message>
+    <message>
+        <source>Play one frame and pause</source>
+        <translation>Eén frame afspelen en pauzeren</translation>
+    </message>
+    <message>
+        <source>Speed:</source>
+        <translation>Snelheid:</translation>
+    </message>
+    <message>
+        <source>Repeat</source>
+        <translation>Herhalen</translation>
+    </message>
+    <message>
+        <source>Play the trace from the beginning when it is over</source>
+        <translation>De opname vanaf het begin afspelen als die voorbij is</translation>
+    </message>
+    <message>
+        <source>without pauses</source>
+        <translation>zonder pauzes</translation>
+    </message>
+    <message>
+        <source>%1 times</source>
+        <translation>%1 keer</translation>
+    </message>
+    <message>
+        <source>Play again</source>
+        <translation>Opnieuw afspelen</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Afspelen</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pauzeren</translation>
+    </message>
+    <message>
+        <source>The trace is over. Its devices answer, but are not heard any more: play it again to read them.</source>
+        <translation>De opname is voorbij. De apparaten antwoorden, maar zijn niet meer te horen: speel de opname opnieuw af om ze uit te lezen.</translation>
+    </message>
+    <message>
+        <source>%1, frame %2 of %3</source>
+        <translation>%1, frame %2 van %3</translation>
+    </message>
+    <message>
+        <source>Paused at %1</source>
+        <translation>Gepauzeerd bij %1</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
     </message>
 </context>
 <context>
@@ -4912,11 +4979,11 @@ Nu: %2</translation>
     </message>
     <message>
         <source>asc trace (*.asc)</source>
-        <translation>asc-trace (*.asc)</translation>
+        <translation>asc-opname (*.asc)</translation>
     </message>
     <message>
         <source>trc trace (*.trc)</source>
-        <translation>trc-trace (*.trc)</translation>
+        <translation>trc-opname (*.trc)</translation>
     </message>
     <message>
         <source>pcap capture (*.pcap)</source>
@@ -4931,7 +4998,7 @@ Nu: %2</translation>
     <name>TraceFile</name>
     <message>
         <source>This date is not understood, so times begin with the trace: &quot;%1&quot;.</source>
-        <translation>Deze datum wordt niet begrepen, dus tijden beginnen met de trace: ‘%1’.</translation>
+        <translation>Deze datum wordt niet begrepen, dus tijden beginnen met de opname: ‘%1’.</translation>
     </message>
     <message>
         <source>A CAN FD frame; only classic frames are read.</source>
@@ -5019,7 +5086,7 @@ Nu: %2</translation>
     </message>
     <message>
         <source>%1 is no trace that is known: a log of candump, asc, trc, pcap or pcapng, also compressed with gzip or zstd.</source>
-        <translation>%1 is geen bekende trace: een logboek van candump, asc, trc, pcap of pcapng, ook gecomprimeerd met gzip of zstd.</translation>
+        <translation>%1 is geen bekende opname: een logboek van candump, asc, trc, pcap of pcapng, ook gecomprimeerd met gzip of zstd.</translation>
     </message>
     <message>
         <source>The name %1 tells no format: it must end with .log, .asc, .trc, .pcap or .pcapng; .gz or .zst may follow.</source>
@@ -5047,7 +5114,7 @@ Nu: %2</translation>
     </message>
     <message>
         <source>It unpacks to more than %1 times its size, which no trace does: the rest is not read.</source>
-        <translation>Uitgepakt is het meer dan %1 keer zo groot, wat bij geen enkele trace voorkomt: de rest wordt niet gelezen.</translation>
+        <translation>Uitgepakt is het meer dan %1 keer zo groot, wat bij geen enkele opname voorkomt: de rest wordt niet gelezen.</translation>
     </message>
     <message>
         <source>The compressed data are cut: their end is missing.</source>
@@ -5064,12 +5131,23 @@ Nu: %2</translation>
         <source>The folder %1 cannot be made.</source>
         <translation>De map %1 kan niet worden gemaakt.</translation>
     </message>
+    <message>
+        <source>Less than %1 MB are left on the disk of %2.</source>
+        <translation>Op de schijf van %2 is minder dan %1 MB over.</translation>
+    </message>
 </context>
 <context>
     <name>TraceLines</name>
     <message>
         <source>%1, under way</source>
         <translation>%1, nog bezig</translation>
+    </message>
+</context>
+<context>
+    <name>TraceLoading</name>
+    <message>
+        <source>%1 is not a file.</source>
+        <translation>%1 is geen bestand.</translation>
     </message>
 </context>
 <context>
@@ -5138,7 +5216,7 @@ Nu: %2</translation>
     </message>
     <message>
         <source>Connect a bus (Ctrl+K): what is on it is shown here line by line. Or open a trace (Open...). Listening sends nothing.</source>
-        <translation>Verbind een bus (Ctrl+K): wat erop is, wordt hier regel voor regel getoond. Of open een trace (Openen...). Luisteren verzendt niets.</translation>
+        <translation>Verbind een bus (Ctrl+K): wat erop is, wordt hier regel voor regel getoond. Of open een opname (Openen...). Luisteren verzendt niets.</translation>
     </message>
     <message>
         <source>What was on the bus</source>
@@ -5180,6 +5258,18 @@ Nu: %2</translation>
         <source>Keeps the newest line in sight</source>
         <translation>Houdt de nieuwste regel in beeld</translation>
     </message>
+    <message>
+        <source>Only the first %1 lines were copied; &quot;Export&quot; saves all.</source>
+        <translation>Alleen de eerste %1 regels zijn gekopieerd; &quot;Exporteren&quot; slaat ze allemaal op.</translation>
+    </message>
+    <message>
+        <source>There is not one frame in this file.</source>
+        <translation>Er zit geen enkel frame in dit bestand.</translation>
+    </message>
+    <message>
+        <source>What was on the bus then is no longer in this list.</source>
+        <translation>Wat er toen op de bus was, staat niet meer in deze lijst.</translation>
+    </message>
 </context>
 <context>
     <name>TraceRecorder</name>
@@ -5201,6 +5291,10 @@ Nu: %2</translation>
     <message>
         <source>The recording %1 has ended. %2</source>
         <translation>De opname %1 is geëindigd. %2</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 tot %2</translation>
     </message>
 </context>
 <context>
@@ -5263,11 +5357,7 @@ Nu: %2</translation>
     </message>
     <message>
         <source>Open a trace</source>
-        <translation>Een trace openen</translation>
-    </message>
-    <message>
-        <source>Traces (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</source>
-        <translation>Traces (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</translation>
+        <translation>Een opname openen</translation>
     </message>
     <message>
         <source>All files (*)</source>
@@ -5307,7 +5397,7 @@ Nu: %2</translation>
     </message>
     <message>
         <source>Opens a trace: a log of candump, asc, trc, pcap or pcapng, also compressed</source>
-        <translation>Opent een trace: een log van candump, asc, trc, pcap of pcapng, ook gecomprimeerd</translation>
+        <translation>Opent een opname: een log van candump, asc, trc, pcap of pcapng, ook gecomprimeerd</translation>
     </message>
     <message>
         <source>&amp;Live</source>
@@ -5320,6 +5410,29 @@ Nu: %2</translation>
     <message>
         <source>Cancel</source>
         <translation>Annuleren</translation>
+    </message>
+    <message>
+        <source>Traces (%1)</source>
+        <translation>Opnamen (%1)</translation>
+    </message>
+    <message>
+        <source>Record to one &amp;file</source>
+        <translation>In één &amp;bestand opnemen</translation>
+    </message>
+    <message>
+        <source>A new file every %1 &amp;MB</source>
+        <translation>Elke %1 &amp;MB een nieuw bestand</translation>
+    </message>
+    <message numerus="yes">
+        <source>A new file every %n m&amp;inute(s)</source>
+        <translation>
+            <numerusform>Elke %n m&amp;inuut een nieuw bestand</numerusform>
+            <numerusform>Elke %n m&amp;inuten een nieuw bestand</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The files get numbers: ride-0001.log, ride-0002.log</source>
+        <translation>De bestanden krijgen nummers: ride-0001.log, ride-0002.log</translation>
     </message>
 </context>
 <context>
@@ -5489,10 +5602,6 @@ Nu: %2</translation>
         <translation>Voertuiggegevens (*.dxxml)</translation>
     </message>
     <message>
-        <source>Open saved vehicle data</source>
-        <translation>Opgeslagen voertuiggegevens openen</translation>
-    </message>
-    <message>
         <source>Save vehicle data</source>
         <translation>Voertuiggegevens opslaan</translation>
     </message>
@@ -5535,6 +5644,10 @@ Nu: %2</translation>
     <message>
         <source>Vehicle data (*.dxsnap *.dxxml)</source>
         <translation>Voertuiggegevens (*.dxsnap *.dxxml)</translation>
+    </message>
+    <message>
+        <source>Open a file</source>
+        <translation>Een bestand openen</translation>
     </message>
 </context>
 <context>

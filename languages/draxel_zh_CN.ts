@@ -1633,8 +1633,8 @@ Now: %2</source>
         <translation>没有语言“%1”。可用的语言：%2。</translation>
     </message>
     <message>
-        <source>Show the vehicle of this file (.dxsnap or .dxxml).</source>
-        <translation>显示此文件中的车辆（.dxsnap 或 .dxxml）。</translation>
+        <source>Show this file: a vehicle (.dxsnap, .dxxml) or a trace (.log, .asc, .trc, .pcap, .pcapng).</source>
+        <translation>显示此文件：车辆 (.dxsnap, .dxxml) 或总线记录 (.log, .asc, .trc, .pcap, .pcapng)。</translation>
     </message>
 </context>
 <context>
@@ -3378,6 +3378,14 @@ Now: %2</source>
         <source>Trace</source>
         <translation>记录</translation>
     </message>
+    <message>
+        <source>All that can be opened (%1)</source>
+        <translation>所有可打开的文件 (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>所有文件 (*)</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -3594,6 +3602,65 @@ Now: %2</source>
     <message>
         <source>PDO %1 to the node: %2</source>
         <translation>发给节点的 PDO %1：%2</translation>
+    </message>
+</context>
+<context>
+    <name>PlaybackBar</name>
+    <message>
+        <source>Next frame</source>
+        <translation>下一帧</translation>
+    </message>
+    <message>
+        <source>Play one frame and pause</source>
+        <translation>播放一帧后暂停</translation>
+    </message>
+    <message>
+        <source>Speed:</source>
+        <translation>速度：</translation>
+    </message>
+    <message>
+        <source>Repeat</source>
+        <translation>重复</translation>
+    </message>
+    <message>
+        <source>Play the trace from the beginning when it is over</source>
+        <translation>总线记录结束后从头播放</translation>
+    </message>
+    <message>
+        <source>without pauses</source>
+        <translation>无间隔</translation>
+    </message>
+    <message>
+        <source>%1 times</source>
+        <translation>%1 倍</translation>
+    </message>
+    <message>
+        <source>Play again</source>
+        <translation>重新播放</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>播放</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>暂停</translation>
+    </message>
+    <message>
+        <source>The trace is over. Its devices answer, but are not heard any more: play it again to read them.</source>
+        <translation>总线记录已结束。其中的设备仍会应答，但不再发出报文：请重新播放以读取它们。</translation>
+    </message>
+    <message>
+        <source>%1, frame %2 of %3</source>
+        <translation>%1，第 %2 帧，共 %3 帧</translation>
+    </message>
+    <message>
+        <source>Paused at %1</source>
+        <translation>已暂停于 %1</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
     </message>
 </context>
 <context>
@@ -4910,7 +4977,7 @@ Now: %2</source>
     <name>TraceFile</name>
     <message>
         <source>This date is not understood, so times begin with the trace: &quot;%1&quot;.</source>
-        <translation>无法识别此日期，因此时间从报文记录开始计算：“%1”。</translation>
+        <translation>无法识别此日期，因此时间从总线记录开始计算：“%1”。</translation>
     </message>
     <message>
         <source>A CAN FD frame; only classic frames are read.</source>
@@ -4998,7 +5065,7 @@ Now: %2</source>
     </message>
     <message>
         <source>%1 is no trace that is known: a log of candump, asc, trc, pcap or pcapng, also compressed with gzip or zstd.</source>
-        <translation>%1 不是已知的报文记录：candump 日志、asc、trc、pcap 或 pcapng，也可用 gzip 或 zstd 压缩。</translation>
+        <translation>%1 不是已知的总线记录：candump 日志、asc、trc、pcap 或 pcapng，也可用 gzip 或 zstd 压缩。</translation>
     </message>
     <message>
         <source>The name %1 tells no format: it must end with .log, .asc, .trc, .pcap or .pcapng; .gz or .zst may follow.</source>
@@ -5026,7 +5093,7 @@ Now: %2</source>
     </message>
     <message>
         <source>It unpacks to more than %1 times its size, which no trace does: the rest is not read.</source>
-        <translation>解压后超过其大小的 %1 倍，任何报文记录都不会如此：其余部分不读取。</translation>
+        <translation>解压后超过其大小的 %1 倍，任何总线记录都不会如此：其余部分不读取。</translation>
     </message>
     <message>
         <source>The compressed data are cut: their end is missing.</source>
@@ -5043,12 +5110,23 @@ Now: %2</source>
         <source>The folder %1 cannot be made.</source>
         <translation>无法创建文件夹 %1。</translation>
     </message>
+    <message>
+        <source>Less than %1 MB are left on the disk of %2.</source>
+        <translation>%2 所在磁盘剩余空间不足 %1 MB。</translation>
+    </message>
 </context>
 <context>
     <name>TraceLines</name>
     <message>
         <source>%1, under way</source>
         <translation>%1，进行中</translation>
+    </message>
+</context>
+<context>
+    <name>TraceLoading</name>
+    <message>
+        <source>%1 is not a file.</source>
+        <translation>%1 不是文件。</translation>
     </message>
 </context>
 <context>
@@ -5158,6 +5236,18 @@ Now: %2</source>
         <source>Keeps the newest line in sight</source>
         <translation>始终显示最新的行</translation>
     </message>
+    <message>
+        <source>Only the first %1 lines were copied; &quot;Export&quot; saves all.</source>
+        <translation>仅复制了前 %1 行；“导出”可保存全部。</translation>
+    </message>
+    <message>
+        <source>There is not one frame in this file.</source>
+        <translation>此文件中没有任何报文。</translation>
+    </message>
+    <message>
+        <source>What was on the bus then is no longer in this list.</source>
+        <translation>当时总线上的内容已不在此列表中。</translation>
+    </message>
 </context>
 <context>
     <name>TraceRecorder</name>
@@ -5178,6 +5268,10 @@ Now: %2</source>
     <message>
         <source>The recording %1 has ended. %2</source>
         <translation>录制 %1 已结束。%2</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 至 %2</translation>
     </message>
 </context>
 <context>
@@ -5242,10 +5336,6 @@ Now: %2</source>
         <translation>打开记录</translation>
     </message>
     <message>
-        <source>Traces (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</source>
-        <translation>记录 (*.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)</translation>
-    </message>
-    <message>
         <source>All files (*)</source>
         <translation>所有文件 (*)</translation>
     </message>
@@ -5296,6 +5386,28 @@ Now: %2</source>
     <message>
         <source>Cancel</source>
         <translation>取消</translation>
+    </message>
+    <message>
+        <source>Traces (%1)</source>
+        <translation>总线记录 (%1)</translation>
+    </message>
+    <message>
+        <source>Record to one &amp;file</source>
+        <translation>记录到一个文件(&amp;F)</translation>
+    </message>
+    <message>
+        <source>A new file every %1 &amp;MB</source>
+        <translation>每 %1 MB 一个新文件(&amp;M)</translation>
+    </message>
+    <message numerus="yes">
+        <source>A new file every %n m&amp;inute(s)</source>
+        <translation>
+            <numerusform>每 %n 分钟一个新文件(&amp;I)</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The files get numbers: ride-0001.log, ride-0002.log</source>
+        <translation>文件带编号：ride-0001.log、ride-0002.log</translation>
     </message>
 </context>
 <context>
@@ -5465,10 +5577,6 @@ Now: %2</source>
         <translation>车辆数据 (*.dxxml)</translation>
     </message>
     <message>
-        <source>Open saved vehicle data</source>
-        <translation>打开已保存的车辆数据</translation>
-    </message>
-    <message>
         <source>Save vehicle data</source>
         <translation>保存车辆数据</translation>
     </message>
@@ -5511,6 +5619,10 @@ Now: %2</source>
     <message>
         <source>Vehicle data (*.dxsnap *.dxxml)</source>
         <translation>车辆数据 (*.dxsnap *.dxxml)</translation>
+    </message>
+    <message>
+        <source>Open a file</source>
+        <translation>打开文件</translation>
     </message>
 </context>
 <context>

@@ -158,7 +158,8 @@ void tst_HostMenus::menusHoldTheirActions()
                             "Service report...|Quit"));
     QCOMPARE(texts("busMenu"), QStringLiteral("Connect|Disconnect|Refresh interfaces|Read all data|Check-up|"
                                               "Cancel read|Patience with slow nodes..."));
-    QCOMPARE(texts("viewMenu"), QStringLiteral("Overview|Check-up page|Live|Trace|Archive|Messages|Reset layout"));
+    QCOMPARE(texts("viewMenu"),
+             QStringLiteral("Overview|Check-up page|Live|Trace|Archive|Messages|Reset layout"));
     QCOMPARE(texts("helpMenu"), QStringLiteral("Key list|About Draxel|About Qt"));
 }
 
@@ -186,19 +187,22 @@ void tst_HostMenus::filesHaveTheHostsDialogs_data()
 {
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<QString>("caption");
-    QTest::addColumn<QString>("filter");
+    QTest::addColumn<QStringList>("filters");
 
-    QTest::newRow("open") << QByteArray("actionOpen") << QStringLiteral("Open saved vehicle data")
-                          << QStringLiteral("Vehicle data (*.dxsnap *.dxxml)");
+    QTest::newRow("open") << QByteArray("actionOpen") << QStringLiteral("Open a file")
+                          << QStringList{
+                                 QStringLiteral("All that can be opened (*.dxsnap *.dxxml *.log *.asc *.trc "
+                                                "*.pcap *.pcapng *.log.gz *.log.zst)"),
+                                 QStringLiteral("All files (*)")};
     QTest::newRow("export") << QByteArray("actionExport") << QStringLiteral("Save vehicle data")
-                            << QStringLiteral("Vehicle data (*.dxxml)");
+                            << QStringList{QStringLiteral("Vehicle data (*.dxxml)")};
 }
 
 void tst_HostMenus::filesHaveTheHostsDialogs()
 {
     QFETCH(QByteArray, name);
     QFETCH(QString, caption);
-    QFETCH(QString, filter);
+    QFETCH(QStringList, filters);
     Host host;
     host.loadOverview();
     MainWindow window(&host.services, &host.session);
@@ -209,7 +213,7 @@ void tst_HostMenus::filesHaveTheHostsDialogs()
     action(window, name)->trigger();
     QTRY_COMPARE(driver.dialogs().size(), 1);
     QCOMPARE(driver.dialogs().first().caption, caption);
-    QCOMPARE(driver.dialogs().first().filters, QStringList(filter));
+    QCOMPARE(driver.dialogs().first().filters, filters);
     host.session.shutDown();
 }
 
