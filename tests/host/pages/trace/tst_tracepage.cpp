@@ -43,7 +43,11 @@ public:
         page.show();
     }
     Q_DISABLE_COPY(TraceHost)
-    ~TraceHost() { finishWork(); }
+    ~TraceHost()
+    {
+        finishWork();
+        QTest::qWait(500); // Qt's animations of fields end
+    }
 
     void connectToBus()
     {
