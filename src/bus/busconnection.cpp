@@ -105,6 +105,12 @@ const QCanBusDevice *BusConnection::device() const
     return m_port != nullptr ? m_port->device() : nullptr;
 }
 
+std::optional<qint64> BusConnection::busTime() const
+{
+    const QVariant time = m_port != nullptr ? m_port->device()->property("busTime") : QVariant();
+    return time.isValid() ? std::optional<qint64>(time.toLongLong()) : std::nullopt;
+}
+
 bool BusConnection::configureDevice(int key, const QVariant &value)
 {
     if (m_port == nullptr || key < QCanBusDevice::UserKey)
@@ -182,11 +188,24 @@ void BusConnection::adoptPort(std::unique_ptr<CanOpen::CanPort> port)
     m_bitRate = m_opener.bitRate(m_settings, *m_port->device());
     m_load.setBitRate(m_bitRate);
     m_queue.start(lossCounter());
+    followBusTime();
     connect(m_port.get(), &CanOpen::CanPort::frameReceived, this, &BusConnection::handleFrame);
     connect(m_port.get(), &CanOpen::CanPort::lost, this, &BusConnection::handleLoss);
     connect(m_port.get(), &CanOpen::CanPort::written, &m_sdoClient, &CanOpen::SdoClient::handleWritten);
     connect(m_port.get(), &CanOpen::CanPort::written, this, &BusConnection::frameSent);
     connect(m_port.get(), &CanOpen::CanPort::dropped, &m_sdoClient, &CanOpen::SdoClient::handleDropped);
+}
+
+/*! Nobody is late because the time of the bus stands still. */
+void BusConnection::followBusTime()
+{
+    constexpr qint64 microseconds = 1000; // of a millisecond
+    const bool hasOwnTime = busTime().has_value();
+    if (hasOwnTime)
+        m_heartbeats.setClock([this] { return busTime().value_or(0) / microseconds; });
+    else if (m_hasOwnTime)
+        m_heartbeats.setClock({});
+    m_hasOwnTime = hasOwnTime;
 }
 
 void BusConnection::releasePort()

@@ -15,6 +15,7 @@
 #include <QVariant>
 
 #include <memory>
+#include <optional>
 
 class QCanBusDevice;
 
@@ -102,6 +103,11 @@ public:
     CanOpen::HeartbeatConsumer &heartbeats() { return m_heartbeats; }
     InterfaceWatch &interfaceWatch() { return m_watch; }
 
+    /*! The time of a bus that has one of its own, in us: that of a trace that is played stands still with it. A back end tells
+     *  it in the property "busTime" of its device. Empty for other buses, and while the bus is not connected.
+     */
+    std::optional<qint64> busTime() const;
+
     /*! For questions to the back end; null while the bus is not connected. */
     const QCanBusDevice *device() const;
 
@@ -133,6 +139,7 @@ private:
     Attempt open(QString *errorMessage);
     ReceiveQueue::Counter lossCounter() const;
     void adoptPort(std::unique_ptr<CanOpen::CanPort> port);
+    void followBusTime();
     void releasePort();
     void handleFrame(const QCanBusFrame &frame);
     void leave(State state, const QString &reason);
@@ -149,7 +156,8 @@ private:
     quint64 m_generation = 0; // raised by every call that makes an attempt under way obsolete
     bool m_isOpening = false;
     bool m_isGateOpen = false;
-    BusCounters m_counters; // without those of the open port
+    bool m_hasOwnTime = false; // the bus
+    BusCounters m_counters;    // without those of the open port
     InterfaceWatch m_watch;
     ReceiveQueue::Counter m_lossCounter;
     ReceiveQueue m_queue;

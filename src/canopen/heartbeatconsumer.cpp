@@ -104,9 +104,9 @@ void HeartbeatConsumer::checkTimeouts(qint64 now)
     }
 }
 
-void HeartbeatConsumer::setClock(qint64 (*clock)())
+void HeartbeatConsumer::setClock(const std::function<qint64()> &clock)
 {
-    m_clock = clock;
+    m_clock = clock ? clock : monotonicMilliseconds;
 }
 
 } // namespace CanOpen

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <chrono>
+#include <functional>
 
 namespace CanOpen {
 
@@ -46,8 +47,10 @@ public:
      */
     void checkTimeouts(qint64 now);
 
-    /*! The clock, in ms; a test may put another in its place. */
-    void setClock(qint64 (*clock)());
+    /*! The clock, in ms, that never goes backward; empty: the steady one of this computer, as at first. Another one is for a bus
+     *  that has a time of its own, and for tests.
+     */
+    void setClock(const std::function<qint64()> &clock);
 
 signals:
     /*! Every heartbeat and boot-up message. */
@@ -67,7 +70,7 @@ private:
     std::array<Node, lastNodeId + 1> m_nodes;
     int m_activeCount = 0;
     std::chrono::milliseconds m_minimumTimeout{2000};
-    qint64 (*m_clock)();
+    std::function<qint64()> m_clock;
     QTimer m_timer;
 };
 

@@ -106,7 +106,7 @@ void PlaybackBar::nameSpeeds()
     for (int i = 0; i < m_speed->count(); ++i) {
         const double speed = m_speed->itemData(i).toDouble();
         m_speed->setItemText(i, speed == unpaced ? tr("without pauses")
-                                                 : tr("%1 times").arg(QLocale().toString(speed)));
+                                                 : tr("%1×").arg(QLocale().toString(speed)));
     }
 }
 
@@ -150,8 +150,7 @@ void PlaybackBar::showSpeed(double speed)
 QString PlaybackBar::textOf(const PlaybackState &state) const
 {
     if (state.isOver)
-        return tr(
-            "The trace is over. Its devices answer, but are not heard any more: play it again to read them.");
+        return tr("The trace is over. Play it again to read its devices.");
     const QString text
         = tr("%1, frame %2 of %3")
               .arg(placeOf(state), QLocale().toString(state.played), QLocale().toString(state.frames));

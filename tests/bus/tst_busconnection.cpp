@@ -75,6 +75,7 @@ private slots:
     void everyCallFromStateChange_data();
     void everyCallFromStateChange();
     void disconnectsFromFrame();
+    void hasTheTimeOfItsBackEnd();
     void reconnectsFromUploadOutcome();
     void isDeletedByItsOwnSignal();
     void disconnectsWhileConnecting();
@@ -536,6 +537,30 @@ void tst_BusConnection::disconnectsFromFrame()
     QTRY_COMPARE(m_bus->state(), State::Disconnected);
     QTRY_VERIFY(m_fake->device() == nullptr);
     QCOMPARE(frames.size(), 1);
+}
+
+/*! A trace that is played may stand still; the next bus has the time of here again. */
+void tst_BusConnection::hasTheTimeOfItsBackEnd()
+{
+    m_fake->prepare
+        = [](FakeCanDevice *device) { device->setProperty("busTime", Q_INT64_C(1600000000000000)); };
+    QVERIFY(m_bus->connectToBus(fakeSettings(), nullptr));
+    QCOMPARE(m_bus->busTime().value_or(0), Q_INT64_C(1600000000000000));
+    const auto beat = [this](int count) {
+        for (int i = 0; i < count; ++i) {
+            m_fake->heartbeat(5);
+            QTest::qWait(500);
+        }
+    };
+    beat(4);
+    QTest::qWait(60000);
+    QCOMPARE(m_bus->heartbeats().activeNodeCount(), 1);
+    m_fake->prepare = {};
+    QVERIFY(m_bus->connectToBus(fakeSettings(), nullptr));
+    QVERIFY(!m_bus->busTime());
+    beat(4);
+    QTest::qWait(60000);
+    QCOMPARE(m_bus->heartbeats().activeNodeCount(), 0);
 }
 
 void tst_BusConnection::reconnectsFromUploadOutcome()

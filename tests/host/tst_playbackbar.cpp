@@ -123,8 +123,7 @@ void tst_PlaybackBar::saysWhereItIs_data()
                                 << QStringLiteral("Pause");
     state.isOver = true;
     QTest::newRow("over") << state.toMap()
-                          << QStringLiteral("The trace is over. Its devices answer, but are not heard any "
-                                            "more: play it again to read them.")
+                          << QStringLiteral("The trace is over. Play it again to read its devices.")
                           << QStringLiteral("Play again");
 }
 
@@ -182,7 +181,7 @@ void tst_PlaybackBar::steps()
 void tst_PlaybackBar::changesTheSpeed()
 {
     show(playing());
-    QCOMPARE(speed()->currentText(), QStringLiteral("1 times"));
+    QCOMPARE(speed()->currentText(), QString::fromUtf8("1×"));
     const int index = speed()->findText(QStringLiteral("without pauses"));
     speed()->setCurrentIndex(index);
     emit speed()->activated(index);
@@ -190,7 +189,7 @@ void tst_PlaybackBar::changesTheSpeed()
     PlaybackState faster = playing();
     faster.speed = 10;
     show(faster);
-    QCOMPARE(speed()->currentText(), QStringLiteral("10 times"));
+    QCOMPARE(speed()->currentText(), QString::fromUtf8("10×"));
 }
 
 void tst_PlaybackBar::showsASpeedThatIsNotOffered()
@@ -198,7 +197,7 @@ void tst_PlaybackBar::showsASpeedThatIsNotOffered()
     PlaybackState state = playing();
     state.speed = 3.5;
     show(state);
-    QCOMPARE(speed()->currentText(), QStringLiteral("3.5 times"));
+    QCOMPARE(speed()->currentText(), QString::fromUtf8("3.5×"));
 }
 
 void tst_PlaybackBar::repeats()

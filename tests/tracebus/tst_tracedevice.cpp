@@ -108,6 +108,7 @@ private slots:
     void slotsMayCloseOrDelete_data();
     void slotsMayCloseOrDelete();
     void isABusForTheHost();
+    void nobodyIsLostWhileItIsPaused();
 
 private:
     std::unique_ptr<TraceCanDevice> device(const QString &settings = QString());
@@ -345,7 +346,6 @@ void tst_TraceDevice::repeatsWhenAsked()
 void tst_TraceDevice::tellsHowFarItIs()
 {
     QVERIFY(!PlaybackState::of(nullptr));
-    QVERIFY(!PlaybackState::busTime(nullptr));
     const auto played = device();
     const auto state = [&played] { return PlaybackState::of(played.get()).value_or(PlaybackState()); };
     QCOMPARE(state().played, 0);
@@ -358,7 +358,7 @@ void tst_TraceDevice::tellsHowFarItIs()
     pass(600);
     QCOMPARE(state().played, 2);
     QCOMPARE(state().time, 1600000000500000);
-    QVERIFY(isAbout(PlaybackState::busTime(played.get()).value_or(0), 1600000000600000));
+    QVERIFY(isAbout(played->busTime(), 1600000000600000));
     played->setConfigurationParameter(TraceCanDevice::PauseKey, true);
     played->setConfigurationParameter(TraceCanDevice::SpeedKey, 0.0);
     QVERIFY(state().isPaused);
@@ -369,7 +369,7 @@ void tst_TraceDevice::tellsHowFarItIs()
     QVERIFY(state().isOver);
     played->disconnectDevice();
     QCOMPARE(state().frames, 0);
-    QCOMPARE(PlaybackState::busTime(played.get()).value_or(-1), 0);
+    QCOMPARE(played->busTime(), 0);
     const auto repeated = device(QStringLiteral("?repeat=yes&speed=max"));
     pass(10);
     QVERIFY(!PlaybackState::of(repeated.get()).value_or(PlaybackState()).isOver);
@@ -552,6 +552,39 @@ void tst_TraceDevice::isABusForTheHost()
     const auto second = finished.at(1).first().value<CanOpen::SdoOutcome>();
     QVERIFY(second.kind == CanOpen::SdoOutcome::Kind::Abort);
     QCOMPARE(second.code, 0x0800F001u);
+}
+
+/*! Nor when it is over: what was not recorded is not gone. */
+void tst_TraceDevice::nobodyIsLostWhileItIsPaused()
+{
+    const QString name = m_folder.filePath(QStringLiteral("silent.log"));
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    for (const char *time : {"0.0", "0.5", "1.0", "1.5", "2.0"})
+        file.write(QByteArray("(160000000") + time + "00000) can0 702#05\n");
+    file.write("(1600000010.000000) can0 703#05\n");
+    file.close();
+    BusConnection bus;
+    QSignalSpy lost(&bus.heartbeats(), &CanOpen::HeartbeatConsumer::nodeLost);
+    BusSettings settings;
+    settings.address.plugin = QStringLiteral("trace");
+    settings.address.interfaceName = name;
+    QString error;
+    QVERIFY2(bus.connectToBus(settings, &error), qPrintable(error));
+    pass(2100);
+    QVERIFY(bus.configureDevice(TraceCanDevice::PauseKey, true));
+    pass(60000);
+    QVERIFY(bus.heartbeats().state(2).has_value());
+    QVERIFY(bus.configureDevice(TraceCanDevice::PauseKey, false));
+    pass(5000);
+    QCOMPARE(lost.count(), 1); // that one has gone
+    pass(60000);
+    QCOMPARE(lost.count(), 1);
+    QVERIFY(bus.heartbeats().state(3).has_value());
+    QVERIFY(bus.busTime().has_value());
+    bus.disconnectFromBus();
+    QVERIFY(!bus.busTime().has_value());
+    QVERIFY(!bus.configureDevice(TraceCanDevice::PauseKey, true));
 }
 
 QTEST_GUILESS_MAIN(tst_TraceDevice)

@@ -66,7 +66,7 @@ void LiveBus::start()
 void LiveBus::followTrace()
 {
     constexpr qint64 latest = Q_INT64_C(1) << 60;
-    m_playedFrom = PlaybackState::busTime(m_bus->device());
+    m_playedFrom = m_bus->busTime();
     if (m_playedFrom && (*m_playedFrom < 0 || *m_playedFrom > latest))
         m_playedFrom.reset();
     m_played = 0;
@@ -100,8 +100,7 @@ void LiveBus::learn(quint8 nodeId, const CanOpen::ObjectDictionary &dictionary)
 
 qint64 LiveBus::steadyNow() const
 {
-    const std::optional<qint64> played
-        = m_playedFrom ? PlaybackState::busTime(m_bus->device()) : std::nullopt;
+    const std::optional<qint64> played = m_playedFrom ? m_bus->busTime() : std::nullopt;
     if (played)
         return *played - *m_playedFrom;
     return m_steady.isValid() ? m_steady.nsecsElapsed() / nanoseconds : 0;

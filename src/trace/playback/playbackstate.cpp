@@ -6,7 +6,6 @@
 namespace {
 
 constexpr const char *stateProperty = "playback";
-constexpr const char *timeProperty = "busTime";
 
 constexpr const char *playedName = "played";
 constexpr const char *framesName = "frames";
@@ -54,10 +53,4 @@ std::optional<PlaybackState> PlaybackState::of(const QCanBusDevice *device)
     state.isRepeated = map.value(QLatin1String(repeatedName)).toBool();
     state.speed = map.value(QLatin1String(speedName)).toDouble();
     return state;
-}
-
-std::optional<qint64> PlaybackState::busTime(const QCanBusDevice *device)
-{
-    const QVariant property = device != nullptr ? device->property(timeProperty) : QVariant();
-    return property.isValid() ? std::optional<qint64>(property.toLongLong()) : std::nullopt;
 }

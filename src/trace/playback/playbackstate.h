@@ -37,8 +37,4 @@ struct PlaybackState
 
     /*! Of \a device, which may be null; empty when it plays no trace. */
     static std::optional<PlaybackState> of(const QCanBusDevice *device);
-    /*! The time on the bus where a trace is played, in us; empty for other buses, whose time is that of the clock.
-     *  It goes with the frames: it stands still while the trace is paused and when it is over.
-     */
-    static std::optional<qint64> busTime(const QCanBusDevice *device);
 };

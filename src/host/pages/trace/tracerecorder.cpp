@@ -3,7 +3,6 @@
 
 #include <host/core/background.h>
 #include <live/events/eventlist.h>
-#include <trace/playback/playbackstate.h>
 #include <trace/recording/tracefolder.h>
 
 #include <QCanBusFrame>
@@ -110,7 +109,7 @@ void TraceRecorder::begin()
 /*! Of a trace that is played also what is asked has the time of then. */
 qint64 TraceRecorder::timeOf(QCanBusFrame frame)
 {
-    const std::optional<qint64> played = PlaybackState::busTime(m_bus->device());
+    const std::optional<qint64> played = m_bus->busTime();
     if (played && frame.timeStamp().seconds() == 0 && frame.timeStamp().microSeconds() == 0)
         frame.setTimeStamp(QCanBusFrame::TimeStamp::fromMicroSeconds(*played));
     return m_time.timeOf(frame, now());
@@ -156,7 +155,7 @@ void TraceRecorder::noticeFaults()
         = std::any_of(events.end() - static_cast<std::ptrdiff_t>(unseen), events.end(),
                       [](const LiveEvent &event) { return event.severity() == Severity::Fault; });
     // The faults of a trace that is played are in a file already.
-    const bool isPlayed = PlaybackState::busTime(m_bus->device()).has_value();
+    const bool isPlayed = m_bus->busTime().has_value();
     if (hasFault && m_settings.savesFaults && !isPlayed)
         m_faults.handleFault(now());
 }
