@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "program.h"
 
-#include <cli/doctor/diagnosis.h>
+#include <doctor/diagnosis.h>
 
 #include <QDir>
 #include <QJsonArray>

@@ -9,6 +9,7 @@
 #include <cli/core/snapshotsource.h>
 
 #include <checkup/checkup.h>
+#include <checkup/checkupwriting.h>
 
 namespace {
 
@@ -59,7 +60,8 @@ void CheckupCommand::addOptions()
 {
     m_options.addPositional(
         QStringLiteral("FILE"),
-        Tr::tr("A snapshot (.dxsnap) or an exchange file (.dxxml). Without it --bus is read."),
+        Tr::tr("A snapshot (.dxsnap), an exchange file (.dxxml) or a support bundle (.zip). "
+               "Without it --bus is read."),
         CommandArguments::Presence::Optional);
     SnapshotSource::addOptions(m_options);
     m_options.addOption(
@@ -97,7 +99,7 @@ std::optional<ExitStatus> CheckupCommand::loadEarlier()
 void CheckupCommand::print(const CheckupResult &result) const
 {
     if (m_options.isSet(jsonOption))
-        Console::printJson(CheckupListing::toJson(result));
+        Console::printJson(CheckupWriting::toJson(result));
     else
         Console::printPlain(CheckupListing::toText(result, Signs::detectStyle()));
 }

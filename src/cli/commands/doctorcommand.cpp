@@ -1,16 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "doctorcommand.h"
 
-#include <checkup/findingwords.h>
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
 #include <cli/core/signs.h>
 #include <cli/core/terminal.h>
-#include <cli/doctor/diagnosis.h>
+#include <doctor/diagnosiswriting.h>
 
-#include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 
 namespace {
 
@@ -31,21 +28,6 @@ void print(const QVector<Diagnosed> &all)
     }
 }
 
-QByteArray jsonOf(const QVector<Diagnosed> &all)
-{
-    QJsonArray items;
-    for (const Diagnosed &one : all)
-        items.append(QJsonObject{
-            {QStringLiteral("topic"), one.topic},
-            {QStringLiteral("subject"), one.subject.isEmpty() ? QJsonValue() : QJsonValue(one.subject)},
-            {QStringLiteral("state"), FindingWords::of(one.state)},
-            {QStringLiteral("text"), one.text},
-            {QStringLiteral("commands"), QJsonArray::fromStringList(one.commands)}});
-    const QJsonObject json{{QStringLiteral("state"), FindingWords::of(Diagnosis::worst(all))},
-                           {QStringLiteral("items"), items}};
-    return QJsonDocument(json).toJson();
-}
-
 } // namespace
 
 ExitStatus runDoctorCommand(const QStringList &arguments)
@@ -59,7 +41,7 @@ ExitStatus runDoctorCommand(const QStringList &arguments)
         return *status;
     const QVector<Diagnosed> all = Diagnosis::of(Computer::look());
     if (options.isSet(jsonOption))
-        Console::printJson(jsonOf(all));
+        Console::printJson(QJsonDocument(DiagnosisWriting::toJson(all)).toJson());
     else
         print(all);
     return Diagnosis::worst(all) >= ComponentState::Warning ? Exit::findings : Exit::success;

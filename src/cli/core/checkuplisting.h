@@ -5,12 +5,11 @@
 
 #include <checkup/findings.h>
 
-#include <QByteArray>
 #include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
-/*! What a check-up has found, for people and for programs. */
+/*! What a check-up has found, for people. */
 class CheckupListing
 {
     Q_DECLARE_TR_FUNCTIONS(CheckupListing)
@@ -20,9 +19,6 @@ public:
      *  that acts on a terminal; the signs may be coloured.
      */
     static QString toText(const CheckupResult &result, Signs::Style style);
-
-    /*! An object with "verdict", "components" and "findings" (those of the vehicle as a whole), with a line end. */
-    static QByteArray toJson(const CheckupResult &result);
 
 private:
     static QStringList linesOf(const CheckedComponent &component, const Signs &signs);

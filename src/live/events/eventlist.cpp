@@ -3,6 +3,17 @@
 
 #include <limits>
 
+EventList EventList::of(const std::vector<LiveEvent> &events)
+{
+    EventList list;
+    for (const LiveEvent &event : events) {
+        list.append(event);
+        list.m_events.back().lastTime = event.lastTime;
+    }
+    ++list.m_revision;
+    return list;
+}
+
 void EventList::add(const LiveEvent &event)
 {
     ++m_revision;

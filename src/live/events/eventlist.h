@@ -7,6 +7,7 @@
 
 #include <array>
 #include <deque>
+#include <vector>
 
 /*! The events of a bus in their order, the newest last. It does not grow without end, whatever the bus brings:
  *
@@ -24,6 +25,9 @@ public:
     /*! Adds an event, or counts it with the one before. \a event's number does not matter. */
     void add(const LiveEvent &event);
     void clear() { *this = EventList(); }
+
+    /*! A list of events that were listed before, as they were. The oldest leave when there are too many. */
+    static EventList of(const std::vector<LiveEvent> &events);
 
     const std::deque<LiveEvent> &events() const { return m_events; }
     /*! Changes with each call of add(). */

@@ -53,6 +53,8 @@ QJsonObject EventWriting::toJson(const LiveEvent &event, const TimeOfDay &timeOf
         {QStringLiteral("count"), double(event.count)},
         {QStringLiteral("text"), EventWords::text(event)},
     };
+    if (!event.detail.isEmpty())
+        json.insert(QStringLiteral("detail"), event.detail);
     if (isEmergency(event)) {
         json.insert(QStringLiteral("errorRegister"), event.errorRegister);
         json.insert(QStringLiteral("manufacturer"), manufacturerText(event));

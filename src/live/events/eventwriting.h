@@ -16,7 +16,7 @@ namespace EventWriting {
 using TimeOfDay = std::function<QDateTime(qint64 time)>;
 
 /*! "time", "severity", "kind", "node" (null: of none), "code", "errorRegister", "manufacturer" (hexadecimal), "count",
- *  "lastTime" and "text".
+ *  "lastTime", "text", and "detail" when there is a reason in words.
  */
 QJsonObject toJson(const LiveEvent &event, const TimeOfDay &timeOfDay);
 
