@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "supportbundle.h"
+
+/*! Takes out of a bundle what tells whose vehicle it is. */
+namespace BundleMasking {
+
+/*! The same without serial numbers, names, notes and paths; each is replaced everywhere by the same, and nobody can tell
+ *  by what. Takes a while for a long trace.
+ */
+SupportBundle masked(SupportBundle bundle);
+
+} // namespace BundleMasking

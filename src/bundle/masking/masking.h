@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "mask.h"
+
+#include <canopen/objectkey.h>
+
+#include <QByteArray>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+/*! Replaces in texts, in values and in frames what tells whose vehicle it is: serial numbers, keys, names and paths.
+ *
+ *  First everything is learnt that is secret, then it is replaced wherever it stands. Values and frames keep their size.
+ */
+class Masking
+{
+public:
+    Masking() = default;
+    explicit Masking(const Mask &mask)
+        : m_mask(mask)
+    {
+    }
+
+    /*! Whether an object tells a device from all others of its make, or opens it: identity (1018h.4), unique part number
+     *  (6005h), expected serial numbers (1F88h), security key (6058h).
+     */
+    static bool isSecret(CanOpen::ObjectKey key);
+
+    // Learning
+    /*! What people call something: found in texts as a whole, in any case. Shorter ones than three letters are not. */
+    void learnName(const QString &name);
+    void learnNumber(quint64 number);
+    /*! The value of an object, least significant byte first: of a secret one itself, of others a serial number that is
+     *  called so ("S/N 12-3456").
+     */
+    void learnValue(CanOpen::ObjectKey key, const QByteArray &value);
+    /*! The user of this computer, its name and the home folder. */
+    void learnComputer();
+
+    // Replacing
+    /*! A text for people, whatever its length becomes; paths as well. */
+    QString text(const QString &text);
+    /*! All of a text that somebody wrote; empty stays empty. */
+    QString word(const QString &text);
+    /*! The value of an object. */
+    QByteArray value(CanOpen::ObjectKey key, const QByteArray &value);
+    /*! A number of \a bits that is a secret. */
+    quint64 number(quint64 secret, int bits) { return m_mask.number(secret, bits); }
+    /*! Bytes of whatever it may be: serial numbers of 32 bits that are known, wherever they stand in it. */
+    void sweep(char *bytes, int size);
+
+private:
+    enum class Length : quint8 { Free, Kept };
+
+    void learnText(const QString &serial);
+    QString replaceAll(const QString &text, Length length);
+    QString replacePaths(const QString &text);
+    QString replaceNames(QString text, Length length);
+    QString replaceNumbers(const QString &text, Length length);
+    QString replaceRun(const QString &run, Length length);
+    QString standIn(const QString &secret, Length length);
+    QByteArray replaceBytes(const QByteArray &bytes);
+    bool isKnown(const QString &run) const;
+
+    Mask m_mask;
+    QStringList m_names;     // the longest first
+    QSet<quint32> m_numbers; // of 32 bits, that may be looked for among bytes
+    QSet<QString> m_runs;    // of letters and digits, in capitals
+};
