@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <cli/bundle/bundlecommand.h>
 #include <cli/commands/checkupcommand.h>
 #include <cli/commands/archivecommand.h>
 #include <cli/commands/checkupdatecommand.h>
@@ -61,6 +62,8 @@ constexpr Command commands[] = {
     {"watch", runWatchCommand, QT_TRANSLATE_NOOP("DraxelCtl", "show the values of objects as they come")},
     {"trace", runTraceCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "record the frames of a bus, and read what was recorded")},
+    {"bundle", runBundleCommand,
+     QT_TRANSLATE_NOOP("DraxelCtl", "put all that is known of a vehicle into one file, for support")},
     {"simulate", runSimulateCommand, QT_TRANSLATE_NOOP("DraxelCtl", "put a simulated vehicle on a bus")},
     {"doctor", runDoctorCommand,
      QT_TRANSLATE_NOOP("DraxelCtl", "look at this computer: what it lacks for CAN")},

@@ -36,6 +36,9 @@ public:
      */
     std::optional<ExitStatus> take(const BusSettings &settings);
 
+    /*! For who listens beside the reading; it stays connected after take(). */
+    BusConnection &bus() { return m_bus; }
+
     /*! What was read, also when it was interrupted. */
     const Snapshot &snapshot() const { return m_snapshot; }
 

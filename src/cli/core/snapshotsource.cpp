@@ -3,8 +3,7 @@
 
 #include "commandarguments.h"
 #include "console.h"
-
-#include <snapshot/savedvehicle.h>
+#include "openedbundle.h"
 
 void SnapshotSource::addOptions(CommandArguments &options)
 {
@@ -34,7 +33,7 @@ std::optional<ExitStatus> SnapshotSource::load()
 std::optional<ExitStatus> loadSnapshot(const QString &fileName, Snapshot *snapshot)
 {
     QString error;
-    const std::optional<Snapshot> loaded = SavedVehicle::load(fileName, &error);
+    const std::optional<Snapshot> loaded = OpenedBundle::snapshot(fileName, &error);
     if (!loaded) {
         Console::printError(error);
         return Exit::fileFailed;

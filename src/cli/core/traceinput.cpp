@@ -3,15 +3,23 @@
 
 #include "console.h"
 
+#include <bundle/bundlefile.h>
+#include <trace/files/bytesource.h>
 #include <trace/files/tracefile.h>
 
 #include <QDir>
+
+std::unique_ptr<TraceReader> TraceInput::openBundle(const QString &path, QString *errorMessage)
+{
+    const std::optional<QByteArray> bytes = BundleFile::loadTrace(path, errorMessage);
+    return bytes ? TraceFile::open(std::make_unique<MemoryBytes>(*bytes), path, errorMessage) : nullptr;
+}
 
 bool TraceInput::open(const QString &path)
 {
     QString error;
     m_name = path == QLatin1String("-") ? tr("input") : QDir::toNativeSeparators(path);
-    m_reader = TraceFile::open(path, &error);
+    m_reader = BundleFile::isBundle(path) ? openBundle(path, &error) : TraceFile::open(path, &error);
     if (!m_reader)
         Console::printError(error);
     return m_reader != nullptr;

@@ -18,7 +18,7 @@ public:
     /*! So many problems are said one by one. */
     static constexpr quint64 mostSaid = 10;
 
-    /*! A file, or standard input ("-"). False after a complaint. */
+    /*! A file, the trace of a support bundle, or standard input ("-"). False after a complaint. */
     bool open(const QString &path);
 
     /*! The next frame; false at the end. */
@@ -33,6 +33,7 @@ public:
     ExitStatus finish() const;
 
 private:
+    static std::unique_ptr<TraceReader> openBundle(const QString &path, QString *errorMessage);
     void say(const TraceProblem &problem);
 
     QString m_name;

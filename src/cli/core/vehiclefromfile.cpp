@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "vehiclefromfile.h"
 
+#include "openedbundle.h"
+
 #include <snapshot/objecttypes.h>
-#include <snapshot/savedvehicle.h>
 #include <snapshot/snapshot.h>
 
 #include <QCoreApplication>
@@ -113,7 +114,7 @@ Simulator::VehicleDescription vehicleFromSnapshot(const Snapshot &snapshot, QStr
 std::optional<Simulator::VehicleDescription> vehicleFromFile(const QString &fileName, QString *errorMessage,
                                                              QStringList *warnings)
 {
-    const std::optional<Snapshot> snapshot = SavedVehicle::load(fileName, errorMessage);
+    const std::optional<Snapshot> snapshot = OpenedBundle::snapshot(fileName, errorMessage);
     if (!snapshot)
         return std::nullopt;
     Simulator::VehicleDescription vehicle = vehicleFromSnapshot(*snapshot, warnings);

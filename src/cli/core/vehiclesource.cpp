@@ -4,16 +4,17 @@
 #include "commandarguments.h"
 #include "console.h"
 #include "exitstatus.h"
+#include "openedbundle.h"
 
 #include <details/components.h>
-#include <snapshot/savedvehicle.h>
 
 #include <QDir>
 
 void VehicleSource::addOptions(CommandArguments &options)
 {
     options.addPositional(QStringLiteral("FILE"),
-                          tr("A snapshot (.dxsnap) or exchange file (.dxxml). Without it --bus is read."),
+                          tr("A snapshot (.dxsnap), exchange file (.dxxml) or support bundle (.zip). "
+                             "Without it --bus is read."),
                           CommandArguments::Presence::Optional);
     options.addBusOptions(CommandArguments::Presence::Optional);
     BusRead::addOptions(options);
@@ -38,7 +39,7 @@ std::optional<ExitStatus> VehicleSource::load()
         return m_bus->read(m_options->bus());
 
     QString error;
-    if (SavedVehicle::loadStore(m_options->positional(), m_fileStore, &error))
+    if (OpenedBundle::loadStore(m_options->positional(), m_fileStore, &error))
         return std::nullopt;
     Console::printError(error);
     return Exit::fileFailed;

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "bundlelistening.h"
+
+#include <QCanBusFrame>
+#include <QDateTime>
+
+namespace {
+
+constexpr qint64 nanoseconds = 1000;  // of a us
+constexpr qint64 microseconds = 1000; // of a ms
+
+} // namespace
+
+BundleListening::BundleListening(BusConnection *bus)
+    : m_live(bus)
+{
+    connect(bus, &BusConnection::frameReceived, this,
+            [this](const QCanBusFrame &frame) { take(frame, TraceFrame::Flag(0)); });
+    connect(bus, &BusConnection::frameSent, this,
+            [this](const QCanBusFrame &frame) { take(frame, TraceFrame::Sent); });
+}
+
+void BundleListening::begin(const BusAddress &address)
+{
+    m_steady.start();
+    m_time = RecordedTime(QDateTime::currentMSecsSinceEpoch() * microseconds);
+    // "can0", also of "tcp://localhost:35468/can0"
+    m_recorder.setHead({{address.interfaceName.section(QLatin1Char('/'), -1)}, true});
+    m_live.start();
+}
+
+void BundleListening::take(const QCanBusFrame &frame, TraceFrame::Flag flag)
+{
+    if (frame.payload().size() > TraceFrame::mostBytes || !frame.isValid())
+        return; // no classic one
+    const qint64 time = m_time.timeOf(frame, m_steady.nsecsElapsed() / nanoseconds);
+    TraceFrame taken = TraceFrame::of(frame, time);
+    taken.flags |= flag;
+    m_recorder.add(taken);
+}
+
+std::vector<LiveEvent> BundleListening::events() const
+{
+    const auto timeOf
+        = [this](qint64 time) { return m_live.timeOfDay(time).toMSecsSinceEpoch() * microseconds; };
+    std::vector<LiveEvent> events;
+    for (LiveEvent event : m_live.events().list().events()) {
+        event.time = timeOf(event.time);
+        event.lastTime = timeOf(event.lastTime);
+        events.push_back(event);
+    }
+    return events;
+}

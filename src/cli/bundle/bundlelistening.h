@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <bus/busconnection.h>
+#include <host/core/livebus.h>
+#include <live/events/liveevent.h>
+#include <trace/recording/flightrecorder.h>
+#include <trace/recording/recordedtime.h>
+
+#include <QElapsedTimer>
+#include <QObject>
+
+#include <vector>
+
+/*! What is on a bus while it is read, and after that: its last minutes and its events. Sends nothing. */
+class BundleListening : public QObject
+{
+    Q_OBJECT
+
+public:
+    /*! Before \a bus is connected; it must outlive this. */
+    explicit BundleListening(BusConnection *bus);
+
+    /*! \a name of the one channel. */
+    void begin(const BusAddress &address);
+
+    Trace trace() const { return m_recorder.all(); }
+    /*! With times in us since 1970. */
+    std::vector<LiveEvent> events() const;
+    quint64 forgottenEvents() const { return m_live.events().list().forgotten(); }
+
+private:
+    void take(const QCanBusFrame &frame, TraceFrame::Flag flag);
+
+    LiveBus m_live;
+    FlightRecorder m_recorder;
+    RecordedTime m_time{0};
+    QElapsedTimer m_steady;
+};
