@@ -9,8 +9,10 @@
 
 #include <QDir>
 
-std::unique_ptr<TraceReader> TraceInput::openBundle(const QString &path, QString *errorMessage)
+std::unique_ptr<TraceReader> TraceInput::readerOf(const QString &path, QString *errorMessage)
 {
+    if (!BundleFile::isBundle(path))
+        return TraceFile::open(path, errorMessage);
     const std::optional<QByteArray> bytes = BundleFile::loadTrace(path, errorMessage);
     return bytes ? TraceFile::open(std::make_unique<MemoryBytes>(*bytes), path, errorMessage) : nullptr;
 }
@@ -19,7 +21,7 @@ bool TraceInput::open(const QString &path)
 {
     QString error;
     m_name = path == QLatin1String("-") ? tr("input") : QDir::toNativeSeparators(path);
-    m_reader = BundleFile::isBundle(path) ? openBundle(path, &error) : TraceFile::open(path, &error);
+    m_reader = readerOf(path, &error);
     if (!m_reader)
         Console::printError(error);
     return m_reader != nullptr;

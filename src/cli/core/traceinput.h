@@ -21,6 +21,9 @@ public:
     /*! A file, the trace of a support bundle, or standard input ("-"). False after a complaint. */
     bool open(const QString &path);
 
+    /*! The same without any words of its own; null with a sentence. */
+    static std::unique_ptr<TraceReader> readerOf(const QString &path, QString *errorMessage);
+
     /*! The next frame; false at the end. */
     bool next(TraceFrame *frame);
 
@@ -33,7 +36,6 @@ public:
     ExitStatus finish() const;
 
 private:
-    static std::unique_ptr<TraceReader> openBundle(const QString &path, QString *errorMessage);
     void say(const TraceProblem &problem);
 
     QString m_name;

@@ -98,7 +98,7 @@ std::optional<ExitStatus> TraceShow::parseKnowledge()
 void TraceShow::learnAhead()
 {
     QString error;
-    const std::unique_ptr<TraceReader> reader = TraceFile::open(m_options.positional(), &error);
+    const std::unique_ptr<TraceReader> reader = TraceInput::readerOf(m_options.positional(), &error);
     if (!reader)
         return;
     SdoTransfers transfers;
