@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "checkupfiles.h"
 
+#include "bundlefiles.h"
 #include "filefolder.h"
 #include "vehiclefiles.h"
 
@@ -10,7 +11,6 @@
 #include <host/pages/comparisondialog.h>
 #include <host/pages/notesdialog.h>
 #include <host/pages/servicereportdialog.h>
-#include <snapshot/savedvehicle.h>
 #include <snapshot/snapshotfile.h>
 
 #include <QDir>
@@ -79,7 +79,7 @@ void CheckupFiles::compare(const QString &fileName)
     using Loaded = std::pair<std::optional<Snapshot>, QString>;
     const auto work = [fileName] {
         Loaded loaded;
-        loaded.first = SavedVehicle::load(fileName, &loaded.second);
+        loaded.first = BundleFiles::loadSnapshot(fileName, &loaded.second);
         return loaded;
     };
     Background::run(this, work, [this, fileName](const Loaded &loaded) {

@@ -57,6 +57,7 @@ QString HostMenus::languageLabel(const QString &language, bool hasFont)
 
 HostMenus::HostMenus(QMainWindow *window, PluginActions *plugin)
     : QObject(window)
+    , saveBundle(makeAction("actionSaveBundle"))
     , quit(makeAction("actionQuit", QKeySequence(Qt::CTRL + Qt::Key_Q)))
     , connectBus(makeAction("actionConnect", QKeySequence(Qt::CTRL + Qt::Key_K)))
     , disconnectBus(makeAction("actionDisconnect", QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_K)))
@@ -90,15 +91,16 @@ HostMenus::HostMenus(QMainWindow *window, PluginActions *plugin)
     m_file->addMenu(m_recent);
     m_file->addActions({plugin->action(Kind::Export), plugin->action(Kind::SaveReport)});
     m_file->addSeparator();
+    m_file->addAction(saveBundle);
+    m_file->addSeparator();
     m_file->addAction(quit);
     m_bus->addActions({connectBus, disconnectBus, refreshInterfaces});
     m_bus->addSeparator();
     m_bus->addActions({plugin->action(Kind::Read), cancelRead});
     m_bus->addSeparator();
     m_bus->addAction(patience);
-    for (const char *name :
-         {"actionPageOverview", "actionPageCheckup", "actionPageLive", "actionPageTrace",
-          "actionPageArchive"}) {
+    for (const char *name : {"actionPageOverview", "actionPageCheckup", "actionPageLive", "actionPageTrace",
+                             "actionPageArchive"}) {
         const int number = m_pages.size();
         QAction *page = makeAction(name, QKeySequence(Qt::CTRL + Qt::Key_1 + number));
         connect(page, &QAction::triggered, this, [this, number] { emit pageChosen(number); });
@@ -195,6 +197,7 @@ void HostMenus::retranslate()
     m_recent->setTitle(tr("Open re&cent file"));
     m_plugin->action(Kind::Export)->setText(tr("&Export..."));
     m_plugin->action(Kind::SaveReport)->setText(tr("Save &PDF report"));
+    saveBundle->setText(tr("Save support &bundle..."));
     quit->setText(tr("&Quit"));
 
     m_bus->setTitle(tr("B&us"));

@@ -47,6 +47,7 @@ public:
     /*! What can be pressed, as "Ctrl+K" and what it does. */
     QVector<QPair<QString, QString>> shortcuts() const;
 
+    QAction *saveBundle;
     QAction *quit;
     QAction *connectBus;
     QAction *disconnectBus;

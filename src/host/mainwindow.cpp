@@ -2,6 +2,7 @@
 #include "mainwindow.h"
 
 #include "boxes.h"
+#include "bundlefiles.h"
 #include "busreport.h"
 #include "checkupfiles.h"
 #include "connectionbar.h"
@@ -23,6 +24,7 @@
 #include "vehiclefiles.h"
 #include "windowlayout.h"
 
+#include <bundle/supportbundle.h>
 #include <host/core/hostservices.h>
 #include <host/core/hostsettings.h>
 #include <host/core/languagesetting.h>
@@ -56,6 +58,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -111,6 +114,7 @@ MainWindow::MainWindow(HostServices *services, PluginSession *session, QWidget *
     , m_files(new VehicleFiles(&m_vehicle, this))
     , m_reportFiles(new ReportFiles(m_pluginActions, this))
     , m_checkupFiles(new CheckupFiles(m_session, this))
+    , m_bundles(new BundleFiles({&services->bus(), m_session, m_live, m_trace, m_log}, this))
 {
     setObjectName(QStringLiteral("MainWindow"));
     keepProgramLight();
@@ -121,6 +125,7 @@ MainWindow::MainWindow(HostServices *services, PluginSession *session, QWidget *
     connectCheckup();
     connectLive();
     connectTrace();
+    connectBundles();
     connectRecords();
     new VehicleWatch(services, &m_vehicle, this);
 
@@ -172,6 +177,8 @@ void MainWindow::openFile(const QString &fileName)
     if (!VehicleFiles::isVehicleFile(fileName) && TraceSession::isTraceFile(fileName)) {
         m_pages->setCurrentWidget(m_traceTab);
         m_trace->open(fileName);
+    } else if (!m_session->isRunning() && BundleFiles::isBundle(fileName)) {
+        m_bundles->open(fileName);
     } else if (m_session->isRunning()) {
         showError(tr("A check-up is running. Wait for its end or cancel it (Esc), then open the file."));
     } else {
@@ -430,11 +437,13 @@ void MainWindow::connectTrace()
         showRecentFiles();
     });
     const auto show = [this](const LiveEvent &event, const QDateTime &time) {
-        m_tracePage->showMoment(TraceMoment::of(event, time));
+        const TraceMoment moment = TraceMoment::of(event, time);
+        m_livePage->isRecorded() ? m_tracePage->showMomentHere(moment) : m_tracePage->showMoment(moment);
     };
     connect(m_livePage, &LivePage::eventChosen, this,
             [this, show](const LiveEvent &event, const QDateTime &time) {
-                if (m_trace->isLive()) // a file stays until the user asks for more
+                // A file stays until the user asks for more, unless the events are of it as well.
+                if (m_trace->isLive() != m_livePage->isRecorded())
                     show(event, time);
             });
     connect(m_livePage, &LivePage::traceRequested, this,
@@ -446,6 +455,56 @@ void MainWindow::connectTrace()
         m_pages->setCurrentWidget(m_liveTab);
         m_livePage->showEventAt(time);
     });
+}
+
+void MainWindow::connectBundles()
+{
+    connect(m_menus->saveBundle, &QAction::triggered, m_bundles, &BundleFiles::save);
+    connect(m_bundles, &BundleFiles::failed, this, &MainWindow::showError);
+    connect(m_bundles, &BundleFiles::succeeded, this,
+            [this](const QString &sentence) { tell(MessageLog::Severity::Information, sentence); });
+    connect(m_bundles, &BundleFiles::opened, this, &MainWindow::openBundle);
+    connect(m_live, &LiveSession::started, this, [this] { m_bundles->setShownEvents({}); });
+}
+
+/*! First the vehicle: the user may want to keep what is shown. */
+void MainWindow::openBundle(const SupportBundle &bundle, const QString &fileName)
+{
+    if (m_session->isRunning()) {
+        showError(tr("A check-up is running. Wait for its end or cancel it (Esc), then open the file."));
+        return;
+    }
+    const auto show
+        = [this, shown = std::make_shared<SupportBundle>(bundle), fileName] { showBundle(*shown, fileName); };
+    if (bundle.snapshot)
+        m_files->openSnapshot(*bundle.snapshot, fileName, show);
+    else
+        show();
+}
+
+void MainWindow::showBundle(const SupportBundle &bundle, const QString &fileName)
+{
+    for (const QString &problem : bundle.problems)
+        m_log->add(MessageLog::Severity::Warning, problem);
+    for (const BundleMessage &message : bundle.messages)
+        m_log->addEarlier(message.time, BundleFiles::severityOf(message.severity), message.text);
+    if (bundle.trace)
+        m_trace->open(fileName, *bundle.trace, bundle.snapshot.value_or(Snapshot()));
+    if (m_livePage->showRecorded(bundle.events))
+        m_bundles->setShownEvents(bundle.events);
+    else if (!bundle.events.empty())
+        m_log->add(
+            MessageLog::Severity::Warning,
+            tr("The events of the bundle are not shown while a bus is connected. Disconnect it and open "
+               "the bundle again."));
+    m_pages->setCurrentWidget(bundle.snapshot ? m_checkupTab : bundle.trace ? m_traceTab : m_liveTab);
+    m_files->noteOpened(fileName);
+    const QString origin = bundle.program.isEmpty() ? tr("an unknown program") : bundle.program;
+    const QString time = QLocale().toString(bundle.time.toLocalTime(), QLocale::ShortFormat);
+    tell(MessageLog::Severity::Information,
+         bundle.isMasked ? tr("This is a support bundle of %1, made %2. Serial numbers and names are masked.")
+                               .arg(origin, time)
+                         : tr("This is a support bundle of %1, made %2.").arg(origin, time));
 }
 
 void MainWindow::connectRecords()

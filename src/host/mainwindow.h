@@ -10,6 +10,7 @@
 #include <QMainWindow>
 
 class ArchivePage;
+class BundleFiles;
 class BusReport;
 class CheckupFiles;
 class CheckupPage;
@@ -33,6 +34,7 @@ class TraceSession;
 class VehicleFiles;
 class VehicleRecords;
 struct Snapshot;
+struct SupportBundle;
 
 /*! The host's window: the connection bar above the pages, those of the plug-ins and its own, the messages and the status
  *  of the bus below. It only puts its parts together.
@@ -64,6 +66,7 @@ public:
     void setLanguages(LanguageSetting *languages, const QString &chosen);
 
     MessageLog &messages() { return *m_log; }
+    BundleFiles &bundles() { return *m_bundles; }
     BusReport &report() { return *m_report; }
     ShownVehicle &vehicle() { return m_vehicle; }
     CheckupSession &checkup() { return *m_session; }
@@ -86,6 +89,7 @@ private:
     void connectCheckup();
     void connectLive();
     void connectTrace();
+    void connectBundles();
     void connectRecords();
     void retranslate();
     void restoreSettings();
@@ -95,6 +99,8 @@ private:
     void showPage(int index);
     void choosePage(int number);
     void showCheckupState();
+    void openBundle(const SupportBundle &bundle, const QString &fileName);
+    void showBundle(const SupportBundle &bundle, const QString &fileName);
     void showVisit(const Snapshot &snapshot, qint64 visitId);
     void cancel();
     void openChosen();
@@ -134,6 +140,7 @@ private:
     VehicleFiles *m_files;
     ReportFiles *m_reportFiles;
     CheckupFiles *m_checkupFiles;
+    BundleFiles *m_bundles;
     LanguageSetting *m_languages = nullptr;
     PatienceSettings m_patience;
     int m_lastPlugin = 0;    // the page that was shown last of the plug-ins'

@@ -54,13 +54,23 @@ void MessageLog::add(Severity severity, const QString &text)
         return;
     }
 
+    append({now, severity, text, 1});
+}
+
+void MessageLog::addEarlier(const QDateTime &time, Severity severity, const QString &text)
+{
+    append({time.toLocalTime(), severity, text, 1});
+}
+
+void MessageLog::append(const Message &message)
+{
     if (m_messages.size() >= maximumLength) {
         beginRemoveRows(QModelIndex(), 0, 0);
         m_messages.removeFirst();
         endRemoveRows();
     }
     beginInsertRows(QModelIndex(), m_messages.size(), m_messages.size());
-    m_messages.append({now, severity, text, 1});
+    m_messages.append(message);
     endInsertRows();
 }
 

@@ -37,7 +37,13 @@ public:
     /*! Rows \a rows as lines of text, "12:34:56  text"; all rows when it is empty. */
     QString toText(const QVector<int> &rows = {}) const;
 
+    /*! A message of before, with its own time. */
+    void addEarlier(const QDateTime &time, Severity severity, const QString &text);
+
     Severity severity(int row) const { return m_messages.at(row).severity; }
+    QDateTime time(int row) const { return m_messages.at(row).time; }
+    /*! As it is shown. */
+    QString text(int row) const { return textOf(m_messages.at(row)); }
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -53,6 +59,7 @@ private:
         int count = 1;
     };
 
+    void append(const Message &message);
     int findRepeated(Severity severity, const QString &text, const QDateTime &now) const;
     QString textOf(const Message &message) const;
 

@@ -25,7 +25,8 @@
 namespace {
 
 constexpr char suffix[] = "dxxml";
-constexpr QLatin1String fileEndings[] = {QLatin1String(".dxsnap"), QLatin1String(".dxxml")};
+constexpr QLatin1String fileEndings[]
+    = {QLatin1String(".dxsnap"), QLatin1String(".dxxml"), QLatin1String(".zip")};
 
 QFileDialog *makeDialog(QWidget *window, const QString &name, const QString &title, const QString &folder,
                         const QString &filter)
@@ -74,7 +75,7 @@ bool VehicleFiles::isVehicleFile(const QString &fileName)
 
 QString VehicleFiles::fileFilter()
 {
-    return tr("Vehicle data (*.dxsnap *.dxxml)");
+    return tr("Vehicle data (*.dxsnap *.dxxml *.zip)");
 }
 
 QStringList VehicleFiles::endings()
@@ -211,6 +212,18 @@ void VehicleFiles::showSnapshot(const Snapshot &snapshot, const QString &name)
     NodeStore store;
     SnapshotExchange::fillStore(snapshot, store);
     showInPlugin(name, exportToText(store, snapshot.time), store, snapshot.time);
+}
+
+void VehicleFiles::openSnapshot(const Snapshot &snapshot, const QString &fileName, const Action &then)
+{
+    whenKept([this, snapshot, fileName, then] {
+        NodeStore store;
+        SnapshotExchange::fillStore(snapshot, store);
+        if (!showInPlugin(fileName, exportToText(store, snapshot.time), store, snapshot.time))
+            return;
+        emit opened(snapshot, fileName);
+        then();
+    });
 }
 
 /*! Without a plug-in that takes part the other pages show it. */

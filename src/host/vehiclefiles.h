@@ -48,6 +48,12 @@ public:
     /*! Shows a snapshot that came from elsewhere; \a name is what it is called in its place in the title. */
     void showSnapshot(const Snapshot &snapshot, const QString &name);
 
+    /*! The same as openFile() with what was read out of a file already, \a then follows when it is shown. */
+    void openSnapshot(const Snapshot &snapshot, const QString &fileName, const Action &then);
+
+    /*! A file was opened by somebody else. */
+    void noteOpened(const QString &fileName);
+
     /*! Whether the name is that of a file that can be opened: .dxsnap, .dxxml */
     static bool isVehicleFile(const QString &fileName);
     /*! What the names of such files end with. */
@@ -78,7 +84,6 @@ private:
     void openSnapshot(const QString &fileName);
     bool showInPlugin(const QString &fileName, const QString &text, const NodeStore &store,
                       const QDateTime &time);
-    void noteOpened(const QString &fileName);
     void showText(const QString &fileName, const QString &text, const NodeStore &store);
     bool write(const QString &fileName);
     void refuse(const QString &fileName, const QString &reason);

@@ -425,7 +425,7 @@ void tst_MainWindow::dialogOpensTraces()
     QCOMPARE(
         dialog->nameFilters().first(),
         QStringLiteral(
-            "All that can be opened (*.dxsnap *.dxxml *.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)"));
+            "All that can be opened (*.dxsnap *.dxxml *.zip *.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)"));
     emit dialog->fileSelected(file.fileName());
     QVERIFY(window.findChild<QWidget *>(QStringLiteral("tracePage"))->isVisible());
     QThreadPool::globalInstance()->waitForDone();

@@ -21,8 +21,9 @@
 namespace {
 
 constexpr int margin = 9;
-constexpr int share = 100;       // of a splitter
-constexpr int ticksOfLights = 5; // half a second: nobody reads faster
+constexpr int share = 100;            // of a splitter
+constexpr qint64 microseconds = 1000; // of a ms
+constexpr int ticksOfLights = 5;      // half a second: nobody reads faster
 
 } // namespace
 
@@ -52,12 +53,12 @@ void LivePage::connectParts()
             [this](const QString &sentence) { emit told(sentence, {}); });
     connect(m_events, &EventView::failed, this, &LivePage::failed);
     connect(m_events, &EventView::eventChosen, this, [this](const LiveEvent &event) {
-        m_plot->showTime(event.time);
-        emit eventChosen(event, m_session->live().timeOfDay(event.time));
+        if (!m_isRecorded)
+            m_plot->showTime(event.time);
+        emit eventChosen(event, timeOfDay(event.time));
     });
-    connect(m_events, &EventView::traceRequested, this, [this](const LiveEvent &event) {
-        emit traceRequested(event, m_session->live().timeOfDay(event.time));
-    });
+    connect(m_events, &EventView::traceRequested, this,
+            [this](const LiveEvent &event) { emit traceRequested(event, timeOfDay(event.time)); });
     connect(m_watch, &WatchView::told, this, &LivePage::told);
     connect(m_watch, &WatchView::failed, this, &LivePage::failed);
 }
@@ -70,7 +71,25 @@ void LivePage::setFolder(const std::function<QString()> &folder)
 
 bool LivePage::showEventAt(const QDateTime &time)
 {
-    return m_events->chooseNearest(m_session->live().timeOf(time));
+    return m_events->chooseNearest(m_isRecorded ? time.toMSecsSinceEpoch() * microseconds
+                                                : m_session->live().timeOf(time));
+}
+
+QDateTime LivePage::timeOfDay(qint64 time) const
+{
+    return m_isRecorded ? QDateTime::fromMSecsSinceEpoch(time / microseconds)
+                        : m_session->live().timeOfDay(time);
+}
+
+bool LivePage::showRecorded(const std::vector<LiveEvent> &events)
+{
+    if (m_session->isListening())
+        return false;
+    m_isRecorded = true;
+    m_recorded = EventList::of(events);
+    m_events->model().setSource(&m_recorded, [this](qint64 time) { return timeOfDay(time); });
+    refreshAll();
+    return true;
 }
 
 QWidget *LivePage::buildTop()
@@ -131,6 +150,7 @@ QWidget *LivePage::buildParts()
 void LivePage::begin()
 {
     LiveBus &live = m_session->live();
+    m_isRecorded = false;
     m_events->model().setSource(&live.events().list(), [&live](qint64 time) { return live.timeOfDay(time); });
     refreshAll();
 }
@@ -150,7 +170,7 @@ void LivePage::refresh()
 void LivePage::refreshAll()
 {
     m_ticks = 0;
-    m_centre->setCurrentIndex(m_session->isEmpty() ? 0 : 1);
+    m_centre->setCurrentIndex(m_session->isEmpty() && !m_isRecorded ? 0 : 1);
     m_numbers->setEnabled(!m_session->isEmpty());
     if (isVisible())
         refresh();

@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <live/events/eventlist.h>
+
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QWidget>
 
 #include <functional>
+#include <vector>
 
 class BatteryView;
 class EventView;
 class LightStrip;
-struct LiveEvent;
 class LiveSession;
 class PlotView;
 class QLabel;
@@ -32,6 +34,12 @@ public:
 
     /*! The folder in which file dialogs begin. */
     void setFolder(const std::function<QString()> &folder);
+
+    /*! Shows events of before (times in us since 1970) until another bus is connected. False, and nothing is shown of
+     *  them, while one is.
+     */
+    bool showRecorded(const std::vector<LiveEvent> &events);
+    bool isRecorded() const { return m_isRecorded; }
 
     /*! Chooses the event that is nearest to a time. False without any. */
     bool showEventAt(const QDateTime &time);
@@ -62,6 +70,7 @@ private:
     void showLights();
     void showNumbers();
     void retranslate();
+    QDateTime timeOfDay(qint64 time) const;
 
     LiveSession *m_session;
     LightStrip *m_lights = nullptr;
@@ -72,6 +81,8 @@ private:
     WatchView *m_watch = nullptr;
     BatteryView *m_battery = nullptr;
     PlotView *m_plot = nullptr;
+    EventList m_recorded;
+    bool m_isRecorded = false; // m_recorded is shown
     int m_ticks = 0;
     int m_refreshes = 0;
 };

@@ -86,11 +86,29 @@ int TraceLoading::percent() const
 
 void TraceLoading::start(const QString &fileName)
 {
+    begin(fileName, [fileName](State *state) { return load(fileName, state); });
+}
+
+void TraceLoading::start(const QString &fileName, const Trace &trace, const Snapshot &devices)
+{
+    auto document = std::make_shared<TraceDocument>();
+    document->fileName = fileName;
+    document->trace = trace;
+    begin(fileName, [document, devices](State *state) {
+        document->book.tell(devices);
+        state->frames = document->trace.frames.size();
+        makeLines(document.get(), state);
+        return Result{document, QString()};
+    });
+}
+
+void TraceLoading::begin(const QString &fileName, const std::function<Result(State *)> &load)
+{
     cancel();
     m_fileName = fileName;
     m_state = std::make_shared<State>();
     Background::run(
-        this, [fileName, state = m_state] { return load(fileName, state.get()); },
+        this, [load, state = m_state] { return load(state.get()); },
         [this, state = m_state](const Result &result) {
             if (state != m_state)
                 return; // cancelled
@@ -120,10 +138,15 @@ TraceLoading::Result TraceLoading::load(const QString &fileName, State *state)
     state->expected = expectedFrames(fileName, reader);
     document->trace = TraceFile::load(&reader, TraceFile::Limits(), state->expected);
     document->trace.head = reader.knownHead();
+    makeLines(document.get(), state);
+    result.document = std::move(document);
+    return result;
+}
+
+void TraceLoading::makeLines(TraceDocument *document, State *state)
+{
     while (!state->isCancelled && document->lines.advance(linesAtOnce)) {
     }
     if (!state->isCancelled)
         document->lines.finish();
-    result.document = std::move(document);
-    return result;
 }

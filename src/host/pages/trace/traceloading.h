@@ -3,6 +3,8 @@
 
 #include "tracedocument.h"
 
+#include <snapshot/snapshot.h>
+
 #include <QObject>
 
 #include <atomic>
@@ -20,6 +22,8 @@ public:
 
     /*! Ends what is under way, and begins with another file. */
     void start(const QString &fileName);
+    /*! The same with a trace that was read already, and what its devices have answered; it is called \a fileName. */
+    void start(const QString &fileName, const Trace &trace, const Snapshot &devices);
     /*! Nothing more is told of what is under way. */
     void cancel();
 
@@ -50,7 +54,9 @@ private:
         QString problem;
     };
 
+    void begin(const QString &fileName, const std::function<Result(State *)> &load);
     static Result load(const QString &fileName, State *state);
+    static void makeLines(TraceDocument *document, State *state);
 
     std::shared_ptr<State> m_state; // null: nothing is under way
     QString m_fileName;

@@ -329,6 +329,11 @@ void TracePage::showMoment(const TraceMoment &moment)
 {
     if (!m_session->isLive())
         m_session->showLive();
+    showMomentHere(moment);
+}
+
+void TracePage::showMomentHere(const TraceMoment &moment)
+{
     m_model.update();
     const TraceLines &lines = m_model.document().lines;
     const std::optional<std::size_t> line = moment.lineIn(lines);

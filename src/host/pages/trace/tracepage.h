@@ -37,6 +37,8 @@ public:
 
     /*! Shows what was heard around a moment. */
     void showMoment(const TraceMoment &moment);
+    /*! Shows what was on the bus around a moment in what is shown, be it heard or of a file. */
+    void showMomentHere(const TraceMoment &moment);
 
     TraceModel &model() { return m_model; }
 

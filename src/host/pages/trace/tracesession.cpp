@@ -142,6 +142,12 @@ void TraceSession::open(const QString &fileName)
     emit loadingChanged();
 }
 
+void TraceSession::open(const QString &fileName, const Trace &trace, const Snapshot &devices)
+{
+    m_loading.start(fileName, trace, devices);
+    emit loadingChanged();
+}
+
 void TraceSession::cancelOpening()
 {
     m_loading.cancel();

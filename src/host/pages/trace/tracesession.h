@@ -44,6 +44,8 @@ public:
 
     /*! Loads a file in the background, and then shows it; what is shown stays until then. */
     void open(const QString &fileName);
+    /*! The same with a trace that was read already out of the file \a fileName, and what its devices have answered. */
+    void open(const QString &fileName, const Trace &trace, const Snapshot &devices);
     void cancelOpening();
     /*! Shows what is heard again. */
     void showLive();

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDialog>
+
+class QCheckBox;
+
+/*! Asks how a support bundle is to be: with the names in it, or masked. */
+class BundleDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit BundleDialog(QWidget *parent);
+
+    bool isMasked() const;
+
+private:
+    QCheckBox *m_mask;
+};
