@@ -155,7 +155,7 @@ void tst_HostMenus::menusHoldTheirActions()
     };
     QCOMPARE(texts("fileMenu"),
              QStringLiteral("Open saved file...|Open recent file|Export...|Save PDF report|Save check-up...|"
-                            "Service report...|Quit"));
+                            "Service report...|Save support bundle...|Quit"));
     QCOMPARE(texts("busMenu"), QStringLiteral("Connect|Disconnect|Refresh interfaces|Read all data|Check-up|"
                                               "Cancel read|Patience with slow nodes..."));
     QCOMPARE(texts("viewMenu"),

@@ -258,6 +258,12 @@ void tst_Languages::contexts_data()
                                          QStringLiteral("BusConnection"),
                                          QStringLiteral("BusOpener"),
                                          QStringLiteral("BusReport"),
+                                         QStringLiteral("BundleDialog"),
+                                         QStringLiteral("BundleFile"),
+                                         QStringLiteral("BundleFiles"),
+                                         QStringLiteral("BundleManifest"),
+                                         QStringLiteral("BundleReading"),
+                                         QStringLiteral("BundleWriting"),
                                          QStringLiteral("BusSettings"),
                                          QStringLiteral("BusWords"),
                                          QStringLiteral("CanOpen"),
@@ -285,6 +291,7 @@ void tst_Languages::contexts_data()
                                          QStringLiteral("EventMessages"),
                                          QStringLiteral("EventModel"),
                                          QStringLiteral("EventView"),
+                                         QStringLiteral("EventReading"),
                                          QStringLiteral("EventWords"),
                                          QStringLiteral("ExpressionParser"),
                                          QStringLiteral("FailedObject"),
@@ -362,7 +369,8 @@ void tst_Languages::contexts_data()
                                          QStringLiteral("WaitingVisits"),
                                          QStringLiteral("WatchModel"),
                                          QStringLiteral("WatchView"),
-                                         QStringLiteral("WorkshopSettings")};
+                                         QStringLiteral("WorkshopSettings"),
+                                         QStringLiteral("ZipFile")};
 }
 
 void tst_Languages::contexts()
