@@ -339,6 +339,168 @@
     </message>
 </context>
 <context>
+    <name>BundleDialog</name>
+    <message>
+        <source>&amp;Mask serial numbers, names, notes and paths</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save support bundle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The same one everywhere by the same stand-in, within the frames too. Nobody can tell what it stood for.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One file for who is to help: the check-up that is shown with all its values, the frames of the last minutes, events, messages, and what this computer is.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Save...</source>
+        <translation type="unfinished">&amp;Speichern...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished">Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>BundleFile</name>
+    <message>
+        <source>The file %1 cannot be written: %2.</source>
+        <translation type="unfinished">Die Datei %1 kann nicht geschrieben werden: %2.</translation>
+    </message>
+    <message>
+        <source>The file %1 is far too large for a support bundle.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be read: %2.</source>
+        <translation type="unfinished">Die Datei %1 kann nicht gelesen werden: %2.</translation>
+    </message>
+    <message>
+        <source>The support bundle %1 cannot be opened: %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The support bundle %1 has no trace.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BundleFiles</name>
+    <message>
+        <source>The support bundle %1 has no snapshot that can be used.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save support bundle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Support bundle (*.zip)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>support bundle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation type="unfinished">Gespeichert: %1</translation>
+    </message>
+</context>
+<context>
+    <name>BundleManifest</name>
+    <message>
+        <source>it is no support bundle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it was made by a newer version of the program (format %1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BundleReading</name>
+    <message>
+        <source>it is no support bundle: it has no manifest.json</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>its manifest.json cannot be used: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of the bundle was not opened: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is missing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is not the file that was put in: somebody has changed it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is far too large.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BundleWriting</name>
+    <message>
+        <source>This is a support bundle: what %1 knew of a vehicle on %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open it with &quot;draxel %1&quot;, or read its files one by one:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>bundle.zip</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>manifest.json    which files there are, with their SHA-256</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>snapshot.dxsnap  what every device answered, with what could not be read and why</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>checkup.json     what is wrong with the vehicle, and what to do</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>trace.log.gz     the frames of the bus, as candump writes them</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>events.json      what happened on the bus</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>messages.txt     what the program told its user</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>system.json      the program, the computer and the adapter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Serial numbers, names, notes and paths are masked: the same one everywhere by the same word or number. Nobody can tell what it was.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing is masked: serial numbers and notes stand in it as they are.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>BusAddress</name>
     <message>
         <source>&quot;%1&quot; names no bus. Write it as PLUGIN:INTERFACE, for example socketcan:can0.</source>
@@ -1694,6 +1856,17 @@ Jetzt: %2</translation>
     <message>
         <source>What happened</source>
         <translation>Was geschah</translation>
+    </message>
+</context>
+<context>
+    <name>EventReading</name>
+    <message>
+        <source>&quot;%1&quot; is no kind of event</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the time cannot be read</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -3079,6 +3252,10 @@ Jetzt: %2</translation>
         <source>&amp;Trace</source>
         <translation>Au&amp;fzeichnung</translation>
     </message>
+    <message>
+        <source>Save support &amp;bundle...</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>JsonDocument</name>
@@ -3400,6 +3577,22 @@ Jetzt: %2</translation>
         <source>All files (*)</source>
         <translation>Alle Dateien (*)</translation>
     </message>
+    <message>
+        <source>The events of the bundle are not shown while a bus is connected. Disconnect it and open the bundle again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>an unknown program</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is a support bundle of %1, made %2. Serial numbers and names are masked.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is a support bundle of %1, made %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -3645,10 +3838,6 @@ Jetzt: %2</translation>
         <translation>ohne Pausen</translation>
     </message>
     <message>
-        <source>%1 times</source>
-        <translation>%1-fach</translation>
-    </message>
-    <message>
         <source>Play again</source>
         <translation>Noch einmal abspielen</translation>
     </message>
@@ -3661,10 +3850,6 @@ Jetzt: %2</translation>
         <translation>Anhalten</translation>
     </message>
     <message>
-        <source>The trace is over. Its devices answer, but are not heard any more: play it again to read them.</source>
-        <translation>Die Aufzeichnung ist zu Ende. Ihre Geräte antworten, sind aber nicht mehr zu hören: Spielen Sie sie noch einmal ab, um sie auszulesen.</translation>
-    </message>
-    <message>
         <source>%1, frame %2 of %3</source>
         <translation>%1, Frame %2 von %3</translation>
     </message>
@@ -3675,6 +3860,14 @@ Jetzt: %2</translation>
     <message>
         <source>%1 s</source>
         <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1×</source>
+        <translation type="unfinished">%1×</translation>
+    </message>
+    <message>
+        <source>The trace is over. Play it again to read its devices.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -5642,12 +5835,12 @@ Jetzt: %2</translation>
         <translation>Was vorher zu sehen war, ist weiter zu sehen.</translation>
     </message>
     <message>
-        <source>Vehicle data (*.dxsnap *.dxxml)</source>
-        <translation>Fahrzeugdaten (*.dxsnap *.dxxml)</translation>
-    </message>
-    <message>
         <source>Open a file</source>
         <translation>Datei öffnen</translation>
+    </message>
+    <message>
+        <source>Vehicle data (*.dxsnap *.dxxml *.zip)</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -5955,6 +6148,45 @@ Jetzt: %2</translation>
     <message>
         <source>The logo %1 is no picture that can be used: PNG or JPEG, at most 8 MB and 8000 pixels.</source>
         <translation>Das Logo %1 ist kein brauchbares Bild: PNG oder JPEG, höchstens 8 MB und 8000 Pixel.</translation>
+    </message>
+</context>
+<context>
+    <name>ZipFile</name>
+    <message>
+        <source>it holds a file in a folder, or of a name that none may have</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is no zip file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it holds two files of the same name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is damaged (%1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it holds too many files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is damaged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is encrypted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file %1 in it is far too large</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file %1 in it is damaged</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 </TS>

@@ -339,6 +339,168 @@
     </message>
 </context>
 <context>
+    <name>BundleDialog</name>
+    <message>
+        <source>&amp;Mask serial numbers, names, notes and paths</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save support bundle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The same one everywhere by the same stand-in, within the frames too. Nobody can tell what it stood for.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One file for who is to help: the check-up that is shown with all its values, the frames of the last minutes, events, messages, and what this computer is.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Save...</source>
+        <translation type="unfinished">&amp;Enregistrer...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished">Annuler</translation>
+    </message>
+</context>
+<context>
+    <name>BundleFile</name>
+    <message>
+        <source>The file %1 cannot be written: %2.</source>
+        <translation type="unfinished">Le fichier %1 ne peut pas être écrit&#xa0;: %2.</translation>
+    </message>
+    <message>
+        <source>The file %1 is far too large for a support bundle.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be read: %2.</source>
+        <translation type="unfinished">Le fichier %1 ne peut pas être lu&#xa0;: %2.</translation>
+    </message>
+    <message>
+        <source>The support bundle %1 cannot be opened: %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The support bundle %1 has no trace.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BundleFiles</name>
+    <message>
+        <source>The support bundle %1 has no snapshot that can be used.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save support bundle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Support bundle (*.zip)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>support bundle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation type="unfinished">Enregistré&#xa0;: %1</translation>
+    </message>
+</context>
+<context>
+    <name>BundleManifest</name>
+    <message>
+        <source>it is no support bundle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it was made by a newer version of the program (format %1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BundleReading</name>
+    <message>
+        <source>it is no support bundle: it has no manifest.json</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>its manifest.json cannot be used: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of the bundle was not opened: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is missing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is not the file that was put in: somebody has changed it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is far too large.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BundleWriting</name>
+    <message>
+        <source>This is a support bundle: what %1 knew of a vehicle on %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open it with &quot;draxel %1&quot;, or read its files one by one:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>bundle.zip</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>manifest.json    which files there are, with their SHA-256</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>snapshot.dxsnap  what every device answered, with what could not be read and why</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>checkup.json     what is wrong with the vehicle, and what to do</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>trace.log.gz     the frames of the bus, as candump writes them</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>events.json      what happened on the bus</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>messages.txt     what the program told its user</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>system.json      the program, the computer and the adapter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Serial numbers, names, notes and paths are masked: the same one everywhere by the same word or number. Nobody can tell what it was.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing is masked: serial numbers and notes stand in it as they are.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>BusAddress</name>
     <message>
         <source>&quot;%1&quot; names no bus. Write it as PLUGIN:INTERFACE, for example socketcan:can0.</source>
@@ -1694,6 +1856,17 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>What happened</source>
         <translation>Ce qui s’est passé</translation>
+    </message>
+</context>
+<context>
+    <name>EventReading</name>
+    <message>
+        <source>&quot;%1&quot; is no kind of event</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the time cannot be read</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -3079,6 +3252,10 @@ Maintenant&#xa0;: %2</translation>
         <source>&amp;Trace</source>
         <translation>&amp;Trace</translation>
     </message>
+    <message>
+        <source>Save support &amp;bundle...</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>JsonDocument</name>
@@ -3400,6 +3577,22 @@ Maintenant&#xa0;: %2</translation>
         <source>All files (*)</source>
         <translation>Tous les fichiers (*)</translation>
     </message>
+    <message>
+        <source>The events of the bundle are not shown while a bus is connected. Disconnect it and open the bundle again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>an unknown program</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is a support bundle of %1, made %2. Serial numbers and names are masked.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is a support bundle of %1, made %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -3645,10 +3838,6 @@ Maintenant&#xa0;: %2</translation>
         <translation>sans pauses</translation>
     </message>
     <message>
-        <source>%1 times</source>
-        <translation>%1 fois</translation>
-    </message>
-    <message>
         <source>Play again</source>
         <translation>Relire</translation>
     </message>
@@ -3661,10 +3850,6 @@ Maintenant&#xa0;: %2</translation>
         <translation>Suspendre</translation>
     </message>
     <message>
-        <source>The trace is over. Its devices answer, but are not heard any more: play it again to read them.</source>
-        <translation>La trace est terminée. Ses appareils répondent, mais on ne les entend plus : relisez-la pour les lire.</translation>
-    </message>
-    <message>
         <source>%1, frame %2 of %3</source>
         <translation>%1, trame %2 sur %3</translation>
     </message>
@@ -3675,6 +3860,14 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>%1 s</source>
         <translation>%1&#xa0;s</translation>
+    </message>
+    <message>
+        <source>%1×</source>
+        <translation type="unfinished">%1×</translation>
+    </message>
+    <message>
+        <source>The trace is over. Play it again to read its devices.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -5642,12 +5835,12 @@ Maintenant&#xa0;: %2</translation>
         <translation>Ce qui était affiché l’est toujours.</translation>
     </message>
     <message>
-        <source>Vehicle data (*.dxsnap *.dxxml)</source>
-        <translation>Données de véhicule (*.dxsnap *.dxxml)</translation>
-    </message>
-    <message>
         <source>Open a file</source>
         <translation>Ouvrir un fichier</translation>
+    </message>
+    <message>
+        <source>Vehicle data (*.dxsnap *.dxxml *.zip)</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -5955,6 +6148,45 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>The logo %1 is no picture that can be used: PNG or JPEG, at most 8 MB and 8000 pixels.</source>
         <translation>Le logo %1 n’est pas une image utilisable&#xa0;: PNG ou JPEG, au plus 8 Mo et 8000 pixels.</translation>
+    </message>
+</context>
+<context>
+    <name>ZipFile</name>
+    <message>
+        <source>it holds a file in a folder, or of a name that none may have</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is no zip file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it holds two files of the same name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is damaged (%1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it holds too many files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is damaged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is encrypted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file %1 in it is far too large</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file %1 in it is damaged</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 </TS>

@@ -336,6 +336,168 @@
     </message>
 </context>
 <context>
+    <name>BundleDialog</name>
+    <message>
+        <source>&amp;Mask serial numbers, names, notes and paths</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save support bundle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The same one everywhere by the same stand-in, within the frames too. Nobody can tell what it stood for.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One file for who is to help: the check-up that is shown with all its values, the frames of the last minutes, events, messages, and what this computer is.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Save...</source>
+        <translation type="unfinished">保存(&amp;S)...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished">取消</translation>
+    </message>
+</context>
+<context>
+    <name>BundleFile</name>
+    <message>
+        <source>The file %1 cannot be written: %2.</source>
+        <translation type="unfinished">无法写入文件 %1：%2。</translation>
+    </message>
+    <message>
+        <source>The file %1 is far too large for a support bundle.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be read: %2.</source>
+        <translation type="unfinished">无法读取文件 %1：%2。</translation>
+    </message>
+    <message>
+        <source>The support bundle %1 cannot be opened: %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The support bundle %1 has no trace.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BundleFiles</name>
+    <message>
+        <source>The support bundle %1 has no snapshot that can be used.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save support bundle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Support bundle (*.zip)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>support bundle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation type="unfinished">已保存：%1</translation>
+    </message>
+</context>
+<context>
+    <name>BundleManifest</name>
+    <message>
+        <source>it is no support bundle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it was made by a newer version of the program (format %1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BundleReading</name>
+    <message>
+        <source>it is no support bundle: it has no manifest.json</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>its manifest.json cannot be used: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of the bundle was not opened: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is missing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is not the file that was put in: somebody has changed it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is far too large.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BundleWriting</name>
+    <message>
+        <source>This is a support bundle: what %1 knew of a vehicle on %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open it with &quot;draxel %1&quot;, or read its files one by one:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>bundle.zip</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>manifest.json    which files there are, with their SHA-256</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>snapshot.dxsnap  what every device answered, with what could not be read and why</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>checkup.json     what is wrong with the vehicle, and what to do</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>trace.log.gz     the frames of the bus, as candump writes them</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>events.json      what happened on the bus</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>messages.txt     what the program told its user</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>system.json      the program, the computer and the adapter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Serial numbers, names, notes and paths are masked: the same one everywhere by the same word or number. Nobody can tell what it was.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing is masked: serial numbers and notes stand in it as they are.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>BusAddress</name>
     <message>
         <source>&quot;%1&quot; names no bus. Write it as PLUGIN:INTERFACE, for example socketcan:can0.</source>
@@ -1684,6 +1846,17 @@ Now: %2</source>
     <message>
         <source>What happened</source>
         <translation>发生了什么</translation>
+    </message>
+</context>
+<context>
+    <name>EventReading</name>
+    <message>
+        <source>&quot;%1&quot; is no kind of event</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the time cannot be read</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -3067,6 +3240,10 @@ Now: %2</source>
         <source>&amp;Trace</source>
         <translation>记录(&amp;T)</translation>
     </message>
+    <message>
+        <source>Save support &amp;bundle...</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>JsonDocument</name>
@@ -3386,6 +3563,22 @@ Now: %2</source>
         <source>All files (*)</source>
         <translation>所有文件 (*)</translation>
     </message>
+    <message>
+        <source>The events of the bundle are not shown while a bus is connected. Disconnect it and open the bundle again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>an unknown program</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is a support bundle of %1, made %2. Serial numbers and names are masked.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is a support bundle of %1, made %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -3631,10 +3824,6 @@ Now: %2</source>
         <translation>无间隔</translation>
     </message>
     <message>
-        <source>%1 times</source>
-        <translation>%1 倍</translation>
-    </message>
-    <message>
         <source>Play again</source>
         <translation>重新播放</translation>
     </message>
@@ -3647,10 +3836,6 @@ Now: %2</source>
         <translation>暂停</translation>
     </message>
     <message>
-        <source>The trace is over. Its devices answer, but are not heard any more: play it again to read them.</source>
-        <translation>总线记录已结束。其中的设备仍会应答，但不再发出报文：请重新播放以读取它们。</translation>
-    </message>
-    <message>
         <source>%1, frame %2 of %3</source>
         <translation>%1，第 %2 帧，共 %3 帧</translation>
     </message>
@@ -3661,6 +3846,14 @@ Now: %2</source>
     <message>
         <source>%1 s</source>
         <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1×</source>
+        <translation type="unfinished">%1×</translation>
+    </message>
+    <message>
+        <source>The trace is over. Play it again to read its devices.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -5617,12 +5810,12 @@ Now: %2</source>
         <translation>之前显示的内容仍在显示。</translation>
     </message>
     <message>
-        <source>Vehicle data (*.dxsnap *.dxxml)</source>
-        <translation>车辆数据 (*.dxsnap *.dxxml)</translation>
-    </message>
-    <message>
         <source>Open a file</source>
         <translation>打开文件</translation>
+    </message>
+    <message>
+        <source>Vehicle data (*.dxsnap *.dxxml *.zip)</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -5930,6 +6123,45 @@ Now: %2</source>
     <message>
         <source>The logo %1 is no picture that can be used: PNG or JPEG, at most 8 MB and 8000 pixels.</source>
         <translation>徽标 %1 不是可用的图片：PNG 或 JPEG，最大 8 MB、8000 像素。</translation>
+    </message>
+</context>
+<context>
+    <name>ZipFile</name>
+    <message>
+        <source>it holds a file in a folder, or of a name that none may have</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is no zip file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it holds two files of the same name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is damaged (%1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it holds too many files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is damaged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is encrypted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file %1 in it is far too large</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file %1 in it is damaged</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 </TS>
