@@ -189,11 +189,11 @@ void tst_HostMenus::filesHaveTheHostsDialogs_data()
     QTest::addColumn<QString>("caption");
     QTest::addColumn<QStringList>("filters");
 
-    QTest::newRow("open") << QByteArray("actionOpen") << QStringLiteral("Open a file")
-                          << QStringList{
-                                 QStringLiteral("All that can be opened (*.dxsnap *.dxxml *.log *.asc *.trc "
-                                                "*.pcap *.pcapng *.log.gz *.log.zst)"),
-                                 QStringLiteral("All files (*)")};
+    QTest::newRow("open")
+        << QByteArray("actionOpen") << QStringLiteral("Open a file")
+        << QStringList{QStringLiteral("All that can be opened (*.dxsnap *.dxxml *.zip *.log *.asc *.trc "
+                                      "*.pcap *.pcapng *.txt *.gz *.zst)"),
+                       QStringLiteral("All files (*)")};
     QTest::newRow("export") << QByteArray("actionExport") << QStringLiteral("Save vehicle data")
                             << QStringList{QStringLiteral("Vehicle data (*.dxxml)")};
 }
