@@ -104,6 +104,9 @@ void tst_CandumpReader::problems_data()
     row("cut in the channel", "(1.000000) ca");
     row("cut in the identifier", "(1.000000) can0 12");
     row("long remote", "(1.000000) can0 123#R9");
+    row("error frame that asks", "(1.000000) can0 20000088#R8");
+    row("error frame that asks, on the screen", "  can0  20000088   [8]  remote request",
+        unknown("can0  20000088   [8]  remote request"));
     row("rubbish behind", "(1.000000) can0 123#11 X");
     row("rubbish at the bytes", "(1.000000) can0 123#11X");
     row("screen with too few", "  can0  123   [3]  11 22", unknown("can0  123   [3]  11 22"));

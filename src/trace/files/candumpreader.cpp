@@ -184,7 +184,7 @@ TextReader::Line CandumpReader::parseRemote(TextLine line, const char *at, Trace
 {
     quint64 length = 0;
     takeDecimal(&at, line.end, 1, &length);
-    if (length > TraceFrame::mostBytes)
+    if (length > TraceFrame::mostBytes || frame->isError())
         return notUnderstood(line);
     frame->flags |= TraceFrame::Remote;
     frame->length = static_cast<quint8>(length);
@@ -230,7 +230,7 @@ TextReader::Line CandumpReader::parseScreen(TextLine line, const char *at, Trace
     const quint8 flags = frame->flags;
     const Line what = setId(line, digits, id, frame);
     frame->flags = static_cast<quint8>(frame->flags | flags | (isSent ? TraceFrame::Sent : 0));
-    return what;
+    return frame->isError() && frame->isRemote() ? notUnderstood(line) : what;
 }
 
 /*! "[4]  11 22 33 44" */
