@@ -342,162 +342,162 @@
     <name>BundleDialog</name>
     <message>
         <source>&amp;Mask serial numbers, names, notes and paths</source>
-        <translation type="unfinished"></translation>
+        <translation>Seriennummern, Namen, Notizen und Pfade &amp;unkenntlich machen</translation>
     </message>
     <message>
         <source>Save support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>Support-Paket speichern</translation>
     </message>
     <message>
         <source>The same one everywhere by the same stand-in, within the frames too. Nobody can tell what it stood for.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dasselbe wird überall durch denselben Ersatz ersetzt, auch in den Frames. Niemand kann erkennen, wofür er stand.</translation>
     </message>
     <message>
         <source>One file for who is to help: the check-up that is shown with all its values, the frames of the last minutes, events, messages, and what this computer is.</source>
-        <translation type="unfinished"></translation>
+        <translation>Eine Datei für alle, die helfen sollen: die angezeigte Prüfung mit allen Werten, die Frames der letzten Minuten, Ereignisse, Meldungen und Angaben zu diesem Computer.</translation>
     </message>
     <message>
         <source>&amp;Save...</source>
-        <translation type="unfinished">&amp;Speichern...</translation>
+        <translation>&amp;Speichern...</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished">Abbrechen</translation>
+        <translation>Abbrechen</translation>
     </message>
 </context>
 <context>
     <name>BundleFile</name>
     <message>
         <source>The file %1 cannot be written: %2.</source>
-        <translation type="unfinished">Die Datei %1 kann nicht geschrieben werden: %2.</translation>
+        <translation>Die Datei %1 kann nicht geschrieben werden: %2.</translation>
     </message>
     <message>
         <source>The file %1 is far too large for a support bundle.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei %1 ist viel zu groß für ein Support-Paket.</translation>
     </message>
     <message>
         <source>The file %1 cannot be read: %2.</source>
-        <translation type="unfinished">Die Datei %1 kann nicht gelesen werden: %2.</translation>
+        <translation>Die Datei %1 kann nicht gelesen werden: %2.</translation>
     </message>
     <message>
         <source>The support bundle %1 cannot be opened: %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Support-Paket %1 kann nicht geöffnet werden: %2.</translation>
     </message>
     <message>
         <source>The support bundle %1 has no trace.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Support-Paket %1 enthält keine Aufzeichnung.</translation>
     </message>
 </context>
 <context>
     <name>BundleFiles</name>
     <message>
         <source>The support bundle %1 has no snapshot that can be used.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Support-Paket %1 enthält keinen brauchbaren Schnappschuss.</translation>
     </message>
     <message>
         <source>Save support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>Support-Paket speichern</translation>
     </message>
     <message>
         <source>Support bundle (*.zip)</source>
-        <translation type="unfinished"></translation>
+        <translation>Support-Paket (*.zip)</translation>
     </message>
     <message>
         <source>support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>Support-Paket</translation>
     </message>
     <message>
         <source>Saved: %1</source>
-        <translation type="unfinished">Gespeichert: %1</translation>
+        <translation>Gespeichert: %1</translation>
     </message>
 </context>
 <context>
     <name>BundleManifest</name>
     <message>
         <source>it is no support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>sie ist kein Support-Paket</translation>
     </message>
     <message>
         <source>it was made by a newer version of the program (format %1)</source>
-        <translation type="unfinished"></translation>
+        <translation>sie stammt von einer neueren Version des Programms (Format %1)</translation>
     </message>
 </context>
 <context>
     <name>BundleReading</name>
     <message>
         <source>it is no support bundle: it has no manifest.json</source>
-        <translation type="unfinished"></translation>
+        <translation>es ist kein Support-Paket: manifest.json fehlt darin</translation>
     </message>
     <message>
         <source>its manifest.json cannot be used: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>seine manifest.json ist nicht zu gebrauchen: %1</translation>
     </message>
     <message>
         <source>%1 of the bundle was not opened: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 aus dem Paket wurde nicht geöffnet: %2</translation>
     </message>
     <message>
         <source>It is missing.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei fehlt.</translation>
     </message>
     <message>
         <source>It is not the file that was put in: somebody has changed it.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es ist nicht die Datei, die hineingelegt wurde: Jemand hat sie geändert.</translation>
     </message>
     <message>
         <source>It is far too large.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei ist viel zu groß.</translation>
     </message>
 </context>
 <context>
     <name>BundleWriting</name>
     <message>
         <source>This is a support bundle: what %1 knew of a vehicle on %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dies ist ein Support-Paket: was %1 am %2 von einem Fahrzeug wusste.</translation>
     </message>
     <message>
         <source>Open it with &quot;draxel %1&quot;, or read its files one by one:</source>
-        <translation type="unfinished"></translation>
+        <translation>Öffnen Sie es mit &quot;draxel %1&quot;, oder lesen Sie die Dateien einzeln:</translation>
     </message>
     <message>
         <source>bundle.zip</source>
-        <translation type="unfinished"></translation>
+        <translation>paket.zip</translation>
     </message>
     <message>
         <source>manifest.json    which files there are, with their SHA-256</source>
-        <translation type="unfinished"></translation>
+        <translation>manifest.json    welche Dateien es gibt, mit SHA-256</translation>
     </message>
     <message>
         <source>snapshot.dxsnap  what every device answered, with what could not be read and why</source>
-        <translation type="unfinished"></translation>
+        <translation>snapshot.dxsnap  was jedes Gerät geantwortet hat, und was warum nicht gelesen werden konnte</translation>
     </message>
     <message>
         <source>checkup.json     what is wrong with the vehicle, and what to do</source>
-        <translation type="unfinished"></translation>
+        <translation>checkup.json     was dem Fahrzeug fehlt, und was zu tun ist</translation>
     </message>
     <message>
         <source>trace.log.gz     the frames of the bus, as candump writes them</source>
-        <translation type="unfinished"></translation>
+        <translation>trace.log.gz     die Frames des Busses, wie candump sie schreibt</translation>
     </message>
     <message>
         <source>events.json      what happened on the bus</source>
-        <translation type="unfinished"></translation>
+        <translation>events.json      was auf dem Bus geschah</translation>
     </message>
     <message>
         <source>messages.txt     what the program told its user</source>
-        <translation type="unfinished"></translation>
+        <translation>messages.txt     was das Programm gemeldet hat</translation>
     </message>
     <message>
         <source>system.json      the program, the computer and the adapter</source>
-        <translation type="unfinished"></translation>
+        <translation>system.json      das Programm, der Computer und der Adapter</translation>
     </message>
     <message>
         <source>Serial numbers, names, notes and paths are masked: the same one everywhere by the same word or number. Nobody can tell what it was.</source>
-        <translation type="unfinished"></translation>
+        <translation>Seriennummern, Namen, Notizen und Pfade sind unkenntlich gemacht: dasselbe überall durch dasselbe Wort oder dieselbe Zahl. Niemand kann erkennen, was es war.</translation>
     </message>
     <message>
         <source>Nothing is masked: serial numbers and notes stand in it as they are.</source>
-        <translation type="unfinished"></translation>
+        <translation>Nichts ist unkenntlich gemacht: Seriennummern und Notizen stehen darin, wie sie sind.</translation>
     </message>
 </context>
 <context>
@@ -1862,11 +1862,11 @@ Jetzt: %2</translation>
     <name>EventReading</name>
     <message>
         <source>&quot;%1&quot; is no kind of event</source>
-        <translation type="unfinished"></translation>
+        <translation>&quot;%1&quot; ist keine Art von Ereignis</translation>
     </message>
     <message>
         <source>the time cannot be read</source>
-        <translation type="unfinished"></translation>
+        <translation>die Zeit ist nicht lesbar</translation>
     </message>
 </context>
 <context>
@@ -3254,7 +3254,7 @@ Jetzt: %2</translation>
     </message>
     <message>
         <source>Save support &amp;bundle...</source>
-        <translation type="unfinished"></translation>
+        <translation>Support-Pa&amp;ket speichern...</translation>
     </message>
 </context>
 <context>
@@ -3579,19 +3579,19 @@ Jetzt: %2</translation>
     </message>
     <message>
         <source>The events of the bundle are not shown while a bus is connected. Disconnect it and open the bundle again.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Ereignisse des Pakets werden nicht gezeigt, solange ein Bus verbunden ist. Trennen Sie ihn und öffnen Sie das Paket noch einmal.</translation>
     </message>
     <message>
         <source>an unknown program</source>
-        <translation type="unfinished"></translation>
+        <translation>einem unbekannten Programm</translation>
     </message>
     <message>
         <source>This is a support bundle of %1, made %2. Serial numbers and names are masked.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dies ist ein Support-Paket von %1, erstellt %2. Seriennummern und Namen sind unkenntlich gemacht.</translation>
     </message>
     <message>
         <source>This is a support bundle of %1, made %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dies ist ein Support-Paket von %1, erstellt %2.</translation>
     </message>
 </context>
 <context>
@@ -3863,11 +3863,11 @@ Jetzt: %2</translation>
     </message>
     <message>
         <source>%1×</source>
-        <translation type="unfinished">%1×</translation>
+        <translation>%1×</translation>
     </message>
     <message>
         <source>The trace is over. Play it again to read its devices.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Aufzeichnung ist zu Ende. Spielen Sie sie noch einmal ab, um ihre Geräte zu lesen.</translation>
     </message>
 </context>
 <context>
@@ -5840,7 +5840,7 @@ Jetzt: %2</translation>
     </message>
     <message>
         <source>Vehicle data (*.dxsnap *.dxxml *.zip)</source>
-        <translation type="unfinished"></translation>
+        <translation>Fahrzeugdaten (*.dxsnap *.dxxml *.zip)</translation>
     </message>
 </context>
 <context>
@@ -6154,39 +6154,39 @@ Jetzt: %2</translation>
     <name>ZipFile</name>
     <message>
         <source>it holds a file in a folder, or of a name that none may have</source>
-        <translation type="unfinished"></translation>
+        <translation>es enthält eine Datei in einem Ordner oder mit einem unzulässigen Namen</translation>
     </message>
     <message>
         <source>it is no zip file</source>
-        <translation type="unfinished"></translation>
+        <translation>es ist keine ZIP-Datei</translation>
     </message>
     <message>
         <source>it holds two files of the same name</source>
-        <translation type="unfinished"></translation>
+        <translation>es enthält zwei Dateien gleichen Namens</translation>
     </message>
     <message>
         <source>it is damaged (%1)</source>
-        <translation type="unfinished"></translation>
+        <translation>es ist beschädigt (%1)</translation>
     </message>
     <message>
         <source>it holds too many files</source>
-        <translation type="unfinished"></translation>
+        <translation>es enthält zu viele Dateien</translation>
     </message>
     <message>
         <source>it is damaged</source>
-        <translation type="unfinished"></translation>
+        <translation>es ist beschädigt</translation>
     </message>
     <message>
         <source>it is encrypted</source>
-        <translation type="unfinished"></translation>
+        <translation>es ist verschlüsselt</translation>
     </message>
     <message>
         <source>the file %1 in it is far too large</source>
-        <translation type="unfinished"></translation>
+        <translation>die Datei %1 darin ist viel zu groß</translation>
     </message>
     <message>
         <source>the file %1 in it is damaged</source>
-        <translation type="unfinished"></translation>
+        <translation>die Datei %1 darin ist beschädigt</translation>
     </message>
 </context>
 </TS>

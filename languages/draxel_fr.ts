@@ -342,162 +342,162 @@
     <name>BundleDialog</name>
     <message>
         <source>&amp;Mask serial numbers, names, notes and paths</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Masquer les numéros de série, noms, notes et chemins</translation>
     </message>
     <message>
         <source>Save support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>Enregistrer le paquet d’assistance</translation>
     </message>
     <message>
         <source>The same one everywhere by the same stand-in, within the frames too. Nobody can tell what it stood for.</source>
-        <translation type="unfinished"></translation>
+        <translation>La même donnée est remplacée partout par le même substitut, dans les trames aussi. Personne ne peut savoir ce qu’il remplace.</translation>
     </message>
     <message>
         <source>One file for who is to help: the check-up that is shown with all its values, the frames of the last minutes, events, messages, and what this computer is.</source>
-        <translation type="unfinished"></translation>
+        <translation>Un seul fichier pour qui doit aider&#xa0;: le contrôle affiché avec toutes ses valeurs, les trames des dernières minutes, les événements, les messages et la description de cet ordinateur.</translation>
     </message>
     <message>
         <source>&amp;Save...</source>
-        <translation type="unfinished">&amp;Enregistrer...</translation>
+        <translation>&amp;Enregistrer...</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished">Annuler</translation>
+        <translation>Annuler</translation>
     </message>
 </context>
 <context>
     <name>BundleFile</name>
     <message>
         <source>The file %1 cannot be written: %2.</source>
-        <translation type="unfinished">Le fichier %1 ne peut pas être écrit&#xa0;: %2.</translation>
+        <translation>Le fichier %1 ne peut pas être écrit&#xa0;: %2.</translation>
     </message>
     <message>
         <source>The file %1 is far too large for a support bundle.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier %1 est beaucoup trop grand pour un paquet d’assistance.</translation>
     </message>
     <message>
         <source>The file %1 cannot be read: %2.</source>
-        <translation type="unfinished">Le fichier %1 ne peut pas être lu&#xa0;: %2.</translation>
+        <translation>Le fichier %1 ne peut pas être lu&#xa0;: %2.</translation>
     </message>
     <message>
         <source>The support bundle %1 cannot be opened: %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le paquet d’assistance %1 ne peut pas être ouvert&#xa0;: %2.</translation>
     </message>
     <message>
         <source>The support bundle %1 has no trace.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le paquet d’assistance %1 ne contient pas de trace.</translation>
     </message>
 </context>
 <context>
     <name>BundleFiles</name>
     <message>
         <source>The support bundle %1 has no snapshot that can be used.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le paquet d’assistance %1 ne contient pas d’instantané utilisable.</translation>
     </message>
     <message>
         <source>Save support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>Enregistrer le paquet d’assistance</translation>
     </message>
     <message>
         <source>Support bundle (*.zip)</source>
-        <translation type="unfinished"></translation>
+        <translation>Paquet d’assistance (*.zip)</translation>
     </message>
     <message>
         <source>support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>paquet d’assistance</translation>
     </message>
     <message>
         <source>Saved: %1</source>
-        <translation type="unfinished">Enregistré&#xa0;: %1</translation>
+        <translation>Enregistré&#xa0;: %1</translation>
     </message>
 </context>
 <context>
     <name>BundleManifest</name>
     <message>
         <source>it is no support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>ce n’est pas un paquet d’assistance</translation>
     </message>
     <message>
         <source>it was made by a newer version of the program (format %1)</source>
-        <translation type="unfinished"></translation>
+        <translation>il a été créé par une version plus récente du programme (format %1)</translation>
     </message>
 </context>
 <context>
     <name>BundleReading</name>
     <message>
         <source>it is no support bundle: it has no manifest.json</source>
-        <translation type="unfinished"></translation>
+        <translation>ce n’est pas un paquet d’assistance&#xa0;: il n’a pas de manifest.json</translation>
     </message>
     <message>
         <source>its manifest.json cannot be used: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>son manifest.json est inutilisable&#xa0;: %1</translation>
     </message>
     <message>
         <source>%1 of the bundle was not opened: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 du paquet n’a pas été ouvert&#xa0;: %2</translation>
     </message>
     <message>
         <source>It is missing.</source>
-        <translation type="unfinished"></translation>
+        <translation>Il manque.</translation>
     </message>
     <message>
         <source>It is not the file that was put in: somebody has changed it.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ce n’est pas le fichier qui y a été mis&#xa0;: quelqu’un l’a modifié.</translation>
     </message>
     <message>
         <source>It is far too large.</source>
-        <translation type="unfinished"></translation>
+        <translation>Il est beaucoup trop grand.</translation>
     </message>
 </context>
 <context>
     <name>BundleWriting</name>
     <message>
         <source>This is a support bundle: what %1 knew of a vehicle on %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ceci est un paquet d’assistance&#xa0;: ce que %1 savait d’un véhicule le %2.</translation>
     </message>
     <message>
         <source>Open it with &quot;draxel %1&quot;, or read its files one by one:</source>
-        <translation type="unfinished"></translation>
+        <translation>Ouvrez-le avec &quot;draxel %1&quot;, ou lisez ses fichiers un par un&#xa0;:</translation>
     </message>
     <message>
         <source>bundle.zip</source>
-        <translation type="unfinished"></translation>
+        <translation>paquet.zip</translation>
     </message>
     <message>
         <source>manifest.json    which files there are, with their SHA-256</source>
-        <translation type="unfinished"></translation>
+        <translation>manifest.json    la liste des fichiers, avec leur SHA-256</translation>
     </message>
     <message>
         <source>snapshot.dxsnap  what every device answered, with what could not be read and why</source>
-        <translation type="unfinished"></translation>
+        <translation>snapshot.dxsnap  ce que chaque appareil a répondu, et ce qui n’a pas pu être lu et pourquoi</translation>
     </message>
     <message>
         <source>checkup.json     what is wrong with the vehicle, and what to do</source>
-        <translation type="unfinished"></translation>
+        <translation>checkup.json     ce qui ne va pas sur le véhicule, et que faire</translation>
     </message>
     <message>
         <source>trace.log.gz     the frames of the bus, as candump writes them</source>
-        <translation type="unfinished"></translation>
+        <translation>trace.log.gz     les trames du bus, telles que candump les écrit</translation>
     </message>
     <message>
         <source>events.json      what happened on the bus</source>
-        <translation type="unfinished"></translation>
+        <translation>events.json      ce qui s’est passé sur le bus</translation>
     </message>
     <message>
         <source>messages.txt     what the program told its user</source>
-        <translation type="unfinished"></translation>
+        <translation>messages.txt     ce que le programme a signalé</translation>
     </message>
     <message>
         <source>system.json      the program, the computer and the adapter</source>
-        <translation type="unfinished"></translation>
+        <translation>system.json      le programme, l’ordinateur et l’adaptateur</translation>
     </message>
     <message>
         <source>Serial numbers, names, notes and paths are masked: the same one everywhere by the same word or number. Nobody can tell what it was.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les numéros de série, noms, notes et chemins sont masqués&#xa0;: la même donnée partout par le même mot ou nombre. Personne ne peut savoir ce que c’était.</translation>
     </message>
     <message>
         <source>Nothing is masked: serial numbers and notes stand in it as they are.</source>
-        <translation type="unfinished"></translation>
+        <translation>Rien n’est masqué&#xa0;: les numéros de série et les notes y figurent tels quels.</translation>
     </message>
 </context>
 <context>
@@ -1862,11 +1862,11 @@ Maintenant&#xa0;: %2</translation>
     <name>EventReading</name>
     <message>
         <source>&quot;%1&quot; is no kind of event</source>
-        <translation type="unfinished"></translation>
+        <translation>&quot;%1&quot; n’est pas un type d’événement</translation>
     </message>
     <message>
         <source>the time cannot be read</source>
-        <translation type="unfinished"></translation>
+        <translation>l’heure est illisible</translation>
     </message>
 </context>
 <context>
@@ -3254,7 +3254,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>Save support &amp;bundle...</source>
-        <translation type="unfinished"></translation>
+        <translation>Enregistrer le paquet d’&amp;assistance...</translation>
     </message>
 </context>
 <context>
@@ -3579,19 +3579,19 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>The events of the bundle are not shown while a bus is connected. Disconnect it and open the bundle again.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les événements du paquet ne sont pas affichés tant qu’un bus est connecté. Déconnectez-le et rouvrez le paquet.</translation>
     </message>
     <message>
         <source>an unknown program</source>
-        <translation type="unfinished"></translation>
+        <translation>un programme inconnu</translation>
     </message>
     <message>
         <source>This is a support bundle of %1, made %2. Serial numbers and names are masked.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ceci est un paquet d’assistance de %1, créé le %2. Les numéros de série et les noms sont masqués.</translation>
     </message>
     <message>
         <source>This is a support bundle of %1, made %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ceci est un paquet d’assistance de %1, créé le %2.</translation>
     </message>
 </context>
 <context>
@@ -3863,11 +3863,11 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>%1×</source>
-        <translation type="unfinished">%1×</translation>
+        <translation>%1×</translation>
     </message>
     <message>
         <source>The trace is over. Play it again to read its devices.</source>
-        <translation type="unfinished"></translation>
+        <translation>La trace est terminée. Relisez-la pour lire ses appareils.</translation>
     </message>
 </context>
 <context>
@@ -5840,7 +5840,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>Vehicle data (*.dxsnap *.dxxml *.zip)</source>
-        <translation type="unfinished"></translation>
+        <translation>Données de véhicule (*.dxsnap *.dxxml *.zip)</translation>
     </message>
 </context>
 <context>
@@ -6154,39 +6154,39 @@ Maintenant&#xa0;: %2</translation>
     <name>ZipFile</name>
     <message>
         <source>it holds a file in a folder, or of a name that none may have</source>
-        <translation type="unfinished"></translation>
+        <translation>il contient un fichier dans un dossier, ou d’un nom inadmissible</translation>
     </message>
     <message>
         <source>it is no zip file</source>
-        <translation type="unfinished"></translation>
+        <translation>ce n’est pas un fichier zip</translation>
     </message>
     <message>
         <source>it holds two files of the same name</source>
-        <translation type="unfinished"></translation>
+        <translation>il contient deux fichiers du même nom</translation>
     </message>
     <message>
         <source>it is damaged (%1)</source>
-        <translation type="unfinished"></translation>
+        <translation>il est endommagé (%1)</translation>
     </message>
     <message>
         <source>it holds too many files</source>
-        <translation type="unfinished"></translation>
+        <translation>il contient trop de fichiers</translation>
     </message>
     <message>
         <source>it is damaged</source>
-        <translation type="unfinished"></translation>
+        <translation>il est endommagé</translation>
     </message>
     <message>
         <source>it is encrypted</source>
-        <translation type="unfinished"></translation>
+        <translation>il est chiffré</translation>
     </message>
     <message>
         <source>the file %1 in it is far too large</source>
-        <translation type="unfinished"></translation>
+        <translation>le fichier %1 qu’il contient est beaucoup trop grand</translation>
     </message>
     <message>
         <source>the file %1 in it is damaged</source>
-        <translation type="unfinished"></translation>
+        <translation>le fichier %1 qu’il contient est endommagé</translation>
     </message>
 </context>
 </TS>

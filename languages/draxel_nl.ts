@@ -342,162 +342,162 @@
     <name>BundleDialog</name>
     <message>
         <source>&amp;Mask serial numbers, names, notes and paths</source>
-        <translation type="unfinished"></translation>
+        <translation>Serienummers, namen, notities en paden &amp;maskeren</translation>
     </message>
     <message>
         <source>Save support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>Supportpakket opslaan</translation>
     </message>
     <message>
         <source>The same one everywhere by the same stand-in, within the frames too. Nobody can tell what it stood for.</source>
-        <translation type="unfinished"></translation>
+        <translation>Hetzelfde wordt overal door dezelfde vervanger vervangen, ook in de frames. Niemand kan zien waarvoor hij stond.</translation>
     </message>
     <message>
         <source>One file for who is to help: the check-up that is shown with all its values, the frames of the last minutes, events, messages, and what this computer is.</source>
-        <translation type="unfinished"></translation>
+        <translation>Eén bestand voor wie moet helpen: de getoonde controle met alle waarden, de frames van de laatste minuten, gebeurtenissen, meldingen en wat deze computer is.</translation>
     </message>
     <message>
         <source>&amp;Save...</source>
-        <translation type="unfinished">&amp;Opslaan...</translation>
+        <translation>O&amp;pslaan...</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Annuleren</translation>
     </message>
 </context>
 <context>
     <name>BundleFile</name>
     <message>
         <source>The file %1 cannot be written: %2.</source>
-        <translation type="unfinished">Het bestand %1 kan niet worden geschreven: %2.</translation>
+        <translation>Het bestand %1 kan niet worden geschreven: %2.</translation>
     </message>
     <message>
         <source>The file %1 is far too large for a support bundle.</source>
-        <translation type="unfinished"></translation>
+        <translation>Het bestand %1 is veel te groot voor een supportpakket.</translation>
     </message>
     <message>
         <source>The file %1 cannot be read: %2.</source>
-        <translation type="unfinished">Het bestand %1 kan niet worden gelezen: %2.</translation>
+        <translation>Het bestand %1 kan niet worden gelezen: %2.</translation>
     </message>
     <message>
         <source>The support bundle %1 cannot be opened: %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Het supportpakket %1 kan niet worden geopend: %2.</translation>
     </message>
     <message>
         <source>The support bundle %1 has no trace.</source>
-        <translation type="unfinished"></translation>
+        <translation>Het supportpakket %1 bevat geen trace.</translation>
     </message>
 </context>
 <context>
     <name>BundleFiles</name>
     <message>
         <source>The support bundle %1 has no snapshot that can be used.</source>
-        <translation type="unfinished"></translation>
+        <translation>Het supportpakket %1 bevat geen bruikbare momentopname.</translation>
     </message>
     <message>
         <source>Save support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>Supportpakket opslaan</translation>
     </message>
     <message>
         <source>Support bundle (*.zip)</source>
-        <translation type="unfinished"></translation>
+        <translation>Supportpakket (*.zip)</translation>
     </message>
     <message>
         <source>support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>supportpakket</translation>
     </message>
     <message>
         <source>Saved: %1</source>
-        <translation type="unfinished">Opgeslagen: %1</translation>
+        <translation>Opgeslagen: %1</translation>
     </message>
 </context>
 <context>
     <name>BundleManifest</name>
     <message>
         <source>it is no support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>het is geen supportpakket</translation>
     </message>
     <message>
         <source>it was made by a newer version of the program (format %1)</source>
-        <translation type="unfinished"></translation>
+        <translation>het is gemaakt door een nieuwere versie van het programma (formaat %1)</translation>
     </message>
 </context>
 <context>
     <name>BundleReading</name>
     <message>
         <source>it is no support bundle: it has no manifest.json</source>
-        <translation type="unfinished"></translation>
+        <translation>het is geen supportpakket: manifest.json ontbreekt</translation>
     </message>
     <message>
         <source>its manifest.json cannot be used: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>de manifest.json ervan is onbruikbaar: %1</translation>
     </message>
     <message>
         <source>%1 of the bundle was not opened: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 van het pakket is niet geopend: %2</translation>
     </message>
     <message>
         <source>It is missing.</source>
-        <translation type="unfinished"></translation>
+        <translation>Het ontbreekt.</translation>
     </message>
     <message>
         <source>It is not the file that was put in: somebody has changed it.</source>
-        <translation type="unfinished"></translation>
+        <translation>Het is niet het bestand dat erin is gedaan: iemand heeft het veranderd.</translation>
     </message>
     <message>
         <source>It is far too large.</source>
-        <translation type="unfinished"></translation>
+        <translation>Het is veel te groot.</translation>
     </message>
 </context>
 <context>
     <name>BundleWriting</name>
     <message>
         <source>This is a support bundle: what %1 knew of a vehicle on %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dit is een supportpakket: wat %1 op %2 van een voertuig wist.</translation>
     </message>
     <message>
         <source>Open it with &quot;draxel %1&quot;, or read its files one by one:</source>
-        <translation type="unfinished"></translation>
+        <translation>Open het met &quot;draxel %1&quot;, of lees de bestanden een voor een:</translation>
     </message>
     <message>
         <source>bundle.zip</source>
-        <translation type="unfinished"></translation>
+        <translation>pakket.zip</translation>
     </message>
     <message>
         <source>manifest.json    which files there are, with their SHA-256</source>
-        <translation type="unfinished"></translation>
+        <translation>manifest.json    welke bestanden er zijn, met hun SHA-256</translation>
     </message>
     <message>
         <source>snapshot.dxsnap  what every device answered, with what could not be read and why</source>
-        <translation type="unfinished"></translation>
+        <translation>snapshot.dxsnap  wat elk apparaat heeft geantwoord, en wat waarom niet kon worden gelezen</translation>
     </message>
     <message>
         <source>checkup.json     what is wrong with the vehicle, and what to do</source>
-        <translation type="unfinished"></translation>
+        <translation>checkup.json     wat er mis is met het voertuig, en wat te doen</translation>
     </message>
     <message>
         <source>trace.log.gz     the frames of the bus, as candump writes them</source>
-        <translation type="unfinished"></translation>
+        <translation>trace.log.gz     de frames van de bus, zoals candump ze schrijft</translation>
     </message>
     <message>
         <source>events.json      what happened on the bus</source>
-        <translation type="unfinished"></translation>
+        <translation>events.json      wat er op de bus is gebeurd</translation>
     </message>
     <message>
         <source>messages.txt     what the program told its user</source>
-        <translation type="unfinished"></translation>
+        <translation>messages.txt     wat het programma heeft gemeld</translation>
     </message>
     <message>
         <source>system.json      the program, the computer and the adapter</source>
-        <translation type="unfinished"></translation>
+        <translation>system.json      het programma, de computer en de adapter</translation>
     </message>
     <message>
         <source>Serial numbers, names, notes and paths are masked: the same one everywhere by the same word or number. Nobody can tell what it was.</source>
-        <translation type="unfinished"></translation>
+        <translation>Serienummers, namen, notities en paden zijn gemaskeerd: hetzelfde overal door hetzelfde woord of getal. Niemand kan zien wat het was.</translation>
     </message>
     <message>
         <source>Nothing is masked: serial numbers and notes stand in it as they are.</source>
-        <translation type="unfinished"></translation>
+        <translation>Er is niets gemaskeerd: serienummers en notities staan erin zoals ze zijn.</translation>
     </message>
 </context>
 <context>
@@ -1862,11 +1862,11 @@ Nu: %2</translation>
     <name>EventReading</name>
     <message>
         <source>&quot;%1&quot; is no kind of event</source>
-        <translation type="unfinished"></translation>
+        <translation>&quot;%1&quot; is geen soort gebeurtenis</translation>
     </message>
     <message>
         <source>the time cannot be read</source>
-        <translation type="unfinished"></translation>
+        <translation>de tijd kan niet worden gelezen</translation>
     </message>
 </context>
 <context>
@@ -3254,7 +3254,7 @@ Nu: %2</translation>
     </message>
     <message>
         <source>Save support &amp;bundle...</source>
-        <translation type="unfinished"></translation>
+        <translation>Supportpa&amp;kket opslaan...</translation>
     </message>
 </context>
 <context>
@@ -3579,19 +3579,19 @@ Nu: %2</translation>
     </message>
     <message>
         <source>The events of the bundle are not shown while a bus is connected. Disconnect it and open the bundle again.</source>
-        <translation type="unfinished"></translation>
+        <translation>De gebeurtenissen van het pakket worden niet getoond zolang een bus verbonden is. Verbreek de verbinding en open het pakket opnieuw.</translation>
     </message>
     <message>
         <source>an unknown program</source>
-        <translation type="unfinished"></translation>
+        <translation>een onbekend programma</translation>
     </message>
     <message>
         <source>This is a support bundle of %1, made %2. Serial numbers and names are masked.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dit is een supportpakket van %1, gemaakt op %2. Serienummers en namen zijn gemaskeerd.</translation>
     </message>
     <message>
         <source>This is a support bundle of %1, made %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dit is een supportpakket van %1, gemaakt op %2.</translation>
     </message>
 </context>
 <context>
@@ -3863,11 +3863,11 @@ Nu: %2</translation>
     </message>
     <message>
         <source>%1×</source>
-        <translation type="unfinished">%1×</translation>
+        <translation>%1×</translation>
     </message>
     <message>
         <source>The trace is over. Play it again to read its devices.</source>
-        <translation type="unfinished"></translation>
+        <translation>De opname is afgelopen. Speel ze opnieuw af om de apparaten uit te lezen.</translation>
     </message>
 </context>
 <context>
@@ -5840,7 +5840,7 @@ Nu: %2</translation>
     </message>
     <message>
         <source>Vehicle data (*.dxsnap *.dxxml *.zip)</source>
-        <translation type="unfinished"></translation>
+        <translation>Voertuiggegevens (*.dxsnap *.dxxml *.zip)</translation>
     </message>
 </context>
 <context>
@@ -6154,39 +6154,39 @@ Nu: %2</translation>
     <name>ZipFile</name>
     <message>
         <source>it holds a file in a folder, or of a name that none may have</source>
-        <translation type="unfinished"></translation>
+        <translation>het bevat een bestand in een map, of met een ontoelaatbare naam</translation>
     </message>
     <message>
         <source>it is no zip file</source>
-        <translation type="unfinished"></translation>
+        <translation>het is geen zipbestand</translation>
     </message>
     <message>
         <source>it holds two files of the same name</source>
-        <translation type="unfinished"></translation>
+        <translation>het bevat twee bestanden met dezelfde naam</translation>
     </message>
     <message>
         <source>it is damaged (%1)</source>
-        <translation type="unfinished"></translation>
+        <translation>het is beschadigd (%1)</translation>
     </message>
     <message>
         <source>it holds too many files</source>
-        <translation type="unfinished"></translation>
+        <translation>het bevat te veel bestanden</translation>
     </message>
     <message>
         <source>it is damaged</source>
-        <translation type="unfinished"></translation>
+        <translation>het is beschadigd</translation>
     </message>
     <message>
         <source>it is encrypted</source>
-        <translation type="unfinished"></translation>
+        <translation>het is versleuteld</translation>
     </message>
     <message>
         <source>the file %1 in it is far too large</source>
-        <translation type="unfinished"></translation>
+        <translation>het bestand %1 erin is veel te groot</translation>
     </message>
     <message>
         <source>the file %1 in it is damaged</source>
-        <translation type="unfinished"></translation>
+        <translation>het bestand %1 erin is beschadigd</translation>
     </message>
 </context>
 </TS>

@@ -339,162 +339,162 @@
     <name>BundleDialog</name>
     <message>
         <source>&amp;Mask serial numbers, names, notes and paths</source>
-        <translation type="unfinished"></translation>
+        <translation>隐去序列号、姓名、备注和路径(&amp;M)</translation>
     </message>
     <message>
         <source>Save support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>保存支持包</translation>
     </message>
     <message>
         <source>The same one everywhere by the same stand-in, within the frames too. Nobody can tell what it stood for.</source>
-        <translation type="unfinished"></translation>
+        <translation>相同内容在各处都用同一个替代词替换，帧内也一样。谁也无法得知它原来是什么。</translation>
     </message>
     <message>
         <source>One file for who is to help: the check-up that is shown with all its values, the frames of the last minutes, events, messages, and what this computer is.</source>
-        <translation type="unfinished"></translation>
+        <translation>供协助者使用的一个文件：当前显示的检查及其全部数值、最近几分钟的帧、事件、消息，以及本计算机的信息。</translation>
     </message>
     <message>
         <source>&amp;Save...</source>
-        <translation type="unfinished">保存(&amp;S)...</translation>
+        <translation>保存(&amp;S)...</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished">取消</translation>
+        <translation>取消</translation>
     </message>
 </context>
 <context>
     <name>BundleFile</name>
     <message>
         <source>The file %1 cannot be written: %2.</source>
-        <translation type="unfinished">无法写入文件 %1：%2。</translation>
+        <translation>无法写入文件 %1：%2。</translation>
     </message>
     <message>
         <source>The file %1 is far too large for a support bundle.</source>
-        <translation type="unfinished"></translation>
+        <translation>文件 %1 太大，不可能是支持包。</translation>
     </message>
     <message>
         <source>The file %1 cannot be read: %2.</source>
-        <translation type="unfinished">无法读取文件 %1：%2。</translation>
+        <translation>无法读取文件 %1：%2。</translation>
     </message>
     <message>
         <source>The support bundle %1 cannot be opened: %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法打开支持包 %1：%2。</translation>
     </message>
     <message>
         <source>The support bundle %1 has no trace.</source>
-        <translation type="unfinished"></translation>
+        <translation>支持包 %1 中没有报文记录。</translation>
     </message>
 </context>
 <context>
     <name>BundleFiles</name>
     <message>
         <source>The support bundle %1 has no snapshot that can be used.</source>
-        <translation type="unfinished"></translation>
+        <translation>支持包 %1 中没有可用的快照。</translation>
     </message>
     <message>
         <source>Save support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>保存支持包</translation>
     </message>
     <message>
         <source>Support bundle (*.zip)</source>
-        <translation type="unfinished"></translation>
+        <translation>支持包 (*.zip)</translation>
     </message>
     <message>
         <source>support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>支持包</translation>
     </message>
     <message>
         <source>Saved: %1</source>
-        <translation type="unfinished">已保存：%1</translation>
+        <translation>已保存：%1</translation>
     </message>
 </context>
 <context>
     <name>BundleManifest</name>
     <message>
         <source>it is no support bundle</source>
-        <translation type="unfinished"></translation>
+        <translation>这不是支持包</translation>
     </message>
     <message>
         <source>it was made by a newer version of the program (format %1)</source>
-        <translation type="unfinished"></translation>
+        <translation>它由更新版本的程序生成（格式 %1）</translation>
     </message>
 </context>
 <context>
     <name>BundleReading</name>
     <message>
         <source>it is no support bundle: it has no manifest.json</source>
-        <translation type="unfinished"></translation>
+        <translation>这不是支持包：其中没有 manifest.json</translation>
     </message>
     <message>
         <source>its manifest.json cannot be used: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>其中的 manifest.json 无法使用：%1</translation>
     </message>
     <message>
         <source>%1 of the bundle was not opened: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>支持包中的 %1 未打开：%2</translation>
     </message>
     <message>
         <source>It is missing.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件缺失。</translation>
     </message>
     <message>
         <source>It is not the file that was put in: somebody has changed it.</source>
-        <translation type="unfinished"></translation>
+        <translation>它不是当初放入的文件：有人改动过它。</translation>
     </message>
     <message>
         <source>It is far too large.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件太大。</translation>
     </message>
 </context>
 <context>
     <name>BundleWriting</name>
     <message>
         <source>This is a support bundle: what %1 knew of a vehicle on %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>这是一个支持包：%1 在 %2 所掌握的车辆信息。</translation>
     </message>
     <message>
         <source>Open it with &quot;draxel %1&quot;, or read its files one by one:</source>
-        <translation type="unfinished"></translation>
+        <translation>用 &quot;draxel %1&quot; 打开，或逐个阅读其中的文件：</translation>
     </message>
     <message>
         <source>bundle.zip</source>
-        <translation type="unfinished"></translation>
+        <translation>bundle.zip</translation>
     </message>
     <message>
         <source>manifest.json    which files there are, with their SHA-256</source>
-        <translation type="unfinished"></translation>
+        <translation>manifest.json    文件清单及其 SHA-256</translation>
     </message>
     <message>
         <source>snapshot.dxsnap  what every device answered, with what could not be read and why</source>
-        <translation type="unfinished"></translation>
+        <translation>snapshot.dxsnap  每个设备的应答，以及哪些未能读取及其原因</translation>
     </message>
     <message>
         <source>checkup.json     what is wrong with the vehicle, and what to do</source>
-        <translation type="unfinished"></translation>
+        <translation>checkup.json     车辆存在的问题及处理办法</translation>
     </message>
     <message>
         <source>trace.log.gz     the frames of the bus, as candump writes them</source>
-        <translation type="unfinished"></translation>
+        <translation>trace.log.gz     总线上的帧，格式与 candump 相同</translation>
     </message>
     <message>
         <source>events.json      what happened on the bus</source>
-        <translation type="unfinished"></translation>
+        <translation>events.json      总线上发生的事件</translation>
     </message>
     <message>
         <source>messages.txt     what the program told its user</source>
-        <translation type="unfinished"></translation>
+        <translation>messages.txt     程序给用户的消息</translation>
     </message>
     <message>
         <source>system.json      the program, the computer and the adapter</source>
-        <translation type="unfinished"></translation>
+        <translation>system.json      程序、计算机和适配器</translation>
     </message>
     <message>
         <source>Serial numbers, names, notes and paths are masked: the same one everywhere by the same word or number. Nobody can tell what it was.</source>
-        <translation type="unfinished"></translation>
+        <translation>序列号、姓名、备注和路径已隐去：相同内容在各处都用同一个词或数替换。谁也无法得知它原来是什么。</translation>
     </message>
     <message>
         <source>Nothing is masked: serial numbers and notes stand in it as they are.</source>
-        <translation type="unfinished"></translation>
+        <translation>未隐去任何内容：序列号和备注均为原文。</translation>
     </message>
 </context>
 <context>
@@ -1852,11 +1852,11 @@ Now: %2</source>
     <name>EventReading</name>
     <message>
         <source>&quot;%1&quot; is no kind of event</source>
-        <translation type="unfinished"></translation>
+        <translation>&quot;%1&quot; 不是事件类型</translation>
     </message>
     <message>
         <source>the time cannot be read</source>
-        <translation type="unfinished"></translation>
+        <translation>无法读取时间</translation>
     </message>
 </context>
 <context>
@@ -3242,7 +3242,7 @@ Now: %2</source>
     </message>
     <message>
         <source>Save support &amp;bundle...</source>
-        <translation type="unfinished"></translation>
+        <translation>保存支持包(&amp;B)...</translation>
     </message>
 </context>
 <context>
@@ -3565,19 +3565,19 @@ Now: %2</source>
     </message>
     <message>
         <source>The events of the bundle are not shown while a bus is connected. Disconnect it and open the bundle again.</source>
-        <translation type="unfinished"></translation>
+        <translation>已连接总线时不显示支持包中的事件。请断开总线后再次打开支持包。</translation>
     </message>
     <message>
         <source>an unknown program</source>
-        <translation type="unfinished"></translation>
+        <translation>未知程序</translation>
     </message>
     <message>
         <source>This is a support bundle of %1, made %2. Serial numbers and names are masked.</source>
-        <translation type="unfinished"></translation>
+        <translation>这是 %1 于 %2 生成的支持包。序列号和姓名已隐去。</translation>
     </message>
     <message>
         <source>This is a support bundle of %1, made %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>这是 %1 于 %2 生成的支持包。</translation>
     </message>
 </context>
 <context>
@@ -3849,11 +3849,11 @@ Now: %2</source>
     </message>
     <message>
         <source>%1×</source>
-        <translation type="unfinished">%1×</translation>
+        <translation>%1×</translation>
     </message>
     <message>
         <source>The trace is over. Play it again to read its devices.</source>
-        <translation type="unfinished"></translation>
+        <translation>总线记录已播放完。要读取其中的设备，请重新播放。</translation>
     </message>
 </context>
 <context>
@@ -5815,7 +5815,7 @@ Now: %2</source>
     </message>
     <message>
         <source>Vehicle data (*.dxsnap *.dxxml *.zip)</source>
-        <translation type="unfinished"></translation>
+        <translation>车辆数据 (*.dxsnap *.dxxml *.zip)</translation>
     </message>
 </context>
 <context>
@@ -6129,39 +6129,39 @@ Now: %2</source>
     <name>ZipFile</name>
     <message>
         <source>it holds a file in a folder, or of a name that none may have</source>
-        <translation type="unfinished"></translation>
+        <translation>其中有位于文件夹内的文件，或文件名不被允许</translation>
     </message>
     <message>
         <source>it is no zip file</source>
-        <translation type="unfinished"></translation>
+        <translation>它不是 zip 文件</translation>
     </message>
     <message>
         <source>it holds two files of the same name</source>
-        <translation type="unfinished"></translation>
+        <translation>其中有两个同名文件</translation>
     </message>
     <message>
         <source>it is damaged (%1)</source>
-        <translation type="unfinished"></translation>
+        <translation>它已损坏（%1）</translation>
     </message>
     <message>
         <source>it holds too many files</source>
-        <translation type="unfinished"></translation>
+        <translation>其中的文件过多</translation>
     </message>
     <message>
         <source>it is damaged</source>
-        <translation type="unfinished"></translation>
+        <translation>它已损坏</translation>
     </message>
     <message>
         <source>it is encrypted</source>
-        <translation type="unfinished"></translation>
+        <translation>它已加密</translation>
     </message>
     <message>
         <source>the file %1 in it is far too large</source>
-        <translation type="unfinished"></translation>
+        <translation>其中的文件 %1 太大</translation>
     </message>
     <message>
         <source>the file %1 in it is damaged</source>
-        <translation type="unfinished"></translation>
+        <translation>其中的文件 %1 已损坏</translation>
     </message>
 </context>
 </TS>

@@ -663,6 +663,8 @@ void tst_Languages::onlyNamesStayAsTheyAre()
         {"draxel", "nl", "object %1"},
         {"draxel", "nl", "object %1: %2"},
         {"draxel", "nl", "segment %1"},
+        {"draxel", "de fr nl zh_CN", "%1\u00D7"},
+        {"draxel", "zh_CN", "bundle.zip"},
         {"draxel", "de fr nl", "%1 (%2)"},
         {"draxel", "nl zh_CN", "%1 M"},
         {"draxel", "nl zh_CN", "%1 k"},
