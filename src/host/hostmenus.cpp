@@ -87,16 +87,27 @@ HostMenus::HostMenus(QMainWindow *window, PluginActions *plugin)
     about->setMenuRole(QAction::AboutRole);
     aboutQt->setMenuRole(QAction::AboutQtRole);
 
-    m_file->addAction(plugin->action(Kind::Open));
+    fillMenus();
+    nameMenus();
+    connect(m_languages, &QActionGroup::triggered, this,
+            [this](const QAction *action) { emit languageChosen(action->data().toString()); });
+    showState(BusConnection::State::Disconnected, false, false);
+    retranslate();
+}
+
+void HostMenus::fillMenus()
+{
+    using Kind = PluginActions::Kind;
+    m_file->addAction(m_plugin->action(Kind::Open));
     m_file->addMenu(m_recent);
-    m_file->addActions({plugin->action(Kind::Export), plugin->action(Kind::SaveReport)});
+    m_file->addActions({m_plugin->action(Kind::Export), m_plugin->action(Kind::SaveReport)});
     m_file->addSeparator();
     m_file->addAction(saveBundle);
     m_file->addSeparator();
     m_file->addAction(quit);
     m_bus->addActions({connectBus, disconnectBus, refreshInterfaces});
     m_bus->addSeparator();
-    m_bus->addActions({plugin->action(Kind::Read), cancelRead});
+    m_bus->addActions({m_plugin->action(Kind::Read), cancelRead});
     m_bus->addSeparator();
     m_bus->addAction(patience);
     for (const char *name : {"actionPageOverview", "actionPageCheckup", "actionPageLive", "actionPageTrace",
@@ -112,6 +123,10 @@ HostMenus::HostMenus(QMainWindow *window, PluginActions *plugin)
     m_help->addAction(keyList);
     m_help->addSeparator();
     m_help->addActions({about, aboutQt});
+}
+
+void HostMenus::nameMenus()
+{
     m_file->setObjectName(QStringLiteral("fileMenu"));
     m_recent->setObjectName(QStringLiteral("recentMenu"));
     m_recent->setToolTipsVisible(true);
@@ -119,11 +134,6 @@ HostMenus::HostMenus(QMainWindow *window, PluginActions *plugin)
     m_view->setObjectName(QStringLiteral("viewMenu"));
     m_language->setObjectName(QStringLiteral("languageMenu"));
     m_help->setObjectName(QStringLiteral("helpMenu"));
-
-    connect(m_languages, &QActionGroup::triggered, this,
-            [this](const QAction *action) { emit languageChosen(action->data().toString()); });
-    showState(BusConnection::State::Disconnected, false, false);
-    retranslate();
 }
 
 void HostMenus::setLanguages(const QStringList &languages, const QString &chosen)

@@ -68,6 +68,8 @@ signals:
 
 private:
     QAction *makeAction(const char *name, const QKeySequence &shortcut = QKeySequence());
+    void fillMenus();
+    void nameMenus();
 
     QMainWindow *m_window;
     PluginActions *m_plugin;

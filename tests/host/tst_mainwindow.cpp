@@ -422,10 +422,9 @@ void tst_MainWindow::dialogOpensTraces()
     window.findChild<QAction *>(QStringLiteral("actionOpen"))->trigger();
     auto *dialog = window.findChild<QFileDialog *>(QStringLiteral("openDialog"));
     QVERIFY(dialog != nullptr);
-    QCOMPARE(
-        dialog->nameFilters().first(),
-        QStringLiteral(
-            "All that can be opened (*.dxsnap *.dxxml *.zip *.log *.asc *.trc *.pcap *.pcapng *.txt *.gz *.zst)"));
+    QCOMPARE(dialog->nameFilters().first(),
+             QStringLiteral("All that can be opened (*.dxsnap *.dxxml *.zip *.log *.asc *.trc *.pcap "
+                            "*.pcapng *.txt *.gz *.zst)"));
     emit dialog->fileSelected(file.fileName());
     QVERIFY(window.findChild<QWidget *>(QStringLiteral("tracePage"))->isVisible());
     QThreadPool::globalInstance()->waitForDone();

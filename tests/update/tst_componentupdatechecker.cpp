@@ -299,7 +299,7 @@ void tst_ComponentUpdateChecker::body_data()
                                                         "Content-Encoding: deflate\r\n")
                                 << QStringLiteral("abcdefgh");
     QTest::newRow("4 MB") << HttpServer::response(QByteArray(4 * 1000 * 1000, 'x'))
-                           << QString(4 * 1000 * 1000, QLatin1Char('x'));
+                          << QString(4 * 1000 * 1000, QLatin1Char('x'));
     QTest::newRow("smaller Content-Length than body") << headOf(3) + "abcdef" << QStringLiteral("abc");
     QTest::newRow("other success code")
         << HttpServer::response("abc", "203 Non-Authoritative Information") << QStringLiteral("abc");

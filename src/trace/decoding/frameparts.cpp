@@ -57,7 +57,8 @@ constexpr const char *stepNames[] = {
     QT_TRANSLATE_NOOP("FrameParts", "abort by the client"),
     QT_TRANSLATE_NOOP("FrameParts", "abort by the server"),
 };
-static_assert(std::size(stepNames) == static_cast<std::size_t>(SdoStep::ServerAbort) + 1, "one name for each step");
+static_assert(std::size(stepNames) == static_cast<std::size_t>(SdoStep::ServerAbort) + 1,
+              "one name for each step");
 
 const char *nameOf(SdoStep step)
 {

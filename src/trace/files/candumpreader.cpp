@@ -13,7 +13,7 @@ namespace {
 constexpr int standardDigits = 3;
 constexpr int extendedDigits = 8;
 constexpr quint32 errorFlag = 0x20000000; // of Linux; stands in the identifier that is written
-constexpr int hourSize = 13;               // "2015-07-10 08"
+constexpr int hourSize = 13;              // "2015-07-10 08"
 
 } // namespace
 

@@ -26,7 +26,7 @@ constexpr size_t sizePlace = 8;
 constexpr quint32 microsecondMagic = 0xA1B2C3D4;
 constexpr quint32 nanosecondMagic = 0xA1B23C4D;
 constexpr quint32 linkTypeMask = 0x0FFFFFFF; // above it stands what a frame ends with
-constexpr qint64 nanoseconds = 1000;          // of a us
+constexpr qint64 nanoseconds = 1000;         // of a us
 
 } // namespace
 

@@ -25,7 +25,8 @@ constexpr LineRow lineRows[] = {
     {"stop", 0x000, "0205", "NMT command to node 5: stop", TraceMark::Note, 0},
     {"pre-operational", 0x000, "8005", "NMT command to node 5: enter Pre-operational", TraceMark::Note, 0},
     {"reset", 0x000, "8105", "NMT command to node 5: reset the device", TraceMark::Note, 0},
-    {"reset communication", 0x000, "8205", "NMT command to node 5: reset the communication", TraceMark::Note, 0},
+    {"reset communication", 0x000, "8205", "NMT command to node 5: reset the communication", TraceMark::Note,
+     0},
     {"unknown command", 0x000, "0305", "NMT command to node 5: unknown command 03h", TraceMark::Warning, 0},
     {"command to no node", 0x000, "0180", "NMT command to node 128: start", TraceMark::Warning, 0},
     {"short command", 0x000, "01", "NMT command of a wrong length: 01", TraceMark::Warning, 0},
@@ -38,13 +39,14 @@ constexpr LineRow lineRows[] = {
     // 43 536 789 ms, 15 666 days after 1984-01-01
     {"time", 0x100, "95519802323D", "time: 2026-11-22 12:05:36.789", TraceMark::Plain, 0},
     {"time with high bits", 0x100, "955198F2323D", "time: 2026-11-22 12:05:36.789", TraceMark::Plain, 0},
-    {"time beyond a day", 0x100, "005C2605323D", "time that is none: 00 5C 26 05 32 3D", TraceMark::Warning, 0},
+    {"time beyond a day", 0x100, "005C2605323D", "time that is none: 00 5C 26 05 32 3D", TraceMark::Warning,
+     0},
     {"short time", 0x100, "9550", "time of a wrong length: 95 50", TraceMark::Warning, 0},
 
     {"emergency", 0x084, "1042090102030405",
      "emergency 4210h: device temperature, error register 09h (generic error, temperature), "
      "the device's own bytes 01 02 03 04 05",
-        TraceMark::Fault, 0},
+     TraceMark::Fault, 0},
     {"emergency is gone", 0x084, "0000000000000000",
      "emergency 0000h: error reset or no error, error register 00h", TraceMark::Note, 0},
     {"short emergency", 0x084, "1042", "emergency of a wrong length: 10 42", TraceMark::Warning, 0},
@@ -56,9 +58,11 @@ constexpr LineRow lineRows[] = {
     {"asked pdo", 0x182, "0000", "PDO 1 is asked for (remote frame)", TraceMark::Plain, TraceFrame::Remote},
 
     {"stray answer", 0x582, "4B646102D0200000",
-     "SDO, answer to a read, of no transfer that begins in the trace: 4B 64 61 02 D0 20 00 00", TraceMark::Note, 0},
+     "SDO, answer to a read, of no transfer that begins in the trace: 4B 64 61 02 D0 20 00 00",
+     TraceMark::Note, 0},
     {"stray request", 0x602, "6000000000000000",
-     "SDO, request for a segment, of no transfer that begins in the trace: 60 00 00 00 00 00 00 00", TraceMark::Note, 0},
+     "SDO, request for a segment, of no transfer that begins in the trace: 60 00 00 00 00 00 00 00",
+     TraceMark::Note, 0},
     {"short sdo", 0x602, "40646102", "SDO of a wrong length: 40 64 61 02", TraceMark::Warning, 0},
 
     {"boot-up", 0x705, "00", "boot-up: the device has started", TraceMark::Note, 0},
@@ -73,21 +77,23 @@ constexpr LineRow lineRows[] = {
     {"other", 0x6F1, "0102", "frame 6F1h: 01 02", TraceMark::Plain, 0},
     {"extended", 0x18FF1234, "0102", "frame 18FF1234h: 01 02", TraceMark::Plain, TraceFrame::Extended},
     {"extended like a heartbeat", 0x705, "05", "frame 00000705h: 05", TraceMark::Plain, TraceFrame::Extended},
-    {"other remote", 0x6F1, "", "frame 6F1h is asked for (remote frame)", TraceMark::Plain, TraceFrame::Remote},
+    {"other remote", 0x6F1, "", "frame 6F1h is asked for (remote frame)", TraceMark::Plain,
+     TraceFrame::Remote},
 
-    {"no acknowledge", 0x20, "0000000000000000", "error frame: nobody acknowledged a frame", TraceMark::Warning,
-        TraceFrame::Error},
-    {"bus-off", 0x40, "0000000000000000", "error frame: bus-off: the CAN chip has left the bus", TraceMark::Fault,
-        TraceFrame::Error},
+    {"no acknowledge", 0x20, "0000000000000000", "error frame: nobody acknowledged a frame",
+     TraceMark::Warning, TraceFrame::Error},
+    {"bus-off", 0x40, "0000000000000000", "error frame: bus-off: the CAN chip has left the bus",
+     TraceMark::Fault, TraceFrame::Error},
     {"controller", 0x204, "0020000000008000",
      "error frame: the CAN chip has trouble; error-passive in sending; error counters: sending 128, "
      "receiving 0",
-        TraceMark::Warning, TraceFrame::Error},
+     TraceMark::Warning, TraceFrame::Error},
     {"protocol", 0x88, "0000040000000000", "error frame: protocol violated; bus error; bit stuffing",
-        TraceMark::Warning, TraceFrame::Error},
+     TraceMark::Warning, TraceFrame::Error},
     {"restarted", 0x100, "0000000000000000", "error frame: the CAN chip was started again", TraceMark::Note,
-        TraceFrame::Error},
-    {"nothing told", 0x0, "0000000000000000", "error frame: no reason told", TraceMark::Warning, TraceFrame::Error},
+     TraceFrame::Error},
+    {"nothing told", 0x0, "0000000000000000", "error frame: no reason told", TraceMark::Warning,
+     TraceFrame::Error},
 };
 
 } // namespace
@@ -114,8 +120,8 @@ void tst_FrameWords::lines_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<TraceMark>("mark");
     for (const LineRow &row : lineRows) {
-        QTest::newRow(row.name) << row.id << QByteArray(row.bytes) << row.flags
-                                << QString::fromUtf8(row.text) << row.mark;
+        QTest::newRow(row.name) << row.id << QByteArray(row.bytes) << row.flags << QString::fromUtf8(row.text)
+                                << row.mark;
     }
 }
 

@@ -61,19 +61,21 @@ void addTransfersWithValues()
 
     addTransfer("value with unit", charge, namedRead(" = 84.00 %"), TraceMark::Plain);
     addTransfer("written", writeOf(2, {0x1017, 0}, "f401"), "write 1017h.0 Heartbeat producer time = 0.50 s",
-        TraceMark::Plain);
-    addTransfer("negative", readOf(2, {0x6105, 1}, "f5ff"), "read 6105h.1 Battery pack temperature = -1.10 \u00b0C",
-        TraceMark::Plain);
+                TraceMark::Plain);
+    addTransfer("negative", readOf(2, {0x6105, 1}, "f5ff"),
+                "read 6105h.1 Battery pack temperature = -1.10 \u00b0C", TraceMark::Plain);
     addTransfer("count", readOf(2, {0x6164, 0}, "02"), "read 6164h.0 Relative battery Wh capacity = 2",
-        TraceMark::Plain);
+                TraceMark::Plain);
     addTransfer("text", readOf(2, {0x1008, 0}, "44582d53656e7365"),
-        "read 1008h.0 Manufacturer device name = \"DX-Sense\"", TraceMark::Plain);
-    addTransfer("unknown number", readOf(2, {0x2000, 3}, "f401"), "read 2000h.3 = 500 (01F4h)", TraceMark::Plain);
-    addTransfer("unknown text", readOf(2, {0x2000, 3}, "48656c6c6f20776f726c64"), "read 2000h.3 = \"Hello world\"",
-        TraceMark::Plain);
+                "read 1008h.0 Manufacturer device name = \"DX-Sense\"", TraceMark::Plain);
+    addTransfer("unknown number", readOf(2, {0x2000, 3}, "f401"), "read 2000h.3 = 500 (01F4h)",
+                TraceMark::Plain);
+    addTransfer("unknown text", readOf(2, {0x2000, 3}, "48656c6c6f20776f726c64"),
+                "read 2000h.3 = \"Hello world\"", TraceMark::Plain);
     addTransfer("unknown bytes", readOf(2, {0x2000, 3}, "000102030405060708"),
-        "read 2000h.3 = 00 01 02 03 04 05 06 07 08", TraceMark::Plain);
-    addTransfer("many bytes", readOf(2, {0x2000, 3}, QByteArray(80, '0')),
+                "read 2000h.3 = 00 01 02 03 04 05 06 07 08", TraceMark::Plain);
+    addTransfer(
+        "many bytes", readOf(2, {0x2000, 3}, QByteArray(80, '0')),
         "read 2000h.3 = 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
         "00 00 00 00 ... (40 bytes)",
         TraceMark::Plain);
@@ -90,29 +92,34 @@ void addTransfersWithout()
 {
     const SdoTransfer charge = readOf(2, {0x6164, 2}, "d020");
     addTransfer("absent", withOutcome(charge, Outcome::AbortedByServer, 0x06020000),
-        namedRead(": refused: The object does not exist (0602 0000h)"), TraceMark::Note);
+                namedRead(": refused: The object does not exist (0602 0000h)"), TraceMark::Note);
     addTransfer("no such sub-index", withOutcome(charge, Outcome::AbortedByServer, 0x06090011),
-        namedRead(": refused: The sub-index does not exist (0609 0011h)"), TraceMark::Note);
+                namedRead(": refused: The sub-index does not exist (0609 0011h)"), TraceMark::Note);
     addTransfer("refused", withOutcome(charge, Outcome::AbortedByServer, 0x06060000),
-        namedRead(": refused: The access failed because of a hardware error (0606 0000h)"), TraceMark::Warning);
+                namedRead(": refused: The access failed because of a hardware error (0606 0000h)"),
+                TraceMark::Warning);
     addTransfer("code of its own", withOutcome(charge, Outcome::AbortedByServer, 0x12345678),
-        namedRead(": refused: Abort code 1234 5678h"), TraceMark::Warning);
+                namedRead(": refused: Abort code 1234 5678h"), TraceMark::Warning);
     addTransfer("toggle", withOutcome(charge, Outcome::AbortedByClient, 0x05030000, SdoTransfer::WrongToggle),
-        namedRead(": ended by the client: The toggle bit did not alternate (0503 0000h); "
-              "the toggle bit did not alternate"),
-        TraceMark::Fault);
-    addTransfer("no answer", withOutcome(charge, Outcome::NoAnswer), namedRead(": no answer"), TraceMark::Fault);
+                namedRead(": ended by the client: The toggle bit did not alternate (0503 0000h); "
+                          "the toggle bit did not alternate"),
+                TraceMark::Fault);
+    addTransfer("no answer", withOutcome(charge, Outcome::NoAnswer), namedRead(": no answer"),
+                TraceMark::Fault);
     addTransfer("broken", withOutcome(charge, Outcome::Broken, 0, SdoTransfer::LostSegment),
-        namedRead(": its frames make no whole value; frames of it are missing in the trace"), TraceMark::Fault);
+                namedRead(": its frames make no whole value; frames of it are missing in the trace"),
+                TraceMark::Fault);
     addTransfer("checksum", withOutcome(charge, Outcome::Broken, 0, SdoTransfer::WrongChecksum),
-        namedRead(": its frames make no whole value; the checksum is wrong"), TraceMark::Fault);
+                namedRead(": its frames make no whole value; the checksum is wrong"), TraceMark::Fault);
     addTransfer("size", withOutcome(charge, Outcome::Broken, 0, SdoTransfer::SizeMismatch),
-        namedRead(": its frames make no whole value; not as many bytes came as were announced"),
-        TraceMark::Fault);
-    addTransfer("unfinished", withOutcome(charge, Outcome::Unfinished), namedRead(": not finished"), TraceMark::Note);
+                namedRead(": its frames make no whole value; not as many bytes came as were announced"),
+                TraceMark::Fault);
+    addTransfer("unfinished", withOutcome(charge, Outcome::Unfinished), namedRead(": not finished"),
+                TraceMark::Note);
     addTransfer("foreign client", withOutcome(charge, Outcome::Done, 0, SdoTransfer::ForeignClient),
-        namedRead(" = 84.00 %; another client used the device meanwhile"), TraceMark::Warning);
-    addTransfer("overtaken and repeated",
+                namedRead(" = 84.00 %; another client used the device meanwhile"), TraceMark::Warning);
+    addTransfer(
+        "overtaken and repeated",
         withOutcome(charge, Outcome::Done, 0, SdoTransfer::Overtaken | SdoTransfer::Repeated),
         namedRead(" = 84.00 %; another request came before it was at its end; a part of it came twice"),
         TraceMark::Warning);
@@ -134,9 +141,9 @@ void addPartsOfOthers()
     addParts("sync", 0x080, "0C", SdoStep::None, {"0-0 counter 12"});
     addParts("empty sync", 0x080, "", SdoStep::None, {});
     addParts("time", 0x100, "95519802323D", SdoStep::None,
-        {"0-3 time of day: 12:05:36.789", "4-5 day: 2026-11-22"});
+             {"0-3 time of day: 12:05:36.789", "4-5 day: 2026-11-22"});
     addParts("emergency", 0x084, "1042090102030405", SdoStep::None,
-        {"0-1 error code 4210h: device temperature", "2-2 error register: generic error, temperature",
+             {"0-1 error code 4210h: device temperature", "2-2 error register: generic error, temperature",
               "3-7 the device's own"});
     addParts("heartbeat", 0x705, "05", SdoStep::None, {"0-0 heartbeat: Operational"});
 }
@@ -144,48 +151,48 @@ void addPartsOfOthers()
 void addPartsOfSdos()
 {
     addParts("request", 0x602, "4064610200000000", SdoStep::UploadRequest,
-        {"0-0 request to read", "1-2 object 6164h: Relative battery Wh capacity", "3-3 sub-index 2",
+             {"0-0 request to read", "1-2 object 6164h: Relative battery Wh capacity", "3-3 sub-index 2",
               "4-7 not used"});
     addParts("answer", 0x582, "4b646102d0200000", SdoStep::UploadAnswer,
-        {"0-0 answer to a read", "1-2 object 6164h: Relative battery Wh capacity", "3-3 sub-index 2",
+             {"0-0 answer to a read", "1-2 object 6164h: Relative battery Wh capacity", "3-3 sub-index 2",
               "4-7 value: 84.00 %"});
     addParts("answer of segments", 0x582, "4108100009000000", SdoStep::UploadAnswer,
-        {"0-0 answer to a read", "1-2 object 1008h: Manufacturer device name", "3-3 sub-index 0",
+             {"0-0 answer to a read", "1-2 object 1008h: Manufacturer device name", "3-3 sub-index 0",
               "4-7 9 bytes follow"});
     addParts("segment request", 0x602, "7000000000000000", SdoStep::UploadSegmentRequest,
-        {"0-0 request for a segment, toggle bit 1", "1-7 not used"});
+             {"0-0 request for a segment, toggle bit 1", "1-7 not used"});
     addParts("segment", 0x582, "0044582d53656e73", SdoStep::UploadSegment,
-        {"0-0 segment of a read, toggle bit 0", "1-7 data"});
+             {"0-0 segment of a read, toggle bit 0", "1-7 data"});
     addParts("last segment", 0x582, "1b65210000000000", SdoStep::UploadSegment,
-        {"0-0 segment of a read, toggle bit 1, the last one", "1-2 data", "3-7 not used"});
+             {"0-0 segment of a read, toggle bit 1, the last one", "1-2 data", "3-7 not used"});
     addParts("write", 0x602, "2b171000f4010000", SdoStep::DownloadRequest,
-        {"0-0 request to write", "1-2 object 1017h: Heartbeat producer time", "3-3 sub-index 0",
+             {"0-0 request to write", "1-2 object 1017h: Heartbeat producer time", "3-3 sub-index 0",
               "4-7 value: 0.50 s"});
     addParts("written", 0x582, "6017100000000000", SdoStep::DownloadAnswer,
-        {"0-0 answer to a write", "1-2 object 1017h: Heartbeat producer time", "3-3 sub-index 0",
+             {"0-0 answer to a write", "1-2 object 1017h: Heartbeat producer time", "3-3 sub-index 0",
               "4-7 not used"});
     addParts("abort", 0x582, "8064610200000206", SdoStep::ServerAbort,
-        {"0-0 abort by the server", "1-2 object 6164h: Relative battery Wh capacity", "3-3 sub-index 2",
+             {"0-0 abort by the server", "1-2 object 6164h: Relative battery Wh capacity", "3-3 sub-index 2",
               "4-7 The object does not exist (0602 0000h)"});
 }
 
 void addPartsOfBlocks()
 {
     addParts("block request", 0x602, "a40020007f000000", SdoStep::BlockUploadRequest,
-        {"0-0 request to read in blocks", "1-2 object 2000h", "3-3 sub-index 0",
+             {"0-0 request to read in blocks", "1-2 object 2000h", "3-3 sub-index 0",
               "4-7 127 segments in a block"});
-    addParts("block answer", 0x582, "c600200014000000", SdoStep::BlockUploadAnswer,
-        {"0-0 answer to a read in blocks", "1-2 object 2000h", "3-3 sub-index 0",
-              "4-7 20 bytes follow"});
+    addParts(
+        "block answer", 0x582, "c600200014000000", SdoStep::BlockUploadAnswer,
+        {"0-0 answer to a read in blocks", "1-2 object 2000h", "3-3 sub-index 0", "4-7 20 bytes follow"});
     addParts("block start", 0x602, "a300000000000000", SdoStep::BlockUploadStart,
-        {"0-0 start of the blocks", "1-7 not used"});
+             {"0-0 start of the blocks", "1-7 not used"});
     addParts("block segment", 0x582, "8301020304050607", SdoStep::BlockUploadSegment,
-        {"0-0 segment 3, the last one", "1-7 data"});
+             {"0-0 segment 3, the last one", "1-7 data"});
     addParts("acknowledge", 0x602, "a2037f0000000000", SdoStep::BlockUploadAcknowledge,
-        {"0-0 acknowledge of a block", "1-1 has come up to segment 3", "2-2 next block: 127 segments",
+             {"0-0 acknowledge of a block", "1-1 has come up to segment 3", "2-2 next block: 127 segments",
               "3-7 not used"});
     addParts("block end", 0x582, "c534120000000000", SdoStep::BlockUploadEnd,
-        {"0-0 end of the blocks, 1 bytes of the last segment do not count", "1-2 checksum 1234h",
+             {"0-0 end of the blocks, 1 bytes of the last segment do not count", "1-2 checksum 1234h",
               "3-7 not used"});
     addParts("stray", 0x582, "4b646102d0200000", SdoStep::Stray, {"0-0 answer to a read", "1-7 data"});
     addParts("other", 0x6F1, "0102", SdoStep::None, {"0-1 data"});

@@ -12,8 +12,8 @@ class FilterInput
     Q_DECLARE_TR_FUNCTIONS(FilterInput)
 
 public:
-    QString nodes;                //!< "2, 5-7"
-    QString objects;              //!< "6164h.2, 1018h"
+    QString nodes;   //!< "2, 5-7"
+    QString objects; //!< "6164h.2, 1018h"
     QString text;
     std::bitset<frameKinds> kinds; //!< none: all
     bool isWrongOnly = false;

@@ -15,7 +15,7 @@
 namespace {
 
 constexpr int rowsBetweenLooks = 64; // at the clock
-constexpr int rowsInSlice = 20000;  // where the clock is too coarse to tell
+constexpr int rowsInSlice = 20000;   // where the clock is too coarse to tell
 constexpr qint64 slice = 12;         // ms
 constexpr int leastCharacters = 10;
 
@@ -96,8 +96,8 @@ void FindBar::look()
 {
     QElapsedTimer clock;
     clock.start();
-    for (int looked = 0; m_search.state() == TraceSearch::State::Looking && looked < rowsInSlice
-                         && clock.elapsed() < slice;
+    for (int looked = 0;
+         m_search.state() == TraceSearch::State::Looking && looked < rowsInSlice && clock.elapsed() < slice;
          looked += rowsBetweenLooks)
         m_search.advance(rowsBetweenLooks);
     tell();

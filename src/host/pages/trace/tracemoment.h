@@ -17,7 +17,7 @@ struct TraceMoment
     /*! us within which a line may be meant although its time is another one: events have times of another clock. */
     static constexpr qint64 tolerance = 1000000;
 
-    qint64 time = 0; //!< us since 1970
+    qint64 time = 0;   //!< us since 1970
     quint8 nodeId = 0; //!< 0: of no single node
     std::optional<FrameKind> kind;
 

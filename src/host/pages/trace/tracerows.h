@@ -46,7 +46,7 @@ private:
     TraceFilter m_filter;
     TextSearch m_search{QString()}; // for the filter's text
     bool m_isAll = true;
-    std::vector<quint32> m_rows;  // unused while all are shown
+    std::vector<quint32> m_rows;    // unused while all are shown
     std::vector<quint32> m_waiting; // lines of transfers under way, which did not fit so far
     std::size_t m_examined = 0;
 };

@@ -6,7 +6,7 @@
 namespace {
 
 constexpr qint64 millisecond = 1000; // us
-constexpr qint64 second = 1000000;  // us
+constexpr qint64 second = 1000000;   // us
 constexpr qint64 minute = 60 * second;
 constexpr int decimal = 10;
 constexpr int milliDigits = 3;

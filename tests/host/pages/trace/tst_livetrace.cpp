@@ -52,7 +52,8 @@ void tst_LiveTrace::olderHalfLeaves()
     QVERIFY(live.advance(3)); // what takes its place is not ready
     QCOMPARE(live.document(), before);
     live.add(beat(10));
-    while (live.advance(3)) { }
+    while (live.advance(3)) {
+    }
     QVERIFY(live.document() != before);
     QCOMPARE(live.left(), std::size_t(5));
     QCOMPARE(live.document()->lines.size(), std::size_t(6));
@@ -87,7 +88,8 @@ void tst_LiveTrace::mappingsStay()
         live.add(heard(time += millisecond, 0x585, read[1]));
     }
     live.add(heard(time += millisecond, 0x345, "01"));
-    while (live.advance(100)) { }
+    while (live.advance(100)) {
+    }
     QCOMPARE(int(live.document()->lines.at(3).nodeId), 5);
     while (live.left() == 0) {
         live.add(heard(time += millisecond, 0x345, "01"));

@@ -509,7 +509,7 @@ void tst_TraceSession::recordingOutlastsTheConnection()
     QString error;
     QVERIFY2(m_session->recorder().record(path("ride.log"), &error), qPrintable(error));
     QSignalSpy changed(&m_session->recorder(), &TraceRecorder::recordingChanged);
-    wait(1500); // what comes now is not written at once
+    wait(1500);                   // what comes now is not written at once
     QVERIFY(changed.count() > 5); // the time of a recording goes on without a bus
     connectToBus();
     heartbeat();
