@@ -22,8 +22,7 @@ public:
         if (PostgresServer::isInstalled())
             QVERIFY2(m_server.start(), qPrintable(m_server.problem()));
         else
-            QVERIFY2(!qEnvironmentVariableIsSet("CI"),
-                     "PostgreSQL is not installed: scripts/install-packages test");
+            QVERIFY2(!qEnvironmentVariableIsSet("CI"), PostgresServer::notInstalled);
     }
 
     /*! Rows "file" and "server"; call it in the function for the data. */
@@ -34,8 +33,7 @@ public:
         if (PostgresServer::isInstalled())
             QTest::newRow("server") << true;
         else
-            qWarning(
-                "PostgreSQL is not installed, so nothing is tested with it: scripts/install-packages test");
+            qWarning("%s Nothing is tested with it.", PostgresServer::notInstalled);
     }
 
     PostgresServer &server() { return m_server; }

@@ -207,7 +207,7 @@ void tst_ArchiveFaults::fileOfAnotherProgramIsLeftAlone()
 void tst_ArchiveFaults::tablesOfOthersOnAServerDoNotMatter()
 {
     if (!PostgresServer::isInstalled())
-        QSKIP("PostgreSQL is not installed");
+        QSKIP(PostgresServer::notInstalled);
     const QString address = m_places.server().address(m_places.server().createDatabase());
     change(address, QStringLiteral("CREATE TABLE visit (title TEXT)"));
     change(address, QStringLiteral("CREATE SCHEMA other"));
@@ -440,7 +440,7 @@ void tst_ArchiveFaults::fileThatIsInUse()
 void tst_ArchiveFaults::serverThatIsInUse()
 {
     if (!PostgresServer::isInstalled())
-        QSKIP("PostgreSQL is not installed");
+        QSKIP(PostgresServer::notInstalled);
     const QString address = m_places.server().address(m_places.server().createDatabase());
     ArchiveDatabase other;
     QVERIFY(other.open(*ArchiveAddress::parse(address, &m_error), ArchiveDatabase::Missing::Refuse));
@@ -469,7 +469,7 @@ void tst_ArchiveFaults::refusesWhatNoFileHolds()
 void tst_ArchiveFaults::wrongPasswordIsNotRepeated()
 {
     if (!PostgresServer::isInstalled())
-        QSKIP("PostgreSQL is not installed");
+        QSKIP(PostgresServer::notInstalled);
     const QString database = m_places.server().createDatabase();
     const QString address = m_places.server().address(database, QStringLiteral("gue55 wr0ng"));
     const QString error = openError(address);
@@ -483,7 +483,7 @@ void tst_ArchiveFaults::wrongPasswordIsNotRepeated()
 void tst_ArchiveFaults::unknownDatabase()
 {
     if (!PostgresServer::isInstalled())
-        QSKIP("PostgreSQL is not installed");
+        QSKIP(PostgresServer::notInstalled);
     const QString address = m_places.server().address(QStringLiteral("nowhere"));
     QCOMPARE(openError(address),
              QStringLiteral("The server has no database for %1. Create it, or check the name.")
@@ -503,7 +503,7 @@ void tst_ArchiveFaults::serverThatIsNotThere()
 void tst_ArchiveFaults::serverThatGoesAwayAndComesBack()
 {
     if (!PostgresServer::isInstalled())
-        QSKIP("PostgreSQL is not installed");
+        QSKIP(PostgresServer::notInstalled);
     PostgresServer server;
     QVERIFY2(server.start(), qPrintable(server.problem()));
     const QString address = server.address(server.createDatabase());
@@ -521,7 +521,7 @@ void tst_ArchiveFaults::serverThatGoesAwayAndComesBack()
 void tst_ArchiveFaults::connectionThatIsEndedIsMadeAgain()
 {
     if (!PostgresServer::isInstalled())
-        QSKIP("PostgreSQL is not installed");
+        QSKIP(PostgresServer::notInstalled);
     const QString address = m_places.server().address(m_places.server().createDatabase());
     OpenArchive archive(address);
     for (int n = 1; n <= 2; ++n) {
@@ -536,7 +536,7 @@ void tst_ArchiveFaults::connectionThatIsEndedIsMadeAgain()
 void tst_ArchiveFaults::socketWorksToo()
 {
     if (!PostgresServer::isInstalled())
-        QSKIP("PostgreSQL is not installed");
+        QSKIP(PostgresServer::notInstalled);
     QCOMPARE(openError(m_places.server().socketAddress(m_places.server().createDatabase())), QString());
 }
 

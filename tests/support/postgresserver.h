@@ -21,6 +21,9 @@ public:
 
     /*! Whether PostgreSQL is installed. */
     static bool isInstalled();
+    /*! What a test says that leaves it out. */
+    static constexpr char notInstalled[]
+        = "PostgreSQL is not installed: scripts/install-packages test brings it.";
 
     /*! Makes the cluster and starts it. False with what the server said in problem(). */
     bool start();

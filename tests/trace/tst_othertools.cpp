@@ -181,7 +181,7 @@ void tst_OtherTools::pythonCanReadsOurs_data()
 void tst_OtherTools::pythonCanReadsOurs()
 {
     if (!hasPythonCan())
-        QSKIP("python3-can is not installed");
+        QSKIP("python3-can is not installed: scripts/install-packages all brings it.");
     QFETCH(QString, suffix);
     QFETCH(bool, hasRemote);
     QFETCH(bool, hasError);
@@ -206,7 +206,7 @@ void tst_OtherTools::weReadThoseOfPythonCan_data()
 void tst_OtherTools::weReadThoseOfPythonCan()
 {
     if (!hasPythonCan())
-        QSKIP("python3-can is not installed");
+        QSKIP("python3-can is not installed: scripts/install-packages all brings it.");
     QFETCH(QString, suffix);
     QFETCH(bool, hasError);
 
@@ -223,7 +223,7 @@ void tst_OtherTools::weReadThoseOfLog2asc()
 {
     const QString log2asc = QStandardPaths::findExecutable(QStringLiteral("log2asc"));
     if (log2asc.isEmpty())
-        QSKIP("can-utils is not installed");
+        QSKIP("can-utils is not installed: scripts/install-packages all brings it.");
     const Trace trace = anyTrace({true, true, false});
     const QString ours = path(QStringLiteral("forlog2asc.log"));
     const QString theirs = path(QStringLiteral("log2asc.asc"));
@@ -246,7 +246,7 @@ void tst_OtherTools::tsharkReadsOurs()
 {
     const QString tshark = QStandardPaths::findExecutable(QStringLiteral("tshark"));
     if (tshark.isEmpty())
-        QSKIP("tshark is not installed");
+        QSKIP("tshark is not installed: scripts/install-packages all brings it.");
     QFETCH(QString, suffix);
 
     const Trace trace = anyTrace({true, true, false});
@@ -281,7 +281,7 @@ void tst_OtherTools::weReadThoseOfTshark()
 {
     const QString tshark = QStandardPaths::findExecutable(QStringLiteral("tshark"));
     if (tshark.isEmpty())
-        QSKIP("tshark is not installed");
+        QSKIP("tshark is not installed: scripts/install-packages all brings it.");
     const Trace trace = anyTrace({true, true, true});
     const QString ours = path(QStringLiteral("source.pcapng"));
     save(ours, trace);
