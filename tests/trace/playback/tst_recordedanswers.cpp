@@ -48,6 +48,8 @@ private slots:
     void silenceIsAnAnswer();
     void whatIsNoAnswerDoesNotCount_data();
     void whatIsNoAnswerDoesNotCount();
+    void everyOtherAnswerCounts();
+    void whatIsUnderWayAtTheEnd();
     void sizeMayBeUnknown();
     void whoIsThere_data();
     void whoIsThere();
@@ -126,6 +128,36 @@ void tst_RecordedAnswers::whatIsNoAnswerDoesNotCount()
         frames.push_back(frameAt(3 * second + 900, 0x602, afterwards));
     const RecordedAnswers answers = RecordedAnswers::of(frames);
     QCOMPARE(textOf(answers.lastBefore(2, deviceType, 100)), QByteArray("value 02000000"));
+}
+
+/*! One that says the same as the one before it is not kept, and nothing else is left out. */
+void tst_RecordedAnswers::everyOtherAnswerCounts()
+{
+    const QByteArray answered[] = {"4300100001000000", "4300100001000000", "4300100002000000",
+                                   "4200100002000000", "8000100000000008", "8000100000000206"};
+    std::vector<TraceFrame> frames;
+    for (const QByteArray &answer : answered) {
+        const qint64 time = static_cast<qint64>(frames.size()) * second;
+        frames.push_back(frameAt(time, 0x602, "4000100000000000"));
+        frames.push_back(frameAt(time + 500, 0x582, answer));
+    }
+    const RecordedAnswers answers = RecordedAnswers::of(frames);
+    QCOMPARE(textOf(answers.lastBefore(2, deviceType, 4)), QByteArray("value 01000000"));
+    QCOMPARE(answers.lastBefore(2, deviceType, 4)->position, size_t(1));
+    QCOMPARE(textOf(answers.lastBefore(2, deviceType, 6)), QByteArray("value 02000000"));
+    QVERIFY(!answers.lastBefore(2, deviceType, 6)->isSizeUnknown);
+    QVERIFY(answers.lastBefore(2, deviceType, 8)->isSizeUnknown);
+    QCOMPARE(textOf(answers.lastBefore(2, deviceType, 10)), QByteArray("abort 8000000"));
+    QCOMPARE(textOf(answers.lastBefore(2, deviceType, 12)), QByteArray("abort 6020000"));
+}
+
+/*! A request whose client went on to the next one was not answered; of the last one nobody knows. */
+void tst_RecordedAnswers::whatIsUnderWayAtTheEnd()
+{
+    const RecordedAnswers answers = RecordedAnswers::of(
+        {frameAt(0, 0x602, "4001100000000000"), frameAt(second, 0x602, "4000100000000000")});
+    QCOMPARE(textOf(answers.lastBefore(2, errorRegister, 2)), QByteArray("silence"));
+    QCOMPARE(textOf(answers.lastBefore(2, deviceType, 2)), QByteArray("none"));
 }
 
 void tst_RecordedAnswers::sizeMayBeUnknown()

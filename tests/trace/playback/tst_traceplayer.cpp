@@ -66,6 +66,7 @@ private slots:
     void stepsOnlyWhenAsked();
     void emptyTrace();
     void beginsAnew();
+    void beginsAnewInBetween();
 };
 
 void tst_TracePlayer::keepsTheTimesBetweenFrames_data()
@@ -312,6 +313,18 @@ void tst_TracePlayer::beginsAnew()
     QCOMPARE(player.nextDue().value_or(0), start + second + ms);
     QVERIFY(player.take(start + second + ms) != nullptr);
     QCOMPARE(player.stamp(), then + 2 * ms);
+}
+
+void tst_TracePlayer::beginsAnewInBetween()
+{
+    const std::vector<TraceFrame> frames = framesAt({then, then + 10 * ms, then + 20 * ms});
+    TracePlayer player(&frames);
+    player.start(start);
+    QVERIFY(player.take(start) != nullptr);
+    player.start(start + 5 * ms);
+    QCOMPARE(player.stampAt(start + 5 * ms), then + 5 * ms); // the time of the bus does not go back
+    QVERIFY(player.take(start + 5 * ms) == &frames[0]);
+    QCOMPARE(player.stamp(), then + 5 * ms);
 }
 
 QTEST_APPLESS_MAIN(tst_TracePlayer)
