@@ -146,6 +146,10 @@ void tst_RecordedVehicle::nothingIsWritten()
     RecordedVehicle then = vehicle();
     QCOMPARE(ask(then, request), only("582: 8000100002000106"));
     QCOMPARE(ask(then, "4000100000000000"), only("582: 43001000c6010047"));
+    // Nor does what was under way go on.
+    QCOMPARE(ask(then, "4008100000000000"), only("582: 410810000a000000"));
+    QCOMPARE(ask(then, request), only("582: 8000100002000106"));
+    QVERIFY(!ask(then, "6000000000000000").contains(QStringLiteral("582: 0044582d53656e73")));
 }
 
 void tst_RecordedVehicle::isSilentWhereNobodyWas()

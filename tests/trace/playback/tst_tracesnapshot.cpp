@@ -211,6 +211,7 @@ void tst_TraceSnapshot::nodesThatNeverSaidAnything()
     std::vector<TraceFrame> frames{frameAt(then, 0x702, "05")};
     for (quint32 nodeId = 1; nodeId <= 127; ++nodeId)
         frames.push_back(frameAt(then + nodeId, 0x600 + nodeId, "4000100000000000"));
+    frames.push_back(frameAt(then + 20 * second, 0x702, "05")); // they have been silent for long enough
     const Snapshot snapshot = snapshotOf(frames);
     QCOMPARE(snapshot.nodes.size(), 1);
     QCOMPARE(int(snapshot.nodes.first().id), 2);
@@ -251,7 +252,13 @@ void tst_TraceSnapshot::answerTimes()
         frames.push_back(frameAt(time, 0x602, "4000100000000000"));
         frames.push_back(frameAt(time + ms * millisecond, 0x582, valueOne));
     }
+    const qint64 slow = frames.back().time + second; // in segments, as slow as its client
+    frames.push_back(frameAt(slow, 0x602, "4008100000000000"));
+    frames.push_back(frameAt(slow + 100 * millisecond, 0x582, "4108100002000000"));
+    frames.push_back(frameAt(slow + 200 * millisecond, 0x602, "6000000000000000"));
+    frames.push_back(frameAt(slow + 300 * millisecond, 0x582, "0b41420000000000"));
     const Snapshot snapshot = snapshotOf(frames);
+    QVERIFY(snapshot.find(2)->find(0x1008, 0) != nullptr);
     QCOMPARE(snapshot.find(2)->medianAnswer.value_or(-1), 5);
     QCOMPARE(snapshot.find(2)->longestAnswer.value_or(-1), 30);
     QVERIFY(!snapshot.find(4)->medianAnswer);
@@ -323,6 +330,9 @@ void tst_TraceSnapshot::timesThatRunBackward()
     const Snapshot snapshot = snapshotOf(frames);
     QCOMPARE(snapshot.nodes.first().find(0x1000, 0)->ms, 0);
     QCOMPARE(snapshot.duration, 0);
+    frames.push_back(frameAt(then + 9 * second, 0x702, "05"));
+    frames.push_back(frameAt(then + 2 * second, 0x702, "05"));
+    QCOMPARE(snapshotOf(frames).duration, 8000);
 }
 
 void tst_TraceSnapshot::emptyTrace()
