@@ -101,6 +101,7 @@ private slots:
     void answersReads();
     void answersWhenItIsOver();
     void hidesTransfersOfThen();
+    void otherFramesAreNotHidden();
     void takesFramesThatGoNowhere();
     void cannotBeOpened_data();
     void cannotBeOpened();
@@ -271,8 +272,12 @@ void tst_TraceDevice::stepsPause()
     played->setConfigurationParameter(TraceCanDevice::StepKey, 1);
     pass(60000);
     QCOMPARE(listener.texts.size(), 2);
+    played->setConfigurationParameter(TraceCanDevice::StepKey, 1); // two at once count
+    played->setConfigurationParameter(TraceCanDevice::StepKey, 1);
+    pass(60000);
+    QCOMPARE(listener.texts.size(), 4);
     played->setConfigurationParameter(TraceCanDevice::PauseKey, false);
-    pass(505);
+    pass(5);
     QCOMPARE(listener.texts.size(), 5);
 }
 
@@ -331,8 +336,9 @@ void tst_TraceDevice::repeatsWhenAsked()
 {
     const auto played = device();
     Listener listener(played.get());
+    pass(600);
     played->setConfigurationParameter(TraceCanDevice::RepeatKey, true);
-    pass(2150);
+    pass(1550);
     QCOMPARE(listener.texts.size(), 8);
     QVERIFY(PlaybackState::of(played.get()).value_or(PlaybackState()).isRepeated);
     played->setConfigurationParameter(TraceCanDevice::RepeatKey, false);
@@ -436,6 +442,26 @@ void tst_TraceDevice::hidesTransfersOfThen()
     QCOMPARE(listener.texts.filter(QStringLiteral("582#")),
              QStringList(QStringLiteral("582#8099990001f00008")));
     QCOMPARE(listener.texts.filter(QStringLiteral("702#05")).size(), 5);
+}
+
+/*! What only looks like SDO of the node is no transfer. */
+void tst_TraceDevice::otherFramesAreNotHidden()
+{
+    const QString name = m_folder.filePath(QStringLiteral("others.log"));
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("(1600000000.000000) can0 702#05\n"
+               "(1600000001.000000) can0 00000602#4000100000000000\n"
+               "(1600000001.000000) can0 602#4000100000000000\n"
+               "(1600000001.000000) can0 603#4000100000000000\n");
+    file.close();
+    TraceCanDevice played(name);
+    QVERIFY(played.connectDevice());
+    Listener listener(&played);
+    QVERIFY(played.writeFrame(QCanBusFrame(0x602, QByteArray::fromHex("4099990000000000"))));
+    pass(3000);
+    QCOMPARE(listener.texts.filter(QStringLiteral("602#")).size(), 1); // the extended one
+    QCOMPARE(listener.texts.filter(QStringLiteral("603#")).size(), 1); // nobody has asked this node
 }
 
 void tst_TraceDevice::takesFramesThatGoNowhere()
