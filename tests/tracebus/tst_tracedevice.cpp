@@ -521,6 +521,10 @@ void tst_TraceDevice::connectsAgain()
     QCOMPARE(played->state(), QCanBusDevice::UnconnectedState);
     pass(5000);
     QCOMPARE(listener.texts.size(), 2);
+    played->disconnectDevice();
+    QVERIFY(played->connectDevice());
+    QVERIFY(played->writeFrame(QCanBusFrame(0x602, QByteArray::fromHex("4000100000000000"))));
+    played->disconnectDevice(); // before the answer
     QVERIFY(played->connectDevice());
     pass(600);
     QCOMPARE(listener.texts.size(), 4);
