@@ -32,6 +32,7 @@ private slots:
     void staysOverALoss();
     void transfersAreLines();
     void transfersEndWithTheConnection();
+    void whatIsLearntOfTheNextBus();
     void ownFramesAreMarked();
     void framesThatAreNone();
     void lastMinutesAreSaved();
@@ -54,7 +55,9 @@ private slots:
     void recordingThatCannotGoOn();
     void recordingThatCannotBegin();
     void opensAFile();
+    void transfersEndWithTheFile();
     void fileStaysWhenABusIsConnected();
+    void fileStaysWhenLinesLeave();
     void opensNoTrace();
     void refusesWhatIsNoFile();
     void knowsTracesByNameAndByContent();
@@ -257,6 +260,27 @@ void tst_TraceSession::transfersEndWithTheConnection()
     wait(300);
     QVERIFY(m_session->document()->lines.transfer(0).has_value());
     QVERIFY(grown.count() > 0);
+}
+
+/*! As much is learnt as of the bus before, and at once. */
+void tst_TraceSession::whatIsLearntOfTheNextBus()
+{
+    const std::vector<TraceFrame> frames{
+        heard(0, 0x345, "01"), // whose it is only what follows tells
+        heard(0, 0x605, "4000180100000000"),
+        heard(0, 0x585, "4300180145030000"), // 1800h.1 = 345h
+        heard(0, 0x605, "40001A0000000000"),
+        heard(0, 0x585, "4F001A0001000000"), // 1A00h.0 = 1
+        heard(0, 0x605, "40001A0100000000"),
+        heard(0, 0x585, "43001A0108010060"), // 1A00h.1 = 6000h.1, 8 bits
+    };
+    for (int bus = 0; bus < 2; ++bus) {
+        connectToBus();
+        hear(frames);
+        QCOMPARE(m_session->document()->lines.size(), std::size_t(4));
+        QCOMPARE(int(m_session->document()->lines.at(0).nodeId), 5);
+        m_bus->disconnectFromBus();
+    }
 }
 
 void tst_TraceSession::ownFramesAreMarked()
@@ -602,6 +626,15 @@ void tst_TraceSession::opensAFile()
     QVERIFY(m_session->isLive());
 }
 
+void tst_TraceSession::transfersEndWithTheFile()
+{
+    write("ride.log", {readOf6164(0, 2)[0]});
+    m_session->open(path("ride.log"));
+    finishWork();
+    QCOMPARE(m_session->document()->lines.size(), std::size_t(1));
+    QVERIFY(m_session->document()->lines.transfer(0).has_value()); // not under way
+}
+
 void tst_TraceSession::fileStaysWhenABusIsConnected()
 {
     write("ride.log", fourLines());
@@ -613,6 +646,22 @@ void tst_TraceSession::fileStaysWhenABusIsConnected()
     QCOMPARE(m_session->document()->lines.size(), std::size_t(4));
     m_session->showLive();
     QCOMPARE(m_session->document()->lines.size(), std::size_t(1));
+}
+
+void tst_TraceSession::fileStaysWhenLinesLeave()
+{
+    TraceSession session(m_bus.get(), nullptr, 20);
+    write("ride.log", fourLines());
+    session.open(path("ride.log"));
+    finishWork();
+    QSignalSpy shortened(&session, &TraceSession::shortened);
+    connectToBus();
+    hear(std::vector<TraceFrame>(20, heard(0, 0x705, "05")));
+    QVERIFY(!session.isLive());
+    QCOMPARE(session.document()->fileName, path("ride.log"));
+    QCOMPARE(shortened.count(), 0);
+    session.showLive();
+    QCOMPARE(session.document()->lines.size(), std::size_t(10));
 }
 
 void tst_TraceSession::opensNoTrace()
@@ -631,6 +680,8 @@ void tst_TraceSession::refusesWhatIsNoFile()
     m_session->open(path("pipe.log"));
     finishWork(); // a pipe to which nobody writes would keep it waiting
     QCOMPARE(m_failed, QStringList(path("pipe.log") + QStringLiteral(" is not a file.")));
+    QCOMPARE(mkfifo(QFile::encodeName(path("pipe.txt")).constData(), 0600), 0);
+    QVERIFY(!TraceSession::isTraceFile(path("pipe.txt"))); // without a look into it
 #endif
     m_failed.clear();
     QVERIFY(QDir().mkpath(path("folder.log")));
