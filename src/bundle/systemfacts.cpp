@@ -17,14 +17,14 @@ QJsonValue known(const QString &text)
 QJsonObject SystemFacts::of(const QString &program, const Adapter &adapter)
 {
     return {
-        {QStringLiteral("program"), program},
-        {QStringLiteral("qt"), QString::fromLatin1(qVersion())},
-        {QStringLiteral("system"), QSysInfo::prettyProductName()},
-        {QStringLiteral("kernel"), QSysInfo::kernelType() + QLatin1Char(' ') + QSysInfo::kernelVersion()},
-        {QStringLiteral("processor"), QSysInfo::currentCpuArchitecture()},
-        {QStringLiteral("bus"), known(adapter.bus)},
-        {QStringLiteral("adapter"), known(adapter.description)},
-        {QStringLiteral("bitRate"), adapter.bitRate > 0 ? QJsonValue(adapter.bitRate) : QJsonValue()},
-        {QStringLiteral("computer"), DiagnosisWriting::toJson(Diagnosis::of(Computer::look()))},
+        {QLatin1String("program"), program},
+        {QLatin1String("qt"), QString::fromLatin1(qVersion())},
+        {QLatin1String("system"), QSysInfo::prettyProductName()},
+        {QLatin1String("kernel"), QSysInfo::kernelType() + QLatin1Char(' ') + QSysInfo::kernelVersion()},
+        {QLatin1String("processor"), QSysInfo::currentCpuArchitecture()},
+        {QLatin1String("bus"), known(adapter.bus)},
+        {QLatin1String("adapter"), known(adapter.description)},
+        {QLatin1String("bitRate"), adapter.bitRate > 0 ? QJsonValue(adapter.bitRate) : QJsonValue()},
+        {QLatin1String("computer"), DiagnosisWriting::toJson(Diagnosis::of(Computer::look()))},
     };
 }

@@ -54,7 +54,7 @@ QJsonObject EventWriting::toJson(const LiveEvent &event, const TimeOfDay &timeOf
         {QStringLiteral("text"), EventWords::text(event)},
     };
     if (!event.detail.isEmpty())
-        json.insert(QStringLiteral("detail"), event.detail);
+        json.insert(QLatin1String("detail"), event.detail);
     if (isEmergency(event)) {
         json.insert(QStringLiteral("errorRegister"), event.errorRegister);
         json.insert(QStringLiteral("manufacturer"), manufacturerText(event));
