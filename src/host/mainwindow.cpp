@@ -14,6 +14,7 @@
 #include "lightpalette.h"
 #include "messagelog.h"
 #include "messagepanel.h"
+#include "pagearea.h"
 #include "patiencedialog.h"
 #include "playbackbar.h"
 #include "pluginactions.h"
@@ -49,7 +50,6 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QLocale>
-#include <QScrollArea>
 #include <QSettings>
 #include <QStatusBar>
 #include <QTabBar>
@@ -62,25 +62,13 @@
 
 namespace {
 
-constexpr int leastHeight = 40;   // pixels of a page, on a very small screen
-constexpr int leastMessages = 18; // pixels of the messages there
+constexpr int leastMessages = 18; // pixels of the messages, on a very small screen
 constexpr int noticeTime = 10000; // ms that what was done stands in the status bar
 
 /*! What snapshots are said to be made by. */
 QString programName()
 {
     return QCoreApplication::applicationName() + QLatin1Char(' ') + QCoreApplication::applicationVersion();
-}
-
-/*! Scroll bars where the screen is too small for \a page. */
-QScrollArea *makeScrollable(QWidget *page, QWidget *parent)
-{
-    auto *area = new QScrollArea(parent);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setWidgetResizable(true);
-    area->setMinimumHeight(leastHeight);
-    area->setWidget(page);
-    return area;
 }
 
 } // namespace
@@ -96,13 +84,10 @@ MainWindow::MainWindow(HostServices *services, PluginSession *session, QWidget *
     , m_bar(new ConnectionBar(this))
     , m_pages(new QTabWidget(this))
     , m_checkup(new CheckupPage(m_session))
-    , m_checkupTab(makeScrollable(m_checkup, m_pages))
-    , m_livePage(new LivePage(m_live))
-    , m_liveTab(makeScrollable(m_livePage, m_pages))
-    , m_tracePage(new TracePage(m_trace))
-    , m_traceTab(makeScrollable(m_tracePage, m_pages))
-    , m_archive(new ArchivePage(m_records, m_session))
-    , m_archiveTab(makeScrollable(m_archive, m_pages))
+    , m_checkupTab(new PageArea(m_checkup, m_pages))
+    , m_liveTab(new PageArea([this] { return makeLivePage(); }, m_pages))
+    , m_traceTab(new PageArea([this] { return makeTracePage(); }, m_pages))
+    , m_archiveTab(new PageArea([this] { return makeArchivePage(); }, m_pages))
     , m_placeholder(new QLabel(this))
     , m_status(new StatusLine(services, this))
     , m_log(new MessageLog(this))
@@ -160,7 +145,7 @@ void MainWindow::showPlugins()
         QWidget *page = plugin.widget != nullptr
                             ? plugin.widget
                             : new QLabel(tr("%1 has no window.").arg(plugin.library.name), m_pages);
-        const int index = m_pages->insertTab(m_pages->indexOf(m_placeholder), makeScrollable(page, m_pages),
+        const int index = m_pages->insertTab(m_pages->indexOf(m_placeholder), new PageArea(page, m_pages),
                                              plugins.size() == 1 ? tr("Overview") : plugin.library.name);
         m_pages->setTabToolTip(index, plugin.library.description);
     }
@@ -401,30 +386,41 @@ void MainWindow::showVisit(const Snapshot &snapshot, qint64 visitId)
 void MainWindow::connectLive()
 {
     new EventMessages(m_live, m_log, this);
-    m_livePage->setFolder(&FileFolder::start);
-    connect(m_livePage, &LivePage::failed, this, &MainWindow::showError);
-    connect(m_livePage, &LivePage::told, this, [this](const QString &sentence, const QStringList &problems) {
-        tell(MessageLog::Severity::Information, sentence);
-        for (const QString &problem : problems)
-            m_log->add(MessageLog::Severity::Warning, problem);
-    });
     connect(m_session, &CheckupSession::changed, this,
             [this] { m_live->questions().setCheckingUp(m_session->isRunning()); });
+}
+
+QWidget *MainWindow::makeLivePage()
+{
+    m_livePage = new LivePage(m_live);
+    m_livePage->setFolder(&FileFolder::start);
+    connect(m_livePage, &LivePage::failed, this, &MainWindow::showError);
+    connect(m_livePage, &LivePage::told, this, &MainWindow::tellWithProblems);
+    connect(m_livePage, &LivePage::eventChosen, this, [this](const LiveEvent &event, const QDateTime &time) {
+        // A file stays until the user asks for more, unless the events are of it as well.
+        if (m_trace->isLive() != m_livePage->isRecorded())
+            showInTrace(event, time);
+    });
+    connect(m_livePage, &LivePage::traceRequested, this,
+            [this](const LiveEvent &event, const QDateTime &time) {
+                m_pages->setCurrentWidget(m_traceTab);
+                showInTrace(event, time);
+            });
+    return m_livePage;
+}
+
+LivePage *MainWindow::livePage()
+{
+    m_liveTab->need();
+    return m_livePage;
 }
 
 void MainWindow::connectTrace()
 {
     m_trace->recorder().setSettings(TraceSettings::load());
     m_trace->recorder().setEvents(&m_live->live().events().list());
-    m_tracePage->setFolder(&FileFolder::start);
-    connect(m_tracePage, &TracePage::failed, this, &MainWindow::showError);
-    connect(m_tracePage, &TracePage::told, this,
-            [this](const QString &sentence, const QStringList &problems) {
-                if (!sentence.isEmpty())
-                    tell(MessageLog::Severity::Information, sentence);
-                for (const QString &problem : problems)
-                    m_log->add(MessageLog::Severity::Warning, problem);
-            });
+    connect(m_trace, &TraceSession::failed, this, &MainWindow::showError);
+    connect(m_trace, &TraceSession::told, this, &MainWindow::tellWithProblems);
     connect(m_trace, &TraceSession::fileUsed, this, [this](const QString &fileName) {
         FileFolder::remember(fileName);
         RecentFiles::add(fileName);
@@ -436,25 +432,27 @@ void MainWindow::connectTrace()
         RecentFiles::remove(fileName);
         showRecentFiles();
     });
-    const auto show = [this](const LiveEvent &event, const QDateTime &time) {
-        const TraceMoment moment = TraceMoment::of(event, time);
-        m_livePage->isRecorded() ? m_tracePage->showMomentHere(moment) : m_tracePage->showMoment(moment);
-    };
-    connect(m_livePage, &LivePage::eventChosen, this,
-            [this, show](const LiveEvent &event, const QDateTime &time) {
-                // A file stays until the user asks for more, unless the events are of it as well.
-                if (m_trace->isLive() != m_livePage->isRecorded())
-                    show(event, time);
-            });
-    connect(m_livePage, &LivePage::traceRequested, this,
-            [this, show](const LiveEvent &event, const QDateTime &time) {
-                m_pages->setCurrentWidget(m_traceTab);
-                show(event, time);
-            });
+}
+
+QWidget *MainWindow::makeTracePage()
+{
+    m_tracePage = new TracePage(m_trace);
+    m_tracePage->setFolder(&FileFolder::start);
+    connect(m_tracePage, &TracePage::told, this,
+            [this](const QString &sentence) { tell(MessageLog::Severity::Information, sentence); });
     connect(m_tracePage, &TracePage::eventsRequested, this, [this](const QDateTime &time) {
         m_pages->setCurrentWidget(m_liveTab);
-        m_livePage->showEventAt(time);
+        livePage()->showEventAt(time);
     });
+    return m_tracePage;
+}
+
+/*! What was on the bus around an event of the page "Live". */
+void MainWindow::showInTrace(const LiveEvent &event, const QDateTime &time)
+{
+    m_traceTab->need();
+    const TraceMoment moment = TraceMoment::of(event, time);
+    m_livePage->isRecorded() ? m_tracePage->showMomentHere(moment) : m_tracePage->showMoment(moment);
 }
 
 void MainWindow::connectBundles()
@@ -490,7 +488,7 @@ void MainWindow::showBundle(const SupportBundle &bundle, const QString &fileName
         m_log->addEarlier(message.time, BundleFiles::severityOf(message.severity), message.text);
     if (bundle.trace)
         m_trace->open(fileName, *bundle.trace, bundle.snapshot.value_or(Snapshot()));
-    if (m_livePage->showRecorded(bundle.events))
+    if (livePage()->showRecorded(bundle.events))
         m_bundles->setShownEvents(bundle.events);
     else if (!bundle.events.empty())
         m_log->add(
@@ -509,15 +507,6 @@ void MainWindow::showBundle(const SupportBundle &bundle, const QString &fileName
 
 void MainWindow::connectRecords()
 {
-    m_archive->setFolder(&FileFolder::start);
-    connect(m_archive, &ArchivePage::openRequested, this, &MainWindow::showVisit);
-    connect(m_archive, &ArchivePage::reportRequested, this, [this](const Snapshot &snapshot, qint64 visitId) {
-        showVisit(snapshot, visitId);
-        m_checkupFiles->writeReport();
-    });
-    connect(m_archive, &ArchivePage::failed, this, &MainWindow::showError);
-    connect(m_archive, &ArchivePage::succeeded, this,
-            [this](const QString &sentence) { tell(MessageLog::Severity::Information, sentence); });
     using End = VehicleRecords::Keeping::End;
     connect(m_records, &VehicleRecords::readKept, this, [this](const VehicleRecords::Keeping &keeping) {
         if (keeping.end == End::Waiting)
@@ -534,6 +523,21 @@ void MainWindow::connectRecords()
         m_log->add(MessageLog::Severity::Information,
                    tr("%n visit(s) that had waited are in the archive now.", nullptr, count));
     });
+}
+
+QWidget *MainWindow::makeArchivePage()
+{
+    auto *page = new ArchivePage(m_records, m_session);
+    page->setFolder(&FileFolder::start);
+    connect(page, &ArchivePage::openRequested, this, &MainWindow::showVisit);
+    connect(page, &ArchivePage::reportRequested, this, [this](const Snapshot &snapshot, qint64 visitId) {
+        showVisit(snapshot, visitId);
+        m_checkupFiles->writeReport();
+    });
+    connect(page, &ArchivePage::failed, this, &MainWindow::showError);
+    connect(page, &ArchivePage::succeeded, this,
+            [this](const QString &sentence) { tell(MessageLog::Severity::Information, sentence); });
+    return page;
 }
 
 void MainWindow::restoreSettings()
@@ -656,6 +660,15 @@ void MainWindow::tell(MessageLog::Severity severity, const QString &sentence)
 {
     m_log->add(severity, sentence);
     statusBar()->showMessage(sentence, noticeTime);
+}
+
+/*! What came of something, and what did not go well with it. */
+void MainWindow::tellWithProblems(const QString &sentence, const QStringList &problems)
+{
+    if (!sentence.isEmpty())
+        tell(MessageLog::Severity::Information, sentence);
+    for (const QString &problem : problems)
+        m_log->add(MessageLog::Severity::Warning, problem);
 }
 
 void MainWindow::startRead()

@@ -9,7 +9,6 @@
 
 #include <QMainWindow>
 
-class ArchivePage;
 class BundleFiles;
 class BusReport;
 class CheckupFiles;
@@ -22,8 +21,10 @@ class LanguageSetting;
 class LivePage;
 class LiveSession;
 class MessagePanel;
+class PageArea;
 class PluginActions;
 class PluginSession;
+class QDateTime;
 class QDockWidget;
 class QLabel;
 class QTabWidget;
@@ -33,6 +34,7 @@ class TracePage;
 class TraceSession;
 class VehicleFiles;
 class VehicleRecords;
+struct LiveEvent;
 struct Snapshot;
 struct SupportBundle;
 
@@ -91,6 +93,11 @@ private:
     void connectTrace();
     void connectBundles();
     void connectRecords();
+    QWidget *makeLivePage();
+    QWidget *makeTracePage();
+    QWidget *makeArchivePage();
+    LivePage *livePage();
+    void showInTrace(const LiveEvent &event, const QDateTime &time);
     void retranslate();
     void restoreSettings();
     void saveSettings();
@@ -111,6 +118,7 @@ private:
     void showVehicle();
     void showRecentFiles();
     void tell(MessageLog::Severity severity, const QString &sentence);
+    void tellWithProblems(const QString &sentence, const QStringList &problems);
 
     HostServices *m_services;
     PluginSession *m_plugins;
@@ -122,13 +130,12 @@ private:
     ShownVehicle m_vehicle;
     QTabWidget *m_pages;
     CheckupPage *m_checkup;
-    QWidget *m_checkupTab; // the page and what scrolls it
-    LivePage *m_livePage;
-    QWidget *m_liveTab;
-    TracePage *m_tracePage;
-    QWidget *m_traceTab;
-    ArchivePage *m_archive;
-    QWidget *m_archiveTab;
+    PageArea *m_checkupTab;
+    PageArea *m_liveTab;
+    LivePage *m_livePage = nullptr; // when it is needed, as those below
+    PageArea *m_traceTab;
+    TracePage *m_tracePage = nullptr;
+    PageArea *m_archiveTab;
     QLabel *m_placeholder;
     StatusLine *m_status;
     MessageLog *m_log;

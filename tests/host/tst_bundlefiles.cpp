@@ -91,6 +91,13 @@ void settle()
     }
 }
 
+/*! A table of a page, which is there when it was looked at. */
+QTableView *tableOf(const QWidget &window, const char *page, const char *name)
+{
+    window.findChild<QAction *>(QLatin1String(page))->trigger();
+    return window.findChild<QTableView *>(QLatin1String(name));
+}
+
 QString boxText(const QWidget &window)
 {
     const auto *box = window.findChild<QMessageBox *>();
@@ -154,10 +161,8 @@ void tst_BundleFiles::everyPageHasItsPart()
     QVERIFY(window.findChild<QWidget *>(QStringLiteral("checkupPage"))->isVisible());
     QCOMPARE(window.checkup().record().snapshot.find(2)->value(0x1018, 4).toUInt(), serial);
     QCOMPARE(window.checkup().record().fileName, m_folder->filePath(QStringLiteral("b.zip")));
-    const auto *lines = window.findChild<QTableView *>(QStringLiteral("traceTable"));
-    QCOMPARE(lines->model()->rowCount(), 3);
-    const auto *events = window.findChild<QTableView *>(QStringLiteral("eventTable"));
-    QCOMPARE(events->model()->rowCount(), 2);
+    QCOMPARE(tableOf(window, "actionPageTrace", "traceTable")->model()->rowCount(), 3);
+    QCOMPARE(tableOf(window, "actionPageLive", "eventTable")->model()->rowCount(), 2);
     QVERIFY(
         window.messages().toText().contains(QLatin1String("This is a support bundle of test 1.0, made ")));
     QVERIFY(window.messages().toText().contains(QLatin1String("Serial numbers and names are masked.")));
@@ -185,12 +190,11 @@ void tst_BundleFiles::eventLeadsToItsFrames()
     window.show();
     window.openFile(write(someBundle()));
     settle();
-    auto *events = window.findChild<QTableView *>(QStringLiteral("eventTable"));
-    auto *lines = window.findChild<QTableView *>(QStringLiteral("traceTable"));
+    auto *events = tableOf(window, "actionPageLive", "eventTable");
     emit events->clicked(events->model()->index(1, 0));
     settle();
     QVERIFY(!window.trace().isLive());
-    QCOMPARE(lines->currentIndex().row(), 2);
+    QCOMPARE(tableOf(window, "actionPageTrace", "traceTable")->currentIndex().row(), 2);
 }
 
 void tst_BundleFiles::connectingShowsTheBusAgain()

@@ -6,6 +6,7 @@
 #include <host/core/recentfiles.h>
 #include <host/lightpalette.h>
 #include <host/mainwindow.h>
+#include <host/pages/trace/tracesession.h>
 #include <host/statusline.h>
 
 #include <QAction>
@@ -61,6 +62,9 @@ private slots:
     void isLightOnADarkDesktop();
     void isLightOnADesktopThatIsDarkFromTheStart();
     void pageScrollsOnASmallScreen();
+    void pagesAreMadeWhenTheyAreShown();
+    void pagesShowWhatWasBefore();
+    void traceThatCannotBeOpenedIsSaidOnce();
     void eventIsShownInTheTrace();
     void traceFileIsOpened();
     void dialogOpensTraces();
@@ -355,6 +359,66 @@ void tst_MainWindow::pageScrollsOnASmallScreen()
     QVERIFY2(window.width() <= 504, qPrintable(QString::number(window.width())));
     QVERIFY2(window.height() <= 264, qPrintable(QString::number(window.height())));
     host.session.shutDown();
+}
+
+void tst_MainWindow::pagesAreMadeWhenTheyAreShown()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    window.show();
+    const std::pair<const char *, const char *> pages[] = {{"actionPageLive", "livePage"},
+                                                           {"actionPageTrace", "tracePage"},
+                                                           {"actionPageArchive", "archivePage"}};
+    for (const auto &[action, name] : pages) {
+        QVERIFY2(window.findChild<QWidget *>(QLatin1String(name)) == nullptr, name);
+        window.findChild<QAction *>(QLatin1String(action))->trigger();
+        QVERIFY2(window.findChild<QWidget *>(QLatin1String(name))->isVisible(), name);
+    }
+    window.findChild<QAction *>(QStringLiteral("actionPageLive"))->trigger(); // no second one
+    QCOMPARE(window.findChildren<QWidget *>(QStringLiteral("livePage")).size(), 1);
+}
+
+void tst_MainWindow::pagesShowWhatWasBefore()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    window.show();
+    QVERIFY(host.services.bus().connectToBus(fakeSettings(), nullptr));
+    host.fake.heartbeat(5);
+    QTest::qWait(500);
+    host.fake.device()->inject(QCanBusFrame(0x085, QByteArray::fromHex("1042080000000000")));
+    QTest::qWait(500);
+    window.findChild<QAction *>(QStringLiteral("actionPageLive"))->trigger();
+    const auto *events = window.findChild<QTableView *>(QStringLiteral("eventTable"));
+    QCOMPARE(events->model()->rowCount(), 2);
+    QVERIFY(events->isVisible());
+    QVERIFY(window.findChild<QToolButton *>(QStringLiteral("allNumbers"))->isEnabled());
+    window.findChild<QAction *>(QStringLiteral("actionPageTrace"))->trigger();
+    QCOMPARE(window.findChild<QTableView *>(QStringLiteral("traceTable"))->model()->rowCount(), 2);
+    host.services.bus().disconnectFromBus();
+}
+
+void tst_MainWindow::traceThatCannotBeOpenedIsSaidOnce()
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("rubbish.log")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("nothing of a bus\n");
+    file.close();
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    window.trace().open(file.fileName()); // without the page
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    QCOMPARE(window.findChildren<QMessageBox *>().size(), 1);
+    QVERIFY2(shownBox(window)->text().contains(QStringLiteral("rubbish.log is no trace that is known")),
+             qPrintable(shownBox(window)->text()));
+    delete shownBox(window);
+    window.show();
+    window.openFile(file.fileName());
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    QCOMPARE(window.findChildren<QMessageBox *>().size(), 1);
 }
 
 void tst_MainWindow::eventIsShownInTheTrace()

@@ -45,6 +45,8 @@ LivePage::LivePage(LiveSession *session, QWidget *parent)
     });
     connectParts();
     retranslate();
+    if (!session->isEmpty())
+        begin();
 }
 
 void LivePage::connectParts()

@@ -161,7 +161,7 @@ void TracePage::connectParts()
     connect(m_copy, &QToolButton::clicked, m_table, &CopyTable::copy);
     connect(m_table, &TraceTable::copiedNotAll, this, [this] {
         emit told(
-            tr("Only the first %1 lines were copied; \"Export\" saves all.").arg(TraceTable::mostCopied), {});
+            tr("Only the first %1 lines were copied; \"Export\" saves all.").arg(TraceTable::mostCopied));
     });
     connect(m_table, &TraceTable::followingChanged, this, &TracePage::setFollowing);
     QItemSelectionModel *selection = m_table->selectionModel();
@@ -175,8 +175,6 @@ void TracePage::connectSession()
     connect(m_session, &TraceSession::grown, this, &TracePage::takeGrown);
     connect(m_session, &TraceSession::shortened, this, &TracePage::takeShortened);
     connect(m_session, &TraceSession::relearnt, this, &TracePage::relearn);
-    connect(m_session, &TraceSession::told, this, &TracePage::told);
-    connect(m_session, &TraceSession::failed, this, &TracePage::failed);
 }
 
 void TracePage::setFolder(const std::function<QString()> &folder)
@@ -341,7 +339,7 @@ void TracePage::showMomentHere(const TraceMoment &moment)
         return;
     if (moment.time < lines.time(0) - TraceMoment::tolerance) {
         if (isVisible())
-            emit told(tr("What was on the bus then is no longer in this list."), {});
+            emit told(tr("What was on the bus then is no longer in this list."));
         return;
     }
     if (!lines.fits(*line, m_filter->filter()))

@@ -45,9 +45,8 @@ public:
 signals:
     /*! The user wants the events around a time. */
     void eventsRequested(const QDateTime &time);
-    /*! What came of something, and what did not go well with it. */
-    void told(const QString &sentence, const QStringList &problems);
-    void failed(const QString &sentence);
+    /*! Something worth a message; what the session tells is not repeated. */
+    void told(const QString &sentence);
 
 protected:
     void changeEvent(QEvent *event) override;

@@ -526,7 +526,7 @@ void tst_TracePage::saysThatNotAllIsCopied()
 void tst_TracePage::exportsWhatIsShown()
 {
     TraceHost host;
-    QSignalSpy told(&host.page, &TracePage::told);
+    QSignalSpy told(&host.session, &TraceSession::told);
     host.open(fourLines());
     host.type("filterNodes", QStringLiteral("2"));
     host.find<QToolButton>("traceExport")->click();
@@ -581,7 +581,7 @@ void tst_TracePage::suggestedNamesTellAFormat()
 {
     QFETCH(QString, button);
     TraceHost host;
-    QSignalSpy failed(&host.page, &TracePage::failed);
+    QSignalSpy failed(&host.session, &TraceSession::failed);
     host.connectToBus();
     host.heartbeats(3);
     host.find<QToolButton>(qPrintable(button))->click();
@@ -641,7 +641,7 @@ void tst_TracePage::recordsIntoSeveralFiles()
     host.heartbeats(1);
     QVERIFY2(host.label("traceState").startsWith(QStringLiteral("Recording long-0002.log: 3 frames, 1 min ")),
              qPrintable(host.label("traceState")));
-    QSignalSpy told(&host.page, &TracePage::told);
+    QSignalSpy told(&host.session, &TraceSession::told);
     host.session.recorder().stopRecording();
     QVERIFY2(told.first().first().toString().endsWith(
                  QStringLiteral("long-0001.log to long-0002.log, 3 frame(s)")),
@@ -753,7 +753,7 @@ void tst_TracePage::emptyFileIsSaid()
 void tst_TracePage::whatIsShownStaysWhenAFileIsBad()
 {
     TraceHost host;
-    QSignalSpy failed(&host.page, &TracePage::failed);
+    QSignalSpy failed(&host.session, &TraceSession::failed);
     host.open(fourLines());
     host.table()->selectRow(1);
     const QString name = host.folder.filePath(QStringLiteral("rubbish.log"));
