@@ -4,9 +4,10 @@
 // the waiting. So a test with time-outs gives the same result on a machine of any speed and load, and takes no longer
 // than its own work; what must not happen within a second does not happen, however busy the machine is.
 //
-// For programs whose whole world is the main thread. One that waits for a thread, as an HTTP request of Qt does, or for a
-// server would leap past the other's answer; it lives in real time: REAL_TIME in overview_add_test(). While the program
-// has a child process, its waiting is real.
+// For programs whose whole world is the main thread and threads that work for it: the clock stands while one of them runs
+// or reads a file. A program that waits for a thread that waits itself, as an HTTP request of Qt does, or for a server
+// would leap past the other's answer; it lives in real time: REAL_TIME in overview_add_test(). While the program has a
+// child process, its waiting is real.
 //
 // Other threads see the real time, so the watchdog of Qt Test still ends a test that hangs. The date is the real one.
 // Where the main thread waits for another one after all, as Qt does for its own when the application ends, it waits as
@@ -16,12 +17,17 @@
 #include <chrono>
 #include <ctime>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
+#include <dirent.h>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <poll.h>
 #include <pthread.h>
 #include <sys/eventfd.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/timerfd.h>
 #include <sys/wait.h>
@@ -119,6 +125,49 @@ bool hasChildren()
     return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) == 0;
 }
 
+constexpr char tasks[] = "/proc/self/task";
+
+/*! False as long as the program has one thread only. */
+bool hasThreads()
+{
+    constexpr nlink_t onlyOne = 3; // with "." and ".."
+    struct stat folder
+    {
+    };
+    return stat(tasks, &folder) == 0 && folder.st_nlink > onlyOne;
+}
+
+/*! True for a thread that runs or waits for a disk. */
+bool isWorking(int folder, const char *thread)
+{
+    char text[512]; // "1234 (name) R ..."
+    const int file = openat(folder, (std::string(thread) + "/stat").c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+        return false; // it has ended
+    const ssize_t size = read(file, text, sizeof text);
+    syscall(SYS_close, file);
+    const std::string_view line(text, size > 0 ? static_cast<size_t>(size) : 0);
+    const size_t nameEnd = line.rfind(") ");
+    return nameEnd != line.npos && nameEnd + 2 < line.size()
+           && (line[nameEnd + 2] == 'R' || line[nameEnd + 2] == 'D');
+}
+
+/*! True while another thread works. */
+bool othersWork()
+{
+    DIR *const folder = hasThreads() ? opendir(tasks) : nullptr;
+    if (folder == nullptr)
+        return false;
+    const std::string own = std::to_string(syscall(SYS_gettid));
+    bool isAny = false;
+    while (const dirent *thread = readdir(folder))
+        isAny = isAny
+                || (thread->d_name[0] != '.' && own != thread->d_name
+                    && isWorking(dirfd(folder), thread->d_name));
+    closedir(folder);
+    return isAny;
+}
+
 /*! What this file took the place of. */
 template<typename Function>
 Function *replaced(const char *name)
@@ -142,6 +191,20 @@ int waitReally(const timespec &end, Wait wait)
     const int result = wait(&realEnd);
     now += realTime() - begin;
     return result;
+}
+
+/*! Polls while other threads work; the clock stands. One that works without end is waited for ten seconds. */
+int pollBesideOthers(pollfd *files, nfds_t count, const sigset_t *signals)
+{
+    constexpr Time longest = std::chrono::seconds(10);
+    const timespec moment = timespecFrom(std::chrono::microseconds(200));
+    const Time begin = realTime();
+    int ready = 0;
+    while (ready == 0 && othersWork() && realTime() - begin < longest)
+        ready = pollReally(files, count, &moment, signals);
+    // What the last one has done at its end.
+    const timespec atOnce{};
+    return ready != 0 ? ready : pollReally(files, count, &atOnce, signals);
 }
 
 /*! Polls until \a next in real time; for ever when that is empty. */
@@ -171,6 +234,7 @@ REPLACES_C_LIBRARY int nanosleep(const timespec *duration, timespec *rest)
 {
     if (!isMainThread())
         return static_cast<int>(syscall(SYS_nanosleep, duration, rest));
+    pollBesideOthers(nullptr, 0, nullptr);
     now += timeFrom(*duration);
     return hasChildren() ? static_cast<int>(syscall(SYS_nanosleep, duration, rest)) : 0;
 }
@@ -190,9 +254,11 @@ REPLACES_C_LIBRARY int ppoll(pollfd *files, nfds_t count, const timespec *patien
         if (ready != 0 || (end && *end <= now))
             return ready;
         const std::optional<Time> next = nextEvent(end);
-        if (next && !hasChildren())
+        if (next && !hasChildren()) {
+            if (const int changed = pollBesideOthers(files, count, signals))
+                return changed;
             now = std::max(now, *next);
-        else if (const int changed = pollUntil(next, files, count, signals))
+        } else if (const int changed = pollUntil(next, files, count, signals))
             return changed;
     }
 }

@@ -38,6 +38,7 @@ private slots:
     void otherThreadsSeeTheRealTime();
     void childrenAreWaitedFor();
     void threadsAreWaitedFor();
+    void standsWhileAThreadWorks();
 };
 
 void tst_LeapingClock::timersFireInOrder()
@@ -253,6 +254,23 @@ void tst_LeapingClock::threadsAreWaitedFor()
     locker.unlock();
     QVERIFY(thread->wait(QDeadlineTimer(10min)));
     QVERIFY(isWoken);
+}
+
+void tst_LeapingClock::standsWhileAThreadWorks()
+{
+    QThread *const thread = QThread::create([] {
+        const auto end = std::chrono::steady_clock::now() + 100ms; // its time is the real one
+        while (std::chrono::steady_clock::now() < end)
+            ;
+    });
+    QSignalSpy finished(thread, &QThread::finished);
+    QElapsedTimer clock;
+    clock.start();
+    thread->start();
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 50);
+    QVERIFY2(clock.elapsed() < 50, qPrintable(QString::number(clock.elapsed())));
+    thread->wait();
+    delete thread;
 }
 
 QTEST_GUILESS_MAIN(tst_LeapingClock)
