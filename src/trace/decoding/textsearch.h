@@ -37,7 +37,7 @@ public:
 
     explicit TextSearch(const QString &text)
         : m_matcher(text, Qt::CaseInsensitive)
-        , m_slots(text.isEmpty() ? 0 : places)
+        , m_places(text.isEmpty() ? 0 : places)
     {
     }
 
@@ -47,16 +47,18 @@ public:
     {
         if (!key)
             return m_matcher.indexIn(words()) >= 0;
-        Slot &slot = m_slots[placeOf(*key)];
-        if (!slot.isUsed || !(slot.key == *key))
-            slot = {*key, true, m_matcher.indexIn(words()) >= 0};
-        return slot.isThere;
+        Place &place = m_places[placeOf(*key)];
+        Slot *slot = place.find(*key);
+        if (slot == nullptr) {
+            slot = &place.giveAway();
+            *slot = {*key, true, m_matcher.indexIn(words()) >= 0};
+        }
+        return slot->isThere;
     }
 
 private:
     static constexpr std::size_t places = 1 << 17;
 
-    /*! What was looked into last of all that has its place here. */
     struct Slot
     {
         Key key{};
@@ -64,8 +66,28 @@ private:
         bool isThere = false;
     };
 
+    /*! What was looked into last of all that has its place here: two, or what comes by turns would be made anew each time.
+     */
+    struct alignas(64) Place
+    {
+        Slot first;
+        Slot second;
+
+        Slot *find(const Key &key)
+        {
+            if (first.isUsed && first.key == key)
+                return &first;
+            return second.isUsed && second.key == key ? &second : nullptr;
+        }
+        Slot &giveAway()
+        {
+            second = first;
+            return first;
+        }
+    };
+
     static std::size_t placeOf(const Key &key);
 
     QStringMatcher m_matcher;
-    std::vector<Slot> m_slots;
+    std::vector<Place> m_places;
 };
