@@ -14,10 +14,10 @@ namespace CanOpen {
 
 namespace {
 
-constexpr int connectTimeout = 5000;  // ms
-constexpr int firstRetryDelay = 1;    // ms
-constexpr int longestRetryDelay = 20; // ms
-constexpr int stallInterval = 100;    // ms
+constexpr int usualConnectTime = 5000; // ms
+constexpr int firstRetryDelay = 1;     // ms
+constexpr int longestRetryDelay = 20;  // ms
+constexpr int stallInterval = 100;     // ms
 
 } // namespace
 
@@ -143,9 +143,16 @@ bool CanPort::connectDevice(QString *errorMessage)
     *errorMessage
         = m_device->error() != QCanBusDevice::NoError
               ? systemErrorText(m_device->errorString())
-              : tr("The CAN interface did not connect within %1 seconds.").arg(connectTimeout / 1000);
+              : tr("The CAN interface did not connect within %1 seconds.").arg(connectTime() / 1000);
     disconnectDevice();
     return false;
+}
+
+/*! How long may be waited, in ms: what the device says, if it does. */
+int CanPort::connectTime() const
+{
+    const QVariant told = m_device->property("connectTime");
+    return told.isValid() ? told.toInt() : usualConnectTime;
 }
 
 void CanPort::waitUntilConnected()
@@ -153,7 +160,7 @@ void CanPort::waitUntilConnected()
     QEventLoop loop;
     connect(m_device.get(), &QCanBusDevice::stateChanged, &loop, &QEventLoop::quit);
     connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
-    QTimer::singleShot(connectTimeout, &loop, &QEventLoop::quit);
+    QTimer::singleShot(connectTime(), &loop, &QEventLoop::quit);
     loop.exec(QEventLoop::ExcludeUserInputEvents);
 }
 

@@ -97,6 +97,7 @@ private:
     class DeviceSignal;
 
     bool connectDevice(QString *errorMessage);
+    int connectTime() const;
     void waitUntilConnected();
     void disconnectDevice();
     void handleState();

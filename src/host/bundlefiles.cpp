@@ -7,7 +7,7 @@
 #include <bundle/bundlefile.h>
 #include <bundle/bundlemasking.h>
 #include <bundle/systemfacts.h>
-#include <host/core/background.h>
+#include <system/background.h>
 #include <host/pages/checkupsession.h>
 #include <host/pages/checkupwords.h>
 #include <host/pages/live/livesession.h>

@@ -5,7 +5,7 @@
 #include "filefolder.h"
 #include "vehiclefiles.h"
 
-#include <host/core/background.h>
+#include <system/background.h>
 #include <host/pages/checkupsession.h>
 #include <host/pages/checkupwords.h>
 #include <host/pages/comparisondialog.h>

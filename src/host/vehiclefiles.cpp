@@ -3,7 +3,7 @@
 
 #include "filefolder.h"
 
-#include <host/core/background.h>
+#include <system/background.h>
 #include <host/core/recentfiles.h>
 #include <host/core/shownvehicle.h>
 #include <snapshot/savedvehicle.h>

@@ -4,6 +4,7 @@
 #include "usertraces.h"
 
 #include <canopen/cobid.h>
+#include <system/background.h>
 #include <trace/files/tracefile.h>
 
 #include <QLoggingCategory>
@@ -31,6 +32,22 @@ constexpr int mostListed = 1000;
 // Between the end of a repeated trace and its next beginning, so that one of a single frame is no flood; us.
 constexpr qint64 repeatPause = 100 * 1000;
 
+/*! One bus is one channel. */
+bool keepChannel(const QString &fileName, const QString &channel, Trace *trace, QString *errorMessage)
+{
+    const QStringList &channels = trace->head.channels;
+    const int number = channel.isEmpty() ? trace->frames.front().channel : channels.indexOf(channel);
+    if (number < 0) {
+        *errorMessage = TraceCanDevice::tr("The trace %1 has no channel \"%2\". There are: %3.")
+                            .arg(fileName, channel, channels.join(QStringLiteral(", ")));
+        return false;
+    }
+    const auto isOther = [number](const TraceFrame &frame) { return frame.channel != number; };
+    trace->frames.erase(std::remove_if(trace->frames.begin(), trace->frames.end(), isOther),
+                        trace->frames.end());
+    return true;
+}
+
 void logProblems(const Trace &trace, const QString &fileName)
 {
     for (const TraceProblem &problem : trace.problems)
@@ -41,6 +58,14 @@ void logProblems(const Trace &trace, const QString &fileName)
 }
 
 } // namespace
+
+/*! What was read of a file. */
+struct TraceCanDevice::Loaded
+{
+    Trace trace;
+    RecordedAnswers answers;
+    QString errorMessage; // empty: all is well
+};
 
 TraceCanDevice::TraceCanDevice(const QString &interfaceName, QObject *parent)
     : QCanBusDevice(parent)
@@ -128,6 +153,12 @@ qint64 TraceCanDevice::busTime() const
     return m_player != nullptr ? m_player->stampAt(now()) : 0;
 }
 
+int TraceCanDevice::connectTime()
+{
+    constexpr int longest = 120 * 1000; // a file with as many frames as can be read, on a slow disk
+    return longest;
+}
+
 bool TraceCanDevice::open()
 {
     QString error;
@@ -137,11 +168,41 @@ bool TraceCanDevice::open()
         return false;
     }
     m_address = *address;
-    if (!load(&error)) {
-        setError(error, ConnectionError);
-        return false;
+    Background::run(
+        this, [address = *address] { return load(address); },
+        [this, attempt = ++m_attempt](Loaded &loaded) {
+            if (attempt == m_attempt)
+                begin(&loaded);
+        });
+    return true;
+}
+
+TraceCanDevice::Loaded TraceCanDevice::load(const PlaybackAddress &address)
+{
+    Loaded loaded;
+    std::optional<Trace> trace = TraceFile::load(address.fileName, TraceFile::Limits(), &loaded.errorMessage);
+    if (!trace)
+        return loaded;
+    if (trace->frames.empty())
+        loaded.errorMessage = tr("The trace %1 has no frames.").arg(address.fileName);
+    else
+        keepChannel(address.fileName, address.channel, &*trace, &loaded.errorMessage);
+    if (loaded.errorMessage.isEmpty())
+        loaded.answers = RecordedAnswers::of(trace->frames);
+    loaded.trace = std::move(*trace);
+    return loaded;
+}
+
+void TraceCanDevice::begin(Loaded *loaded)
+{
+    logProblems(loaded->trace, m_address.fileName);
+    if (!loaded->errorMessage.isEmpty()) {
+        setError(loaded->errorMessage, ConnectionError);
+        setState(UnconnectedState);
+        return;
     }
-    m_vehicle = std::make_unique<RecordedVehicle>(RecordedAnswers::of(m_trace.frames), m_address.knowledge);
+    m_trace = std::move(loaded->trace);
+    m_vehicle = std::make_unique<RecordedVehicle>(std::move(loaded->answers), m_address.knowledge);
     m_player = std::make_unique<TracePlayer>(&m_trace.frames);
     m_player->setSpeed(m_address.speed);
     m_player->setPace(m_address.pace);
@@ -150,41 +211,11 @@ bool TraceCanDevice::open()
     m_player->start(now());
     schedule();
     setState(ConnectedState);
-    return true;
-}
-
-bool TraceCanDevice::load(QString *errorMessage)
-{
-    std::optional<Trace> trace = TraceFile::load(m_address.fileName, TraceFile::Limits(), errorMessage);
-    if (!trace)
-        return false;
-    logProblems(*trace, m_address.fileName);
-    m_trace = std::move(*trace);
-    if (m_trace.frames.empty()) {
-        *errorMessage = tr("The trace %1 has no frames.").arg(m_address.fileName);
-        return false;
-    }
-    return keepChannel(m_address.channel, errorMessage);
-}
-
-/*! One bus is one channel. */
-bool TraceCanDevice::keepChannel(const QString &channel, QString *errorMessage)
-{
-    const QStringList &channels = m_trace.head.channels;
-    const int number = channel.isEmpty() ? m_trace.frames.front().channel : channels.indexOf(channel);
-    if (number < 0) {
-        *errorMessage = tr("The trace %1 has no channel \"%2\". There are: %3.")
-                            .arg(m_address.fileName, channel, channels.join(QStringLiteral(", ")));
-        return false;
-    }
-    std::vector<TraceFrame> &frames = m_trace.frames;
-    const auto isOther = [number](const TraceFrame &frame) { return frame.channel != number; };
-    frames.erase(std::remove_if(frames.begin(), frames.end(), isOther), frames.end());
-    return true;
 }
 
 void TraceCanDevice::close()
 {
+    ++m_attempt;
     m_timer.stop();
     m_answerTimer.stop();
     m_answers.clear();

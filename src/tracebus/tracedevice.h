@@ -18,7 +18,7 @@
 
 /*! A CAN interface on which a trace is played back, see PlaybackAddress for its name.
  *
- *  The trace is read when the device connects, and begins with its first frame then. Frames arrive with their times
+ *  The trace is read in another thread while the device connects, and begins with its first frame then. Frames arrive with their times
  *  (TracePlayer::stamp()). Whoever writes a request to read is answered by the vehicle in the trace (RecordedVehicle), also
  *  when the trace is over; the device stays connected and is silent then. Everything else that is written goes nowhere. From
  *  the first request to a node on, its SDO frames in the trace do not arrive any more: they would be taken for answers.
@@ -26,13 +26,15 @@
  *  While it is connected it can be paused, stepped and played at another speed by configuration keys, and tells in the property
  *  "playback" how far it is (PlaybackState).
  *
- *  What could not be read of the file is logged.
+ *  What could not be read of the file is logged. Long files take long to connect: the property "connectTime" is how long may
+ *  be waited for it, in ms.
  */
 class TraceCanDevice : public QCanBusDevice
 {
     Q_OBJECT
     Q_PROPERTY(QVariantMap playback READ playback)
     Q_PROPERTY(qint64 busTime READ busTime)
+    Q_PROPERTY(int connectTime READ connectTime CONSTANT)
 
 public:
     /*! Configuration keys of this back end (PlaybackState::Key). */
@@ -57,6 +59,8 @@ public:
     /*! The time on this bus, us; 0 while it is not connected. */
     qint64 busTime() const;
 
+    static int connectTime();
+
     /*! The traces in the user's folder. */
     static QList<QCanBusDeviceInfo> interfaces();
 
@@ -65,8 +69,10 @@ protected:
     void close() override;
 
 private:
-    bool load(QString *errorMessage);
-    bool keepChannel(const QString &channel, QString *errorMessage);
+    struct Loaded;
+
+    static Loaded load(const PlaybackAddress &address);
+    void begin(Loaded *loaded);
     void control(int key, const QVariant &value);
     void setSpeed(double speed);
     void play();
@@ -78,6 +84,7 @@ private:
     qint64 now() const;
 
     QString m_interfaceName;
+    int m_attempt = 0;                                      // to connect
     PlaybackAddress m_address;                              // its speed is that of now
     TracePlayer::Pace m_pace = TracePlayer::Pace::Recorded; // while it is not paused
     Trace m_trace;

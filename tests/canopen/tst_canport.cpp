@@ -93,6 +93,7 @@ private slots:
     void openWaitsForBackground();
     void openFails_data();
     void openFails();
+    void deviceSaysHowLongItMayTake();
     void portDeletedWhileConnecting();
     void closeIsNoLoss();
     void dropsWhatIsSentWhileClosed();
@@ -199,6 +200,19 @@ void tst_CanPort::openFails()
     QCOMPARE(test.device->state(), QCanBusDevice::UnconnectedState);
     QCoreApplication::processEvents();
     QCOMPARE(test.losses, QStringList());
+}
+
+void tst_CanPort::deviceSaysHowLongItMayTake()
+{
+    Fixture test;
+    test.device->setConnecting(FakeCanDevice::Connecting::Never);
+    test.device->setProperty("connectTime", 90'000);
+    QElapsedTimer clock;
+    clock.start();
+    QString error;
+    QVERIFY(!test.port->open(&error));
+    QCOMPARE(error, QStringLiteral("The CAN interface did not connect within 90 seconds."));
+    QCOMPARE(clock.elapsed() / 1000, qint64(90));
 }
 
 void tst_CanPort::portDeletedWhileConnecting()

@@ -106,12 +106,15 @@ private slots:
     void cannotBeOpened_data();
     void cannotBeOpened();
     void connectsAgain();
+    void canBeGivenUpWhileItIsRead_data();
+    void canBeGivenUpWhileItIsRead();
     void slotsMayCloseOrDelete_data();
     void slotsMayCloseOrDelete();
     void isABusForTheHost();
     void nobodyIsLostWhileItIsPaused();
 
 private:
+    static bool isConnected(QCanBusDevice *device);
     std::unique_ptr<TraceCanDevice> device(const QString &settings = QString());
 
     QTemporaryDir m_folder;
@@ -127,10 +130,21 @@ void tst_TraceDevice::initTestCase()
     file.write(ride);
 }
 
+/*! The file is read in another thread. */
+bool tst_TraceDevice::isConnected(QCanBusDevice *device)
+{
+    if (!device->connectDevice())
+        return false;
+    QEventLoop loop;
+    connect(device, &QCanBusDevice::stateChanged, &loop, &QEventLoop::quit);
+    loop.exec();
+    return device->state() == QCanBusDevice::ConnectedState;
+}
+
 std::unique_ptr<TraceCanDevice> tst_TraceDevice::device(const QString &settings)
 {
     auto made = std::make_unique<TraceCanDevice>(m_file + settings);
-    if (!made->connectDevice())
+    if (!isConnected(made.get()))
         qFatal("%s", qPrintable(made->errorString()));
     return made;
 }
@@ -142,7 +156,7 @@ void tst_TraceDevice::isFoundByQCanBus()
     const std::unique_ptr<QCanBusDevice> made(
         QCanBus::instance()->createDevice(QStringLiteral("trace"), m_file, &error));
     QVERIFY2(made != nullptr, qPrintable(error));
-    QVERIFY2(made->connectDevice(), qPrintable(made->errorString()));
+    QVERIFY2(isConnected(made.get()), qPrintable(made->errorString()));
     QCOMPARE(made->state(), QCanBusDevice::ConnectedState);
 }
 
@@ -216,7 +230,7 @@ void tst_TraceDevice::unpacedWaitsForItsReader()
         file.write("(1600000000.000000) can0 702#05\n");
     file.close();
     TraceCanDevice played(name + QStringLiteral("?speed=max"));
-    QVERIFY(played.connectDevice());
+    QVERIFY(isConnected(&played));
     pass(500);
     QVERIFY2(played.framesAvailable() <= 1000, qPrintable(QString::number(played.framesAvailable())));
     int read = 0;
@@ -456,7 +470,7 @@ void tst_TraceDevice::otherFramesAreNotHidden()
                "(1600000001.000000) can0 603#4000100000000000\n");
     file.close();
     TraceCanDevice played(name);
-    QVERIFY(played.connectDevice());
+    QVERIFY(isConnected(&played));
     Listener listener(&played);
     QVERIFY(played.writeFrame(QCanBusFrame(0x602, QByteArray::fromHex("4099990000000000"))));
     pass(3000);
@@ -502,7 +516,7 @@ void tst_TraceDevice::cannotBeOpened()
     QFETCH(QString, complaint);
     QFETCH(int, error);
     TraceCanDevice played(name.contains(QLatin1Char('%')) ? name.arg(m_file) : name);
-    QVERIFY(!played.connectDevice());
+    QVERIFY(!isConnected(&played));
     QCOMPARE(played.state(), QCanBusDevice::UnconnectedState);
     QCOMPARE(int(played.error()), error);
     QVERIFY(!played.errorString().isEmpty());
@@ -522,12 +536,41 @@ void tst_TraceDevice::connectsAgain()
     pass(5000);
     QCOMPARE(listener.texts.size(), 2);
     played->disconnectDevice();
-    QVERIFY(played->connectDevice());
+    QVERIFY(isConnected(played.get()));
     QVERIFY(played->writeFrame(QCanBusFrame(0x602, QByteArray::fromHex("4000100000000000"))));
     played->disconnectDevice(); // before the answer
-    QVERIFY(played->connectDevice());
+    QVERIFY(isConnected(played.get()));
     pass(600);
     QCOMPARE(listener.texts.size(), 4);
+}
+
+void tst_TraceDevice::canBeGivenUpWhileItIsRead_data()
+{
+    QTest::addColumn<bool>("isDeleted");
+    QTest::newRow("closed") << false;
+    QTest::newRow("deleted") << true;
+}
+
+void tst_TraceDevice::canBeGivenUpWhileItIsRead()
+{
+    QFETCH(bool, isDeleted);
+    auto played = std::make_unique<TraceCanDevice>(m_file);
+    QVERIFY(played->connectDevice());
+    QCOMPARE(played->state(), QCanBusDevice::ConnectingState);
+    QVERIFY(!played->writeFrame(QCanBusFrame(0x602, QByteArray::fromHex("4000100000000000"))));
+    if (isDeleted) {
+        played.reset();
+        pass(1000);
+        return;
+    }
+    played->disconnectDevice();
+    QCOMPARE(played->state(), QCanBusDevice::UnconnectedState);
+    pass(1000); // what was read comes to nothing
+    QCOMPARE(played->state(), QCanBusDevice::UnconnectedState);
+    QVERIFY(isConnected(played.get()));
+    Listener listener(played.get());
+    pass(600);
+    QCOMPARE(listener.texts.size(), 2);
 }
 
 void tst_TraceDevice::slotsMayCloseOrDelete_data()

@@ -4,7 +4,7 @@
 #include <checkup/checkup.h>
 #include <checkup/ruleset.h>
 #include <checkup/snapshotcomparison.h>
-#include <host/core/background.h>
+#include <system/background.h>
 #include <servicereport/htmlreport.h>
 #include <servicereport/pdfreport.h>
 #include <servicereport/reportlanguage.h>

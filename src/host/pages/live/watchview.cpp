@@ -8,7 +8,7 @@
 #include "valuetable.h"
 
 #include <canopen/edsfile.h>
-#include <host/core/background.h>
+#include <system/background.h>
 #include <host/pages/copytable.h>
 #include <live/values/pdosource.h>
 

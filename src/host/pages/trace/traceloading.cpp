@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "traceloading.h"
 
-#include <host/core/background.h>
+#include <system/background.h>
 #include <trace/files/tracefile.h>
 
 #include <QDir>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tracerecorder.h"
 
-#include <host/core/background.h>
+#include <system/background.h>
 #include <live/events/eventlist.h>
 #include <trace/recording/tracefolder.h>
 

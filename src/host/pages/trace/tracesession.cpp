@@ -3,7 +3,7 @@
 
 #include "tracerows.h"
 
-#include <host/core/background.h>
+#include <system/background.h>
 #include <trace/files/tracefile.h>
 #include <trace/files/traceformat.h>
 

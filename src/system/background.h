@@ -15,7 +15,8 @@
 namespace Background {
 
 /*! Runs \a work, which may only use what it has copied; then calls \a done with what it returned in the thread of
- *  \a context, unless that has gone by then. The program does not end before the work has.
+ *  \a context, unless that has gone by then. The program does not end before the work has. \a done may take what it is given
+ *  by reference and move it away.
  */
 template<typename Work, typename Done>
 void run(QObject *context, Work work, Done done)
