@@ -8,7 +8,7 @@
 
 namespace {
 
-struct Tr
+struct VisitRowsTr
 {
     Q_DECLARE_TR_FUNCTIONS(VisitRows)
 };
@@ -226,5 +226,5 @@ QString VisitRows::vehicleCall(qint64 id, const QString &name, const QString &la
 {
     if (!name.isEmpty())
         return name;
-    return label.isEmpty() ? Tr::tr("Vehicle %1").arg(id) : label;
+    return label.isEmpty() ? VisitRowsTr::tr("Vehicle %1").arg(id) : label;
 }

@@ -33,7 +33,7 @@
 
 namespace {
 
-struct Tr
+struct DraxelCtlTr
 {
     Q_DECLARE_TR_FUNCTIONS(DraxelCtl)
 };
@@ -73,23 +73,23 @@ constexpr Command commands[] = {
 
 QString usage()
 {
-    QString text = Tr::tr("draxelctl looks into the CANopen bus of light electric vehicles.\n"
-                          "\n"
-                          "Usage: draxelctl COMMAND [OPTION]...\n"
-                          "\n"
-                          "Commands:\n");
+    QString text = DraxelCtlTr::tr("draxelctl looks into the CANopen bus of light electric vehicles.\n"
+                                   "\n"
+                                   "Usage: draxelctl COMMAND [OPTION]...\n"
+                                   "\n"
+                                   "Commands:\n");
     for (const Command &command : commands) {
         text += QStringLiteral("  %1 %2\n")
                     .arg(QLatin1String(command.name), -12)
-                    .arg(Tr::tr(command.description));
+                    .arg(DraxelCtlTr::tr(command.description));
     }
     return text
-           + Tr::tr("\n"
-                    "\"draxelctl help COMMAND\" shows the options of a command.\n"
-                    "\n"
-                    "Examples:\n"
-                    "  draxelctl read --bus simulated:pedelec --export vehicle.dxxml\n"
-                    "  draxelctl show vehicle.dxxml");
+           + DraxelCtlTr::tr("\n"
+                             "\"draxelctl help COMMAND\" shows the options of a command.\n"
+                             "\n"
+                             "Examples:\n"
+                             "  draxelctl read --bus simulated:pedelec --export vehicle.dxxml\n"
+                             "  draxelctl show vehicle.dxxml");
 }
 
 const Command *findCommand(const QString &name)
@@ -105,8 +105,8 @@ ExitStatus runCommand(const QStringList &arguments)
     const QString name = arguments.value(1);
     if (const Command *command = findCommand(name))
         return command->run(arguments);
-    Console::printError(Tr::tr("draxelctl: There is no command \"%1\".").arg(name));
-    Console::printError(Tr::tr("\"draxelctl --help\" lists the commands."));
+    Console::printError(DraxelCtlTr::tr("draxelctl: There is no command \"%1\".").arg(name));
+    Console::printError(DraxelCtlTr::tr("\"draxelctl --help\" lists the commands."));
     return Exit::usage;
 }
 
@@ -174,6 +174,6 @@ int main(int argc, char *argv[])
         return status.number;
     if (!Terminal::hasReader(Terminal::Stream::Output)) // "draxelctl ... | head": they have what they wanted
         return Exit::noReader.number;
-    Console::printError(Tr::tr("draxelctl: Not all of the output could be written."));
+    Console::printError(DraxelCtlTr::tr("draxelctl: Not all of the output could be written."));
     return status != Exit::success ? status.number : Exit::fileFailed.number;
 }

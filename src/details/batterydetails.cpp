@@ -89,8 +89,8 @@ void BatteryDetails::showStatus(const NodeView &node)
     const QString text = DataInterpreter::interpretFsaState(state, color);
     if (isReservedState(state))
         color = Qt::black;
-    m_values.insertRow(m_position,
-                       {Tr::tr("Battery Status"), text, objectToolTip(Object::deviceStatus, *status), color});
+    m_values.insertRow(m_position, {OverviewTr::tr("Battery Status"), text,
+                                    objectToolTip(Object::deviceStatus, *status), color});
 }
 
 void BatteryDetails::showTemperatures(const NodeView &node)

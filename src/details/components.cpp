@@ -63,5 +63,5 @@ QVector<Component> componentsOf(const NodeView &node)
 QString nmtStateText(int state)
 {
     const auto number = static_cast<std::size_t>(state);
-    return number < std::size(nmtStateTexts) ? Tr::tr(nmtStateTexts[number]) : QString();
+    return number < std::size(nmtStateTexts) ? OverviewTr::tr(nmtStateTexts[number]) : QString();
 }

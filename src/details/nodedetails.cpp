@@ -122,7 +122,8 @@ void addExternalDevices(const NodeView &node, RowSequence &rows)
 
     // Deliberate: the count decides about all rows, not each row's own number.
     constexpr quint32 lastVirtualDevice = 127;
-    const QString label = *count > lastVirtualDevice ? Tr::tr(" external device ") : Tr::tr(" VDN ");
+    const QString label
+        = *count > lastVirtualDevice ? OverviewTr::tr(" external device ") : OverviewTr::tr(" VDN ");
     node.forEachEntry(Object::ratedVoltage, [&](quint8 subIndex, const QVariant &value) {
         const QString name
             = DataInterpreter::objectName(Object::ratedVoltage, subIndex) + label + QString::number(subIndex);
@@ -152,7 +153,7 @@ void addLimits(const NodeView &node, RowSequence &rows)
         node.forEachEntry(index, [&rows, index](quint8 subIndex, const QVariant &value) {
             // Deliberate: the name of the first entry stands in every row.
             const QString name
-                = DataInterpreter::objectName(index, 1) + Tr::tr(" VDN ") + QString::number(subIndex);
+                = DataInterpreter::objectName(index, 1) + OverviewTr::tr(" VDN ") + QString::number(subIndex);
             rows.add(entryRow(index, subIndex, value, name));
         });
     }
@@ -196,15 +197,15 @@ void addDeviceStatus(const NodeView &node, RowSequence &rows)
     DataInterpreter::interpretDeviceStatus(*value, flags, state);
     const QString toolTip = objectToolTip(Object::deviceStatus, *value);
     rows.add({DataInterpreter::objectName(Object::deviceStatus, 1), flags, toolTip});
-    rows.add({Tr::tr("Draxel FSA state"), state, toolTip});
+    rows.add({OverviewTr::tr("Draxel FSA state"), state, toolTip});
 }
 
 void addActualValues(const NodeView &node, RowSequence &rows)
 {
     for (const quint16 index : actualObjects) {
         node.forEachEntry(index, [&rows, index](quint8 subIndex, const QVariant &value) {
-            const QString name
-                = DataInterpreter::objectName(index, subIndex) + Tr::tr(" VDN ") + QString::number(subIndex);
+            const QString name = DataInterpreter::objectName(index, subIndex) + OverviewTr::tr(" VDN ")
+                                 + QString::number(subIndex);
             rows.add(entryRow(index, subIndex, value, name));
         });
     }
@@ -233,12 +234,12 @@ NodeDetails::NodeDetails(const NodeStore &store, RowTable &parameters, RowTable 
 
 QString NodeDetails::parametersTitle()
 {
-    return Tr::tr("Device Parameters (fixed)");
+    return OverviewTr::tr("Device Parameters (fixed)");
 }
 
 QString NodeDetails::valuesTitle()
 {
-    return Tr::tr("Actual Values");
+    return OverviewTr::tr("Actual Values");
 }
 
 void NodeDetails::showNode(quint8 nodeId)

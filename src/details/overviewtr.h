@@ -4,7 +4,7 @@
 #include <QCoreApplication>
 
 /*! Translations of the window's helpers: their texts are in the window's own context. */
-struct Tr
+struct OverviewTr
 {
     Q_DECLARE_TR_FUNCTIONS(OverviewForm)
 };

@@ -7,7 +7,7 @@
 
 namespace {
 
-struct Tr
+struct MainWindowTr
 {
     Q_DECLARE_TR_FUNCTIONS(MainWindow)
 };
@@ -32,7 +32,7 @@ void Boxes::askToReadAnyway(QWidget *parent, const QStringList &obstacles, const
 {
     QMessageBox *box = makeWarning(parent, obstacles.join(QLatin1String("\n\n")), QMessageBox::Cancel);
     box->setObjectName(QStringLiteral("obstacleBox"));
-    const QPushButton *readAnyway = box->addButton(Tr::tr("&Read anyway"), QMessageBox::AcceptRole);
+    const QPushButton *readAnyway = box->addButton(MainWindowTr::tr("&Read anyway"), QMessageBox::AcceptRole);
     box->setDefaultButton(QMessageBox::Cancel);
     QObject::connect(readAnyway, &QPushButton::clicked, parent, read);
     box->open();

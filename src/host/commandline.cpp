@@ -9,7 +9,7 @@
 
 namespace {
 
-struct Tr
+struct DraxelHostTr
 {
     Q_DECLARE_TR_FUNCTIONS(DraxelHost)
 };
@@ -33,25 +33,27 @@ QString s(const char *name)
 
 CommandLine::CommandLine()
 {
-    m_parser.setApplicationDescription(Tr::tr("Looks into the CANopen bus of light electric vehicles."));
-    m_parser.addOption({{QStringLiteral("h"), s(helpOption)}, Tr::tr("Show this help.")});
-    m_parser.addOption(
-        {{QStringLiteral("V"), QStringLiteral("v"), s(versionOption)}, Tr::tr("Show the version.")});
+    m_parser.setApplicationDescription(
+        DraxelHostTr::tr("Looks into the CANopen bus of light electric vehicles."));
+    m_parser.addOption({{QStringLiteral("h"), s(helpOption)}, DraxelHostTr::tr("Show this help.")});
+    m_parser.addOption({{QStringLiteral("V"), QStringLiteral("v"), s(versionOption)},
+                        DraxelHostTr::tr("Show the version.")});
     m_parser.addOption({s(busOption),
-                        Tr::tr("Choose this bus, for example socketcan:can0 or simulated:pedelec."),
+                        DraxelHostTr::tr("Choose this bus, for example socketcan:can0 or simulated:pedelec."),
                         QStringLiteral("PLUGIN:INTERFACE")});
+    m_parser.addOption({s(bitRateOption), DraxelHostTr::tr("Set this bit rate (bit/s) when connecting."),
+                        QStringLiteral("N")});
+    m_parser.addOption({s(connectOption), DraxelHostTr::tr("Connect to the bus at once.")});
     m_parser.addOption(
-        {s(bitRateOption), Tr::tr("Set this bit rate (bit/s) when connecting."), QStringLiteral("N")});
-    m_parser.addOption({s(connectOption), Tr::tr("Connect to the bus at once.")});
+        {s(languageOption), DraxelHostTr::tr("The language, for example de."), QStringLiteral("LANGUAGE")});
     m_parser.addOption(
-        {s(languageOption), Tr::tr("The language, for example de."), QStringLiteral("LANGUAGE")});
+        {s(pluginsOption), DraxelHostTr::tr("Load the plug-ins of this folder."), QStringLiteral("DIR")});
     m_parser.addOption(
-        {s(pluginsOption), Tr::tr("Load the plug-ins of this folder."), QStringLiteral("DIR")});
-    m_parser.addOption({s(verboseOption), Tr::tr("Write the debug lines of plug-ins to the terminal.")});
+        {s(verboseOption), DraxelHostTr::tr("Write the debug lines of plug-ins to the terminal.")});
     m_parser.addPositionalArgument(
         QStringLiteral("file"),
-        Tr::tr("Show this file: a vehicle (.dxsnap, .dxxml) or a trace (.log, .asc, "
-               ".trc, .pcap, .pcapng)."),
+        DraxelHostTr::tr("Show this file: a vehicle (.dxsnap, .dxxml) or a trace (.log, .asc, "
+                         ".trc, .pcap, .pcapng)."),
         QStringLiteral("[FILE]"));
 }
 
@@ -79,7 +81,7 @@ std::optional<HostOptions> CommandLine::parse(const QStringList &arguments, QStr
     options.isVerbose = m_parser.isSet(s(verboseOption));
     const QStringList files = m_parser.positionalArguments();
     if (files.size() > 1) {
-        *error = Tr::tr("What is \"%1\" for? One file can be shown.").arg(files.at(1));
+        *error = DraxelHostTr::tr("What is \"%1\" for? One file can be shown.").arg(files.at(1));
         return std::nullopt;
     }
     if (!files.isEmpty())
@@ -110,7 +112,7 @@ bool CommandLine::parseBus(BusSettings *bus, QString *error) const
     if (!m_parser.isSet(s(busOption))) {
         if (!m_parser.isSet(s(bitRateOption)))
             return true;
-        *error = Tr::tr("--bitrate needs --bus.");
+        *error = DraxelHostTr::tr("--bitrate needs --bus.");
         return false;
     }
     const std::optional<BusAddress> address = BusAddress::parse(m_parser.value(s(busOption)), error);

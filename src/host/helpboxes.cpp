@@ -9,7 +9,7 @@ namespace {
 
 constexpr int iconSize = 64;
 
-struct Tr
+struct HelpBoxesTr
 {
     Q_DECLARE_TR_FUNCTIONS(HelpBoxes)
 };
@@ -26,23 +26,24 @@ QMessageBox *makeBox(QWidget *parent, const QString &name, const QString &title)
 
 void HelpBoxes::showAbout(QWidget *parent, const QStringList &plugins)
 {
-    QMessageBox *box = makeBox(parent, QStringLiteral("aboutBox"), Tr::tr("About Draxel"));
+    QMessageBox *box = makeBox(parent, QStringLiteral("aboutBox"), HelpBoxesTr::tr("About Draxel"));
     box->setTextFormat(Qt::PlainText);
     box->setIconPixmap(QApplication::windowIcon().pixmap(iconSize));
-    box->setText(Tr::tr("Draxel %1").arg(QCoreApplication::applicationVersion()));
-    QStringList lines{Tr::tr("Looks into the CANopen bus of light electric vehicles."),
-                      Tr::tr("Licence: MIT. You may use, change and pass it on freely; it comes without "
-                             "warranty."),
-                      Tr::tr("Qt version: %1").arg(QLatin1String(qVersion()))};
+    box->setText(HelpBoxesTr::tr("Draxel %1").arg(QCoreApplication::applicationVersion()));
+    QStringList lines{
+        HelpBoxesTr::tr("Looks into the CANopen bus of light electric vehicles."),
+        HelpBoxesTr::tr("Licence: MIT. You may use, change and pass it on freely; it comes without "
+                        "warranty."),
+        HelpBoxesTr::tr("Qt version: %1").arg(QLatin1String(qVersion()))};
     if (!plugins.isEmpty())
-        lines.append(Tr::tr("Plug-ins: %1").arg(plugins.join(QLatin1String(", "))));
+        lines.append(HelpBoxesTr::tr("Plug-ins: %1").arg(plugins.join(QLatin1String(", "))));
     box->setInformativeText(lines.join(QLatin1String("\n\n")));
     box->open();
 }
 
 void HelpBoxes::showKeyList(QWidget *parent, const QVector<QPair<QString, QString>> &keys)
 {
-    QMessageBox *box = makeBox(parent, QStringLiteral("keyListBox"), Tr::tr("Key list"));
+    QMessageBox *box = makeBox(parent, QStringLiteral("keyListBox"), HelpBoxesTr::tr("Key list"));
     box->setTextFormat(Qt::RichText);
     QString rows;
     for (const QPair<QString, QString> &key : keys) {

@@ -21,7 +21,7 @@
 
 namespace {
 
-struct Tr
+struct DraxelHostTr
 {
     Q_DECLARE_TR_FUNCTIONS(DraxelHost)
 };
@@ -140,7 +140,7 @@ int main(int argc, char *argv[])
         return complain(error);
     LanguageSetting languages;
     if (!options->language.isEmpty() && languages.find(options->language).isEmpty()) {
-        return complain(Tr::tr("There is no language \"%1\". There are: %2.")
+        return complain(DraxelHostTr::tr("There is no language \"%1\". There are: %2.")
                             .arg(options->language, languages.available().join(QLatin1String(", "))));
     }
     installConsoleLog(options->isVerbose);

@@ -6,7 +6,7 @@
 namespace {
 
 /*! The texts are the window's. */
-struct Tr
+struct OverviewTr
 {
     Q_DECLARE_TR_FUNCTIONS(OverviewForm)
 };
@@ -18,8 +18,9 @@ QString batteryTemperatureLabel(quint32 count)
     const quint32 pack = (count >> 4) & 0x0F;
     if ((count & 0x0E) == 0) {
         // Deliberate: the number of the pack is one higher than in the label of a sensor.
-        return Tr::tr("Battery Pack ") + QString::number(pack + 1) + Tr::tr(" highest temperature");
+        return OverviewTr::tr("Battery Pack ") + QString::number(pack + 1)
+               + OverviewTr::tr(" highest temperature");
     }
-    return Tr::tr("Battery Pack ") + QString::number(pack) + Tr::tr(" sensor ")
-           + QString::number((count - 1) & 0x0F) + Tr::tr(" temperature");
+    return OverviewTr::tr("Battery Pack ") + QString::number(pack) + OverviewTr::tr(" sensor ")
+           + QString::number((count - 1) & 0x0F) + OverviewTr::tr(" temperature");
 }

@@ -15,7 +15,7 @@
 namespace {
 
 /*! The report shares its texts with the window. */
-struct Tr
+struct OverviewTr
 {
     Q_DECLARE_TR_FUNCTIONS(OverviewForm)
 };
@@ -128,8 +128,8 @@ void addRatedValues(const NodeView &node, pdfWriter &writer)
         // Deliberate: capitals, unlike in the window; and the count decides about all rows, not each row's
         // number.
         const QString label = node.entryCount(index).value_or(0) > lastVirtualDevice
-                                  ? Tr::tr(" External Device ")
-                                  : Tr::tr(" VDN ");
+                                  ? OverviewTr::tr(" External Device ")
+                                  : OverviewTr::tr(" VDN ");
         node.forEachEntry(index, [&](quint8 subIndex, const QVariant &value) {
             writer.addRow(numbered(index, subIndex, label, subIndex),
                           DataInterpreter::formatValue(index, subIndex, value));
@@ -186,7 +186,7 @@ void addDeviceStatus(SharedLookups &lookups, pdfWriter &writer)
 
 void addInputVoltageLimits(SharedLookups &lookups, pdfWriter &writer)
 {
-    const QString label = Tr::tr(" VDN ");
+    const QString label = OverviewTr::tr(" VDN ");
     // Deliberate: of the limits 6020h to 6027h only the first, and the name of its first entry in every row.
     lookups.forEachEntry(Object::inputVoltageLimit, [&](quint8 subIndex, const QVariant &value) {
         writer.addRow(numbered(Object::inputVoltageLimit, 1, label, subIndex),
@@ -196,7 +196,7 @@ void addInputVoltageLimits(SharedLookups &lookups, pdfWriter &writer)
 
 void addActualValues(SharedLookups &lookups, pdfWriter &writer)
 {
-    const QString label = Tr::tr(" VDN ");
+    const QString label = OverviewTr::tr(" VDN ");
     for (const quint16 index : actualObjects) {
         lookups.forEachEntry(index, [&](quint8 subIndex, const QVariant &value) {
             writer.addRow(numbered(index, subIndex, label, subIndex),
@@ -224,7 +224,7 @@ void addProfileVersions(SharedLookups &lookups, pdfWriter &writer)
         // Deliberate: the first version too stands behind a line break.
         versions += QLatin1String("<br>") + text;
     });
-    writer.addRow(Tr::tr("Implemented specification versions"), versions);
+    writer.addRow(OverviewTr::tr("Implemented specification versions"), versions);
 }
 
 void addSecurityStatus(const NodeView &node, SharedLookups &lookups, pdfWriter &writer)
@@ -238,7 +238,8 @@ void addSecurityStatus(const NodeView &node, SharedLookups &lookups, pdfWriter &
     lookups.followEntries(Object::securityStatus, [&states](quint8, const QVariant &value) {
         states += DataInterpreter::interpretSecurityStatus(value);
     });
-    writer.addRow(Tr::tr("Security Status"), states.replace(QLatin1Char('\n'), QLatin1String("<br>")));
+    writer.addRow(OverviewTr::tr("Security Status"),
+                  states.replace(QLatin1Char('\n'), QLatin1String("<br>")));
 }
 
 // Rows of single component classes
@@ -337,13 +338,13 @@ void writeDevice(const NodeView &node, const ComponentClass &componentClass, pdf
     // Deliberate: the name of the class alone, also for the controller on node 127.
     writer.beginDeviceTable(componentClassName(componentClass));
 
-    writer.beginSectionTable(Tr::tr("Device Parameters (fixed)"));
+    writer.beginSectionTable(OverviewTr::tr("Device Parameters (fixed)"));
     for (const RowFunction addRows : commonParameters)
         addRows(node, writer);
     addClassRows(&ClassRows::addParameters, componentClass.code, node, writer);
     writer.endSectionTable();
 
-    writer.beginSectionTable(Tr::tr("Actual Values"));
+    writer.beginSectionTable(OverviewTr::tr("Actual Values"));
     addCommonValues(node, writer);
     addClassRows(&ClassRows::addValues, componentClass.code, node, writer);
     writer.endDeviceTable();

@@ -11,7 +11,7 @@ namespace Simulator {
 
 namespace {
 
-struct Tr
+struct SimulatedBusTr
 {
     Q_DECLARE_TR_FUNCTIONS(SimulatedBus)
 };
@@ -59,11 +59,11 @@ std::shared_ptr<SimulatedSegment> SimulatedSegment::join(const QString &interfac
     if (std::shared_ptr<SimulatedSegment> running = runningSegments().value(realPath).lock()) {
         const int runningRate = running->bus()->bitRate();
         if (running->bus()->isLost()) {
-            *errorMessage = Tr::tr("The simulated bus is down");
+            *errorMessage = SimulatedBusTr::tr("The simulated bus is down");
             return nullptr;
         }
         if (bitRate >= 0 && bitRate != runningRate) {
-            *errorMessage = Tr::tr("The simulated bus runs at %1 bit/s already, not at %2")
+            *errorMessage = SimulatedBusTr::tr("The simulated bus runs at %1 bit/s already, not at %2")
                                 .arg(runningRate)
                                 .arg(bitRate);
             return nullptr;

@@ -11,7 +11,7 @@
 
 namespace {
 
-struct Tr
+struct DeviceIdentityTr
 {
     Q_DECLARE_TR_FUNCTIONS(DeviceIdentity)
 };
@@ -94,6 +94,6 @@ QString DeviceIdentity::displayName(quint8 nodeId) const
             names.append(name);
     }
     if (names.isEmpty())
-        return deviceName.isEmpty() ? Tr::tr("Device") : deviceName;
+        return deviceName.isEmpty() ? DeviceIdentityTr::tr("Device") : deviceName;
     return names.join(QStringLiteral(", "));
 }

@@ -16,7 +16,7 @@
 
 namespace {
 
-struct Tr
+struct SavedVehicleTr
 {
     Q_DECLARE_TR_FUNCTIONS(SavedVehicle)
 };
@@ -32,12 +32,12 @@ std::optional<QByteArray> readFile(const QString &fileName, QString *errorMessag
     if (file.open(QIODevice::ReadOnly))
         bytes = file.read(maximumSize + 1);
     if (file.error() != QFileDevice::NoError) {
-        *errorMessage
-            = Tr::tr("The file %1 cannot be read: %2.").arg(shownName, systemErrorText(file.errorString()));
+        *errorMessage = SavedVehicleTr::tr("The file %1 cannot be read: %2.")
+                            .arg(shownName, systemErrorText(file.errorString()));
         return std::nullopt;
     }
     if (bytes.size() > maximumSize) {
-        *errorMessage = Tr::tr("The file %1 is far too large for a vehicle.").arg(shownName);
+        *errorMessage = SavedVehicleTr::tr("The file %1 is far too large for a vehicle.").arg(shownName);
         return std::nullopt;
     }
     return bytes;
@@ -68,16 +68,16 @@ std::optional<Content> readContent(const QString &fileName, QString *errorMessag
     QString problem;
     if (SnapshotFile::looksLikeSnapshot(*bytes)) {
         content.snapshot = SnapshotFile::fromJson(*bytes, &problem);
-        problem = content.snapshot ? QString() : Tr::tr("no good snapshot: %1").arg(problem);
+        problem = content.snapshot ? QString() : SavedVehicleTr::tr("no good snapshot: %1").arg(problem);
     } else {
         content.exchangeText = textOf(*bytes);
         problem = exchangeProblem(content.exchangeText);
         if (!problem.isEmpty())
-            problem = Tr::tr("neither a snapshot nor an exchange file: %1").arg(problem);
+            problem = SavedVehicleTr::tr("neither a snapshot nor an exchange file: %1").arg(problem);
     }
     if (problem.isEmpty())
         return content;
-    *errorMessage = Tr::tr("The file %1 is %2").arg(QDir::toNativeSeparators(fileName), problem);
+    *errorMessage = SavedVehicleTr::tr("The file %1 is %2").arg(QDir::toNativeSeparators(fileName), problem);
     return std::nullopt;
 }
 

@@ -15,7 +15,7 @@
 
 namespace {
 
-struct Tr
+struct SnapshotFileTr
 {
     Q_DECLARE_TR_FUNCTIONS(SnapshotFile)
 };
@@ -46,7 +46,7 @@ bool SnapshotFile::save(const QString &fileName, const Snapshot &snapshot, QStri
     WholeFile file(fileName);
     if (file.open() && file.write(toJson(snapshot)) && file.commit())
         return true;
-    *errorMessage = Tr::tr("The file %1 cannot be written: %2.")
+    *errorMessage = SnapshotFileTr::tr("The file %1 cannot be written: %2.")
                         .arg(QDir::toNativeSeparators(fileName), systemErrorText(file.errorString()));
     return false;
 }

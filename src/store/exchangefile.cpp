@@ -19,7 +19,7 @@
 
 namespace {
 
-struct Tr
+struct ExchangeFileTr
 {
     Q_DECLARE_TR_FUNCTIONS(ExchangeFile)
 };
@@ -60,23 +60,24 @@ QString problemOf(const ExchangeReader &reader, bool hasNode)
     const QString column = QString::number(xml.columnNumber());
     switch (reader.refusal()) {
     case ExchangeReader::Refusal::Markup:
-        return Tr::tr(
+        return ExchangeFileTr::tr(
                    "The file is not an exchange file: line %1, column %2 holds XML that exchange files never "
                    "have (entities, or far too many attributes, levels or namespaces).")
             .arg(line, column);
     case ExchangeReader::Refusal::Nodes:
-        return Tr::
-            tr("The file lists far more nodes than a vehicle can have, the first one too many in line %1, "
-               "column %2.")
-                .arg(line, column);
+        return ExchangeFileTr::tr("The file lists far more nodes than a vehicle can have, the first one "
+                                  "too many in line %1, column %2.")
+            .arg(line, column);
     case ExchangeReader::Refusal::None:
         break;
     }
     if (xml.error() == QXmlStreamReader::PrematureEndOfDocumentError)
-        return Tr::tr("The file is not complete: it ends in line %1, column %2.").arg(line, column);
+        return ExchangeFileTr::tr("The file is not complete: it ends in line %1, column %2.")
+            .arg(line, column);
     if (xml.hasError())
-        return Tr::tr("The file is not XML: line %1, column %2: %3").arg(line, column, xml.errorString());
-    return hasNode ? QString() : Tr::tr("There is no node in the file.");
+        return ExchangeFileTr::tr("The file is not XML: line %1, column %2: %3")
+            .arg(line, column, xml.errorString());
+    return hasNode ? QString() : ExchangeFileTr::tr("There is no node in the file.");
 }
 
 /*! Replaces values and node list of \a store by those that \a reader comes to. Returns whether there is a node with an
@@ -206,7 +207,7 @@ bool saveExchangeFile(const QString &fileName, const QString &text, QString *err
     if (file.open(QIODevice::Text) && writeText(file, text) && file.commit())
         return true;
     return failed(errorMessage,
-                  Tr::tr("The file %1 cannot be written: %2.")
+                  ExchangeFileTr::tr("The file %1 cannot be written: %2.")
                       .arg(QDir::toNativeSeparators(fileName), systemErrorText(file.errorString())));
 }
 
@@ -218,13 +219,13 @@ bool loadExchangeFile(const QString &fileName, QString &text, QString *errorMess
     if (file.open(QIODevice::ReadOnly | QIODevice::Text))
         content = QTextStream(&file).read(maximumExchangeFileSize + 1);
     if (file.error() != QFileDevice::NoError) {
-        return failed(
-            errorMessage,
-            Tr::tr("The file %1 cannot be read: %2.").arg(shownName, systemErrorText(file.errorString())));
+        return failed(errorMessage, ExchangeFileTr::tr("The file %1 cannot be read: %2.")
+                                        .arg(shownName, systemErrorText(file.errorString())));
     }
     if (content.size() > maximumExchangeFileSize)
-        return failed(errorMessage,
-                      Tr::tr("The file %1 is far too large for an exchange file.").arg(shownName));
+        return failed(
+            errorMessage,
+            ExchangeFileTr::tr("The file %1 is far too large for an exchange file.").arg(shownName));
     text = content;
     return true;
 }

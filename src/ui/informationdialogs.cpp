@@ -201,8 +201,8 @@ void InformationDialogs::retranslate()
 {
     for (const DialogDescription &description : dialogs) {
         QAction *dialogAction = action(description.dialog);
-        dialogAction->setText(Tr::tr(description.actionText));
-        dialogAction->setStatusTip(Tr::tr(description.statusTip));
+        dialogAction->setText(OverviewTr::tr(description.actionText));
+        dialogAction->setStatusTip(OverviewTr::tr(description.statusTip));
     }
 }
 
@@ -225,7 +225,7 @@ void InformationDialogs::show(InformationDialog dialog, const NodeView &node) co
 {
     const DialogDescription &description = dialogs[positionOf(dialog)];
     if (const std::optional<QString> text = description.text(node, description.index))
-        showInformation(Tr::tr(description.title), cutLines(*text), QString(), QMessageBox::Ok, 1);
+        showInformation(OverviewTr::tr(description.title), cutLines(*text), QString(), QMessageBox::Ok, 1);
 }
 
 int InformationDialogs::showInformation(const QString &title, const QString &text,

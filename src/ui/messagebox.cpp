@@ -54,18 +54,18 @@ QString details(const QString &text)
     if (beginning.size() == text.size())
         return beginning;
     return beginning + QStringLiteral("\n\u2026\n")
-           + Tr::tr("Characters not shown: %1").arg(text.size() - beginning.size());
+           + OverviewTr::tr("Characters not shown: %1").arg(text.size() - beginning.size());
 }
 
 void saveText(const QString &text)
 {
     const QString fileName
-        = QFileDialog::getSaveFileName(nullptr, Tr::tr("Save text"), QStringLiteral("message.txt"));
+        = QFileDialog::getSaveFileName(nullptr, OverviewTr::tr("Save text"), QStringLiteral("message.txt"));
     if (fileName.isEmpty())
         return;
     WholeFile file(fileName);
     if (!file.open(QIODevice::Text) || !file.write(text.toUtf8()) || !file.commit()) {
-        showMessage(QString(), Tr::tr("The file %1 cannot be written: %2.")
+        showMessage(QString(), OverviewTr::tr("The file %1 cannot be written: %2.")
                                    .arg(QDir::toNativeSeparators(fileName), file.errorString()));
     }
 }
@@ -75,7 +75,7 @@ void showLongMessage(QMessageBox &box, const QString &text, int length)
     box.setText(text.left(length) + QStringLiteral("\n\u2026"));
     box.setDetailedText(details(text));
     box.setStandardButtons(QMessageBox::Ok);
-    const QPushButton *save = box.addButton(Tr::tr("Save text..."), QMessageBox::ActionRole);
+    const QPushButton *save = box.addButton(OverviewTr::tr("Save text..."), QMessageBox::ActionRole);
     box.exec();
     if (box.clickedButton() == save)
         saveText(text);

@@ -27,7 +27,7 @@
 
 namespace {
 
-struct Tr
+struct BundleCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(BundleCommand)
 };
@@ -64,9 +64,10 @@ private:
     SystemFacts::Adapter adapter() const;
     bool write();
 
-    CommandArguments m_options{QStringLiteral("bundle"),
-                               Tr::tr("Puts all that is known of a vehicle into one file for who is to help: "
-                                      "snapshot, check-up, frames, events and this computer.")};
+    CommandArguments m_options{
+        QStringLiteral("bundle"),
+        BundleCommandTr::tr("Puts all that is known of a vehicle into one file for who is to help: "
+                            "snapshot, check-up, frames, events and this computer.")};
     std::chrono::milliseconds m_time = usualTime;
     BusSnapshot m_bus;
     RuleSet m_rules;
@@ -91,22 +92,25 @@ ExitStatus BundleCommand::run(const QStringList &arguments)
 void BundleCommand::addOptions()
 {
     m_options.addBusOptions(CommandArguments::Presence::Optional);
-    m_options.addOption({snapshotOption,
-                         Tr::tr("A snapshot (.dxsnap) or an exchange file (.dxxml) in the place of a bus."),
-                         QStringLiteral("FILE")});
+    m_options.addOption(
+        {snapshotOption,
+         BundleCommandTr::tr("A snapshot (.dxsnap) or an exchange file (.dxxml) in the place of a bus."),
+         QStringLiteral("FILE")});
     m_options.addOption({traceOption,
-                         Tr::tr("With --snapshot: the frames that belong to it, as \"draxelctl "
-                                "trace record\" writes them."),
+                         BundleCommandTr::tr("With --snapshot: the frames that belong to it, as \"draxelctl "
+                                             "trace record\" writes them."),
                          QStringLiteral("FILE")});
     m_options.addOption(
-        {outputOption, Tr::tr("Write the bundle to this file (.zip)."), QStringLiteral("FILE")});
-    m_options.addOption({forOption,
-                         Tr::tr("How long to listen to the bus when it has been read: 500ms, 10s, 2min; "
-                                "usually 10s. All frames are kept, those of the reading as well."),
-                         QStringLiteral("TIME")});
+        {outputOption, BundleCommandTr::tr("Write the bundle to this file (.zip)."), QStringLiteral("FILE")});
     m_options.addOption(
-        {maskOption, Tr::tr("Replace serial numbers, names, notes and paths, the same one everywhere by "
-                            "the same, in the frames as well.")});
+        {forOption,
+         BundleCommandTr::tr("How long to listen to the bus when it has been read: 500ms, 10s, 2min; "
+                             "usually 10s. All frames are kept, those of the reading as well."),
+         QStringLiteral("TIME")});
+    m_options.addOption(
+        {maskOption,
+         BundleCommandTr::tr("Replace serial numbers, names, notes and paths, the same one everywhere by "
+                             "the same, in the frames as well.")});
     BusSnapshot::addOptions(m_options);
     RuleOptions::add(m_options);
     Language::addOption(m_options);
@@ -131,18 +135,19 @@ std::optional<ExitStatus> BundleCommand::parseSource()
 {
     if (m_options.hasBus() == m_options.isSet(snapshotOption))
         return m_options.complain(m_options.hasBus()
-                                      ? Tr::tr("Name either a --bus or a --snapshot, not both.")
-                                      : Tr::tr("What is meant? Name a --bus or a --snapshot."));
+                                      ? BundleCommandTr::tr("Name either a --bus or a --snapshot, not both.")
+                                      : BundleCommandTr::tr("What is meant? Name a --bus or a --snapshot."));
     if (m_options.hasBus() && m_options.isSet(traceOption))
-        return m_options.complain(Tr::tr("Of a bus the frames are recorded; leave out --trace."));
+        return m_options.complain(
+            BundleCommandTr::tr("Of a bus the frames are recorded; leave out --trace."));
     if (!m_options.isSet(forOption))
         return std::nullopt;
     if (!m_options.hasBus())
-        return m_options.complain(Tr::tr("--for is for a bus only."));
+        return m_options.complain(BundleCommandTr::tr("--for is for a bus only."));
     const std::optional<std::chrono::milliseconds> time = parseDuration(m_options.value(forOption));
     if (!time)
         return m_options.complain(
-            Tr::tr("\"%1\" is no time; one is written like 500ms, 10s or 2min, up to a week.")
+            BundleCommandTr::tr("\"%1\" is no time; one is written like 500ms, 10s or 2min, up to a week.")
                 .arg(m_options.value(forOption)));
     m_time = *time;
     return std::nullopt;
@@ -153,9 +158,10 @@ std::optional<ExitStatus> BundleCommand::parseOutput() const
 {
     const OutputFile output(m_options.value(outputOption));
     if (m_options.value(outputOption).isEmpty())
-        return m_options.complain(Tr::tr("--output takes the name of a file."));
+        return m_options.complain(BundleCommandTr::tr("--output takes the name of a file."));
     if (output.isStandardOutput())
-        return m_options.complain(Tr::tr("A bundle is written to a file, not to standard output."));
+        return m_options.complain(
+            BundleCommandTr::tr("A bundle is written to a file, not to standard output."));
     QString error;
     if (output.canBeWritten(&error))
         return std::nullopt;
@@ -210,7 +216,8 @@ std::optional<ExitStatus> BundleCommand::readTrace()
     while (input.next(&frame)) {
         if (m_bundle.trace->frames.size() >= mostFrames) {
             Console::printError(
-                Tr::tr("The trace is too long: the bundle has its first %1 frames.").arg(mostFrames));
+                BundleCommandTr::tr("The trace is too long: the bundle has its first %1 frames.")
+                    .arg(mostFrames));
             m_status = Exit::objectsFailed;
             break;
         }
@@ -251,9 +258,10 @@ bool BundleCommand::write()
     for (const QString &line : lines)
         Console::print(line);
     if (m_bundle.trace)
-        Console::print(
-            Tr::tr("Frames: %1, events: %2").arg(m_bundle.trace->frames.size()).arg(m_bundle.events.size()));
-    Console::print(Tr::tr("Wrote %1").arg(QDir::toNativeSeparators(fileName)));
+        Console::print(BundleCommandTr::tr("Frames: %1, events: %2")
+                           .arg(m_bundle.trace->frames.size())
+                           .arg(m_bundle.events.size()));
+    Console::print(BundleCommandTr::tr("Wrote %1").arg(QDir::toNativeSeparators(fileName)));
     return true;
 }
 

@@ -12,7 +12,7 @@
 
 namespace {
 
-struct Tr
+struct ArchiveCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(ArchiveCommand)
 };
@@ -39,22 +39,22 @@ constexpr Command commands[] = {
 
 QString usage()
 {
-    QString text = Tr::tr("Keeps every read of every vehicle, and finds it again.\n"
-                          "\n"
-                          "Usage: draxelctl archive COMMAND [OPTION]...\n"
-                          "\n"
-                          "Commands:\n");
+    QString text = ArchiveCommandTr::tr("Keeps every read of every vehicle, and finds it again.\n"
+                                        "\n"
+                                        "Usage: draxelctl archive COMMAND [OPTION]...\n"
+                                        "\n"
+                                        "Commands:\n");
     for (const Command &command : commands) {
         text += QStringLiteral("  %1 %2\n")
                     .arg(QLatin1String(command.name), -9)
-                    .arg(Tr::tr(command.description));
+                    .arg(ArchiveCommandTr::tr(command.description));
     }
     return text
-           + Tr::tr("\n"
-                    "Options:\n"
-                    "  -h, --help  Show this help.\n"
-                    "\n"
-                    "\"draxelctl archive COMMAND --help\" shows the options of a command.");
+           + ArchiveCommandTr::tr("\n"
+                                  "Options:\n"
+                                  "  -h, --help  Show this help.\n"
+                                  "\n"
+                                  "\"draxelctl archive COMMAND --help\" shows the options of a command.");
 }
 
 } // namespace
@@ -71,10 +71,11 @@ ExitStatus runArchiveCommand(const QStringList &arguments)
         = std::find_if(std::begin(commands), std::end(commands),
                        [&name](const Command &known) { return name == QLatin1String(known.name); });
     if (command == std::end(commands)) {
-        Console::printError(name.isEmpty() ? usage()
-                                           : Tr::tr("draxelctl archive: There is no command \"%1\".\n"
-                                                    "\"draxelctl archive --help\" lists the commands.")
-                                                 .arg(name));
+        Console::printError(name.isEmpty()
+                                ? usage()
+                                : ArchiveCommandTr::tr("draxelctl archive: There is no command \"%1\".\n"
+                                                       "\"draxelctl archive --help\" lists the commands.")
+                                      .arg(name));
         return Exit::usage;
     }
     QStringList rest = arguments;

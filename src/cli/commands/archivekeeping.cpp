@@ -18,7 +18,7 @@
 
 namespace {
 
-struct Tr
+struct ArchiveKeepingTr
 {
     Q_DECLARE_TR_FUNCTIONS(ArchiveKeeping)
 };
@@ -38,7 +38,7 @@ public:
         : options(name, description)
     {
         ArchiveAccess::addOption(options);
-        options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
+        options.addOption({jsonOption, ArchiveKeepingTr::tr("Print JSON, for programs.")});
     }
 
     std::optional<ExitStatus> begin(const QStringList &arguments, Archive::Missing missing)
@@ -146,8 +146,8 @@ void Adding::tell(const QString &file, const KeptVisit &kept, const VisitInfo &v
         m_visits.append(object);
         return;
     }
-    const QString sentence = kept.isNew ? Tr::tr("Kept %1 as visit %2 of vehicle %3: %4.")
-                                        : Tr::tr("%1 was visit %2 of vehicle %3 already: %4.");
+    const QString sentence = kept.isNew ? ArchiveKeepingTr::tr("Kept %1 as visit %2 of vehicle %3: %4.")
+                                        : ArchiveKeepingTr::tr("%1 was visit %2 of vehicle %3 already: %4.");
     Console::print(sentence.arg(QDir::toNativeSeparators(file), QString::number(kept.visitId), visit.vehicle,
                                 VisitListing::verdictText(visit.verdict)));
 }
@@ -155,10 +155,11 @@ void Adding::tell(const QString &file, const KeptVisit &kept, const VisitInfo &v
 ExitStatus addFiles(const QString &name, const QString &description, const QStringList &arguments)
 {
     KeepingCommand command(name, description);
-    command.options.addPositional(QStringLiteral("FILE"),
-                                  Tr::tr("A snapshot (.dxsnap), an exchange file (.dxxml) or an archive "
-                                         "(.dxarchive)."),
-                                  Presence::Repeated);
+    command.options.addPositional(
+        QStringLiteral("FILE"),
+        ArchiveKeepingTr::tr("A snapshot (.dxsnap), an exchange file (.dxxml) or an archive "
+                             "(.dxarchive)."),
+        Presence::Repeated);
     RuleOptions::add(command.options);
     RuleSet rules;
     if (const std::optional<ExitStatus> status = command.begin(arguments, Archive::Missing::Make))
@@ -176,7 +177,7 @@ ExitStatus tellFiles(const KeepingCommand &command, const ArchiveTransfer::Resul
                 .toJson());
     } else {
         for (const QString &file : result.files)
-            Console::print(Tr::tr("Wrote %1").arg(QDir::toNativeSeparators(file)));
+            Console::print(ArchiveKeepingTr::tr("Wrote %1").arg(QDir::toNativeSeparators(file)));
     }
     for (const QString &problem : result.problems)
         Console::printError(problem);
@@ -238,28 +239,29 @@ std::optional<qint64> vehicleOf(KeepingCommand &command, const QString &text)
 {
     const std::optional<qint64> vehicle = command.access.vehicle(text, &command.error);
     if (!vehicle && command.error.isEmpty())
-        command.error = Tr::tr("The archive has no vehicle \"%1\".").arg(text);
+        command.error = ArchiveKeepingTr::tr("The archive has no vehicle \"%1\".").arg(text);
     return vehicle;
 }
 
 QString vehicleHelp()
 {
-    return Tr::tr("What the vehicle is called, or \"#\" and its number.");
+    return ArchiveKeepingTr::tr("What the vehicle is called, or \"#\" and its number.");
 }
 
 } // namespace
 
 ExitStatus runArchiveAdd(const QStringList &arguments)
 {
-    return addFiles(QStringLiteral("archive add"), Tr::tr("Keeps snapshots and exchange files as visits."),
-                    arguments);
+    return addFiles(QStringLiteral("archive add"),
+                    ArchiveKeepingTr::tr("Keeps snapshots and exchange files as visits."), arguments);
 }
 
 ExitStatus runArchiveImport(const QStringList &arguments)
 {
     return addFiles(
         QStringLiteral("archive import"),
-        Tr::tr("Keeps what files and other archives hold. What the archive has already is kept once."),
+        ArchiveKeepingTr::tr(
+            "Keeps what files and other archives hold. What the archive has already is kept once."),
         arguments);
 }
 
@@ -267,19 +269,23 @@ ExitStatus runArchiveExport(const QStringList &arguments)
 {
     KeepingCommand command(
         QStringLiteral("archive export"),
-        Tr::tr("Writes a visit as a snapshot file. Without VISIT all of them: into a folder, a file "
-               "each, or into an archive with notes and names when the output ends with "
-               ".dxarchive."));
-    command.options.addPositional(QStringLiteral("VISIT"), Tr::tr("The visit's number, or \"last\"."),
+        ArchiveKeepingTr::tr(
+            "Writes a visit as a snapshot file. Without VISIT all of them: into a folder, a file "
+            "each, or into an archive with notes and names when the output ends with "
+            ".dxarchive."));
+    command.options.addPositional(QStringLiteral("VISIT"),
+                                  ArchiveKeepingTr::tr("The visit's number, or \"last\"."),
                                   Presence::Optional);
-    command.options.addOption(
-        {outputOption, Tr::tr("The file or folder; \"-\" is standard output."), QStringLiteral("PATH")});
+    command.options.addOption({outputOption,
+                               ArchiveKeepingTr::tr("The file or folder; \"-\" is standard output."),
+                               QStringLiteral("PATH")});
     if (const std::optional<ExitStatus> status = command.begin(arguments, Archive::Missing::Refuse))
         return *status;
     const QString output = command.options.value(outputOption);
     const QString visit = command.options.positional();
     if (output.isEmpty())
-        return command.options.complain(Tr::tr("--output is missing: which file or folder is meant?"));
+        return command.options.complain(
+            ArchiveKeepingTr::tr("--output is missing: which file or folder is meant?"));
     if (!visit.isEmpty())
         return exportVisit(command, visit, output);
     return output.endsWith(archiveSuffix) ? exportArchive(command, output) : exportFolder(command, output);
@@ -288,8 +294,9 @@ ExitStatus runArchiveExport(const QStringList &arguments)
 ExitStatus runArchiveDelete(const QStringList &arguments)
 {
     KeepingCommand command(QStringLiteral("archive delete"),
-                           Tr::tr("Deletes visits; a vehicle goes with its last one."));
-    command.options.addPositional(QStringLiteral("VISIT"), Tr::tr("The visit's number."), Presence::Repeated);
+                           ArchiveKeepingTr::tr("Deletes visits; a vehicle goes with its last one."));
+    command.options.addPositional(QStringLiteral("VISIT"), ArchiveKeepingTr::tr("The visit's number."),
+                                  Presence::Repeated);
     if (const std::optional<ExitStatus> status = command.begin(arguments, Archive::Missing::Refuse))
         return *status;
     QJsonArray deleted;
@@ -300,7 +307,7 @@ ExitStatus runArchiveDelete(const QStringList &arguments)
             return command.fail();
         deleted.append(*id);
         if (!command.isJson())
-            Console::print(Tr::tr("Deleted visit %1.").arg(*id));
+            Console::print(ArchiveKeepingTr::tr("Deleted visit %1.").arg(*id));
     }
     if (command.isJson())
         Console::printJson(QJsonDocument(QJsonObject{{QStringLiteral("deleted"), deleted}}).toJson());
@@ -309,12 +316,14 @@ ExitStatus runArchiveDelete(const QStringList &arguments)
 
 ExitStatus runArchiveNote(const QStringList &arguments)
 {
-    KeepingCommand command(QStringLiteral("archive note"),
-                           Tr::tr("Changes what is written beside a visit; the snapshot stays as it was."));
-    command.options.addPositional(QStringLiteral("VISIT"), Tr::tr("The visit's number, or \"last\"."));
+    KeepingCommand command(
+        QStringLiteral("archive note"),
+        ArchiveKeepingTr::tr("Changes what is written beside a visit; the snapshot stays as it was."));
+    command.options.addPositional(QStringLiteral("VISIT"),
+                                  ArchiveKeepingTr::tr("The visit's number, or \"last\"."));
     for (const NoteField &field : noteFields)
         command.options.addOption(
-            {QLatin1String(field.option), Tr::tr(field.description), QStringLiteral("TEXT")});
+            {QLatin1String(field.option), ArchiveKeepingTr::tr(field.description), QStringLiteral("TEXT")});
     if (const std::optional<ExitStatus> status = command.begin(arguments, Archive::Missing::Refuse))
         return *status;
     const std::optional<qint64> id = command.access.visit(command.options.positional(), &command.error);
@@ -328,29 +337,33 @@ ExitStatus runArchiveNote(const QStringList &arguments)
     }
     if (!command.archive().setNotes(*id, notes, &command.error))
         return command.fail();
-    return command.finish(Tr::tr("Changed visit %1.").arg(*id), {{QStringLiteral("id"), *id}});
+    return command.finish(ArchiveKeepingTr::tr("Changed visit %1.").arg(*id), {{QStringLiteral("id"), *id}});
 }
 
 ExitStatus runArchiveName(const QStringList &arguments)
 {
     KeepingCommand command(
         QStringLiteral("archive name"),
-        Tr::tr("Gives a vehicle a name; without NAME it is called by its serial number again."));
+        ArchiveKeepingTr::tr(
+            "Gives a vehicle a name; without NAME it is called by its serial number again."));
     command.options.addPositional(QStringLiteral("VEHICLE"), vehicleHelp());
-    command.options.addPositional(QStringLiteral("NAME"), Tr::tr("The new name."), Presence::Optional);
+    command.options.addPositional(QStringLiteral("NAME"), ArchiveKeepingTr::tr("The new name."),
+                                  Presence::Optional);
     if (const std::optional<ExitStatus> status = command.begin(arguments, Archive::Missing::Refuse))
         return *status;
     const QString name = command.options.positional(1);
     const std::optional<qint64> vehicle = vehicleOf(command, command.options.positional(0));
     if (!vehicle || !command.archive().renameVehicle(*vehicle, name, &command.error))
         return command.fail();
-    return command.finish(Tr::tr("Changed the vehicle's name."), {{QStringLiteral("vehicleId"), *vehicle}});
+    return command.finish(ArchiveKeepingTr::tr("Changed the vehicle's name."),
+                          {{QStringLiteral("vehicleId"), *vehicle}});
 }
 
 ExitStatus runArchiveMerge(const QStringList &arguments)
 {
-    KeepingCommand command(QStringLiteral("archive merge"),
-                           Tr::tr("Makes one vehicle of two: all visits of VEHICLE become those of INTO."));
+    KeepingCommand command(
+        QStringLiteral("archive merge"),
+        ArchiveKeepingTr::tr("Makes one vehicle of two: all visits of VEHICLE become those of INTO."));
     command.options.addPositional(QStringLiteral("VEHICLE"), vehicleHelp());
     command.options.addPositional(QStringLiteral("INTO"), vehicleHelp());
     if (const std::optional<ExitStatus> status = command.begin(arguments, Archive::Missing::Refuse))
@@ -360,7 +373,7 @@ ExitStatus runArchiveMerge(const QStringList &arguments)
         = vehicle ? vehicleOf(command, command.options.positional(1)) : std::nullopt;
     if (!into || !command.archive().mergeVehicle(*vehicle, *into, &command.error))
         return command.fail();
-    return command.finish(Tr::tr("The visits are those of one vehicle now."),
+    return command.finish(ArchiveKeepingTr::tr("The visits are those of one vehicle now."),
                           {{QStringLiteral("vehicleId"), *into}});
 }
 
@@ -368,8 +381,9 @@ ExitStatus runArchiveMove(const QStringList &arguments)
 {
     KeepingCommand command(
         QStringLiteral("archive move"),
-        Tr::tr("Gives a visit to another vehicle; without VEHICLE to a new one of its own."));
-    command.options.addPositional(QStringLiteral("VISIT"), Tr::tr("The visit's number, or \"last\"."));
+        ArchiveKeepingTr::tr("Gives a visit to another vehicle; without VEHICLE to a new one of its own."));
+    command.options.addPositional(QStringLiteral("VISIT"),
+                                  ArchiveKeepingTr::tr("The visit's number, or \"last\"."));
     command.options.addPositional(QStringLiteral("VEHICLE"), vehicleHelp(), Presence::Optional);
     if (const std::optional<ExitStatus> status = command.begin(arguments, Archive::Missing::Refuse))
         return *status;
@@ -381,6 +395,6 @@ ExitStatus runArchiveMove(const QStringList &arguments)
     const std::optional<qint64> target = command.archive().moveVisit(*id, vehicle, &command.error);
     if (!target)
         return command.fail();
-    return command.finish(Tr::tr("Moved visit %1.").arg(*id),
+    return command.finish(ArchiveKeepingTr::tr("Moved visit %1.").arg(*id),
                           {{QStringLiteral("id"), *id}, {QStringLiteral("vehicleId"), *target}});
 }

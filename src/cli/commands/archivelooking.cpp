@@ -23,7 +23,7 @@
 
 namespace {
 
-struct Tr
+struct ArchiveLookingTr
 {
     Q_DECLARE_TR_FUNCTIONS(ArchiveLooking)
 };
@@ -39,7 +39,7 @@ public:
         : options(name, description)
     {
         ArchiveAccess::addOption(options);
-        options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
+        options.addOption({jsonOption, ArchiveLookingTr::tr("Print JSON, for programs.")});
         Language::addOption(options);
     }
 
@@ -112,7 +112,7 @@ std::optional<ExitStatus> takeLimit(const CommandArguments &options, VisitQuery 
 
 QCommandLineOption limitOptionOf()
 {
-    return {limitOption, Tr::tr("List this many at most."), QStringLiteral("N")};
+    return {limitOption, ArchiveLookingTr::tr("List this many at most."), QStringLiteral("N")};
 }
 
 /*! "6164", "6164h", "0x6164", each with ".2" for the sub-index. */
@@ -155,7 +155,7 @@ std::optional<QVector<qint64>> visitsToCompare(LookingCommand &command)
         return visits;
     const std::optional<qint64> previous = command.archive().previousVisit(visits.first(), &command.error);
     if (previous && *previous == 0)
-        command.error = Tr::tr("Visit %1 is the first one of its vehicle.").arg(visits.first());
+        command.error = ArchiveLookingTr::tr("Visit %1 is the first one of its vehicle.").arg(visits.first());
     if (!previous || *previous == 0)
         return std::nullopt;
     visits.prepend(*previous);
@@ -198,23 +198,25 @@ void printVisit(const LookingCommand &command, const VisitInfo &visit, const QVe
 
 ExitStatus runArchiveList(const QStringList &arguments)
 {
-    LookingCommand command(QStringLiteral("archive list"), Tr::tr("Lists the visits, the newest first."));
+    LookingCommand command(QStringLiteral("archive list"),
+                           ArchiveLookingTr::tr("Lists the visits, the newest first."));
     command.options.addOption(limitOptionOf());
     VisitQuery query;
     if (const std::optional<ExitStatus> status = command.begin(arguments))
         return *status;
     if (const std::optional<ExitStatus> status = takeLimit(command.options, &query))
         return *status;
-    return listVisits(command, query, Tr::tr("There is no visit in the archive."));
+    return listVisits(command, query, ArchiveLookingTr::tr("There is no visit in the archive."));
 }
 
 ExitStatus runArchiveFind(const QStringList &arguments)
 {
     LookingCommand command(
         QStringLiteral("archive find"),
-        Tr::tr("Lists the visits in which all words are found: in serial and part numbers, names, "
-               "vehicle, customer, technician, notes and the day (2026-09-03)."));
-    command.options.addPositional(QStringLiteral("TEXT"), Tr::tr("What is looked for."),
+        ArchiveLookingTr::tr(
+            "Lists the visits in which all words are found: in serial and part numbers, names, "
+            "vehicle, customer, technician, notes and the day (2026-09-03)."));
+    command.options.addPositional(QStringLiteral("TEXT"), ArchiveLookingTr::tr("What is looked for."),
                                   CommandArguments::Presence::Repeated);
     command.options.addOption(limitOptionOf());
     VisitQuery query;
@@ -223,13 +225,13 @@ ExitStatus runArchiveFind(const QStringList &arguments)
     if (const std::optional<ExitStatus> status = takeLimit(command.options, &query))
         return *status;
     query.text = command.options.positionals().join(QLatin1Char(' '));
-    return listVisits(command, query, Tr::tr("No visit has \"%1\".").arg(query.text));
+    return listVisits(command, query, ArchiveLookingTr::tr("No visit has \"%1\".").arg(query.text));
 }
 
 ExitStatus runArchiveVehicles(const QStringList &arguments)
 {
     LookingCommand command(QStringLiteral("archive vehicles"),
-                           Tr::tr("Lists the vehicles, the one that was here last first."));
+                           ArchiveLookingTr::tr("Lists the vehicles, the one that was here last first."));
     if (const std::optional<ExitStatus> status = command.begin(arguments))
         return *status;
     const std::optional<QVector<VehicleInfo>> vehicles
@@ -237,16 +239,18 @@ ExitStatus runArchiveVehicles(const QStringList &arguments)
     if (!vehicles)
         return command.fail();
     printList(command, QStringLiteral("vehicles"), *vehicles, VisitListing::text(*vehicles),
-              Tr::tr("There is no vehicle in the archive."),
+              ArchiveLookingTr::tr("There is no vehicle in the archive."),
               [](const VehicleInfo &vehicle) { return VisitListing::json(vehicle); });
     return Exit::success;
 }
 
 ExitStatus runArchiveShow(const QStringList &arguments)
 {
-    LookingCommand command(QStringLiteral("archive show"),
-                           Tr::tr("Prints a visit, its components and all their values in words."));
-    command.options.addPositional(QStringLiteral("VISIT"), Tr::tr("The visit's number, or \"last\"."));
+    LookingCommand command(
+        QStringLiteral("archive show"),
+        ArchiveLookingTr::tr("Prints a visit, its components and all their values in words."));
+    command.options.addPositional(QStringLiteral("VISIT"),
+                                  ArchiveLookingTr::tr("The visit's number, or \"last\"."));
     if (const std::optional<ExitStatus> status = command.begin(arguments))
         return *status;
     const std::optional<qint64> id = command.access.visit(command.options.positional(), &command.error);
@@ -265,25 +269,26 @@ ExitStatus runArchiveTrend(const QStringList &arguments)
 {
     LookingCommand command(
         QStringLiteral("archive trend"),
-        Tr::tr("Prints a value at all visits of a vehicle, or of a device in whatever vehicle, "
-               "the oldest first."));
+        ArchiveLookingTr::tr("Prints a value at all visits of a vehicle, or of a device in whatever vehicle, "
+                             "the oldest first."));
     command.options.addPositional(
         QStringLiteral("SUBJECT"),
-        Tr::tr("What the vehicle is called or \"#\" and its number; or the device's serial "
-               "number or key, as \"find --json\" shows it."));
-    command.options.addPositional(QStringLiteral("OBJECT"),
-                                  Tr::tr("Index in hexadecimal and sub-index: 6164h.2 or 6164.2."));
+        ArchiveLookingTr::tr("What the vehicle is called or \"#\" and its number; or the device's serial "
+                             "number or key, as \"find --json\" shows it."));
+    command.options.addPositional(
+        QStringLiteral("OBJECT"),
+        ArchiveLookingTr::tr("Index in hexadecimal and sub-index: 6164h.2 or 6164.2."));
     if (const std::optional<ExitStatus> status = command.begin(arguments))
         return *status;
     const std::optional<CanOpen::ObjectKey> key = parseObject(command.options.positional(1));
     if (!key)
-        return command.options.complain(
-            Tr::tr("\"%1\" is no object: write it like 6164h.2.").arg(command.options.positional(1)));
+        return command.options.complain(ArchiveLookingTr::tr("\"%1\" is no object: write it like 6164h.2.")
+                                            .arg(command.options.positional(1)));
     const std::optional<QVector<TrendPoint>> points = readTrend(command, *key);
     if (!points)
         return command.fail();
     printList(command, QStringLiteral("points"), *points, VisitListing::text(*points, *key),
-              Tr::tr("No visit of it has a value of %1.").arg(key->toShortString()),
+              ArchiveLookingTr::tr("No visit of it has a value of %1.").arg(key->toShortString()),
               [key](const TrendPoint &point) { return VisitListing::json(point, *key); });
     return Exit::success;
 }
@@ -292,11 +297,11 @@ ExitStatus runArchiveDiff(const QStringList &arguments)
 {
     LookingCommand command(
         QStringLiteral("archive diff"),
-        Tr::tr("Says what has changed from one visit to a later one. With one VISIT: since the "
-               "visit of the vehicle before it."));
+        ArchiveLookingTr::tr("Says what has changed from one visit to a later one. With one VISIT: since the "
+                             "visit of the vehicle before it."));
     command.options.addPositional(QStringLiteral("VISIT"),
-                                  Tr::tr("The earlier visit's number, or \"last\"."));
-    command.options.addPositional(QStringLiteral("VISIT2"), Tr::tr("The later one's."),
+                                  ArchiveLookingTr::tr("The earlier visit's number, or \"last\"."));
+    command.options.addPositional(QStringLiteral("VISIT2"), ArchiveLookingTr::tr("The later one's."),
                                   CommandArguments::Presence::Optional);
     RuleOptions::add(command.options);
     RuleSet rules;

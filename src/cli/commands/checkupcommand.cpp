@@ -13,7 +13,7 @@
 
 namespace {
 
-struct Tr
+struct CheckupCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(CheckupCommand)
 };
@@ -35,7 +35,7 @@ private:
 
     CommandArguments m_options{
         QStringLiteral("checkup"),
-        Tr::tr("Judges a vehicle: what is wrong, what to do, what could not be checked.")};
+        CheckupCommandTr::tr("Judges a vehicle: what is wrong, what to do, what could not be checked.")};
     SnapshotSource m_source;
     std::optional<Snapshot> m_earlier;
     RuleSet m_rules;
@@ -60,17 +60,17 @@ void CheckupCommand::addOptions()
 {
     m_options.addPositional(
         QStringLiteral("FILE"),
-        Tr::tr("A snapshot (.dxsnap), an exchange file (.dxxml) or a support bundle (.zip). "
-               "Without it --bus is read."),
+        CheckupCommandTr::tr("A snapshot (.dxsnap), an exchange file (.dxxml) or a support bundle (.zip). "
+                             "Without it --bus is read."),
         CommandArguments::Presence::Optional);
     SnapshotSource::addOptions(m_options);
     m_options.addOption(
         {againstOption,
-         Tr::tr("A device that does not say who it is has the name that it has in this earlier "
-                "file (.dxsnap or .dxxml). What has changed since is for \"draxelctl diff\"."),
+         CheckupCommandTr::tr("A device that does not say who it is has the name that it has in this earlier "
+                              "file (.dxsnap or .dxxml). What has changed since is for \"draxelctl diff\"."),
          QStringLiteral("OLDER")});
     RuleOptions::add(m_options);
-    m_options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
+    m_options.addOption({jsonOption, CheckupCommandTr::tr("Print JSON, for programs.")});
     Language::addOption(m_options);
 }
 

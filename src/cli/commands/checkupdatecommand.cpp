@@ -16,7 +16,7 @@
 
 namespace {
 
-struct Tr
+struct CheckUpdateCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(CheckUpdateCommand)
 };
@@ -64,8 +64,9 @@ ExitStatus checkUpdate(const VehicleSource &vehicle, quint8 nodeId)
     const std::optional<QVariant> revision = node.value(identity, 3);
     if (vendor && product && revision)
         return ask(vendor->toUInt(), product->toUInt(), revision->toUInt());
-    Console::printError(Tr::tr("The identity of node %1 (object 1018h, sub-indices 1 to 3) is not in %2.")
-                            .arg(QString::number(nodeId), vehicle.name()));
+    Console::printError(
+        CheckUpdateCommandTr::tr("The identity of node %1 (object 1018h, sub-indices 1 to 3) is not in %2.")
+            .arg(QString::number(nodeId), vehicle.name()));
     return Exit::noUsableNode;
 }
 
@@ -73,19 +74,20 @@ ExitStatus checkUpdate(const VehicleSource &vehicle, quint8 nodeId)
 
 ExitStatus runCheckUpdateCommand(const QStringList &arguments)
 {
-    CommandArguments options(QStringLiteral("check-update"),
-                             Tr::tr("Asks the update information server what it knows about the firmware of "
-                                    "a node, and prints its answer."));
+    CommandArguments options(
+        QStringLiteral("check-update"),
+        CheckUpdateCommandTr::tr("Asks the update information server what it knows about the firmware of "
+                                 "a node, and prints its answer."));
     VehicleSource vehicle;
     VehicleSource::addOptions(options);
-    NodeOption::add(options, Tr::tr("The node that is asked about."));
+    NodeOption::add(options, CheckUpdateCommandTr::tr("The node that is asked about."));
     Language::addOption(options);
     if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;
     if (const std::optional<ExitStatus> status = vehicle.parse(options))
         return *status;
     if (!NodeOption::isSet(options))
-        return options.complain(Tr::tr("--node is missing: which node is meant?"));
+        return options.complain(CheckUpdateCommandTr::tr("--node is missing: which node is meant?"));
     const std::optional<quint8> nodeId = NodeOption::parse(options);
     if (!nodeId)
         return Exit::usage;

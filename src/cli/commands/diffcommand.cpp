@@ -13,7 +13,7 @@
 
 namespace {
 
-struct Tr
+struct DiffCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(DiffCommand)
 };
@@ -31,8 +31,8 @@ private:
 
     CommandArguments m_options{
         QStringLiteral("diff"),
-        Tr::tr("Says what has changed from one snapshot of a vehicle to a later one, or to "
-               "what it is now.")};
+        DiffCommandTr::tr("Says what has changed from one snapshot of a vehicle to a later one, or to "
+                          "what it is now.")};
     Snapshot m_before;
     SnapshotSource m_after;
     RuleSet m_rules;
@@ -59,12 +59,13 @@ ExitStatus DiffCommand::run(const QStringList &arguments)
 std::optional<ExitStatus> DiffCommand::parse(const QStringList &arguments)
 {
     m_options.addPositional(QStringLiteral("FILE"),
-                            Tr::tr("The earlier snapshot (.dxsnap) or exchange file (.dxxml)."));
-    m_options.addPositional(QStringLiteral("FILE2"), Tr::tr("The later one. Without it --bus is read."),
+                            DiffCommandTr::tr("The earlier snapshot (.dxsnap) or exchange file (.dxxml)."));
+    m_options.addPositional(QStringLiteral("FILE2"),
+                            DiffCommandTr::tr("The later one. Without it --bus is read."),
                             CommandArguments::Presence::Optional);
     SnapshotSource::addOptions(m_options);
     RuleOptions::add(m_options);
-    m_options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
+    m_options.addOption({jsonOption, DiffCommandTr::tr("Print JSON, for programs.")});
     Language::addOption(m_options);
     if (const std::optional<ExitStatus> status = m_options.parse(arguments))
         return status;

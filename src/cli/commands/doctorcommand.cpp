@@ -11,7 +11,7 @@
 
 namespace {
 
-struct Tr
+struct DoctorCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(DoctorCommand)
 };
@@ -34,9 +34,10 @@ ExitStatus runDoctorCommand(const QStringList &arguments)
 {
     CommandArguments options(
         QStringLiteral("doctor"),
-        Tr::tr("Looks at this computer: says what it lacks for CAN, and the command that mends it. "
-               "Changes nothing."));
-    options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
+        DoctorCommandTr::tr(
+            "Looks at this computer: says what it lacks for CAN, and the command that mends it. "
+            "Changes nothing."));
+    options.addOption({jsonOption, DoctorCommandTr::tr("Print JSON, for programs.")});
     if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;
     const QVector<Diagnosed> all = Diagnosis::of(Computer::look());

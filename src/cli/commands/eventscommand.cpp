@@ -15,7 +15,7 @@
 
 namespace {
 
-struct Tr
+struct EventsCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(EventsCommand)
 };
@@ -97,11 +97,12 @@ ExitStatus listen(const CommandArguments &options, Listening *listening)
 
 ExitStatus runEventsCommand(const QStringList &arguments)
 {
-    CommandArguments options(QStringLiteral("events"), Tr::tr("Lists what happens on a bus. Sends nothing."));
+    CommandArguments options(QStringLiteral("events"),
+                             EventsCommandTr::tr("Lists what happens on a bus. Sends nothing."));
     Listening listening(std::nullopt);
     listening.addOptions(options);
-    options.addOption({jsonOption, Tr::tr("Print JSON at the end, for programs.")});
-    options.addOption({csvOption, Tr::tr("Print a table (CSV) at the end.")});
+    options.addOption({jsonOption, EventsCommandTr::tr("Print JSON at the end, for programs.")});
+    options.addOption({csvOption, EventsCommandTr::tr("Print a table (CSV) at the end.")});
     Language::addOption(options);
     if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;

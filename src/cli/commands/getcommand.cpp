@@ -18,7 +18,7 @@
 
 namespace {
 
-struct Tr
+struct GetCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(GetCommand)
 };
@@ -49,8 +49,8 @@ private:
     ExitStatus complain(const CanOpen::SdoOutcome &outcome) const;
 
     CommandArguments m_options{QStringLiteral("get"),
-                               Tr::tr("Reads one object of a node. The node need not send "
-                                      "a heartbeat.")};
+                               GetCommandTr::tr("Reads one object of a node. The node need not send "
+                                                "a heartbeat.")};
     CanOpen::SdoPatience m_patience;
     quint8 m_nodeId = 0;
     CanOpen::ObjectKey m_key;
@@ -76,17 +76,19 @@ ExitStatus GetCommand::run(const QStringList &arguments)
 std::optional<ExitStatus> GetCommand::parse(const QStringList &arguments)
 {
     m_options.addBusOptions();
-    m_options.addPositional(QStringLiteral("NODE"), Tr::tr("The node ID, 1 to 127."));
+    m_options.addPositional(QStringLiteral("NODE"), GetCommandTr::tr("The node ID, 1 to 127."));
     m_options.addPositional(QStringLiteral("INDEX"),
-                            Tr::tr("The object's index, hexadecimal: 1018, 1018h or 0x1018."));
-    m_options.addPositional(QStringLiteral("SUB"), Tr::tr("The sub-index, 0 to 255; 0 when it is left out."),
+                            GetCommandTr::tr("The object's index, hexadecimal: 1018, 1018h or 0x1018."));
+    m_options.addPositional(QStringLiteral("SUB"),
+                            GetCommandTr::tr("The sub-index, 0 to 255; 0 when it is left out."),
                             CommandArguments::Presence::Optional);
-    m_options.addOption({typeOption,
-                         Tr::tr("The data type: %1. Without it that of the read list, and for other objects "
-                                "everything that the bytes may mean.")
-                             .arg(DataTypeName::shortNames().join(QStringLiteral(", "))),
-                         QStringLiteral("TYPE")});
-    m_options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
+    m_options.addOption(
+        {typeOption,
+         GetCommandTr::tr("The data type: %1. Without it that of the read list, and for other objects "
+                          "everything that the bytes may mean.")
+             .arg(DataTypeName::shortNames().join(QStringLiteral(", "))),
+         QStringLiteral("TYPE")});
+    m_options.addOption({jsonOption, GetCommandTr::tr("Print JSON, for programs.")});
     PatienceOptions::add(m_options);
     Language::addOption(m_options);
     if (const std::optional<ExitStatus> status = m_options.parse(arguments))
@@ -102,17 +104,19 @@ std::optional<ExitStatus> GetCommand::parseObject()
 {
     const std::optional<quint8> nodeId = ObjectAddress::parseNodeId(m_options.positional(0));
     if (!nodeId)
-        return m_options.complain(Tr::tr("\"%1\" is no node ID from 1 to 127.").arg(m_options.positional(0)));
+        return m_options.complain(
+            GetCommandTr::tr("\"%1\" is no node ID from 1 to 127.").arg(m_options.positional(0)));
     const std::optional<quint16> index = ObjectAddress::parseIndex(m_options.positional(1));
     if (!index) {
-        return m_options.complain(Tr::tr("\"%1\" is no index. Write it in hexadecimal, for example 1018h.")
-                                      .arg(m_options.positional(1)));
+        return m_options.complain(
+            GetCommandTr::tr("\"%1\" is no index. Write it in hexadecimal, for example 1018h.")
+                .arg(m_options.positional(1)));
     }
     const QString sub = m_options.positional(2);
     const std::optional<quint8> subIndex
         = ObjectAddress::parseSubIndex(sub.isEmpty() ? QStringLiteral("0") : sub);
     if (!subIndex)
-        return m_options.complain(Tr::tr("\"%1\" is no sub-index from 0 to 255.").arg(sub));
+        return m_options.complain(GetCommandTr::tr("\"%1\" is no sub-index from 0 to 255.").arg(sub));
     m_nodeId = *nodeId;
     m_key = {*index, *subIndex};
 
@@ -124,7 +128,7 @@ std::optional<ExitStatus> GetCommand::parseObject()
         m_type = known.first();
     if (m_isTypeChosen && !m_type) {
         return m_options.complain(
-            Tr::tr("There is no data type \"%1\"; there are %2.")
+            GetCommandTr::tr("There is no data type \"%1\"; there are %2.")
                 .arg(m_options.value(typeOption), DataTypeName::shortNames().join(QStringLiteral(", "))));
     }
     return std::nullopt;
@@ -139,7 +143,7 @@ ExitStatus GetCommand::readObject()
         outcome = ask(CanOpen::rawBytes);
     }
     if (m_loop.isInterrupted()) {
-        Console::printError(Tr::tr("Interrupted."));
+        Console::printError(GetCommandTr::tr("Interrupted."));
         return m_loop.status();
     }
     if (outcome.kind != CanOpen::SdoOutcome::Kind::Value)
@@ -177,7 +181,8 @@ void GetCommand::print(const CanOpen::SdoOutcome &outcome) const
 ExitStatus GetCommand::complain(const CanOpen::SdoOutcome &outcome) const
 {
     if (outcome.kind == CanOpen::SdoOutcome::Kind::Cancelled) {
-        Console::printError(Tr::tr("Nothing was read, because the bus was lost: %1").arg(m_bus.lossReason()));
+        Console::printError(
+            GetCommandTr::tr("Nothing was read, because the bus was lost: %1").arg(m_bus.lossReason()));
         return Exit::stoppedEarly;
     }
     const FailedObject failure{m_nodeId, m_key, ReadResult::of(outcome)};

@@ -14,7 +14,7 @@
 
 namespace {
 
-struct Tr
+struct HealthCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(HealthCommand)
 };
@@ -53,11 +53,11 @@ ExitStatus listen(const CommandArguments &options, Listening *listening)
 ExitStatus runHealthCommand(const QStringList &arguments)
 {
     CommandArguments options(QStringLiteral("health"),
-                             Tr::tr("Listens to a bus and says how well it is. Sends nothing."));
+                             HealthCommandTr::tr("Listens to a bus and says how well it is. Sends nothing."));
     Listening listening(usualTime);
     listening.addOptions(options);
-    options.addOption({allOption, Tr::tr("Print all numbers as well.")});
-    options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
+    options.addOption({allOption, HealthCommandTr::tr("Print all numbers as well.")});
+    options.addOption({jsonOption, HealthCommandTr::tr("Print JSON, for programs.")});
     Language::addOption(options);
     if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;

@@ -6,7 +6,7 @@
 
 namespace {
 
-struct Tr
+struct HealthRulesTr
 {
     Q_DECLARE_TR_FUNCTIONS(HealthRules)
 };
@@ -19,6 +19,6 @@ RuleSet HealthRules::load()
     for (const QString &problem : rules.problems())
         Console::printError(problem);
     if (rules.rules().isEmpty())
-        Console::printError(Tr::tr("There are no rules to judge by."));
+        Console::printError(HealthRulesTr::tr("There are no rules to judge by."));
     return rules;
 }

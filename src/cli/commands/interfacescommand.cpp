@@ -10,7 +10,7 @@
 
 namespace {
 
-struct Tr
+struct InterfacesCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(InterfacesCommand)
 };
@@ -21,9 +21,9 @@ QString describe(const QString &plugin, const QCanBusDeviceInfo &device)
     if (!device.description().isEmpty())
         notes.append(device.description());
     if (!device.serialNumber().isEmpty())
-        notes.append(Tr::tr("serial number %1").arg(device.serialNumber()));
+        notes.append(InterfacesCommandTr::tr("serial number %1").arg(device.serialNumber()));
     if (device.isVirtual())
-        notes.append(Tr::tr("virtual"));
+        notes.append(InterfacesCommandTr::tr("virtual"));
 
     const QString address = QStringLiteral("  %1:%2").arg(plugin, device.name());
     return notes.isEmpty() ? address
@@ -38,17 +38,18 @@ void listPlugin(const QString &plugin)
     for (const QCanBusDeviceInfo &device : devices)
         Console::print(describe(plugin, device));
     if (!error.isEmpty())
-        Console::print(Tr::tr("  cannot be used here: %1").arg(error));
+        Console::print(InterfacesCommandTr::tr("  cannot be used here: %1").arg(error));
     else if (devices.isEmpty())
-        Console::print(Tr::tr("  has no interface now"));
+        Console::print(InterfacesCommandTr::tr("  has no interface now"));
 }
 
 } // namespace
 
 ExitStatus runInterfacesCommand(const QStringList &arguments)
 {
-    CommandArguments options(QStringLiteral("interfaces"),
-                             Tr::tr("Lists the CAN back ends and their interfaces, as --bus takes them."));
+    CommandArguments options(
+        QStringLiteral("interfaces"),
+        InterfacesCommandTr::tr("Lists the CAN back ends and their interfaces, as --bus takes them."));
     if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;
 
@@ -57,6 +58,7 @@ ExitStatus runInterfacesCommand(const QStringList &arguments)
     for (const QString &plugin : qAsConst(plugins))
         listPlugin(plugin);
     if (plugins.isEmpty())
-        Console::print(Tr::tr("QtSerialBus found no back end. Is its plug-in package installed?"));
+        Console::print(
+            InterfacesCommandTr::tr("QtSerialBus found no back end. Is its plug-in package installed?"));
     return Exit::success;
 }

@@ -22,7 +22,7 @@
 
 namespace {
 
-struct Tr
+struct MonitorCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(MonitorCommand)
 };
@@ -49,7 +49,8 @@ private:
 
     CommandArguments m_options{
         QStringLiteral("monitor"),
-        Tr::tr("Shows how well a bus is and what happens on it, again and again. Sends nothing.")};
+        MonitorCommandTr::tr(
+            "Shows how well a bus is and what happens on it, again and again. Sends nothing.")};
     Listening m_listening{std::nullopt};
     std::chrono::milliseconds m_period{0};
     RuleSet m_rules;
@@ -64,9 +65,10 @@ void MonitorCommand::addOptions()
     m_listening.addOptions(m_options);
     m_options.addOption(
         {everyOption,
-         Tr::tr("How often: 100ms and more; usually 1s, and 10s where the output is no terminal."),
+         MonitorCommandTr::tr(
+             "How often: 100ms and more; usually 1s, and 10s where the output is no terminal."),
          QStringLiteral("TIME")});
-    m_options.addOption({jsonOption, Tr::tr("Print a line of JSON each time, for programs.")});
+    m_options.addOption({jsonOption, MonitorCommandTr::tr("Print a line of JSON each time, for programs.")});
     Language::addOption(m_options);
 }
 

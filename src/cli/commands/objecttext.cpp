@@ -15,7 +15,7 @@
 
 namespace {
 
-struct Tr
+struct ObjectTextTr
 {
     Q_DECLARE_TR_FUNCTIONS(ObjectText)
 };
@@ -77,18 +77,18 @@ QVector<QStringList> rowsOfTyped(const ObjectValue &object)
     QVector<QStringList> rows;
     const QString words = valueInWords(object);
     if (!words.isEmpty())
-        rows.append({Tr::tr("Value"), words});
+        rows.append({ObjectTextTr::tr("Value"), words});
     const QByteArray bytes = object.bytes();
     if (isInteger(object.value)) {
-        rows.append({Tr::tr("Number"),
+        rows.append({ObjectTextTr::tr("Number"),
                      QStringLiteral("%1 (0x%2)")
                          .arg(object.value.toString(), QString::number(numberOf(bytes), 16).toUpper())});
     } else if (object.value.type() == QVariant::ByteArray) {
-        rows.append({Tr::tr("Length"), Tr::tr("%1 bytes").arg(bytes.size())});
+        rows.append({ObjectTextTr::tr("Length"), ObjectTextTr::tr("%1 bytes").arg(bytes.size())});
     } else {
-        rows.append({Tr::tr("Value"), object.value.toString()});
+        rows.append({ObjectTextTr::tr("Value"), object.value.toString()});
     }
-    rows.append({Tr::tr("Type"), CanOpen::dataTypeName(*object.type)});
+    rows.append({ObjectTextTr::tr("Type"), CanOpen::dataTypeName(*object.type)});
     return rows;
 }
 
@@ -97,10 +97,10 @@ QVector<QStringList> rowsOfUntyped(const ObjectValue &object)
     QVector<QStringList> rows;
     const QByteArray bytes = object.bytes();
     if (isPrintable(bytes))
-        rows.append({Tr::tr("Text"), QString::fromLatin1(bytes)});
+        rows.append({ObjectTextTr::tr("Text"), QString::fromLatin1(bytes)});
     if (!bytes.isEmpty() && bytes.size() <= longestNumber)
-        rows.append({Tr::tr("Number"), numberText(numberOf(bytes))});
-    rows.append({Tr::tr("Length"), Tr::tr("%1 bytes").arg(bytes.size())});
+        rows.append({ObjectTextTr::tr("Number"), numberText(numberOf(bytes))});
+    rows.append({ObjectTextTr::tr("Length"), ObjectTextTr::tr("%1 bytes").arg(bytes.size())});
     return rows;
 }
 
@@ -138,13 +138,13 @@ QByteArray ObjectValue::bytes() const
 QString objectText(const ObjectValue &object)
 {
     QVector<QStringList> rows{
-        {Tr::tr("Object"),
-         Tr::tr("%1 of node %2").arg(object.key.toString(), QString::number(object.nodeId))}};
+        {ObjectTextTr::tr("Object"),
+         ObjectTextTr::tr("%1 of node %2").arg(object.key.toString(), QString::number(object.nodeId))}};
     const QString name = DataInterpreter::objectName(object.key.index, object.key.subIndex);
     if (!name.isEmpty())
-        rows.append({Tr::tr("Name"), name});
+        rows.append({ObjectTextTr::tr("Name"), name});
     rows += object.type ? rowsOfTyped(object) : rowsOfUntyped(object);
-    rows.append({Tr::tr("Bytes"), bytesText(object.bytes())});
+    rows.append({ObjectTextTr::tr("Bytes"), bytesText(object.bytes())});
     return alignedLines(rows, 0).join(QLatin1Char('\n'));
 }
 

@@ -19,7 +19,7 @@
 
 namespace {
 
-struct Tr
+struct ReadCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(ReadCommand)
 };
@@ -54,13 +54,13 @@ private:
 
 QString countsText(const ReadCounts &counts)
 {
-    return Tr::tr("%1 values read, %2 objects not there, %3 failed")
+    return ReadCommandTr::tr("%1 values read, %2 objects not there, %3 failed")
         .arg(QString::number(counts.values), QString::number(counts.missing), QString::number(counts.failed));
 }
 
 QString NodeLines::line(quint8 nodeId) const
 {
-    return Tr::tr("Node %1: device type %2, %3; %4")
+    return ReadCommandTr::tr("Node %1: device type %2, %3; %4")
         .arg(QString::number(nodeId), hexValue(nodeId, deviceTypeIndex, 0), identity(nodeId),
              countsText(m_record.counts(nodeId)));
 }
@@ -70,7 +70,7 @@ QString NodeLines::hexValue(quint8 nodeId, quint16 index, quint8 subIndex) const
 {
     const std::optional<ReadResult> result = m_record.result(nodeId, {index, subIndex});
     if (!result || result->isFailure())
-        return Tr::tr("not read");
+        return ReadCommandTr::tr("not read");
     QVariant value;
     if (!m_store.getValue(nodeId, index, subIndex, value))
         return QStringLiteral("-");
@@ -83,7 +83,7 @@ QString NodeLines::identity(quint8 nodeId) const
     std::array<QString, identitySubIndices.size()> parts;
     std::transform(identitySubIndices.begin(), identitySubIndices.end(), parts.begin(),
                    [&](quint8 subIndex) { return hexValue(nodeId, identityIndex, subIndex); });
-    return Tr::tr("vendor %1, product %2, revision %3, serial number %4")
+    return ReadCommandTr::tr("vendor %1, product %2, revision %3, serial number %4")
         .arg(parts[0], parts[1], parts[2], parts[3]);
 }
 
@@ -93,7 +93,7 @@ void printNodes(const NodeStore &store, const ReadRecord &record, qint64 elapsed
     const QList<quint8> nodes = store.nodeList();
     for (const quint8 nodeId : nodes)
         Console::print(lines.line(nodeId));
-    Console::print(Tr::tr("Total: %1 nodes, %2, %3 s")
+    Console::print(ReadCommandTr::tr("Total: %1 nodes, %2, %3 s")
                        .arg(QString::number(nodes.size()), countsText(record.total()),
                             QString::number(static_cast<double>(elapsed) / 1000.0, 'f', 1)));
 }
@@ -110,7 +110,7 @@ private:
     ExitStatus writeReportFiles();
 
     CommandArguments m_options{QStringLiteral("read"),
-                               Tr::tr("Reads all devices of a bus and saves what they said.")};
+                               ReadCommandTr::tr("Reads all devices of a bus and saves what they said.")};
     BusRead m_bus;
 };
 
@@ -143,16 +143,18 @@ std::optional<ExitStatus> ReadCommand::parse(const QStringList &arguments)
     m_options.addBusOptions();
     m_options.addOption(
         {exportOption,
-         Tr::tr("Save what was read as this exchange file (.dxxml), \"-\" for standard output."),
-         Tr::tr("FILE")});
+         ReadCommandTr::tr("Save what was read as this exchange file (.dxxml), \"-\" for standard output."),
+         ReadCommandTr::tr("FILE")});
     m_options.addOption(
         {reportOption,
-         Tr::tr("Write the report, dx_report.pdf and dx_report.html, into this folder, which is made when "
-                "it is not there."),
-         Tr::tr("DIR")});
-    NodeOption::add(m_options,
-                    Tr::tr("Read this node only. It need not send a heartbeat, and node 1 need not be "
-                           "there."));
+         ReadCommandTr::tr(
+             "Write the report, dx_report.pdf and dx_report.html, into this folder, which is made when "
+             "it is not there."),
+         ReadCommandTr::tr("DIR")});
+    NodeOption::add(
+        m_options,
+        ReadCommandTr::tr("Read this node only. It need not send a heartbeat, and node 1 need not be "
+                          "there."));
     BusRead::addOptions(m_options);
     Language::addOption(m_options);
     if (const std::optional<ExitStatus> status = m_options.parse(arguments))
@@ -160,9 +162,9 @@ std::optional<ExitStatus> ReadCommand::parse(const QStringList &arguments)
     if (const std::optional<ExitStatus> status = m_bus.parse(m_options))
         return status;
     if (m_options.isSet(exportOption) && m_options.value(exportOption).isEmpty())
-        return m_options.complain(Tr::tr("--export takes the name of a file."));
+        return m_options.complain(ReadCommandTr::tr("--export takes the name of a file."));
     if (m_options.isSet(reportOption) && m_options.value(reportOption).isEmpty())
-        return m_options.complain(Tr::tr("--report takes the name of a folder."));
+        return m_options.complain(ReadCommandTr::tr("--report takes the name of a folder."));
     if (NodeOption::isSet(m_options)) {
         const std::optional<quint8> nodeId = NodeOption::parse(m_options);
         if (!nodeId)

@@ -14,7 +14,7 @@
 
 namespace {
 
-struct Tr
+struct ReportCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(ReportCommand)
 };
@@ -36,26 +36,29 @@ ExitStatus report(const QString &fileName, const QString &folder)
 
 ExitStatus runReportCommand(const QStringList &arguments)
 {
-    CommandArguments options(QStringLiteral("report"),
-                             Tr::tr("Writes the report on what a saved vehicle holds: dx_report.pdf and "
-                                    "dx_report.html; or its service report."));
+    CommandArguments options(
+        QStringLiteral("report"),
+        ReportCommandTr::tr("Writes the report on what a saved vehicle holds: dx_report.pdf and "
+                            "dx_report.html; or its service report."));
     options.addPositional(QStringLiteral("FILE"),
-                          Tr::tr("A snapshot (.dxsnap) or an exchange file (.dxxml)."));
-    options.addOption({outputOption, Tr::tr("The folder for the two files; it is made when it is not there."),
+                          ReportCommandTr::tr("A snapshot (.dxsnap) or an exchange file (.dxxml)."));
+    options.addOption({outputOption,
+                       ReportCommandTr::tr("The folder for the two files; it is made when it is not there."),
                        QStringLiteral("DIR")});
     ServiceReportRun::addOptions(options);
     Language::addOption(options);
     if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;
     if (options.value(outputOption).isEmpty())
-        return options.complain(Tr::tr("--output is missing: which folder is meant?"));
+        return options.complain(ReportCommandTr::tr("--output is missing: which folder is meant?"));
     if (const std::optional<ExitStatus> status = Language::load(options))
         return *status;
     if (ServiceReportRun::isWanted(options))
         return ServiceReportRun::run(options, options.positional(), options.value(outputOption));
     const QString stray = ServiceReportRun::strayOption(options);
     if (!stray.isEmpty())
-        return options.complain(Tr::tr("--%1 is for a service report; --service is missing.").arg(stray));
+        return options.complain(
+            ReportCommandTr::tr("--%1 is for a service report; --service is missing.").arg(stray));
     return report(options.positional(), options.value(outputOption));
 }
 

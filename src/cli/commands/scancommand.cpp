@@ -13,7 +13,7 @@
 
 namespace {
 
-struct Tr
+struct ScanCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(ScanCommand)
 };
@@ -22,18 +22,19 @@ ExitStatus report(const CanOpen::NodeScan &scan)
 {
     const QVector<quint8> found = scan.foundNodes();
     const QVector<quint8> unasked = scan.unaskedNodes();
-    Console::print(Tr::tr("%1 nodes found").arg(found.size()));
+    Console::print(ScanCommandTr::tr("%1 nodes found").arg(found.size()));
     if (!unasked.isEmpty()) {
         Console::printError(
-            Tr::tr("Nothing is known of node %1: requests or answers found no room on the bus. It is "
-                   "overloaded, or nobody acknowledges; scan again when it is quieter.")
+            ScanCommandTr::tr(
+                "Nothing is known of node %1: requests or answers found no room on the bus. It is "
+                "overloaded, or nobody acknowledges; scan again when it is quieter.")
                 .arg(BusWords::nodes(unasked.toList())));
         return Exit::stoppedEarly;
     }
     if (!found.isEmpty())
         return Exit::success;
-    Console::printError(
-        Tr::tr("No node answered. Check that the vehicle is switched on, the cable, and the bit rate."));
+    Console::printError(ScanCommandTr::tr(
+        "No node answered. Check that the vehicle is switched on, the cable, and the bit rate."));
     return Exit::noUsableNode;
 }
 
@@ -45,7 +46,7 @@ ExitStatus scan(const BusSettings &settings)
     CanOpen::NodeScan nodeScan(&bus.sdoClient());
     QObject::connect(&nodeScan, &CanOpen::NodeScan::found, &nodeScan, [&progress](quint8 nodeId) {
         progress.clear();
-        Console::print(Tr::tr("Node %1 answers").arg(nodeId));
+        Console::print(ScanCommandTr::tr("Node %1 answers").arg(nodeId));
     });
     QObject::connect(&nodeScan, &CanOpen::NodeScan::finished, &nodeScan, [&loop] { loop.end(); });
 
@@ -55,18 +56,18 @@ ExitStatus scan(const BusSettings &settings)
         return Exit::busNotOpened;
     }
     if (!loop.isInterrupted()) {
-        progress.update(Tr::tr("Asking nodes 1 to 127 ..."));
+        progress.update(ScanCommandTr::tr("Asking nodes 1 to 127 ..."));
         nodeScan.start();
     }
     const bool isFinished = loop.run();
     progress.clear();
     if (!isFinished) {
-        Console::printError(Tr::tr("Interrupted."));
+        Console::printError(ScanCommandTr::tr("Interrupted."));
         return loop.status();
     }
     if (!bus.lossReason().isEmpty()) {
         Console::printError(
-            Tr::tr("The scan was stopped, because the bus was lost: %1").arg(bus.lossReason()));
+            ScanCommandTr::tr("The scan was stopped, because the bus was lost: %1").arg(bus.lossReason()));
         return Exit::stoppedEarly;
     }
     return report(nodeScan);
@@ -78,8 +79,8 @@ ExitStatus runScanCommand(const QStringList &arguments)
 {
     CommandArguments options(
         QStringLiteral("scan"),
-        Tr::tr("Asks every node ID for its device type, and so also finds nodes that send no "
-               "heartbeat."));
+        ScanCommandTr::tr("Asks every node ID for its device type, and so also finds nodes that send no "
+                          "heartbeat."));
     options.addBusOptions();
     if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;

@@ -30,7 +30,7 @@
 
 namespace {
 
-struct Tr
+struct ServiceReportRunTr
 {
     Q_DECLARE_TR_FUNCTIONS(ServiceReportRun)
 };
@@ -68,8 +68,9 @@ public:
         if (status)
             return {*status};
         removeHalfFiles(before);
-        Console::printError(loop.isInterrupted() ? Tr::tr("Interrupted; the report was not written.")
-                                                 : Tr::tr("The report was not written: its process failed."));
+        Console::printError(loop.isInterrupted()
+                                ? ServiceReportRunTr::tr("Interrupted; the report was not written.")
+                                : ServiceReportRunTr::tr("The report was not written: its process failed."));
         return loop.isInterrupted() ? loop.status() : Exit::fileFailed;
     }
 
@@ -191,7 +192,7 @@ private:
             return;
         }
         for (const QString &path : {paths.pdf, paths.html})
-            Console::print(Tr::tr("Wrote %1").arg(QDir::toNativeSeparators(path)));
+            Console::print(ServiceReportRunTr::tr("Wrote %1").arg(QDir::toNativeSeparators(path)));
     }
 
     /*! Files of the report's name that hold nothing: those that were being written. */
@@ -230,23 +231,28 @@ private:
 void ServiceReportRun::addOptions(CommandArguments &options)
 {
     options.addOption(
-        {serviceOption, Tr::tr("Write the service report: check-up, changes, components and values "
-                               "for the customer, as service_VEHICLE_DATE.pdf and .html.")});
-    options.addOption({againstOption,
-                       Tr::tr("Say what has changed since this earlier file (.dxsnap or .dxxml)."),
-                       QStringLiteral("OLDER")});
-    options.addOption({workshopOption,
-                       Tr::tr("The workshop's name; once more for each line of its address. Usually "
-                              "as set in the window."),
-                       QStringLiteral("TEXT")});
+        {serviceOption,
+         ServiceReportRunTr::tr("Write the service report: check-up, changes, components and values "
+                                "for the customer, as service_VEHICLE_DATE.pdf and .html.")});
     options.addOption(
-        {logoOption, Tr::tr("The workshop's logo, a PNG or JPEG file."), QStringLiteral("IMAGE")});
-    options.addOption({archiveOption,
-                       Tr::tr("Show how the state of health went over the visits in this archive: a "
-                              "file, or postgresql://user@host/database."),
-                       QStringLiteral("ARCHIVE")});
+        {againstOption,
+         ServiceReportRunTr::tr("Say what has changed since this earlier file (.dxsnap or .dxxml)."),
+         QStringLiteral("OLDER")});
+    options.addOption(
+        {workshopOption,
+         ServiceReportRunTr::tr("The workshop's name; once more for each line of its address. Usually "
+                                "as set in the window."),
+         QStringLiteral("TEXT")});
+    options.addOption({logoOption, ServiceReportRunTr::tr("The workshop's logo, a PNG or JPEG file."),
+                       QStringLiteral("IMAGE")});
+    options.addOption(
+        {archiveOption,
+         ServiceReportRunTr::tr("Show how the state of health went over the visits in this archive: a "
+                                "file, or postgresql://user@host/database."),
+         QStringLiteral("ARCHIVE")});
     RuleOptions::add(options);
-    options.addOption({jsonOption, Tr::tr("Print the names of the files of a service report as JSON.")});
+    options.addOption(
+        {jsonOption, ServiceReportRunTr::tr("Print the names of the files of a service report as JSON.")});
 }
 
 bool ServiceReportRun::isWanted(const CommandArguments &options)

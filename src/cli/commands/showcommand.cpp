@@ -13,7 +13,7 @@
 
 namespace {
 
-struct Tr
+struct ShowCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(ShowCommand)
 };
@@ -38,8 +38,9 @@ private:
     std::optional<ExitStatus> parse(const QStringList &arguments);
     void print();
 
-    CommandArguments m_options{QStringLiteral("show"),
-                               Tr::tr("Prints the components of a vehicle and all their values in words.")};
+    CommandArguments m_options{
+        QStringLiteral("show"),
+        ShowCommandTr::tr("Prints the components of a vehicle and all their values in words.")};
     VehicleSource m_vehicle;
     std::optional<quint8> m_nodeId; // the only one asked for
 };
@@ -59,8 +60,8 @@ ExitStatus ShowCommand::run(const QStringList &arguments)
 std::optional<ExitStatus> ShowCommand::parse(const QStringList &arguments)
 {
     VehicleSource::addOptions(m_options);
-    m_options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
-    NodeOption::add(m_options, Tr::tr("Show this node only."));
+    m_options.addOption({jsonOption, ShowCommandTr::tr("Print JSON, for programs.")});
+    NodeOption::add(m_options, ShowCommandTr::tr("Show this node only."));
     Language::addOption(m_options);
     if (const std::optional<ExitStatus> status = m_options.parse(arguments))
         return status;
@@ -88,7 +89,7 @@ void ShowCommand::print()
     if (!m_nodeId)
         nodes = withComponents(nodes);
     if (nodes.isEmpty())
-        Console::printError(Tr::tr("There is no component in %1.").arg(m_vehicle.name()));
+        Console::printError(ShowCommandTr::tr("There is no component in %1.").arg(m_vehicle.name()));
     else
         Console::print(listingText(nodes));
 }

@@ -13,7 +13,7 @@
 
 namespace {
 
-struct Tr
+struct SimulateCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(SimulateCommand)
 };
@@ -47,12 +47,13 @@ void followBus(Simulator::Vehicle &vehicle, BusConnection &bus)
     switch (bus.state()) {
     case BusConnection::State::Connected:
         vehicle.start();
-        Console::print(Tr::tr("%1 is on %2 with %3 nodes; Ctrl+C ends it.")
+        Console::print(SimulateCommandTr::tr("%1 is on %2 with %3 nodes; Ctrl+C ends it.")
                            .arg(vehicle.name(), address, QString::number(vehicle.nodeIds().size())));
         break;
     case BusConnection::State::Lost:
         vehicle.stop();
-        Console::printError(Tr::tr("The bus was lost: %1 Waiting for it ...").arg(bus.errorString()));
+        Console::printError(
+            SimulateCommandTr::tr("The bus was lost: %1 Waiting for it ...").arg(bus.errorString()));
         break;
     case BusConnection::State::Connecting:
     case BusConnection::State::Disconnected:
@@ -79,7 +80,7 @@ ExitStatus simulate(const Simulator::VehicleDescription &description, const BusS
     loop.run();
     vehicle.stop();
     bus.disconnectFromBus();
-    Console::printError(Tr::tr("The simulation has ended."));
+    Console::printError(SimulateCommandTr::tr("The simulation has ended."));
     return loop.status();
 }
 
@@ -91,7 +92,7 @@ std::optional<ExitStatus> readSpeed(const CommandArguments &options, std::option
     bool isNumber = false;
     const double number = options.value(speedOption).toDouble(&isNumber);
     if (!isNumber || !Simulator::isVehicleSpeed(number))
-        return options.complain(Tr::tr("--speed takes a number from %1 to %2, not \"%3\".")
+        return options.complain(SimulateCommandTr::tr("--speed takes a number from %1 to %2, not \"%3\".")
                                     .arg(QString::number(Simulator::slowestVehicle),
                                          QString::number(Simulator::fastestVehicle),
                                          options.value(speedOption)));
@@ -105,15 +106,18 @@ ExitStatus runSimulateCommand(const QStringList &arguments)
 {
     CommandArguments options(
         QStringLiteral("simulate"),
-        Tr::tr("Puts a simulated vehicle on a bus: a shipped one by its name, a vehicle file, or "
-               "what a snapshot or an exchange file holds."));
+        SimulateCommandTr::tr(
+            "Puts a simulated vehicle on a bus: a shipped one by its name, a vehicle file, or "
+            "what a snapshot or an exchange file holds."));
     options.addBusOptions();
     options.addPositional(
         QStringLiteral("VEHICLE"),
-        Tr::tr("A name such as pedelec, ride or full-bus, FILE.json, FILE.dxsnap or FILE.dxxml."));
+        SimulateCommandTr::tr(
+            "A name such as pedelec, ride or full-bus, FILE.json, FILE.dxsnap or FILE.dxxml."));
     options.addOption({speedOption,
-                       Tr::tr("Its values move so many times as fast; heartbeats and PDOs keep their times."),
-                       Tr::tr("FACTOR")});
+                       SimulateCommandTr::tr(
+                           "Its values move so many times as fast; heartbeats and PDOs keep their times."),
+                       SimulateCommandTr::tr("FACTOR")});
     if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;
     std::optional<double> speed;

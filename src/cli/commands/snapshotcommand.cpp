@@ -17,7 +17,7 @@
 
 namespace {
 
-struct Tr
+struct SnapshotCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(SnapshotCommand)
 };
@@ -76,10 +76,11 @@ private:
     QString outputName() const;
     void print() const;
 
-    CommandArguments m_options{QStringLiteral("snapshot"),
-                               Tr::tr("Reads all that can be read of all devices on a bus, past those that "
-                                      "do not answer, and saves it with what could not be read and why. Or "
-                                      "saves what others have read in a trace.")};
+    CommandArguments m_options{
+        QStringLiteral("snapshot"),
+        SnapshotCommandTr::tr("Reads all that can be read of all devices on a bus, past those that "
+                              "do not answer, and saves it with what could not be read and why. Or "
+                              "saves what others have read in a trace.")};
     BusSnapshot m_bus;
     RecordedSnapshot m_trace;
     bool m_isOfTrace = false;
@@ -129,8 +130,9 @@ QString SnapshotCommand::outputName() const
     if (m_bus.replacedNodes().isEmpty())
         return wanted;
     const QString earlier = m_options.value(resumeOption);
-    Console::printError(Tr::tr("There is another device than in %1 on node %2; it was read anew.")
-                            .arg(QDir::toNativeSeparators(earlier), BusWords::nodes(m_bus.replacedNodes())));
+    Console::printError(
+        SnapshotCommandTr::tr("There is another device than in %1 on node %2; it was read anew.")
+            .arg(QDir::toNativeSeparators(earlier), BusWords::nodes(m_bus.replacedNodes())));
     const bool wouldReplace = QFileInfo(wanted).canonicalFilePath() == QFileInfo(earlier).canonicalFilePath();
     return wouldReplace ? freeNameBeside(wanted) : wanted;
 }
@@ -141,9 +143,10 @@ std::optional<ExitStatus> SnapshotCommand::parse(const QStringList &arguments)
     if (const std::optional<ExitStatus> status = m_options.parse(arguments))
         return status;
     if (m_options.value(outputOption).isEmpty())
-        return m_options.complain(Tr::tr("--output takes the name of a file."));
+        return m_options.complain(SnapshotCommandTr::tr("--output takes the name of a file."));
     if (m_options.isSet(jsonOption) && OutputFile(m_options.value(outputOption)).isStandardOutput())
-        return m_options.complain(Tr::tr("Standard output takes the snapshot or the summary, not both."));
+        return m_options.complain(
+            SnapshotCommandTr::tr("Standard output takes the snapshot or the summary, not both."));
     if (const std::optional<ExitStatus> status = parseSource())
         return status;
     if (const std::optional<ExitStatus> status = parseResume())
@@ -157,9 +160,10 @@ std::optional<ExitStatus> SnapshotCommand::parseSource()
 {
     m_isOfTrace = RecordedSnapshot::isWanted(m_options);
     if (m_isOfTrace == m_options.hasBus())
-        return m_options.complain(m_isOfTrace ? Tr::tr("Name either a --bus or a trace, not both.")
-                                              : Tr::tr("What is meant? Name a --bus, or a trace with "
-                                                       "--from-trace."));
+        return m_options.complain(m_isOfTrace
+                                      ? SnapshotCommandTr::tr("Name either a --bus or a trace, not both.")
+                                      : SnapshotCommandTr::tr("What is meant? Name a --bus, or a trace with "
+                                                              "--from-trace."));
     if (const std::optional<ExitStatus> status = complainOfForeignOptions())
         return status;
     return m_isOfTrace ? m_trace.parse(m_options) : m_bus.parse(m_options);
@@ -168,11 +172,12 @@ std::optional<ExitStatus> SnapshotCommand::parseSource()
 std::optional<ExitStatus> SnapshotCommand::complainOfForeignOptions() const
 {
     if (!m_isOfTrace && m_options.isSet(channelOption))
-        return m_options.complain(Tr::tr("--%1 is for traces only.").arg(channelOption));
+        return m_options.complain(SnapshotCommandTr::tr("--%1 is for traces only.").arg(channelOption));
     for (const char *name : askingOptions) {
         const QString option = QString::fromLatin1(name);
         if (m_isOfTrace && m_options.isSet(option))
-            return m_options.complain(Tr::tr("A trace is not asked; leave out --%1.").arg(option));
+            return m_options.complain(
+                SnapshotCommandTr::tr("A trace is not asked; leave out --%1.").arg(option));
     }
     return std::nullopt;
 }
@@ -180,18 +185,21 @@ std::optional<ExitStatus> SnapshotCommand::complainOfForeignOptions() const
 void SnapshotCommand::addOptions()
 {
     m_options.addBusOptions(CommandArguments::Presence::Optional);
-    m_options.addOption({outputOption,
-                         Tr::tr("Save the snapshot as this file (.dxsnap), \"-\" for standard output."),
-                         Tr::tr("FILE")});
+    m_options.addOption(
+        {outputOption,
+         SnapshotCommandTr::tr("Save the snapshot as this file (.dxsnap), \"-\" for standard output."),
+         SnapshotCommandTr::tr("FILE")});
     BusSnapshot::addOptions(m_options);
     RecordedSnapshot::addOptions(m_options);
-    m_options.addOption({resumeOption,
-                         Tr::tr("Go on where this snapshot has ended: ask only for what it has not. A device "
-                                "that is another one than then is read anew."),
-                         Tr::tr("FILE")});
+    m_options.addOption(
+        {resumeOption,
+         SnapshotCommandTr::tr("Go on where this snapshot has ended: ask only for what it has not. A device "
+                               "that is another one than then is read anew."),
+         SnapshotCommandTr::tr("FILE")});
     for (const NoteOption &option : noteOptions)
-        m_options.addOption({QLatin1String(option.name), Tr::tr(option.description), Tr::tr("TEXT")});
-    m_options.addOption({jsonOption, Tr::tr("Print the summary as JSON, for programs.")});
+        m_options.addOption({QLatin1String(option.name), SnapshotCommandTr::tr(option.description),
+                             SnapshotCommandTr::tr("TEXT")});
+    m_options.addOption({jsonOption, SnapshotCommandTr::tr("Print the summary as JSON, for programs.")});
     Language::addOption(m_options);
 }
 
@@ -206,11 +214,12 @@ std::optional<ExitStatus> SnapshotCommand::parseResume()
         return Exit::fileFailed;
     }
     if (!m_earlier->isOfBus())
-        return m_options.complain(
-            Tr::tr("A snapshot that was made of an exchange file or a trace cannot be gone on with: "
-                   "it does not say what was asked for."));
+        return m_options.complain(SnapshotCommandTr::tr(
+            "A snapshot that was made of an exchange file or a trace cannot be gone on with: "
+            "it does not say what was asked for."));
     if (m_bus.isQuick() && m_earlier->scope != SnapshotScope::Quick)
-        return m_options.complain(Tr::tr("The snapshot to go on with is a full one; leave out --quick."));
+        return m_options.complain(
+            SnapshotCommandTr::tr("The snapshot to go on with is a full one; leave out --quick."));
     m_bus.setEarlier(*m_earlier);
     return std::nullopt;
 }

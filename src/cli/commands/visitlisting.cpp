@@ -12,7 +12,7 @@
 
 namespace {
 
-struct Tr
+struct VisitListingTr
 {
     Q_DECLARE_TR_FUNCTIONS(VisitListing)
 };
@@ -131,25 +131,29 @@ void addReading(QJsonObject *json, const VisitInfo &visit)
 QString VisitListing::verdictText(const std::optional<VisitVerdict> &verdict)
 {
     if (!verdict)
-        return Tr::tr("not judged");
+        return VisitListingTr::tr("not judged");
     QStringList parts;
     if (verdict->faults > 0)
-        parts.append(countText(verdict->faults, Tr::tr("1 fault"), Tr::tr("%1 faults")));
+        parts.append(
+            countText(verdict->faults, VisitListingTr::tr("1 fault"), VisitListingTr::tr("%1 faults")));
     if (verdict->warnings > 0)
-        parts.append(countText(verdict->warnings, Tr::tr("1 warning"), Tr::tr("%1 warnings")));
+        parts.append(
+            countText(verdict->warnings, VisitListingTr::tr("1 warning"), VisitListingTr::tr("%1 warnings")));
     if (verdict->notes > 0)
-        parts.append(countText(verdict->notes, Tr::tr("1 note"), Tr::tr("%1 notes")));
+        parts.append(countText(verdict->notes, VisitListingTr::tr("1 note"), VisitListingTr::tr("%1 notes")));
     if (verdict->notChecked > 0)
-        parts.append(Tr::tr("%1 not checked").arg(verdict->notChecked));
+        parts.append(VisitListingTr::tr("%1 not checked").arg(verdict->notChecked));
     if (parts.isEmpty())
-        return verdict->verdict == Verdict::Ok ? Tr::tr("good") : Tr::tr("not checked");
+        return verdict->verdict == Verdict::Ok ? VisitListingTr::tr("good")
+                                               : VisitListingTr::tr("not checked");
     return parts.join(QStringLiteral(", "));
 }
 
 QString VisitListing::text(const QVector<VisitInfo> &visits)
 {
-    QVector<QStringList> rows{{Tr::tr("Visit"), Tr::tr("Time"), Tr::tr("Vehicle"), Tr::tr("Components"),
-                               Tr::tr("Verdict"), Tr::tr("Customer")}};
+    QVector<QStringList> rows{{VisitListingTr::tr("Visit"), VisitListingTr::tr("Time"),
+                               VisitListingTr::tr("Vehicle"), VisitListingTr::tr("Components"),
+                               VisitListingTr::tr("Verdict"), VisitListingTr::tr("Customer")}};
     for (const VisitInfo &visit : visits)
         rows.append({QString::number(visit.id), timeText(visit.time), visit.vehicle,
                      QString::number(visit.components.size()), verdictText(visit.verdict),
@@ -159,8 +163,9 @@ QString VisitListing::text(const QVector<VisitInfo> &visits)
 
 QString VisitListing::text(const QVector<VehicleInfo> &vehicles)
 {
-    QVector<QStringList> rows{{Tr::tr("Number"), Tr::tr("Vehicle"), Tr::tr("Visits"), Tr::tr("Last visit"),
-                               Tr::tr("Verdict"), Tr::tr("Customer")}};
+    QVector<QStringList> rows{{VisitListingTr::tr("Number"), VisitListingTr::tr("Vehicle"),
+                               VisitListingTr::tr("Visits"), VisitListingTr::tr("Last visit"),
+                               VisitListingTr::tr("Verdict"), VisitListingTr::tr("Customer")}};
     for (const VehicleInfo &vehicle : vehicles)
         rows.append({QString::number(vehicle.id), vehicle.called, QString::number(vehicle.visitCount),
                      timeText(vehicle.lastTime), verdictText(vehicle.lastVerdict), vehicle.lastCustomer});
@@ -170,31 +175,32 @@ QString VisitListing::text(const QVector<VehicleInfo> &vehicles)
 QString VisitListing::text(const VisitInfo &visit)
 {
     QVector<QStringList> rows;
-    appendRow(&rows, Tr::tr("Visit"), QString::number(visit.id));
-    appendRow(&rows, Tr::tr("Vehicle"), visit.vehicle);
-    appendRow(&rows, Tr::tr("Time"), visit.time.toString(Qt::ISODate));
-    appendRow(&rows, Tr::tr("Customer"), visit.notes.customer);
-    appendRow(&rows, Tr::tr("Technician"), visit.notes.technician);
-    appendRow(&rows, Tr::tr("Odometer"), visit.notes.odometer);
-    appendRow(&rows, Tr::tr("Note"), visit.notes.note);
-    appendRow(&rows, Tr::tr("Bus"), visit.bus);
-    appendRow(&rows, Tr::tr("Program"), visit.program);
-    appendRow(&rows, Tr::tr("Verdict"), verdictText(visit.verdict));
-    appendRow(&rows, Tr::tr("Values"), QString::number(visit.valueCount));
-    appendRow(&rows, Tr::tr("Not read"), QString::number(visit.gapCount));
-    appendRow(&rows, Tr::tr("SHA-256"), visit.fingerprint);
+    appendRow(&rows, VisitListingTr::tr("Visit"), QString::number(visit.id));
+    appendRow(&rows, VisitListingTr::tr("Vehicle"), visit.vehicle);
+    appendRow(&rows, VisitListingTr::tr("Time"), visit.time.toString(Qt::ISODate));
+    appendRow(&rows, VisitListingTr::tr("Customer"), visit.notes.customer);
+    appendRow(&rows, VisitListingTr::tr("Technician"), visit.notes.technician);
+    appendRow(&rows, VisitListingTr::tr("Odometer"), visit.notes.odometer);
+    appendRow(&rows, VisitListingTr::tr("Note"), visit.notes.note);
+    appendRow(&rows, VisitListingTr::tr("Bus"), visit.bus);
+    appendRow(&rows, VisitListingTr::tr("Program"), visit.program);
+    appendRow(&rows, VisitListingTr::tr("Verdict"), verdictText(visit.verdict));
+    appendRow(&rows, VisitListingTr::tr("Values"), QString::number(visit.valueCount));
+    appendRow(&rows, VisitListingTr::tr("Not read"), QString::number(visit.gapCount));
+    appendRow(&rows, VisitListingTr::tr("SHA-256"), visit.fingerprint);
     for (const VisitComponent &component : visit.components) {
-        appendRow(
-            &rows, Tr::tr("Node %1").arg(component.nodeId),
-            Tr::tr("%1, serial number %2").arg(component.name(), serialText(component.identity.serial)));
+        appendRow(&rows, VisitListingTr::tr("Node %1").arg(component.nodeId),
+                  VisitListingTr::tr("%1, serial number %2")
+                      .arg(component.name(), serialText(component.identity.serial)));
     }
     return alignedLines(rows, 0).join(QLatin1Char('\n'));
 }
 
 QString VisitListing::text(const QVector<TrendPoint> &points, CanOpen::ObjectKey key)
 {
-    QVector<QStringList> rows{{Tr::tr("Visit"), Tr::tr("Time"), Tr::tr("Node"), Tr::tr("Component"),
-                               Tr::tr("Serial number"), Tr::tr("Value")}};
+    QVector<QStringList> rows{{VisitListingTr::tr("Visit"), VisitListingTr::tr("Time"),
+                               VisitListingTr::tr("Node"), VisitListingTr::tr("Component"),
+                               VisitListingTr::tr("Serial number"), VisitListingTr::tr("Value")}};
     for (const TrendPoint &point : points)
         rows.append({QString::number(point.visitId), timeText(point.time), QString::number(point.nodeId),
                      point.identity.displayName(point.nodeId), serialText(point.identity.serial),

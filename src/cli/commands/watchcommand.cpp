@@ -16,7 +16,7 @@
 
 namespace {
 
-struct Tr
+struct WatchCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(WatchCommand)
 };
@@ -43,8 +43,8 @@ private:
 
     CommandArguments m_options{
         QStringLiteral("watch"),
-        Tr::tr("Shows the values of chosen objects as they come: from PDOs where the device "
-               "maps them, else by asking.")};
+        WatchCommandTr::tr("Shows the values of chosen objects as they come: from PDOs where the device "
+                           "maps them, else by asking.")};
     Listening m_listening{std::nullopt};
     QVector<ObjectAddress> m_objects;
     std::chrono::milliseconds m_period = usualPeriod;
@@ -58,17 +58,20 @@ void WatchCommand::addOptions()
     m_listening.addOptions(m_options);
     m_options.addPositional(
         QStringLiteral("NODE:INDEX:SUB"),
-        Tr::tr("An object: node ID, index (hexadecimal) and sub-index, 0 when it is left out; "
-               "2:6040:1."),
+        WatchCommandTr::tr("An object: node ID, index (hexadecimal) and sub-index, 0 when it is left out; "
+                           "2:6040:1."),
         CommandArguments::Presence::Repeated);
     m_options.addOption(
         {everyOption,
-         Tr::tr("How often values are asked for, and printed at most: 100ms and more; usually %1ms.")
+         WatchCommandTr::tr(
+             "How often values are asked for, and printed at most: 100ms and more; usually %1ms.")
              .arg(usualPeriod.count()),
          QStringLiteral("TIME")});
-    m_options.addOption({csvOption, Tr::tr("Write what is printed to this file as well, as a table."),
+    m_options.addOption({csvOption,
+                         WatchCommandTr::tr("Write what is printed to this file as well, as a table."),
                          QStringLiteral("FILE")});
-    m_options.addOption({jsonOption, Tr::tr("Print a line of JSON for each value, for programs.")});
+    m_options.addOption(
+        {jsonOption, WatchCommandTr::tr("Print a line of JSON for each value, for programs.")});
     ShareOption::add(m_options, usualShare);
 }
 
@@ -93,7 +96,7 @@ std::optional<ExitStatus> WatchCommand::parseObjects()
         const std::optional<ObjectAddress> object = ObjectAddress::parse(text);
         if (!object) {
             return m_options.complain(
-                Tr::tr(
+                WatchCommandTr::tr(
                     "\"%1\" is no object; one is written like 2:6040:1, with node ID, index and sub-index.")
                     .arg(text));
         }
@@ -111,8 +114,8 @@ std::optional<ExitStatus> WatchCommand::openTable()
         write(ValueWriting::csvHead());
         return m_isTableBroken ? std::optional(Exit::fileFailed) : std::nullopt;
     }
-    Console::printError(
-        Tr::tr("The file %1 cannot be written: %2").arg(m_table.fileName(), m_table.errorString()));
+    Console::printError(WatchCommandTr::tr("The file %1 cannot be written: %2")
+                            .arg(m_table.fileName(), m_table.errorString()));
     return Exit::fileFailed;
 }
 
@@ -122,8 +125,8 @@ void WatchCommand::write(const QByteArray &lines)
     if (!m_table.isOpen() || m_isTableBroken || lines.isEmpty() || m_table.write(lines) == lines.size())
         return;
     m_isTableBroken = true;
-    Console::printError(
-        Tr::tr("The file %1 cannot be written: %2").arg(m_table.fileName(), m_table.errorString()));
+    Console::printError(WatchCommandTr::tr("The file %1 cannot be written: %2")
+                            .arg(m_table.fileName(), m_table.errorString()));
     m_listening.end();
 }
 

@@ -14,7 +14,7 @@
 
 namespace {
 
-struct Tr
+struct LanguageTr
 {
     Q_DECLARE_TR_FUNCTIONS(Language)
 };
@@ -56,7 +56,7 @@ QString findLanguage(const QStringList &languages, const QString &name)
 void Language::addOption(CommandArguments &options)
 {
     options.addOption({languageOption,
-                       Tr::tr("The language of what the devices say, for example de; usually en."),
+                       LanguageTr::tr("The language of what the devices say, for example de; usually en."),
                        QStringLiteral("LANGUAGE")});
 }
 
@@ -69,7 +69,7 @@ std::optional<ExitStatus> Language::load(const CommandArguments &options)
     const QString language = findLanguage(languages, options.value(languageOption));
     if (language.isEmpty()) {
         return options.complain(
-            Tr::tr("There are no texts in the language \"%1\"; there are those in %2.")
+            LanguageTr::tr("There are no texts in the language \"%1\"; there are those in %2.")
                 .arg(options.value(languageOption), languages.join(QStringLiteral(", "))));
     }
     auto translator = std::make_unique<QTranslator>(QCoreApplication::instance());
@@ -78,7 +78,8 @@ std::optional<ExitStatus> Language::load(const CommandArguments &options)
     if (translator->load(file))
         QCoreApplication::installTranslator(translator.release()); // owned by the application
     else if (language != sourceLanguage)
-        return options.complain(Tr::tr("The file %1 holds no texts.").arg(QDir::toNativeSeparators(file)));
+        return options.complain(
+            LanguageTr::tr("The file %1 holds no texts.").arg(QDir::toNativeSeparators(file)));
     return std::nullopt;
 }
 
@@ -92,7 +93,7 @@ std::optional<ExitStatus> Language::loadWithHost(const CommandArguments &options
         QCoreApplication::installTranslator(translator.release()); // owned by the application
     else if (language != sourceLanguage)
         return options.complain(
-            Tr::tr("There are no texts of the host in the language \"%1\".").arg(language));
+            LanguageTr::tr("There are no texts of the host in the language \"%1\".").arg(language));
     return std::nullopt;
 }
 

@@ -55,8 +55,8 @@ QStringList treeLines(const QVector<ListedNode> &nodes)
 {
     const bool hasNmtStates = std::any_of(nodes.cbegin(), nodes.cend(),
                                           [](const ListedNode &node) { return !node.nmtState.isEmpty(); });
-    QVector<QStringList> cells{{QStringLiteral("Draxel Network Components"), Tr::tr("Node-Id"),
-                                Tr::tr("NMT-State"), Tr::tr("DX FSA State")}};
+    QVector<QStringList> cells{{QStringLiteral("Draxel Network Components"), OverviewTr::tr("Node-Id"),
+                                OverviewTr::tr("NMT-State"), OverviewTr::tr("DX FSA State")}};
     for (const ListedNode &node : nodes) {
         QString nmtState = node.nmtState;
         for (const Component &component : node.components) {
@@ -76,7 +76,7 @@ QString titleOf(const ListedNode &node)
     QStringList names;
     for (const Component &component : node.components)
         names.append(component.name);
-    const QString title = QStringLiteral("%1 %2").arg(Tr::tr("Node-Id"), QString::number(node.id));
+    const QString title = QStringLiteral("%1 %2").arg(OverviewTr::tr("Node-Id"), QString::number(node.id));
     return names.isEmpty() ? title : title + QStringLiteral(": ") + names.join(QStringLiteral(", "));
 }
 

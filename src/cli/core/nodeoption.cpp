@@ -7,7 +7,7 @@
 
 namespace {
 
-struct Tr
+struct NodeOptionTr
 {
     Q_DECLARE_TR_FUNCTIONS(NodeOption)
 };
@@ -39,6 +39,7 @@ bool NodeOption::isKnown(quint8 nodeId, const VehicleSource &vehicle)
 {
     if (vehicle.store().nodeList().contains(nodeId))
         return true;
-    Console::printError(Tr::tr("There is no node %1 in %2.").arg(QString::number(nodeId), vehicle.name()));
+    Console::printError(
+        NodeOptionTr::tr("There is no node %1 in %2.").arg(QString::number(nodeId), vehicle.name()));
     return false;
 }

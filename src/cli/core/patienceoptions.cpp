@@ -8,7 +8,7 @@
 
 namespace {
 
-struct Tr
+struct PatienceOptionsTr
 {
     Q_DECLARE_TR_FUNCTIONS(PatienceOptions)
 };
@@ -23,12 +23,14 @@ constexpr int mostRetries = 100;
 
 void PatienceOptions::add(CommandArguments &options)
 {
-    options.addOption({timeoutOption,
-                       Tr::tr("How long a node may take to answer, in ms; at least and usually 100."),
-                       QStringLiteral("MS")});
-    options.addOption({retriesOption,
-                       Tr::tr("How often a node that does not answer is asked again; usually 2."),
-                       QStringLiteral("N")});
+    options.addOption(
+        {timeoutOption,
+         PatienceOptionsTr::tr("How long a node may take to answer, in ms; at least and usually 100."),
+         QStringLiteral("MS")});
+    options.addOption(
+        {retriesOption,
+         PatienceOptionsTr::tr("How often a node that does not answer is asked again; usually 2."),
+         QStringLiteral("N")});
 }
 
 std::optional<ExitStatus> PatienceOptions::parse(const CommandArguments &options,

@@ -15,7 +15,7 @@
 
 namespace {
 
-struct Tr
+struct ReportFilesTr
 {
     Q_DECLARE_TR_FUNCTIONS(ReportFiles)
 };
@@ -43,13 +43,13 @@ bool prepareReportFolder(const QString &folder, QString *errorMessage)
 {
     const QString shownName = QDir::toNativeSeparators(folder);
     if (!QDir().mkpath(folder)) {
-        *errorMessage = Tr::tr("The folder %1 cannot be made.").arg(shownName);
+        *errorMessage = ReportFilesTr::tr("The folder %1 cannot be made.").arg(shownName);
         return false;
     }
     QTemporaryFile probe(folder + QStringLiteral("/dx_report.XXXXXX"));
     if (!probe.open()) {
-        *errorMessage
-            = Tr::tr("Nothing can be written into the folder %1: %2.").arg(shownName, probe.errorString());
+        *errorMessage = ReportFilesTr::tr("Nothing can be written into the folder %1: %2.")
+                            .arg(shownName, probe.errorString());
         return false;
     }
     return true;
@@ -67,13 +67,14 @@ ExitStatus writeReport(const NodeStore &store, const QString &folder)
             if (!before.contains(name))
                 QFile::remove(QDir(folder).filePath(name));
         }
-        Console::printError(loop.isInterrupted() ? Tr::tr("Interrupted; the report was not written.")
-                                                 : Tr::tr("The report was not written: its process failed."));
+        Console::printError(loop.isInterrupted()
+                                ? ReportFilesTr::tr("Interrupted; the report was not written.")
+                                : ReportFilesTr::tr("The report was not written: its process failed."));
         return loop.isInterrupted() ? loop.status() : Exit::fileFailed;
     }
     if (*status != Exit::success.number)
         return {*status};
     for (const QString &path : {pdfWriter::pdfPath(folder), pdfWriter::htmlPath(folder)})
-        Console::print(Tr::tr("Wrote %1").arg(QDir::toNativeSeparators(path)));
+        Console::print(ReportFilesTr::tr("Wrote %1").arg(QDir::toNativeSeparators(path)));
     return Exit::success;
 }

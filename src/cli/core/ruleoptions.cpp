@@ -8,7 +8,7 @@
 
 namespace {
 
-struct Tr
+struct RuleOptionsTr
 {
     Q_DECLARE_TR_FUNCTIONS(RuleOptions)
 };
@@ -21,8 +21,8 @@ void RuleOptions::add(CommandArguments &options)
 {
     options.addOption(
         {rulesOption,
-         Tr::tr("Add the rules (*.json) in this folder to the shipped ones, in place of those in "
-                "%1.")
+         RuleOptionsTr::tr("Add the rules (*.json) in this folder to the shipped ones, in place of those in "
+                           "%1.")
              .arg(QDir::toNativeSeparators(RuleSet::userFolder())),
          QStringLiteral("DIR")});
 }
@@ -33,7 +33,7 @@ std::optional<ExitStatus> RuleOptions::load(const CommandArguments &options, Rul
     if (options.isSet(rulesOption)) {
         const QString folder = options.value(rulesOption);
         if (!QDir(folder).exists())
-            return options.complain(Tr::tr("There is no folder \"%1\".").arg(folder));
+            return options.complain(RuleOptionsTr::tr("There is no folder \"%1\".").arg(folder));
         folders = QStringList{RuleSet::shippedFolder(), folder};
     }
     *rules = RuleSet::load(folders);
@@ -41,6 +41,6 @@ std::optional<ExitStatus> RuleOptions::load(const CommandArguments &options, Rul
         Console::printError(problem);
     if (!rules->rules().isEmpty())
         return std::nullopt;
-    Console::printError(Tr::tr("There are no rules to judge by."));
+    Console::printError(RuleOptionsTr::tr("There are no rules to judge by."));
     return Exit::fileFailed;
 }

@@ -7,7 +7,7 @@
 
 namespace {
 
-struct Tr
+struct ShareOptionTr
 {
     Q_DECLARE_TR_FUNCTIONS(ShareOption)
 };
@@ -20,8 +20,8 @@ void ShareOption::add(CommandArguments &options, int usual)
 {
     options.addOption(
         {shareOption,
-         Tr::tr("How much of the bus questions and answers may take, 1 to 100 (no limit); usually "
-                "%1.")
+         ShareOptionTr::tr("How much of the bus questions and answers may take, 1 to 100 (no limit); usually "
+                           "%1.")
              .arg(usual),
          QStringLiteral("PERCENT")});
 }

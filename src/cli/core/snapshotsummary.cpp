@@ -12,7 +12,7 @@
 
 namespace {
 
-struct Tr
+struct SnapshotSummaryTr
 {
     Q_DECLARE_TR_FUNCTIONS(SnapshotSummary)
 };
@@ -37,7 +37,7 @@ Counts countsOf(const SnapshotNode &node)
 
 QString countsText(const Counts &counts)
 {
-    return Tr::tr("%1 values read, %2 objects not there, %3 could not be read")
+    return SnapshotSummaryTr::tr("%1 values read, %2 objects not there, %3 could not be read")
         .arg(QString::number(counts.values), QString::number(counts.absent), QString::number(counts.gaps));
 }
 
@@ -49,9 +49,9 @@ QString nameOf(const SnapshotNode &node)
 QString objectsText(const QStringList &objects)
 {
     const QString named = objects.mid(0, mostNamed).join(QStringLiteral(", "));
-    return objects.size() > mostNamed
-               ? Tr::tr("%1 and %2 more").arg(named, QString::number(objects.size() - mostNamed))
-               : named;
+    return objects.size() > mostNamed ? SnapshotSummaryTr::tr("%1 and %2 more")
+                                            .arg(named, QString::number(objects.size() - mostNamed))
+                                      : named;
 }
 
 /*! The objects that could not be read, by the reason. */
@@ -70,9 +70,9 @@ QStringList nodeLines(const SnapshotNode &node)
     const QString ending = SnapshotWords::ending(node.end);
     const Counts counts = countsOf(node);
     if (!ending.isEmpty() && counts.values + counts.absent == 0)
-        return {Tr::tr("Node %1: %2").arg(QString::number(node.id), ending)};
-    QStringList lines{
-        Tr::tr("Node %1, %2: %3").arg(QString::number(node.id), nameOf(node), countsText(counts))};
+        return {SnapshotSummaryTr::tr("Node %1: %2").arg(QString::number(node.id), ending)};
+    QStringList lines{SnapshotSummaryTr::tr("Node %1, %2: %3")
+                          .arg(QString::number(node.id), nameOf(node), countsText(counts))};
     if (!ending.isEmpty())
         lines.append(QStringLiteral("    ") + ending);
     const QMap<QString, QStringList> gaps = gapsOf(node);
@@ -123,7 +123,7 @@ QStringList SnapshotSummary::lines(const Snapshot &snapshot)
         total.gaps += counts.gaps;
         lines += nodeLines(node);
     }
-    lines.append(Tr::tr("Total: %1 nodes, %2, %3 s")
+    lines.append(SnapshotSummaryTr::tr("Total: %1 nodes, %2, %3 s")
                      .arg(QString::number(snapshot.nodes.size()), countsText(total),
                           QString::number(static_cast<double>(snapshot.duration) / 1000.0, 'f', 1)));
     return lines;

@@ -12,7 +12,7 @@
 
 namespace {
 
-struct Tr
+struct VehicleFromFileTr
 {
     Q_DECLARE_TR_FUNCTIONS(VehicleFromFile)
 };
@@ -78,7 +78,8 @@ void addEntry(const SnapshotEntry &entry, Simulator::NodeDescription *node, QStr
             node->dictionary.insert(entry.key, *object);
         else
             warnings->append(
-                Tr::tr("Node %1, object %2: the value %3 does not fit the object and is left out.")
+                VehicleFromFileTr::tr(
+                    "Node %1, object %2: the value %3 does not fit the object and is left out.")
                     .arg(QString::number(node->id), entry.key.toString(), entry.value.toString()));
     }
 }
@@ -87,7 +88,7 @@ Simulator::NodeDescription nodeOf(const SnapshotNode &recorded, bool isHeartbeat
 {
     Simulator::NodeDescription node;
     node.id = recorded.id;
-    node.name = Tr::tr("Node %1").arg(recorded.id);
+    node.name = VehicleFromFileTr::tr("Node %1").arg(recorded.id);
     const quint32 period = recorded.value(heartbeatTimeObject, 0).toUInt();
     node.heartbeatMs = period > 0 && period <= 0xFFFF ? static_cast<quint16>(period) : heartbeatPeriod;
     if (isHeartbeatKnown && !recorded.nmtState)
@@ -119,8 +120,8 @@ std::optional<Simulator::VehicleDescription> vehicleFromFile(const QString &file
         return std::nullopt;
     Simulator::VehicleDescription vehicle = vehicleFromSnapshot(*snapshot, warnings);
     if (vehicle.nodes.isEmpty()) {
-        *errorMessage
-            = Tr::tr("The file %1 has no node from 1 to 127.").arg(QDir::toNativeSeparators(fileName));
+        *errorMessage = VehicleFromFileTr::tr("The file %1 has no node from 1 to 127.")
+                            .arg(QDir::toNativeSeparators(fileName));
         return std::nullopt;
     }
     vehicle.name = QFileInfo(fileName).completeBaseName();

@@ -11,7 +11,7 @@
 
 namespace {
 
-struct Tr
+struct TraceCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(TraceCommand)
 };
@@ -27,22 +27,22 @@ constexpr Command commands[] = {
 
 QString usage()
 {
-    QString text = Tr::tr("Records the frames of a bus, and reads what was recorded.\n"
-                          "\n"
-                          "Usage: draxelctl trace COMMAND [OPTION]...\n"
-                          "\n"
-                          "Commands:\n");
+    QString text = TraceCommandTr::tr("Records the frames of a bus, and reads what was recorded.\n"
+                                      "\n"
+                                      "Usage: draxelctl trace COMMAND [OPTION]...\n"
+                                      "\n"
+                                      "Commands:\n");
     for (const Command &command : commands) {
         text += QStringLiteral("  %1 %2\n")
                     .arg(QLatin1String(command.name), -11)
-                    .arg(Tr::tr(command.description));
+                    .arg(TraceCommandTr::tr(command.description));
     }
     return text
-           + Tr::tr("\n"
-                    "Options:\n"
-                    "  -h, --help  Show this help.\n"
-                    "\n"
-                    "\"draxelctl trace COMMAND --help\" shows the options of a command.");
+           + TraceCommandTr::tr("\n"
+                                "Options:\n"
+                                "  -h, --help  Show this help.\n"
+                                "\n"
+                                "\"draxelctl trace COMMAND --help\" shows the options of a command.");
 }
 
 } // namespace
@@ -59,10 +59,11 @@ ExitStatus runTraceCommand(const QStringList &arguments)
         = std::find_if(std::begin(commands), std::end(commands),
                        [&name](const Command &known) { return name == QLatin1String(known.name); });
     if (command == std::end(commands)) {
-        Console::printError(name.isEmpty() ? usage()
-                                           : Tr::tr("draxelctl trace: There is no command \"%1\".\n"
-                                                    "\"draxelctl trace --help\" lists the commands.")
-                                                 .arg(name));
+        Console::printError(name.isEmpty()
+                                ? usage()
+                                : TraceCommandTr::tr("draxelctl trace: There is no command \"%1\".\n"
+                                                     "\"draxelctl trace --help\" lists the commands.")
+                                      .arg(name));
         return Exit::usage;
     }
     QStringList rest = arguments;

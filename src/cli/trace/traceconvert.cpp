@@ -11,7 +11,7 @@
 
 namespace {
 
-struct Tr
+struct TraceConvertTr
 {
     Q_DECLARE_TR_FUNCTIONS(TraceConvert)
 };
@@ -72,8 +72,10 @@ private:
         const TraceFormat format = m_format.value_or(TraceFormat::Candump);
         const QStringList lost = m_details.lostIn(format, m_input.head());
         if (!lost.isEmpty())
-            Console::printError(Tr::tr("This format does not hold: %1.").arg(lost.join(QLatin1String(", "))));
-        Console::print(Tr::tr("Wrote %1: %2 frames").arg(QDir::toNativeSeparators(m_to)).arg(m_frames));
+            Console::printError(
+                TraceConvertTr::tr("This format does not hold: %1.").arg(lost.join(QLatin1String(", "))));
+        Console::print(
+            TraceConvertTr::tr("Wrote %1: %2 frames").arg(QDir::toNativeSeparators(m_to)).arg(m_frames));
         return status;
     }
 
@@ -89,15 +91,17 @@ private:
 
 ExitStatus runTraceConvert(const QStringList &arguments)
 {
-    CommandArguments options(QStringLiteral("trace convert"),
-                             Tr::tr("Writes a trace in another format. What IN is, its content tells."));
-    options.addPositional(QStringLiteral("IN"), Tr::tr("A trace; - for standard input."));
+    CommandArguments options(
+        QStringLiteral("trace convert"),
+        TraceConvertTr::tr("Writes a trace in another format. What IN is, its content tells."));
+    options.addPositional(QStringLiteral("IN"), TraceConvertTr::tr("A trace; - for standard input."));
     options.addPositional(
         QStringLiteral("OUT"),
-        Tr::tr("What is written: .log (candump), .asc, .trc, .pcap or .pcapng, with .gz or .zst behind it to "
-               "compress it; - for standard output."));
+        TraceConvertTr::tr(
+            "What is written: .log (candump), .asc, .trc, .pcap or .pcapng, with .gz or .zst behind it to "
+            "compress it; - for standard output."));
     options.addOption({formatOption,
-                       Tr::tr("The format, whatever the name says: %1.")
+                       TraceConvertTr::tr("The format, whatever the name says: %1.")
                            .arg(TraceFormats::writableNames().join(QLatin1String(", "))),
                        QStringLiteral("FORMAT")});
     if (const std::optional<ExitStatus> status = options.parse(arguments))
@@ -106,7 +110,7 @@ ExitStatus runTraceConvert(const QStringList &arguments)
     if (options.isSet(formatOption)) {
         format = TraceFormats::writable(options.value(formatOption));
         if (!format)
-            return options.complain(Tr::tr("There is no format \"%1\"; there are %2.")
+            return options.complain(TraceConvertTr::tr("There is no format \"%1\"; there are %2.")
                                         .arg(options.value(formatOption),
                                              TraceFormats::writableNames().join(QLatin1String(", "))));
     }

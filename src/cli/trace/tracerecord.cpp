@@ -14,7 +14,7 @@
 
 namespace {
 
-struct Tr
+struct TraceRecordTr
 {
     Q_DECLARE_TR_FUNCTIONS(TraceRecord)
 };
@@ -45,7 +45,7 @@ private:
     std::optional<ExitStatus> parseTime();
 
     CommandArguments m_options{QStringLiteral("trace record"),
-                               Tr::tr("Records the frames of a bus until Ctrl+C. Sends nothing.")};
+                               TraceRecordTr::tr("Records the frames of a bus until Ctrl+C. Sends nothing.")};
     TraceRecording::Settings m_settings;
     std::optional<std::chrono::milliseconds> m_time;
 };
@@ -53,21 +53,25 @@ private:
 RecordOptions::RecordOptions()
 {
     m_options.addBusOptions();
-    m_options.addOption({outputOption,
-                         Tr::tr("Where to: .log (candump), .asc, .trc, .pcap or .pcapng, with .gz or .zst "
-                                "behind it to compress it; \"-\" is standard output, as candump."),
-                         QStringLiteral("FILE")});
     m_options.addOption(
-        {forOption, Tr::tr("How long: 500ms, 10s, 2min; usually until Ctrl+C."), QStringLiteral("TIME")});
-    m_options.addOption({rotateOption,
-                         Tr::tr("Begin another file, FILE-0001 and so on, after so many bytes (500k, 100M, "
-                                "2G) or so much time (10min, 1h)."),
-                         QStringLiteral("SIZE|TIME")});
-    m_options.addOption({keepOption,
-                         Tr::tr("With --rotate: keep only the newest N files of this recording and remove "
-                                "the older ones; usually all are kept."),
-                         QStringLiteral("N")});
-    m_options.addOption({reserveOption, Tr::tr("End when less than this is left on the disk; usually 200M."),
+        {outputOption,
+         TraceRecordTr::tr("Where to: .log (candump), .asc, .trc, .pcap or .pcapng, with .gz or .zst "
+                           "behind it to compress it; \"-\" is standard output, as candump."),
+         QStringLiteral("FILE")});
+    m_options.addOption({forOption, TraceRecordTr::tr("How long: 500ms, 10s, 2min; usually until Ctrl+C."),
+                         QStringLiteral("TIME")});
+    m_options.addOption(
+        {rotateOption,
+         TraceRecordTr::tr("Begin another file, FILE-0001 and so on, after so many bytes (500k, 100M, "
+                           "2G) or so much time (10min, 1h)."),
+         QStringLiteral("SIZE|TIME")});
+    m_options.addOption(
+        {keepOption,
+         TraceRecordTr::tr("With --rotate: keep only the newest N files of this recording and remove "
+                           "the older ones; usually all are kept."),
+         QStringLiteral("N")});
+    m_options.addOption({reserveOption,
+                         TraceRecordTr::tr("End when less than this is left on the disk; usually 200M."),
                          QStringLiteral("SIZE")});
 }
 
@@ -88,11 +92,11 @@ std::optional<ExitStatus> RecordOptions::parseOutput()
 {
     m_settings.path = m_options.value(outputOption);
     if (m_settings.path.isEmpty())
-        return m_options.complain(Tr::tr("--output FILE is missing."));
+        return m_options.complain(TraceRecordTr::tr("--output FILE is missing."));
     if (m_settings.path != QLatin1String("-") && !TraceFormats::ofName(m_settings.path).format)
         return m_options.complain(
-            Tr::tr("The name \"%1\" tells no format: it must end with .log, .asc, .trc, "
-                   ".pcap or .pcapng; .gz or .zst may follow.")
+            TraceRecordTr::tr("The name \"%1\" tells no format: it must end with .log, .asc, .trc, "
+                              ".pcap or .pcapng; .gz or .zst may follow.")
                 .arg(m_settings.path));
     return std::nullopt;
 }
@@ -106,17 +110,18 @@ std::optional<ExitStatus> RecordOptions::parseRotation()
         const std::optional<std::chrono::milliseconds> time
             = isNumberAlone ? std::nullopt : parseDuration(text);
         if (m_settings.path == QLatin1String("-"))
-            return m_options.complain(Tr::tr("Standard output cannot be rotated."));
+            return m_options.complain(TraceRecordTr::tr("Standard output cannot be rotated."));
         if (!size && !time)
             return m_options.complain(
-                Tr::tr("\"%1\" is neither a size (500k, 100M, 2G) nor a time (10min, 1h).").arg(text));
+                TraceRecordTr::tr("\"%1\" is neither a size (500k, 100M, 2G) nor a time (10min, 1h).")
+                    .arg(text));
         m_settings.rotateSize = size.value_or(0);
         m_settings.rotateTime = time ? time->count() * microseconds : 0;
     }
     if (!m_options.isSet(keepOption))
         return std::nullopt;
     if (!m_options.isSet(rotateOption))
-        return m_options.complain(Tr::tr("--keep counts the files of --rotate."));
+        return m_options.complain(TraceRecordTr::tr("--keep counts the files of --rotate."));
     constexpr int mostFiles = 1'000'000;
     const std::optional<int> keep = m_options.number(keepOption, 1, mostFiles);
     m_settings.keep = keep.value_or(0);
@@ -130,9 +135,9 @@ std::optional<ExitStatus> RecordOptions::parseReserve()
     const std::optional<qint64> reserve = parseByteCount(m_options.value(reserveOption));
     m_settings.reserve = reserve.value_or(0);
     return reserve ? std::nullopt
-                   : std::make_optional(
-                       m_options.complain(Tr::tr("\"%1\" is no size; one is written like 500k, 100M or 2G.")
-                                              .arg(m_options.value(reserveOption))));
+                   : std::make_optional(m_options.complain(
+                       TraceRecordTr::tr("\"%1\" is no size; one is written like 500k, 100M or 2G.")
+                           .arg(m_options.value(reserveOption))));
 }
 
 std::optional<ExitStatus> RecordOptions::parseTime()
@@ -143,7 +148,7 @@ std::optional<ExitStatus> RecordOptions::parseTime()
     if (m_time)
         return std::nullopt;
     return m_options.complain(
-        Tr::tr("\"%1\" is no time; one is written like 500ms, 10s or 2min, up to a week.")
+        TraceRecordTr::tr("\"%1\" is no time; one is written like 500ms, 10s or 2min, up to a week.")
             .arg(m_options.value(forOption)));
 }
 
@@ -153,23 +158,24 @@ void report(const BusRecorder &recorder)
     const TraceRecording &recording = recorder.recording();
     const QStringList files = recording.files();
     const QString name = QDir::toNativeSeparators(files.value(0));
-    const QString what = Tr::tr("%1 frames").arg(recording.frames());
+    const QString what = TraceRecordTr::tr("%1 frames").arg(recording.frames());
     if (files.size() > 1)
-        Console::print(Tr::tr("Wrote %1 files from %2 on: %3").arg(files.size()).arg(name, what));
+        Console::print(TraceRecordTr::tr("Wrote %1 files from %2 on: %3").arg(files.size()).arg(name, what));
     else
-        Console::print(Tr::tr("Wrote %1: %2").arg(name, what));
+        Console::print(TraceRecordTr::tr("Wrote %1: %2").arg(name, what));
     if (recorder.overruns() > 0)
-        Console::printError(Tr::tr("Frames were lost: the adapter or this computer told so %1 times.")
-                                .arg(recorder.overruns()));
+        Console::printError(
+            TraceRecordTr::tr("Frames were lost: the adapter or this computer told so %1 times.")
+                .arg(recorder.overruns()));
     if (recorder.unrecorded() > 0)
-        Console::printError(Tr::tr("%1 CAN FD frames were not recorded; only classic frames are.")
+        Console::printError(TraceRecordTr::tr("%1 CAN FD frames were not recorded; only classic frames are.")
                                 .arg(recorder.unrecorded()));
 }
 
 ExitStatus statusOf(const BusRecorder &recorder)
 {
     if (recorder.bus().state() == BusConnection::State::Lost) {
-        Console::printError(Tr::tr("The bus was lost: %1").arg(recorder.bus().lossReason()));
+        Console::printError(TraceRecordTr::tr("The bus was lost: %1").arg(recorder.bus().lossReason()));
         return Exit::stoppedEarly;
     }
     return recorder.overruns() > 0 || recorder.unrecorded() > 0 ? Exit::objectsFailed : Exit::success;

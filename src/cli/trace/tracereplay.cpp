@@ -17,7 +17,7 @@
 
 namespace {
 
-struct Tr
+struct TraceReplayTr
 {
     Q_DECLARE_TR_FUNCTIONS(TraceReplay)
 };
@@ -44,8 +44,9 @@ private:
     ExitStatus send();
     ExitStatus end(const ReplaySender &sender, const InterruptibleLoop &loop) const;
 
-    CommandArguments m_options{QStringLiteral("trace replay"),
-                               Tr::tr("Sends the frames of a trace to a bus, for other programs there.")};
+    CommandArguments m_options{
+        QStringLiteral("trace replay"),
+        TraceReplayTr::tr("Sends the frames of a trace to a bus, for other programs there.")};
     bool m_isVirtual = false;
     double m_speed = 1.0;
     TracePlayer::Pace m_pace = TracePlayer::Pace::Recorded;
@@ -67,19 +68,22 @@ ExitStatus ReplayCommand::run(const QStringList &arguments)
 
 std::optional<ExitStatus> ReplayCommand::parse(const QStringList &arguments)
 {
-    m_options.addPositional(QStringLiteral("FILE"), Tr::tr("The trace; \"-\" is standard input."));
+    m_options.addPositional(QStringLiteral("FILE"), TraceReplayTr::tr("The trace; \"-\" is standard input."));
     m_options.addBusOptions();
     m_options.addOption(
         {reallyOption,
-         Tr::tr("The same bus once more, when real devices may be on it: what was recorded acts on them."),
+         TraceReplayTr::tr(
+             "The same bus once more, when real devices may be on it: what was recorded acts on them."),
          QStringLiteral("PLUGIN:INTERFACE")});
     m_options.addOption(
         {speedOption,
-         Tr::tr("So many times as fast as it was recorded, 0.01 to 1000, or \"max\": without pauses."),
-         Tr::tr("FACTOR")});
-    m_options.addOption({channelOption,
-                         Tr::tr("Of the trace's channels this one; without it that of its first frame."),
-                         QStringLiteral("NAME")});
+         TraceReplayTr::tr(
+             "So many times as fast as it was recorded, 0.01 to 1000, or \"max\": without pauses."),
+         TraceReplayTr::tr("FACTOR")});
+    m_options.addOption(
+        {channelOption,
+         TraceReplayTr::tr("Of the trace's channels this one; without it that of its first frame."),
+         QStringLiteral("NAME")});
     if (const std::optional<ExitStatus> status = m_options.parse(arguments))
         return status;
     m_channelName = m_options.value(channelOption);
@@ -102,7 +106,7 @@ std::optional<ExitStatus> ReplayCommand::parseSpeed()
     if (isNumber && m_speed >= TracePlayer::slowest && m_speed <= TracePlayer::fastest)
         return std::nullopt;
     return m_options.complain(
-        Tr::tr("--speed takes a number from 0.01 to 1000, or \"max\", not \"%1\".").arg(text));
+        TraceReplayTr::tr("--speed takes a number from 0.01 to 1000, or \"max\", not \"%1\".").arg(text));
 }
 
 /*! Nobody sends to a real vehicle by a slip of the finger. */
@@ -111,20 +115,21 @@ std::optional<ExitStatus> ReplayCommand::parseTarget()
     const BusAddress &address = m_options.bus().address;
     const QString name = address.toString();
     if (address.plugin == QLatin1String("trace"))
-        return m_options.complain(Tr::tr("%1 is a trace itself: nothing can be sent to it.").arg(name));
+        return m_options.complain(
+            TraceReplayTr::tr("%1 is a trace itself: nothing can be sent to it.").arg(name));
     m_isVirtual = isVirtualBus(address);
     if (!m_options.isSet(reallyOption)) {
         if (m_isVirtual)
             return std::nullopt;
         return m_options.complain(
-            Tr::tr(
+            TraceReplayTr::tr(
                 "Real devices may be on %1, and what was recorded acts on them: motors may start, settings "
                 "may change. If that is meant, name the bus once more: --really %1")
                 .arg(name));
     }
     if (m_options.value(reallyOption) == name)
         return std::nullopt;
-    return m_options.complain(Tr::tr("--bus names %1, but --really %2; they must be the same.")
+    return m_options.complain(TraceReplayTr::tr("--bus names %1, but --really %2; they must be the same.")
                                   .arg(name, m_options.value(reallyOption)));
 }
 
@@ -141,9 +146,10 @@ std::optional<ExitStatus> ReplayCommand::load()
     if (m_frames.empty())
         return describeNothing();
     if (m_frames.size() == most)
-        Console::printError(Tr::tr("The trace may be longer than what fits into memory: no more than %1 "
-                                   "frames are sent.")
-                                .arg(most));
+        Console::printError(
+            TraceReplayTr::tr("The trace may be longer than what fits into memory: no more than %1 "
+                              "frames are sent.")
+                .arg(most));
     return std::nullopt;
 }
 
@@ -161,10 +167,10 @@ ExitStatus ReplayCommand::describeNothing() const
     (void)m_input.finish(); // that nothing is there says more
     const QString file = QDir::toNativeSeparators(m_options.positional());
     if (m_channel || m_channelName.isEmpty())
-        Console::printError(Tr::tr("The trace %1 has no frames to send.").arg(file));
+        Console::printError(TraceReplayTr::tr("The trace %1 has no frames to send.").arg(file));
     else
         Console::printError(
-            Tr::tr("The trace %1 has no channel \"%2\". There are: %3.")
+            TraceReplayTr::tr("The trace %1 has no channel \"%2\". There are: %3.")
                 .arg(file, m_channelName, m_input.head().channels.join(QStringLiteral(", "))));
     return Exit::fileFailed;
 }
@@ -172,12 +178,12 @@ ExitStatus ReplayCommand::describeNothing() const
 void ReplayCommand::sayWhatIsSent() const
 {
     const QString bus = m_options.bus().address.toString();
-    Console::print(
-        Tr::tr("Frames to be sent to %1: %2. Ctrl+C ends it.").arg(bus, QString::number(m_frames.size())));
+    Console::print(TraceReplayTr::tr("Frames to be sent to %1: %2. Ctrl+C ends it.")
+                       .arg(bus, QString::number(m_frames.size())));
     const QStringList acting = ReplayContents(m_frames).acting();
     if (!m_isVirtual && !acting.isEmpty())
-        Console::printError(
-            Tr::tr("Among them is what acts on devices: %1.").arg(acting.join(QStringLiteral(", "))));
+        Console::printError(TraceReplayTr::tr("Among them is what acts on devices: %1.")
+                                .arg(acting.join(QStringLiteral(", "))));
 }
 
 ExitStatus ReplayCommand::send()
@@ -207,14 +213,14 @@ ExitStatus ReplayCommand::end(const ReplaySender &sender, const InterruptibleLoo
     const QString sent = QString::number(sender.sent());
     const QString all = QString::number(m_frames.size());
     if (sender.sent() == m_frames.size()) {
-        Console::print(Tr::tr("Sent all of them."));
+        Console::print(TraceReplayTr::tr("Sent all of them."));
         return m_input.finish();
     }
     if (!sender.lossReason().isEmpty())
-        Console::printError(Tr::tr("The bus was lost: %1").arg(sender.lossReason()));
+        Console::printError(TraceReplayTr::tr("The bus was lost: %1").arg(sender.lossReason()));
     if (sender.dropped() > 0)
-        Console::printError(Tr::tr("The bus did not take %1 of them.").arg(sender.dropped()));
-    Console::printError(Tr::tr("Sent %1 of %2.").arg(sent, all));
+        Console::printError(TraceReplayTr::tr("The bus did not take %1 of them.").arg(sender.dropped()));
+    Console::printError(TraceReplayTr::tr("Sent %1 of %2.").arg(sent, all));
     return loop.isInterrupted() ? loop.status() : Exit::stoppedEarly;
 }
 

@@ -16,7 +16,7 @@
 
 namespace {
 
-struct Tr
+struct TraceShowTr
 {
     Q_DECLARE_TR_FUNCTIONS(TraceShow)
 };
@@ -41,7 +41,7 @@ private:
 
     CommandArguments m_options{
         QStringLiteral("trace show"),
-        Tr::tr("Shows a trace in words: each frame, and each SDO transfer as one line.")};
+        TraceShowTr::tr("Shows a trace in words: each frame, and each SDO transfer as one line.")};
     ShowFilter m_filter;
     TraceBook m_book;
     TraceDecoder m_decoder{&m_book};
@@ -53,16 +53,17 @@ private:
 
 void TraceShow::addOptions()
 {
-    m_options.addPositional(QStringLiteral("FILE"),
-                            Tr::tr("A trace; - for standard input, of which lines are shown as they come."));
+    m_options.addPositional(
+        QStringLiteral("FILE"),
+        TraceShowTr::tr("A trace; - for standard input, of which lines are shown as they come."));
     ShowFilter::addOptions(m_options);
-    DataSheets::addOption(m_options,
-                          Tr::tr("The EDS or DCF of node N: what its PDOs carry, its objects' types and "
-                                 "names; may be given for several nodes."));
+    DataSheets::addOption(
+        m_options, TraceShowTr::tr("The EDS or DCF of node N: what its PDOs carry, its objects' types and "
+                                   "names; may be given for several nodes."));
     m_options.addOption({snapshotOption,
-                         Tr::tr("A snapshot of the vehicle: what the PDOs of its devices carry."),
+                         TraceShowTr::tr("A snapshot of the vehicle: what the PDOs of its devices carry."),
                          QStringLiteral("FILE")});
-    m_options.addOption({jsonOption, Tr::tr("Print JSON, an object on each line, for programs.")});
+    m_options.addOption({jsonOption, TraceShowTr::tr("Print JSON, an object on each line, for programs.")});
     Language::addOption(m_options);
 }
 
@@ -146,7 +147,7 @@ bool TraceShow::print(const std::vector<StreamedLine> &lines, LinePrinter *print
 void TraceShow::reportChoice() const
 {
     if (!m_filter.filter().isEmpty())
-        Console::printError(Tr::tr("%1 of %2 lines shown").arg(m_shown).arg(m_lines));
+        Console::printError(TraceShowTr::tr("%1 of %2 lines shown").arg(m_shown).arg(m_lines));
 }
 
 ExitStatus TraceShow::show()

@@ -11,7 +11,7 @@
 
 namespace {
 
-struct Tr
+struct TraceStatisticsCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(TraceStatisticsCommand)
 };
@@ -37,13 +37,16 @@ std::optional<ExitStatus> parseRate(const CommandArguments &options, std::option
 
 ExitStatus runTraceStatistics(const QStringList &arguments)
 {
-    CommandArguments options(QStringLiteral("trace statistics"),
-                             Tr::tr("Counts the frames of a trace, and says how full the bus was."));
-    options.addPositional(QStringLiteral("FILE"), Tr::tr("A trace; - for standard input."));
+    CommandArguments options(
+        QStringLiteral("trace statistics"),
+        TraceStatisticsCommandTr::tr("Counts the frames of a trace, and says how full the bus was."));
+    options.addPositional(QStringLiteral("FILE"),
+                          TraceStatisticsCommandTr::tr("A trace; - for standard input."));
     options.addOption({bitRateOption,
-                       Tr::tr("The bit rate of the bus, which no trace tells: the load is in percent then."),
+                       TraceStatisticsCommandTr::tr(
+                           "The bit rate of the bus, which no trace tells: the load is in percent then."),
                        QStringLiteral("BIT/S")});
-    options.addOption({jsonOption, Tr::tr("Print JSON, for programs.")});
+    options.addOption({jsonOption, TraceStatisticsCommandTr::tr("Print JSON, for programs.")});
     if (const std::optional<ExitStatus> status = options.parse(arguments))
         return *status;
     std::optional<int> bitRate;

@@ -18,7 +18,7 @@ constexpr int longestDetail = 1000;
 constexpr qint64 microseconds = 1000; // of a ms
 constexpr qint64 highestCode = std::numeric_limits<quint32>::max();
 
-struct Tr
+struct EventReadingTr
 {
     Q_DECLARE_TR_FUNCTIONS(EventReading)
 };
@@ -30,7 +30,7 @@ EventKind kindOf(const JsonObject &json)
         if (eventKindName(EventKind(kind)) == name)
             return EventKind(kind);
     }
-    json.place().complain(Tr::tr("\"%1\" is no kind of event").arg(name));
+    json.place().complain(EventReadingTr::tr("\"%1\" is no kind of event").arg(name));
     return EventKind::NodeHeard;
 }
 
@@ -38,7 +38,7 @@ qint64 timeIn(const JsonObject &json, const char *key)
 {
     const QDateTime time = QDateTime::fromString(json.text(key, longestWord), Qt::ISODateWithMs);
     if (!time.isValid())
-        json.place().complain(Tr::tr("the time cannot be read"));
+        json.place().complain(EventReadingTr::tr("the time cannot be read"));
     return time.isValid() ? time.toMSecsSinceEpoch() * microseconds : 0;
 }
 

@@ -9,7 +9,7 @@
 
 namespace {
 
-struct Tr
+struct TraceFolderTr
 {
     Q_DECLARE_TR_FUNCTIONS(TraceFolder)
 };
@@ -22,12 +22,13 @@ QString TraceFolder::save(const Trace &trace, const QDateTime &time, QString *er
 {
     const QDir folder(m_path);
     if (!folder.mkpath(QStringLiteral("."))) {
-        *errorMessage = Tr::tr("The folder %1 cannot be made.").arg(QDir::toNativeSeparators(folder.path()));
+        *errorMessage
+            = TraceFolderTr::tr("The folder %1 cannot be made.").arg(QDir::toNativeSeparators(folder.path()));
         return {};
     }
     const qint64 left = m_freeSpace(folder.filePath(QStringLiteral("trace")));
     if (left >= 0 && left < reserve) {
-        *errorMessage = Tr::tr("Less than %1 MB are left on the disk of %2.")
+        *errorMessage = TraceFolderTr::tr("Less than %1 MB are left on the disk of %2.")
                             .arg(reserve / megabyte)
                             .arg(QDir::toNativeSeparators(folder.path()));
         return {};

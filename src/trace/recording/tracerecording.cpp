@@ -8,7 +8,7 @@
 
 namespace {
 
-struct Tr
+struct TraceRecordingTr
 {
     Q_DECLARE_TR_FUNCTIONS(TraceRecording)
 };
@@ -84,7 +84,7 @@ bool TraceRecording::hasSpace()
         return true;
     if (m_writer)
         endFile();
-    return stop(Tr::tr("Less than %1 MB are left on the disk of %2: recording has ended.")
+    return stop(TraceRecordingTr::tr("Less than %1 MB are left on the disk of %2: recording has ended.")
                     .arg(m_settings.reserve / megabyte)
                     .arg(QDir::toNativeSeparators(m_settings.path)));
 }
