@@ -9,6 +9,7 @@
 #include <checkup/checkupwriting.h>
 #include <live/events/eventwriting.h>
 #include <snapshot/snapshotfile.h>
+#include <system/amounts.h>
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -16,12 +17,10 @@
 
 namespace {
 
-constexpr qint64 microseconds = 1000; // of a ms
-
 QByteArray eventsJson(const SupportBundle &bundle)
 {
     const auto timeOfDay = [&bundle](qint64 time) {
-        return QDateTime::fromMSecsSinceEpoch(time / microseconds, Qt::OffsetFromUTC,
+        return QDateTime::fromMSecsSinceEpoch(time / Microseconds::ofMillisecond, Qt::OffsetFromUTC,
                                               bundle.time.offsetFromUtc());
     };
     QJsonArray events;

@@ -7,6 +7,7 @@
 #include <bus/socketcan/cansocket.h>
 #include <canopen/canport.h>
 #include <canopen/uploadgate.h>
+#include <system/amounts.h>
 
 #include <QCanBusDevice>
 #include <QLoggingCategory>
@@ -199,10 +200,9 @@ void BusConnection::adoptPort(std::unique_ptr<CanOpen::CanPort> port)
 /*! Nobody is late because the time of the bus stands still. */
 void BusConnection::followBusTime()
 {
-    constexpr qint64 microseconds = 1000; // of a millisecond
     const bool hasOwnTime = busTime().has_value();
     if (hasOwnTime)
-        m_heartbeats.setClock([this] { return busTime().value_or(0) / microseconds; });
+        m_heartbeats.setClock([this] { return busTime().value_or(0) / Microseconds::ofMillisecond; });
     else if (m_hasOwnTime)
         m_heartbeats.setClock({});
     m_hasOwnTime = hasOwnTime;

@@ -13,6 +13,7 @@
 #include <host/pages/live/livesession.h>
 #include <host/pages/trace/tracesession.h>
 #include <snapshot/savedvehicle.h>
+#include <system/amounts.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -20,8 +21,6 @@
 #include <QFileInfo>
 
 namespace {
-
-constexpr qint64 microseconds = 1000; // of a ms
 
 Severity told(MessageLog::Severity severity)
 {
@@ -154,8 +153,9 @@ SupportBundle BundleFiles::collect() const
 std::vector<LiveEvent> BundleFiles::heardEvents() const
 {
     const LiveBus &live = m_from.live->live();
-    const auto timeOf
-        = [&live](qint64 time) { return live.timeOfDay(time).toMSecsSinceEpoch() * microseconds; };
+    const auto timeOf = [&live](qint64 time) {
+        return live.timeOfDay(time).toMSecsSinceEpoch() * Microseconds::ofMillisecond;
+    };
     std::vector<LiveEvent> events;
     for (LiveEvent event : live.events().list().events()) {
         event.time = timeOf(event.time);

@@ -2,6 +2,7 @@
 #include "playbackbar.h"
 
 #include <bus/busconnection.h>
+#include <system/amounts.h>
 #include <trace/playback/playbackstate.h>
 
 #include <QAbstractItemView>
@@ -17,7 +18,6 @@ namespace {
 
 constexpr int refreshInterval = 250; // ms
 constexpr int gap = 6;               // pixels
-constexpr double microseconds = 1e6; // of a second
 
 constexpr double speeds[] = {0.1, 0.25, 0.5, 1, 2, 5, 10, 100};
 constexpr double unpaced = 0; // as fast as the frames are taken
@@ -162,7 +162,8 @@ QString PlaybackBar::placeOf(const PlaybackState &state)
     const QDateTime time = state.timeOfDay();
     if (time.isValid())
         return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
-    return tr("%1 s").arg(QLocale().toString(static_cast<double>(state.time) / microseconds, 'f', 3));
+    return tr("%1 s").arg(
+        QLocale().toString(static_cast<double>(state.time) / Microseconds::ofSecond, 'f', 3));
 }
 
 void PlaybackBar::press()

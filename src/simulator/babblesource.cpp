@@ -5,12 +5,11 @@
 #include <canopen/emergency.h>
 #include <canopen/framebits.h>
 #include <canopen/sdoframe.h>
+#include <system/amounts.h>
 
 namespace Simulator {
 
 namespace {
-
-constexpr qint64 microsecondsPerSecond = 1000000;
 
 qint64 microseconds(Faults::milliseconds time)
 {
@@ -77,20 +76,20 @@ std::optional<BabbleSource::Job> BabbleSource::jobOf(const Faults::EmergencyOfNo
 
 std::optional<BabbleSource::Job> BabbleSource::jobOf(const Faults::BabbleEmergency &fault)
 {
-    return Job{microsecondsPerSecond / fault.perSecond,
+    return Job{Microseconds::ofSecond / fault.perSecond,
                [this, code = fault.code] { m_node.send(emergencyOf(m_nodeId, code)); }};
 }
 
 std::optional<BabbleSource::Job> BabbleSource::jobOf(const Faults::BabblePdo &fault)
 {
-    return Job{microsecondsPerSecond / fault.perSecond, [this] {
+    return Job{Microseconds::ofSecond / fault.perSecond, [this] {
                    m_node.send(QCanBusFrame(CanOpen::transmitPdoBases[0] + m_nodeId, chanceBytes(8)));
                }};
 }
 
 std::optional<BabbleSource::Job> BabbleSource::jobOf(const Faults::BabbleSdo &fault)
 {
-    return Job{microsecondsPerSecond / fault.perSecond,
+    return Job{Microseconds::ofSecond / fault.perSecond,
                [this, isSegment = fault.segments] { m_node.send(babble(isSegment)); }};
 }
 
@@ -104,13 +103,13 @@ std::optional<BabbleSource::Job> BabbleSource::jobOf(const Faults::Traffic &faul
     // The frames' lengths vary; five bytes stand for their mean.
     constexpr int meanLength = 5;
     const qint64 bits = CanOpen::frameBits(QCanBusFrame(0, QByteArray(meanLength, '\0')));
-    return Job{bits * microsecondsPerSecond * 100 / (qint64(m_bitRate) * fault.percent),
+    return Job{bits * Microseconds::ofSecond * 100 / (qint64(m_bitRate) * fault.percent),
                [this] { m_node.send(traffic()); }};
 }
 
 std::optional<BabbleSource::Job> BabbleSource::jobOf(const Faults::Flood &fault)
 {
-    return Job{microsecondsPerSecond / fault.perSecond, [this] { m_node.send(flood()); }};
+    return Job{Microseconds::ofSecond / fault.perSecond, [this] { m_node.send(flood()); }};
 }
 
 /*! A number from 0 to \a choices - 1. */

@@ -3,6 +3,8 @@
 
 #include "objectname.h"
 
+#include <system/amounts.h>
+
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QJsonValue>
@@ -20,8 +22,6 @@ namespace {
 using CanOpen::DataType;
 
 constexpr double pi = 3.14159265358979323846;
-constexpr double microsecondsPerSecond = 1e6;
-constexpr double microsecondsPerMillisecond = 1e3;
 constexpr double largestParameter = 1e15; // exact as double
 
 struct NumberParameter
@@ -203,8 +203,8 @@ bool isNumber(DataType type)
 double behaviourValue(const Behaviour &behaviour, qint64 elapsed)
 {
     const auto time = static_cast<double>(std::max<qint64>(elapsed, 0));
-    const double seconds = time / microsecondsPerSecond;
-    const double intervals = std::floor(time / microsecondsPerMillisecond / behaviour.intervalMs);
+    const double seconds = time / Microseconds::ofSecond;
+    const double intervals = std::floor(time / Microseconds::ofMillisecond / behaviour.intervalMs);
     switch (behaviour.kind) {
     case BehaviourKind::Ramp:
         return rampValue(behaviour, seconds);

@@ -6,6 +6,7 @@
 #include <canopen/heartbeat.h>
 #include <canopen/sdoframe.h>
 #include <canopen/sync.h>
+#include <system/amounts.h>
 
 #include <algorithm>
 
@@ -22,7 +23,6 @@ constexpr ObjectKey heartbeatTimeObject{0x1017, 0};
 constexpr quint16 firstCommunicationObject = 0x1000;
 constexpr quint16 lastCommunicationObject = 0x1FFF;
 
-constexpr qint64 microsecondsPerMillisecond = 1000;
 constexpr quint8 communicationError = 0x10; // of the error register
 
 } // namespace
@@ -218,7 +218,7 @@ void SimulatedNode::transmit(const QCanBusFrame &frame)
 
 void SimulatedNode::transmitLater(const QCanBusFrame &frame, std::chrono::milliseconds delay)
 {
-    const qint64 due = m_clock() + delay.count() * microsecondsPerMillisecond;
+    const qint64 due = m_clock() + delay.count() * Microseconds::ofMillisecond;
     m_agenda->add(due, [this, frame, session = m_session] {
         if (session == m_session)
             transmit(frame);
@@ -233,7 +233,7 @@ void SimulatedNode::scheduleHeartbeat()
     m_heartbeatJob = 0;
     if (m_heartbeatTime == 0)
         return;
-    const qint64 period = m_heartbeatTime * microsecondsPerMillisecond;
+    const qint64 period = m_heartbeatTime * Microseconds::ofMillisecond;
     m_heartbeatJob = m_agenda->addPeriodic(m_clock() + period, period, [this] { sendHeartbeat(); });
 }
 

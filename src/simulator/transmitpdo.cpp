@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "transmitpdo.h"
 
+#include <system/amounts.h>
+
 #include <algorithm>
 
 namespace Simulator {
@@ -9,12 +11,11 @@ namespace {
 
 using CanOpen::PdoTrigger;
 
-constexpr qint64 microsecondsPerMillisecond = 1000;
 // Changes are looked for so often where no inhibit time says less. It also bounds what devices that feed each other with
 // changes can send.
-constexpr qint64 leastInterval = 10 * microsecondsPerMillisecond;
+constexpr qint64 leastInterval = 10 * Microseconds::ofMillisecond;
 // What a stall of the event loop has missed beyond this is not caught up.
-constexpr qint64 longestCatchUp = 200 * microsecondsPerMillisecond;
+constexpr qint64 longestCatchUp = 200 * Microseconds::ofMillisecond;
 
 quint16 indexOf(quint16 first, int number)
 {
@@ -99,7 +100,7 @@ void TransmitPdo::look(qint64 time)
 
 bool TransmitPdo::isTime(qint64 time) const
 {
-    const qint64 timer = m_parameter.eventTimer.count() * microsecondsPerMillisecond;
+    const qint64 timer = m_parameter.eventTimer.count() * Microseconds::ofMillisecond;
     return timer > 0 && m_sentTime && time >= *m_sentTime + timer;
 }
 
@@ -117,7 +118,7 @@ void TransmitPdo::planLook(qint64 time)
 
 std::optional<qint64> TransmitPdo::nextLook(qint64 time) const
 {
-    const qint64 timer = m_parameter.eventTimer.count() * microsecondsPerMillisecond;
+    const qint64 timer = m_parameter.eventTimer.count() * Microseconds::ofMillisecond;
     const qint64 change = time + std::max<qint64>(m_parameter.inhibitTime.count(), leastInterval);
     if (timer > 0 && m_sentTime)
         return hasMovingValues() ? std::min(change, *m_sentTime + timer) : *m_sentTime + timer;

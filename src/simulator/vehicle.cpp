@@ -3,6 +3,7 @@
 
 #include <canopen/cobid.h>
 #include <canopen/nmt.h>
+#include <system/amounts.h>
 
 #include <algorithm>
 
@@ -10,7 +11,6 @@ namespace Simulator {
 
 namespace {
 
-constexpr qint64 microsecondsPerMillisecond = 1000;
 constexpr qint64 longestTimer = 24 * 60 * 60 * 1000; // ms; an earlier end does no harm
 
 } // namespace
@@ -142,7 +142,7 @@ void Vehicle::armTimer()
         return;
     }
     // Rounded up: a timer that fires early would find nothing due.
-    const qint64 rest = (*due - m_clock() + microsecondsPerMillisecond - 1) / microsecondsPerMillisecond;
+    const qint64 rest = (*due - m_clock() + Microseconds::ofMillisecond - 1) / Microseconds::ofMillisecond;
     m_timer.start(static_cast<int>(qBound<qint64>(0, rest, longestTimer)));
 }
 

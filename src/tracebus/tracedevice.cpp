@@ -5,6 +5,7 @@
 
 #include <canopen/cobid.h>
 #include <system/background.h>
+#include <system/amounts.h>
 #include <trace/files/tracefile.h>
 
 #include <QLoggingCategory>
@@ -17,9 +18,6 @@ Q_LOGGING_CATEGORY(traceBusLog, "trace.bus")
 namespace {
 
 using Pace = TracePlayer::Pace;
-
-constexpr qint64 nanoseconds = 1000;  // of a microsecond
-constexpr qint64 microseconds = 1000; // of a millisecond
 
 // Frames of one turn of the event loop.
 constexpr int mostAtOnce = 500;
@@ -227,7 +225,7 @@ void TraceCanDevice::close()
 
 qint64 TraceCanDevice::now() const
 {
-    return m_clock.nsecsElapsed() / nanoseconds;
+    return m_clock.nsecsElapsed() / Nanoseconds::ofMicrosecond;
 }
 
 void TraceCanDevice::play()
@@ -268,7 +266,9 @@ void TraceCanDevice::schedule()
         m_timer.stop();
         return;
     }
-    const qint64 rest = isReaderBehind() ? waitForReader : (*due - now() + microseconds - 1) / microseconds;
+    const qint64 rest = isReaderBehind()
+                            ? waitForReader
+                            : (*due - now() + Microseconds::ofMillisecond - 1) / Microseconds::ofMillisecond;
     m_timer.start(static_cast<int>(std::clamp<qint64>(rest, 0, longestWait)));
 }
 

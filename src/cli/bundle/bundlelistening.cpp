@@ -1,15 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "bundlelistening.h"
 
+#include <system/amounts.h>
+
 #include <QCanBusFrame>
 #include <QDateTime>
-
-namespace {
-
-constexpr qint64 nanoseconds = 1000;  // of a us
-constexpr qint64 microseconds = 1000; // of a ms
-
-} // namespace
 
 BundleListening::BundleListening(BusConnection *bus)
     : m_live(bus)
@@ -23,7 +18,7 @@ BundleListening::BundleListening(BusConnection *bus)
 void BundleListening::begin(const BusAddress &address)
 {
     m_steady.start();
-    m_time = RecordedTime(QDateTime::currentMSecsSinceEpoch() * microseconds);
+    m_time = RecordedTime(QDateTime::currentMSecsSinceEpoch() * Microseconds::ofMillisecond);
     // "can0", also of "tcp://localhost:35468/can0"
     m_recorder.setHead({{address.interfaceName.section(QLatin1Char('/'), -1)}, true});
     m_live.start();
@@ -33,7 +28,7 @@ void BundleListening::take(const QCanBusFrame &frame, TraceFrame::Flag flag)
 {
     if (frame.payload().size() > TraceFrame::mostBytes || !frame.isValid())
         return; // no classic one
-    const qint64 time = m_time.timeOf(frame, m_steady.nsecsElapsed() / nanoseconds);
+    const qint64 time = m_time.timeOf(frame, m_steady.nsecsElapsed() / Nanoseconds::ofMicrosecond);
     TraceFrame taken = TraceFrame::of(frame, time);
     taken.flags |= flag;
     m_recorder.add(taken);
@@ -41,8 +36,9 @@ void BundleListening::take(const QCanBusFrame &frame, TraceFrame::Flag flag)
 
 std::vector<LiveEvent> BundleListening::events() const
 {
-    const auto timeOf
-        = [this](qint64 time) { return m_live.timeOfDay(time).toMSecsSinceEpoch() * microseconds; };
+    const auto timeOf = [this](qint64 time) {
+        return m_live.timeOfDay(time).toMSecsSinceEpoch() * Microseconds::ofMillisecond;
+    };
     std::vector<LiveEvent> events;
     for (LiveEvent event : m_live.events().list().events()) {
         event.time = timeOf(event.time);

@@ -2,6 +2,7 @@
 #include "watchedvalues.h"
 
 #include <live/values/pdosource.h>
+#include <system/amounts.h>
 
 #include <algorithm>
 
@@ -9,7 +10,6 @@ using CanOpen::ObjectKey;
 
 namespace {
 
-constexpr qint64 microseconds = 1000;        // of a millisecond
 constexpr qint64 longestSilence = 3'000'000; // us, of a PDO before its objects are asked for
 constexpr int periodsUntilAsked = 3;
 
@@ -135,8 +135,8 @@ bool WatchedValues::needsQuestions(const WatchedValue &value) const
 {
     if (value.isAsked || value.learned == 0)
         return false;
-    const qint64 patience
-        = std::max<qint64>(longestSilence, periodsUntilAsked * m_period.count() * microseconds);
+    const qint64 patience = std::max<qint64>(longestSilence, periodsUntilAsked * m_period.count()
+                                                                 * Microseconds::ofMillisecond);
     return !value.isMapped || (find(value) == nullptr && m_live->now() - value.learned > patience);
 }
 

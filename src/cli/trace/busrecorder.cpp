@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "busrecorder.h"
 
+#include <system/amounts.h>
+
 #include <QCanBusFrame>
 #include <QDateTime>
 
 namespace {
 
-constexpr int tickInterval = 250;     // ms
-constexpr qint64 nanoseconds = 1000;  // of a us
-constexpr qint64 microseconds = 1000; // of a ms
+constexpr int tickInterval = 250; // ms
 
 /*! "can0", also of "tcp://localhost:35468/can0". */
 QString channelName(const BusAddress &address)
@@ -35,7 +35,7 @@ bool BusRecorder::begin(const BusSettings &bus, QString *errorMessage, bool *isB
         return false;
     *isBusTrouble = false;
     m_steady.start();
-    m_time = RecordedTime(QDateTime::currentMSecsSinceEpoch() * microseconds);
+    m_time = RecordedTime(QDateTime::currentMSecsSinceEpoch() * Microseconds::ofMillisecond);
     if (!m_recording.begin({{channelName(bus.address)}, true}, now())) {
         *errorMessage = m_recording.errorString();
         return false;
@@ -55,7 +55,7 @@ bool BusRecorder::finish()
 
 qint64 BusRecorder::now() const
 {
-    return m_steady.nsecsElapsed() / nanoseconds;
+    return m_steady.nsecsElapsed() / Nanoseconds::ofMicrosecond;
 }
 
 void BusRecorder::handle(const QCanBusFrame &frame)

@@ -3,6 +3,7 @@
 
 #include <cli/core/console.h>
 #include <cli/core/terminal.h>
+#include <system/amounts.h>
 #include <trace/decoding/linewriting.h>
 
 #include <QDateTime>
@@ -10,8 +11,6 @@
 
 namespace {
 
-constexpr qint64 millisecond = 1000; // us
-constexpr qint64 second = 1'000'000;
 constexpr int blockSize = 64 * 1024; // bytes
 constexpr int distanceWidth = 10;
 constexpr int nodeWidth = 3;
@@ -57,8 +56,8 @@ QString LinePrinter::timeText(qint64 time, const TraceHead &head)
 {
     constexpr int decimals = 6;
     if (!head.hasTimeOfDay)
-        return QString::number(double(time) / second, 'f', decimals);
-    const QDateTime moment = QDateTime::fromMSecsSinceEpoch(time / millisecond);
+        return QString::number(double(time) / Microseconds::ofSecond, 'f', decimals);
+    const QDateTime moment = QDateTime::fromMSecsSinceEpoch(time / Microseconds::ofMillisecond);
     if (moment.date() != m_day) {
         m_day = moment.date();
         m_lines += m_day.toString(Qt::ISODate).toLatin1() + '\n';
@@ -74,8 +73,9 @@ QString LinePrinter::distance(qint64 time)
     m_last = time;
     if (isFirst)
         return QString(distanceWidth, QLatin1Char(' '));
-    const QString text = qAbs(passed) < second ? tr("%1 ms").arg(passed / millisecond, 0, 'f', 1)
-                                               : tr("%1 s").arg(passed / second, 0, 'f', 2);
+    const QString text = qAbs(passed) < Microseconds::ofSecond
+                             ? tr("%1 ms").arg(passed / Microseconds::ofMillisecond, 0, 'f', 1)
+                             : tr("%1 s").arg(passed / Microseconds::ofSecond, 0, 'f', 2);
     return text.rightJustified(distanceWidth);
 }
 

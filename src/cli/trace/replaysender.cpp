@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "replaysender.h"
 
+#include <system/amounts.h>
+
 #include <QCanBusFrame>
 
 #include <algorithm>
@@ -8,8 +10,6 @@
 
 namespace {
 
-constexpr qint64 nanoseconds = 1000;      // of a microsecond
-constexpr qint64 microseconds = 1000;     // of a millisecond
 constexpr qint64 longestWait = 60 * 1000; // ms; looking again costs nothing
 
 // That may wait in the port; the trace waits then.
@@ -61,7 +61,7 @@ void ReplaySender::stop()
 
 qint64 ReplaySender::now() const
 {
-    return m_clock.nsecsElapsed() / nanoseconds;
+    return m_clock.nsecsElapsed() / Nanoseconds::ofMicrosecond;
 }
 
 void ReplaySender::sendDue()
@@ -80,7 +80,7 @@ void ReplaySender::sendDue()
         return;
     const std::optional<qint64> due = m_player.nextDue();
     if (due && m_waiting < mostWaiting) {
-        const qint64 rest = (*due - now() + microseconds - 1) / microseconds;
+        const qint64 rest = (*due - now() + Microseconds::ofMillisecond - 1) / Microseconds::ofMillisecond;
         m_timer.start(static_cast<int>(std::clamp<qint64>(rest, 0, longestWait)));
     } else if (!due && m_waiting == 0) {
         m_isRunning = false;

@@ -7,6 +7,7 @@
 #include <cli/core/console.h>
 #include <cli/core/duration.h>
 #include <cli/core/interruptibleloop.h>
+#include <system/amounts.h>
 #include <trace/files/traceformat.h>
 
 #include <QDir>
@@ -24,7 +25,6 @@ constexpr QLatin1String forOption("for");
 constexpr QLatin1String rotateOption("rotate");
 constexpr QLatin1String keepOption("keep");
 constexpr QLatin1String reserveOption("reserve");
-constexpr qint64 microseconds = 1000; // of a ms
 
 /*! The arguments of "trace record". */
 class RecordOptions
@@ -116,7 +116,7 @@ std::optional<ExitStatus> RecordOptions::parseRotation()
                 TraceRecordTr::tr("\"%1\" is neither a size (500k, 100M, 2G) nor a time (10min, 1h).")
                     .arg(text));
         m_settings.rotateSize = size.value_or(0);
-        m_settings.rotateTime = time ? time->count() * microseconds : 0;
+        m_settings.rotateTime = time ? time->count() * Microseconds::ofMillisecond : 0;
     }
     if (!m_options.isSet(keepOption))
         return std::nullopt;

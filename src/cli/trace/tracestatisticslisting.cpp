@@ -3,6 +3,7 @@
 
 #include <cli/core/terminal.h>
 #include <cli/core/textcolumns.h>
+#include <system/amounts.h>
 #include <trace/statistics/trafficgroups.h>
 
 #include <QDateTime>
@@ -10,7 +11,6 @@
 
 namespace {
 
-constexpr qint64 ofSecond = 1'000'000; // us
 constexpr int hex = 16;
 
 double perSecond(quint64 count, double duration)
@@ -32,15 +32,15 @@ QString identifierText(const IdentifierCount &row)
 /*! us as seconds, with all places. */
 QString seconds(qint64 time)
 {
-    return QString::number(static_cast<double>(time) / ofSecond, 'f', 6);
+    return QString::number(static_cast<double>(time) / Microseconds::ofSecond, 'f', 6);
 }
 
 QJsonObject countJson(const TraceCount &count)
 {
     return {{QStringLiteral("frames"), double(count.frames)},
             {QStringLiteral("bits"), double(count.bits)},
-            {QStringLiteral("first"), double(count.first) / ofSecond},
-            {QStringLiteral("last"), double(count.last) / ofSecond}};
+            {QStringLiteral("first"), double(count.first) / Microseconds::ofSecond},
+            {QStringLiteral("last"), double(count.last) / Microseconds::ofSecond}};
 }
 
 } // namespace
@@ -52,13 +52,12 @@ QString TraceStatisticsListing::channelName(int channel) const
 
 QString TraceStatisticsListing::time(qint64 time) const
 {
-    constexpr qint64 ofMillisecond = 1000; // us
     constexpr int places = 6;
     if (!m_head.hasTimeOfDay)
         return tr("%1 s").arg(seconds(time));
-    return QDateTime::fromMSecsSinceEpoch(time / ofMillisecond)
+    return QDateTime::fromMSecsSinceEpoch(time / Microseconds::ofMillisecond)
                .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss."))
-           + QString::number(time % ofSecond).rightJustified(places, QLatin1Char('0'));
+           + QString::number(time % Microseconds::ofSecond).rightJustified(places, QLatin1Char('0'));
 }
 
 QString TraceStatisticsListing::load(double bitsPerSecond) const

@@ -2,6 +2,7 @@
 #include "livebus.h"
 
 #include <live/values/pdosource.h>
+#include <system/amounts.h>
 #include <trace/playback/playbackstate.h>
 
 #include <QCanBusFrame>
@@ -17,15 +18,12 @@ constexpr quint16 heartbeatTime = 0x1017;    // of the producer; UNSIGNED16
 constexpr quint32 longestHeartbeat = 0xFFFF; // ms
 
 constexpr auto tickInterval = 100ms;
-constexpr qint64 nanoseconds = 1000;   // of a microsecond
-constexpr qint64 microseconds = 1000;  // of a millisecond
-constexpr qint64 ofSecond = 1'000'000; // us
 
 qint64 stampOf(const QCanBusFrame &frame)
 {
     const QCanBusFrame::TimeStamp stamp = frame.timeStamp();
     const bool isPlausible = stamp.seconds() >= 0 && stamp.seconds() < (Q_INT64_C(1) << 40);
-    return isPlausible ? stamp.seconds() * ofSecond + stamp.microSeconds() : 0;
+    return isPlausible ? stamp.seconds() * Microseconds::ofSecond + stamp.microSeconds() : 0;
 }
 
 } // namespace
@@ -103,7 +101,7 @@ qint64 LiveBus::steadyNow() const
     const std::optional<qint64> played = m_playedFrom ? m_bus->busTime() : std::nullopt;
     if (played)
         return *played - *m_playedFrom;
-    return m_steady.isValid() ? m_steady.nsecsElapsed() / nanoseconds : 0;
+    return m_steady.isValid() ? m_steady.nsecsElapsed() / Nanoseconds::ofMicrosecond : 0;
 }
 
 qint64 LiveBus::now()
@@ -113,12 +111,12 @@ qint64 LiveBus::now()
 
 QDateTime LiveBus::timeOfDay(qint64 time) const
 {
-    return m_start.addMSecs(time / microseconds);
+    return m_start.addMSecs(time / Microseconds::ofMillisecond);
 }
 
 qint64 LiveBus::timeOf(const QDateTime &timeOfDay) const
 {
-    return m_start.msecsTo(timeOfDay) * microseconds;
+    return m_start.msecsTo(timeOfDay) * Microseconds::ofMillisecond;
 }
 
 void LiveBus::handleReceived(const QCanBusFrame &frame)

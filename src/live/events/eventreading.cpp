@@ -6,6 +6,7 @@
 #include <canopen/cobid.h>
 #include <json/jsondocument.h>
 #include <json/jsonobject.h>
+#include <system/amounts.h>
 
 #include <QDateTime>
 
@@ -15,7 +16,6 @@ namespace {
 
 constexpr int longestWord = 100;
 constexpr int longestDetail = 1000;
-constexpr qint64 microseconds = 1000; // of a ms
 constexpr qint64 highestCode = std::numeric_limits<quint32>::max();
 
 struct EventReadingTr
@@ -39,7 +39,7 @@ qint64 timeIn(const JsonObject &json, const char *key)
     const QDateTime time = QDateTime::fromString(json.text(key, longestWord), Qt::ISODateWithMs);
     if (!time.isValid())
         json.place().complain(EventReadingTr::tr("the time cannot be read"));
-    return time.isValid() ? time.toMSecsSinceEpoch() * microseconds : 0;
+    return time.isValid() ? time.toMSecsSinceEpoch() * Microseconds::ofMillisecond : 0;
 }
 
 LiveEvent eventOf(const JsonObject &json)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <system/amounts.h>
+
 #include <QtGlobal>
 
 #include <algorithm>
@@ -16,9 +18,9 @@ public:
     /*! A frame of \a bits that ended at \a time (us); nothing is counted without a \a bitRate (bit/s). */
     void add(qint64 time, int bits, int bitRate)
     {
-        constexpr qint64 microseconds = 1'000'000; // of a second
         const qint64 gap = time - m_last;
-        const bool follows = gap < microseconds && 2 * gap * bitRate <= 3 * microseconds * bits;
+        const bool follows
+            = gap < Microseconds::ofSecond && 2 * gap * bitRate <= 3 * Microseconds::ofSecond * bits;
         m_current = follows ? m_current + 1 : 1;
         m_last = time;
         if (bitRate > 0)

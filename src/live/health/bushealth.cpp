@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "bushealth.h"
 
-namespace {
+#include <system/amounts.h>
 
-constexpr double millisecond = 1000; // us
-constexpr double second = 1'000'000; // us
+namespace {
 
 template<typename Number>
 std::optional<double> inMilliseconds(std::optional<Number> time)
 {
-    return time ? std::optional(double(*time) / millisecond) : std::nullopt;
+    return time ? std::optional(double(*time) / Microseconds::ofMillisecond) : std::nullopt;
 }
 
 HeartbeatNumbers heartbeatNumbers(const HeartbeatRecord &record, qint64 now)
@@ -98,7 +97,7 @@ HealthNumbers BusHealth::numbers(qint64 now)
     m_traffic.advance(now);
     const qint64 duration = m_traffic.duration(now);
     HealthNumbers numbers;
-    numbers.duration = double(duration) / millisecond;
+    numbers.duration = double(duration) / Microseconds::ofMillisecond;
     numbers.bitRate = m_bitRate;
     addLoads(&numbers, duration);
     addKinds(&numbers, duration);
@@ -120,7 +119,8 @@ void BusHealth::addLoads(HealthNumbers *numbers, qint64 duration) const
 {
     if (m_bitRate <= 0 || duration <= 0)
         return;
-    const double mean = double(m_traffic.total().bits) * second / (double(duration) * m_bitRate);
+    const double mean
+        = double(m_traffic.total().bits) * Microseconds::ofSecond / (double(duration) * m_bitRate);
     numbers->meanLoad = mean;
     numbers->peakLoad = m_traffic.mostBits() ? double(*m_traffic.mostBits()) / m_bitRate : mean;
     if (const std::optional<TrafficMeter::Counts> last = m_traffic.lastSecond())
@@ -131,7 +131,7 @@ void BusHealth::addKinds(HealthNumbers *numbers, qint64 duration) const
 {
     const TrafficMeter::Counts total = m_traffic.total();
     const std::optional<TrafficMeter::Counts> last = m_traffic.lastSecond();
-    const double seconds = double(duration) / second;
+    const double seconds = double(duration) / Microseconds::ofSecond;
     numbers->frames = total.allFrames();
     numbers->framesPerSecond = duration > 0 ? double(total.allFrames()) / seconds : 0;
     for (std::size_t i = 0; i < total.frames.size(); ++i) {
@@ -157,6 +157,6 @@ NodeNumbers BusHealth::numbersOf(quint8 nodeId, qint64 now) const
     numbers.hasOpenError = node.hasOpenError();
     numbers.frames = node.frames();
     if (m_bitRate > 0 && duration > 0)
-        numbers.load = double(node.bits()) * second / (double(duration) * m_bitRate);
+        numbers.load = double(node.bits()) * Microseconds::ofSecond / (double(duration) * m_bitRate);
     return numbers;
 }

@@ -5,6 +5,7 @@
 
 #include <canopen/cobid.h>
 #include <checkup/objectwords.h>
+#include <system/amounts.h>
 
 #include <algorithm>
 
@@ -75,8 +76,7 @@ void LiveValues::learnPdo(const PdoSource &source, int number)
     pdo.id = parameter->cobId;
     pdo.isExtended = parameter->isExtended;
     pdo.bytes = mapping.bytes();
-    constexpr qint64 microseconds = 1000; // of a millisecond
-    addParts(source, mapping, parameter->eventTimer.count() * microseconds, &pdo);
+    addParts(source, mapping, parameter->eventTimer.count() * Microseconds::ofMillisecond, &pdo);
     m_pdos.push_back(pdo);
 }
 

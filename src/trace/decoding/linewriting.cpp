@@ -3,13 +3,12 @@
 
 #include "tracedecoder.h"
 
+#include <system/amounts.h>
 #include <trace/core/trace.h>
 
 #include <QJsonArray>
 
 namespace {
-
-constexpr double second = 1'000'000; // us
 
 struct ProblemName
 {
@@ -106,7 +105,7 @@ QJsonObject LineWriting::toJson(const SdoTransfer &transfer, const TraceDecoder 
     json.insert(QLatin1String("abortCode"), double(transfer.abortCode));
     json.insert(QLatin1String("problems"), problemsOf(transfer));
     json.insert(QLatin1String("frames"), transfer.frames);
-    json.insert(QLatin1String("duration"), double(transfer.end - transfer.begin) / second);
+    json.insert(QLatin1String("duration"), double(transfer.end - transfer.begin) / Microseconds::ofSecond);
     json.insert(QLatin1String("bytes"), QString::fromLatin1(transfer.data.toHex(' ').toUpper()));
     const QString value = decoder.transfers().value(transfer);
     json.insert(QLatin1String("value"), transfer.hasValue() ? QJsonValue(value) : QJsonValue());
@@ -120,7 +119,7 @@ QJsonObject LineWriting::toJson(const StreamedLine &line, const TraceDecoder &de
     const TraceText text
         = line.transfer ? decoder.text(*line.transfer) : decoder.text(line.frame, line.position);
     QJsonObject json;
-    json.insert(QLatin1String("time"), double(line.frame.time) / second);
+    json.insert(QLatin1String("time"), double(line.frame.time) / Microseconds::ofSecond);
     json.insert(QLatin1String("channel"), head.channels.value(line.frame.channel));
     json.insert(QLatin1String("node"), sort.nodeId);
     json.insert(QLatin1String("kind"), QLatin1String(frameKindName(sort.kind)));

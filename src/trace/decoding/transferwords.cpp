@@ -4,6 +4,7 @@
 #include "framesort.h"
 
 #include <canopen/sdoabort.h>
+#include <system/amounts.h>
 #include <trace/transfers/sdotransfer.h>
 
 #include <QStringList>
@@ -79,11 +80,10 @@ QString TransferWords::problems(const SdoTransfer &transfer)
 
 QString TransferWords::effort(const SdoTransfer &transfer)
 {
-    constexpr double millisecond = 1000; // us
-    constexpr double second = 1'000'000;
     const auto duration = double(std::max<qint64>(0, transfer.end - transfer.begin));
-    const QString time = duration < second ? tr("%1 ms").arg(duration / millisecond, 0, 'f', 1)
-                                           : tr("%1 s").arg(duration / second, 0, 'f', 2);
+    const QString time = duration < Microseconds::ofSecond
+                             ? tr("%1 ms").arg(duration / Microseconds::ofMillisecond, 0, 'f', 1)
+                             : tr("%1 s").arg(duration / Microseconds::ofSecond, 0, 'f', 2);
     const QString frames = transfer.frames == 1 ? tr("1 frame") : tr("%1 frames").arg(transfer.frames);
     switch (transfer.protocol) {
     case SdoTransfer::Protocol::Segmented:

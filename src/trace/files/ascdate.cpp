@@ -4,6 +4,8 @@
 #include "textscan.h"
 #include "timeofday.h"
 
+#include <system/amounts.h>
+
 #include <QDateTime>
 
 #include <optional>
@@ -11,8 +13,6 @@
 using namespace TextScan;
 
 namespace {
-
-constexpr qint64 ofMillisecond = 1000; // us
 
 struct MonthName
 {
@@ -53,9 +53,9 @@ std::optional<qint64> takeClock(TextLine word)
     qint64 seconds = 0;
     if (takeDecimal(&at, word.end, mostDigits, &hour) == 0 || !take(&at, word.end, ':')
         || takeDecimal(&at, word.end, mostDigits, &minute) == 0 || !take(&at, word.end, ':')
-        || !takeFixed(&at, word.end, TimeOfDay::second, &seconds) || hour > 23 || minute > 59)
+        || !takeFixed(&at, word.end, Microseconds::ofSecond, &seconds) || hour > 23 || minute > 59)
         return std::nullopt;
-    return static_cast<qint64>(hour * 60 + minute) * 60 * TimeOfDay::second + seconds;
+    return static_cast<qint64>(hour * 60 + minute) * 60 * Microseconds::ofSecond + seconds;
 }
 
 int takeInt(TextLine word)
@@ -70,7 +70,7 @@ int takeInt(TextLine word)
 /*! Hours of twelve that go on to 24. */
 qint64 ofDay(qint64 clock, TextLine half)
 {
-    constexpr qint64 twelveHours = qint64(12) * 3600 * TimeOfDay::second;
+    constexpr qint64 twelveHours = qint64(12) * 3600 * Microseconds::ofSecond;
     const bool isAfternoon = isWordOfAnyCase(half, "pm") || isWordOfAnyCase(half, "nachm.");
     const bool isMorning = isWordOfAnyCase(half, "am") || isWordOfAnyCase(half, "vorm.");
     if (isAfternoon && clock < twelveHours)
@@ -96,15 +96,17 @@ bool AscDate::parse(TextLine line, qint64 *time)
         return false;
     if (time != nullptr) {
         const qint64 inDay = ofDay(*clock, half);
-        const QTime toMillisecond = QTime::fromMSecsSinceStartOfDay(static_cast<int>(inDay / ofMillisecond));
-        *time = QDateTime(date, toMillisecond).toMSecsSinceEpoch() * ofMillisecond + inDay % ofMillisecond;
+        const QTime toMillisecond
+            = QTime::fromMSecsSinceStartOfDay(static_cast<int>(inDay / Microseconds::ofMillisecond));
+        *time = QDateTime(date, toMillisecond).toMSecsSinceEpoch() * Microseconds::ofMillisecond
+                + inDay % Microseconds::ofMillisecond;
     }
     return true;
 }
 
 QByteArray AscDate::write(qint64 time)
 {
-    const QDateTime local = QDateTime::fromMSecsSinceEpoch(time / ofMillisecond);
+    const QDateTime local = QDateTime::fromMSecsSinceEpoch(time / Microseconds::ofMillisecond);
     const QDate date = local.date();
     const QByteArray clock = local.time().toString(QStringLiteral("HH:mm:ss.zzz")).toLatin1();
     return QByteArray(englishDays[date.dayOfWeek() - 1]) + ' ' + englishMonths[date.month() - 1] + ' '

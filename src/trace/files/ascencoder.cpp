@@ -4,17 +4,13 @@
 #include "ascdate.h"
 #include "timeofday.h"
 
+#include <system/amounts.h>
+
 using namespace FrameText;
-
-namespace {
-
-constexpr qint64 ofMillisecond = 1000; // us
-
-} // namespace
 
 void AscEncoder::begin(qint64 first, QByteArray *to)
 {
-    m_begin = hasTimeOfDay() ? first - first % ofMillisecond : 0;
+    m_begin = hasTimeOfDay() ? first - first % Microseconds::ofMillisecond : 0;
     const QByteArray date = AscDate::write(m_begin);
     to->append("date " + date + "\nbase hex  timestamps absolute\ninternal events logged\nBegin Triggerblock "
                + date + "\n   0.000000 Start of measurement\n");
@@ -25,7 +21,7 @@ void AscEncoder::write(const TraceFrame &frame, QByteArray *to)
     constexpr int secondWidth = 4;
     constexpr int channelWidth = 2;
     constexpr int idWidth = 15;
-    addTime(frame.time - m_begin, TimeOfDay::second, secondWidth, ' ', to);
+    addTime(frame.time - m_begin, Microseconds::ofSecond, secondWidth, ' ', to);
     to->append(' ').append(channelNumber(frame.channel).leftJustified(channelWidth)).append(' ');
     if (frame.isError()) {
         to->append("ErrorFrame\n");

@@ -6,13 +6,15 @@
 #include "timeofday.h"
 #include "tracefilestr.h"
 
+#include <system/amounts.h>
+
 using namespace TextScan;
 
 namespace {
 
 constexpr quint32 busError = 0x80; // what Linux calls an error of which no more is known
 
-constexpr qint64 farthest = 100000000000 * TimeOfDay::second; // some thousand years; more is no time
+constexpr qint64 farthest = 100000000000 * Microseconds::ofSecond; // some thousand years; more is no time
 
 bool isNumber(TextLine word)
 {
@@ -59,7 +61,7 @@ TextReader::Line AscReader::parse(TextLine line, TraceFrame *frame)
         return Line::Nothing;
     const char *p = at;
     qint64 time = 0;
-    if (!takeFixed(&p, line.end, TimeOfDay::second, &time))
+    if (!takeFixed(&p, line.end, Microseconds::ofSecond, &time))
         return parseHead(line, at);
     if (p == line.end || !isBlank(*p))
         return notUnderstood(line);

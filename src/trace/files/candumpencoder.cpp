@@ -3,6 +3,8 @@
 
 #include "timeofday.h"
 
+#include <system/amounts.h>
+
 using namespace FrameText;
 
 void CandumpEncoder::begin(qint64 first, QByteArray *to)
@@ -18,7 +20,7 @@ void CandumpEncoder::write(const TraceFrame &frame, QByteArray *to)
     constexpr int extendedDigits = 8;
     constexpr quint32 errorFlag = 0x20000000;
     to->append('(');
-    addTime(frame.time, TimeOfDay::second, secondDigits, '0', to);
+    addTime(frame.time, Microseconds::ofSecond, secondDigits, '0', to);
     to->append(") ").append(channelName(frame.channel)).append(' ');
     const bool isLong = frame.isExtended() || frame.isError();
     addHex(frame.isError() ? frame.id | errorFlag : frame.id, isLong ? extendedDigits : standardDigits, to);

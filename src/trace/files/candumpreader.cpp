@@ -4,6 +4,8 @@
 #include "textscan.h"
 #include "timeofday.h"
 
+#include <system/amounts.h>
+
 #include <QDateTime>
 
 using namespace TextScan;
@@ -59,7 +61,7 @@ bool CandumpReader::takeTime(const char **at, const char *end, qint64 *time)
     constexpr int dash = 4; // "2015-"
     const char *p = *at + 1;
     const bool hasDate = end - p > dash && p[dash] == '-';
-    if (!(hasDate ? takeDate(&p, end, time) : takeFixed(&p, end, TimeOfDay::second, time))
+    if (!(hasDate ? takeDate(&p, end, time) : takeFixed(&p, end, Microseconds::ofSecond, time))
         || !take(&p, end, ')'))
         return false;
     *at = p;
@@ -80,7 +82,7 @@ bool CandumpReader::takeUsualTime(const char **at, const char *end, qint64 *time
         if (takeDecimal(&digits, p + pointPlace, pointPlace, &seconds) != pointPlace - 1)
             return false;
         std::memcpy(m_second.data(), p, m_second.size());
-        m_secondTime = static_cast<qint64>(seconds) * TimeOfDay::second;
+        m_secondTime = static_cast<qint64>(seconds) * Microseconds::ofSecond;
     }
     qint64 fraction = 0;
     for (int i = pointPlace + 1; i < endPlace; ++i) {
@@ -97,7 +99,7 @@ bool CandumpReader::takeUsualTime(const char **at, const char *end, qint64 *time
 bool CandumpReader::takeDate(const char **at, const char *end, qint64 *time)
 {
     constexpr int mostDigits = 2;
-    constexpr qint64 longestMinute = 61 * TimeOfDay::second; // with a leap second
+    constexpr qint64 longestMinute = 61 * Microseconds::ofSecond; // with a leap second
     const char *p = *at;
     if (end - p < hourSize || !findHour(p))
         return false;
@@ -105,9 +107,9 @@ bool CandumpReader::takeDate(const char **at, const char *end, qint64 *time)
     quint64 minute = 0;
     qint64 seconds = 0;
     if (!take(&p, end, ':') || takeDecimal(&p, end, mostDigits, &minute) == 0 || !take(&p, end, ':')
-        || !takeFixed(&p, end, TimeOfDay::second, &seconds) || seconds < 0 || seconds > longestMinute)
+        || !takeFixed(&p, end, Microseconds::ofSecond, &seconds) || seconds < 0 || seconds > longestMinute)
         return false;
-    *time = m_hourBegin + static_cast<qint64>(minute) * 60 * TimeOfDay::second + seconds;
+    *time = m_hourBegin + static_cast<qint64>(minute) * 60 * Microseconds::ofSecond + seconds;
     *at = p;
     return true;
 }
@@ -115,7 +117,6 @@ bool CandumpReader::takeDate(const char **at, const char *end, qint64 *time)
 /*! Asks for the time zone once an hour and not once a line. */
 bool CandumpReader::findHour(const char *begin)
 {
-    constexpr qint64 ofMillisecond = 1000; // us
     if (m_hour.size() == hourSize && std::memcmp(m_hour.constData(), begin, hourSize) == 0)
         return true;
     const QDateTime hour
@@ -123,7 +124,7 @@ bool CandumpReader::findHour(const char *begin)
     if (!hour.isValid())
         return false;
     m_hour = QByteArray(begin, hourSize);
-    m_hourBegin = hour.toMSecsSinceEpoch() * ofMillisecond;
+    m_hourBegin = hour.toMSecsSinceEpoch() * Microseconds::ofMillisecond;
     return true;
 }
 

@@ -4,6 +4,8 @@
 #include "capturedframe.h"
 #include "timeofday.h"
 
+#include <system/amounts.h>
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -55,8 +57,8 @@ void PcapEncoder::begin(qint64 first, QByteArray *to)
 void PcapEncoder::write(const TraceFrame &frame, QByteArray *to)
 {
     const qint64 time = std::max<qint64>(frame.time, 0); // there is nothing before 1970
-    add(static_cast<quint32>(time / TimeOfDay::second), to);
-    add(static_cast<quint32>(time % TimeOfDay::second), to);
+    add(static_cast<quint32>(time / Microseconds::ofSecond), to);
+    add(static_cast<quint32>(time % Microseconds::ofSecond), to);
     add(packetSize, to);
     add(packetSize, to);
     addFrame(frame, to);

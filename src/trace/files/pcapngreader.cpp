@@ -7,6 +7,8 @@
 #include "timeofday.h"
 #include "tracefilestr.h"
 
+#include <system/amounts.h>
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -86,8 +88,8 @@ qint64 microseconds(quint64 time, qint64 perSecond)
     if (seconds > mostSeconds)
         return 0;
     // Less than 2^40 times 10^6.
-    const quint64 fraction = time % count * static_cast<quint64>(TimeOfDay::second) / count;
-    return static_cast<qint64>(seconds) * TimeOfDay::second + static_cast<qint64>(fraction);
+    const quint64 fraction = time % count * static_cast<quint64>(Microseconds::ofSecond) / count;
+    return static_cast<qint64>(seconds) * Microseconds::ofSecond + static_cast<qint64>(fraction);
 }
 
 } // namespace
@@ -247,8 +249,8 @@ TraceReader::Step PcapNgReader::readPacket(const uchar *body, size_t size, Trace
         return step;
     constexpr qint64 mostOffset = 100000000000; // s
     const bool isOffset = interface->offset > -mostOffset && interface->offset < mostOffset;
-    frame->time
-        = microseconds(time, interface->perSecond) + (isOffset ? interface->offset * TimeOfDay::second : 0);
+    frame->time = microseconds(time, interface->perSecond)
+                  + (isOffset ? interface->offset * Microseconds::ofSecond : 0);
     if (isSent(body + packetHeadSize + std::min(filledUp(count), size - packetHeadSize), body + size))
         frame->flags |= TraceFrame::Sent;
     if (!m_hasFirst)

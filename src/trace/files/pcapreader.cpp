@@ -6,6 +6,8 @@
 #include "timeofday.h"
 #include "tracefilestr.h"
 
+#include <system/amounts.h>
+
 #include <QtEndian>
 
 namespace {
@@ -26,7 +28,6 @@ constexpr size_t sizePlace = 8;
 constexpr quint32 microsecondMagic = 0xA1B2C3D4;
 constexpr quint32 nanosecondMagic = 0xA1B23C4D;
 constexpr quint32 linkTypeMask = 0x0FFFFFFF; // above it stands what a frame ends with
-constexpr qint64 nanoseconds = 1000;         // of a us
 
 } // namespace
 
@@ -104,7 +105,8 @@ TraceReader::Step PcapReader::readRecord(const uchar *head, TraceFrame *frame)
     const quint32 size = numberAt(head + sizePlace);
     if (size > RecordBytes::longest)
         return stop(CaptureWords::impossibleLength(size));
-    const qint64 time = seconds * TimeOfDay::second + (m_hasNanoseconds ? fraction / nanoseconds : fraction);
+    const qint64 time = seconds * Microseconds::ofSecond
+                        + (m_hasNanoseconds ? fraction / Nanoseconds::ofMicrosecond : fraction);
     return readPacket(time, size, frame);
 }
 

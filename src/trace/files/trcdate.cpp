@@ -4,16 +4,17 @@
 #include "textscan.h"
 #include "timeofday.h"
 
+#include <system/amounts.h>
+
 #include <QDateTime>
 
 #include <algorithm>
 
 namespace {
 
-constexpr qint64 ofMillisecond = 1000;       // us
 constexpr qint64 places = 1'000'000'000'000; // a day in them: 12 places, 0.09 us
 constexpr qint64 secondsOfDay = 86400;
-constexpr qint64 day = secondsOfDay * TimeOfDay::second;
+constexpr qint64 day = secondsOfDay * Microseconds::ofSecond;
 constexpr qint64 placesPerSecond = 1'000'000; // times secondsOfDay
 
 /*! Day 0. */
@@ -41,9 +42,10 @@ qint64 TrcDate::parse(TextLine days)
     const qint64 rounded = (fraction * secondsOfDay + placesPerSecond / 2) / placesPerSecond;
     const qint64 inDay = std::min(rounded, day - 1);
     const QDate date = firstDay().addDays(static_cast<qint64>(whole));
-    const QTime toMillisecond = QTime::fromMSecsSinceStartOfDay(static_cast<int>(inDay / ofMillisecond));
-    const qint64 time
-        = QDateTime(date, toMillisecond).toMSecsSinceEpoch() * ofMillisecond + inDay % ofMillisecond;
+    const QTime toMillisecond
+        = QTime::fromMSecsSinceStartOfDay(static_cast<int>(inDay / Microseconds::ofMillisecond));
+    const qint64 time = QDateTime(date, toMillisecond).toMSecsSinceEpoch() * Microseconds::ofMillisecond
+                        + inDay % Microseconds::ofMillisecond;
     return TimeOfDay::isOne(time) ? time : 0;
 }
 
@@ -51,8 +53,9 @@ QByteArray TrcDate::write(qint64 time)
 {
     if (!TimeOfDay::isOne(time))
         return QByteArrayLiteral("0.000000000000");
-    const QDateTime local = QDateTime::fromMSecsSinceEpoch(time / ofMillisecond);
-    const qint64 inDay = qint64(local.time().msecsSinceStartOfDay()) * ofMillisecond + time % ofMillisecond;
+    const QDateTime local = QDateTime::fromMSecsSinceEpoch(time / Microseconds::ofMillisecond);
+    const qint64 inDay = qint64(local.time().msecsSinceStartOfDay()) * Microseconds::ofMillisecond
+                         + time % Microseconds::ofMillisecond;
     const qint64 fraction = (inDay * placesPerSecond + secondsOfDay / 2) / secondsOfDay;
     return QByteArray::number(firstDay().daysTo(local.date())) + '.'
            + QByteArray::number(fraction).rightJustified(12, '0');

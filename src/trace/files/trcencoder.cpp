@@ -3,13 +3,14 @@
 
 #include "trcdate.h"
 
+#include <system/amounts.h>
+
 #include <QDateTime>
 
 using namespace FrameText;
 
 namespace {
 
-constexpr qint64 ofMillisecond = 1000; // us
 constexpr int standardDigits = 4;
 constexpr int extendedDigits = 8;
 constexpr int numberWidth = 6;
@@ -19,11 +20,11 @@ constexpr const char *errorBytes = " 00 00 00 00";
 
 void TrcEncoder::beginWith(const QByteArray &version, qint64 first, QByteArray *to)
 {
-    m_begin = hasTimeOfDay() ? first - first % ofMillisecond : 0;
+    m_begin = hasTimeOfDay() ? first - first % Microseconds::ofMillisecond : 0;
     to->append(";$FILEVERSION=" + version + "\n;$STARTTIME=" + TrcDate::write(m_begin) + '\n');
     if (!hasTimeOfDay())
         return;
-    const QDateTime begin = QDateTime::fromMSecsSinceEpoch(m_begin / ofMillisecond);
+    const QDateTime begin = QDateTime::fromMSecsSinceEpoch(m_begin / Microseconds::ofMillisecond);
     to->append(";\n;   Start time: " + begin.toString(QStringLiteral("dd.MM.yyyy HH:mm:ss.zzz")).toLatin1()
                + '\n');
 }
@@ -62,7 +63,7 @@ void Trc11Encoder::write(const TraceFrame &frame, QByteArray *to)
     constexpr int timeWidth = 12;
     addRight(QByteArray::number(nextNumber()), numberWidth, to);
     to->append(") ");
-    addTime(sinceBegin(frame) / resolution, ofMillisecond / resolution, timeWidth, ' ', to);
+    addTime(sinceBegin(frame) / resolution, Microseconds::ofMillisecond / resolution, timeWidth, ' ', to);
     if (frame.isError()) {
         to->append("  Error  ");
         addRight(errorKind(frame), extendedDigits, to);
@@ -100,7 +101,7 @@ void Trc21Encoder::write(const TraceFrame &frame, QByteArray *to)
     constexpr int busWidth = 2;
     addRight(QByteArray::number(nextNumber()), numberWidth, to);
     to->append(' ');
-    addTime(sinceBegin(frame), ofMillisecond, timeWidth, ' ', to);
+    addTime(sinceBegin(frame), Microseconds::ofMillisecond, timeWidth, ' ', to);
     to->append(frame.isError() ? " ER " : frame.isRemote() ? " RR " : " DT ");
     to->append(channelNumber(frame.channel).leftJustified(busWidth)).append(' ');
     if (frame.isError())

@@ -4,6 +4,8 @@
 #include "textscan.h"
 #include "trcdate.h"
 
+#include <system/amounts.h>
+
 #include <array>
 
 using namespace TextScan;
@@ -69,7 +71,6 @@ Type typeOf(TextLine word)
 
 constexpr int standardDigits
     = 4; // of a standard identifier; other programs write fewer than eight of the others, too
-constexpr qint64 ofMillisecond = 1000; // us
 
 // An error frame tells the kind of the error where others have their identifier: a bit of 1, 2, 4; else 8.
 constexpr quint32 protocolError = 0x08;
@@ -100,7 +101,7 @@ bool TrcReader::isIt(TextLine line)
     qint64 time = 0;
     skipBlanks(&at, line.end);
     return number.size() > 1 && isDigit(*number.begin) && *(number.end - 1) == ')'
-           && takeFixed(&at, line.end, ofMillisecond, &time);
+           && takeFixed(&at, line.end, Microseconds::ofMillisecond, &time);
 }
 
 TextReader::Line TrcReader::parse(TextLine line, TraceFrame *frame)
@@ -118,7 +119,7 @@ TextReader::Line TrcReader::parse(TextLine line, TraceFrame *frame)
     if (!takeCells(&at, line.end, &cells))
         return notUnderstood(line);
     const char *p = cells.time.begin;
-    if (!takeFixed(&p, cells.time.end, ofMillisecond, &time) || p != cells.time.end)
+    if (!takeFixed(&p, cells.time.end, Microseconds::ofMillisecond, &time) || p != cells.time.end)
         return notUnderstood(line);
     frame->time = m_begin + time;
     return parseFrame(line, cells, at, frame);

@@ -9,6 +9,7 @@
 #include <canopen/sdooutcome.h>
 #include <snapshot/objecttypes.h>
 #include <snapshot/snapshotanswer.h>
+#include <system/amounts.h>
 
 #include <QCanBusFrame>
 
@@ -21,7 +22,6 @@ using CanOpen::SdoAbort;
 using CanOpen::SdoOutcome;
 using Outcome = SdoTransfer::Outcome;
 
-constexpr qint64 microseconds = 1000; // of a millisecond
 // What is longer is of a clock that was set; the longest that a snapshot's file may say, in ms.
 constexpr quint64 longestTrace = Q_UINT64_C(365) * 24 * 3600 * 1000;
 
@@ -68,7 +68,9 @@ qint64 answerTime(const SdoTransfer &transfer)
 {
     const bool isForward = transfer.end > transfer.begin;
     const quint64 time = static_cast<quint64>(transfer.end) - static_cast<quint64>(transfer.begin);
-    return isForward && time <= SdoTransfers::longestWait ? static_cast<qint64>(time) / microseconds : 0;
+    return isForward && time <= SdoTransfers::longestWait
+               ? static_cast<qint64>(time) / Microseconds::ofMillisecond
+               : 0;
 }
 
 /*! How much an entry says: the one that says more stays. */
@@ -168,7 +170,8 @@ qint64 TraceSnapshot::sinceBegin(qint64 time) const
 {
     if (time <= m_first)
         return 0;
-    const quint64 since = (static_cast<quint64>(time) - static_cast<quint64>(m_first)) / microseconds;
+    const quint64 since
+        = (static_cast<quint64>(time) - static_cast<quint64>(m_first)) / Microseconds::ofMillisecond;
     return static_cast<qint64>(std::min<quint64>(since, longestTrace));
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "recordedtime.h"
 
+#include <system/amounts.h>
 #include <trace/files/timeofday.h>
 
 #include <QCanBusFrame>
@@ -12,7 +13,7 @@ qint64 stampOf(const QCanBusFrame &frame)
 {
     const QCanBusFrame::TimeStamp stamp = frame.timeStamp();
     const bool isPlausible = stamp.seconds() >= 0 && stamp.seconds() < (Q_INT64_C(1) << 40);
-    return isPlausible ? stamp.seconds() * TimeOfDay::second + stamp.microSeconds() : 0;
+    return isPlausible ? stamp.seconds() * Microseconds::ofSecond + stamp.microSeconds() : 0;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tracefolder.h"
 
+#include <system/amounts.h>
 #include <trace/files/tracefile.h>
 
 #include <QCoreApplication>
@@ -13,8 +14,6 @@ struct TraceFolderTr
 {
     Q_DECLARE_TR_FUNCTIONS(TraceFolder)
 };
-
-constexpr qint64 megabyte = 1000000;
 
 } // namespace
 
@@ -29,7 +28,7 @@ QString TraceFolder::save(const Trace &trace, const QDateTime &time, QString *er
     const qint64 left = m_freeSpace(folder.filePath(QStringLiteral("trace")));
     if (left >= 0 && left < reserve) {
         *errorMessage = TraceFolderTr::tr("Less than %1 MB are left on the disk of %2.")
-                            .arg(reserve / megabyte)
+                            .arg(reserve / Bytes::ofMegabyte)
                             .arg(QDir::toNativeSeparators(folder.path()));
         return {};
     }

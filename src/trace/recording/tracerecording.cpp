@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tracerecording.h"
 
+#include <system/amounts.h>
 #include <trace/files/tracefile.h>
 
 #include <QCoreApplication>
@@ -15,7 +16,6 @@ struct TraceRecordingTr
 
 constexpr qint64 flushPeriod = 1'000'000; // us
 constexpr qint64 lookPeriod = 4'000'000;  // bytes
-constexpr qint64 megabyte = 1'000'000;
 
 } // namespace
 
@@ -85,7 +85,7 @@ bool TraceRecording::hasSpace()
     if (m_writer)
         endFile();
     return stop(TraceRecordingTr::tr("Less than %1 MB are left on the disk of %2: recording has ended.")
-                    .arg(m_settings.reserve / megabyte)
+                    .arg(m_settings.reserve / Bytes::ofMegabyte)
                     .arg(QDir::toNativeSeparators(m_settings.path)));
 }
 

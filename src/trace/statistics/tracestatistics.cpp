@@ -2,13 +2,13 @@
 #include "tracestatistics.h"
 
 #include <canopen/framebits.h>
+#include <system/amounts.h>
 
 #include <algorithm>
 #include <tuple>
 
 namespace {
 
-constexpr qint64 ofSecond = 1'000'000; // us
 constexpr int channelShift = 32;
 constexpr quint64 extendedKey = quint64(1) << 31;
 
@@ -34,7 +34,7 @@ void TraceCount::add(qint64 time, int frameBits)
 
 double TraceCount::duration() const
 {
-    return static_cast<double>(last - first) / ofSecond;
+    return static_cast<double>(last - first) / Microseconds::ofSecond;
 }
 
 void TraceStatistics::add(const TraceFrame &frame)
@@ -61,7 +61,7 @@ void TraceStatistics::add(const TraceFrame &frame)
 void TraceStatistics::countSecond(quint8 channel, qint64 time, int bits)
 {
     Second &second = m_seconds[channel];
-    const qint64 number = time / ofSecond;
+    const qint64 number = time / Microseconds::ofSecond;
     if (number != second.number)
         second = {number, 0};
     second.bits += static_cast<quint64>(bits);

@@ -10,6 +10,7 @@
 #include "watchview.h"
 
 #include <host/pages/pagelayout.h>
+#include <system/amounts.h>
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -21,9 +22,8 @@
 namespace {
 
 constexpr int margin = 9;
-constexpr int share = 100;            // of a splitter
-constexpr qint64 microseconds = 1000; // of a ms
-constexpr int ticksOfLights = 5;      // half a second: nobody reads faster
+constexpr int share = 100;       // of a splitter
+constexpr int ticksOfLights = 5; // half a second: nobody reads faster
 
 } // namespace
 
@@ -73,13 +73,13 @@ void LivePage::setFolder(const std::function<QString()> &folder)
 
 bool LivePage::showEventAt(const QDateTime &time)
 {
-    return m_events->chooseNearest(m_isRecorded ? time.toMSecsSinceEpoch() * microseconds
+    return m_events->chooseNearest(m_isRecorded ? time.toMSecsSinceEpoch() * Microseconds::ofMillisecond
                                                 : m_session->live().timeOf(time));
 }
 
 QDateTime LivePage::timeOfDay(qint64 time) const
 {
-    return m_isRecorded ? QDateTime::fromMSecsSinceEpoch(time / microseconds)
+    return m_isRecorded ? QDateTime::fromMSecsSinceEpoch(time / Microseconds::ofMillisecond)
                         : m_session->live().timeOfDay(time);
 }
 

@@ -3,6 +3,8 @@
 
 #include "livecurve.h"
 
+#include <system/amounts.h>
+
 #include <QEvent>
 #include <QMouseEvent>
 #include <QRubberBand>
@@ -21,7 +23,6 @@
 
 namespace {
 
-constexpr qint64 microseconds = 1000;      // of a millisecond
 constexpr qint64 shortestTime = 500000;    // us that are shown at least
 constexpr qint64 longestTime = 7200000000; // us
 constexpr double room = 0.08;              // above and below, of the range of values
@@ -116,7 +117,8 @@ void LivePlot::showTime(qint64 from, qint64 to)
 {
     m_from = from;
     m_to = std::max(to, from + 1);
-    setAxisScale(xBottom, double(m_start + m_from / microseconds), double(m_start + m_to / microseconds));
+    setAxisScale(xBottom, double(m_start + m_from / Microseconds::ofMillisecond),
+                 double(m_start + m_to / Microseconds::ofMillisecond));
     const int width = canvas()->width();
     for (const Shown &shown : qAsConst(m_shown))
         shown.curve->follow(m_from, m_to, width);
@@ -158,7 +160,7 @@ void LivePlot::scaleGroup(int group)
 void LivePlot::setCursorTime(qint64 time)
 {
     m_cursor->setVisible(time >= 0);
-    m_cursor->setXValue(double(m_start) + double(time) / double(microseconds));
+    m_cursor->setXValue(double(m_start) + double(time) / double(Microseconds::ofMillisecond));
 }
 
 qint64 LivePlot::timeAt(int place) const

@@ -8,6 +8,7 @@
 #include "watchmodel.h"
 
 #include <host/pages/pagelayout.h>
+#include <system/amounts.h>
 
 #include <QComboBox>
 #include <QEvent>
@@ -20,8 +21,8 @@
 
 namespace {
 
-constexpr qint64 second = 1'000'000; // us
-constexpr qint64 spans[] = {60 * second, 300 * second, 3600 * second};
+constexpr qint64 spans[]
+    = {60 * Microseconds::ofSecond, 300 * Microseconds::ofSecond, 3600 * Microseconds::ofSecond};
 
 } // namespace
 

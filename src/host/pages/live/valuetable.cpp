@@ -5,6 +5,7 @@
 
 #include <host/core/livebus.h>
 #include <live/values/valuewriting.h>
+#include <system/amounts.h>
 
 ValueTable ValueTable::of(const LiveWatch &watch, const LiveBus &live)
 {
@@ -23,7 +24,6 @@ ValueTable ValueTable::of(const LiveWatch &watch, const LiveBus &live)
 
 QByteArray ValueTable::toCsv() const
 {
-    constexpr qint64 microseconds = 1000; // of a millisecond
     QByteArray csv = ValueWriting::csvHead();
     std::vector<std::size_t> next(m_columns.size());
     for (;;) {
@@ -41,6 +41,6 @@ QByteArray ValueTable::toCsv() const
         LiveValue value = m_columns[first].value;
         value.record = ValueRecord();
         value.record.add(point.time, double(point.last));
-        csv += ValueWriting::toCsv(value, m_start.addMSecs(point.time / microseconds));
+        csv += ValueWriting::toCsv(value, m_start.addMSecs(point.time / Microseconds::ofMillisecond));
     }
 }

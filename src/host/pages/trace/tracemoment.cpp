@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tracemoment.h"
 
+#include <system/amounts.h>
 #include <trace/decoding/tracelines.h>
 
 #include <algorithm>
@@ -41,9 +42,8 @@ std::optional<FrameKind> kindOf(EventKind kind)
 
 TraceMoment TraceMoment::of(const LiveEvent &event, const QDateTime &time)
 {
-    constexpr qint64 microseconds = 1000; // of a millisecond
     TraceMoment moment;
-    moment.time = time.toMSecsSinceEpoch() * microseconds;
+    moment.time = time.toMSecsSinceEpoch() * Microseconds::ofMillisecond;
     moment.nodeId = event.nodeId;
     moment.kind = kindOf(event.kind);
     return moment;

@@ -11,6 +11,7 @@
 
 #include <host/pages/pagelayout.h>
 #include <host/pages/plainlabel.h>
+#include <system/amounts.h>
 
 #include <QAction>
 #include <QEvent>
@@ -29,8 +30,6 @@ namespace {
 constexpr int margin = 9;
 constexpr int share = 100;   // of a splitter
 constexpr int leastRows = 3; // of a table, with its head
-
-constexpr qint64 microseconds = 1000; // of a millisecond
 
 } // namespace
 
@@ -425,7 +424,8 @@ void TracePage::askForEvents()
 {
     const int row = m_table->firstSelected();
     if (row >= 0)
-        emit eventsRequested(QDateTime::fromMSecsSinceEpoch(m_model.timeAt(row) / microseconds));
+        emit eventsRequested(
+            QDateTime::fromMSecsSinceEpoch(m_model.timeAt(row) / Microseconds::ofMillisecond));
 }
 
 void TracePage::changeEvent(QEvent *event)

@@ -3,6 +3,7 @@
 
 #include <system/background.h>
 #include <live/events/eventlist.h>
+#include <system/amounts.h>
 #include <trace/recording/tracefolder.h>
 
 #include <QCanBusFrame>
@@ -14,17 +15,12 @@
 
 namespace {
 
-constexpr int tickInterval = 100;     // ms
-constexpr qint64 nanoseconds = 1000;  // of a microsecond
-constexpr qint64 microseconds = 1000; // of a millisecond
-constexpr qint64 second = 1000000;    // us
-constexpr qint64 minute = 60 * second;
-constexpr qint64 megabyte = 1000000; // bytes
-constexpr FaultSaving::Settings savingTimes{5 * second, 60 * second};
+constexpr int tickInterval = 100; // ms
+constexpr FaultSaving::Settings savingTimes{5 * Microseconds::ofSecond, 60 * Microseconds::ofSecond};
 
 qint64 timeOfDay()
 {
-    return QDateTime::currentMSecsSinceEpoch() * microseconds;
+    return QDateTime::currentMSecsSinceEpoch() * Microseconds::ofMillisecond;
 }
 
 /*! Whether a trace can hold it. */
@@ -67,7 +63,7 @@ TraceRecorder::~TraceRecorder()
 
 qint64 TraceRecorder::now() const
 {
-    return m_steady.nsecsElapsed() / nanoseconds;
+    return m_steady.nsecsElapsed() / Nanoseconds::ofMicrosecond;
 }
 
 TraceHead TraceRecorder::head() const
@@ -189,9 +185,9 @@ bool TraceRecorder::record(const QString &fileName, QString *errorMessage)
     TraceRecording::Settings settings;
     settings.path = fileName;
     if (m_settings.rotation == TraceSettings::Rotation::Size)
-        settings.rotateSize = m_settings.rotationMegabytes * megabyte;
+        settings.rotateSize = m_settings.rotationMegabytes * Bytes::ofMegabyte;
     else if (m_settings.rotation == TraceSettings::Rotation::Time)
-        settings.rotateTime = m_settings.rotationMinutes * minute;
+        settings.rotateTime = m_settings.rotationMinutes * Microseconds::ofMinute;
     auto recording = std::make_unique<TraceRecording>(settings);
     if (!recording->begin(head(), now())) {
         *errorMessage = recording->errorString();

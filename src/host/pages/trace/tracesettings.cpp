@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tracesettings.h"
 
+#include <system/amounts.h>
+
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -19,7 +21,6 @@ constexpr QLatin1String rotationTimeKey("trace/rotateMinutes");
 constexpr QLatin1String rotationNames[]
     = {QLatin1String("never"), QLatin1String("size"), QLatin1String("time")};
 
-constexpr qint64 megabyte = 1000000;
 constexpr qint64 largest = 1000000; // MB, minutes
 
 qint64 numberOf(const QSettings &kept, QLatin1String key, qint64 usual)
@@ -40,7 +41,7 @@ TraceSettings TraceSettings::load()
         settings.folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
                           + QStringLiteral("/draxel/traces");
     }
-    settings.mostBytes = numberOf(kept, mostKey, settings.mostBytes / megabyte) * megabyte;
+    settings.mostBytes = numberOf(kept, mostKey, settings.mostBytes / Bytes::ofMegabyte) * Bytes::ofMegabyte;
     settings.rotationMegabytes = numberOf(kept, rotationSizeKey, settings.rotationMegabytes);
     settings.rotationMinutes = numberOf(kept, rotationTimeKey, settings.rotationMinutes);
     settings.savesFaults = kept.value(faultsKey, settings.savesFaults).toBool();

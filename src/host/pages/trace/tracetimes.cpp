@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "tracetimes.h"
 
+#include <system/amounts.h>
+
 #include <QDateTime>
 
 namespace {
 
-constexpr qint64 millisecond = 1000; // us
-constexpr qint64 second = 1000000;   // us
-constexpr qint64 minute = 60 * second;
 constexpr int decimal = 10;
 constexpr int milliDigits = 3;
 constexpr int microDigits = 6;
@@ -16,8 +15,8 @@ constexpr int microDigits = 6;
 struct Parts
 {
     explicit Parts(qint64 time)
-        : seconds(time / second - (time % second < 0 ? 1 : 0))
-        , rest(time - seconds * second)
+        : seconds(time / Microseconds::ofSecond - (time % Microseconds::ofSecond < 0 ? 1 : 0))
+        , rest(time - seconds * Microseconds::ofSecond)
     {
     }
 
@@ -35,16 +34,16 @@ QString digits(qint64 number, int width)
 QString TraceTimes::shortText(qint64 time, bool hasTimeOfDay)
 {
     if (!hasTimeOfDay)
-        return tr("%1 s").arg(double(time) / double(second), 0, 'f', milliDigits);
+        return tr("%1 s").arg(double(time) / double(Microseconds::ofSecond), 0, 'f', milliDigits);
     const Parts parts(time);
     return QDateTime::fromSecsSinceEpoch(parts.seconds).toString(QStringLiteral("HH:mm:ss."))
-           + digits(parts.rest / millisecond, milliDigits);
+           + digits(parts.rest / Microseconds::ofMillisecond, milliDigits);
 }
 
 QString TraceTimes::longText(qint64 time, bool hasTimeOfDay)
 {
     if (!hasTimeOfDay)
-        return tr("%1 s").arg(double(time) / double(second), 0, 'f', microDigits);
+        return tr("%1 s").arg(double(time) / double(Microseconds::ofSecond), 0, 'f', microDigits);
     const Parts parts(time);
     return QDateTime::fromSecsSinceEpoch(parts.seconds).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss."))
            + digits(parts.rest, microDigits);
@@ -53,14 +52,17 @@ QString TraceTimes::longText(qint64 time, bool hasTimeOfDay)
 QString TraceTimes::difference(qint64 microseconds)
 {
     const qint64 size = qAbs(microseconds);
-    if (size < millisecond)
+    if (size < Microseconds::ofMillisecond)
         return tr("%1 us").arg(microseconds);
-    if (size < second)
-        return tr("%1 ms").arg(double(microseconds) / double(millisecond), 0, 'f', 1);
-    if (size < minute)
-        return tr("%1 s").arg(double(microseconds) / double(second), 0, 'f', milliDigits);
+    if (size < Microseconds::ofSecond)
+        return tr("%1 ms").arg(double(microseconds) / double(Microseconds::ofMillisecond), 0, 'f', 1);
+    if (size < Microseconds::ofMinute)
+        return tr("%1 s").arg(double(microseconds) / double(Microseconds::ofSecond), 0, 'f', milliDigits);
     const QString sign = microseconds < 0 ? QStringLiteral("-") : QString();
-    return sign + tr("%1 min %2 s").arg(QString::number(size / minute), digits(size % minute / second, 2));
+    return sign
+           + tr("%1 min %2 s")
+                 .arg(QString::number(size / Microseconds::ofMinute),
+                      digits(size % Microseconds::ofMinute / Microseconds::ofSecond, 2));
 }
 
 QString TraceTimes::count(quint64 number)
