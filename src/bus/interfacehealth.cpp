@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "interfacehealth.h"
 
+#include "errorframe.h"
+
 #include <QCanBusDevice>
 #include <QCanBusFrame>
 
@@ -13,8 +15,6 @@ using namespace std::chrono_literals;
 
 constexpr auto pollInterval = 500ms;
 
-constexpr int controllerByte = 1;
-constexpr quint8 receiveOverflow = 0x01;
 constexpr quint8 warningBits = 0x0C;
 constexpr quint8 passiveBits = 0x30;
 constexpr quint8 activeBit = 0x40;
@@ -84,10 +84,11 @@ void InterfaceHealth::handleErrorFrame(const QCanBusFrame &frame)
 {
     const QCanBusFrame::FrameErrors errors = frame.error();
     const QByteArray payload = frame.payload();
-    const quint8 bits = errors.testFlag(QCanBusFrame::ControllerError) && payload.size() > controllerByte
-                            ? static_cast<quint8>(payload.at(controllerByte))
-                            : quint8{0};
-    if ((bits & receiveOverflow) != 0) {
+    const quint8 bits
+        = errors.testFlag(QCanBusFrame::ControllerError) && payload.size() > ErrorFrame::controllerByte
+              ? static_cast<quint8>(payload.at(ErrorFrame::controllerByte))
+              : quint8{0};
+    if ((bits & ErrorFrame::receiveOverflow) != 0) {
         ++m_overruns;
         emit overrunReported();
     }

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "receivequeue.h"
 
+#include "errorframe.h"
+
 namespace {
 
 constexpr int interval = 500; // ms
-constexpr int errorBytes = 8;
-constexpr int controllerByte = 1;
-constexpr char receiveOverflow = 0x01;
 
 } // namespace
 
@@ -44,8 +43,8 @@ void ReceiveQueue::check()
 
 QCanBusFrame ReceiveQueue::overflowFrame()
 {
-    QByteArray payload(errorBytes, '\0');
-    payload[controllerByte] = receiveOverflow;
+    QByteArray payload(ErrorFrame::size, '\0');
+    payload[ErrorFrame::controllerByte] = static_cast<char>(ErrorFrame::receiveOverflow);
     QCanBusFrame frame(QCanBusFrame::ErrorFrame);
     frame.setError(QCanBusFrame::ControllerError);
     frame.setPayload(payload);

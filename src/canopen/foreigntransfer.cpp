@@ -8,7 +8,6 @@ namespace CanOpen {
 namespace {
 
 constexpr quint8 blockDownloadEndResponse = 0xA1;
-constexpr quint8 abortCommand = 0x80;
 
 quint8 commandOf(const QByteArray &payload)
 {
@@ -21,7 +20,7 @@ void ForeignTransfer::handleRequest(const QByteArray &payload)
 {
     // The segments of a block download have any byte 0 but that of an abort, which would be sequence number
     // 0.
-    if (m_phase == Phase::BlockDownload && commandOf(payload) != abortCommand)
+    if (m_phase == Phase::BlockDownload && commandOf(payload) != sdoAbortCommand)
         return;
 
     switch (sdoRequestOf(payload)) {
@@ -67,7 +66,7 @@ void ForeignTransfer::handleResponse(const QByteArray &payload)
         return;
     case Phase::BlockUpload:
         // Only an abort can be told from a segment here.
-        if (commandOf(payload) == abortCommand)
+        if (commandOf(payload) == sdoAbortCommand)
             m_phase = Phase::None;
         return;
     case Phase::BlockDownload:

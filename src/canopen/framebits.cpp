@@ -7,9 +7,7 @@ namespace CanOpen {
 
 namespace {
 
-constexpr int standardBits = 47;      // without data; interframe space included
 constexpr int standardStuffable = 34; // start of frame to checksum
-constexpr int extendedBits = 67;
 constexpr int extendedStuffable = 54;
 constexpr int bitsPerStuffBit = 10; // ordinary data; the worst case is 4
 
@@ -28,7 +26,7 @@ int frameBits(bool isExtended, int dataBytes)
 {
     const int dataBits = 8 * dataBytes;
     const int stuffable = (isExtended ? extendedStuffable : standardStuffable) + dataBits;
-    return (isExtended ? extendedBits : standardBits) + dataBits + stuffable / bitsPerStuffBit;
+    return (isExtended ? extendedFrameBits : standardFrameBits) + dataBits + stuffable / bitsPerStuffBit;
 }
 
 } // namespace CanOpen

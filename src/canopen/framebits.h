@@ -5,6 +5,10 @@ class QCanBusFrame;
 
 namespace CanOpen {
 
+/*! Bits of a frame without data and without stuff bits, with the three bits between frames (ISO 11898-1). */
+constexpr int standardFrameBits = 47;
+constexpr int extendedFrameBits = 67;
+
 /*! Bits that \a frame takes on the wire, the three bits between frames included; 0 for what is no frame of a bus.
  *
  *  Standard format 47 + 8n bits, extended format 67 + 8n bits for n data bytes (none in a remote frame), and

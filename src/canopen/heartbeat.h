@@ -9,6 +9,12 @@ class QCanBusFrame;
 
 namespace CanOpen {
 
+/*! The producer heartbeat time of a device, UNSIGNED16 in ms. */
+constexpr quint16 producerHeartbeatTime = 0x1017;
+
+/*! The bit above the state that the answers of node guarding toggle. */
+constexpr quint8 guardingToggle = 0x80;
+
 struct Heartbeat
 {
     quint8 nodeId;  // 1 to 127

@@ -9,8 +9,6 @@ namespace CanOpen {
 
 namespace {
 
-constexpr int nmtFrameSize = 2;
-
 bool isNmtCommand(quint8 code)
 {
     switch (static_cast<NmtCommand>(code)) {

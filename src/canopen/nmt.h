@@ -21,6 +21,9 @@ enum class NmtCommand : quint8 {
     ResetCommunication = 0x82,
 };
 
+/*! Bytes of an NMT message. */
+constexpr int nmtFrameSize = 2;
+
 struct NmtMessage
 {
     NmtCommand command;

@@ -18,11 +18,6 @@ constexpr quint8 sizeBit = 0x02;
 constexpr int unusedShift = 2;
 constexpr quint8 unusedMask = 0x07;
 
-quint8 byteAt(const QByteArray &payload, int place)
-{
-    return static_cast<quint8>(payload.at(place));
-}
-
 bool isRequest(const QByteArray &payload, quint8 subcommand)
 {
     return payload.size() == sdoFrameSize && sdoRequestOf(payload) == SdoRequest::BlockDownload

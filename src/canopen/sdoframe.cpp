@@ -40,11 +40,6 @@ constexpr int acknowledgedSequenceAt = 1;
 constexpr int nextBlockSizeAt = 2;
 constexpr int crcAt = 1;
 
-quint8 byteAt(const QByteArray &payload, int place)
-{
-    return place < payload.size() ? static_cast<quint8>(payload.at(place)) : quint8(0);
-}
-
 quint16 word16At(const QByteArray &payload, int place)
 {
     return static_cast<quint16>(byteAt(payload, place) | byteAt(payload, place + 1) << 8);

@@ -167,6 +167,9 @@ std::optional<SdoBlockAcknowledge> readSdoBlockAcknowledge(const QByteArray &pay
 std::optional<SdoBlockEnd> readSdoBlockEnd(const QByteArray &payload);
 
 // Frames built: always eight bytes.
+/*! The command byte of an abort, from either side. */
+constexpr quint8 sdoAbortCommand = 0x80;
+
 QByteArray makeSdoAbort(ObjectKey key, quint32 code);
 QByteArray makeSdoInitiateUploadRequest(ObjectKey key);
 /*! Expedited; \a data has 1 to 4 bytes. More are cut off. */
@@ -192,6 +195,12 @@ QByteArray makeSdoBlockSegment(bool last, quint8 sequenceNumber, const QByteArra
 QByteArray makeSdoBlockAcknowledge(SdoBlockAcknowledge acknowledge);
 QByteArray makeSdoBlockEnd(SdoBlockEnd end);
 QByteArray makeSdoBlockEndResponse();
+
+/*! The byte at \a place of \a payload; 0 behind its end. */
+inline quint8 byteAt(const QByteArray &payload, int place)
+{
+    return place < payload.size() ? static_cast<quint8>(payload.at(place)) : quint8(0);
+}
 
 /*! The CRC of a block transfer: polynomial x^16 + x^12 + x^5 + 1, start value 0. */
 quint16 sdoBlockCrc(const QByteArray &data);

@@ -12,7 +12,6 @@ namespace {
 constexpr quint8 protocolSwitchThreshold = sdoExpeditedSize; // bytes
 
 // Other values that read as an abort are numbers of last segments of a block.
-constexpr char abortCommand = '\x80';
 
 } // namespace
 
@@ -58,7 +57,8 @@ SdoUpload::Step SdoUpload::handleResponse(const QByteArray &payload)
         noteStray(payload);
         return handleForeignEnd();
     case State::Block:
-        return payload.startsWith(abortCommand) ? handleAbort(payload) : handleBlockFrame(payload);
+        return payload.startsWith(static_cast<char>(sdoAbortCommand)) ? handleAbort(payload)
+                                                                      : handleBlockFrame(payload);
     default:
         break;
     }

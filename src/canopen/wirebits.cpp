@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "wirebits.h"
 
+#include "framebits.h"
+
 #include <algorithm>
 #include <array>
 
@@ -9,8 +11,6 @@ namespace CanOpen {
 namespace {
 
 constexpr int mostBytes = 8;
-constexpr int standardBits = 47; // without data and stuff bits; interframe space included
-constexpr int extendedBits = 67;
 constexpr int bitsOfByte = 8;
 constexpr int byteValues = 256;
 
@@ -176,7 +176,8 @@ int wireBits(const WireFrame &frame)
     for (int i = 0; i < dataBytes; ++i)
         counter.addData(static_cast<quint8>(bounded.data[i]));
     counter.addChecksum();
-    return (bounded.isExtended ? extendedBits : standardBits) + bitsOfByte * dataBytes + counter.stuffBits();
+    return (bounded.isExtended ? extendedFrameBits : standardFrameBits) + bitsOfByte * dataBytes
+           + counter.stuffBits();
 }
 
 } // namespace CanOpen

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "livebus.h"
 
+#include <canopen/heartbeat.h>
 #include <live/values/pdosource.h>
 #include <system/amounts.h>
 #include <trace/playback/playbackstate.h>
@@ -14,7 +15,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr quint16 heartbeatTime = 0x1017;    // of the producer; UNSIGNED16
 constexpr quint32 longestHeartbeat = 0xFFFF; // ms
 
 constexpr auto tickInterval = 100ms;
@@ -84,7 +84,7 @@ void LiveBus::stop()
 void LiveBus::learn(const PdoSource &source)
 {
     m_values.learn(source);
-    const std::optional<quint32> period = source.lookup({heartbeatTime, 0});
+    const std::optional<quint32> period = source.lookup({CanOpen::producerHeartbeatTime, 0});
     if (!period || *period > longestHeartbeat)
         return;
     m_health.setConfiguredHeartbeat(source.nodeId, static_cast<int>(*period));

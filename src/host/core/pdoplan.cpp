@@ -2,16 +2,13 @@
 #include "pdoplan.h"
 
 #include <canopen/cobid.h>
+#include <canopen/heartbeat.h>
 #include <canopen/pdomapping.h>
 #include <canopen/pdoparameter.h>
 
 #include <algorithm>
 
-using CanOpen::ObjectKey;
-
 namespace {
-
-constexpr quint16 heartbeatTime = 0x1017;
 
 enum Sub : quint8 { CobId = 1, TransmissionType = 2, EventTimer = 5 };
 
@@ -33,19 +30,19 @@ void PdoPlan::take(const SnapshotEntry &entry)
         m_question.reset();
         return;
     }
-    const ObjectKey key = *m_question;
+    const CanOpen::ObjectKey key = *m_question;
     if (entry.hasValue())
         m_node.insert(entry);
     else
         noteRefusal(entry);
-    if (key.index == heartbeatTime)
-        m_question = ObjectKey{parameter(), CobId};
-    else if (key == ObjectKey{parameter(), CobId})
+    if (key.index == CanOpen::producerHeartbeatTime)
+        m_question = CanOpen::ObjectKey{parameter(), CobId};
+    else if (key == CanOpen::ObjectKey{parameter(), CobId})
         takeCobId(entry);
-    else if (key == ObjectKey{parameter(), TransmissionType})
-        m_question = ObjectKey{parameter(), EventTimer};
-    else if (key == ObjectKey{parameter(), EventTimer})
-        m_question = ObjectKey{mapping(), 0};
+    else if (key == CanOpen::ObjectKey{parameter(), TransmissionType})
+        m_question = CanOpen::ObjectKey{parameter(), EventTimer};
+    else if (key == CanOpen::ObjectKey{parameter(), EventTimer})
+        m_question = CanOpen::ObjectKey{mapping(), 0};
     else if (key.subIndex == 0)
         takeCount(entry);
     else
@@ -66,7 +63,7 @@ void PdoPlan::takeCobId(const SnapshotEntry &entry)
 {
     const bool isUsed = entry.hasValue() && (entry.value.toUInt() & CanOpen::cobIdBit31) == 0;
     if (isUsed)
-        m_question = ObjectKey{parameter(), TransmissionType};
+        m_question = CanOpen::ObjectKey{parameter(), TransmissionType};
     else
         leavePdo(entry.hasValue());
 }
@@ -78,7 +75,7 @@ void PdoPlan::takeCount(const SnapshotEntry &entry)
     if (m_count == 0 || m_count > static_cast<quint32>(CanOpen::mostMappedObjects))
         leavePdo(true);
     else
-        m_question = ObjectKey{mapping(), 1};
+        m_question = CanOpen::ObjectKey{mapping(), 1};
 }
 
 void PdoPlan::takeMapped(const SnapshotEntry &entry)
@@ -88,7 +85,7 @@ void PdoPlan::takeMapped(const SnapshotEntry &entry)
     const bool isKnown = entry.hasValue() || entry.gap == SnapshotGap::Absent;
     if (!isKnown) { // so that nobody takes the objects that follow for missing ones
         const auto isCount = [this](const SnapshotEntry &other) {
-            return other.key == ObjectKey{mapping(), 0};
+            return other.key == CanOpen::ObjectKey{mapping(), 0};
         };
         m_node.entries.erase(std::remove_if(m_node.entries.begin(), m_node.entries.end(), isCount),
                              m_node.entries.end());
@@ -110,14 +107,14 @@ void PdoPlan::leavePdo(bool isThere)
         m_number = (block + 1) * blockLength + 1;
     }
     if (m_number <= CanOpen::mostPdos)
-        m_question = ObjectKey{parameter(), CobId};
+        m_question = CanOpen::ObjectKey{parameter(), CobId};
     else
         m_question.reset();
 }
 
 void PdoPlan::noteRefusal(const SnapshotEntry &entry)
 {
-    const bool isOfPdo = entry.key.index != heartbeatTime;
+    const bool isOfPdo = entry.key.index != CanOpen::producerHeartbeatTime;
     const bool isNeeded = entry.key.index >= CanOpen::firstTransmitMapping || entry.key.subIndex == CobId;
     if (entry.gap != SnapshotGap::Absent && isOfPdo && isNeeded && !m_refusal)
         m_refusal = entry;

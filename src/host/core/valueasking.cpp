@@ -8,8 +8,6 @@
 #include <algorithm>
 #include <cmath>
 
-using CanOpen::ObjectKey;
-
 namespace {
 
 /*! Of texts and bytes there is none, nor of what is not finite. */
@@ -94,7 +92,7 @@ void ValueAsking::handleAnswer(const CanOpen::SdoOutcome &outcome)
         emit notAnswered(outcome.nodeId, outcome.key, SnapshotWords::reason(entry));
 }
 
-ValueAsking::Task *ValueAsking::find(quint8 nodeId, ObjectKey object)
+ValueAsking::Task *ValueAsking::find(quint8 nodeId, CanOpen::ObjectKey object)
 {
     const auto task = std::find_if(m_tasks.begin(), m_tasks.end(), [nodeId, object](const Task &known) {
         return known.asked.nodeId == nodeId && known.asked.object == object;

@@ -8,7 +8,7 @@ namespace {
 constexpr double percent = 100;
 constexpr double millisecondsOfSecond = 1000;
 
-Operand countOf(quint64 number)
+Operand countOperand(quint64 number)
 {
     return Operand::of(double(number));
 }
@@ -19,12 +19,12 @@ Operand orAbsent(std::optional<double> number)
 }
 
 /*! A load is there whether the bit rate is known or not. */
-Operand loadOf(std::optional<double> load)
+Operand loadOperand(std::optional<double> load)
 {
     return load ? Operand::of(*load * percent) : Operand::unknown();
 }
 
-Operand controllerOf(InterfaceHealth::State state)
+Operand controllerOperand(InterfaceHealth::State state)
 {
     switch (state) {
     case InterfaceHealth::State::Good:
@@ -62,17 +62,17 @@ Operand HealthFacts::ofBus(Fact fact) const
     case Fact::BusBitRate:
         return m_numbers.bitRate > 0 ? Operand::of(m_numbers.bitRate) : Operand::unknown();
     case Fact::BusLoad:
-        return loadOf(m_numbers.meanLoad);
+        return loadOperand(m_numbers.meanLoad);
     case Fact::BusPeak:
-        return loadOf(m_numbers.peakLoad);
+        return loadOperand(m_numbers.peakLoad);
     case Fact::BusFrames:
-        return countOf(m_numbers.frames);
+        return countOperand(m_numbers.frames);
     case Fact::BusController:
-        return controllerOf(m_numbers.controller);
+        return controllerOperand(m_numbers.controller);
     case Fact::BusOverruns:
-        return countOf(m_numbers.overruns);
+        return countOperand(m_numbers.overruns);
     case Fact::BusErrors:
-        return countOf(m_numbers.busErrors);
+        return countOperand(m_numbers.busErrors);
     case Fact::BusForeignNodes:
         return Operand::of(m_numbers.nodesAskedByOthers().size());
     default:
@@ -92,9 +92,9 @@ Operand HealthFacts::ofNode(Fact fact, const NodeNumbers &node)
     case Fact::NodeIsStopped:
         return Operand::truth(node.state == CanOpen::NmtState::Stopped);
     case Fact::NodeRestarts:
-        return countOf(node.restarts);
+        return countOperand(node.restarts);
     case Fact::NodeEmergencies:
-        return countOf(node.emergencies);
+        return countOperand(node.emergencies);
     case Fact::NodeLastEmergency:
         return node.lastEmergency ? Operand::of(*node.lastEmergency) : Operand::absent();
     case Fact::NodeHasError:
@@ -111,7 +111,7 @@ Operand HealthFacts::ofHeartbeat(Fact fact, const NodeNumbers &node)
     const HeartbeatNumbers &heartbeat = node.heartbeat;
     switch (fact) {
     case Fact::NodeHeartbeats:
-        return countOf(heartbeat.count);
+        return countOperand(heartbeat.count);
     case Fact::NodeHeartbeatPeriod:
         return orAbsent(heartbeat.period);
     case Fact::NodeConfiguredHeartbeat:
@@ -121,9 +121,9 @@ Operand HealthFacts::ofHeartbeat(Fact fact, const NodeNumbers &node)
     case Fact::NodeLongestGap:
         return orAbsent(heartbeat.longestGap);
     case Fact::NodeLateHeartbeats:
-        return countOf(heartbeat.late);
+        return countOperand(heartbeat.late);
     case Fact::NodeMissedHeartbeats:
-        return countOf(heartbeat.missed);
+        return countOperand(heartbeat.missed);
     case Fact::NodeIsLost:
         return Operand::truth(heartbeat.isLost);
     default:
@@ -139,11 +139,11 @@ Operand HealthFacts::ofSdo(Fact fact, const SdoNumbers &sdo)
     case Fact::NodeLongestAnswer:
         return orAbsent(sdo.longest);
     case Fact::NodeUnanswered:
-        return countOf(sdo.unanswered);
+        return countOperand(sdo.unanswered);
     case Fact::NodeRefusals:
-        return countOf(sdo.refusals);
+        return countOperand(sdo.refusals);
     case Fact::NodeForeignRequests:
-        return countOf(sdo.foreignRequests);
+        return countOperand(sdo.foreignRequests);
     default:
         return Operand::absent();
     }

@@ -22,7 +22,7 @@ QJsonValue timeOf(std::optional<double> milliseconds)
     return milliseconds ? QJsonValue(rounded(*milliseconds, thousand)) : QJsonValue();
 }
 
-QJsonValue loadOf(std::optional<double> load)
+QJsonValue loadJson(std::optional<double> load)
 {
     return load ? QJsonValue(rounded(*load, thousand * thousand)) : QJsonValue();
 }
@@ -55,7 +55,7 @@ QJsonValue stateOf(std::optional<CanOpen::NmtState> state)
     return QJsonValue();
 }
 
-QString controllerOf(InterfaceHealth::State state)
+QString controllerWord(InterfaceHealth::State state)
 {
     switch (state) {
     case InterfaceHealth::State::Good:
@@ -112,7 +112,7 @@ QJsonObject nodeOf(const NodeNumbers &node)
         {QStringLiteral("emergencies"), count(node.emergencies)},
         {QStringLiteral("lastEmergency"), numberOf(node.lastEmergency)},
         {QStringLiteral("frames"), count(node.frames)},
-        {QStringLiteral("busLoad"), loadOf(node.load)},
+        {QStringLiteral("busLoad"), loadJson(node.load)},
     };
 }
 
@@ -132,7 +132,7 @@ QJsonObject kindsOf(const HealthNumbers &numbers)
 QJsonObject interfaceOf(const HealthNumbers &numbers)
 {
     return {
-        {QStringLiteral("state"), controllerOf(numbers.controller)},
+        {QStringLiteral("state"), controllerWord(numbers.controller)},
         {QStringLiteral("transmitErrors"), numberOf(numbers.transmitErrors)},
         {QStringLiteral("receiveErrors"), numberOf(numbers.receiveErrors)},
         {QStringLiteral("overruns"), count(numbers.overruns)},
@@ -169,9 +169,9 @@ QJsonArray lightsOf(const QVector<HealthLight> &lights)
 
 QJsonObject loadsOf(const HealthNumbers &numbers)
 {
-    return {{QStringLiteral("mean"), loadOf(numbers.meanLoad)},
-            {QStringLiteral("peak"), loadOf(numbers.peakLoad)},
-            {QStringLiteral("lastSecond"), loadOf(numbers.lastLoad)}};
+    return {{QStringLiteral("mean"), loadJson(numbers.meanLoad)},
+            {QStringLiteral("peak"), loadJson(numbers.peakLoad)},
+            {QStringLiteral("lastSecond"), loadJson(numbers.lastLoad)}};
 }
 
 QJsonArray nodesOf(const HealthNumbers &numbers)

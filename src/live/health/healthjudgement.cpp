@@ -16,7 +16,6 @@ namespace {
 using Subject = HealthLight::Subject;
 
 constexpr int lightCount = 3;
-constexpr double percent = 100;
 
 struct SubjectName
 {
@@ -41,9 +40,9 @@ Subject subjectOf(const Rule &rule)
     return Subject::Nodes;
 }
 
-int rounded(double fraction)
+int inPercent(double fraction)
 {
-    return static_cast<int>(fraction * percent + 0.5);
+    return static_cast<int>(fraction * 100 + 0.5);
 }
 
 /*! Whether nothing was missing for it. */
@@ -145,8 +144,8 @@ QString HealthJudgement::goodSentence(Subject subject, const HealthNumbers &numb
     switch (subject) {
     case Subject::Load:
         return tr("The bus is used to %1 %, at most to %2 %.")
-            .arg(rounded(numbers.meanLoad.value_or(0)))
-            .arg(rounded(numbers.peakLoad.value_or(0)));
+            .arg(inPercent(numbers.meanLoad.value_or(0)))
+            .arg(inPercent(numbers.peakLoad.value_or(0)));
     case Subject::Nodes:
         return tr("%n devices are heard, and nothing is wrong with them.", nullptr, numbers.heardNodes());
     case Subject::Errors:
