@@ -5,6 +5,7 @@
 #include "pdolayout.h"
 
 #include <canopen/cobid.h>
+#include <canopen/heartbeat.h>
 #include <canopen/nmt.h>
 #include <canopen/sdoabort.h>
 #include <trace/core/traceframe.h>
@@ -14,10 +15,8 @@
 
 namespace {
 
-constexpr int nmtSize = 2;
 constexpr int emergencySize = 8;
 constexpr int sdoSize = 8;
-constexpr quint8 guardToggle = 0x80;
 
 TraceMark warningUnless(bool isRight)
 {
@@ -26,7 +25,7 @@ TraceMark warningUnless(bool isRight)
 
 TraceMark markOfNmt(const TraceFrame &frame)
 {
-    if (frame.size() != nmtSize || frame.bytes[1] > CanOpen::lastNodeId)
+    if (frame.size() != CanOpen::nmtFrameSize || frame.bytes[1] > CanOpen::lastNodeId)
         return TraceMark::Warning;
     switch (static_cast<CanOpen::NmtCommand>(frame.bytes[0])) {
     case CanOpen::NmtCommand::Start:
@@ -51,7 +50,7 @@ TraceMark markOfHeartbeat(const TraceFrame &frame)
 {
     if (frame.size() != 1)
         return TraceMark::Warning;
-    switch (static_cast<CanOpen::NmtState>(frame.bytes[0] & ~guardToggle)) {
+    switch (static_cast<CanOpen::NmtState>(frame.bytes[0] & ~CanOpen::guardingToggle)) {
     case CanOpen::NmtState::BootUp:
         return TraceMark::Note;
     case CanOpen::NmtState::Stopped:
@@ -136,7 +135,7 @@ FrameSort FrameSort::of(const TraceFrame &frame, const PdoLayout *layout)
     else if (!frame.isExtended())
         sort.kind = frameKindOf(frame.id);
     if (sort.kind == FrameKind::Nmt)
-        sort.nodeId = frame.size() == nmtSize ? frame.bytes[1] : quint8(0);
+        sort.nodeId = frame.size() == CanOpen::nmtFrameSize ? frame.bytes[1] : quint8(0);
     else if (sort.kind != FrameKind::Error && !frame.isExtended())
         sort.nodeId = frameNodeOf(frame.id);
     sort.mark = markOf(frame, sort.kind);

@@ -5,6 +5,7 @@
 
 #include <canopen/cobid.h>
 #include <canopen/emergency.h>
+#include <canopen/heartbeat.h>
 #include <canopen/hexadecimal.h>
 #include <canopen/nmt.h>
 #include <canopen/sdoframe.h>
@@ -16,9 +17,7 @@
 
 namespace {
 
-constexpr int nmtSize = 2;
 constexpr int timeSize = 6;
-constexpr quint8 guardToggle = 0x80;
 constexpr quint32 lssAnswer = 0x7E4; // CiA 305
 constexpr quint32 lssRequest = 0x7E5;
 constexpr quint32 pdoStep = 0x100; // between the identifiers of one node's PDOs of one direction
@@ -199,7 +198,7 @@ QString FrameWords::command(quint8 code)
 
 QString FrameWords::state(quint8 code)
 {
-    const auto state = static_cast<quint8>(code & ~guardToggle);
+    const auto state = static_cast<quint8>(code & ~CanOpen::guardingToggle);
     switch (static_cast<CanOpen::NmtState>(state)) {
     case CanOpen::NmtState::BootUp:
         return tr("Boot-up");
@@ -215,7 +214,7 @@ QString FrameWords::state(quint8 code)
 
 QString FrameWords::ofNmt(const TraceFrame &frame)
 {
-    if (frame.length != nmtSize)
+    if (frame.length != CanOpen::nmtFrameSize)
         return malformed(tr("NMT command"), frame);
     const quint8 nodeId = frame.bytes[1];
     const QString words = command(frame.bytes[0]);

@@ -15,7 +15,7 @@ constexpr quint16 lastPdoObject = 0x1BFF;
 constexpr quint16 mappingOffset = 0x200;
 constexpr quint16 numberMask = 0x1FF;
 constexpr quint8 cobIdSub = 1;
-constexpr int mostBytes = 4;
+constexpr int mostEntryBytes = 4;
 
 quint32 valueKey(ObjectKey key)
 {
@@ -55,7 +55,7 @@ quint16 parameterOf(quint16 index)
 
 std::optional<quint32> numberIn(const QByteArray &data)
 {
-    if (data.isEmpty() || data.size() > mostBytes)
+    if (data.isEmpty() || data.size() > mostEntryBytes)
         return std::nullopt;
     quint32 number = 0;
     for (int i = data.size() - 1; i >= 0; --i)

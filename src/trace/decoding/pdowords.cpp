@@ -9,7 +9,7 @@
 namespace {
 
 constexpr int mostWords = 65536;
-constexpr int byteBits = 8;
+constexpr int bitsOfByte = 8;
 constexpr int frameBits = 64;
 
 quint64 bitsOf(const TraceFrame &frame, int first, int bits)
@@ -49,7 +49,7 @@ QString PdoWords::words(const TraceFrame &frame, quint8 nodeId, CanOpen::ObjectK
 QString PdoWords::part(const TraceFrame &frame, const PdoLayout &layout, int position) const
 {
     const PdoLayout::Part &part = layout.parts.at(position);
-    if (part.first + part.bits > frame.size() * byteBits)
+    if (part.first + part.bits > frame.size() * bitsOfByte)
         return tr("%1 is missing").arg(nameOf(layout.nodeId, part.object));
     return words(frame, layout.nodeId, part.object, part.first, part.bits);
 }

@@ -13,7 +13,7 @@ using CanOpen::ObjectKey;
 namespace {
 
 /*! Of the frame's own bytes. */
-QByteArray payloadOf(const TraceFrame &frame)
+QByteArray payloadView(const TraceFrame &frame)
 {
     return QByteArray::fromRawData(reinterpret_cast<const char *>(frame.bytes.data()), frame.length);
 }
@@ -53,7 +53,7 @@ void TraceLines::take(const TraceFrame &frame, std::size_t position)
     m_transferOf.push_back(number);
     if (isFirst) {
         m_begun = number;
-        const ObjectKey object = CanOpen::sdoKeyOf(payloadOf(frame));
+        const ObjectKey object = CanOpen::sdoKeyOf(payloadView(frame));
         m_transfers.begin(number, position, object);
         m_lines.push_back(lineOf(position, number, frame.channel,
                                  {FrameKind::Sdo, frameNodeOf(frame.id), TraceMark::Plain}));

@@ -13,9 +13,9 @@ using CanOpen::ObjectKey;
 
 namespace {
 
-constexpr int longestNumber = 8; // bytes
-constexpr int longestText = 200; // characters in a line
-constexpr int mostBytes = 32;    // likewise
+constexpr int longestNumber = 8;   // bytes
+constexpr int longestText = 200;   // characters in a line
+constexpr int mostShownBytes = 32; // likewise
 
 quint64 numberOf(const QByteArray &bytes)
 {
@@ -62,8 +62,8 @@ QString inWords(ObjectKey object, DataType type, const QVariant &value)
 
 QString ValueText::bytesText(const QByteArray &data)
 {
-    const QString shown = QString::fromLatin1(data.left(mostBytes).toHex(' ').toUpper());
-    if (data.size() <= mostBytes)
+    const QString shown = QString::fromLatin1(data.left(mostShownBytes).toHex(' ').toUpper());
+    if (data.size() <= mostShownBytes)
         return shown;
     return tr("%1 ... (%2 bytes)").arg(shown, QString::number(data.size()));
 }

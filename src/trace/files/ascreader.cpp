@@ -2,6 +2,7 @@
 #include "ascreader.h"
 
 #include "ascdate.h"
+#include "linuxframe.h"
 #include "textscan.h"
 #include "timeofday.h"
 #include "tracefilestr.h"
@@ -11,8 +12,6 @@
 using namespace TextScan;
 
 namespace {
-
-constexpr quint32 busError = 0x80; // what Linux calls an error of which no more is known
 
 constexpr qint64 farthest = 100000000000 * Microseconds::ofSecond; // some thousand years; more is no time
 
@@ -30,7 +29,7 @@ bool isDirection(TextLine word)
     return isWordOfAnyCase(word, "rx") || isWordOfAnyCase(word, "tx");
 }
 
-quint8 flagsOf(TextLine direction)
+quint8 flagsOfDirection(TextLine direction)
 {
     return isWordOfAnyCase(direction, "tx") ? TraceFrame::Sent : 0;
 }
@@ -121,14 +120,14 @@ TextReader::Line AscReader::parseEvent(TextLine line, const char *at, TraceFrame
     const TextLine id = takeWord(&at, line.end);
     if (isWordOfAnyCase(id, "errorframe")) {
         frame->flags = TraceFrame::Error;
-        frame->id = busError;
+        frame->id = LinuxFrame::busError;
         frame->length = TraceFrame::mostBytes;
         return setChannel(channel, frame);
     }
     const TextLine direction = takeWord(&at, line.end);
     if (!isDirection(direction))
         return id.size() > 0 ? Line::Nothing : notUnderstood(line);
-    frame->flags = flagsOf(direction);
+    frame->flags = flagsOfDirection(direction);
     const Line what = parseFrame(line, id, at, frame);
     return what == Line::Frame ? setChannel(channel, frame) : what;
 }
@@ -177,7 +176,7 @@ TextReader::Line AscReader::parseFlexible(TextLine line, const char *at, TraceFr
         return notUnderstood(line);
     if (!isDirection(direction) || isWordOfAnyCase(id, "errorframe"))
         return Line::Nothing;
-    frame->flags = flagsOf(direction);
+    frame->flags = flagsOfDirection(direction);
     Line what = setId(line, id, frame);
     if (what != Line::Frame)
         return what;

@@ -10,7 +10,7 @@ namespace {
 constexpr int magicSize = 4;
 constexpr int mostBytes = 64 * 1024;
 constexpr int mostLines = 100; // that nobody knows, before a text is none of ours
-constexpr int step = 8 * 1024;
+constexpr int readAtOnce = 8 * 1024;
 
 std::optional<TraceFormat> formatOf(TextLine line)
 {
@@ -31,8 +31,8 @@ bool Beginning::readMore()
     if (m_hasEnded || m_bytes.size() >= mostBytes)
         return false;
     const int size = m_bytes.size();
-    m_bytes.resize(size + step);
-    const qint64 count = m_source->read(m_bytes.data() + size, step);
+    m_bytes.resize(size + readAtOnce);
+    const qint64 count = m_source->read(m_bytes.data() + size, readAtOnce);
     m_hasEnded = count <= 0;
     m_bytes.resize(size + static_cast<int>(count > 0 ? count : 0));
     return count > 0;

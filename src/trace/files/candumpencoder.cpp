@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "candumpencoder.h"
 
+#include "candumpformat.h"
+#include "linuxframe.h"
 #include "timeofday.h"
 
 #include <system/amounts.h>
@@ -16,14 +18,12 @@ void CandumpEncoder::begin(qint64 first, QByteArray *to)
 void CandumpEncoder::write(const TraceFrame &frame, QByteArray *to)
 {
     constexpr int secondDigits = 10;
-    constexpr int standardDigits = 3;
-    constexpr int extendedDigits = 8;
-    constexpr quint32 errorFlag = 0x20000000;
     to->append('(');
     addTime(frame.time, Microseconds::ofSecond, secondDigits, '0', to);
     to->append(") ").append(channelName(frame.channel)).append(' ');
     const bool isLong = frame.isExtended() || frame.isError();
-    addHex(frame.isError() ? frame.id | errorFlag : frame.id, isLong ? extendedDigits : standardDigits, to);
+    addHex(frame.isError() ? frame.id | LinuxFrame::errorFlag : frame.id,
+           isLong ? CandumpFormat::extendedDigits : CandumpFormat::standardDigits, to);
     to->append('#');
     if (frame.isRemote()) {
         to->append('R');

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "candumpreader.h"
 
+#include "candumpformat.h"
+#include "linuxframe.h"
 #include "textscan.h"
 #include "timeofday.h"
 
@@ -12,10 +14,7 @@ using namespace TextScan;
 
 namespace {
 
-constexpr int standardDigits = 3;
-constexpr int extendedDigits = 8;
-constexpr quint32 errorFlag = 0x20000000; // of Linux; stands in the identifier that is written
-constexpr int hourSize = 13;              // "2015-07-10 08"
+constexpr int hourSize = 13; // "2015-07-10 08"
 
 } // namespace
 
@@ -142,14 +141,14 @@ TextReader::Line CandumpReader::parseFrame(TextLine line, const char *at, TraceF
 
 TextReader::Line CandumpReader::setId(TextLine line, int digits, quint32 id, TraceFrame *frame)
 {
-    if (digits != standardDigits && digits != extendedDigits)
+    if (digits != CandumpFormat::standardDigits && digits != CandumpFormat::extendedDigits)
         return notUnderstood(line);
     frame->id = id;
-    if (digits == standardDigits)
+    if (digits == CandumpFormat::standardDigits)
         return id <= TraceFrame::highestStandardId ? Line::Frame : tooLargeId();
-    const bool isError = (id & errorFlag) != 0;
+    const bool isError = (id & LinuxFrame::errorFlag) != 0;
     frame->flags = isError ? TraceFrame::Error : TraceFrame::Extended;
-    frame->id = isError ? id & ~errorFlag : id;
+    frame->id = isError ? id & ~LinuxFrame::errorFlag : id;
     return frame->id <= TraceFrame::highestExtendedId ? Line::Frame : tooLargeId();
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "capturedframe.h"
 
+#include "linuxframe.h"
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -27,18 +29,14 @@ constexpr size_t cooked2KindPlace = 10;
 constexpr quint16 protocolCan = 0x000C;
 constexpr quint16 protocolCanFd = 0x000D;
 constexpr quint16 protocolCanXl = 0x000E;
-constexpr quint16 outgoing = 4; // kind of packet
+constexpr quint16 outgoingPacket = 4; // kind of packet
 
-constexpr quint32 extendedFlag = 0x80000000;
-constexpr quint32 remoteFlag = 0x40000000;
-constexpr quint32 errorFlag = 0x20000000;
-
-quint8 flagsOf(quint32 id)
+quint8 flagsOfId(quint32 id)
 {
-    if ((id & errorFlag) != 0)
+    if ((id & LinuxFrame::errorFlag) != 0)
         return TraceFrame::Error;
-    return static_cast<quint8>(((id & extendedFlag) != 0 ? TraceFrame::Extended : 0)
-                               | ((id & remoteFlag) != 0 ? TraceFrame::Remote : 0));
+    return static_cast<quint8>(((id & LinuxFrame::extendedFlag) != 0 ? TraceFrame::Extended : 0)
+                               | ((id & LinuxFrame::remoteFlag) != 0 ? TraceFrame::Remote : 0));
 }
 
 CapturedFrame::Packet readFrame(const uchar *bytes, size_t size)
@@ -55,7 +53,7 @@ CapturedFrame::Packet readFrame(const uchar *bytes, size_t size)
     }
     const auto id = qFromBigEndian<quint32>(bytes);
     TraceFrame &frame = packet.frame;
-    frame.flags = flagsOf(id);
+    frame.flags = flagsOfId(id);
     frame.id = id & TraceFrame::highestExtendedId;
     frame.length = length;
     if (!frame.isExtended() && !frame.isError() && frame.id > TraceFrame::highestStandardId)
@@ -95,11 +93,11 @@ CapturedFrame::Packet CapturedFrame::read(quint32 linkType, const uchar *bytes, 
     if (linkType == linkTypeCooked && size >= cookedSize) {
         return readCooked(bytes + cookedSize, size - cookedSize,
                           qFromBigEndian<quint16>(bytes + cookedProtocolPlace),
-                          qFromBigEndian<quint16>(bytes) == outgoing);
+                          qFromBigEndian<quint16>(bytes) == outgoingPacket);
     }
     if (linkType == linkTypeCooked2 && size >= cooked2Size) {
         Packet packet = readCooked(bytes + cooked2Size, size - cooked2Size, qFromBigEndian<quint16>(bytes),
-                                   bytes[cooked2KindPlace] == outgoing);
+                                   bytes[cooked2KindPlace] == outgoingPacket);
         packet.interface = qFromBigEndian<quint32>(bytes + cooked2InterfacePlace);
         return packet;
     }
@@ -108,9 +106,9 @@ CapturedFrame::Packet CapturedFrame::read(quint32 linkType, const uchar *bytes, 
 
 void CapturedFrame::write(const TraceFrame &frame, uchar *bytes)
 {
-    const quint32 flags = frame.isError()
-                              ? errorFlag
-                              : (frame.isExtended() ? extendedFlag : 0) | (frame.isRemote() ? remoteFlag : 0);
+    const quint32 flags = frame.isError() ? LinuxFrame::errorFlag
+                                          : (frame.isExtended() ? LinuxFrame::extendedFlag : 0)
+                                                | (frame.isRemote() ? LinuxFrame::remoteFlag : 0);
     std::fill_n(bytes, size, uchar(0));
     qToBigEndian(frame.id | flags, bytes);
     bytes[lengthPlace] = frame.length;

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "gzipbytes.h"
 
-#include <algorithm>
+#include "gzipformat.h"
 
-#include <zlib.h>
+#include <algorithm>
 
 namespace {
 
-constexpr int gzipFormat = MAX_WBITS + 16;
 constexpr qint64 mostAtOnce = 1 << 30; // zlib counts in 32 bits
 
 } // namespace

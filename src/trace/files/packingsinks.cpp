@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "packingsinks.h"
 
+#include "gzipformat.h"
 #include "tracefilestr.h"
 
 #include <array>
 
-#include <zlib.h>
 #include <zstd.h>
 
 namespace {
 
-constexpr size_t step = 64 * 1024;
-constexpr int gzipFormat = MAX_WBITS + 16;
+constexpr size_t packedAtOnce = 64 * 1024;
 constexpr int gzipMemory = 8; // what deflateInit() takes
 constexpr int gzipLevel = 4;  // half as long as the usual one, for a tenth more
 constexpr int zstdLevel = 3;
@@ -56,7 +55,7 @@ bool GzipSink::pack(const QByteArray &bytes, Until until, QByteArray *packed)
     // zlib only reads what it is given.
     m_stream->next_in = reinterpret_cast<Bytef *>(const_cast<char *>(bytes.constData()));
     m_stream->avail_in = static_cast<uInt>(bytes.size());
-    std::array<char, step> room;
+    std::array<char, packedAtOnce> room;
     do {
         m_stream->next_out = reinterpret_cast<Bytef *>(room.data());
         m_stream->avail_out = static_cast<uInt>(room.size());
@@ -91,7 +90,7 @@ bool ZstdSink::pack(const QByteArray &bytes, Until until, QByteArray *packed)
                                   : until == Until::Readable ? ZSTD_e_flush
                                                              : ZSTD_e_continue;
     ZSTD_inBuffer in{bytes.constData(), static_cast<size_t>(bytes.size()), 0};
-    std::array<char, step> room;
+    std::array<char, packedAtOnce> room;
     for (;;) {
         ZSTD_outBuffer out{room.data(), room.size(), 0};
         const size_t left = ZSTD_compressStream2(m_context, &out, &in, how);

@@ -2,6 +2,7 @@
 #include "pcapencoder.h"
 
 #include "capturedframe.h"
+#include "pcapngformat.h"
 #include "timeofday.h"
 
 #include <system/amounts.h>
@@ -30,14 +31,6 @@ void addFrame(const TraceFrame &frame, QByteArray *to)
 }
 
 constexpr quint32 packetSize = CapturedFrame::size;
-constexpr quint32 sectionType = 0x0A0D0D0A;
-constexpr quint32 byteOrderMagic = 0x1A2B3C4D;
-constexpr quint32 interfaceType = 1;
-constexpr quint32 packetType = 6;
-constexpr quint16 nameOption = 2;
-constexpr quint16 flagsOption = 2;
-constexpr quint32 inbound = 1;
-constexpr quint32 outbound = 2;
 
 } // namespace
 
@@ -68,9 +61,9 @@ void PcapNgEncoder::begin(qint64 first, QByteArray *to)
 {
     Q_UNUSED(first)
     constexpr quint32 size = 28;
-    add(sectionType, to);
+    add(PcapNg::BlockType::section, to);
     add(size, to);
-    add(byteOrderMagic, to);
+    add(PcapNg::byteOrderMagic, to);
     add(quint16(1), to); // version 1.0
     add(quint16(0), to);
     add(qint64(-1), to); // its length is not known
@@ -85,12 +78,12 @@ void PcapNgEncoder::addInterface(const QByteArray &name, QByteArray *to)
     const QByteArray cut = name.left(mostBytes);
     const QByteArray filled = cut + QByteArray((4 - cut.size() % 4) % 4, '\0');
     const auto size = static_cast<quint32>(16 + 4 + filled.size() + 4 + 4);
-    add(interfaceType, to);
+    add(PcapNg::BlockType::interface, to);
     add(size, to);
     add(static_cast<quint16>(CapturedFrame::linkTypeCan), to);
     add(quint16(0), to);
     add(quint32(0), to); // packets are not cut
-    add(nameOption, to);
+    add(PcapNg::OptionCode::name, to);
     add(static_cast<quint16>(cut.size()), to);
     to->append(filled);
     add(quint32(0), to); // the end of the options
@@ -103,7 +96,7 @@ void PcapNgEncoder::write(const TraceFrame &frame, QByteArray *to)
         addInterface(channelName(m_interfaces), to);
     constexpr quint32 size = 32 + packetSize + 4 + 4 + 4;
     const auto time = static_cast<quint64>(std::max<qint64>(frame.time, 0));
-    add(packetType, to);
+    add(PcapNg::BlockType::packet, to);
     add(size, to);
     add(quint32(frame.channel), to);
     add(static_cast<quint32>(time >> 32), to);
@@ -111,9 +104,9 @@ void PcapNgEncoder::write(const TraceFrame &frame, QByteArray *to)
     add(packetSize, to);
     add(packetSize, to);
     addFrame(frame, to);
-    add(flagsOption, to);
+    add(PcapNg::OptionCode::flags, to);
     add(quint16(4), to);
-    add(frame.isSent() ? outbound : inbound, to);
+    add(frame.isSent() ? PcapNg::outbound : PcapNg::inbound, to);
     add(quint32(0), to); // the end of the options
     add(size, to);
 }

@@ -3,6 +3,7 @@
 
 #include "capturedframe.h"
 #include "capturewords.h"
+#include "pcapngformat.h"
 #include "textscan.h"
 #include "timeofday.h"
 #include "tracefilestr.h"
@@ -21,13 +22,6 @@ namespace {
  *    8  what it holds                                         20  bytes that follow
  *   ..  length again                                          28  bytes, filled up to four; options
  */
-namespace BlockType {
-constexpr quint32 section = 0x0A0D0D0A;
-constexpr quint32 interface = 1;
-constexpr quint32 packet = 6;
-} // namespace BlockType
-
-constexpr quint32 byteOrderMagic = 0x1A2B3C4D;
 constexpr size_t sectionBeginning = 12; // up to the magic number
 constexpr size_t blockHeadSize = 8;
 constexpr size_t blockEndSize = 4;
@@ -39,16 +33,6 @@ constexpr size_t timeLowPlace = 8;
 constexpr size_t packetSizePlace = 12;
 constexpr size_t optionHeadSize = 4;
 constexpr size_t mostInterfaces = 4096;
-
-namespace OptionCode {
-constexpr quint16 name = 2;
-constexpr quint16 flags = 2; // of a packet
-constexpr quint16 timeResolution = 9;
-constexpr quint16 timeOffset = 14;
-} // namespace OptionCode
-
-constexpr quint32 directionMask = 3; // of a packet's flags
-constexpr quint32 outgoing = 2;
 
 constexpr size_t filledUp(size_t size)
 {
@@ -96,7 +80,8 @@ qint64 microseconds(quint64 time, qint64 perSecond)
 
 bool PcapNgReader::isIt(const QByteArray &beginning)
 {
-    return beginning.size() >= 4 && qFromBigEndian<quint32>(beginning.constData()) == BlockType::section;
+    return beginning.size() >= 4
+           && qFromBigEndian<quint32>(beginning.constData()) == PcapNg::BlockType::section;
 }
 
 quint16 PcapNgReader::shortAt(const uchar *bytes) const
@@ -142,7 +127,7 @@ TraceReader::Step PcapNgReader::readBlock(TraceFrame *frame)
 {
     ++m_number;
     const uchar *const head = m_bytes.peek(blockHeadSize);
-    if (numberAt(head) == BlockType::section && !readSection())
+    if (numberAt(head) == PcapNg::BlockType::section && !readSection())
         return stop(m_bytes.isAtEnd() ? CaptureWords::cut()
                                       : TraceFilesTr::tr("A section begins without its magic number: the "
                                                          "rest is not read."));
@@ -168,15 +153,15 @@ bool PcapNgReader::readSection()
         return false;
     const uchar *const magic = section + blockHeadSize;
     m_interfaces.clear();
-    m_isSwapped = qFromLittleEndian<quint32>(magic) == byteOrderMagic;
-    return m_isSwapped || qFromBigEndian<quint32>(magic) == byteOrderMagic;
+    m_isSwapped = qFromLittleEndian<quint32>(magic) == PcapNg::byteOrderMagic;
+    return m_isSwapped || qFromBigEndian<quint32>(magic) == PcapNg::byteOrderMagic;
 }
 
 TraceReader::Step PcapNgReader::readBody(quint32 type, const uchar *body, size_t size, TraceFrame *frame)
 {
-    if (type == BlockType::interface)
+    if (type == PcapNg::BlockType::interface)
         return readInterface(body, size);
-    if (type == BlockType::packet)
+    if (type == PcapNg::BlockType::packet)
         return readPacket(body, size, frame);
     return Step::End;
 }
@@ -196,11 +181,11 @@ bool PcapNgReader::takeOption(const uchar **at, const uchar *end, Option *option
 
 void PcapNgReader::setOption(const Option &option, Interface *interface) const
 {
-    if (option.code == OptionCode::name && option.size > 0)
+    if (option.code == PcapNg::OptionCode::name && option.size > 0)
         interface->name = nameOf(option.value, option.size);
-    else if (option.code == OptionCode::timeResolution && option.size >= 1)
+    else if (option.code == PcapNg::OptionCode::timeResolution && option.size >= 1)
         interface->perSecond = perSecondOf(*option.value);
-    else if (option.code == OptionCode::timeOffset && option.size >= sizeof(qint64))
+    else if (option.code == PcapNg::OptionCode::timeOffset && option.size >= sizeof(qint64))
         interface->offset
             = m_isSwapped ? qFromLittleEndian<qint64>(option.value) : qFromBigEndian<qint64>(option.value);
 }
@@ -226,8 +211,8 @@ bool PcapNgReader::isSent(const uchar *at, const uchar *end) const
 {
     Option option;
     while (takeOption(&at, end, &option)) {
-        if (option.code == OptionCode::flags && option.size >= sizeof(quint32))
-            return (numberAt(option.value) & directionMask) == outgoing;
+        if (option.code == PcapNg::OptionCode::flags && option.size >= sizeof(quint32))
+            return (numberAt(option.value) & PcapNg::directionMask) == PcapNg::outbound;
     }
     return false;
 }

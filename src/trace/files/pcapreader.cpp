@@ -19,7 +19,7 @@ namespace {
  *   16  most bytes of a packet       12  bytes that there were
  *   20  link type
  */
-constexpr size_t headSize = 24;
+constexpr size_t fileHeadSize = 24;
 constexpr size_t linkTypePlace = 20;
 constexpr size_t recordHeadSize = 16;
 constexpr size_t fractionPlace = 4;
@@ -49,7 +49,7 @@ quint32 PcapReader::numberAt(const uchar *bytes) const
 bool PcapReader::readHead()
 {
     m_hasHead = true;
-    const uchar *const head = m_bytes.take(headSize);
+    const uchar *const head = m_bytes.take(fileHeadSize);
     if (head == nullptr)
         return false;
     const auto magic = qFromBigEndian<quint32>(head);

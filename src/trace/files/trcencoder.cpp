@@ -2,6 +2,7 @@
 #include "trcencoder.h"
 
 #include "trcdate.h"
+#include "trcformat.h"
 
 #include <system/amounts.h>
 
@@ -11,8 +12,6 @@ using namespace FrameText;
 
 namespace {
 
-constexpr int standardDigits = 4;
-constexpr int extendedDigits = 8;
 constexpr int numberWidth = 6;
 constexpr const char *errorBytes = " 00 00 00 00";
 
@@ -32,8 +31,8 @@ void TrcEncoder::beginWith(const QByteArray &version, qint64 first, QByteArray *
 void TrcEncoder::addId(const TraceFrame &frame, QByteArray *to)
 {
     QByteArray id;
-    addHex(frame.id, frame.isExtended() ? extendedDigits : standardDigits, &id);
-    addRight(id, extendedDigits, to);
+    addHex(frame.id, frame.isExtended() ? TrcFormat::extendedDigits : TrcFormat::standardDigits, &id);
+    addRight(id, TrcFormat::extendedDigits, to);
 }
 
 QByteArray TrcEncoder::errorKind(const TraceFrame &frame)
@@ -66,7 +65,7 @@ void Trc11Encoder::write(const TraceFrame &frame, QByteArray *to)
     addTime(sinceBegin(frame) / resolution, Microseconds::ofMillisecond / resolution, timeWidth, ' ', to);
     if (frame.isError()) {
         to->append("  Error  ");
-        addRight(errorKind(frame), extendedDigits, to);
+        addRight(errorKind(frame), TrcFormat::extendedDigits, to);
         to->append("  4 ").append(errorBytes).append('\n');
         return;
     }
@@ -105,7 +104,7 @@ void Trc21Encoder::write(const TraceFrame &frame, QByteArray *to)
     to->append(frame.isError() ? " ER " : frame.isRemote() ? " RR " : " DT ");
     to->append(channelNumber(frame.channel).leftJustified(busWidth)).append(' ');
     if (frame.isError())
-        addRight(errorKind(frame), extendedDigits, to);
+        addRight(errorKind(frame), TrcFormat::extendedDigits, to);
     else
         addId(frame, to);
     to->append(frame.isSent() ? " Tx -  " : " Rx -  ");

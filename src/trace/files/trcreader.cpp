@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "trcreader.h"
 
+#include "linuxframe.h"
 #include "textscan.h"
 #include "trcdate.h"
+#include "trcformat.h"
 
 #include <system/amounts.h>
 
@@ -69,12 +71,7 @@ Type typeOf(TextLine word)
     return {"", Kind::Event};
 }
 
-constexpr int standardDigits
-    = 4; // of a standard identifier; other programs write fewer than eight of the others, too
-
 // An error frame tells the kind of the error where others have their identifier: a bit of 1, 2, 4; else 8.
-constexpr quint32 protocolError = 0x08;
-constexpr quint32 busError = 0x80;
 constexpr quint32 knownKinds = 0x07; // bit, form, stuff: the same three bits as in byte 2 of Linux
 constexpr size_t kindPlace = 2;
 
@@ -219,7 +216,7 @@ TextReader::Line TrcReader::setId(TextLine line, TextLine id, TraceFrame *frame)
     const char *at = id.begin;
     if (takeHex(&at, id.end, &frame->id) == 0 || at != id.end)
         return notUnderstood(line);
-    const bool isExtended = id.size() > standardDigits;
+    const bool isExtended = id.size() > TrcFormat::standardDigits;
     if (isExtended)
         frame->flags |= TraceFrame::Extended;
     return frame->id <= (isExtended ? TraceFrame::highestExtendedId : TraceFrame::highestStandardId)
@@ -233,7 +230,7 @@ TextReader::Line TrcReader::setError(const Cells &cells, TraceFrame *frame)
     const char *at = cells.id.begin;
     takeHex(&at, cells.id.end, &kind);
     frame->flags |= TraceFrame::Error;
-    frame->id = busError | ((kind & knownKinds) != 0 ? protocolError : 0);
+    frame->id = LinuxFrame::busError | ((kind & knownKinds) != 0 ? LinuxFrame::protocolError : 0);
     frame->length = TraceFrame::mostBytes;
     frame->bytes[kindPlace] = static_cast<quint8>(kind & knownKinds);
     return finish(cells, frame);

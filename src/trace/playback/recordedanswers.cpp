@@ -20,7 +20,7 @@ quint32 hashKey(quint8 nodeId, ObjectKey key)
 }
 
 /*! How the device answered; empty when that is not known, or when it was about the transfer and not the object. */
-std::optional<RecordedAnswer::Kind> kindOf(const SdoTransfer &transfer)
+std::optional<RecordedAnswer::Kind> answerKindOf(const SdoTransfer &transfer)
 {
     if (transfer.hasValue())
         return RecordedAnswer::Kind::Value;
@@ -79,7 +79,7 @@ void RecordedAnswers::note(const TraceFrame &frame)
 
 void RecordedAnswers::note(const SdoTransfer &transfer)
 {
-    const std::optional<RecordedAnswer::Kind> kind = kindOf(transfer);
+    const std::optional<RecordedAnswer::Kind> kind = answerKindOf(transfer);
     if (!transfer.isUpload || !kind)
         return;
     RecordedAnswer answer;

@@ -26,7 +26,7 @@ using Outcome = SdoTransfer::Outcome;
 constexpr quint64 longestTrace = Q_UINT64_C(365) * 24 * 3600 * 1000;
 
 /*! What the client that read made of it; empty when it did not come to its end because the client did not want it. */
-std::optional<SdoOutcome::Kind> kindOf(const SdoTransfer &transfer)
+std::optional<SdoOutcome::Kind> outcomeKindOf(const SdoTransfer &transfer)
 {
     switch (transfer.outcome) {
     case Outcome::Done:
@@ -130,7 +130,7 @@ void TraceSnapshot::takeTransfers()
 
 void TraceSnapshot::note(const SdoTransfer &transfer)
 {
-    if (!transfer.isUpload || !kindOf(transfer))
+    if (!transfer.isUpload || !outcomeKindOf(transfer))
         return;
     ++m_uploads;
     Node &node = m_nodes[transfer.nodeId];
@@ -147,7 +147,7 @@ void TraceSnapshot::note(const SdoTransfer &transfer)
 SnapshotEntry TraceSnapshot::entryOf(const SdoTransfer &transfer) const
 {
     SdoOutcome outcome;
-    outcome.kind = *kindOf(transfer);
+    outcome.kind = *outcomeKindOf(transfer);
     outcome.nodeId = transfer.nodeId;
     outcome.key = transfer.object;
     outcome.raw = transfer.data;
