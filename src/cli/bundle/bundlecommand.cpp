@@ -12,6 +12,7 @@
 #include <cli/core/duration.h>
 #include <cli/core/interruptibleloop.h>
 #include <cli/core/language.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/outputfile.h>
 #include <cli/core/ruleoptions.h>
 #include <cli/core/snapshotsource.h>
@@ -32,10 +33,7 @@ struct BundleCommandTr
     Q_DECLARE_TR_FUNCTIONS(BundleCommand)
 };
 
-constexpr QLatin1String snapshotOption("snapshot");
 constexpr QLatin1String traceOption("trace");
-constexpr QLatin1String outputOption("output");
-constexpr QLatin1String forOption("for");
 constexpr QLatin1String maskOption("mask");
 constexpr std::chrono::milliseconds usualTime{10000};
 constexpr std::size_t mostFrames = 20'000'000;

@@ -7,6 +7,7 @@
 #include <cli/core/archiveaccess.h>
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/ruleoptions.h>
 #include <snapshot/snapshotfile.h>
 
@@ -25,8 +26,6 @@ struct ArchiveKeepingTr
 
 using Presence = CommandArguments::Presence;
 
-constexpr QLatin1String jsonOption("json");
-constexpr QLatin1String outputOption("output");
 constexpr QLatin1String archiveSuffix(".dxarchive");
 constexpr QLatin1String standardOutput("-");
 

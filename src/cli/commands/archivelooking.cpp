@@ -10,6 +10,7 @@
 #include <cli/core/console.h>
 #include <cli/core/language.h>
 #include <cli/core/nodelisting.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/ruleoptions.h>
 #include <snapshot/snapshotexchange.h>
 #include <store/nodestore.h>
@@ -28,7 +29,6 @@ struct ArchiveLookingTr
     Q_DECLARE_TR_FUNCTIONS(ArchiveLooking)
 };
 
-constexpr QLatin1String jsonOption("json");
 constexpr QLatin1String limitOption("limit");
 
 /*! What the commands that only look have in common. */

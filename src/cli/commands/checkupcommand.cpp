@@ -5,6 +5,7 @@
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
 #include <cli/core/language.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/ruleoptions.h>
 #include <cli/core/snapshotsource.h>
 
@@ -17,9 +18,6 @@ struct CheckupCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(CheckupCommand)
 };
-
-constexpr QLatin1String jsonOption("json");
-constexpr QLatin1String againstOption("against");
 
 class CheckupCommand
 {

@@ -21,7 +21,7 @@ struct CheckUpdateCommandTr
     Q_DECLARE_TR_FUNCTIONS(CheckUpdateCommand)
 };
 
-constexpr quint16 identity = 0x1018;
+constexpr quint16 identityObject = 0x1018;
 
 void printAnswer(QString answer)
 {
@@ -55,13 +55,13 @@ ExitStatus ask(quint32 vendor, quint32 product, quint32 revision)
     return Exit::success;
 }
 
-/*! Asks about a node whose identity is known as far as the question needs it. */
+/*! Asks about a node whose identityObject is known as far as the question needs it. */
 ExitStatus checkUpdate(const VehicleSource &vehicle, quint8 nodeId)
 {
     const NodeView node(vehicle.store(), nodeId);
-    const std::optional<QVariant> vendor = node.value(identity, 1);
-    const std::optional<QVariant> product = node.value(identity, 2);
-    const std::optional<QVariant> revision = node.value(identity, 3);
+    const std::optional<QVariant> vendor = node.value(identityObject, 1);
+    const std::optional<QVariant> product = node.value(identityObject, 2);
+    const std::optional<QVariant> revision = node.value(identityObject, 3);
     if (vendor && product && revision)
         return ask(vendor->toUInt(), product->toUInt(), revision->toUInt());
     Console::printError(

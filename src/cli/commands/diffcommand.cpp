@@ -5,6 +5,7 @@
 #include <cli/core/comparisonlisting.h>
 #include <cli/core/console.h>
 #include <cli/core/language.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/ruleoptions.h>
 #include <cli/core/snapshotsource.h>
 
@@ -17,8 +18,6 @@ struct DiffCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(DiffCommand)
 };
-
-constexpr QLatin1String jsonOption("json");
 
 class DiffCommand
 {

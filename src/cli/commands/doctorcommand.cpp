@@ -3,6 +3,7 @@
 
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/signs.h>
 #include <cli/core/terminal.h>
 #include <doctor/diagnosiswriting.h>
@@ -15,8 +16,6 @@ struct DoctorCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(DoctorCommand)
 };
-
-constexpr QLatin1String jsonOption("json");
 
 void print(const QVector<Diagnosed> &all)
 {

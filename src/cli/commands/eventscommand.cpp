@@ -5,6 +5,7 @@
 #include <cli/core/console.h>
 #include <cli/core/language.h>
 #include <cli/core/listening.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/signs.h>
 #include <cli/core/terminal.h>
 #include <live/events/eventwords.h>
@@ -19,9 +20,6 @@ struct EventsCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(EventsCommand)
 };
-
-constexpr QLatin1String jsonOption("json");
-constexpr QLatin1String csvOption("csv");
 
 /*! Prints events as they come. */
 class EventPrinter
@@ -74,7 +72,7 @@ QByteArray csvOf(const LiveBus &live)
     return csv;
 }
 
-ExitStatus listen(const CommandArguments &options, Listening *listening)
+ExitStatus listenForEvents(const CommandArguments &options, Listening *listening)
 {
     if (const std::optional<ExitStatus> status = listening->begin())
         return *status;
@@ -110,5 +108,5 @@ ExitStatus runEventsCommand(const QStringList &arguments)
         return *status;
     if (const std::optional<ExitStatus> status = Language::loadWithHost(options))
         return *status;
-    return listen(options, &listening);
+    return listenForEvents(options, &listening);
 }

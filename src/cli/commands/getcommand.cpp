@@ -9,6 +9,7 @@
 #include <cli/core/interruptibleloop.h>
 #include <cli/core/language.h>
 #include <cli/core/objectaddress.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/patienceoptions.h>
 
 #include <bus/busconnection.h>
@@ -24,7 +25,6 @@ struct GetCommandTr
 };
 
 constexpr QLatin1String typeOption("type");
-constexpr QLatin1String jsonOption("json");
 
 /*! Whether the device's value may be of another type than it was asked for. */
 bool saysOtherLength(const CanOpen::SdoOutcome &outcome)

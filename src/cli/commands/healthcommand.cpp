@@ -8,6 +8,7 @@
 #include <cli/core/console.h>
 #include <cli/core/language.h>
 #include <cli/core/listening.h>
+#include <cli/core/optionnames.h>
 #include <live/health/healthjson.h>
 
 #include <QJsonDocument>
@@ -19,7 +20,6 @@ struct HealthCommandTr
     Q_DECLARE_TR_FUNCTIONS(HealthCommand)
 };
 
-constexpr QLatin1String jsonOption("json");
 constexpr QLatin1String allOption("all");
 constexpr std::chrono::seconds usualTime{10};
 
@@ -34,7 +34,7 @@ void print(const CommandArguments &options, const HealthNumbers &numbers, const 
         Console::print(QLatin1Char('\n') + HealthListing::numbers(numbers));
 }
 
-ExitStatus listen(const CommandArguments &options, Listening *listening)
+ExitStatus listenForHealth(const CommandArguments &options, Listening *listening)
 {
     const RuleSet rules = HealthRules::load();
     if (const std::optional<ExitStatus> status = listening->begin())
@@ -65,5 +65,5 @@ ExitStatus runHealthCommand(const QStringList &arguments)
         return *status;
     if (const std::optional<ExitStatus> status = Language::loadWithHost(options))
         return *status;
-    return listen(options, &listening);
+    return listenForHealth(options, &listening);
 }

@@ -8,6 +8,7 @@
 #include <cli/core/console.h>
 #include <cli/core/language.h>
 #include <cli/core/listening.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/terminalscreen.h>
 #include <live/events/eventwords.h>
 #include <live/events/eventwriting.h>
@@ -27,9 +28,7 @@ struct MonitorCommandTr
     Q_DECLARE_TR_FUNCTIONS(MonitorCommand)
 };
 
-constexpr QLatin1String jsonOption("json");
-constexpr QLatin1String everyOption("every");
-constexpr std::chrono::milliseconds usualPeriod{1000};
+constexpr std::chrono::milliseconds usualTablePeriod{1000};
 constexpr std::chrono::milliseconds usualBlockPeriod{10000};
 
 class MonitorCommand
@@ -87,7 +86,7 @@ std::optional<ExitStatus> MonitorCommand::parse(const QStringList &arguments)
 std::optional<ExitStatus> MonitorCommand::parsePeriod()
 {
     const bool isBlock = !m_options.isSet(jsonOption) && !TerminalScreen::isPossible();
-    m_period = isBlock ? usualBlockPeriod : usualPeriod;
+    m_period = isBlock ? usualBlockPeriod : usualTablePeriod;
     return Listening::parsePeriod(m_options, everyOption, &m_period);
 }
 

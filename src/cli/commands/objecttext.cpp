@@ -2,6 +2,7 @@
 #include "objecttext.h"
 
 #include <canopen/hexadecimal.h>
+#include <cli/core/jsonornull.h>
 #include <cli/core/textcolumns.h>
 #include <interpreter/datainterpreter.h>
 #include <interpreter/objectdescriptions.h>
@@ -119,11 +120,6 @@ QJsonValue jsonValue(const ObjectValue &object)
     default:
         return object.value.toString(); // 64-bit numbers, which JSON readers round, and texts
     }
-}
-
-QJsonValue textOrNull(const QString &text)
-{
-    return text.isEmpty() ? QJsonValue(QJsonValue::Null) : QJsonValue(text);
 }
 
 } // namespace

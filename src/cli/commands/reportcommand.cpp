@@ -7,6 +7,7 @@
 #include <cli/core/console.h>
 #include <cli/core/exitstatus.h>
 #include <cli/core/language.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/reportfiles.h>
 
 #include <snapshot/savedvehicle.h>
@@ -18,8 +19,6 @@ struct ReportCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(ReportCommand)
 };
-
-constexpr QLatin1String outputOption("output");
 
 ExitStatus report(const QString &fileName, const QString &folder)
 {

@@ -7,6 +7,7 @@
 #include <cli/core/console.h>
 #include <cli/core/interruptibleloop.h>
 #include <cli/core/language.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/reportfiles.h>
 #include <cli/core/ruleoptions.h>
 #include <cli/core/snapshotsource.h>
@@ -36,12 +37,8 @@ struct ServiceReportRunTr
 };
 
 constexpr QLatin1String serviceOption("service");
-constexpr QLatin1String againstOption("against");
 constexpr QLatin1String workshopOption("workshop");
 constexpr QLatin1String logoOption("logo");
-constexpr QLatin1String archiveOption("archive");
-constexpr QLatin1String rulesOption("rules");
-constexpr QLatin1String jsonOption("json");
 
 class Run
 {

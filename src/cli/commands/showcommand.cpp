@@ -7,6 +7,7 @@
 #include <cli/core/language.h>
 #include <cli/core/nodelisting.h>
 #include <cli/core/nodeoption.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/vehiclesource.h>
 
 #include <algorithm>
@@ -17,8 +18,6 @@ struct ShowCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(ShowCommand)
 };
-
-constexpr QLatin1String jsonOption("json");
 
 /*! People look for components; nodes without one are left out. */
 QVector<ListedNode> withComponents(QVector<ListedNode> nodes)

@@ -5,6 +5,7 @@
 #include <cli/core/console.h>
 #include <cli/core/exitstatus.h>
 #include <cli/core/interruptibleloop.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/vehiclefromfile.h>
 
 #include <bus/busconnection.h>
@@ -17,8 +18,6 @@ struct SimulateCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(SimulateCommand)
 };
-
-const QLatin1String speedOption("speed");
 
 using MaybeVehicle = std::optional<Simulator::VehicleDescription>;
 

@@ -5,6 +5,7 @@
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
 #include <cli/core/language.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/outputfile.h>
 #include <cli/core/recordedsnapshot.h>
 #include <cli/core/snapshotsummary.h>
@@ -22,10 +23,7 @@ struct SnapshotCommandTr
     Q_DECLARE_TR_FUNCTIONS(SnapshotCommand)
 };
 
-constexpr QLatin1String outputOption("output");
 constexpr QLatin1String resumeOption("resume");
-constexpr QLatin1String jsonOption("json");
-constexpr QLatin1String channelOption("channel");
 
 // How devices are asked.
 constexpr const char *askingOptions[]

@@ -2,6 +2,7 @@
 #include "visitlisting.h"
 
 #include <checkup/findingwords.h>
+#include <cli/core/jsonornull.h>
 #include <cli/core/textcolumns.h>
 #include <interpreter/datainterpreter.h>
 #include <interpreter/objectdescriptions.h>
@@ -27,11 +28,6 @@ QString timeText(const QDateTime &time)
 QJsonValue numberOrNull(const std::optional<quint32> &number)
 {
     return number ? QJsonValue(qint64(*number)) : QJsonValue(QJsonValue::Null);
-}
-
-QJsonValue textOrNull(const QString &text)
-{
-    return text.isEmpty() ? QJsonValue(QJsonValue::Null) : QJsonValue(text);
 }
 
 QJsonValue verdictJson(const std::optional<VisitVerdict> &verdict)

@@ -6,6 +6,7 @@
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
 #include <cli/core/listening.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/shareoption.h>
 #include <live/values/valuewriting.h>
 
@@ -21,9 +22,6 @@ struct WatchCommandTr
     Q_DECLARE_TR_FUNCTIONS(WatchCommand)
 };
 
-constexpr QLatin1String everyOption("every");
-constexpr QLatin1String csvOption("csv");
-constexpr QLatin1String jsonOption("json");
 constexpr int usualShare = 20; // percent
 constexpr std::chrono::milliseconds usualPeriod{500};
 

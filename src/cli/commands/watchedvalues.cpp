@@ -6,8 +6,6 @@
 
 #include <algorithm>
 
-using CanOpen::ObjectKey;
-
 namespace {
 
 constexpr qint64 longestSilence = 3'000'000; // us, of a PDO before its objects are asked for
@@ -25,10 +23,11 @@ WatchedValues::WatchedValues(BusConnection *bus, LiveBus *live)
         handleLearned(nodeId);
     });
     connect(&m_learning, &PdoLearning::notLearned, this, &WatchedValues::handleNotLearned);
-    connect(&m_asking, &ValueAsking::answered, this, [this](quint8 nodeId, ObjectKey object, double number) {
-        m_live->values().note(nodeId, object, number, m_live->now());
-        handleReason(nodeId, object, QString());
-    });
+    connect(&m_asking, &ValueAsking::answered, this,
+            [this](quint8 nodeId, CanOpen::ObjectKey object, double number) {
+                m_live->values().note(nodeId, object, number, m_live->now());
+                handleReason(nodeId, object, QString());
+            });
     connect(&m_asking, &ValueAsking::notAnswered, this, &WatchedValues::handleReason);
     connect(live, &LiveBus::ticked, this, &WatchedValues::look);
 }
@@ -110,7 +109,7 @@ void WatchedValues::handleNotLearned(quint8 nodeId, const QString &reason)
     look();
 }
 
-void WatchedValues::handleReason(quint8 nodeId, ObjectKey object, const QString &reason)
+void WatchedValues::handleReason(quint8 nodeId, CanOpen::ObjectKey object, const QString &reason)
 {
     for (WatchedValue &value : m_values) {
         if (value.address.nodeId == nodeId && value.address.key == object)

@@ -3,6 +3,7 @@
 
 #include "commandarguments.h"
 #include "console.h"
+#include "optionnames.h"
 
 #include <host/core/archivesetting.h>
 
@@ -10,7 +11,6 @@
 
 namespace {
 
-constexpr QLatin1String archiveOption("archive");
 constexpr QLatin1String lastVisit("last");
 
 } // namespace

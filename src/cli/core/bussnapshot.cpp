@@ -6,6 +6,7 @@
 #include "datasheets.h"
 #include "interruptibleloop.h"
 #include "objectaddress.h"
+#include "optionnames.h"
 #include "patienceoptions.h"
 #include "shareoption.h"
 
@@ -17,7 +18,6 @@
 namespace {
 
 constexpr QLatin1String quickOption("quick");
-constexpr QLatin1String nodeOption("node");
 constexpr QLatin1String scanOption("scan");
 
 // Long objects take their time, and hold up only their own node.

@@ -3,12 +3,12 @@
 
 #include "console.h"
 #include "exitstatus.h"
+#include "optionnames.h"
 
 namespace {
 
 constexpr QLatin1String helpOption("help");
 constexpr QLatin1String busOption("bus");
-constexpr QLatin1String bitRateOption("bitrate");
 
 QString withoutLineEnd(QString text)
 {

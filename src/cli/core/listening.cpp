@@ -3,17 +3,12 @@
 
 #include "console.h"
 #include "duration.h"
+#include "optionnames.h"
 #include "terminal.h"
 
 #include <host/core/valueasking.h>
 
 #include <QTimer>
-
-namespace {
-
-constexpr QLatin1String forOption("for");
-
-} // namespace
 
 void Listening::addOptions(CommandArguments &options) const
 {

@@ -3,6 +3,7 @@
 
 #include "commandarguments.h"
 #include "console.h"
+#include "optionnames.h"
 #include "vehiclesource.h"
 
 namespace {
@@ -11,8 +12,6 @@ struct NodeOptionTr
 {
     Q_DECLARE_TR_FUNCTIONS(NodeOption)
 };
-
-constexpr QLatin1String nodeOption("node");
 
 constexpr int firstNodeId = 1;
 constexpr int lastNodeId = 127;

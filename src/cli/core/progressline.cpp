@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr qint64 shortestUpdate = 100;   // ms
-constexpr char clearLine[] = "\r\033[K"; // to the first column, then erase to the end
+constexpr qint64 shortestUpdate = 100;     // ms
+constexpr char restartLine[] = "\r\033[K"; // to the first column, then erase to the end
 
 } // namespace
 
@@ -38,7 +38,7 @@ void ProgressLine::update(const QString &text)
         return;
     m_sinceUpdate.start();
     m_isOnScreen = true;
-    std::fputs(clearLine, stderr);
+    std::fputs(restartLine, stderr);
     std::fputs(Terminal::visible(text).toLocal8Bit().constData(), stderr);
     std::fflush(stderr);
 }
@@ -48,6 +48,6 @@ void ProgressLine::clear()
     if (!m_isOnScreen)
         return;
     m_isOnScreen = false;
-    std::fputs(clearLine, stderr);
+    std::fputs(restartLine, stderr);
     std::fflush(stderr);
 }

@@ -3,6 +3,7 @@
 
 #include "commandarguments.h"
 #include "console.h"
+#include "optionnames.h"
 
 #include <bus/buswords.h>
 
@@ -13,7 +14,6 @@
 namespace {
 
 constexpr QLatin1String traceOption("from-trace");
-constexpr QLatin1String channelOption("channel");
 const QLatin1String standardInput("-");
 
 /*! When a file was written last; now for what is no file. */

@@ -3,6 +3,7 @@
 
 #include "commandarguments.h"
 #include "console.h"
+#include "optionnames.h"
 
 #include <QDir>
 
@@ -12,8 +13,6 @@ struct RuleOptionsTr
 {
     Q_DECLARE_TR_FUNCTIONS(RuleOptions)
 };
-
-constexpr QLatin1String rulesOption("rules");
 
 } // namespace
 

@@ -8,7 +8,7 @@ namespace {
 constexpr char enter[] = "\x1b[?1049h\x1b[?25l\x1b[2J"; // alternate screen, no cursor, empty
 constexpr char leave[] = "\x1b[?25h\x1b[?1049l";
 constexpr char home[] = "\x1b[H";
-constexpr char clearLine[] = "\x1b[2K";
+constexpr char eraseLine[] = "\x1b[2K";
 constexpr char clearToEnd[] = "\x1b[J";
 
 } // namespace
@@ -35,7 +35,7 @@ void TerminalScreen::show(const QStringList &lines)
 {
     QByteArray bytes = home;
     for (int i = 0; i < lines.size(); ++i) {
-        bytes += clearLine + lines.at(i).toLocal8Bit();
+        bytes += eraseLine + lines.at(i).toLocal8Bit();
         if (i < lines.size() - 1) // behind the last one the screen would move up
             bytes += "\r\n";
     }

@@ -10,7 +10,7 @@ struct Unit
 };
 
 constexpr Unit units[] = {{'k', 1'000}, {'M', 1'000'000}, {'G', 1'000'000'000}};
-constexpr qint64 most = Q_INT64_C(1'000'000'000'000'000);
+constexpr qint64 mostBytes = Q_INT64_C(1'000'000'000'000'000);
 
 } // namespace
 
@@ -27,7 +27,7 @@ std::optional<qint64> parseByteCount(const QString &text)
     }
     bool isNumber = false;
     const qint64 count = digits.toLongLong(&isNumber);
-    if (!isNumber || count <= 0 || count > most / factor)
+    if (!isNumber || count <= 0 || count > mostBytes / factor)
         return std::nullopt;
     return count * factor;
 }

@@ -3,10 +3,10 @@
 
 #include <cli/core/commandarguments.h>
 #include <cli/core/objectaddress.h>
+#include <cli/core/optionnames.h>
 
 namespace {
 
-constexpr QLatin1String nodeOption("node");
 constexpr QLatin1String kindOption("kind");
 constexpr QLatin1String objectOption("object");
 constexpr QLatin1String textOption("text");

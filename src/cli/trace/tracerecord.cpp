@@ -7,6 +7,7 @@
 #include <cli/core/console.h>
 #include <cli/core/duration.h>
 #include <cli/core/interruptibleloop.h>
+#include <cli/core/optionnames.h>
 #include <system/amounts.h>
 #include <trace/files/traceformat.h>
 
@@ -20,8 +21,6 @@ struct TraceRecordTr
     Q_DECLARE_TR_FUNCTIONS(TraceRecord)
 };
 
-constexpr QLatin1String outputOption("output");
-constexpr QLatin1String forOption("for");
 constexpr QLatin1String rotateOption("rotate");
 constexpr QLatin1String keepOption("keep");
 constexpr QLatin1String reserveOption("reserve");

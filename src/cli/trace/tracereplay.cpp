@@ -6,6 +6,7 @@
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
 #include <cli/core/interruptibleloop.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/traceinput.h>
 
 #include <bus/busopener.h>
@@ -23,8 +24,6 @@ struct TraceReplayTr
 };
 
 constexpr QLatin1String reallyOption("really");
-constexpr QLatin1String speedOption("speed");
-constexpr QLatin1String channelOption("channel");
 constexpr QLatin1String fastest("max");
 
 /*! Puts what was recorded on a bus again. */

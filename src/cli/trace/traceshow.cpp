@@ -7,6 +7,7 @@
 #include <cli/core/console.h>
 #include <cli/core/datasheets.h>
 #include <cli/core/language.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/snapshotsource.h>
 #include <cli/core/traceinput.h>
 #include <snapshot/snapshot.h>
@@ -20,9 +21,6 @@ struct TraceShowTr
 {
     Q_DECLARE_TR_FUNCTIONS(TraceShow)
 };
-
-constexpr QLatin1String jsonOption("json");
-constexpr QLatin1String snapshotOption("snapshot");
 
 /*! Prints a trace line by line; keeps none of its frames. */
 class TraceShow

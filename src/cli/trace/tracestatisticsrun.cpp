@@ -5,6 +5,7 @@
 #include <bus/bussettings.h>
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
+#include <cli/core/optionnames.h>
 #include <cli/core/traceinput.h>
 
 #include <QJsonDocument>
@@ -15,9 +16,6 @@ struct TraceStatisticsCommandTr
 {
     Q_DECLARE_TR_FUNCTIONS(TraceStatisticsCommand)
 };
-
-constexpr QLatin1String bitRateOption("bitrate");
-constexpr QLatin1String jsonOption("json");
 
 /*! The bit rate in *rate; an exit status after a complaint. */
 std::optional<ExitStatus> parseRate(const CommandArguments &options, std::optional<int> *rate)
