@@ -23,7 +23,7 @@ QString folded(const QString &text)
 }
 
 /*! A word for LIKE, whose own characters stand for themselves. */
-QString pattern(QString word)
+QString likePattern(QString word)
 {
     for (const QChar special : {QLatin1Char('!'), QLatin1Char('%'), QLatin1Char('_')})
         word.replace(special, QString(QLatin1Char('!')) + special);
@@ -91,7 +91,7 @@ QStringList VisitRows::searchConditions(const QString &text, const QStringList &
         QStringList places;
         for (const QString &column : columns) {
             places.append(column + QStringLiteral(" LIKE ? ESCAPE '!'"));
-            values->append(pattern(word));
+            values->append(likePattern(word));
         }
         conditions.append(QLatin1Char('(') + places.join(QStringLiteral(" OR ")) + QLatin1Char(')'));
     }

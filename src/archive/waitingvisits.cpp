@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr QLatin1String pattern("*.dxsnap");
+constexpr QLatin1String snapshotFiles("*.dxsnap");
 
 } // namespace
 
@@ -44,7 +44,7 @@ int WaitingVisits::count() const
 
 QStringList WaitingVisits::files() const
 {
-    return QDir(m_folder).entryList({pattern}, QDir::Files, QDir::Name);
+    return QDir(m_folder).entryList({snapshotFiles}, QDir::Files, QDir::Name);
 }
 
 WaitingVisits::Delivery WaitingVisits::deliver(Archive &archive) const

@@ -10,7 +10,7 @@
 namespace {
 
 const QLatin1String format("draxel-bundle");
-constexpr int longestText = 1000;
+constexpr int longestManifestText = 1000;
 constexpr int newestVersion = 1'000'000;
 
 } // namespace
@@ -59,17 +59,19 @@ std::optional<BundleManifest> BundleManifest::fromJson(const QByteArray &text, Q
     const JsonPlace top(&fault);
     const JsonObject json(document->root(), top);
     BundleManifest manifest;
-    if (fault.isEmpty() && json.text("format", longestText) != format)
+    if (fault.isEmpty() && json.text("format", longestManifestText) != format)
         top.complain(tr("it is no support bundle"));
     const qint64 told = fault.isEmpty() ? json.integer("version", 1, newestVersion) : 0;
     if (told > version)
         top.complain(tr("it was made by a newer version of the program (format %1)").arg(told));
     if (fault.isEmpty()) {
-        manifest.program = json.optionalText("program", longestText);
-        manifest.time = QDateTime::fromString(json.optionalText("time", longestText), Qt::ISODateWithMs);
+        manifest.program = json.optionalText("program", longestManifestText);
+        manifest.time
+            = QDateTime::fromString(json.optionalText("time", longestManifestText), Qt::ISODateWithMs);
         manifest.isMasked = json.boolean("masked", false);
         json.forEachObject("files", [&manifest](const JsonObject &file) {
-            manifest.files.append({file.text("name", longestText), file.text("sha256", longestText)});
+            manifest.files.append(
+                {file.text("name", longestManifestText), file.text("sha256", longestManifestText)});
         });
     }
     if (fault.isEmpty())

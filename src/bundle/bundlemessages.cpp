@@ -9,7 +9,7 @@
 namespace {
 
 constexpr int mostMessages = 1000;
-constexpr int longestText = 10000;
+constexpr int longestMessage = 10000;
 const QLatin1String indent("    ");
 constexpr Severity severities[] = {Severity::Note, Severity::Warning, Severity::Fault};
 
@@ -25,7 +25,7 @@ std::optional<BundleMessage> messageOf(const QString &line)
     if (!message.time.isValid() || severity == std::end(severities))
         return std::nullopt;
     message.severity = *severity;
-    message.text = rest.section(QLatin1String(": "), 1).left(longestText);
+    message.text = rest.section(QLatin1String(": "), 1).left(longestMessage);
     return message;
 }
 
@@ -50,8 +50,8 @@ QVector<BundleMessage> BundleMessages::fromText(const QByteArray &text)
     for (const QString &line : lines) {
         if (line.startsWith(indent) && !messages.isEmpty()) {
             QString &last = messages.last().text;
-            if (last.size() < longestText)
-                last += QLatin1Char('\n') + line.mid(indent.size()).left(longestText);
+            if (last.size() < longestMessage)
+                last += QLatin1Char('\n') + line.mid(indent.size()).left(longestMessage);
         } else if (const std::optional<BundleMessage> message = messageOf(line)) {
             if (messages.size() >= mostMessages)
                 break;

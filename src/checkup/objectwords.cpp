@@ -23,7 +23,7 @@ bool isCellVoltage(ObjectKey key)
            && key.subIndex > 0;
 }
 
-bool isNumber(const QVariant &value)
+bool isNoText(const QVariant &value)
 {
     return value.type() != QVariant::String && value.type() != QVariant::ByteArray;
 }
@@ -90,7 +90,7 @@ QString ObjectWords::value(ObjectKey key, const QVariant &value)
         return CanOpen::plainText(value.toString());
     if (value.type() == QVariant::ByteArray)
         return QString::fromLatin1(value.toByteArray().toHex(' '));
-    if (!isNumber(value) || !value.isValid())
+    if (!isNoText(value) || !value.isValid())
         return QString();
     if (isCellVoltage(key))
         return inUnit(value.toDouble(), QStringLiteral("mV"));

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int usualWidth = 56; // letters
+constexpr int usualTextWidth = 56; // letters
 
 } // namespace
 
@@ -29,7 +29,7 @@ BundleDialog::BundleDialog(QWidget *parent)
                      this);
     text->setTextFormat(Qt::PlainText);
     text->setWordWrap(true);
-    text->setMinimumWidth(fontMetrics().averageCharWidth() * usualWidth);
+    text->setMinimumWidth(fontMetrics().averageCharWidth() * usualTextWidth);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel, this);
     buttons->button(QDialogButtonBox::Save)->setText(tr("&Save..."));
     buttons->button(QDialogButtonBox::Cancel)->setText(tr("Cancel"));

@@ -13,8 +13,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-using Severity = MessageLog::Severity;
-
 constexpr auto collectingTime = 500ms;
 constexpr auto silenceInterval = 1000ms;
 
@@ -34,23 +32,24 @@ QString stateName(CanOpen::NmtState state)
 }
 
 /*! What the user has done is no error. */
-Severity severityOf(const ReadSummary &summary)
+MessageLog::Severity severityOf(const ReadSummary &summary)
 {
     switch (summary.end) {
     case ReadSummary::End::Complete:
-        return summary.record.total().failed == 0 ? Severity::Information : Severity::Warning;
+        return summary.record.total().failed == 0 ? MessageLog::Severity::Information
+                                                  : MessageLog::Severity::Warning;
     case ReadSummary::End::Disconnected:
     case ReadSummary::End::Cancelled:
-        return Severity::Information;
+        return MessageLog::Severity::Information;
     case ReadSummary::End::Refused:
-        return Severity::Warning;
+        return MessageLog::Severity::Warning;
     case ReadSummary::End::NothingAsked:
     case ReadSummary::End::NoAnswer:
     case ReadSummary::End::NotSent:
     case ReadSummary::End::BusGone:
         break;
     }
-    return Severity::Error;
+    return MessageLog::Severity::Error;
 }
 
 /*! The nodes of each state, ascending. */
@@ -69,9 +68,10 @@ QString nodeNumbers(const QSet<quint8> &nodes)
     return BusWords::nodes(sorted);
 }
 
-Severity severityOf(CanOpen::NmtState state)
+MessageLog::Severity severityOf(CanOpen::NmtState state)
 {
-    return state == CanOpen::NmtState::Stopped ? Severity::Warning : Severity::Information;
+    return state == CanOpen::NmtState::Stopped ? MessageLog::Severity::Warning
+                                               : MessageLog::Severity::Information;
 }
 
 } // namespace
@@ -126,13 +126,13 @@ void BusReport::reportNodes()
     for (auto it = heard.cbegin(); it != heard.cend(); ++it)
         add(severityOf(it.key()), tr("Heard, %1: node %2").arg(stateName(it.key()), BusWords::nodes(*it)));
     if (!report.restarted.isEmpty())
-        add(Severity::Warning,
+        add(MessageLog::Severity::Warning,
             tr("Started again (boot-up message): node %1").arg(nodeNumbers(report.restarted)));
     const auto changed = byState(report.changed);
     for (auto it = changed.cbegin(); it != changed.cend(); ++it)
         add(severityOf(it.key()), tr("Now %1: node %2").arg(stateName(it.key()), BusWords::nodes(*it)));
     if (!report.lost.isEmpty())
-        add(Severity::Warning, tr("Not heard any more: node %1").arg(nodeNumbers(report.lost)));
+        add(MessageLog::Severity::Warning, tr("Not heard any more: node %1").arg(nodeNumbers(report.lost)));
 }
 
 void BusReport::handleBusState(BusConnection::State state)
@@ -148,23 +148,24 @@ void BusReport::handleBusState(BusConnection::State state)
         m_listening.start();
         m_silenceTimer.start();
         m_wasUnwell = false;
-        add(Severity::Information, previous == BusConnection::State::Lost
-                                       ? tr("Connected to %1 again.").arg(address)
-                                       : BusWords::connected(bus.settings()));
+        add(MessageLog::Severity::Information, previous == BusConnection::State::Lost
+                                                   ? tr("Connected to %1 again.").arg(address)
+                                                   : BusWords::connected(bus.settings()));
         return;
     }
     case BusConnection::State::Lost:
         forgetNodes();
-        add(Severity::Error, tr("The connection to %1 is lost. %2 It is made again as soon as the interface "
-                                "is back.")
-                                 .arg(address, bus.errorString()));
+        add(MessageLog::Severity::Error,
+            tr("The connection to %1 is lost. %2 It is made again as soon as the interface "
+               "is back.")
+                .arg(address, bus.errorString()));
         return;
     case BusConnection::State::Disconnected:
         forgetNodes();
         if (!bus.errorString().isEmpty())
-            add(Severity::Error, bus.errorString());
+            add(MessageLog::Severity::Error, bus.errorString());
         else if (previous == BusConnection::State::Connected || previous == BusConnection::State::Lost)
-            add(Severity::Information, tr("Disconnected from %1.").arg(address));
+            add(MessageLog::Severity::Information, tr("Disconnected from %1.").arg(address));
         return;
     }
 }
@@ -191,16 +192,16 @@ void BusReport::collect()
 void BusReport::handleForeignClient(quint8 nodeId)
 {
     const QString text = ReadWords::foreignClient(nodeId);
-    add(Severity::Warning, text);
+    add(MessageLog::Severity::Warning, text);
     emit noticed(text);
 }
 
 void BusReport::handleDetection()
 {
-    add(Severity::Information, tr("Read started: looking for nodes."));
+    add(MessageLog::Severity::Information, tr("Read started: looking for nodes."));
     const QStringList sentences = obstacles();
     for (const QString &sentence : sentences)
-        add(Severity::Warning, sentence);
+        add(MessageLog::Severity::Warning, sentence);
     if (!sentences.isEmpty())
         emit noticed(sentences.join(QLatin1Char(' ')));
 }
@@ -210,10 +211,10 @@ void BusReport::handleReadEnd(const ReadSummary &summary)
     const QString text = ReadWords::end(summary, m_services->silenceOf(summary.nodeId));
     add(severityOf(summary), text);
     if (summary.end == ReadSummary::End::Complete && m_services->wasBusFull())
-        add(Severity::Warning, ReadWords::nodesMayBeMissing());
+        add(MessageLog::Severity::Warning, ReadWords::nodesMayBeMissing());
     const QStringList failures = ReadWords::failures(summary.failuresBeside());
     for (const QString &sentence : failures)
-        add(Severity::Warning, sentence);
+        add(MessageLog::Severity::Warning, sentence);
     emit noticed(text);
 }
 
@@ -221,22 +222,23 @@ void BusReport::handleHealth(InterfaceHealth::State state)
 {
     const QString name = m_services->bus().settings().address.interfaceName;
     if (state == InterfaceHealth::State::Good && m_wasUnwell)
-        add(Severity::Information, tr("The CAN interface %1 works without errors again.").arg(name));
+        add(MessageLog::Severity::Information,
+            tr("The CAN interface %1 works without errors again.").arg(name));
     const QString trouble = BusWords::health(state, name);
     if (state != InterfaceHealth::State::Unknown)
         m_wasUnwell = !trouble.isEmpty();
     if (trouble.isEmpty())
         return;
     const bool isWarning = state == InterfaceHealth::State::Warning;
-    add(isWarning ? Severity::Warning : Severity::Error, trouble);
+    add(isWarning ? MessageLog::Severity::Warning : MessageLog::Severity::Error, trouble);
     if (!isWarning)
         emit noticed(trouble);
 }
 
 void BusReport::handleOverrun()
 {
-    add(Severity::Warning, tr("The CAN interface %1 has dropped received frames (overrun).")
-                               .arg(m_services->bus().settings().address.interfaceName));
+    add(MessageLog::Severity::Warning, tr("The CAN interface %1 has dropped received frames (overrun).")
+                                           .arg(m_services->bus().settings().address.interfaceName));
 }
 
 void BusReport::forgetNodes()
@@ -251,6 +253,7 @@ void BusReport::lookForSilentNodes()
 {
     const QSet<quint8> silent = m_news.takeSilent(m_listeningTime());
     if (!silent.isEmpty())
-        add(Severity::Warning, tr("Started, but no heartbeat has followed (is object 1017h zero?): node %1")
-                                   .arg(nodeNumbers(silent)));
+        add(MessageLog::Severity::Warning,
+            tr("Started, but no heartbeat has followed (is object 1017h zero?): node %1")
+                .arg(nodeNumbers(silent)));
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "connectionbar.h"
 
+#include "bargap.h"
+
 #include <bus/backends.h>
 
 #include <QCanBus>
@@ -25,7 +27,6 @@ constexpr int asConfigured = -1; // item data of the first bit rate
 
 constexpr int interfaceCharacters = 18; // usual width of the interface box
 constexpr int smallestWidth = 80;       // pixels of the boxes, on a screen that is too small
-constexpr int gap = 6;                  // pixels between what stands beside each other
 constexpr int distance = 18;            // pixels between the two parts
 
 bool hasBitRate(const QString &plugin)
@@ -193,18 +194,18 @@ void ConnectionBar::build()
     m_connect->setObjectName(QStringLiteral("connectButton"));
 
     auto *which = new QHBoxLayout;
-    which->setSpacing(gap);
+    which->setSpacing(barGap);
     which->addWidget(m_pluginLabel);
     which->addWidget(m_plugin);
-    which->addSpacing(gap);
+    which->addSpacing(barGap);
     which->addWidget(m_interfaceLabel);
     which->addWidget(m_interface, 1);
     which->addWidget(m_refresh);
     auto *how = new QHBoxLayout;
-    how->setSpacing(gap);
+    how->setSpacing(barGap);
     how->addWidget(m_bitRateLabel);
     how->addWidget(m_bitRate, 1);
-    how->addSpacing(gap);
+    how->addSpacing(barGap);
     how->addWidget(m_connect);
     m_parts = new QBoxLayout(QBoxLayout::LeftToRight, this);
     m_parts->setSpacing(distance);

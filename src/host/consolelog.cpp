@@ -8,7 +8,7 @@
 
 namespace {
 
-QtMessageHandler previousHandler = nullptr;
+QtMessageHandler handlerBeforeLog = nullptr;
 
 bool isPlainDebugLine(QtMsgType type, const QMessageLogContext &context)
 {
@@ -18,8 +18,8 @@ bool isPlainDebugLine(QtMsgType type, const QMessageLogContext &context)
 
 void passOn(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
-    if (!isPlainDebugLine(type, context) && previousHandler != nullptr)
-        previousHandler(type, context, text);
+    if (!isPlainDebugLine(type, context) && handlerBeforeLog != nullptr)
+        handlerBeforeLog(type, context, text);
 }
 
 } // namespace
@@ -30,5 +30,5 @@ void installConsoleLog(bool isVerbose)
         return;
     const QtMessageHandler previous = qInstallMessageHandler(passOn);
     if (previous != passOn)
-        previousHandler = previous;
+        handlerBeforeLog = previous;
 }

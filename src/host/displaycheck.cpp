@@ -8,7 +8,7 @@
 
 namespace {
 
-QtMessageHandler previousHandler = nullptr;
+QtMessageHandler handlerBeforeCheck = nullptr;
 
 // What Qt warns of before it gives up is in the sentence; without a fatal end it is no news.
 void endOnFatal(QtMsgType type, const QMessageLogContext &context, const QString &text)
@@ -22,18 +22,18 @@ void endOnFatal(QtMsgType type, const QMessageLogContext &context, const QString
         std::fflush(stderr);
         std::_Exit(EXIT_FAILURE);
     }
-    if (type != QtWarningMsg && type != QtInfoMsg && previousHandler != nullptr)
-        previousHandler(type, context, text);
+    if (type != QtWarningMsg && type != QtInfoMsg && handlerBeforeCheck != nullptr)
+        handlerBeforeCheck(type, context, text);
 }
 
 } // namespace
 
 DisplayCheck::DisplayCheck()
 {
-    previousHandler = qInstallMessageHandler(endOnFatal);
+    handlerBeforeCheck = qInstallMessageHandler(endOnFatal);
 }
 
 DisplayCheck::~DisplayCheck()
 {
-    qInstallMessageHandler(previousHandler);
+    qInstallMessageHandler(handlerBeforeCheck);
 }

@@ -66,7 +66,7 @@ constexpr int leastMessages = 18; // pixels of the messages, on a very small scr
 constexpr int noticeTime = 10000; // ms that what was done stands in the status bar
 
 /*! What snapshots are said to be made by. */
-QString programName()
+QString programAndVersion()
 {
     return QCoreApplication::applicationName() + QLatin1Char(' ') + QCoreApplication::applicationVersion();
 }
@@ -77,7 +77,7 @@ MainWindow::MainWindow(HostServices *services, PluginSession *session, QWidget *
     : QMainWindow(parent)
     , m_services(services)
     , m_plugins(session)
-    , m_records(new VehicleRecords(services, programName(), this))
+    , m_records(new VehicleRecords(services, programAndVersion(), this))
     , m_session(new CheckupSession(services, m_records, this))
     , m_live(new LiveSession(services, this))
     , m_trace(new TraceSession(&services->bus(), this))

@@ -24,7 +24,7 @@ using namespace std::chrono_literals;
 
 constexpr auto layoutDelay = 50ms;
 constexpr int usualHeight = 84;
-constexpr int usualWidth = 600;
+constexpr int usualPanelWidth = 600;
 
 } // namespace
 
@@ -63,7 +63,7 @@ MessagePanel::MessagePanel(MessageLog *log, QWidget *parent)
 
 QSize MessagePanel::sizeHint() const
 {
-    return {usualWidth, usualHeight};
+    return {usualPanelWidth, usualHeight};
 }
 
 void MessagePanel::copy()

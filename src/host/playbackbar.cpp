@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "playbackbar.h"
 
+#include "bargap.h"
+
 #include <bus/busconnection.h>
 #include <system/amounts.h>
 #include <trace/playback/playbackstate.h>
@@ -16,8 +18,7 @@
 
 namespace {
 
-constexpr int refreshInterval = 250; // ms
-constexpr int gap = 6;               // pixels
+constexpr int positionInterval = 250; // ms
 
 constexpr double speeds[] = {0.1, 0.25, 0.5, 1, 2, 5, 10, 100};
 constexpr double unpaced = 0; // as fast as the frames are taken
@@ -46,7 +47,7 @@ PlaybackBar::PlaybackBar(BusConnection *bus, QWidget *parent)
     build();
     fillSpeeds();
     retranslate();
-    m_timer.setInterval(refreshInterval);
+    m_timer.setInterval(positionInterval);
     connect(&m_timer, &QTimer::timeout, this, &PlaybackBar::refresh);
     connect(bus, &BusConnection::stateChanged, this, &PlaybackBar::refresh);
     connect(m_play, &QToolButton::clicked, this, &PlaybackBar::press);
@@ -69,17 +70,17 @@ void PlaybackBar::build()
     m_place->setTextFormat(Qt::PlainText);
     m_place->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // never widens the window
     auto *layout = new QHBoxLayout(this);
-    layout->setSpacing(gap);
+    layout->setSpacing(barGap);
     QMargins margins = layout->contentsMargins();
     margins.setTop(0);
     layout->setContentsMargins(margins);
     layout->addWidget(m_play);
     layout->addWidget(m_step);
-    layout->addSpacing(gap);
+    layout->addSpacing(barGap);
     layout->addWidget(m_speedLabel);
     layout->addWidget(m_speed);
     layout->addWidget(m_repeat);
-    layout->addSpacing(gap);
+    layout->addSpacing(barGap);
     layout->addWidget(m_place, 1);
 }
 

@@ -16,12 +16,12 @@ using Anchor = DrawnItem::Anchor;
 constexpr double millivoltsPerVolt = 1000;
 
 /*! The frame of a chart, small enough that its letters can be read on a telephone. */
-constexpr qreal width = 400;
-constexpr qreal height = 190;
-constexpr qreal left = 40;
-constexpr qreal right = 10;
-constexpr qreal top = 16;
-constexpr qreal bottom = 22;
+constexpr qreal chartWidth = 400;
+constexpr qreal chartHeight = 190;
+constexpr qreal roomLeft = 40;
+constexpr qreal roomRight = 10;
+constexpr qreal roomTop = 16;
+constexpr qreal roomBottom = 22;
 constexpr qreal smallLetters = 10;
 
 class Frame
@@ -30,18 +30,18 @@ public:
     Frame(const ChartScale &scale, const ReportWords &words, const QString &unitText)
         : m_scale(scale)
     {
-        drawing.size = QSizeF(width, height);
+        drawing.size = QSizeF(chartWidth, chartHeight);
         for (const double tick : scale.ticks) {
-            drawing.line(Ink::Rule, {{left, y(tick)}, {width - right, y(tick)}}, 0.7);
-            drawing.label(Ink::Faint, {left - 5, y(tick) + 3.5}, words.number(tick, scale.decimals),
+            drawing.line(Ink::Rule, {{roomLeft, y(tick)}, {chartWidth - roomRight, y(tick)}}, 0.7);
+            drawing.label(Ink::Faint, {roomLeft - 5, y(tick) + 3.5}, words.number(tick, scale.decimals),
                           Anchor::End, smallLetters);
         }
-        drawing.label(Ink::Faint, {left - 5, top - 6}, unitText, Anchor::End, smallLetters);
+        drawing.label(Ink::Faint, {roomLeft - 5, roomTop - 6}, unitText, Anchor::End, smallLetters);
     }
 
-    qreal y(double value) const { return bottomLine() - m_scale.share(value) * (bottomLine() - top); }
-    static qreal bottomLine() { return height - bottom; }
-    static qreal plotWidth() { return width - left - right; }
+    qreal y(double value) const { return bottomLine() - m_scale.share(value) * (bottomLine() - roomTop); }
+    static qreal bottomLine() { return chartHeight - roomBottom; }
+    static qreal plotWidth() { return chartWidth - roomLeft - roomRight; }
 
     ReportDrawing drawing;
 
@@ -105,9 +105,9 @@ void drawBars(Frame &frame, const CellVoltages &voltages)
     const int step = numberedCells(count);
     for (int i = 0; i < count; ++i) {
         const CellVoltages::Cell &cell = voltages.cells.at(i);
-        const qreal middle = left + slot * (i + 0.5);
+        const qreal middle = roomLeft + slot * (i + 0.5);
         if (cell.number % step == 0 || step == 1)
-            frame.drawing.label(Ink::Faint, {middle, height - 8}, QString::number(cell.number),
+            frame.drawing.label(Ink::Faint, {middle, chartHeight - 8}, QString::number(cell.number),
                                 Anchor::Middle, smallLetters);
         drawBar(frame, voltages, i, middle);
     }
@@ -129,8 +129,8 @@ void drawBarLabels(Frame &frame, const CellVoltages &voltages, const ReportWords
     const qreal slot = Frame::plotWidth() / voltages.cells.size();
     for (const int position : labelledCells(voltages)) {
         const double volts = *voltages.cells.at(position).millivolts / millivoltsPerVolt;
-        const qreal middle
-            = qBound(left + halfLabel, left + slot * (position + 0.5), width - right - halfLabel);
+        const qreal middle = qBound(roomLeft + halfLabel, roomLeft + slot * (position + 0.5),
+                                    chartWidth - roomRight - halfLabel);
         const QPointF base(middle, frame.y(volts) - 4);
         // A limit may run behind it.
         frame.drawing.box(Ink::Paper, QRectF(base - QPointF(halfLabel + 2, smallLetters),
@@ -145,7 +145,7 @@ void drawLimits(Frame &frame, const CellVoltages &voltages)
         if (!limit)
             continue;
         const qreal y = frame.y(*limit / millivoltsPerVolt);
-        frame.drawing.line(Ink::Fault, {{left, y}, {width - right, y}}, 1.2, true);
+        frame.drawing.line(Ink::Fault, {{roomLeft, y}, {chartWidth - roomRight, y}}, 1.2, true);
     }
 }
 
@@ -222,9 +222,9 @@ qreal timeX(const HealthTrend &trend, const HealthTrend::Point &point)
     constexpr qreal edge = 20;
     const qint64 all = trend.points.first().time.msecsTo(trend.points.last().time);
     if (all <= 0)
-        return left + Frame::plotWidth() / 2;
+        return roomLeft + Frame::plotWidth() / 2;
     const qint64 done = trend.points.first().time.msecsTo(point.time);
-    return left + edge + double(done) / double(all) * (Frame::plotWidth() - 2 * edge);
+    return roomLeft + edge + double(done) / double(all) * (Frame::plotWidth() - 2 * edge);
 }
 
 void drawHealth(Frame &frame, const HealthTrend &trend, const ReportWords &words)
@@ -239,7 +239,8 @@ void drawHealth(Frame &frame, const HealthTrend &trend, const ReportWords &words
         const HealthTrend::Point &point = trend.points.at(position);
         frame.drawing.label(Ink::Text, line.at(position) - QPointF(0, 8), words.number(point.percent, 1),
                             Anchor::Middle, smallLetters, true);
-        frame.drawing.label(Ink::Faint, {anchor == Anchor::Start ? left : width - right, height - 8},
+        frame.drawing.label(Ink::Faint,
+                            {anchor == Anchor::Start ? roomLeft : chartWidth - roomRight, chartHeight - 8},
                             words.date(point.time), anchor, smallLetters);
     };
     if (trend.points.size() > 1)

@@ -16,7 +16,7 @@ namespace {
 constexpr int widestCell
     = 6; // share of a column; a table with more columns or wider ones becomes a list on a telephone
 constexpr int mostNarrowColumns = 3;
-constexpr int longFact = 120; // characters that need the whole width
+constexpr int longFactOnScreen = 120; // characters that need the whole width
 
 QString name(const char *text)
 {
@@ -167,7 +167,7 @@ private:
     {
         begin("dl");
         for (const ReportFact &fact : facts) {
-            const bool isLong = fact.text.size() > longFact || fact.text.contains(QLatin1Char('\n'));
+            const bool isLong = fact.text.size() > longFactOnScreen || fact.text.contains(QLatin1Char('\n'));
             begin("div", isLong ? "wide" : nullptr);
             element("dt", fact.name);
             begin("dd");

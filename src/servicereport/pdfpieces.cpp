@@ -8,8 +8,8 @@ namespace {
 constexpr qreal bodySize = 9.5; // points
 constexpr qreal smallSize = 8;
 constexpr qreal cellPadding = 3;
-constexpr int mostCellLines = 30; // of one cell: a row stays lower than a page
-constexpr int longFact = 70;      // characters that need the whole width
+constexpr int mostCellLines = 30;   // of one cell: a row stays lower than a page
+constexpr int longFactOnPaper = 70; // characters that need the whole width
 constexpr qreal barWidth = 2;
 constexpr qreal factNameWidth = 98;
 constexpr qreal pictureScale = 0.72; // points for a pixel
@@ -148,7 +148,7 @@ void PdfPieces::addFacts(const QVector<ReportFact> &facts)
         waiting.clear();
     };
     for (const ReportFact &fact : facts) {
-        if (fact.text.size() > longFact || fact.text.contains(QLatin1Char('\n'))) {
+        if (fact.text.size() > longFactOnPaper || fact.text.contains(QLatin1Char('\n'))) {
             flush();
             addLongFact(fact);
         } else if (waiting.isEmpty()) {

@@ -13,8 +13,8 @@
 
 namespace {
 
-constexpr int mostNames = 1000; // tried for one report
-constexpr int longestName = 40; // characters of the vehicle's name
+constexpr int mostNames = 1000;     // tried for one report
+constexpr int longestNamePart = 40; // characters of the vehicle's name
 
 /*! Letters and digits of any script, with one dash for whatever stands between them. */
 QString fileNamePart(const QString &text)
@@ -25,7 +25,7 @@ QString fileNamePart(const QString &text)
             part += character;
         else if (!part.isEmpty() && !part.endsWith(QLatin1Char('-')))
             part += QLatin1Char('-');
-        if (part.size() >= longestName)
+        if (part.size() >= longestNamePart)
             break;
     }
     return part.endsWith(QLatin1Char('-')) ? part.chopped(1) : part;

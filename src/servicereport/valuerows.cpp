@@ -13,8 +13,6 @@
 #include <algorithm>
 #include <iterator>
 
-using CanOpen::ObjectKey;
-
 namespace {
 
 /*! An object whose entries are rows, and the objects of the component that limit them. */
@@ -212,7 +210,7 @@ private:
         return limits.minimum.isValid() ? ReportTr::tr("at least %1").arg(minimum) : QString();
     }
 
-    ReportMark foundMark(ObjectKey key) const
+    ReportMark foundMark(CanOpen::ObjectKey key) const
     {
         ReportMark mark = ReportMark::None;
         for (const Finding &finding : m_findings) {

@@ -7,8 +7,8 @@ namespace Simulator {
 
 namespace {
 
-constexpr qint64 longestCatchUp = 200000; // microseconds
-constexpr qint64 mostCatchUpPeriods = 10; // of slow actions
+constexpr qint64 longestPeriodicCatchUp = 200000; // microseconds
+constexpr qint64 mostCatchUpPeriods = 10;         // of slow actions
 
 } // namespace
 
@@ -33,7 +33,7 @@ void Agenda::runPeriodic(quint64 number)
     if (found == m_periodic.end())
         return;
     Periodic &periodic = found->second;
-    const qint64 catchUp = std::max(longestCatchUp, mostCatchUpPeriods * periodic.period);
+    const qint64 catchUp = std::max(longestPeriodicCatchUp, mostCatchUpPeriods * periodic.period);
     periodic.due = std::max(periodic.due + periodic.period, m_now - catchUp);
     m_actions.emplace(Entry{periodic.due, number}, [this, number] { runPeriodic(number); });
     // The action may cancel itself.

@@ -121,9 +121,13 @@ constexpr qint64 most32Bits = 0xFFFFFFFF;
 constexpr qint64 most40Bits = 0xFFFFFFFFFF;
 constexpr qint64 farthest = 1000000000; // ms
 
-using namespace Faults; // the names of the kinds
+} // namespace
 
-constexpr FaultInfo faults[] = {
+// The table stands beside the kinds, so that their names are these and not others of the bus.
+namespace Faults {
+namespace {
+
+constexpr FaultInfo faultTable[] = {
     row<Silent>("silent", Place::Node, {number<&Silent::from>("from", 0, million)}),
     row<NoBootUp>("noBootUp", Place::Node),
     row<NoHeartbeat>("noHeartbeat", Place::Node),
@@ -201,12 +205,20 @@ constexpr FaultInfo faults[] = {
                          {number<&Faults::BusLoss::afterFrames>("afterFrames", 0, 1000000000),
                           flag<&Faults::BusLoss::drop>("drop")}),
 };
-static_assert(sizeof(faults) / sizeof(faults[0]) == std::variant_size_v<Fault>, "one row per kind");
+
+} // namespace
+} // namespace Faults
+
+namespace {
+
+using Faults::faultTable;
+
+static_assert(sizeof(faultTable) / sizeof(faultTable[0]) == std::variant_size_v<Fault>, "one row per kind");
 
 constexpr bool isInOrder()
 {
     std::size_t place = 0;
-    for (const FaultInfo &info : faults) {
+    for (const FaultInfo &info : faultTable) {
         if (info.kind != place++)
             return false;
     }
@@ -216,10 +228,10 @@ static_assert(isInOrder(), "a kind is the place of its row");
 
 const FaultInfo *findInfo(const QString &name)
 {
-    const auto found = std::find_if(std::begin(faults), std::end(faults), [&name](const FaultInfo &info) {
-        return name == QLatin1String(info.name);
-    });
-    return found != std::end(faults) ? found : nullptr;
+    const auto found
+        = std::find_if(std::begin(faultTable), std::end(faultTable),
+                       [&name](const FaultInfo &info) { return name == QLatin1String(info.name); });
+    return found != std::end(faultTable) ? found : nullptr;
 }
 
 const Parameter *findParameter(const FaultInfo &info, const QString &name)
@@ -283,23 +295,23 @@ bool readKey(const FaultInfo &info, const QString &key, const QJsonValue &value,
 
 QString faultName(const Fault &fault)
 {
-    return QLatin1String(faults[fault.index()].name);
+    return QLatin1String(faultTable[fault.index()].name);
 }
 
 bool isBusFault(const Fault &fault)
 {
-    return faults[fault.index()].place != Place::Node;
+    return faultTable[fault.index()].place != Place::Node;
 }
 
 bool isNodeFault(const Fault &fault)
 {
-    return faults[fault.index()].place != Place::Bus;
+    return faultTable[fault.index()].place != Place::Bus;
 }
 
 QStringList faultNames()
 {
     QStringList names;
-    for (const FaultInfo &info : faults)
+    for (const FaultInfo &info : faultTable)
         names.append(QLatin1String(info.name));
     return names;
 }

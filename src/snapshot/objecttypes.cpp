@@ -8,7 +8,6 @@
 namespace {
 
 using CanOpen::DataType;
-using CanOpen::ObjectKey;
 
 struct TypedObject
 {
@@ -68,7 +67,7 @@ constexpr TypedRange ranges[] = {
     {0x1A00, 0x1BFF, 1, 64, DataType::Unsigned32},
 };
 
-using TypeMap = QMap<ObjectKey, QVector<DataType>>;
+using TypeMap = QMap<CanOpen::ObjectKey, QVector<DataType>>;
 
 TypeMap typesOfSingleObjects()
 {
@@ -90,7 +89,7 @@ TypeMap typesOfSingleObjects()
 
 } // namespace
 
-QVector<DataType> ObjectTypes::known(ObjectKey key)
+QVector<DataType> ObjectTypes::known(CanOpen::ObjectKey key)
 {
     static const TypeMap types = typesOfSingleObjects();
     const auto single = types.constFind(key);

@@ -11,16 +11,15 @@
 namespace {
 
 using CanOpen::NmtState;
-using CanOpen::ObjectKey;
 using CanOpen::SdoOutcome;
 
 // What tells one device from another.
-constexpr ObjectKey identityKeys[] = {
+constexpr CanOpen::ObjectKey identityKeys[] = {
     {Object::deviceType, 0}, {Object::identity, 1}, {Object::identity, 2},
     {Object::identity, 3},   {Object::identity, 4},
 };
 
-bool isIdentity(ObjectKey key)
+bool isIdentity(CanOpen::ObjectKey key)
 {
     return std::find(std::begin(identityKeys), std::end(identityKeys), key) != std::end(identityKeys);
 }
@@ -49,7 +48,7 @@ void SnapshotNodeReader::resume(const SnapshotNode &earlier)
     m_node.nmtState = earlier.nmtState;
     if (m_node.dataSheet.isEmpty())
         m_node.dataSheet = earlier.dataSheet;
-    QVector<ObjectKey> keys(std::begin(identityKeys), std::end(identityKeys));
+    QVector<CanOpen::ObjectKey> keys(std::begin(identityKeys), std::end(identityKeys));
     for (const SnapshotEntry &entry : earlier.entries) {
         if (isSettled(&entry) || !entry.isGap())
             m_node.entries.append(entry);

@@ -13,7 +13,6 @@
 namespace {
 
 using CanOpen::DataType;
-using CanOpen::ObjectKey;
 
 // What tells who the device is; asked before everything else.
 constexpr quint16 firstObjects[] = {Object::deviceType, Object::identity, 0x1008, 0x1009, 0x100A};
@@ -66,7 +65,7 @@ const SubIndices &knownSubIndices()
     return subIndices;
 }
 
-quint32 codeOf(ObjectKey key)
+quint32 codeOf(CanOpen::ObjectKey key)
 {
     return quint32(key.index) << 8 | key.subIndex;
 }
@@ -134,8 +133,8 @@ void SnapshotPlan::planFull()
     }
     for (const quint16 index : furtherObjects)
         add({index, 0});
-    const QVector<ObjectKey> listed = m_dataSheet.keys();
-    for (const ObjectKey key : listed) {
+    const QVector<CanOpen::ObjectKey> listed = m_dataSheet.keys();
+    for (const CanOpen::ObjectKey key : listed) {
         if (key.index >= firstObjectIndex)
             add(key);
     }
@@ -158,24 +157,24 @@ bool SnapshotPlan::holdsOnly(SnapshotGap gap) const
                        [gap](const SnapshotQuestion &question) { return question.gap == gap; });
 }
 
-void SnapshotPlan::reduceTo(const QVector<ObjectKey> &keys)
+void SnapshotPlan::reduceTo(const QVector<CanOpen::ObjectKey> &keys)
 {
     const auto isUnwanted
         = [&keys](const SnapshotQuestion &question) { return !keys.contains(question.key); };
     m_pending.erase(std::remove_if(m_pending.begin(), m_pending.end(), isUnwanted), m_pending.end());
     for (SnapshotQuestion &question : m_pending)
         question.isProbe = false;
-    for (const ObjectKey key : keys)
+    for (const CanOpen::ObjectKey key : keys)
         add(key);
 }
 
-QVector<DataType> SnapshotPlan::typesOf(ObjectKey key) const
+QVector<DataType> SnapshotPlan::typesOf(CanOpen::ObjectKey key) const
 {
     const CanOpen::ObjectEntry *listed = m_dataSheet.find(key);
     return listed != nullptr ? QVector<DataType>{listed->type} : ObjectTypes::known(key);
 }
 
-CanOpen::SdoProtocol SnapshotPlan::protocolOf(ObjectKey key) const
+CanOpen::SdoProtocol SnapshotPlan::protocolOf(CanOpen::ObjectKey key) const
 {
     const CanOpen::ObjectEntry *listed = m_dataSheet.find(key);
     const bool isLong
@@ -195,20 +194,20 @@ QVector<SnapshotEntry> SnapshotPlan::note(const SnapshotQuestion &question, cons
     return {entry};
 }
 
-void SnapshotPlan::add(ObjectKey key, bool isProbe)
+void SnapshotPlan::add(CanOpen::ObjectKey key, bool isProbe)
 {
     if (isNew(key))
         m_pending.push_back({key, isProbe});
 }
 
-void SnapshotPlan::addFirst(ObjectKey key, bool isProbe)
+void SnapshotPlan::addFirst(CanOpen::ObjectKey key, bool isProbe)
 {
     if (isNew(key))
         m_pending.push_front({key, isProbe});
 }
 
 /*! Whether the entry is to be asked for and was never planned; it is from now on. */
-bool SnapshotPlan::isNew(ObjectKey key)
+bool SnapshotPlan::isNew(CanOpen::ObjectKey key)
 {
     const CanOpen::ObjectEntry *listed = m_dataSheet.find(key);
     if (m_known.contains(codeOf(key)) || (listed != nullptr && listed->access == CanOpen::Access::WriteOnly))

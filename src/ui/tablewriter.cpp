@@ -9,7 +9,7 @@
 
 namespace {
 
-enum Column { NameColumn, ValueColumn };
+enum CellColumn { NameCell, ValueCell };
 
 /*! A list without a frame on the background of the table's row. */
 std::unique_ptr<QComboBox> listBox(const QStringList &entries, const QPalette &tablePalette)
@@ -62,7 +62,7 @@ void TableWriter::placeRow(int position, const DetailRow &row)
         item->setToolTip(row.toolTip);
     if (row.color)
         item->setForeground(QBrush(*row.color));
-    m_table.setItem(position, ValueColumn, item.release());
+    m_table.setItem(position, ValueCell, item.release());
 }
 
 void TableWriter::placeListRow(int position, const QString &name, const QString &toolTip,
@@ -70,7 +70,7 @@ void TableWriter::placeListRow(int position, const QString &name, const QString 
 {
     m_table.insertRow(position);
     setName(position, name, toolTip);
-    m_table.setCellWidget(position, ValueColumn, listBox(entries, m_table.palette()).release());
+    m_table.setCellWidget(position, ValueCell, listBox(entries, m_table.palette()).release());
 }
 
 void TableWriter::placeSeparator(int position)
@@ -84,5 +84,5 @@ void TableWriter::setName(int position, const QString &name, const QString &tool
     item->setFlags(item->flags() & ~Qt::ItemIsEditable);
     if (!toolTip.isEmpty())
         item->setToolTip(toolTip);
-    m_table.setItem(position, NameColumn, item.release());
+    m_table.setItem(position, NameCell, item.release());
 }

@@ -15,7 +15,7 @@ constexpr int tokenBits = 16;
 constexpr int mostBits = 64;
 constexpr int mostAttempts = 1000; // then there are more secrets than tokens
 constexpr int keyWords = 8;
-constexpr int base = 16;
+constexpr int hexadecimalBase = 16;
 const QLatin1String front("masked-");
 
 /*! One form for all ways to write a secret. */
@@ -76,7 +76,7 @@ quint64 Mask::number(quint64 secret, int bits)
     if (secret == 0 || secret == highest)
         return secret;
     const QByteArray form = QByteArray::number(secret);
-    const quint64 token = tokenOf(form).toUInt(nullptr, base);
+    const quint64 token = tokenOf(form).toUInt(nullptr, hexadecimalBase);
     const auto random = qFromLittleEndian<quint64>(digest(form, 0).constData() + tokenDigits);
     const quint64 number = ((random << tokenBits) | token) & highest;
     return number != secret ? number : number ^ 1;

@@ -28,8 +28,8 @@ constexpr quint32 noNumber = 0xFFFFFFFF;
 constexpr int wordSize = 4;
 constexpr int longestNumber = 8; // bytes
 constexpr int shortestText = 5;  // bytes that are printable all of them
-constexpr int byteBits = 8;
-constexpr int base = 16;
+constexpr int bitsOfByte = 8;
+constexpr int numberBase = 16;
 
 bool isPrintable(const QByteArray &bytes)
 {
@@ -45,7 +45,7 @@ quint64 numberOf(const QByteArray &bytes)
 {
     quint64 number = 0;
     for (int i = bytes.size() - 1; i >= 0; --i)
-        number = number << byteBits | static_cast<quint8>(bytes.at(i));
+        number = number << bitsOfByte | static_cast<quint8>(bytes.at(i));
     return number;
 }
 
@@ -138,7 +138,7 @@ void Masking::learnNumber(quint64 number)
     m_runs.insert(QString::number(number));
     if (number < leastInBytes)
         return;
-    m_runs.insert(QString::number(number, base).toUpper());
+    m_runs.insert(QString::number(number, numberBase).toUpper());
     if (number < noNumber)
         m_numbers.insert(static_cast<quint32>(number));
 }
@@ -252,7 +252,7 @@ QString Masking::replaceRun(const QString &run, Length length)
     const QRegularExpressionMatch hex = hexadecimal.match(run);
     if (hex.hasMatch() && isKnown(hex.captured(2).toUpper())) {
         bool isNumber = false;
-        const quint64 number = hex.captured(2).toULongLong(&isNumber, base);
+        const quint64 number = hex.captured(2).toULongLong(&isNumber, numberBase);
         const bool isDecimal = m_runs.contains(QString::number(hex.captured(2).toULongLong()));
         const QString secret = isDecimal || !isNumber ? hex.captured(2) : QString::number(number);
         return length == Length::Free ? m_mask.word(secret) : m_mask.text(secret, run.size());
@@ -282,7 +282,7 @@ QByteArray Masking::value(CanOpen::ObjectKey key, const QByteArray &value)
     }
     if (isSecret(key) && !value.isEmpty()) {
         QByteArray masked = value;
-        const auto number = qToLittleEndian(m_mask.number(numberOf(value), value.size() * byteBits));
+        const auto number = qToLittleEndian(m_mask.number(numberOf(value), value.size() * bitsOfByte));
         std::copy_n(reinterpret_cast<const char *>(&number), value.size(), masked.begin());
         return masked;
     }
@@ -299,7 +299,7 @@ void Masking::sweep(char *bytes, int size)
         const auto word = qFromLittleEndian<quint32>(bytes + at);
         if (!m_numbers.contains(word))
             continue;
-        qToLittleEndian(static_cast<quint32>(m_mask.number(word, wordSize * byteBits)), bytes + at);
+        qToLittleEndian(static_cast<quint32>(m_mask.number(word, wordSize * bitsOfByte)), bytes + at);
         at += wordSize - 1;
     }
 }

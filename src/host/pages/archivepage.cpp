@@ -36,7 +36,6 @@
 
 namespace {
 
-constexpr int margin = 9;
 constexpr int typingTime = 200; // ms without a key, before the archive is asked
 constexpr int longestSearch = 200;
 
@@ -67,8 +66,9 @@ ArchivePage::ArchivePage(VehicleRecords *records, CheckupSession *session, QWidg
 void ArchivePage::build()
 {
     auto *layout = new PageLayout(this);
-    layout->setContentsMargins(margin, margin, margin, margin);
-    layout->setSpacing(margin - 3);
+    layout->setContentsMargins(PageLayout::margin, PageLayout::margin, PageLayout::margin,
+                               PageLayout::margin);
+    layout->setSpacing(PageLayout::gap);
     layout->addWidget(buildTop());
     m_problem = makeLabel("archiveProblem", this);
     m_problem->setTextInteractionFlags(Qt::TextSelectableByMouse);

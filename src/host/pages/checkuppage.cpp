@@ -26,7 +26,6 @@
 
 namespace {
 
-constexpr int margin = 9;
 constexpr int lightSize = 26;
 constexpr int barSteps = 1000;
 constexpr int leastBarWidth = 90;
@@ -71,8 +70,9 @@ CheckupPage::CheckupPage(CheckupSession *session, QWidget *parent)
     m_compareMenu->addActions({m_compareLast, m_compareFile});
 
     auto *layout = new PageLayout(this);
-    layout->setContentsMargins(margin, margin, margin, margin);
-    layout->setSpacing(margin - 3);
+    layout->setContentsMargins(PageLayout::margin, PageLayout::margin, PageLayout::margin,
+                               PageLayout::margin);
+    layout->setSpacing(PageLayout::gap);
     layout->addWidget(buildTop());
     layout->addWidget(buildVerdict());
     layout->addWidget(buildCentre(), 1);

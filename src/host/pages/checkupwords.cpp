@@ -18,7 +18,7 @@ constexpr qint64 msPerSecond = 1000;
 constexpr qint64 secondsPerMinute = 60;
 constexpr int longestName = 80; // characters of what a person or a device called something
 
-QString shortened(const QString &text)
+QString shortName(const QString &text)
 {
     const QString plain = CanOpen::plainText(text).simplified();
     return plain.size() <= longestName ? plain : plain.left(longestName) + QStringLiteral("…");
@@ -108,10 +108,10 @@ QString CheckupWords::verdict(const CheckupRecord &record)
 QString CheckupWords::vehicle(const CheckupRecord &record)
 {
     QStringList parts;
-    const QString name = shortened(ReportHead::vehicleName(record.snapshot));
+    const QString name = shortName(ReportHead::vehicleName(record.snapshot));
     parts << (name.isEmpty() ? tr("Vehicle without a serial number") : tr("Vehicle %1").arg(name));
     if (!record.snapshot.notes.customer.isEmpty())
-        parts << shortened(record.snapshot.notes.customer);
+        parts << shortName(record.snapshot.notes.customer);
     if (record.snapshot.time.isValid())
         parts << dateAndTime(record.snapshot.time);
     if (record.source == CheckupRecord::Source::File)
@@ -125,7 +125,7 @@ QString CheckupWords::vehicle(const CheckupRecord &record)
 
 QString CheckupWords::fileName(const CheckupRecord &record)
 {
-    QString name = shortened(ReportHead::vehicleName(record.snapshot));
+    QString name = shortName(ReportHead::vehicleName(record.snapshot));
     // What file systems do not like in names.
     name.remove(QRegularExpression(QStringLiteral("[\\x00-\\x1f<>:\"/\\\\|?*]")));
     if (name.trimmed().isEmpty())

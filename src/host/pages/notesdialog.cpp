@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int usualWidth = 46; // letters
+constexpr int usualNotesWidth = 46; // letters
 constexpr int noteLines = 4;
 constexpr int longestLine = 500; // characters
 
@@ -37,7 +37,7 @@ NotesDialog::NotesDialog(const SnapshotNotes &notes, QWidget *parent)
     m_note->setObjectName(QStringLiteral("noteText"));
     m_note->setTabChangesFocus(true);
     m_note->setFixedHeight(fontMetrics().lineSpacing() * noteLines + 12);
-    m_vehicle->setMinimumWidth(fontMetrics().averageCharWidth() * usualWidth);
+    m_vehicle->setMinimumWidth(fontMetrics().averageCharWidth() * usualNotesWidth);
     auto *form = new QFormLayout;
     form->addRow(tr("&Vehicle:"), m_vehicle);
     form->addRow(tr("&Customer:"), m_customer);

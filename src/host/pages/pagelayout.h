@@ -11,6 +11,9 @@ class PageLayout : public QVBoxLayout
     Q_OBJECT
 
 public:
+    static constexpr int margin = 9; //!< pixels around it
+    static constexpr int gap = 6;    //!< pixels between its parts
+
     using QVBoxLayout::QVBoxLayout;
 
     bool hasHeightForWidth() const override { return false; }

@@ -26,7 +26,7 @@
 
 namespace {
 
-constexpr int usualWidth = 44; // letters
+constexpr int usualWorkshopWidth = 44; // letters
 constexpr int addressLines = 3;
 
 QString languageName(const QString &language)
@@ -64,7 +64,7 @@ void ServiceReportDialog::build(const QString &folder)
     m_language->setObjectName(QStringLiteral("reportLanguage"));
     m_workshop->setObjectName(QStringLiteral("workshopName"));
     m_workshop->setText(settings.value(HostSettings::workshopName).toString());
-    m_workshop->setMinimumWidth(fontMetrics().averageCharWidth() * usualWidth);
+    m_workshop->setMinimumWidth(fontMetrics().averageCharWidth() * usualWorkshopWidth);
     m_lines->setPlainText(settings.value(HostSettings::workshopLines).toString());
     m_lines->setTabChangesFocus(true);
     m_lines->setFixedHeight(fontMetrics().lineSpacing() * addressLines + 12);

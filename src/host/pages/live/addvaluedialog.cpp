@@ -23,7 +23,7 @@ namespace {
 
 constexpr int usualPeriod = 500; // ms
 constexpr int periodStep = 100;
-constexpr QSize usualSize(620, 420);
+constexpr QSize usualListSize(620, 420);
 
 } // namespace
 
@@ -41,7 +41,7 @@ AddValueDialog::AddValueDialog(LiveSession *session, QWidget *parent)
     setWindowTitle(tr("Add values to the watch list"));
     showKnown();
     build();
-    resize(usualSize.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
+    resize(usualListSize.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
     showState();
 }
 

@@ -7,8 +7,6 @@
 
 #include <algorithm>
 
-using CanOpen::ObjectKey;
-
 namespace {
 
 constexpr int lastCell = 254; // highest sub-index of an array (CiA 301)
@@ -44,7 +42,7 @@ void BatteryInquiry::cancel()
     m_open = 0;
 }
 
-void BatteryInquiry::ask(ObjectKey key)
+void BatteryInquiry::ask(CanOpen::ObjectKey key)
 {
     ++m_open;
     m_questions.ask(m_answer.nodeId, key);
@@ -61,7 +59,7 @@ void BatteryInquiry::handleAnswer(const CanOpen::SdoOutcome &outcome)
     if (isEnd(entry)) {
         cancel();
     } else if (isCount && m_open == 0 && !m_answer.cells.isEmpty()) {
-        for (const ObjectKey other : BatteryObjects::others)
+        for (const CanOpen::ObjectKey other : BatteryObjects::others)
             ask(other);
     }
     if (m_open > 0)

@@ -21,7 +21,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto refreshTime = 1000ms;
-constexpr QSize usualSize(860, 440);
+constexpr QSize usualNumbersSize(860, 440);
 
 } // namespace
 
@@ -47,7 +47,7 @@ NumbersDialog::NumbersDialog(LiveSession *session, QWidget *parent)
     addTable("busNumbers", tr("Bus"), &m_bus, 1);
     addTable("nodeNumbers", tr("Devices"), &m_nodes, nothingWide);
     addTable("findingNumbers", tr("Findings"), &m_findings, 2);
-    resize(usualSize.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
+    resize(usualNumbersSize.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
     m_timer.setInterval(refreshTime);
     connect(&m_timer, &QTimer::timeout, this, &NumbersDialog::refresh);
     m_timer.start();

@@ -2,6 +2,7 @@
 #include "findbar.h"
 
 #include "tracemodel.h"
+#include "workslice.h"
 
 #include <host/pages/plainlabel.h>
 
@@ -16,7 +17,6 @@ namespace {
 
 constexpr int rowsBetweenLooks = 64; // at the clock
 constexpr int rowsInSlice = 20000;   // where the clock is too coarse to tell
-constexpr qint64 slice = 12;         // ms
 constexpr int leastCharacters = 10;
 
 } // namespace
@@ -96,8 +96,8 @@ void FindBar::look()
 {
     QElapsedTimer clock;
     clock.start();
-    for (int looked = 0;
-         m_search.state() == TraceSearch::State::Looking && looked < rowsInSlice && clock.elapsed() < slice;
+    for (int looked = 0; m_search.state() == TraceSearch::State::Looking && looked < rowsInSlice
+                         && clock.elapsed() < workSlice;
          looked += rowsBetweenLooks)
         m_search.advance(rowsBetweenLooks);
     tell();

@@ -2,6 +2,7 @@
 #include "tracemodel.h"
 
 #include "tracetimes.h"
+#include "workslice.h"
 
 #include <host/pages/lighticon.h>
 #include <host/pages/plaintooltip.h>
@@ -15,7 +16,6 @@ namespace {
 
 constexpr std::size_t linesBetweenLooks = 256; // at the clock
 constexpr std::size_t linesInSlice = 50000;    // where the clock is too coarse to tell
-constexpr qint64 slice = 12;                   // ms
 
 /*! Nodes stand apart from the differences before them. */
 int alignment(int column)
@@ -87,7 +87,7 @@ void TraceModel::look()
     QElapsedTimer clock;
     clock.start();
     std::vector<quint32> found;
-    for (std::size_t looked = 0; !m_rows.isComplete() && looked < linesInSlice && clock.elapsed() < slice;
+    for (std::size_t looked = 0; !m_rows.isComplete() && looked < linesInSlice && clock.elapsed() < workSlice;
          looked += linesBetweenLooks) {
         const std::vector<quint32> some = m_rows.examine(linesBetweenLooks);
         found.insert(found.end(), some.begin(), some.end());

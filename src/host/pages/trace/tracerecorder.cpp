@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr int tickInterval = 100; // ms
+constexpr int recordingInterval = 100; // ms
 constexpr FaultSaving::Settings savingTimes{5 * Microseconds::ofSecond, 60 * Microseconds::ofSecond};
 
 qint64 timeOfDay()
@@ -46,7 +46,7 @@ TraceRecorder::TraceRecorder(BusConnection *bus, QObject *parent)
     , m_time(timeOfDay())
 {
     m_steady.start();
-    m_timer.setInterval(tickInterval);
+    m_timer.setInterval(recordingInterval);
     connect(&m_timer, &QTimer::timeout, this, &TraceRecorder::tick);
     connect(bus, &BusConnection::frameReceived, this,
             [this](const QCanBusFrame &frame) { take(frame, TraceFrame::Flag(0)); });
