@@ -2,6 +2,16 @@
 # One function per kind of target, so that a folder's CMakeLists.txt reads like its table of contents.
 include(CMakeParseArguments)
 
+# Reading the headers is most of the time that a source takes to compile, so several are compiled as one. The fuzz targets
+# build without it, so that no source lives on what others include.
+set(OVERVIEW_UNITY_BATCH 12 CACHE STRING "How many sources are compiled as one")
+mark_as_advanced(OVERVIEW_UNITY_BATCH)
+function(overview_unite_sources name)
+    set_target_properties(${name} PROPERTIES
+        UNITY_BUILD ${OVERVIEW_UNITY_BUILD}
+        UNITY_BUILD_BATCH_SIZE ${OVERVIEW_UNITY_BATCH})
+endfunction()
+
 # overview_add_library(<name> SOURCES <file>... [PUBLIC_DEPENDS <target>...] [PRIVATE_DEPENDS <target>...])
 # A static library, or an interface library when it has headers only.
 function(overview_add_library name)
@@ -14,6 +24,7 @@ function(overview_add_library name)
             PUBLIC ${ARG_PUBLIC_DEPENDS}
             PRIVATE overview_flags ${ARG_PRIVATE_DEPENDS})
         target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+        overview_unite_sources(${name})
         if(TARGET precompiled_sources)
             target_precompile_headers(${name} REUSE_FROM precompiled_sources)
         endif()
@@ -30,6 +41,7 @@ function(overview_add_program name)
     cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE overview_flags ${ARG_DEPENDS})
+    overview_unite_sources(${name})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${OVERVIEW_BIN_DIR}")
 endfunction()
 
@@ -39,6 +51,7 @@ function(overview_add_module name)
     cmake_parse_arguments(ARG "" "SUBDIR" "SOURCES;DEPENDS" ${ARGN})
     add_library(${name} MODULE ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE overview_flags ${ARG_DEPENDS})
+    overview_unite_sources(${name})
     set_target_properties(${name} PROPERTIES
         PREFIX ""
         LIBRARY_OUTPUT_DIRECTORY "${OVERVIEW_BIN_DIR}/${ARG_SUBDIR}")
