@@ -4,8 +4,8 @@
 #include "usertraces.h"
 
 #include <canopen/cobid.h>
-#include <system/background.h>
 #include <system/amounts.h>
+#include <system/background.h>
 #include <trace/files/tracefile.h>
 
 #include <QLoggingCategory>
