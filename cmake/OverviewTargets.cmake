@@ -4,12 +4,22 @@ include(CMakeParseArguments)
 
 # Reading the headers is most of the time that a source takes to compile, so several are compiled as one. The fuzz targets
 # build without it, so that no source lives on what others include.
-set(OVERVIEW_UNITY_BATCH 12 CACHE STRING "How many sources are compiled as one")
+set(OVERVIEW_UNITY_BATCH 16 CACHE STRING "How many sources are compiled as one")
 mark_as_advanced(OVERVIEW_UNITY_BATCH)
+
+# overview_unite_sources(<target>)
 function(overview_unite_sources name)
-    set_target_properties(${name} PROPERTIES
-        UNITY_BUILD ${OVERVIEW_UNITY_BUILD}
-        UNITY_BUILD_BATCH_SIZE ${OVERVIEW_UNITY_BATCH})
+    if(NOT OVERVIEW_UNITY_BUILD)
+        return()
+    endif()
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${OVERVIEW_UNITY_BATCH})
+    # What moc makes of the headers is one source more that reads them all; CMake alone would compile it by itself.
+    set(mocs "${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/mocs_compilation.cpp")
+    set(united "${CMAKE_CURRENT_BINARY_DIR}/${name}_mocs.cpp")
+    file(GENERATE OUTPUT "${united}" CONTENT "#include \"${mocs}\"\n")
+    set_source_files_properties("${mocs}" PROPERTIES HEADER_FILE_ONLY ON)
+    set_source_files_properties("${united}" PROPERTIES SKIP_AUTOGEN ON)
+    target_sources(${name} PRIVATE "${united}")
 endfunction()
 
 # overview_add_library(<name> SOURCES <file>... [PUBLIC_DEPENDS <target>...] [PRIVATE_DEPENDS <target>...])
