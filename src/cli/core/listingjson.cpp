@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "nodelisting.h"
 
+#include "jsonornull.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -27,11 +29,6 @@ QJsonValue colorName(const std::optional<Qt::GlobalColor> &color)
             return QLatin1String(row.name);
     }
     return QJsonValue::Null;
-}
-
-QJsonValue textOrNull(const QString &text)
-{
-    return text.isEmpty() ? QJsonValue(QJsonValue::Null) : QJsonValue(text);
 }
 
 QJsonArray componentArray(const QVector<Component> &components)
