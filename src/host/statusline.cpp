@@ -3,11 +3,11 @@
 
 #include <bus/buswords.h>
 #include <host/core/hostservices.h>
+#include <host/pages/elidedlabel.h>
 
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPainter>
 #include <QProgressBar>
 #include <QStyle>
 #include <QToolButton>
@@ -23,22 +23,6 @@ constexpr auto refreshInterval = 500ms;
 constexpr int progressWidth = 120; // pixels
 constexpr double millisecondsPerSecond = 1000.0;
 
-/*! A line of text that ends in "..." where the room ends. */
-class ElidedLabel : public QLabel
-{
-public:
-    using QLabel::QLabel;
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter painter(this);
-        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
-        style()->drawItemText(&painter, rect(), Qt::AlignVCenter | Qt::AlignLeft, palette(), isEnabled(),
-                              shown, foregroundRole());
-    }
-};
-
 QLabel *makeLabel(const QString &name, QWidget *parent)
 {
     auto *label = new QLabel(parent);
@@ -53,7 +37,7 @@ StatusLine::StatusLine(HostServices *services, QWidget *parent)
     : QWidget(parent)
     , m_services(services)
     , m_bus(&services->bus())
-    , m_state(new ElidedLabel(this))
+    , m_state(new ElidedLabel("stateLabel", Qt::ElideRight, this))
     , m_progress(new QProgressBar(this))
     , m_timeLeft(makeLabel(QStringLiteral("timeLeftLabel"), this))
     , m_cancel(new QToolButton(this))
@@ -76,8 +60,6 @@ void StatusLine::build()
 {
     // A long sentence must not widen the window.
     m_state->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    m_state->setObjectName(QStringLiteral("stateLabel"));
-    m_state->setTextFormat(Qt::PlainText);
 
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(6, 0, 6, 0);

@@ -5,6 +5,7 @@
 
 #include <QFont>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QTextLayout>
 #include <QTextOption>
 
@@ -16,6 +17,18 @@ QString printable(const QString &text)
     for (QString &line : lines)
         line = CanOpen::plainText(line.endsWith(QLatin1Char('\r')) ? line.chopped(1) : line);
     return lines.join(QChar(QChar::LineSeparator));
+}
+
+/*! Where a line from \a begin on had better end than at \a end: before the number of an object, "1003h.0", that would be
+ *  broken behind its dot. \a end when it is not, or when the line has nothing else.
+ */
+int unbrokenEnd(const QString &text, int begin, int end)
+{
+    static const QRegularExpression broken(QStringLiteral("\\S*\\b[0-9A-F]{4}h\\.\\z"));
+    if (end >= text.size() || !text.at(end).isDigit())
+        return end;
+    const QRegularExpressionMatch match = broken.match(text.mid(begin, end - begin));
+    return match.hasMatch() && match.capturedStart() > 0 ? begin + match.capturedStart() : end;
 }
 
 } // namespace
@@ -33,6 +46,10 @@ PdfText::PdfText(const QString &text, const QFont &font, Ink ink, qreal width, Q
     qreal y = 0;
     for (QTextLine line = m_layout->createLine(); line.isValid(); line = m_layout->createLine()) {
         line.setLineWidth(width);
+        const int end = line.textStart() + line.textLength();
+        const int better = unbrokenEnd(m_layout->text(), line.textStart(), end);
+        if (better < end)
+            line.setNumColumns(better - line.textStart(), width);
         line.setPosition(QPointF(0, y));
         y += line.height();
         if (m_layout->lineCount() == mostLines)

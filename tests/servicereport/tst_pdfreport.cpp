@@ -71,6 +71,7 @@ private slots:
     void hostileTexts_data();
     void hostileTexts();
     void longNoteGoesOnOverPages();
+    void numbersOfObjectsAreNotBroken();
 };
 
 void tst_PdfReport::initTestCase()
@@ -232,6 +233,22 @@ void tst_PdfReport::hostileTexts()
     // What stands at the very end is there, and nothing that the hostile text may turn around.
     QVERIFY(written.contains(QStringLiteral("certutil")));
     QVERIFY(!written.contains(QChar(0x202E)) && !written.contains(QChar(0x1B)));
+}
+
+void tst_PdfReport::numbersOfObjectsAreNotBroken()
+{
+    ServiceReportData data = ReportExample::data();
+    QStringList lines;
+    for (int i = 40; i < 70; ++i) // somewhere the line ends at each letter
+        lines << QString(i, QLatin1Char('x')) + QStringLiteral(" was reported (1003h.0) and (6164h.12).");
+    data.snapshot.notes.note = lines.join(QLatin1Char('\n'));
+    const QStringList drawn = textOf(toPdf(makeServiceReport(data), QPageSize::A4)).split(QLatin1Char('\n'));
+    int numbers = 0;
+    for (const QString &line : drawn) {
+        QVERIFY2(!line.endsWith(QLatin1String("h.")), qPrintable(line));
+        numbers += line.count(QLatin1String("(1003h.0)")) + line.count(QLatin1String("(6164h.12)"));
+    }
+    QCOMPARE(numbers, 60);
 }
 
 void tst_PdfReport::longNoteGoesOnOverPages()

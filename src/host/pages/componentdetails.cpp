@@ -4,12 +4,12 @@
 #include "checkuprecord.h"
 #include "componenttext.h"
 #include "copytable.h"
+#include "detailsbrowser.h"
 #include "lighticon.h"
 
 #include <QEvent>
 #include <QPainter>
 #include <QTabWidget>
-#include <QTextBrowser>
 #include <QVBoxLayout>
 
 namespace {
@@ -36,7 +36,7 @@ QImage imageOf(const ReportDrawing &drawing, qreal ratio)
 ComponentDetails::ComponentDetails(QWidget *parent)
     : QWidget(parent)
     , m_tabs(new QTabWidget(this))
-    , m_text(new QTextBrowser(this))
+    , m_text(new DetailsBrowser(this))
     , m_values(new CopyTable(this))
     , m_gaps(new CopyTable(this))
     , m_valueModel(EntryModel::Content::Values)

@@ -2,6 +2,7 @@
 #include "componenttext.h"
 
 #include "checkupwords.h"
+#include "detailsbrowser.h"
 
 #include <canopen/plaintext.h>
 #include <checkup/objectwords.h>
@@ -25,7 +26,7 @@ QString escaped(const QString &text)
     QStringList lines;
     const QStringList all = text.split(QLatin1Char('\n'));
     for (const QString &line : all)
-        lines << CanOpen::plainText(line).toHtmlEscaped();
+        lines << DetailsBrowser::unbroken(CanOpen::plainText(line)).toHtmlEscaped();
     return lines.join(QLatin1String("<br>"));
 }
 
