@@ -158,6 +158,10 @@ void tst_TraceCommand::convertsThereAndBack()
         QCOMPARE(back.status, 0);
         QCOMPARE(bytesOf("c.log"), aLog);
     }
+    // One alone
+    const QString one = write("one.log", "(1795336200.000000) can0 705#05\n");
+    QCOMPARE(trace(QStringLiteral("convert %1 %2").arg(one, path("one.asc"))).output,
+             QStringLiteral("Wrote %1: 1 frame\n").arg(path("one.asc")));
     // Onto itself
     QCOMPARE(trace(QStringLiteral("convert %1 %1").arg(source)).status, 0);
     QCOMPARE(bytesOf("a.log"), aLog);
@@ -169,7 +173,7 @@ void tst_TraceCommand::saysWhatAFormatDoesNotHold()
     const Result result = trace(QStringLiteral("convert %1 %2 --format trc-1.1").arg(source, path("b.trc")));
     QCOMPARE(result.errors,
              QStringLiteral("This format does not hold: which channel a frame is of, the names of "
-                            "channels, what error frames say, times finer than 100 us.\n"));
+                            "channels, what error frames say, times finer than 100 µs.\n"));
     QCOMPARE(result.status, 0);
     QVERIFY(bytesOf("b.trc").startsWith(";$FILEVERSION=1.1\n"));
 }

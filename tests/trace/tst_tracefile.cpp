@@ -515,14 +515,14 @@ void tst_TraceFile::whatIsLost_data()
     const auto row = [](const char *format, std::initializer_list<const char *> lost) {
         QStringList texts;
         for (const char *text : lost)
-            texts.append(QString::fromLatin1(text));
+            texts.append(QString::fromUtf8(text));
         QTest::newRow(format) << QString::fromLatin1(format) << texts;
     };
     row("candump", {});
     row("asc", {"the names of channels", "what error frames say"});
     row("trc", {"the names of channels", "what error frames say"});
     row("trc-1.1", {"which channel a frame is of", "the names of channels", "what error frames say",
-                    "times finer than 100 us"});
+                    "times finer than 100 µs"});
     row("pcap", {"which channel a frame is of", "the names of channels", "who sent a frame"});
     row("pcapng", {});
 }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "framecount.h"
 #include "tracecommand.h"
 
 #include <cli/core/commandarguments.h>
@@ -74,8 +75,8 @@ private:
         if (!lost.isEmpty())
             Console::printError(
                 TraceConvertTr::tr("This format does not hold: %1.").arg(lost.join(QLatin1String(", "))));
-        Console::print(
-            TraceConvertTr::tr("Wrote %1: %2 frames").arg(QDir::toNativeSeparators(m_to)).arg(m_frames));
+        Console::print(TraceConvertTr::tr("Wrote %1: %2")
+                           .arg(QDir::toNativeSeparators(m_to), FrameCount::text(m_frames)));
         return status;
     }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "bytecount.h"
 #include "busrecorder.h"
+#include "bytecount.h"
+#include "framecount.h"
 #include "tracecommand.h"
 
 #include <cli/core/commandarguments.h>
@@ -157,7 +158,7 @@ void report(const BusRecorder &recorder)
     const TraceRecording &recording = recorder.recording();
     const QStringList files = recording.files();
     const QString name = QDir::toNativeSeparators(files.value(0));
-    const QString what = TraceRecordTr::tr("%1 frames").arg(recording.frames());
+    const QString what = FrameCount::text(recording.frames());
     if (files.size() > 1)
         Console::print(TraceRecordTr::tr("Wrote %1 files from %2 on: %3").arg(files.size()).arg(name, what));
     else

@@ -50,7 +50,7 @@ constexpr DetailText detailTexts[] = {
     {Detail::Channels, QT_TRANSLATE_NOOP("TraceFile", "which channel a frame is of")},
     {Detail::ErrorDetails, QT_TRANSLATE_NOOP("TraceFile", "what error frames say")},
     {Detail::Sender, QT_TRANSLATE_NOOP("TraceFile", "who sent a frame")},
-    {Detail::FineTimes, QT_TRANSLATE_NOOP("TraceFile", "times finer than 100 us")},
+    {Detail::FineTimes, QT_TRANSLATE_NOOP("TraceFile", "times finer than 100 µs")},
 };
 
 struct Packing

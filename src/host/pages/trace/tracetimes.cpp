@@ -53,7 +53,7 @@ QString TraceTimes::difference(qint64 microseconds)
 {
     const qint64 size = qAbs(microseconds);
     if (size < Microseconds::ofMillisecond)
-        return tr("%1 us").arg(microseconds);
+        return tr("%1 µs").arg(microseconds);
     if (size < Microseconds::ofSecond)
         return tr("%1 ms").arg(double(microseconds) / double(Microseconds::ofMillisecond), 0, 'f', 1);
     if (size < Microseconds::ofMinute)
@@ -75,4 +75,14 @@ QString TraceTimes::count(quint64 number)
     if (number < million)
         return tr("%1 k").arg(number / thousand);
     return tr("%1 M").arg(double(number) / double(million), 0, 'f', 1);
+}
+
+QString TraceTimes::frames(quint64 number)
+{
+    return number == 1 ? tr("1 frame") : tr("%1 frames").arg(count(number));
+}
+
+QString TraceTimes::lines(quint64 number)
+{
+    return number == 1 ? tr("1 line") : tr("%1 lines").arg(count(number));
 }

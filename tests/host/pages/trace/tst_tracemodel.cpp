@@ -210,12 +210,12 @@ void tst_TraceModel::differences_data()
     QTest::addColumn<qint64>("time");
     QTest::addColumn<QString>("text");
 
-    QTest::newRow("none") << qint64(0) << QStringLiteral("0 us");
-    QTest::newRow("us") << qint64(912) << QStringLiteral("912 us");
+    QTest::newRow("none") << qint64(0) << QStringLiteral("0 µs");
+    QTest::newRow("us") << qint64(912) << QStringLiteral("912 µs");
     QTest::newRow("ms") << 95'300LL << QStringLiteral("95.3 ms");
     QTest::newRow("s") << 1'204'000LL << QStringLiteral("1.204 s");
     QTest::newRow("min") << 125'900'000LL << QStringLiteral("2 min 05 s");
-    QTest::newRow("backward") << -300LL << QStringLiteral("-300 us");
+    QTest::newRow("backward") << -300LL << QStringLiteral("-300 µs");
     QTest::newRow("far backward") << -125'900'000LL << QStringLiteral("-2 min 05 s");
 }
 
