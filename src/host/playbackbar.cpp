@@ -4,6 +4,7 @@
 #include "bargap.h"
 
 #include <bus/busconnection.h>
+#include <host/pages/elidedlabel.h>
 #include <system/amounts.h>
 #include <trace/playback/playbackstate.h>
 
@@ -13,12 +14,15 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLocale>
+#include <QResizeEvent>
 #include <QStyle>
 #include <QToolButton>
 
 namespace {
 
 constexpr int positionInterval = 250; // ms
+constexpr int buttonFrame = 16;       // pixels of a button around its icon and its text
+constexpr int placeCharacters = 24;   // that are seen of the place at least
 
 constexpr double speeds[] = {0.1, 0.25, 0.5, 1, 2, 5, 10, 100};
 constexpr double unpaced = 0; // as fast as the frames are taken
@@ -41,7 +45,7 @@ PlaybackBar::PlaybackBar(BusConnection *bus, QWidget *parent)
     , m_speedLabel(new QLabel(this))
     , m_speed(new QComboBox(this))
     , m_repeat(makeButton("repeatButton", this))
-    , m_place(new QLabel(this))
+    , m_place(new ElidedLabel("playbackPlace", Qt::ElideRight, this))
 {
     setObjectName(QStringLiteral("playbackBar"));
     build();
@@ -66,8 +70,6 @@ void PlaybackBar::build()
     m_repeat->setCheckable(true);
     m_speed->setObjectName(QStringLiteral("playbackSpeed"));
     m_speedLabel->setBuddy(m_speed);
-    m_place->setObjectName(QStringLiteral("playbackPlace"));
-    m_place->setTextFormat(Qt::PlainText);
     m_place->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // never widens the window
     auto *layout = new QHBoxLayout(this);
     layout->setSpacing(barGap);
@@ -84,6 +86,44 @@ void PlaybackBar::build()
     layout->addWidget(m_place, 1);
 }
 
+/*! On a small screen it must not widen the window: the buttons have no texts there. */
+QSize PlaybackBar::minimumSizeHint() const
+{
+    return {1, layout()->minimumSize().height()};
+}
+
+bool PlaybackBar::event(QEvent *event)
+{
+    if (event->type() == QEvent::LayoutRequest) // a text has changed
+        arrange();
+    return QWidget::event(event);
+}
+
+void PlaybackBar::resizeEvent(QResizeEvent *event)
+{
+    arrange();
+    QWidget::resizeEvent(event);
+}
+
+/*! Nothing that it goes by depends on how the parts stand now: they would change for ever. */
+void PlaybackBar::arrange()
+{
+    const bool hasTexts = width() >= roomForTexts();
+    for (QToolButton *button : {m_play, m_step, m_repeat})
+        button->setToolButtonStyle(hasTexts ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonIconOnly);
+    m_speedLabel->setVisible(hasTexts);
+}
+
+int PlaybackBar::roomForTexts() const
+{
+    const QMargins margins = layout()->contentsMargins();
+    int room = margins.left() + margins.right() + 7 * barGap + m_speedLabel->sizeHint().width()
+               + m_speed->sizeHint().width() + placeCharacters * fontMetrics().averageCharWidth();
+    for (const QToolButton *button : {m_play, m_step, m_repeat})
+        room += button->iconSize().width() + fontMetrics().horizontalAdvance(button->text()) + buttonFrame;
+    return room;
+}
+
 void PlaybackBar::fillSpeeds()
 {
     for (const double speed : speeds)
@@ -96,6 +136,7 @@ void PlaybackBar::retranslate()
     m_step->setText(tr("Next frame"));
     m_step->setToolTip(tr("Play one frame and pause"));
     m_speedLabel->setText(tr("Speed:"));
+    m_speed->setToolTip(tr("So many times as fast as it was recorded"));
     nameSpeeds();
     m_repeat->setText(tr("Repeat"));
     m_repeat->setToolTip(tr("Play the trace from the beginning when it is over"));
@@ -128,6 +169,7 @@ void PlaybackBar::showState(const PlaybackState &state)
 {
     const bool isStanding = state.isPaused || state.isOver;
     m_play->setText(state.isOver ? tr("Play again") : state.isPaused ? tr("Play") : tr("Pause"));
+    m_play->setToolTip(m_play->text());
     m_play->setIcon(style()->standardIcon(isStanding ? QStyle::SP_MediaPlay : QStyle::SP_MediaPause));
     m_step->setEnabled(!state.isOver);
     m_repeat->setChecked(state.isRepeated);

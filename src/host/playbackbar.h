@@ -24,12 +24,18 @@ public:
     /*! Shows what there is now; called by a timer while there is something. */
     void refresh();
 
+    QSize minimumSizeHint() const override;
+
 protected:
     void changeEvent(QEvent *event) override;
+    bool event(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void build();
     void retranslate();
+    void arrange();
+    int roomForTexts() const;
     void fillSpeeds();
     void nameSpeeds();
     void showState(const PlaybackState &state);

@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QToolButton>
+#include <QVBoxLayout>
 #include <QtTest>
 
 #include <memory>
@@ -32,6 +33,7 @@ private slots:
     void changesTheSpeed();
     void showsASpeedThatIsNotOffered();
     void repeats();
+    void givesWayOnSmallScreens();
     void refreshesItself();
 
 private:
@@ -198,6 +200,34 @@ void tst_PlaybackBar::showsASpeedThatIsNotOffered()
     state.speed = 3.5;
     show(state);
     QCOMPARE(speed()->currentText(), QString::fromUtf8("3.5×"));
+}
+
+void tst_PlaybackBar::givesWayOnSmallScreens()
+{
+    QWidget window;
+    auto *layout = new QVBoxLayout(&window);
+    layout->addWidget(m_bar.get());
+    show(playing());
+    window.resize(1000, 100);
+    window.show();
+    QCoreApplication::processEvents();
+    QCOMPARE(button("playButton")->toolButtonStyle(), Qt::ToolButtonTextBesideIcon);
+
+    window.resize(480, 100);
+    QCoreApplication::processEvents();
+    QCOMPARE(window.width(), 480);
+    for (const char *name : {"playButton", "stepButton", "repeatButton"}) {
+        QCOMPARE(button(name)->toolButtonStyle(), Qt::ToolButtonIconOnly);
+        QVERIFY(!button(name)->toolTip().isEmpty());
+    }
+    const auto *text = m_bar->findChild<QLabel *>(QStringLiteral("playbackPlace"));
+    QVERIFY2(text->geometry().right() < 480 && text->width() > 100,
+             qPrintable(QString::number(text->width())));
+
+    window.resize(1000, 100);
+    QCoreApplication::processEvents();
+    QCOMPARE(button("repeatButton")->toolButtonStyle(), Qt::ToolButtonTextBesideIcon);
+    m_bar->setParent(nullptr);
 }
 
 void tst_PlaybackBar::repeats()
