@@ -52,8 +52,9 @@ CommandLine::CommandLine()
         {s(verboseOption), DraxelHostTr::tr("Write the debug lines of plug-ins to the terminal.")});
     m_parser.addPositionalArgument(
         QStringLiteral("file"),
-        DraxelHostTr::tr("Show this file: a vehicle (.dxsnap, .dxxml) or a trace (.log, .asc, "
-                         ".trc, .pcap, .pcapng)."),
+        DraxelHostTr::tr(
+            "Show this file: a vehicle (.dxsnap, .dxxml), a support bundle (.zip) or a trace (.log, .asc, "
+            ".trc, .pcap, .pcapng)."),
         QStringLiteral("[FILE]"));
 }
 

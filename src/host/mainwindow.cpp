@@ -426,6 +426,7 @@ void MainWindow::connectTrace()
         RecentFiles::add(fileName);
         showRecentFiles();
     });
+    connect(m_trace, &TraceSession::documentChanged, this, &MainWindow::showVehicle);
     connect(m_trace, &TraceSession::fileRefused, this, [this](const QString &fileName) {
         if (QFileInfo::exists(fileName))
             return;
@@ -601,6 +602,7 @@ void MainWindow::showPage(int index)
         m_lastPlugin = index;
     }
     showRecentFiles();
+    showVehicle();
 }
 
 /*! 0 is that of the plug-in that was shown last; the host's own follow. */
@@ -646,14 +648,17 @@ void MainWindow::showRecentFiles()
     m_menus->setRecentFiles(RecentFiles::load());
 }
 
+/*! Of the page that is shown: the file of the trace, or else the vehicle. */
 void MainWindow::showVehicle()
 {
-    const QString title = m_vehicle.title();
+    const bool isTrace = m_pages->currentWidget() == m_traceTab && !m_trace->isLive();
+    const QString title = isTrace ? tr("Trace %1").arg(QFileInfo(m_trace->document()->fileName).fileName())
+                                  : m_vehicle.title();
     // "[*]" is where Qt marks values that are in no file.
     setWindowTitle(title.isEmpty()
                        ? QApplication::applicationDisplayName()
                        : QString(title).replace(QLatin1String("[*]"), QString()) + QLatin1String("[*]"));
-    setWindowModified(!title.isEmpty() && m_vehicle.isUnsaved());
+    setWindowModified(!isTrace && !title.isEmpty() && m_vehicle.isUnsaved());
 }
 
 void MainWindow::tell(MessageLog::Severity severity, const QString &sentence)

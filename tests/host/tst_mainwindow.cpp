@@ -67,6 +67,7 @@ private slots:
     void traceThatCannotBeOpenedIsSaidOnce();
     void eventIsShownInTheTrace();
     void traceFileIsOpened();
+    void titleNamesTheTraceThatIsShown();
     void dialogOpensTraces();
     void traceThatIsGoneIsForgotten();
     void closesDuringRead_data();
@@ -469,6 +470,29 @@ void tst_MainWindow::traceFileIsOpened()
     const QList<QAction *> recent = window.findChild<QMenu *>(QStringLiteral("recentMenu"))->actions();
     QVERIFY(!recent.isEmpty());
     QCOMPARE(recent.first()->text(), QStringLiteral("ride.log"));
+}
+
+void tst_MainWindow::titleNamesTheTraceThatIsShown()
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("ride.log")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("(1795336200.000000) can0 705#05\n");
+    file.close();
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    window.show();
+    const QString title = window.windowTitle();
+    window.openFile(file.fileName());
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    QCOMPARE(window.windowTitle(), QStringLiteral("Trace ride.log[*]"));
+    window.findChild<QAction *>(QStringLiteral("actionPageLive"))->trigger();
+    QCOMPARE(window.windowTitle(), title);
+    window.findChild<QAction *>(QStringLiteral("actionPageTrace"))->trigger();
+    QCOMPARE(window.windowTitle(), QStringLiteral("Trace ride.log[*]"));
+    window.findChild<QToolButton *>(QStringLiteral("traceLive"))->click();
+    QCOMPARE(window.windowTitle(), title);
 }
 
 void tst_MainWindow::dialogOpensTraces()
