@@ -470,19 +470,39 @@ void tst_Languages::mnemonicsAreDistinct_data()
     const auto row = [](const char *name, std::initializer_list<const char *> sources) {
         QStringList list;
         for (const char *source : sources)
-            list.append(QString::fromLatin1(source));
+            list.append(QString::fromUtf8(source));
         QTest::newRow(name) << list;
     };
     row("window",
         {"HostMenus/&File", "HostMenus/B&us", "HostMenus/&View", "HostMenus/&Language", "HostMenus/&Help",
          "ConnectionBar/&Back end:", "ConnectionBar/&Interface:", "ConnectionBar/Bit &rate:"});
-    row("file menu", {"HostMenus/&Open saved file...", "HostMenus/Open re&cent file", "HostMenus/&Export...",
-                      "HostMenus/Save &PDF report", "HostMenus/&Quit"});
+    row("file menu",
+        {"HostMenus/&Open saved file...", "HostMenus/Open re&cent file", "HostMenus/&Export...",
+         "HostMenus/Save &PDF report", "CheckupPage/&Save check-up...", "CheckupPage/Service &report...",
+         "HostMenus/Save support &bundle...", "HostMenus/&Quit"});
     row("question before values go", {"VehicleFiles/&Save...", "VehicleFiles/&Do not save"});
-    row("bus menu",
-        {"HostMenus/&Connect", "HostMenus/&Disconnect", "HostMenus/Re&fresh interfaces",
-         "HostMenus/&Read all data", "HostMenus/Ca&ncel read", "HostMenus/&Patience with slow nodes..."});
-    row("view menu", {"MainWindow/&Messages", "HostMenus/&Reset layout"});
+    row("bus menu", {"HostMenus/&Connect", "HostMenus/&Disconnect", "HostMenus/Re&fresh interfaces",
+                     "CheckupPage/Chec&k-up", "HostMenus/&Read all data", "HostMenus/Ca&ncel read",
+                     "HostMenus/&Patience with slow nodes..."});
+    row("page of traces",
+        {"HostMenus/&File", "HostMenus/B&us", "HostMenus/&View", "HostMenus/&Language", "HostMenus/&Help",
+         "ConnectionBar/&Back end:", "ConnectionBar/&Interface:", "ConnectionBar/Bit &rate:",
+         "TraceToolbar/● Recor&d...", "TraceToolbar/&Save last 10 min...", "TraceToolbar/O&pen...",
+         "TraceToolbar/Liv&e", "FilterBar/Only what is &wrong", "TracePage/&Copy", "TracePage/E&xport...",
+         "TracePage/Eve&nts", "TracePage/F&ollow"});
+    row("page of traces while it records",
+        {"HostMenus/&File", "HostMenus/B&us", "HostMenus/&View", "HostMenus/&Language", "HostMenus/&Help",
+         "ConnectionBar/&Back end:", "ConnectionBar/&Interface:", "ConnectionBar/Bit &rate:",
+         "TraceToolbar/■ Stop recor&ding", "TraceToolbar/&Save last 10 min...", "TraceToolbar/O&pen...",
+         "TraceToolbar/Liv&e", "FilterBar/Only what is &wrong", "TracePage/&Copy", "TracePage/E&xport...",
+         "TracePage/Eve&nts", "TracePage/F&ollow"});
+    row("menu of recordings", {"TraceToolbar/Record to one &file", "TraceToolbar/A new file every %1 &MB",
+                               "TraceToolbar/A new file every %n m&inute(s)"});
+    row("support bundle",
+        {"BundleDialog/&Mask serial numbers, names, notes and paths", "BundleDialog/&Save..."});
+    row("view menu",
+        {"HostMenus/&Overview", "HostMenus/&Check-up page", "HostMenus/&Live", "HostMenus/&Trace",
+         "HostMenus/&Archive", "MainWindow/&Messages", "HostMenus/&Reset layout"});
     row("help menu", {"HostMenus/&Key list", "HostMenus/&About Draxel", "HostMenus/About &Qt"});
     row("patience", {"PatienceDialog/&Time-out:", "PatienceDialog/&Repeats:",
                      "PatienceDialog/Nodes with a patience of their &own:", "PatienceDialog/&Add node",
@@ -492,6 +512,12 @@ void tst_Languages::mnemonicsAreDistinct_data()
 void tst_Languages::mnemonicsAreDistinct()
 {
     QFETCH(QStringList, sources);
+
+    QStringList english;
+    for (const QString &source : qAsConst(sources))
+        english.append(source.mid(source.indexOf(QLatin1Char('&')) + 1, 1).toUpper());
+    QVERIFY2(english.removeDuplicates() == 0,
+             qPrintable(QStringLiteral("en ") + english.join(QLatin1Char(' '))));
 
     for (const QString &language : languages) {
         QStringList letters;

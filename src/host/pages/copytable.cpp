@@ -6,6 +6,7 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QPainter>
 
 #include <algorithm>
 
@@ -59,6 +60,12 @@ void CopyTable::setModel(QAbstractItemModel *newModel)
     fitColumns();
 }
 
+void CopyTable::setHint(const QString &hint)
+{
+    m_hint = hint;
+    viewport()->update();
+}
+
 QString CopyTable::toText() const
 {
     QModelIndexList rows = selectionModel()->selectedRows();
@@ -89,6 +96,16 @@ void CopyTable::changeEvent(QEvent *event)
     if (event->type() == QEvent::FontChange)
         verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     QTableView::changeEvent(event);
+}
+
+void CopyTable::paintEvent(QPaintEvent *event)
+{
+    QTableView::paintEvent(event);
+    if (m_hint.isEmpty() || model() == nullptr || model()->rowCount() > 0)
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, m_hint);
 }
 
 void CopyTable::resizeEvent(QResizeEvent *event)

@@ -18,6 +18,10 @@ public:
     /*! The column that takes the room that is left. */
     void setWideColumn(int column);
 
+    /*! What stands in the table while it has no rows: why, or what to do. */
+    void setHint(const QString &hint);
+    QString hint() const { return m_hint; }
+
     /*! The chosen rows as text; all when none is chosen. */
     virtual QString toText() const;
 
@@ -28,11 +32,13 @@ public slots:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
     void fitColumns();
 
     QAction *m_copy;
+    QString m_hint;
     int m_wideColumn = 0;
 };

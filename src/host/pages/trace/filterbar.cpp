@@ -41,6 +41,7 @@ FilterBar::FilterBar(QWidget *parent)
     connect(m_kinds, &KindMenu::changed, this, &FilterBar::read);
     connect(m_wrong, &QCheckBox::toggled, this, &FilterBar::read);
     connect(m_clear, &QToolButton::clicked, this, &FilterBar::clear);
+    m_clear->setEnabled(false);
     retranslate();
 }
 
@@ -67,7 +68,7 @@ void FilterBar::clear()
     read();
 }
 
-void FilterBar::read()
+FilterInput FilterBar::input() const
 {
     FilterInput input;
     input.nodes = m_nodes->text();
@@ -75,13 +76,25 @@ void FilterBar::read()
     input.text = m_text->text();
     input.kinds = m_kinds->kinds();
     input.isWrongOnly = m_wrong->isChecked();
+    return input;
+}
+
+QString FilterBar::problem() const
+{
     QString problem;
-    const std::optional<TraceFilter> filter = input.parse(&problem);
-    emit problemChanged(problem);
+    input().parse(&problem);
+    return problem;
+}
+
+void FilterBar::read()
+{
+    m_clear->setEnabled(!input().isEmpty());
+    QString problem;
+    const std::optional<TraceFilter> filter = input().parse(&problem);
+    emit problemChanged();
     if (!filter)
         return;
     m_filter = *filter;
-    m_clear->setEnabled(!m_filter.isEmpty());
     emit filterChanged();
 }
 
@@ -104,5 +117,4 @@ void FilterBar::retranslate()
     m_wrong->setToolTip(tr("Only warnings and faults"));
     m_clear->setText(tr("Show all"));
     m_clear->setToolTip(tr("Shows all lines again"));
-    m_clear->setEnabled(!m_filter.isEmpty());
 }

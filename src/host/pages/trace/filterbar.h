@@ -19,18 +19,21 @@ public:
     explicit FilterBar(QWidget *parent = nullptr);
 
     const TraceFilter &filter() const { return m_filter; }
+    /*! What is wrong with a field, a sentence; empty when nothing is. The filter is then as it was before. */
+    QString problem() const;
     void clear();
 
 signals:
     void filterChanged();
-    /*! What is wrong with a field, a sentence; empty when nothing is. The filter stays as it was. */
-    void problemChanged(const QString &sentence);
+    /*! Another problem, or none any more. */
+    void problemChanged();
 
 protected:
     void changeEvent(QEvent *event) override;
 
 private:
     QLineEdit *makeField(const char *name, int characters);
+    FilterInput input() const;
     void read();
     void retranslate();
 

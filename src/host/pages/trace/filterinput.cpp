@@ -53,6 +53,11 @@ bool FilterInput::parseObjects(TraceFilter *filter) const
     return true;
 }
 
+bool FilterInput::isEmpty() const
+{
+    return nodes.isEmpty() && objects.isEmpty() && text.isEmpty() && kinds.none() && !isWrongOnly;
+}
+
 std::optional<TraceFilter> FilterInput::parse(QString *problem) const
 {
     TraceFilter filter;

@@ -18,6 +18,9 @@ public:
     std::bitset<frameKinds> kinds; //!< none: all
     bool isWrongOnly = false;
 
+    /*! Whether there is nothing in any field, right or wrong. */
+    bool isEmpty() const;
+
     /*! Empty with a sentence when a field cannot be read. */
     std::optional<TraceFilter> parse(QString *problem) const;
 

@@ -147,10 +147,7 @@ void TracePage::addKeys()
 void TracePage::connectParts()
 {
     connect(m_filter, &FilterBar::filterChanged, this, &TracePage::takeFilter);
-    connect(m_filter, &FilterBar::problemChanged, this, [this](const QString &sentence) {
-        m_problem->setText(sentence.isEmpty() ? documentText() : sentence);
-        m_problem->setVisible(!m_problem->text().isEmpty());
-    });
+    connect(m_filter, &FilterBar::problemChanged, this, &TracePage::showProblem);
     connect(m_find, &FindBar::found, this, [this](int row) { goToLine(m_model.lineAt(row)); });
     connect(&m_model, &TraceModel::looked, this, [this] {
         goToWanted();
@@ -197,10 +194,19 @@ void TracePage::showDocument()
     for (QToolButton *button : {m_copy, m_export})
         button->setEnabled(!m_session->isEmpty());
     setFollowing(m_session->isLive());
-    m_problem->setText(documentText());
-    m_problem->setVisible(!m_problem->text().isEmpty());
+    if (!m_session->isLive())
+        m_table->scrollToTop();
+    showProblem();
     showSelection();
     showCounts();
+}
+
+/*! What is wrong with the filter, or else what there is to know of the file. */
+void TracePage::showProblem()
+{
+    const QString problem = m_filter->problem();
+    m_problem->setText(problem.isEmpty() ? documentText() : problem);
+    m_problem->setVisible(!m_problem->text().isEmpty());
 }
 
 /*! What there is to know of a file beside its frames; empty: nothing. */
@@ -370,13 +376,23 @@ void TracePage::showCounts()
     const std::size_t all = m_model.document().lines.size();
     const QString shown = TraceTimes::count(rows.size());
     if (rows.isAll())
-        m_count->setText(tr("%1 lines").arg(shown));
+        m_count->setText(TraceTimes::lines(rows.size()));
     else if (m_model.isLooking())
         m_count->setText(
             tr("%1 of %2 lines, %3 % looked at")
                 .arg(shown, TraceTimes::count(all), QString::number(rows.examined() * 100 / all)));
     else
-        m_count->setText(tr("%1 of %2 lines").arg(shown, TraceTimes::count(all)));
+        m_count->setText(tr("%1 of %2").arg(shown, TraceTimes::lines(all)));
+    showHint();
+}
+
+/*! Why there is no line. */
+void TracePage::showHint()
+{
+    if (m_model.document().lines.size() == 0)
+        m_table->setHint(m_session->isLive() ? tr("Nothing has been heard yet.") : QString());
+    else
+        m_table->setHint(m_model.isLooking() ? QString() : tr("No line fits the filter."));
 }
 
 void TracePage::showSelection()
@@ -461,13 +477,14 @@ void TracePage::retranslate()
     m_copy->setText(tr("&Copy"));
     m_copy->setToolTip(
         tr("Copies the selected lines, or all that are shown (at most %1)").arg(TraceTable::mostCopied));
-    m_export->setText(tr("&Export..."));
+    m_export->setText(tr("E&xport..."));
     m_export->setToolTip(tr("Saves the frames of the lines that are shown; the name tells the format"));
     m_events->setText(tr("Eve&nts"));
     m_events->setToolTip(tr("Shows the events around the selected line"));
-    m_follow->setText(tr("Fo&llow"));
+    m_follow->setText(tr("F&ollow"));
     m_follow->setToolTip(tr("Keeps the newest line in sight"));
-    m_problem->setText(documentText());
+    m_parts->setHint(tr("The frames of the line that is chosen above stand here, byte by byte."));
+    showProblem();
     m_model.update(); // other words
     if (m_chosen)
         m_details.show(m_model.document(), m_model.document().lines.rowOfFrame(*m_chosen));

@@ -89,6 +89,8 @@ private:
     void chooseRow(int row);
     void showChosen();
     void showCounts();
+    void showHint();
+    void showProblem();
     void showSelection();
     void setFollowing(bool follows);
     void exportShown();

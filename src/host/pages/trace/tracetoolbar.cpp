@@ -5,7 +5,7 @@
 #include "tracesession.h"
 #include "tracetimes.h"
 
-#include <host/pages/plainlabel.h>
+#include <host/pages/elidedlabel.h>
 
 #include <QActionGroup>
 #include <QDateTime>
@@ -40,7 +40,7 @@ TraceToolbar::TraceToolbar(TraceSession *session, QWidget *parent)
     , m_saveLast(makeButton("traceSaveLast", &TraceToolbar::saveLast))
     , m_open(makeButton("traceOpen", &TraceToolbar::open))
     , m_live(makeButton("traceLive", &TraceToolbar::showLive))
-    , m_state(makePlainLabel("traceState", this))
+    , m_state(new ElidedLabel("traceState", Qt::ElideMiddle, this))
     , m_progress(new QProgressBar(this))
     , m_cancel(makeButton("traceCancel", &TraceToolbar::cancel))
     , m_folder([] { return QString(); })
@@ -153,12 +153,12 @@ QString TraceToolbar::progressText() const
 {
     TraceLoading &loading = m_session->loading();
     if (loading.isRunning())
-        return tr("Reading %1: %2 frames")
-            .arg(QFileInfo(loading.fileName()).fileName(), TraceTimes::count(loading.frames()));
+        return tr("Reading %1: %2")
+            .arg(QFileInfo(loading.fileName()).fileName(), TraceTimes::frames(loading.frames()));
     const TraceRecorder &recorder = m_session->recorder();
     if (recorder.isRecording())
-        return tr("Recording %1: %2 frames, %3")
-            .arg(QFileInfo(recorder.recordingFile()).fileName(), TraceTimes::count(recorder.recorded()),
+        return tr("Recording %1: %2, %3")
+            .arg(QFileInfo(recorder.recordingFile()).fileName(), TraceTimes::frames(recorder.recorded()),
                  TraceTimes::difference(recorder.recordingTime()));
     if (!m_session->isLive())
         return QDir::toNativeSeparators(m_session->document()->fileName);
@@ -174,7 +174,7 @@ void TraceToolbar::refresh()
     else if (!isLoading)
         m_timer.stop();
     m_record->setChecked(isRecording);
-    m_record->setText(isRecording ? tr("■ Stop &recording") : tr("● &Record..."));
+    m_record->setText(isRecording ? tr("■ Stop recor&ding") : tr("● Recor&d..."));
     m_saveLast->setEnabled(m_session->recorder().kept() > 0);
     m_live->setVisible(!m_session->isLive());
     m_progress->setVisible(isLoading);
@@ -211,9 +211,9 @@ void TraceToolbar::retranslate()
     m_record->setToolTip(tr("Writes all that is heard from now on into a file"));
     m_saveLast->setText(tr("&Save last 10 min..."));
     m_saveLast->setToolTip(tr("Saves what was heard in the last ten minutes; it is kept all the time"));
-    m_open->setText(tr("&Open..."));
+    m_open->setText(tr("O&pen..."));
     m_open->setToolTip(tr("Opens a trace: a log of candump, asc, trc, pcap or pcapng, also compressed"));
-    m_live->setText(tr("&Live"));
+    m_live->setText(tr("Liv&e"));
     m_live->setToolTip(tr("Shows what is heard instead of the file"));
     m_cancel->setText(tr("Cancel"));
     refresh();

@@ -152,6 +152,8 @@ private slots:
     void filters();
     void whatIsLearntHoldsForLinesOfBefore();
     void filterProblemIsSaid();
+    void filterProblemStaysWithAnotherFile();
+    void emptyListsSayWhy();
     void countsSayHowManyAreShown();
     void finds();
     void findsNothing();
@@ -170,6 +172,7 @@ private slots:
     void recordsIntoSeveralFiles();
     void progressGoesOn();
     void showsAFile();
+    void fileBeginsAtItsBegin();
     void problemsOfAFileAreSaid();
     void emptyFileIsSaid();
     void whatIsShownStaysWhenAFileIsBad();
@@ -429,6 +432,38 @@ void tst_TracePage::filterProblemIsSaid()
     QVERIFY(!host.find<QLabel>("traceProblem")->isVisible());
 }
 
+void tst_TracePage::filterProblemStaysWithAnotherFile()
+{
+    TraceHost host;
+    host.type("filterNodes", QStringLiteral("2, 128"));
+    host.open({});
+    QVERIFY2(host.label("traceProblem").startsWith(QStringLiteral("Nodes are numbers")),
+             qPrintable(host.label("traceProblem")));
+    QEvent change(QEvent::LanguageChange);
+    QCoreApplication::sendEvent(&host.page, &change);
+    QVERIFY(host.label("traceProblem").startsWith(QStringLiteral("Nodes are numbers")));
+    QVERIFY(host.find<QToolButton>("filterClear")->isEnabled()); // also of what cannot be read
+    host.find<QToolButton>("filterClear")->click();
+    QCOMPARE(host.find<QLineEdit>("filterNodes")->text(), QString());
+    QCOMPARE(host.label("traceProblem"), QStringLiteral("There is not one frame in this file."));
+    QVERIFY(!host.find<QToolButton>("filterClear")->isEnabled());
+}
+
+void tst_TracePage::emptyListsSayWhy()
+{
+    TraceHost host;
+    host.connectToBus();
+    QCOMPARE(host.table()->hint(), QStringLiteral("Nothing has been heard yet."));
+    QVERIFY(host.find<CopyTable>("traceParts")->hint().startsWith(QStringLiteral("The frames of the line")));
+    host.open(fourLines());
+    host.type("filterText", QStringLiteral("unicorn"));
+    QCOMPARE(host.rows(), 0);
+    QCOMPARE(host.table()->hint(), QStringLiteral("No line fits the filter."));
+    const QImage empty = host.table()->viewport()->grab().toImage();
+    host.table()->setHint(QString());
+    QVERIFY(empty != host.table()->viewport()->grab().toImage()); // it is seen
+}
+
 void tst_TracePage::countsSayHowManyAreShown()
 {
     TraceHost host;
@@ -436,6 +471,9 @@ void tst_TracePage::countsSayHowManyAreShown()
     QCOMPARE(host.label("traceCount"), QStringLiteral("4 lines"));
     host.type("filterNodes", QStringLiteral("5"));
     QCOMPARE(host.label("traceCount"), QStringLiteral("2 of 4 lines"));
+    host.find<QToolButton>("filterClear")->click();
+    host.open({heard(0, 0x705, "05")});
+    QCOMPARE(host.label("traceCount"), QStringLiteral("1 line"));
 }
 
 void tst_TracePage::finds()
@@ -689,7 +727,7 @@ void tst_TracePage::records()
     const QString file = host.folder.filePath(QStringLiteral("long.log"));
     emit dialog(host, "traceRecordDialog")->fileSelected(file);
     QVERIFY(record->isChecked());
-    QCOMPARE(record->text(), QStringLiteral("■ Stop &recording"));
+    QCOMPARE(record->text(), QStringLiteral("■ Stop recor&ding"));
     host.heartbeats(3);
     QVERIFY2(host.label("traceState").startsWith(QStringLiteral("Recording long.log: 3 frames, 1.")),
              qPrintable(host.label("traceState")));
@@ -715,6 +753,18 @@ void tst_TracePage::showsAFile()
     host.find<QToolButton>("traceLive")->click();
     QVERIFY(host.find<QLabel>("traceEmpty")->isVisible());
     QVERIFY(!host.find<QToolButton>("traceLive")->isVisible());
+}
+
+void tst_TracePage::fileBeginsAtItsBegin()
+{
+    TraceHost host;
+    host.connectToBus();
+    host.heartbeats(100);
+    const QScrollBar *bar = host.table()->verticalScrollBar();
+    QCOMPARE(bar->value(), bar->maximum());
+    host.open(many(300));
+    QVERIFY(bar->maximum() > 200);
+    QCOMPARE(bar->value(), 0);
 }
 
 void tst_TracePage::problemsOfAFileAreSaid()
