@@ -15,6 +15,7 @@ namespace {
 using Field = IniFile::Field;
 using Section = IniFile::Section;
 
+constexpr int longestEmergencyText = 200;    // characters
 constexpr quint16 firstObjectIndex = 0x0020; // below are the definitions of the static data types
 
 enum class ObjectType { Null = 0, Domain = 2, DefType = 5, DefStruct = 6, Var = 7, Array = 8, Record = 9 };
@@ -52,6 +53,7 @@ private:
     bool fail(const Section &section, const Field &field, const char *key, const QString &problem);
 
     bool readDevice();
+    bool readEmergencyTexts();
     bool listObjects();
     bool listSubObject(const Section &section);
     bool checkObjectLists();
@@ -117,6 +119,22 @@ bool EdsParser::readDevice()
     m_file.nodeId = static_cast<quint8>(*number);
     if (m_nodeId == 0)
         m_nodeId = *m_file.nodeId;
+    return true;
+}
+
+bool EdsParser::readEmergencyTexts()
+{
+    const Section *texts = m_ini.find(QStringLiteral("emergencyerrorcodes"));
+    if (texts == nullptr)
+        return true;
+    for (auto field = texts->fields.cbegin(); field != texts->fields.cend(); ++field) {
+        const std::optional<quint64> code = parseEdsNumber(field.key(), 0xFFFF);
+        if (!code)
+            return failAtKey(*texts, field.key(), field->line, QStringLiteral("is no emergency error code"));
+        if (!field->value.isEmpty())
+            m_file.emergencyTexts.insert(static_cast<quint16>(*code),
+                                         field->value.left(longestEmergencyText));
+    }
     return true;
 }
 
@@ -390,7 +408,8 @@ bool EdsParser::readLimit(const Section &section, const char *key, DataType type
 
 std::optional<EdsFile> EdsParser::parse()
 {
-    if (!readDevice() || !listObjects() || !checkObjectLists() || !readObjects() || !readSubObjects())
+    if (!readDevice() || !readEmergencyTexts() || !listObjects() || !checkObjectLists() || !readObjects()
+        || !readSubObjects())
         return std::nullopt;
     if (m_file.dictionary.isEmpty()) {
         m_error = QStringLiteral("the file describes no object");

@@ -3,6 +3,7 @@
 
 #include "objectdictionary.h"
 
+#include <QMap>
 #include <QString>
 
 #include <optional>
@@ -16,6 +17,11 @@ struct EdsFile
     QString productName;          // [DeviceInfo] ProductName; may be empty
     std::optional<quint8> nodeId; // [DeviceComissioning] NodeID of a DCF
     QString nodeName;             // [DeviceComissioning] NodeName of a DCF; may be empty
+
+    /*! What the maker calls its emergencies, by error code. CiA 306 has no place for this; here it is a section of its own,
+     *  which other programs pass over: [EmergencyErrorCodes] 0xFF12=Cell too cold
+     */
+    QMap<quint16, QString> emergencyTexts;
 };
 
 /*! Reads the text of an EDS or DCF.

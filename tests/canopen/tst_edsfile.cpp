@@ -30,6 +30,7 @@ private slots:
     void sectionNamesInAnyCaseAndOrder();
     void missingDefaultIsZero();
     void definitionsOfDataTypesAreNoObjects();
+    void textsOfEmergencies();
     void errors_data();
     void errors();
     void hostileFiles_data();
@@ -274,6 +275,22 @@ void tst_EdsFile::definitionsOfDataTypesAreNoObjects()
     QCOMPARE(file->dictionary.keys(), QVector<ObjectKey>({ObjectKey{0x2000, 0}}));
 }
 
+void tst_EdsFile::textsOfEmergencies()
+{
+    const QByteArray object = variable("5", "");
+    const QByteArray texts
+        = "[emergencyErrorCodes]\n0xff12=Cell too cold\n33024 = Controller; warm\n0x4210=\n"
+          "0x5000="
+          + QByteArray(300, 'x') + "\n";
+    const std::optional<EdsFile> file = parseEds(object + texts, 0, nullptr);
+    QVERIFY(file.has_value());
+    QCOMPARE(file->emergencyTexts.size(), 3);
+    QCOMPARE(file->emergencyTexts.value(0xFF12), QStringLiteral("Cell too cold"));
+    QCOMPARE(file->emergencyTexts.value(0x8100), QStringLiteral("Controller; warm"));
+    QCOMPARE(file->emergencyTexts.value(0x5000), QString(200, QLatin1Char('x')));
+    QVERIFY(parseEds(object, 0, nullptr)->emergencyTexts.isEmpty());
+}
+
 void tst_EdsFile::errors_data()
 {
     QTest::addColumn<QByteArray>("text");
@@ -296,6 +313,8 @@ void tst_EdsFile::errors_data()
     row("low limit", variable("5", "LowLimit=x"), "line 6, [2000] LowLimit: x is no value of type UNSIGNED8");
     row("high limit", variable("5", "HighLimit=300"),
         "line 6, [2000] HighLimit: 300 is no value of type UNSIGNED8");
+    row("emergency", variable("5", "") + "[EmergencyErrorCodes]\n0x10000=Warm\n",
+        "line 8, [EmergencyErrorCodes] 0x10000: is no emergency error code");
     row("object type", "[2000]\nObjectType=0x33\n",
         "line 2, [2000] ObjectType: 0x33 is no object type of CiA 301");
     row("no type", "\n[2000]\nAccessType=ro\n", "line 2, [2000] DataType: the key is missing");

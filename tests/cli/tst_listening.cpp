@@ -43,6 +43,7 @@ private slots:
     void healthyBus();
     void healthAsJson();
     void heartbeatOfADataSheet();
+    void emergencyAsADataSheetCallsIt();
     void allNumbers();
     void emergencyIsFound();
     void inTheLanguage();
@@ -130,6 +131,16 @@ void tst_Listening::heartbeatOfADataSheet()
     const QJsonArray nodes = at(jsonOf(result), "nodes").toArray();
     QVERIFY(at(nodes.at(0).toObject(), "heartbeat.configured").isNull());
     QCOMPARE(at(nodes.at(1).toObject(), "heartbeat.configured").toDouble(), 500.0);
+}
+
+void tst_Listening::emergencyAsADataSheetCallsIt()
+{
+    const QString sheet = QStringLiteral("4:" VEHICLE_FOLDER "/ride-motor.dcf");
+    const Result result = run(words("events --bus simulated:ride --for 5min --eds") << sheet);
+    QVERIFY2(result.output.contains(QStringLiteral(
+                 " fault: Node 4: Emergency 4210h: device temperature (Winding too hot: let it "
+                 "cool down). Error register: ")),
+             qPrintable(result.output));
 }
 
 void tst_Listening::allNumbers()

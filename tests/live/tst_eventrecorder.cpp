@@ -35,6 +35,7 @@ private slots:
     void nodeIsLostOnce();
     void nodeIsLostByItsOwnWord();
     void emergency();
+    void emergencyAsItsMakerCallsIt();
     void emergencyIsGone();
     void brokenEmergencies();
     void commands();
@@ -137,6 +138,31 @@ void tst_EventRecorder::emergency()
     expect({QStringLiteral("5 Node 5: Emergency 4210h: device temperature. Error register: generic error, "
                            "temperature. The manufacturer's bytes: 01 02 03 04 05.")});
     QCOMPARE(m_recorder->list().events().front().severity(), Severity::Fault);
+}
+
+void tst_EventRecorder::emergencyAsItsMakerCallsIt()
+{
+    feed(5, 0x085, "12FF000000000000");
+    feed(6, 0x085, "1042000000000000");
+    feed(7, 0x086, "12FF000000000000");
+    const quint64 revision = m_recorder->list().revision();
+    m_recorder->setEmergencyTexts(5, {{0xFF12, QStringLiteral("Cell too cold")}});
+    QVERIFY(m_recorder->list().revision() != revision);
+    feed(5000, 0x085, "12FF000000000000");
+    feed(5001, 0x085, "12FF000000000000");
+    feed(5002, 0x085, "0000000000000000");
+    QStringList lines{
+        QStringLiteral("5 Node 5: Emergency FF12h: specific to the device (Cell too cold)."),
+        QStringLiteral("6 Node 5: Emergency 4210h: device temperature."),
+        QStringLiteral("7 Node 6: Emergency FF12h: specific to the device."),
+        QStringLiteral("5000 Node 5: Emergency FF12h: specific to the device (Cell too cold). (2 times)"),
+        QStringLiteral("5002 Node 5: Emergency 0000h: an error is gone.")};
+    expect(lines);
+    m_recorder->setEmergencyTexts(200, {{0xFF12, QStringLiteral("Nobody")}});
+    m_recorder->setEmergencyTexts(5, {}); // another data sheet, which says nothing
+    lines[0] = QStringLiteral("5 Node 5: Emergency FF12h: specific to the device.");
+    lines[3] = QStringLiteral("5000 Node 5: Emergency FF12h: specific to the device. (2 times)");
+    expect(lines);
 }
 
 void tst_EventRecorder::emergencyIsGone()

@@ -62,7 +62,7 @@ std::optional<ExitStatus> Listening::begin()
     m_live.start();
     const QMap<quint8, CanOpen::EdsFile> &sheets = m_sheets.sheets();
     for (auto sheet = sheets.cbegin(); sheet != sheets.cend(); ++sheet)
-        m_live.learn(sheet.key(), sheet->dictionary);
+        m_live.learn(sheet.key(), *sheet);
     if (m_time)
         QTimer::singleShot(*m_time, Qt::PreciseTimer, &m_live, [this] { m_loop.end(); });
     m_steps.begin();

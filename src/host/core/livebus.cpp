@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "livebus.h"
 
+#include <canopen/edsfile.h>
 #include <canopen/heartbeat.h>
 #include <live/values/pdosource.h>
 #include <system/amounts.h>
@@ -91,9 +92,10 @@ void LiveBus::learn(const PdoSource &source)
     m_events.setConfiguredHeartbeat(source.nodeId, static_cast<int>(*period));
 }
 
-void LiveBus::learn(quint8 nodeId, const CanOpen::ObjectDictionary &dictionary)
+void LiveBus::learn(quint8 nodeId, const CanOpen::EdsFile &sheet)
 {
-    learn(PdoSource::of(nodeId, dictionary));
+    learn(PdoSource::of(nodeId, sheet.dictionary));
+    m_events.setEmergencyTexts(nodeId, sheet.emergencyTexts);
 }
 
 qint64 LiveBus::steadyNow() const

@@ -16,7 +16,7 @@
 #include <optional>
 
 namespace CanOpen {
-class ObjectDictionary;
+struct EdsFile;
 }
 struct PdoSource;
 
@@ -38,9 +38,11 @@ public:
     void start();
     void stop();
 
-    /*! What a node, its EDS or DCF tells of its PDOs and of its heartbeat (1017h); until the next start(). */
+    /*! What a node, its EDS or DCF tells of its PDOs and of its heartbeat (1017h), the latter also of its emergencies; until
+     *  the next start().
+     */
     void learn(const PdoSource &source);
-    void learn(quint8 nodeId, const CanOpen::ObjectDictionary &dictionary);
+    void learn(quint8 nodeId, const CanOpen::EdsFile &sheet);
 
     HealthNumbers healthNumbers() { return m_health.numbers(now()); }
     const EventRecorder &events() const { return m_events; }

@@ -39,6 +39,15 @@ void EventList::add(const LiveEvent &event)
     source.flood = m_events.back().number;
 }
 
+void EventList::explain(quint8 nodeId, const QMap<quint16, QString> &emergencyTexts)
+{
+    ++m_revision;
+    for (LiveEvent &event : m_events) {
+        if (event.nodeId == nodeId && event.kind == EventKind::Emergency)
+            event.detail = emergencyTexts.value(static_cast<quint16>(event.code));
+    }
+}
+
 LiveEvent *EventList::find(quint64 number)
 {
     // Numbers have no gaps.

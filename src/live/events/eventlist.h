@@ -3,6 +3,8 @@
 
 #include "liveevent.h"
 
+#include <QMap>
+#include <QString>
 #include <QtGlobal>
 
 #include <array>
@@ -26,11 +28,14 @@ public:
     void add(const LiveEvent &event);
     void clear() { *this = EventList(); }
 
+    /*! What the maker calls the emergencies of a node, by error code; those that were listed before are called so, too. */
+    void explain(quint8 nodeId, const QMap<quint16, QString> &emergencyTexts);
+
     /*! A list of events that were listed before, as they were. The oldest leave when there are too many. */
     static EventList of(const std::vector<LiveEvent> &events);
 
     const std::deque<LiveEvent> &events() const { return m_events; }
-    /*! Changes with each call of add(). */
+    /*! Changes with each call of add() and explain(). */
     quint64 revision() const { return m_revision; }
     /*! Events that left because there were too many. */
     quint64 forgotten() const { return m_forgotten; }

@@ -97,6 +97,8 @@ void EventRecorder::handleEmergency(const LiveFrame &frame)
     for (std::size_t i = 0; i < event.manufacturer.size(); ++i)
         event.manufacturer[i] = frame.byteAt(manufacturerOffset + static_cast<int>(i));
     event.time = frame.time;
+    if (event.kind == EventKind::Emergency)
+        event.detail = m_nodes[event.nodeId].emergencyTexts.value(static_cast<quint16>(event.code));
     m_list.add(event);
 }
 
@@ -130,6 +132,14 @@ void EventRecorder::setConfiguredHeartbeat(quint8 nodeId, int milliseconds)
     constexpr qint64 factor = 1000;
     if (CanOpen::isNodeId(nodeId))
         m_nodes[nodeId].heartbeat.setConfigured(milliseconds * factor);
+}
+
+void EventRecorder::setEmergencyTexts(quint8 nodeId, const QMap<quint16, QString> &texts)
+{
+    if (!CanOpen::isNodeId(nodeId))
+        return;
+    m_nodes[nodeId].emergencyTexts = texts;
+    m_list.explain(nodeId, texts);
 }
 
 void EventRecorder::advance(qint64 now)

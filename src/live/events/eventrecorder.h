@@ -24,6 +24,9 @@ public:
     /*! Lets the time go on: nodes are lost by it. To be called a few times a second. */
     void advance(qint64 now);
 
+    /*! What the maker calls the emergencies of a node, by error code; see EventList::explain(). */
+    void setEmergencyTexts(quint8 nodeId, const QMap<quint16, QString> &texts);
+
     /*! The controller of the adapter is in another state. */
     void setController(InterfaceHealth::State state, qint64 now);
     /*! The adapter is gone; \a reason in words. Nodes are not lost by it. */
@@ -38,6 +41,7 @@ private:
     {
         HeartbeatRecord heartbeat;
         AbortBursts aborts;
+        QMap<quint16, QString> emergencyTexts;
         bool isKnown = false; // it was heard by a heartbeat
         bool isLost = false;
     };

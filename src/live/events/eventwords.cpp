@@ -54,10 +54,11 @@ QString EventWords::text(const LiveEvent &event)
 QString EventWords::emergency(const LiveEvent &event)
 {
     const QString number = CanOpen::hexadecimal(event.code, 4);
-    QString text
-        = event.kind == EventKind::Emergency
-              ? tr("Emergency %1h: %2.").arg(number, CanOpen::emergencyText(static_cast<quint16>(event.code)))
-              : tr("Emergency %1h: an error is gone.").arg(number);
+    QString words = CanOpen::emergencyText(static_cast<quint16>(event.code));
+    if (!event.detail.isEmpty())
+        words += QStringLiteral(" (%1)").arg(event.detail);
+    QString text = event.kind == EventKind::Emergency ? tr("Emergency %1h: %2.").arg(number, words)
+                                                      : tr("Emergency %1h: an error is gone.").arg(number);
     if (event.errorRegister != 0)
         text += QLatin1Char(' ')
                 + tr("Error register: %1.").arg(CanOpen::errorRegisterText(event.errorRegister));

@@ -41,7 +41,7 @@ struct LiveEvent
     quint32 count = 1;
     qint64 time = 0;     //!< us, see FrameClock
     qint64 lastTime = 0; //!< of the last one of those that are counted
-    QString detail;      //!< a reason in words; may be empty
+    QString detail;      //!< a reason, or what the maker calls an emergency, in words; may be empty
 
     Severity severity() const;
     /*! Whether \a later says the same again. */

@@ -110,12 +110,12 @@ void EventModel::removeForgotten()
         m_all.pop_front();
 }
 
-/*! Events that came once more. */
+/*! Events that came once more, or are called otherwise now. */
 void EventModel::countAgain()
 {
     const std::deque<LiveEvent> &events = m_list->events();
     for (std::size_t i = 0; i < m_all.size(); ++i) {
-        if (m_all[i].event.count == events[i].count)
+        if (m_all[i].event.count == events[i].count && m_all[i].event.detail == events[i].detail)
             continue;
         m_all[i] = {events[i], QString()};
         const auto shown = std::lower_bound(m_shown.cbegin(), m_shown.cend(), events[i].number);

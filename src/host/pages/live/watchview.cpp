@@ -10,7 +10,6 @@
 #include <canopen/edsfile.h>
 #include <system/background.h>
 #include <host/pages/copytable.h>
-#include <live/values/pdosource.h>
 
 #include <QAction>
 #include <QDir>
@@ -208,7 +207,7 @@ void WatchView::openSheet(const QString &fileName, quint8 nodeId)
         return;
     }
     LiveValues &values = m_session->live().values();
-    m_session->live().learn(PdoSource::of(node, sheet->dictionary));
+    m_session->live().learn(node, *sheet);
     m_session->questions().setDataSheet(node, sheet->dictionary);
     emit told(tr("%1 tells the values of node %2; %3 values are known now.")
                   .arg(QFileInfo(fileName).fileName(), QString::number(node),

@@ -37,6 +37,7 @@ private slots:
     void cells();
     void followsTheList();
     void countsAgain();
+    void isCalledOtherwiseNow();
     void oldestLeave();
     void filtersBySeverity();
     void filtersByText();
@@ -116,6 +117,19 @@ void tst_EventModel::countsAgain()
     QCOMPARE(m_model->rowCount(), 1);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(cell(0, EventModel::TextColumn), QStringLiteral("NMT command: start. (2 times)"));
+}
+
+void tst_EventModel::isCalledOtherwiseNow()
+{
+    addThree();
+    QCOMPARE(cell(2, EventModel::TextColumn), QStringLiteral("Emergency 4210h: device temperature."));
+    QSignalSpy changed(m_model.get(), &QAbstractItemModel::dataChanged);
+    m_list.explain(4, {{0x4210, QStringLiteral("Winding too hot")}});
+    m_model->update();
+    QCOMPARE(cell(2, EventModel::TextColumn),
+             QStringLiteral("Emergency 4210h: device temperature (Winding too hot)."));
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(changed.first().first().toModelIndex().row(), 2);
 }
 
 void tst_EventModel::oldestLeave()

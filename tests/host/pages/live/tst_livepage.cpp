@@ -4,6 +4,7 @@
 #include <host/pages/live/eventview.h>
 #include <host/pages/live/lightstrip.h>
 #include <host/pages/live/numbersdialog.h>
+#include <host/pages/live/watchview.h>
 
 #include <QAction>
 #include <QClipboard>
@@ -47,6 +48,7 @@ private slots:
     void allNumbers();
     void numbersCanBeCopied();
     void eventsAreListed();
+    void dataSheetCallsEmergencies();
     void eventsAreFiltered();
     void eventsAreCopied();
     void eventsAreSaved();
@@ -273,6 +275,19 @@ void tst_LivePage::eventsAreListed()
     QCOMPARE(event(host, 0), QStringLiteral("It is heard: working (NMT state Operational)."));
     QCOMPARE(event(host, 1),
              QStringLiteral("Emergency 4210h: device temperature. Error register: temperature."));
+}
+
+void tst_LivePage::dataSheetCallsEmergencies()
+{
+    LiveHost host;
+    host.connectToBus();
+    host.inject(0x084, "1042080000000000");
+    host.page().findChild<WatchView *>()->openSheet(QStringLiteral(VEHICLE_FOLDER "/ride-motor.dcf"), 4);
+    host.inject(0x084, "0050000000000000");
+    QCOMPARE(event(host, 0),
+             QStringLiteral("Emergency 4210h: device temperature (Winding too hot: let it cool down). Error "
+                            "register: temperature."));
+    QCOMPARE(event(host, 1), QStringLiteral("Emergency 5000h: hardware."));
 }
 
 void tst_LivePage::eventsAreFiltered()
