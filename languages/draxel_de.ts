@@ -1805,8 +1805,8 @@ Jetzt: %2</translation>
         <translation>Die Sprache „%1“ gibt es nicht. Es gibt: %2.</translation>
     </message>
     <message>
-        <source>Show this file: a vehicle (.dxsnap, .dxxml) or a trace (.log, .asc, .trc, .pcap, .pcapng).</source>
-        <translation>Diese Datei anzeigen: ein Fahrzeug (.dxsnap, .dxxml) oder eine Aufzeichnung (.log, .asc, .trc, .pcap, .pcapng).</translation>
+        <source>Show this file: a vehicle (.dxsnap, .dxxml), a support bundle (.zip) or a trace (.log, .asc, .trc, .pcap, .pcapng).</source>
+        <translation>Diese Datei anzeigen: ein Fahrzeug (.dxsnap, .dxxml), ein Support-Paket (.zip) oder eine Aufzeichnung (.log, .asc, .trc, .pcap, .pcapng).</translation>
     </message>
 </context>
 <context>
@@ -3593,6 +3593,10 @@ Jetzt: %2</translation>
         <source>This is a support bundle of %1, made %2.</source>
         <translation>Dies ist ein Support-Paket von %1, erstellt %2.</translation>
     </message>
+    <message>
+        <source>Trace %1</source>
+        <translation>Aufzeichnung %1</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -3867,7 +3871,11 @@ Jetzt: %2</translation>
     </message>
     <message>
         <source>The trace is over. Play it again to read its devices.</source>
-        <translation>Die Aufzeichnung ist zu Ende. Spielen Sie sie noch einmal ab, um ihre Geräte zu lesen.</translation>
+        <translation>Die Aufzeichnung ist zu Ende. Zum Lesen ihrer Geräte noch einmal abspielen.</translation>
+    </message>
+    <message>
+        <source>So many times as fast as it was recorded</source>
+        <translation>So viele Male so schnell, wie aufgezeichnet wurde</translation>
     </message>
 </context>
 <context>
@@ -5302,7 +5310,7 @@ Jetzt: %2</translation>
         <translation>wer ein Frame gesendet hat</translation>
     </message>
     <message>
-        <source>times finer than 100 us</source>
+        <source>times finer than 100 µs</source>
         <translation>Zeiten genauer als 100 µs</translation>
     </message>
     <message>
@@ -5388,16 +5396,12 @@ Jetzt: %2</translation>
         <translation>Die erste: Zeile %1. %2</translation>
     </message>
     <message>
-        <source>%1 lines</source>
-        <translation>%1 Zeilen</translation>
-    </message>
-    <message>
         <source>%1 of %2 lines, %3 % looked at</source>
         <translation>%1 von %2 Zeilen, %3 % angesehen</translation>
     </message>
     <message>
-        <source>%1 of %2 lines</source>
-        <translation>%1 von %2 Zeilen</translation>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
     </message>
     <message>
         <source>%1 from the first selected line to the last one</source>
@@ -5428,7 +5432,7 @@ Jetzt: %2</translation>
         <translation>Kopiert die gewählten Zeilen oder alle, die gezeigt werden (höchstens %1)</translation>
     </message>
     <message>
-        <source>&amp;Export...</source>
+        <source>E&amp;xport...</source>
         <translation>&amp;Exportieren...</translation>
     </message>
     <message>
@@ -5437,14 +5441,14 @@ Jetzt: %2</translation>
     </message>
     <message>
         <source>Eve&amp;nts</source>
-        <translation>E&amp;reignisse</translation>
+        <translation>Ere&amp;ignisse</translation>
     </message>
     <message>
         <source>Shows the events around the selected line</source>
         <translation>Zeigt die Ereignisse um die gewählte Zeile</translation>
     </message>
     <message>
-        <source>Fo&amp;llow</source>
+        <source>F&amp;ollow</source>
         <translation>&amp;Mitlaufen</translation>
     </message>
     <message>
@@ -5462,6 +5466,18 @@ Jetzt: %2</translation>
     <message>
         <source>What was on the bus then is no longer in this list.</source>
         <translation>Was damals auf dem Bus war, ist nicht mehr in dieser Liste.</translation>
+    </message>
+    <message>
+        <source>Nothing has been heard yet.</source>
+        <translation>Noch wurde nichts gehört.</translation>
+    </message>
+    <message>
+        <source>No line fits the filter.</source>
+        <translation>Keine Zeile passt zum Filter.</translation>
+    </message>
+    <message>
+        <source>The frames of the line that is chosen above stand here, byte by byte.</source>
+        <translation>Hier stehen die Frames der oben gewählten Zeile, Byte für Byte.</translation>
     </message>
 </context>
 <context>
@@ -5518,7 +5534,7 @@ Jetzt: %2</translation>
         <translation>%1 s</translation>
     </message>
     <message>
-        <source>%1 us</source>
+        <source>%1 µs</source>
         <translation>%1 µs</translation>
     </message>
     <message>
@@ -5536,6 +5552,22 @@ Jetzt: %2</translation>
     <message>
         <source>%1 M</source>
         <translation>%1 Mio.</translation>
+    </message>
+    <message>
+        <source>1 frame</source>
+        <translation>1 Frame</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 Frames</translation>
+    </message>
+    <message>
+        <source>1 line</source>
+        <translation>1 Zeile</translation>
+    </message>
+    <message>
+        <source>%1 lines</source>
+        <translation>%1 Zeilen</translation>
     </message>
 </context>
 <context>
@@ -5557,19 +5589,19 @@ Jetzt: %2</translation>
         <translation>Alle Dateien (*)</translation>
     </message>
     <message>
-        <source>Reading %1: %2 frames</source>
-        <translation>Liest %1: %2 Frames</translation>
+        <source>Reading %1: %2</source>
+        <translation>Liest %1: %2</translation>
     </message>
     <message>
-        <source>Recording %1: %2 frames, %3</source>
-        <translation>Zeichnet auf in %1: %2 Frames, %3</translation>
+        <source>Recording %1: %2, %3</source>
+        <translation>Zeichnet auf in %1: %2, %3</translation>
     </message>
     <message>
-        <source>■ Stop &amp;recording</source>
-        <translation>■ Aufzeichnung &amp;beenden</translation>
+        <source>■ Stop recor&amp;ding</source>
+        <translation>■ Auf&amp;zeichnung beenden</translation>
     </message>
     <message>
-        <source>● &amp;Record...</source>
+        <source>● Recor&amp;d...</source>
         <translation>● Auf&amp;zeichnen...</translation>
     </message>
     <message>
@@ -5578,14 +5610,14 @@ Jetzt: %2</translation>
     </message>
     <message>
         <source>&amp;Save last 10 min...</source>
-        <translation>Letzte 10 min &amp;speichern...</translation>
+        <translation>Letzte 10 min spei&amp;chern...</translation>
     </message>
     <message>
         <source>Saves what was heard in the last ten minutes; it is kept all the time</source>
         <translation>Speichert, was in den letzten zehn Minuten gehört wurde; es wird ständig behalten</translation>
     </message>
     <message>
-        <source>&amp;Open...</source>
+        <source>O&amp;pen...</source>
         <translation>Öff&amp;nen...</translation>
     </message>
     <message>
@@ -5593,7 +5625,7 @@ Jetzt: %2</translation>
         <translation>Öffnet eine Aufzeichnung: ein Log von candump, asc, trc, pcap oder pcapng, auch komprimiert</translation>
     </message>
     <message>
-        <source>&amp;Live</source>
+        <source>Liv&amp;e</source>
         <translation>&amp;Live</translation>
     </message>
     <message>

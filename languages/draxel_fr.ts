@@ -1805,8 +1805,8 @@ Maintenant&#xa0;: %2</translation>
         <translation>La langue «&#xa0;%1&#xa0;» n’existe pas. Langues disponibles&#xa0;: %2.</translation>
     </message>
     <message>
-        <source>Show this file: a vehicle (.dxsnap, .dxxml) or a trace (.log, .asc, .trc, .pcap, .pcapng).</source>
-        <translation>Afficher ce fichier : un véhicule (.dxsnap, .dxxml) ou une trace (.log, .asc, .trc, .pcap, .pcapng).</translation>
+        <source>Show this file: a vehicle (.dxsnap, .dxxml), a support bundle (.zip) or a trace (.log, .asc, .trc, .pcap, .pcapng).</source>
+        <translation>Afficher ce fichier&#xa0;: un véhicule (.dxsnap, .dxxml), un paquet d’assistance (.zip) ou une trace (.log, .asc, .trc, .pcap, .pcapng).</translation>
     </message>
 </context>
 <context>
@@ -3593,6 +3593,10 @@ Maintenant&#xa0;: %2</translation>
         <source>This is a support bundle of %1, made %2.</source>
         <translation>Ceci est un paquet d’assistance de %1, créé le %2.</translation>
     </message>
+    <message>
+        <source>Trace %1</source>
+        <translation>Trace %1</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -3868,6 +3872,10 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>The trace is over. Play it again to read its devices.</source>
         <translation>La trace est terminée. Relisez-la pour lire ses appareils.</translation>
+    </message>
+    <message>
+        <source>So many times as fast as it was recorded</source>
+        <translation>Autant de fois plus vite que l’enregistrement</translation>
     </message>
 </context>
 <context>
@@ -5302,7 +5310,7 @@ Maintenant&#xa0;: %2</translation>
         <translation>qui a envoyé une trame</translation>
     </message>
     <message>
-        <source>times finer than 100 us</source>
+        <source>times finer than 100 µs</source>
         <translation>des temps plus fins que 100 µs</translation>
     </message>
     <message>
@@ -5388,16 +5396,12 @@ Maintenant&#xa0;: %2</translation>
         <translation>La première&#xa0;: ligne %1. %2</translation>
     </message>
     <message>
-        <source>%1 lines</source>
-        <translation>%1 lignes</translation>
-    </message>
-    <message>
         <source>%1 of %2 lines, %3 % looked at</source>
         <translation>%1 sur %2 lignes, %3&#xa0;% examinées</translation>
     </message>
     <message>
-        <source>%1 of %2 lines</source>
-        <translation>%1 sur %2 lignes</translation>
+        <source>%1 of %2</source>
+        <translation>%1 sur %2</translation>
     </message>
     <message>
         <source>%1 from the first selected line to the last one</source>
@@ -5428,8 +5432,8 @@ Maintenant&#xa0;: %2</translation>
         <translation>Copie les lignes choisies, ou toutes celles qui sont affichées (%1 au plus)</translation>
     </message>
     <message>
-        <source>&amp;Export...</source>
-        <translation>&amp;Exporter...</translation>
+        <source>E&amp;xport...</source>
+        <translation>E&amp;xporter...</translation>
     </message>
     <message>
         <source>Saves the frames of the lines that are shown; the name tells the format</source>
@@ -5444,7 +5448,7 @@ Maintenant&#xa0;: %2</translation>
         <translation>Affiche les événements autour de la ligne choisie</translation>
     </message>
     <message>
-        <source>Fo&amp;llow</source>
+        <source>F&amp;ollow</source>
         <translation>&amp;Suivre</translation>
     </message>
     <message>
@@ -5462,6 +5466,18 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>What was on the bus then is no longer in this list.</source>
         <translation>Ce qui circulait alors sur le bus n’est plus dans cette liste.</translation>
+    </message>
+    <message>
+        <source>Nothing has been heard yet.</source>
+        <translation>Rien n’a encore été entendu.</translation>
+    </message>
+    <message>
+        <source>No line fits the filter.</source>
+        <translation>Aucune ligne ne correspond au filtre.</translation>
+    </message>
+    <message>
+        <source>The frames of the line that is chosen above stand here, byte by byte.</source>
+        <translation>Ici s’affichent les trames de la ligne choisie ci-dessus, octet par octet.</translation>
     </message>
 </context>
 <context>
@@ -5518,8 +5534,8 @@ Maintenant&#xa0;: %2</translation>
         <translation>%1&#xa0;s</translation>
     </message>
     <message>
-        <source>%1 us</source>
-        <translation>%1&#xa0;µs</translation>
+        <source>%1 µs</source>
+        <translation>%1 µs</translation>
     </message>
     <message>
         <source>%1 ms</source>
@@ -5536,6 +5552,22 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>%1 M</source>
         <translation>%1&#xa0;M</translation>
+    </message>
+    <message>
+        <source>1 frame</source>
+        <translation>1 trame</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 trames</translation>
+    </message>
+    <message>
+        <source>1 line</source>
+        <translation>1 ligne</translation>
+    </message>
+    <message>
+        <source>%1 lines</source>
+        <translation>%1 lignes</translation>
     </message>
 </context>
 <context>
@@ -5557,20 +5589,20 @@ Maintenant&#xa0;: %2</translation>
         <translation>Tous les fichiers (*)</translation>
     </message>
     <message>
-        <source>Reading %1: %2 frames</source>
-        <translation>Lecture de %1&#xa0;: %2 trames</translation>
+        <source>Reading %1: %2</source>
+        <translation>Lecture de %1&#xa0;: %2</translation>
     </message>
     <message>
-        <source>Recording %1: %2 frames, %3</source>
-        <translation>Enregistrement dans %1&#xa0;: %2 trames, %3</translation>
+        <source>Recording %1: %2, %3</source>
+        <translation>Enregistrement dans %1&#xa0;: %2, %3</translation>
     </message>
     <message>
-        <source>■ Stop &amp;recording</source>
-        <translation>■ Arrêter l’en&amp;registrement</translation>
+        <source>■ Stop recor&amp;ding</source>
+        <translation>■ Arrêter l’enre&amp;gistrement</translation>
     </message>
     <message>
-        <source>● &amp;Record...</source>
-        <translation>● En&amp;registrer...</translation>
+        <source>● Recor&amp;d...</source>
+        <translation>● Enre&amp;gistrer...</translation>
     </message>
     <message>
         <source>Writes all that is heard from now on into a file</source>
@@ -5585,7 +5617,7 @@ Maintenant&#xa0;: %2</translation>
         <translation>Enregistre ce qui a été entendu ces dix dernières minutes&#xa0;; c’est gardé en permanence</translation>
     </message>
     <message>
-        <source>&amp;Open...</source>
+        <source>O&amp;pen...</source>
         <translation>&amp;Ouvrir...</translation>
     </message>
     <message>
@@ -5593,8 +5625,8 @@ Maintenant&#xa0;: %2</translation>
         <translation>Ouvre une trace&#xa0;: un journal de candump, asc, trc, pcap ou pcapng, même compressé</translation>
     </message>
     <message>
-        <source>&amp;Live</source>
-        <translation>&amp;Direct</translation>
+        <source>Liv&amp;e</source>
+        <translation>Direc&amp;t</translation>
     </message>
     <message>
         <source>Shows what is heard instead of the file</source>

@@ -1805,8 +1805,8 @@ Nu: %2</translation>
         <translation>De taal “%1” is er niet. Er zijn: %2.</translation>
     </message>
     <message>
-        <source>Show this file: a vehicle (.dxsnap, .dxxml) or a trace (.log, .asc, .trc, .pcap, .pcapng).</source>
-        <translation>Dit bestand tonen: een voertuig (.dxsnap, .dxxml) of een opname (.log, .asc, .trc, .pcap, .pcapng).</translation>
+        <source>Show this file: a vehicle (.dxsnap, .dxxml), a support bundle (.zip) or a trace (.log, .asc, .trc, .pcap, .pcapng).</source>
+        <translation>Dit bestand tonen: een voertuig (.dxsnap, .dxxml), een supportpakket (.zip) of een opname (.log, .asc, .trc, .pcap, .pcapng).</translation>
     </message>
 </context>
 <context>
@@ -3250,7 +3250,7 @@ Nu: %2</translation>
     </message>
     <message>
         <source>&amp;Trace</source>
-        <translation>&amp;Opname</translation>
+        <translation>Op&amp;name</translation>
     </message>
     <message>
         <source>Save support &amp;bundle...</source>
@@ -3593,6 +3593,10 @@ Nu: %2</translation>
         <source>This is a support bundle of %1, made %2.</source>
         <translation>Dit is een supportpakket van %1, gemaakt op %2.</translation>
     </message>
+    <message>
+        <source>Trace %1</source>
+        <translation>Opname %1</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -3868,6 +3872,10 @@ Nu: %2</translation>
     <message>
         <source>The trace is over. Play it again to read its devices.</source>
         <translation>De opname is afgelopen. Speel ze opnieuw af om de apparaten uit te lezen.</translation>
+    </message>
+    <message>
+        <source>So many times as fast as it was recorded</source>
+        <translation>Zoveel keer zo snel als er is opgenomen</translation>
     </message>
 </context>
 <context>
@@ -5302,7 +5310,7 @@ Nu: %2</translation>
         <translation>wie een frame heeft verzonden</translation>
     </message>
     <message>
-        <source>times finer than 100 us</source>
+        <source>times finer than 100 µs</source>
         <translation>tijden fijner dan 100 µs</translation>
     </message>
     <message>
@@ -5388,16 +5396,12 @@ Nu: %2</translation>
         <translation>De eerste: regel %1. %2</translation>
     </message>
     <message>
-        <source>%1 lines</source>
-        <translation>%1 regels</translation>
-    </message>
-    <message>
         <source>%1 of %2 lines, %3 % looked at</source>
         <translation>%1 van %2 regels, %3 % bekeken</translation>
     </message>
     <message>
-        <source>%1 of %2 lines</source>
-        <translation>%1 van %2 regels</translation>
+        <source>%1 of %2</source>
+        <translation>%1 van %2</translation>
     </message>
     <message>
         <source>%1 from the first selected line to the last one</source>
@@ -5428,7 +5432,7 @@ Nu: %2</translation>
         <translation>Kopieert de gekozen regels, of alle die getoond worden (hoogstens %1)</translation>
     </message>
     <message>
-        <source>&amp;Export...</source>
+        <source>E&amp;xport...</source>
         <translation>&amp;Exporteren...</translation>
     </message>
     <message>
@@ -5437,14 +5441,14 @@ Nu: %2</translation>
     </message>
     <message>
         <source>Eve&amp;nts</source>
-        <translation>Gebeurte&amp;nissen</translation>
+        <translation>&amp;Gebeurtenissen</translation>
     </message>
     <message>
         <source>Shows the events around the selected line</source>
         <translation>Toont de gebeurtenissen rond de gekozen regel</translation>
     </message>
     <message>
-        <source>Fo&amp;llow</source>
+        <source>F&amp;ollow</source>
         <translation>&amp;Volgen</translation>
     </message>
     <message>
@@ -5462,6 +5466,18 @@ Nu: %2</translation>
     <message>
         <source>What was on the bus then is no longer in this list.</source>
         <translation>Wat er toen op de bus was, staat niet meer in deze lijst.</translation>
+    </message>
+    <message>
+        <source>Nothing has been heard yet.</source>
+        <translation>Er is nog niets gehoord.</translation>
+    </message>
+    <message>
+        <source>No line fits the filter.</source>
+        <translation>Geen enkele regel past bij het filter.</translation>
+    </message>
+    <message>
+        <source>The frames of the line that is chosen above stand here, byte by byte.</source>
+        <translation>Hier staan de frames van de hierboven gekozen regel, byte voor byte.</translation>
     </message>
 </context>
 <context>
@@ -5518,7 +5534,7 @@ Nu: %2</translation>
         <translation>%1 s</translation>
     </message>
     <message>
-        <source>%1 us</source>
+        <source>%1 µs</source>
         <translation>%1 µs</translation>
     </message>
     <message>
@@ -5536,6 +5552,22 @@ Nu: %2</translation>
     <message>
         <source>%1 M</source>
         <translation>%1 M</translation>
+    </message>
+    <message>
+        <source>1 frame</source>
+        <translation>1 frame</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 frames</translation>
+    </message>
+    <message>
+        <source>1 line</source>
+        <translation>1 regel</translation>
+    </message>
+    <message>
+        <source>%1 lines</source>
+        <translation>%1 regels</translation>
     </message>
 </context>
 <context>
@@ -5557,19 +5589,19 @@ Nu: %2</translation>
         <translation>Alle bestanden (*)</translation>
     </message>
     <message>
-        <source>Reading %1: %2 frames</source>
-        <translation>Leest %1: %2 frames</translation>
+        <source>Reading %1: %2</source>
+        <translation>Leest %1: %2</translation>
     </message>
     <message>
-        <source>Recording %1: %2 frames, %3</source>
-        <translation>Neemt op in %1: %2 frames, %3</translation>
+        <source>Recording %1: %2, %3</source>
+        <translation>Neemt op in %1: %2, %3</translation>
     </message>
     <message>
-        <source>■ Stop &amp;recording</source>
-        <translation>■ Opname &amp;stoppen</translation>
+        <source>■ Stop recor&amp;ding</source>
+        <translation>■ Opna&amp;me stoppen</translation>
     </message>
     <message>
-        <source>● &amp;Record...</source>
+        <source>● Recor&amp;d...</source>
         <translation>● Opne&amp;men...</translation>
     </message>
     <message>
@@ -5578,14 +5610,14 @@ Nu: %2</translation>
     </message>
     <message>
         <source>&amp;Save last 10 min...</source>
-        <translation>Laa&amp;tste 10 min opslaan...</translation>
+        <translation>L&amp;aatste 10 min opslaan...</translation>
     </message>
     <message>
         <source>Saves what was heard in the last ten minutes; it is kept all the time</source>
         <translation>Slaat op wat de laatste tien minuten gehoord is; het wordt voortdurend bewaard</translation>
     </message>
     <message>
-        <source>&amp;Open...</source>
+        <source>O&amp;pen...</source>
         <translation>&amp;Openen...</translation>
     </message>
     <message>
@@ -5593,7 +5625,7 @@ Nu: %2</translation>
         <translation>Opent een opname: een log van candump, asc, trc, pcap of pcapng, ook gecomprimeerd</translation>
     </message>
     <message>
-        <source>&amp;Live</source>
+        <source>Liv&amp;e</source>
         <translation>&amp;Live</translation>
     </message>
     <message>

@@ -1795,8 +1795,8 @@ Now: %2</source>
         <translation>没有语言“%1”。可用的语言：%2。</translation>
     </message>
     <message>
-        <source>Show this file: a vehicle (.dxsnap, .dxxml) or a trace (.log, .asc, .trc, .pcap, .pcapng).</source>
-        <translation>显示此文件：车辆 (.dxsnap, .dxxml) 或总线记录 (.log, .asc, .trc, .pcap, .pcapng)。</translation>
+        <source>Show this file: a vehicle (.dxsnap, .dxxml), a support bundle (.zip) or a trace (.log, .asc, .trc, .pcap, .pcapng).</source>
+        <translation>显示此文件：车辆（.dxsnap、.dxxml）、支持包（.zip）或总线记录（.log、.asc、.trc、.pcap、.pcapng）。</translation>
     </message>
 </context>
 <context>
@@ -3579,6 +3579,10 @@ Now: %2</source>
         <source>This is a support bundle of %1, made %2.</source>
         <translation>这是 %1 于 %2 生成的支持包。</translation>
     </message>
+    <message>
+        <source>Trace %1</source>
+        <translation>总线记录 %1</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -3854,6 +3858,10 @@ Now: %2</source>
     <message>
         <source>The trace is over. Play it again to read its devices.</source>
         <translation>总线记录已播放完。要读取其中的设备，请重新播放。</translation>
+    </message>
+    <message>
+        <source>So many times as fast as it was recorded</source>
+        <translation>相对于录制时的播放速度倍数</translation>
     </message>
 </context>
 <context>
@@ -5281,7 +5289,7 @@ Now: %2</source>
         <translation>帧由谁发送</translation>
     </message>
     <message>
-        <source>times finer than 100 us</source>
+        <source>times finer than 100 µs</source>
         <translation>精度高于 100 µs 的时间</translation>
     </message>
     <message>
@@ -5366,16 +5374,12 @@ Now: %2</source>
         <translation>第一处：第 %1 行。%2</translation>
     </message>
     <message>
-        <source>%1 lines</source>
-        <translation>%1 行</translation>
-    </message>
-    <message>
         <source>%1 of %2 lines, %3 % looked at</source>
         <translation>%1 / %2 行，已查看 %3 %</translation>
     </message>
     <message>
-        <source>%1 of %2 lines</source>
-        <translation>%1 / %2 行</translation>
+        <source>%1 of %2</source>
+        <translation>%1（共 %2）</translation>
     </message>
     <message>
         <source>%1 from the first selected line to the last one</source>
@@ -5406,8 +5410,8 @@ Now: %2</source>
         <translation>复制所选的行，或所显示的全部行（最多 %1 行）</translation>
     </message>
     <message>
-        <source>&amp;Export...</source>
-        <translation>导出(&amp;E)...</translation>
+        <source>E&amp;xport...</source>
+        <translation>导出(&amp;X)...</translation>
     </message>
     <message>
         <source>Saves the frames of the lines that are shown; the name tells the format</source>
@@ -5422,8 +5426,8 @@ Now: %2</source>
         <translation>显示所选行前后的事件</translation>
     </message>
     <message>
-        <source>Fo&amp;llow</source>
-        <translation>跟随(&amp;L)</translation>
+        <source>F&amp;ollow</source>
+        <translation>跟随(&amp;O)</translation>
     </message>
     <message>
         <source>Keeps the newest line in sight</source>
@@ -5440,6 +5444,18 @@ Now: %2</source>
     <message>
         <source>What was on the bus then is no longer in this list.</source>
         <translation>当时总线上的内容已不在此列表中。</translation>
+    </message>
+    <message>
+        <source>Nothing has been heard yet.</source>
+        <translation>尚未听到任何内容。</translation>
+    </message>
+    <message>
+        <source>No line fits the filter.</source>
+        <translation>没有符合筛选条件的行。</translation>
+    </message>
+    <message>
+        <source>The frames of the line that is chosen above stand here, byte by byte.</source>
+        <translation>此处逐字节显示上方所选行的帧。</translation>
     </message>
 </context>
 <context>
@@ -5494,8 +5510,8 @@ Now: %2</source>
         <translation>%1 s</translation>
     </message>
     <message>
-        <source>%1 us</source>
-        <translation>%1 微秒</translation>
+        <source>%1 µs</source>
+        <translation>%1 µs</translation>
     </message>
     <message>
         <source>%1 ms</source>
@@ -5513,6 +5529,22 @@ Now: %2</source>
         <source>%1 M</source>
         <translation>%1 M</translation>
     </message>
+    <message>
+        <source>1 frame</source>
+        <translation>1 帧</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 帧</translation>
+    </message>
+    <message>
+        <source>1 line</source>
+        <translation>1 行</translation>
+    </message>
+    <message>
+        <source>%1 lines</source>
+        <translation>%1 行</translation>
+    </message>
 </context>
 <context>
     <name>TraceToolbar</name>
@@ -5526,27 +5558,27 @@ Now: %2</source>
     </message>
     <message>
         <source>Open a trace</source>
-        <translation>打开记录</translation>
+        <translation>打开总线记录</translation>
     </message>
     <message>
         <source>All files (*)</source>
         <translation>所有文件 (*)</translation>
     </message>
     <message>
-        <source>Reading %1: %2 frames</source>
-        <translation>正在读取 %1：%2 帧</translation>
+        <source>Reading %1: %2</source>
+        <translation>正在读取 %1：%2</translation>
     </message>
     <message>
-        <source>Recording %1: %2 frames, %3</source>
-        <translation>正在录制到 %1：%2 帧，%3</translation>
+        <source>Recording %1: %2, %3</source>
+        <translation>正在录制到 %1：%2，%3</translation>
     </message>
     <message>
-        <source>■ Stop &amp;recording</source>
-        <translation>■ 停止录制(&amp;R)</translation>
+        <source>■ Stop recor&amp;ding</source>
+        <translation>■ 停止录制(&amp;D)</translation>
     </message>
     <message>
-        <source>● &amp;Record...</source>
-        <translation>● 录制(&amp;R)...</translation>
+        <source>● Recor&amp;d...</source>
+        <translation>● 录制(&amp;D)...</translation>
     </message>
     <message>
         <source>Writes all that is heard from now on into a file</source>
@@ -5561,16 +5593,16 @@ Now: %2</source>
         <translation>保存最近十分钟听到的内容；这些内容一直保留</translation>
     </message>
     <message>
-        <source>&amp;Open...</source>
-        <translation>打开(&amp;O)...</translation>
+        <source>O&amp;pen...</source>
+        <translation>打开(&amp;P)...</translation>
     </message>
     <message>
         <source>Opens a trace: a log of candump, asc, trc, pcap or pcapng, also compressed</source>
         <translation>打开记录：candump 日志、asc、trc、pcap 或 pcapng，也可为压缩文件</translation>
     </message>
     <message>
-        <source>&amp;Live</source>
-        <translation>实时(&amp;L)</translation>
+        <source>Liv&amp;e</source>
+        <translation>实时(&amp;E)</translation>
     </message>
     <message>
         <source>Shows what is heard instead of the file</source>
@@ -5586,7 +5618,7 @@ Now: %2</source>
     </message>
     <message>
         <source>Record to one &amp;file</source>
-        <translation>记录到一个文件(&amp;F)</translation>
+        <translation>录制到一个文件(&amp;F)</translation>
     </message>
     <message>
         <source>A new file every %1 &amp;MB</source>

@@ -609,6 +609,8 @@ void tst_Languages::onlyNamesStayAsTheyAre()
         {"pl_overview", "de nl", "Stopped"},
         {"draxel", "de fr nl zh_CN", "%1 %2"},
         {"draxel", "de fr nl zh_CN", "%1 ms"},
+        {"draxel", "de fr nl zh_CN", "%1 µs"},
+        {"draxel", "fr", "Trace %1"},
         {"draxel", "de fr nl", "%1, %2 (%3)"},
         {"draxel", "fr nl", "%1, pack %2"},
         {"draxel", "de fr nl", "Bus"},
