@@ -25,7 +25,7 @@ done
 has_display=${DISPLAY-}${WAYLAND_DISPLAY-}${QT_QPA_PLATFORM-}
 
 scripts/install-packages run
-# Without a display the command line is all that is built: it takes half the time.
+# Without a display the command line is all that is started, so it alone is built.
 scripts/build "$([ -n "$help$has_display" ] && echo programs || echo command_line)"
 bin=$PWD/build/bin
 
