@@ -4,7 +4,7 @@ include(CMakeParseArguments)
 
 # Reading the headers is most of the time that a source takes to compile, so several are compiled as one. The fuzz targets
 # build without it, so that no source lives on what others include.
-set(OVERVIEW_UNITY_BATCH 16 CACHE STRING "How many sources are compiled as one")
+set(OVERVIEW_UNITY_BATCH 32 CACHE STRING "How many sources are compiled as one")
 mark_as_advanced(OVERVIEW_UNITY_BATCH)
 
 # overview_unite_sources(<target>)
