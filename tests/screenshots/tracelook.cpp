@@ -313,6 +313,7 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QLatin1String(HostSettings::organization));
     QApplication::setApplicationName(QStringLiteral("draxel-trace-look"));
+    QApplication::setApplicationVersion(QStringLiteral("1.0.0"));
     QApplication::setApplicationDisplayName(QLatin1String(HostSettings::displayName));
     if (argc != 3)
         qFatal("usage: trace_look FOLDER LANGUAGE");
