@@ -7,7 +7,6 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QSignalBlocker>
 #include <QToolButton>
 
 namespace {
@@ -57,14 +56,12 @@ QLineEdit *FilterBar::makeField(const char *name, int characters)
 
 void FilterBar::clear()
 {
-    {
-        const QSignalBlocker blockers[] = {QSignalBlocker(m_nodes), QSignalBlocker(m_objects),
-                                           QSignalBlocker(m_text), QSignalBlocker(m_wrong)};
-        for (QLineEdit *field : {m_nodes, m_objects, m_text})
-            field->clear();
-        m_wrong->setChecked(false);
-        m_kinds->setKinds({});
-    }
+    m_isClearing = true; // their signals are not blocked: the crosses in the fields would stay
+    for (QLineEdit *field : {m_nodes, m_objects, m_text})
+        field->clear();
+    m_wrong->setChecked(false);
+    m_kinds->setKinds({});
+    m_isClearing = false;
     read();
 }
 
@@ -88,6 +85,8 @@ QString FilterBar::problem() const
 
 void FilterBar::read()
 {
+    if (m_isClearing)
+        return;
     m_clear->setEnabled(!input().isEmpty());
     QString problem;
     const std::optional<TraceFilter> filter = input().parse(&problem);

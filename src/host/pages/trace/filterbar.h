@@ -44,4 +44,5 @@ private:
     QCheckBox *m_wrong;
     QToolButton *m_clear;
     TraceFilter m_filter;
+    bool m_isClearing = false; // all fields at once
 };

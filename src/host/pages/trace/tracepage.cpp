@@ -57,6 +57,7 @@ QWidget *TracePage::buildTop()
     auto *top = new QWidget(this);
     m_toolbar = new TraceToolbar(m_session, top);
     m_filter = new FilterBar(top);
+    m_filter->setObjectName(QStringLiteral("filterBar"));
     m_find = new FindBar(&m_model, top);
     m_count = makePlainLabel("traceCount", top);
     m_problem = makePlainLabel("traceProblem", top);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "heardframes.h"
 
+#include <host/pages/trace/filterbar.h>
 #include <host/pages/trace/tracepage.h>
 #include <host/pages/trace/tracesession.h>
 #include <host/pages/trace/tracetable.h>
@@ -153,6 +154,7 @@ private slots:
     void whatIsLearntHoldsForLinesOfBefore();
     void filterProblemIsSaid();
     void filterProblemStaysWithAnotherFile();
+    void clearedFieldsLookEmpty();
     void emptyListsSayWhy();
     void countsSayHowManyAreShown();
     void finds();
@@ -447,6 +449,22 @@ void tst_TracePage::filterProblemStaysWithAnotherFile()
     QCOMPARE(host.find<QLineEdit>("filterNodes")->text(), QString());
     QCOMPARE(host.label("traceProblem"), QStringLiteral("There is not one frame in this file."));
     QVERIFY(!host.find<QToolButton>("filterClear")->isEnabled());
+}
+
+void tst_TracePage::clearedFieldsLookEmpty()
+{
+    TraceHost host;
+    host.open(fourLines());
+    QSignalSpy changed(host.find<FilterBar>("filterBar"), &FilterBar::filterChanged);
+    auto *field = host.find<QLineEdit>("filterText");
+    const QImage empty = field->grab().toImage();
+    host.type("filterText", QStringLiteral("4210h"));
+    host.type("filterNodes", QStringLiteral("4"));
+    QCOMPARE(changed.count(), 2);
+    host.find<QToolButton>("filterClear")->click();
+    QCOMPARE(changed.count(), 3); // all at once
+    QTest::qWait(1000);
+    QCOMPARE(field->grab().toImage(), empty); // without its cross
 }
 
 void tst_TracePage::emptyListsSayWhy()
