@@ -3871,7 +3871,7 @@ Jetzt: %2</translation>
     </message>
     <message>
         <source>The trace is over. Play it again to read its devices.</source>
-        <translation>Zu Ende. Zum Lesen noch einmal abspielen.</translation>
+        <translation>Zu Ende. Um Geräte zu lesen, noch einmal abspielen.</translation>
     </message>
     <message>
         <source>So many times as fast as it was recorded</source>
