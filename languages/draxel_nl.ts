@@ -3871,7 +3871,7 @@ Nu: %2</translation>
     </message>
     <message>
         <source>The trace is over. Play it again to read its devices.</source>
-        <translation>Afgelopen. Speel opnieuw af om uit te lezen.</translation>
+        <translation>Afgelopen. Speel opnieuw af om apparaten uit te lezen.</translation>
     </message>
     <message>
         <source>So many times as fast as it was recorded</source>
