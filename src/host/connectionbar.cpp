@@ -13,12 +13,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QResizeEvent>
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QToolButton>
-
-#include <algorithm>
 
 namespace {
 
@@ -37,7 +34,7 @@ bool hasBitRate(const QString &plugin)
 } // namespace
 
 ConnectionBar::ConnectionBar(QWidget *parent)
-    : QWidget(parent)
+    : BreakingRow(distance, parent)
 {
     build();
     fillPlugins();
@@ -103,51 +100,11 @@ void ConnectionBar::refreshInterfaces()
         m_interface->setCurrentText(typed);
 }
 
-QSize ConnectionBar::minimumSizeHint() const
-{
-    const QMargins margins = m_parts->contentsMargins();
-    int width = 0;
-    for (int i = 0; i < m_parts->count(); ++i)
-        width = std::max(width, m_parts->itemAt(i)->minimumSize().width());
-    return {width + margins.left() + margins.right(), m_parts->minimumSize().height()};
-}
-
-void ConnectionBar::resizeEvent(QResizeEvent *event)
-{
-    arrange();
-    QWidget::resizeEvent(event);
-}
-
-bool ConnectionBar::event(QEvent *event)
-{
-    if (event->type() == QEvent::LayoutRequest) { // a text has changed
-        arrange();
-        m_parts->activate();
-    }
-    return QWidget::event(event);
-}
-
-/*! Nothing that it goes by depends on how the parts stand now: they would change places for ever. */
-void ConnectionBar::arrange()
-{
-    const QMargins margins = m_parts->contentsMargins();
-    int inOneRow = margins.left() + margins.right() + distance * (m_parts->count() - 1);
-    for (int i = 0; i < m_parts->count(); ++i)
-        inOneRow += m_parts->itemAt(i)->minimumSize().width();
-    const auto direction = width() < inOneRow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
-    if (direction == m_parts->direction())
-        return;
-    m_parts->setDirection(direction);
-    m_parts->setSpacing(direction == QBoxLayout::LeftToRight
-                            ? distance
-                            : style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing));
-}
-
 void ConnectionBar::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::LanguageChange)
         retranslate();
-    QWidget::changeEvent(event);
+    BreakingRow::changeEvent(event);
 }
 
 bool ConnectionBar::eventFilter(QObject *object, QEvent *event)
@@ -158,7 +115,7 @@ bool ConnectionBar::eventFilter(QObject *object, QEvent *event)
         event->ignore();
         return true;
     }
-    return QWidget::eventFilter(object, event);
+    return BreakingRow::eventFilter(object, event);
 }
 
 void ConnectionBar::build()
@@ -207,10 +164,8 @@ void ConnectionBar::build()
     how->addWidget(m_bitRate, 1);
     how->addSpacing(barGap);
     how->addWidget(m_connect);
-    m_parts = new QBoxLayout(QBoxLayout::LeftToRight, this);
-    m_parts->setSpacing(distance);
-    m_parts->addLayout(which, 1);
-    m_parts->addLayout(how);
+    addPart(which, 1);
+    addPart(how);
 }
 
 void ConnectionBar::retranslate()

@@ -2,10 +2,8 @@
 #pragma once
 
 #include <bus/busconnection.h>
+#include <host/pages/breakingrow.h>
 
-#include <QWidget>
-
-class QBoxLayout;
 class QComboBox;
 class QLabel;
 class QPushButton;
@@ -14,7 +12,7 @@ class QToolButton;
 /*! Where the user chooses a bus and connects: back end, interface, bit rate, one button. Opens nothing
  *  itself.
  */
-class ConnectionBar : public QWidget
+class ConnectionBar : public BreakingRow
 {
     Q_OBJECT
 
@@ -24,9 +22,6 @@ public:
     /*! What is chosen; the interface may be empty. */
     BusSettings settings() const;
     void setSettings(const BusSettings &settings);
-
-    /*! Of two rows, in which the bar stands where one is too long. */
-    QSize minimumSizeHint() const override;
 
     /*! Shows what can be done now; the choice is open only while no bus is. */
     void showState(BusConnection::State state);
@@ -40,21 +35,17 @@ signals:
     void disconnectRequested();
 
 protected:
-    bool event(QEvent *event) override;
     void changeEvent(QEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
     void build();
     void retranslate();
-    void arrange();
     void fillPlugins();
     void fillBitRates();
     void handlePluginChange();
     void handleButton();
 
-    QBoxLayout *m_parts = nullptr; // which bus, and how to open it; beside or below each other
     BusConnection::State m_state = BusConnection::State::Disconnected;
     QLabel *m_pluginLabel = nullptr;
     QComboBox *m_plugin = nullptr;

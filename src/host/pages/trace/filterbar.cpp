@@ -3,6 +3,8 @@
 
 #include "kindmenu.h"
 
+#include <host/pages/pagelayout.h>
+
 #include <QCheckBox>
 #include <QEvent>
 #include <QHBoxLayout>
@@ -18,7 +20,7 @@ constexpr int textCharacters = 8;
 } // namespace
 
 FilterBar::FilterBar(QWidget *parent)
-    : QWidget(parent)
+    : BreakingRow(PageLayout::gap, parent)
     , m_nodes(makeField("filterNodes", nodeCharacters))
     , m_kinds(new KindMenu(this))
     , m_objects(makeField("filterObjects", objectCharacters))
@@ -29,14 +31,17 @@ FilterBar::FilterBar(QWidget *parent)
     m_kinds->setObjectName(QStringLiteral("filterKinds"));
     m_wrong->setObjectName(QStringLiteral("filterWrong"));
     m_clear->setObjectName(QStringLiteral("filterClear"));
-    auto *layout = new QHBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_nodes, nodeCharacters);
-    layout->addWidget(m_kinds);
-    layout->addWidget(m_objects, objectCharacters);
-    layout->addWidget(m_text, 2 * textCharacters);
-    layout->addWidget(m_wrong);
-    layout->addWidget(m_clear);
+    parts()->setContentsMargins(0, 0, 0, 0);
+    auto *which = new QHBoxLayout;
+    which->addWidget(m_nodes, nodeCharacters);
+    which->addWidget(m_kinds);
+    which->addWidget(m_objects, objectCharacters);
+    auto *what = new QHBoxLayout;
+    what->addWidget(m_text, 1);
+    what->addWidget(m_wrong);
+    what->addWidget(m_clear);
+    addPart(which, 2);
+    addPart(what, 3);
     connect(m_kinds, &KindMenu::changed, this, &FilterBar::read);
     connect(m_wrong, &QCheckBox::toggled, this, &FilterBar::read);
     connect(m_clear, &QToolButton::clicked, this, &FilterBar::clear);
@@ -101,7 +106,7 @@ void FilterBar::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::LanguageChange)
         retranslate();
-    QWidget::changeEvent(event);
+    BreakingRow::changeEvent(event);
 }
 
 void FilterBar::retranslate()

@@ -3,7 +3,7 @@
 
 #include "filterinput.h"
 
-#include <QWidget>
+#include <host/pages/breakingrow.h>
 
 class KindMenu;
 class QCheckBox;
@@ -11,7 +11,7 @@ class QLineEdit;
 class QToolButton;
 
 /*! The fields by which lines of a trace are filtered. */
-class FilterBar : public QWidget
+class FilterBar : public BreakingRow
 {
     Q_OBJECT
 

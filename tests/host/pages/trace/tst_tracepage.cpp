@@ -156,6 +156,7 @@ private slots:
     void filterProblemStaysWithAnotherFile();
     void clearedFieldsLookEmpty();
     void emptyListsSayWhy();
+    void filterStandsInTwoRowsOnSmallScreens();
     void countsSayHowManyAreShown();
     void finds();
     void findsNothing();
@@ -465,6 +466,26 @@ void tst_TracePage::clearedFieldsLookEmpty()
     QCOMPARE(changed.count(), 3); // all at once
     QTest::qWait(1000);
     QCOMPARE(field->grab().toImage(), empty); // without its cross
+}
+
+void tst_TracePage::filterStandsInTwoRowsOnSmallScreens()
+{
+    TraceHost host;
+    const auto *nodes = host.find<QLineEdit>("filterNodes");
+    const auto *words = host.find<QLineEdit>("filterText");
+    const auto *clear = host.find<QToolButton>("filterClear");
+    host.page.resize(1000, 500);
+    QCoreApplication::processEvents();
+    QCOMPARE(words->y(), nodes->y());
+    QVERIFY2(host.page.minimumSizeHint().width() <= 500,
+             qPrintable(QString::number(host.page.minimumSizeHint().width())));
+    host.page.resize(500, 500);
+    QCoreApplication::processEvents();
+    QVERIFY(words->y() >= nodes->geometry().bottom());
+    QVERIFY(clear->geometry().right() < 500);
+    host.page.resize(1000, 500);
+    QCoreApplication::processEvents();
+    QCOMPARE(words->y(), nodes->y());
 }
 
 void tst_TracePage::emptyListsSayWhy()
