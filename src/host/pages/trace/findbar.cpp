@@ -4,7 +4,7 @@
 #include "tracemodel.h"
 #include "workslice.h"
 
-#include <host/pages/plainlabel.h>
+#include <host/pages/elidedlabel.h>
 
 #include <QElapsedTimer>
 #include <QEvent>
@@ -27,7 +27,7 @@ FindBar::FindBar(TraceModel *model, QWidget *parent)
     , m_text(new QLineEdit(this))
     , m_previous(makeButton("findPrevious", &FindBar::findPrevious))
     , m_next(makeButton("findNext", &FindBar::findNext))
-    , m_result(makePlainLabel("findResult", this))
+    , m_result(new ElidedLabel("findResult", Qt::ElideRight, this))
 {
     m_text->setObjectName(QStringLiteral("findText"));
     m_text->setClearButtonEnabled(true);
