@@ -130,6 +130,13 @@ private slots:
     void nodesAndChannelsApart();
     void timesThatRunBackward();
     void timesAtTheEdge();
+    void firstSegmentOfZeros();
+    void timeOutOfTheClientInItsOwnTurn();
+    void silenceAfterAWrongToggle();
+    void repeatedSegmentOfADownload();
+    void segmentsBehindTheLastOne();
+    void acknowledgeOfWhatIsNotThere();
+    void asMuchAsIsKept();
     void moreThanIsKept();
 };
 
@@ -699,6 +706,119 @@ void tst_SdoTransfers::moreThanIsKept()
     QVERIFY(transfer.has(SdoTransfer::Cut));
     QVERIFY(!transfer.hasValue());
     QVERIFY(transfer.data.size() <= most);
+}
+
+void tst_SdoTransfers::firstSegmentOfZeros()
+{
+    Feed feed;
+    feed.add(request, "4008100000000000");
+    feed.add(answer, "4108100008000000");
+    feed.add(request, "6000000000000000");
+    feed.add(answer, "0000000000000000");
+    feed.add(request, "7000000000000000");
+    feed.add(answer, "1d41000000000000");
+    const SdoTransfer transfer = feed.only();
+    QCOMPARE(transfer.outcome, Outcome::Done);
+    QCOMPARE(transfer.data, QByteArray("\0\0\0\0\0\0\0A", 8));
+    QCOMPARE(int(transfer.problems), 0);
+}
+
+// The server has answered all that it was asked.
+void tst_SdoTransfers::timeOutOfTheClientInItsOwnTurn()
+{
+    Feed feed;
+    feed.add(request, "4008100000000000");
+    feed.add(answer, "4108100009000000");
+    feed.add(request, "8008100000000405");
+    const SdoTransfer transfer = feed.only();
+    QCOMPARE(transfer.outcome, Outcome::AbortedByClient);
+    QCOMPARE(transfer.abortCode, 0x05040000U);
+}
+
+void tst_SdoTransfers::silenceAfterAWrongToggle()
+{
+    Feed feed;
+    feed.add(request, "4008100000000000");
+    feed.add(answer, "4108100009000000");
+    feed.add(request, "6000000000000000");
+    feed.add(answer, "1044582d53656e73"); // with the toggle bit
+    feed.wait(60 * 1000 * millisecond);
+    feed.add(0x702, "05");
+    const std::vector<SdoTransfer> transfers = feed.taken();
+    QCOMPARE(transfers.size(), std::size_t(1));
+    QCOMPARE(transfers.front().outcome, Outcome::Broken);
+    QVERIFY(transfers.front().has(SdoTransfer::WrongToggle));
+}
+
+void tst_SdoTransfers::repeatedSegmentOfADownload()
+{
+    Feed feed;
+    feed.add(request, "2108200009000000");
+    feed.add(answer, "6008200000000000");
+    feed.add(request, "0044582d53656e73");
+    QCOMPARE(feed.add(request, "0044582d53656e73").step, SdoStep::DownloadSegment);
+    feed.add(answer, "2000000000000000");
+    feed.add(request, "1b65210000000000");
+    feed.add(answer, "3000000000000000");
+    const SdoTransfer transfer = feed.only();
+    QCOMPARE(transfer.outcome, Outcome::Done);
+    QCOMPARE(transfer.data, QByteArray("DX-Sense!"));
+    QCOMPARE(int(transfer.problems), int(SdoTransfer::Repeated));
+}
+
+void tst_SdoTransfers::segmentsBehindTheLastOne()
+{
+    Feed feed;
+    feed.add(request, "a00020007f000000");
+    feed.add(answer, "c20020000e000000");
+    feed.add(request, "a300000000000000");
+    feed.add(answer, "0101020304050607");
+    feed.add(answer, "8208090a0b0c0d0e");
+    feed.add(answer, "03ffffffffffffff");
+    feed.add(request, "a2027f0000000000");
+    feed.add(answer, "c100000000000000");
+    feed.add(request, "a100000000000000");
+    const SdoTransfer transfer = feed.only();
+    QCOMPARE(transfer.outcome, Outcome::Done);
+    QCOMPARE(transfer.data.toHex(), QByteArray("0102030405060708090a0b0c0d0e"));
+}
+
+void tst_SdoTransfers::acknowledgeOfWhatIsNotThere()
+{
+    Feed feed;
+    feed.add(request, "a00020007f000000");
+    feed.add(answer, "c200200015000000");
+    feed.add(request, "a300000000000000");
+    feed.add(answer, "0101020304050607");
+    feed.add(request, "a2027f0000000000"); // the second one is not in the trace
+    feed.add(answer, "810f101112131415");
+    feed.add(request, "a2017f0000000000");
+    feed.add(answer, "c100000000000000");
+    feed.add(request, "a100000000000000");
+    const SdoTransfer transfer = feed.only();
+    QCOMPARE(transfer.outcome, Outcome::Broken);
+    QVERIFY(transfer.has(SdoTransfer::LostSegment));
+    QVERIFY(!transfer.hasValue());
+}
+
+void tst_SdoTransfers::asMuchAsIsKept()
+{
+    constexpr int most = 4 * 1024 * 1024; // 599186 segments of seven bytes and one of two
+    Feed feed;
+    feed.add(request, "4000200000000000");
+    feed.add(answer, "4000200000000000");
+    bool isToggled = false;
+    for (int left = most; left > 0; left -= 7) {
+        feed.add(request, isToggled ? "7000000000000000" : "6000000000000000");
+        const QByteArray first = left > 7 ? (isToggled ? "10" : "00") : (isToggled ? "1b" : "0b");
+        feed.add(answer, first + "01020304050607");
+        isToggled = !isToggled;
+    }
+    const SdoTransfer transfer = feed.only();
+    QCOMPARE(transfer.outcome, Outcome::Done);
+    QCOMPARE(transfer.data.size(), most);
+    QVERIFY(!transfer.has(SdoTransfer::Cut));
+    QVERIFY(transfer.hasValue());
 }
 
 QTEST_GUILESS_MAIN(tst_SdoTransfers)
