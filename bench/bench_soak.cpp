@@ -28,14 +28,6 @@ int minutes()
     return isNumber ? std::max(count, 1) : 1;
 }
 
-/*! A minute, in ms; less by SOAK_SECONDS, to see that it runs. */
-qint64 firstMinute()
-{
-    bool isNumber = false;
-    const int seconds = qEnvironmentVariableIntValue("SOAK_SECONDS", &isNumber);
-    return isNumber ? std::clamp<qint64>(seconds * qint64(1000), 1000, minute) : minute;
-}
-
 /*! The memory of this program that is not swapped out, in MB. */
 double residentMemory()
 {
@@ -73,7 +65,7 @@ void soak(benchmark::State &state)
     const Flood flood(window.bus());
     for (auto _ : state) {
         StallWatch watch;
-        BenchWindow::pass(firstMinute());
+        BenchWindow::pass(minute);
         state.counters["first_MB"] = residentMemory();
         for (int i = 1; i < minutes(); ++i) {
             BenchWindow::pass(minute);

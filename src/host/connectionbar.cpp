@@ -149,7 +149,11 @@ void ConnectionBar::build()
 
     m_connect = new QPushButton(this);
     m_connect->setObjectName(QStringLiteral("connectButton"));
+    arrangeParts();
+}
 
+void ConnectionBar::arrangeParts()
+{
     auto *which = new QHBoxLayout;
     which->setSpacing(barGap);
     which->addWidget(m_pluginLabel);

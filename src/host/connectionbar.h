@@ -40,6 +40,7 @@ protected:
 
 private:
     void build();
+    void arrangeParts();
     void retranslate();
     void fillPlugins();
     void fillBitRates();
