@@ -20,7 +20,6 @@ constexpr quint8 sizeBit = 0x01;
 constexpr int unusedShift = 2;
 constexpr quint8 unusedMask = 0x03;
 constexpr quint8 sequenceMask = 0x7F;
-constexpr quint8 abortCommand = 0x80;
 constexpr quint8 uploadRequestCommand = 0x40;
 constexpr quint8 downloadAnswerCommand = 0x60;
 constexpr int byteBits = 8;
@@ -110,7 +109,7 @@ void FrameRewriting::rewriteInitiate(TraceFrame *frame)
 void FrameRewriting::rewriteStray(TraceFrame *frame)
 {
     const quint8 command = frame->bytes[0];
-    const bool isHarmless = command == abortCommand
+    const bool isHarmless = command == sdoAbortCommand
                             || ((command == uploadRequestCommand || command == downloadAnswerCommand)
                                 && isEmptyBehind(*frame, dataAt));
     if (isHarmless)

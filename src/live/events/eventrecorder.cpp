@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "eventrecorder.h"
 
+#include <bus/errorframe.h>
 #include <canopen/nmt.h>
 #include <canopen/sdoframe.h>
 #include <live/health/heartbeatstate.h>
@@ -16,9 +17,6 @@ constexpr int emergencySize = 8;
 constexpr int manufacturerOffset = 3;
 constexpr quint16 highestReset = 0x00FF; // error codes 00xxh: fewer errors than before, or none
 constexpr int commandSize = 2;
-constexpr quint8 abortCommand = 0x80;
-constexpr int controllerByte = 1; // of an error frame, as on SocketCAN
-constexpr quint8 receiveOverflow = 0x01;
 
 } // namespace
 
@@ -32,7 +30,7 @@ void EventRecorder::handle(const LiveFrame &frame)
         handleEmergency(frame);
         break;
     case FrameKind::Sdo:
-        if (frame.payload.size() == CanOpen::sdoFrameSize && frame.byteAt(0) == abortCommand)
+        if (frame.payload.size() == CanOpen::sdoFrameSize && frame.byteAt(0) == CanOpen::sdoAbortCommand)
             handleAbort(frame);
         break;
     case FrameKind::Nmt:
@@ -122,8 +120,8 @@ void EventRecorder::handleCommand(const LiveFrame &frame)
 void EventRecorder::handleError(const LiveFrame &frame)
 {
     const bool isController = (frame.errors & QCanBusFrame::ControllerError) != 0;
-    if (isController && frame.payload.size() > controllerByte
-        && (frame.byteAt(controllerByte) & receiveOverflow) != 0)
+    if (isController && frame.payload.size() > ErrorFrame::controllerByte
+        && (frame.byteAt(ErrorFrame::controllerByte) & ErrorFrame::receiveOverflow) != 0)
         add(EventKind::Overrun, 0, frame.time);
 }
 

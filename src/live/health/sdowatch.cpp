@@ -9,7 +9,6 @@ using namespace CanOpen;
 namespace {
 
 constexpr quint8 blockDownloadEnd = 0xA1;
-constexpr quint8 abortCommand = 0x80;
 
 } // namespace
 
@@ -25,7 +24,7 @@ void SdoWatch::handleRequest(const LiveFrame &frame)
         return;
     ++m_requests;
     m_foreignRequests += frame.source == FrameSource::Others ? 1 : 0;
-    if (frame.byteAt(0) == abortCommand) {
+    if (frame.byteAt(0) == sdoAbortCommand) {
         m_unanswered += m_asked ? 1 : 0;
         noteAbort(frame);
     } else if (!goesOnInBlocks(frame)) {
@@ -58,7 +57,7 @@ void SdoWatch::handleAnswer(const LiveFrame &frame)
         noteTime(frame.time - m_askedAt);
     m_asked = false;
     m_blocksAt = frame.time;
-    if (frame.byteAt(0) == abortCommand)
+    if (frame.byteAt(0) == sdoAbortCommand)
         noteAbort(frame);
     else if (m_blocks == Blocks::None && sdoResponseOf(frame.payload) == SdoResponse::BlockDownload)
         m_blocks = Blocks::Download;

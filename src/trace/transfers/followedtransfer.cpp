@@ -10,7 +10,6 @@ using namespace CanOpen;
 
 namespace {
 
-constexpr quint8 abortCommand = 0x80;
 constexpr ObjectKey noObject{0, 0};
 
 } // namespace
@@ -118,7 +117,7 @@ bool FollowedTransfer::waitsForServer() const
 bool FollowedTransfer::hasSegmentsOnly(const QByteArray &payload) const
 {
     return (m_phase == Phase::BlockUploadSegments || m_phase == Phase::BlockDownloadSegments)
-           && static_cast<quint8>(payload.at(0)) != abortCommand;
+           && static_cast<quint8>(payload.at(0)) != sdoAbortCommand;
 }
 
 SdoStep FollowedTransfer::handleRequest(const Heard &heard)
