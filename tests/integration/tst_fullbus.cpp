@@ -140,7 +140,7 @@ private:
 void compareWithGolden(const QString &shown)
 {
     // What is shown now can be taken over as the new golden file: see the name that a failure prints.
-    QFile written(QStringLiteral("full-bus.shown.txt"));
+    QFile written(QCoreApplication::applicationDirPath() + QStringLiteral("/full-bus.shown.txt"));
     QVERIFY(written.open(QIODevice::WriteOnly | QIODevice::Text));
     written.write(shown.toUtf8());
     written.close();
