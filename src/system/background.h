@@ -14,12 +14,12 @@
 /*! Work that would hold the window, done in another thread. */
 namespace Background {
 
-/*! Runs \a work, which may only use what it has copied; then calls \a done with what it returned in the thread of
- *  \a context, unless that has gone by then. The program does not end before the work has. \a done may take what it is given
- *  by reference and move it away.
+/*! Runs \a work in a thread of \a pool; then calls \a done with what it returned in the thread of \a context, unless that has
+ *  gone by then. \a work may only use what it has copied. The program does not end before it has. \a done may take what it is
+ *  given by reference and move it away.
  */
 template<typename Work, typename Done>
-void run(QObject *context, Work work, Done done)
+void run(QThreadPool *pool, QObject *context, Work work, Done done)
 {
     using Result = std::decay_t<decltype(work())>;
 
@@ -51,7 +51,14 @@ void run(QObject *context, Work work, Done done)
         Work m_work;
         Done m_done;
     };
-    QThreadPool::globalInstance()->start(new Task(context, std::move(work), std::move(done)));
+    pool->start(new Task(context, std::move(work), std::move(done)));
+}
+
+/*! The same in the threads that the whole program has. */
+template<typename Work, typename Done>
+void run(QObject *context, Work work, Done done)
+{
+    run(QThreadPool::globalInstance(), context, std::move(work), std::move(done));
 }
 
 } // namespace Background

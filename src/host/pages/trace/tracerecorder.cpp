@@ -55,12 +55,6 @@ TraceRecorder::TraceRecorder(BusConnection *bus, QObject *parent)
     connect(bus, &BusConnection::stateChanged, this, &TraceRecorder::handleState);
 }
 
-TraceRecorder::~TraceRecorder()
-{
-    if (m_recording)
-        m_recording->finish();
-}
-
 qint64 TraceRecorder::now() const
 {
     return m_steady.nsecsElapsed() / Nanoseconds::ofMicrosecond;
@@ -118,8 +112,8 @@ void TraceRecorder::take(const QCanBusFrame &frame, TraceFrame::Flag flag)
     TraceFrame traced = TraceFrame::of(frame, timeOf(frame));
     traced.flags = static_cast<quint8>(traced.flags | flag);
     m_flight.add(traced);
-    if (m_recording && !m_recording->add(traced, now()))
-        endRecording();
+    if (m_recording)
+        m_recording->add(traced, now());
     emit taken(traced);
     if (m_flight.size() == 1)
         emit keptFirst();
@@ -127,8 +121,8 @@ void TraceRecorder::take(const QCanBusFrame &frame, TraceFrame::Flag flag)
 
 void TraceRecorder::tick()
 {
-    if (m_recording && !m_recording->advance(now()))
-        endRecording();
+    if (m_recording)
+        m_recording->advance(now());
     noticeFaults();
     if (m_faults.takeDue(now()))
         saveByItself();
@@ -182,17 +176,24 @@ void TraceRecorder::saveByItself()
 bool TraceRecorder::record(const QString &fileName, QString *errorMessage)
 {
     stopRecording();
+    if (isFinishing(fileName)) {
+        *errorMessage
+            = tr("%1 is still being written. Choose another name.").arg(QDir::toNativeSeparators(fileName));
+        return false;
+    }
     TraceRecording::Settings settings;
     settings.path = fileName;
     if (m_settings.rotation == TraceSettings::Rotation::Size)
         settings.rotateSize = m_settings.rotationMegabytes * Bytes::ofMegabyte;
     else if (m_settings.rotation == TraceSettings::Rotation::Time)
         settings.rotateTime = m_settings.rotationMinutes * Microseconds::ofMinute;
-    auto recording = std::make_unique<TraceRecording>(settings);
+    auto recording = std::make_unique<BackgroundRecording>(settings);
     if (!recording->begin(head(), now())) {
         *errorMessage = recording->errorString();
         return false;
     }
+    connect(recording.get(), &BackgroundRecording::ended, this,
+            [this, ended = recording.get()] { endRecording(ended); });
     m_recording = std::move(recording);
     m_recordingBegin = now();
     m_timer.start();
@@ -200,29 +201,45 @@ bool TraceRecorder::record(const QString &fileName, QString *errorMessage)
     return true;
 }
 
+bool TraceRecorder::isFinishing(const QString &fileName) const
+{
+    return std::any_of(m_finishing.begin(), m_finishing.end(),
+                       [&fileName](const auto &recording) { return recording->files().contains(fileName); });
+}
+
 void TraceRecorder::stopRecording()
 {
     if (!m_recording)
         return;
-    m_recording->finish();
-    endRecording();
-}
-
-/*! It has ended, by itself or not: says how. */
-void TraceRecorder::endRecording()
-{
-    const std::unique_ptr<TraceRecording> recording = std::move(m_recording);
-    const QStringList files = recording->files();
-    const QString first = QDir::toNativeSeparators(files.first());
-    const QString name
-        = files.size() == 1 ? first : tr("%1 to %2").arg(first, QFileInfo(files.last()).fileName());
-    const auto frames = static_cast<int>(std::min<quint64>(recording->frames(), 0x7FFFFFFF));
+    m_finishing.push_back(std::move(m_recording));
     if (!m_isListening)
         m_timer.stop();
     emit recordingChanged();
-    if (recording->errorString().isEmpty())
+    m_finishing.back()->finish();
+}
+
+/*! Nothing more of it is written: it was stopped, or has ended by itself. */
+void TraceRecorder::endRecording(BackgroundRecording *recording)
+{
+    if (recording == m_recording.get())
+        stopRecording();
+    const auto finished = std::find_if(m_finishing.begin(), m_finishing.end(),
+                                       [recording](const auto &one) { return one.get() == recording; });
+    report(**finished);
+    finished->release()->deleteLater(); // it is telling this
+    m_finishing.erase(finished);
+}
+
+void TraceRecorder::report(const BackgroundRecording &recording)
+{
+    const QStringList files = recording.files();
+    const QString first = QDir::toNativeSeparators(files.first());
+    const QString name
+        = files.size() == 1 ? first : tr("%1 to %2").arg(first, QFileInfo(files.last()).fileName());
+    const auto frames = static_cast<int>(std::min<quint64>(recording.written(), 0x7FFFFFFF));
+    if (recording.errorString().isEmpty())
         emit told(tr("Recorded: %1, %n frame(s)", nullptr, frames).arg(name));
     else
-        emit warned(tr("The recording %1 has ended. %2").arg(name, recording->errorString()));
+        emit warned(tr("The recording %1 has ended. %2").arg(name, recording.errorString()));
     emit recordedFile(files.first());
 }

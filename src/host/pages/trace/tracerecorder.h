@@ -4,10 +4,10 @@
 #include "tracesettings.h"
 
 #include <bus/busconnection.h>
+#include <trace/recording/backgroundrecording.h>
 #include <trace/recording/faultsaving.h>
 #include <trace/recording/flightrecorder.h>
 #include <trace/recording/recordedtime.h>
-#include <trace/recording/tracerecording.h>
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -15,6 +15,7 @@
 #include <QTimer>
 
 #include <memory>
+#include <vector>
 
 class EventList;
 
@@ -30,7 +31,6 @@ class TraceRecorder : public QObject
 public:
     /*! \a bus must outlive it. */
     explicit TraceRecorder(BusConnection *bus, QObject *parent = nullptr);
-    ~TraceRecorder() override;
 
     void setSettings(const TraceSettings &settings) { m_settings = settings; }
     const TraceSettings &settings() const { return m_settings; }
@@ -43,15 +43,16 @@ public:
     /*! The last ten minutes as of now; fewer when there were too many frames (Trace::isCut). */
     FlightRecorder lastMinutes() { return m_flight.freeze(); }
 
-    /*! Records what comes from now on, whichever bus it is, until stopRecording(). The name tells format and compression.
-     *  False with a sentence when it cannot begin.
+    /*! Records what comes from now on, whichever bus it is, until stopRecording(); another thread writes. The name tells
+     *  format and compression. False with a sentence when it cannot begin.
      */
     bool record(const QString &fileName, QString *errorMessage);
+    /*! What has come is still written; then it is told. */
     void stopRecording();
     bool isRecording() const { return m_recording != nullptr; }
     /*! The file that is written now. */
     QString recordingFile() const { return m_recording ? m_recording->files().last() : QString(); }
-    quint64 recorded() const { return m_recording ? m_recording->frames() : 0; }
+    quint64 recorded() const { return m_recording ? m_recording->added() : 0; }
     /*! us since record(). */
     qint64 recordingTime() const { return now() - m_recordingBegin; }
 
@@ -78,7 +79,9 @@ private:
     void tick();
     void noticeFaults();
     void saveByItself();
-    void endRecording();
+    void endRecording(BackgroundRecording *recording);
+    void report(const BackgroundRecording &recording);
+    bool isFinishing(const QString &fileName) const;
     TraceHead head() const;
     qint64 now() const;
 
@@ -91,7 +94,8 @@ private:
     RecordedTime m_time;
     QElapsedTimer m_steady;
     QTimer m_timer;
-    std::unique_ptr<TraceRecording> m_recording;
-    qint64 m_recordingBegin = 0; // us
+    std::unique_ptr<BackgroundRecording> m_recording;
+    std::vector<std::unique_ptr<BackgroundRecording>> m_finishing; // that were stopped and are still written
+    qint64 m_recordingBegin = 0;                                   // us
     bool m_isListening = false;
 };
