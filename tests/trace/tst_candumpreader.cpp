@@ -4,6 +4,8 @@
 
 #include <QtTest>
 
+#include <random>
+
 namespace {
 
 QString unknown(const char *line)
@@ -26,6 +28,7 @@ private slots:
     void problems_data();
     void problems();
     void channelsAreNamedOnce();
+    void usualLinesAreReadAsAnyOther();
     void dateOnTheScreen();
     void timeOfDay();
     void writesLikeCandump();
@@ -144,6 +147,36 @@ void tst_CandumpReader::channelsAreNamedOnce()
     QCOMPARE(int(full.frames.back().channel), 255);
     QCOMPARE(full.problems.size(), size_t(1));
     QCOMPARE(full.problems.front().text, QStringLiteral("There are more than 256 channels."));
+}
+
+/*! Lines of the channel of the first one are read in another way: what comes of them is the same. */
+void tst_CandumpReader::usualLinesAreReadAsAnyOther()
+{
+    const QByteArray usual = "(1436509052.249713) can0 123#1122334455667788";
+    const QByteArray letters = "0123456789abcdefABCDEFgG# .()_RT-can\t\r";
+    std::mt19937 random(1); // NOLINT: the same lines each time
+    const auto below
+        = [&random](int bound) { return static_cast<int>(random() % static_cast<unsigned>(bound)); };
+    const auto readBehind = [](const char *first, const QByteArray &line) {
+        QStringList texts = readTexts(first + line + '\n', QStringLiteral("trace.log"));
+        texts.removeFirst();
+        return texts;
+    };
+    int frames = 0;
+    for (int i = 0; i < 50'000; ++i) {
+        QByteArray line = usual.left(usual.size() - below(18));
+        for (int changes = below(3); changes > 0; --changes)
+            line[below(line.size())] = letters.at(below(letters.size()));
+        if (below(10) == 0)
+            line.insert(below(line.size()), letters.at(below(letters.size())));
+        if (below(10) == 0)
+            line.remove(below(line.size()), 1 + below(3));
+        const QStringList expected = readBehind("(1436509052.000000) can1 7FF#\n", line);
+        const QStringList texts = readBehind("(1436509052.000000) can0 7FF#\n", line);
+        QVERIFY2(texts == expected, line.constData());
+        frames += texts.size() == 1 && !texts.first().startsWith(QLatin1Char('!')) ? 1 : 0;
+    }
+    QVERIFY(frames > 10'000);
 }
 
 void tst_CandumpReader::dateOnTheScreen()

@@ -28,6 +28,46 @@ bool CandumpReader::isFrame(TextLine line)
 
 TextReader::Line CandumpReader::parse(TextLine line, TraceFrame *frame)
 {
+    if (parseUsual(line, frame))
+        return Line::Frame;
+    *frame = TraceFrame();
+    return parseAny(line, frame);
+}
+
+/*! A data frame of the first channel with 11 bits of identifier, "(1436509052.249713) can0 123#11223344", as nearly all are.
+ *  Whatever else stands there is for parseAny().
+ */
+bool CandumpReader::parseUsual(TextLine line, TraceFrame *frame)
+{
+    constexpr int afterId = 4; // "123#"
+    const char *at = line.begin;
+    if (m_channel.isEmpty() || !takeUsualTime(&at, line.end, &frame->time))
+        return false;
+    if (line.end - at < m_channel.size() + afterId
+        || std::memcmp(at, m_channel.constData(), static_cast<size_t>(m_channel.size())) != 0)
+        return false;
+    at += m_channel.size();
+    // What is no digit makes a number negative.
+    const int id = hexDigit(at[0]) * 0x100 | hexDigit(at[1]) * 0x10 | hexDigit(at[2]);
+    if (id < 0 || id > static_cast<int>(TraceFrame::highestStandardId) || at[3] != '#')
+        return false;
+    at += afterId;
+    const auto digits = static_cast<int>(line.end - at);
+    if (digits > 2 * TraceFrame::mostBytes || digits % 2 != 0)
+        return false;
+    for (size_t i = 0; at < line.end; ++i, at += 2) {
+        const int byte = hexDigit(at[0]) * 0x10 | hexDigit(at[1]);
+        if (byte < 0)
+            return false;
+        frame->bytes[i] = static_cast<quint8>(byte);
+    }
+    frame->id = static_cast<quint32>(id);
+    frame->length = static_cast<quint8>(digits / 2);
+    return true;
+}
+
+TextReader::Line CandumpReader::parseAny(TextLine line, TraceFrame *frame)
+{
     const char *at = line.begin;
     // With -e the words of an error frame stand below it.
     if (at < line.end && *at == '\t')
@@ -48,6 +88,7 @@ TextReader::Line CandumpReader::parse(TextLine line, TraceFrame *frame)
     frame->channel = static_cast<quint8>(position);
     if (!m_isTimeOfDayKnown) {
         m_isTimeOfDayKnown = true;
+        m_channel = ' ' + QByteArray(channel.begin, channel.size()) + ' ';
         headToFill()->hasTimeOfDay = TimeOfDay::isOne(frame->time);
     }
     return what;
@@ -73,7 +114,7 @@ bool CandumpReader::takeUsualTime(const char **at, const char *end, qint64 *time
     constexpr int pointPlace = 11;
     constexpr int endPlace = 18;
     const char *const p = *at;
-    if (end - p <= endPlace || p[pointPlace] != '.' || p[endPlace] != ')')
+    if (end - p <= endPlace || *p != '(' || p[pointPlace] != '.' || p[endPlace] != ')')
         return false;
     if (std::memcmp(m_second.data(), p, m_second.size()) != 0) {
         const char *digits = p + 1;

@@ -30,6 +30,8 @@ protected:
     Line parse(TextLine line, TraceFrame *frame) override;
 
 private:
+    Line parseAny(TextLine line, TraceFrame *frame);
+    bool parseUsual(TextLine line, TraceFrame *frame);
     Line parseFrame(TextLine line, const char *at, TraceFrame *frame);
     Line parseLog(TextLine line, const char *at, TraceFrame *frame);
     Line parseData(TextLine line, const char *at, TraceFrame *frame);
@@ -46,6 +48,7 @@ private:
     bool m_isTimeOfDayKnown = false;
     std::array<char, 11> m_second{}; // "(1436509052", which most lines have in common with the one before
     qint64 m_secondTime = 0;         // us
+    QByteArray m_channel;            // " can0 ", the first one, as it stands in most lines
     QByteArray m_hour;               // "2015-07-10 08", whose beginning is
     qint64 m_hourBegin = 0;
 };
