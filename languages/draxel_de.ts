@@ -286,6 +286,13 @@
     </message>
 </context>
 <context>
+    <name>BackgroundRecording</name>
+    <message>
+        <source>The disk of %1 has taken nothing for too long: recording has ended.</source>
+        <translation>Der Datenträger von %1 hat zu lange nichts angenommen: Die Aufzeichnung ist beendet.</translation>
+    </message>
+</context>
+<context>
     <name>BatteryOffer</name>
     <message>
         <source>Ask node %1 for its cells</source>
@@ -1745,6 +1752,32 @@ Jetzt: %2</translation>
     <message>
         <source>The archive %1 failed with error %2. Nothing that was kept before is lost.</source>
         <translation>Das Archiv %1 versagte mit Fehler %2. Nichts, was vorher aufgehoben wurde, ist verloren.</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceFiles</name>
+    <message>
+        <source>Open what is known of the devices</source>
+        <translation>Öffnen, was über die Geräte bekannt ist</translation>
+    </message>
+    <message>
+        <source>Snapshots and data sheets (%1)</source>
+        <translation>Schnappschüsse und Datenblätter (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Node %1 of the trace is known from %2 now.</source>
+        <translation>Knoten %1 der Aufzeichnung ist jetzt aus %2 bekannt.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n node(s) of the trace are known from %1 now.</source>
+        <translation>
+            <numerusform>%n Knoten der Aufzeichnung ist jetzt aus %1 bekannt.</numerusform>
+            <numerusform>%n Knoten der Aufzeichnung sind jetzt aus %1 bekannt.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -3816,6 +3849,33 @@ Jetzt: %2</translation>
     </message>
 </context>
 <context>
+    <name>PlaybackAddress</name>
+    <message>
+        <source>a number from 0.01 to 1000, &quot;max&quot; or &quot;step&quot;</source>
+        <translation>eine Zahl von 0.01 bis 1000, „max“ oder „step“</translation>
+    </message>
+    <message>
+        <source>&quot;nearest&quot; or &quot;past&quot;</source>
+        <translation>„nearest“ oder „past“</translation>
+    </message>
+    <message>
+        <source>the name of a channel of the trace</source>
+        <translation>den Namen eines Kanals der Aufzeichnung</translation>
+    </message>
+    <message>
+        <source>&quot;yes&quot; or &quot;no&quot;</source>
+        <translation>„yes“ oder „no“</translation>
+    </message>
+    <message>
+        <source>Playing back has no setting &quot;%1&quot;. There are: %2.</source>
+        <translation>Das Abspielen hat keine Einstellung „%1“. Es gibt: %2.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; takes %2, not &quot;%3&quot;.</source>
+        <translation>„%1“ nimmt %2, nicht „%3“.</translation>
+    </message>
+</context>
+<context>
     <name>PlaybackBar</name>
     <message>
         <source>Next frame</source>
@@ -4791,6 +4851,13 @@ Jetzt: %2</translation>
     </message>
 </context>
 <context>
+    <name>SheetDialogs</name>
+    <message>
+        <source>Which node is it the data sheet of?</source>
+        <translation>Von welchem Knoten ist das Datenblatt?</translation>
+    </message>
+</context>
+<context>
     <name>ShownVehicle</name>
     <message>
         <source>Values from a file, not of now.</source>
@@ -5161,6 +5228,25 @@ Jetzt: %2</translation>
     </message>
 </context>
 <context>
+    <name>TraceCanDevice</name>
+    <message>
+        <source>The trace %1 has no channel &quot;%2&quot;. There are: %3.</source>
+        <translation>Die Aufzeichnung %1 hat keinen Kanal „%2“. Es gibt: %3.</translation>
+    </message>
+    <message>
+        <source>The trace %1 has no frames.</source>
+        <translation>Die Aufzeichnung %1 hat keine Frames.</translation>
+    </message>
+    <message>
+        <source>Cannot write this kind of frame</source>
+        <translation>Diese Art von Frame kann nicht gesendet werden</translation>
+    </message>
+    <message>
+        <source>Trace of %1</source>
+        <translation>Aufzeichnung vom %1</translation>
+    </message>
+</context>
+<context>
     <name>TraceExport</name>
     <message>
         <source>This format cannot hold: %1.</source>
@@ -5479,6 +5565,22 @@ Jetzt: %2</translation>
         <source>The frames of the line that is chosen above stand here, byte by byte.</source>
         <translation>Hier stehen die Frames der oben gewählten Zeile, Byte für Byte.</translation>
     </message>
+    <message>
+        <source>Find in the trace</source>
+        <translation>In der Aufzeichnung suchen</translation>
+    </message>
+    <message>
+        <source>Find the next line</source>
+        <translation>Nächste Zeile suchen</translation>
+    </message>
+    <message>
+        <source>Find the line before</source>
+        <translation>Vorige Zeile suchen</translation>
+    </message>
+    <message>
+        <source>Line %1: %2</source>
+        <translation>Zeile %1: %2</translation>
+    </message>
 </context>
 <context>
     <name>TraceRecorder</name>
@@ -5504,6 +5606,10 @@ Jetzt: %2</translation>
     <message>
         <source>%1 to %2</source>
         <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>%1 is still being written. Choose another name.</source>
+        <translation>%1 wird noch geschrieben. Wählen Sie einen anderen Namen.</translation>
     </message>
 </context>
 <context>
@@ -5658,6 +5764,14 @@ Jetzt: %2</translation>
     <message>
         <source>The files get numbers: ride-0001.log, ride-0002.log</source>
         <translation>Die Dateien werden nummeriert: ride-0001.log, ride-0002.log</translation>
+    </message>
+    <message>
+        <source>De&amp;vices...</source>
+        <translation>&amp;Geräte...</translation>
+    </message>
+    <message>
+        <source>Opens a snapshot of this vehicle or the data sheet of a device: then the trace says what PDOs carry and what objects are called</source>
+        <translation>Öffnet einen Schnappschuss dieses Fahrzeugs oder das Datenblatt eines Geräts: Dann sagt die Aufzeichnung, was PDOs enthalten und wie Objekte heißen</translation>
     </message>
 </context>
 <context>
@@ -6055,16 +6169,8 @@ Jetzt: %2</translation>
         <translation>Datenblatt öffnen</translation>
     </message>
     <message>
-        <source>Data sheets (*.eds *.dcf *.EDS *.DCF)</source>
-        <translation>Datenblätter (*.eds *.dcf *.EDS *.DCF)</translation>
-    </message>
-    <message>
         <source>%1 tells the values of node %2; %3 values are known now.</source>
         <translation>%1 nennt die Werte von Knoten %2; %3 Werte sind jetzt bekannt.</translation>
-    </message>
-    <message>
-        <source>Which node is it the data sheet of?</source>
-        <translation>Von welchem Knoten ist das Datenblatt?</translation>
     </message>
     <message>
         <source>Save values</source>
@@ -6169,6 +6275,10 @@ Jetzt: %2</translation>
     <message>
         <source>Ask a &amp;battery for its cells...</source>
         <translation>Zellen eines Akkus a&amp;bfragen...</translation>
+    </message>
+    <message>
+        <source>Data sheets (%1)</source>
+        <translation>Datenblätter (%1)</translation>
     </message>
 </context>
 <context>

@@ -87,6 +87,16 @@
     </message>
 </context>
 <context>
+    <name>DeviceFiles</name>
+    <message numerus="yes">
+        <source>%n node(s) of the trace are known from %1 now.</source>
+        <translation>
+            <numerusform>%n node of the trace is known from %1 now.</numerusform>
+            <numerusform>%n nodes of the trace are known from %1 now.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>FrameDetails</name>
     <message numerus="yes">
         <source>and %n more frame(s)</source>

@@ -286,6 +286,13 @@
     </message>
 </context>
 <context>
+    <name>BackgroundRecording</name>
+    <message>
+        <source>The disk of %1 has taken nothing for too long: recording has ended.</source>
+        <translation>Le disque de %1 n’accepte plus rien depuis trop longtemps&#xa0;: l’enregistrement est terminé.</translation>
+    </message>
+</context>
+<context>
     <name>BatteryOffer</name>
     <message>
         <source>Ask node %1 for its cells</source>
@@ -1745,6 +1752,32 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>The archive %1 failed with error %2. Nothing that was kept before is lost.</source>
         <translation>L’archive %1 a échoué avec l’erreur %2. Rien de ce qui était conservé n’est perdu.</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceFiles</name>
+    <message>
+        <source>Open what is known of the devices</source>
+        <translation>Ouvrir ce qui est connu des appareils</translation>
+    </message>
+    <message>
+        <source>Snapshots and data sheets (%1)</source>
+        <translation>Instantanés et fiches techniques (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Tous les fichiers (*)</translation>
+    </message>
+    <message>
+        <source>Node %1 of the trace is known from %2 now.</source>
+        <translation>Le nœud %1 de la trace est maintenant connu d’après %2.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n node(s) of the trace are known from %1 now.</source>
+        <translation>
+            <numerusform>%n nœud de la trace est maintenant connu d’après %1.</numerusform>
+            <numerusform>%n nœuds de la trace sont maintenant connus d’après %1.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -3816,6 +3849,33 @@ Maintenant&#xa0;: %2</translation>
     </message>
 </context>
 <context>
+    <name>PlaybackAddress</name>
+    <message>
+        <source>a number from 0.01 to 1000, &quot;max&quot; or &quot;step&quot;</source>
+        <translation>un nombre de 0.01 à 1000, «&#xa0;max&#xa0;» ou «&#xa0;step&#xa0;»</translation>
+    </message>
+    <message>
+        <source>&quot;nearest&quot; or &quot;past&quot;</source>
+        <translation>«&#xa0;nearest&#xa0;» ou «&#xa0;past&#xa0;»</translation>
+    </message>
+    <message>
+        <source>the name of a channel of the trace</source>
+        <translation>le nom d’un canal de la trace</translation>
+    </message>
+    <message>
+        <source>&quot;yes&quot; or &quot;no&quot;</source>
+        <translation>«&#xa0;yes&#xa0;» ou «&#xa0;no&#xa0;»</translation>
+    </message>
+    <message>
+        <source>Playing back has no setting &quot;%1&quot;. There are: %2.</source>
+        <translation>La lecture n’a pas de réglage «&#xa0;%1&#xa0;». Il y a&#xa0;: %2.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; takes %2, not &quot;%3&quot;.</source>
+        <translation>«&#xa0;%1&#xa0;» accepte %2, pas «&#xa0;%3&#xa0;».</translation>
+    </message>
+</context>
+<context>
     <name>PlaybackBar</name>
     <message>
         <source>Next frame</source>
@@ -4791,6 +4851,13 @@ Maintenant&#xa0;: %2</translation>
     </message>
 </context>
 <context>
+    <name>SheetDialogs</name>
+    <message>
+        <source>Which node is it the data sheet of?</source>
+        <translation>De quel nœud est-ce la fiche technique&#xa0;?</translation>
+    </message>
+</context>
+<context>
     <name>ShownVehicle</name>
     <message>
         <source>Values from a file, not of now.</source>
@@ -5161,6 +5228,25 @@ Maintenant&#xa0;: %2</translation>
     </message>
 </context>
 <context>
+    <name>TraceCanDevice</name>
+    <message>
+        <source>The trace %1 has no channel &quot;%2&quot;. There are: %3.</source>
+        <translation>La trace %1 n’a pas de canal «&#xa0;%2&#xa0;». Il y a&#xa0;: %3.</translation>
+    </message>
+    <message>
+        <source>The trace %1 has no frames.</source>
+        <translation>La trace %1 n’a pas de trames.</translation>
+    </message>
+    <message>
+        <source>Cannot write this kind of frame</source>
+        <translation>Impossible d’émettre ce type de trame</translation>
+    </message>
+    <message>
+        <source>Trace of %1</source>
+        <translation>Trace du %1</translation>
+    </message>
+</context>
+<context>
     <name>TraceExport</name>
     <message>
         <source>This format cannot hold: %1.</source>
@@ -5479,6 +5565,22 @@ Maintenant&#xa0;: %2</translation>
         <source>The frames of the line that is chosen above stand here, byte by byte.</source>
         <translation>Ici s’affichent les trames de la ligne choisie ci-dessus, octet par octet.</translation>
     </message>
+    <message>
+        <source>Find in the trace</source>
+        <translation>Chercher dans la trace</translation>
+    </message>
+    <message>
+        <source>Find the next line</source>
+        <translation>Chercher la ligne suivante</translation>
+    </message>
+    <message>
+        <source>Find the line before</source>
+        <translation>Chercher la ligne précédente</translation>
+    </message>
+    <message>
+        <source>Line %1: %2</source>
+        <translation>Ligne %1&#xa0;: %2</translation>
+    </message>
 </context>
 <context>
     <name>TraceRecorder</name>
@@ -5504,6 +5606,10 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>%1 to %2</source>
         <translation>%1 à %2</translation>
+    </message>
+    <message>
+        <source>%1 is still being written. Choose another name.</source>
+        <translation>%1 est encore en cours d’écriture. Choisissez un autre nom.</translation>
     </message>
 </context>
 <context>
@@ -5658,6 +5764,14 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>The files get numbers: ride-0001.log, ride-0002.log</source>
         <translation>Les fichiers sont numérotés : ride-0001.log, ride-0002.log</translation>
+    </message>
+    <message>
+        <source>De&amp;vices...</source>
+        <translation>&amp;Appareils...</translation>
+    </message>
+    <message>
+        <source>Opens a snapshot of this vehicle or the data sheet of a device: then the trace says what PDOs carry and what objects are called</source>
+        <translation>Ouvre un instantané de ce véhicule ou la fiche technique d’un appareil&#xa0;: la trace dit alors ce que contiennent les PDO et comment s’appellent les objets</translation>
     </message>
 </context>
 <context>
@@ -6055,16 +6169,8 @@ Maintenant&#xa0;: %2</translation>
         <translation>Ouvrir une fiche technique</translation>
     </message>
     <message>
-        <source>Data sheets (*.eds *.dcf *.EDS *.DCF)</source>
-        <translation>Fiches techniques (*.eds *.dcf *.EDS *.DCF)</translation>
-    </message>
-    <message>
         <source>%1 tells the values of node %2; %3 values are known now.</source>
         <translation>%1 indique les valeurs du nœud %2&#xa0;; %3 valeurs sont maintenant connues.</translation>
-    </message>
-    <message>
-        <source>Which node is it the data sheet of?</source>
-        <translation>De quel nœud est-ce la fiche technique&#xa0;?</translation>
     </message>
     <message>
         <source>Save values</source>
@@ -6169,6 +6275,10 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>Ask a &amp;battery for its cells...</source>
         <translation>Interroger une &amp;batterie sur ses cellules...</translation>
+    </message>
+    <message>
+        <source>Data sheets (%1)</source>
+        <translation>Fiches techniques (%1)</translation>
     </message>
 </context>
 <context>

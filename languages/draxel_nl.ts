@@ -286,6 +286,13 @@
     </message>
 </context>
 <context>
+    <name>BackgroundRecording</name>
+    <message>
+        <source>The disk of %1 has taken nothing for too long: recording has ended.</source>
+        <translation>De schijf van %1 heeft te lang niets aangenomen: de opname is beëindigd.</translation>
+    </message>
+</context>
+<context>
     <name>BatteryOffer</name>
     <message>
         <source>Ask node %1 for its cells</source>
@@ -1745,6 +1752,32 @@ Nu: %2</translation>
     <message>
         <source>The archive %1 failed with error %2. Nothing that was kept before is lost.</source>
         <translation>Het archief %1 faalde met fout %2. Niets van wat eerder is bewaard, is verloren.</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceFiles</name>
+    <message>
+        <source>Open what is known of the devices</source>
+        <translation>Openen wat over de apparaten bekend is</translation>
+    </message>
+    <message>
+        <source>Snapshots and data sheets (%1)</source>
+        <translation>Momentopnamen en gegevensbladen (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Alle bestanden (*)</translation>
+    </message>
+    <message>
+        <source>Node %1 of the trace is known from %2 now.</source>
+        <translation>Node %1 van de opname is nu bekend uit %2.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n node(s) of the trace are known from %1 now.</source>
+        <translation>
+            <numerusform>%n node van de opname is nu bekend uit %1.</numerusform>
+            <numerusform>%n nodes van de opname zijn nu bekend uit %1.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -3816,6 +3849,33 @@ Nu: %2</translation>
     </message>
 </context>
 <context>
+    <name>PlaybackAddress</name>
+    <message>
+        <source>a number from 0.01 to 1000, &quot;max&quot; or &quot;step&quot;</source>
+        <translation>een getal van 0.01 tot 1000, ‘max’ of ‘step’</translation>
+    </message>
+    <message>
+        <source>&quot;nearest&quot; or &quot;past&quot;</source>
+        <translation>‘nearest’ of ‘past’</translation>
+    </message>
+    <message>
+        <source>the name of a channel of the trace</source>
+        <translation>de naam van een kanaal van de opname</translation>
+    </message>
+    <message>
+        <source>&quot;yes&quot; or &quot;no&quot;</source>
+        <translation>‘yes’ of ‘no’</translation>
+    </message>
+    <message>
+        <source>Playing back has no setting &quot;%1&quot;. There are: %2.</source>
+        <translation>Het afspelen heeft geen instelling ‘%1’. Er zijn: %2.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; takes %2, not &quot;%3&quot;.</source>
+        <translation>‘%1’ neemt %2, niet ‘%3’.</translation>
+    </message>
+</context>
+<context>
     <name>PlaybackBar</name>
     <message>
         <source>Next frame</source>
@@ -4791,6 +4851,13 @@ Nu: %2</translation>
     </message>
 </context>
 <context>
+    <name>SheetDialogs</name>
+    <message>
+        <source>Which node is it the data sheet of?</source>
+        <translation>Van welke node is het gegevensblad?</translation>
+    </message>
+</context>
+<context>
     <name>ShownVehicle</name>
     <message>
         <source>Values from a file, not of now.</source>
@@ -5161,6 +5228,25 @@ Nu: %2</translation>
     </message>
 </context>
 <context>
+    <name>TraceCanDevice</name>
+    <message>
+        <source>The trace %1 has no channel &quot;%2&quot;. There are: %3.</source>
+        <translation>De opname %1 heeft geen kanaal ‘%2’. Er zijn: %3.</translation>
+    </message>
+    <message>
+        <source>The trace %1 has no frames.</source>
+        <translation>De opname %1 heeft geen frames.</translation>
+    </message>
+    <message>
+        <source>Cannot write this kind of frame</source>
+        <translation>Dit soort frame kan niet worden verzonden</translation>
+    </message>
+    <message>
+        <source>Trace of %1</source>
+        <translation>Opname van %1</translation>
+    </message>
+</context>
+<context>
     <name>TraceExport</name>
     <message>
         <source>This format cannot hold: %1.</source>
@@ -5479,6 +5565,22 @@ Nu: %2</translation>
         <source>The frames of the line that is chosen above stand here, byte by byte.</source>
         <translation>Hier staan de frames van de hierboven gekozen regel, byte voor byte.</translation>
     </message>
+    <message>
+        <source>Find in the trace</source>
+        <translation>In de opname zoeken</translation>
+    </message>
+    <message>
+        <source>Find the next line</source>
+        <translation>Volgende regel zoeken</translation>
+    </message>
+    <message>
+        <source>Find the line before</source>
+        <translation>Vorige regel zoeken</translation>
+    </message>
+    <message>
+        <source>Line %1: %2</source>
+        <translation>Regel %1: %2</translation>
+    </message>
 </context>
 <context>
     <name>TraceRecorder</name>
@@ -5504,6 +5606,10 @@ Nu: %2</translation>
     <message>
         <source>%1 to %2</source>
         <translation>%1 tot %2</translation>
+    </message>
+    <message>
+        <source>%1 is still being written. Choose another name.</source>
+        <translation>%1 wordt nog geschreven. Kies een andere naam.</translation>
     </message>
 </context>
 <context>
@@ -5658,6 +5764,14 @@ Nu: %2</translation>
     <message>
         <source>The files get numbers: ride-0001.log, ride-0002.log</source>
         <translation>De bestanden krijgen nummers: ride-0001.log, ride-0002.log</translation>
+    </message>
+    <message>
+        <source>De&amp;vices...</source>
+        <translation>A&amp;pparaten...</translation>
+    </message>
+    <message>
+        <source>Opens a snapshot of this vehicle or the data sheet of a device: then the trace says what PDOs carry and what objects are called</source>
+        <translation>Opent een momentopname van dit voertuig of het gegevensblad van een apparaat: dan zegt de opname wat PDO’s bevatten en hoe objecten heten</translation>
     </message>
 </context>
 <context>
@@ -6055,16 +6169,8 @@ Nu: %2</translation>
         <translation>Gegevensblad openen</translation>
     </message>
     <message>
-        <source>Data sheets (*.eds *.dcf *.EDS *.DCF)</source>
-        <translation>Gegevensbladen (*.eds *.dcf *.EDS *.DCF)</translation>
-    </message>
-    <message>
         <source>%1 tells the values of node %2; %3 values are known now.</source>
         <translation>%1 noemt de waarden van node %2; %3 waarden zijn nu bekend.</translation>
-    </message>
-    <message>
-        <source>Which node is it the data sheet of?</source>
-        <translation>Van welke node is het gegevensblad?</translation>
     </message>
     <message>
         <source>Save values</source>
@@ -6169,6 +6275,10 @@ Nu: %2</translation>
     <message>
         <source>Ask a &amp;battery for its cells...</source>
         <translation>Een accu om zijn &amp;cellen vragen...</translation>
+    </message>
+    <message>
+        <source>Data sheets (%1)</source>
+        <translation>Gegevensbladen (%1)</translation>
     </message>
 </context>
 <context>

@@ -283,6 +283,13 @@
     </message>
 </context>
 <context>
+    <name>BackgroundRecording</name>
+    <message>
+        <source>The disk of %1 has taken nothing for too long: recording has ended.</source>
+        <translation>%1 所在的磁盘太久没有写入任何数据：记录已结束。</translation>
+    </message>
+</context>
+<context>
     <name>BatteryOffer</name>
     <message>
         <source>Ask node %1 for its cells</source>
@@ -1735,6 +1742,31 @@ Now: %2</source>
     <message>
         <source>The archive %1 failed with error %2. Nothing that was kept before is lost.</source>
         <translation>档案库 %1 出现错误 %2。之前保存的内容没有丢失。</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceFiles</name>
+    <message>
+        <source>Open what is known of the devices</source>
+        <translation>打开设备的已知信息</translation>
+    </message>
+    <message>
+        <source>Snapshots and data sheets (%1)</source>
+        <translation>快照和数据表 (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>Node %1 of the trace is known from %2 now.</source>
+        <translation>现在已由 %2 得知总线记录中的节点 %1。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n node(s) of the trace are known from %1 now.</source>
+        <translation>
+            <numerusform>现在已由 %1 得知总线记录中的 %n 个节点。</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -3802,6 +3834,33 @@ Now: %2</source>
     </message>
 </context>
 <context>
+    <name>PlaybackAddress</name>
+    <message>
+        <source>a number from 0.01 to 1000, &quot;max&quot; or &quot;step&quot;</source>
+        <translation>0.01 到 1000 之间的数、“max”或“step”</translation>
+    </message>
+    <message>
+        <source>&quot;nearest&quot; or &quot;past&quot;</source>
+        <translation>“nearest”或“past”</translation>
+    </message>
+    <message>
+        <source>the name of a channel of the trace</source>
+        <translation>总线记录中某个通道的名称</translation>
+    </message>
+    <message>
+        <source>&quot;yes&quot; or &quot;no&quot;</source>
+        <translation>“yes”或“no”</translation>
+    </message>
+    <message>
+        <source>Playing back has no setting &quot;%1&quot;. There are: %2.</source>
+        <translation>回放没有“%1”这个设置。可用的设置：%2。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; takes %2, not &quot;%3&quot;.</source>
+        <translation>“%1”应为%2，而不是“%3”。</translation>
+    </message>
+</context>
+<context>
     <name>PlaybackBar</name>
     <message>
         <source>Next frame</source>
@@ -4771,6 +4830,13 @@ Now: %2</source>
     </message>
 </context>
 <context>
+    <name>SheetDialogs</name>
+    <message>
+        <source>Which node is it the data sheet of?</source>
+        <translation>这是哪个节点的数据表？</translation>
+    </message>
+</context>
+<context>
     <name>ShownVehicle</name>
     <message>
         <source>Values from a file, not of now.</source>
@@ -5140,6 +5206,25 @@ Now: %2</source>
     </message>
 </context>
 <context>
+    <name>TraceCanDevice</name>
+    <message>
+        <source>The trace %1 has no channel &quot;%2&quot;. There are: %3.</source>
+        <translation>总线记录 %1 没有通道“%2”。可用的通道：%3。</translation>
+    </message>
+    <message>
+        <source>The trace %1 has no frames.</source>
+        <translation>总线记录 %1 没有任何帧。</translation>
+    </message>
+    <message>
+        <source>Cannot write this kind of frame</source>
+        <translation>无法发送此类帧</translation>
+    </message>
+    <message>
+        <source>Trace of %1</source>
+        <translation>%1 的总线记录</translation>
+    </message>
+</context>
+<context>
     <name>TraceExport</name>
     <message>
         <source>This format cannot hold: %1.</source>
@@ -5457,6 +5542,22 @@ Now: %2</source>
         <source>The frames of the line that is chosen above stand here, byte by byte.</source>
         <translation>此处逐字节显示上方所选行的帧。</translation>
     </message>
+    <message>
+        <source>Find in the trace</source>
+        <translation>在总线记录中查找</translation>
+    </message>
+    <message>
+        <source>Find the next line</source>
+        <translation>查找下一行</translation>
+    </message>
+    <message>
+        <source>Find the line before</source>
+        <translation>查找上一行</translation>
+    </message>
+    <message>
+        <source>Line %1: %2</source>
+        <translation>第 %1 行：%2</translation>
+    </message>
 </context>
 <context>
     <name>TraceRecorder</name>
@@ -5481,6 +5582,10 @@ Now: %2</source>
     <message>
         <source>%1 to %2</source>
         <translation>%1 至 %2</translation>
+    </message>
+    <message>
+        <source>%1 is still being written. Choose another name.</source>
+        <translation>%1 仍在写入。请选择其他名称。</translation>
     </message>
 </context>
 <context>
@@ -5633,6 +5738,14 @@ Now: %2</source>
     <message>
         <source>The files get numbers: ride-0001.log, ride-0002.log</source>
         <translation>文件带编号：ride-0001.log、ride-0002.log</translation>
+    </message>
+    <message>
+        <source>De&amp;vices...</source>
+        <translation>设备(&amp;V)...</translation>
+    </message>
+    <message>
+        <source>Opens a snapshot of this vehicle or the data sheet of a device: then the trace says what PDOs carry and what objects are called</source>
+        <translation>打开此车辆的快照或某个设备的数据表：之后总线记录会说明 PDO 的内容和对象的名称</translation>
     </message>
 </context>
 <context>
@@ -6030,16 +6143,8 @@ Now: %2</source>
         <translation>打开数据表</translation>
     </message>
     <message>
-        <source>Data sheets (*.eds *.dcf *.EDS *.DCF)</source>
-        <translation>数据表 (*.eds *.dcf *.EDS *.DCF)</translation>
-    </message>
-    <message>
         <source>%1 tells the values of node %2; %3 values are known now.</source>
         <translation>%1 说明了节点 %2 的数值；现在已知 %3 个数值。</translation>
-    </message>
-    <message>
-        <source>Which node is it the data sheet of?</source>
-        <translation>这是哪个节点的数据表？</translation>
     </message>
     <message>
         <source>Save values</source>
@@ -6144,6 +6249,10 @@ Now: %2</source>
     <message>
         <source>Ask a &amp;battery for its cells...</source>
         <translation>询问电池的电芯(&amp;B)...</translation>
+    </message>
+    <message>
+        <source>Data sheets (%1)</source>
+        <translation>数据表 (%1)</translation>
     </message>
 </context>
 <context>

@@ -191,7 +191,7 @@ void BundleFiles::open(const QString &fileName)
     };
     Background::run(this, load, [this, fileName](const Loaded &loaded) {
         if (loaded.bundle)
-            emit opened(*loaded.bundle, fileName);
+            emit opened(loaded.bundle, fileName);
         else
             emit failed(loaded.problem);
     });

@@ -8,6 +8,8 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
+
 class BusConnection;
 class CheckupSession;
 class LiveSession;
@@ -54,7 +56,7 @@ public:
     void setShownEvents(const std::vector<LiveEvent> &events) { m_shownEvents = events; }
 
 signals:
-    void opened(const SupportBundle &bundle, const QString &fileName);
+    void opened(const std::shared_ptr<const SupportBundle> &bundle, const QString &fileName);
     /*! What has been done, a sentence. */
     void succeeded(const QString &sentence);
     /*! What could not be done and why, for a box. */

@@ -281,7 +281,7 @@ void MainWindow::connectMenus()
     connect(m_menus->resetLayout, &QAction::triggered, this, [this] { WindowLayout(this, m_dock).reset(); });
     connect(m_menus, &HostMenus::languageChosen, this, &MainWindow::chooseLanguage);
     connect(m_menus->keyList, &QAction::triggered, this,
-            [this] { HelpBoxes::showKeyList(this, m_menus->shortcuts()); });
+            [this] { HelpBoxes::showKeyList(this, m_menus->shortcuts() + TracePage::keyList()); });
     connect(m_menus->about, &QAction::triggered, this, [this] {
         QStringList names;
         for (const PluginSession::Plugin &plugin : m_plugins->plugins())
@@ -388,6 +388,12 @@ void MainWindow::connectLive()
     new EventMessages(m_live, m_log, this);
     connect(m_session, &CheckupSession::changed, this,
             [this] { m_live->questions().setCheckingUp(m_session->isRunning()); });
+    connect(&m_live->questions(), &LiveQuestions::dataSheetSet, this,
+            [this](quint8 nodeId, const CanOpen::ObjectDictionary &dictionary) {
+                TraceDevices devices;
+                devices.sheets.insert(nodeId, dictionary);
+                m_trace->tellHeard(devices);
+            });
 }
 
 QWidget *MainWindow::makeLivePage()
@@ -439,6 +445,10 @@ QWidget *MainWindow::makeTracePage()
 {
     m_tracePage = new TracePage(m_trace);
     m_tracePage->setFolder(&FileFolder::start);
+    m_tracePage->setHasEvents([this] {
+        return m_livePage != nullptr && m_livePage->isRecorded()
+               && m_trace->document()->fileName == m_bundleName;
+    });
     connect(m_tracePage, &TracePage::told, this,
             [this](const QString &sentence) { tell(MessageLog::Severity::Information, sentence); });
     connect(m_tracePage, &TracePage::eventsRequested, this, [this](const QDateTime &time) {
@@ -467,43 +477,49 @@ void MainWindow::connectBundles()
 }
 
 /*! First the vehicle: the user may want to keep what is shown. */
-void MainWindow::openBundle(const SupportBundle &bundle, const QString &fileName)
+void MainWindow::openBundle(const std::shared_ptr<const SupportBundle> &bundle, const QString &fileName)
 {
     if (m_session->isRunning()) {
         showError(tr("A check-up is running. Wait for its end or cancel it (Esc), then open the file."));
         return;
     }
-    const auto show
-        = [this, shown = std::make_shared<SupportBundle>(bundle), fileName] { showBundle(*shown, fileName); };
-    if (bundle.snapshot)
-        m_files->openSnapshot(*bundle.snapshot, fileName, show);
+    const auto show = [this, bundle, fileName] { showBundle(bundle, fileName); };
+    if (bundle->snapshot)
+        m_files->openSnapshot(*bundle->snapshot, fileName, show);
     else
         show();
 }
 
-void MainWindow::showBundle(const SupportBundle &bundle, const QString &fileName)
+void MainWindow::showBundle(const std::shared_ptr<const SupportBundle> &bundle, const QString &fileName)
 {
-    for (const QString &problem : bundle.problems)
+    for (const QString &problem : bundle->problems)
         m_log->add(MessageLog::Severity::Warning, problem);
-    for (const BundleMessage &message : bundle.messages)
+    for (const BundleMessage &message : bundle->messages)
         m_log->addEarlier(message.time, BundleFiles::severityOf(message.severity), message.text);
-    if (bundle.trace)
-        m_trace->open(fileName, *bundle.trace, bundle.snapshot.value_or(Snapshot()));
-    if (livePage()->showRecorded(bundle.events))
-        m_bundles->setShownEvents(bundle.events);
-    else if (!bundle.events.empty())
+    if (bundle->trace) {
+        TraceDevices devices;
+        devices.snapshot = bundle->snapshot.value_or(Snapshot());
+        m_trace->open(fileName, std::shared_ptr<const Trace>(bundle, &*bundle->trace), devices);
+    }
+    m_bundleName.clear();
+    if (livePage()->showRecorded(bundle->events)) {
+        m_bundleName = fileName;
+        m_bundles->setShownEvents(bundle->events);
+    } else if (!bundle->events.empty()) {
         m_log->add(
             MessageLog::Severity::Warning,
             tr("The events of the bundle are not shown while a bus is connected. Disconnect it and open "
                "the bundle again."));
-    m_pages->setCurrentWidget(bundle.snapshot ? m_checkupTab : bundle.trace ? m_traceTab : m_liveTab);
+    }
+    m_pages->setCurrentWidget(bundle->snapshot ? m_checkupTab : bundle->trace ? m_traceTab : m_liveTab);
     m_files->noteOpened(fileName);
-    const QString origin = bundle.program.isEmpty() ? tr("an unknown program") : bundle.program;
-    const QString time = QLocale().toString(bundle.time.toLocalTime(), QLocale::ShortFormat);
+    const QString origin = bundle->program.isEmpty() ? tr("an unknown program") : bundle->program;
+    const QString time = QLocale().toString(bundle->time.toLocalTime(), QLocale::ShortFormat);
     tell(MessageLog::Severity::Information,
-         bundle.isMasked ? tr("This is a support bundle of %1, made %2. Serial numbers and names are masked.")
-                               .arg(origin, time)
-                         : tr("This is a support bundle of %1, made %2.").arg(origin, time));
+         bundle->isMasked
+             ? tr("This is a support bundle of %1, made %2. Serial numbers and names are masked.")
+                   .arg(origin, time)
+             : tr("This is a support bundle of %1, made %2.").arg(origin, time));
 }
 
 void MainWindow::connectRecords()

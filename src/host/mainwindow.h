@@ -9,6 +9,8 @@
 
 #include <QMainWindow>
 
+#include <memory>
+
 class BundleFiles;
 class BusReport;
 class CheckupFiles;
@@ -106,8 +108,8 @@ private:
     void showPage(int index);
     void choosePage(int number);
     void showCheckupState();
-    void openBundle(const SupportBundle &bundle, const QString &fileName);
-    void showBundle(const SupportBundle &bundle, const QString &fileName);
+    void openBundle(const std::shared_ptr<const SupportBundle> &bundle, const QString &fileName);
+    void showBundle(const std::shared_ptr<const SupportBundle> &bundle, const QString &fileName);
     void showVisit(const Snapshot &snapshot, qint64 visitId);
     void cancel();
     void openChosen();
@@ -135,6 +137,7 @@ private:
     LivePage *m_livePage = nullptr; // when it is needed, as those below
     PageArea *m_traceTab;
     TracePage *m_tracePage = nullptr;
+    QString m_bundleName; // of the support bundle whose events the page "Live" shows; empty: none
     PageArea *m_archiveTab;
     QLabel *m_placeholder;
     StatusLine *m_status;

@@ -10,6 +10,7 @@
 #include <host/pages/trace/tracesession.h>
 #include <tests/support/filedialogdriver.h>
 #include <tests/trace/frames.h>
+#include <trace/files/tracefile.h>
 
 #include <QAction>
 #include <QCheckBox>
@@ -20,6 +21,7 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QThreadPool>
+#include <QToolButton>
 #include <QtTest>
 
 namespace {
@@ -118,6 +120,7 @@ private slots:
     void everyPageHasItsPart();
     void messagesHaveTheirTimes();
     void eventLeadsToItsFrames();
+    void framesLeadToTheirEvent();
     void connectingShowsTheBusAgain();
     void eventsAreNotShownWhileConnected();
     void bundleWithoutAVehicle();
@@ -197,6 +200,30 @@ void tst_BundleFiles::eventLeadsToItsFrames()
     QCOMPARE(tableOf(window, "actionPageTrace", "traceTable")->currentIndex().row(), 2);
 }
 
+void tst_BundleFiles::framesLeadToTheirEvent()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    window.show();
+    window.openFile(write(someBundle()));
+    settle();
+    auto *frames = tableOf(window, "actionPageTrace", "traceTable");
+    auto *button = window.findChild<QToolButton *>(QStringLiteral("traceEvents"));
+    QVERIFY(button->isVisible());
+    frames->selectRow(2);
+    button->click();
+    QVERIFY(window.findChild<QWidget *>(QStringLiteral("livePage"))->isVisible());
+    const auto *events = window.findChild<QTableView *>(QStringLiteral("eventTable"));
+    QCOMPARE(events->currentIndex().row(), 1);
+    const QString other = m_folder->filePath(QStringLiteral("other.log"));
+    QString error;
+    QVERIFY(TraceFile::save(other, *someBundle().trace, &error));
+    window.trace().open(other); // of which there are no events
+    settle();
+    tableOf(window, "actionPageTrace", "traceTable");
+    QVERIFY(!button->isVisible());
+}
+
 void tst_BundleFiles::connectingShowsTheBusAgain()
 {
     Host host;
@@ -268,7 +295,7 @@ void tst_BundleFiles::problemsAreTold()
     bundle.problems.append(QStringLiteral("trace.log.gz of the bundle was not opened: It is missing."));
     Host host;
     MainWindow window(&host.services, &host.session);
-    emit window.bundles().opened(bundle, name);
+    emit window.bundles().opened(std::make_shared<SupportBundle>(bundle), name);
     settle();
     QVERIFY(window.messages().toText().contains(bundle.problems.first()));
 }

@@ -641,7 +641,8 @@ void tst_HostMenus::aboutAndKeyList()
     QTextDocument text;
     text.setHtml(keys->text());
     for (const char *line :
-         {"F5", "Read all data", "Ctrl+O", "Open saved file", "Esc", "Cancel read", "Ctrl+M"})
+         {"F5", "Read all data", "Ctrl+O", "Open saved file", "Esc", "Cancel read", "Ctrl+M", "Ctrl+F",
+          "Find in the trace", "F3", "Find the next line", "Shift+F3", "Find the line before"})
         QVERIFY2(text.toPlainText().contains(QLatin1String(line)), line);
     host.session.shutDown();
 }

@@ -6,6 +6,7 @@
 #include <host/core/recentfiles.h>
 #include <host/lightpalette.h>
 #include <host/mainwindow.h>
+#include <host/pages/live/livesession.h>
 #include <host/pages/trace/tracesession.h>
 #include <host/statusline.h>
 
@@ -66,6 +67,7 @@ private slots:
     void pagesShowWhatWasBefore();
     void traceThatCannotBeOpenedIsSaidOnce();
     void eventIsShownInTheTrace();
+    void dataSheetIsForTheTraceAsWell();
     void traceFileIsOpened();
     void titleNamesTheTraceThatIsShown();
     void dialogOpensTraces();
@@ -450,6 +452,14 @@ void tst_MainWindow::eventIsShownInTheTrace()
     QCOMPARE(events->currentIndex().row(), 1);
     QVERIFY(events->selectionModel()->isRowSelected(1, QModelIndex()));
     host.services.bus().disconnectFromBus();
+}
+
+void tst_MainWindow::dataSheetIsForTheTraceAsWell()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    window.live().questions().setDataSheet(5, CanOpen::ObjectDictionary());
+    QCOMPARE(window.trace().document()->devices.sheets.keys(), QList<quint8>{5});
 }
 
 void tst_MainWindow::traceFileIsOpened()

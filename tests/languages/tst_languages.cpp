@@ -2,6 +2,7 @@
 #include "translationfile.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -21,6 +22,7 @@ class tst_Languages : public QObject
 private slots:
     void initTestCase();
     void languagesOfBothFamilies();
+    void everyRoomIsRead();
     void everyTextIsFinished_data() { addFiles(); }
     void everyTextIsFinished();
     void contexts_data();
@@ -178,6 +180,29 @@ void tst_Languages::initTestCase()
     QVERIFY2(update.exitCode() == 0, update.readAllStandardError().constData());
 }
 
+void tst_Languages::everyRoomIsRead()
+{
+    // The command line speaks English where it does not pass on what the window says as well.
+    const QStringList english{QStringLiteral("cli"), QStringLiteral("doctor")};
+    QFile update(sourceFolder() + QStringLiteral("update"));
+    QVERIFY(update.open(QIODevice::ReadOnly));
+    const QString script = QString::fromUtf8(update.readAll()) + QLatin1Char(' ');
+    const QRegularExpression text(QStringLiteral("\\btr\\(\\s*\"|QT_TRANSLATE_NOOP"));
+    const QDir rooms(QStringLiteral(OVERVIEW_SOURCE_DIR "/src"));
+    for (const QString &room : rooms.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        bool hasTexts = false;
+        QDirIterator files(rooms.filePath(room), {QStringLiteral("*.cpp"), QStringLiteral("*.h")},
+                           QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext() && !hasTexts) {
+            QFile source(files.next());
+            QVERIFY(source.open(QIODevice::ReadOnly));
+            hasTexts = text.match(QString::fromUtf8(source.readAll())).hasMatch();
+        }
+        const bool isRead = script.contains(QRegularExpression(QStringLiteral("src/%1\\s").arg(room)));
+        QVERIFY2(isRead || !hasTexts || english.contains(room), qPrintable(room));
+    }
+}
+
 void tst_Languages::addFamilies()
 {
     QTest::addColumn<QString>("family");
@@ -251,6 +276,7 @@ void tst_Languages::contexts_data()
                                          QStringLiteral("ArchivePage"),
                                          QStringLiteral("ArchiveSchema"),
                                          QStringLiteral("ArchiveTransfer"),
+                                         QStringLiteral("BackgroundRecording"),
                                          QStringLiteral("BatteryOffer"),
                                          QStringLiteral("BatteryQuestions"),
                                          QStringLiteral("BatteryView"),
@@ -285,6 +311,7 @@ void tst_Languages::contexts_data()
                                          QStringLiteral("ConnectionBar"),
                                          QStringLiteral("CopyTable"),
                                          QStringLiteral("DatabaseWords"),
+                                         QStringLiteral("DeviceFiles"),
                                          QStringLiteral("DeviceIdentity"),
                                          QStringLiteral("DraxelHost"),
                                          QStringLiteral("EntryModel"),
@@ -321,6 +348,7 @@ void tst_Languages::contexts_data()
                                          QStringLiteral("ObjectChange"),
                                          QStringLiteral("PatienceDialog"),
                                          QStringLiteral("PdoWords"),
+                                         QStringLiteral("PlaybackAddress"),
                                          QStringLiteral("PlaybackBar"),
                                          QStringLiteral("PlotView"),
                                          QStringLiteral("PluginLibrary"),
@@ -334,6 +362,7 @@ void tst_Languages::contexts_data()
                                          QStringLiteral("ServiceReportDialog"),
                                          QStringLiteral("ServiceReportFiles"),
                                          QStringLiteral("ShareSetting"),
+                                         QStringLiteral("SheetDialogs"),
                                          QStringLiteral("ShownVehicle"),
                                          QStringLiteral("SimulatedBus"),
                                          QStringLiteral("Simulator::SimulatedCanDevice"),
@@ -344,6 +373,7 @@ void tst_Languages::contexts_data()
                                          QStringLiteral("StatusLine"),
                                          QStringLiteral("SystemErrorText"),
                                          QStringLiteral("TextTemplate"),
+                                         QStringLiteral("TraceCanDevice"),
                                          QStringLiteral("TraceExport"),
                                          QStringLiteral("TraceFile"),
                                          QStringLiteral("TraceFolder"),

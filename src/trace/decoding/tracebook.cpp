@@ -9,6 +9,13 @@ void TraceBook::tell(quint8 nodeId, const CanOpen::ObjectDictionary &sheet)
     m_pdos.tell(nodeId, PdoSource::of(nodeId, sheet).lookup);
 }
 
+void TraceBook::tell(const TraceDevices &devices)
+{
+    tell(devices.snapshot);
+    for (auto sheet = devices.sheets.cbegin(); sheet != devices.sheets.cend(); ++sheet)
+        tell(sheet.key(), sheet.value());
+}
+
 void TraceBook::tell(const Snapshot &snapshot)
 {
     for (const SnapshotNode &node : snapshot.nodes) {

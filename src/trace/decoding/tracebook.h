@@ -3,8 +3,7 @@
 
 #include "objectbook.h"
 #include "pdobook.h"
-
-struct Snapshot;
+#include "tracedevices.h"
 
 /*! All that is known of the devices of a trace: beside it, and out of it. */
 class TraceBook
@@ -13,6 +12,7 @@ public:
     /*! The EDS or DCF of a node. */
     void tell(quint8 nodeId, const CanOpen::ObjectDictionary &sheet);
     void tell(const Snapshot &snapshot);
+    void tell(const TraceDevices &devices);
     /*! What the PDOs of a node carry, from where its parameters stand. */
     void tell(quint8 nodeId, const CanOpen::ObjectLookup &lookup) { m_pdos.tell(nodeId, lookup); }
 

@@ -166,6 +166,7 @@ void LiveQuestions::setAsked(const QVector<AskedObject> &objects)
 void LiveQuestions::setDataSheet(quint8 nodeId, const CanOpen::ObjectDictionary &dictionary)
 {
     m_sheets.insert(nodeId, dictionary);
+    emit dataSheetSet(nodeId, dictionary);
     renew();
 }
 

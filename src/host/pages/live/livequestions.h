@@ -72,6 +72,8 @@ signals:
     void changed();
     /*! What came of it, a sentence, and what did not go well, some more. */
     void told(const QString &sentence, const QStringList &problems);
+    /*! See setDataSheet(). */
+    void dataSheetSet(quint8 nodeId, const CanOpen::ObjectDictionary &dictionary);
 
 private:
     void handleState();

@@ -10,6 +10,7 @@
 #include <canopen/edsfile.h>
 #include <system/background.h>
 #include <host/pages/copytable.h>
+#include <host/pages/sheetdialogs.h>
 
 #include <QAction>
 #include <QDir>
@@ -184,7 +185,7 @@ void WatchView::move(int by)
 void WatchView::chooseSheet()
 {
     auto *dialog = new QFileDialog(window(), tr("Open a data sheet"), m_folder(),
-                                   tr("Data sheets (*.eds *.dcf *.EDS *.DCF)"));
+                                   tr("Data sheets (%1)").arg(SheetDialogs::patterns()));
     dialog->setObjectName(QStringLiteral("openSheetDialog"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFile);
@@ -203,7 +204,7 @@ void WatchView::openSheet(const QString &fileName, quint8 nodeId)
     }
     const quint8 node = nodeId != 0 ? nodeId : sheet->nodeId.value_or(0);
     if (node == 0) {
-        askForNode(fileName);
+        SheetDialogs::askForNode(this, fileName, [this, fileName](quint8 id) { openSheet(fileName, id); });
         return;
     }
     LiveValues &values = m_session->live().values();
@@ -213,21 +214,6 @@ void WatchView::openSheet(const QString &fileName, quint8 nodeId)
                   .arg(QFileInfo(fileName).fileName(), QString::number(node),
                        QString::number(values.values().size())),
               values.problems());
-}
-
-void WatchView::askForNode(const QString &fileName)
-{
-    constexpr int lastNode = 127;
-    auto *dialog = new QInputDialog(window());
-    dialog->setObjectName(QStringLiteral("sheetNodeDialog"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setWindowTitle(QFileInfo(fileName).fileName());
-    dialog->setLabelText(tr("Which node is it the data sheet of?"));
-    dialog->setInputMode(QInputDialog::IntInput);
-    dialog->setIntRange(1, lastNode);
-    connect(dialog, &QInputDialog::intValueSelected, this,
-            [this, fileName](int node) { openSheet(fileName, static_cast<quint8>(node)); });
-    dialog->open();
 }
 
 QString WatchView::nameOf(quint8 nodeId) const

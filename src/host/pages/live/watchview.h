@@ -53,7 +53,6 @@ private:
     void remove();
     void move(int by);
     void chooseSheet();
-    void askForNode(const QString &fileName);
     void chooseBattery();
     QString nameOf(quint8 nodeId) const;
     void save();

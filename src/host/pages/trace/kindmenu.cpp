@@ -3,7 +3,9 @@
 
 #include <QAction>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QMenu>
+#include <QMouseEvent>
 
 #include <array>
 
@@ -28,6 +30,36 @@ constexpr std::array<Words, frameKinds> words{{
     {QT_TRANSLATE_NOOP("KindMenu", "Errors of the bus"), QT_TRANSLATE_NOOP("KindMenu", "Errors of the bus")},
 }};
 
+/*! Stays open when something is chosen that can be chosen with more; Esc or a click beside it closes it. */
+class StayingMenu : public QMenu
+{
+public:
+    using QMenu::QMenu;
+
+protected:
+    void mouseReleaseEvent(QMouseEvent *event) override
+    {
+        if (!choose(actionAt(event->pos())))
+            QMenu::mouseReleaseEvent(event);
+    }
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        const bool chooses = event->key() == Qt::Key_Space || event->key() == Qt::Key_Return
+                             || event->key() == Qt::Key_Enter;
+        if (!chooses || !choose(activeAction()))
+            QMenu::keyPressEvent(event);
+    }
+
+private:
+    static bool choose(QAction *action)
+    {
+        if (action == nullptr || !action->isCheckable())
+            return false;
+        action->trigger();
+        return true;
+    }
+};
+
 const Words &wordsOf(FrameKind kind)
 {
     return words[static_cast<std::size_t>(kind)];
@@ -40,7 +72,7 @@ KindMenu::KindMenu(QWidget *parent)
 {
     setPopupMode(InstantPopup);
     setFocusPolicy(Qt::StrongFocus);
-    auto *menu = new QMenu(this);
+    auto *menu = new StayingMenu(this);
     m_all = menu->addAction(QString());
     connect(m_all, &QAction::triggered, this, [this] {
         setKinds({});

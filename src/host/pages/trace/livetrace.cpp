@@ -75,8 +75,20 @@ void LiveTrace::rememberMappings(std::size_t frames)
     }
 }
 
+void LiveTrace::tell(const TraceDevices &devices)
+{
+    for (TraceDocument *document : {m_document.get(), m_next.get()}) {
+        if (document == nullptr)
+            continue;
+        document->devices.add(devices);
+        document->book.tell(devices);
+    }
+}
+
 void LiveTrace::tell(TraceDocument *document) const
 {
+    document->devices = m_document->devices;
+    document->book.tell(document->devices);
     std::set<quint8> nodes;
     for (const auto &known : m_mappings)
         nodes.insert(known.first.first);

@@ -21,11 +21,14 @@ public:
 
     explicit LiveTrace(std::size_t most = usualMost);
 
-    /*! Begins anew, with another document. */
+    /*! Begins anew, with another document of which nothing was told. */
     void begin(const TraceHead &head);
     void add(const TraceFrame &frame);
     /*! Makes lines of frames that have come, of no more than \a most of them. Whether some are left. */
     bool advance(std::size_t most);
+
+    /*! What is known of the devices beside what is heard. */
+    void tell(const TraceDevices &devices);
 
     const std::shared_ptr<TraceDocument> &document() const { return m_document; }
     /*! How many frames that have come since begin() are no longer in the document. */

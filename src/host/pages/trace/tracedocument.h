@@ -18,6 +18,7 @@ struct TraceDocument
 
     QString fileName; //!< empty: what is heard
     Trace trace;
+    TraceDevices devices; //!< that the book was told
     TraceBook book;
     TraceLines lines;
 };

@@ -89,17 +89,34 @@ void TraceLoading::start(const QString &fileName)
     begin(fileName, [fileName](State *state) { return load(fileName, state); });
 }
 
-void TraceLoading::start(const QString &fileName, const Trace &trace, const Snapshot &devices)
+void TraceLoading::start(const QString &fileName, const std::shared_ptr<const Trace> &trace,
+                         const TraceDevices &devices)
+{
+    begin(fileName, [fileName, trace, devices](State *state) {
+        return makeDocument(fileName, *trace, devices, state);
+    });
+}
+
+void TraceLoading::start(const std::shared_ptr<const TraceDocument> &document, const TraceDevices &devices)
+{
+    begin(document->fileName, [document, devices](State *state) {
+        TraceDevices all = document->devices;
+        all.add(devices);
+        return makeDocument(document->fileName, document->trace, all, state);
+    });
+}
+
+TraceLoading::Result TraceLoading::makeDocument(const QString &fileName, const Trace &trace,
+                                                const TraceDevices &devices, State *state)
 {
     auto document = std::make_shared<TraceDocument>();
     document->fileName = fileName;
     document->trace = trace;
-    begin(fileName, [document, devices](State *state) {
-        document->book.tell(devices);
-        state->frames = document->trace.frames.size();
-        makeLines(document.get(), state);
-        return Result{document, QString()};
-    });
+    document->devices = devices;
+    document->book.tell(devices);
+    state->frames = document->trace.frames.size();
+    makeLines(document.get(), state);
+    return {document, QString()};
 }
 
 void TraceLoading::begin(const QString &fileName, const std::function<Result(State *)> &load)

@@ -3,8 +3,6 @@
 
 #include "tracedocument.h"
 
-#include <snapshot/snapshot.h>
-
 #include <QObject>
 
 #include <atomic>
@@ -22,8 +20,11 @@ public:
 
     /*! Ends what is under way, and begins with another file. */
     void start(const QString &fileName);
-    /*! The same with a trace that was read already, and what its devices have answered; it is called \a fileName. */
-    void start(const QString &fileName, const Trace &trace, const Snapshot &devices);
+    /*! The same with a trace that was read already, and what is known of its devices; it is called \a fileName. */
+    void start(const QString &fileName, const std::shared_ptr<const Trace> &trace,
+               const TraceDevices &devices);
+    /*! The same with the frames and devices of \a document, which changes no more, and \a devices besides. */
+    void start(const std::shared_ptr<const TraceDocument> &document, const TraceDevices &devices);
     /*! Nothing more is told of what is under way. */
     void cancel();
 
@@ -56,6 +57,8 @@ private:
 
     void begin(const QString &fileName, const std::function<Result(State *)> &load);
     static Result load(const QString &fileName, State *state);
+    static Result makeDocument(const QString &fileName, const Trace &trace, const TraceDevices &devices,
+                               State *state);
     static void makeLines(TraceDocument *document, State *state);
 
     std::shared_ptr<State> m_state; // null: nothing is under way

@@ -11,6 +11,7 @@
 
 #include <host/pages/pagelayout.h>
 #include <host/pages/plainlabel.h>
+#include <host/pages/plaintooltip.h>
 #include <system/amounts.h>
 
 #include <QAction>
@@ -23,6 +24,8 @@
 #include <QStackedWidget>
 #include <QToolButton>
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 namespace {
@@ -31,12 +34,28 @@ constexpr int margin = 9;
 constexpr int share = 100;   // of a splitter
 constexpr int leastRows = 3; // of a table, with its head
 
+struct PageKey
+{
+    QKeySequence keys;
+    void (FindBar::*slot)();
+    const char *text;
+};
+
+std::array<PageKey, 3> pageKeys()
+{
+    return {{{QKeySequence::Find, &FindBar::takeFocus, QT_TRANSLATE_NOOP("TracePage", "Find in the trace")},
+             {Qt::Key_F3, &FindBar::findNext, QT_TRANSLATE_NOOP("TracePage", "Find the next line")},
+             {Qt::SHIFT + Qt::Key_F3, &FindBar::findPrevious,
+              QT_TRANSLATE_NOOP("TracePage", "Find the line before")}}};
+}
+
 } // namespace
 
 TracePage::TracePage(TraceSession *session, QWidget *parent)
     : QWidget(parent)
     , m_session(session)
     , m_folder([] { return QString(); })
+    , m_hasEvents([] { return false; })
 {
     setObjectName(QStringLiteral("tracePage"));
     auto *layout = new PageLayout(this);
@@ -133,16 +152,21 @@ QToolButton *TracePage::makeButton(const char *name, void (TracePage::*pressed)(
 
 void TracePage::addKeys()
 {
-    const auto add = [this](const QKeySequence &keys, void (FindBar::*slot)()) {
+    for (const PageKey &key : pageKeys()) {
         auto *action = new QAction(this);
-        action->setShortcut(keys);
+        action->setShortcut(key.keys);
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-        connect(action, &QAction::triggered, m_find, slot);
+        connect(action, &QAction::triggered, m_find, key.slot);
         addAction(action);
-    };
-    add(QKeySequence::Find, &FindBar::takeFocus);
-    add(QKeySequence(Qt::Key_F3), &FindBar::findNext);
-    add(QKeySequence(Qt::SHIFT + Qt::Key_F3), &FindBar::findPrevious);
+    }
+}
+
+QVector<QPair<QString, QString>> TracePage::keyList()
+{
+    QVector<QPair<QString, QString>> list;
+    for (const PageKey &key : pageKeys())
+        list.append({key.keys.toString(QKeySequence::NativeText), tr(key.text)});
+    return list;
 }
 
 void TracePage::connectParts()
@@ -180,6 +204,12 @@ void TracePage::setFolder(const std::function<QString()> &folder)
     m_toolbar->setFolder(folder);
 }
 
+void TracePage::setHasEvents(const std::function<bool()> &hasEvents)
+{
+    m_hasEvents = hasEvents;
+    showSelection();
+}
+
 /*! Another trace, or none. */
 void TracePage::showDocument()
 {
@@ -207,6 +237,7 @@ void TracePage::showProblem()
 {
     const QString problem = m_filter->problem();
     m_problem->setText(problem.isEmpty() ? documentText() : problem);
+    m_problem->setToolTip(problem.isEmpty() ? plainToolTip(documentProblems()) : QString());
     m_problem->setVisible(!m_problem->text().isEmpty());
 }
 
@@ -227,6 +258,21 @@ QString TracePage::documentText() const
                                .arg(QString::number(trace.problems.front().line),
                                     trace.problems.front().text);
     return sentences.join(QLatin1Char(' '));
+}
+
+/*! What could not be read, line by line; empty when its sentence tells all. */
+QString TracePage::documentProblems() const
+{
+    constexpr std::size_t mostNamed = 20;
+    const Trace &trace = m_session->document()->trace;
+    if (trace.problems.size() < 2)
+        return QString();
+    QStringList lines;
+    for (std::size_t i = 0; i < std::min(trace.problems.size(), mostNamed); ++i)
+        lines << tr("Line %1: %2").arg(trace.problems[i].line).arg(trace.problems[i].text);
+    if (trace.unread > mostNamed)
+        lines << QStringLiteral("...");
+    return lines.join(QLatin1Char('\n'));
 }
 
 void TracePage::takeGrown()
@@ -400,7 +446,7 @@ void TracePage::showSelection()
 {
     const int first = m_table->firstSelected();
     const int last = m_table->lastSelected();
-    m_events->setVisible(m_session->isLive());
+    m_events->setVisible(m_session->isLive() || m_hasEvents());
     m_events->setEnabled(first >= 0);
     if (last <= first) {
         m_selection->clear();

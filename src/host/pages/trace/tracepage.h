@@ -6,6 +6,9 @@
 #include "tracemoment.h"
 
 #include <QDateTime>
+#include <QPair>
+#include <QString>
+#include <QVector>
 #include <QWidget>
 
 #include <functional>
@@ -32,8 +35,14 @@ public:
     /*! \a session must outlive the page. */
     explicit TracePage(TraceSession *session, QWidget *parent = nullptr);
 
+    /*! The keys of the page, for people, and what each does. */
+    static QVector<QPair<QString, QString>> keyList();
+
     /*! The folder in which file dialogs begin. */
     void setFolder(const std::function<QString()> &folder);
+
+    /*! Whether there are events of a file that is shown; there are always some of what is heard. */
+    void setHasEvents(const std::function<bool()> &hasEvents);
 
     /*! Shows what was heard around a moment. */
     void showMoment(const TraceMoment &moment);
@@ -98,6 +107,7 @@ private:
     void askForEvents();
     void toggleFollowing();
     QString documentText() const;
+    QString documentProblems() const;
     void retranslate();
 
     TraceSession *m_session;
@@ -118,6 +128,7 @@ private:
     QToolButton *m_follow = nullptr;
     QLabel *m_selection = nullptr;
     std::function<QString()> m_folder;
+    std::function<bool()> m_hasEvents;   // of a file
     std::optional<std::size_t> m_chosen; // frame of the document whose line is chosen
     std::optional<Wanted> m_wanted;      // to go to as soon as it was looked at
     QString m_exportName;   // for when all lines were looked at; empty: nothing is to be exported

@@ -11,6 +11,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -37,8 +38,7 @@ TraceSession::TraceSession(BusConnection *bus, QObject *parent, std::size_t most
     connect(&m_recorder, &TraceRecorder::recordedFile, this, &TraceSession::fileUsed);
     connect(&m_loading, &TraceLoading::loaded, this, [this](const std::shared_ptr<TraceDocument> &document) {
         emit loadingChanged();
-        show(document);
-        emit fileUsed(document->fileName);
+        takeLoaded(document);
     });
     connect(&m_loading, &TraceLoading::failed, this, [this](const QString &sentence) {
         emit loadingChanged();
@@ -102,6 +102,21 @@ void TraceSession::takeShortened(const std::shared_ptr<TraceDocument> &before)
     emit shortened(frames);
 }
 
+void TraceSession::takeLoaded(const std::shared_ptr<TraceDocument> &document)
+{
+    const std::shared_ptr<TraceDocument> retold = std::exchange(m_retold, nullptr);
+    if (retold) {
+        if (retold != m_shown) // something else is shown by now
+            return;
+        m_shown = document;
+        emit shortened(0);
+        emit told(m_retoldSentence, {});
+        return;
+    }
+    show(document);
+    emit fileUsed(document->fileName);
+}
+
 void TraceSession::show(const std::shared_ptr<TraceDocument> &document)
 {
     m_shown = document;
@@ -138,14 +153,38 @@ bool TraceSession::isTraceFile(const QString &fileName)
 
 void TraceSession::open(const QString &fileName)
 {
+    m_retold.reset();
     m_loading.start(fileName);
     emit loadingChanged();
 }
 
-void TraceSession::open(const QString &fileName, const Trace &trace, const Snapshot &devices)
+void TraceSession::open(const QString &fileName, const std::shared_ptr<const Trace> &trace,
+                        const TraceDevices &devices)
 {
+    m_retold.reset();
     m_loading.start(fileName, trace, devices);
     emit loadingChanged();
+}
+
+void TraceSession::tell(const TraceDevices &devices, const QString &sentence)
+{
+    if (isLive()) {
+        tellHeard(devices);
+        emit told(sentence, {});
+        return;
+    }
+    m_retold = m_shown;
+    m_retoldSentence = sentence;
+    m_loading.start(m_shown, devices);
+    emit loadingChanged();
+}
+
+void TraceSession::tellHeard(const TraceDevices &devices)
+{
+    m_live.tell(devices);
+    refresh();
+    if (isLive())
+        emit relearnt();
 }
 
 void TraceSession::cancelOpening()

@@ -45,7 +45,14 @@ public:
     /*! Loads a file in the background, and then shows it; what is shown stays until then. */
     void open(const QString &fileName);
     /*! The same with a trace that was read already out of the file \a fileName, and what its devices have answered. */
-    void open(const QString &fileName, const Trace &trace, const Snapshot &devices);
+    void open(const QString &fileName, const std::shared_ptr<const Trace> &trace,
+              const TraceDevices &devices);
+    /*! What else is known of the devices of what is shown; the lines of a file are made anew in the background. \a sentence
+     *  is told when it is done.
+     */
+    void tell(const TraceDevices &devices, const QString &sentence);
+    /*! The same of those that are heard; until the bus is another one. */
+    void tellHeard(const TraceDevices &devices);
     void cancelOpening();
     /*! Shows what is heard again. */
     void showLive();
@@ -60,7 +67,7 @@ public:
 signals:
     /*! Another document. */
     void documentChanged();
-    /*! What is heard is in another document now, without its first \a frames; the others are the same. */
+    /*! What is shown is in another document now, without its first \a frames; the others are the same. */
     void shortened(std::size_t frames);
     /*! More is known of what PDOs carry: lines may fit another filter. */
     void relearnt();
@@ -82,6 +89,7 @@ private:
     void takeShortened(const std::shared_ptr<TraceDocument> &before);
     bool isRefused(const QString &fileName);
     void saveLater(const QString &fileName, const std::function<Trace()> &make);
+    void takeLoaded(const std::shared_ptr<TraceDocument> &document);
     void show(const std::shared_ptr<TraceDocument> &document);
     void report(const TraceExport::Result &result);
     bool isForAutomatic(const QString &fileName) const;
@@ -90,6 +98,8 @@ private:
     LiveTrace m_live;
     TraceLoading m_loading;
     std::shared_ptr<TraceDocument> m_shown;
+    std::shared_ptr<TraceDocument> m_retold; // whose lines are made anew; null: none
+    QString m_retoldSentence;
     QTimer m_timer;
     int m_known = 0; // revision of what is known of PDOs by which lines are sorted
     bool m_hasHeard = false;

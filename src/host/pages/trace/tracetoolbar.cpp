@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "tracetoolbar.h"
 
+#include "devicefiles.h"
 #include "tracedialogs.h"
 #include "tracesession.h"
 #include "tracetimes.h"
 
 #include <host/pages/elidedlabel.h>
+#include <host/pages/pagelayout.h>
 
 #include <QActionGroup>
 #include <QDateTime>
@@ -33,13 +35,15 @@ QString suggestedName()
 } // namespace
 
 TraceToolbar::TraceToolbar(TraceSession *session, QWidget *parent)
-    : QWidget(parent)
+    : BreakingRow(PageLayout::gap, parent)
     , m_session(session)
     , m_record(makeButton("traceRecord", &TraceToolbar::record))
     , m_rotations(new QActionGroup(this))
     , m_saveLast(makeButton("traceSaveLast", &TraceToolbar::saveLast))
     , m_open(makeButton("traceOpen", &TraceToolbar::open))
     , m_live(makeButton("traceLive", &TraceToolbar::showLive))
+    , m_devices(makeButton("traceDevices", &TraceToolbar::chooseDevices))
+    , m_deviceFiles(new DeviceFiles(this))
     , m_state(new ElidedLabel("traceState", Qt::ElideMiddle, this))
     , m_progress(new QProgressBar(this))
     , m_cancel(makeButton("traceCancel", &TraceToolbar::cancel))
@@ -50,6 +54,9 @@ TraceToolbar::TraceToolbar(TraceSession *session, QWidget *parent)
     connect(&m_timer, &QTimer::timeout, this, &TraceToolbar::refresh);
     connect(session, &TraceSession::documentChanged, this, &TraceToolbar::refresh);
     connect(session, &TraceSession::loadingChanged, this, &TraceToolbar::refresh);
+    connect(session, &TraceSession::shortened, this, &TraceToolbar::refresh);
+    connect(m_deviceFiles, &DeviceFiles::read, session, &TraceSession::tell);
+    connect(m_deviceFiles, &DeviceFiles::failed, session, &TraceSession::failed);
     connect(session, &TraceSession::grown, this, &TraceToolbar::refresh);
     connect(&session->recorder(), &TraceRecorder::recordingChanged, this, &TraceToolbar::refresh);
     connect(&session->recorder(), &TraceRecorder::keptFirst, this, &TraceToolbar::refresh);
@@ -73,13 +80,18 @@ void TraceToolbar::build()
     m_progress->setObjectName(QStringLiteral("traceProgress"));
     m_progress->setFixedWidth(progressWidth);
     m_progress->setTextVisible(false);
-    auto *layout = new QHBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    for (QToolButton *button : {m_record, m_saveLast, m_open, m_live})
-        layout->addWidget(button);
-    layout->addWidget(m_state, 1);
-    layout->addWidget(m_progress);
-    layout->addWidget(m_cancel);
+    parts()->setContentsMargins(0, 0, 0, 0);
+    auto *keeping = new QHBoxLayout;
+    keeping->addWidget(m_record);
+    keeping->addWidget(m_saveLast);
+    auto *shown = new QHBoxLayout;
+    for (QToolButton *button : {m_open, m_live, m_devices})
+        shown->addWidget(button);
+    shown->addWidget(m_state, 1);
+    shown->addWidget(m_progress);
+    shown->addWidget(m_cancel);
+    addPart(keeping);
+    addPart(shown, 1);
 }
 
 /*! The choice counts from the next recording on. */
@@ -139,6 +151,11 @@ void TraceToolbar::open()
                             [this](const QString &fileName) { m_session->open(fileName); });
 }
 
+void TraceToolbar::chooseDevices()
+{
+    m_deviceFiles->choose(m_folder());
+}
+
 void TraceToolbar::showLive()
 {
     m_session->showLive();
@@ -177,6 +194,8 @@ void TraceToolbar::refresh()
     m_record->setText(isRecording ? tr("■ Stop recor&ding") : tr("● Recor&d..."));
     m_saveLast->setEnabled(m_session->recorder().kept() > 0);
     m_live->setVisible(!m_session->isLive());
+    m_devices->setVisible(!m_session->isLive());
+    m_devices->setEnabled(!isLoading);
     m_progress->setVisible(isLoading);
     m_cancel->setVisible(isLoading);
     const int percent = m_session->loading().percent();
@@ -190,7 +209,7 @@ void TraceToolbar::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::LanguageChange)
         retranslate();
-    QWidget::changeEvent(event);
+    BreakingRow::changeEvent(event);
 }
 
 void TraceToolbar::retranslateRotations()
@@ -215,6 +234,10 @@ void TraceToolbar::retranslate()
     m_open->setToolTip(tr("Opens a trace: a log of candump, asc, trc, pcap or pcapng, also compressed"));
     m_live->setText(tr("Liv&e"));
     m_live->setToolTip(tr("Shows what is heard instead of the file"));
+    m_devices->setText(tr("De&vices..."));
+    m_devices->setToolTip(
+        tr("Opens a snapshot of this vehicle or the data sheet of a device: then the trace says what PDOs "
+           "carry and what objects are called"));
     m_cancel->setText(tr("Cancel"));
     refresh();
 }

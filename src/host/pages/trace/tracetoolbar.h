@@ -1,19 +1,23 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <host/pages/breakingrow.h>
+
 #include <QTimer>
-#include <QWidget>
 
 #include <functional>
 
+class DeviceFiles;
 class QActionGroup;
 class QLabel;
 class QProgressBar;
 class QToolButton;
 class TraceSession;
 
-/*! Records, saves the last minutes, opens a file, and goes back to what is heard; says how far that is. */
-class TraceToolbar : public QWidget
+/*! Records, saves the last minutes, opens a file and what is known of its devices, and goes back to what is heard; says how
+ *  far that is.
+ */
+class TraceToolbar : public BreakingRow
 {
     Q_OBJECT
 
@@ -38,6 +42,7 @@ private:
     void record();
     void saveLast();
     void open();
+    void chooseDevices();
     void showLive();
     void cancel();
     void retranslate();
@@ -49,6 +54,8 @@ private:
     QToolButton *m_saveLast;
     QToolButton *m_open;
     QToolButton *m_live;
+    QToolButton *m_devices;
+    DeviceFiles *m_deviceFiles;
     QLabel *m_state;
     QProgressBar *m_progress;
     QToolButton *m_cancel;

@@ -41,6 +41,25 @@ inline std::vector<TraceFrame> fourLines()
             heard(second, 0x705, "05")};
 }
 
+/*! What is known of node 5: its first transmit PDO on 185h carries object 2000h sub-index 1 with 8 bits. */
+inline TraceDevices mappingOf5()
+{
+    SnapshotNode node;
+    node.id = 5;
+    const auto add = [&node](quint16 index, quint8 subIndex, quint32 value) {
+        SnapshotEntry entry;
+        entry.key = {index, subIndex};
+        entry.value = value;
+        node.insert(entry);
+    };
+    add(0x1800, 1, 0x185);
+    add(0x1A00, 0, 1);
+    add(0x1A00, 1, 0x20000108);
+    TraceDevices devices;
+    devices.snapshot.nodes.append(node);
+    return devices;
+}
+
 inline std::shared_ptr<TraceDocument> documentOf(const std::vector<TraceFrame> &frames)
 {
     auto document = std::make_shared<TraceDocument>();

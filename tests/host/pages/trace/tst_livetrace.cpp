@@ -16,6 +16,7 @@ private slots:
     void olderHalfLeaves();
     void staysBounded();
     void mappingsStay();
+    void whatWasToldStays();
     void beginsAnew();
 
 private:
@@ -98,6 +99,33 @@ void tst_LiveTrace::mappingsStay()
     QVERIFY(live.document()->lines.size() > 0);
     QCOMPARE(int(live.document()->lines.at(0).nodeId), 5);
     QCOMPARE(live.document()->lines.at(0).kind, FrameKind::Pdo);
+}
+
+void tst_LiveTrace::whatWasToldStays()
+{
+    const auto text = [](const LiveTrace &live) {
+        const TraceLines &lines = live.document()->lines;
+        return lines.text(lines.size() - 1).text;
+    };
+    LiveTrace live(10);
+    live.add(heard(0, 0x185, "2A"));
+    live.advance(10);
+    QCOMPARE(text(live), QStringLiteral("PDO 1, its mapping is not known: 2A"));
+    live.tell(mappingOf5());
+    QCOMPARE(text(live), QStringLiteral("PDO 1: 2000h.1 = 42 (2Ah)"));
+    for (int i = 1; i < 10; ++i)
+        live.add(beat(i));   // the older half leaves
+    live.tell(mappingOf5()); // while what takes its place is made
+    while (live.advance(3)) {
+    }
+    QCOMPARE(live.left(), std::size_t(5));
+    live.add(heard(11 * second, 0x185, "2B"));
+    live.advance(10);
+    QCOMPARE(text(live), QStringLiteral("PDO 1: 2000h.1 = 43 (2Bh)"));
+    live.begin(TraceHead()); // another bus
+    live.add(heard(12 * second, 0x185, "2C"));
+    live.advance(10);
+    QCOMPARE(text(live), QStringLiteral("PDO 1, its mapping is not known: 2C"));
 }
 
 void tst_LiveTrace::beginsAnew()

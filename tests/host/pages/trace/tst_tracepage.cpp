@@ -16,6 +16,7 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QRunnable>
 #include <QScrollBar>
 #include <QSemaphore>
@@ -175,8 +176,11 @@ private slots:
     void recordsIntoSeveralFiles();
     void progressGoesOn();
     void showsAFile();
+    void menuOfKindsStaysOpen();
     void fileBeginsAtItsBegin();
+    void devicesOfAFile();
     void problemsOfAFileAreSaid();
+    void problemsOfAFileAreListed();
     void emptyFileIsSaid();
     void whatIsShownStaysWhenAFileIsBad();
     void channelsOfAFile();
@@ -720,6 +724,8 @@ void tst_TracePage::recordsIntoSeveralFiles()
              qPrintable(host.label("traceState")));
     QSignalSpy told(&host.session, &TraceSession::told);
     host.session.recorder().stopRecording();
+    QTest::qWait(500);
+    QCOMPARE(told.count(), 1);
     QVERIFY2(told.first().first().toString().endsWith(
                  QStringLiteral("long-0001.log to long-0002.log, 3 frame(s)")),
              qPrintable(told.first().first().toString()));
@@ -794,6 +800,59 @@ void tst_TracePage::showsAFile()
     QVERIFY(!host.find<QToolButton>("traceLive")->isVisible());
 }
 
+void tst_TracePage::devicesOfAFile()
+{
+    TraceHost host;
+    auto *devices = host.find<QToolButton>("traceDevices");
+    QVERIFY(!devices->isVisible());
+    std::vector<TraceFrame> frames = many(300);
+    frames.push_back(heard(second, 0x185, "2A"));
+    frames.push_back(heard(second, 0x185, "2B"));
+    host.open(frames);
+    QVERIFY(devices->isVisible());
+    host.type("filterNodes", QStringLiteral("5"));
+    QCOMPARE(host.rows(), 2);
+    host.table()->selectRow(1);
+    QCOMPARE(host.what(1), QStringLiteral("PDO 1, its mapping is not known: 2B"));
+    host.session.tell(mappingOf5(), QString());
+    QVERIFY(!devices->isEnabled()); // one after the other
+    host.finishWork();
+    QTest::qWait(100);
+    QVERIFY(devices->isEnabled());
+    QCOMPARE(host.rows(), 2); // the filter and the choice stay
+    QCOMPARE(host.table()->currentIndex().row(), 1);
+    QCOMPARE(host.what(1), QStringLiteral("PDO 1: 2000h.1 = 43 (2Bh)"));
+    host.type("filterObjects", QStringLiteral("2000"));
+    QCOMPARE(host.rows(), 2);
+    devices->click();
+    QVERIFY(host.page.findChild<QFileDialog *>(QStringLiteral("traceDevicesDialog")) != nullptr);
+    host.find<QToolButton>("traceLive")->click();
+    QVERIFY(!devices->isVisible());
+}
+
+void tst_TracePage::menuOfKindsStaysOpen()
+{
+    TraceHost host;
+    host.open(fourLines());
+    auto *button = host.find<QToolButton>("filterKinds");
+    QMenu *menu = button->menu();
+    menu->popup(button->mapToGlobal(QPoint(0, button->height())));
+    const auto click = [menu](QAction *action) {
+        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+    };
+    click(host.find<QAction>("heartbeat"));
+    QVERIFY(menu->isVisible());
+    click(host.find<QAction>("sdo"));
+    QVERIFY(menu->isVisible());
+    QCOMPARE(host.rows(), 3);
+    QTest::keyClick(menu, Qt::Key_Space); // the one that was chosen last
+    QVERIFY(menu->isVisible());
+    QCOMPARE(host.rows(), 2);
+    click(menu->actions().first()); // all kinds
+    QVERIFY(!menu->isVisible());
+    QCOMPARE(host.rows(), 4);
+}
+
 void tst_TracePage::fileBeginsAtItsBegin()
 {
     TraceHost host;
@@ -821,6 +880,27 @@ void tst_TracePage::problemsOfAFileAreSaid()
     QVERIFY2(host.label("traceProblem")
                  .startsWith(QStringLiteral("1 line(s) could not be read. The first one: line 2. ")),
              qPrintable(host.label("traceProblem")));
+    QCOMPARE(host.find<QLabel>("traceProblem")->toolTip(), QString()); // it tells all
+}
+
+void tst_TracePage::problemsOfAFileAreListed()
+{
+    TraceHost host;
+    const QString name = host.folder.filePath(QStringLiteral("cut.log"));
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("(1795336200.000000) can0 705#05\n");
+    for (int i = 0; i < 21; ++i)
+        file.write("(1795336201.000000) can0 <b>\n");
+    file.close();
+    host.session.open(name);
+    host.finishWork();
+    QVERIFY(host.label("traceProblem").startsWith(QStringLiteral("21 line(s) could not be read.")));
+    const QString all = host.find<QLabel>("traceProblem")->toolTip();
+    QVERIFY2(all.startsWith(QStringLiteral("<qt>Line 2: ")), qPrintable(all));
+    QVERIFY2(all.contains(QStringLiteral("<br>Line 21: ")), qPrintable(all));
+    QVERIFY2(all.endsWith(QStringLiteral("<br>...</qt>")), qPrintable(all));
+    QVERIFY2(!all.contains(QStringLiteral("<b>")), qPrintable(all));
 }
 
 void tst_TracePage::emptyFileIsSaid()

@@ -52,6 +52,7 @@ private slots:
     void recordingOutlastsTheConnection();
     void faultAfterARecordingIsSaved();
     void nextRecordingEndsTheOneBefore();
+    void fileThatIsStillWritten();
     void recordingThatCannotGoOn();
     void recordingThatCannotBegin();
     void opensAFile();
@@ -63,6 +64,11 @@ private slots:
     void knowsTracesByNameAndByContent();
     void filesThatAreUsedAreTold();
     void openingIsCancelled();
+    void devicesOfAFile();
+    void devicesAddUp();
+    void devicesOfAFileThatWasLeft();
+    void devicesOfAFileThatIsLeftMeanwhile();
+    void devicesOfWhatIsHeard();
     void problemsOfAFile();
     void shownPartIsSaved();
 
@@ -521,7 +527,7 @@ void tst_TraceSession::records()
     QCOMPARE(load(path("ride.log")).frames.size(), std::size_t(5)); // it is there as it grows
     m_session->recorder().stopRecording();
     QVERIFY(!m_session->recorder().isRecording());
-    heartbeat();
+    heartbeat(); // is no longer in it
     QCOMPARE(load(path("ride.log")).frames.size(), std::size_t(5));
     QCOMPARE(m_told,
              QStringList(
@@ -566,13 +572,32 @@ void tst_TraceSession::nextRecordingEndsTheOneBefore()
     m_session->record(path("first.log"));
     heartbeat();
     m_session->record(path("second.log"));
+    wait(500);
     QCOMPARE(m_told.size(), 1);
     QVERIFY2(m_told.first().endsWith(QStringLiteral("first.log, 1 frame(s)")), qPrintable(m_told.first()));
     heartbeat();
     QCOMPARE(m_session->recorder().recordingFile(), path("second.log"));
     m_session->recorder().stopRecording();
+    wait(500);
     QCOMPARE(load(path("first.log")).frames.size(), std::size_t(1));
     QCOMPARE(load(path("second.log")).frames.size(), std::size_t(1));
+}
+
+void tst_TraceSession::fileThatIsStillWritten()
+{
+    connectToBus();
+    m_session->record(path("ride.log"));
+    heartbeat();
+    m_session->recorder().stopRecording();
+    m_session->record(path("ride.log")); // at once
+    QCOMPARE(m_failed.size(), 1);
+    QCOMPARE(m_failed.first(), QStringLiteral("%1 is still being written. Choose another name.")
+                                   .arg(QDir::toNativeSeparators(path("ride.log"))));
+    QVERIFY(!m_session->recorder().isRecording());
+    wait(500);
+    QCOMPARE(load(path("ride.log")).frames.size(), std::size_t(1));
+    m_session->record(path("ride.log"));
+    QVERIFY(m_session->recorder().isRecording());
 }
 
 void tst_TraceSession::recordingThatCannotGoOn()
@@ -720,6 +745,7 @@ void tst_TraceSession::filesThatAreUsedAreTold()
     finishWork();
     m_session->record(path("long.log"));
     m_session->recorder().stopRecording();
+    wait(500);
     m_session->open(path("gone.log"));
     m_session->save(path("saved.odt"), FlightRecorder());
     finishWork();
@@ -742,6 +768,87 @@ void tst_TraceSession::openingIsCancelled()
     QCOMPARE(changed.count(), 0);
     QCOMPARE(m_failed, QStringList());
     QVERIFY(m_session->isLive());
+}
+
+/*! The same frames, other words; what the user looks at stays. */
+void tst_TraceSession::devicesOfAFile()
+{
+    write("ride.log", {heard(0, 0x185, "2A")});
+    m_session->open(path("ride.log"));
+    finishWork();
+    QCOMPARE(m_session->document()->lines.text(0).text,
+             QStringLiteral("PDO 1, its mapping is not known: 2A"));
+    QSignalSpy changed(m_session.get(), &TraceSession::documentChanged);
+    QSignalSpy shortened(m_session.get(), &TraceSession::shortened);
+    m_session->tell(mappingOf5(), QStringLiteral("Told."));
+    QVERIFY(m_session->loading().isRunning());
+    finishWork();
+    QCOMPARE(m_session->document()->lines.text(0).text, QStringLiteral("PDO 1: 2000h.1 = 42 (2Ah)"));
+    QCOMPARE(m_session->document()->fileName, path("ride.log"));
+    QCOMPARE(m_session->document()->trace.frames.size(), std::size_t(1));
+    QCOMPARE(changed.count(), 0);
+    QCOMPARE(shortened.count(), 1);
+    QCOMPARE(shortened.first().first().value<std::size_t>(), std::size_t(0));
+    QCOMPARE(m_told, QStringList(QStringLiteral("Told.")));
+    m_session->open(path("ride.log")); // anew, and nothing is known
+    finishWork();
+    QCOMPARE(m_session->document()->lines.text(0).text,
+             QStringLiteral("PDO 1, its mapping is not known: 2A"));
+    QCOMPARE(changed.count(), 1);
+}
+
+void tst_TraceSession::devicesAddUp()
+{
+    write("ride.log", {heard(0, 0x185, "2A"), heard(1, 0x186, "2B")});
+    m_session->open(path("ride.log"));
+    finishWork();
+    m_session->tell(mappingOf5(), QString());
+    finishWork();
+    TraceDevices other;
+    other.sheets.insert(6, CanOpen::ObjectDictionary());
+    m_session->tell(other, QString());
+    finishWork();
+    QCOMPARE(m_session->document()->lines.text(0).text, QStringLiteral("PDO 1: 2000h.1 = 42 (2Ah)"));
+    QCOMPARE(m_session->document()->devices.sheets.size(), 1);
+    QCOMPARE(m_session->document()->devices.snapshot.nodes.size(), 1);
+}
+
+void tst_TraceSession::devicesOfAFileThatWasLeft()
+{
+    write("ride.log", {heard(0, 0x185, "2A")});
+    write("other.log", fourLines());
+    m_session->open(path("ride.log"));
+    finishWork();
+    m_session->tell(mappingOf5(), QStringLiteral("Told."));
+    m_session->open(path("other.log")); // before it is done
+    finishWork();
+    QCOMPARE(m_session->document()->fileName, path("other.log"));
+    QCOMPARE(m_told, QStringList());
+}
+
+void tst_TraceSession::devicesOfAFileThatIsLeftMeanwhile()
+{
+    write("ride.log", {heard(0, 0x185, "2A")});
+    m_session->open(path("ride.log"));
+    finishWork();
+    m_session->tell(mappingOf5(), QStringLiteral("Told."));
+    m_session->showLive();
+    finishWork();
+    QVERIFY(m_session->isLive()); // the file does not come back by itself
+    QCOMPARE(m_told, QStringList());
+}
+
+void tst_TraceSession::devicesOfWhatIsHeard()
+{
+    connectToBus();
+    hear({heard(0, 0x185, "2A")});
+    QSignalSpy relearnt(m_session.get(), &TraceSession::relearnt);
+    m_session->tell(mappingOf5(), QStringLiteral("Told."));
+    QVERIFY(relearnt.count() > 0);
+    QCOMPARE(m_session->document()->lines.text(0).text, QStringLiteral("PDO 1: 2000h.1 = 42 (2Ah)"));
+    QCOMPARE(m_told, QStringList(QStringLiteral("Told.")));
+    hear({heard(0, 0x185, "2B")});
+    QCOMPARE(m_session->document()->lines.text(1).text, QStringLiteral("PDO 1: 2000h.1 = 43 (2Bh)"));
 }
 
 void tst_TraceSession::problemsOfAFile()
