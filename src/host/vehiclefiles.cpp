@@ -172,8 +172,17 @@ void VehicleFiles::showText(const QString &fileName, const QString &text, const 
         return;
     Snapshot snapshot = SnapshotExchange::fromStore(store);
     snapshot.time = time;
-    emit opened(snapshot, fileName);
-    noteOpened(fileName);
+    tellOpened(snapshot, fileName);
+}
+
+/*! The pages judge it, which takes as long as the plug-in's reading: what the user does meanwhile comes in between. */
+void VehicleFiles::tellOpened(const Snapshot &snapshot, const QString &fileName)
+{
+    const auto tell = [this, snapshot, fileName] {
+        emit opened(snapshot, fileName);
+        noteOpened(fileName);
+    };
+    QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
 }
 
 /*! A large one takes a while to read. */
@@ -202,8 +211,7 @@ void VehicleFiles::openSnapshot(const QString &fileName)
         }
         if (!showInPlugin(fileName, loaded.text, loaded.store, loaded.snapshot->time))
             return;
-        emit opened(*loaded.snapshot, fileName);
-        noteOpened(fileName);
+        tellOpened(*loaded.snapshot, fileName);
     });
 }
 

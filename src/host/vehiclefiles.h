@@ -82,6 +82,7 @@ signals:
 private:
     void show(const QString &fileName);
     void openSnapshot(const QString &fileName);
+    void tellOpened(const Snapshot &snapshot, const QString &fileName);
     bool showInPlugin(const QString &fileName, const QString &text, const NodeStore &store,
                       const QDateTime &time);
     void showText(const QString &fileName, const QString &text, const NodeStore &store);
