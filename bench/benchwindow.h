@@ -54,6 +54,7 @@ public:
     void openFile(const QString &fileName) { m_window->openFile(fileName); }
     Simulator::SimulatedBus *bus() { return m_bus.get(); }
     MainWindow &window() { return *m_window; }
+    HostServices &services() { return m_services; }
 
 private:
     std::shared_ptr<Simulator::SimulatedBus> m_bus;
