@@ -84,6 +84,7 @@ void TraceToolbar::build()
     auto *keeping = new QHBoxLayout;
     keeping->addWidget(m_record);
     keeping->addWidget(m_saveLast);
+    keeping->addStretch();
     auto *shown = new QHBoxLayout;
     for (QToolButton *button : {m_open, m_live, m_devices})
         shown->addWidget(button);
