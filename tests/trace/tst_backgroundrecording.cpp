@@ -61,6 +61,7 @@ private slots:
     void init();
 
     void writesWhileItGoesOn();
+    void goesOnWithoutFrames();
     void endsWhenAllIsWritten();
     void writesWhatCameMeanwhile();
     void doesNotWaitForTheDisk();
@@ -114,6 +115,23 @@ void tst_BackgroundRecording::writesWhileItGoesOn()
     QTest::qWait(500);
     QCOMPARE(recording.written(), quint64(2));
     QCOMPARE(timesIn("ride.log"), (std::vector<qint64>{1, 2})); // it is there as it grows
+}
+
+void tst_BackgroundRecording::goesOnWithoutFrames()
+{
+    Disk disk;
+    BackgroundRecording recording(settings(), disk.freeSpace());
+    QSignalSpy ended(&recording, &BackgroundRecording::ended);
+    QVERIFY(recording.begin(head, 0));
+    for (int i = 1; i <= 10; ++i) {
+        recording.advance(i * second);
+        QTest::qWait(1000);
+    }
+    QCOMPARE(ended.count(), 0);
+    recording.add(frameAt(1), 11 * second);
+    recording.advance(11 * second);
+    QTest::qWait(500);
+    QCOMPARE(timesIn("ride.log"), std::vector<qint64>{1});
 }
 
 void tst_BackgroundRecording::endsWhenAllIsWritten()

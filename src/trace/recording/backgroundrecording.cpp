@@ -13,7 +13,6 @@ BackgroundRecording::BackgroundRecording(const TraceRecording::Settings &setting
     , m_mostWaiting(mostWaiting)
     , m_recording(std::make_shared<TraceRecording>(settings, freeSpace))
 {
-    m_pool.setMaxThreadCount(1);
 }
 
 BackgroundRecording::~BackgroundRecording()

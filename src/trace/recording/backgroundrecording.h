@@ -73,7 +73,7 @@ private:
     QString m_path;
     std::size_t m_mostWaiting;
     std::shared_ptr<TraceRecording> m_recording; // of the other thread while it writes
-    QThreadPool m_pool;                          // of one thread, for which nobody else waits
+    QThreadPool m_pool;                          // its own: nobody else keeps it waiting
     std::vector<Waiting> m_waiting;
     State m_state;
     quint64 m_added = 0;
