@@ -14,8 +14,8 @@ struct TraceRecordingTr
     Q_DECLARE_TR_FUNCTIONS(TraceRecording)
 };
 
-constexpr qint64 flushPeriod = 800'000; // us; and who calls ten times a second has a second at most
-constexpr qint64 lookPeriod = 4'000'000;  // bytes
+constexpr qint64 flushPeriod = 800'000;  // us; and who calls ten times a second has a second at most
+constexpr qint64 lookPeriod = 4'000'000; // bytes
 
 } // namespace
 
