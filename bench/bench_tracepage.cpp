@@ -69,7 +69,7 @@ void openMillion(benchmark::State &state)
 {
     Shown shown;
     StallWatch watch;
-    for (auto _ : state)
+    while (state.KeepRunning())
         shown.open();
     note(&state, watch);
 }
@@ -83,7 +83,7 @@ void filterMillion(benchmark::State &state)
     shown.open();
     auto *field = shown.page.findChild<QLineEdit *>(QStringLiteral("filterText"));
     StallWatch watch;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         field->setText(QLatin1String(words[state.range(0)]));
         Shown::until([&shown] { return !shown.page.model().isLooking(); });
         state.PauseTiming();
@@ -120,7 +120,7 @@ void hearBeyondAMillion(benchmark::State &state)
     Shown::until([&session, lines = std::size_t(0)]() mutable {
         return std::exchange(lines, session.document()->lines.size()) == session.document()->lines.size();
     });
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         QElapsedTimer clock;
         clock.start();
         const StallWatch watch;
@@ -149,7 +149,7 @@ void takeShown(benchmark::State &state)
         shown.page.model().setFilter(filter);
         Shown::until([&shown] { return !shown.page.model().isLooking(); });
     }
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(TraceExport::shown(*shown.session.document(), shown.page.model().rows()));
 }
 BENCHMARK(takeShown)->DenseRange(0, 1)->Unit(benchmark::kMillisecond)->Name("takeWhatIsShownOfAMillion");
@@ -161,7 +161,7 @@ void scrollMillion(benchmark::State &state)
     shown.open();
     auto *table = shown.page.findChild<QTableView *>(QStringLiteral("traceTable"));
     int row = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         row = (row + 7919 * 31) % table->model()->rowCount();
         table->verticalScrollBar()->setValue(row);
         QCoreApplication::processEvents();

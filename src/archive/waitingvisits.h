@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <utility>
+
 class Archive;
 
 /*! A folder in which snapshots wait for an archive that cannot be reached, one file each. */
@@ -23,8 +25,8 @@ public:
     };
 
     /*! \a folder is made when it is needed first. */
-    explicit WaitingVisits(const QString &folder = standardFolder())
-        : m_folder(folder)
+    explicit WaitingVisits(QString folder = standardFolder())
+        : m_folder(std::move(folder))
     {
     }
 

@@ -61,7 +61,7 @@ public:
     /*! The device made last. */
     FakeCanDevice *device() const { return m_devices.isEmpty() ? nullptr : m_devices.last().data(); }
 
-    void heartbeat(quint8 nodeId, quint8 state = 0x05)
+    void heartbeat(quint8 nodeId, quint8 state = 0x05) const
     {
         device()->inject(
             QCanBusFrame(CanOpen::errorControlCobId(nodeId), QByteArray(1, static_cast<char>(state))));

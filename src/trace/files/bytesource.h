@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <memory>
+#include <utility>
 
 /*! Bytes of a file, of what a compressed file holds, of a pipe, of memory; forward only. */
 class ByteSource
@@ -37,8 +38,8 @@ private:
 class MemoryBytes : public ByteSource
 {
 public:
-    explicit MemoryBytes(const QByteArray &bytes)
-        : m_bytes(bytes)
+    explicit MemoryBytes(QByteArray bytes)
+        : m_bytes(std::move(bytes))
     {
     }
 

@@ -19,7 +19,7 @@ struct TextLine
 class LineReader
 {
 public:
-    static constexpr qint64 longest = 16 * 1024;
+    static constexpr qint64 longest = 16'384;
 
     enum class Step : quint8 {
         Line,

@@ -14,11 +14,11 @@ constexpr std::array<qint8, 256> makeDigits()
     std::array<qint8, 256> digits{};
     for (auto &digit : digits)
         digit = -1;
-    for (int i = 0; i < 10; ++i)
-        digits[static_cast<size_t>('0' + i)] = static_cast<qint8>(i);
-    for (int i = 0; i < 6; ++i) {
-        digits[static_cast<size_t>('a' + i)] = static_cast<qint8>(10 + i);
-        digits[static_cast<size_t>('A' + i)] = static_cast<qint8>(10 + i);
+    for (size_t i = 0; i < 10; ++i)
+        digits['0' + i] = static_cast<qint8>(i);
+    for (size_t i = 0; i < 6; ++i) {
+        digits['a' + i] = static_cast<qint8>(10 + i);
+        digits['A' + i] = static_cast<qint8>(10 + i);
     }
     return digits;
 }

@@ -7,6 +7,8 @@
 #include <QCoreApplication>
 #include <QDir>
 
+#include <utility>
+
 namespace {
 
 struct TraceRecordingTr
@@ -19,9 +21,9 @@ constexpr qint64 lookPeriod = 4'000'000; // bytes
 
 } // namespace
 
-TraceRecording::TraceRecording(const Settings &settings, const FreeSpace &freeSpace)
+TraceRecording::TraceRecording(const Settings &settings, FreeSpace freeSpace)
     : m_settings(settings)
-    , m_freeSpace(freeSpace)
+    , m_freeSpace(std::move(freeSpace))
     , m_files(settings.path, settings.rotateSize > 0 || settings.rotateTime > 0
                                  ? RecordingFiles::Kind::Numbered
                                  : RecordingFiles::Kind::One)

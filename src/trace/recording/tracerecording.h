@@ -31,7 +31,7 @@ public:
         qint64 reserve = 200'000'000; //!< bytes that must stay free
     };
 
-    explicit TraceRecording(const Settings &settings, const FreeSpace &freeSpace = systemFreeSpace);
+    explicit TraceRecording(const Settings &settings, FreeSpace freeSpace = systemFreeSpace);
     ~TraceRecording();
     Q_DISABLE_COPY(TraceRecording)
 

@@ -235,7 +235,8 @@ void WatchView::chooseBattery()
     QStringList names;
     for (const quint8 node : nodes)
         names.append(nameOf(node));
-    const auto battery = std::find_first_of(nodes.cbegin(), nodes.cend(), known.cbegin(), known.cend());
+    const auto *const battery
+        = std::find_first_of(nodes.cbegin(), nodes.cend(), known.cbegin(), known.cend());
     auto *dialog = new QInputDialog(window());
     dialog->setObjectName(QStringLiteral("batteryNodeDialog"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
