@@ -68,6 +68,7 @@ public:
     {
         return find<QTableView>("watchTable")->model()->index(row, column);
     }
+    HostServices &services() { return m_host.services(); }
     int rows() const { return find<QTableView>("watchTable")->model()->rowCount(); }
     bool isGrey(int row) const { return index(row, 1).data(Qt::ForegroundRole).isValid(); }
 

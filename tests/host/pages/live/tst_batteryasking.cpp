@@ -2,6 +2,7 @@
 #include "livehost.h"
 #include "ride.h"
 
+#include <host/pages/live/batteryinquiry.h>
 #include <simulator/fault.h>
 
 #include <QAction>
@@ -86,6 +87,8 @@ private slots:
     void refusedCountOfAnotherPack();
     void refusedCell();
     void allCellsAreRefused();
+    void cellsOfTheLastPackAlone();
+    void anotherNodeMeanwhile();
     void lyingCounts();
     void answersWithoutASize();
     void valueThatIsNotThere();
@@ -316,6 +319,42 @@ void tst_BatteryAsking::allCellsAreRefused()
     QVERIFY(isShown(ride, "batteryState"));
     QCOMPARE(textOf(ride, "batteryState"), QStringLiteral("No cell of node 4 has answered yet."));
     QVERIFY(!isShown(ride, "cellText"));
+}
+
+void tst_BatteryAsking::cellsOfTheLastPackAlone()
+{
+    Simulator::VehicleDescription vehicle = SimulatedHost::stillVehicle(QStringLiteral("ride"));
+    Dictionary &dictionary = nodeOf(vehicle, 2).dictionary;
+    for (quint8 cell = 0; cell <= 10; ++cell) {
+        dictionary.insert({0x6174, cell}, *dictionary.find({0x6165, cell}));
+        dictionary.remove({0x6165, cell});
+    }
+    Ride ride(vehicle);
+    ride.connectToBus();
+    ask(ride, 2);
+    QCOMPARE(ride.told(), QStringLiteral("Battery of node 2: 10 cells are asked for, every 2 s."));
+    QCOMPARE(textOf(ride, "batteryText"), // it is asked what else it has
+             QString::fromUtf8("84.00 % · 6.200 A · 39.300 V · 25.3 °C · 26.8 °C"));
+}
+
+void tst_BatteryAsking::anotherNodeMeanwhile()
+{
+    Ride ride;
+    ride.connectToBus();
+    BatteryInquiry inquiry(&ride.services().bus());
+    QVector<BatteryAnswer> answers;
+    connect(&inquiry, &BatteryInquiry::finished, this,
+            [&answers](const BatteryAnswer &answer) { answers << answer; });
+    inquiry.start(4);
+    QTest::qWait(5); // some are answered
+    inquiry.start(2);
+    QTest::qWait(5000);
+    QCOMPARE(answers.size(), 1); // nothing is told of the other one, and all of this one at once
+    QCOMPARE(int(answers.first().nodeId), 2);
+    QCOMPARE(answers.first().cells.size(), 10);
+    QCOMPARE(answers.first().others.size(), otherQuestions);
+    QVERIFY(ride.sent() > countQuestions + otherQuestions);
+    QVERIFY(ride.sent() < 2 * countQuestions + otherQuestions);
 }
 
 void tst_BatteryAsking::lyingCounts()
