@@ -85,6 +85,7 @@ private slots:
     void nodeThatDoesNotAnswer();
     void refusedCount();
     void refusedCountOfAnotherPack();
+    void refusedTemperature();
     void refusedCell();
     void allCellsAreRefused();
     void cellsOfTheLastPackAlone();
@@ -294,6 +295,17 @@ void tst_BatteryAsking::refusedCountOfAnotherPack()
     QCOMPARE(ride.problems(),
              QStringList{QStringLiteral(
                  "Node 2, object 6174h.0: The device refused it: General error (0800 0000h).")});
+}
+
+void tst_BatteryAsking::refusedTemperature()
+{
+    Ride ride(rideWith(R"({"kind": "sdoAbort", "code": "0x08000000", "object": "6105sub1"})"));
+    ride.connectToBus();
+    ask(ride, 2);
+    QCOMPARE(ride.told(), QStringLiteral("Battery of node 2: 10 cells are asked for, every 2 s."));
+    QCOMPARE(ride.problems(),
+             QStringList{QStringLiteral(
+                 "Node 2, object 6105h.1: The device refused it: General error (0800 0000h).")});
 }
 
 void tst_BatteryAsking::refusedCell()
