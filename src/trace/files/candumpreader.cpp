@@ -26,47 +26,40 @@ bool CandumpReader::isFrame(TextLine line)
     return what == Line::Frame || what == Line::Wrong;
 }
 
-TextReader::Line CandumpReader::parse(TextLine line, TraceFrame *frame)
-{
-    if (parseUsual(line, frame))
-        return Line::Frame;
-    *frame = TraceFrame();
-    return parseAny(line, frame);
-}
-
 /*! A data frame of the first channel with 11 bits of identifier, "(1436509052.249713) can0 123#11223344", as nearly all are.
- *  Whatever else stands there is for parseAny().
+ *  Whatever else stands there is for parse().
  */
-bool CandumpReader::parseUsual(TextLine line, TraceFrame *frame)
+const char *CandumpReader::parseUsual(TextLine rest, TraceFrame *frame)
 {
     constexpr int afterId = 4; // "123#"
-    const char *at = line.begin;
-    if (m_channel.isEmpty() || !takeUsualTime(&at, line.end, &frame->time))
-        return false;
-    if (line.end - at < m_channel.size() + afterId
+    const char *at = rest.begin;
+    if (m_channel.isEmpty() || !takeUsualTime(&at, rest.end, &frame->time))
+        return nullptr;
+    if (rest.end - at < m_channel.size() + afterId
         || std::memcmp(at, m_channel.constData(), static_cast<size_t>(m_channel.size())) != 0)
-        return false;
+        return nullptr;
     at += m_channel.size();
     // What is no digit makes a number negative.
     const int id = hexDigit(at[0]) * 0x100 | hexDigit(at[1]) * 0x10 | hexDigit(at[2]);
     if (id < 0 || id > static_cast<int>(TraceFrame::highestStandardId) || at[3] != '#')
-        return false;
+        return nullptr;
     at += afterId;
-    const auto digits = static_cast<int>(line.end - at);
-    if (digits > 2 * TraceFrame::mostBytes || digits % 2 != 0)
-        return false;
-    for (size_t i = 0; at < line.end; ++i, at += 2) {
+    int length = 0;
+    for (; length < TraceFrame::mostBytes && rest.end - at > 1; ++length, at += 2) {
         const int byte = hexDigit(at[0]) * 0x10 | hexDigit(at[1]);
         if (byte < 0)
-            return false;
-        frame->bytes[i] = static_cast<quint8>(byte);
+            break;
+        frame->bytes[static_cast<size_t>(length)] = static_cast<quint8>(byte);
     }
+    take(&at, rest.end, '\r');
+    if (!take(&at, rest.end, '\n') || at - rest.begin > LineReader::longest)
+        return nullptr;
     frame->id = static_cast<quint32>(id);
-    frame->length = static_cast<quint8>(digits / 2);
-    return true;
+    frame->length = static_cast<quint8>(length);
+    return at;
 }
 
-TextReader::Line CandumpReader::parseAny(TextLine line, TraceFrame *frame)
+TextReader::Line CandumpReader::parse(TextLine line, TraceFrame *frame)
 {
     const char *at = line.begin;
     // With -e the words of an error frame stand below it.

@@ -27,11 +27,10 @@ public:
     int bytesPerFrame() const override { return 40; }
 
 protected:
+    const char *parseUsual(TextLine rest, TraceFrame *frame) override;
     Line parse(TextLine line, TraceFrame *frame) override;
 
 private:
-    Line parseAny(TextLine line, TraceFrame *frame);
-    bool parseUsual(TextLine line, TraceFrame *frame);
     Line parseFrame(TextLine line, const char *at, TraceFrame *frame);
     Line parseLog(TextLine line, const char *at, TraceFrame *frame);
     Line parseData(TextLine line, const char *at, TraceFrame *frame);

@@ -32,6 +32,21 @@ public:
 
     Step next(TextLine *line);
 
+    /*! What is in memory from the beginning of the next line on: a part of it, or some more lines behind it. For who can tell by
+     *  itself where that line ends; empty when nobody can.
+     */
+    TextLine rest() const
+    {
+        return m_isSkipping ? TextLine() : TextLine{m_room.data() + m_position, m_room.data() + m_filled};
+    }
+    /*! In place of next(): the line ends before \a end, which stands behind its LF in rest(). */
+    void skipTo(const char *end)
+    {
+        m_position = static_cast<size_t>(end - m_room.data());
+        m_searched = m_position;
+        ++m_number;
+    }
+
     /*! Of the line that was given last; from 1. */
     qint64 number() const { return m_number; }
     QString errorString() const { return m_source->errorString(); }

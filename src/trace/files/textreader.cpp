@@ -10,6 +10,11 @@ TraceReader::Step TextReader::next(TraceFrame *frame)
 {
     TextLine line;
     for (;;) {
+        *frame = TraceFrame();
+        if (const char *const end = parseUsual(m_lines.rest(), frame)) {
+            m_lines.skipTo(end);
+            return Step::Frame;
+        }
         switch (m_lines.next(&line)) {
         case LineReader::Step::Line:
             break;
@@ -29,6 +34,13 @@ TraceReader::Step TextReader::next(TraceFrame *frame)
         if (what == Line::Wrong || what == Line::Unknown)
             return complain(m_lines.number(), m_sentence);
     }
+}
+
+const char *TextReader::parseUsual(TextLine rest, TraceFrame *frame)
+{
+    Q_UNUSED(rest)
+    Q_UNUSED(frame)
+    return nullptr;
 }
 
 TextReader::Line TextReader::wrong(const QString &sentence)

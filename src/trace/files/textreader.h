@@ -27,6 +27,10 @@ protected:
         Unknown, //!< nothing of the format
     };
 
+    /*! Reads a line as nearly all are, the first one of what stands in \a rest; returns what stands behind its LF. Null when
+     *  it is another one, or has no end there; \a frame may have any content then.
+     */
+    virtual const char *parseUsual(TextLine rest, TraceFrame *frame);
     /*! Reads a line. \a frame is cleared before. */
     virtual Line parse(TextLine line, TraceFrame *frame) = 0;
 
