@@ -31,6 +31,11 @@ QString numberOf(const BatteryPack &pack, double number)
     return (WatchModel::numberText(number, value) + QLatin1Char(' ') + pack.unit).trimmed();
 }
 
+int keyOf(const BatteryPack &pack)
+{
+    return pack.nodeId << 16 | pack.object;
+}
+
 } // namespace
 
 BatteryView::BatteryView(LiveSession *session, QWidget *parent)
@@ -51,6 +56,10 @@ BatteryView::BatteryView(LiveSession *session, QWidget *parent)
     layout->addWidget(m_bars, 1);
     layout->addWidget(m_text);
     layout->addWidget(m_others);
+    connect(m_choice, QOverload<int>::of(&QComboBox::activated), this, [this] {
+        m_chosen = m_choice->currentData().toInt();
+        refresh();
+    });
     hide();
 }
 
@@ -65,7 +74,20 @@ void BatteryView::refresh()
     m_bars->setPack(pack);
     m_text->setText(cellText(pack));
     m_text->setToolTip(plainToolTip(m_text->text())); // for where there is too little room
+    giveTextItsLines();
     showOthers(pack);
+}
+
+/*! A layout asks a text in lines for the height of one when room is short, and cuts the others off. */
+void BatteryView::giveTextItsLines()
+{
+    m_text->setMinimumHeight(m_text->heightForWidth(contentsRect().width()));
+}
+
+void BatteryView::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    giveTextItsLines();
 }
 
 void BatteryView::showPacks(const QVector<BatteryPack> &packs)
@@ -76,7 +98,9 @@ void BatteryView::showPacks(const QVector<BatteryPack> &packs)
     m_choice->clear();
     for (const BatteryPack &pack : packs)
         m_choice->addItem(tr("Battery of node %1, cells %2")
-                              .arg(QString::number(pack.nodeId), CanOpen::indexText(pack.object)));
+                              .arg(QString::number(pack.nodeId), CanOpen::indexText(pack.object)),
+                          keyOf(pack));
+    m_choice->setCurrentIndex(std::max(0, m_choice->findData(m_chosen)));
 }
 
 QString BatteryView::cellText(const BatteryPack &pack) const

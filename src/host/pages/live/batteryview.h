@@ -26,17 +26,20 @@ public:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void showPacks(const QVector<BatteryPack> &packs);
     QString cellText(const BatteryPack &pack) const;
     void showOthers(const BatteryPack &pack);
+    void giveTextItsLines();
 
     LiveSession *m_session;
     QComboBox *m_choice;
     QLabel *m_text;
     QLabel *m_others;
     CellBars *m_bars;
+    int m_chosen = 0; // battery of the user's choice, whichever place it has among the others
 };
 
 /*! A bar for each cell; their feet are left out, so that differences are seen. The lowest and the highest stand out. */

@@ -2,7 +2,10 @@
 #include "livehost.h"
 #include "ride.h"
 
+#include <host/core/settingsstore.h>
 #include <host/pages/live/batteryinquiry.h>
+#include <host/pages/live/batterypack.h>
+#include <live/values/pdosource.h>
 #include <simulator/fault.h>
 
 #include <QAction>
@@ -10,7 +13,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
-#include <QSettings>
 #include <QSignalSpy>
 
 #include <algorithm>
@@ -70,10 +72,13 @@ class tst_BatteryAsking : public QObject
 
 private slots:
     void initTestCase();
-    void init() { QSettings().clear(); }
+    void init() { SettingsStore::instance().setValues({}); }
 
     void fromTheMenu();
     void nobodyIsHeard();
+    void offerWaits();
+    void isABatteryWhileItIsAsked();
+    void onlyWhatHasCome();
     void batteryIsSuggested();
     void offeredWhereOneIsWatched();
     void offeredWhereOneIsKnown_data();
@@ -134,6 +139,54 @@ void tst_BatteryAsking::fromTheMenu()
     QVERIFY(ride.areAllUploads());
     QVERIFY(isShown(ride, "askForValues"));
     QVERIFY(ride.find<QToolButton>("askForValues")->isChecked());
+}
+
+void tst_BatteryAsking::offerWaits()
+{
+    Ride ride;
+    ride.watch("2:6164:2");
+    ride.connectToBus();
+    auto *button = ride.find<QToolButton>("askBattery");
+    QCOMPARE(button->toolTip(), QString());
+    QVERIFY(ride.find<QWidget>("batteryOffer")->rect().contains(button->geometry()));
+    QVERIFY(!button->geometry().intersects(ride.find<QLabel>("batteryState")->geometry()));
+    ride.session().questions().setCheckingUp(true);
+    QTest::qWait(300);
+    QVERIFY(button->isVisible());
+    QVERIFY(!button->isEnabled());
+    QCOMPARE(button->toolTip(), QStringLiteral("A check-up is running."));
+    ride.session().questions().setCheckingUp(false);
+    QTest::qWait(300);
+    QVERIFY(button->isEnabled());
+    QCOMPARE(button->toolTip(), QString());
+}
+
+void tst_BatteryAsking::isABatteryWhileItIsAsked()
+{
+    Ride ride;
+    ride.connectToBus();
+    const BatteryQuestions &batteries = ride.session().questions().batteries();
+    QVERIFY(batteries.nodes().isEmpty());
+    ride.session().questions().askBattery(4);
+    QCOMPARE(batteries.nodes(), QVector<quint8>{4});
+    ask(ride, 4);
+    QVERIFY(batteries.nodes().isEmpty()); // it has no cells
+    ask(ride, 2);
+    QCOMPARE(batteries.nodes(), QVector<quint8>{2});
+    ride.session().questions().askBattery(2);
+    QCOMPARE(batteries.nodes(), QVector<quint8>{2});
+}
+
+/*! A value that a PDO is to carry is none before it has come. */
+void tst_BatteryAsking::onlyWhatHasCome()
+{
+    Simulator::VehicleDescription vehicle = SimulatedHost::stillVehicle(QStringLiteral("ride"));
+    LiveValues values;
+    values.learn(PdoSource::of(2, nodeOf(vehicle, 2).dictionary));
+    QVERIFY(values.find(2, {0x6040, 1}) == 0);
+    QCOMPARE(BatteryPack::others(values, 2).size(), 0);
+    values.note(2, {0x6040, 1}, 36000, 0);
+    QCOMPARE(BatteryPack::others(values, 2).size(), 1);
 }
 
 void tst_BatteryAsking::nobodyIsHeard()
