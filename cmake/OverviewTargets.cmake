@@ -92,7 +92,7 @@ function(overview_add_test name)
     # Only a test that hangs takes so long, also with sanitizers on a machine that is busy with something else.
     set_tests_properties(${name} PROPERTIES
         TIMEOUT 900
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_CONFIG_HOME=${CMAKE_CURRENT_BINARY_DIR}/config;XDG_DATA_HOME=${CMAKE_CURRENT_BINARY_DIR}/${name}.data;QTEST_FUNCTION_TIMEOUT=800000")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_CONFIG_HOME=${CMAKE_CURRENT_BINARY_DIR}/${name}.config;XDG_DATA_HOME=${CMAKE_CURRENT_BINARY_DIR}/${name}.data;QTEST_FUNCTION_TIMEOUT=800000")
     if(ARG_WINDOW)
         set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
             "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp:print_suppressions=0")

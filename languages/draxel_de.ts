@@ -4788,10 +4788,6 @@ Jetzt: %2</translation>
         <translation>Servicebericht</translation>
     </message>
     <message>
-        <source>&amp;Browse...</source>
-        <translation>&amp;Durchsuchen...</translation>
-    </message>
-    <message>
         <source>With what has &amp;changed since the last visit</source>
         <translation>Mit dem, was sich seit dem &amp;letzten Besuch geändert hat</translation>
     </message>
@@ -4826,6 +4822,26 @@ Jetzt: %2</translation>
     <message>
         <source>Service report: %1 and %2</source>
         <translation>Servicebericht: %1 und %2</translation>
+    </message>
+    <message>
+        <source>Lo&amp;go:</source>
+        <translation>Lo&amp;go:</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keines</translation>
+    </message>
+    <message>
+        <source>Browse...</source>
+        <translation>Durchsuchen...</translation>
+    </message>
+    <message>
+        <source>Logo of the workshop</source>
+        <translation>Logo der Werkstatt</translation>
+    </message>
+    <message>
+        <source>Pictures (*.png *.jpg *.jpeg)</source>
+        <translation>Bilder (*.png *.jpg *.jpeg)</translation>
     </message>
 </context>
 <context>

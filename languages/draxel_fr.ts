@@ -4788,10 +4788,6 @@ Maintenant&#xa0;: %2</translation>
         <translation>Rapport d’entretien</translation>
     </message>
     <message>
-        <source>&amp;Browse...</source>
-        <translation>&amp;Parcourir...</translation>
-    </message>
-    <message>
         <source>With what has &amp;changed since the last visit</source>
         <translation>Avec ce qui a &amp;changé depuis la dernière visite</translation>
     </message>
@@ -4826,6 +4822,26 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>Service report: %1 and %2</source>
         <translation>Rapport d’entretien&#xa0;: %1 et %2</translation>
+    </message>
+    <message>
+        <source>Lo&amp;go:</source>
+        <translation>Lo&amp;go&#xa0;:</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Aucun</translation>
+    </message>
+    <message>
+        <source>Browse...</source>
+        <translation>Parcourir...</translation>
+    </message>
+    <message>
+        <source>Logo of the workshop</source>
+        <translation>Logo de l’atelier</translation>
+    </message>
+    <message>
+        <source>Pictures (*.png *.jpg *.jpeg)</source>
+        <translation>Images (*.png *.jpg *.jpeg)</translation>
     </message>
 </context>
 <context>

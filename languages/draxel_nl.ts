@@ -4788,10 +4788,6 @@ Nu: %2</translation>
         <translation>Servicerapport</translation>
     </message>
     <message>
-        <source>&amp;Browse...</source>
-        <translation>&amp;Bladeren...</translation>
-    </message>
-    <message>
         <source>With what has &amp;changed since the last visit</source>
         <translation>Met wat er sinds het laatste bezoek &amp;veranderd is</translation>
     </message>
@@ -4826,6 +4822,26 @@ Nu: %2</translation>
     <message>
         <source>Service report: %1 and %2</source>
         <translation>Servicerapport: %1 en %2</translation>
+    </message>
+    <message>
+        <source>Lo&amp;go:</source>
+        <translation>Lo&amp;go:</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Geen</translation>
+    </message>
+    <message>
+        <source>Browse...</source>
+        <translation>Bladeren...</translation>
+    </message>
+    <message>
+        <source>Logo of the workshop</source>
+        <translation>Logo van de werkplaats</translation>
+    </message>
+    <message>
+        <source>Pictures (*.png *.jpg *.jpeg)</source>
+        <translation>Afbeeldingen (*.png *.jpg *.jpeg)</translation>
     </message>
 </context>
 <context>

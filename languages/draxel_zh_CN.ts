@@ -4767,10 +4767,6 @@ Now: %2</source>
         <translation>维修报告</translation>
     </message>
     <message>
-        <source>&amp;Browse...</source>
-        <translation>浏览(&amp;B)...</translation>
-    </message>
-    <message>
         <source>With what has &amp;changed since the last visit</source>
         <translation>包含自上次到访以来的变化(&amp;C)</translation>
     </message>
@@ -4805,6 +4801,26 @@ Now: %2</source>
     <message>
         <source>Service report: %1 and %2</source>
         <translation>维修报告：%1 和 %2</translation>
+    </message>
+    <message>
+        <source>Lo&amp;go:</source>
+        <translation>徽标(&amp;G)：</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>Browse...</source>
+        <translation>浏览...</translation>
+    </message>
+    <message>
+        <source>Logo of the workshop</source>
+        <translation>维修店徽标</translation>
+    </message>
+    <message>
+        <source>Pictures (*.png *.jpg *.jpeg)</source>
+        <translation>图片 (*.png *.jpg *.jpeg)</translation>
     </message>
 </context>
 <context>

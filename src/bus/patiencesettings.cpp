@@ -5,7 +5,6 @@
 #include <canopen/sdoclient.h>
 
 #include <QLatin1String>
-#include <QSettings>
 #include <QStringList>
 
 #include <algorithm>
@@ -22,14 +21,14 @@ constexpr const char *repeatsKey = "repeats";
 constexpr milliseconds shortestLimit{10000}; // of one upload in all
 constexpr milliseconds longestLimit{60000};
 
-int readNumber(const QSettings &settings, const QString &key, int lowest, int highest, int otherwise)
+int readNumber(const QVariantMap &settings, const QString &key, int lowest, int highest, int otherwise)
 {
     bool isNumber = false;
     const int number = settings.value(key).toString().toInt(&isNumber);
     return isNumber && number >= lowest && number <= highest ? number : otherwise;
 }
 
-PatienceSettings::Patience readPatience(const QSettings &settings, const QString &group,
+PatienceSettings::Patience readPatience(const QVariantMap &settings, const QString &group,
                                         const PatienceSettings::Patience &otherwise)
 {
     PatienceSettings::Patience patience;
@@ -41,10 +40,10 @@ PatienceSettings::Patience readPatience(const QSettings &settings, const QString
     return patience;
 }
 
-void writePatience(QSettings *settings, const QString &group, const PatienceSettings::Patience &patience)
+void writePatience(QVariantMap *settings, const QString &group, const PatienceSettings::Patience &patience)
 {
-    settings->setValue(group + QLatin1String(timeoutKey), patience.timeout);
-    settings->setValue(group + QLatin1String(repeatsKey), patience.repeats);
+    settings->insert(group + QLatin1String(timeoutKey), patience.timeout);
+    settings->insert(group + QLatin1String(repeatsKey), patience.repeats);
 }
 
 QString groupOf(quint8 nodeId)
@@ -65,12 +64,12 @@ CanOpen::SdoPatience toClient(const PatienceSettings::Patience &patience)
 
 } // namespace
 
-PatienceSettings PatienceSettings::load(const QSettings &settings)
+PatienceSettings PatienceSettings::load(const QVariantMap &settings)
 {
     PatienceSettings result;
     result.general = readPatience(settings, QLatin1String(generalGroup) + QLatin1Char('/'), result.general);
     const QString prefix = QLatin1String(nodesGroup) + QLatin1Char('/');
-    const QStringList keys = settings.allKeys();
+    const QStringList keys = settings.keys();
     for (const QString &key : keys) {
         if (!key.startsWith(prefix))
             continue;
@@ -84,10 +83,14 @@ PatienceSettings PatienceSettings::load(const QSettings &settings)
     return result;
 }
 
-void PatienceSettings::save(QSettings *settings) const
+void PatienceSettings::save(QVariantMap *settings) const
 {
     writePatience(settings, QLatin1String(generalGroup) + QLatin1Char('/'), general);
-    settings->remove(QLatin1String(nodesGroup));
+    const QStringList keys = settings->keys();
+    for (const QString &key : keys) {
+        if (key.startsWith(QLatin1String(nodesGroup) + QLatin1Char('/')))
+            settings->remove(key);
+    }
     for (auto it = nodes.cbegin(); it != nodes.cend(); ++it)
         writePatience(settings, groupOf(it.key()), it.value());
 }

@@ -2,8 +2,7 @@
 #pragma once
 
 #include <QMap>
-
-class QSettings;
+#include <QVariantMap>
 
 namespace CanOpen {
 class SdoClient;
@@ -27,8 +26,8 @@ struct PatienceSettings
     QMap<quint8, Patience> nodes; //!< by node ID, 1 to 127
 
     /*! What \a settings holds; what is missing, no number or out of range is as in a new object. */
-    static PatienceSettings load(const QSettings &settings);
-    void save(QSettings *settings) const;
+    static PatienceSettings load(const QVariantMap &settings);
+    void save(QVariantMap *settings) const;
 
     /*! Gives the patience to \a client, from the next uploads on. Nodes of \a previous without a patience of
      *  their own now get the general one.

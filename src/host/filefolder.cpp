@@ -2,15 +2,15 @@
 #include "filefolder.h"
 
 #include <host/core/hostsettings.h>
+#include <host/core/settingsstore.h>
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSettings>
 #include <QStandardPaths>
 
 QString FileFolder::start()
 {
-    const QString folder = QSettings().value(HostSettings::folder).toString();
+    const QString folder = SettingsStore::instance().value(HostSettings::folder).toString();
     // What is not there would be taken for the name of a file.
     for (const QString &candidate :
          {folder, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}) {
@@ -22,5 +22,5 @@ QString FileFolder::start()
 
 void FileFolder::remember(const QString &fileName)
 {
-    QSettings().setValue(HostSettings::folder, QFileInfo(fileName).absolutePath());
+    SettingsStore::instance().setValue(HostSettings::folder, QFileInfo(fileName).absolutePath());
 }

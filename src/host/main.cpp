@@ -9,12 +9,12 @@
 #include <host/core/hostsettings.h>
 #include <host/core/languagesetting.h>
 #include <host/core/pluginsession.h>
+#include <host/core/settingsstore.h>
 
 #include <QApplication>
 #include <QIcon>
 #include <QLocale>
 #include <QLoggingCategory>
-#include <QSettings>
 
 #include <cstdio>
 #include <memory>
@@ -77,7 +77,7 @@ QIcon windowIcon()
 QString chooseLanguage(const QString &wanted, const LanguageSetting &languages)
 {
     QStringList candidates = QLocale::system().uiLanguages();
-    const QString saved = QSettings().value(HostSettings::language).toString();
+    const QString saved = SettingsStore::instance().value(HostSettings::language).toString();
     for (const QString &language : {saved, wanted}) {
         if (!language.isEmpty())
             candidates.prepend(language);
@@ -98,7 +98,7 @@ int runWindow(const HostOptions &options, LanguageSetting *languages)
     const QStringList errors = session.loadFolder(folder, language);
 
     MainWindow window(&services, &session);
-    window.setLanguages(languages, QSettings().value(HostSettings::language).toString());
+    window.setLanguages(languages, SettingsStore::instance().value(HostSettings::language).toString());
     window.showPlugins();
     if (!options.bus.address.plugin.isEmpty())
         window.chooseBus(options.bus);

@@ -31,6 +31,7 @@
 #include <host/core/languagesetting.h>
 #include <host/core/pluginsession.h>
 #include <host/core/recentfiles.h>
+#include <host/core/settingsstore.h>
 #include <host/core/vehiclerecords.h>
 #include <host/core/vehiclewatch.h>
 #include <host/pages/archivepage.h>
@@ -50,7 +51,6 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QLocale>
-#include <QSettings>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTabWidget>
@@ -127,7 +127,7 @@ MainWindow::MainWindow(HostServices *services, PluginSession *session, QWidget *
 
     retranslate();
     restoreSettings();
-    checkSettingsFile();
+    connectSettings();
     showBusState();
 }
 
@@ -560,7 +560,7 @@ QWidget *MainWindow::makeArchivePage()
 void MainWindow::restoreSettings()
 {
     // What is missing or broken leaves the window as it is made.
-    const QSettings settings;
+    const QVariantMap settings = SettingsStore::instance().values();
     WindowLayout(this, m_dock).restore(settings);
 
     BusSettings bus;
@@ -573,31 +573,38 @@ void MainWindow::restoreSettings()
 
     m_patience = PatienceSettings::load(settings);
     m_patience.apply(&m_services->bus().sdoClient(), PatienceSettings());
-    m_session->setSharePercent(ShareSetting::load(settings));
-    m_live->questions().setSharePercent(ShareSetting::load(settings));
+    m_session->setSharePercent(ShareSetting::load());
+    m_live->questions().setSharePercent(ShareSetting::load());
 }
 
 void MainWindow::saveSettings()
 {
     const BusSettings bus = m_bar->settings();
-    QSettings settings;
+    QVariantMap settings = SettingsStore::instance().values();
     WindowLayout(this, m_dock).save(&settings);
-    settings.setValue(HostSettings::plugin, bus.address.plugin);
-    settings.setValue(HostSettings::interfaceName, bus.address.interfaceName);
+    settings.insert(HostSettings::plugin, bus.address.plugin);
+    settings.insert(HostSettings::interfaceName, bus.address.interfaceName);
     if (bus.bitRate)
-        settings.setValue(HostSettings::bitRate, *bus.bitRate);
+        settings.insert(HostSettings::bitRate, *bus.bitRate);
     else
         settings.remove(HostSettings::bitRate);
+    SettingsStore::instance().setValues(settings);
 }
 
-void MainWindow::checkSettingsFile()
+void MainWindow::connectSettings()
 {
-    const QSettings settings;
-    if (!settings.isWritable()) {
+    SettingsStore &settings = SettingsStore::instance();
+    connect(&settings, &SettingsStore::refused, this, [this](const QString &fileName) {
         m_log->add(MessageLog::Severity::Warning,
                    tr("The settings cannot be kept: the file %1 cannot be written.")
-                       .arg(QDir::toNativeSeparators(settings.fileName())));
-    }
+                       .arg(QDir::toNativeSeparators(fileName)));
+    });
+    // Another window may have changed them meanwhile.
+    connect(qApp, &QGuiApplication::applicationStateChanged, this, [&settings](Qt::ApplicationState state) {
+        if (state == Qt::ApplicationActive)
+            settings.refresh();
+    });
+    settings.checkFile();
 }
 
 void MainWindow::showBusState()
@@ -714,11 +721,8 @@ void MainWindow::chooseLanguage(const QString &language)
 {
     if (m_languages == nullptr)
         return;
-    QSettings settings;
-    if (language.isEmpty())
-        settings.remove(HostSettings::language);
-    else
-        settings.setValue(HostSettings::language, language);
+    SettingsStore &settings = SettingsStore::instance();
+    settings.setValue(HostSettings::language, language.isEmpty() ? QVariant() : language);
 
     const QString effective
         = language.isEmpty() ? m_languages->bestOf(QLocale::system().uiLanguages()) : language;
@@ -726,7 +730,7 @@ void MainWindow::chooseLanguage(const QString &language)
     m_plugins->setLanguage(effective);
     m_session->setLanguage(effective);
     m_live->setLanguage(effective);
-    checkSettingsFile();
+    settings.checkFile();
 }
 
 void MainWindow::choosePatience()
@@ -737,9 +741,10 @@ void MainWindow::choosePatience()
         const PatienceSettings chosen = dialog->settings();
         chosen.apply(&m_services->bus().sdoClient(), m_patience);
         m_patience = chosen;
-        QSettings settings;
+        QVariantMap settings = SettingsStore::instance().values();
         chosen.save(&settings);
-        checkSettingsFile();
+        SettingsStore::instance().setValues(settings);
+        SettingsStore::instance().checkFile();
     });
     dialog->open();
 }

@@ -103,7 +103,7 @@ private:
     void retranslate();
     void restoreSettings();
     void saveSettings();
-    void checkSettingsFile();
+    void connectSettings();
     void showBusState();
     void showPage(int index);
     void choosePage(int number);

@@ -2,15 +2,15 @@
 #include "sharesetting.h"
 
 #include <host/core/hostsettings.h>
+#include <host/core/settingsstore.h>
 #include <snapshot/busshare.h>
 
 #include <QInputDialog>
-#include <QSettings>
 
-int ShareSetting::load(const QSettings &settings)
+int ShareSetting::load()
 {
     bool isNumber = false;
-    const int percent = settings.value(HostSettings::busShare).toInt(&isNumber);
+    const int percent = SettingsStore::instance().value(HostSettings::busShare).toInt(&isNumber);
     return isNumber && percent >= leastPercent && percent <= mostPercent ? percent : BusShare::usualPercent;
 }
 
@@ -28,7 +28,7 @@ void ShareSetting::ask(int percent, QWidget *parent, const std::function<void(in
     dialog->setIntStep(5);
     dialog->setIntValue(percent);
     connect(dialog, &QInputDialog::intValueSelected, parent, [chosen](int value) {
-        QSettings().setValue(HostSettings::busShare, value);
+        SettingsStore::instance().setValue(HostSettings::busShare, value);
         chosen(value);
     });
     dialog->open();

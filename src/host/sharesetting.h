@@ -5,7 +5,6 @@
 
 #include <functional>
 
-class QSettings;
 class QWidget;
 
 /*! How much of the bus a check-up may use, in percent: the user's choice, kept in the settings. */
@@ -18,7 +17,7 @@ public:
     static constexpr int mostPercent = 100;
 
     /*! What was chosen; the usual share when nothing sensible is there. */
-    static int load(const QSettings &settings);
+    static int load();
 
     /*! Lets the user choose, beginning with \a percent; \a chosen is called with what was chosen, which is saved. Returns
      *  at once.

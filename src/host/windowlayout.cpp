@@ -8,7 +8,6 @@
 #include <QGuiApplication>
 #include <QMainWindow>
 #include <QScreen>
-#include <QSettings>
 #include <QWindow>
 
 namespace {
@@ -35,7 +34,7 @@ QMargins frameOf(const QWidget &window)
 
 } // namespace
 
-void WindowLayout::restore(const QSettings &settings)
+void WindowLayout::restore(const QVariantMap &settings)
 {
     takeFirstPlace();
     m_window->restoreGeometry(settings.value(HostSettings::geometry).toByteArray());
@@ -43,10 +42,10 @@ void WindowLayout::restore(const QSettings &settings)
     fitToScreen();
 }
 
-void WindowLayout::save(QSettings *settings) const
+void WindowLayout::save(QVariantMap *settings) const
 {
-    settings->setValue(HostSettings::geometry, m_window->saveGeometry());
-    settings->setValue(HostSettings::windowState, m_window->saveState(layoutVersion));
+    settings->insert(HostSettings::geometry, m_window->saveGeometry());
+    settings->insert(HostSettings::windowState, m_window->saveState(layoutVersion));
 }
 
 void WindowLayout::reset()

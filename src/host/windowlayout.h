@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QVariantMap>
+
 class QDockWidget;
 class QMainWindow;
-class QSettings;
 
 /*! Size and place of the window and of its docks: at first, as they were left, and as at first again. Always
  *  such that the window lies on the screen.
@@ -19,8 +20,8 @@ public:
     }
 
     /*! What is missing or broken leaves the window as at first. */
-    void restore(const QSettings &settings);
-    void save(QSettings *settings) const;
+    void restore(const QVariantMap &settings);
+    void save(QVariantMap *settings) const;
     void reset();
 
 private:

@@ -7,7 +7,6 @@
 #include <QDir>
 #include <QFile>
 #include <QImageReader>
-#include <QSettings>
 
 namespace {
 
@@ -19,7 +18,7 @@ const QSize keptSize(900, 360);   // of one that is shown: no report is larger f
 
 } // namespace
 
-WorkshopSettings WorkshopSettings::load(const QSettings &settings)
+WorkshopSettings WorkshopSettings::load(const QVariantMap &settings)
 {
     WorkshopSettings workshop;
     workshop.name = settings.value(QLatin1String(nameKey)).toString();
@@ -28,11 +27,11 @@ WorkshopSettings WorkshopSettings::load(const QSettings &settings)
     return workshop;
 }
 
-void WorkshopSettings::save(QSettings *settings) const
+void WorkshopSettings::save(QVariantMap *settings) const
 {
-    settings->setValue(QLatin1String(nameKey), name);
-    settings->setValue(QLatin1String(linesKey), lines);
-    settings->setValue(QLatin1String(logoKey), logoFile);
+    settings->insert(QLatin1String(nameKey), name);
+    settings->insert(QLatin1String(linesKey), lines);
+    settings->insert(QLatin1String(logoKey), logoFile);
 }
 
 Workshop WorkshopSettings::toWorkshop(QString *errorMessage) const

@@ -4,8 +4,7 @@
 #include "servicereportdata.h"
 
 #include <QCoreApplication>
-
-class QSettings;
+#include <QVariantMap>
 
 /*! The workshop as the user has entered it once, for all reports. */
 class WorkshopSettings
@@ -19,8 +18,8 @@ public:
     QStringList lines; //!< address, telephone
     QString logoFile;  //!< may be empty
 
-    static WorkshopSettings load(const QSettings &settings);
-    void save(QSettings *settings) const;
+    static WorkshopSettings load(const QVariantMap &settings);
+    void save(QVariantMap *settings) const;
 
     /*! With the logo. When that cannot be used, it is left out, with a sentence in \a errorMessage. */
     Workshop toWorkshop(QString *errorMessage) const;

@@ -4,6 +4,7 @@
 #include <host/busreport.h>
 #include <host/core/hostsettings.h>
 #include <host/core/languagesetting.h>
+#include <host/core/settingsstore.h>
 #include <host/hostmenus.h>
 #include <host/mainwindow.h>
 #include <host/messagelog.h>
@@ -61,7 +62,7 @@ private slots:
         QCoreApplication::setOrganizationName(QStringLiteral("Draxel Project"));
         QCoreApplication::setApplicationName(QStringLiteral("tst_hostmenus"));
         QCoreApplication::setApplicationVersion(QStringLiteral("1.2.3"));
-        QSettings().clear();
+        SettingsStore::instance().setValues({});
     }
 
     void shortcuts_data();
@@ -480,12 +481,12 @@ void tst_HostMenus::switchesLanguageAtOnce()
 
     action(window, "actionLanguage_de")->trigger();
     QTRY_COMPARE(button->text(), QStringLiteral("Verbinden"));
-    QCOMPARE(QSettings().value(QStringLiteral("language")).toString(), QStringLiteral("de"));
+    QCOMPARE(SettingsStore::instance().value(QStringLiteral("language")).toString(), QStringLiteral("de"));
     action(window, "actionLanguage_en")->trigger();
     QTRY_COMPARE(button->text(), QStringLiteral("Connect"));
-    QCOMPARE(QSettings().value(QStringLiteral("language")).toString(), QStringLiteral("en"));
+    QCOMPARE(SettingsStore::instance().value(QStringLiteral("language")).toString(), QStringLiteral("en"));
     action(window, "actionLanguage_")->trigger();
-    QVERIFY(!QSettings().contains(QStringLiteral("language")));
+    QVERIFY(!SettingsStore::instance().value(QStringLiteral("language")).isValid());
     languages.apply(QStringLiteral("en"));
 }
 
@@ -524,21 +525,18 @@ void tst_HostMenus::resetsLayout()
 
 void tst_HostMenus::brokenSettingsAreNoNews()
 {
-    {
-        QSettings settings;
-        settings.setValue(QStringLiteral("window/geometry"), QByteArray("no geometry"));
-        settings.setValue(QStringLiteral("window/state"), QStringList{QStringLiteral("x")});
-        settings.setValue(QStringLiteral("bus/plugin"), 7);
-        settings.setValue(QStringLiteral("bus/interface"), QVariant());
-        settings.setValue(QStringLiteral("bus/bitRate"), QStringLiteral("fast"));
-        settings.setValue(QStringLiteral("patience/timeout"), QStringLiteral("long"));
-        settings.setValue(QStringLiteral("language"), QStringLiteral("../../x"));
-    }
+    SettingsStore::instance().setValues({{QStringLiteral("window/geometry"), QByteArray("no geometry")},
+                                         {QStringLiteral("window/state"), QStringList{QStringLiteral("x")}},
+                                         {QStringLiteral("bus/plugin"), 7},
+                                         {QStringLiteral("bus/interface"), QVariant()},
+                                         {QStringLiteral("bus/bitRate"), QStringLiteral("fast")},
+                                         {QStringLiteral("patience/timeout"), QStringLiteral("long")},
+                                         {QStringLiteral("language"), QStringLiteral("../../x")}});
     LogWatcher log;
     Host host;
     LanguageSetting languages(QStringLiteral(OVERVIEW_LANGUAGE_FOLDER));
     MainWindow window(&host.services, &host.session);
-    window.setLanguages(&languages, QSettings().value(QStringLiteral("language")).toString());
+    window.setLanguages(&languages, SettingsStore::instance().value(QStringLiteral("language")).toString());
     window.show();
     QCOMPARE(log.warnings(), QStringList());
     QCOMPARE(messages(&window), QStringList());
@@ -549,6 +547,7 @@ void tst_HostMenus::brokenSettingsAreNoNews()
 void tst_HostMenus::saysThatSettingsCannotBeKept()
 {
     const QString folder = QFileInfo(QSettings().fileName()).dir().absoluteFilePath(QStringLiteral(".."));
+    SettingsStore::instance().finish();
     QTemporaryDir temporary;
     QFile file(temporary.filePath(QStringLiteral("file")));
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -562,6 +561,8 @@ void tst_HostMenus::saysThatSettingsCannotBeKept()
         window.show();
         where = QSettings().fileName();
         window.close();
+        SettingsStore::instance().finish();
+        QCoreApplication::sendPostedEvents();
         all = messages(&window);
     }
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder);
@@ -586,7 +587,7 @@ void tst_HostMenus::remembersPatience()
         dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
         QTRY_VERIFY(window.findChild<PatienceDialog *>() == nullptr);
     }
-    const PatienceSettings saved = PatienceSettings::load(QSettings());
+    const PatienceSettings saved = PatienceSettings::load(SettingsStore::instance().values());
     QCOMPARE(saved.general.timeout, 300);
     QCOMPARE(saved.general.repeats, 1);
     QCOMPARE(saved.nodes.keys(), (QList<quint8>{1, 2}));
@@ -602,7 +603,7 @@ void tst_HostMenus::remembersPatience()
     dialog->findChild<QPushButton *>(QStringLiteral("defaultsButton"))->click();
     QVERIFY(dialog->settings() == PatienceSettings());
     dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Cancel)->click();
-    QCOMPARE(PatienceSettings::load(QSettings()).general.timeout, 300);
+    QCOMPARE(PatienceSettings::load(SettingsStore::instance().values()).general.timeout, 300);
 }
 
 void tst_HostMenus::patienceDialogHasSaneRanges()

@@ -4,6 +4,7 @@
 #include <host/connectionbar.h>
 #include <host/core/hostsettings.h>
 #include <host/core/recentfiles.h>
+#include <host/core/settingsstore.h>
 #include <host/lightpalette.h>
 #include <host/mainwindow.h>
 #include <host/pages/live/livesession.h>
@@ -18,7 +19,6 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QSettings>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -45,7 +45,7 @@ private slots:
     {
         QCoreApplication::setOrganizationName(QStringLiteral("Draxel Project"));
         QCoreApplication::setApplicationName(QStringLiteral("tst_mainwindow"));
-        QSettings().clear();
+        SettingsStore::instance().setValues({});
     }
 
     void showsPlaceholderWithoutPlugin();

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <host/core/hostsettings.h>
 #include <host/core/recentfiles.h>
+#include <host/core/settingsstore.h>
 
-#include <QSettings>
 #include <QtTest>
 
 class tst_RecentFiles : public QObject
@@ -14,7 +14,7 @@ private slots:
     {
         QCoreApplication::setOrganizationName(QStringLiteral("Draxel Project"));
         QCoreApplication::setApplicationName(QStringLiteral("tst_recentfiles"));
-        QSettings().clear();
+        SettingsStore::instance().setValues({});
     }
 
     void newestFirstAndEachOnce();
@@ -52,10 +52,11 @@ void tst_RecentFiles::forgets()
 
 void tst_RecentFiles::brokenSettingsAreNoFiles()
 {
-    QSettings().setValue(HostSettings::recentFiles, QStringList{QStringLiteral("relative"), QString(),
-                                                                QStringLiteral("/x"), QStringLiteral("/x")});
+    SettingsStore::instance().setValue(
+        HostSettings::recentFiles,
+        QStringList{QStringLiteral("relative"), QString(), QStringLiteral("/x"), QStringLiteral("/x")});
     QCOMPARE(RecentFiles::load(), QStringList(QStringLiteral("/x")));
-    QSettings().setValue(HostSettings::recentFiles, 7);
+    SettingsStore::instance().setValue(HostSettings::recentFiles, 7);
     QCOMPARE(RecentFiles::load(), QStringList());
 }
 

@@ -2,6 +2,7 @@
 #include "hostfixture.h"
 
 #include <host/core/recentfiles.h>
+#include <host/core/settingsstore.h>
 #include <host/mainwindow.h>
 #include <host/vehiclefiles.h>
 #include <tests/support/filedialogdriver.h>
@@ -16,7 +17,6 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
-#include <QSettings>
 #include <QTemporaryDir>
 #include <QTreeWidget>
 #include <QtTest>
@@ -144,7 +144,7 @@ private slots:
         QGuiApplication::setApplicationDisplayName(QStringLiteral("Draxel"));
         QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     }
-    void init() { QSettings().clear(); }
+    void init() { SettingsStore::instance().setValues({}); }
 
     void opensAFile();
     void wrongFileLeavesWhatIsShown_data();
@@ -283,7 +283,8 @@ void tst_VehicleFiles::saveThatFailsIsNoSave()
 void tst_VehicleFiles::dialogStartsInAFolderThatIsThere()
 {
     Bench bench; // its home has no folder for documents
-    QSettings().setValue(QStringLiteral("files/folder"), bench.folder.filePath(QStringLiteral("gone")));
+    SettingsStore::instance().setValue(QStringLiteral("files/folder"),
+                                       bench.folder.filePath(QStringLiteral("gone")));
     bench.window->findChild<VehicleFiles *>()->open({VehicleFiles::fileFilter()});
     const auto *dialog = bench.window->findChild<QFileDialog *>(QStringLiteral("openDialog"));
     QVERIFY(dialog != nullptr);

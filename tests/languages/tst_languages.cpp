@@ -732,6 +732,7 @@ void tst_Languages::onlyNamesStayAsTheyAre()
         {"draxel", "fr", "&Trace"},
         {"draxel", "fr", "Trace"},
         {"draxel", "fr", "Traces (%1)"},
+        {"draxel", "de nl", "Lo&go:"},
         {"draxel", "nl", "Nodes"},
         {"draxel", "nl", "byte %1"},
     };

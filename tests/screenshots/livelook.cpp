@@ -4,6 +4,7 @@
 #include <host/core/hostsettings.h>
 #include <host/core/languagesetting.h>
 #include <host/core/pluginsession.h>
+#include <host/core/settingsstore.h>
 #include <host/mainwindow.h>
 #include <host/pages/live/livesession.h>
 #include <interface/dxplugininterface.h>
@@ -19,7 +20,6 @@
 #include <QEventLoop>
 #include <QLineEdit>
 #include <QScreen>
-#include <QSettings>
 #include <QTableView>
 #include <QTimer>
 #include <QToolButton>
@@ -149,7 +149,7 @@ int main(int argc, char **argv)
     QApplication::setApplicationDisplayName(QLatin1String(HostSettings::displayName));
     if (argc != 3)
         qFatal("usage: live_look FOLDER LANGUAGE");
-    QSettings().clear();
+    SettingsStore::instance().setValues({});
     const QString language = QString::fromLocal8Bit(argv[2]);
     LanguageSetting languages(QStringLiteral(LANGUAGE_FOLDER));
     languages.apply(language);

@@ -5,6 +5,7 @@
 #include <host/core/hostsettings.h>
 #include <host/core/languagesetting.h>
 #include <host/core/pluginsession.h>
+#include <host/core/settingsstore.h>
 #include <host/mainwindow.h>
 #include <host/pages/checkupsession.h>
 #include <host/pages/live/livesession.h>
@@ -26,7 +27,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QScreen>
-#include <QSettings>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -317,7 +317,7 @@ int main(int argc, char **argv)
     QApplication::setApplicationDisplayName(QLatin1String(HostSettings::displayName));
     if (argc != 3)
         qFatal("usage: trace_look FOLDER LANGUAGE");
-    QSettings().clear();
+    SettingsStore::instance().setValues({});
     const QString language = QString::fromLocal8Bit(argv[2]);
     LanguageSetting languages(QStringLiteral(LANGUAGE_FOLDER));
     languages.apply(language);

@@ -14,7 +14,7 @@
 
 #include <checkup/checkup.h>
 #include <checkup/snapshotcomparison.h>
-#include <host/core/hostsettings.h>
+#include <host/core/settingsstore.h>
 #include <servicereport/healthtrends.h>
 #include <servicereport/htmlreport.h>
 #include <servicereport/pdfreport.h>
@@ -27,7 +27,6 @@
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSettings>
 
 namespace {
 
@@ -94,9 +93,7 @@ private:
 
     std::optional<ExitStatus> loadWorkshop()
     {
-        const QSettings settings(QLatin1String(HostSettings::organization),
-                                 QLatin1String(HostSettings::application));
-        WorkshopSettings workshop = WorkshopSettings::load(settings);
+        WorkshopSettings workshop = WorkshopSettings::load(SettingsStore::instance().values());
         if (m_options.isSet(workshopOption)) {
             workshop.lines = m_options.values(workshopOption);
             workshop.name = workshop.lines.takeFirst();

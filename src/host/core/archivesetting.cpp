@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "archivesetting.h"
 
-#include "hostsettings.h"
-
-#include <QSettings>
+#include "settingsstore.h"
 
 namespace {
 
@@ -14,18 +12,12 @@ constexpr QLatin1String addressKey("archive/address");
 
 QString ArchiveSetting::text()
 {
-    return QSettings(QLatin1String(HostSettings::organization), QLatin1String(HostSettings::application))
-        .value(addressKey)
-        .toString();
+    return SettingsStore::instance().value(addressKey).toString();
 }
 
 void ArchiveSetting::save(const QString &text)
 {
-    QSettings kept(QLatin1String(HostSettings::organization), QLatin1String(HostSettings::application));
-    if (text.isEmpty())
-        kept.remove(addressKey);
-    else
-        kept.setValue(addressKey, text);
+    SettingsStore::instance().setValue(addressKey, text.isEmpty() ? QVariant() : text);
 }
 
 std::optional<ArchiveAddress> ArchiveSetting::load(QString *errorMessage)

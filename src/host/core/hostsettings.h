@@ -3,7 +3,7 @@
 
 #include <QLatin1String>
 
-/*! Where the host's settings are kept (QSettings), and under which keys. */
+/*! Where the host's settings are kept (SettingsStore), and under which keys. */
 namespace HostSettings {
 
 constexpr char organization[] = "Draxel Project";
@@ -19,7 +19,5 @@ constexpr QLatin1String language("language");   // "de", "zh_CN"; absent: that o
 constexpr QLatin1String recentFiles("files/recent");
 constexpr QLatin1String folder("files/folder");       // where the last file was opened or saved
 constexpr QLatin1String busShare("checkup/busShare"); // percent that a check-up may use
-constexpr QLatin1String workshopName("report/workshop");
-constexpr QLatin1String workshopLines("report/workshopLines"); // address and what else stands below the name
 
 } // namespace HostSettings

@@ -2,15 +2,15 @@
 #include "recentfiles.h"
 
 #include "hostsettings.h"
+#include "settingsstore.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSettings>
 
 QStringList RecentFiles::load()
 {
     QStringList files;
-    const QStringList kept = QSettings().value(HostSettings::recentFiles).toStringList();
+    const QStringList kept = SettingsStore::instance().value(HostSettings::recentFiles).toStringList();
     for (const QString &file : kept) {
         if (QDir::isAbsolutePath(file) && !files.contains(file) && files.size() < mostFiles)
             files.append(file);
@@ -24,12 +24,12 @@ void RecentFiles::add(const QString &fileName)
     QStringList files = load();
     files.removeAll(path);
     files.prepend(path);
-    QSettings().setValue(HostSettings::recentFiles, QStringList(files.mid(0, mostFiles)));
+    SettingsStore::instance().setValue(HostSettings::recentFiles, QStringList(files.mid(0, mostFiles)));
 }
 
 void RecentFiles::remove(const QString &fileName)
 {
     QStringList files = load();
     if (files.removeAll(QFileInfo(fileName).absoluteFilePath()) > 0)
-        QSettings().setValue(HostSettings::recentFiles, files);
+        SettingsStore::instance().setValue(HostSettings::recentFiles, files);
 }

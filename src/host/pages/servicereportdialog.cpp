@@ -4,7 +4,7 @@
 #include "checkupsession.h"
 #include "servicereportwriting.h"
 
-#include <host/core/hostsettings.h>
+#include <host/core/settingsstore.h>
 #include <servicereport/healthtrends.h>
 #include <servicereport/reportlanguage.h>
 
@@ -14,13 +14,14 @@
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QSettings>
+#include <QStandardPaths>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -43,8 +44,8 @@ ServiceReportDialog::ServiceReportDialog(CheckupSession *session, const QString 
     , m_language(new QComboBox(this))
     , m_workshop(new QLineEdit(this))
     , m_lines(new QPlainTextEdit(this))
+    , m_logo(new QLineEdit(this))
     , m_folder(new QLineEdit(this))
-    , m_browse(new QPushButton(this))
     , m_compare(new QCheckBox(this))
     , m_show(new QCheckBox(this))
 {
@@ -56,48 +57,92 @@ ServiceReportDialog::ServiceReportDialog(CheckupSession *session, const QString 
 
 void ServiceReportDialog::build(const QString &folder)
 {
-    const QSettings settings;
-    const QStringList languages = ReportLanguage::available();
-    for (const QString &language : languages)
-        m_language->addItem(languageName(language), language);
-    m_language->setCurrentIndex(qMax(0, m_language->findData(m_session->language())));
-    m_language->setObjectName(QStringLiteral("reportLanguage"));
-    m_workshop->setObjectName(QStringLiteral("workshopName"));
-    m_workshop->setText(settings.value(HostSettings::workshopName).toString());
-    m_workshop->setMinimumWidth(fontMetrics().averageCharWidth() * usualWorkshopWidth);
-    m_lines->setPlainText(settings.value(HostSettings::workshopLines).toString());
-    m_lines->setTabChangesFocus(true);
-    m_lines->setFixedHeight(fontMetrics().lineSpacing() * addressLines + 12);
-    m_folder->setText(QDir::toNativeSeparators(folder));
-    m_folder->setObjectName(QStringLiteral("reportFolder"));
-    m_browse->setText(tr("&Browse..."));
-    m_compare->setText(tr("With what has &changed since the last visit"));
-    m_compare->setEnabled(m_session->record().comparison.has_value());
-    m_compare->setChecked(m_compare->isEnabled());
-    m_show->setText(tr("&Open it then"));
-    m_show->setChecked(true);
-    m_show->setObjectName(QStringLiteral("showReport"));
-
-    auto *place = new QHBoxLayout;
-    place->addWidget(m_folder, 1);
-    place->addWidget(m_browse);
+    fill(folder);
     auto *form = new QFormLayout;
     form->addRow(tr("&Language:"), m_language);
     form->addRow(tr("&Workshop:"), m_workshop);
     form->addRow(tr("&Address:"), m_lines);
-    auto *folderLabel = new QLabel(tr("&Folder:"), this);
-    folderLabel->setBuddy(m_folder);
-    form->addRow(folderLabel, place);
+    addPath(form, tr("Lo&go:"), m_logo, "browseLogo", &ServiceReportDialog::chooseLogo);
+    addPath(form, tr("&Folder:"), m_folder, "browseFolder", &ServiceReportDialog::chooseFolder);
     form->addRow(m_compare);
     form->addRow(m_show);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel, this);
     buttons->button(QDialogButtonBox::Save)->setText(tr("Write &report"));
     connect(buttons, &QDialogButtonBox::accepted, this, &ServiceReportDialog::write);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    connect(m_browse, &QPushButton::clicked, this, &ServiceReportDialog::chooseFolder);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(buttons);
+}
+
+/*! With what was chosen the last time. */
+void ServiceReportDialog::fill(const QString &folder)
+{
+    const WorkshopSettings workshop = WorkshopSettings::load(SettingsStore::instance().values());
+    const QStringList languages = ReportLanguage::available();
+    for (const QString &language : languages)
+        m_language->addItem(languageName(language), language);
+    m_language->setCurrentIndex(qMax(0, m_language->findData(m_session->language())));
+    m_language->setObjectName(QStringLiteral("reportLanguage"));
+    m_workshop->setObjectName(QStringLiteral("workshopName"));
+    m_workshop->setText(workshop.name);
+    m_workshop->setMinimumWidth(fontMetrics().averageCharWidth() * usualWorkshopWidth);
+    m_lines->setObjectName(QStringLiteral("workshopLines"));
+    m_lines->setPlainText(workshop.lines.join(QLatin1Char('\n')));
+    m_lines->setTabChangesFocus(true);
+    m_lines->setFixedHeight(fontMetrics().lineSpacing() * addressLines + 12);
+    m_logo->setObjectName(QStringLiteral("workshopLogo"));
+    m_logo->setText(QDir::toNativeSeparators(workshop.logoFile));
+    m_logo->setPlaceholderText(tr("None"));
+    m_logo->setClearButtonEnabled(true);
+    m_folder->setText(QDir::toNativeSeparators(folder));
+    m_folder->setObjectName(QStringLiteral("reportFolder"));
+    m_compare->setText(tr("With what has &changed since the last visit"));
+    m_compare->setEnabled(m_session->record().comparison.has_value());
+    m_compare->setChecked(m_compare->isEnabled());
+    m_show->setText(tr("&Open it then"));
+    m_show->setChecked(true);
+    m_show->setObjectName(QStringLiteral("showReport"));
+}
+
+void ServiceReportDialog::addPath(QFormLayout *form, const QString &name, QLineEdit *path,
+                                  const char *buttonName, void (ServiceReportDialog::*choose)())
+{
+    auto *browse = new QPushButton(tr("Browse..."), this);
+    browse->setObjectName(QLatin1String(buttonName));
+    connect(browse, &QPushButton::clicked, this, choose);
+    auto *place = new QHBoxLayout;
+    place->addWidget(path, 1);
+    place->addWidget(browse);
+    auto *label = new QLabel(name, this);
+    label->setBuddy(path);
+    form->addRow(label, place);
+}
+
+void ServiceReportDialog::chooseLogo()
+{
+    const QString known = m_logo->text().isEmpty()
+                              ? QStandardPaths::writableLocation(QStandardPaths::PicturesLocation)
+                              : QFileInfo(m_logo->text()).absolutePath();
+    auto *dialog
+        = new QFileDialog(this, tr("Logo of the workshop"), known, tr("Pictures (*.png *.jpg *.jpeg)"));
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QFileDialog::fileSelected, this,
+            [this](const QString &file) { m_logo->setText(QDir::toNativeSeparators(file)); });
+    dialog->open();
+}
+
+/*! As it stands in the fields. */
+WorkshopSettings ServiceReportDialog::workshop() const
+{
+    WorkshopSettings workshop;
+    workshop.name = m_workshop->text();
+    const QString lines = m_lines->toPlainText();
+    if (!lines.isEmpty())
+        workshop.lines = lines.split(QLatin1Char('\n'));
+    workshop.logoFile = QDir::fromNativeSeparators(m_logo->text());
+    return workshop;
 }
 
 void ServiceReportDialog::chooseFolder()
@@ -113,9 +158,9 @@ void ServiceReportDialog::chooseFolder()
 
 void ServiceReportDialog::write()
 {
-    QSettings settings;
-    settings.setValue(HostSettings::workshopName, m_workshop->text());
-    settings.setValue(HostSettings::workshopLines, m_lines->toPlainText());
+    QVariantMap settings = SettingsStore::instance().values();
+    workshop().save(&settings);
+    SettingsStore::instance().setValues(settings);
 
     const CheckupRecord &record = m_session->record();
     ServiceReportOrder order;
@@ -123,8 +168,7 @@ void ServiceReportDialog::write()
     if (m_compare->isChecked() && record.comparison)
         order.earlier = record.comparison->earlier;
     order.trends = record.trends.isEmpty() ? HealthTrends::of(record.snapshot) : record.trends;
-    order.workshop.name = m_workshop->text();
-    order.workshop.lines = m_lines->toPlainText().split(QLatin1Char('\n'));
+    order.workshop = workshop();
     order.language = m_language->currentData().toString();
     order.folder = QDir::fromNativeSeparators(m_folder->text());
     const bool isShown = m_show->isChecked();
@@ -137,6 +181,8 @@ void ServiceReportDialog::write()
                                                               QDir::toNativeSeparators(result.paths.html)));
                                         if (isShown)
                                             QDesktopServices::openUrl(QUrl::fromLocalFile(result.paths.pdf));
+                                        if (!result.notice.isEmpty())
+                                            emit failed(result.notice);
                                     } else {
                                         emit failed(result.problem);
                                     }

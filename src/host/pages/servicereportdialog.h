@@ -3,15 +3,16 @@
 
 #include "checkuprecord.h"
 
+#include <servicereport/workshopsettings.h>
+
 #include <QDialog>
 
 class CheckupSession;
 class QCheckBox;
 class QComboBox;
-class QLabel;
+class QFormLayout;
 class QLineEdit;
 class QPlainTextEdit;
-class QPushButton;
 
 /*! Asks how the service report of what is shown is to be, and writes it as HTML and PDF. The workshop is remembered. */
 class ServiceReportDialog : public QDialog
@@ -30,6 +31,11 @@ signals:
 
 private:
     void build(const QString &folder);
+    void fill(const QString &folder);
+    void addPath(QFormLayout *form, const QString &name, QLineEdit *path, const char *buttonName,
+                 void (ServiceReportDialog::*choose)());
+    WorkshopSettings workshop() const;
+    void chooseLogo();
     void chooseFolder();
     void write();
 
@@ -37,8 +43,8 @@ private:
     QComboBox *m_language;
     QLineEdit *m_workshop;
     QPlainTextEdit *m_lines;
+    QLineEdit *m_logo;
     QLineEdit *m_folder;
-    QPushButton *m_browse;
     QCheckBox *m_compare;
     QCheckBox *m_show;
 };

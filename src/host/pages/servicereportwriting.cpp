@@ -35,7 +35,8 @@ ServiceReport makeReport(const ServiceReportOrder &order, const RuleSet &rules,
                                                            {&order.snapshot, &data.checkup}, rules.kinds())};
     }
     data.trends = order.trends;
-    data.workshop = order.workshop;
+    data.workshop.name = order.workshop.name;
+    data.workshop.lines = order.workshop.lines;
     data.program
         = QCoreApplication::applicationName() + QLatin1Char(' ') + QCoreApplication::applicationVersion();
     data.locale = language.locale();
@@ -47,9 +48,13 @@ Pages print(const ServiceReport &report)
     return {toHtml(report), toPdf(report, usualPaper(report.locale))};
 }
 
-ServiceReportWriting::Result save(const Pages &pages, const QString &folder, const QString &baseName)
+/*! With the logo. A report without it is better than none. */
+ServiceReportWriting::Result save(ServiceReport report, const WorkshopSettings &workshop,
+                                  const QString &folder, const QString &baseName)
 {
     ServiceReportWriting::Result result;
+    report.logo = workshop.toWorkshop(&result.notice).logo;
+    const Pages pages = print(report);
     QString problem;
     if (!ServiceReportFiles::write(folder, baseName, pages.html, pages.pdf, &result.paths, &problem))
         result.problem = problem;
@@ -65,5 +70,9 @@ void ServiceReportWriting::write(const ServiceReportOrder &order, const RuleSet 
     const ServiceReport report = makeReport(order, rules, ReportLanguage(order.language));
     const QString baseName = ServiceReportFiles::baseName(order.snapshot);
     Background::run(
-        context, [=] { return save(print(report), order.folder, baseName); }, done);
+        context,
+        [report, baseName, workshop = order.workshop, folder = order.folder] {
+            return save(report, workshop, folder, baseName);
+        },
+        done);
 }

@@ -3,6 +3,7 @@
 
 #include <servicereport/servicereportdata.h>
 #include <servicereport/servicereportfiles.h>
+#include <servicereport/workshopsettings.h>
 
 #include <QObject>
 #include <QString>
@@ -18,7 +19,7 @@ struct ServiceReportOrder
     Snapshot snapshot;
     std::optional<Snapshot> earlier; //!< to compare with
     QVector<HealthTrend> trends;
-    Workshop workshop;
+    WorkshopSettings workshop;
     QString language; //!< of the report: "de"
     QString folder;   //!< has to exist
 };
@@ -30,12 +31,13 @@ struct Result
 {
     ServiceReportFiles::Paths paths;
     QString problem; //!< a sentence; empty when both files are written
+    QString notice;  //!< a sentence about what they lack, may be empty
 };
 
 /*! Calls \a done in the thread of \a context, unless it has gone by then.
  *
- *  What the report says is made at once, as translators are the whole program's; it is laid out, printed and written in
- *  another thread.
+ *  What the report says is made at once, as translators are the whole program's; the logo is read, and all is laid out,
+ *  printed and written in another thread.
  */
 void write(const ServiceReportOrder &order, const RuleSet &rules, QObject *context,
            const std::function<void(const Result &)> &done);

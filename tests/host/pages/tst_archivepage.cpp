@@ -3,6 +3,7 @@
 
 #include <archive/archive.h>
 #include <host/core/pluginsession.h>
+#include <host/core/settingsstore.h>
 #include <host/mainwindow.h>
 #include <host/pages/archivebrowser.h>
 #include <host/pages/archivepage.h>
@@ -18,7 +19,6 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSettings>
 #include <QSignalSpy>
 #include <QTableView>
 
@@ -155,7 +155,7 @@ void tst_ArchivePage::initTestCase()
 {
     QCoreApplication::setOrganizationName(QStringLiteral("Draxel Project"));
     QCoreApplication::setApplicationName(QStringLiteral("tst_archivepage"));
-    QSettings().clear();
+    SettingsStore::instance().setValues({});
     QLocale::setDefault(QLocale::c());
 }
 

@@ -3,6 +3,7 @@
 
 #include <host/connectionbar.h>
 #include <host/core/pluginsession.h>
+#include <host/core/settingsstore.h>
 #include <host/mainwindow.h>
 #include <host/pages/checkupsession.h>
 #include <host/pages/checkupwords.h>
@@ -19,7 +20,6 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QSettings>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTextBrowser>
@@ -145,7 +145,7 @@ void tst_CheckupPage::initTestCase()
 {
     QCoreApplication::setOrganizationName(QStringLiteral("Draxel Project"));
     QCoreApplication::setApplicationName(QStringLiteral("tst_checkuppage"));
-    QSettings().clear();
+    SettingsStore::instance().setValues({});
 }
 
 void tst_CheckupPage::saysWhatToDoFirst()
@@ -261,7 +261,7 @@ void tst_CheckupPage::checkupIsToldOfTheRead()
 
 void tst_CheckupPage::shareOfTheBusIsRemembered()
 {
-    QSettings().remove(QStringLiteral("checkup/busShare"));
+    SettingsStore::instance().setValue(QStringLiteral("checkup/busShare"), QVariant());
     {
         Window window;
         QCOMPARE(MainWindow(&window.host().services(), &window.plugins()).checkup().sharePercent(), 60);
@@ -275,7 +275,7 @@ void tst_CheckupPage::shareOfTheBusIsRemembered()
     }
     Window again;
     QCOMPARE(MainWindow(&again.host().services(), &again.plugins()).checkup().sharePercent(), 35);
-    QSettings().setValue(QStringLiteral("checkup/busShare"), 400);
+    SettingsStore::instance().setValue(QStringLiteral("checkup/busShare"), 400);
     QCOMPARE(MainWindow(&again.host().services(), &again.plugins()).checkup().sharePercent(), 60);
 }
 

@@ -5,8 +5,7 @@
 
 #include <checkup/objectwords.h>
 #include <host/core/livebus.h>
-
-#include <QSettings>
+#include <host/core/settingsstore.h>
 
 #include <algorithm>
 
@@ -15,8 +14,7 @@ LiveWatch::LiveWatch(LiveBus *live, LiveQuestions *questions, QObject *parent)
     , m_live(live)
     , m_questions(questions)
 {
-    QSettings settings;
-    m_list = WatchList::load(&settings);
+    m_list = WatchList::load(SettingsStore::instance().values());
     findNames();
     ask();
 }
@@ -53,8 +51,9 @@ void LiveWatch::setPlotted(int row, bool isPlotted)
 
 void LiveWatch::handleChange()
 {
-    QSettings settings;
+    QVariantMap settings = SettingsStore::instance().values();
     m_list.save(&settings);
+    SettingsStore::instance().setValues(settings);
     findNames();
     ask();
     bind();

@@ -3,7 +3,6 @@
 
 #include <canopen/cobid.h>
 
-#include <QSettings>
 #include <QStringList>
 
 #include <algorithm>
@@ -11,6 +10,7 @@
 namespace {
 
 constexpr QLatin1String listKey("live/watch");
+constexpr QLatin1String sizeKey("live/watch/size");
 constexpr QLatin1String nodeKey("node");
 constexpr QLatin1String indexKey("index");
 constexpr QLatin1String subKey("sub");
@@ -38,14 +38,20 @@ std::optional<WatchedItem> itemOf(int node, int index, int sub)
     return item;
 }
 
-std::optional<WatchedItem> readItem(const QSettings &settings)
+/*! As QSettings names the entries of an array: "live/watch/1/node". */
+QString keyOf(int position, QLatin1String key)
 {
-    std::optional<WatchedItem> item
-        = itemOf(settings.value(nodeKey).toInt(), settings.value(indexKey).toInt(),
-                 settings.value(subKey, -1).toInt());
+    return QStringLiteral("%1/%2/%3").arg(listKey, QString::number(position + 1), key);
+}
+
+std::optional<WatchedItem> readItem(const QVariantMap &settings, int position)
+{
+    std::optional<WatchedItem> item = itemOf(settings.value(keyOf(position, nodeKey)).toInt(),
+                                             settings.value(keyOf(position, indexKey)).toInt(),
+                                             settings.value(keyOf(position, subKey), -1).toInt());
     if (item) {
-        item->period = settings.value(periodKey).toInt();
-        item->isPlotted = settings.value(plottedKey).toBool();
+        item->period = settings.value(keyOf(position, periodKey)).toInt();
+        item->isPlotted = settings.value(keyOf(position, plottedKey)).toBool();
     }
     return item;
 }
@@ -66,33 +72,33 @@ int numberOf(QString text, int base)
 
 } // namespace
 
-WatchList WatchList::load(QSettings *settings)
+WatchList WatchList::load(const QVariantMap &settings)
 {
     WatchList list;
-    const int count = std::min(settings->beginReadArray(listKey), mostItems);
+    const int count = std::min(settings.value(sizeKey).toInt(), mostItems);
     for (int i = 0; i < count; ++i) {
-        settings->setArrayIndex(i);
-        if (const std::optional<WatchedItem> item = readItem(*settings))
+        if (const std::optional<WatchedItem> item = readItem(settings, i))
             list.add(*item);
     }
-    settings->endArray();
     return list;
 }
 
-void WatchList::save(QSettings *settings) const
+void WatchList::save(QVariantMap *settings) const
 {
-    settings->remove(listKey);
-    settings->beginWriteArray(listKey, m_items.size());
+    const QStringList keys = settings->keys();
+    for (const QString &key : keys) {
+        if (key.startsWith(listKey + QLatin1Char('/')))
+            settings->remove(key);
+    }
+    settings->insert(sizeKey, m_items.size());
     for (int i = 0; i < m_items.size(); ++i) {
         const WatchedItem &item = m_items.at(i);
-        settings->setArrayIndex(i);
-        settings->setValue(nodeKey, item.nodeId);
-        settings->setValue(indexKey, item.object.index);
-        settings->setValue(subKey, item.object.subIndex);
-        settings->setValue(periodKey, item.period);
-        settings->setValue(plottedKey, item.isPlotted);
+        settings->insert(keyOf(i, nodeKey), item.nodeId);
+        settings->insert(keyOf(i, indexKey), item.object.index);
+        settings->insert(keyOf(i, subKey), item.object.subIndex);
+        settings->insert(keyOf(i, periodKey), item.period);
+        settings->insert(keyOf(i, plottedKey), item.isPlotted);
     }
-    settings->endArray();
 }
 
 bool WatchList::add(const WatchedItem &item)

@@ -3,11 +3,11 @@
 
 #include <canopen/objectkey.h>
 
+#include <QVariantMap>
 #include <QVector>
 
 #include <optional>
 
-class QSettings;
 class QString;
 
 /*! A value that the user wants to see. */
@@ -28,8 +28,8 @@ public:
     static constexpr int longestPeriod = 3600000; // ms
 
     /*! What was saved; entries that cannot be are left out. */
-    static WatchList load(QSettings *settings);
-    void save(QSettings *settings) const;
+    static WatchList load(const QVariantMap &settings);
+    void save(QVariantMap *settings) const;
 
     const QVector<WatchedItem> &items() const { return m_items; }
 

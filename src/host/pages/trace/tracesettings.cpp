@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tracesettings.h"
 
+#include <host/core/settingsstore.h>
 #include <system/amounts.h>
 
-#include <QSettings>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -23,7 +23,7 @@ constexpr QLatin1String rotationNames[]
 
 constexpr qint64 largest = 1000000; // MB, minutes
 
-qint64 numberOf(const QSettings &kept, QLatin1String key, qint64 usual)
+qint64 numberOf(const QVariantMap &kept, QLatin1String key, qint64 usual)
 {
     bool isNumber = false;
     const qint64 number = kept.value(key).toLongLong(&isNumber);
@@ -34,7 +34,7 @@ qint64 numberOf(const QSettings &kept, QLatin1String key, qint64 usual)
 
 TraceSettings TraceSettings::load()
 {
-    const QSettings kept;
+    const QVariantMap kept = SettingsStore::instance().values();
     TraceSettings settings;
     settings.folder = kept.value(folderKey).toString();
     if (settings.folder.isEmpty()) {
@@ -54,5 +54,6 @@ TraceSettings TraceSettings::load()
 
 void TraceSettings::save() const
 {
-    QSettings().setValue(rotationKey, QString(rotationNames[static_cast<std::size_t>(rotation)]));
+    SettingsStore::instance().setValue(rotationKey,
+                                       QString(rotationNames[static_cast<std::size_t>(rotation)]));
 }

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "livehost.h"
 
+#include <host/core/settingsstore.h>
 #include <host/pages/live/eventview.h>
 #include <host/pages/live/liveplot.h>
 #include <host/pages/live/plotview.h>
 
 #include <QComboBox>
 #include <QLabel>
-#include <QSettings>
 #include <QTableView>
 #include <QToolButton>
 #include <QWheelEvent>
@@ -70,7 +70,7 @@ class tst_PlotView : public QObject
 
 private slots:
     void initTestCase();
-    void init() { QSettings().clear(); }
+    void init() { SettingsStore::instance().setValues({}); }
     void nothingIsTicked();
     void followsTheTime();
     void spans();

@@ -2,6 +2,7 @@
 #include "ride.h"
 
 #include <canopen/cobid.h>
+#include <host/core/settingsstore.h>
 #include <host/pages/live/watchmodel.h>
 #include <host/pages/live/watchview.h>
 
@@ -12,7 +13,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSettings>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QTableView>
@@ -72,7 +72,7 @@ void tst_WatchView::initTestCase()
 
 void tst_WatchView::init()
 {
-    QSettings().clear();
+    SettingsStore::instance().setValues({});
 }
 
 void tst_WatchView::nothingIsAskedUnlessWanted()

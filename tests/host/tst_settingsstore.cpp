@@ -1,0 +1,253 @@
+// SPDX-License-Identifier: MIT
+#include <host/core/settingsstore.h>
+
+#include <QLockFile>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+/*! The settings in memory and in their file. Another program's part is played by a file of its own that takes the place. */
+class tst_SettingsStore : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+
+    void isThereAtOnceAndLaterInTheFile();
+    void nobodyWaitsForTheFile();
+    void manyChangesAreWritten();
+    void whatIsTheSameIsNotWritten();
+    void removesKeys();
+    void keepsWhatAnotherProgramWrote();
+    void takesInWhatAnotherProgramWrote();
+    void ownChangeWinsOverWhatIsRead();
+    void saysOnceThatNothingCanBeKept();
+    void saysItAgainAfterItWasKept();
+    void saysItWhenAsked();
+
+private:
+    static QString fileName() { return QSettings().fileName(); }
+    static QVariant inFile(const char *key);
+    static void writeAsAnother(const QVariantMap &values);
+    static SettingsStore &store() { return SettingsStore::instance(); }
+    static QString text(const char *key) { return store().value(QLatin1String(key)).toString(); }
+};
+
+void tst_SettingsStore::initTestCase()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("Draxel Project"));
+    QCoreApplication::setApplicationName(QStringLiteral("tst_settingsstore"));
+}
+
+void tst_SettingsStore::init()
+{
+    store().setValues({});
+    store().finish();
+}
+
+/*! The bytes that are there, and not what QSettings of this process remembers. */
+QVariant tst_SettingsStore::inFile(const char *key)
+{
+    const QTemporaryDir folder;
+    const QString copy = folder.filePath(QStringLiteral("copy.ini"));
+    QFile::copy(fileName(), copy);
+    return QSettings(copy, QSettings::IniFormat).value(QLatin1String(key));
+}
+
+void tst_SettingsStore::writeAsAnother(const QVariantMap &values)
+{
+    const QTemporaryDir folder;
+    const QString copy = folder.filePath(QStringLiteral("copy.ini"));
+    QFile::copy(fileName(), copy);
+    {
+        QSettings other(copy, QSettings::IniFormat);
+        for (auto value = values.cbegin(); value != values.cend(); ++value)
+            other.setValue(value.key(), *value);
+    }
+    QFile::remove(fileName());
+    QVERIFY(QFile::copy(copy, fileName()));
+}
+
+void tst_SettingsStore::isThereAtOnceAndLaterInTheFile()
+{
+    store().setValue(QStringLiteral("files/folder"), QStringLiteral("/home/a"));
+    QCOMPARE(text("files/folder"), QStringLiteral("/home/a"));
+    QCOMPARE(store().values().size(), 1);
+    store().finish();
+    QCOMPARE(inFile("files/folder").toString(), QStringLiteral("/home/a"));
+}
+
+/*! A file that another program keeps locked is as slow as a disk can be. */
+void tst_SettingsStore::nobodyWaitsForTheFile()
+{
+    store().setValue(QStringLiteral("files/folder"), QStringLiteral("/home/a"));
+    store().finish();
+    QLockFile lock(fileName() + QStringLiteral(".lock"));
+    QVERIFY(lock.lock());
+    store().setValue(QStringLiteral("files/folder"), QStringLiteral("/home/b"));
+    store().setValue(QStringLiteral("language"), QStringLiteral("de"));
+    QCOMPARE(text("files/folder"), QStringLiteral("/home/b"));
+    QCOMPARE(text("language"), QStringLiteral("de"));
+    QCOMPARE(inFile("files/folder").toString(), QStringLiteral("/home/a"));
+    lock.unlock();
+    store().finish();
+    QCOMPARE(inFile("files/folder").toString(), QStringLiteral("/home/b"));
+    QCOMPARE(inFile("language").toString(), QStringLiteral("de"));
+}
+
+void tst_SettingsStore::manyChangesAreWritten()
+{
+    for (int i = 0; i < 1000; ++i)
+        store().setValue(QStringLiteral("key%1").arg(i % 50), i);
+    store().finish();
+    QCOMPARE(inFile("key0").toInt(), 950);
+    QCOMPARE(inFile("key49").toInt(), 999);
+    QCOMPARE(store().values().size(), 50);
+}
+
+void tst_SettingsStore::whatIsTheSameIsNotWritten()
+{
+    store().setValue(QStringLiteral("language"), QStringLiteral("de"));
+    store().finish();
+    QVERIFY(QFile::remove(fileName()));
+    store().setValue(QStringLiteral("language"), QStringLiteral("de"));
+    store().setValues({{QStringLiteral("language"), QStringLiteral("de")}});
+    store().finish();
+    QVERIFY(!QFile::exists(fileName()));
+}
+
+void tst_SettingsStore::removesKeys()
+{
+    store().setValues({{QStringLiteral("a"), 1}, {QStringLiteral("b/c"), 2}, {QStringLiteral("b/d"), 3}});
+    store().setValue(QStringLiteral("a"), QVariant());
+    store().setValue(QStringLiteral("neverThere"), QVariant());
+    QVERIFY(!store().value(QStringLiteral("a")).isValid());
+    QCOMPARE(store().values().keys(), (QStringList{QStringLiteral("b/c"), QStringLiteral("b/d")}));
+    store().setValues({{QStringLiteral("b/d"), 3}});
+    store().finish();
+    QCOMPARE(store().values().keys(), QStringList(QStringLiteral("b/d")));
+    QVERIFY(!inFile("a").isValid());
+    QVERIFY(!inFile("b/c").isValid());
+    QCOMPARE(inFile("b/d").toInt(), 3);
+}
+
+void tst_SettingsStore::keepsWhatAnotherProgramWrote()
+{
+    store().setValue(QStringLiteral("language"), QStringLiteral("de"));
+    store().finish();
+    writeAsAnother({{QStringLiteral("archive/address"), QStringLiteral("postgresql://db/bikes")}});
+    QVariantMap values = store().values();
+    values.insert(QStringLiteral("language"), QStringLiteral("fr"));
+    store().setValues(values);
+    store().finish();
+    QCOMPARE(inFile("archive/address").toString(), QStringLiteral("postgresql://db/bikes"));
+    QCOMPARE(inFile("language").toString(), QStringLiteral("fr"));
+    QCOMPARE(text("archive/address"), QStringLiteral("postgresql://db/bikes"));
+}
+
+void tst_SettingsStore::takesInWhatAnotherProgramWrote()
+{
+    store().setValue(QStringLiteral("language"), QStringLiteral("de"));
+    store().finish();
+    writeAsAnother({{QStringLiteral("language"), QStringLiteral("zh_CN")}});
+    QCOMPARE(text("language"), QStringLiteral("de"));
+    store().refresh();
+    store().finish();
+    QCOMPARE(text("language"), QStringLiteral("zh_CN"));
+}
+
+void tst_SettingsStore::ownChangeWinsOverWhatIsRead()
+{
+    store().setValue(QStringLiteral("language"), QStringLiteral("de"));
+    store().finish();
+    QLockFile lock(fileName() + QStringLiteral(".lock"));
+    QVERIFY(lock.lock());
+    store().setValue(QStringLiteral("files/folder"), QStringLiteral("/home/a")); // waits for the lock
+    store().setValue(QStringLiteral("language"), QStringLiteral("fr"));          // may wait for the first
+    store().setValue(QStringLiteral("files/folder"), QVariant());
+    lock.unlock();
+    store().finish();
+    QCOMPARE(text("language"), QStringLiteral("fr"));
+    QVERIFY(!store().value(QStringLiteral("files/folder")).isValid());
+    QVERIFY(!inFile("files/folder").isValid());
+}
+
+namespace {
+
+/*! While it lives no settings can be kept: no folder can be made below a file, whoever tries. */
+class NoPlace
+{
+public:
+    NoPlace()
+        : m_before(QFileInfo(QSettings().fileName()).dir().absoluteFilePath(QStringLiteral("..")))
+        , m_file(m_folder.filePath(QStringLiteral("file")))
+    {
+        m_isReady = m_file.open(QIODevice::WriteOnly);
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_file.fileName());
+    }
+    ~NoPlace()
+    {
+        SettingsStore::instance().finish();
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_before);
+    }
+    bool isReady() const { return m_isReady; }
+
+private:
+    QString m_before;
+    QTemporaryDir m_folder;
+    QFile m_file;
+    bool m_isReady = false;
+};
+
+} // namespace
+
+void tst_SettingsStore::saysOnceThatNothingCanBeKept()
+{
+    const NoPlace place;
+    QVERIFY(place.isReady());
+    QSignalSpy refusals(&store(), &SettingsStore::refused);
+    store().setValue(QStringLiteral("a"), 1);
+    store().finish();
+    store().setValue(QStringLiteral("a"), 2);
+    store().finish();
+    QCOMPARE(refusals.size(), 1);
+    QCOMPARE(refusals.at(0).at(0).toString(), fileName());
+    QCOMPARE(store().value(QStringLiteral("a")).toInt(), 2); // as long as the program runs
+}
+
+void tst_SettingsStore::saysItAgainAfterItWasKept()
+{
+    QSignalSpy refusals(&store(), &SettingsStore::refused);
+    {
+        const NoPlace place;
+        store().setValue(QStringLiteral("a"), 1);
+    }
+    store().setValue(QStringLiteral("a"), 2);
+    store().finish();
+    QCOMPARE(inFile("a").toInt(), 2);
+    {
+        const NoPlace place;
+        store().setValue(QStringLiteral("a"), 3);
+    }
+    QCOMPARE(refusals.size(), 2);
+}
+
+void tst_SettingsStore::saysItWhenAsked()
+{
+    QSignalSpy refusals(&store(), &SettingsStore::refused);
+    store().checkFile();
+    store().finish();
+    QCOMPARE(refusals.size(), 0);
+    const NoPlace place;
+    store().checkFile();
+    store().finish();
+    store().checkFile();
+    store().finish();
+    QCOMPARE(refusals.size(), 2);
+}
+
+QTEST_GUILESS_MAIN(tst_SettingsStore)
+#include "tst_settingsstore.moc"
