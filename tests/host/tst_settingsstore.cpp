@@ -1,11 +1,46 @@
 // SPDX-License-Identifier: MIT
 #include <host/core/settingsstore.h>
 
+#include <QDateTime>
 #include <QLockFile>
+#include <QProcess>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
+
+namespace {
+
+constexpr QLatin1String organization("Draxel Project");
+constexpr QLatin1String application("tst_settingsstore");
+
+/*! What another program does that has just begun: "value KEY", "set KEY VALUE", "replace KEY VALUE" (all others go). */
+int runAsAnother(int argc, char **argv)
+{
+    QCoreApplication program(argc, argv);
+    QCoreApplication::setOrganizationName(organization);
+    QCoreApplication::setApplicationName(application);
+    const QStringList words = QCoreApplication::arguments().mid(2);
+    SettingsStore &store = SettingsStore::instance();
+    QTextStream out(stdout);
+    if (words.at(0) == QLatin1String("value"))
+        out << store.value(words.at(1)).toString();
+    else if (words.at(0) == QLatin1String("set"))
+        store.setValue(words.at(1), words.at(2));
+    else if (words.at(0) == QLatin1String("replace"))
+        store.setValues({{words.at(1), words.at(2)}});
+    return 0;
+}
+
+QString ask(const QStringList &words)
+{
+    QProcess other;
+    other.start(QCoreApplication::applicationFilePath(), QStringList(QStringLiteral("--another")) + words);
+    other.waitForFinished(-1);
+    return QString::fromUtf8(other.readAllStandardOutput());
+}
+
+} // namespace
 
 /*! The settings in memory and in their file. Another program's part is played by a file of its own that takes the place. */
 class tst_SettingsStore : public QObject
@@ -18,6 +53,9 @@ private slots:
 
     void isThereAtOnceAndLaterInTheFile();
     void nobodyWaitsForTheFile();
+    void beginsWithWhatIsInTheFile();
+    void writesAllBeforeTheProgramEnds();
+    void replacesWhatIsInTheFile();
     void manyChangesAreWritten();
     void whatIsTheSameIsNotWritten();
     void removesKeys();
@@ -27,10 +65,12 @@ private slots:
     void saysOnceThatNothingCanBeKept();
     void saysItAgainAfterItWasKept();
     void saysItWhenAsked();
+    void keepsLaterWhatCouldNotBeKept();
 
 private:
     static QString fileName() { return QSettings().fileName(); }
     static QVariant inFile(const char *key);
+    static QByteArray bytesOf(const QString &path);
     static void writeAsAnother(const QVariantMap &values);
     static SettingsStore &store() { return SettingsStore::instance(); }
     static QString text(const char *key) { return store().value(QLatin1String(key)).toString(); }
@@ -38,8 +78,8 @@ private:
 
 void tst_SettingsStore::initTestCase()
 {
-    QCoreApplication::setOrganizationName(QStringLiteral("Draxel Project"));
-    QCoreApplication::setApplicationName(QStringLiteral("tst_settingsstore"));
+    QCoreApplication::setOrganizationName(organization);
+    QCoreApplication::setApplicationName(application);
 }
 
 void tst_SettingsStore::init()
@@ -55,6 +95,12 @@ QVariant tst_SettingsStore::inFile(const char *key)
     const QString copy = folder.filePath(QStringLiteral("copy.ini"));
     QFile::copy(fileName(), copy);
     return QSettings(copy, QSettings::IniFormat).value(QLatin1String(key));
+}
+
+QByteArray tst_SettingsStore::bytesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 void tst_SettingsStore::writeAsAnother(const QVariantMap &values)
@@ -96,6 +142,37 @@ void tst_SettingsStore::nobodyWaitsForTheFile()
     store().finish();
     QCOMPARE(inFile("files/folder").toString(), QStringLiteral("/home/b"));
     QCOMPARE(inFile("language").toString(), QStringLiteral("de"));
+}
+
+void tst_SettingsStore::beginsWithWhatIsInTheFile()
+{
+    store().setValue(QStringLiteral("language"), QStringLiteral("nl"));
+    store().finish();
+    QCOMPARE(ask({QStringLiteral("value"), QStringLiteral("language")}), QStringLiteral("nl"));
+}
+
+void tst_SettingsStore::writesAllBeforeTheProgramEnds()
+{
+    store().setValue(QStringLiteral("language"), QStringLiteral("nl"));
+    store().finish();
+    ask({QStringLiteral("set"), QStringLiteral("files/folder"), QStringLiteral("/home/c")});
+    QCOMPARE(inFile("files/folder").toString(), QStringLiteral("/home/c"));
+    QCOMPARE(inFile("language").toString(), QStringLiteral("nl"));
+    // What is there already is not written.
+    const QDateTime before = QFileInfo(fileName()).lastModified();
+    const QByteArray bytes = bytesOf(fileName());
+    ask({QStringLiteral("set"), QStringLiteral("files/folder"), QStringLiteral("/home/c")});
+    QCOMPARE(QFileInfo(fileName()).lastModified(), before);
+    QCOMPARE(bytesOf(fileName()), bytes);
+}
+
+void tst_SettingsStore::replacesWhatIsInTheFile()
+{
+    store().setValue(QStringLiteral("language"), QStringLiteral("nl"));
+    store().finish();
+    ask({QStringLiteral("replace"), QStringLiteral("files/folder"), QStringLiteral("/home/c")});
+    QCOMPARE(inFile("files/folder").toString(), QStringLiteral("/home/c"));
+    QVERIFY(!inFile("language").isValid());
 }
 
 void tst_SettingsStore::manyChangesAreWritten()
@@ -211,7 +288,9 @@ void tst_SettingsStore::saysOnceThatNothingCanBeKept()
     QSignalSpy refusals(&store(), &SettingsStore::refused);
     store().setValue(QStringLiteral("a"), 1);
     store().finish();
-    store().setValue(QStringLiteral("a"), 2);
+    store().setValues({{QStringLiteral("a"), 2}});
+    store().finish();
+    store().refresh();
     store().finish();
     QCOMPARE(refusals.size(), 1);
     QCOMPARE(refusals.at(0).at(0).toString(), fileName());
@@ -249,5 +328,37 @@ void tst_SettingsStore::saysItWhenAsked()
     QCOMPARE(refusals.size(), 2);
 }
 
-QTEST_GUILESS_MAIN(tst_SettingsStore)
+void tst_SettingsStore::keepsLaterWhatCouldNotBeKept()
+{
+    store().setValues({{QStringLiteral("a"), 1}, {QStringLiteral("b"), 1}});
+    store().finish();
+    {
+        const NoPlace place;
+        store().setValue(QStringLiteral("a"), 2);
+        store().setValue(QStringLiteral("b"), QVariant());
+        store().setValue(QStringLiteral("c"), 2);
+        store().finish();
+        store().setValue(QStringLiteral("c"), 3);
+        store().finish();
+        store().refresh();
+        store().finish();
+        QCOMPARE(store().values().keys(), (QStringList{QStringLiteral("a"), QStringLiteral("c")}));
+    }
+    store().refresh();
+    store().finish();
+    QCOMPARE(store().values().keys(), (QStringList{QStringLiteral("a"), QStringLiteral("c")}));
+    QCOMPARE(inFile("a").toInt(), 2);
+    QVERIFY(!inFile("b").isValid());
+    QCOMPARE(inFile("c").toInt(), 3);
+}
+
+int main(int argc, char **argv)
+{
+    if (argc > 2 && qstrcmp(argv[1], "--another") == 0)
+        return runAsAnother(argc, argv);
+    QCoreApplication program(argc, argv);
+    tst_SettingsStore test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_settingsstore.moc"

@@ -36,6 +36,12 @@ void apply(const QVariantMap &changes, QVariantMap *values)
     }
 }
 
+void merge(const QVariantMap &news, QVariantMap *changes)
+{
+    for (auto change = news.cbegin(); change != news.cend(); ++change)
+        changes->insert(change.key(), *change);
+}
+
 } // namespace
 
 class SettingsStore::Writing : public QRunnable
@@ -55,11 +61,6 @@ SettingsStore &SettingsStore::instance()
 {
     static SettingsStore store;
     return store;
-}
-
-SettingsStore::~SettingsStore()
-{
-    finish();
 }
 
 QVariantMap SettingsStore::values()
@@ -153,11 +154,15 @@ void SettingsStore::doWork()
 {
     QMutexLocker locker(&m_mutex);
     while (m_waiting.isCheck || m_waiting.isWanted || !m_waiting.changes.isEmpty()) {
-        const Work work = std::exchange(m_waiting, Work());
+        Work work = std::exchange(m_waiting, Work());
+        const QVariantMap news = std::exchange(work.changes, m_unkept);
+        merge(news, &work.changes);
         locker.unlock();
         const Outcome outcome = keep(m_organization, m_application, work);
         locker.relock();
+        m_unkept = outcome.isRefused ? work.changes : QVariantMap();
         m_values = outcome.values;
+        apply(m_unkept, &m_values);
         apply(m_waiting.changes, &m_values);
         const bool isNews = outcome.isRefused && (work.isCheck || !m_isRefused);
         m_isRefused = outcome.isRefused;

@@ -17,7 +17,6 @@ class SettingsStore : public QObject
 
 public:
     static SettingsStore &instance();
-    ~SettingsStore() override;
 
     /*! All that is kept, by the whole key ("window/state"). The first call reads the file. */
     QVariantMap values();
@@ -75,10 +74,11 @@ private:
     QMutex m_mutex; // for all of the following
     QVariantMap m_values;
     Work m_waiting;
+    QVariantMap m_unkept; // changes that the file did not take; tried again with the next ones
     QString m_organization;
     QString m_application;
     bool m_isLoaded = false;
     bool m_isWorking = false;
     bool m_isRefused = false;
-    QThreadPool m_pool;
+    QThreadPool m_pool; // last, so that it ends before what its thread uses
 };
