@@ -5,9 +5,6 @@
 #include <host/pages/plaintooltip.h>
 #include <live/events/eventwords.h>
 
-#include <QJsonArray>
-#include <QJsonDocument>
-
 #include <algorithm>
 #include <limits>
 #include <vector>
@@ -173,20 +170,14 @@ int EventModel::nearestRow(qint64 time) const
     return best;
 }
 
-QByteArray EventModel::toCsv() const
+EventTable EventModel::shown() const
 {
-    QByteArray csv = EventWriting::csvHead();
+    EventTable table;
+    table.start = m_timeOfDay(0);
+    table.events.reserve(m_shown.size());
     for (int row = 0; row < rowCount(); ++row)
-        csv += EventWriting::toCsv(eventAt(row), m_timeOfDay);
-    return csv;
-}
-
-QByteArray EventModel::toJson() const
-{
-    QJsonArray events;
-    for (int row = 0; row < rowCount(); ++row)
-        events.append(EventWriting::toJson(eventAt(row), m_timeOfDay));
-    return QJsonDocument(QJsonObject{{QStringLiteral("events"), events}}).toJson();
+        table.events.push_back(eventAt(row));
+    return table;
 }
 
 int EventModel::rowCount(const QModelIndex &parent) const

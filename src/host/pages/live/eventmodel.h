@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "eventtable.h"
+
 #include <live/events/eventfilter.h>
 #include <live/events/eventlist.h>
 #include <live/events/eventwriting.h>
@@ -43,8 +45,7 @@ public:
     int nearestRow(qint64 time) const;
 
     /*! What goes through the filter, for files; see finishFiltering(). */
-    QByteArray toCsv() const;
-    QByteArray toJson() const;
+    EventTable shown() const;
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;

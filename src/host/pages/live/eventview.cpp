@@ -4,6 +4,7 @@
 #include "livefile.h"
 
 #include <host/pages/copytable.h>
+#include <system/background.h>
 
 #include <QAction>
 #include <QComboBox>
@@ -122,13 +123,19 @@ void EventView::save()
 
 void EventView::write(const QString &fileName)
 {
-    const bool isJson = fileName.endsWith(QLatin1String(".json"), Qt::CaseInsensitive);
-    QString problem;
     m_model.finishFiltering();
-    if (LiveFile::write(fileName, isJson ? m_model.toJson() : m_model.toCsv(), &problem))
-        emit succeeded(tr("Saved: %1").arg(QDir::toNativeSeparators(fileName)));
-    else
-        emit failed(problem);
+    const auto work = [fileName, table = m_model.shown()] {
+        const bool isJson = fileName.endsWith(QLatin1String(".json"), Qt::CaseInsensitive);
+        QString problem;
+        LiveFile::write(fileName, isJson ? table.toJson() : table.toCsv(), &problem);
+        return problem;
+    };
+    Background::run(this, work, [this, fileName](const QString &problem) {
+        if (problem.isEmpty())
+            emit succeeded(tr("Saved: %1").arg(QDir::toNativeSeparators(fileName)));
+        else
+            emit failed(problem);
+    });
 }
 
 void EventView::changeEvent(QEvent *event)
