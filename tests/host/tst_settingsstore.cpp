@@ -18,8 +18,10 @@ constexpr QLatin1String application("tst_settingsstore");
 int runAsAnother(int argc, char **argv)
 {
     QCoreApplication program(argc, argv);
-    QCoreApplication::setOrganizationName(organization);
-    QCoreApplication::setApplicationName(application);
+    if (qstrcmp(argv[1], "--another") == 0) {
+        QCoreApplication::setOrganizationName(organization);
+        QCoreApplication::setApplicationName(application);
+    }
     const QStringList words = QCoreApplication::arguments().mid(2);
     SettingsStore &store = SettingsStore::instance();
     QTextStream out(stdout);
@@ -32,10 +34,11 @@ int runAsAnother(int argc, char **argv)
     return 0;
 }
 
-QString ask(const QStringList &words)
+/*! As a program of the same name, or as one without a name. */
+QString ask(const QStringList &words, const char *kind = "--another")
 {
     QProcess other;
-    other.start(QCoreApplication::applicationFilePath(), QStringList(QStringLiteral("--another")) + words);
+    other.start(QCoreApplication::applicationFilePath(), QStringList(QLatin1String(kind)) + words);
     other.waitForFinished(-1);
     return QString::fromUtf8(other.readAllStandardOutput());
 }
@@ -56,6 +59,7 @@ private slots:
     void beginsWithWhatIsInTheFile();
     void writesAllBeforeTheProgramEnds();
     void replacesWhatIsInTheFile();
+    void commandLineSharesThoseOfTheWindow();
     void manyChangesAreWritten();
     void whatIsTheSameIsNotWritten();
     void removesKeys();
@@ -173,6 +177,19 @@ void tst_SettingsStore::replacesWhatIsInTheFile()
     ask({QStringLiteral("replace"), QStringLiteral("files/folder"), QStringLiteral("/home/c")});
     QCOMPARE(inFile("files/folder").toString(), QStringLiteral("/home/c"));
     QVERIFY(!inFile("language").isValid());
+}
+
+void tst_SettingsStore::commandLineSharesThoseOfTheWindow()
+{
+    QSettings window(QStringLiteral("Draxel Project"), QStringLiteral("draxel"));
+    window.setValue(QStringLiteral("workshop/name"), QStringLiteral("Bikes"));
+    window.sync();
+    QCOMPARE(ask({QStringLiteral("value"), QStringLiteral("workshop/name")}, "--nameless"),
+             QStringLiteral("Bikes"));
+    ask({QStringLiteral("set"), QStringLiteral("workshop/name"), QStringLiteral("Batteries")}, "--nameless");
+    window.sync();
+    QCOMPARE(window.value(QStringLiteral("workshop/name")).toString(), QStringLiteral("Batteries"));
+    window.clear();
 }
 
 void tst_SettingsStore::manyChangesAreWritten()
@@ -354,7 +371,7 @@ void tst_SettingsStore::keepsLaterWhatCouldNotBeKept()
 
 int main(int argc, char **argv)
 {
-    if (argc > 2 && qstrcmp(argv[1], "--another") == 0)
+    if (argc > 2 && qstrncmp(argv[1], "--", 2) == 0)
         return runAsAnother(argc, argv);
     QCoreApplication program(argc, argv);
     tst_SettingsStore test;
