@@ -3,7 +3,6 @@
 #include <cli/commands/checkupcommand.h>
 #include <cli/commands/archivecommand.h>
 #include <cli/commands/checkupdatecommand.h>
-#include <cli/commands/command.h>
 #include <cli/commands/diffcommand.h>
 #include <cli/commands/doctorcommand.h>
 #include <cli/commands/eventscommand.h>
@@ -18,6 +17,7 @@
 #include <cli/commands/simulatecommand.h>
 #include <cli/commands/snapshotcommand.h>
 #include <cli/commands/watchcommand.h>
+#include <cli/core/command.h>
 #include <cli/core/console.h>
 #include <cli/core/exitstatus.h>
 #include <cli/core/terminal.h>
