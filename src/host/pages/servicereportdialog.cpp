@@ -67,6 +67,7 @@ void ServiceReportDialog::build(const QString &folder)
     form->addRow(m_compare);
     form->addRow(m_show);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel, this);
+    buttons->setObjectName(QStringLiteral("reportButtons"));
     buttons->button(QDialogButtonBox::Save)->setText(tr("Write &report"));
     connect(buttons, &QDialogButtonBox::accepted, this, &ServiceReportDialog::write);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -97,6 +98,7 @@ void ServiceReportDialog::fill(const QString &folder)
     m_logo->setClearButtonEnabled(true);
     m_folder->setText(QDir::toNativeSeparators(folder));
     m_folder->setObjectName(QStringLiteral("reportFolder"));
+    m_compare->setObjectName(QStringLiteral("compareReport"));
     m_compare->setText(tr("With what has &changed since the last visit"));
     m_compare->setEnabled(m_session->record().comparison.has_value());
     m_compare->setChecked(m_compare->isEnabled());

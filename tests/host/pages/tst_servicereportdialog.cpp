@@ -4,13 +4,16 @@
 #include <host/core/settingsstore.h>
 #include <host/pages/checkupsession.h>
 #include <host/pages/servicereportdialog.h>
+#include <servicereport/reportlanguage.h>
 #include <tests/support/vehiclesnapshot.h>
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QImage>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPointer>
@@ -104,6 +107,11 @@ private slots:
     void saysWhyNothingIsWritten();
     void choosesLogoAndFolder();
     void emptyWorkshopIsNone();
+    void partsStandBelowEachOther();
+    void offersLanguages();
+    void comparesWhenItIsWanted_data();
+    void comparesWhenItIsWanted();
+    void cancelWritesNothing();
 };
 
 void tst_ServiceReportDialog::initTestCase()
@@ -219,6 +227,96 @@ void tst_ServiceReportDialog::emptyWorkshopIsNone()
     QCOMPARE(asking.written.size(), 1);
     QCOMPARE(WorkshopSettings::load(SettingsStore::instance().values()).lines, QStringList());
     QVERIFY(!desk.html().contains("class=\"shoplines"));
+}
+
+void tst_ServiceReportDialog::partsStandBelowEachOther()
+{
+    Desk desk;
+    const Asking asking(&desk);
+    const ServiceReportDialog *dialog = asking.dialog;
+    int bottom = -1;
+    for (const char *name : {"reportLanguage", "workshopName", "workshopLines", "workshopLogo",
+                             "reportFolder", "compareReport", "showReport", "reportButtons"}) {
+        const auto *part = dialog->findChild<QWidget *>(QLatin1String(name));
+        QVERIFY2(part != nullptr && part->isVisible(), name);
+        QVERIFY2(dialog->rect().contains(part->geometry()), name);
+        QVERIFY2(part->geometry().top() > bottom, name);
+        bottom = part->geometry().bottom();
+    }
+    for (const char *name : {"browseLogo", "browseFolder"}) {
+        const auto *button = dialog->findChild<QPushButton *>(QLatin1String(name));
+        QVERIFY(button->isVisible());
+        QVERIFY(button->geometry().left() > asking.line("workshopLogo")->geometry().right());
+    }
+    QStringList labels;
+    for (const QLabel *label : dialog->findChildren<QLabel *>()) {
+        if (label->buddy() != nullptr)
+            labels.append(label->text());
+    }
+    labels.sort();
+    QCOMPARE(labels, (QStringList{QStringLiteral("&Address:"), QStringLiteral("&Folder:"),
+                                  QStringLiteral("&Language:"), QStringLiteral("&Workshop:"),
+                                  QStringLiteral("Lo&go:")}));
+    QCOMPARE(dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Save)->text(),
+             QStringLiteral("Write &report"));
+    QCOMPARE(asking.line("workshopLogo")->placeholderText(), QStringLiteral("None"));
+}
+
+/*! Those whose texts are there, and that of the program is chosen. */
+void tst_ServiceReportDialog::offersLanguages()
+{
+    Desk desk;
+    const QStringList available = ReportLanguage::available();
+    desk.session.setLanguage(available.last());
+    const Asking asking(&desk);
+    const auto *languages = asking.dialog->findChild<QComboBox *>(QStringLiteral("reportLanguage"));
+    QCOMPARE(languages->count(), available.size());
+    QCOMPARE(languages->currentData().toString(), available.last());
+    QCOMPARE(languages->itemText(languages->findData(QStringLiteral("en"))), QStringLiteral("English"));
+}
+
+void tst_ServiceReportDialog::comparesWhenItIsWanted_data()
+{
+    QTest::addColumn<int>("visits");
+    QTest::addColumn<bool>("isWanted");
+    QTest::addColumn<bool>("isThere");
+    QTest::newRow("as it is offered") << 2 << true << true;
+    QTest::newRow("not wanted") << 2 << false << false;
+    QTest::newRow("nothing to compare with") << 1 << true << false;
+}
+
+void tst_ServiceReportDialog::comparesWhenItIsWanted()
+{
+    QFETCH(int, visits);
+    QFETCH(bool, isWanted);
+    QFETCH(bool, isThere);
+    Desk desk;
+    QVERIFY(desk.host.connectToBus());
+    for (int visit = 0; visit < visits; ++visit) {
+        desk.session.start(SnapshotScope::Quick, CheckupSession::Search::Heard);
+        waitUntil([&desk] { return !desk.session.isRunning(); });
+        waitForArchive(desk.records);
+    }
+    Asking asking(&desk);
+    auto *compare = asking.dialog->findChild<QCheckBox *>(QStringLiteral("compareReport"));
+    QCOMPARE(compare->isEnabled(), visits > 1);
+    QCOMPARE(compare->isChecked(), visits > 1);
+    if (!isWanted)
+        compare->setChecked(false);
+    asking.write();
+    QCOMPARE(desk.html().contains("What has changed since"), isThere);
+}
+
+void tst_ServiceReportDialog::cancelWritesNothing()
+{
+    Desk desk;
+    Asking asking(&desk);
+    asking.line("workshopName")->setText(QStringLiteral("Bikes"));
+    asking.dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Cancel)->click();
+    QCoreApplication::sendPostedEvents(asking.dialog, QEvent::DeferredDelete);
+    QVERIFY(asking.dialog.isNull());
+    QCOMPARE(QDir(desk.folder.path()).entryList(QDir::Files), QStringList());
+    QVERIFY(SettingsStore::instance().values().isEmpty());
 }
 
 QTEST_MAIN(tst_ServiceReportDialog)
