@@ -60,7 +60,7 @@ QImage WorkshopSettings::loadLogo(const QString &fileName, QString *errorMessage
     const QSize size = reader.size();
     const bool isSmall
         = bytes.size() <= largestLogo && size.width() <= largestSide && size.height() <= largestSide;
-    const QImage image = isSmall && size.isValid() ? reader.read() : QImage();
+    QImage image = isSmall && size.isValid() ? reader.read() : QImage();
     if (image.isNull())
         *errorMessage
             = tr("The logo %1 is no picture that can be used: PNG or JPEG, at most 8 MB and 8000 pixels.")

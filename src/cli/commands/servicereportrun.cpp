@@ -28,6 +28,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <utility>
+
 namespace {
 
 struct ServiceReportRunTr
@@ -42,9 +44,9 @@ constexpr QLatin1String logoOption("logo");
 class Run
 {
 public:
-    Run(const CommandArguments &options, const QString &folder)
+    Run(const CommandArguments &options, QString folder)
         : m_options(options)
-        , m_folder(folder)
+        , m_folder(std::move(folder))
         , m_language(Language::name(options))
     {
     }

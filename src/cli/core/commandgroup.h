@@ -14,14 +14,14 @@ public:
     /*! \a name: "trace". \a purpose: what the group is for, a sentence; it and the descriptions of the commands are of the
      *  translation context \a context. Nothing is copied.
      */
-    template<std::size_t Count>
+    template<std::size_t count>
     constexpr CommandGroup(const char *name, const char *context, const char *purpose,
-                           const Command (&commands)[Count])
+                           const Command (&commands)[count])
         : m_name(name)
         , m_context(context)
         , m_purpose(purpose)
         , m_commands(commands)
-        , m_end(commands + Count)
+        , m_end(commands + count)
     {
     }
 

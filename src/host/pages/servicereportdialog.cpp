@@ -79,12 +79,25 @@ void ServiceReportDialog::build(const QString &folder)
 /*! With what was chosen the last time. */
 void ServiceReportDialog::fill(const QString &folder)
 {
-    const WorkshopSettings workshop = WorkshopSettings::load(SettingsStore::instance().values());
+    fillWorkshop(WorkshopSettings::load(SettingsStore::instance().values()));
     const QStringList languages = ReportLanguage::available();
     for (const QString &language : languages)
         m_language->addItem(languageName(language), language);
     m_language->setCurrentIndex(qMax(0, m_language->findData(m_session->language())));
     m_language->setObjectName(QStringLiteral("reportLanguage"));
+    m_folder->setText(QDir::toNativeSeparators(folder));
+    m_folder->setObjectName(QStringLiteral("reportFolder"));
+    m_compare->setObjectName(QStringLiteral("compareReport"));
+    m_compare->setText(tr("With what has &changed since the last visit"));
+    m_compare->setEnabled(m_session->record().comparison.has_value());
+    m_compare->setChecked(m_compare->isEnabled());
+    m_show->setText(tr("&Open it then"));
+    m_show->setChecked(true);
+    m_show->setObjectName(QStringLiteral("showReport"));
+}
+
+void ServiceReportDialog::fillWorkshop(const WorkshopSettings &workshop)
+{
     m_workshop->setObjectName(QStringLiteral("workshopName"));
     m_workshop->setText(workshop.name);
     m_workshop->setMinimumWidth(fontMetrics().averageCharWidth() * usualWorkshopWidth);
@@ -96,15 +109,6 @@ void ServiceReportDialog::fill(const QString &folder)
     m_logo->setText(QDir::toNativeSeparators(workshop.logoFile));
     m_logo->setPlaceholderText(tr("None"));
     m_logo->setClearButtonEnabled(true);
-    m_folder->setText(QDir::toNativeSeparators(folder));
-    m_folder->setObjectName(QStringLiteral("reportFolder"));
-    m_compare->setObjectName(QStringLiteral("compareReport"));
-    m_compare->setText(tr("With what has &changed since the last visit"));
-    m_compare->setEnabled(m_session->record().comparison.has_value());
-    m_compare->setChecked(m_compare->isEnabled());
-    m_show->setText(tr("&Open it then"));
-    m_show->setChecked(true);
-    m_show->setObjectName(QStringLiteral("showReport"));
 }
 
 void ServiceReportDialog::addPath(QFormLayout *form, const QString &name, QLineEdit *path,

@@ -136,7 +136,7 @@ void WatchList::setPlotted(int row, bool isPlotted)
 
 int WatchList::find(quint8 nodeId, CanOpen::ObjectKey object) const
 {
-    const auto found
+    const auto *const found
         = std::find_if(m_items.cbegin(), m_items.cend(), [nodeId, object](const WatchedItem &item) {
               return item.nodeId == nodeId && item.object == object;
           });

@@ -274,8 +274,10 @@ void tst_EventModel::csv()
 void tst_EventModel::json()
 {
     addThree();
-    const QJsonArray events
-        = QJsonDocument::fromJson(m_model->shown().toJson()).object().value(QStringLiteral("events")).toArray();
+    const QJsonArray events = QJsonDocument::fromJson(m_model->shown().toJson())
+                                  .object()
+                                  .value(QStringLiteral("events"))
+                                  .toArray();
     QCOMPARE(events.size(), 3);
     QCOMPARE(events.at(2).toObject().value(QStringLiteral("kind")).toString(), QStringLiteral("emergency"));
     QCOMPARE(events.at(2).toObject().value(QStringLiteral("node")).toInt(), 4);
