@@ -30,15 +30,28 @@ constexpr quint16 checksumOfByte(int byte)
     return remainder;
 }
 
-constexpr std::array<quint16, byteValues> makeChecksums()
+// Checksums add up (exclusive or), and zeros in front do not count: each byte has a share of its own, which depends on how
+// many bytes follow. So no byte waits for the one before it.
+constexpr int mostCheckedBytes = 5 + mostBytes;
+
+using ChecksumRow = std::array<quint16, byteValues>;
+
+constexpr std::array<ChecksumRow, mostCheckedBytes> makeChecksums()
 {
-    std::array<quint16, byteValues> table{};
-    for (int byte = 0; byte < byteValues; ++byte)
-        table[static_cast<std::size_t>(byte)] = checksumOfByte(byte);
+    std::array<ChecksumRow, mostCheckedBytes> table{};
+    for (std::size_t byte = 0; byte < byteValues; ++byte)
+        table[0][byte] = checksumOfByte(static_cast<int>(byte));
+    for (std::size_t behind = 1; behind < mostCheckedBytes; ++behind) {
+        for (std::size_t byte = 0; byte < byteValues; ++byte) {
+            const quint16 before = table[behind - 1][byte];
+            table[behind][byte] = static_cast<quint16>(
+                (before << bitsOfByte ^ table[0][before >> (checksumSize - bitsOfByte)]) & checksumMask);
+        }
+    }
     return table;
 }
 
-constexpr std::array<quint16, byteValues> checksums = makeChecksums();
+constexpr std::array<ChecksumRow, mostCheckedBytes> checksums = makeChecksums();
 
 // --- Stuffing: after five equal bits follows one of the other value, which counts as the first of a new run
 
@@ -46,20 +59,17 @@ constexpr int longestRun = 5;
 constexpr int runs = longestRun - 1; // 1 to 4 equal bits are behind us
 constexpr int states = 2 * runs;     // of zeros, of ones
 
-struct StuffStep
-{
-    quint8 state = 0;
-    quint8 stuffBits = 0;
-};
-
-using StuffRow = std::array<StuffStep, byteValues>;
-
 constexpr quint8 stateOf(int bit, int run)
 {
     return static_cast<quint8>(bit * runs + run - 1);
 }
 
-constexpr StuffStep stuffByte(int state, int byte)
+// What a byte does, for all states behind which it may come: eight bits for each state, which are the next state times
+// eight (the place of what the next byte does then), and above it the number of stuff bits.
+constexpr quint64 stepMask = 0x3F;
+constexpr int stuffShift = 6;
+
+constexpr quint64 stuffByte(int state, int byte)
 {
     int last = state / runs;
     int run = state % runs + 1;
@@ -74,35 +84,36 @@ constexpr StuffStep stuffByte(int state, int byte)
             run = 1;
         }
     }
-    return {stateOf(last, run), static_cast<quint8>(stuffed)};
+    return static_cast<quint64>(stateOf(last, run) * bitsOfByte | stuffed << stuffShift);
 }
 
-constexpr std::array<StuffRow, states> makeStuffSteps()
+constexpr std::array<quint64, byteValues> makeStuffSteps()
 {
-    std::array<StuffRow, states> table{};
-    for (int state = 0; state < states; ++state) {
-        for (int byte = 0; byte < byteValues; ++byte)
-            table[static_cast<std::size_t>(state)][static_cast<std::size_t>(byte)] = stuffByte(state, byte);
+    std::array<quint64, byteValues> table{};
+    for (int byte = 0; byte < byteValues; ++byte) {
+        for (int state = 0; state < states; ++state)
+            table[static_cast<std::size_t>(byte)] |= stuffByte(state, byte) << (state * bitsOfByte);
     }
     return table;
 }
 
-constexpr std::array<StuffRow, states> stuffSteps = makeStuffSteps();
+constexpr std::array<quint64, byteValues> stuffSteps = makeStuffSteps();
 
 /*! Goes through a frame byte by byte. */
 class BitCounter
 {
 public:
-    void addHeaderByte(quint8 checked, quint8 stuffed)
+    /*! \a checkedBytes: header and data, which the checksum sees. */
+    explicit BitCounter(int checkedBytes)
+        : m_row(checksums.data() + checkedBytes)
     {
-        check(checked);
-        stuff(stuffed);
     }
 
-    void addData(quint8 byte)
+    void add(quint8 checked, quint8 stuffed)
     {
-        check(byte);
-        stuff(byte);
+        --m_row;
+        m_checksum ^= (*m_row)[checked];
+        stuff(stuffed);
     }
 
     /*! The last bit is doubled in the other value, to fill a byte: a run of one or two, which needs no stuff bit. */
@@ -112,25 +123,19 @@ public:
         stuff(static_cast<quint8>(m_checksum << 1 | (~m_checksum & 1)));
     }
 
-    int stuffBits() const { return m_stuffBits; }
+    int stuffBits() const { return static_cast<int>(m_stuffBits); }
 
 private:
-    void check(quint8 byte)
-    {
-        const auto index = static_cast<quint8>(m_checksum >> (checksumSize - bitsOfByte) ^ byte);
-        m_checksum = static_cast<quint16>((m_checksum << bitsOfByte ^ checksums[index]) & checksumMask);
-    }
-
     void stuff(quint8 byte)
     {
-        const StuffStep step = stuffSteps[m_state][byte];
-        m_state = step.state;
-        m_stuffBits += step.stuffBits;
+        m_step = stuffSteps[byte] >> (m_step & stepMask);
+        m_stuffBits += m_step >> stuffShift & 3;
     }
 
+    const ChecksumRow *m_row; // of the byte before
     quint16 m_checksum = 0;
-    quint8 m_state = stateOf(0, 1);
-    int m_stuffBits = 0;
+    quint64 m_step = stateOf(0, 1) * bitsOfByte;
+    quint64 m_stuffBits = 0;
 };
 
 // Start of frame to length code, filled to whole bytes. The checksum does not see zeros in front; stuffing begins anew at
@@ -157,8 +162,7 @@ quint64 extendedHeader(const WireFrame &frame)
 void addHeader(BitCounter *counter, quint64 header, quint64 fill, int bytes)
 {
     for (int shift = (bytes - 1) * bitsOfByte; shift >= 0; shift -= bitsOfByte)
-        counter->addHeaderByte(static_cast<quint8>(header >> shift),
-                               static_cast<quint8>((header | fill) >> shift));
+        counter->add(static_cast<quint8>(header >> shift), static_cast<quint8>((header | fill) >> shift));
 }
 
 } // namespace
@@ -167,14 +171,16 @@ int wireBits(const WireFrame &frame)
 {
     WireFrame bounded = frame;
     bounded.size = std::clamp(frame.size, 0, mostBytes);
-    BitCounter counter;
+    const int dataBytes = bounded.isRemote ? 0 : bounded.size;
+    BitCounter counter((bounded.isExtended ? extendedHeaderBytes : standardHeaderBytes) + dataBytes);
     if (bounded.isExtended)
         addHeader(&counter, extendedHeader(bounded), extendedFill, extendedHeaderBytes);
     else
         addHeader(&counter, standardHeader(bounded), standardFill, standardHeaderBytes);
-    const int dataBytes = bounded.isRemote ? 0 : bounded.size;
-    for (int i = 0; i < dataBytes; ++i)
-        counter.addData(static_cast<quint8>(bounded.data[i]));
+    for (int i = 0; i < dataBytes; ++i) {
+        const auto byte = static_cast<quint8>(bounded.data[i]);
+        counter.add(byte, byte);
+    }
     counter.addChecksum();
     return (bounded.isExtended ? extendedFrameBits : standardFrameBits) + bitsOfByte * dataBytes
            + counter.stuffBits();

@@ -302,6 +302,10 @@ void tst_BatteryView::partsStandBelowEachOther()
     // All lines of the text are seen.
     QVERIFY(parts.at(2)->height() >= parts.at(2)->heightForWidth(parts.at(2)->width()));
     QVERIFY(parts.at(2)->height() > parts.at(3)->height());
+    host.page().resize(700, 400);
+    QTest::qWait(300);
+    QVERIFY(parts.at(2)->height() >= parts.at(2)->heightForWidth(parts.at(2)->width()));
+    QVERIFY(parts.at(2)->height() > parts.at(3)->height());
 }
 
 void tst_BatteryView::hiddenAtFirst()
