@@ -81,7 +81,7 @@ void BatteryView::refresh()
 /*! A layout asks a text in lines for the height of one when room is short, and cuts the others off. */
 void BatteryView::giveTextItsLines()
 {
-    m_text->setMinimumHeight(m_text->heightForWidth(contentsRect().width()));
+    m_text->setMinimumHeight(std::max(0, m_text->heightForWidth(contentsRect().width())));
 }
 
 void BatteryView::resizeEvent(QResizeEvent *event)

@@ -4,6 +4,7 @@
 #include <host/core/settingsstore.h>
 #include <host/pages/live/batterypack.h>
 #include <host/pages/live/batteryview.h>
+#include <tests/support/logwatcher.h>
 #include <tests/support/markingtranslator.h>
 
 #include <QComboBox>
@@ -311,10 +312,14 @@ void tst_BatteryView::partsStandBelowEachOther()
 void tst_BatteryView::hiddenAtFirst()
 {
     LiveHost host;
+    const LogWatcher log;
     QWidget page;
     auto *view = new BatteryView(&host.session(), &page);
     page.show();
+    view->resize(300, 100);
     QVERIFY(!view->isVisible());
+    view->show(); // without a text
+    QCOMPARE(log.warnings(), QStringList());
 }
 
 void tst_BatteryView::speaksItsLanguage()
