@@ -25,6 +25,36 @@ std::shared_ptr<ValueHistory> historyOf(int number)
     return history;
 }
 
+/*! 20 curves with so many points that they are just not, or just, drawn pixel by pixel: which is the most work for lines. */
+void redrawNoise(benchmark::State &state)
+{
+    const auto width = static_cast<int>(state.range(0));
+    LivePlot plot;
+    plot.resize(width, static_cast<int>(state.range(1)));
+    const int points = width * static_cast<int>(state.range(2)) / 100;
+    QVector<LivePlot::Curve> curves;
+    for (int i = 0; i < curveCount; ++i) {
+        auto history = std::make_shared<ValueHistory>();
+        for (int point = 0; point < points; ++point)
+            history->add(point * hour / points, point * 7919 % 101 / 50.0 + i);
+        curves.append({history, i % 2 == 0 ? QStringLiteral("A") : QStringLiteral("V"),
+                       QPen(QColor::fromHsv(i * 17, 200, 200), 1.6, i % 3 == 0 ? Qt::DashLine : Qt::SolidLine)});
+    }
+    plot.setCurves(curves);
+    plot.show();
+    QCoreApplication::processEvents();
+    qint64 to = hour;
+    while (state.KeepRunning()) {
+        to += tenth;
+        plot.showTime(to - hour, to);
+        QCoreApplication::processEvents();
+    }
+}
+BENCHMARK(redrawNoise)
+    ->ArgsProduct({{600, 1800}, {500}, {10, 20, 24, 40, 100, 190, 250}})
+    ->Unit(benchmark::kMillisecond)
+    ->Name("plotNoiseOf20Curves");
+
 /*! 20 curves of an hour, drawn anew as once in a tenth of a second. */
 void redraw(benchmark::State &state)
 {

@@ -29,9 +29,6 @@ public:
               const QRectF &canvas) const override;
 
 private:
-    void drawPoints(QPainter *painter, const QwtScaleMap &yMap, double left) const;
-    void drawColumns(QPainter *painter, const QwtScaleMap &yMap, double left) const;
-
     std::shared_ptr<const ValueHistory> m_history;
     QPen m_pen;
     PlotLine m_line;
