@@ -37,8 +37,9 @@ void redrawNoise(benchmark::State &state)
         auto history = std::make_shared<ValueHistory>();
         for (int point = 0; point < points; ++point)
             history->add(point * hour / points, point * 7919 % 101 / 50.0 + i);
-        curves.append({history, i % 2 == 0 ? QStringLiteral("A") : QStringLiteral("V"),
-                       QPen(QColor::fromHsv(i * 17, 200, 200), 1.6, i % 3 == 0 ? Qt::DashLine : Qt::SolidLine)});
+        curves.append(
+            {history, i % 2 == 0 ? QStringLiteral("A") : QStringLiteral("V"),
+             QPen(QColor::fromHsv(i * 17, 200, 200), 1.6, i % 3 == 0 ? Qt::DashLine : Qt::SolidLine)});
     }
     plot.setCurves(curves);
     plot.show();
@@ -68,7 +69,7 @@ void redraw(benchmark::State &state)
     plot.show();
     QCoreApplication::processEvents();
     qint64 to = hour;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         to += tenth;
         plot.showTime(to - hour, to); // while nothing is held
         QCoreApplication::processEvents();
@@ -98,7 +99,7 @@ void searchEvents(benchmark::State &state)
     EventModel model;
     model.setSource(&list, [](qint64) { return QDateTime(); });
     QElapsedTimer clock;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         if (state.range(0) == 0)
             model.reset(); // no words yet
         qint64 longest = 0;

@@ -134,7 +134,7 @@ private:
 
     const ChecksumRow *m_row; // of the byte before
     quint16 m_checksum = 0;
-    quint64 m_step = stateOf(0, 1) * bitsOfByte;
+    quint64 m_step = quint64(stateOf(0, 1)) * bitsOfByte;
     quint64 m_stuffBits = 0;
 };
 

@@ -7,9 +7,11 @@
 
 #include <qwt_scale_map.h>
 
-LiveCurve::LiveCurve(std::shared_ptr<const ValueHistory> history, const QPen &pen)
+#include <utility>
+
+LiveCurve::LiveCurve(std::shared_ptr<const ValueHistory> history, QPen pen)
     : m_history(std::move(history))
-    , m_pen(pen)
+    , m_pen(std::move(pen))
 {
     setItemAttribute(AutoScale, false);
     setItemAttribute(Legend, false);

@@ -14,7 +14,7 @@
 class LiveCurve : public QwtPlotItem
 {
 public:
-    LiveCurve(std::shared_ptr<const ValueHistory> history, const QPen &pen);
+    LiveCurve(std::shared_ptr<const ValueHistory> history, QPen pen);
 
     /*! Takes what there is from \a from to \a to (us), for \a width pixels. */
     void follow(qint64 from, qint64 to, int width);
