@@ -116,6 +116,8 @@ private slots:
     void alarmWords();
     void errorRegisterBits_data();
     void errorRegisterBits();
+    void kindsOfObjects_data();
+    void kindsOfObjects();
 };
 
 void tst_ShippedRules::filesAreInOrder()
@@ -680,6 +682,53 @@ void tst_ShippedRules::errorRegisterBits()
     Snapshot snapshot = VehicleSnapshot::of(QStringLiteral("pedelec"));
     number(motor, 0x1001, 0, value)(&snapshot);
     QCOMPARE(found(judge(snapshot)), QStringList{QStringLiteral("4|error-register|") + expected});
+}
+
+void tst_ShippedRules::kindsOfObjects_data()
+{
+    using Kind = ObjectKind::Kind;
+    QTest::addColumn<quint16>("index");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<double>("noise");
+    QTest::addColumn<double>("noisePercent");
+    const auto row
+        = [](const char *name, quint16 index, Kind kind, double noise = 0, double noisePercent = 0) {
+              QTest::newRow(name) << index << int(kind) << noise << noisePercent;
+          };
+    row("communication", 0x1005, Kind::Parameter);
+    row("error register", 0x1001, Kind::Running);
+    row("software version", 0x100A, Kind::Firmware);
+    row("manufacturer's own, first", 0x2000, Kind::Value);
+    row("manufacturer's own, last", 0x5FFF, Kind::Value);
+    row("profile", 0x6000, Kind::Parameter);
+    row("ambient temperature", 0x6010, Kind::Value, 250);
+    row("voltage", 0x6039, Kind::Value, 0, 30);
+    row("actual voltage", 0x6040, Kind::Value, 0, 30);
+    row("highest voltage", 0x6041, Kind::Value, 0, 30);
+    row("temperature of the electronics", 0x6042, Kind::Value, 400);
+    row("time on", 0x6043, Kind::Counter, 120);
+    row("time in standby", 0x6044, Kind::Counter, 120);
+    row("times switched on", 0x6045, Kind::Counter, 10);
+    row("insulation resistance", 0x6051, Kind::Value, 0, 20);
+    row("temperature of the battery", 0x6105, Kind::Value, 250);
+    row("cycles", 0x6107, Kind::Counter);
+    row("capacity, first", 0x6162, Kind::Value, 0, 2);
+    row("capacity, last", 0x6163, Kind::Value, 0, 2);
+    row("cells", 0x6174, Kind::Running);
+    row("state of health", 0x6176, Kind::Value, 50);
+    row("deep discharges", 0x617F, Kind::Counter);
+}
+
+void tst_ShippedRules::kindsOfObjects()
+{
+    QFETCH(quint16, index);
+    QFETCH(int, kind);
+    QFETCH(double, noise);
+    QFETCH(double, noisePercent);
+    const ObjectKind found = shippedRules().kinds().find({index, 1});
+    QCOMPARE(int(found.kind), kind);
+    QCOMPARE(found.noise, noise);
+    QCOMPARE(found.noisePercent, noisePercent);
 }
 
 QTEST_GUILESS_MAIN(tst_ShippedRules)

@@ -154,6 +154,21 @@ void tst_HealthJudgement::findings_data()
             n->nodes[0].heartbeat.late = 3;
             n->nodes[0].heartbeat.longestGap = 650;
         });
+    row("late once", Subject::Nodes, ComponentState::Warning,
+        "Node 9: Late heartbeats: 1, the longest gap 650 ms, usual are 200 ms.", [](HealthNumbers *n) {
+            n->nodes[0].heartbeat.late = 1;
+            n->nodes[0].heartbeat.longestGap = 650;
+        });
+    row("uneven, as far as eleven heartbeats say", Subject::Nodes, ComponentState::Note,
+        "Node 9: Its heartbeat is uneven: up to 51 ms off 200 ms.", [](HealthNumbers *n) {
+            n->nodes[0].heartbeat.count = 11;
+            n->nodes[0].heartbeat.jitter = 51;
+        });
+    row("too few to say", Subject::Nodes, ComponentState::Good,
+        "1 devices are heard, and nothing is wrong with them.", [](HealthNumbers *n) {
+            n->nodes[0].heartbeat.count = 10;
+            n->nodes[0].heartbeat.jitter = 51;
+        });
     row("uneven", Subject::Nodes, ComponentState::Note,
         "Node 9: Its heartbeat is uneven: up to 51 ms off 200 ms.",
         [](HealthNumbers *n) { n->nodes[0].heartbeat.jitter = 51; });
