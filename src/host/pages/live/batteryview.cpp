@@ -4,6 +4,7 @@
 #include "livesession.h"
 #include "watchmodel.h"
 
+#include <host/pages/heightkeeper.h>
 #include <host/pages/plainlabel.h>
 #include <host/pages/plaintooltip.h>
 
@@ -49,6 +50,7 @@ BatteryView::BatteryView(LiveSession *session, QWidget *parent)
     setObjectName(QStringLiteral("batteryView"));
     m_choice->setObjectName(QStringLiteral("batteryChoice"));
     m_text->setWordWrap(true);
+    new HeightKeeper(m_text);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(2);
@@ -74,20 +76,7 @@ void BatteryView::refresh()
     m_bars->setPack(pack);
     m_text->setText(cellText(pack));
     m_text->setToolTip(plainToolTip(m_text->text())); // for where there is too little room
-    giveTextItsLines();
     showOthers(pack);
-}
-
-/*! A layout asks a text in lines for the height of one when room is short, and cuts the others off. */
-void BatteryView::giveTextItsLines()
-{
-    m_text->setMinimumHeight(std::max(0, m_text->heightForWidth(contentsRect().width())));
-}
-
-void BatteryView::resizeEvent(QResizeEvent *event)
-{
-    QWidget::resizeEvent(event);
-    giveTextItsLines();
 }
 
 void BatteryView::showPacks(const QVector<BatteryPack> &packs)

@@ -26,13 +26,11 @@ public:
 
 protected:
     void changeEvent(QEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void showPacks(const QVector<BatteryPack> &packs);
     QString cellText(const BatteryPack &pack) const;
     void showOthers(const BatteryPack &pack);
-    void giveTextItsLines();
 
     LiveSession *m_session;
     QComboBox *m_choice;

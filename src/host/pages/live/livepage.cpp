@@ -9,6 +9,7 @@
 #include "plotview.h"
 #include "watchview.h"
 
+#include <host/pages/heightkeeper.h>
 #include <host/pages/pagelayout.h>
 #include <system/amounts.h>
 
@@ -106,6 +107,7 @@ QWidget *LivePage::buildTop()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_lights, 1);
     layout->addWidget(m_numbers, 0, Qt::AlignTop);
+    new HeightKeeper(top);
     return top;
 }
 

@@ -7,6 +7,7 @@
 #include "plotline.h"
 #include "watchmodel.h"
 
+#include <host/pages/heightkeeper.h>
 #include <host/pages/pagelayout.h>
 #include <system/amounts.h>
 
@@ -62,6 +63,7 @@ void PlotView::build()
     m_readings->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_readings->setMinimumWidth(1);
     m_readings->setWordWrap(true);
+    new HeightKeeper(m_readings);
     m_empty->setTextFormat(Qt::PlainText);
     m_empty->setWordWrap(true);
     m_empty->setAlignment(Qt::AlignCenter);

@@ -2,6 +2,8 @@
 #include "livehost.h"
 
 #include <host/pages/live/eventview.h>
+#include <host/pages/live/liveplot.h>
+#include <host/pages/live/plotview.h>
 #include <host/pages/live/lightstrip.h>
 #include <host/pages/live/numbersdialog.h>
 #include <host/pages/live/watchview.h>
@@ -54,6 +56,8 @@ private slots:
     void eventsAreSaved();
     void eventsThatCannotBeSaved();
     void newestEventIsFollowed();
+    void nothingIsCutOffWhereThereIsLittleRoom_data();
+    void nothingIsCutOffWhereThereIsLittleRoom();
     void eventIsChosen();
     void eventGoesToTheTrace();
     void noEventToChoose();
@@ -352,6 +356,43 @@ void tst_LivePage::eventsThatCannotBeSaved()
     QTRY_COMPARE(failed.count(), 1);
     QVERIFY(failed.first().first().toString().startsWith(
         QStringLiteral("The file /nowhere/events.csv cannot be written: ")));
+}
+
+void tst_LivePage::nothingIsCutOffWhereThereIsLittleRoom_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::newRow("wide") << 1000;
+    QTest::newRow("narrow") << 680;
+    QTest::newRow("narrower") << 560;
+}
+
+/*! The page becomes higher then, and is scrolled. */
+void tst_LivePage::nothingIsCutOffWhereThereIsLittleRoom()
+{
+    QFETCH(int, width);
+    LiveHost host;
+    host.connectToBus();
+    LiveValues &values = host.session().live().values();
+    for (quint8 sub = 1; sub <= 4; ++sub) {
+        values.note(2, {0x6042, sub}, 253, host.session().now());
+        QVERIFY(host.session().watch().add({2, {0x6042, sub}, 0, true}));
+        values.note(2, {0x6042, sub}, 254, host.session().now());
+    }
+    host.heartbeats(2);
+    host.page().resize(width, 100);
+    QTest::qWait(300);
+    auto *plot = host.page().findChild<PlotView *>();
+    plot->showTime(host.session().now());
+    QTest::qWait(300);
+    QVERIFY(plot->plot().isVisible());
+    QVERIFY(plot->plot().height() >= plot->plot().minimumSizeHint().height());
+    QVERIFY(host.find<QLabel>("plotReadings")->text().count(QString::fromUtf8("°C")) == 4);
+    const QList<QLabel *> labels = host.page().findChildren<QLabel *>();
+    for (const QLabel *label : labels) {
+        if (label->isVisible() && label->wordWrap() && !label->text().isEmpty())
+            QVERIFY2(label->height() >= label->heightForWidth(label->width()),
+                     qPrintable(label->objectName()));
+    }
 }
 
 void tst_LivePage::newestEventIsFollowed()
