@@ -362,6 +362,9 @@ void tst_TracePage::chosenLineIsShownByteByByte()
     QVERIFY(parts->rowCount() > 1);
     QCOMPARE(parts->index(0, FrameDetails::BytesColumn).data().toString(),
              QStringLiteral("10 42 08 00 00 00 00 00"));
+    QCOMPARE(parts->index(1, FrameDetails::BytesColumn).data().toString(), QStringLiteral("10 42"));
+    QCOMPARE(parts->index(2, FrameDetails::BytesColumn).data().toString(), QStringLiteral("08"));
+    QCOMPARE(parts->index(3, FrameDetails::BytesColumn).data().toString(), QStringLiteral("00 00 00 00 00"));
     host.table()->selectRow(0);
     QCOMPARE(parts->index(0, FrameDetails::BytesColumn).data().toString(), QStringLiteral("05"));
 }
