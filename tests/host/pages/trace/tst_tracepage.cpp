@@ -2,6 +2,7 @@
 #include "heardframes.h"
 
 #include <host/pages/trace/filterbar.h>
+#include <host/pages/trace/kindmenu.h>
 #include <host/pages/trace/tracepage.h>
 #include <host/pages/trace/tracesession.h>
 #include <host/pages/trace/tracetable.h>
@@ -150,6 +151,7 @@ private slots:
     void chosenLineThatWasHiddenComesBack();
     void chosenTransferGoesOn();
     void chosenLineIsShownByteByByte();
+    void eachKindCanBeChosenAlone();
     void chosenLineStaysUnderAFilter();
     void filters();
     void whatIsLearntHoldsForLinesOfBefore();
@@ -367,6 +369,19 @@ void tst_TracePage::chosenLineIsShownByteByByte()
     QCOMPARE(parts->index(3, FrameDetails::BytesColumn).data().toString(), QStringLiteral("00 00 00 00 00"));
     host.table()->selectRow(0);
     QCOMPARE(parts->index(0, FrameDetails::BytesColumn).data().toString(), QStringLiteral("05"));
+}
+
+void tst_TracePage::eachKindCanBeChosenAlone()
+{
+    KindMenu menu;
+    QVERIFY(menu.kinds().none());
+    for (std::size_t kind = 0; kind < frameKinds; ++kind) {
+        std::bitset<frameKinds> alone;
+        alone.set(kind);
+        menu.setKinds(alone);
+        QVERIFY(menu.kinds() == alone);
+        QCOMPARE(menu.text(), KindMenu::shortNameOf(static_cast<FrameKind>(kind)));
+    }
 }
 
 void tst_TracePage::chosenLineStaysUnderAFilter()
