@@ -168,6 +168,7 @@ private slots:
     void copiesOnlySoMany();
     void saysThatNotAllIsCopied();
     void exportsWhatIsShown();
+    void exportSaysWhatTheFormatCannotHold();
     void savesTheMinutesBeforeThePress();
     void minutesCanBeSavedBesideAFile();
     void suggestedNamesTellAFormat_data();
@@ -638,6 +639,25 @@ void tst_TracePage::exportsWhatIsShown()
     QVERIFY2(part.has_value(), qPrintable(error));
     QCOMPARE(part->frames.size(), std::size_t(2));
     QVERIFY(part->frames[0] == fourLines()[1]);
+}
+
+void tst_TracePage::exportSaysWhatTheFormatCannotHold()
+{
+    TraceHost host;
+    QSignalSpy told(&host.session, &TraceSession::told);
+    std::vector<TraceFrame> frames = fourLines();
+    frames.back().flags |= TraceFrame::Sent;
+    host.open(frames);
+    for (const char *name : {"part.log", "part.pcap"}) {
+        host.find<QToolButton>("traceExport")->click();
+        emit dialog(host, "traceExportDialog")->fileSelected(host.folder.filePath(QLatin1String(name)));
+        host.finishWork();
+    }
+    QCOMPARE(told.count(), 2);
+    QCOMPARE(told.at(0).at(1).toStringList(), QStringList());
+    QCOMPARE(
+        told.at(1).at(1).toStringList(),
+        QStringList(QStringLiteral("This format cannot hold: the names of channels, who sent a frame.")));
 }
 
 void tst_TracePage::savesTheMinutesBeforeThePress()
