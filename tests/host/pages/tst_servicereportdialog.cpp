@@ -135,6 +135,9 @@ void tst_ServiceReportDialog::writesBothFiles()
         QVERIFY(asking.written.at(0).at(0).toString().contains(file));
     const QByteArray html = desk.html();
     QVERIFY(html.contains("Bikes &amp; Batteries"));
+    QVERIFY2(html.contains("<html lang=\"en"), html.left(300));
+    for (const SnapshotNode &node : desk.session.record().snapshot.nodes)
+        QVERIFY2(html.contains(QStringLiteral("node %1").arg(node.id).toUtf8()), html.left(4000));
     QVERIFY(html.contains("Hill Road 3\nSome Town"));
     QVERIFY(!html.contains("data:image/png"));
 }
@@ -206,6 +209,7 @@ void tst_ServiceReportDialog::choosesLogoAndFolder()
     asking.dialog->findChild<QPushButton *>(QStringLiteral("browseLogo"))->click();
     auto *logoDialog = asking.dialog->findChild<QFileDialog *>();
     QVERIFY(logoDialog != nullptr);
+    QVERIFY(logoDialog->isVisible());
     QCOMPARE(logoDialog->directory().path(), desk.folder.path());
     emit logoDialog->fileSelected(logo);
     QCOMPARE(asking.line("workshopLogo")->text(), logo);
@@ -213,6 +217,7 @@ void tst_ServiceReportDialog::choosesLogoAndFolder()
     asking.dialog->findChild<QPushButton *>(QStringLiteral("browseFolder"))->click();
     auto *folderDialog = asking.dialog->findChild<QFileDialog *>();
     QVERIFY(folderDialog != nullptr);
+    QVERIFY(folderDialog->isVisible());
     QVERIFY(folderDialog->fileMode() == QFileDialog::Directory);
     emit folderDialog->fileSelected(QStringLiteral("/somewhere"));
     QCOMPARE(asking.line("reportFolder")->text(), QStringLiteral("/somewhere"));
