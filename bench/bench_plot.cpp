@@ -25,6 +25,20 @@ std::shared_ptr<ValueHistory> historyOf(int number)
     return history;
 }
 
+/*! Draws the hour anew, a tenth of a second later each time. */
+void follow(benchmark::State &state, LivePlot *plot, const QVector<LivePlot::Curve> &curves)
+{
+    plot->setCurves(curves);
+    plot->show();
+    QCoreApplication::processEvents();
+    qint64 to = hour;
+    while (state.KeepRunning()) {
+        to += tenth;
+        plot->showTime(to - hour, to); // while nothing is held
+        QCoreApplication::processEvents();
+    }
+}
+
 /*! 20 curves with so many points that they are just not, or just, drawn pixel by pixel: which is the most work for lines. */
 void redrawNoise(benchmark::State &state)
 {
@@ -41,15 +55,7 @@ void redrawNoise(benchmark::State &state)
             {history, i % 2 == 0 ? QStringLiteral("A") : QStringLiteral("V"),
              QPen(QColor::fromHsv(i * 17, 200, 200), 1.6, i % 3 == 0 ? Qt::DashLine : Qt::SolidLine)});
     }
-    plot.setCurves(curves);
-    plot.show();
-    QCoreApplication::processEvents();
-    qint64 to = hour;
-    while (state.KeepRunning()) {
-        to += tenth;
-        plot.showTime(to - hour, to);
-        QCoreApplication::processEvents();
-    }
+    follow(state, &plot, curves);
 }
 BENCHMARK(redrawNoise)
     ->ArgsProduct({{600, 1800}, {500}, {10, 20, 24, 40, 100, 190, 250}})
@@ -65,15 +71,7 @@ void redraw(benchmark::State &state)
     for (int i = 0; i < curveCount; ++i)
         curves.append({historyOf(i), i % 2 == 0 ? QStringLiteral("A") : QStringLiteral("V"),
                        QPen(QColor::fromHsv(i * 17, 200, 200), 1.6)});
-    plot.setCurves(curves);
-    plot.show();
-    QCoreApplication::processEvents();
-    qint64 to = hour;
-    while (state.KeepRunning()) {
-        to += tenth;
-        plot.showTime(to - hour, to); // while nothing is held
-        QCoreApplication::processEvents();
-    }
+    follow(state, &plot, curves);
 }
 BENCHMARK(redraw)
     ->Args({600, 150})

@@ -11,6 +11,8 @@ namespace CanOpen {
 namespace {
 
 constexpr int mostBytes = 8;
+constexpr int standardHeaderBytes = 3; // start of frame to length code, filled to whole bytes
+constexpr int extendedHeaderBytes = 5;
 constexpr int bitsOfByte = 8;
 constexpr int byteValues = 256;
 
@@ -32,7 +34,7 @@ constexpr quint16 checksumOfByte(int byte)
 
 // Checksums add up (exclusive or), and zeros in front do not count: each byte has a share of its own, which depends on how
 // many bytes follow. So no byte waits for the one before it.
-constexpr int mostCheckedBytes = 5 + mostBytes;
+constexpr int mostCheckedBytes = extendedHeaderBytes + mostBytes;
 
 using ChecksumRow = std::array<quint16, byteValues>;
 
@@ -138,10 +140,8 @@ private:
     quint64 m_stuffBits = 0;
 };
 
-// Start of frame to length code, filled to whole bytes. The checksum does not see zeros in front; stuffing begins anew at
-// a start of frame (0) behind a one, and sees no run in alternating bits.
-constexpr int standardHeaderBytes = 3;
-constexpr int extendedHeaderBytes = 5;
+// What fills a header to whole bytes. The checksum does not see zeros in front; stuffing begins anew at a start of frame (0)
+// behind a one, and sees no run in alternating bits.
 constexpr quint64 standardFill = 0b10101ULL << 19;
 constexpr quint64 extendedFill = 1ULL << 39;
 
