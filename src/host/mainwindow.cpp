@@ -580,15 +580,15 @@ void MainWindow::restoreSettings()
 void MainWindow::saveSettings()
 {
     const BusSettings bus = m_bar->settings();
-    QVariantMap settings = SettingsStore::instance().values();
-    WindowLayout(this, m_dock).save(&settings);
-    settings.insert(HostSettings::plugin, bus.address.plugin);
-    settings.insert(HostSettings::interfaceName, bus.address.interfaceName);
-    if (bus.bitRate)
-        settings.insert(HostSettings::bitRate, *bus.bitRate);
-    else
-        settings.remove(HostSettings::bitRate);
-    SettingsStore::instance().setValues(settings);
+    SettingsStore::instance().update([this, &bus](QVariantMap *settings) {
+        WindowLayout(this, m_dock).save(settings);
+        settings->insert(HostSettings::plugin, bus.address.plugin);
+        settings->insert(HostSettings::interfaceName, bus.address.interfaceName);
+        if (bus.bitRate)
+            settings->insert(HostSettings::bitRate, *bus.bitRate);
+        else
+            settings->remove(HostSettings::bitRate);
+    });
 }
 
 void MainWindow::connectSettings()
@@ -741,9 +741,7 @@ void MainWindow::choosePatience()
         const PatienceSettings chosen = dialog->settings();
         chosen.apply(&m_services->bus().sdoClient(), m_patience);
         m_patience = chosen;
-        QVariantMap settings = SettingsStore::instance().values();
-        chosen.save(&settings);
-        SettingsStore::instance().setValues(settings);
+        SettingsStore::instance().update([&chosen](QVariantMap *settings) { chosen.save(settings); });
         SettingsStore::instance().checkFile();
     });
     dialog->open();

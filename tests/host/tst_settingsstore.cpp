@@ -233,9 +233,11 @@ void tst_SettingsStore::keepsWhatAnotherProgramWrote()
     store().setValue(QStringLiteral("language"), QStringLiteral("de"));
     store().finish();
     writeAsAnother({{QStringLiteral("archive/address"), QStringLiteral("postgresql://db/bikes")}});
-    QVariantMap values = store().values();
-    values.insert(QStringLiteral("language"), QStringLiteral("fr"));
-    store().setValues(values);
+    store().update([](QVariantMap *values) {
+        QCOMPARE(values->size(), 1);
+        values->insert(QStringLiteral("language"), QStringLiteral("fr"));
+    });
+    QCOMPARE(text("language"), QStringLiteral("fr"));
     store().finish();
     QCOMPARE(inFile("archive/address").toString(), QStringLiteral("postgresql://db/bikes"));
     QCOMPARE(inFile("language").toString(), QStringLiteral("fr"));

@@ -87,11 +87,17 @@ void SettingsStore::setValues(const QVariantMap &values)
 {
     const QMutexLocker locker(&m_mutex);
     load();
-    const QStringList known = m_values.keys();
-    for (const QString &key : known)
-        change(key, values.value(key));
-    for (auto value = values.cbegin(); value != values.cend(); ++value)
-        change(value.key(), *value);
+    changeTo(values);
+    start(false);
+}
+
+void SettingsStore::update(const std::function<void(QVariantMap *)> &change)
+{
+    const QMutexLocker locker(&m_mutex);
+    load();
+    QVariantMap values = m_values;
+    change(&values);
+    changeTo(values);
     start(false);
 }
 
@@ -137,6 +143,15 @@ void SettingsStore::change(const QString &key, const QVariant &value)
         return;
     m_waiting.changes.insert(key, value);
     apply({{key, value}}, &m_values);
+}
+
+void SettingsStore::changeTo(const QVariantMap &values)
+{
+    const QStringList known = m_values.keys();
+    for (const QString &key : known)
+        change(key, values.value(key));
+    for (auto value = values.cbegin(); value != values.cend(); ++value)
+        change(value.key(), *value);
 }
 
 void SettingsStore::start(bool isCheck)

@@ -6,6 +6,8 @@
 #include <QThreadPool>
 #include <QVariantMap>
 
+#include <functional>
+
 /*! The settings of this program; HostSettings names the keys. Whoever asks reads memory, and what is changed goes to the file
  *  (QSettings) in a thread of its own: such a file is brought safely to the disk, and a busy disk would hold the window for
  *  that long. All is written before the application has ended. A program without names of its own (QCoreApplication), as the
@@ -31,6 +33,9 @@ public:
      *  program writes meanwhile.
      */
     void setValues(const QVariantMap &values);
+
+    /*! Changes them where \a change says so. It is called at once, while nobody else changes them, and must not use the store. */
+    void update(const std::function<void(QVariantMap *)> &change);
 
     /*! Takes in what another program has written, soon. */
     void refresh();
@@ -67,6 +72,7 @@ private:
     SettingsStore() { m_pool.setMaxThreadCount(1); }
     void load();
     void change(const QString &key, const QVariant &value);
+    void changeTo(const QVariantMap &values);
     void start(bool isCheck);
     void doWork();
     static Outcome keep(const QString &organization, const QString &application, const Work &work);

@@ -164,9 +164,7 @@ void ServiceReportDialog::chooseFolder()
 
 void ServiceReportDialog::write()
 {
-    QVariantMap settings = SettingsStore::instance().values();
-    workshop().save(&settings);
-    SettingsStore::instance().setValues(settings);
+    SettingsStore::instance().update([this](QVariantMap *settings) { workshop().save(settings); });
 
     const CheckupRecord &record = m_session->record();
     ServiceReportOrder order;

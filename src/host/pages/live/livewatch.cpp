@@ -51,9 +51,7 @@ void LiveWatch::setPlotted(int row, bool isPlotted)
 
 void LiveWatch::handleChange()
 {
-    QVariantMap settings = SettingsStore::instance().values();
-    m_list.save(&settings);
-    SettingsStore::instance().setValues(settings);
+    SettingsStore::instance().update([this](QVariantMap *settings) { m_list.save(settings); });
     findNames();
     ask();
     bind();
