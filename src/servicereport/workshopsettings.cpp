@@ -30,7 +30,10 @@ WorkshopSettings WorkshopSettings::load(const QVariantMap &settings)
 void WorkshopSettings::save(QVariantMap *settings) const
 {
     settings->insert(QLatin1String(nameKey), name);
-    settings->insert(QLatin1String(linesKey), lines);
+    if (lines.isEmpty()) // a settings file cannot hold an empty list
+        settings->remove(QLatin1String(linesKey));
+    else
+        settings->insert(QLatin1String(linesKey), lines);
     settings->insert(QLatin1String(logoKey), logoFile);
 }
 

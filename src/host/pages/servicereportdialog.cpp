@@ -127,9 +127,11 @@ void ServiceReportDialog::addPath(QFormLayout *form, const QString &name, QLineE
 
 void ServiceReportDialog::chooseLogo()
 {
-    const QString known = m_logo->text().isEmpty()
-                              ? QStandardPaths::writableLocation(QStandardPaths::PicturesLocation)
-                              : QFileInfo(m_logo->text()).absolutePath();
+    const QString folder = m_logo->text().isEmpty()
+                               ? QStandardPaths::writableLocation(QStandardPaths::PicturesLocation)
+                               : QFileInfo(m_logo->text()).absolutePath();
+    // What is not there would be taken for the name of a file.
+    const QString known = QFileInfo(folder).isDir() ? folder : QDir::homePath();
     auto *dialog
         = new QFileDialog(this, tr("Logo of the workshop"), known, tr("Pictures (*.png *.jpg *.jpeg)"));
     dialog->setFileMode(QFileDialog::ExistingFile);

@@ -214,6 +214,13 @@ void tst_ServiceReportDialog::choosesLogoAndFolder()
     emit logoDialog->fileSelected(logo);
     QCOMPARE(asking.line("workshopLogo")->text(), logo);
     delete logoDialog;
+    asking.line("workshopLogo")->setText(QStringLiteral("/no such folder/logo.png"));
+    asking.dialog->findChild<QPushButton *>(QStringLiteral("browseLogo"))->click();
+    logoDialog = asking.dialog->findChild<QFileDialog *>();
+    QCOMPARE(logoDialog->directory().path(), QDir::homePath());
+    QCOMPARE(logoDialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->text(), QString());
+    delete logoDialog;
+    asking.line("workshopLogo")->setText(logo);
     asking.dialog->findChild<QPushButton *>(QStringLiteral("browseFolder"))->click();
     auto *folderDialog = asking.dialog->findChild<QFileDialog *>();
     QVERIFY(folderDialog != nullptr);
@@ -231,6 +238,7 @@ void tst_ServiceReportDialog::emptyWorkshopIsNone()
     asking.write();
     QCOMPARE(asking.written.size(), 1);
     QCOMPARE(WorkshopSettings::load(SettingsStore::instance().values()).lines, QStringList());
+    QVERIFY(!SettingsStore::instance().value(QStringLiteral("workshop/lines")).isValid());
     QVERIFY(!desk.html().contains("class=\"shoplines"));
 }
 
