@@ -72,18 +72,21 @@ private slots:
     void keepsLaterWhatCouldNotBeKept();
 
 private:
-    static QString fileName() { return QSettings().fileName(); }
-    static QVariant inFile(const char *key);
+    QVariant inFile(const char *key) const;
     static QByteArray bytesOf(const QString &path);
-    static void writeAsAnother(const QVariantMap &values);
+    void writeAsAnother(const QVariantMap &values) const;
     static SettingsStore &store() { return SettingsStore::instance(); }
     static QString text(const char *key) { return store().value(QLatin1String(key)).toString(); }
+
+    // Asked once: a QSettings of this file waits while the store's thread writes it, and so for a lock that a test holds.
+    QString m_fileName;
 };
 
 void tst_SettingsStore::initTestCase()
 {
     QCoreApplication::setOrganizationName(organization);
     QCoreApplication::setApplicationName(application);
+    m_fileName = QSettings().fileName();
 }
 
 void tst_SettingsStore::init()
@@ -93,11 +96,11 @@ void tst_SettingsStore::init()
 }
 
 /*! The bytes that are there, and not what QSettings of this process remembers. */
-QVariant tst_SettingsStore::inFile(const char *key)
+QVariant tst_SettingsStore::inFile(const char *key) const
 {
     const QTemporaryDir folder;
     const QString copy = folder.filePath(QStringLiteral("copy.ini"));
-    QFile::copy(fileName(), copy);
+    QFile::copy(m_fileName, copy);
     return QSettings(copy, QSettings::IniFormat).value(QLatin1String(key));
 }
 
@@ -107,18 +110,18 @@ QByteArray tst_SettingsStore::bytesOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void tst_SettingsStore::writeAsAnother(const QVariantMap &values)
+void tst_SettingsStore::writeAsAnother(const QVariantMap &values) const
 {
     const QTemporaryDir folder;
     const QString copy = folder.filePath(QStringLiteral("copy.ini"));
-    QFile::copy(fileName(), copy);
+    QFile::copy(m_fileName, copy);
     {
         QSettings other(copy, QSettings::IniFormat);
         for (auto value = values.cbegin(); value != values.cend(); ++value)
             other.setValue(value.key(), *value);
     }
-    QFile::remove(fileName());
-    QVERIFY(QFile::copy(copy, fileName()));
+    QFile::remove(m_fileName);
+    QVERIFY(QFile::copy(copy, m_fileName));
 }
 
 void tst_SettingsStore::isThereAtOnceAndLaterInTheFile()
@@ -135,7 +138,7 @@ void tst_SettingsStore::nobodyWaitsForTheFile()
 {
     store().setValue(QStringLiteral("files/folder"), QStringLiteral("/home/a"));
     store().finish();
-    QLockFile lock(fileName() + QStringLiteral(".lock"));
+    QLockFile lock(m_fileName + QStringLiteral(".lock"));
     QVERIFY(lock.lock());
     store().setValue(QStringLiteral("files/folder"), QStringLiteral("/home/b"));
     store().setValue(QStringLiteral("language"), QStringLiteral("de"));
@@ -163,11 +166,11 @@ void tst_SettingsStore::writesAllBeforeTheProgramEnds()
     QCOMPARE(inFile("files/folder").toString(), QStringLiteral("/home/c"));
     QCOMPARE(inFile("language").toString(), QStringLiteral("nl"));
     // What is there already is not written.
-    const QDateTime before = QFileInfo(fileName()).lastModified();
-    const QByteArray bytes = bytesOf(fileName());
+    const QDateTime before = QFileInfo(m_fileName).lastModified();
+    const QByteArray bytes = bytesOf(m_fileName);
     ask({QStringLiteral("set"), QStringLiteral("files/folder"), QStringLiteral("/home/c")});
-    QCOMPARE(QFileInfo(fileName()).lastModified(), before);
-    QCOMPARE(bytesOf(fileName()), bytes);
+    QCOMPARE(QFileInfo(m_fileName).lastModified(), before);
+    QCOMPARE(bytesOf(m_fileName), bytes);
 }
 
 void tst_SettingsStore::replacesWhatIsInTheFile()
@@ -206,11 +209,11 @@ void tst_SettingsStore::whatIsTheSameIsNotWritten()
 {
     store().setValue(QStringLiteral("language"), QStringLiteral("de"));
     store().finish();
-    QVERIFY(QFile::remove(fileName()));
+    QVERIFY(QFile::remove(m_fileName));
     store().setValue(QStringLiteral("language"), QStringLiteral("de"));
     store().setValues({{QStringLiteral("language"), QStringLiteral("de")}});
     store().finish();
-    QVERIFY(!QFile::exists(fileName()));
+    QVERIFY(!QFile::exists(m_fileName));
 }
 
 void tst_SettingsStore::removesKeys()
@@ -259,7 +262,7 @@ void tst_SettingsStore::ownChangeWinsOverWhatIsRead()
 {
     store().setValue(QStringLiteral("language"), QStringLiteral("de"));
     store().finish();
-    QLockFile lock(fileName() + QStringLiteral(".lock"));
+    QLockFile lock(m_fileName + QStringLiteral(".lock"));
     QVERIFY(lock.lock());
     store().setValue(QStringLiteral("files/folder"), QStringLiteral("/home/a")); // waits for the lock
     store().setValue(QStringLiteral("language"), QStringLiteral("fr"));          // may wait for the first
@@ -312,7 +315,7 @@ void tst_SettingsStore::saysOnceThatNothingCanBeKept()
     store().refresh();
     store().finish();
     QCOMPARE(refusals.size(), 1);
-    QCOMPARE(refusals.at(0).at(0).toString(), fileName());
+    QCOMPARE(refusals.at(0).at(0).toString(), QSettings().fileName());
     QCOMPARE(store().value(QStringLiteral("a")).toInt(), 2); // as long as the program runs
 }
 
