@@ -21,6 +21,7 @@
 #include <cli/core/console.h>
 #include <cli/core/exitstatus.h>
 #include <cli/core/terminal.h>
+#include <cli/core/timezone.h>
 #include <cli/trace/tracecommand.h>
 
 #include <QGuiApplication>
@@ -164,6 +165,7 @@ int main(int argc, char *argv[])
                                                     "qt.canbus*.warning=false\nqt.canbus*.critical=false"));
     // Qt's own event loop takes a third less of system calls than GLib's, and nothing here needs GLib.
     qputenv("QT_NO_GLIB", "1");
+    TimeZone::keep();
     // So that a bus is closed and a file finished when the reader of the output has gone.
     Terminal::surviveBrokenPipes();
     const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
