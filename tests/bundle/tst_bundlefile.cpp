@@ -121,6 +121,8 @@ private slots:
     void holdsWhatItSays();
     void nothingOfTheVehicleIsInAMaskedOne();
     void maskedFramesTellNothing();
+    void mappingOfTheSnapshotCounts();
+    void channelIsAText();
     void sameSerialStaysTheSame();
     void maskedOneCanBeUsed();
     void changedFileIsNotUsed();
@@ -242,6 +244,36 @@ void tst_BundleFile::maskedFramesTellNothing()
     QCOMPARE(before[1].data, textSerial);
     QVERIFY2(after[1].data.startsWith("S/N "), after[1].data);
     QVERIFY2(!after[1].data.contains("7654"), after[1].data);
+}
+
+/*! A number too small to be looked for, in a PDO of which the snapshot alone knows what it carries. */
+void tst_BundleFile::mappingOfTheSnapshotCounts()
+{
+    SupportBundle bundle;
+    bundle.snapshot.emplace();
+    SnapshotNode node;
+    node.id = 2;
+    for (const auto &[key, value] : {std::pair<CanOpen::ObjectKey, uint>{{0x1800, 1}, 0x182U},
+                                     {{0x1A00, 0}, 1U},
+                                     {{0x1A00, 1}, 0x10180420U}}) {
+        SnapshotEntry entry;
+        entry.key = key;
+        entry.value = value;
+        node.insert(entry);
+    }
+    bundle.snapshot->nodes.append(node);
+    bundle.trace.emplace();
+    bundle.trace->frames.push_back(frameAt(0, 0x182, "09000000"));
+    const SupportBundle masked = BundleMasking::masked(bundle);
+    QVERIFY(masked.trace->frames[0].bytes[0] != 9);
+}
+
+void tst_BundleFile::channelIsAText()
+{
+    SupportBundle bundle = fullBundle();
+    bundle.trace->head.channels = QStringList{QStringLiteral("adapter AB-7654321")};
+    const QString channel = BundleMasking::masked(bundle).trace->head.channels.at(0);
+    QVERIFY2(channel.startsWith(QLatin1String("adapter masked-")), qPrintable(channel));
 }
 
 void tst_BundleFile::sameSerialStaysTheSame()

@@ -90,7 +90,11 @@ void tst_Masking::texts_data()
     QTest::newRow("small numbers stay") << QStringLiteral("node 7 of 12") << QStringLiteral("node 7 of 12");
     QTest::newRow("a name") << QStringLiteral("For ERIKA MUSTERMANN, soon") << QStringLiteral("For X, soon");
     QTest::newRow("part of a word") << QStringLiteral("Annabell") << QStringLiteral("Annabell");
+    QTest::newRow("part of a word, then the word")
+        << QStringLiteral("see Annabell, Anna") << QStringLiteral("see Annabell, X");
     QTest::newRow("a word") << QStringLiteral("by anna: done") << QStringLiteral("by X: done");
+    QTest::newRow("a name at the beginning, and again")
+        << QStringLiteral("Anna asks Anna, anna") << QStringLiteral("X asks X, X");
     QTest::newRow("a serial that is a text")
         << QStringLiteral("device ab-12/77 is gone") << QStringLiteral("device X is gone");
     QTest::newRow("a path") << QStringLiteral("Saved: /home/anna/bike.dxsnap")
@@ -126,6 +130,8 @@ void tst_Masking::paths_data()
     add("blank in a folder", "Saved: /home/a/My bikes/x.log", "/home/a/My bikes/x.log");
     add("blank in the name", "Saved: /home/a/My bike.log", "/home/a/My bike.log");
     add("in quotes", "the file \"/home/a/My bike\" is", "/home/a/My bike");
+    add("in quotes that do not begin", "He said: /home/a/x.log\" twice", "/home/a/x.log");
+    add("in quotes that do not end", "\"/home/a/x.log is gone", "/home/a/x.log");
     add("home", "see ~/x", "~/x");
     add("relative", "simulated:./bike.json is", "./bike.json");
     add("above", "../up/bike.json", "../up/bike.json");
@@ -174,6 +180,8 @@ void tst_Masking::values_data()
     QTest::newRow("name") << 0x1008 << 0 << QByteArrayLiteral("DX-Pack 36/500") << false;
     QTest::newRow("elsewhere") << 0x2000 << 1 << QByteArray::fromHex("e0be0f00") << true;
     QTest::newRow("within more") << 0x2000 << 1 << QByteArray::fromHex("0102e0be0f0003") << true;
+    QTest::newRow("letter, zero, letter") << 0x2000 << 1 << QByteArray::fromHex("610062") << false;
+    QTest::newRow("five of a text") << 0x2000 << 1 << QByteArray::fromHex("6100620063") << false;
     QTest::newRow("empty") << 0x1018 << 4 << QByteArray() << false;
 }
 
@@ -195,7 +203,7 @@ void tst_Masking::values()
 
 void tst_Masking::wideTextKeepsItsBytes()
 {
-    const QString text = QStringLiteral("Pack 1031904");
+    const QString text = QStringLiteral("Pack 1031904."); // 26 bytes
     const QByteArray wide(reinterpret_cast<const char *>(text.utf16()), text.size() * 2);
     Masking masking;
     masking.learnNumber(1031904);
@@ -203,7 +211,7 @@ void tst_Masking::wideTextKeepsItsBytes()
     QCOMPARE(masked.size(), wide.size());
     const QString read
         = QString::fromUtf16(reinterpret_cast<const ushort *>(masked.constData()), masked.size() / 2);
-    QVERIFY2(QRegularExpression(QStringLiteral("^Pack ma-[0-9A-F]{4}$")).match(read).hasMatch(),
+    QVERIFY2(QRegularExpression(QStringLiteral("^Pack ma-[0-9A-F]{4}\\.$")).match(read).hasMatch(),
              qPrintable(read));
 }
 
@@ -253,13 +261,21 @@ void tst_Masking::snapshotStaysReadable()
     without.type = CanOpen::DataType::Unsigned32;
     without.value = 454010503U;
     node.insert(without);
+    without.key = {0x6058, 0};
+    without.type = CanOpen::DataType::VisibleString;
+    without.value = QStringLiteral("QX-778899");
+    node.insert(without);
+    without.key = {0x2000, 0};
+    without.value = QStringLiteral("Key of QX-778899");
+    node.insert(without);
     snapshot.nodes.append(node);
 
     Masking masking;
     SnapshotMasking::learn(snapshot, &masking);
     const Snapshot masked = SnapshotMasking::masked(snapshot, &masking);
     const QByteArray json = SnapshotFile::toJson(masked);
-    for (const char *secret : {"1031904", "e0be0f00", "454010503", "Erika", "erika", "Max", "night", "Cargo"})
+    for (const char *secret :
+         {"1031904", "e0be0f00", "454010503", "778899", "Erika", "erika", "Max", "night", "Cargo"})
         QVERIFY2(!json.contains(secret), secret);
     QVERIFY(json.contains("1204 km"));
     QString error;

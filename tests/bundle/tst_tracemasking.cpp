@@ -107,6 +107,8 @@ private slots:
     void whereverTheNumberStands();
     void settingUpDevices_data();
     void settingUpDevices();
+    void numberOfSettingUpIsFoundElsewhere();
+    void scannedNumberIsNobodys();
     void sameAsInTheValue();
     void framesWithoutData();
 };
@@ -459,6 +461,29 @@ void tst_TraceMasking::settingUpDevices()
     QCOMPARE(wordAt(frame, 1), isMasked ? quint32(masking.number(0x1122, 32)) : 0x1122U);
     QCOMPARE(frame.bytes[0], trace.frames[0].bytes[0]);
     QCOMPARE(frame.bytes[6], trace.frames[0].bytes[6]);
+}
+
+/*! Learnt from a frame that is not the first one. */
+void tst_TraceMasking::numberOfSettingUpIsFoundElsewhere()
+{
+    Trace trace;
+    trace.frames.push_back(frameAt(0, 0x7E5, "5d00000000000000"));
+    trace.frames.push_back(frameAt(1, 0x7E4, QByteArrayLiteral("5d") + serialHex + "000000"));
+    trace.frames.push_back(frameAt(2, 0x3A5, QByteArrayLiteral("ff") + serialHex));
+    Masking masking;
+    const Trace result = masked(trace, &masking);
+    QCOMPARE(wordAt(result.frames[2], 1), quint32(masking.number(serial, 32)));
+    QVERIFY(wordAt(result.frames[2], 1) != serial);
+}
+
+/*! Fastscan asks for one bit after the other; what it has so far is no device's. */
+void tst_TraceMasking::scannedNumberIsNobodys()
+{
+    Trace trace;
+    trace.frames.push_back(frameAt(0, 0x7E5, QByteArrayLiteral("51") + serialHex + "000303"));
+    trace.frames.push_back(frameAt(1, 0x3A5, QByteArrayLiteral("ff") + serialHex));
+    Masking masking;
+    QCOMPARE(masked(trace, &masking).frames[1], trace.frames[1]);
 }
 
 /*! As a snapshot has it. */
