@@ -4,6 +4,7 @@
 #include "inputlines.h"
 #include "outputfile.h"
 #include "terminal.h"
+#include "timezone.h"
 #include "unixsignals.h"
 
 #include <QSocketNotifier>
@@ -19,6 +20,8 @@ bool Terminal::hasReader(Stream)
 }
 
 void Terminal::surviveBrokenPipes() {}
+
+void TimeZone::keep() {}
 
 Terminal::Size Terminal::size()
 {

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-// What this library asks of the operating system, by POSIX: terminals, signals, pipes and processes.
+// What this library asks of the operating system, by POSIX: terminals, signals, pipes, processes and the time zone.
 #include "childtask.h"
 #include "exitstatus.h"
 #include "inputlines.h"
 #include "interruptibleloop.h"
 #include "outputfile.h"
 #include "terminal.h"
+#include "timezone.h"
 #include "unixsignals.h"
 
 #include <QFile>
@@ -69,6 +70,13 @@ bool Terminal::hasReader(Stream stream)
 void Terminal::surviveBrokenPipes()
 {
     ::signal(SIGPIPE, SIG_IGN);
+}
+
+void TimeZone::keep()
+{
+    // To the C library a zone that is named does not change. Qt knows this name as that of the system's zone.
+    if (!qEnvironmentVariableIsSet("TZ"))
+        qputenv("TZ", ":/etc/localtime");
 }
 
 Terminal::Size Terminal::size()

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/*! The time zone of the computer. Platforms have it in a file of their own. */
+/*! The time zone of the computer. */
 namespace TimeZone {
 
 /*! Local times are told by the zone of now, as long as the program runs. Otherwise the C library asks the disk for each of them
