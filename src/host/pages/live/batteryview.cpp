@@ -25,11 +25,17 @@ constexpr double foot = 0.25; // of the height, for the lowest cell
 constexpr double leastShare
     = 0.03; // of the highest value, that the whole height is at least: small differences stay small
 
+/*! A line never ends between the two. */
+QString withUnit(const QString &number, const QString &unit)
+{
+    return unit.isEmpty() ? number : number + QChar(QChar::Nbsp) + unit;
+}
+
 QString numberOf(const BatteryPack &pack, double number)
 {
     LiveValue value;
     value.divisor = pack.divisor;
-    return (WatchModel::numberText(number, value) + QLatin1Char(' ') + pack.unit).trimmed();
+    return withUnit(WatchModel::numberText(number, value), pack.unit);
 }
 
 int keyOf(const BatteryPack &pack)
@@ -114,8 +120,7 @@ void BatteryView::showOthers(const BatteryPack &pack)
     QStringList names;
     const QVector<LiveValue> others = BatteryPack::others(m_session->live().values(), pack.nodeId);
     for (const LiveValue &value : others) {
-        numbers.append(
-            (WatchModel::numberText(value.record.last(), value) + QLatin1Char(' ') + value.unit).trimmed());
+        numbers.append(withUnit(WatchModel::numberText(value.record.last(), value), value.unit));
         names.append(value.name + QStringLiteral(": ") + numbers.last());
     }
     m_others->setText(numbers.join(QStringLiteral(" · ")));

@@ -43,9 +43,10 @@ Simulator::VehicleDescription rideWith(const char *fault)
     return vehicle;
 }
 
+/*! With a blank also where no line may end. */
 QString textOf(const Ride &ride, const char *label)
 {
-    return ride.find<QLabel>(label)->text();
+    return ride.find<QLabel>(label)->text().replace(QChar::Nbsp, QLatin1Char(' '));
 }
 
 bool isShown(const Ride &ride, const char *part)

@@ -151,7 +151,7 @@ void tst_BatteryView::textOfCells()
     noteCells(&host.session().live().values(), 2, 0x6165, host.session().now());
     QTest::qWait(300);
     QCOMPARE(host.find<QLabel>("cellText")->text(),
-             QStringLiteral("Cells: 3.290 V (cell 7) to 3.710 V (cell 1), spread 0.420 V"));
+             QString::fromUtf8("Cells: 3.290\u00a0V (cell 7) to 3.710\u00a0V (cell 1), spread 0.420\u00a0V"));
     QVERIFY(!host.find<QLabel>("batteryText")->isVisible());
     QVERIFY(!host.find<QComboBox>("batteryChoice")->isVisible());
 }
@@ -166,10 +166,10 @@ void tst_BatteryView::otherValues()
     values.note(2, {0x6164, 2}, 8400, host.session().now());
     values.note(3, {0x6040, 1}, 39300, host.session().now()); // of another
     QTest::qWait(300);
-    QCOMPARE(host.find<QLabel>("batteryText")->text(), QStringLiteral("84.00 % · 6.200 A"));
+    QCOMPARE(host.find<QLabel>("batteryText")->text(), QString::fromUtf8("84.00\u00a0% · 6.200\u00a0A"));
     QVERIFY(host.find<QLabel>("batteryText")
                 ->toolTip()
-                .contains(QStringLiteral("Device actual current: 6.200 A")));
+                .contains(QString::fromUtf8("Device actual current: 6.200\u00a0A")));
 }
 
 void tst_BatteryView::choice()
@@ -187,7 +187,7 @@ void tst_BatteryView::choice()
     choice->setCurrentIndex(1);
     QTest::qWait(300);
     QVERIFY(host.find<QLabel>("batteryText")->isVisible());
-    QCOMPARE(host.find<QLabel>("batteryText")->text(), QStringLiteral("36.000 V"));
+    QCOMPARE(host.find<QLabel>("batteryText")->text(), QString::fromUtf8("36.000\u00a0V"));
 }
 
 void tst_BatteryView::anotherPackComes()
@@ -202,12 +202,12 @@ void tst_BatteryView::anotherPackComes()
     auto *choice = host.find<QComboBox>("batteryChoice");
     choice->setCurrentIndex(1);
     emit choice->activated(1);
-    QCOMPARE(host.find<QLabel>("batteryText")->text(), QStringLiteral("36.000 V")); // at once
+    QCOMPARE(host.find<QLabel>("batteryText")->text(), QString::fromUtf8("36.000\u00a0V")); // at once
     noteCells(&values, 3, 0x6165, host.session().now());
     QTest::qWait(300);
     QCOMPARE(choice->count(), 3);
     QCOMPARE(choice->currentIndex(), 2); // the same battery
-    QCOMPARE(host.find<QLabel>("batteryText")->text(), QStringLiteral("36.000 V"));
+    QCOMPARE(host.find<QLabel>("batteryText")->text(), QString::fromUtf8("36.000\u00a0V"));
     QCOMPARE(choice->itemText(1), QStringLiteral("Battery of node 3, cells 6165h"));
     QCOMPARE(choice->itemText(2), QStringLiteral("Battery of node 4, cells 6165h"));
 }
@@ -221,11 +221,11 @@ void tst_BatteryView::barsAreOfTheChosenPack()
     values.note(3, {0x6165, 1}, 3600, host.session().now());
     QTest::qWait(300);
     auto *bars = host.find<BatteryView>("batteryView")->findChild<CellBars *>();
-    QVERIFY(
-        bars->toolTip().startsWith(QStringLiteral("<qt>Node 2<br>Cell 1: 3.710 V<br>Cell 2: 3.709 V<br>")));
+    QVERIFY(bars->toolTip().startsWith(
+        QString::fromUtf8("<qt>Node 2<br>Cell 1: 3.710\u00a0V<br>Cell 2: 3.709\u00a0V<br>")));
     host.find<QComboBox>("batteryChoice")->setCurrentIndex(1);
     QTest::qWait(300);
-    QCOMPARE(bars->toolTip(), QStringLiteral("<qt>Node 3<br>Cell 1: 3.600 V</qt>"));
+    QCOMPARE(bars->toolTip(), QString::fromUtf8("<qt>Node 3<br>Cell 1: 3.600\u00a0V</qt>"));
 }
 
 void tst_BatteryView::barsAsHighAsTheirValues()
