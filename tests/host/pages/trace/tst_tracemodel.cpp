@@ -20,6 +20,7 @@ private slots:
     void initTestCase() { qputenv("TZ", "UTC"); }
     void init();
     void cells();
+    void headers();
     void marks();
     void filters();
     void differencesAreOfWhatIsShown();
@@ -72,6 +73,24 @@ void tst_TraceModel::cells()
     QVERIFY2(read.startsWith(QStringLiteral("read 6164h.2 ")), qPrintable(read));
     QVERIFY2(read.endsWith(QStringLiteral(" (2 frames, 0.9 ms)")), qPrintable(read));
     QCOMPARE(cell(3, TraceModel::DifferenceColumn), QStringLiteral("804.0 ms"));
+}
+
+void tst_TraceModel::headers()
+{
+    QStringList names;
+    for (int column = 0; column < m_model->columnCount(); ++column)
+        names << m_model->headerData(column, Qt::Horizontal).toString();
+    QCOMPARE(names, (QStringList{QStringLiteral("Time"), QStringLiteral("Difference"), QStringLiteral("Bus"),
+                                 QStringLiteral("Node"), QStringLiteral("What happened")}));
+    QVERIFY(!m_model->headerData(0, Qt::Vertical).isValid());
+    QVERIFY(!m_model->headerData(0, Qt::Horizontal, Qt::DecorationRole).isValid());
+    const auto alignment = [this](int column) {
+        return m_model->index(1, column).data(Qt::TextAlignmentRole).toInt() & Qt::AlignHorizontal_Mask;
+    };
+    QCOMPARE(alignment(TraceModel::TimeColumn), int(Qt::AlignLeft));
+    QCOMPARE(alignment(TraceModel::DifferenceColumn), int(Qt::AlignRight));
+    QCOMPARE(alignment(TraceModel::NodeColumn), int(Qt::AlignHCenter));
+    QCOMPARE(alignment(TraceModel::WhatColumn), int(Qt::AlignLeft));
 }
 
 void tst_TraceModel::marks()

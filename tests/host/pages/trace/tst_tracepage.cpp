@@ -163,6 +163,7 @@ private slots:
     void countsSayHowManyAreShown();
     void finds();
     void findsNothing();
+    void findsFromTheBeginOfAnotherFile();
     void differenceOfASelection();
     void copies();
     void copiesOnlySoMany();
@@ -565,6 +566,19 @@ void tst_TracePage::findsNothing()
     QVERIFY(!host.table()->currentIndex().isValid());
     host.find<QLineEdit>("findText")->setText(QStringLiteral("unicorns"));
     QCOMPARE(host.label("findResult"), QString());
+}
+
+void tst_TracePage::findsFromTheBeginOfAnotherFile()
+{
+    TraceHost host;
+    host.open(fourLines());
+    host.find<QLineEdit>("findText")->setText(QStringLiteral("6164H"));
+    host.find<QToolButton>("findNext")->click();
+    QCOMPARE(host.table()->currentIndex().row(), 1);
+    host.open(fourLines());
+    host.find<QToolButton>("findNext")->click();
+    QCOMPARE(host.table()->currentIndex().row(), 1);
+    QCOMPARE(host.label("findResult"), QString()); // it was not behind it already
 }
 
 void tst_TracePage::differenceOfASelection()
