@@ -70,7 +70,7 @@ void ConnectionBar::setSettings(const BusSettings &settings)
 
     const int bitRate = settings.bitRate.value_or(asConfigured);
     if (m_bitRate->findData(bitRate) < 0)
-        m_bitRate->addItem(tr("%1 bit/s").arg(bitRate), bitRate);
+        m_bitRate->addItem(bitRateText(bitRate), bitRate);
     m_bitRate->setCurrentIndex(m_bitRate->findData(bitRate));
 }
 
@@ -183,7 +183,8 @@ void ConnectionBar::retranslate()
     m_refresh->setAccessibleName(m_refresh->toolTip());
     m_bitRateLabel->setText(tr("Bit &rate:"));
     m_bitRate->setToolTip(tr("Set on the adapter before connecting"));
-    m_bitRate->setItemText(m_bitRate->findData(asConfigured), tr("as configured"));
+    for (int i = 0; i < m_bitRate->count(); ++i)
+        m_bitRate->setItemText(i, bitRateText(m_bitRate->itemData(i).toInt()));
     showState(m_state);
 }
 
@@ -194,11 +195,19 @@ void ConnectionBar::fillPlugins()
     m_plugin->addItems(plugins);
 }
 
+QString ConnectionBar::bitRateText(int bitRate)
+{
+    if (bitRate == asConfigured)
+        return tr("as configured");
+    return bitRate % bitsPerKilobit == 0 ? tr("%1 kbit/s").arg(bitRate / bitsPerKilobit)
+                                         : tr("%1 bit/s").arg(bitRate);
+}
+
 void ConnectionBar::fillBitRates()
 {
     m_bitRate->addItem(QString(), asConfigured);
     for (const int bitRate : offeredBitRates)
-        m_bitRate->addItem(tr("%1 kbit/s").arg(bitRate / bitsPerKilobit), bitRate);
+        m_bitRate->addItem(QString(), bitRate);
 }
 
 void ConnectionBar::handlePluginChange()

@@ -44,6 +44,7 @@ private:
     void retranslate();
     void fillPlugins();
     void fillBitRates();
+    static QString bitRateText(int bitRate);
     void handlePluginChange();
     void handleButton();
 

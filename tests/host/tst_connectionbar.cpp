@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <host/connectionbar.h>
+#include <tests/support/markingtranslator.h>
 
 #include <QComboBox>
 #include <QPushButton>
@@ -14,6 +15,7 @@ private slots:
     void bitRateOnlyWhereItApplies();
     void choosesUnknownBackEnd();
     void offersTheUsualBitRates();
+    void bitRatesAreTranslated();
     void standsStillAtEveryWidth();
     void growsWithItsTexts();
 };
@@ -63,6 +65,24 @@ void tst_ConnectionBar::offersTheUsualBitRates()
 }
 
 // At the width where two rows become one, too: what the decision goes by must not depend on it.
+void tst_ConnectionBar::bitRatesAreTranslated()
+{
+    ConnectionBar bar;
+    BusSettings settings;
+    settings.address = {QStringLiteral("socketcan"), QStringLiteral("can0")};
+    settings.bitRate = 83333; // none of the usual ones
+    bar.setSettings(settings);
+    const auto *box = bar.findChild<QComboBox *>(QStringLiteral("bitRateBox"));
+    QCOMPARE(box->currentText(), QStringLiteral("83333 bit/s"));
+    const MarkingTranslator language;
+    QEvent change(QEvent::LanguageChange);
+    QCoreApplication::sendEvent(&bar, &change);
+    QCOMPARE(box->itemText(0), QStringLiteral("[ConnectionBar:as configured]"));
+    QCOMPARE(box->itemText(1), QStringLiteral("[ConnectionBar:10 kbit/s]"));
+    QCOMPARE(box->currentText(), QStringLiteral("[ConnectionBar:83333 bit/s]"));
+    QCOMPARE(bar.settings().bitRate.value_or(0), 83333);
+}
+
 void tst_ConnectionBar::standsStillAtEveryWidth()
 {
     QWidget page;
