@@ -28,6 +28,7 @@ private slots:
     void newLinesAreShown();
     void newLinesAreFiltered();
     void transferThatEndsLate();
+    void transferBehindAnotherLineEndsLate();
     void rowsOfLines();
     void timesWithoutTimeOfDay();
     void differences_data();
@@ -197,6 +198,23 @@ void tst_TraceModel::transferThatEndsLate()
     QCOMPARE(m_model->rowCount(), 2);
     QCOMPARE(m_model->lineAt(0), std::size_t(0)); // in its place
     QCOMPARE(m_model->lineAt(1), std::size_t(1));
+}
+
+void tst_TraceModel::transferBehindAnotherLineEndsLate()
+{
+    auto document = std::make_shared<TraceDocument>();
+    m_model->setDocument(document);
+    m_model->setFilter(wrongOnly());
+    document->trace.frames.push_back(heard(0, 0x705, "05"));
+    document->trace.frames.push_back(heard(millisecond, 0x602, "4064610200000000"));
+    document->lines.advance();
+    m_model->update();
+    QCOMPARE(m_model->rowCount(), 0);
+    document->trace.frames.push_back(heard(2 * millisecond, 0x602, "8064610200000405"));
+    document->lines.advance();
+    m_model->update();
+    QCOMPARE(m_model->rowCount(), 1);
+    QCOMPARE(m_model->lineAt(0), std::size_t(1));
 }
 
 void tst_TraceModel::rowsOfLines()

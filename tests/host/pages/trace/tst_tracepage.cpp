@@ -192,6 +192,8 @@ private slots:
     void momentIsShown();
     void momentThatHasLeft();
     void eventsOfALine();
+    void eventsOfAFile();
+    void buttonsSayWhatTheyDo();
     void keys();
     void fitsSmallScreens();
 
@@ -1084,6 +1086,25 @@ void tst_TracePage::eventsOfALine()
     QCOMPARE(times.size(), 1);
     QCOMPARE(times.first().toMSecsSinceEpoch(),
              host.session.recorder().lastMinutes().all().frames[1].time / millisecond);
+}
+
+/*! Of a support bundle, which has brought its events. */
+void tst_TracePage::eventsOfAFile()
+{
+    TraceHost host;
+    host.open(fourLines());
+    QVERIFY(!host.find<QToolButton>("traceEvents")->isVisible());
+    host.page.setHasEvents([] { return true; });
+    QVERIFY(host.find<QToolButton>("traceEvents")->isVisible());
+}
+
+void tst_TracePage::buttonsSayWhatTheyDo()
+{
+    TraceHost host;
+    QStringList texts;
+    for (const char *name : {"traceCopy", "traceExport", "traceEvents", "traceFollow"})
+        texts << host.find<QToolButton>(name)->text();
+    QCOMPARE(texts.join(QLatin1Char('|')), QStringLiteral("&Copy|E&xport...|Eve&nts|F&ollow"));
 }
 
 void tst_TracePage::keys()

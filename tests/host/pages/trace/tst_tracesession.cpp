@@ -482,14 +482,17 @@ void tst_TraceSession::requestsToAPlayedTraceHaveItsTime()
     QCanBusFrame answer(0x585, QByteArray::fromHex("4300100001000000"));
     answer.setTimeStamp(QCanBusFrame::TimeStamp::fromMicroSeconds(1600000000251000));
     m_fake->device()->inject(answer);
+    answer.setTimeStamp(QCanBusFrame::TimeStamp::fromMicroSeconds(1600000001000000)); // of a whole second
+    m_fake->device()->inject(answer);
     wait(300);
     const QString file = path("played.log");
     m_session->save(file, m_session->recorder().lastMinutes());
     finishWork();
     const Trace trace = load(file);
-    QCOMPARE(trace.frames.size(), size_t(2));
+    QCOMPARE(trace.frames.size(), size_t(3));
     QCOMPARE(trace.frames[0].time, Q_INT64_C(1600000000250000));
     QCOMPARE(trace.frames[1].time, Q_INT64_C(1600000000251000));
+    QCOMPARE(trace.frames[2].time, Q_INT64_C(1600000001000000));
 }
 
 void tst_TraceSession::automaticSavingIsBounded()
