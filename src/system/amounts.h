@@ -16,6 +16,10 @@ constexpr qint64 ofSecond = 1'000'000;
 constexpr qint64 ofMinute = 60 * ofSecond;
 } // namespace Microseconds
 
+namespace Bits {
+constexpr int ofByte = 8;
+}
+
 namespace Bytes {
 constexpr qint64 ofMegabyte = 1'000'000;
 }

@@ -51,6 +51,7 @@ private slots:
     void bytesWithZerosKeepTheirLength();
     void computer();
     void snapshotStaysReadable();
+    void shortSecretsWithoutBytes();
     void odometer_data();
     void odometer();
 };
@@ -284,6 +285,32 @@ void tst_Masking::snapshotStaysReadable()
     QCOMPARE(SnapshotFile::toJson(*read), json);
     QCOMPARE(withX(read->bus), QStringLiteral("trace:X.log"));
     QCOMPARE(masked.find(3)->value(0x1018, 4).toUInt() & 0xFFFF, masking.number(1031904, 32) & 0xFFFF);
+}
+
+/*! A file may have texts without their bytes. Four letters are no number then, and few digits are a secret, too. */
+void tst_Masking::shortSecretsWithoutBytes()
+{
+    Snapshot snapshot;
+    SnapshotNode node;
+    node.id = 3;
+    SnapshotEntry entry;
+    entry.type = CanOpen::DataType::VisibleString;
+    entry.key = {0x6005, 0};
+    entry.value = QStringLiteral("AB12");
+    node.insert(entry);
+    entry.key = {0x6058, 0};
+    entry.value = QStringLiteral("00042");
+    node.insert(entry);
+    entry.key = deviceName;
+    entry.value = QStringLiteral("Pack AB12, 42 cells");
+    node.insert(entry);
+    snapshot.nodes.append(node);
+    Masking masking;
+    SnapshotMasking::learn(snapshot, &masking);
+    const Snapshot masked = SnapshotMasking::masked(snapshot, &masking);
+    QCOMPARE(withX(masked.find(3)->value(0x6005, 0).toString()), QStringLiteral("X"));
+    QCOMPARE(withX(masked.find(3)->value(0x6058, 0).toString()), QStringLiteral("X"));
+    QCOMPARE(withX(masked.find(3)->value(0x1008, 0).toString()), QStringLiteral("Pack X, 42 cells"));
 }
 
 void tst_Masking::odometer_data()

@@ -103,12 +103,14 @@ private slots:
     void strayFrames_data();
     void strayFrames();
     void mappedIntoAPdo();
+    void pdoThatEndsInTheMiddleOfASecret();
     void mappingOfASnapshot();
     void whereverTheNumberStands();
     void settingUpDevices_data();
     void settingUpDevices();
     void numberOfSettingUpIsFoundElsewhere();
     void scannedNumberIsNobodys();
+    void revisionOfSettingUpIsNoSecret();
     void sameAsInTheValue();
     void framesWithoutData();
 };
@@ -393,9 +395,9 @@ void tst_TraceMasking::mappedIntoAPdo()
     QCOMPARE(int(pdo.bytes[6]), 0x77);
 }
 
-void tst_TraceMasking::mappingOfASnapshot()
+/*! Of node 2: its PDO 1 carries its serial number, behind so many bits of nothing. */
+Snapshot snapshotWithPdo(uint bitsBefore)
 {
-    Snapshot snapshot;
     SnapshotNode node;
     node.id = 2;
     const auto put = [&node](CanOpen::ObjectKey key, uint value) {
@@ -405,9 +407,31 @@ void tst_TraceMasking::mappingOfASnapshot()
         node.insert(entry);
     };
     put({0x1800, 1}, 0x182);
-    put({0x1A00, 0}, 1);
-    put({0x1A00, 1}, 0x10180420);
+    put({0x1A00, 0}, bitsBefore > 0 ? 2 : 1);
+    put({0x1A00, quint8(bitsBefore > 0 ? 2 : 1)}, 0x10180420);
+    if (bitsBefore > 0)
+        put({0x1A00, 1}, 0x60410000 + bitsBefore);
+    Snapshot snapshot;
     snapshot.nodes.append(node);
+    return snapshot;
+}
+
+/*! Of a device that sends less than it says: three bytes of a number tell most of it. */
+void tst_TraceMasking::pdoThatEndsInTheMiddleOfASecret()
+{
+    const Snapshot snapshot = snapshotWithPdo(32);
+    Trace trace;
+    trace.frames.push_back(frameAt(0, 0x182, "11223344e0be0f"));
+    trace.frames.push_back(frameAt(1, 0x182, "11223344"));
+    Masking masking;
+    const Trace result = masked(trace, &masking, &snapshot);
+    QCOMPARE(result.frames[0], frameAt(0, 0x182, "11223344000000"));
+    QCOMPARE(result.frames[1], trace.frames[1]);
+}
+
+void tst_TraceMasking::mappingOfASnapshot()
+{
+    const Snapshot snapshot = snapshotWithPdo(0);
     Trace trace;
     trace.frames.push_back(frameAt(0, 0x182, "09000000"));
     Masking masking;
@@ -439,8 +463,12 @@ void tst_TraceMasking::settingUpDevices_data()
     QTest::addColumn<QByteArray>("rest");
     QTest::addColumn<bool>("isMasked");
     QTest::newRow("select") << 0x7E5U << QByteArray("43") << QByteArray("000000") << true;
-    QTest::newRow("identify from") << 0x7E5U << QByteArray("49") << QByteArray("000000") << true;
-    QTest::newRow("identify to") << 0x7E5U << QByteArray("4a") << QByteArray("000000") << true;
+    QTest::newRow("identify, serial number from")
+        << 0x7E5U << QByteArray("4a") << QByteArray("000000") << true;
+    QTest::newRow("identify, serial number to") << 0x7E5U << QByteArray("4b") << QByteArray("000000") << true;
+    QTest::newRow("identify, revision from") << 0x7E5U << QByteArray("48") << QByteArray("000000") << false;
+    QTest::newRow("identify, revision to") << 0x7E5U << QByteArray("49") << QByteArray("000000") << false;
+    QTest::newRow("answer, revision") << 0x7E4U << QByteArray("5c") << QByteArray("000000") << false;
     QTest::newRow("answer") << 0x7E4U << QByteArray("5d") << QByteArray("000000") << true;
     QTest::newRow("fastscan, serial number") << 0x7E5U << QByteArray("51") << QByteArray("000303") << true;
     QTest::newRow("fastscan, product") << 0x7E5U << QByteArray("51") << QByteArray("000101") << false;
@@ -474,6 +502,20 @@ void tst_TraceMasking::numberOfSettingUpIsFoundElsewhere()
     const Trace result = masked(trace, &masking);
     QCOMPARE(wordAt(result.frames[2], 1), quint32(masking.number(serial, 32)));
     QVERIFY(wordAt(result.frames[2], 1) != serial);
+}
+
+/*! Otherwise the revision that a bundle tells would be a wrong one. */
+void tst_TraceMasking::revisionOfSettingUpIsNoSecret()
+{
+    Trace trace;
+    trace.frames.push_back(frameAt(0, 0x7E5, "4902000100000000"));
+    SdoTraffic traffic(&trace, 2);
+    traffic.put({0x1018, 3}, QByteArray::fromHex("02000100"));
+    traffic.ask("4018100300000000");
+    Masking masking;
+    const Trace result = masked(trace, &masking);
+    for (std::size_t i = 0; i < trace.frames.size(); ++i)
+        QCOMPARE(result.frames[i], trace.frames[i]);
 }
 
 /*! Fastscan asks for one bit after the other; what it has so far is no device's. */

@@ -4,6 +4,7 @@
 #include "masking.h"
 
 #include <canopen/sdoframe.h>
+#include <system/amounts.h>
 #include <trace/transfers/sdotransfer.h>
 
 #include <algorithm>
@@ -22,7 +23,6 @@ constexpr quint8 unusedMask = 0x03;
 constexpr quint8 sequenceMask = 0x7F;
 constexpr quint8 uploadRequestCommand = 0x40;
 constexpr quint8 downloadAnswerCommand = 0x60;
-constexpr int byteBits = 8;
 constexpr char filler = '.';
 
 QByteArray payloadOf(const TraceFrame &frame)
@@ -169,5 +169,5 @@ void FrameRewriting::rewriteChecksum(TraceFrame *frame, const Rewritten &transfe
         return; // without one
     const quint16 change = sdoBlockCrc(transfer.original) ^ sdoBlockCrc(transfer.masked);
     low = static_cast<quint8>(low ^ (change & 0xFF));
-    high = static_cast<quint8>(high ^ (change >> byteBits));
+    high = static_cast<quint8>(high ^ (change >> Bits::ofByte));
 }

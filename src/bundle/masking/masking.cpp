@@ -5,6 +5,7 @@
 
 #include <interpreter/objectdescriptions.h>
 #include <interpreter/objects.h>
+#include <system/amounts.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -28,7 +29,6 @@ constexpr quint32 noNumber = 0xFFFFFFFF;
 constexpr int wordSize = 4;
 constexpr int longestNumber = 8; // bytes
 constexpr int shortestText = 5;  // bytes that are printable all of them
-constexpr int bitsOfByte = 8;
 constexpr int numberBase = 16;
 
 bool isPrintable(const QByteArray &bytes)
@@ -45,7 +45,7 @@ quint64 numberOf(const QByteArray &bytes)
 {
     quint64 number = 0;
     for (int i = bytes.size() - 1; i >= 0; --i)
-        number = number << bitsOfByte | static_cast<quint8>(bytes.at(i));
+        number = number << Bits::ofByte | static_cast<quint8>(bytes.at(i));
     return number;
 }
 
@@ -146,16 +146,15 @@ void Masking::learnNumber(quint64 number)
 void Masking::learnValue(CanOpen::ObjectKey key, const QByteArray &value)
 {
     if (isSecret(key)) {
-        isText(value) ? learnText(textOf(value)) : learnNumber(numberOf(value));
+        isText(value) ? learnSerial(textOf(value)) : learnNumber(numberOf(value));
         return;
     }
     const QStringList serials = serialsIn(textOf(value));
     for (const QString &serial : serials)
-        learnText(serial);
+        learnSerial(serial);
 }
 
-/*! Of digits alone it is the same as the number. */
-void Masking::learnText(const QString &serial)
+void Masking::learnSerial(const QString &serial)
 {
     bool isNumber = false;
     const quint64 number = serial.trimmed().toULongLong(&isNumber);
@@ -282,7 +281,7 @@ QByteArray Masking::value(CanOpen::ObjectKey key, const QByteArray &value)
     }
     if (isSecret(key) && !value.isEmpty()) {
         QByteArray masked = value;
-        const auto number = qToLittleEndian(m_mask.number(numberOf(value), value.size() * bitsOfByte));
+        const auto number = qToLittleEndian(m_mask.number(numberOf(value), value.size() * Bits::ofByte));
         std::copy_n(reinterpret_cast<const char *>(&number), value.size(), masked.begin());
         return masked;
     }
@@ -299,7 +298,7 @@ void Masking::sweep(char *bytes, int size)
         const auto word = qFromLittleEndian<quint32>(bytes + at);
         if (!m_numbers.contains(word))
             continue;
-        qToLittleEndian(static_cast<quint32>(m_mask.number(word, wordSize * bitsOfByte)), bytes + at);
+        qToLittleEndian(static_cast<quint32>(m_mask.number(word, wordSize * Bits::ofByte)), bytes + at);
         at += wordSize - 1;
     }
 }

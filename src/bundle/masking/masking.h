@@ -32,6 +32,8 @@ public:
     /*! What people call something: found in texts as a whole, in any case. Shorter ones than three letters are not. */
     void learnName(const QString &name);
     void learnNumber(quint64 number);
+    /*! A serial number, also one with letters. Of digits alone it is the same as the number. */
+    void learnSerial(const QString &serial);
     /*! The value of an object, least significant byte first: of a secret one itself, of others a serial number that is
      *  called so ("S/N 12-3456").
      */
@@ -54,7 +56,6 @@ public:
 private:
     enum class Length : quint8 { Free, Kept };
 
-    void learnText(const QString &serial);
     QString replaceAll(const QString &text, Length length);
     QString replacePaths(const QString &text);
     QString replaceNames(QString text, Length length);

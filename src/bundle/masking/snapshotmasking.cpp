@@ -32,9 +32,11 @@ SnapshotNotes masked(const SnapshotNotes &notes, Masking *masking)
 /*! Of a file that holds no bytes. */
 void maskValue(SnapshotEntry *entry, Masking *masking)
 {
+    const bool isSecret = Masking::isSecret(entry->key);
     if (entry->value.type() == QVariant::String)
-        entry->value = masking->text(entry->value.toString());
-    else if (entry->value.isValid() && Masking::isSecret(entry->key))
+        entry->value
+            = isSecret ? masking->word(entry->value.toString()) : masking->text(entry->value.toString());
+    else if (entry->value.isValid() && isSecret)
         entry->value
             = QVariant::fromValue<qulonglong>(masking->number(entry->value.toULongLong(), usualBits));
 }
@@ -59,6 +61,8 @@ void learn(const SnapshotEntry &entry, Masking *masking)
 {
     if (!entry.raw.isEmpty())
         masking->learnValue(entry.key, entry.raw);
+    else if (entry.value.type() == QVariant::String && Masking::isSecret(entry.key))
+        masking->learnSerial(entry.value.toString());
     else if (entry.value.type() == QVariant::String)
         masking->learnValue(entry.key, entry.value.toString().toLatin1());
     else if (Masking::isSecret(entry.key))

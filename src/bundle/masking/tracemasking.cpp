@@ -6,6 +6,7 @@
 
 #include <canopen/pdobits.h>
 #include <snapshot/snapshot.h>
+#include <system/amounts.h>
 
 #include <QtEndian>
 
@@ -17,8 +18,8 @@ namespace {
 constexpr quint32 lssMaster = 0x7E5;
 constexpr quint32 lssSlave = 0x7E4;
 constexpr quint8 selectSerialNumber = 0x43;
-constexpr quint8 identifyLow = 0x49;
-constexpr quint8 identifyHigh = 0x4A;
+constexpr quint8 identifyLowSerialNumber = 0x4A;
+constexpr quint8 identifyHighSerialNumber = 0x4B;
 constexpr quint8 inquireSerialNumber = 0x5D;
 constexpr quint8 fastscan = 0x51;
 constexpr int fastscanSub = 6; // byte: which part of the identity
@@ -39,8 +40,8 @@ bool hasLssSerial(const TraceFrame &frame)
         return false;
     switch (frame.bytes[0]) {
     case selectSerialNumber:
-    case identifyLow:
-    case identifyHigh:
+    case identifyLowSerialNumber:
+    case identifyHighSerialNumber:
     case inquireSerialNumber:
         return true;
     case fastscan:
@@ -60,17 +61,15 @@ QByteArray bytesOf(const TraceFrame &frame)
     return QByteArray(reinterpret_cast<const char *>(frame.bytes.data()), frame.size());
 }
 
-/*! Calls handle(part, value) for the secrets in a PDO. */
+/*! Calls handle(part, value) for the secrets in a PDO; one that ends in the middle of a secret has no value of it. */
 template<typename Handler>
 void forEachSecret(const TraceFrame &frame, const PdoLayout *layout, Handler handle)
 {
     if (layout == nullptr || !isData(frame))
         return;
     for (const PdoLayout::Part &part : layout->parts) {
-        if (part.isDummy || !Masking::isSecret(part.object))
-            continue;
-        if (const std::optional<quint64> value = CanOpen::unpackBits(bytesOf(frame), part.first, part.bits))
-            handle(part, *value);
+        if (!part.isDummy && Masking::isSecret(part.object))
+            handle(part, CanOpen::unpackBits(bytesOf(frame), part.first, part.bits));
     }
 }
 
@@ -95,8 +94,12 @@ void forEachTransfer(const Trace &trace, Handler handle)
 void maskPdo(TraceFrame *frame, const PdoLayout *layout, Masking *masking)
 {
     QByteArray bytes = bytesOf(*frame);
-    forEachSecret(*frame, layout, [&](const PdoLayout::Part &part, quint64 value) {
-        CanOpen::packBits(&bytes, part.first, part.bits, masking->number(value, part.bits));
+    const int bits = bytes.size() * Bits::ofByte;
+    forEachSecret(*frame, layout, [&](const PdoLayout::Part &part, std::optional<quint64> value) {
+        if (value)
+            CanOpen::packBits(&bytes, part.first, part.bits, masking->number(*value, part.bits));
+        else if (part.first < bits)
+            CanOpen::packBits(&bytes, part.first, bits - part.first, 0);
     });
     std::copy(bytes.begin(), bytes.end(), frame->bytes.begin());
 }
@@ -133,7 +136,10 @@ void TraceMasking::learn(const Trace &trace, Masking *masking)
         if (hasLssSerial(frame) && frame.bytes[0] != fastscan) // which asks for numbers that nobody has
             masking->learnNumber(lssSerial(frame));
         forEachSecret(frame, m_pdos.find(frame, i),
-                      [masking](const PdoLayout::Part &, quint64 value) { masking->learnNumber(value); });
+                      [masking](const PdoLayout::Part &, std::optional<quint64> value) {
+                          if (value)
+                              masking->learnNumber(*value);
+                      });
     }
 }
 
