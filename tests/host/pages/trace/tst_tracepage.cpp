@@ -830,9 +830,11 @@ void tst_TracePage::records()
     host.heartbeats(3);
     QVERIFY2(host.label("traceState").startsWith(QStringLiteral("Recording long.log: 3 frames, 1.")),
              qPrintable(host.label("traceState")));
+    QSignalSpy written(&host.session, &TraceSession::fileUsed);
     record->click();
     QVERIFY(!record->isChecked());
     QCOMPARE(host.label("traceState"), QString());
+    QTRY_COMPARE(written.count(), 1); // in another thread
     QString error;
     QCOMPARE(TraceFile::load(file, TraceFile::Limits(), &error)->frames.size(), std::size_t(3));
 }
