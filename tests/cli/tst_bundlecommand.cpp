@@ -20,6 +20,7 @@ private slots:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
 
     void ofABus();
+    void ofAPlayedTrace();
     void ofFiles();
     void maskedHasNoSerialNumbers();
     void otherCommandsTakeIt();
@@ -96,6 +97,33 @@ void tst_BundleCommand::ofABus()
                  .toArray()
                  .isEmpty());
     QVERIFY(fileOf("b.zip", "messages.txt").contains(" note: Node 2, Battery Pack: "));
+}
+
+/*! Its frames have the time of then, and so has what is asked meanwhile. */
+void tst_BundleCommand::ofAPlayedTrace()
+{
+    QFile log(path("ride.log"));
+    QVERIFY(log.open(QIODevice::WriteOnly));
+    for (int i = 0; i < 30; ++i)
+        log.write(QStringLiteral("(1600000000.%1) can0 702#05\n")
+                      .arg(i * 10'000, 6, 10, QLatin1Char('0'))
+                      .toLatin1());
+    log.close();
+    const Result result
+        = run({QStringLiteral("bundle"), QStringLiteral("--bus"), QStringLiteral("trace:") + log.fileName(),
+               QStringLiteral("--quick"), QStringLiteral("--for"), QStringLiteral("100ms"),
+               QStringLiteral("--output"), path("b.zip")});
+    QVERIFY2(QFile::exists(path("b.zip")), qPrintable(result.errors));
+    const QList<QByteArray> lines = fileOf("b.zip", "trace.log.gz").trimmed().split('\n');
+    int heard = 0;
+    int asked = 0;
+    for (const QByteArray &line : lines) {
+        QVERIFY2(line.startsWith("(1600000000."), line);
+        heard += line.contains(" 702#05") ? 1 : 0;
+        asked += line.contains(" 602#40") ? 1 : 0;
+    }
+    QCOMPARE(heard, 30);
+    QVERIFY(asked > 0);
 }
 
 void tst_BundleCommand::ofFiles()

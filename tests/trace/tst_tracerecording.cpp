@@ -48,6 +48,7 @@ private slots:
     void unknownSpace();
     void failsToBegin();
     void timesOfFrames();
+    void framesThatCanBeHeld();
 
 private:
     QString path(const char *name) const { return m_folder->filePath(QString::fromLatin1(name)); }
@@ -289,6 +290,26 @@ void tst_TraceRecording::timesOfFrames()
     RecordedTime unstamped(begin);
     QCOMPARE(unstamped.timeOf(stamped(0), 500), begin + 500);
     QCOMPARE(unstamped.timeOf(stamped(0), 900), begin + 900);
+    // On a bus with a time of its own what has no stamp has that one.
+    RecordedTime played(begin);
+    constexpr qint64 then = 1300000000000000;
+    QCOMPARE(played.timeOf(stamped(then), 500, then + 20), then);
+    QCOMPARE(played.timeOf(stamped(0), 600, then + 20), then + 20);
+    RecordedTime withoutDate(begin);
+    QCOMPARE(withoutDate.timeOf(stamped(7000), 500, 7010), begin + 500);
+    QCOMPARE(withoutDate.timeOf(stamped(0), 900, 7100), begin + 600);
+}
+
+void tst_TraceRecording::framesThatCanBeHeld()
+{
+    QCanBusFrame frame(0x123, QByteArray(8, 'a'));
+    QVERIFY(TraceFrame::canHold(frame));
+    frame.setFrameType(QCanBusFrame::RemoteRequestFrame);
+    QVERIFY(TraceFrame::canHold(frame));
+    QVERIFY(TraceFrame::canHold(QCanBusFrame(QCanBusFrame::ErrorFrame)));
+    QVERIFY(!TraceFrame::canHold(QCanBusFrame(0x123, QByteArray(12, 'a')))); // CAN FD
+    QVERIFY(!TraceFrame::canHold(QCanBusFrame(QCanBusFrame::InvalidFrame)));
+    QVERIFY(!TraceFrame::canHold(QCanBusFrame(QCanBusFrame::UnknownFrame)));
 }
 
 QTEST_GUILESS_MAIN(tst_TraceRecording)

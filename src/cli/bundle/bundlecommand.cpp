@@ -36,7 +36,6 @@ struct BundleCommandTr
 constexpr QLatin1String traceOption("trace");
 constexpr QLatin1String maskOption("mask");
 constexpr std::chrono::milliseconds usualTime{10000};
-constexpr std::size_t mostFrames = 20'000'000;
 
 QDateTime presentTime()
 {
@@ -178,6 +177,12 @@ std::optional<ExitStatus> BundleCommand::readBus()
         listenOn();
     m_bundle.snapshot = m_bus.snapshot();
     m_bundle.trace = listening.trace();
+    if (m_bundle.trace->isCut) {
+        Console::printError(
+            BundleCommandTr::tr("There were too many frames: the bundle has the last %1 of them.")
+                .arg(m_bundle.trace->frames.size()));
+        m_status = m_status == Exit::success ? Exit::objectsFailed : m_status;
+    }
     m_bundle.events = listening.events();
     m_bundle.forgottenEvents = listening.forgottenEvents();
     addMessages(SnapshotSummary::lines(*m_bundle.snapshot));
@@ -212,10 +217,10 @@ std::optional<ExitStatus> BundleCommand::readTrace()
     m_bundle.trace.emplace();
     TraceFrame frame;
     while (input.next(&frame)) {
-        if (m_bundle.trace->frames.size() >= mostFrames) {
+        if (m_bundle.trace->frames.size() >= BundleListening::mostFrames) {
             Console::printError(
                 BundleCommandTr::tr("The trace is too long: the bundle has its first %1 frames.")
-                    .arg(mostFrames));
+                    .arg(BundleListening::mostFrames));
             m_status = Exit::objectsFailed;
             break;
         }

@@ -6,8 +6,12 @@
 #include <QCanBusFrame>
 #include <QDateTime>
 
+#include <limits>
+
 BundleListening::BundleListening(BusConnection *bus)
-    : m_live(bus)
+    : m_bus(bus)
+    , m_live(bus)
+    , m_recorder({std::numeric_limits<qint64>::max() / 4, mostFrames})
 {
     connect(bus, &BusConnection::frameReceived, this,
             [this](const QCanBusFrame &frame) { take(frame, TraceFrame::Flag(0)); });
@@ -26,9 +30,10 @@ void BundleListening::begin(const BusAddress &address)
 
 void BundleListening::take(const QCanBusFrame &frame, TraceFrame::Flag flag)
 {
-    if (frame.payload().size() > TraceFrame::mostBytes || !frame.isValid())
-        return; // no classic one
-    const qint64 time = m_time.timeOf(frame, m_steady.nsecsElapsed() / Nanoseconds::ofMicrosecond);
+    if (!TraceFrame::canHold(frame))
+        return;
+    const qint64 now = m_steady.nsecsElapsed() / Nanoseconds::ofMicrosecond;
+    const qint64 time = m_time.timeOf(frame, now, m_bus->busTime());
     TraceFrame taken = TraceFrame::of(frame, time);
     taken.flags |= flag;
     m_recorder.add(taken);

@@ -12,7 +12,7 @@
 
 #include <vector>
 
-/*! What is on a bus while it is read, and after that: its last minutes and its events. Sends nothing. */
+/*! What is on a bus while it is read, and after that: all its frames and its events. Sends nothing. */
 class BundleListening : public QObject
 {
     Q_OBJECT
@@ -24,6 +24,9 @@ public:
     /*! \a name of the one channel. */
     void begin(const BusAddress &address);
 
+    /*! Of frames beyond this number the oldest go, see Trace::isCut. */
+    static constexpr std::size_t mostFrames = 20'000'000;
+
     Trace trace() const { return m_recorder.all(); }
     /*! With times in us since 1970. */
     std::vector<LiveEvent> events() const;
@@ -32,6 +35,7 @@ public:
 private:
     void take(const QCanBusFrame &frame, TraceFrame::Flag flag);
 
+    const BusConnection *m_bus;
     LiveBus m_live;
     FlightRecorder m_recorder;
     RecordedTime m_time{0};

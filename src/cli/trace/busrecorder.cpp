@@ -63,7 +63,7 @@ void BusRecorder::handle(const QCanBusFrame &frame)
     m_interface.handleFrame(frame);
     if (!m_recording.isRecording())
         return;
-    if (frame.payload().size() > TraceFrame::mostBytes || !frame.isValid()) {
+    if (!TraceFrame::canHold(frame)) {
         ++m_unrecorded;
         return;
     }

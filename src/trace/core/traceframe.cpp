@@ -6,6 +6,12 @@
 
 #include <algorithm>
 
+bool TraceFrame::canHold(const QCanBusFrame &frame)
+{
+    return frame.isValid() && frame.frameType() != QCanBusFrame::InvalidFrame
+           && frame.frameType() != QCanBusFrame::UnknownFrame && frame.payload().size() <= mostBytes;
+}
+
 TraceFrame TraceFrame::of(const QCanBusFrame &frame, qint64 time)
 {
     TraceFrame made;

@@ -39,7 +39,9 @@ struct TraceFrame
     /*! How many of the bytes count: none of a remote frame. */
     int size() const { return isRemote() ? 0 : length; }
 
-    /*! \a frame must be a classic one: of no more than 8 bytes, and no invalid one. */
+    /*! Whether \a frame is one that a trace can hold: a classic one of no more than 8 bytes. */
+    static bool canHold(const QCanBusFrame &frame);
+    /*! \a frame must be one that can be held. */
     static TraceFrame of(const QCanBusFrame &frame, qint64 time);
     /*! With its time as time stamp. */
     QCanBusFrame toCanBusFrame() const;

@@ -18,8 +18,9 @@ qint64 stampOf(const QCanBusFrame &frame)
 
 } // namespace
 
-qint64 RecordedTime::timeOf(const QCanBusFrame &frame, qint64 now)
+qint64 RecordedTime::timeOf(const QCanBusFrame &frame, qint64 now, std::optional<qint64> busTime)
 {
-    const qint64 stamp = stampOf(frame);
+    const qint64 noted = stampOf(frame);
+    const qint64 stamp = noted == 0 ? busTime.value_or(0) : noted;
     return TimeOfDay::isOne(stamp) ? stamp : m_begin + m_clock.timeOf(stamp, now);
 }

@@ -3,6 +3,8 @@
 
 #include <live/core/frameclock.h>
 
+#include <optional>
+
 class QCanBusFrame;
 
 /*! The times that frames get when they are recorded: us since 1970.
@@ -19,8 +21,10 @@ public:
     {
     }
 
-    /*! Of a frame of which the program learnt at \a now (us) of a steady clock. */
-    qint64 timeOf(const QCanBusFrame &frame, qint64 now);
+    /*! Of a frame of which the program learnt at \a now (us) of a steady clock. \a busTime: of a bus with a time of its own,
+     *  as a trace that is played; what has no stamp there, as the program's own frames, has that time.
+     */
+    qint64 timeOf(const QCanBusFrame &frame, qint64 now, std::optional<qint64> busTime = {});
 
 private:
     qint64 m_begin;

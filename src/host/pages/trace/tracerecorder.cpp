@@ -23,14 +23,6 @@ qint64 timeOfDay()
     return QDateTime::currentMSecsSinceEpoch() * Microseconds::ofMillisecond;
 }
 
-/*! Whether a trace can hold it. */
-bool isClassic(const QCanBusFrame &frame)
-{
-    return frame.isValid() && frame.frameType() != QCanBusFrame::InvalidFrame
-           && frame.frameType() != QCanBusFrame::UnknownFrame
-           && frame.payload().size() <= TraceFrame::mostBytes;
-}
-
 struct Saved
 {
     QString file;
@@ -96,20 +88,11 @@ void TraceRecorder::begin()
     emit begun(head());
 }
 
-/*! Of a trace that is played also what is asked has the time of then. */
-qint64 TraceRecorder::timeOf(QCanBusFrame frame)
-{
-    const std::optional<qint64> played = m_bus->busTime();
-    if (played && frame.timeStamp().seconds() == 0 && frame.timeStamp().microSeconds() == 0)
-        frame.setTimeStamp(QCanBusFrame::TimeStamp::fromMicroSeconds(*played));
-    return m_time.timeOf(frame, now());
-}
-
 void TraceRecorder::take(const QCanBusFrame &frame, TraceFrame::Flag flag)
 {
-    if (!m_isListening || !isClassic(frame))
+    if (!m_isListening || !TraceFrame::canHold(frame))
         return;
-    TraceFrame traced = TraceFrame::of(frame, timeOf(frame));
+    TraceFrame traced = TraceFrame::of(frame, m_time.timeOf(frame, now(), m_bus->busTime()));
     traced.flags = static_cast<quint8>(traced.flags | flag);
     m_flight.add(traced);
     if (m_recording)

@@ -75,7 +75,6 @@ private:
     void handleState(BusConnection::State state);
     void begin();
     void take(const QCanBusFrame &frame, TraceFrame::Flag flag);
-    qint64 timeOf(QCanBusFrame frame);
     void tick();
     void noticeFaults();
     void saveByItself();
