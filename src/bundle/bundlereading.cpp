@@ -106,11 +106,13 @@ void BundleReading::readEvents()
     if (!bytes)
         return;
     QString reason;
-    const std::optional<std::vector<LiveEvent>> events = EventReading::fromJson(*bytes, &reason);
-    if (events)
-        m_bundle.events = *events;
-    else
+    const std::optional<EventReading::Events> read = EventReading::fromJson(*bytes, &reason);
+    if (!read) {
         complain(name, reason);
+        return;
+    }
+    m_bundle.events = read->events;
+    m_bundle.forgottenEvents = read->forgotten;
 }
 
 void BundleReading::readMessages()

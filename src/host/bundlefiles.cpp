@@ -107,20 +107,15 @@ void BundleFiles::chooseName(bool isMasked)
 
 void BundleFiles::write(const QString &fileName, bool isMasked)
 {
-    const bool isLive = m_from.trace->recorder().kept() > 0;
-    const auto work = [fileName, isMasked, isLive, bundle = std::make_shared<SupportBundle>(collect()),
-                       minutes = m_from.trace->recorder().lastMinutes(), document = m_from.trace->document(),
-                       isFile = !m_from.trace->isLive(), rules = m_from.checkup->rules(),
-                       language = m_from.checkup->language()] {
-        if (isLive)
-            bundle->trace = minutes.all();
-        else if (isFile)
-            bundle->trace = document->trace;
-        QString problem;
-        BundleFile::save(fileName, isMasked ? BundleMasking::masked(*bundle) : *bundle, rules, language,
-                         &problem);
-        return problem;
-    };
+    const auto work
+        = [fileName, isMasked, frames = frames(), bundle = std::make_shared<SupportBundle>(collect()),
+           rules = m_from.checkup->rules(), language = m_from.checkup->language()] {
+              bundle->trace = frames();
+              QString problem;
+              BundleFile::save(fileName, isMasked ? BundleMasking::masked(*bundle) : *bundle, rules, language,
+                               &problem);
+              return problem;
+          };
     Background::run(this, work, [this, fileName](const QString &problem) {
         if (!problem.isEmpty()) {
             emit failed(problem);
@@ -129,6 +124,20 @@ void BundleFiles::write(const QString &fileName, bool isMasked)
         FileFolder::remember(fileName);
         emit succeeded(tr("Saved: %1").arg(QDir::toNativeSeparators(fileName)));
     });
+}
+
+/*! How to get at the frames, in another thread: as the events of the bundle that is shown, or of the bus; where there is
+ *  neither, of the file that the page "Trace" shows.
+ */
+std::function<std::optional<Trace>()> BundleFiles::frames() const
+{
+    if (m_shown != nullptr)
+        return [shown = m_shown] { return shown->trace; };
+    if (m_from.trace->recorder().kept() > 0)
+        return [minutes = m_from.trace->recorder().lastMinutes()] { return minutes.all(); };
+    if (!m_from.trace->isLive())
+        return [document = m_from.trace->document()] { return document->trace; };
+    return [] { return std::nullopt; };
 }
 
 SupportBundle BundleFiles::collect() const
@@ -144,7 +153,9 @@ SupportBundle BundleFiles::collect() const
         if (m_from.live->isEmpty())
             adapter = {bundle.snapshot->bus, bundle.snapshot->adapter, bundle.snapshot->bitRate};
     }
-    bundle.events = m_shownEvents.empty() ? heardEvents() : m_shownEvents;
+    bundle.events = m_shown != nullptr ? m_shown->events : heardEvents();
+    bundle.forgottenEvents
+        = m_shown != nullptr ? m_shown->forgottenEvents : m_from.live->live().events().list().forgotten();
     bundle.messages = messages();
     bundle.system = SystemFacts::of(bundle.program, adapter);
     return bundle;

@@ -8,7 +8,9 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 class BusConnection;
 class CheckupSession;
@@ -52,8 +54,8 @@ public:
 
     static MessageLog::Severity severityOf(Severity severity);
 
-    /*! The events that are shown when they are not those of the bus. */
-    void setShownEvents(const std::vector<LiveEvent> &events) { m_shownEvents = events; }
+    /*! The bundle of which events and frames are shown; null: those of the bus are. */
+    void setShownBundle(const std::shared_ptr<const SupportBundle> &bundle) { m_shown = bundle; }
 
 signals:
     void opened(const std::shared_ptr<const SupportBundle> &bundle, const QString &fileName);
@@ -65,10 +67,11 @@ signals:
 private:
     void chooseName(bool isMasked);
     SupportBundle collect() const;
+    std::function<std::optional<Trace>()> frames() const;
     std::vector<LiveEvent> heardEvents() const;
     QVector<BundleMessage> messages() const;
 
     Sources m_from;
     QWidget *m_window;
-    std::vector<LiveEvent> m_shownEvents;
+    std::shared_ptr<const SupportBundle> m_shown;
 };

@@ -473,7 +473,7 @@ void MainWindow::connectBundles()
     connect(m_bundles, &BundleFiles::succeeded, this,
             [this](const QString &sentence) { tell(MessageLog::Severity::Information, sentence); });
     connect(m_bundles, &BundleFiles::opened, this, &MainWindow::openBundle);
-    connect(m_live, &LiveSession::started, this, [this] { m_bundles->setShownEvents({}); });
+    connect(m_live, &LiveSession::started, this, [this] { m_bundles->setShownBundle(nullptr); });
 }
 
 /*! First the vehicle: the user may want to keep what is shown. */
@@ -504,7 +504,7 @@ void MainWindow::showBundle(const std::shared_ptr<const SupportBundle> &bundle, 
     m_bundleName.clear();
     if (livePage()->showRecorded(bundle->events)) {
         m_bundleName = fileName;
-        m_bundles->setShownEvents(bundle->events);
+        m_bundles->setShownBundle(bundle);
     } else if (!bundle->events.empty()) {
         m_log->add(
             MessageLog::Severity::Warning,

@@ -80,6 +80,7 @@ SupportBundle someBundle()
     event.code = 0x4210;
     event.time = event.lastTime = begin + 3 * second;
     bundle.events.push_back(event);
+    bundle.forgottenEvents = 7;
     bundle.messages = {{noon(4), Severity::Fault, QStringLiteral("The adapter was lost.")}};
     return bundle;
 }
@@ -127,6 +128,7 @@ private slots:
     void badBundleChangesNothing();
     void problemsAreTold();
     void savesWhatIsShown();
+    void savesOneVehicleOnly();
     void savesMasked();
     void asksHowItIsToBe();
     void comparesWithABundle();
@@ -317,8 +319,50 @@ void tst_BundleFiles::savesWhatIsShown()
     QVERIFY(again->trace->frames == someBundle().trace->frames);
     QCOMPARE(again->events.size(), std::size_t(2));
     QCOMPARE(again->events[1].time, someBundle().events[1].time);
+    QCOMPARE(again->forgottenEvents, quint64(7));
     QVERIFY(again->messages.size() >= 2);
     QVERIFY(window.messages().toText().contains(QLatin1String("Saved: ")));
+}
+
+/*! The bundle that is shown, and then the bus, whatever was heard or opened before. */
+void tst_BundleFiles::savesOneVehicleOnly()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    const auto hear = [&host, &window](quint8 node) {
+        window.chooseBus(fakeSettings());
+        window.connectToChosenBus();
+        host.fake.heartbeat(node);
+        QTest::qWait(500);
+        host.services.bus().disconnectFromBus();
+        settle();
+    };
+    const auto save = [this, &window] {
+        window.bundles().write(m_folder->filePath(QStringLiteral("again.zip")), false);
+        settle();
+        return read("again.zip").value_or(SupportBundle());
+    };
+    hear(9);
+    window.openFile(write(someBundle()));
+    settle();
+    QVERIFY(save().trace->frames == someBundle().trace->frames);
+    SupportBundle withoutTrace = someBundle();
+    withoutTrace.trace.reset();
+    withoutTrace.events.clear();
+    window.openFile(write(withoutTrace, "none.zip"));
+    settle();
+    QVERIFY(!save().trace);
+    QCOMPARE(save().events.size(), std::size_t(0));
+
+    window.openFile(write(someBundle())); // whose frames the page goes on to show
+    settle();
+    hear(8);
+    const SupportBundle ofBus = save();
+    QCOMPARE(ofBus.trace->frames.size(), std::size_t(1));
+    QCOMPARE(ofBus.trace->frames[0].id, 0x708U);
+    QCOMPARE(ofBus.forgottenEvents, quint64(0));
+    QCOMPARE(ofBus.events.size(), std::size_t(1));
+    QCOMPARE(int(ofBus.events[0].nodeId), 8);
 }
 
 void tst_BundleFiles::savesMasked()

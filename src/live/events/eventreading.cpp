@@ -17,6 +17,7 @@ namespace {
 constexpr int longestWord = 100;
 constexpr int longestDetail = 1000;
 constexpr qint64 highestCode = std::numeric_limits<quint32>::max();
+constexpr qint64 mostForgotten = Q_INT64_C(1) << 53; // that a number of JSON holds exactly
 
 struct EventReadingTr
 {
@@ -63,7 +64,7 @@ LiveEvent eventOf(const JsonObject &json)
 
 } // namespace
 
-std::optional<std::vector<LiveEvent>> EventReading::fromJson(const QByteArray &text, QString *errorMessage)
+std::optional<EventReading::Events> EventReading::fromJson(const QByteArray &text, QString *errorMessage)
 {
     const std::optional<JsonDocument> document = JsonDocument::parse(text, errorMessage);
     if (!document)
@@ -71,15 +72,19 @@ std::optional<std::vector<LiveEvent>> EventReading::fromJson(const QByteArray &t
     JsonFault fault;
     const JsonPlace top(&fault);
     const JsonObject json(document->root(), top);
-    std::vector<LiveEvent> events;
+    Events read;
     if (fault.isEmpty()) {
-        json.forEachObject("events", [&events](const JsonObject &event) {
-            if (events.size() < EventList::mostEvents)
-                events.push_back(eventOf(event));
+        read.forgotten
+            = static_cast<quint64>(json.optionalInteger("forgotten", 0, mostForgotten).value_or(0));
+        json.forEachObject("events", [&read](const JsonObject &event) {
+            if (read.events.size() < EventList::mostEvents)
+                read.events.push_back(eventOf(event));
+            else
+                ++read.forgotten;
         });
     }
     if (fault.isEmpty())
-        return events;
+        return read;
     *errorMessage = fault.text;
     return std::nullopt;
 }

@@ -16,8 +16,14 @@ class EventReading
     Q_DECLARE_TR_FUNCTIONS(EventReading)
 
 public:
-    /*! The member "events" of a document, as many as an EventList keeps. Their times are us since 1970. Empty when
-     *  something is wrong, with a sentence.
+    struct Events
+    {
+        std::vector<LiveEvent> events; //!< with times in us since 1970
+        quint64 forgotten = 0;         //!< that there were beside them
+    };
+
+    /*! The members "events" of a document, as many as an EventList keeps, and "forgotten". Empty when something is wrong,
+     *  with a sentence.
      */
-    static std::optional<std::vector<LiveEvent>> fromJson(const QByteArray &text, QString *errorMessage);
+    static std::optional<Events> fromJson(const QByteArray &text, QString *errorMessage);
 };
