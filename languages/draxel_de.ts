@@ -3783,6 +3783,13 @@ Jetzt: %2</translation>
     </message>
 </context>
 <context>
+    <name>OrdinaryFile</name>
+    <message>
+        <source>%1 is not a file.</source>
+        <translation>%1 ist keine Datei.</translation>
+    </message>
+</context>
+<context>
     <name>PatienceDialog</name>
     <message>
         <source>Patience with slow nodes</source>
@@ -5444,13 +5451,6 @@ Jetzt: %2</translation>
     <message>
         <source>%1, under way</source>
         <translation>%1, noch im Gang</translation>
-    </message>
-</context>
-<context>
-    <name>TraceLoading</name>
-    <message>
-        <source>%1 is not a file.</source>
-        <translation>%1 ist keine Datei.</translation>
     </message>
 </context>
 <context>

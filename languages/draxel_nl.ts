@@ -3783,6 +3783,13 @@ Nu: %2</translation>
     </message>
 </context>
 <context>
+    <name>OrdinaryFile</name>
+    <message>
+        <source>%1 is not a file.</source>
+        <translation>%1 is geen bestand.</translation>
+    </message>
+</context>
+<context>
     <name>PatienceDialog</name>
     <message>
         <source>Patience with slow nodes</source>
@@ -5444,13 +5451,6 @@ Nu: %2</translation>
     <message>
         <source>%1, under way</source>
         <translation>%1, nog bezig</translation>
-    </message>
-</context>
-<context>
-    <name>TraceLoading</name>
-    <message>
-        <source>%1 is not a file.</source>
-        <translation>%1 is geen bestand.</translation>
     </message>
 </context>
 <context>

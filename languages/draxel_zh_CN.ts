@@ -3768,6 +3768,13 @@ Now: %2</source>
     </message>
 </context>
 <context>
+    <name>OrdinaryFile</name>
+    <message>
+        <source>%1 is not a file.</source>
+        <translation>%1 不是文件。</translation>
+    </message>
+</context>
+<context>
     <name>PatienceDialog</name>
     <message>
         <source>Patience with slow nodes</source>
@@ -5422,13 +5429,6 @@ Now: %2</source>
     <message>
         <source>%1, under way</source>
         <translation>%1，进行中</translation>
-    </message>
-</context>
-<context>
-    <name>TraceLoading</name>
-    <message>
-        <source>%1 is not a file.</source>
-        <translation>%1 不是文件。</translation>
     </message>
 </context>
 <context>

@@ -6,6 +6,7 @@
 #include <canopen/cobid.h>
 #include <system/amounts.h>
 #include <system/background.h>
+#include <system/ordinaryfile.h>
 #include <trace/files/tracefile.h>
 
 #include <QLoggingCategory>
@@ -178,6 +179,9 @@ bool TraceCanDevice::open()
 TraceCanDevice::Loaded TraceCanDevice::load(const PlaybackAddress &address)
 {
     Loaded loaded;
+    loaded.errorMessage = ordinaryFileProblem(address.fileName);
+    if (!loaded.errorMessage.isEmpty())
+        return loaded;
     std::optional<Trace> trace = TraceFile::load(address.fileName, TraceFile::Limits(), &loaded.errorMessage);
     if (!trace)
         return loaded;

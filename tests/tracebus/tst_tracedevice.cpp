@@ -501,6 +501,12 @@ void tst_TraceDevice::cannotBeOpened_data()
 
     QTest::newRow("no file") << QStringLiteral("/nowhere/ride.log") << QString()
                              << int(QCanBusDevice::ConnectionError);
+#ifdef Q_OS_UNIX
+    // Nor a pipe, which might keep a thread waiting for ever.
+    QTest::newRow("no ordinary file")
+        << QStringLiteral("/dev/null") << QStringLiteral("/dev/null is not a file.")
+        << int(QCanBusDevice::ConnectionError);
+#endif
     QTest::newRow("setting")
         << QStringLiteral("%1?speed=0")
         << QStringLiteral("\"speed\" takes a number from 0.01 to 1000, \"max\" or \"step\", not \"0\".")

@@ -7,6 +7,7 @@
 #include <host/pages/sheetdialogs.h>
 #include <snapshot/savedvehicle.h>
 #include <system/background.h>
+#include <system/ordinaryfile.h>
 
 #include <QFileInfo>
 #include <QWidget>
@@ -31,6 +32,9 @@ void DeviceFiles::open(const QString &fileName, quint8 nodeId)
     Background::run(
         this,
         [fileName, nodeId] {
+            const QString problem = ordinaryFileProblem(fileName);
+            if (!problem.isEmpty())
+                return Result{{}, false, problem};
             return SheetDialogs::isSheet(fileName) ? readSheet(fileName, nodeId) : readSnapshot(fileName);
         },
         [this, fileName](const Result &result) { take(fileName, result); });

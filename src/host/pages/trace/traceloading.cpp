@@ -2,9 +2,9 @@
 #include "traceloading.h"
 
 #include <system/background.h>
+#include <system/ordinaryfile.h>
 #include <trace/files/tracefile.h>
 
-#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -140,12 +140,9 @@ void TraceLoading::begin(const QString &fileName, const std::function<Result(Sta
 TraceLoading::Result TraceLoading::load(const QString &fileName, State *state)
 {
     Result result;
-    const QFileInfo file(fileName);
-    if (file.exists() && !file.isFile()
-        && !file.isDir()) { // a pipe, for instance, could keep the thread waiting
-        result.problem = tr("%1 is not a file.").arg(QDir::toNativeSeparators(fileName));
+    result.problem = ordinaryFileProblem(fileName);
+    if (!result.problem.isEmpty())
         return result;
-    }
     std::unique_ptr<TraceReader> opened = TraceFile::open(fileName, &result.problem);
     if (!opened)
         return result;

@@ -28,6 +28,7 @@ private slots:
     void exchangeFile();
     void brokenFiles_data();
     void brokenFiles();
+    void whatIsNoFile();
     void dialogOffersThem();
 
 private:
@@ -176,6 +177,14 @@ void tst_DeviceFiles::brokenFiles()
     QCOMPARE(m_told, QStringList());
     QCOMPARE(m_failed.size(), 1);
     QVERIFY2(m_failed.first().contains(name), qPrintable(m_failed.first()));
+}
+
+void tst_DeviceFiles::whatIsNoFile()
+{
+#ifdef Q_OS_UNIX
+    open(QStringLiteral("/dev/null")); // nor a pipe, which might keep a thread waiting for ever
+    QCOMPARE(m_failed, QStringList(QStringLiteral("/dev/null is not a file.")));
+#endif
 }
 
 void tst_DeviceFiles::dialogOffersThem()
