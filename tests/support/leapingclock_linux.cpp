@@ -152,8 +152,8 @@ bool isWorking(int folder, const char *thread)
            && (line[nameEnd + 2] == 'R' || line[nameEnd + 2] == 'D');
 }
 
-/*! True while another thread works. */
-bool othersWork()
+/*! True when another thread is seen to work. One after the other is looked at. */
+bool isAnotherSeen()
 {
     DIR *const folder = hasThreads() ? opendir(tasks) : nullptr;
     if (folder == nullptr)
@@ -166,6 +166,12 @@ bool othersWork()
                     && isWorking(dirfd(folder), thread->d_name));
     closedir(folder);
     return isAny;
+}
+
+/*! True while another thread works. Of two that hand their work to each other a look can miss both. */
+bool othersWork()
+{
+    return isAnotherSeen() || isAnotherSeen();
 }
 
 /*! What this file took the place of. */
