@@ -46,7 +46,7 @@ const QList<Rule> &rules()
         {"servicereport",
          {QStringLiteral("system"), QStringLiteral("canopen"), QStringLiteral("interpreter"),
           QStringLiteral("store"), QStringLiteral("snapshot"), QStringLiteral("checkup")}},
-        {"live/core", {QStringLiteral("canopen")}},
+        {"live/core", {QStringLiteral("system"), QStringLiteral("canopen")}},
         {"live/health",
          {QStringLiteral("system"), QStringLiteral("canopen"), QStringLiteral("bus"),
           QStringLiteral("checkup"), QStringLiteral("live/core")}},

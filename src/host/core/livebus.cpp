@@ -20,13 +20,6 @@ constexpr quint32 longestHeartbeat = 0xFFFF; // ms
 
 constexpr auto tickInterval = 100ms;
 
-qint64 stampOf(const QCanBusFrame &frame)
-{
-    const QCanBusFrame::TimeStamp stamp = frame.timeStamp();
-    const bool isPlausible = stamp.seconds() >= 0 && stamp.seconds() < (Q_INT64_C(1) << 40);
-    return isPlausible ? stamp.seconds() * Microseconds::ofSecond + stamp.microSeconds() : 0;
-}
-
 } // namespace
 
 LiveBus::LiveBus(BusConnection *bus, QObject *parent)
@@ -132,9 +125,9 @@ void LiveBus::handleReceived(const QCanBusFrame &frame)
 qint64 LiveBus::heardAt(const QCanBusFrame &frame)
 {
     if (!m_playedFrom)
-        return m_clock.timeOf(stampOf(frame), steadyNow());
+        return m_clock.timeOf(FrameClock::stampOf(frame), steadyNow());
     // Frames of a trace may come all at once.
-    m_played = std::max(m_played, stampOf(frame) - *m_playedFrom);
+    m_played = std::max(m_played, FrameClock::stampOf(frame) - *m_playedFrom);
     return m_played;
 }
 

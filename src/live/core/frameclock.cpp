@@ -1,7 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "frameclock.h"
 
+#include <system/amounts.h>
+
+#include <QCanBusFrame>
+
 #include <algorithm>
+
+qint64 FrameClock::stampOf(const QCanBusFrame &frame)
+{
+    const QCanBusFrame::TimeStamp stamp = frame.timeStamp();
+    const bool isPlausible = stamp.seconds() >= 0 && stamp.seconds() < (Q_INT64_C(1) << 40);
+    return isPlausible ? stamp.seconds() * Microseconds::ofSecond + stamp.microSeconds() : 0;
+}
 
 qint64 FrameClock::timeOf(qint64 stamp, qint64 now)
 {

@@ -3,6 +3,8 @@
 
 #include <QtGlobal>
 
+class QCanBusFrame;
+
 /*! Gives frames their times on one line that only goes forward.
  *
  *  A driver's time stamps are exact, and of a clock that people and servers set, or there are none. A steady clock never
@@ -16,6 +18,9 @@ class FrameClock
 public:
     /*! How far stamps may go astray from the steady clock before they have jumped. */
     static constexpr qint64 largestDrift = 2'000'000;
+
+    /*! The driver's stamp of a frame in us; 0: none that can be one. */
+    static qint64 stampOf(const QCanBusFrame &frame);
 
     /*! The time of a frame with a driver's \a stamp (0: none), of which the program learnt at \a now of a clock that
      *  never goes backward.
