@@ -6,8 +6,16 @@
 #include <bundle/masking/tracemasking.h>
 
 #include <QJsonArray>
+#include <QtEndian>
+
+#include <algorithm>
+#include <array>
 
 namespace {
+
+constexpr int emergencySize = 8; // bytes of its frame: code, error register, the manufacturer's
+constexpr int registerAt = 2;
+constexpr int manufacturerAt = 3;
 
 QJsonValue masked(const QJsonValue &value, Masking *masking);
 
@@ -37,6 +45,19 @@ QJsonValue masked(const QJsonValue &value, Masking *masking)
     return value.isObject() ? QJsonValue(masked(value.toObject(), masking)) : value;
 }
 
+/*! An emergency has all bytes of its frame but those of the error code, and is to say what that says. */
+void mask(LiveEvent *event, Masking *masking)
+{
+    event->detail = masking->text(event->detail);
+    std::array<char, emergencySize> frame{};
+    qToLittleEndian(static_cast<quint16>(event->code), frame.data());
+    frame[registerAt] = static_cast<char>(event->errorRegister);
+    std::copy(event->manufacturer.begin(), event->manufacturer.end(), frame.begin() + manufacturerAt);
+    masking->sweep(frame.data(), emergencySize);
+    event->errorRegister = static_cast<quint8>(frame[registerAt]);
+    std::copy(frame.begin() + manufacturerAt, frame.end(), event->manufacturer.begin());
+}
+
 } // namespace
 
 SupportBundle BundleMasking::masked(SupportBundle bundle)
@@ -44,6 +65,7 @@ SupportBundle BundleMasking::masked(SupportBundle bundle)
     Masking masking;
     TraceMasking traces;
     masking.learnComputer();
+    masking.learnBus(bundle.system.value(QLatin1String("bus")).toString());
     if (bundle.snapshot) {
         SnapshotMasking::learn(*bundle.snapshot, &masking);
         traces.tell(*bundle.snapshot);
@@ -57,7 +79,7 @@ SupportBundle BundleMasking::masked(SupportBundle bundle)
     if (bundle.snapshot)
         bundle.snapshot = SnapshotMasking::masked(*bundle.snapshot, &masking);
     for (LiveEvent &event : bundle.events)
-        event.detail = masking.text(event.detail);
+        mask(&event, &masking);
     for (BundleMessage &message : bundle.messages)
         message.text = masking.text(message.text);
     bundle.system = ::masked(bundle.system, &masking);

@@ -123,6 +123,8 @@ private slots:
     void maskedFramesTellNothing();
     void mappingOfTheSnapshotCounts();
     void channelIsAText();
+    void emergencySaysWhatItsFrameSays();
+    void fileThatIsABus();
     void sameSerialStaysTheSame();
     void maskedOneCanBeUsed();
     void changedFileIsNotUsed();
@@ -274,6 +276,61 @@ void tst_BundleFile::channelIsAText()
     bundle.trace->head.channels = QStringList{QStringLiteral("adapter AB-7654321")};
     const QString channel = BundleMasking::masked(bundle).trace->head.channels.at(0);
     QVERIFY2(channel.startsWith(QLatin1String("adapter masked-")), qPrintable(channel));
+}
+
+/*! The number stands in the manufacturer's bytes. */
+void tst_BundleFile::emergencySaysWhatItsFrameSays()
+{
+    SupportBundle bundle;
+    bundle.trace.emplace();
+    SdoTraffic traffic(&*bundle.trace, 2);
+    traffic.put({0x1018, 4}, QByteArray::fromHex("d8c6b412"));
+    traffic.ask("4018100400000000");
+    traffic.add(0x082, "00ff81d8c6b41200");
+    LiveEvent event;
+    event.kind = EventKind::Emergency;
+    event.nodeId = 2;
+    event.code = 0xFF00;
+    event.errorRegister = 0x81;
+    event.manufacturer = {0xD8, 0xC6, 0xB4, 0x12, 0};
+    bundle.events.push_back(event);
+    const SupportBundle masked = BundleMasking::masked(bundle);
+    const TraceFrame &frame = masked.trace->frames.back();
+    QVERIFY(masked.events[0].manufacturer != event.manufacturer);
+    for (std::size_t i = 0; i < event.manufacturer.size(); ++i)
+        QCOMPARE(masked.events[0].manufacturer[i], frame.bytes[3 + i]);
+    QCOMPARE(int(masked.events[0].errorRegister), 0x81);
+    QCOMPARE(masked.events[0].code, 0xFF00U);
+    const QByteArray json = find(filesOf(masked), "events.json").bytes;
+    QVERIFY2(!json.toUpper().contains("D8C6B412"), json);
+    QVERIFY2(!json.contains("D8 C6 B4 12"), json);
+}
+
+void tst_BundleFile::fileThatIsABus()
+{
+    for (const char *address : {"trace:Anna Huber.log?speed=2", "trace:rides/Anna Huber.log",
+                                "trace:/home/x/Anna Huber.log", "simulated:Anna Huber.json"}) {
+        SupportBundle bundle;
+        bundle.system = {{QStringLiteral("bus"), QLatin1String(address)}};
+        bundle.snapshot.emplace();
+        bundle.snapshot->bus = QLatin1String(address);
+        bundle.trace.emplace();
+        bundle.trace->frames.push_back(frameAt(0, 0x182, "09000000"));
+        bundle.trace->head.channels = QStringList{
+            QFileInfo(
+                QString::fromLatin1(address).section(QLatin1Char('?'), 0, 0).section(QLatin1Char(':'), 1))
+                .fileName()};
+        QByteArray all;
+        const QVector<ZipFile::Entry> files = filesOf(BundleMasking::masked(bundle));
+        for (const ZipFile::Entry &file : files)
+            all += file.bytes;
+        QString error;
+        all += BundledTrace::fromBytes(find(files, "trace.log.gz").bytes, &error)
+                   ->head.channels.at(0)
+                   .toUtf8();
+        QVERIFY2(!all.contains("Huber"), all);
+        QVERIFY2(all.contains("trace:masked-") || all.contains("simulated:masked-"), all);
+    }
 }
 
 void tst_BundleFile::sameSerialStaysTheSame()

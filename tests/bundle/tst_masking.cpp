@@ -98,6 +98,8 @@ void tst_Masking::texts_data()
         << QStringLiteral("Anna asks Anna, anna") << QStringLiteral("X asks X, X");
     QTest::newRow("a serial that is a text")
         << QStringLiteral("device ab-12/77 is gone") << QStringLiteral("device X is gone");
+    QTest::newRow("serials in other languages")
+        << QStringLiteral("ZX-5512, F-0077 and NL-0088") << QStringLiteral("X, X and X");
     QTest::newRow("a path") << QStringLiteral("Saved: /home/anna/bike.dxsnap")
                             << QStringLiteral("Saved: X.dxsnap");
     QTest::newRow("nothing") << QStringLiteral("12.5 km/h, 2/3 and/or 1.")
@@ -115,6 +117,9 @@ void tst_Masking::texts()
     masking.learnName(QStringLiteral("anna"));
     masking.learnName(QStringLiteral("A"));
     masking.learnValue(deviceName, QByteArrayLiteral("Drive S/N: AB-12/77"));
+    masking.learnValue(deviceName, QByteArrayLiteral("Akku Seriennummer: ZX-5512"));
+    masking.learnValue(deviceName, QByteArrayLiteral("No de serie F-0077"));
+    masking.learnValue(deviceName, QByteArrayLiteral("Serienr. NL-0088"));
     QTEST(withX(masking.text(text)), "masked");
 }
 

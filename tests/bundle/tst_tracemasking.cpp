@@ -445,6 +445,7 @@ void tst_TraceMasking::whereverTheNumberStands()
     trace.frames.push_back(frameAt(0, 0x3A5, QByteArrayLiteral("ff01") + serialHex + "7a"));
     trace.frames.push_back(frameAt(1, 0x1234567, QByteArray(serialHex), TraceFrame::Extended));
     trace.frames.push_back(frameAt(2, 0x3A5, "e0be0f01"));
+    trace.frames.push_back(frameAt(3, 0x3A5, "ff000fbee0ff")); // the other byte first
     Masking masking;
     masking.learnNumber(serial);
     const Trace result = masked(trace, &masking);
@@ -454,6 +455,9 @@ void tst_TraceMasking::whereverTheNumberStands()
     QCOMPARE(int(result.frames[0].bytes[6]), 0x7A);
     QCOMPARE(wordAt(result.frames[1], 0), number);
     QCOMPARE(result.frames[2], trace.frames[2]);
+    QCOMPARE(qFromBigEndian<quint32>(result.frames[3].bytes.data() + 1), number);
+    QCOMPARE(int(result.frames[3].bytes[0]), 0xFF);
+    QCOMPARE(int(result.frames[3].bytes[5]), 0xFF);
 }
 
 void tst_TraceMasking::settingUpDevices_data()

@@ -95,8 +95,10 @@ QString serialName(quint16 index)
 QStringList serialsIn(const QString &text)
 {
     static const QRegularExpression called(
-        QStringLiteral("(?<![A-Za-z])(?:s/?n|ser(?:ial)?(?:[ ._-]*(?:no|nr|num|number))?)[\\s:#.=_-]*"
-                       "([A-Za-z0-9][A-Za-z0-9/-]*[0-9][A-Za-z0-9/-]*)"),
+        QStringLiteral(
+            "(?<![A-Za-z])(?:s/?n|ser(?:ial)?(?:[ ._-]*(?:no|nr|num|number))?|serien[ ._-]*(?:nr|nummer)"
+            "|serie[ ._-]*(?:nr|nummer)|(?:no|num[ée]ro)[ ._-]*(?:de )?s[ée]rie)[\\s:#.=_-]*"
+            "([A-Za-z0-9][A-Za-z0-9/-]*[0-9][A-Za-z0-9/-]*)"),
         QRegularExpression::CaseInsensitiveOption);
     QStringList found;
     for (auto match = called.globalMatch(text); match.hasNext();)
@@ -159,6 +161,20 @@ void Masking::learnSerial(const QString &serial)
     bool isNumber = false;
     const quint64 number = serial.trimmed().toULongLong(&isNumber);
     isNumber ? learnNumber(number) : learnName(serial);
+}
+
+void Masking::learnBus(const QString &address)
+{
+    const QString backEnd = address.section(QLatin1Char(':'), 0, 0);
+    const QString name = address.section(QLatin1Char(':'), 1).section(QLatin1Char('?'), 0, 0);
+    const bool isFile = backEnd == QLatin1String("trace")
+                        || (backEnd == QLatin1String("simulated") && name.contains(QLatin1Char('.')));
+    if (!isFile)
+        return;
+    QString fileName = QFileInfo(name).fileName();
+    learnName(name);
+    learnName(fileName);
+    learnName(fileName.replace(QLatin1Char(' '), QLatin1Char('_'))); // as a channel has it
 }
 
 void Masking::learnComputer()
@@ -294,11 +310,18 @@ void Masking::sweep(char *bytes, int size)
 {
     if (m_numbers.isEmpty())
         return;
+    const auto standsFor = [this](quint32 secret) {
+        return static_cast<quint32>(m_mask.number(secret, wordSize * Bits::ofByte));
+    };
     for (int at = 0; at + wordSize <= size; ++at) {
-        const auto word = qFromLittleEndian<quint32>(bytes + at);
-        if (!m_numbers.contains(word))
+        const auto little = qFromLittleEndian<quint32>(bytes + at);
+        const auto big = qFromBigEndian<quint32>(bytes + at);
+        if (m_numbers.contains(little))
+            qToLittleEndian(standsFor(little), bytes + at);
+        else if (m_numbers.contains(big))
+            qToBigEndian(standsFor(big), bytes + at);
+        else
             continue;
-        qToLittleEndian(static_cast<quint32>(m_mask.number(word, wordSize * Bits::ofByte)), bytes + at);
         at += wordSize - 1;
     }
 }

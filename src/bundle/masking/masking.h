@@ -38,6 +38,8 @@ public:
      *  called so ("S/N 12-3456").
      */
     void learnValue(CanOpen::ObjectKey key, const QByteArray &value);
+    /*! The file in the address of a bus that is one: "trace:Erika.log", "simulated:Erika.json". */
+    void learnBus(const QString &address);
     /*! The user of this computer, its name and the home folder. */
     void learnComputer();
 
@@ -50,7 +52,9 @@ public:
     QByteArray value(CanOpen::ObjectKey key, const QByteArray &value);
     /*! A number of \a bits that is a secret. */
     quint64 number(quint64 secret, int bits) { return m_mask.number(secret, bits); }
-    /*! Bytes of whatever it may be: serial numbers of 32 bits that are known, wherever they stand in it. */
+    /*! Bytes of whatever it may be: serial numbers of 32 bits that are known, wherever they stand in it, with either byte
+     *  first.
+     */
     void sweep(char *bytes, int size);
 
 private:

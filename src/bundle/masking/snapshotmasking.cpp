@@ -76,6 +76,7 @@ void SnapshotMasking::learn(const Snapshot &snapshot, Masking *masking)
     const SnapshotNotes &notes = snapshot.notes;
     for (const QString &name : {notes.vehicle, notes.customer, notes.technician, notes.note})
         masking->learnName(name);
+    masking->learnBus(snapshot.bus);
     for (const SnapshotNode &node : snapshot.nodes) {
         for (const SnapshotEntry &entry : node.entries)
             ::learn(entry, masking);
