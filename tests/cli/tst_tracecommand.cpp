@@ -2,6 +2,9 @@
 #include <cli/trace/bytecount.h>
 #include <tests/cli/program.h>
 
+#include <QCanBus>
+#include <QCanBusDevice>
+#include <QCanBusFrame>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -42,6 +45,7 @@ private slots:
     void statisticsAsJson();
     void recordsAVehicle();
     void recordsInPieces();
+    void saysWhatItCannotRemove();
     void recordsUntilInterrupted();
     void recordsWhatIsOlderThanASecond();
     void recordingThatCannotBegin();
@@ -335,6 +339,38 @@ void tst_TraceCommand::recordsInPieces()
     QVERIFY2(
         result.output.startsWith(QStringLiteral("Wrote 2 files from %1 on: ").arg(path("ride-0003.pcapng"))),
         qPrintable(result.output));
+}
+
+void tst_TraceCommand::saysWhatItCannotRemove()
+{
+    const QString address = QStringLiteral("tcp://127.0.0.1:%1/can0").arg(freePort());
+    const std::unique_ptr<QCanBusDevice> bus(
+        QCanBus::instance()->createDevice(QStringLiteral("virtualcan"), address));
+    QVERIFY(bus != nullptr && bus->connectDevice());
+    QVERIFY(QTest::qWaitFor([&bus] { return bus->state() == QCanBusDevice::ConnectedState; }, patience));
+    Program program(
+        words(QStringLiteral("trace record --bus virtualcan:%1 --output %2 --rotate 1 --keep 1 --for 20s")
+                  .arg(address, path("ride.log"))));
+    QVERIFY(QTest::qWaitFor([this] { return QFile::exists(path("ride-0001.log")); }, patience));
+    // A folder is not removed as a file is.
+    QVERIFY(QFile::remove(path("ride-0001.log")));
+    QVERIFY(QDir().mkdir(path("ride-0001.log")));
+    QVERIFY(QTest::qWaitFor(
+        [this, &bus] {
+            bus->writeFrame(QCanBusFrame(0x701, QByteArray(1, '\5')));
+            return QDir(m_folder->path()).entryList(QDir::Files).value(0) > QLatin1String("ride-0005.log");
+        },
+        patience));
+    QVERIFY(program.waitForErrors(QStringLiteral("cannot be removed")));
+    program.signal(SIGINT);
+    const Result result = program.finish();
+    QCOMPARE(result.errors, // once
+             QStringLiteral("%1 cannot be removed, so that more files are kept than --keep asks for.\n")
+                 .arg(path("ride-0001.log")));
+    QVERIFY2(
+        result.output.startsWith(QStringLiteral("Wrote 2 files from %1 on: ").arg(path("ride-0001.log"))),
+        qPrintable(result.output));
+    QCOMPARE(result.status, 0);
 }
 
 void tst_TraceCommand::recordsUntilInterrupted()

@@ -41,6 +41,9 @@ private slots:
     void numbersGoOn();
     void keepsTheNewest();
     void keepsAllUnlessAsked();
+    void keepsWhatIsThereWhenTheNextCannotBeMade();
+    void removesLaterWhatCannotBeRemovedNow();
+    void filesThatOthersRemove();
     void names_data();
     void names();
     void reserveAtTheBeginning();
@@ -186,6 +189,68 @@ void tst_TraceRecording::keepsAllUnlessAsked()
         QVERIFY(recording.add(frameAt(i), i));
     QVERIFY(recording.finish());
     QCOMPARE(there().size(), 34);
+}
+
+void tst_TraceRecording::keepsWhatIsThereWhenTheNextCannotBeMade()
+{
+    // Where the next file would be stands a link to where nothing can be made.
+    QVERIFY(QFile::link(path("no/such/folder"), path("ride-0002.log")));
+    TraceRecording::Settings settings;
+    settings.path = path("ride.log");
+    settings.rotateSize = 1000;
+    settings.keep = 1;
+    TraceRecording recording(settings, muchSpace);
+    QVERIFY(recording.begin(head, 0));
+    for (int i = 0; i < 22; ++i)
+        QVERIFY(recording.add(frameAt(i), i));
+    QVERIFY(!recording.add(frameAt(22), 22));
+    QCOMPARE(recording.errorString(),
+             path("ride-0002.log") + QStringLiteral(" cannot be written: no such file or folder."));
+    QCOMPARE(recording.files(), QStringList{path("ride-0001.log")});
+    QCOMPARE(framesIn("ride-0001.log"), size_t(22));
+}
+
+void tst_TraceRecording::removesLaterWhatCannotBeRemovedNow()
+{
+    TraceRecording::Settings settings;
+    settings.path = path("ride.log");
+    settings.rotateTime = second;
+    settings.keep = 2;
+    TraceRecording recording(settings, muchSpace);
+    QVERIFY(recording.begin(head, 0));
+    QVERIFY(recording.add(frameAt(0), second));
+    QVERIFY(!recording.keepsTooMany());
+    // A folder is not removed as a file is.
+    QVERIFY(QFile::remove(path("ride-0001.log")));
+    QVERIFY(QDir().mkdir(path("ride-0001.log")));
+    QVERIFY(recording.add(frameAt(1), 2 * second));
+    QVERIFY(recording.keepsTooMany());
+    QVERIFY(recording.add(frameAt(2), 3 * second));
+    QVERIFY(recording.keepsTooMany());
+    QCOMPARE(recording.files(),
+             (QStringList{path("ride-0001.log"), path("ride-0003.log"), path("ride-0004.log")}));
+    QCOMPARE(there(), (QStringList{QStringLiteral("ride-0003.log"), QStringLiteral("ride-0004.log")}));
+
+    QVERIFY(QDir().rmdir(path("ride-0001.log")));
+    QVERIFY(QFile::copy(path("ride-0003.log"), path("ride-0001.log")));
+    QVERIFY(recording.add(frameAt(3), 4 * second));
+    QVERIFY(!recording.keepsTooMany());
+    QCOMPARE(recording.files(), (QStringList{path("ride-0004.log"), path("ride-0005.log")}));
+    QCOMPARE(there(), (QStringList{QStringLiteral("ride-0004.log"), QStringLiteral("ride-0005.log")}));
+}
+
+void tst_TraceRecording::filesThatOthersRemove()
+{
+    TraceRecording::Settings settings;
+    settings.path = path("ride.log");
+    settings.rotateTime = second;
+    settings.keep = 1;
+    TraceRecording recording(settings, muchSpace);
+    QVERIFY(recording.begin(head, 0));
+    QVERIFY(QFile::remove(path("ride-0001.log")));
+    QVERIFY(recording.add(frameAt(0), second));
+    QVERIFY(!recording.keepsTooMany());
+    QCOMPARE(recording.files(), QStringList{path("ride-0002.log")});
 }
 
 void tst_TraceRecording::names_data()

@@ -6,6 +6,8 @@
 #include <QCanBusFrame>
 #include <QDateTime>
 
+#include <utility>
+
 namespace {
 
 constexpr int tickInterval = 250; // ms
@@ -74,6 +76,8 @@ void BusRecorder::handle(const QCanBusFrame &frame)
 
 void BusRecorder::tick()
 {
+    if (m_recording.keepsTooMany() && !std::exchange(m_hasToldOfFiles, true))
+        emit keepsTooMany(m_recording.files().first());
     if (!m_recording.advance(now()))
         emit ended();
 }

@@ -33,6 +33,8 @@ public:
 signals:
     /*! Recording has ended by itself, see recording(). */
     void ended();
+    /*! An older file cannot be removed, so that more are kept than asked for. Comes once. */
+    void keepsTooMany(const QString &file);
 
 private:
     void handle(const QCanBusFrame &frame);
@@ -46,4 +48,5 @@ private:
     RecordedTime m_time{0};
     QTimer m_timer;
     quint64 m_unrecorded = 0;
+    bool m_hasToldOfFiles = false;
 };

@@ -152,6 +152,13 @@ std::optional<ExitStatus> RecordOptions::parseTime()
             .arg(m_options.value(forOption)));
 }
 
+void sayWhatStays(const QString &file)
+{
+    Console::printError(
+        TraceRecordTr::tr("%1 cannot be removed, so that more files are kept than --keep asks for.")
+            .arg(QDir::toNativeSeparators(file)));
+}
+
 /*! Says what was recorded, and what was not. */
 void report(const BusRecorder &recorder)
 {
@@ -195,6 +202,7 @@ ExitStatus record(const RecordOptions &options)
         return isBusTrouble ? Exit::busNotOpened : Exit::fileFailed;
     }
     QObject::connect(&recorder, &BusRecorder::ended, &recorder, [&loop] { loop.end(); });
+    QObject::connect(&recorder, &BusRecorder::keepsTooMany, &recorder, &sayWhatStays);
     if (options.time())
         QTimer::singleShot(*options.time(), Qt::PreciseTimer, &recorder, [&loop] { loop.end(); });
     loop.run();

@@ -45,16 +45,12 @@ QString RecordingFiles::numbered(int number) const
 
 QString RecordingFiles::next()
 {
-    const QString name = m_kind == Kind::One ? m_path : numbered(++m_number);
-    if (!m_names.contains(name))
-        m_names.append(name);
-    return name;
+    return m_kind == Kind::One ? m_path : numbered(++m_number);
 }
 
-bool RecordingFiles::removeAllBut(int keep)
+void RecordingFiles::removeAllBut(int keep)
 {
-    bool isRemoved = true;
-    while (m_names.size() > keep)
-        isRemoved = QFile::remove(m_names.takeFirst()) && isRemoved;
-    return isRemoved;
+    const auto isGone = [](const QString &name) { return QFile::remove(name) || !QFile::exists(name); };
+    const auto firstKept = m_names.end() - std::min(keep, m_names.size());
+    m_names.erase(std::remove_if(m_names.begin(), firstKept, isGone), firstKept);
 }

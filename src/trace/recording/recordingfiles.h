@@ -15,10 +15,12 @@ public:
 
     /*! The next name. Of the same one each time when there is only one. */
     QString next();
-    /*! All names so far that are still there. */
+    /*! The file \a name has begun, and is the newest. */
+    void add(const QString &name) { m_names.append(name); }
+    /*! Those that were added and are still there. */
     QStringList names() const { return m_names; }
-    /*! Removes the oldest ones but \a keep; false when one cannot be removed, which then counts no more. */
-    bool removeAllBut(int keep);
+    /*! Removes the oldest ones but \a keep; what cannot be removed stays among the names. */
+    void removeAllBut(int keep);
 
 private:
     QString numbered(int number) const;

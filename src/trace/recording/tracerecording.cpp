@@ -43,13 +43,17 @@ bool TraceRecording::begin(const TraceHead &head, qint64 now)
 
 bool TraceRecording::beginFile(qint64 now)
 {
-    m_writer = TraceFile::create(m_files.next(), m_head, &m_error, TraceFile::Appearance::Growing);
+    const QString name = m_files.next();
+    m_writer = TraceFile::create(name, m_head, &m_error, TraceFile::Appearance::Growing);
+    if (!m_writer)
+        return false; // and nothing is removed for it
+    m_files.add(name);
     m_fileBegin = now;
     m_lastFlush = now;
     m_nextLook = lookPeriod;
     if (m_settings.keep > 0)
         m_files.removeAllBut(m_settings.keep);
-    return m_writer != nullptr;
+    return true;
 }
 
 bool TraceRecording::endFile()

@@ -49,6 +49,8 @@ public:
     quint64 frames() const { return m_frames; }
     /*! The files that are there. */
     QStringList files() const { return m_files.names(); }
+    /*! Whether files() are more than are to be kept: one cannot be removed. With each file that begins it is tried again. */
+    bool keepsTooMany() const { return m_settings.keep > 0 && files().size() > m_settings.keep; }
     /*! Why recording ended by itself. */
     QString errorString() const { return m_error; }
 
