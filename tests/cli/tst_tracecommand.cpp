@@ -48,6 +48,8 @@ private slots:
     void saysWhatItCannotRemove();
     void recordsUntilInterrupted();
     void recordsWhatIsOlderThanASecond();
+    void recordsToStandardOutput();
+    void recordsWithoutAReserve();
     void recordingThatCannotBegin();
 
 private:
@@ -398,6 +400,25 @@ void tst_TraceCommand::recordsWhatIsOlderThanASecond()
     QVERIFY(QJsonDocument::fromJson(counted.output.toUtf8()).object().value(QStringLiteral("frames")).toInt()
             > 0);
     QCOMPARE(counted.status, 7); // its end is missing
+}
+
+void tst_TraceCommand::recordsToStandardOutput()
+{
+    const Result result
+        = trace(QStringLiteral("record --bus simulated:pedelec --output - --for 3s --reserve 1000000G"));
+    QCOMPARE(result.status, 0);
+    QVERIFY2(result.output.contains(QStringLiteral(" pedelec 701#")), qPrintable(result.output));
+    QVERIFY2(result.errors.startsWith(QStringLiteral("Wrote -: ")), qPrintable(result.errors));
+}
+
+void tst_TraceCommand::recordsWithoutAReserve()
+{
+    const Result result
+        = trace(QStringLiteral("record --bus simulated:pedelec --output %1 --for 3s --reserve 0")
+                    .arg(path("ride.log")));
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.status, 0);
+    QVERIFY(bytesOf("ride.log").contains(" pedelec 701#"));
 }
 
 void tst_TraceCommand::recordingThatCannotBegin()

@@ -49,6 +49,8 @@ private slots:
     void reserveAtTheBeginning();
     void reserveWhileRecording();
     void unknownSpace();
+    void noReserve();
+    void standardOutputIsOnNoDisk();
     void failsToBegin();
     void timesOfFrames();
     void framesThatCanBeHeld();
@@ -321,6 +323,27 @@ void tst_TraceRecording::unknownSpace()
     TraceRecording recording(settings, [](const QString &) { return -1; });
     QVERIFY(recording.begin(head, 0));
     QVERIFY(recording.advance(5 * second));
+}
+
+void tst_TraceRecording::noReserve()
+{
+    int looks = 0;
+    TraceRecording::Settings settings;
+    settings.path = path("ride.log");
+    settings.reserve = 0;
+    TraceRecording recording(settings, [&looks](const QString &) { return ++looks; });
+    QVERIFY(recording.begin(head, 0));
+    QVERIFY(recording.add(frameAt(0), 0));
+    QVERIFY(recording.advance(5 * second));
+    QVERIFY(recording.finish());
+    QCOMPARE(looks, 0);
+    QCOMPARE(framesIn("ride.log"), size_t(1));
+}
+
+void tst_TraceRecording::standardOutputIsOnNoDisk()
+{
+    QCOMPARE(systemFreeSpace(QStringLiteral("-")), qint64(-1));
+    QVERIFY(systemFreeSpace(path("ride.log")) > 0);
 }
 
 void tst_TraceRecording::failsToBegin()

@@ -70,9 +70,10 @@ RecordOptions::RecordOptions()
          TraceRecordTr::tr("With --rotate: keep only the newest N files of this recording and remove "
                            "the older ones; usually all are kept."),
          QStringLiteral("N")});
-    m_options.addOption({reserveOption,
-                         TraceRecordTr::tr("End when less than this is left on the disk; usually 200M."),
-                         QStringLiteral("SIZE")});
+    m_options.addOption(
+        {reserveOption,
+         TraceRecordTr::tr("End when less than this is left on the disk; usually 200M. 0: never."),
+         QStringLiteral("SIZE")});
 }
 
 std::optional<ExitStatus> RecordOptions::parse(const QStringList &arguments)
@@ -132,12 +133,13 @@ std::optional<ExitStatus> RecordOptions::parseReserve()
 {
     if (!m_options.isSet(reserveOption))
         return std::nullopt;
-    const std::optional<qint64> reserve = parseByteCount(m_options.value(reserveOption));
+    const QString text = m_options.value(reserveOption);
+    const std::optional<qint64> reserve = text == QLatin1String("0") ? qint64(0) : parseByteCount(text);
     m_settings.reserve = reserve.value_or(0);
-    return reserve ? std::nullopt
-                   : std::make_optional(m_options.complain(
-                       TraceRecordTr::tr("\"%1\" is no size; one is written like 500k, 100M or 2G.")
-                           .arg(m_options.value(reserveOption))));
+    return reserve
+               ? std::nullopt
+               : std::make_optional(m_options.complain(
+                   TraceRecordTr::tr("\"%1\" is no size; one is written like 500k, 100M or 2G.").arg(text)));
 }
 
 std::optional<ExitStatus> RecordOptions::parseTime()

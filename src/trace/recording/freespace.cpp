@@ -6,6 +6,8 @@
 
 qint64 systemFreeSpace(const QString &path)
 {
+    if (path == QLatin1String("-"))
+        return -1;
     const QStorageInfo storage(QFileInfo(path).absolutePath());
     return storage.isValid() ? storage.bytesAvailable() : -1;
 }

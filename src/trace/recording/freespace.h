@@ -8,5 +8,5 @@
 /*! How many bytes are left for the file \a path or its folder; -1 when nobody knows. */
 using FreeSpace = std::function<qint64(const QString &path)>;
 
-/*! As the system tells it. */
+/*! As the system tells it. Of standard output ("-") nobody knows: it is on no disk. */
 qint64 systemFreeSpace(const QString &path);

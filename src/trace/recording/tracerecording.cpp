@@ -85,6 +85,8 @@ bool TraceRecording::stop(const QString &sentence)
 
 bool TraceRecording::hasSpace()
 {
+    if (m_settings.reserve == 0)
+        return true;
     const qint64 left = m_freeSpace(m_settings.path);
     if (left < 0 || left >= m_settings.reserve)
         return true;

@@ -28,7 +28,7 @@ public:
         qint64 rotateSize = 0;        //!< bytes after which the next file begins; 0: never
         qint64 rotateTime = 0;        //!< us after which it does; 0: never
         int keep = 0;                 //!< the newest files of this recording; 0: all
-        qint64 reserve = 200'000'000; //!< bytes that must stay free
+        qint64 reserve = 200'000'000; //!< bytes that must stay free; 0: nobody looks
     };
 
     explicit TraceRecording(const Settings &settings, FreeSpace freeSpace = systemFreeSpace);
