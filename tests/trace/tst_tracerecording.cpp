@@ -39,6 +39,7 @@ private slots:
     void rotatesBySize();
     void rotatesByTime();
     void numbersGoOn();
+    void leavesFilesThatCameMeanwhile();
     void keepsTheNewest();
     void keepsAllUnlessAsked();
     void keepsWhatIsThereWhenTheNextCannotBeMade();
@@ -158,6 +159,25 @@ void tst_TraceRecording::numbersGoOn()
     TraceRecording recording(settings, muchSpace);
     QVERIFY(recording.begin(head, 0));
     QCOMPARE(recording.files(), QStringList{path("ride-0008.log")});
+}
+
+void tst_TraceRecording::leavesFilesThatCameMeanwhile()
+{
+    TraceRecording::Settings settings;
+    settings.path = path("ride.log");
+    settings.rotateTime = second;
+    TraceRecording recording(settings, muchSpace);
+    TraceRecording other(settings, muchSpace);
+    QVERIFY(recording.begin(head, 0));
+    // Two recordings of one name, as of two programs
+    QVERIFY(other.begin(head, 0));
+    QVERIFY(other.add(frameAt(0), 0));
+    QVERIFY(recording.add(frameAt(1), second));
+    QVERIFY(recording.finish());
+    QVERIFY(other.finish());
+    QCOMPARE(recording.files(), (QStringList{path("ride-0001.log"), path("ride-0003.log")}));
+    QCOMPARE(other.files(), QStringList{path("ride-0002.log")});
+    QCOMPARE(framesIn("ride-0002.log"), size_t(1));
 }
 
 void tst_TraceRecording::keepsTheNewest()

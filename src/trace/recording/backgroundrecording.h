@@ -36,6 +36,8 @@ public:
     /*! No more frames come: when all is written, ended() is told. */
     void finish();
 
+    /*! The name that was given; of a recording that rotates no file has it. */
+    QString path() const { return m_path; }
     /*! How many frames were added. */
     quint64 added() const { return m_added; }
     /*! How many of them were written, as far as the other thread has told. */

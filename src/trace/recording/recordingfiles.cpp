@@ -45,7 +45,12 @@ QString RecordingFiles::numbered(int number) const
 
 QString RecordingFiles::next()
 {
-    return m_kind == Kind::One ? m_path : numbered(++m_number);
+    if (m_kind == Kind::One)
+        return m_path;
+    do {
+        ++m_number;
+    } while (QFile::exists(numbered(m_number))); // of another recording of the same name
+    return numbered(m_number);
 }
 
 void RecordingFiles::removeAllBut(int keep)

@@ -13,7 +13,7 @@ public:
     /*! Numbers begin behind those of files that are there. */
     RecordingFiles(const QString &path, Kind kind);
 
-    /*! The next name. Of the same one each time when there is only one. */
+    /*! The next name, behind files that have come meanwhile. The same one each time when there is only one. */
     QString next();
     /*! The file \a name has begun, and is the newest. */
     void add(const QString &name) { m_names.append(name); }

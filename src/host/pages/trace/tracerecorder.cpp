@@ -186,8 +186,9 @@ bool TraceRecorder::record(const QString &fileName, QString *errorMessage)
 
 bool TraceRecorder::isFinishing(const QString &fileName) const
 {
-    return std::any_of(m_finishing.begin(), m_finishing.end(),
-                       [&fileName](const auto &recording) { return recording->files().contains(fileName); });
+    return std::any_of(m_finishing.begin(), m_finishing.end(), [&fileName](const auto &recording) {
+        return recording->path() == fileName || recording->files().contains(fileName);
+    });
 }
 
 void TraceRecorder::stopRecording()

@@ -53,6 +53,7 @@ private slots:
     void faultAfterARecordingIsSaved();
     void nextRecordingEndsTheOneBefore();
     void fileThatIsStillWritten();
+    void filesThatAreStillWritten();
     void recordingThatCannotGoOn();
     void recordingThatCannotBegin();
     void opensAFile();
@@ -601,6 +602,27 @@ void tst_TraceSession::fileThatIsStillWritten()
     QCOMPARE(load(path("ride.log")).frames.size(), std::size_t(1));
     m_session->record(path("ride.log"));
     QVERIFY(m_session->recorder().isRecording());
+}
+
+/*! The one that goes on could begin the next file under a name that the new one has taken. */
+void tst_TraceSession::filesThatAreStillWritten()
+{
+    TraceSettings settings = m_session->recorder().settings();
+    settings.rotation = TraceSettings::Rotation::Time;
+    settings.rotationMinutes = 1;
+    m_session->recorder().setSettings(settings);
+    connectToBus();
+    m_session->record(path("ride.log"));
+    heartbeat();
+    m_session->recorder().stopRecording();
+    m_session->record(path("ride.log")); // at once
+    QCOMPARE(m_failed, QStringList(QStringLiteral("%1 is still being written. Choose another name.")
+                                       .arg(QDir::toNativeSeparators(path("ride.log")))));
+    QVERIFY(!m_session->recorder().isRecording());
+    wait(500);
+    QCOMPARE(load(path("ride-0001.log")).frames.size(), std::size_t(1));
+    m_session->record(path("ride.log"));
+    QCOMPARE(m_session->recorder().recordingFile(), path("ride-0002.log"));
 }
 
 void tst_TraceSession::recordingThatCannotGoOn()
