@@ -14,6 +14,12 @@ namespace Microseconds {
 constexpr qint64 ofMillisecond = 1'000;
 constexpr qint64 ofSecond = 1'000'000;
 constexpr qint64 ofMinute = 60 * ofSecond;
+
+/*! The number of the second in which \a time lies: 0 from 0 on, -1 up to then. */
+constexpr qint64 secondOf(qint64 time)
+{
+    return time / ofSecond - (time % ofSecond < 0 ? 1 : 0);
+}
 } // namespace Microseconds
 
 namespace Bits {

@@ -19,6 +19,7 @@ private slots:
     void nothing();
     void counts();
     void busiestSecond();
+    void secondsBeforeZero();
     void backwardTimes();
 };
 
@@ -69,6 +70,15 @@ void tst_TraceStatistics::busiestSecond()
     for (const qint64 time : {0, 100, 1'000'000, 1'200'000, 1'999'999, 2'000'000})
         statistics.add(traceFrame(time, 1, ""));
     QCOMPARE(statistics.channels().at(0).mostBits, quint64(150));
+}
+
+void tst_TraceStatistics::secondsBeforeZero()
+{
+    TraceStatistics statistics;
+    for (const qint64 time : {-1'000'001, -1'000'000, -1, 0, 999'999, 1'000'000})
+        statistics.add(traceFrame(time, 1, ""));
+    // 50 bits each, two in a second
+    QCOMPARE(statistics.channels().at(0).mostBits, quint64(100));
 }
 
 void tst_TraceStatistics::backwardTimes()

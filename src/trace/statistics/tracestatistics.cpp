@@ -61,7 +61,7 @@ void TraceStatistics::add(const TraceFrame &frame)
 void TraceStatistics::countSecond(quint8 channel, qint64 time, int bits)
 {
     Second &second = m_seconds[channel];
-    const qint64 number = time / Microseconds::ofSecond;
+    const qint64 number = Microseconds::secondOf(time);
     if (number != second.number)
         second = {number, 0};
     second.bits += static_cast<quint64>(bits);

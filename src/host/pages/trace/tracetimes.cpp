@@ -15,7 +15,7 @@ constexpr int microDigits = 6;
 struct Parts
 {
     explicit Parts(qint64 time)
-        : seconds(time / Microseconds::ofSecond - (time % Microseconds::ofSecond < 0 ? 1 : 0))
+        : seconds(Microseconds::secondOf(time))
         , rest(time - seconds * Microseconds::ofSecond)
     {
     }
