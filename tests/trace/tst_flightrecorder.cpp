@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "traceframes.h"
 
+#include <tests/support/unprivileged.h>
 #include <trace/recording/faultsaving.h>
 #include <trace/recording/flightrecorder.h>
 #include <trace/recording/tracefolder.h>
@@ -17,6 +18,13 @@ void record(FlightRecorder *recorder, qint64 from, int frames, qint64 apart)
 {
     for (int i = 0; i < frames; ++i)
         recorder->add(traceFrame(from + i * apart, static_cast<quint32>(i % 0x800), ""));
+}
+
+void writeLarge(const QString &fileName)
+{
+    QFile file(fileName);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(QByteArray(2'000'000, 'x')), qint64(2'000'000));
 }
 
 } // namespace
@@ -37,6 +45,8 @@ private slots:
     void savesAfterAFault();
     void savesNotTooOften();
     void folderIsBounded();
+    void folderWhoseFilesStay();
+    void newestAloneIsTooLarge();
     void folderKeepsAReserve();
     void folderThatCannotBe();
 };
@@ -187,6 +197,49 @@ void tst_FlightRecorder::folderIsBounded()
     // The newest one stays, whatever its size.
     TraceFolder(path, 1).save(trace, time.addSecs(1), &error);
     QCOMPARE(bounded.files(), QStringList{path + QStringLiteral("/trace 2026-11-22 08.30.21.log.gz")});
+}
+
+/*! Nothing can be removed from a folder that may only be read; what is saved goes through links to elsewhere. */
+void tst_FlightRecorder::folderWhoseFilesStay()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("traces"));
+    const QString elsewhere = folder.filePath(QStringLiteral("elsewhere"));
+    QVERIFY(QDir().mkdir(path) && QDir().mkdir(elsewhere));
+    writeLarge(path + QStringLiteral("/trace 2026-11-22 08.30.11.log.gz"));
+    writeLarge(path + QStringLiteral("/trace 2026-11-22 08.30.12.log.gz"));
+    QVERIFY(QFile::link(elsewhere + QStringLiteral("/new.log.gz"),
+                        path + QStringLiteral("/trace 2026-11-22 08.30.15.log.gz")));
+    const Unprivileged unprivileged({folder.path(), path, elsewhere});
+    QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner));
+
+    const QDateTime time(QDate(2026, 11, 22), QTime(8, 30, 15), Qt::UTC);
+    const TraceFolder traces(path, 3'000'000);
+    QString error;
+    QCOMPARE(traces.save(Trace(), time, &error), path + QStringLiteral("/trace 2026-11-22 08.30.15.log.gz"));
+    QCOMPARE(error, QStringLiteral("The folder %1 takes more than 3 MB: trace 2026-11-22 08.30.11.log.gz "
+                                   "cannot be removed.")
+                        .arg(path));
+    QCOMPARE(traces.files().size(), 3);
+
+    QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    error.clear();
+    QVERIFY(!traces.save(Trace(), time.addSecs(1), &error).isEmpty());
+    QCOMPARE(error, QString());
+    QCOMPARE(traces.files().first(), path + QStringLiteral("/trace 2026-11-22 08.30.12.log.gz"));
+    QCOMPARE(traces.files().size(), 3);
+}
+
+/*! The newest one stays, and nobody is to mend that. */
+void tst_FlightRecorder::newestAloneIsTooLarge()
+{
+    const QTemporaryDir folder;
+    QString error;
+    const QDateTime time(QDate(2026, 11, 22), QTime(8, 30, 15), Qt::UTC);
+    Trace trace;
+    trace.frames.push_back(traceFrame(0, 1, ""));
+    QVERIFY(!TraceFolder(folder.path(), 1).save(trace, time, &error).isEmpty());
+    QCOMPARE(error, QString());
 }
 
 void tst_FlightRecorder::folderKeepsAReserve()

@@ -36,7 +36,7 @@ QString TraceFolder::save(const Trace &trace, const QDateTime &time, QString *er
         = folder.filePath(time.toUTC().toString(QStringLiteral("'trace 'yyyy-MM-dd hh.mm.ss'.log.gz'")));
     if (!TraceFile::save(file, trace, errorMessage))
         return {};
-    removeOldest();
+    removeOldest(errorMessage);
     return file;
 }
 
@@ -51,14 +51,23 @@ QStringList TraceFolder::files() const
     return paths;
 }
 
-void TraceFolder::removeOldest() const
+void TraceFolder::removeOldest(QString *errorMessage) const
 {
     QStringList paths = files();
     qint64 size = 0;
     for (const QString &path : qAsConst(paths))
         size += QFileInfo(path).size();
+    QString left;
     while (size > m_mostBytes && paths.size() > 1) {
-        size -= QFileInfo(paths.first()).size();
-        QFile::remove(paths.takeFirst());
+        const QFileInfo oldest(paths.takeFirst());
+        const qint64 freed = oldest.size();
+        if (QFile::remove(oldest.filePath()))
+            size -= freed;
+        else if (left.isEmpty())
+            left = oldest.fileName();
     }
+    if (size > m_mostBytes && !left.isEmpty())
+        *errorMessage = TraceFolderTr::tr("The folder %1 takes more than %2 MB: %3 cannot be removed.")
+                            .arg(QDir::toNativeSeparators(m_path),
+                                 QString::number(m_mostBytes / Bytes::ofMegabyte), left);
 }

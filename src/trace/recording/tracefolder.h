@@ -28,7 +28,8 @@ public:
 
     /*! Saves \a trace under the name of \a time; the folder is made when it is not there. Then the oldest ones go until
      *  the rest is within the bound; the newest one always stays. On a disk with less than the reserve nothing is saved. The
-     *  file's path; empty with a sentence on failure.
+     *  file's path; empty with a sentence on failure. With a path, too, there is a sentence when older ones cannot be removed
+     *  and the bound is not kept.
      */
     QString save(const Trace &trace, const QDateTime &time, QString *errorMessage) const;
 
@@ -36,7 +37,7 @@ public:
     QStringList files() const;
 
 private:
-    void removeOldest() const;
+    void removeOldest(QString *errorMessage) const;
 
     QString m_path;
     qint64 m_mostBytes;

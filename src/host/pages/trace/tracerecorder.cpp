@@ -12,6 +12,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -146,14 +147,19 @@ void TraceRecorder::saveByItself()
             saved.file = folder.save(flight.all(), time, &saved.problem);
             return saved;
         },
-        [this](const Saved &saved) {
-            if (saved.file.isEmpty())
-                emit warned(
-                    tr("What was on the bus before a fault could not be saved. %1").arg(saved.problem));
-            else
-                emit told(tr("What was on the bus before a fault is saved: %1")
-                              .arg(QDir::toNativeSeparators(saved.file)));
-        });
+        [this](const Saved &saved) { reportSaved(saved.file, saved.problem); });
+}
+
+void TraceRecorder::reportSaved(const QString &file, const QString &problem)
+{
+    if (file.isEmpty()) {
+        emit warned(tr("What was on the bus before a fault could not be saved. %1").arg(problem));
+        return;
+    }
+    emit told(tr("What was on the bus before a fault is saved: %1").arg(QDir::toNativeSeparators(file)));
+    const bool wasTooLarge = std::exchange(m_isFolderTooLarge, !problem.isEmpty());
+    if (m_isFolderTooLarge && !wasTooLarge)
+        emit warned(problem);
 }
 
 bool TraceRecorder::record(const QString &fileName, QString *errorMessage)

@@ -78,6 +78,7 @@ private:
     void tick();
     void noticeFaults();
     void saveByItself();
+    void reportSaved(const QString &file, const QString &problem);
     void endRecording(BackgroundRecording *recording);
     void report(const BackgroundRecording &recording);
     bool isFinishing(const QString &fileName) const;
@@ -97,4 +98,5 @@ private:
     std::vector<std::unique_ptr<BackgroundRecording>> m_finishing; // that were stopped and are still written
     qint64 m_recordingBegin = 0;                                   // us
     bool m_isListening = false;
+    bool m_isFolderTooLarge = false; // that was told
 };

@@ -4,6 +4,7 @@
 #include <host/pages/trace/tracerows.h>
 #include <host/pages/trace/tracesession.h>
 #include <tests/support/fakebus.h>
+#include <tests/support/unprivileged.h>
 #include <trace/files/tracefile.h>
 
 #include <live/events/eventlist.h>
@@ -48,6 +49,7 @@ private slots:
     void faultOfAPlayedTraceIsNotSaved();
     void requestsToAPlayedTraceHaveItsTime();
     void automaticSavingIsBounded();
+    void boundThatCannotBeKeptIsToldOnce();
     void records();
     void recordingOutlastsTheConnection();
     void faultAfterARecordingIsSaved();
@@ -516,6 +518,40 @@ void tst_TraceSession::automaticSavingIsBounded()
     QCOMPARE(automatic().size(), 2);
     QVERIFY(automatic().contains(QStringLiteral("my ride.log.gz"))); // the user's
     QVERIFY(!automatic().contains(QStringLiteral("trace 2020-01-01 00.00.00.log.gz")));
+}
+
+/*! Nothing can be removed from a folder that may only be read; what is saved goes through links to elsewhere. */
+void tst_TraceSession::boundThatCannotBeKeptIsToldOnce()
+{
+    QVERIFY(QDir().mkpath(path("traces")));
+    QVERIFY(QDir().mkpath(path("elsewhere")));
+    QFile old(path("traces/trace 2020-01-01 00.00.00.log.gz"));
+    QVERIFY(old.open(QIODevice::WriteOnly));
+    old.write(QByteArray(2'000'000, 'x'));
+    old.close();
+    constexpr int seconds = 600; // in any of which a name may be given
+    for (int i = 0; i < seconds; ++i) {
+        const QString name = QDateTime::currentDateTimeUtc().addSecs(i).toString(
+            QStringLiteral("/'trace 'yyyy-MM-dd hh.mm.ss'.log.gz'"));
+        QFile::link(path("elsewhere") + name, path("traces") + name);
+    }
+    const Unprivileged unprivileged({m_folder->path(), path("traces"), path("elsewhere")});
+    QVERIFY(QFile::setPermissions(path("traces"), QFile::ReadOwner | QFile::ExeOwner));
+    TraceSettings settings = m_session->recorder().settings();
+    settings.mostBytes = 1'000'000;
+    m_session->recorder().setSettings(settings);
+    connectToBus();
+    heartbeat();
+    for (int i = 0; i < 2; ++i) {
+        addEvent(EventKind::Emergency);
+        wait(61'000);
+        finishWork();
+    }
+    QVERIFY(QFile::setPermissions(path("traces"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    QCOMPARE(m_told.filter(QStringLiteral("before a fault is saved")).size(), 2);
+    QCOMPARE(m_problems, QStringList(QStringLiteral("The folder %1 takes more than 1 MB: trace 2020-01-01 "
+                                                    "00.00.00.log.gz cannot be removed.")
+                                         .arg(QDir::toNativeSeparators(path("traces")))));
 }
 
 void tst_TraceSession::records()
