@@ -5445,6 +5445,10 @@ Jetzt: %2</translation>
         <source>Less than %1 MB are left on the disk of %2.</source>
         <translation>Auf dem Datenträger von %2 sind weniger als %1 MB frei.</translation>
     </message>
+    <message>
+        <source>The folder %1 takes more than %2 MB: %3 cannot be removed.</source>
+        <translation>Der Ordner %1 belegt mehr als %2 MB: %3 kann nicht gelöscht werden.</translation>
+    </message>
 </context>
 <context>
     <name>TraceLines</name>

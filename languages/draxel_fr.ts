@@ -5445,6 +5445,10 @@ Maintenant&#xa0;: %2</translation>
         <source>Less than %1 MB are left on the disk of %2.</source>
         <translation>Il reste moins de %1&#xa0;Mo sur le disque de %2.</translation>
     </message>
+    <message>
+        <source>The folder %1 takes more than %2 MB: %3 cannot be removed.</source>
+        <translation>Le dossier %1 occupe plus de %2&#xa0;Mo&#xa0;: %3 ne peut pas être supprimé.</translation>
+    </message>
 </context>
 <context>
     <name>TraceLines</name>

@@ -5445,6 +5445,10 @@ Nu: %2</translation>
         <source>Less than %1 MB are left on the disk of %2.</source>
         <translation>Op de schijf van %2 is minder dan %1 MB over.</translation>
     </message>
+    <message>
+        <source>The folder %1 takes more than %2 MB: %3 cannot be removed.</source>
+        <translation>De map %1 neemt meer dan %2 MB in: %3 kan niet worden verwijderd.</translation>
+    </message>
 </context>
 <context>
     <name>TraceLines</name>

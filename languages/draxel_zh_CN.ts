@@ -5423,6 +5423,10 @@ Now: %2</source>
         <source>Less than %1 MB are left on the disk of %2.</source>
         <translation>%2 所在磁盘剩余空间不足 %1 MB。</translation>
     </message>
+    <message>
+        <source>The folder %1 takes more than %2 MB: %3 cannot be removed.</source>
+        <translation>文件夹 %1 占用超过 %2 MB：无法删除 %3。</translation>
+    </message>
 </context>
 <context>
     <name>TraceLines</name>
