@@ -124,6 +124,10 @@ void tst_BundleCommand::ofAPlayedTrace()
     }
     QCOMPARE(heard, 30);
     QVERIFY(asked > 0);
+    const QByteArray events = fileOf("b.zip", "events.json");
+    QVERIFY2(events.contains("\"kind\": \"nodeHeard\""), events);
+    for (const QByteArray &line : events.split('\n'))
+        QVERIFY2(!line.contains("ime\": ") || line.contains("ime\": \"2020-09-1"), line);
 }
 
 void tst_BundleCommand::ofFiles()

@@ -7,6 +7,7 @@
 #include <QDateTime>
 
 #include <limits>
+#include <utility>
 
 BundleListening::BundleListening(BusConnection *bus)
     : m_bus(bus)
@@ -25,7 +26,11 @@ void BundleListening::begin(const BusAddress &address)
     m_time = RecordedTime(QDateTime::currentMSecsSinceEpoch() * Microseconds::ofMillisecond);
     // "can0", also of "tcp://localhost:35468/can0"
     m_recorder.setHead({{address.interfaceName.section(QLatin1Char('/'), -1)}, true});
-    m_live.start();
+    // Not before: a trace that is played tells its time when it is open.
+    connect(m_bus, &BusConnection::stateChanged, this, [this](BusConnection::State state) {
+        if (state == BusConnection::State::Connected && !std::exchange(m_hasBegun, true))
+            m_live.start();
+    });
 }
 
 void BundleListening::take(const QCanBusFrame &frame, TraceFrame::Flag flag)

@@ -40,4 +40,5 @@ private:
     FlightRecorder m_recorder;
     RecordedTime m_time{0};
     QElapsedTimer m_steady;
+    bool m_hasBegun = false;
 };
