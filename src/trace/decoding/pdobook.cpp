@@ -27,6 +27,12 @@ quint32 deviceKey(int channel, quint8 nodeId)
     return quint32(channel) << 8 | nodeId;
 }
 
+int channelOf(quint32 key)
+{
+    constexpr int nodeBits = 8;
+    return static_cast<int>(key >> nodeBits);
+}
+
 quint32 ownerOf(int channel, quint8 nodeId, quint16 parameter)
 {
     constexpr quint32 parameterMask = 0xFFF; // 400h to 9FFh
@@ -65,27 +71,53 @@ std::optional<quint32> numberIn(const QByteArray &data)
 
 } // namespace
 
+/*! Keeps what the trace has not said. Whether it is something else than before. */
+bool PdoBook::Device::tell(quint32 object, quint32 value)
+{
+    const auto known = values.constFind(object);
+    const bool isNews = known == values.constEnd() || (known->isTold && known->value != value);
+    if (isNews)
+        values.insert(object, {value, 0, true});
+    return isNews;
+}
+
 void PdoBook::tell(quint8 nodeId, const CanOpen::ObjectLookup &lookup)
 {
-    Device &device = deviceOf(everyChannel, nodeId);
+    tell(everyChannel, nodeId, &deviceOf(everyChannel, nodeId), lookup);
+    for (auto &device : m_devices) {
+        const int channel = channelOf(device.first);
+        if (channel != everyChannel && device.first == deviceKey(channel, nodeId))
+            tell(channel, nodeId, &device.second, lookup);
+    }
+}
+
+void PdoBook::tell(int channel, quint8 nodeId, Device *device, const CanOpen::ObjectLookup &lookup)
+{
+    for (const quint16 first : {CanOpen::firstReceivePdo, CanOpen::firstTransmitPdo}) {
+        for (int number = 0; number < CanOpen::mostPdos; ++number)
+            tell({channel, nodeId, static_cast<quint16>(first + number)}, device, lookup);
+    }
+}
+
+/*! Of a PDO that the trace has said nothing of, what is told for every channel is enough. */
+void PdoBook::tell(const Pdo &pdo, Device *device, const CanOpen::ObjectLookup &lookup)
+{
+    bool isNews = false;
     const auto take = [&](ObjectKey key) {
         const std::optional<quint32> value = lookup(key);
-        if (value)
-            device.values.insert(valueKey(key), {*value, 0, true});
+        isNews = (value && device->tell(valueKey(key), *value)) || isNews;
         return value;
     };
-    for (const quint16 first : {CanOpen::firstReceivePdo, CanOpen::firstTransmitPdo}) {
-        for (int number = 0; number < CanOpen::mostPdos; ++number) {
-            const auto parameter = static_cast<quint16>(first + number);
-            if (!take({parameter, cobIdSub}))
-                continue;
-            const auto mapping = static_cast<quint16>(parameter + mappingOffset);
-            const quint32 count = take({mapping, 0}).value_or(0);
-            for (quint32 sub = 1; sub <= std::min<quint32>(count, CanOpen::mostMappedObjects); ++sub)
-                take({mapping, static_cast<quint8>(sub)});
-            update({everyChannel, nodeId, parameter}, &device, 0);
-        }
-    }
+    if (!take({pdo.parameter, cobIdSub}))
+        return;
+    const auto mapping = static_cast<quint16>(pdo.parameter + mappingOffset);
+    const quint32 count = take({mapping, 0}).value_or(0);
+    for (quint32 sub = 1; sub <= std::min<quint32>(count, CanOpen::mostMappedObjects); ++sub)
+        take({mapping, static_cast<quint8>(sub)});
+    const bool isPlaced = pdo.channel == everyChannel
+                          || m_heardSince.contains(ownerOf(pdo.channel, pdo.nodeId, pdo.parameter));
+    if (isNews && isPlaced)
+        update(pdo, device, 0);
 }
 
 /*! A device that the trace says something of begins with what was told of its node. */
@@ -96,12 +128,8 @@ PdoBook::Device &PdoBook::deviceOf(int channel, quint8 nodeId)
         return known->second;
     Device &device = m_devices[deviceKey(channel, nodeId)];
     const auto told = m_devices.find(deviceKey(everyChannel, nodeId));
-    if (channel == everyChannel || told == m_devices.end())
-        return device;
-    device.values = told->second.values;
-    const QList<quint16> parameters = told->second.placed.keys();
-    for (const quint16 parameter : parameters)
-        update({channel, nodeId, parameter}, &device, 0);
+    if (told != m_devices.end())
+        device.values = told->second.values;
     return device;
 }
 
@@ -118,15 +146,20 @@ void PdoBook::learn(const SdoTransfer &transfer)
         update({transfer.channel, transfer.nodeId, parameterOf(index)}, &device, *since);
 }
 
-/*! Keeps a value. Since when it holds; empty when it is no other than before. */
+/*! Keeps a value. Since when it holds; empty when the trace has said no other before. */
 std::optional<std::size_t> PdoBook::note(Device *device, const SdoTransfer &transfer, quint32 value)
 {
-    const auto known = device->values.find(valueKey(transfer.object));
-    const bool isKnown = known != device->values.end();
-    if (isKnown && known->value == value)
+    const auto known = device->values.constFind(valueKey(transfer.object));
+    const bool isKnown = known != device->values.constEnd();
+    const bool isHeard = isKnown && !known->isTold;
+    const bool isSame = isKnown && known->value == value;
+    if (isHeard && isSame)
         return std::nullopt;
-    const bool heldBefore = transfer.isUpload && (!isKnown || known->isTold);
-    const std::size_t since = heldBefore ? 0 : transfer.lastFrame;
+    const std::size_t since = transfer.isUpload && !isHeard ? 0 : transfer.lastFrame;
+    const quint32 owner = ownerOf(transfer.channel, transfer.nodeId, parameterOf(transfer.object.index));
+    const auto heard = m_heardSince.constFind(owner);
+    if (heard == m_heardSince.constEnd() || (*heard > since && !isSame))
+        m_heardSince.insert(owner, since);
     device->values.insert(valueKey(transfer.object), {value, since, false});
     return since;
 }
@@ -204,6 +237,15 @@ const PdoLayout *PdoBook::versionAt(const Index &index, quint64 identifier, std:
     return isKnown ? &m_layouts[static_cast<std::size_t>(version->layout)] : nullptr;
 }
 
+/*! Whether a device of the channel has said itself what its PDO carries, or that it is another one. */
+bool PdoBook::isHeard(int channel, const PdoLayout &layout, std::size_t position) const
+{
+    const quint16 first = layout.isTransmit ? CanOpen::firstTransmitPdo : CanOpen::firstReceivePdo;
+    const auto parameter = static_cast<quint16>(first + layout.number - 1);
+    const auto since = m_heardSince.constFind(ownerOf(channel, layout.nodeId, parameter));
+    return since != m_heardSince.constEnd() && *since <= position;
+}
+
 const PdoLayout *PdoBook::layoutAt(const Index &index, const TraceFrame &frame, std::size_t position) const
 {
     const PdoLayout *heard
@@ -211,8 +253,7 @@ const PdoLayout *PdoBook::layoutAt(const Index &index, const TraceFrame &frame, 
     if (heard != nullptr)
         return heard;
     const PdoLayout *told = versionAt(index, identifierKey(everyChannel, frame.id, frame.isExtended()), 0);
-    // What a device of this channel says itself has been looked at already.
-    const bool isOverruled = told != nullptr && m_devices.count(deviceKey(frame.channel, told->nodeId)) > 0;
+    const bool isOverruled = told != nullptr && isHeard(frame.channel, *told, position);
     return isOverruled ? nullptr : told;
 }
 

@@ -28,7 +28,9 @@ public:
     static constexpr std::size_t mostLayouts = 65536;
     static constexpr std::size_t mostVersions = 256;
 
-    /*! Learns the PDOs of a node on every channel from where its parameters stand, before the trace begins. */
+    /*! Learns the PDOs of a node on every channel from where its parameters stand. What was told last counts, but none of it
+     *  as much as what the trace says, whichever comes first.
+     */
     void tell(quint8 nodeId, const CanOpen::ObjectLookup &lookup);
 
     /*! Learns from a transfer of 1400h to 1BFFh; others do nothing. In the order in which they ended. */
@@ -50,6 +52,8 @@ private:
 
     struct Device
     {
+        bool tell(quint32 object, quint32 value);
+
         QHash<quint32, Known> values;   // by object
         QHash<quint16, quint64> placed; // by communication parameter: where the PDO stands in its index
     };
@@ -71,7 +75,10 @@ private:
     };
 
     Device &deviceOf(int channel, quint8 nodeId);
-    static std::optional<std::size_t> note(Device *device, const SdoTransfer &transfer, quint32 value);
+    void tell(int channel, quint8 nodeId, Device *device, const CanOpen::ObjectLookup &lookup);
+    void tell(const Pdo &pdo, Device *device, const CanOpen::ObjectLookup &lookup);
+    std::optional<std::size_t> note(Device *device, const SdoTransfer &transfer, quint32 value);
+    bool isHeard(int channel, const PdoLayout &layout, std::size_t position) const;
     void update(const Pdo &pdo, Device *device, std::size_t changed);
     void place(const Pdo &pdo, Device *device, quint64 identifier, std::size_t since,
                const PdoLayout &layout);
@@ -80,7 +87,8 @@ private:
     const PdoLayout *layoutAt(const Index &index, const TraceFrame &frame, std::size_t position) const;
     const PdoLayout *versionAt(const Index &index, quint64 identifier, std::size_t position) const;
 
-    std::map<quint32, Device> m_devices; // by channel and node
+    std::map<quint32, Device> m_devices;      // by channel and node
+    QHash<quint32, std::size_t> m_heardSince; // by owner: from where on the trace says something of a PDO
     Index m_transmit;
     Index m_receive;
     std::vector<PdoLayout> m_layouts;

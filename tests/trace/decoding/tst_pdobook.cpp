@@ -48,6 +48,12 @@ private slots:
     void told();
     void readOverrulesTold();
     void writtenOverrulesTold();
+    void toldAfterOtherObjectsWereHeard();
+    void toldAfterARead();
+    void toldAfterAWrite();
+    void toldAgainAfterARead();
+    void toldOfTheIdentifierThatWasRead();
+    void readAsToldAfterAWrite();
     void receivedPdo();
     void sentBeforeReceived();
     void channelsApart();
@@ -155,6 +161,75 @@ void tst_PdoBook::writtenOverrulesTold()
     book.learn(writeOf(2, {0x1A00, 1}, "10014260", 500));
     QVERIFY(book.find(pdo(), 499)->contains(0x6040, 1));
     QVERIFY(book.find(pdo(), 500)->contains(0x6042, 1));
+}
+
+/*! Another object of the PDO, and one of another PDO. */
+void tst_PdoBook::toldAfterOtherObjectsWereHeard()
+{
+    PdoBook book;
+    book.learn(readOf(2, {0x1800, 2}, "fe", 500));
+    book.learn(readOf(2, {0x1805, 1}, "82060080", 501));
+    const int before = book.revision();
+    book.tell(2, lookupIn({{{0x1800, 1}, 0x182}, {{0x1A00, 0}, 1}, {{0x1A00, 1}, 0x60400120}}));
+    QVERIFY(book.revision() > before);
+    for (const std::size_t position : {0U, 499U, 502U}) {
+        QVERIFY(book.find(pdo(), position) != nullptr);
+        QVERIFY(book.find(pdo(), position)->contains(0x6040, 1));
+    }
+}
+
+void tst_PdoBook::toldAfterARead()
+{
+    PdoBook book;
+    book.learn(readOf(2, {0x1A00, 1}, "10014260", 500));
+    book.tell(2, lookupIn({{{0x1800, 1}, 0x182}, {{0x1A00, 0}, 1}, {{0x1A00, 1}, 0x60400120}}));
+    QVERIFY(book.find(pdo(), 0) != nullptr);
+    QVERIFY(book.find(pdo(), 0)->contains(0x6042, 1)); // the device is not as its data sheet says
+    QVERIFY(!book.find(pdo(), 0)->contains(0x6040, -1));
+}
+
+void tst_PdoBook::toldAfterAWrite()
+{
+    PdoBook book;
+    book.learn(writeOf(2, {0x1A00, 1}, "10014260", 500));
+    book.tell(2, lookupIn({{{0x1800, 1}, 0x182}, {{0x1A00, 0}, 1}, {{0x1A00, 1}, 0x60400120}}));
+    QVERIFY(book.find(pdo(), 499) != nullptr);
+    QVERIFY(book.find(pdo(), 499)->contains(0x6040, 1));
+    QVERIFY(book.find(pdo(), 500) != nullptr);
+    QVERIFY(book.find(pdo(), 500)->contains(0x6042, 1));
+}
+
+void tst_PdoBook::toldAgainAfterARead()
+{
+    PdoBook book;
+    book.tell(2, lookupIn({{{0x1800, 1}, 0x182}, {{0x1A00, 0}, 1}, {{0x1A00, 1}, 0x60400120}}));
+    book.learn(readOf(2, {0x1A00, 1}, "20014060", 500)); // as told
+    book.tell(2, lookupIn({{{0x1800, 1}, 0x182}, {{0x1A00, 0}, 1}, {{0x1A00, 1}, 0x60420110}}));
+    QVERIFY(book.find(pdo(), 0)->contains(0x6040, 1));
+    book.tell(2, lookupIn({{{0x1800, 1}, 0x6F1}}));
+    QVERIFY(book.find(pdo(), 0) == nullptr);
+    QVERIFY(book.find(pdo(0x6F1), 0)->contains(0x6040, 1));
+}
+
+void tst_PdoBook::toldOfTheIdentifierThatWasRead()
+{
+    PdoBook book;
+    book.learn(readOf(2, {0x1800, 1}, "f1060000", 500));
+    book.tell(2, lookupIn({{{0x1800, 1}, 0x182}, {{0x1A00, 0}, 1}, {{0x1A00, 1}, 0x60400120}}));
+    QVERIFY(book.find(pdo(), 600) == nullptr);
+    QVERIFY(book.find(pdo(0x6F1), 0) != nullptr);
+    QVERIFY(book.find(pdo(0x6F1), 0)->contains(0x6040, 1));
+}
+
+void tst_PdoBook::readAsToldAfterAWrite()
+{
+    PdoBook book;
+    book.tell(2, lookupIn({{{0x1800, 1}, 0x182}, {{0x1A00, 0}, 1}, {{0x1A00, 1}, 0x60400120}}));
+    book.learn(writeOf(2, {0x1A00, 1}, "10014260", 500));
+    book.learn(readOf(2, {0x1800, 1}, "82010000", 600)); // nothing new of before the write
+    QVERIFY(book.find(pdo(), 499)->contains(0x6040, 1));
+    QVERIFY(book.find(pdo(), 500)->contains(0x6042, 1));
+    QVERIFY(book.find(pdo(), 601)->contains(0x6042, 1));
 }
 
 void tst_PdoBook::receivedPdo()

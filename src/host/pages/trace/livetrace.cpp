@@ -57,7 +57,7 @@ void LiveTrace::beginNext()
     m_next->trace.frames.reserve(withReserve(m_most)); // once, and not bit by bit while the bus is busy
     m_next->trace.frames.assign(frames.begin() + static_cast<std::ptrdiff_t>(m_nextBegin), frames.end());
     rememberMappings(m_nextBegin);
-    tell(m_next.get());
+    tell(m_next.get(), m_document->devices);
 }
 
 /*! Of the transfers that begin in the first frames: their lines leave, what they told of PDOs stays true. */
@@ -78,17 +78,16 @@ void LiveTrace::rememberMappings(std::size_t frames)
 void LiveTrace::tell(const TraceDevices &devices)
 {
     for (TraceDocument *document : {m_document.get(), m_next.get()}) {
-        if (document == nullptr)
-            continue;
-        document->devices.add(devices);
-        document->book.tell(devices);
+        if (document != nullptr)
+            tell(document, devices);
     }
 }
 
-void LiveTrace::tell(TraceDocument *document) const
+/*! What frames that have left told counts more, so it comes last. */
+void LiveTrace::tell(TraceDocument *document, const TraceDevices &devices) const
 {
-    document->devices = m_document->devices;
-    document->book.tell(document->devices);
+    document->devices.add(devices);
+    document->book.tell(devices);
     std::set<quint8> nodes;
     for (const auto &known : m_mappings)
         nodes.insert(known.first.first);

@@ -39,7 +39,7 @@ private:
 
     void beginNext();
     void rememberMappings(std::size_t frames);
-    void tell(TraceDocument *document) const;
+    void tell(TraceDocument *document, const TraceDevices &devices) const;
     bool advanceNext(std::size_t most);
 
     std::size_t m_most;

@@ -16,12 +16,36 @@ private slots:
     void olderHalfLeaves();
     void staysBounded();
     void mappingsStay();
+    void mappingsThatWereReadStayWhateverIsTold();
+    void toldAfterAParameterWasRead();
     void whatWasToldStays();
     void beginsAnew();
 
 private:
     static TraceFrame beat(int number) { return heard(number * second, 0x705, "05"); }
+    static std::vector<TraceFrame> readsOfAMapping();
+    static void letLeave(LiveTrace *live);
 };
+
+/*! The first transmit PDO of node 5 on 345h with 6000h sub-index 1. */
+std::vector<TraceFrame> tst_LiveTrace::readsOfAMapping()
+{
+    return {heard(1 * millisecond, 0x605, "4000180100000000"),
+            heard(2 * millisecond, 0x585, "4300180145030000"), // 1800h.1 = 345h
+            heard(3 * millisecond, 0x605, "40001A0000000000"),
+            heard(4 * millisecond, 0x585, "4F001A0001000000"), // 1A00h.0 = 1
+            heard(5 * millisecond, 0x605, "40001A0100000000"),
+            heard(6 * millisecond, 0x585, "43001A0108010060")}; // 1A00h.1 = 6000h.1, 8 bits
+}
+
+/*! PDOs on 345h come until the older half has left. */
+void tst_LiveTrace::letLeave(LiveTrace *live)
+{
+    while (live->left() == 0) {
+        live->add(heard(2 * second, 0x345, "01"));
+        live->advance(100);
+    }
+}
 
 void tst_LiveTrace::grows()
 {
@@ -76,29 +100,44 @@ void tst_LiveTrace::staysBounded()
 
 void tst_LiveTrace::mappingsStay()
 {
-    // The first transmit PDO of node 5 on 345h with 6000h sub-index 1, read in the trace.
-    constexpr const char *reads[][2] = {
-        {"4000180100000000", "4300180145030000"}, // 1800h.1 = 345h
-        {"40001A0000000000", "4F001A0001000000"}, // 1A00h.0 = 1
-        {"40001A0100000000", "43001A0108010060"}, // 1A00h.1 = 6000h.1, 8 bits
-    };
     LiveTrace live(20);
-    qint64 time = 0;
-    for (const auto &read : reads) {
-        live.add(heard(time += millisecond, 0x605, read[0]));
-        live.add(heard(time += millisecond, 0x585, read[1]));
-    }
-    live.add(heard(time += millisecond, 0x345, "01"));
+    for (const TraceFrame &frame : readsOfAMapping())
+        live.add(frame);
+    live.add(heard(second, 0x345, "01"));
     while (live.advance(100)) {
     }
     QCOMPARE(int(live.document()->lines.at(3).nodeId), 5);
-    while (live.left() == 0) {
-        live.add(heard(time += millisecond, 0x345, "01"));
-        live.advance(100);
-    }
+    letLeave(&live);
     QVERIFY(live.document()->lines.size() > 0);
     QCOMPARE(int(live.document()->lines.at(0).nodeId), 5);
     QCOMPARE(live.document()->lines.at(0).kind, FrameKind::Pdo);
+}
+
+void tst_LiveTrace::mappingsThatWereReadStayWhateverIsTold()
+{
+    LiveTrace live(20);
+    for (const TraceFrame &frame : readsOfAMapping())
+        live.add(frame);
+    letLeave(&live);
+    live.tell(mappingOf5()); // 185h for the same PDO
+    const TraceLines &lines = live.document()->lines;
+    QCOMPARE(lines.text(0).text, QStringLiteral("PDO 1: Supported virtual devices = 1"));
+    live.add(heard(3 * second, 0x185, "2A"));
+    live.advance(10);
+    QCOMPARE(lines.text(lines.size() - 1).text, QStringLiteral("PDO 1, its mapping is not known: 2A"));
+}
+
+void tst_LiveTrace::toldAfterAParameterWasRead()
+{
+    LiveTrace live(100);
+    live.add(heard(0, 0x605, "4000180200000000"));
+    live.add(heard(millisecond, 0x585, "4F001802FE000000")); // 1800h.2 = 254
+    live.add(heard(second, 0x185, "2A"));
+    live.advance(10);
+    const TraceLines &lines = live.document()->lines;
+    QCOMPARE(lines.text(1).text, QStringLiteral("PDO 1, its mapping is not known: 2A"));
+    live.tell(mappingOf5());
+    QCOMPARE(lines.text(1).text, QStringLiteral("PDO 1: 2000h.1 = 42 (2Ah)"));
 }
 
 void tst_LiveTrace::whatWasToldStays()
