@@ -11,11 +11,13 @@ using CanOpen::ObjectKey;
 void ObjectBook::tell(quint8 nodeId, const CanOpen::ObjectDictionary &sheet)
 {
     m_sheets.insert(nodeId, sheet);
+    ++m_revision;
 }
 
 void ObjectBook::tell(const SnapshotNode &node)
 {
     m_nodes.insert(node.id, node);
+    ++m_revision;
 }
 
 QVector<DataType> ObjectBook::types(quint8 nodeId, ObjectKey object) const

@@ -26,7 +26,11 @@ public:
      */
     QString name(quint8 nodeId, CanOpen::ObjectKey object) const;
 
+    /*! Raised when something else may be known. */
+    int revision() const { return m_revision; }
+
 private:
     QHash<quint8, CanOpen::ObjectDictionary> m_sheets;
     QHash<quint8, SnapshotNode> m_nodes;
+    int m_revision = 0;
 };

@@ -33,9 +33,18 @@ QString PdoWords::makeWords(quint8 nodeId, CanOpen::ObjectKey object, quint64 va
     return nameOf(nodeId, object) + QLatin1String(" = ") + m_values->ofBits(nodeId, object, value, bits);
 }
 
+/*! What the book says now may make other words. */
+void PdoWords::forgetOld() const
+{
+    if (m_known != m_book->revision())
+        m_words.clear();
+    m_known = m_book->revision();
+}
+
 QString PdoWords::words(const TraceFrame &frame, quint8 nodeId, CanOpen::ObjectKey object, int first,
                         int bits) const
 {
+    forgetOld();
     const Piece piece{bitsOf(frame, first, bits), quint32(object.index) << 8 | object.subIndex, nodeId,
                       static_cast<quint8>(bits)};
     const auto known = m_words.constFind(piece);

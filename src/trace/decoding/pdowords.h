@@ -31,6 +31,9 @@ public:
     /*! "Battery current = 6.20 A"; of what lies behind the frame's end that it is missing. */
     QString part(const TraceFrame &frame, const PdoLayout &layout, int position) const;
 
+    /*! Makes all words anew: the language is another one. */
+    void forget() { m_words.clear(); }
+
 private:
     struct Piece // what the words of a part are made of
     {
@@ -50,6 +53,7 @@ private:
         }
     };
 
+    void forgetOld() const;
     QString words(const TraceFrame &frame, quint8 nodeId, CanOpen::ObjectKey object, int first,
                   int bits) const;
     QString makeWords(quint8 nodeId, CanOpen::ObjectKey object, quint64 value, int bits) const;
@@ -58,4 +62,5 @@ private:
     const ObjectBook *m_book;
     const ValueText *m_values;
     mutable QHash<Piece, QString> m_words; // devices say the same again and again; bounded
+    mutable int m_known = 0;               // revision of the book by which they were made
 };

@@ -33,6 +33,9 @@ public:
     QVector<FramePart> parts(const TraceFrame &frame, std::size_t position,
                              SdoStep step = SdoStep::None) const;
 
+    /*! Makes all words anew: the language is another one. */
+    void forgetWords() { m_pdos.forget(); }
+
     const TransferWords &transfers() const { return m_transfers; }
     const TraceBook &book() const { return *m_book; }
 

@@ -51,6 +51,8 @@ public:
     /*! Of its first frame. */
     qint64 time(std::size_t row) const { return (*m_frames)[m_lines[row].frame].time; }
     TraceText text(std::size_t row) const;
+    /*! The language is another one. */
+    void forgetWords() { m_decoder.forgetWords(); }
 
     /*! The transfer of a line; empty for single frames, and while it is under way. */
     std::optional<SdoTransfer> transfer(std::size_t row) const;

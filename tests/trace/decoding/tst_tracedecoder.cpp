@@ -4,6 +4,7 @@
 
 #include <canopen/edsfile.h>
 #include <snapshot/snapshot.h>
+#include <tests/support/markingtranslator.h>
 #include <trace/decoding/tracedecoder.h>
 
 #include <QtTest>
@@ -24,6 +25,20 @@ CanOpen::ObjectDictionary sheetFrom(const QByteArray &text)
     if (!file)
         qFatal("%s", qPrintable(error));
     return file->dictionary;
+}
+
+/*! Of node 2, whose object 2000h.0 has a type and no value. */
+Snapshot snapshotOf2000(CanOpen::DataType type)
+{
+    SnapshotEntry entry;
+    entry.key = {0x2000, 0};
+    entry.type = type;
+    SnapshotNode node;
+    node.id = 2;
+    node.insert(entry);
+    Snapshot snapshot;
+    snapshot.nodes.append(node);
+    return snapshot;
 }
 
 SdoTransfer withOutcome(SdoTransfer transfer, Outcome outcome, quint32 abortCode = 0, int problems = 0)
@@ -214,6 +229,8 @@ private slots:
     void snapshotTypes();
     void pdoFromTheTrace();
     void pdoOfSmallParts();
+    void pdoOfASheetThatComesLater();
+    void pdoInAnotherLanguage();
     void shortPdo();
     void pdoToTheNode();
     void mappingThatNamesAnSdo();
@@ -281,16 +298,8 @@ void tst_TraceDecoder::sheetNamesAndTypes()
 
 void tst_TraceDecoder::snapshotTypes()
 {
-    SnapshotEntry entry;
-    entry.key = {0x2000, 0};
-    entry.type = CanOpen::DataType::Integer16;
-    SnapshotNode node;
-    node.id = 2;
-    node.insert(entry);
-    Snapshot snapshot;
-    snapshot.nodes.append(node);
     TraceBook book;
-    book.tell(snapshot);
+    book.tell(snapshotOf2000(CanOpen::DataType::Integer16));
     QCOMPARE(TraceDecoder(&book).text(readOf(2, {0x2000, 0}, "feff")).text,
              QStringLiteral("read 2000h.0 = -2"));
 }
@@ -331,6 +340,38 @@ void tst_TraceDecoder::pdoOfSmallParts()
     // Bit 0: 1; bits 1 to 3 fill; bits 4 to 7: -2; byte 1: 7
     QCOMPARE(decoder.text(frameAt(0, 0x182, "E107"), 0).text,
              QStringLiteral("PDO 1: On = 1, Step = -2, Gear = 7"));
+}
+
+/*! Words that were said before are not said again. */
+void tst_TraceDecoder::pdoOfASheetThatComesLater()
+{
+    TraceBook book;
+    book.learn(readOf(2, {0x1800, 1}, "82010000"));
+    book.learn(readOf(2, {0x1A00, 0}, "01"));
+    book.learn(readOf(2, {0x1A00, 1}, "08000020"));
+    const TraceDecoder decoder(&book);
+    const TraceFrame frame = frameAt(0, 0x182, "D6");
+    QCOMPARE(decoder.text(frame, 0).text, QStringLiteral("PDO 1: 2000h.0 = 214 (D6h)"));
+    book.tell(snapshotOf2000(CanOpen::DataType::Integer8));
+    QCOMPARE(decoder.text(frame, 0).text, QStringLiteral("PDO 1: 2000h.0 = -42"));
+    book.tell(2, sheetFrom("[2000]\nParameterName=Lamp\nObjectType=7\nDataType=0x0002\nAccessType=rw\n"));
+    QCOMPARE(decoder.text(frame, 0).text, QStringLiteral("PDO 1: Lamp = -42"));
+    QCOMPARE(textsOf(decoder.parts(frame, 0)), QStringList(QStringLiteral("0-0 Lamp = -42")));
+}
+
+void tst_TraceDecoder::pdoInAnotherLanguage()
+{
+    TraceBook book;
+    book.learn(readOf(2, {0x1800, 1}, "82010000"));
+    book.learn(readOf(2, {0x1A00, 0}, "01"));
+    book.learn(readOf(2, {0x1A00, 1}, "20014060"));
+    TraceDecoder decoder(&book);
+    const TraceFrame frame = frameAt(0, 0x182, "84990000");
+    QCOMPARE(decoder.text(frame, 0).text, QStringLiteral("PDO 1: Device actual voltage = 39.30 V"));
+    const MarkingTranslator translator("DataInterpreter");
+    decoder.forgetWords();
+    QCOMPARE(decoder.text(frame, 0).text,
+             QStringLiteral("PDO 1: Device actual voltage = [DataInterpreter:39.30 V]"));
 }
 
 void tst_TraceDecoder::shortPdo()

@@ -532,9 +532,19 @@ void TracePage::retranslate()
     m_follow->setToolTip(tr("Keeps the newest line in sight"));
     m_parts->setHint(tr("The frames of the line that is chosen above stand here, byte by byte."));
     showProblem();
-    m_model.update(); // other words
-    if (m_chosen)
-        m_details.show(m_model.document(), m_model.document().lines.rowOfFrame(*m_chosen));
+    takeOtherWords();
     showCounts();
     showSelection();
+}
+
+/*! A filter may look for them. */
+void TracePage::takeOtherWords()
+{
+    m_session->retranslate();
+    if (m_model.rows().filter().text.isEmpty())
+        m_model.update();
+    else
+        takeFilter();
+    if (m_chosen)
+        m_details.show(m_model.document(), m_model.document().lines.rowOfFrame(*m_chosen));
 }

@@ -90,6 +90,7 @@ private:
     void takeGrown();
     void takeShortened(std::size_t frames);
     void relearn();
+    void takeOtherWords();
     void takeFilter();
     void goToLine(std::size_t line, Going going = Going::Choose);
     void goBack(const Place &place);

@@ -128,6 +128,12 @@ void TraceSession::showLive()
     show(m_live.document());
 }
 
+void TraceSession::retranslate()
+{
+    m_shown->lines.forgetWords();
+    m_live.document()->lines.forgetWords();
+}
+
 QStringList TraceSession::endings()
 {
     return {QStringLiteral(".log"),  QStringLiteral(".asc"),    QStringLiteral(".trc"),

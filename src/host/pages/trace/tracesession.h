@@ -56,6 +56,8 @@ public:
     void cancelOpening();
     /*! Shows what is heard again. */
     void showLive();
+    /*! The language is another one: lines say their words anew. */
+    void retranslate();
 
     /*! Records what comes from now on; what is in the way is told. */
     void record(const QString &fileName);

@@ -41,8 +41,8 @@ inline std::vector<TraceFrame> fourLines()
             heard(second, 0x705, "05")};
 }
 
-/*! What is known of node 5: its first transmit PDO on 185h carries object 2000h sub-index 1 with 8 bits. */
-inline TraceDevices mappingOf5()
+/*! What is known of node 5: its first transmit PDO on 185h carries \a object, else 2000h sub-index 1 with 8 bits. */
+inline TraceDevices mappingOf5(quint32 object = 0x20000108)
 {
     SnapshotNode node;
     node.id = 5;
@@ -54,7 +54,7 @@ inline TraceDevices mappingOf5()
     };
     add(0x1800, 1, 0x185);
     add(0x1A00, 0, 1);
-    add(0x1A00, 1, 0x20000108);
+    add(0x1A00, 1, object);
     TraceDevices devices;
     devices.snapshot.nodes.append(node);
     return devices;

@@ -7,6 +7,7 @@
 #include <host/pages/trace/tracesession.h>
 #include <host/pages/trace/tracetable.h>
 #include <tests/support/fakebus.h>
+#include <tests/support/markingtranslator.h>
 #include <tests/support/windowtest.h>
 #include <trace/files/tracefile.h>
 
@@ -125,6 +126,12 @@ std::vector<TraceFrame> many(std::size_t count)
     return std::vector<TraceFrame>(count, heard(0, 0x706, "05"));
 }
 
+/*! PDO 1 of node 5 with 84.00 %, if its mapping is known. */
+std::vector<TraceFrame> chargeOf5()
+{
+    return {heard(0, 0x185, "D020")};
+}
+
 /*! Frames until the older half of a list of 200 has left. */
 void letLinesLeave(TraceHost *host)
 {
@@ -155,6 +162,8 @@ private slots:
     void chosenLineStaysUnderAFilter();
     void filters();
     void whatIsLearntHoldsForLinesOfBefore();
+    void anotherLanguageHoldsForWordsOfBefore();
+    void filterLooksIntoWordsOfAnotherLanguage();
     void filterProblemIsSaid();
     void filterProblemStaysWithAnotherFile();
     void clearedFieldsLookEmpty();
@@ -446,6 +455,48 @@ void tst_TracePage::whatIsLearntHoldsForLinesOfBefore()
     QTest::qWait(500);
     QCOMPARE(host.rows(), 4);
     QVERIFY2(host.what(0).startsWith(QStringLiteral("PDO 1")), qPrintable(host.what(0)));
+}
+
+/*! Of what is heard as well, while a file is shown. */
+void tst_TracePage::anotherLanguageHoldsForWordsOfBefore()
+{
+    const QString english = QStringLiteral("PDO 1: Relative battery Wh capacity = 84.00 %");
+    const QString marked = QStringLiteral("PDO 1: Relative battery Wh capacity = [DataInterpreter:84.00 %]");
+    TraceHost host;
+    host.connectToBus();
+    host.hear(chargeOf5());
+    host.session.tell(mappingOf5(0x61640210), QString());
+    QCOMPARE(host.what(0), english);
+    host.open(chargeOf5());
+    host.session.tell(mappingOf5(0x61640210), QString());
+    host.finishWork();
+    host.table()->selectRow(0);
+    QCOMPARE(host.what(0), english);
+    const MarkingTranslator translator("DataInterpreter");
+    QTest::qWait(100);
+    QCOMPARE(host.what(0), marked);
+    QCOMPARE(
+        host.find<CopyTable>("traceParts")->model()->index(1, FrameDetails::MeaningColumn).data().toString(),
+        QStringLiteral("Relative battery Wh capacity = [DataInterpreter:84.00 %]"));
+    host.session.showLive();
+    QCOMPARE(host.what(0), marked);
+}
+
+void tst_TracePage::filterLooksIntoWordsOfAnotherLanguage()
+{
+    TraceHost host;
+    host.open(chargeOf5());
+    host.session.tell(mappingOf5(0x61640210), QString());
+    host.finishWork();
+    host.type("filterText", QStringLiteral("= 84.00 %"));
+    QCOMPARE(host.rows(), 1);
+    {
+        const MarkingTranslator translator("DataInterpreter");
+        QTest::qWait(100);
+        QCOMPARE(host.rows(), 0);
+    }
+    QTest::qWait(100);
+    QCOMPARE(host.rows(), 1);
 }
 
 void tst_TracePage::filterProblemIsSaid()
