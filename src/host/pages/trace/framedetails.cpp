@@ -28,19 +28,28 @@ bool isUnderWay(const TraceLines &lines, std::size_t line)
 
 void FrameDetails::show(const TraceDocument &document, std::size_t line)
 {
-    beginResetModel();
-    m_rows.clear();
-    const std::vector<std::size_t> frames = document.lines.frames(line);
-    m_frames = frames.size();
+    m_frames = document.lines.frames(line).size();
     m_isUnderWay = isUnderWay(document.lines, line);
+    const QVector<Row> rows = rowsOf(document, line);
+    if (rows == m_rows) // the user's place in them stays
+        return;
+    beginResetModel();
+    m_rows = rows;
+    endResetModel();
+}
+
+QVector<FrameDetails::Row> FrameDetails::rowsOf(const TraceDocument &document, std::size_t line)
+{
+    QVector<Row> rows;
+    const std::vector<std::size_t> frames = document.lines.frames(line);
     const std::vector<QVector<FramePart>> parts = document.lines.parts(line, mostFrames);
     for (std::size_t i = 0; i < parts.size(); ++i)
-        addFrame(document, document.trace.frames[frames[i]], parts[i]);
+        rows += rowsOf(document.trace.head, document.trace.frames[frames[i]], parts[i]);
     if (frames.size() > parts.size())
-        m_rows.append({QString(), QString(),
-                       tr("and %n more frame(s)", nullptr, static_cast<int>(frames.size() - parts.size())),
-                       true});
-    endResetModel();
+        rows.append({QString(), QString(),
+                     tr("and %n more frame(s)", nullptr, static_cast<int>(frames.size() - parts.size())),
+                     true});
+    return rows;
 }
 
 void FrameDetails::update(const TraceDocument &document, std::size_t line)
@@ -52,23 +61,24 @@ void FrameDetails::update(const TraceDocument &document, std::size_t line)
         show(document, line);
 }
 
-void FrameDetails::addFrame(const TraceDocument &document, const TraceFrame &frame,
-                            const QVector<FramePart> &parts)
+QVector<FrameDetails::Row> FrameDetails::rowsOf(const TraceHead &head, const TraceFrame &frame,
+                                                const QVector<FramePart> &parts)
 {
-    const TraceHead &head = document.trace.head;
+    QVector<Row> rows;
     QString meaning = tr("Frame %1").arg(FrameWords::identifier(frame));
     if (head.channels.size() > 1)
         meaning += QStringLiteral(", ") + head.channels.value(frame.channel);
     if (frame.isSent())
         meaning += QStringLiteral(", ") + tr("sent by this computer");
-    m_rows.append(
+    rows.append(
         {TraceTimes::longText(frame.time, head.hasTimeOfDay), FrameWords::bytes(frame), meaning, true});
     for (const FramePart &part : parts) {
         const QString where = part.count == 1
                                   ? tr("byte %1").arg(part.first)
                                   : tr("bytes %1 to %2").arg(part.first).arg(part.first + part.count - 1);
-        m_rows.append({where, bytesOf(frame, part), part.text, false});
+        rows.append({where, bytesOf(frame, part), part.text, false});
     }
+    return rows;
 }
 
 void FrameDetails::clear()

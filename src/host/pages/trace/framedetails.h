@@ -38,9 +38,17 @@ private:
         QString bytes;
         QString meaning;
         bool isFrame = false;
+
+        friend bool operator==(const Row &a, const Row &b)
+        {
+            return a.where == b.where && a.bytes == b.bytes && a.meaning == b.meaning
+                   && a.isFrame == b.isFrame;
+        }
     };
 
-    void addFrame(const TraceDocument &document, const TraceFrame &frame, const QVector<FramePart> &parts);
+    static QVector<Row> rowsOf(const TraceDocument &document, std::size_t line);
+    static QVector<Row> rowsOf(const TraceHead &head, const TraceFrame &frame,
+                               const QVector<FramePart> &parts);
 
     QVector<Row> m_rows;
     std::size_t m_frames = 0;

@@ -299,12 +299,16 @@ void TracePage::takeShortened(std::size_t frames)
     m_isGoing = false;
     goBack({shorten(before.chosen), before.top ? shorten(before.top).value_or(0) : before.top,
             before.isFollowing});
+    showDetails();
 }
 
 void TracePage::relearn()
 {
     if (!m_model.rows().isAll())
         takeFilter();
+    else if (isVisible())
+        m_model.update(); // other words
+    showDetails();
 }
 
 void TracePage::takeFilter()
@@ -417,6 +421,13 @@ void TracePage::showChosen()
     setFollowing(false); // the user looks at something
 }
 
+/*! The frames of the line that is chosen as they are said now, also where the filter hides it. */
+void TracePage::showDetails()
+{
+    if (m_chosen)
+        m_details.show(m_model.document(), m_model.document().lines.rowOfFrame(*m_chosen));
+}
+
 void TracePage::showCounts()
 {
     const TraceRows &rows = m_model.rows();
@@ -511,6 +522,7 @@ void TracePage::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
     m_model.update();
+    showDetails();
     if (m_chosen && m_table->currentIndex().isValid())
         m_table->scrollTo(m_table->currentIndex(), QAbstractItemView::PositionAtCenter);
 }
@@ -545,6 +557,5 @@ void TracePage::takeOtherWords()
         m_model.update();
     else
         takeFilter();
-    if (m_chosen)
-        m_details.show(m_model.document(), m_model.document().lines.rowOfFrame(*m_chosen));
+    showDetails();
 }

@@ -98,6 +98,7 @@ private:
     Place place() const;
     void chooseRow(int row);
     void showChosen();
+    void showDetails();
     void showCounts();
     void showHint();
     void showProblem();

@@ -108,6 +108,15 @@ public:
     {
         return table()->model()->index(row, TraceModel::WhatColumn).data().toString();
     }
+    /*! Of the frames of the chosen line and their parts. */
+    QStringList chosenMeanings() const
+    {
+        const QAbstractItemModel *parts = find<CopyTable>("traceParts")->model();
+        QStringList meanings;
+        for (int row = 0; row < parts->rowCount(); ++row)
+            meanings << parts->index(row, FrameDetails::MeaningColumn).data().toString();
+        return meanings;
+    }
     void type(const char *field, const QString &text) const
     {
         find<QLineEdit>(field)->setText(text);
@@ -157,6 +166,10 @@ private slots:
     void placeStaysUnderAFilter();
     void chosenLineThatWasHiddenComesBack();
     void chosenTransferGoesOn();
+    void chosenTransferGoesOnWhileHidden();
+    void whatIsToldHoldsForTheChosenLine();
+    void whatIsToldHoldsForAChosenLineThatIsHidden();
+    void placeInTheChosenLineStays();
     void chosenLineIsShownByteByByte();
     void eachKindCanBeChosenAlone();
     void chosenLineStaysUnderAFilter();
@@ -365,6 +378,66 @@ void tst_TracePage::chosenTransferGoesOn()
                 .data()
                 .toString()
                 .startsWith(QStringLiteral("Frame 582h")));
+}
+
+void tst_TracePage::chosenTransferGoesOnWhileHidden()
+{
+    TraceHost host;
+    host.connectToBus();
+    host.hear({readOf6164(0, 2)[0]});
+    host.table()->selectRow(0);
+    QCOMPARE(host.chosenMeanings().filter(QStringLiteral("Frame ")),
+             QStringList(QStringLiteral("Frame 602h")));
+    host.page.hide();
+    host.hear({readOf6164(0, 2)[1]});
+    host.page.show();
+    QCOMPARE(host.chosenMeanings().filter(QStringLiteral("Frame ")),
+             QStringList({QStringLiteral("Frame 602h"), QStringLiteral("Frame 582h")}));
+}
+
+void tst_TracePage::whatIsToldHoldsForTheChosenLine()
+{
+    TraceHost host;
+    host.connectToBus();
+    host.hear(chargeOf5());
+    host.bus.disconnectFromBus(); // nothing more comes
+    QTest::qWait(500);
+    host.table()->selectRow(0);
+    QSignalSpy painted(&host.page.model(), &TraceModel::dataChanged);
+    host.session.tell(mappingOf5(0x61640210), QString());
+    QVERIFY(painted.count() > 0);
+    QCOMPARE(host.what(0), QStringLiteral("PDO 1: Relative battery Wh capacity = 84.00 %"));
+    QCOMPARE(host.chosenMeanings(), QStringList({QStringLiteral("Frame 185h"),
+                                                 QStringLiteral("Relative battery Wh capacity = 84.00 %")}));
+}
+
+/*! The filter hides it; it stands below all the same. */
+void tst_TracePage::whatIsToldHoldsForAChosenLineThatIsHidden()
+{
+    TraceHost host;
+    host.open(chargeOf5());
+    host.table()->selectRow(0);
+    host.type("filterNodes", QStringLiteral("7"));
+    QCOMPARE(host.rows(), 0);
+    host.session.tell(mappingOf5(0x61640210), QString());
+    host.finishWork();
+    QCOMPARE(host.chosenMeanings(), QStringList({QStringLiteral("Frame 185h"),
+                                                 QStringLiteral("Relative battery Wh capacity = 84.00 %")}));
+}
+
+/*! As long as nothing else is to be said. */
+void tst_TracePage::placeInTheChosenLineStays()
+{
+    TraceHost host;
+    host.connectToBus();
+    host.hear(fourLines());
+    host.table()->selectRow(0);
+    auto *parts = host.find<CopyTable>("traceParts");
+    parts->selectRow(1);
+    host.session.tell(mappingOf5(), QString());
+    host.page.hide();
+    host.page.show();
+    QCOMPARE(parts->currentIndex().row(), 1);
 }
 
 void tst_TracePage::chosenLineIsShownByteByByte()
