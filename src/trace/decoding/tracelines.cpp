@@ -73,23 +73,34 @@ void TraceLines::keepFinished()
     }
 }
 
-void TraceLines::finish()
+void TraceLines::close()
 {
     advance();
     m_following.finish();
     keepFinished();
+}
+
+void TraceLines::finish()
+{
+    close();
     refresh();
 }
 
-void TraceLines::refresh()
+bool TraceLines::refresh(std::size_t most)
 {
-    if (m_sorted == m_book->pdos().revision())
-        return;
+    if (m_sorted != m_book->pdos().revision())
+        m_toSort = 0;
     m_sorted = m_book->pdos().revision();
-    for (TraceLine &line : m_lines) {
+    if (!m_toSort)
+        return false;
+    const std::size_t end = *m_toSort + std::min(most, m_lines.size() - *m_toSort);
+    for (std::size_t row = *m_toSort; row < end; ++row) {
+        TraceLine &line = m_lines[row];
         if (line.transfer == 0)
             line = lineOf(line.frame, 0, line.channel, m_decoder.sort((*m_frames)[line.frame], line.frame));
     }
+    m_toSort = end < m_lines.size() ? std::optional<std::size_t>(end) : std::nullopt;
+    return m_toSort.has_value();
 }
 
 TraceText TraceLines::text(std::size_t row) const

@@ -42,9 +42,11 @@ public:
     /*! Takes frames that have come, \a most at once. Whether there are more. */
     bool advance(std::size_t most = mostFrames);
     /*! No more frames will come: what is under way ends here. */
+    void close();
+    /*! Sorts lines again if something was learnt of PDOs that came earlier, \a most at once. Whether there are more. */
+    bool refresh(std::size_t most = mostFrames);
+    /*! Both, with all lines. */
     void finish();
-    /*! Sorts all lines again if something was learnt of PDOs that came earlier; finish() does it as well. */
-    void refresh();
 
     std::size_t size() const { return m_lines.size(); }
     const TraceLine &at(std::size_t row) const { return m_lines[row]; }
@@ -88,7 +90,8 @@ private:
     SdoTransfers m_following;
     KeptTransfers m_transfers;
     std::vector<TraceLine> m_lines;
-    std::vector<quint32> m_transferOf; // of each frame; 0: none
-    quint32 m_begun = 0;               // number of the last transfer that has begun
-    int m_sorted = 0;                  // revision of the book by which the lines are sorted
+    std::vector<quint32> m_transferOf;   // of each frame; 0: none
+    quint32 m_begun = 0;                 // number of the last transfer that has begun
+    int m_sorted = 0;                    // revision of the book by which the lines are sorted, or will be
+    std::optional<std::size_t> m_toSort; // the next line that is sorted again; empty: none
 };

@@ -28,6 +28,8 @@ private slots:
     void framesOfALine();
     void partsOfATransfer();
     void mappingHoldsForEarlierLines();
+    void earlierLinesInSlices();
+    void earlierLinesFromTheBeginningWithEachMapping();
     void growsWithItsFrames();
     void inSlices();
     void rowOfAFrame();
@@ -58,6 +60,23 @@ private:
         for (std::size_t row = 0; row < m_lines->size(); ++row)
             texts += m_lines->text(row).text;
         return texts;
+    }
+    /*! The first transmit PDO of node 2 on 6F1h, read in three lines. */
+    void addMapping()
+    {
+        add(0x602, "4000180100000000");
+        add(0x582, "43001801f1060000");
+        add(0x602, "40001a0000000000");
+        add(0x582, "4f001a0001000000");
+        add(0x602, "40001a0100000000");
+        add(0x582, "43001a0120014060");
+    }
+    int pdoLines() const
+    {
+        int count = 0;
+        for (std::size_t row = 0; row < m_lines->size(); ++row)
+            count += m_lines->at(row).kind == FrameKind::Pdo ? 1 : 0;
+        return count;
     }
     /*! A ride in small: what each filter has something of. */
     void addRide();
@@ -174,18 +193,53 @@ void tst_TraceLines::partsOfATransfer()
 void tst_TraceLines::mappingHoldsForEarlierLines()
 {
     add(0x6F1, "84990000"); // an identifier that nobody knows yet
-    add(0x602, "4000180100000000");
-    add(0x582, "43001801f1060000");
-    add(0x602, "40001a0000000000");
-    add(0x582, "4f001a0001000000");
-    add(0x602, "40001a0100000000");
-    add(0x582, "43001a0120014060");
+    addMapping();
     m_lines->advance();
     QCOMPARE(m_lines->at(0).kind, FrameKind::Other);
     m_lines->finish();
     QCOMPARE(m_lines->at(0).kind, FrameKind::Pdo);
     QCOMPARE(m_lines->at(0).nodeId, quint8(2));
     QCOMPARE(m_lines->text(0).text, QStringLiteral("PDO 1: Device actual voltage = 39.30 V"));
+}
+
+void tst_TraceLines::earlierLinesInSlices()
+{
+    for (int i = 0; i < 10; ++i)
+        add(0x6F1, "84990000");
+    m_lines->advance();
+    QVERIFY(!m_lines->refresh(4)); // nothing was learnt
+    addMapping();
+    m_lines->close();
+    QCOMPARE(m_lines->size(), std::size_t(13));
+    QCOMPARE(pdoLines(), 0);
+    QVERIFY(m_lines->refresh(4));
+    QCOMPARE(pdoLines(), 4);
+    QVERIFY(m_lines->refresh(4));
+    QCOMPARE(pdoLines(), 8);
+    add(0x6F1, "84990000"); // sorted as it comes
+    m_lines->advance();
+    QCOMPARE(pdoLines(), 9);
+    QVERIFY(m_lines->refresh(4));
+    QCOMPARE(pdoLines(), 11);
+    QVERIFY(!m_lines->refresh(4));
+    QVERIFY(!m_lines->refresh(4));
+}
+
+void tst_TraceLines::earlierLinesFromTheBeginningWithEachMapping()
+{
+    for (int i = 0; i < 10; ++i)
+        add(0x6F1, "84990000");
+    addMapping();
+    m_lines->advance();
+    QVERIFY(m_lines->refresh(4));
+    QCOMPARE(pdoLines(), 4);
+    add(0x602, "4000180100000000");
+    add(0x582, "43001801f2060000"); // another identifier, from here on
+    add(0x6F2, "84990000");
+    m_lines->advance();
+    QCOMPARE(pdoLines(), 5);
+    QVERIFY(!m_lines->refresh(100));
+    QCOMPARE(pdoLines(), 11);
 }
 
 void tst_TraceLines::growsWithItsFrames()

@@ -63,33 +63,33 @@ void TraceSession::begin(const TraceHead &head)
 void TraceSession::tick()
 {
     const std::shared_ptr<TraceDocument> before = m_live.document();
-    const bool isMore = m_live.advance(framesAtOnce);
-    refresh();
+    const bool isAtItsEnd = !m_live.advance(framesAtOnce) && !m_recorder.isListening();
     if (m_live.document() != before) {
         m_known = 0; // of another book
         takeShortened(before);
     }
+    if (isAtItsEnd)
+        m_live.document()->lines.close();
+    const bool isSorted = refresh();
     if (isLive())
         emit grown();
-    if (!isMore && !m_recorder.isListening()) {
-        m_live.document()->lines.finish();
+    if (isAtItsEnd && isSorted)
         m_timer.stop();
-        if (isLive())
-            emit grown();
-    }
 }
 
-/*! What was learnt lately holds for lines of before as well. In a long trace for new lines only. */
-void TraceSession::refresh()
+/*! What was learnt lately holds for lines of before as well. Whether that is so for all of them now. */
+bool TraceSession::refresh()
 {
     TraceDocument &document = *m_live.document();
     const int known = document.book.pdos().revision();
-    if (known == m_known || document.lines.size() > mostToSort)
-        return;
+    if (known == m_known)
+        return true;
+    if (document.lines.refresh(mostToSort))
+        return false;
     m_known = known;
-    document.lines.refresh();
     if (isLive())
         emit relearnt();
+    return true;
 }
 
 /*! The first frames of what is heard have left. */
@@ -188,7 +188,8 @@ void TraceSession::tell(const TraceDevices &devices, const QString &sentence)
 void TraceSession::tellHeard(const TraceDevices &devices)
 {
     m_live.tell(devices);
-    refresh();
+    if (!refresh())
+        m_timer.start(); // the bus may be closed
     if (isLive())
         emit relearnt();
 }

@@ -87,7 +87,7 @@ signals:
 private:
     void begin(const TraceHead &head);
     void tick();
-    void refresh();
+    bool refresh();
     void takeShortened(const std::shared_ptr<TraceDocument> &before);
     bool isRefused(const QString &fileName);
     void saveLater(const QString &fileName, const std::function<Trace()> &make);

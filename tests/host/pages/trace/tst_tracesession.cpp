@@ -34,6 +34,8 @@ private slots:
     void transfersAreLines();
     void transfersEndWithTheConnection();
     void whatIsLearntOfTheNextBus();
+    void whatIsLearntOfALongTrace();
+    void whatIsToldOfALongTrace();
     void ownFramesAreMarked();
     void framesThatAreNone();
     void lastMinutesAreSaved();
@@ -79,6 +81,8 @@ private:
     void connectToBus();
     void hear(const std::vector<TraceFrame> &frames);
     void heartbeat();
+    void hearMany(int count, quint32 id);
+    std::size_t pdosOf5() const;
     void wait(int milliseconds) { QTest::qWait(milliseconds); }
     /*! Lets what goes on in the background come to its end, in real time. */
     static void finishWork();
@@ -152,6 +156,28 @@ void tst_TraceSession::hear(const std::vector<TraceFrame> &frames)
 void tst_TraceSession::heartbeat()
 {
     hear({heard(0, 0x705, "05")});
+}
+
+/*! Frames of one identifier, until they are lines. */
+void tst_TraceSession::hearMany(int count, quint32 id)
+{
+    const QCanBusFrame frame = heard(0, id, "01").toCanBusFrame();
+    for (int i = 0; i < count; ++i)
+        emit m_bus->frameReceived(frame);
+    wait(10'000);
+    QCOMPARE(m_session->document()->lines.size(), static_cast<std::size_t>(count));
+}
+
+/*! How many of the lines are sorted as PDOs of node 5. */
+std::size_t tst_TraceSession::pdosOf5() const
+{
+    const TraceLines &lines = m_session->document()->lines;
+    std::size_t count = 0;
+    for (std::size_t row = 0; row < lines.size(); ++row) {
+        if (lines.at(row).kind == FrameKind::Pdo && lines.at(row).nodeId == 5)
+            ++count;
+    }
+    return count;
 }
 
 void tst_TraceSession::finishWork()
@@ -290,6 +316,52 @@ void tst_TraceSession::whatIsLearntOfTheNextBus()
         QCOMPARE(int(m_session->document()->lines.at(0).nodeId), 5);
         m_bus->disconnectFromBus();
     }
+}
+
+/*! In parts, or the window would stand still; and those who have filtered its lines are told. */
+void tst_TraceSession::whatIsLearntOfALongTrace()
+{
+    connectToBus();
+    hearMany(250'000, 0x345);
+    std::size_t mostAtOnce = 0;
+    std::size_t known = 0;
+    connect(m_session.get(), &TraceSession::grown, this, [this, &mostAtOnce, &known] {
+        const std::size_t now = pdosOf5();
+        mostAtOnce = std::max(mostAtOnce, now - known);
+        known = now;
+    });
+    QSignalSpy relearnt(m_session.get(), &TraceSession::relearnt);
+    std::size_t knownWhenTold = 0;
+    connect(m_session.get(), &TraceSession::relearnt, this,
+            [this, &knownWhenTold] { knownWhenTold = pdosOf5(); });
+    const std::vector<TraceFrame> reads{
+        heard(0, 0x605, "4000180100000000"), heard(0, 0x585, "4300180145030000"),  // 1800h.1 = 345h
+        heard(0, 0x605, "40001A0000000000"), heard(0, 0x585, "4F001A0001000000"),  // 1A00h.0 = 1
+        heard(0, 0x605, "40001A0100000000"), heard(0, 0x585, "43001A0108010060")}; // 1A00h.1 = 6000h.1
+    for (const TraceFrame &frame : reads)
+        emit m_bus->frameReceived(frame.toCanBusFrame());
+    m_bus->disconnectFromBus();
+    wait(5000);
+    QCOMPARE(pdosOf5(), std::size_t(250'000));
+    QCOMPARE(relearnt.count(), 1);
+    QCOMPARE(knownWhenTold, std::size_t(250'000));
+    QVERIFY2(mostAtOnce <= 100'000, qPrintable(QString::number(mostAtOnce)));
+}
+
+void tst_TraceSession::whatIsToldOfALongTrace()
+{
+    connectToBus();
+    hearMany(150'000, 0x345);
+    m_bus->disconnectFromBus();
+    wait(1000);
+    TraceDevices devices = mappingOf5();
+    SnapshotEntry identifier;
+    identifier.key = {0x1800, 1};
+    identifier.value = 0x345;
+    devices.snapshot.nodes.front().insert(identifier);
+    m_session->tell(devices, QString());
+    wait(1000);
+    QCOMPARE(pdosOf5(), std::size_t(150'000));
 }
 
 void tst_TraceSession::ownFramesAreMarked()
