@@ -37,14 +37,12 @@ TraceSession::TraceSession(BusConnection *bus, QObject *parent, std::size_t most
             [this](const QString &sentence) { emit told(QString(), {sentence}); });
     connect(&m_recorder, &TraceRecorder::recordedFile, this, &TraceSession::fileUsed);
     connect(&m_loading, &TraceLoading::loaded, this, [this](const std::shared_ptr<TraceDocument> &document) {
-        emit loadingChanged();
-        takeLoaded(document);
+        if (std::exchange(m_isOpening, false))
+            takeOpened(document);
+        else
+            takeRetold(document);
     });
-    connect(&m_loading, &TraceLoading::failed, this, [this](const QString &sentence) {
-        emit loadingChanged();
-        emit fileRefused(m_loading.fileName());
-        emit failed(sentence);
-    });
+    connect(&m_loading, &TraceLoading::failed, this, &TraceSession::takeFailure);
 }
 
 void TraceSession::begin(const TraceHead &head)
@@ -102,25 +100,51 @@ void TraceSession::takeShortened(const std::shared_ptr<TraceDocument> &before)
     emit shortened(frames);
 }
 
-void TraceSession::takeLoaded(const std::shared_ptr<TraceDocument> &document)
+void TraceSession::takeOpened(const std::shared_ptr<TraceDocument> &document)
 {
-    const std::shared_ptr<TraceDocument> retold = std::exchange(m_retold, nullptr);
-    if (retold) {
-        if (retold != m_shown) // something else is shown by now
-            return;
-        m_shown = document;
-        emit shortened(0);
-        emit told(m_retoldSentence, {});
-        return;
-    }
+    emit loadingChanged();
     show(document);
     emit fileUsed(document->fileName);
+}
+
+void TraceSession::takeRetold(const std::shared_ptr<TraceDocument> &document)
+{
+    emit loadingChanged();
+    const QStringList sentences = std::exchange(m_telling, Telling()).sentences;
+    m_shown = document;
+    emit shortened(0);
+    emit told(sentences.join(QLatin1Char(' ')), {});
+}
+
+/*! What is shown stays, so what was told of it meanwhile holds. */
+void TraceSession::takeFailure(const QString &sentence)
+{
+    const QString fileName = m_loading.fileName();
+    m_isOpening = false;
+    retell();
+    emit fileRefused(fileName);
+    emit failed(sentence);
 }
 
 void TraceSession::show(const std::shared_ptr<TraceDocument> &document)
 {
     m_shown = document;
+    forgetTold();
     emit documentChanged();
+}
+
+/*! Of a file that is no longer shown. */
+void TraceSession::forgetTold()
+{
+    if (!m_telling.document || m_telling.document == m_shown)
+        return;
+    m_telling = Telling();
+    if (!m_isOpening) {
+        m_loading.cancel();
+        emit loadingChanged();
+    }
+    emit told(QString(), {tr("Another trace is shown by now: what was told of the devices of the one before "
+                             "is not used.")});
 }
 
 void TraceSession::showLive()
@@ -159,7 +183,7 @@ bool TraceSession::isTraceFile(const QString &fileName)
 
 void TraceSession::open(const QString &fileName)
 {
-    m_retold.reset();
+    m_isOpening = true;
     m_loading.start(fileName);
     emit loadingChanged();
 }
@@ -167,7 +191,7 @@ void TraceSession::open(const QString &fileName)
 void TraceSession::open(const QString &fileName, const std::shared_ptr<const Trace> &trace,
                         const TraceDevices &devices)
 {
-    m_retold.reset();
+    m_isOpening = true;
     m_loading.start(fileName, trace, devices);
     emit loadingChanged();
 }
@@ -179,9 +203,18 @@ void TraceSession::tell(const TraceDevices &devices, const QString &sentence)
         emit told(sentence, {});
         return;
     }
-    m_retold = m_shown;
-    m_retoldSentence = sentence;
-    m_loading.start(m_shown, devices);
+    m_telling.document = m_shown;
+    m_telling.devices.add(devices);
+    m_telling.sentences << sentence;
+    if (!m_isOpening)
+        retell();
+}
+
+/*! Makes the lines anew with all that was told and is not in them. */
+void TraceSession::retell()
+{
+    if (m_telling.document)
+        m_loading.start(m_telling.document, m_telling.devices);
     emit loadingChanged();
 }
 
@@ -197,7 +230,9 @@ void TraceSession::tellHeard(const TraceDevices &devices)
 void TraceSession::cancelOpening()
 {
     m_loading.cancel();
-    emit loadingChanged();
+    if (!std::exchange(m_isOpening, false))
+        m_telling = Telling();
+    retell();
 }
 
 /*! Whether a file of this name would be taken for one that was saved by itself, and removed some day. */

@@ -48,7 +48,7 @@ public:
     void open(const QString &fileName, const std::shared_ptr<const Trace> &trace,
               const TraceDevices &devices);
     /*! What else is known of the devices of what is shown; the lines of a file are made anew in the background. \a sentence
-     *  is told when it is done.
+     *  is told when it is done. While another file is opened it waits for what becomes of that.
      */
     void tell(const TraceDevices &devices, const QString &sentence);
     /*! The same of those that are heard; until the bus is another one. */
@@ -85,13 +85,25 @@ signals:
     void failed(const QString &sentence);
 
 private:
+    /*! What was told of the devices of a file, until its lines say so. */
+    struct Telling
+    {
+        std::shared_ptr<TraceDocument> document; // null: nothing
+        TraceDevices devices;
+        QStringList sentences;
+    };
+
     void begin(const TraceHead &head);
     void tick();
     bool refresh();
     void takeShortened(const std::shared_ptr<TraceDocument> &before);
     bool isRefused(const QString &fileName);
     void saveLater(const QString &fileName, const std::function<Trace()> &make);
-    void takeLoaded(const std::shared_ptr<TraceDocument> &document);
+    void retell();
+    void forgetTold();
+    void takeOpened(const std::shared_ptr<TraceDocument> &document);
+    void takeRetold(const std::shared_ptr<TraceDocument> &document);
+    void takeFailure(const QString &sentence);
     void show(const std::shared_ptr<TraceDocument> &document);
     void report(const TraceExport::Result &result);
     bool isForAutomatic(const QString &fileName) const;
@@ -100,8 +112,8 @@ private:
     LiveTrace m_live;
     TraceLoading m_loading;
     std::shared_ptr<TraceDocument> m_shown;
-    std::shared_ptr<TraceDocument> m_retold; // whose lines are made anew; null: none
-    QString m_retoldSentence;
+    Telling m_telling;
+    bool m_isOpening = false; // a file is loaded; or else lines are made anew
     QTimer m_timer;
     int m_known = 0; // revision of what is known of PDOs by which lines are sorted
     bool m_hasHeard = false;

@@ -71,7 +71,13 @@ private slots:
     void openingIsCancelled();
     void devicesOfAFile();
     void devicesAddUp();
+    void devicesThatComeWhileLinesAreMade();
+    void devicesThatComeWhileAFileIsOpened();
+    void devicesThatComeWhileAFileIsRefused();
+    void devicesThatComeWhileOpeningIsCancelled();
+    void devicesThatAreCancelled();
     void devicesOfAFileThatWasLeft();
+    void devicesOfAFileThatWasNotLeft();
     void devicesOfAFileThatIsLeftMeanwhile();
     void devicesOfWhatIsHeard();
     void problemsOfAFile();
@@ -81,6 +87,7 @@ private:
     void connectToBus();
     void hear(const std::vector<TraceFrame> &frames);
     void heartbeat();
+    void openRide();
     void hearMany(int count, quint32 id);
     std::size_t pdosOf5() const;
     void wait(int milliseconds) { QTest::qWait(milliseconds); }
@@ -91,6 +98,11 @@ private:
     void write(const char *name, const std::vector<TraceFrame> &frames) const;
     static Trace load(const QString &fileName);
     void addEvent(EventKind kind);
+    static QString notUsed()
+    {
+        return QStringLiteral("Another trace is shown by now: what was told of the devices of the one before "
+                              "is not used.");
+    }
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<FakeBus> m_fake;
@@ -156,6 +168,15 @@ void tst_TraceSession::hear(const std::vector<TraceFrame> &frames)
 void tst_TraceSession::heartbeat()
 {
     hear({heard(0, 0x705, "05")});
+}
+
+/*! Shows a file with one PDO of node 5. */
+void tst_TraceSession::openRide()
+{
+    write("ride.log", {heard(0, 0x185, "2A")});
+    m_session->open(path("ride.log"));
+    finishWork();
+    QCOMPARE(m_session->document()->fileName, path("ride.log"));
 }
 
 /*! Frames of one identifier, until they are lines. */
@@ -946,6 +967,86 @@ void tst_TraceSession::devicesAddUp()
     QCOMPARE(m_session->document()->devices.snapshot.nodes.size(), 1);
 }
 
+/*! Both count, and both are told. */
+void tst_TraceSession::devicesThatComeWhileLinesAreMade()
+{
+    openRide();
+    m_session->tell(mappingOf5(), QStringLiteral("First."));
+    TraceDevices other;
+    other.sheets.insert(6, CanOpen::ObjectDictionary());
+    m_session->tell(other, QStringLiteral("Second."));
+    finishWork();
+    QCOMPARE(m_session->document()->lines.text(0).text, QStringLiteral("PDO 1: 2000h.1 = 42 (2Ah)"));
+    QCOMPARE(m_session->document()->devices.sheets.size(), 1);
+    QCOMPARE(m_told, QStringList(QStringLiteral("First. Second.")));
+    m_session->tell(other, QStringLiteral("Third."));
+    finishWork();
+    QCOMPARE(m_told, QStringList({QStringLiteral("First. Second."), QStringLiteral("Third.")}));
+}
+
+void tst_TraceSession::devicesThatComeWhileAFileIsOpened()
+{
+    write("other.log", fourLines());
+    openRide();
+    m_session->open(path("other.log"));
+    m_session->tell(mappingOf5(), QStringLiteral("Told.")); // of what is shown so far
+    finishWork();
+    QCOMPARE(m_session->document()->fileName, path("other.log"));
+    QCOMPARE(m_session->document()->devices.snapshot.nodes.size(), 0);
+    QCOMPARE(m_told, QStringList(QString()));
+    QCOMPARE(m_problems, QStringList(notUsed()));
+}
+
+void tst_TraceSession::devicesThatComeWhileAFileIsRefused()
+{
+    openRide();
+    m_session->open(path("gone.log"));
+    m_session->tell(mappingOf5(), QStringLiteral("Told."));
+    finishWork();
+    finishWork();
+    QCOMPARE(m_failed.size(), 1); // that there is no such file
+    QCOMPARE(m_session->document()->lines.text(0).text, QStringLiteral("PDO 1: 2000h.1 = 42 (2Ah)"));
+    QCOMPARE(m_told, QStringList(QStringLiteral("Told.")));
+}
+
+void tst_TraceSession::devicesThatComeWhileOpeningIsCancelled()
+{
+    write("other.log", fourLines());
+    openRide();
+    m_session->open(path("other.log"));
+    m_session->tell(mappingOf5(), QStringLiteral("Told."));
+    m_session->cancelOpening();
+    finishWork();
+    QCOMPARE(m_session->document()->lines.text(0).text, QStringLiteral("PDO 1: 2000h.1 = 42 (2Ah)"));
+    QCOMPARE(m_told, QStringList(QStringLiteral("Told.")));
+}
+
+void tst_TraceSession::devicesThatAreCancelled()
+{
+    openRide();
+    m_session->tell(mappingOf5(), QStringLiteral("Told."));
+    m_session->cancelOpening();
+    QVERIFY(!m_session->loading().isRunning());
+    TraceDevices other;
+    other.sheets.insert(6, CanOpen::ObjectDictionary());
+    m_session->tell(other, QStringLiteral("Second."));
+    finishWork();
+    QCOMPARE(m_session->document()->devices.snapshot.nodes.size(), 0);
+    QCOMPARE(m_told, QStringList(QStringLiteral("Second.")));
+}
+
+/*! The file that was to take its place cannot be opened. */
+void tst_TraceSession::devicesOfAFileThatWasNotLeft()
+{
+    openRide();
+    m_session->tell(mappingOf5(), QStringLiteral("Told."));
+    m_session->open(path("gone.log"));
+    finishWork();
+    finishWork();
+    QCOMPARE(m_session->document()->lines.text(0).text, QStringLiteral("PDO 1: 2000h.1 = 42 (2Ah)"));
+    QCOMPARE(m_told, QStringList(QStringLiteral("Told.")));
+}
+
 void tst_TraceSession::devicesOfAFileThatWasLeft()
 {
     write("ride.log", {heard(0, 0x185, "2A")});
@@ -956,7 +1057,8 @@ void tst_TraceSession::devicesOfAFileThatWasLeft()
     m_session->open(path("other.log")); // before it is done
     finishWork();
     QCOMPARE(m_session->document()->fileName, path("other.log"));
-    QCOMPARE(m_told, QStringList());
+    QCOMPARE(m_told, QStringList(QString()));
+    QCOMPARE(m_problems, QStringList(notUsed()));
 }
 
 void tst_TraceSession::devicesOfAFileThatIsLeftMeanwhile()
@@ -968,7 +1070,8 @@ void tst_TraceSession::devicesOfAFileThatIsLeftMeanwhile()
     m_session->showLive();
     finishWork();
     QVERIFY(m_session->isLive()); // the file does not come back by itself
-    QCOMPARE(m_told, QStringList());
+    QCOMPARE(m_told, QStringList(QString()));
+    QCOMPARE(m_problems, QStringList(notUsed()));
 }
 
 void tst_TraceSession::devicesOfWhatIsHeard()
