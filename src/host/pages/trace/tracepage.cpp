@@ -16,6 +16,7 @@
 
 #include <QAction>
 #include <QEvent>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
@@ -171,7 +172,10 @@ QVector<QPair<QString, QString>> TracePage::keyList()
 
 void TracePage::connectParts()
 {
-    connect(m_filter, &FilterBar::filterChanged, this, &TracePage::takeFilter);
+    connect(m_filter, &FilterBar::filterChanged, this, [this] {
+        giveExportUp();
+        takeFilter();
+    });
     connect(m_filter, &FilterBar::problemChanged, this, &TracePage::showProblem);
     connect(m_find, &FindBar::found, this, [this](int row) { goToLine(m_model.lineAt(row)); });
     connect(&m_model, &TraceModel::looked, this, [this] {
@@ -215,7 +219,7 @@ void TracePage::showDocument()
 {
     m_chosen.reset();
     m_wanted.reset();
-    m_exportName.clear();
+    giveExportUp();
     m_details.clear();
     const TraceDocument &document = *m_session->document();
     m_model.setDocument(m_session->document());
@@ -492,6 +496,15 @@ void TracePage::exportLookedAt()
 {
     if (!m_exportName.isEmpty() && !m_model.isLooking())
         m_session->saveShown(std::exchange(m_exportName, QString()), m_model.rows());
+}
+
+/*! The lines that were to be exported are not the ones that are shown now. */
+void TracePage::giveExportUp()
+{
+    if (m_exportName.isEmpty())
+        return;
+    const QString name = QFileInfo(std::exchange(m_exportName, QString())).fileName();
+    emit told(tr("%1 was not saved: other lines are shown by now.").arg(name));
 }
 
 void TracePage::askForEvents()

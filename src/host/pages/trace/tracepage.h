@@ -106,6 +106,7 @@ private:
     void setFollowing(bool follows);
     void exportShown();
     void exportLookedAt();
+    void giveExportUp();
     void askForEvents();
     void toggleFollowing();
     QString documentText() const;

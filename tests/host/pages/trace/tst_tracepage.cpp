@@ -191,6 +191,9 @@ private slots:
     void copiesOnlySoMany();
     void saysThatNotAllIsCopied();
     void exportsWhatIsShown();
+    void exportWaitsForTheLinesOfItsFilter();
+    void exportThatWaitsEndsWithAnotherFilter();
+    void exportThatWaitsEndsWithAnotherTrace();
     void exportSaysWhatTheFormatCannotHold();
     void savesTheMinutesBeforeThePress();
     void minutesCanBeSavedBesideAFile();
@@ -220,6 +223,18 @@ private slots:
     void fitsSmallScreens();
 
 private:
+    /*! The name of a file that is exported as soon as all lines were looked at. */
+    static QString exportWhileLooking(TraceHost *host)
+    {
+        host->open(many(100'000));
+        host->find<QLineEdit>("filterNodes")->setText(QStringLiteral("6"));
+        host->find<QToolButton>("traceExport")->click();
+        const QString file = host->folder.filePath(QStringLiteral("part.log"));
+        emit dialog(*host, "traceExportDialog")->fileSelected(file);
+        if (!host->page.model().isLooking())
+            qFatal("all lines were looked at already");
+        return file;
+    }
     static QFileDialog *dialog(const TraceHost &host, const char *name)
     {
         auto *found = host.page.findChild<QFileDialog *>(QLatin1String(name));
@@ -779,6 +794,48 @@ void tst_TracePage::exportsWhatIsShown()
     QVERIFY2(part.has_value(), qPrintable(error));
     QCOMPARE(part->frames.size(), std::size_t(2));
     QVERIFY(part->frames[0] == fourLines()[1]);
+}
+
+void tst_TracePage::exportWaitsForTheLinesOfItsFilter()
+{
+    TraceHost host;
+    QSignalSpy told(&host.session, &TraceSession::told);
+    const QString file = exportWhileLooking(&host);
+    QVERIFY(!QFileInfo::exists(file));
+    QTest::qWait(1000);
+    host.finishWork();
+    QCOMPARE(told.count(), 1);
+    QString error;
+    QCOMPARE(TraceFile::load(file, TraceFile::Limits(), &error)->frames.size(), std::size_t(100'000));
+}
+
+void tst_TracePage::exportThatWaitsEndsWithAnotherFilter()
+{
+    TraceHost host;
+    QSignalSpy saved(&host.session, &TraceSession::told);
+    QSignalSpy told(&host.page, &TracePage::told);
+    const QString file = exportWhileLooking(&host);
+    host.find<QLineEdit>("filterNodes")->setText(QStringLiteral("7"));
+    QCOMPARE(told.count(), 1);
+    QCOMPARE(told.first().first().toString(),
+             QStringLiteral("part.log was not saved: other lines are shown by now."));
+    QTest::qWait(1000);
+    host.finishWork();
+    QVERIFY(!QFileInfo::exists(file));
+    QCOMPARE(saved.count(), 0);
+    QCOMPARE(told.count(), 1);
+}
+
+void tst_TracePage::exportThatWaitsEndsWithAnotherTrace()
+{
+    TraceHost host;
+    QSignalSpy told(&host.page, &TracePage::told);
+    const QString file = exportWhileLooking(&host);
+    host.session.showLive();
+    QCOMPARE(told.count(), 1);
+    QTest::qWait(1000);
+    host.finishWork();
+    QVERIFY(!QFileInfo::exists(file));
 }
 
 void tst_TracePage::exportSaysWhatTheFormatCannotHold()
