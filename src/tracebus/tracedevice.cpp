@@ -52,7 +52,7 @@ void logProblems(const Trace &trace, const QString &fileName)
     for (const TraceProblem &problem : trace.problems)
         qCWarning(traceBusLog, "%s, line %lld: %s", qUtf8Printable(fileName), problem.line,
                   qUtf8Printable(problem.text));
-    if (trace.isCut)
+    if (trace.missing == MissingFrames::Newest)
         qCWarning(traceBusLog, "%s is too long; its end is not played", qUtf8Printable(fileName));
 }
 

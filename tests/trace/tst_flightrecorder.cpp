@@ -57,7 +57,7 @@ void tst_FlightRecorder::nothing()
     recorder.setHead({{QStringLiteral("can0")}, true});
     const Trace trace = recorder.all();
     QVERIFY(trace.frames.empty());
-    QVERIFY(!trace.isCut);
+    QVERIFY(trace.missing == MissingFrames::None);
     QCOMPARE(trace.head.channels, QStringList{QStringLiteral("can0")});
     QVERIFY(trace.head.hasTimeOfDay);
 }
@@ -71,7 +71,7 @@ void tst_FlightRecorder::lastMinutes()
     QCOMPARE(trace.frames.size(), size_t(6001));
     QCOMPARE(trace.frames.front().time, 600 * second);
     QCOMPARE(trace.frames.back().time, 1200 * second);
-    QVERIFY(!trace.isCut);
+    QVERIFY(trace.missing == MissingFrames::None);
 }
 
 void tst_FlightRecorder::partOfThem()
@@ -106,13 +106,13 @@ void tst_FlightRecorder::numberIsBounded()
     record(&recorder, 3 * chunk, 1, 1);
     QCOMPARE(recorder.size(), 2 * chunk + 1);
     QVERIFY(recorder.isShort());
-    QVERIFY(recorder.all().isCut);
+    QVERIFY(recorder.all().missing == MissingFrames::Oldest);
     QCOMPARE(recorder.all().frames.front().time, qint64(chunk));
     // What is missing is not of the last millisecond,
-    QVERIFY(!recorder.last(1000).isCut);
+    QVERIFY(recorder.last(1000).missing == MissingFrames::None);
     // and ten minutes later of nothing.
     record(&recorder, 700 * second, 1, 1);
-    QVERIFY(!recorder.all().isCut);
+    QVERIFY(recorder.all().missing == MissingFrames::None);
 }
 
 void tst_FlightRecorder::backwardTimesStay()

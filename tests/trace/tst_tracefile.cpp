@@ -377,9 +377,9 @@ void tst_TraceFile::limits()
     const auto open = [&](const QByteArray &from) {
         return TraceFile::open(std::make_unique<MemoryBytes>(from), QStringLiteral("a.log"), &error);
     };
-    QVERIFY(!TraceFile::load(open(bytes).get(), {1000, 100}).isCut);
+    QVERIFY(TraceFile::load(open(bytes).get(), {1000, 100}).missing == MissingFrames::None);
     const Trace cut = TraceFile::load(open(bytes).get(), {999, 100});
-    QVERIFY(cut.isCut);
+    QVERIFY(cut.missing == MissingFrames::Newest);
     QCOMPARE(cut.frames.size(), size_t(999));
 
     const Trace problems = TraceFile::load(open(aLog + QByteArray("(1.0) can0 1##1\n").repeated(1000)).get(),

@@ -23,6 +23,9 @@ struct TraceHead
     bool hasTimeOfDay = false;
 };
 
+/*! What a trace lacks of what it is made of, because there were more frames than fit. */
+enum class MissingFrames : quint8 { None, Oldest, Newest };
+
 /*! Frames of one or several buses, in the order in which they were recorded. Times may run backward. */
 struct Trace
 {
@@ -30,5 +33,5 @@ struct Trace
     std::vector<TraceFrame> frames;
     std::vector<TraceProblem> problems; //!< the first ones
     quint64 unread = 0;                 //!< how many lines or records could not be read
-    bool isCut = false;                 //!< there were more frames than fit
+    MissingFrames missing = MissingFrames::None;
 };

@@ -151,9 +151,10 @@ Trace TraceFile::load(TraceReader *reader, const Limits &limits, size_t expected
                 trace.problems.push_back(reader->problem());
             continue;
         }
-        trace.isCut = trace.frames.size() >= limits.frames;
-        if (trace.isCut)
+        if (trace.frames.size() >= limits.frames) {
+            trace.missing = MissingFrames::Newest;
             break;
+        }
         trace.frames.push_back(frame);
     }
     trace.head = reader->head();

@@ -58,7 +58,8 @@ Trace FlightRecorder::last(qint64 span) const
     const qint64 oldest = m_newest - std::min(span, m_limits.span);
     Trace trace;
     trace.head = m_head;
-    trace.isCut = isShort() && m_newestDropped >= oldest;
+    if (isShort() && m_newestDropped >= oldest)
+        trace.missing = MissingFrames::Oldest;
     trace.frames.reserve(m_size);
     for (const Chunk &chunk : m_chunks) {
         if (chunk.newest < oldest)

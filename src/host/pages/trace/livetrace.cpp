@@ -54,6 +54,7 @@ void LiveTrace::beginNext()
     m_nextBegin = frames.size() / 2;
     m_next = std::make_shared<TraceDocument>();
     m_next->trace.head = m_document->trace.head;
+    m_next->trace.missing = MissingFrames::Oldest;
     m_next->trace.frames.reserve(withReserve(m_most)); // once, and not bit by bit while the bus is busy
     m_next->trace.frames.assign(frames.begin() + static_cast<std::ptrdiff_t>(m_nextBegin), frames.end());
     rememberMappings(m_nextBegin);

@@ -27,6 +27,7 @@ Trace TraceExport::shown(const TraceDocument &document, const TraceRows &rows)
     }
     Trace trace;
     trace.head = document.trace.head;
+    trace.missing = document.trace.missing;
     trace.frames.reserve(static_cast<std::size_t>(std::count(isShown.begin(), isShown.end(), true)));
     for (std::size_t position = 0; position < all.size(); ++position) {
         if (isShown[position])
@@ -49,7 +50,9 @@ TraceExport::Result TraceExport::save(const QString &fileName, const Trace &trac
     const QStringList lost = format ? details.lostIn(*format, trace.head) : QStringList();
     if (!lost.isEmpty())
         result.problems << tr("This format cannot hold: %1.").arg(lost.join(QStringLiteral(", ")));
-    if (trace.isCut)
+    if (trace.missing == MissingFrames::Newest)
+        result.problems << tr("There were more frames than are kept: the newest are missing.");
+    if (trace.missing == MissingFrames::Oldest)
         result.problems << tr("There were more frames than are kept: the oldest are missing.");
     return result;
 }

@@ -23,7 +23,7 @@ public:
         QString fileName;
         quint64 frames = 0;
         QString problem;      //!< a sentence when nothing was saved; else empty
-        QStringList problems; //!< what the format could not hold, a sentence each
+        QStringList problems; //!< what the format could not hold or is missing, a sentence each
     };
 
     /*! The frames of the lines that are shown, in the order of the trace. */

@@ -252,7 +252,7 @@ QString TracePage::documentText() const
     QStringList sentences;
     if (!m_session->isLive() && trace.frames.empty())
         sentences << tr("There is not one frame in this file.");
-    if (trace.isCut)
+    if (trace.missing == MissingFrames::Newest)
         sentences << tr("The file is too long: only its first %1 frames are shown.")
                          .arg(TraceTimes::count(trace.frames.size()));
     if (trace.unread > 0 && !trace.problems.empty())

@@ -40,7 +40,7 @@ public:
     bool isListening() const { return m_isListening; }
     /*! How many frames of the last minutes there are. */
     std::size_t kept() const { return m_flight.size(); }
-    /*! The last ten minutes as of now; fewer when there were too many frames (Trace::isCut). */
+    /*! The last ten minutes as of now; fewer when there were too many frames (Trace::missing). */
     FlightRecorder lastMinutes() { return m_flight.freeze(); }
 
     /*! Records what comes from now on, whichever bus it is, until stopRecording(); another thread writes. The name tells

@@ -82,6 +82,9 @@ private slots:
     void devicesOfWhatIsHeard();
     void problemsOfAFile();
     void shownPartIsSaved();
+    void missingFramesAreSaidWhenItIsSaved_data();
+    void missingFramesAreSaidWhenItIsSaved();
+    void framesThatHaveLeftAreSaidWhenItIsSaved();
 
 private:
     void connectToBus();
@@ -90,6 +93,7 @@ private:
     void openRide();
     void hearMany(int count, quint32 id);
     std::size_t pdosOf5() const;
+    TraceRows rowsOf(std::size_t node) const;
     void wait(int milliseconds) { QTest::qWait(milliseconds); }
     /*! Lets what goes on in the background come to its end, in real time. */
     static void finishWork();
@@ -187,6 +191,18 @@ void tst_TraceSession::hearMany(int count, quint32 id)
         emit m_bus->frameReceived(frame);
     wait(10'000);
     QCOMPARE(m_session->document()->lines.size(), static_cast<std::size_t>(count));
+}
+
+/*! What is shown of one node; 0: all. */
+TraceRows tst_TraceSession::rowsOf(std::size_t node) const
+{
+    TraceRows rows;
+    rows.setLines(&m_session->document()->lines);
+    TraceFilter filter;
+    filter.nodes.set(node, node != 0);
+    rows.setFilter(filter);
+    rows.append(rows.examine(1000));
+    return rows;
 }
 
 /*! How many of the lines are sorted as PDOs of node 5. */
@@ -1106,19 +1122,59 @@ void tst_TraceSession::shownPartIsSaved()
     write("ride.log", fourLines());
     m_session->open(path("ride.log"));
     finishWork();
-    TraceRows rows;
-    rows.setLines(&m_session->document()->lines);
-    TraceFilter filter;
-    filter.nodes.set(2);
-    rows.setFilter(filter);
-    rows.append(rows.examine(100));
-    m_session->saveShown(path("part.asc"), rows);
+    m_session->saveShown(path("part.asc"), rowsOf(2));
     finishWork();
     QCOMPARE(m_failed, QStringList());
     QCOMPARE(load(path("part.asc")).frames.size(), std::size_t(2));
     QCOMPARE(m_problems.size(), 1);
     QVERIFY2(m_problems.first().startsWith(QStringLiteral("This format cannot hold: the names of channels")),
              qPrintable(m_problems.first()));
+}
+
+void tst_TraceSession::missingFramesAreSaidWhenItIsSaved_data()
+{
+    QTest::addColumn<int>("missing");
+    QTest::addColumn<int>("node");
+    QTest::addColumn<QStringList>("problems");
+
+    const QStringList oldest(QStringLiteral("There were more frames than are kept: the oldest are missing."));
+    const QStringList newest(QStringLiteral("There were more frames than are kept: the newest are missing."));
+    QTest::newRow("none") << int(MissingFrames::None) << 0 << QStringList();
+    QTest::newRow("newest") << int(MissingFrames::Newest) << 0 << newest;
+    QTest::newRow("newest, with a filter") << int(MissingFrames::Newest) << 2 << newest;
+    QTest::newRow("oldest, with a filter") << int(MissingFrames::Oldest) << 2 << oldest;
+}
+
+void tst_TraceSession::missingFramesAreSaidWhenItIsSaved()
+{
+    QFETCH(int, missing);
+    QFETCH(int, node);
+    auto trace = std::make_shared<Trace>(documentOf(fourLines())->trace);
+    trace->missing = static_cast<MissingFrames>(missing);
+    m_session->open(path("ride.log"), trace, TraceDevices());
+    finishWork();
+    m_session->saveShown(path("part.log"), rowsOf(static_cast<std::size_t>(node)));
+    finishWork();
+    QCOMPARE(load(path("part.log")).frames.size(), std::size_t(node == 0 ? 5 : 2));
+    QTEST(m_problems, "problems");
+}
+
+void tst_TraceSession::framesThatHaveLeftAreSaidWhenItIsSaved()
+{
+    m_session = std::make_unique<TraceSession>(m_bus.get(), nullptr, 100);
+    QStringList problems;
+    connect(m_session.get(), &TraceSession::told, this,
+            [&problems](const QString &, const QStringList &told) { problems << told; });
+    connectToBus();
+    hear(std::vector<TraceFrame>(90, heard(0, 0x705, "05")));
+    m_session->saveShown(path("whole.log"), rowsOf(0));
+    finishWork();
+    QCOMPARE(problems, QStringList());
+    hear(std::vector<TraceFrame>(60, heard(0, 0x705, "05")));
+    m_session->saveShown(path("part.log"), rowsOf(5));
+    finishWork();
+    QCOMPARE(problems,
+             QStringList(QStringLiteral("There were more frames than are kept: the oldest are missing.")));
 }
 
 QTEST_GUILESS_MAIN(tst_TraceSession)
