@@ -5303,6 +5303,10 @@ Jetzt: %2</translation>
         <source>pcapng capture (*.pcapng)</source>
         <translation>pcapng-Mitschnitt (*.pcapng)</translation>
     </message>
+    <message>
+        <source>There were more frames than are kept: the newest are missing.</source>
+        <translation>Es waren mehr Frames, als behalten werden: Die neuesten fehlen.</translation>
+    </message>
 </context>
 <context>
     <name>TraceFile</name>
@@ -5601,6 +5605,10 @@ Jetzt: %2</translation>
         <source>Line %1: %2</source>
         <translation>Zeile %1: %2</translation>
     </message>
+    <message>
+        <source>%1 was not saved: other lines are shown by now.</source>
+        <translation>%1 wurde nicht gespeichert: Inzwischen werden andere Zeilen gezeigt.</translation>
+    </message>
 </context>
 <context>
     <name>TraceRecorder</name>
@@ -5651,6 +5659,10 @@ Jetzt: %2</translation>
             <numerusform>Gespeichert: %1, %n Frame</numerusform>
             <numerusform>Gespeichert: %1, %n Frames</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Another trace is shown by now: what was told of the devices of the one before is not used.</source>
+        <translation>Inzwischen wird eine andere Aufzeichnung gezeigt: Was über die Geräte der vorigen mitgeteilt wurde, wird nicht verwendet.</translation>
     </message>
 </context>
 <context>

@@ -5303,6 +5303,10 @@ Maintenant&#xa0;: %2</translation>
         <source>pcapng capture (*.pcapng)</source>
         <translation>Capture pcapng (*.pcapng)</translation>
     </message>
+    <message>
+        <source>There were more frames than are kept: the newest are missing.</source>
+        <translation>Il y avait plus de trames qu’on n’en garde&#xa0;: les plus récentes manquent.</translation>
+    </message>
 </context>
 <context>
     <name>TraceFile</name>
@@ -5601,6 +5605,10 @@ Maintenant&#xa0;: %2</translation>
         <source>Line %1: %2</source>
         <translation>Ligne %1&#xa0;: %2</translation>
     </message>
+    <message>
+        <source>%1 was not saved: other lines are shown by now.</source>
+        <translation>%1 n’a pas été enregistré&#xa0;: d’autres lignes sont affichées entre-temps.</translation>
+    </message>
 </context>
 <context>
     <name>TraceRecorder</name>
@@ -5651,6 +5659,10 @@ Maintenant&#xa0;: %2</translation>
             <numerusform>Enregistré&#xa0;: %1, %n trame</numerusform>
             <numerusform>Enregistré&#xa0;: %1, %n trames</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Another trace is shown by now: what was told of the devices of the one before is not used.</source>
+        <translation>Une autre trace est affichée entre-temps&#xa0;: ce qui a été indiqué sur les appareils de la précédente n’est pas utilisé.</translation>
     </message>
 </context>
 <context>

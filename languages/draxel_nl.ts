@@ -5303,6 +5303,10 @@ Nu: %2</translation>
         <source>pcapng capture (*.pcapng)</source>
         <translation>pcapng-opname (*.pcapng)</translation>
     </message>
+    <message>
+        <source>There were more frames than are kept: the newest are missing.</source>
+        <translation>Er waren meer frames dan er bewaard worden: de nieuwste ontbreken.</translation>
+    </message>
 </context>
 <context>
     <name>TraceFile</name>
@@ -5601,6 +5605,10 @@ Nu: %2</translation>
         <source>Line %1: %2</source>
         <translation>Regel %1: %2</translation>
     </message>
+    <message>
+        <source>%1 was not saved: other lines are shown by now.</source>
+        <translation>%1 is niet opgeslagen: er worden intussen andere regels getoond.</translation>
+    </message>
 </context>
 <context>
     <name>TraceRecorder</name>
@@ -5651,6 +5659,10 @@ Nu: %2</translation>
             <numerusform>Opgeslagen: %1, %n frame</numerusform>
             <numerusform>Opgeslagen: %1, %n frames</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Another trace is shown by now: what was told of the devices of the one before is not used.</source>
+        <translation>Er wordt intussen een andere opname getoond: wat over de apparaten van de vorige is meegedeeld, wordt niet gebruikt.</translation>
     </message>
 </context>
 <context>

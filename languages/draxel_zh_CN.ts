@@ -5281,6 +5281,10 @@ Now: %2</source>
         <source>pcapng capture (*.pcapng)</source>
         <translation>pcapng 捕获 (*.pcapng)</translation>
     </message>
+    <message>
+        <source>There were more frames than are kept: the newest are missing.</source>
+        <translation>帧数超过保留上限：缺少最新的帧。</translation>
+    </message>
 </context>
 <context>
     <name>TraceFile</name>
@@ -5578,6 +5582,10 @@ Now: %2</source>
         <source>Line %1: %2</source>
         <translation>第 %1 行：%2</translation>
     </message>
+    <message>
+        <source>%1 was not saved: other lines are shown by now.</source>
+        <translation>%1 未保存：现在显示的是其他行。</translation>
+    </message>
 </context>
 <context>
     <name>TraceRecorder</name>
@@ -5626,6 +5634,10 @@ Now: %2</source>
         <translation>
             <numerusform>已保存：%1，%n 帧</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Another trace is shown by now: what was told of the devices of the one before is not used.</source>
+        <translation>现在显示的是另一条记录：关于前一条记录中设备的信息未被使用。</translation>
     </message>
 </context>
 <context>

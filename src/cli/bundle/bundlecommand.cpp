@@ -177,7 +177,7 @@ std::optional<ExitStatus> BundleCommand::readBus()
         listenOn();
     m_bundle.snapshot = m_bus.snapshot();
     m_bundle.trace = listening.trace();
-    if (m_bundle.trace->isCut) {
+    if (m_bundle.trace->missing != MissingFrames::None) {
         Console::printError(
             BundleCommandTr::tr("There were too many frames: the bundle has the last %1 of them.")
                 .arg(m_bundle.trace->frames.size()));

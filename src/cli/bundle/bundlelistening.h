@@ -24,7 +24,7 @@ public:
     /*! \a name of the one channel. */
     void begin(const BusAddress &address);
 
-    /*! Of frames beyond this number the oldest go, see Trace::isCut. */
+    /*! Of frames beyond this number the oldest go, see Trace::missing. */
     static constexpr std::size_t mostFrames = 20'000'000;
 
     Trace trace() const { return m_recorder.all(); }
