@@ -24,6 +24,8 @@ private slots:
     void ofFiles();
     void maskedHasNoSerialNumbers();
     void otherCommandsTakeIt();
+    void reportTakesIt();
+    void simulateTakesIt();
     void badBundles();
     void badArguments_data();
     void badArguments();
@@ -183,6 +185,31 @@ void tst_BundleCommand::otherCommandsTakeIt()
     QVERIFY2(trace.output.contains(batterySerial), qPrintable(trace.output));
     const Result diff = run({QStringLiteral("diff"), path("b.zip"), path("b.zip")});
     QCOMPARE(diff.status, 0);
+}
+
+void tst_BundleCommand::reportTakesIt()
+{
+    QCOMPARE(make().status, 0);
+    const Result report
+        = run({QStringLiteral("report"), path("b.zip"), QStringLiteral("--output"), path("report")});
+    QCOMPARE(report.errors, QString());
+    QCOMPARE(report.status, 0);
+    QFile html(path("report/dx_report.html"));
+    QVERIFY(html.open(QIODevice::ReadOnly));
+    QVERIFY(html.readAll().contains("Battery Pack"));
+}
+
+void tst_BundleCommand::simulateTakesIt()
+{
+    QCOMPARE(make().status, 0);
+    Program program({QStringLiteral("simulate"), path("b.zip"), QStringLiteral("--bus"),
+                     QStringLiteral("virtualcan:tcp://127.0.0.1:%1/can0").arg(freePort())});
+    QVERIFY(program.waitForOutput(QStringLiteral("b is on ")));
+    program.signal(SIGINT);
+    const Result result = program.finish();
+    QVERIFY2(result.output.contains(QLatin1String(" with 7 nodes; Ctrl+C ends it.")),
+             qPrintable(result.output));
+    QCOMPARE(result.errors, QStringLiteral("The simulation has ended.\n"));
 }
 
 void tst_BundleCommand::badBundles()

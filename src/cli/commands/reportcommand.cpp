@@ -7,10 +7,10 @@
 #include <cli/core/console.h>
 #include <cli/core/exitstatus.h>
 #include <cli/core/language.h>
+#include <cli/core/openedbundle.h>
 #include <cli/core/optionnames.h>
 #include <cli/core/reportfiles.h>
 
-#include <snapshot/savedvehicle.h>
 #include <store/nodestore.h>
 
 namespace {
@@ -24,7 +24,7 @@ ExitStatus report(const QString &fileName, const QString &folder)
 {
     NodeStore store;
     QString error;
-    if (!SavedVehicle::loadStore(fileName, store, &error) || !prepareReportFolder(folder, &error)) {
+    if (!OpenedBundle::loadStore(fileName, store, &error) || !prepareReportFolder(folder, &error)) {
         Console::printError(error);
         return Exit::fileFailed;
     }
@@ -39,8 +39,9 @@ ExitStatus runReportCommand(const QStringList &arguments)
         QStringLiteral("report"),
         ReportCommandTr::tr("Writes the report on what a saved vehicle holds: dx_report.pdf and "
                             "dx_report.html; or its service report."));
-    options.addPositional(QStringLiteral("FILE"),
-                          ReportCommandTr::tr("A snapshot (.dxsnap) or an exchange file (.dxxml)."));
+    options.addPositional(
+        QStringLiteral("FILE"),
+        ReportCommandTr::tr("A snapshot (.dxsnap), an exchange file (.dxxml) or a support bundle (.zip)."));
     options.addOption({outputOption,
                        ReportCommandTr::tr("The folder for the two files; it is made when it is not there."),
                        QStringLiteral("DIR")});

@@ -32,8 +32,7 @@ MaybeVehicle loadSavedVehicle(const QString &fileName, QString *error)
 
 MaybeVehicle loadVehicle(const QString &name, QString *error)
 {
-    if (name.endsWith(QLatin1String(".dxxml"), Qt::CaseInsensitive)
-        || name.endsWith(QLatin1String(".dxsnap"), Qt::CaseInsensitive))
+    if (isSavedVehicle(name))
         return loadSavedVehicle(name, error);
     const QString path = Simulator::findVehicleFile(name, error);
     return path.isEmpty() ? std::nullopt : Simulator::readVehicleFile(path, error);
@@ -107,12 +106,12 @@ ExitStatus runSimulateCommand(const QStringList &arguments)
         QStringLiteral("simulate"),
         SimulateCommandTr::tr(
             "Puts a simulated vehicle on a bus: a shipped one by its name, a vehicle file, or "
-            "what a snapshot or an exchange file holds."));
+            "what a snapshot, an exchange file or a support bundle holds."));
     options.addBusOptions();
     options.addPositional(
         QStringLiteral("VEHICLE"),
         SimulateCommandTr::tr(
-            "A name such as pedelec, ride or full-bus, FILE.json, FILE.dxsnap or FILE.dxxml."));
+            "A name such as pedelec, ride or full-bus, FILE.json, FILE.dxsnap, FILE.dxxml or FILE.zip."));
     options.addOption({speedOption,
                        SimulateCommandTr::tr(
                            "Its values move so many times as fast; heartbeats and PDOs keep their times."),

@@ -3,6 +3,7 @@
 
 #include "openedbundle.h"
 
+#include <bundle/bundlefile.h>
 #include <snapshot/objecttypes.h>
 #include <snapshot/snapshot.h>
 
@@ -110,6 +111,13 @@ Simulator::VehicleDescription vehicleFromSnapshot(const Snapshot &snapshot, QStr
     for (const SnapshotNode &node : snapshot.nodes)
         vehicle.nodes.append(nodeOf(node, snapshot.isOfBus(), warnings));
     return vehicle;
+}
+
+bool isSavedVehicle(const QString &fileName)
+{
+    return fileName.endsWith(QLatin1String(".dxxml"), Qt::CaseInsensitive)
+           || fileName.endsWith(QLatin1String(".dxsnap"), Qt::CaseInsensitive)
+           || BundleFile::isBundleName(fileName) || BundleFile::isBundle(fileName);
 }
 
 std::optional<Simulator::VehicleDescription> vehicleFromFile(const QString &fileName, QString *errorMessage,

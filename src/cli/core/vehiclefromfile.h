@@ -20,7 +20,10 @@ struct Snapshot;
  */
 Simulator::VehicleDescription vehicleFromSnapshot(const Snapshot &snapshot, QStringList *warnings);
 
-/*! The vehicle of a snapshot or an exchange file, with the file's name. Empty when the file cannot be read, is no good
+/*! Whether a file is a saved vehicle: a snapshot or an exchange file by its name, or a support bundle. */
+bool isSavedVehicle(const QString &fileName);
+
+/*! The vehicle of a snapshot, an exchange file or a support bundle, with the file's name. Empty when the file cannot be read, is no good
  *  one or holds no node, with a sentence in \a errorMessage. Neither may be null.
  */
 std::optional<Simulator::VehicleDescription> vehicleFromFile(const QString &fileName, QString *errorMessage,
