@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "bundlefile.h"
 
-#include "bundledtrace.h"
 #include "bundlereading.h"
 #include "bundlewriting.h"
 #include "zipfile.h"
@@ -87,16 +86,18 @@ std::optional<QByteArray> BundleFile::loadTrace(const QString &fileName, QString
         return std::nullopt;
     QString problem;
     const std::optional<QVector<ZipFile::Entry>> files = ZipFile::unpack(*bytes, ZipFile::Limits(), &problem);
-    if (!files) {
+    const std::optional<BundleReading::TakenFile> trace
+        = files ? BundleReading::takeTrace(*files, &problem) : std::nullopt;
+    if (!trace) {
         *errorMessage = sentence(fileName, problem);
         return std::nullopt;
     }
-    for (const ZipFile::Entry &file : *files) {
-        if (file.name == QLatin1String(BundledTrace::fileName))
-            return file.bytes;
-    }
-    *errorMessage = tr("The support bundle %1 has no trace.").arg(QDir::toNativeSeparators(fileName));
-    return std::nullopt;
+    if (!trace->bytes)
+        *errorMessage
+            = !trace->problem.isEmpty()
+                  ? trace->problem
+                  : tr("The support bundle %1 has no trace.").arg(QDir::toNativeSeparators(fileName));
+    return trace->bytes;
 }
 
 std::optional<SupportBundle> BundleFile::fromBytes(const QByteArray &bytes, QString *problem)

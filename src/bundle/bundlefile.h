@@ -31,7 +31,7 @@ public:
     /*! What can be used of it; its problems say what cannot. Empty when it cannot be opened, with a sentence. */
     static std::optional<SupportBundle> load(const QString &fileName, QString *errorMessage);
 
-    /*! Only the trace, as its bytes in the file; empty with a sentence. */
+    /*! Only the trace, as its bytes in the file; empty with a sentence, also when it is not the one that was put in. */
     static std::optional<QByteArray> loadTrace(const QString &fileName, QString *errorMessage);
 
     /*! The same of the bytes of a file. */

@@ -31,7 +31,8 @@ BundleReading::BundleReading(const BundleManifest &manifest, const QVector<ZipFi
     m_bundle.isMasked = manifest.isMasked;
 }
 
-std::optional<SupportBundle> BundleReading::read(const QVector<ZipFile::Entry> &files, QString *problem)
+std::optional<BundleManifest> BundleReading::manifestOf(const QVector<ZipFile::Entry> &files,
+                                                        QString *problem)
 {
     const ZipFile::Entry *file = find(files, QLatin1String(BundleManifest::fileName));
     if (file == nullptr) {
@@ -40,16 +41,33 @@ std::optional<SupportBundle> BundleReading::read(const QVector<ZipFile::Entry> &
     }
     QString wrong;
     const std::optional<BundleManifest> manifest = BundleManifest::fromJson(file->bytes, &wrong);
-    if (!manifest) {
+    if (!manifest)
         *problem = tr("its manifest.json cannot be used: %1").arg(wrong);
+    return manifest;
+}
+
+std::optional<SupportBundle> BundleReading::read(const QVector<ZipFile::Entry> &files, QString *problem)
+{
+    const std::optional<BundleManifest> manifest = manifestOf(files, problem);
+    if (!manifest)
         return std::nullopt;
-    }
     BundleReading reading(*manifest, files);
     reading.readSnapshot();
     reading.readTrace();
     reading.readEvents();
     reading.readMessages();
     return reading.m_bundle;
+}
+
+std::optional<BundleReading::TakenFile> BundleReading::takeTrace(const QVector<ZipFile::Entry> &files,
+                                                                 QString *problem)
+{
+    const std::optional<BundleManifest> manifest = manifestOf(files, problem);
+    if (!manifest)
+        return std::nullopt;
+    BundleReading reading(*manifest, files);
+    const std::optional<QByteArray> bytes = reading.take(BundledTrace::fileName);
+    return TakenFile{bytes, reading.m_bundle.problems.value(0)};
 }
 
 void BundleReading::complain(const char *name, const QString &reason)

@@ -20,9 +20,20 @@ public:
      */
     static std::optional<SupportBundle> read(const QVector<ZipFile::Entry> &files, QString *problem);
 
+    /*! A file of a bundle. Without bytes there is none, or, with a sentence, none that can be used. */
+    struct TakenFile
+    {
+        std::optional<QByteArray> bytes;
+        QString problem;
+    };
+
+    /*! Only the trace; empty as read(). */
+    static std::optional<TakenFile> takeTrace(const QVector<ZipFile::Entry> &files, QString *problem);
+
 private:
     BundleReading(const BundleManifest &manifest, const QVector<ZipFile::Entry> &files);
 
+    static std::optional<BundleManifest> manifestOf(const QVector<ZipFile::Entry> &files, QString *problem);
     std::optional<QByteArray> take(const char *name);
     void readSnapshot();
     void readTrace();

@@ -106,9 +106,16 @@ std::optional<SupportBundle> opened(const QVector<ZipFile::Entry> &files, QStrin
     return BundleFile::fromBytes(ZipFile::pack(files, problem), problem);
 }
 
+bool savePacked(const QString &fileName, const QVector<ZipFile::Entry> &files, QString *problem)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::WriteOnly) && file.write(ZipFile::pack(files, problem)) > 0;
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(Severity)
+Q_DECLARE_METATYPE(QVector<ZipFile::Entry>)
 
 /*! Support bundles: made, masked, opened. */
 class tst_BundleFile : public QObject
@@ -134,6 +141,9 @@ private slots:
     void badManifest();
     void badParts_data();
     void badParts();
+    void traceAlone();
+    void refusedTrace_data();
+    void refusedTrace();
     void messages();
     void messagesOfOthers();
     void savesWholeOrNot();
@@ -482,6 +492,65 @@ void tst_BundleFile::badParts()
     QCOMPARE(read->problems.size(), 1);
     QVERIFY2(read->problems.first().startsWith(problem), qPrintable(read->problems.first()));
     QCOMPARE(read->messages.size(), 1);
+}
+
+void tst_BundleFile::traceAlone()
+{
+    QTemporaryDir folder;
+    const QString name = folder.filePath(QStringLiteral("x.zip"));
+    QString error;
+    QVERIFY2(savePacked(name, filesOf(fullBundle()), &error), qPrintable(error));
+    const std::optional<QByteArray> bytes = BundleFile::loadTrace(name, &error);
+    QVERIFY2(bytes, qPrintable(error));
+    QCOMPARE(*bytes, BundledTrace::toBytes(*fullBundle().trace));
+}
+
+void tst_BundleFile::refusedTrace_data()
+{
+    QTest::addColumn<QVector<ZipFile::Entry>>("files");
+    QTest::addColumn<QString>("complaint"); // %1: the file
+
+    const QVector<ZipFile::Entry> good = filesOf(fullBundle());
+    QVector<ZipFile::Entry> files = good;
+    files[4].bytes = BundledTrace::toBytes(Trace());
+    QTest::newRow("changed") << files
+                             << QStringLiteral(
+                                    "trace.log.gz of the bundle was not opened: It is not the file "
+                                    "that was put in: somebody has changed it.");
+    files = good;
+    files.remove(4);
+    QTest::newRow("missing") << files
+                             << QStringLiteral("trace.log.gz of the bundle was not opened: It is missing.");
+    SupportBundle without = fullBundle();
+    without.trace.reset();
+    files = filesOf(without);
+    files.append(good[4]);
+    QTest::newRow("put beside") << files << QStringLiteral("The support bundle %1 has no trace.");
+    files = good;
+    files.remove(0);
+    QTest::newRow("no manifest") << files
+                                 << QStringLiteral("The support bundle %1 cannot be opened: it is no support "
+                                                   "bundle: it has no manifest.json.");
+    files = good;
+    files[0].bytes.replace("\"version\":1", "\"version\":2");
+    QTest::newRow("newer") << files
+                           << QStringLiteral(
+                                  "The support bundle %1 cannot be opened: its manifest.json cannot "
+                                  "be used: it was made by a newer version of the program (format 2)"
+                                  ".");
+}
+
+/*! Who asks for the trace alone is told what who asks for all is. */
+void tst_BundleFile::refusedTrace()
+{
+    QFETCH(QVector<ZipFile::Entry>, files);
+    QFETCH(QString, complaint);
+    QTemporaryDir folder;
+    const QString name = folder.filePath(QStringLiteral("x.zip"));
+    QString error;
+    QVERIFY2(savePacked(name, files, &error), qPrintable(error));
+    QVERIFY(!BundleFile::loadTrace(name, &error));
+    QCOMPARE(error, complaint.contains(QLatin1String("%1")) ? complaint.arg(name) : complaint);
 }
 
 void tst_BundleFile::messages()
