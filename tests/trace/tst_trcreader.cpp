@@ -18,6 +18,8 @@ const char columns[] = ";$COLUMNS=N,O,T,B,I,d,R,L,D\n";
 
 } // namespace
 
+Q_DECLARE_METATYPE(TraceFormat)
+
 /*! PEAK's trc. Times are of UTC, which the tests run in, unless they say otherwise. */
 class tst_TrcReader : public QObject
 {
@@ -34,6 +36,8 @@ private slots:
     void startTimes_data();
     void startTimes();
     void everyMicrosecondComesBack();
+    void clockSetMeanwhile_data();
+    void clockSetMeanwhile();
     void writes21();
     void writes11();
 };
@@ -164,6 +168,38 @@ void tst_TrcReader::everyMicrosecondComesBack()
         }
     }
     qputenv("TZ", "UTC");
+}
+
+void tst_TrcReader::clockSetMeanwhile_data()
+{
+    QTest::addColumn<TraceFormat>("format");
+    QTest::addColumn<bool>("hasTimeOfDay");
+    QTest::addColumn<qint64>("first");
+    QTest::addColumn<qint64>("second");
+    QTest::addColumn<QStringList>("frames");
+
+    const QStringList set{QStringLiteral("12.000000 1 001"), QStringLiteral("1795397561.000000 1 002")};
+    const QStringList setBack{QStringLiteral("1795397561.000000 1 001"), QStringLiteral("12.000000 1 002")};
+    constexpr qint64 early = 12'000'000;
+    constexpr qint64 late = 1'795'397'561'000'000;
+    QTest::newRow("1.1 forwards") << TraceFormat::Trc11 << false << early << late << set;
+    QTest::newRow("1.1 backwards") << TraceFormat::Trc11 << true << late << early << setBack;
+    QTest::newRow("2.1 forwards") << TraceFormat::Trc21 << false << early << late << set;
+    QTest::newRow("2.1 backwards") << TraceFormat::Trc21 << true << late << early << setBack;
+}
+
+/*! A computer without a clock begins in 1970, until the network tells it the time. */
+void tst_TrcReader::clockSetMeanwhile()
+{
+    QFETCH(TraceFormat, format);
+    QFETCH(bool, hasTimeOfDay);
+    QFETCH(qint64, first);
+    QFETCH(qint64, second);
+    QFETCH(QStringList, frames);
+    Trace trace;
+    trace.head = {{QStringLiteral("1")}, hasTimeOfDay};
+    trace.frames = {traceFrame(first, 1, ""), traceFrame(second, 2, "")};
+    QCOMPARE(textsOf(readTrace(encoded(trace, format))), frames);
 }
 
 void tst_TrcReader::writes21()

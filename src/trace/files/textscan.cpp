@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "textscan.h"
 
+#include <system/amounts.h>
+
 #include <QString>
 
 namespace {
 
-constexpr int mostPlaces = 12; // before the point
-constexpr int shown = 60;      // characters of an excerpt
+// Before the point: with the places of the scale a number has 18, and stays below 2^63.
+constexpr int mostPlaces = 12;
+constexpr int mostPlacesOfMilliseconds = 15;
+constexpr int shown = 60; // characters of an excerpt
 
 char lower(char c)
 {
@@ -20,7 +24,8 @@ bool TextScan::takeFixed(const char **at, const char *end, qint64 scale, qint64 
     const char *p = *at;
     const bool isNegative = take(&p, end, '-');
     quint64 whole = 0;
-    if (takeDecimal(&p, end, mostPlaces, &whole) == 0)
+    const int most = scale > Microseconds::ofMillisecond ? mostPlaces : mostPlacesOfMilliseconds;
+    if (takeDecimal(&p, end, most, &whole) == 0)
         return false;
     qint64 fraction = 0;
     if (take(&p, end, '.')) {

@@ -83,7 +83,7 @@ inline int takeDecimal(const char **at, const char *end, int most, quint64 *valu
 }
 
 /*! Takes a number with or without a fraction, and gives it in parts of \a scale, a power of ten: 1000000 reads seconds as
- *  us. Further places are left out. At most 12 stand before the point.
+ *  us. Further places are left out. Before the point stand at most 12, at most 15 of a scale up to 1000.
  */
 bool takeFixed(const char **at, const char *end, qint64 scale, qint64 *value);
 
