@@ -145,6 +145,7 @@ private slots:
     void names();
     void nameWithoutFormat();
     void failingDisk();
+    void timesBeyondPcap();
     void whatIsLost_data();
     void whatIsLost();
 };
@@ -507,6 +508,20 @@ void tst_TraceFile::failingDisk()
     QCOMPARE(error, path + QStringLiteral(" cannot be written: no such file or folder."));
 }
 
+/*! Not a small number that they have in common with another time. */
+void tst_TraceFile::timesBeyondPcap()
+{
+    Trace trace;
+    trace.head = {{QStringLiteral("1")}, true};
+    trace.frames = {traceFrame(4'294'967'295'999'999, 1, ""), traceFrame(4'294'967'296'500'000, 2, ""),
+                    traceFrame(-5'500'000, 3, "")};
+    const Trace read = readTrace(encoded(trace, TraceFormat::Pcap));
+    QCOMPARE(read.frames.size(), std::size_t(3));
+    QCOMPARE(read.frames[0].time, Q_INT64_C(4'294'967'295'999'999));
+    QCOMPARE(read.frames[1].time, Q_INT64_C(4'294'967'295'999'999));
+    QCOMPARE(read.frames[2].time, Q_INT64_C(0));
+}
+
 void tst_TraceFile::whatIsLost_data()
 {
     QTest::addColumn<QString>("format");
@@ -523,8 +538,9 @@ void tst_TraceFile::whatIsLost_data()
     row("trc", {"the names of channels", "what error frames say"});
     row("trc-1.1", {"which channel a frame is of", "the names of channels", "what error frames say",
                     "times finer than 100 µs"});
-    row("pcap", {"which channel a frame is of", "the names of channels", "who sent a frame"});
-    row("pcapng", {});
+    row("pcap", {"which channel a frame is of", "the names of channels", "who sent a frame",
+                 "times before 1970", "times after 2106"});
+    row("pcapng", {"times before 1970"});
 }
 
 void tst_TraceFile::whatIsLost()
@@ -534,11 +550,14 @@ void tst_TraceFile::whatIsLost()
 
     const TraceFormat known = *TraceFormats::writable(format);
     TraceDetails nothing;
-    nothing.add(traceFrame(100, 1, ""));
+    nothing.add(traceFrame(0, 1, ""));
+    nothing.add(traceFrame(4'294'967'295'999'900, 1, "")); // the last second of 32 bits
     QCOMPARE(nothing.lostIn(known, {{QStringLiteral("1")}, true}), QStringList());
     TraceDetails all;
     all.add(traceFrame(101, 1, "", TraceFrame::Sent));
     all.add(traceFrame(100, 1, "", TraceFrame::Error));
+    all.add(traceFrame(-1, 1, ""));
+    all.add(traceFrame(4'294'967'296'000'000, 1, ""));
     QCOMPARE(all.lostIn(known, {{QStringLiteral("can0"), QStringLiteral("2")}, true}), lost);
 }
 

@@ -5,8 +5,6 @@
 #include "pcapngformat.h"
 #include "timeofday.h"
 
-#include <system/amounts.h>
-
 #include <QtEndian>
 
 #include <algorithm>
@@ -49,7 +47,7 @@ void PcapEncoder::begin(qint64 first, QByteArray *to)
 
 void PcapEncoder::write(const TraceFrame &frame, QByteArray *to)
 {
-    const qint64 time = std::max<qint64>(frame.time, 0); // there is nothing before 1970
+    const qint64 time = std::clamp<qint64>(frame.time, 0, latest); // there is nothing before 1970
     add(static_cast<quint32>(time / Microseconds::ofSecond), to);
     add(static_cast<quint32>(time % Microseconds::ofSecond), to);
     add(packetSize, to);

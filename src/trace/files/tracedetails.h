@@ -20,4 +20,6 @@ private:
     bool m_hasErrorFrames = false;
     bool m_hasSent = false;
     bool m_hasFineTimes = false;
+    bool m_hasEarlyTimes = false;
+    bool m_hasLateTimes = false;
 };

@@ -36,7 +36,8 @@ constexpr Loss losses[] = {
     {TraceFormat::Trc11, Detail::ChannelNames}, {TraceFormat::Trc11, Detail::Channels},
     {TraceFormat::Trc11, Detail::ErrorDetails}, {TraceFormat::Trc11, Detail::FineTimes},
     {TraceFormat::Pcap, Detail::ChannelNames},  {TraceFormat::Pcap, Detail::Channels},
-    {TraceFormat::Pcap, Detail::Sender},
+    {TraceFormat::Pcap, Detail::Sender},        {TraceFormat::Pcap, Detail::EarlyTimes},
+    {TraceFormat::Pcap, Detail::LateTimes},     {TraceFormat::PcapNg, Detail::EarlyTimes},
 };
 
 struct DetailText
@@ -51,6 +52,8 @@ constexpr DetailText detailTexts[] = {
     {Detail::ErrorDetails, QT_TRANSLATE_NOOP("TraceFile", "what error frames say")},
     {Detail::Sender, QT_TRANSLATE_NOOP("TraceFile", "who sent a frame")},
     {Detail::FineTimes, QT_TRANSLATE_NOOP("TraceFile", "times finer than 100 µs")},
+    {Detail::EarlyTimes, QT_TRANSLATE_NOOP("TraceFile", "times before 1970")},
+    {Detail::LateTimes, QT_TRANSLATE_NOOP("TraceFile", "times after 2106")},
 };
 
 struct Packing

@@ -43,6 +43,8 @@ enum class Detail : quint8 {
     ErrorDetails, //!< what an error frame says beside that it is one
     Sender,       //!< frames that this computer sent
     FineTimes,    //!< finer than 100 us
+    EarlyTimes,   //!< before 1970
+    LateTimes,    //!< of more seconds since 1970 than 32 bits count
 };
 
 /*! Whether it can be kept in a format. */
