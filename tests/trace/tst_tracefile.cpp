@@ -145,6 +145,7 @@ private slots:
     void names();
     void nameWithoutFormat();
     void failingDisk();
+    void longFirstLine();
     void timesBeyondPcap();
     void whatIsLost_data();
     void whatIsLost();
@@ -506,6 +507,16 @@ void tst_TraceFile::failingDisk()
     QString error;
     QVERIFY(!TraceFile::save(path, anyTrace(10, 1), &error));
     QCOMPARE(error, path + QStringLiteral(" cannot be written: no such file or folder."));
+}
+
+void tst_TraceFile::longFirstLine()
+{
+    const QByteArray frames("\n(1436509052.249713) can0 123#1122\n(1436509052.449847) can0 124#\n");
+    QCOMPARE(readTexts(QByteArray(200'000, 'x') + frames),
+             (QStringList{QStringLiteral("1436509052.249713 can0 123 1122"),
+                          QStringLiteral("1436509052.449847 can0 124"),
+                          QStringLiteral("! 1 The line has more than 16384 characters.")}));
+    QCOMPARE(readTexts(QByteArray(1'100'000, 'x') + frames).size(), 1); // no trace
 }
 
 /*! Not a small number that they have in common with another time. */

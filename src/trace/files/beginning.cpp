@@ -8,7 +8,7 @@
 namespace {
 
 constexpr int magicSize = 4;
-constexpr int mostBytes = 64 * 1024;
+constexpr int mostBytes = 1024 * 1024;
 constexpr int mostLines = 100; // that nobody knows, before a text is none of ours
 constexpr int readAtOnce = 8 * 1024;
 
@@ -53,14 +53,23 @@ Compression Beginning::compression()
     return first == "\x28\xB5\x2F\xFD" ? Compression::Zstd : Compression::None;
 }
 
+/*! Of the line that begins at \a at; -1 when it is not there. */
+int Beginning::endOfLine(int at)
+{
+    for (;;) {
+        const int end = m_bytes.indexOf('\n', at);
+        at = m_bytes.size();
+        if (end >= 0 || !readMore())
+            return end;
+    }
+}
+
 std::optional<TraceFormat> Beginning::textFormat()
 {
     dropByteOrderMark();
     int at = 0;
     for (int lines = 0; lines < mostLines; ++lines) {
-        int end = m_bytes.indexOf('\n', at);
-        while (end < 0 && readMore())
-            end = m_bytes.indexOf('\n', at);
+        const int end = endOfLine(at);
         const bool isLast = end < 0;
         const QByteArray line = m_bytes.mid(at, isLast ? -1 : end - at).trimmed();
         if (line.contains('\0'))

@@ -35,6 +35,7 @@ public:
 
 private:
     bool readMore();
+    int endOfLine(int at);
     void dropByteOrderMark();
 
     std::unique_ptr<ByteSource> m_source;
