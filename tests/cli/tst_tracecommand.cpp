@@ -16,6 +16,7 @@ const QByteArray aLog("(1436509052.249713) can0 123#1122334455667788\n"
                       "(1436509052.749713) can1 1C23456F#R8\n"
                       "(1436509053.249713) can0 20000088#0000801900000000\n"
                       "(1436509054.249713) can0 601#40 T\n");
+const QByteArray twoAtOnce("(1.000000) can0 701#05\n(1.000001) can0 702#05\n");
 
 QStringList words(const QString &line)
 {
@@ -42,6 +43,9 @@ private slots:
     void pipes();
     void statistics();
     void statisticsWithoutNodes();
+    void statisticsOfAMoment();
+    void statisticsOfAMomentAsJson();
+    void statisticsOfAFullBus();
     void statisticsAsJson();
     void recordsAVehicle();
     void recordsInPieces();
@@ -243,7 +247,7 @@ void tst_TraceCommand::statistics()
                             "\n"
                             "Channel  Frames  Load   Busiest second  Remote frames  Error frames  Sent\n"
                             "can0     4       5.7 %  12.0 %          0              1             1\n"
-                            "can1     1       0.0 %  7.2 %           1              0             0\n"
+                            "can1     1       -      7.2 %           1              0             0\n"
                             "\n"
                             "Kind   Frames  Per second\n"
                             "sdo    1       0.25\n"
@@ -270,14 +274,64 @@ void tst_TraceCommand::statisticsWithoutNodes()
                             "Last      2015-07-10 06:17:32.249713\n"
                             "Duration  0.000000 s\n"
                             "\n"
-                            "Channel  Frames  Load        Busiest second  Remote frames  Error frames  Sent\n"
-                            "can0     1       0.0 kbit/s  0.1 kbit/s      0              0             0\n"
+                            "Channel  Frames  Load  Busiest second  Remote frames  Error frames  Sent\n"
+                            "can0     1       -     0.1 kbit/s      0              0             0\n"
                             "\n"
                             "Kind   Frames  Per second\n"
-                            "other  1       0.00\n"
+                            "other  1       -\n"
                             "\n"
                             "Identifier  Channel  Frames  Per second\n"
-                            "123h        can0     1       0.00\n"));
+                            "123h        can0     1       -\n"));
+}
+
+/*! Two frames, of which nobody can tell how full the bus was. */
+void tst_TraceCommand::statisticsOfAMoment()
+{
+    const QString source = write("a.log", twoAtOnce);
+    QCOMPARE(trace(QStringLiteral("statistics %1 --bitrate 250000").arg(source)).output,
+             QStringLiteral("Frames    2\n"
+                            "First     1.000000 s\n"
+                            "Last      1.000001 s\n"
+                            "Duration  0.000001 s\n"
+                            "\n"
+                            "Channel  Frames  Load  Busiest second  Remote frames  Error frames  Sent\n"
+                            "can0     2       -     0.0 %           0              0             0\n"
+                            "\n"
+                            "Kind       Frames  Per second\n"
+                            "heartbeat  2       -\n"
+                            "\n"
+                            "Node  Channel  Frames  Load\n"
+                            "1     can0     1       -\n"
+                            "2     can0     1       -\n"
+                            "\n"
+                            "Identifier  Channel  Frames  Per second\n"
+                            "701h        can0     1       -\n"
+                            "702h        can0     1       -\n"));
+    const Result withoutRate = trace(QStringLiteral("statistics %1").arg(source));
+    QVERIFY2(withoutRate.output.contains(QLatin1String("\ncan0     2       -     0.1 kbit/s ")),
+             qPrintable(withoutRate.output));
+}
+
+void tst_TraceCommand::statisticsOfAMomentAsJson()
+{
+    const QString source = write("a.log", twoAtOnce);
+    const Result result = trace(QStringLiteral("statistics %1 --bitrate 250000 --json").arg(source));
+    const QJsonObject json = QJsonDocument::fromJson(result.output.toUtf8()).object();
+    const QJsonObject channel = json.value(QStringLiteral("channels")).toArray().at(0).toObject();
+    QVERIFY(channel.value(QStringLiteral("load")).isNull());
+    QCOMPARE(channel.value(QStringLiteral("peakLoad")).toDouble(), 0.000472);
+}
+
+/*! Its frames may have had fewer stuff bits than they are reckoned with: 0.444 ms each of 0.48 ms. */
+void tst_TraceCommand::statisticsOfAFullBus()
+{
+    QByteArray log;
+    for (int i = 0; i < 1001; ++i)
+        log += "(0." + QByteArray::number(i * 444).rightJustified(6, '0') + ") can0 181#5555555555555555\n";
+    const QString source = write("a.log", log);
+    const Result result = trace(QStringLiteral("statistics %1 --bitrate 250000").arg(source));
+    QVERIFY2(result.output.contains(QLatin1String("\ncan0     1001    108.2 %  48.0 % ")),
+             qPrintable(result.output));
 }
 
 void tst_TraceCommand::statisticsAsJson()

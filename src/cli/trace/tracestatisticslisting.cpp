@@ -9,14 +9,16 @@
 #include <QDateTime>
 #include <QJsonArray>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int hex = 16;
 
-double perSecond(quint64 count, double duration)
-{
-    return duration > 0 ? static_cast<double>(count) / duration : 0;
-}
+const QLatin1String notKnown("-");
+constexpr int fastestBus = 1'000'000; // bit/s
+// Frames are reckoned with ordinary stuffing: those of a full bus may have had fewer bits.
+constexpr double mostLoad = 1.1;
 
 /*! "1A0h", "18EBFF00h" */
 QString identifierText(const IdentifierCount &row)
@@ -68,6 +70,36 @@ QString TraceStatisticsListing::load(double bitsPerSecond) const
                      : tr("%1 kbit/s").arg(bitsPerSecond / kilo, 0, 'f', 1);
 }
 
+bool TraceStatisticsListing::isMean(quint64 bits, double duration) const
+{
+    const int bitRate = m_bitRate.value_or(fastestBus);
+    return duration > 0 && static_cast<double>(bits) <= duration * bitRate * mostLoad;
+}
+
+std::optional<double> TraceStatisticsListing::meanRate(quint64 bits, int channel) const
+{
+    const TraceCount all = m_statistics.channels().value(channel).all;
+    return isMean(all.bits, all.duration()) ? std::make_optional(static_cast<double>(bits) / all.duration())
+                                            : std::nullopt;
+}
+
+QString TraceStatisticsListing::meanLoad(quint64 bits, int channel) const
+{
+    const std::optional<double> rate = meanRate(bits, channel);
+    return rate ? load(*rate) : notKnown;
+}
+
+QString TraceStatisticsListing::perSecond(quint64 frames) const
+{
+    const double duration = m_statistics.all().duration();
+    const QVector<ChannelCount> &channels = m_statistics.channels();
+    const bool isKnown
+        = std::all_of(channels.begin(), channels.end(), [this, duration](const ChannelCount &channel) {
+              return isMean(channel.all.bits, duration);
+          });
+    return isKnown ? QString::number(static_cast<double>(frames) / duration, 'f', 2) : notKnown;
+}
+
 QVector<QStringList> TraceStatisticsListing::summary() const
 {
     const TraceCount &all = m_statistics.all();
@@ -91,8 +123,7 @@ QVector<QStringList> TraceStatisticsListing::channelRows() const
     const QVector<ChannelCount> &channels = m_statistics.channels();
     for (int i = 0; i < channels.size(); ++i) {
         const ChannelCount &channel = channels.at(i);
-        rows.append({channelName(i), QString::number(channel.all.frames),
-                     load(perSecond(channel.all.bits, channel.all.duration())),
+        rows.append({channelName(i), QString::number(channel.all.frames), meanLoad(channel.all.bits, i),
                      load(static_cast<double>(channel.mostBits)), QString::number(channel.remoteFrames),
                      QString::number(channel.errorFrames), QString::number(channel.sent)});
     }
@@ -104,7 +135,7 @@ QVector<QStringList> TraceStatisticsListing::identifierRows() const
     QVector<QStringList> rows{{tr("Identifier"), tr("Channel"), tr("Frames"), tr("Per second")}};
     for (const IdentifierCount &row : m_statistics.identifiers()) {
         rows.append({identifierText(row), channelName(row.channel), QString::number(row.count.frames),
-                     QString::number(perSecond(row.count.frames, m_statistics.all().duration()), 'f', 2)});
+                     perSecond(row.count.frames)});
     }
     return rows;
 }
@@ -114,7 +145,7 @@ QVector<QStringList> TraceStatisticsListing::kindRows() const
     QVector<QStringList> rows{{tr("Kind"), tr("Frames"), tr("Per second")}};
     for (const TrafficGroups::Kind &row : TrafficGroups::byKind(m_statistics)) {
         rows.append({QLatin1String(frameKindName(row.kind)), QString::number(row.count.frames),
-                     QString::number(perSecond(row.count.frames, m_statistics.all().duration()), 'f', 2)});
+                     perSecond(row.count.frames)});
     }
     return rows;
 }
@@ -123,11 +154,8 @@ QVector<QStringList> TraceStatisticsListing::nodeRows() const
 {
     QVector<QStringList> rows{{tr("Node"), tr("Channel"), tr("Frames"), tr("Load")}};
     for (const TrafficGroups::Node &row : TrafficGroups::byNode(m_statistics)) {
-        const double duration = row.channel < m_statistics.channels().size()
-                                    ? m_statistics.channels().at(row.channel).all.duration()
-                                    : 0;
         rows.append({QString::number(row.nodeId), channelName(row.channel), QString::number(row.count.frames),
-                     load(perSecond(row.count.bits, duration))});
+                     meanLoad(row.count.bits, row.channel)});
     }
     return rows;
 }
@@ -158,7 +186,9 @@ QJsonObject TraceStatisticsListing::channelJson(int channel) const
     json.insert(QStringLiteral("sent"), double(count.sent));
     json.insert(QStringLiteral("mostBitsInASecond"), double(count.mostBits));
     if (m_bitRate) {
-        json.insert(QStringLiteral("load"), perSecond(count.all.bits, count.all.duration()) / *m_bitRate);
+        const std::optional<double> rate = meanRate(count.all.bits, channel);
+        json.insert(QStringLiteral("load"),
+                    rate ? QJsonValue(*rate / *m_bitRate) : QJsonValue(QJsonValue::Null));
         json.insert(QStringLiteral("peakLoad"), static_cast<double>(count.mostBits) / *m_bitRate);
     }
     return json;

@@ -43,6 +43,12 @@ private:
     QString time(qint64 time) const;
     /*! "31.2 %" when the bit rate is known, else "78.0 kbit/s". */
     QString load(double bitsPerSecond) const;
+    /*! Whether a bus can carry \a bits in \a duration (s): a mean over less time says nothing. */
+    bool isMean(quint64 bits, double duration) const;
+    /*! Of some of a channel's frames, from its first to its last; empty when it is not known. In bit/s. */
+    std::optional<double> meanRate(quint64 bits, int channel) const;
+    QString meanLoad(quint64 bits, int channel) const;
+    QString perSecond(quint64 frames) const;
 
     const TraceStatistics &m_statistics;
     const TraceHead &m_head;
