@@ -52,6 +52,7 @@ private slots:
     void dataSheet();
     void brokenLines();
     void twoChannels();
+    void channelThatComesLater();
     void timesWithoutADay();
     void usage_data();
     void usage();
@@ -229,6 +230,13 @@ void tst_TraceShow::twoChannels()
     const QStringList lines = result.output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), 3);
     QVERIFY2(lines.at(2).contains(QStringLiteral(" can1    5  heartbeat")), qPrintable(lines.at(2)));
+}
+
+void tst_TraceShow::channelThatComesLater()
+{
+    const Result result = show({write("(0.204000) can0 080#\n(0.205000) can1 705#05\n")});
+    QCOMPARE(result.output, QStringLiteral("0.204000            can0       SYNC\n"
+                                           "0.205000     1.0 ms can1    5  heartbeat: Operational\n"));
 }
 
 void tst_TraceShow::timesWithoutADay()

@@ -41,7 +41,7 @@ void LinePrinter::append(const StreamedLine &line, const TraceText &text, const 
     const FrameSort sort
         = line.transfer ? FrameSort::of(*line.transfer) : m_decoder->sort(line.frame, line.position);
     QString shown = timeText(line.frame.time, head) + QLatin1Char(' ') + distance(line.frame.time);
-    if (head.channels.size() > 1)
+    if (qMax(m_expectedChannels, head.channels.size()) > 1)
         shown += QLatin1Char(' ')
                  + Terminal::visible(head.channels.value(line.frame.channel)).leftJustified(channelWidth);
     const QString node = sort.nodeId == 0 ? QString() : QString::number(sort.nodeId);

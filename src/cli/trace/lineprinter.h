@@ -32,6 +32,9 @@ public:
     {
     }
 
+    /*! How many channels the trace has, where that is known before its lines; else their column begins with the second. */
+    void expectChannels(int count) { m_expectedChannels = count; }
+
     /*! \a head as far as it is known. False when standard output takes no more. */
     bool print(const StreamedLine &line, const TraceText &text, const TraceHead &head);
     /*! Writes what was not written yet; likewise. */
@@ -47,6 +50,7 @@ private:
     Style m_style;
     Delivery m_delivery;
     Signs m_signs{Signs::detectStyle()};
+    int m_expectedChannels = 0;
     QByteArray m_lines;
     QDate m_day;
     std::optional<qint64> m_last; // us, of the line before

@@ -45,6 +45,7 @@ private:
     TraceDecoder m_decoder{&m_book};
     TraceInput m_input;
     bool m_isFile = false;
+    int m_channels = 0; // of a file
     quint64 m_lines = 0;
     quint64 m_shown = 0;
 };
@@ -93,7 +94,9 @@ std::optional<ExitStatus> TraceShow::parseKnowledge()
     return std::nullopt;
 }
 
-/*! What devices say of their PDOs holds for the frames before it, too. What cannot be read is said the second time. */
+/*! What devices say of their PDOs holds for the frames before it, too, and so does how many channels there are. What cannot
+ *  be read is said the second time.
+ */
 void TraceShow::learnAhead()
 {
     QString error;
@@ -106,7 +109,7 @@ void TraceShow::learnAhead()
     for (;;) {
         const TraceReader::Step step = reader->next(&frame);
         if (step == TraceReader::Step::End)
-            return;
+            break;
         if (step == TraceReader::Step::Problem)
             continue;
         transfers.handle(frame, position++);
@@ -115,6 +118,7 @@ void TraceShow::learnAhead()
         for (const SdoTransfer &transfer : transfers.takeFinished())
             m_book.learn(transfer);
     }
+    m_channels = reader->head().channels.size();
 }
 
 bool TraceShow::print(const std::vector<StreamedLine> &lines, LinePrinter *printer)
@@ -153,6 +157,7 @@ ExitStatus TraceShow::show()
     const auto style = m_options.isSet(jsonOption) ? LinePrinter::Style::Json : LinePrinter::Style::Text;
     LinePrinter printer(&m_decoder, style,
                         m_isFile ? LinePrinter::Delivery::InBlocks : LinePrinter::Delivery::AtOnce);
+    printer.expectChannels(m_channels);
     // Who looks at a bus waits for no transfer to see what comes beside it.
     LineStream stream(m_isFile ? nullptr : &m_book,
                       m_isFile ? LineStream::Order::AsTheyBegin : LineStream::Order::AsTheyEnd);
