@@ -53,6 +53,8 @@ private slots:
     void recordsUntilInterrupted();
     void recordsWhatIsOlderThanASecond();
     void recordsToStandardOutput();
+    void handsOnWhatItRecords();
+    void recordsForNobody();
     void recordsWithoutAReserve();
     void recordingThatCannotBegin();
 
@@ -463,6 +465,29 @@ void tst_TraceCommand::recordsToStandardOutput()
     QCOMPARE(result.status, 0);
     QVERIFY2(result.output.contains(QStringLiteral(" pedelec 701#")), qPrintable(result.output));
     QVERIFY2(result.errors.startsWith(QStringLiteral("Wrote -: ")), qPrintable(result.errors));
+}
+
+void tst_TraceCommand::handsOnWhatItRecords()
+{
+    const QString source
+        = write("a.log", "(1436509052.249713) can0 123#11\n(1436509052.250713) can0 124#22\n");
+    Program program(words(QStringLiteral("trace record --bus trace:%1 --output -").arg(source)),
+                    {QStringLiteral("LD_PRELOAD")});
+    // It goes on after them.
+    QVERIFY(program.waitForOutput(QStringLiteral(" 124#22\n")));
+    program.signal(SIGINT);
+    const Result result = program.finish();
+    QCOMPARE(result.output.count(QLatin1Char('\n')), 2);
+    QCOMPARE(result.errors, QStringLiteral("Wrote -: 2 frames\n"));
+    QCOMPARE(result.status, 0);
+}
+
+void tst_TraceCommand::recordsForNobody()
+{
+    const QString source = write("a.log", "(1436509052.249713) can0 123#11\n");
+    const QString record = QStringLiteral("trace record --bus 'trace:%1' --output -").arg(source);
+    QCOMPARE(withoutReader(record, 0), QStringLiteral("status 141\n"));
+    QCOMPARE(withoutReader(record, 1), QStringLiteral("status 141\n"));
 }
 
 void tst_TraceCommand::recordsWithoutAReserve()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "busrecorder.h"
 
+#include <cli/core/terminal.h>
 #include <system/amounts.h>
 
 #include <QCanBusFrame>
@@ -21,7 +22,8 @@ QString channelName(const BusAddress &address)
 } // namespace
 
 BusRecorder::BusRecorder(const TraceRecording::Settings &settings)
-    : m_recording(settings)
+    : m_isToStandardOutput(settings.path == QLatin1String("-"))
+    , m_recording(settings)
     , m_interface([this] { return InterfaceHealth::stateOf(m_bus.device()); })
 {
     m_timer.setInterval(tickInterval);
@@ -55,6 +57,11 @@ bool BusRecorder::finish()
     return m_recording.finish() && m_recording.errorString().isEmpty();
 }
 
+bool BusRecorder::hasReader() const
+{
+    return !m_isToStandardOutput || Terminal::hasReader(Terminal::Stream::Output);
+}
+
 qint64 BusRecorder::now() const
 {
     return m_steady.nsecsElapsed() / Nanoseconds::ofMicrosecond;
@@ -78,6 +85,7 @@ void BusRecorder::tick()
 {
     if (m_recording.keepsTooMany() && !std::exchange(m_hasToldOfFiles, true))
         emit keepsTooMany(m_recording.files().first());
-    if (!m_recording.advance(now()))
+    // A silent bus gives nothing to write by which it would be noticed.
+    if (!m_recording.advance(now()) || !hasReader())
         emit ended();
 }

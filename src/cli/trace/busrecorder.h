@@ -29,9 +29,11 @@ public:
     /*! CAN FD frames that were heard, which are not recorded. */
     quint64 unrecorded() const { return m_unrecorded; }
     const BusConnection &bus() const { return m_bus; }
+    /*! False when it is recorded to a pipe that nobody reads any more. */
+    bool hasReader() const;
 
 signals:
-    /*! Recording has ended by itself, see recording(). */
+    /*! Recording has ended by itself, see recording(), or nobody reads it any more, see hasReader(). */
     void ended();
     /*! An older file cannot be removed, so that more are kept than asked for. Comes once. */
     void keepsTooMany(const QString &file);
@@ -41,6 +43,7 @@ private:
     void tick();
     qint64 now() const;
 
+    bool m_isToStandardOutput;
     TraceRecording m_recording;
     BusConnection m_bus;
     InterfaceHealth m_interface;

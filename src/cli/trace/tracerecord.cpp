@@ -211,6 +211,8 @@ ExitStatus record(const RecordOptions &options)
     // Ctrl+C is how a recording without --for ends.
     const ExitStatus ofBus = statusOf(recorder);
     const bool isWritten = recorder.finish();
+    if (!recorder.hasReader())
+        return Exit::noReader;
     report(recorder);
     if (!isWritten)
         Console::printError(recorder.recording().errorString());

@@ -49,6 +49,12 @@ bool GrowingFile::write(const QByteArray &bytes)
     return true;
 }
 
+// The C library has a buffer of its own for standard output.
+bool GrowingFile::flush()
+{
+    return m_error.isEmpty() && (m_file.flush() || fail());
+}
+
 bool GrowingFile::finish()
 {
     m_file.close();

@@ -20,7 +20,7 @@ public:
     bool open();
 
     bool write(const QByteArray &bytes) override;
-    bool flush() override { return m_error.isEmpty(); } // nothing waits
+    bool flush() override;
     bool finish() override;
     qint64 size() const override { return m_size; }
     QString errorString() const override { return m_error; }
