@@ -99,9 +99,14 @@ public:
         return m_process.waitForStarted(patience);
     }
 
-    /*! Waits until the program has a handler of its own for a signal, as Linux tells. */
-    bool waitForSignalHandler(int number)
+    enum class Handler : quint8 { OfTheProgram, OfTheSystem };
+
+    /*! Waits until the program has a handler of its own for a signal, or none any more, as Linux tells. */
+    bool waitForSignalHandler(int number, Handler handler = Handler::OfTheProgram)
     {
+        // Until then it has those of the test.
+        if (!waitForStart())
+            return false;
         return QTest::qWaitFor(
             [&] {
                 QFile status(QStringLiteral("/proc/%1/status").arg(m_process.processId()));
@@ -110,7 +115,8 @@ public:
                 const QByteArray text = status.readAll();
                 const int start = text.indexOf("SigCgt:") + 7;
                 const QByteArray mask = text.mid(start, text.indexOf('\n', start) - start).trimmed();
-                return (mask.toULongLong(nullptr, 16) >> (number - 1) & 1U) != 0;
+                const bool hasOne = (mask.toULongLong(nullptr, 16) >> (number - 1) & 1U) != 0;
+                return hasOne == (handler == Handler::OfTheProgram);
             },
             patience);
     }

@@ -10,6 +10,8 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 
+#include <sys/stat.h>
+
 namespace {
 
 const QByteArray aLog("(1436509052.249713) can0 123#1122334455667788\n"
@@ -41,6 +43,11 @@ private slots:
     void saysWhatCannotBeRead();
     void leavesTheOldFileWhenInputFails();
     void pipes();
+    void convertsWhatHasCome();
+    void interruptEndsTheInput_data();
+    void interruptEndsTheInput();
+    void interruptedConversionIsWhole();
+    void secondInterruptEndsTheProgram();
     void statistics();
     void statisticsWithoutNodes();
     void statisticsOfAMoment();
@@ -230,6 +237,75 @@ void tst_TraceCommand::pipes()
                                    .arg(QStringLiteral(DRAXELCTL), source)});
     QVERIFY(shell.waitForFinished(patience));
     QCOMPARE(shell.readAllStandardOutput(), aLog);
+}
+
+void tst_TraceCommand::convertsWhatHasCome()
+{
+    Program program(words(QStringLiteral("trace convert - -")));
+    for (const QByteArray &line :
+         {QByteArray("(1436509052.249713) can0 123#11\n"), QByteArray("(1436509052.250713) can0 124#22\n")}) {
+        program.type(line);
+        QVERIFY(program.waitForOutput(QString::fromLatin1(line)));
+    }
+    program.endInput();
+    const Result result = program.finish();
+    QCOMPARE(result.output,
+             QStringLiteral("(1436509052.249713) can0 123#11\n(1436509052.250713) can0 124#22\n"));
+    QCOMPARE(result.status, 0);
+}
+
+void tst_TraceCommand::interruptEndsTheInput_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<int>("status");
+
+    QTest::newRow("convert") << "convert - -" << SIGINT << "(1436509052.249713) can0 123#11\n" << 130;
+    QTest::newRow("SIGTERM") << "convert - -" << SIGTERM << "(1436509052.249713) can0 123#11\n" << 143;
+    QTest::newRow("statistics") << "statistics -" << SIGINT
+                                << "Identifier  Channel  Frames  Per second\n123h " << 130;
+    QTest::newRow("show") << "show -" << SIGINT << "123h" << 130;
+}
+
+void tst_TraceCommand::interruptEndsTheInput()
+{
+    QFETCH(QString, arguments);
+    QFETCH(int, number);
+    QFETCH(QString, output);
+    QFETCH(int, status);
+    Program program(words(QStringLiteral("trace ") + arguments));
+    program.type("(1436509052.249713) can0 123#11\n(1436509052.250713) can0 123##1\n");
+    QVERIFY(program.waitForErrors(QStringLiteral("A CAN FD frame")));
+    program.signal(number);
+    const Result result = program.finish();
+    QVERIFY2(result.output.contains(output), qPrintable(result.output));
+    QCOMPARE(result.status, status);
+}
+
+void tst_TraceCommand::interruptedConversionIsWhole()
+{
+    Program program(words(QStringLiteral("trace convert - %1").arg(path("a.asc"))));
+    program.type(aLog + "(1.0) can0 123##1\n");
+    QVERIFY(program.waitForErrors(QStringLiteral("input:5: A CAN FD frame")));
+    program.signal(SIGINT);
+    const Result result = program.finish();
+    QVERIFY2(result.output.endsWith(QStringLiteral("Wrote %1: 4 frames\n").arg(path("a.asc"))),
+             qPrintable(result.output));
+    QCOMPARE(result.status, 130);
+    QVERIFY(bytesOf("a.asc").endsWith("End TriggerBlock\n"));
+}
+
+void tst_TraceCommand::secondInterruptEndsTheProgram()
+{
+    // Nobody reads it, so that it cannot be opened for writing.
+    QCOMPARE(::mkfifo(path("pipe").toLocal8Bit().constData(), 0600), 0);
+    Program program(words(QStringLiteral("trace convert - %1 --format candump").arg(path("pipe"))));
+    QVERIFY(program.waitForSignalHandler(SIGINT));
+    program.signal(SIGINT);
+    QVERIFY(program.waitForSignalHandler(SIGINT, Program::Handler::OfTheSystem));
+    program.signal(SIGINT);
+    QCOMPARE(program.finish().status, -1); // by the signal itself
 }
 
 void tst_TraceCommand::statistics()

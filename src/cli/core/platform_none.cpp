@@ -2,7 +2,9 @@
 // What this library asks of the operating system, for systems without POSIX: no signals, and terminals everywhere.
 #include "childtask.h"
 #include "inputlines.h"
+#include "interruptibleinput.h"
 #include "outputfile.h"
+#include "signalpipe.h"
 #include "terminal.h"
 #include "timezone.h"
 #include "unixsignals.h"
@@ -28,9 +30,23 @@ Terminal::Size Terminal::size()
     return {};
 }
 
-struct UnixSignals::Handlers
+struct SignalPipe::Handlers
 {
 };
+
+SignalPipe::SignalPipe(Count) {}
+
+SignalPipe::~SignalPipe() = default;
+
+int SignalPipe::descriptor() const
+{
+    return -1;
+}
+
+std::optional<int> SignalPipe::take() const
+{
+    return std::nullopt;
+}
 
 UnixSignals::UnixSignals(QObject *parent)
     : QObject(parent)
@@ -51,6 +67,30 @@ InputLines::~InputLines() = default;
 void InputLines::readMore() {}
 
 void InputLines::take(const QByteArray &) {}
+
+InterruptibleInput::InterruptibleInput(std::unique_ptr<FileBytes> bytes)
+    : m_bytes(std::move(bytes))
+{
+}
+
+InterruptibleInput::~InterruptibleInput() = default;
+
+qint64 InterruptibleInput::read(char *to, qint64 most)
+{
+    if (m_beforeWaiting)
+        m_beforeWaiting();
+    return m_bytes->read(to, most);
+}
+
+bool InterruptibleInput::waitForMore()
+{
+    return true;
+}
+
+std::optional<int> InterruptibleInput::signalNumber()
+{
+    return std::nullopt;
+}
 
 bool OutputFile::isPipe(const QString &)
 {

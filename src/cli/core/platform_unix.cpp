@@ -3,8 +3,10 @@
 #include "childtask.h"
 #include "exitstatus.h"
 #include "inputlines.h"
+#include "interruptibleinput.h"
 #include "interruptibleloop.h"
 #include "outputfile.h"
+#include "signalpipe.h"
 #include "terminal.h"
 #include "timezone.h"
 #include "unixsignals.h"
@@ -12,6 +14,7 @@
 #include <QFile>
 #include <QSocketNotifier>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -128,53 +131,114 @@ void InputLines::take(const QByteArray &bytes)
     }
 }
 
-struct UnixSignals::Handlers
+struct SignalPipe::Handlers
 {
     std::array<struct sigaction, handledSignals.size()> former;
 };
 
-UnixSignals::UnixSignals(QObject *parent)
-    : QObject(parent)
-    , m_handlers(std::make_unique<Handlers>())
+SignalPipe::SignalPipe(Count count)
 {
     Q_ASSERT(pipeEnds[0] < 0);
-    if (::pipe(pipeEnds.data()) != 0) {
-        m_handlers.reset();
+    if (::pipe(pipeEnds.data()) != 0)
         return; // the signals then end the program as they do by default
-    }
     for (const int end : pipeEnds) {
         ::fcntl(end, F_SETFL, O_NONBLOCK);
         ::fcntl(end, F_SETFD, FD_CLOEXEC);
     }
-    m_notifier = std::make_unique<QSocketNotifier>(pipeEnds[0], QSocketNotifier::Read);
-    connect(m_notifier.get(), &QSocketNotifier::activated, this, &UnixSignals::readPipe);
-
+    m_handlers = std::make_unique<Handlers>();
     struct sigaction action = {};
     action.sa_handler = writeToPipe;
     sigemptyset(&action.sa_mask);
-    action.sa_flags = SA_RESTART;
+    action.sa_flags = count == Count::First ? static_cast<int>(SA_RESTART | SA_RESETHAND) : SA_RESTART;
     for (size_t i = 0; i < handledSignals.size(); ++i)
         ::sigaction(handledSignals[i], &action, &m_handlers->former[i]);
 }
 
-UnixSignals::~UnixSignals()
+SignalPipe::~SignalPipe()
 {
     if (m_handlers == nullptr)
         return;
     for (size_t i = 0; i < handledSignals.size(); ++i)
         ::sigaction(handledSignals[i], &m_handlers->former[i], nullptr);
-    m_notifier.reset();
     for (int &end : pipeEnds) {
         ::close(end);
         end = -1;
     }
 }
 
-void UnixSignals::readPipe()
+int SignalPipe::descriptor() const
+{
+    return m_handlers ? pipeEnds[0] : -1;
+}
+
+std::optional<int> SignalPipe::take() const
 {
     char byte = 0;
-    if (::read(pipeEnds[0], &byte, 1) == 1)
-        emit received(byte);
+    return ::read(descriptor(), &byte, 1) == 1 ? std::optional<int>(byte) : std::nullopt;
+}
+
+UnixSignals::UnixSignals(QObject *parent)
+    : QObject(parent)
+    , m_pipe(std::make_unique<SignalPipe>(SignalPipe::Count::Every))
+{
+    if (m_pipe->descriptor() < 0)
+        return;
+    m_notifier = std::make_unique<QSocketNotifier>(m_pipe->descriptor(), QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &UnixSignals::readPipe);
+}
+
+UnixSignals::~UnixSignals() = default;
+
+void UnixSignals::readPipe()
+{
+    if (const std::optional<int> number = m_pipe->take())
+        emit received(*number);
+}
+
+InterruptibleInput::InterruptibleInput(std::unique_ptr<FileBytes> bytes)
+    : m_bytes(std::move(bytes))
+    , m_signals(std::make_unique<SignalPipe>(SignalPipe::Count::First))
+{
+}
+
+InterruptibleInput::~InterruptibleInput() = default;
+
+qint64 InterruptibleInput::read(char *to, qint64 most)
+{
+    if (!waitForMore())
+        most = std::min(most, m_left);
+    const qint64 count = most > 0 ? m_bytes->read(to, most) : 0;
+    if (m_signalNumber && count > 0)
+        m_left -= count;
+    return count;
+}
+
+/*! False when a signal has come. */
+bool InterruptibleInput::waitForMore()
+{
+    if (m_beforeWaiting)
+        m_beforeWaiting();
+    if (signalNumber())
+        return false;
+    std::array<struct pollfd, 2> waited{
+        {{m_bytes->handle(), POLLIN, 0}, {m_signals->descriptor(), POLLIN, 0}}};
+    while (::poll(waited.data(), waited.size(), -1) < 0 && errno == EINTR) {
+    }
+    return !signalNumber();
+}
+
+std::optional<int> InterruptibleInput::signalNumber()
+{
+    if (m_signalNumber)
+        return m_signalNumber;
+    m_signalNumber = m_signals->take();
+    int count = 0;
+    if (!m_signalNumber)
+        return std::nullopt;
+    m_signals.reset();
+    if (::ioctl(m_bytes->handle(), FIONREAD, &count) == 0)
+        m_left = count;
+    return m_signalNumber;
 }
 
 bool OutputFile::isPipe(const QString &fileName)

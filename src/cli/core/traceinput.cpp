@@ -2,6 +2,7 @@
 #include "traceinput.h"
 
 #include "console.h"
+#include "interruptibleinput.h"
 
 #include <bundle/bundlefile.h>
 #include <trace/files/bytesource.h>
@@ -17,14 +18,36 @@ std::unique_ptr<TraceReader> TraceInput::readerOf(const QString &path, QString *
     return bytes ? TraceFile::open(std::make_unique<MemoryBytes>(*bytes), path, errorMessage) : nullptr;
 }
 
-bool TraceInput::open(const QString &path)
+std::unique_ptr<TraceReader> TraceInput::interruptibleReaderOf(const QString &path, QString *errorMessage)
+{
+    std::unique_ptr<FileBytes> bytes = FileBytes::open(path, errorMessage);
+    if (!bytes)
+        return nullptr;
+    if (!bytes->isSequential())
+        return TraceFile::open(std::move(bytes), path, errorMessage);
+    auto input = std::make_unique<InterruptibleInput>(std::move(bytes));
+    InterruptibleInput *const interruptible = input.get();
+    std::unique_ptr<TraceReader> reader = TraceFile::open(std::move(input), path, errorMessage);
+    m_interruptible = reader ? interruptible : nullptr;
+    return reader;
+}
+
+bool TraceInput::open(const QString &path, Interrupt interrupt)
 {
     QString error;
     m_name = path == QLatin1String("-") ? tr("input") : QDir::toNativeSeparators(path);
-    m_reader = readerOf(path, &error);
+    m_reader = interrupt == Interrupt::EndsInput && !BundleFile::isBundle(path)
+                   ? interruptibleReaderOf(path, &error)
+                   : readerOf(path, &error);
     if (!m_reader)
         Console::printError(error);
     return m_reader != nullptr;
+}
+
+void TraceInput::setBeforeWaiting(const std::function<void()> &action)
+{
+    if (m_interruptible != nullptr)
+        m_interruptible->setBeforeWaiting(action);
 }
 
 bool TraceInput::next(TraceFrame *frame)
@@ -53,5 +76,9 @@ ExitStatus TraceInput::finish() const
     if (m_unread > mostSaid)
         Console::printError(
             tr("%1: %2 more lines or records could not be read.").arg(m_name).arg(m_unread - mostSaid));
+    const std::optional<int> signalNumber
+        = m_interruptible != nullptr ? m_interruptible->signalNumber() : std::nullopt;
+    if (signalNumber)
+        return Exit::signalled(*signalNumber);
     return m_unread > 0 ? Exit::objectsFailed : Exit::success;
 }

@@ -6,6 +6,7 @@
 #include <memory>
 
 class QSocketNotifier;
+class SignalPipe;
 
 /*! Turns SIGINT and SIGTERM into a Qt signal, so that a command can end in order.
  *
@@ -24,10 +25,8 @@ signals:
     void received(int signalNumber);
 
 private:
-    struct Handlers;
-
     void readPipe();
 
-    std::unique_ptr<Handlers> m_handlers;
+    std::unique_ptr<SignalPipe> m_pipe;
     std::unique_ptr<QSocketNotifier> m_notifier;
 };

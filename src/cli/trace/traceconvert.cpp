@@ -31,10 +31,10 @@ public:
 
     ExitStatus run(const QString &from)
     {
-        if (!m_input.open(from))
+        if (!m_input.open(from, TraceInput::Interrupt::EndsInput))
             return Exit::fileFailed;
         if (m_to == QLatin1String("-"))
-            Console::keepOutputForFile();
+            handOnAtOnce();
         TraceFrame frame;
         const bool hasFrames = m_input.next(&frame);
         QString error;
@@ -51,6 +51,16 @@ public:
     }
 
 private:
+    /*! Who reads the other end sees what has come as it comes. */
+    void handOnAtOnce()
+    {
+        Console::keepOutputForFile();
+        m_input.setBeforeWaiting([this] {
+            if (m_writer)
+                m_writer->flush(); // which the next frame says again when it has failed
+        });
+    }
+
     bool writeAll(TraceFrame *frame)
     {
         int channels = m_input.head().channels.size();

@@ -13,6 +13,11 @@ public:
     static std::unique_ptr<FileBytes> open(const QString &path, QString *errorMessage);
 
     qint64 read(char *to, qint64 most) override;
+    /*! Whether it is no file but a pipe or a terminal, which comes as it comes. */
+    bool isSequential() const { return m_file.isSequential(); }
+    /*! Of the system. */
+    int handle() const { return m_file.handle(); }
+
     qint64 size() const override { return m_file.isSequential() ? 0 : m_file.size(); }
 
 private:
