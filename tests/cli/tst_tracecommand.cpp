@@ -43,6 +43,9 @@ private slots:
     void saysWhatCannotBeRead();
     void leavesTheOldFileWhenInputFails();
     void pipes();
+    void convertsForNobody();
+    void standardOutputIsFull_data();
+    void standardOutputIsFull();
     void convertsWhatHasCome();
     void interruptEndsTheInput_data();
     void interruptEndsTheInput();
@@ -237,6 +240,39 @@ void tst_TraceCommand::pipes()
                                    .arg(QStringLiteral(DRAXELCTL), source)});
     QVERIFY(shell.waitForFinished(patience));
     QCOMPARE(shell.readAllStandardOutput(), aLog);
+}
+
+void tst_TraceCommand::convertsForNobody()
+{
+    // More than a pipe holds.
+    const QString source = write("a.log", aLog.repeated(5000));
+    const QString convert = QStringLiteral("trace convert '%1' -").arg(source);
+    QCOMPARE(withoutReader(convert, 0), QStringLiteral("status 141\n"));
+    QCOMPARE(withoutReader(convert, 2), QStringLiteral("status 141\n"));
+}
+
+void tst_TraceCommand::standardOutputIsFull_data()
+{
+    QTest::addColumn<QString>("arguments");
+
+    QTest::newRow("convert") << "convert %1 -";
+    QTest::newRow("record") << "record --bus trace:%1 --output -";
+}
+
+void tst_TraceCommand::standardOutputIsFull()
+{
+    if (!QFile::exists(QStringLiteral("/dev/full")))
+        QSKIP("this system has no /dev/full");
+    QFETCH(QString, arguments);
+    QProcess process;
+    process.setStandardOutputFile(QStringLiteral("/dev/full"));
+    process.start(QStringLiteral(DRAXELCTL),
+                  words(QStringLiteral("trace ") + arguments.arg(write("a.log", aLog))));
+    QVERIFY(QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, patience));
+    const QString errors = QString::fromLocal8Bit(process.readAllStandardError());
+    QVERIFY2(errors.contains(QStringLiteral("Standard output cannot be written: no space is left.\n")),
+             qPrintable(errors));
+    QCOMPARE(process.exitCode(), 5);
 }
 
 void tst_TraceCommand::convertsWhatHasCome()

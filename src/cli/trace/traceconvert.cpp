@@ -4,6 +4,7 @@
 
 #include <cli/core/commandarguments.h>
 #include <cli/core/console.h>
+#include <cli/core/terminal.h>
 #include <cli/core/traceinput.h>
 #include <trace/files/tracedetails.h>
 #include <trace/files/tracefile.h>
@@ -33,7 +34,7 @@ public:
     {
         if (!m_input.open(from, TraceInput::Interrupt::EndsInput))
             return Exit::fileFailed;
-        if (m_to == QLatin1String("-"))
+        if (isToStandardOutput())
             handOnAtOnce();
         TraceFrame frame;
         const bool hasFrames = m_input.next(&frame);
@@ -43,14 +44,14 @@ public:
             Console::printError(error);
             return Exit::fileFailed;
         }
-        if ((hasFrames && !writeAll(&frame)) || !m_writer->finish()) {
-            Console::printError(m_writer->errorString());
-            return Exit::fileFailed;
-        }
+        if ((hasFrames && !writeAll(&frame)) || !m_writer->finish())
+            return reportFailure();
         return report();
     }
 
 private:
+    bool isToStandardOutput() const { return m_to == QLatin1String("-"); }
+
     /*! Who reads the other end sees what has come as it comes. */
     void handOnAtOnce()
     {
@@ -75,6 +76,14 @@ private:
                 return false;
         } while (m_input.next(frame));
         return true;
+    }
+
+    ExitStatus reportFailure() const
+    {
+        if (isToStandardOutput() && !Terminal::hasReader(Terminal::Stream::Output))
+            return Exit::noReader;
+        Console::printError(m_writer->errorString());
+        return Exit::fileFailed;
     }
 
     ExitStatus report() const

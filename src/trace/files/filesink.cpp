@@ -15,22 +15,23 @@ const QLatin1String standardOutput("-");
 
 QString cannotBeWritten(const QString &path, const QString &reason)
 {
-    return TraceFilesTr::tr("%1 cannot be written: %2.")
-        .arg(QDir::toNativeSeparators(path), systemErrorText(reason));
+    const QString name
+        = path == standardOutput ? TraceFilesTr::tr("Standard output") : QDir::toNativeSeparators(path);
+    return TraceFilesTr::tr("%1 cannot be written: %2.").arg(name, systemErrorText(reason));
 }
 
 } // namespace
 
 bool GrowingFile::fail()
 {
-    m_error = cannotBeWritten(m_file.fileName(), m_file.errorString());
+    m_error = cannotBeWritten(m_path, m_file.errorString());
     return false;
 }
 
 bool GrowingFile::open()
 {
     constexpr QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Unbuffered;
-    const bool isOpen = m_file.fileName() == standardOutput ? m_file.open(stdout, mode) : m_file.open(mode);
+    const bool isOpen = m_path == standardOutput ? m_file.open(stdout, mode) : m_file.open(mode);
     return isOpen || fail();
 }
 

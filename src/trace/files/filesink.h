@@ -12,7 +12,8 @@ class GrowingFile : public ByteSink
 {
 public:
     explicit GrowingFile(const QString &path)
-        : m_file(path)
+        : m_path(path)
+        , m_file(path)
     {
     }
 
@@ -28,6 +29,7 @@ public:
 private:
     bool fail();
 
+    QString m_path;
     QFile m_file;
     qint64 m_size = 0;
     QString m_error;
