@@ -51,6 +51,7 @@ private slots:
     void interruptEndsTheInput();
     void interruptedConversionIsWhole();
     void secondInterruptEndsTheProgram();
+    void hangUpThatIsIgnored();
     void statistics();
     void statisticsWithoutNodes();
     void statisticsOfAMoment();
@@ -60,6 +61,7 @@ private slots:
     void recordsAVehicle();
     void recordsInPieces();
     void saysWhatItCannotRemove();
+    void recordsUntilInterrupted_data();
     void recordsUntilInterrupted();
     void recordsWhatIsOlderThanASecond();
     void recordsToStandardOutput();
@@ -344,6 +346,19 @@ void tst_TraceCommand::secondInterruptEndsTheProgram()
     QCOMPARE(program.finish().status, -1); // by the signal itself
 }
 
+// As nohup starts it.
+void tst_TraceCommand::hangUpThatIsIgnored()
+{
+    const auto former = std::signal(SIGHUP, SIG_IGN);
+    Program program(words(QStringLiteral("trace convert - -")));
+    const bool hasHandler = program.waitForSignalHandler(SIGINT);
+    std::signal(SIGHUP, former);
+    QVERIFY(hasHandler);
+    program.signal(SIGHUP);
+    program.signal(SIGINT);
+    QCOMPARE(program.finish().status, 130); // of the second one
+}
+
 void tst_TraceCommand::statistics()
 {
     const QString source = write("a.log", aLog + "rubbish\n(1436509050.249713) can0 123#\n");
@@ -543,13 +558,23 @@ void tst_TraceCommand::saysWhatItCannotRemove()
     QCOMPARE(result.status, 0);
 }
 
+void tst_TraceCommand::recordsUntilInterrupted_data()
+{
+    QTest::addColumn<int>("number");
+
+    QTest::newRow("Ctrl+C") << SIGINT;
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("terminal that is closed") << SIGHUP;
+}
+
 void tst_TraceCommand::recordsUntilInterrupted()
 {
+    QFETCH(int, number);
     Program program(
         words(QStringLiteral("trace record --bus simulated:pedelec --output ") + path("ride.asc")),
         {QStringLiteral("LD_PRELOAD")});
     QVERIFY(QTest::qWaitFor([this] { return bytesOf("ride.asc").size() > 0; }, patience));
-    program.signal(SIGINT);
+    program.signal(number);
     const Result result = program.finish();
     QCOMPARE(result.status, 0);
     QVERIFY(result.output.startsWith(QLatin1String("Wrote ")));

@@ -9,8 +9,8 @@
 
 class SignalPipe;
 
-/*! A pipe or terminal that Ctrl+C (SIGINT) or SIGTERM ends in the place of the program: what has come by then is still read,
- *  and then there is its end. One more such signal ends the program, whatever it does.
+/*! A pipe or terminal that Ctrl+C (SIGINT), SIGTERM or SIGHUP ends in the place of the program: what has come by then is
+ *  still read, and then there is its end. One more such signal ends the program, whatever it does.
  *
  *  Signals count from the making on. There may be one at a time, and no InterruptibleLoop beside it. On systems without such
  *  signals it is the input as it is.

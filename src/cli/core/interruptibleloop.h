@@ -8,7 +8,8 @@
 
 #include <optional>
 
-/*! The event loop in which a command waits: until end(), or until Ctrl+C (SIGINT) or SIGTERM.
+/*! The event loop in which a command waits: until end(), or until Ctrl+C (SIGINT), SIGTERM, or the closing of
+ *  the terminal (SIGHUP).
  *
  *  Signals count from the making of the loop on, also before run(). There may be one at a time.
  */

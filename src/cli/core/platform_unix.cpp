@@ -32,9 +32,17 @@ static_assert(Exit::noReader == Exit::signalled(SIGPIPE));
 
 namespace {
 
-constexpr std::array<int, 2> handledSignals{SIGINT, SIGTERM};
+constexpr std::array<int, 3> handledSignals{SIGINT, SIGTERM, SIGHUP};
 
 std::array<int, 2> pipeEnds{-1, -1}; // read, write; the handler knows no object
+
+/*! Whoever starts a program with nohup wants it to outlive its terminal. */
+bool isToBeIgnored(int signalNumber)
+{
+    struct sigaction present = {};
+    return signalNumber == SIGHUP && ::sigaction(signalNumber, nullptr, &present) == 0
+           && present.sa_handler == SIG_IGN;
+}
 
 void writeToPipe(int signalNumber)
 {
@@ -150,8 +158,10 @@ SignalPipe::SignalPipe(Count count)
     action.sa_handler = writeToPipe;
     sigemptyset(&action.sa_mask);
     action.sa_flags = count == Count::First ? static_cast<int>(SA_RESTART | SA_RESETHAND) : SA_RESTART;
-    for (size_t i = 0; i < handledSignals.size(); ++i)
-        ::sigaction(handledSignals[i], &action, &m_handlers->former[i]);
+    for (size_t i = 0; i < handledSignals.size(); ++i) {
+        const struct sigaction *const wanted = isToBeIgnored(handledSignals[i]) ? nullptr : &action;
+        ::sigaction(handledSignals[i], wanted, &m_handlers->former[i]);
+    }
 }
 
 SignalPipe::~SignalPipe()
@@ -252,8 +262,10 @@ namespace {
 /*! In the child: the end of the pipe that it holds closes with it, and tells the parent. */
 [[noreturn]] void runInChild(const std::function<int()> &work)
 {
-    for (const int number : handledSignals)
-        ::signal(number, SIG_DFL);
+    for (const int number : handledSignals) {
+        if (!isToBeIgnored(number))
+            ::signal(number, SIG_DFL);
+    }
     const int status = work();
     std::fflush(nullptr);
     ::_exit(status);

@@ -6,7 +6,8 @@
 #include <memory>
 #include <optional>
 
-/*! While it is there, SIGINT and SIGTERM do nothing but write one byte to a pipe; the former handlers are back when it is gone.
+/*! While it is there, SIGINT, SIGTERM and SIGHUP do nothing but write one byte to a pipe; the former handlers are back when it
+ *  is gone. A SIGHUP that is ignored, as nohup asks for, stays so.
  *
  *  There may be one at a time. On systems without such signals, and where there is no pipe, no signal ever comes.
  */

@@ -21,7 +21,7 @@ public:
     /*! So many problems are said one by one. */
     static constexpr quint64 mostSaid = 10;
 
-    /*! What Ctrl+C and SIGTERM do while a pipe or terminal is read; with a file they end the program. */
+    /*! What Ctrl+C, SIGTERM and SIGHUP do while a pipe or terminal is read; with a file they end the program. */
     enum class Interrupt : quint8 {
         EndsProgram,
         EndsInput //!< what has come is read to its end, and finish() gives the status of an interrupted command

@@ -8,7 +8,7 @@
 class QSocketNotifier;
 class SignalPipe;
 
-/*! Turns SIGINT and SIGTERM into a Qt signal, so that a command can end in order.
+/*! Turns SIGINT, SIGTERM and SIGHUP into a Qt signal, so that a command can end in order.
  *
  *  The handler itself only writes one byte to a pipe, which the event loop reads. There may be one object at
  *  a time; the former handlers are back when it is gone. On systems without such signals it never emits.
