@@ -67,6 +67,8 @@ private slots:
     void recordsToStandardOutput();
     void handsOnWhatItRecords();
     void recordsForNobody();
+    void saysThatFramesWereLost_data();
+    void saysThatFramesWereLost();
     void recordsWithoutAReserve();
     void recordingThatCannotBegin();
 
@@ -625,6 +627,28 @@ void tst_TraceCommand::recordsForNobody()
     const QString record = QStringLiteral("trace record --bus 'trace:%1' --output -").arg(source);
     QCOMPARE(withoutReader(record, 0), QStringLiteral("status 141\n"));
     QCOMPARE(withoutReader(record, 1), QStringLiteral("status 141\n"));
+}
+
+void tst_TraceCommand::saysThatFramesWereLost_data()
+{
+    QTest::addColumn<int>("reports");
+    QTest::addColumn<QString>("errors");
+
+    QTest::newRow("one report") << 1 << "Frames were lost: the adapter or this computer told so once.\n";
+    QTest::newRow("two reports") << 2 << "Frames were lost: the adapter or this computer told so 2 times.\n";
+}
+
+void tst_TraceCommand::saysThatFramesWereLost()
+{
+    QFETCH(int, reports);
+    QFETCH(QString, errors);
+    // The controller's receive queue ran over.
+    const QByteArray overrun("(1436509052.249713) can0 20000004#0001000000000000\n");
+    const QString source = write("a.log", overrun.repeated(reports));
+    const Result result
+        = trace(QStringLiteral("record --bus trace:%1 --output %2 --for 3s").arg(source, path("ride.log")));
+    QCOMPARE(result.errors, errors);
+    QCOMPARE(result.status, 7);
 }
 
 void tst_TraceCommand::recordsWithoutAReserve()

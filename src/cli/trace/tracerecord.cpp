@@ -161,6 +161,13 @@ void sayWhatStays(const QString &file)
             .arg(QDir::toNativeSeparators(file)));
 }
 
+QString lossText(quint64 reports)
+{
+    if (reports == 1)
+        return TraceRecordTr::tr("Frames were lost: the adapter or this computer told so once.");
+    return TraceRecordTr::tr("Frames were lost: the adapter or this computer told so %1 times.").arg(reports);
+}
+
 /*! Says what was recorded, and what was not. */
 void report(const BusRecorder &recorder)
 {
@@ -173,9 +180,7 @@ void report(const BusRecorder &recorder)
     else
         Console::print(TraceRecordTr::tr("Wrote %1: %2").arg(name, what));
     if (recorder.overruns() > 0)
-        Console::printError(
-            TraceRecordTr::tr("Frames were lost: the adapter or this computer told so %1 times.")
-                .arg(recorder.overruns()));
+        Console::printError(lossText(recorder.overruns()));
     if (recorder.unrecorded() > 0)
         Console::printError(TraceRecordTr::tr("%1 CAN FD frames were not recorded; only classic frames are.")
                                 .arg(recorder.unrecorded()));
