@@ -5438,6 +5438,18 @@ Jetzt: %2</translation>
         <source>The compressed data are broken: the rest is not read.</source>
         <translation>Die komprimierten Daten sind beschädigt: Der Rest wird nicht gelesen.</translation>
     </message>
+    <message>
+        <source>Standard output</source>
+        <translation>Die Standardausgabe</translation>
+    </message>
+    <message>
+        <source>times before 1970</source>
+        <translation>Zeiten vor 1970</translation>
+    </message>
+    <message>
+        <source>times after 2106</source>
+        <translation>Zeiten nach 2106</translation>
+    </message>
 </context>
 <context>
     <name>TraceFolder</name>

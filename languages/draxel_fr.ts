@@ -5438,6 +5438,18 @@ Maintenant&#xa0;: %2</translation>
         <source>The compressed data are broken: the rest is not read.</source>
         <translation>Les données compressées sont endommagées&#xa0;: le reste n’est pas lu.</translation>
     </message>
+    <message>
+        <source>Standard output</source>
+        <translation>La sortie standard</translation>
+    </message>
+    <message>
+        <source>times before 1970</source>
+        <translation>les heures d’avant 1970</translation>
+    </message>
+    <message>
+        <source>times after 2106</source>
+        <translation>les heures d’après 2106</translation>
+    </message>
 </context>
 <context>
     <name>TraceFolder</name>

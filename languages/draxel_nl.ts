@@ -5438,6 +5438,18 @@ Nu: %2</translation>
         <source>The compressed data are broken: the rest is not read.</source>
         <translation>De gecomprimeerde gegevens zijn beschadigd: de rest wordt niet gelezen.</translation>
     </message>
+    <message>
+        <source>Standard output</source>
+        <translation>De standaarduitvoer</translation>
+    </message>
+    <message>
+        <source>times before 1970</source>
+        <translation>tijden vóór 1970</translation>
+    </message>
+    <message>
+        <source>times after 2106</source>
+        <translation>tijden na 2106</translation>
+    </message>
 </context>
 <context>
     <name>TraceFolder</name>

@@ -5416,6 +5416,18 @@ Now: %2</source>
         <source>The compressed data are broken: the rest is not read.</source>
         <translation>压缩数据已损坏：其余部分不读取。</translation>
     </message>
+    <message>
+        <source>Standard output</source>
+        <translation>标准输出</translation>
+    </message>
+    <message>
+        <source>times before 1970</source>
+        <translation>1970 年以前的时间</translation>
+    </message>
+    <message>
+        <source>times after 2106</source>
+        <translation>2106 年以后的时间</translation>
+    </message>
 </context>
 <context>
     <name>TraceFolder</name>
