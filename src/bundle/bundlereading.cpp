@@ -15,9 +15,9 @@ constexpr int largestSnapshot = 64 * 1024 * 1024; // bytes, as of every saved ve
 
 const ZipFile::Entry *find(const QVector<ZipFile::Entry> &files, QLatin1String name)
 {
-    const auto file = std::find_if(files.begin(), files.end(),
-                                   [name](const ZipFile::Entry &entry) { return entry.name == name; });
-    return file != files.end() ? &*file : nullptr;
+    const auto *const file = std::find_if(files.begin(), files.end(),
+                                          [name](const ZipFile::Entry &entry) { return entry.name == name; });
+    return file != files.end() ? file : nullptr;
 }
 
 } // namespace
@@ -40,7 +40,7 @@ std::optional<BundleManifest> BundleReading::manifestOf(const QVector<ZipFile::E
         return std::nullopt;
     }
     QString wrong;
-    const std::optional<BundleManifest> manifest = BundleManifest::fromJson(file->bytes, &wrong);
+    std::optional<BundleManifest> manifest = BundleManifest::fromJson(file->bytes, &wrong);
     if (!manifest)
         *problem = tr("its manifest.json cannot be used: %1").arg(wrong);
     return manifest;
@@ -78,7 +78,7 @@ void BundleReading::complain(const char *name, const QString &reason)
 /*! A file that the manifest names, as it was then. What it does not name is none of the bundle. */
 std::optional<QByteArray> BundleReading::take(const char *name)
 {
-    const auto named
+    const auto *const named
         = std::find_if(m_manifest.files.begin(), m_manifest.files.end(),
                        [name](const BundleManifest::File &file) { return file.name == QLatin1String(name); });
     if (named == m_manifest.files.end())

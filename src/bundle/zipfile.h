@@ -24,8 +24,8 @@ public:
     /*! What is taken of a file from elsewhere. */
     struct Limits
     {
-        qint64 file = 256 * 1024 * 1024;  //!< bytes, also of each entry
-        qint64 total = 512 * 1024 * 1024; //!< bytes of all entries, unpacked
+        qint64 file = qint64(256) * 1024 * 1024;  //!< bytes, also of each entry
+        qint64 total = qint64(512) * 1024 * 1024; //!< bytes of all entries, unpacked
         int entries = 64;
     };
 

@@ -13,6 +13,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <utility>
 
 Q_LOGGING_CATEGORY(traceBusLog, "trace.bus")
 
@@ -25,11 +26,11 @@ constexpr int mostAtOnce = 500;
 // How long an unpaced trace waits for somebody who does not take the frames, in ms.
 constexpr int waitForReader = 10;
 // The longest time of the timer; looking again costs nothing. In ms.
-constexpr qint64 longestWait = 60 * 1000;
+constexpr qint64 longestWait = Q_INT64_C(60) * 1000;
 // That are listed as interfaces.
 constexpr int mostListed = 1000;
 // Between the end of a repeated trace and its next beginning, so that one of a single frame is no flood; us.
-constexpr qint64 repeatPause = 100 * 1000;
+constexpr qint64 repeatPause = Q_INT64_C(100) * 1000;
 
 /*! One bus is one channel. */
 bool keepChannel(const QString &fileName, const QString &channel, Trace *trace, QString *errorMessage)
@@ -66,9 +67,9 @@ struct TraceCanDevice::Loaded
     QString errorMessage; // empty: all is well
 };
 
-TraceCanDevice::TraceCanDevice(const QString &interfaceName, QObject *parent)
+TraceCanDevice::TraceCanDevice(QString interfaceName, QObject *parent)
     : QCanBusDevice(parent)
-    , m_interfaceName(interfaceName)
+    , m_interfaceName(std::move(interfaceName))
 {
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::PreciseTimer);

@@ -47,7 +47,7 @@ public:
     };
     Q_ENUM(TraceKey)
 
-    explicit TraceCanDevice(const QString &interfaceName, QObject *parent = nullptr);
+    explicit TraceCanDevice(QString interfaceName, QObject *parent = nullptr);
     ~TraceCanDevice() override;
 
     void setConfigurationParameter(int key, const QVariant &value) override;

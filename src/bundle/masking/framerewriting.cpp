@@ -124,7 +124,7 @@ void FrameRewriting::rewriteStray(TraceFrame *frame)
 void FrameRewriting::put(TraceFrame *frame, int size, int at, const Rewritten &transfer)
 {
     for (int i = 0; i < size; ++i) {
-        quint8 &byte = frame->bytes[static_cast<std::size_t>(segmentAt + i)];
+        quint8 &byte = frame->bytes.at(std::size_t(segmentAt) + std::size_t(i));
         const bool isThere
             = at + i < transfer.masked.size() && transfer.original.at(at + i) == static_cast<char>(byte);
         byte = static_cast<quint8>(isThere ? transfer.masked.at(at + i) : filler);

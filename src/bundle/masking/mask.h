@@ -6,6 +6,8 @@
 #include <QSet>
 #include <QString>
 
+#include <utility>
+
 /*! Gives every secret a stand-in: the same secret always the same one, another one another, and nobody can go back.
  *
  *  A keyed hash (HMAC with SHA-256) makes them. The key is made anew for each object and goes with it.
@@ -15,8 +17,8 @@ class Mask
 public:
     Mask(); //!< with a random key
     /*! For tests. */
-    explicit Mask(const QByteArray &key)
-        : m_key(key)
+    explicit Mask(QByteArray key)
+        : m_key(std::move(key))
     {
     }
 

@@ -10,6 +10,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <utility>
+
 /*! Replaces in texts, in values and in frames what tells whose vehicle it is: serial numbers, keys, names and paths.
  *
  *  First everything is learnt that is secret, then it is replaced wherever it stands. Values and frames keep their size.
@@ -18,8 +20,8 @@ class Masking
 {
 public:
     Masking() = default;
-    explicit Masking(const Mask &mask)
-        : m_mask(mask)
+    explicit Masking(Mask mask)
+        : m_mask(std::move(mask))
     {
     }
 

@@ -24,7 +24,7 @@ using MaybeVehicle = std::optional<Simulator::VehicleDescription>;
 MaybeVehicle loadSavedVehicle(const QString &fileName, QString *error)
 {
     QStringList warnings;
-    const MaybeVehicle vehicle = vehicleFromFile(fileName, error, &warnings);
+    MaybeVehicle vehicle = vehicleFromFile(fileName, error, &warnings);
     for (const QString &warning : qAsConst(warnings))
         Console::printError(warning);
     return vehicle;

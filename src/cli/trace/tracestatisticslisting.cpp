@@ -217,12 +217,8 @@ QJsonArray TraceStatisticsListing::nodesJson() const
     return nodes;
 }
 
-QJsonObject TraceStatisticsListing::json() const
+QJsonArray TraceStatisticsListing::identifiersJson() const
 {
-    QJsonObject json = countJson(m_statistics.all());
-    QJsonArray channels;
-    for (int i = 0; i < m_statistics.channels().size(); ++i)
-        channels.append(channelJson(i));
     QJsonArray identifiers;
     for (const IdentifierCount &row : m_statistics.identifiers()) {
         QJsonObject entry = countJson(row.count);
@@ -231,6 +227,15 @@ QJsonObject TraceStatisticsListing::json() const
         entry.insert(QStringLiteral("channel"), row.channel);
         identifiers.append(entry);
     }
+    return identifiers;
+}
+
+QJsonObject TraceStatisticsListing::json() const
+{
+    QJsonObject json = countJson(m_statistics.all());
+    QJsonArray channels;
+    for (int i = 0; i < m_statistics.channels().size(); ++i)
+        channels.append(channelJson(i));
     json.insert(QLatin1String("kinds"), kindsJson());
     json.insert(QLatin1String("nodes"), nodesJson());
     json.insert(QStringLiteral("hasTimeOfDay"), m_head.hasTimeOfDay);
@@ -238,6 +243,6 @@ QJsonObject TraceStatisticsListing::json() const
     json.insert(QStringLiteral("backwardTimes"), double(m_statistics.backwardTimes()));
     json.insert(QStringLiteral("unread"), double(m_unread));
     json.insert(QStringLiteral("channels"), channels);
-    json.insert(QStringLiteral("identifiers"), identifiers);
+    json.insert(QStringLiteral("identifiers"), identifiersJson());
     return json;
 }

@@ -38,6 +38,7 @@ private:
     QVector<QStringList> nodeRows() const;
     QJsonArray kindsJson() const;
     QJsonArray nodesJson() const;
+    QJsonArray identifiersJson() const;
     QJsonObject channelJson(int channel) const;
     QString channelName(int channel) const;
     QString time(qint64 time) const;

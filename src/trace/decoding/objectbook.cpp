@@ -37,7 +37,7 @@ QVector<DataType> ObjectBook::types(quint8 nodeId, ObjectKey object) const
 
 QString ObjectBook::name(quint8 nodeId, ObjectKey object) const
 {
-    const QString name = ObjectWords::name(object);
+    QString name = ObjectWords::name(object);
     if (name != CanOpen::indexText(object.index))
         return name;
     const auto sheet = m_sheets.constFind(nodeId);

@@ -11,7 +11,7 @@ class RecordBytes
 {
 public:
     /*! The longest record that is given; longer ones can only be skipped. */
-    static constexpr size_t longest = 256 * 1024;
+    static constexpr size_t longest = size_t(256) * 1024;
 
     explicit RecordBytes(std::unique_ptr<ByteSource> source);
 

@@ -15,7 +15,7 @@ class Unpacking : public ByteSource
 public:
     /*! Above \a harmless bytes no more than so many for each packed one. */
     static constexpr qint64 largestRatio = 500;
-    static constexpr qint64 harmless = 64 * 1024 * 1024;
+    static constexpr qint64 harmless = qint64(64) * 1024 * 1024;
 
     explicit Unpacking(std::unique_ptr<ByteSource> packed)
         : m_packed(std::move(packed))
@@ -51,7 +51,7 @@ private:
     qint64 broken();
 
     std::unique_ptr<ByteSource> m_packed;
-    std::array<char, 64 * 1024> m_room{};
+    std::array<char, std::size_t(64) * 1024> m_room{};
     qint64 m_position = 0;
     qint64 m_filled = 0;
     qint64 m_used = 0;

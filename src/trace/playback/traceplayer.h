@@ -29,7 +29,7 @@ public:
     /*! What is longer between two frames is a clock that was set; us. */
     static constexpr qint64 longestPause = Q_INT64_C(3600) * 1000 * 1000;
     /*! Who comes so much too late has been held up, or sleeping: it goes on from there, and does not catch up; us. */
-    static constexpr qint64 longestDelay = 1000 * 1000;
+    static constexpr qint64 longestDelay = Q_INT64_C(1000) * 1000;
 
     /*! \a frames must outlive the player. */
     explicit TracePlayer(const std::vector<TraceFrame> *frames);
