@@ -28,6 +28,8 @@ public:
 
     void setNmtState(std::optional<CanOpen::NmtState> state);
     void noteBootUp() { ++m_node.bootUps; }
+    /*! In this reading, not in an earlier one. */
+    bool hasAnswered() const { return m_hasAnswered; }
 
     /*! Whether there is something to ask now. */
     bool isReady() const;

@@ -104,7 +104,11 @@ void SnapshotReader::setNmtState(quint8 nodeId, std::optional<CanOpen::NmtState>
 
 void SnapshotReader::noteBootUp(quint8 nodeId)
 {
-    if (Turn *turn = turnOf(nodeId))
+    Turn *turn = turnOf(nodeId);
+    if (turn == nullptr)
+        return;
+    // The vehicle may have been switched off since the earlier snapshot: what comes before the first answer is no restart.
+    if (m_earlier.nodes.isEmpty() || turn->reader.hasAnswered())
         turn->reader.noteBootUp();
 }
 

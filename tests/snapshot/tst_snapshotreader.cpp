@@ -156,6 +156,7 @@ private slots:
     void saysNothingOfTheTimeOfANodeThatWaits();
     void saysWhichNodesWereReplaced();
     void resumesWhereItEnded();
+    void switchingOnBetweenIsNoRestart();
     void countsTimeFromTheSnapshotsBeginning();
     void mayBeDeletedInASlot_data();
     void mayBeDeletedInASlot();
@@ -664,6 +665,30 @@ void tst_SnapshotReader::resumesWhereItEnded()
     QCOMPARE(bus.nodes[1].requests, 5); // whether it is the same device
     QCOMPARE(again.node(2).entries.size(), int(planned.size()));
     QVERIFY(again.node(2).end == SnapshotEnd::Complete);
+}
+
+/*! Also of a device that was not there before. */
+void tst_SnapshotReader::switchingOnBetweenIsNoRestart()
+{
+    NastyBus bus;
+    bus.addNode(1);
+    bus.addNode(2);
+    Snapshot earlier;
+    earlier.nodes.append(SnapshotNode());
+    earlier.nodes.last().id = 1;
+    earlier.nodes.last().bootUps = 1;
+    Reading again(bus);
+    again.reader.setEarlier(earlier, milliseconds(60000));
+    again.reader.start();
+    again.reader.addNode(2);
+    again.reader.noteBootUp(1);
+    again.reader.noteBootUp(2);
+    wait(100);
+    again.reader.noteBootUp(2); // while it is read
+    again.reader.allNodesAdded();
+    QVERIFY(again.waitForEnd());
+    QCOMPARE(again.node(1).bootUps, 1);
+    QCOMPARE(again.node(2).bootUps, 1);
 }
 
 void tst_SnapshotReader::countsTimeFromTheSnapshotsBeginning()
