@@ -81,6 +81,7 @@ private:
     RuleRunner m_runner;
     QVector<ComponentGaps> m_gaps; // of each node
     QVector<Finding> m_vehicleFindings;
+    QStringList m_unjudgedRules; // of the vehicle
 };
 
 CheckupResult Judgement::judge()
@@ -96,6 +97,7 @@ CheckupResult Judgement::judge()
                      [](const CheckedComponent &a, const CheckedComponent &b) { return a.state > b.state; });
     sortWorstFirst(&m_vehicleFindings);
     result.vehicleFindings = m_vehicleFindings;
+    result.unjudgedRules = m_unjudgedRules;
     result.verdict = verdictOf(result);
     return result;
 }
@@ -107,12 +109,18 @@ void Judgement::applyToVehicle(const Rule &rule)
     needs.needs = rule.needs;
     needs.cases.append(RuleCase()); // without a severity: finds nothing
     QVector<Finding> none;
-    for (int i = 0; i < m_vehicle.nodeCount(); ++i)
-        m_runner.apply(needs, i, &none, &m_gaps[i]);
+    ComponentGaps ofRule;
+    for (int i = 0; i < m_vehicle.nodeCount(); ++i) {
+        ComponentGaps ofNode;
+        m_runner.apply(needs, i, &none, &ofNode);
+        m_gaps[i].add(ofNode);
+        ofRule.add(ofNode);
+    }
     Rule condition = rule;
     condition.needs.clear();
-    ComponentGaps ofNobody;
-    m_runner.apply(condition, -1, &m_vehicleFindings, &ofNobody);
+    m_runner.apply(condition, -1, &m_vehicleFindings, &ofRule);
+    if (!ofRule.isEmpty())
+        m_unjudgedRules.append(rule.id);
 }
 
 CheckedComponent Judgement::judgeNode(int position)

@@ -19,6 +19,14 @@ void ComponentGaps::add(ObjectKey key)
     m_keys.insert(key, true);
 }
 
+void ComponentGaps::add(const ComponentGaps &gaps)
+{
+    for (const ObjectKey key : gaps.m_keys.keys())
+        add(key);
+    m_isBehaviourMissing = m_isBehaviourMissing || gaps.m_isBehaviourMissing;
+    m_sentences += gaps.m_sentences;
+}
+
 void ComponentGaps::addSentence(const QString &sentence)
 {
     m_sentences.append(sentence);

@@ -21,6 +21,7 @@ public:
     /*! Takes what an evaluation noted, which came to nothing because of it. */
     void add(const Evaluation &evaluation);
     void add(CanOpen::ObjectKey key);
+    void add(const ComponentGaps &gaps);
     /*! Something else that kept rules from being applied, a sentence. */
     void addSentence(const QString &sentence);
 

@@ -53,7 +53,9 @@ struct CheckupResult
     Verdict verdict = Verdict::Incomplete;
     QVector<CheckedComponent> components; //!< the worst first, then by node
     QVector<Finding> vehicleFindings;     //!< those of the vehicle as a whole
-    QString language;                     //!< that it was judged in: "de", "zh_CN"
+    /*! Rules of the vehicle as a whole that miss what they need of a node; their findings may not be all. */
+    QStringList unjudgedRules;
+    QString language; //!< that it was judged in: "de", "zh_CN"
 
     int count(Severity severity) const;
     const CheckedComponent *component(quint8 nodeId) const; //!< null when there is none on the node

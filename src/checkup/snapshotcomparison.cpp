@@ -43,6 +43,8 @@ private:
     void compareObjects(const DevicePair &pair, Gaps gaps = Gaps::Count);
     void compareFindings(const QVector<DevicePair> &pairs);
     void addFinding(const Finding *before, const Finding *after, quint8 nodeId);
+    bool wasJudged(const Finding &finding) const;
+    bool isJudged(const Finding &finding, quint8 nodeId) const;
     Change &add(Change::Kind kind, quint8 nodeId, const QString &device);
     static QString deviceName(const SnapshotNode &node, const SnapshotNode *earlier);
 
@@ -247,10 +249,23 @@ void Comparing::compareFindings(const QVector<DevicePair> &pairs)
     }
 }
 
+/*! Whether the one before would have had what was found now, if it had been there. */
+bool Comparing::wasJudged(const Finding &finding) const
+{
+    return finding.nodeId != 0 || !m_before.checkup->unjudgedRules.contains(finding.rule);
+}
+
+/*! Whether what was found before would have been found on \a nodeId now, if it were still there. */
+bool Comparing::isJudged(const Finding &finding, quint8 nodeId) const
+{
+    if (finding.nodeId == 0)
+        return !m_after.checkup->unjudgedRules.contains(finding.rule);
+    const CheckedComponent *component = m_after.checkup->component(nodeId);
+    return component == nullptr || component->notChecked.isEmpty();
+}
+
 void Comparing::addFinding(const Finding *before, const Finding *after, quint8 nodeId)
 {
-    const CheckedComponent *component = m_after.checkup->component(nodeId);
-    const bool isJudged = component == nullptr || component->notChecked.isEmpty();
     const QString device = m_names.value(nodeId, tr("The vehicle"));
 
     Change &change = add(Change::Kind::Finding, nodeId, m_names.value(nodeId));
@@ -261,14 +276,18 @@ void Comparing::addFinding(const Finding *before, const Finding *after, quint8 n
     change.before = before != nullptr ? before->text : QString();
     change.after = after != nullptr ? after->text : QString();
     if (before == nullptr)
-        change.text = tr("%1: new: %2").arg(device, change.after);
+        change.text
+            = wasJudged(*after)
+                  ? tr("%1: new: %2").arg(device, change.after)
+                  : tr("%1: found, but not everything was checked before: %2").arg(device, change.after);
     else if (after != nullptr)
         change.text = after->severity > before->severity ? tr("%1: worse: %2").arg(device, change.after)
                                                          : tr("%1: better: %2").arg(device, change.after);
     else
         change.text
-            = isJudged ? tr("%1: not any more: %2").arg(device, change.before)
-                       : tr("%1: not found, but not everything was checked: %2").arg(device, change.before);
+            = isJudged(*before, nodeId)
+                  ? tr("%1: not any more: %2").arg(device, change.before)
+                  : tr("%1: not found, but not everything was checked: %2").arg(device, change.before);
 }
 
 Change &Comparing::add(Change::Kind kind, quint8 nodeId, const QString &device)

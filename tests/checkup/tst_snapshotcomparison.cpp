@@ -59,6 +59,22 @@ void lose(SnapshotNode *node, CanOpen::ObjectKey key)
     node->insert(entry);
 }
 
+/*! The sentences about findings of the vehicle as a whole. */
+QStringList vehicleFindings(const Snapshot &before, const Snapshot &after)
+{
+    QStringList texts;
+    for (const QString &line : changes(before, after).filter(QStringLiteral("finding|0|")))
+        texts.append(line.section(QLatin1Char('|'), 5));
+    return texts;
+}
+
+Snapshot withVersionConflict()
+{
+    Snapshot snapshot = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&snapshot, motor, {0x600E, 1}, 0x71810300);
+    return snapshot;
+}
+
 /*! What the vehicle's moving values are after a time. */
 Snapshot fullBusAfter(int seconds)
 {
@@ -76,6 +92,8 @@ Snapshot fullBusAfter(int seconds)
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(Snapshot)
 
 class tst_SnapshotComparison : public QObject
 {
@@ -112,6 +130,9 @@ private slots:
     void findingOfEachBit();
     void findingMovesAlong();
     void findingGoneUnjudged();
+    void vehicleFindingGone();
+    void vehicleFindingGoneUnjudged_data();
+    void vehicleFindingGoneUnjudged();
     void findingNotAskedFor();
     void withoutCheckup();
     void exchangeFileOfSnapshot();
@@ -468,6 +489,56 @@ void tst_SnapshotComparison::withoutCheckup()
     QCOMPARE(comparison.changes.size(), 1);
     QCOMPARE(comparison.changes.first().kind, Change::Kind::Counter);
     QVERIFY(!comparison.isSame());
+}
+
+/*! What another rule could not read is no matter of this one. */
+void tst_SnapshotComparison::vehicleFindingGone()
+{
+    const Snapshot conflict = withVersionConflict();
+    Snapshot healthy = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    lose(healthy.find(motor), {0x1001, 0});
+    QCOMPARE(vehicleFindings(conflict, healthy),
+             one("The vehicle: not any more: Devices implement different versions of the same "
+                 "specification: 454.1.2.0 (1, 2, 3, 5, 6, 7), 454.1.3.0 (4)."));
+    QCOMPARE(vehicleFindings(healthy, conflict),
+             one("The vehicle: new: Devices implement different versions of the same specification: "
+                 "454.1.2.0 (1, 2, 3, 5, 6, 7), 454.1.3.0 (4)."));
+}
+
+void tst_SnapshotComparison::vehicleFindingGoneUnjudged_data()
+{
+    QTest::addColumn<Snapshot>("unread");
+
+    Snapshot snapshot = withVersionConflict();
+    lose(snapshot.find(motor), {0x600E, 0});
+    lose(snapshot.find(motor), {0x600E, 1});
+    QTest::newRow("no answer") << snapshot;
+
+    snapshot = withVersionConflict();
+    snapshot.find(motor)->entries.clear();
+    snapshot.find(motor)->end = SnapshotEnd::Silent;
+    QTest::newRow("silent device") << snapshot;
+
+    snapshot = withVersionConflict();
+    snapshot.scope = SnapshotScope::Quick;
+    QVector<SnapshotEntry> &entries = snapshot.find(motor)->entries;
+    entries.erase(std::remove_if(entries.begin(), entries.end(),
+                                 [](const SnapshotEntry &entry) { return entry.key.index == 0x600E; }),
+                  entries.end());
+    QTest::newRow("not asked for") << snapshot;
+}
+
+/*! One device that tells no version is enough not to know. */
+void tst_SnapshotComparison::vehicleFindingGoneUnjudged()
+{
+    QFETCH(const Snapshot, unread);
+
+    QCOMPARE(vehicleFindings(withVersionConflict(), unread),
+             one("The vehicle: not found, but not everything was checked: Devices implement different "
+                 "versions of the same specification: 454.1.2.0 (1, 2, 3, 5, 6, 7), 454.1.3.0 (4)."));
+    QCOMPARE(vehicleFindings(unread, withVersionConflict()),
+             one("The vehicle: found, but not everything was checked before: Devices implement different "
+                 "versions of the same specification: 454.1.2.0 (1, 2, 3, 5, 6, 7), 454.1.3.0 (4)."));
 }
 
 /*! What a snapshot did not ask for can neither be new nor gone. */
