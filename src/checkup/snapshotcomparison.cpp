@@ -51,7 +51,8 @@ private:
     const Side &m_before;
     const Side &m_after;
     const ObjectKinds &m_kinds;
-    QHash<quint8, QString> m_names; // of the devices now
+    QHash<quint8, QString> m_names;     // of the devices now
+    QHash<quint8, quint8> m_nodeBefore; // of the devices that are the same, by the node now
     Comparison m_result;
 };
 
@@ -215,13 +216,12 @@ QVector<Finding> allFindings(const CheckupResult &checkup)
 void Comparing::compareFindings(const QVector<DevicePair> &pairs)
 {
     QHash<quint8, quint8> nodeNow; // by the node before; 0: the device is another one, or gone
-    QHash<quint8, quint8> nodeBefore;
     for (const DevicePair &pair : pairs) {
         const bool isSameDevice = pair.after != nullptr && pair.relation != DevicePair::Relation::Replaced;
         if (pair.before != nullptr)
             nodeNow.insert(pair.before->id, isSameDevice ? pair.after->id : quint8(0));
         if (pair.before != nullptr && isSameDevice)
-            nodeBefore.insert(pair.after->id, pair.before->id);
+            m_nodeBefore.insert(pair.after->id, pair.before->id);
     }
     QVector<Finding> before = allFindings(*m_before.checkup);
     QHash<QString, int> positions;
@@ -235,8 +235,8 @@ void Comparing::compareFindings(const QVector<DevicePair> &pairs)
         if (was != nullptr)
             isThere[position] = true;
         const bool isComparable
-            = was != nullptr || !nodeBefore.contains(finding.nodeId)
-              || couldBeFound(finding, nodeBefore.value(finding.nodeId), *m_before.snapshot);
+            = was != nullptr || !m_nodeBefore.contains(finding.nodeId)
+              || couldBeFound(finding, m_nodeBefore.value(finding.nodeId), *m_before.snapshot);
         if (isComparable && (was == nullptr || was->severity != finding.severity))
             addFinding(was, &finding, finding.nodeId);
     }
@@ -249,10 +249,17 @@ void Comparing::compareFindings(const QVector<DevicePair> &pairs)
     }
 }
 
-/*! Whether the one before would have had what was found now, if it had been there. */
+/*! Whether what is found now would have been found before if it had been there already. */
 bool Comparing::wasJudged(const Finding &finding) const
 {
-    return finding.nodeId != 0 || !m_before.checkup->unjudgedRules.contains(finding.rule);
+    if (finding.nodeId == 0)
+        return !m_before.checkup->unjudgedRules.contains(finding.rule);
+    const SnapshotNode *node = m_before.snapshot->find(m_nodeBefore.value(finding.nodeId));
+    return node == nullptr
+           || std::none_of(finding.objects.begin(), finding.objects.end(), [node](CanOpen::ObjectKey key) {
+                  const SnapshotEntry *entry = node->find(key);
+                  return entry != nullptr && entry->isGap();
+              });
 }
 
 /*! Whether what was found before would have been found on \a nodeId now, if it were still there. */

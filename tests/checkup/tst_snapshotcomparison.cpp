@@ -133,6 +133,7 @@ private slots:
     void vehicleFindingGone();
     void vehicleFindingGoneUnjudged_data();
     void vehicleFindingGoneUnjudged();
+    void findingNotReadBefore();
     void findingNotAskedFor();
     void withoutCheckup();
     void exchangeFileOfSnapshot();
@@ -489,6 +490,26 @@ void tst_SnapshotComparison::withoutCheckup()
     QCOMPARE(comparison.changes.size(), 1);
     QCOMPARE(comparison.changes.first().kind, Change::Kind::Counter);
     QVERIFY(!comparison.isSame());
+}
+
+/*! It may have been there already. What the device did not have could not have been found. */
+void tst_SnapshotComparison::findingNotReadBefore()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot after = before;
+    VehicleSnapshot::setNumber(&after, motor, {0x1001, 0}, 0x03);
+    lose(before.find(motor), {0x1001, 0});
+    const QString unread = changes(before, after).filter(QStringLiteral("finding|")).value(0);
+    QCOMPARE(unread, QStringLiteral("finding|4|1001h.0||It reports an error: current.|Motor Control unit "
+                                    "(node 4): found, but not everything was checked before: It reports "
+                                    "an error: current."));
+
+    SnapshotEntry absent = *before.find(motor)->find(0x1001, 0);
+    absent.gap = SnapshotGap::Absent;
+    before.find(motor)->insert(absent);
+    const QStringList news = changes(before, after).filter(QStringLiteral(": new: "));
+    QCOMPARE(news.size(), 1);
+    QVERIFY(news.first().endsWith(QStringLiteral("(node 4): new: It reports an error: current.")));
 }
 
 /*! What another rule could not read is no matter of this one. */
