@@ -27,6 +27,7 @@ private slots:
     void ownRequestsThatWaitAreKnown();
     void foreignRequestsAreKnown();
     void lossIsAnEvent();
+    void busOffEndsWithTheAdapter();
     void silentNodeIsFound();
     void stampsCount();
     void timeOfDay();
@@ -165,6 +166,22 @@ void tst_LiveBus::lossIsAnEvent()
     QCOMPARE(kinds(), (QStringList{QStringLiteral("nodeHeard"), QStringLiteral("interfaceGone"),
                                    QStringLiteral("interfaceBack")}));
     QCOMPARE(node(5).heartbeat.missed, quint64(0));
+}
+
+/*! The device does not tell its state, so nobody would say that it is another one after the plug was drawn. */
+void tst_LiveBus::busOffEndsWithTheAdapter()
+{
+    m_live->start();
+    QCanBusFrame frame(QCanBusFrame::ErrorFrame);
+    frame.setError(QCanBusFrame::BusOffError);
+    frame.setPayload(QByteArray(8, '\0'));
+    m_fake->device()->inject(frame);
+    QTRY_COMPARE(m_live->healthNumbers().controller, InterfaceHealth::State::BusOff);
+    m_fake->device()->goUnconnected();
+    QTRY_COMPARE(m_fake->devicesMade(), 2);
+    QTRY_COMPARE(m_bus->state(), BusConnection::State::Connected);
+    heartbeats(1);
+    QCOMPARE(m_live->healthNumbers().controller, InterfaceHealth::State::Unknown);
 }
 
 void tst_LiveBus::silentNodeIsFound()

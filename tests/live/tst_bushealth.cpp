@@ -63,6 +63,7 @@ private slots:
     void emergencies();
     void shareOfTheBus();
     void controller();
+    void controllerIsForgottenWhenTheBusIsAway();
     void oldDriversCounters();
     void clockJumpsBack();
     void clockJumpsForward();
@@ -458,6 +459,21 @@ void tst_BusHealth::controller()
     QCOMPARE(numbers.busErrors, quint64(1));
     QCOMPARE(*numbers.transmitErrors, 96);
     QCOMPARE(*numbers.receiveErrors, 7);
+}
+
+/*! The adapter that comes back may be another one, and has begun anew. What happened before has happened. */
+void tst_BusHealth::controllerIsForgottenWhenTheBusIsAway()
+{
+    m_health->setController(InterfaceHealth::State::BusOff);
+    m_health->handle(errorAt(0, QCanBusFrame::ControllerError | QCanBusFrame::BusError, "000100000000F880"));
+    QCOMPARE(m_health->numbers(second).transmitErrors.value_or(0), 248);
+    m_health->interrupt();
+    const HealthNumbers numbers = m_health->numbers(2 * second);
+    QCOMPARE(numbers.controller, InterfaceHealth::State::Unknown);
+    QVERIFY(!numbers.transmitErrors);
+    QVERIFY(!numbers.receiveErrors);
+    QCOMPARE(numbers.overruns, quint64(1));
+    QCOMPARE(numbers.busErrors, quint64(1));
 }
 
 void tst_BusHealth::oldDriversCounters()

@@ -88,6 +88,8 @@ void BusHealth::handle(const LiveFrame &frame)
 
 void BusHealth::interrupt()
 {
+    m_controllerState = InterfaceHealth::State::Unknown;
+    m_controller.interrupt();
     for (NodeHealth &node : m_nodes)
         node.interrupt();
 }

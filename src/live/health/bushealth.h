@@ -31,7 +31,7 @@ public:
     /*! Takes every frame, received and sent. */
     void handle(const LiveFrame &frame);
 
-    /*! The bus was away: that nothing was heard tells nothing of the nodes. */
+    /*! The bus was away: that nothing was heard tells nothing of the nodes, and the controller begins anew. */
     void interrupt();
 
     HealthNumbers numbers(qint64 now);

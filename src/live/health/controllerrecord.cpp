@@ -31,3 +31,9 @@ void ControllerRecord::handle(const LiveFrame &frame)
     m_transmitErrors = transmit;
     m_receiveErrors = receive;
 }
+
+void ControllerRecord::interrupt()
+{
+    m_transmitErrors.reset();
+    m_receiveErrors.reset();
+}

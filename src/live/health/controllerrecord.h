@@ -11,6 +11,9 @@ class ControllerRecord
 public:
     void handle(const LiveFrame &frame);
 
+    /*! The adapter was away: its counters begin anew, what it had reported stays. */
+    void interrupt();
+
     /*! Errors on the bus that the driver reports; without those that only tell a state. */
     quint64 busErrors() const { return m_busErrors; }
     /*! Reports that received frames were dropped. */
