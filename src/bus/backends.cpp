@@ -7,12 +7,13 @@
 namespace {
 
 constexpr BackEnd backEnds[] = {
-    // plugin       configured outside  presence                          bit rate
-    {"socketcan", true, BackEnd::Presence::NetworkFolder, true},
-    {"virtualcan", false, BackEnd::Presence::List, false},
+    // plugin       configured outside  presence                          bit rate  errors
+    {"socketcan", true, BackEnd::Presence::NetworkFolder, true, true},
+    {"virtualcan", false, BackEnd::Presence::List, false, true},
+    {"simulated", false, BackEnd::Presence::List, true, true},
 };
 
-constexpr BackEnd anyOther{nullptr, false, BackEnd::Presence::List, true};
+constexpr BackEnd anyOther{nullptr, false, BackEnd::Presence::List, true, false};
 
 } // namespace
 

@@ -20,6 +20,8 @@ struct BackEnd
     Presence presence;
     /*! A bus that is only made of network packets has none. */
     bool hasBitRate;
+    /*! What goes wrong on the bus comes as error frames, or nothing can: that none has come is a good sign. */
+    bool tellsErrors;
 
     /*! The row of \a plugin, or the one for all others. */
     static const BackEnd &find(const QString &plugin);

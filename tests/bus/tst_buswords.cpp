@@ -129,11 +129,13 @@ void tst_BusWords::backEnds_data()
     QTest::addColumn<bool>("isConfiguredOutside");
     QTest::addColumn<bool>("isInNetworkFolder");
     QTest::addColumn<bool>("hasBitRate");
+    QTest::addColumn<bool>("tellsErrors");
 
-    QTest::newRow("socketcan") << QStringLiteral("socketcan") << true << true << true;
-    QTest::newRow("virtualcan") << QStringLiteral("virtualcan") << false << false << false;
-    QTest::newRow("peakcan") << QStringLiteral("peakcan") << false << false << true;
-    QTest::newRow("none") << QString() << false << false << true;
+    QTest::newRow("socketcan") << QStringLiteral("socketcan") << true << true << true << true;
+    QTest::newRow("virtualcan") << QStringLiteral("virtualcan") << false << false << false << true;
+    QTest::newRow("simulated") << QStringLiteral("simulated") << false << false << true << true;
+    QTest::newRow("peakcan") << QStringLiteral("peakcan") << false << false << true << false;
+    QTest::newRow("none") << QString() << false << false << true << false;
 }
 
 void tst_BusWords::backEnds()
@@ -143,6 +145,7 @@ void tst_BusWords::backEnds()
     QTEST(backEnd.isConfiguredOutside, "isConfiguredOutside");
     QTEST(backEnd.presence == BackEnd::Presence::NetworkFolder, "isInNetworkFolder");
     QTEST(backEnd.hasBitRate, "hasBitRate");
+    QTEST(backEnd.tellsErrors, "tellsErrors");
 }
 
 void tst_BusWords::offeredBitRatesAreTaken()

@@ -21,6 +21,7 @@ HealthNumbers healthyBus()
     numbers.meanLoad = 0.305;
     numbers.peakLoad = 0.44;
     numbers.frames = 1234;
+    numbers.areErrorsTold = true;
     numbers.framesPerSecond = 123.4;
     NodeNumbers node;
     node.id = 9;
@@ -74,6 +75,7 @@ private slots:
     void findings();
     void worstFirst();
     void withoutBitRate();
+    void errorsThatNobodyTells();
     void withoutRules();
     void language();
     void onlyAskedIsNoDevice();
@@ -253,6 +255,28 @@ void tst_HealthJudgement::withoutBitRate()
     QCOMPARE(load.state, ComponentState::NotChecked);
     QCOMPARE(load.text,
              QStringLiteral("How much the bus is used is not known, because its bit rate is not."));
+    QCOMPARE(light(numbers, Subject::Nodes).state, ComponentState::Good);
+}
+
+/*! Neither a state nor an error frame: an adapter that says nothing, or a trace without any. */
+void tst_HealthJudgement::errorsThatNobodyTells()
+{
+    HealthNumbers numbers = healthyBus();
+    numbers.areErrorsTold = false;
+    const HealthLight unknown = light(numbers, Subject::Errors);
+    QCOMPARE(unknown.state, ComponentState::NotChecked);
+    QCOMPARE(unknown.text,
+             QStringLiteral("Whether there are errors on the bus is not known, because the adapter "
+                            "or the trace does not tell."));
+    QVERIFY(HealthFacts(numbers).number(Fact::BusErrors, -1).operand.isUnknown());
+    QVERIFY(HealthFacts(numbers).number(Fact::BusOverruns, -1).operand.isUnknown());
+
+    HealthNumbers told = numbers;
+    told.controller = InterfaceHealth::State::Good;
+    QCOMPARE(light(told, Subject::Errors).state, ComponentState::Good);
+    told = numbers;
+    told.kinds[static_cast<std::size_t>(FrameKind::Error)].count = 1;
+    QCOMPARE(light(told, Subject::Errors).state, ComponentState::Good);
     QCOMPARE(light(numbers, Subject::Nodes).state, ComponentState::Good);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "livebus.h"
 
+#include <bus/backends.h>
 #include <canopen/edsfile.h>
 #include <canopen/heartbeat.h>
 #include <live/values/pdosource.h>
@@ -47,11 +48,17 @@ void LiveBus::start()
     m_events = EventRecorder();
     m_values = LiveValues();
     m_health.start(0);
-    m_health.setBitRate(m_bus->bitRate());
+    followInterface();
     m_isListening = true;
     m_interface.start();
     m_interface.poll();
     m_timer.start();
+}
+
+void LiveBus::followInterface()
+{
+    m_health.setBitRate(m_bus->bitRate());
+    m_health.setErrorsTold(BackEnd::find(m_bus->settings().address.plugin).tellsErrors);
 }
 
 /*! Where the time begins: with that of a trace that is played, which may be any, or now. */
@@ -153,7 +160,7 @@ void LiveBus::handleState(BusConnection::State state)
         m_interface.stop();
         m_events.loseInterface(m_bus->lossReason(), now());
     } else if (state == BusConnection::State::Connected) {
-        m_health.setBitRate(m_bus->bitRate());
+        followInterface();
         m_interface.start();
         m_events.findInterface(now());
     }

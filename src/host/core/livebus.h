@@ -68,6 +68,7 @@ private:
     void tick();
     qint64 steadyNow() const;
     void followTrace();
+    void followInterface();
     qint64 heardAt(const QCanBusFrame &frame);
 
     BusConnection *m_bus;

@@ -45,6 +45,12 @@ SdoNumbers sdoNumbers(const SdoWatch &watch, qint64 now)
 
 } // namespace
 
+bool HealthNumbers::areErrorsKnown() const
+{
+    return areErrorsTold || controller != InterfaceHealth::State::Unknown
+           || kinds[static_cast<std::size_t>(FrameKind::Error)].count > 0;
+}
+
 int HealthNumbers::heardNodes() const
 {
     return static_cast<int>(
@@ -110,6 +116,7 @@ HealthNumbers BusHealth::numbers(qint64 now)
     numbers.receiveErrors = m_controller.receiveErrors();
     numbers.overruns = m_controller.overruns();
     numbers.busErrors = m_controller.busErrors();
+    numbers.areErrorsTold = m_areErrorsTold;
     for (quint8 id = CanOpen::firstNodeId; id <= CanOpen::lastNodeId; ++id) {
         if (m_nodes[id].isHeard() || m_nodes[id].sdo().requests() > 0)
             numbers.nodes.append(numbersOf(id, now));

@@ -23,6 +23,8 @@ public:
 
     /*! In bit/s; 0: not known. */
     void setBitRate(int bitRate) { m_bitRate = bitRate; }
+    /*! Whether the back end brings error frames when something is wrong, see BackEnd. */
+    void setErrorsTold(bool areErrorsTold) { m_areErrorsTold = areErrorsTold; }
     /*! What the back end tells of its controller. */
     void setController(InterfaceHealth::State state) { m_controllerState = state; }
     /*! The producer heartbeat time of a node (1017h), in ms. */
@@ -42,6 +44,7 @@ private:
     void addKinds(HealthNumbers *numbers, qint64 duration) const;
 
     int m_bitRate = 0;
+    bool m_areErrorsTold = false;
     InterfaceHealth::State m_controllerState = InterfaceHealth::State::Unknown;
     TrafficMeter m_traffic;
     BurstMeter m_bursts;

@@ -70,14 +70,19 @@ Operand HealthFacts::ofBus(Fact fact) const
     case Fact::BusController:
         return controllerOperand(m_numbers.controller);
     case Fact::BusOverruns:
-        return countOperand(m_numbers.overruns);
+        return errorOperand(m_numbers.overruns);
     case Fact::BusErrors:
-        return countOperand(m_numbers.busErrors);
+        return errorOperand(m_numbers.busErrors);
     case Fact::BusForeignNodes:
         return Operand::of(m_numbers.nodesAskedByOthers().size());
     default:
         return Operand::absent();
     }
+}
+
+Operand HealthFacts::errorOperand(quint64 number) const
+{
+    return m_numbers.areErrorsKnown() ? countOperand(number) : Operand::unknown();
 }
 
 Operand HealthFacts::ofNode(Fact fact, const NodeNumbers &node)

@@ -22,6 +22,7 @@ public:
 
 private:
     Operand ofBus(Fact fact) const;
+    Operand errorOperand(quint64 number) const;
     static Operand ofNode(Fact fact, const NodeNumbers &node);
     static Operand ofHeartbeat(Fact fact, const NodeNumbers &node);
     static Operand ofSdo(Fact fact, const SdoNumbers &sdo);

@@ -129,7 +129,7 @@ ComponentState HealthJudgement::worst(const QVector<HealthLight> &lights)
 QString HealthJudgement::sentence(const HealthLight &light, const HealthNumbers &numbers)
 {
     if (light.state == ComponentState::NotChecked)
-        return unknownSentence(light.subject);
+        return unknownSentence(light.subject, numbers);
     if (light.findings.isEmpty())
         return goodSentence(light.subject, numbers);
     const Finding &worst = light.findings.first();
@@ -154,9 +154,12 @@ QString HealthJudgement::goodSentence(Subject subject, const HealthNumbers &numb
     return tr("There are no errors on the bus.");
 }
 
-QString HealthJudgement::unknownSentence(Subject subject)
+QString HealthJudgement::unknownSentence(Subject subject, const HealthNumbers &numbers)
 {
     if (subject == Subject::Load)
         return tr("How much the bus is used is not known, because its bit rate is not.");
+    if (subject == Subject::Errors && !numbers.areErrorsKnown())
+        return tr("Whether there are errors on the bus is not known, because the adapter or the trace does "
+                  "not tell.");
     return tr("Not everything could be judged.");
 }

@@ -44,7 +44,7 @@ public:
 
 private:
     static QString goodSentence(HealthLight::Subject subject, const HealthNumbers &numbers);
-    static QString unknownSentence(HealthLight::Subject subject);
+    static QString unknownSentence(HealthLight::Subject subject, const HealthNumbers &numbers);
     static QString sentence(const HealthLight &light, const HealthNumbers &numbers);
     static ComponentState stateOf(const HealthLight &light, bool isAllKnown);
 };

@@ -77,8 +77,11 @@ struct HealthNumbers
     std::optional<int> receiveErrors;
     quint64 overruns = 0;
     quint64 busErrors = 0;
+    bool areErrorsTold = false; //!< error frames come when something is wrong, so that none is a good sign
     QVector<NodeNumbers> nodes; //!< those that were heard, or asked, by ID
 
+    /*! Whether it shows that there are errors, or none. */
+    bool areErrorsKnown() const;
     /*! Nodes that were heard. */
     int heardNodes() const;
     /*! Nodes that other SDO clients asked. */
