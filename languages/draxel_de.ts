@@ -2904,6 +2904,10 @@ Jetzt: %2</translation>
         <source>Not everything could be judged.</source>
         <translation>Nicht alles konnte beurteilt werden.</translation>
     </message>
+    <message>
+        <source>Whether there are errors on the bus is not known, because the adapter or the trace does not tell.</source>
+        <translation>Ob es auf dem Bus Fehler gibt, ist nicht bekannt, weil der Adapter oder die Aufzeichnung es nicht sagt.</translation>
+    </message>
 </context>
 <context>
     <name>HealthRows</name>
@@ -5023,6 +5027,10 @@ Jetzt: %2</translation>
         <source>%1 (node %2)</source>
         <comment>a device</comment>
         <translation>%1 (Knoten %2)</translation>
+    </message>
+    <message>
+        <source>%1: found, but not everything was checked before: %2</source>
+        <translation>%1: gefunden, aber vorher wurde nicht alles geprüft: %2</translation>
     </message>
 </context>
 <context>

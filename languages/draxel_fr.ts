@@ -2904,6 +2904,10 @@ Maintenant&#xa0;: %2</translation>
         <source>Not everything could be judged.</source>
         <translation>Tout n’a pas pu être jugé.</translation>
     </message>
+    <message>
+        <source>Whether there are errors on the bus is not known, because the adapter or the trace does not tell.</source>
+        <translation>On ne sait pas s’il y a des erreurs sur le bus, car l’adaptateur ou la trace ne le dit pas.</translation>
+    </message>
 </context>
 <context>
     <name>HealthRows</name>
@@ -5023,6 +5027,10 @@ Maintenant&#xa0;: %2</translation>
         <source>%1 (node %2)</source>
         <comment>a device</comment>
         <translation>%1 (nœud %2)</translation>
+    </message>
+    <message>
+        <source>%1: found, but not everything was checked before: %2</source>
+        <translation>%1&#xa0;: constaté, mais tout n’avait pas été vérifié auparavant&#xa0;: %2</translation>
     </message>
 </context>
 <context>

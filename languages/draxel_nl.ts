@@ -2904,6 +2904,10 @@ Nu: %2</translation>
         <source>Not everything could be judged.</source>
         <translation>Niet alles kon worden beoordeeld.</translation>
     </message>
+    <message>
+        <source>Whether there are errors on the bus is not known, because the adapter or the trace does not tell.</source>
+        <translation>Of er fouten op de bus zijn, is niet bekend, omdat de adapter of de opname het niet meldt.</translation>
+    </message>
 </context>
 <context>
     <name>HealthRows</name>
@@ -5023,6 +5027,10 @@ Nu: %2</translation>
         <source>%1 (node %2)</source>
         <comment>a device</comment>
         <translation>%1 (node %2)</translation>
+    </message>
+    <message>
+        <source>%1: found, but not everything was checked before: %2</source>
+        <translation>%1: gevonden, maar eerder werd niet alles gecontroleerd: %2</translation>
     </message>
 </context>
 <context>

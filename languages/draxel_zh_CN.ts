@@ -2891,6 +2891,10 @@ Now: %2</source>
         <source>Not everything could be judged.</source>
         <translation>并非所有内容都能评判。</translation>
     </message>
+    <message>
+        <source>Whether there are errors on the bus is not known, because the adapter or the trace does not tell.</source>
+        <translation>总线上是否有错误未知，因为适配器或记录没有说明。</translation>
+    </message>
 </context>
 <context>
     <name>HealthRows</name>
@@ -5002,6 +5006,10 @@ Now: %2</source>
         <source>%1 (node %2)</source>
         <comment>a device</comment>
         <translation>%1（节点 %2）</translation>
+    </message>
+    <message>
+        <source>%1: found, but not everything was checked before: %2</source>
+        <translation>%1：已发现，但之前并未检查全部内容：%2</translation>
     </message>
 </context>
 <context>
