@@ -30,7 +30,7 @@ Relation relationOnNode(const SnapshotNode &before, const SnapshotNode &after)
 {
     const DeviceIdentity was = DeviceIdentity::of(before);
     const DeviceIdentity is = DeviceIdentity::of(after);
-    if (!was.isUnique() || !is.isUnique() || was.toKey() == is.toKey())
+    if (!was.isKnownToDiffer(is))
         return Relation::Same;
     return was.isSameMake(is) ? Relation::Replaced : Relation::Added;
 }

@@ -23,7 +23,8 @@ struct DevicePair
 };
 
 /*! Finds the devices of one snapshot in another: by identity, which may be on another node, then by the node. A device
- *  that did not tell its identity in one of them is taken for the one on its node. Ordered by the node after, those that
+ *  that did not tell all of its identity in one of them is taken for the one on its node, unless what it told is of another
+ *  one. Ordered by the node after, those that
  *  were removed last.
  */
 QVector<DevicePair> pairDevices(const Snapshot &before, const Snapshot &after);

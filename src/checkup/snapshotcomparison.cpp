@@ -61,12 +61,6 @@ QString serialText(const SnapshotNode &node)
     return QString::number(DeviceIdentity::of(node).serial.value_or(0));
 }
 
-/*! Serial numbers tell devices apart and are no parameters of theirs; the identity's count is none either. */
-bool isIdentity(CanOpen::ObjectKey key)
-{
-    return key.index == Object::identity && key.subIndex != 3;
-}
-
 Comparison Comparing::compare()
 {
     const QVector<DevicePair> pairs = pairDevices(*m_before.snapshot, *m_after.snapshot);
@@ -174,7 +168,7 @@ void Comparing::compareObjects(const DevicePair &pair, Gaps gaps)
             ++before;
         if (before == pair.before->entries.cend())
             return;
-        if (before->key != entry.key || isIdentity(entry.key))
+        if (before->key != entry.key)
             continue;
         if (gaps == Gaps::Explained && (before->isGap() || entry.isGap()))
             continue;

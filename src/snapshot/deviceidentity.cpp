@@ -83,6 +83,15 @@ bool DeviceIdentity::isSameMake(const DeviceIdentity &other) const
     return vendor == other.vendor && product == other.product && classes == other.classes;
 }
 
+bool DeviceIdentity::isKnownToDiffer(const DeviceIdentity &other) const
+{
+    const auto differ
+        = [](std::optional<quint32> one, std::optional<quint32> two) { return one && two && *one != *two; };
+    const bool haveSerials = serial.value_or(0) != 0 && other.serial.value_or(0) != 0;
+    return differ(vendor, other.vendor) || differ(product, other.product)
+           || (haveSerials && differ(serial, other.serial));
+}
+
 QString DeviceIdentity::displayName(quint8 nodeId) const
 {
     QStringList names;

@@ -39,6 +39,11 @@ struct DeviceIdentity
     /*! Whether both are of the same make: vendor, product and classes are equal. */
     bool isSameMake(const DeviceIdentity &other) const;
 
+    /*! Whether vendor, product or serial number are known of both and not the same: then they are two devices. A serial
+     *  number of 0 is none.
+     */
+    bool isKnownToDiffer(const DeviceIdentity &other) const;
+
     /*! What a person calls it, translated: "Battery Pack", "Draxel Controller, Security device"; the device name when
      *  there is no known class, and "Device" when there is none either. \a nodeId as for componentClassName().
      */

@@ -111,7 +111,10 @@ private slots:
     void moved();
     void swapped();
     void twinsAreToldByTheirNodes();
-    void unreadIdentityIsTheSameDevice();
+    void unreadIdentityIsTold_data();
+    void unreadIdentityIsTold();
+    void anotherOneWithoutASerialNumber();
+    void serialNumberThatIsNoneNow();
     void firmware();
     void parameter();
     void counterRisen();
@@ -147,7 +150,6 @@ private slots:
     void replacedWithoutRevision();
     void findingsOfOneSideOnly();
     void findingsInTheOrderOfNodes();
-    void identityReadThisTime();
     void twinThatIsNew();
     void strangerWhereADeviceMovedAway();
     void findingOfAnotherMake();
@@ -250,15 +252,62 @@ void tst_SnapshotComparison::twinsAreToldByTheirNodes()
     QCOMPARE(changes(both, both), QStringList());
 }
 
-void tst_SnapshotComparison::unreadIdentityIsTheSameDevice()
+void tst_SnapshotComparison::unreadIdentityIsTold_data()
+{
+    QTest::addColumn<int>("sub");
+    QTest::addColumn<QString>("value");
+    QTest::newRow("how many") << 0 << QStringLiteral("4");
+    QTest::newRow("vendor") << 1 << QStringLiteral("65534");
+    QTest::newRow("product") << 2 << QStringLiteral("4540104");
+    QTest::newRow("serial number") << 4 << QStringLiteral("1015290");
+}
+
+/*! It is taken for the same device, which nobody knows for certain. */
+void tst_SnapshotComparison::unreadIdentityIsTold()
+{
+    QFETCH(int, sub);
+    QFETCH(QString, value);
+    const Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    Snapshot after = before;
+    lose(after.find(motor), {0x1018, quint8(sub)});
+    const QString start = QStringLiteral("gap|4|1018h.%1|").arg(sub);
+    const QString name = QStringLiteral("Motor Control unit (node 4): Identity (1018h.%1) ").arg(sub);
+    QCOMPARE(changes(before, after),
+             one(qPrintable(start + value + QStringLiteral("||") + name
+                            + QStringLiteral("could not be read this time. The device did not answer."))));
+    QCOMPARE(
+        changes(after, before),
+        one(qPrintable(start + QLatin1Char('|') + value + QLatin1Char('|') + name
+                       + QStringLiteral("could be read this time. Before: The device did not answer."))));
+}
+
+/*! What it does tell is of another device. */
+void tst_SnapshotComparison::anotherOneWithoutASerialNumber()
+{
+    const QStringList newAndGone{
+        QStringLiteral("added|2|||Battery Pack (node 2)|Battery Pack (node 2) is new."),
+        QStringLiteral("removed|2||Battery Pack (node 2)||Battery Pack (node 2) is gone.")};
+    const Snapshot pedelec = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    for (const quint8 sub : {quint8(1), quint8(2)}) {
+        Snapshot unread = pedelec;
+        VehicleSnapshot::setNumber(&unread, battery, {0x1018, sub}, 99);
+        lose(unread.find(battery), {0x1018, 4});
+        QCOMPARE(changes(pedelec, unread).mid(0, 2), newAndGone);
+        Snapshot before = pedelec;
+        VehicleSnapshot::setNumber(&before, battery, {0x1018, 4}, 0);
+        Snapshot after = before;
+        VehicleSnapshot::setNumber(&after, battery, {0x1018, sub}, 99);
+        QCOMPARE(changes(before, after).mid(0, 2), newAndGone);
+    }
+}
+
+void tst_SnapshotComparison::serialNumberThatIsNoneNow()
 {
     Snapshot after = VehicleSnapshot::of(QStringLiteral("pedelec"));
-    SnapshotEntry entry = *after.find(motor)->find(0x1018, 4);
-    entry.gap = SnapshotGap::NoAnswer;
-    entry.raw.clear();
-    entry.value = QVariant();
-    after.find(motor)->insert(entry);
-    QCOMPARE(changes(after), QStringList());
+    VehicleSnapshot::setNumber(&after, motor, {0x1018, 4}, 0);
+    QCOMPARE(changes(after).value(0),
+             QStringLiteral("parameter|4|1018h.4|1015290|0|Motor Control unit (node 4): Identity (1018h.4) "
+                            "was 1015290, is 0."));
 }
 
 void tst_SnapshotComparison::firmware()
@@ -765,14 +814,6 @@ void tst_SnapshotComparison::findingsInTheOrderOfNodes()
     QCOMPARE(lines.size(), 2);
     QVERIFY(lines.at(0).startsWith(QStringLiteral("finding|2|6164h.2|")));
     QVERIFY(lines.at(1).startsWith(QStringLiteral("finding|4|1001h.0|")));
-}
-
-void tst_SnapshotComparison::identityReadThisTime()
-{
-    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
-    const Snapshot after = before;
-    lose(before.find(motor), {0x1018, 4});
-    QCOMPARE(changes(before, after), QStringList());
 }
 
 /*! The twin is new; the one on the old node is the old one. */
