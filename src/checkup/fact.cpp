@@ -35,6 +35,7 @@ constexpr NamedFact facts[] = {
     {"node.lateHeartbeats", Fact::NodeLateHeartbeats, false},
     {"node.missedHeartbeats", Fact::NodeMissedHeartbeats, false},
     {"node.lost", Fact::NodeIsLost, false},
+    {"node.away", Fact::NodeIsAway, false},
     {"node.unanswered", Fact::NodeUnanswered, false},
     {"node.refusals", Fact::NodeRefusals, false},
     {"node.foreignRequests", Fact::NodeForeignRequests, false},

@@ -33,6 +33,7 @@ enum class Fact : quint8 {
     NodeLateHeartbeats,
     NodeMissedHeartbeats,
     NodeIsLost,          //!< 1 when its heartbeat has stopped
+    NodeIsAway,          //!< 1 when it was heard before the bus was interrupted, and not since
     NodeUnanswered,      //!< SDO requests of any client without an answer
     NodeRefusals,        //!< SDO aborts that say more than that an object is not there
     NodeForeignRequests, //!< SDO requests of other clients
@@ -43,7 +44,7 @@ enum class Fact : quint8 {
     BusLoad,             //!< mean, %; unknown without a bit rate
     BusPeak,             //!< of the busiest second, %
     BusFrames,           //!< number of frames
-    BusNodes,            //!< number of nodes that were heard
+    BusNodes,            //!< number of nodes that were heard, since the bus was interrupted last
     BusController,   //!< 0 good, 1 warning, 2 error-passive, 3 bus-off; absent when the driver does not tell
     BusOverruns,     //!< reports of lost frames
     BusErrors,       //!< errors on the bus that the driver reported

@@ -52,6 +52,7 @@ private slots:
     void bootUpIsNoInterval();
     void restarts();
     void interruptionIsNobodysFault();
+    void onlyWhoIsHeardAgainIsThere();
     void oddHeartbeats();
     void answerTimes();
     void whoeverAsked();
@@ -294,6 +295,23 @@ void tst_BusHealth::interruptionIsNobodysFault()
     const NodeNumbers node = *nodeIn(m_health->numbers(60100 * millisecond), 5);
     QCOMPARE(node.heartbeat.missed, quint64(0));
     QCOMPARE(*node.heartbeat.longestGap, 100.0);
+}
+
+/*! Not lost, because nobody could listen; and not there before it is heard. */
+void tst_BusHealth::onlyWhoIsHeardAgainIsThere()
+{
+    feedHeartbeats(5, {0, 100, 200});
+    feedHeartbeats(6, {10, 110, 210});
+    QCOMPARE(m_health->numbers(second).heardNodes(), 2);
+    m_health->interrupt();
+    QCOMPARE(m_health->numbers(2 * second).heardNodes(), 0);
+    feedHeartbeats(6, {60010, 60110});
+    const HealthNumbers numbers = m_health->numbers(60200 * millisecond);
+    QCOMPARE(numbers.heardNodes(), 1);
+    QVERIFY(nodeIn(numbers, 5)->isAway);
+    QVERIFY(!nodeIn(numbers, 5)->heartbeat.isLost);
+    QCOMPARE(nodeIn(numbers, 5)->frames, quint64(3));
+    QVERIFY(!nodeIn(numbers, 6)->isAway);
 }
 
 void tst_BusHealth::oddHeartbeats()

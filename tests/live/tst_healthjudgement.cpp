@@ -88,7 +88,7 @@ void tst_HealthJudgement::rulesAreRead()
 {
     const RuleSet shipped = shippedRules();
     QCOMPARE(shipped.problems(), QStringList());
-    QCOMPARE(shipped.rules().size(), 15);
+    QCOMPARE(shipped.rules().size(), 16);
     for (const Rule &rule : shipped.rules()) {
         for (const RuleCase &ruleCase : rule.cases) {
             const QStringList places = ruleCase.text.in(QStringLiteral("en")).places();
@@ -149,6 +149,14 @@ void tst_HealthJudgement::findings_data()
         [](HealthNumbers *n) { n->nodes.clear(); });
     row("lost", Subject::Nodes, ComponentState::Fault, "Node 9: Its heartbeat has stopped.",
         [](HealthNumbers *n) { n->nodes[0].heartbeat.isLost = true; });
+    row("not heard again", Subject::Nodes, ComponentState::Note,
+        "Node 9: It has not been heard since the bus was interrupted.", [](HealthNumbers *n) {
+            n->nodes.append(n->nodes.first());
+            n->nodes[0].isAway = true;
+            n->nodes[1].id = 10;
+        });
+    row("nobody heard again", Subject::Nodes, ComponentState::Warning, "No device was heard. And 1 more.",
+        [](HealthNumbers *n) { n->nodes[0].isAway = true; });
     row("restarts", Subject::Nodes, ComponentState::Warning, "Node 9: Restarts: 2.",
         [](HealthNumbers *n) { n->nodes[0].restarts = 2; });
     row("late", Subject::Nodes, ComponentState::Warning,

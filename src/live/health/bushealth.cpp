@@ -53,8 +53,8 @@ bool HealthNumbers::areErrorsKnown() const
 
 int HealthNumbers::heardNodes() const
 {
-    return static_cast<int>(
-        std::count_if(nodes.begin(), nodes.end(), [](const NodeNumbers &node) { return node.frames > 0; }));
+    return static_cast<int>(std::count_if(
+        nodes.begin(), nodes.end(), [](const NodeNumbers &node) { return node.frames > 0 && !node.isAway; }));
 }
 
 QVector<quint8> HealthNumbers::nodesAskedByOthers() const
@@ -165,6 +165,7 @@ NodeNumbers BusHealth::numbersOf(quint8 nodeId, qint64 now) const
     numbers.lastEmergency = node.lastEmergency();
     numbers.hasOpenError = node.hasOpenError();
     numbers.frames = node.frames();
+    numbers.isAway = node.isAway();
     if (m_bitRate > 0 && duration > 0)
         numbers.load = double(node.bits()) * Microseconds::ofSecond / (double(duration) * m_bitRate);
     return numbers;

@@ -94,6 +94,8 @@ Operand HealthFacts::ofNode(Fact fact, const NodeNumbers &node)
         return node.state ? Operand::of(double(*node.state)) : Operand::absent();
     case Fact::NodeIsHeard:
         return Operand::truth(node.frames > 0);
+    case Fact::NodeIsAway:
+        return Operand::truth(node.isAway);
     case Fact::NodeIsStopped:
         return Operand::truth(node.state == CanOpen::NmtState::Stopped);
     case Fact::NodeRestarts:

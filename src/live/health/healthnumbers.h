@@ -51,6 +51,7 @@ struct NodeNumbers
     std::optional<quint16> lastEmergency;
     bool hasOpenError = false;
     quint64 frames = 0;
+    bool isAway = false;        //!< heard before the bus was interrupted, and not since
     std::optional<double> load; //!< its share of the bus; empty while the bit rate is not known
 };
 
@@ -82,7 +83,7 @@ struct HealthNumbers
 
     /*! Whether it shows that there are errors, or none. */
     bool areErrorsKnown() const;
-    /*! Nodes that were heard. */
+    /*! Nodes that were heard, since the bus was interrupted last. */
     int heardNodes() const;
     /*! Nodes that other SDO clients asked. */
     QVector<quint8> nodesAskedByOthers() const;

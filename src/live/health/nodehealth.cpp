@@ -26,6 +26,7 @@ void NodeHealth::handle(const LiveFrame &frame)
         m_sdo.handleAnswer(frame);
     else if (frame.kind == FrameKind::Emergency)
         handleEmergency(frame);
+    m_isAway = false;
     ++m_frames;
     m_bits += static_cast<quint64>(frame.bits);
 }
@@ -56,6 +57,7 @@ void NodeHealth::handleEmergency(const LiveFrame &frame)
 
 void NodeHealth::interrupt()
 {
+    m_isAway = isHeard();
     m_heartbeat.interrupt();
     m_sdo.interrupt();
 }

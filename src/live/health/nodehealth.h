@@ -21,6 +21,8 @@ public:
 
     /*! Whether it has sent anything. */
     bool isHeard() const { return m_frames > 0; }
+    /*! Whether it was heard before the last interruption, and not since. */
+    bool isAway() const { return m_isAway; }
     quint64 frames() const { return m_frames; }
     quint64 bits() const { return m_bits; }
     /*! Boot-up messages of a node that had been heard before. */
@@ -37,6 +39,7 @@ private:
 
     HeartbeatRecord m_heartbeat;
     SdoWatch m_sdo;
+    bool m_isAway = false;
     quint64 m_frames = 0;
     quint64 m_bits = 0;
     quint64 m_restarts = 0;
