@@ -56,8 +56,11 @@ QString VehicleRecords::address() const
 
 void VehicleRecords::reopen()
 {
+    const QString before = m_address;
     m_isOpened = false;
     open();
+    if (m_address != before)
+        emit archiveReplaced();
 }
 
 void VehicleRecords::open()
@@ -66,10 +69,12 @@ void VehicleRecords::open()
         return;
     QString problem;
     const std::optional<ArchiveAddress> address = ArchiveSetting::load(&problem);
-    if (address)
-        m_worker.open(*address);
-    else
+    if (!address) {
         emit openFailed(problem);
+        return;
+    }
+    m_address = address->toString();
+    m_worker.open(*address);
 }
 
 /*! The worker answers in the order in which it was asked. */

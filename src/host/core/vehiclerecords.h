@@ -63,6 +63,8 @@ public:
 signals:
     /*! Visits or vehicles of the archive have changed, or it is another one. */
     void changed();
+    /*! From now on it is another archive, in which the numbers of visits are others'. */
+    void archiveReplaced();
     /*! The archive cannot be opened; a sentence. */
     void openFailed(const QString &reason);
     /*! What a plug-in has read is kept, or not. */
@@ -79,4 +81,5 @@ private:
     ReadSnapshots m_reads;
     std::deque<Then> m_waiting; // for the snapshots that are being kept, in their order
     bool m_isOpened = false;
+    QString m_address; // of the archive that was opened last
 };

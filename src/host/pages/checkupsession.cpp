@@ -54,6 +54,7 @@ CheckupSession::CheckupSession(HostServices *services, VehicleRecords *records, 
         emit obstacleChanged();
     });
     connect(&services->reads(), &ReadObserver::phaseChanged, this, &CheckupSession::obstacleChanged);
+    connect(records, &VehicleRecords::archiveReplaced, this, &CheckupSession::forgetVisit);
 }
 
 CheckupSession::~CheckupSession() = default;
@@ -233,7 +234,7 @@ void CheckupSession::showVisit(const Snapshot &snapshot, qint64 visitId)
 void CheckupSession::show(CheckupRecord record)
 {
     m_record = std::move(record);
-    ++m_shown;
+    ++m_inquiry;
     m_kept = Kept::No;
     m_keepingProblem.clear();
     judgeAndCompare();
@@ -259,8 +260,8 @@ void CheckupSession::keep()
         return;
     setKept(Kept::Asked);
     m_records->keep(m_record.snapshot, VisitVerdict::of(m_record.result),
-                    [this, shown = m_shown](const VehicleRecords::Keeping &keeping) {
-                        if (shown == m_shown)
+                    [this, inquiry = m_inquiry](const VehicleRecords::Keeping &keeping) {
+                        if (inquiry == m_inquiry)
                             handleKept(keeping);
                     });
 }
@@ -283,6 +284,15 @@ void CheckupSession::handleKept(const VehicleRecords::Keeping &keeping)
     }
 }
 
+/*! The archive is another one now: there the number is that of somebody else's visit. What waits is delivered to it. */
+void CheckupSession::forgetVisit()
+{
+    ++m_inquiry;
+    m_record.visitId.reset();
+    if (m_kept == Kept::Yes || m_kept == Kept::Asked)
+        setKept(Kept::No);
+}
+
 void CheckupSession::compareWithVisitBefore(qint64 visitId)
 {
     const auto load = [visitId, snapshot = m_record.snapshot](Archive &archive, QString *error) {
@@ -293,8 +303,8 @@ void CheckupSession::compareWithVisitBefore(qint64 visitId)
         past.trends = trendsOf(snapshot, archive);
         return past;
     };
-    m_records->archive().ask(this, load, [this, shown = m_shown](const Past &past, const QString &) {
-        if (shown == m_shown)
+    m_records->archive().ask(this, load, [this, inquiry = m_inquiry](const Past &past, const QString &) {
+        if (inquiry == m_inquiry)
             takePast(past);
     });
 }

@@ -139,6 +139,7 @@ private:
     void judgeAndCompare();
     Comparison compareJudged(const Snapshot &earlier, const Snapshot &later, const CheckupResult &result);
     void handleKept(const VehicleRecords::Keeping &keeping);
+    void forgetVisit();
     void compareWithVisitBefore(qint64 visitId);
     void takePast(const Past &past);
     void setKept(Kept kept, const QString &problem = QString());
@@ -154,7 +155,7 @@ private:
     CheckupRecord m_record;
     Kept m_kept = Kept::No;
     QString m_keepingProblem;
-    quint64 m_shown = 0; // how many records were shown; answers about one before are of no use
+    quint64 m_inquiry = 0; // another one for each record and archive; answers to one before are of no use
     QVector<quint8> m_readNodes;
     QSet<quint8> m_news;
     QMap<quint8, CheckedComponent> m_early;

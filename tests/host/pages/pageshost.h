@@ -29,6 +29,8 @@ public:
     Q_DISABLE_COPY(OwnArchive)
 
     QString fileName() const { return m_folder.filePath(QStringLiteral("test.dxarchive")); }
+    /*! Of another archive in the same folder. */
+    QString otherFileName() const { return m_folder.filePath(QStringLiteral("other.dxarchive")); }
 
 private:
     QTemporaryDir m_folder;

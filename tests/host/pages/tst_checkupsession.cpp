@@ -46,6 +46,13 @@ struct Desk
         waitForArchive(records);
     }
 
+    void turnToOtherArchive()
+    {
+        qputenv("DRAXEL_ARCHIVE", archive.otherFileName().toLocal8Bit());
+        records.reopen();
+        waitForArchive(records);
+    }
+
     const CheckedComponent *component(quint8 nodeId) const { return session.record().component(nodeId); }
 
     OwnArchive archive;
@@ -53,6 +60,18 @@ struct Desk
     VehicleRecords records;
     CheckupSession session;
 };
+
+QVector<VisitInfo> visitsOf(VehicleRecords &records)
+{
+    QVector<VisitInfo> visits;
+    records.archive().ask(
+        &records, [](Archive &archive, QString *error) { return archive.visits(VisitQuery(), error); },
+        [&visits](const std::optional<QVector<VisitInfo>> &found, const QString &) {
+            visits = found.value_or(QVector<VisitInfo>());
+        });
+    waitForArchive(records);
+    return visits;
+}
 
 int visitCount(VehicleRecords &records)
 {
@@ -96,6 +115,9 @@ private slots:
     void notesEndWithALostBus();
     void notesAndFileNameAreOfWhatIsShown();
     void lateAnswerOfTheArchiveIsOfAnotherRecord();
+    void visitIsOfTheArchiveThatKeptIt();
+    void lateAnswerOfTheArchiveBefore();
+    void sameArchiveOpenedAgainHasTheVisit();
     void languageJudgesAnew();
     void archiveThatIsAwayIsSaid();
     void whatCanBeKeptNowhereIsSaid();
@@ -483,6 +505,55 @@ void tst_CheckupSession::lateAnswerOfTheArchiveIsOfAnotherRecord()
     QCOMPARE(visitCount(desk.records), 1);
     QCOMPARE(desk.session.kept(), Kept::No);
     QVERIFY(!desk.session.record().visitId);
+}
+
+void tst_CheckupSession::visitIsOfTheArchiveThatKeptIt()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    QCOMPARE(desk.session.record().visitId.value_or(0), 1);
+
+    desk.turnToOtherArchive();
+    QCOMPARE(desk.session.kept(), Kept::No);
+    Snapshot other = desk.session.record().snapshot;
+    other.time = other.time.addDays(1);
+    desk.records.keep(other, std::nullopt);
+    waitForArchive(desk.records);
+    QCOMPARE(visitsOf(desk.records).value(0).id, 1);
+
+    SnapshotNotes notes;
+    notes.customer = QStringLiteral("A. Customer");
+    desk.session.setNotes(notes);
+    QCOMPARE(visitsOf(desk.records).value(0).notes.customer, QString());
+    desk.session.keep();
+    waitForArchive(desk.records);
+    QCOMPARE(desk.session.kept(), Kept::Yes);
+    QCOMPARE(visitCount(desk.records), 2);
+}
+
+void tst_CheckupSession::lateAnswerOfTheArchiveBefore()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.session.start(SnapshotScope::Quick, Search::Heard);
+    waitUntil([&desk] { return !desk.session.isRunning(); });
+    QCOMPARE(desk.session.kept(), Kept::Asked);
+    desk.turnToOtherArchive();
+    QCOMPARE(desk.session.kept(), Kept::No);
+    QVERIFY(!desk.session.record().visitId);
+    QCOMPARE(visitCount(desk.records), 0);
+}
+
+void tst_CheckupSession::sameArchiveOpenedAgainHasTheVisit()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    desk.records.reopen();
+    waitForArchive(desk.records);
+    QCOMPARE(desk.session.kept(), Kept::Yes);
+    QCOMPARE(desk.session.record().visitId.value_or(0), 1);
 }
 
 void tst_CheckupSession::languageJudgesAnew()
