@@ -364,15 +364,17 @@ void MainWindow::connectCheckup()
     });
 }
 
-/*! Shows a visit on the page of the check-up, and what an exchange file can hold of it in the plug-in. */
-void MainWindow::showVisit(const Snapshot &snapshot, qint64 visitId)
+/*! Shows a visit on the page of the check-up, and what an exchange file can hold of it in the plug-in; \a then follows when
+ *  it is shown and the visit before it is known.
+ */
+void MainWindow::showVisit(const Snapshot &snapshot, qint64 visitId, const std::function<void()> &then)
 {
     if (m_session->isRunning()) {
         showError(tr("A check-up is running. Wait for its end or cancel it (Esc), then open the visit."));
         return;
     }
-    m_files->whenKept([this, snapshot, visitId] {
-        m_session->showVisit(snapshot, visitId);
+    m_files->whenKept([this, snapshot, visitId, then] {
+        m_session->showVisit(snapshot, visitId, then);
         // In turns of their own, so that none of it keeps a click waiting long.
         QTimer::singleShot(0, this, [this, snapshot] {
             m_pages->setCurrentWidget(m_checkupTab);
@@ -546,10 +548,10 @@ QWidget *MainWindow::makeArchivePage()
 {
     auto *page = new ArchivePage(m_records, m_session);
     page->setFolder(&FileFolder::start);
-    connect(page, &ArchivePage::openRequested, this, &MainWindow::showVisit);
+    connect(page, &ArchivePage::openRequested, this,
+            [this](const Snapshot &snapshot, qint64 visitId) { showVisit(snapshot, visitId, {}); });
     connect(page, &ArchivePage::reportRequested, this, [this](const Snapshot &snapshot, qint64 visitId) {
-        showVisit(snapshot, visitId);
-        m_checkupFiles->writeReport();
+        showVisit(snapshot, visitId, [this] { m_checkupFiles->writeReport(); });
     });
     connect(page, &ArchivePage::failed, this, &MainWindow::showError);
     connect(page, &ArchivePage::succeeded, this,

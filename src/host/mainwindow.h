@@ -9,6 +9,7 @@
 
 #include <QMainWindow>
 
+#include <functional>
 #include <memory>
 
 class BundleFiles;
@@ -110,7 +111,7 @@ private:
     void showCheckupState();
     void openBundle(const std::shared_ptr<const SupportBundle> &bundle, const QString &fileName);
     void showBundle(const std::shared_ptr<const SupportBundle> &bundle, const QString &fileName);
-    void showVisit(const Snapshot &snapshot, qint64 visitId);
+    void showVisit(const Snapshot &snapshot, qint64 visitId, const std::function<void()> &then);
     void cancel();
     void openChosen();
     void startRead();

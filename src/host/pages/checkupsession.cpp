@@ -216,7 +216,7 @@ void CheckupSession::showFile(const Snapshot &snapshot, const QString &fileName)
     show(std::move(record));
 }
 
-void CheckupSession::showVisit(const Snapshot &snapshot, qint64 visitId)
+void CheckupSession::showVisit(const Snapshot &snapshot, qint64 visitId, const Then &then)
 {
     if (isRunning())
         return;
@@ -228,7 +228,7 @@ void CheckupSession::showVisit(const Snapshot &snapshot, qint64 visitId)
     m_isSameVehicle = false;
     show(std::move(record));
     setKept(Kept::Yes);
-    compareWithVisitBefore(visitId);
+    compareWithVisitBefore(visitId, then);
 }
 
 void CheckupSession::show(CheckupRecord record)
@@ -293,7 +293,7 @@ void CheckupSession::forgetVisit()
         setKept(Kept::No);
 }
 
-void CheckupSession::compareWithVisitBefore(qint64 visitId)
+void CheckupSession::compareWithVisitBefore(qint64 visitId, const Then &then)
 {
     const auto load = [visitId, snapshot = m_record.snapshot](Archive &archive, QString *error) {
         Past past;
@@ -303,10 +303,14 @@ void CheckupSession::compareWithVisitBefore(qint64 visitId)
         past.trends = trendsOf(snapshot, archive);
         return past;
     };
-    m_records->archive().ask(this, load, [this, inquiry = m_inquiry](const Past &past, const QString &) {
-        if (inquiry == m_inquiry)
-            takePast(past);
-    });
+    m_records->archive().ask(this, load,
+                             [this, then, inquiry = m_inquiry](const Past &past, const QString &) {
+                                 if (inquiry != m_inquiry)
+                                     return;
+                                 takePast(past);
+                                 if (then)
+                                     then();
+                             });
 }
 
 void CheckupSession::takePast(const Past &past)

@@ -40,6 +40,8 @@ public:
         All    //!< every node ID is asked
     };
 
+    using Then = std::function<void()>;
+
     /*! How often what is shown follows what is read. */
     static constexpr std::chrono::milliseconds showingTime{200};
 
@@ -72,7 +74,10 @@ public:
 
     /*! Shows a snapshot from elsewhere; not while a check-up runs. */
     void showFile(const Snapshot &snapshot, const QString &fileName);
-    void showVisit(const Snapshot &snapshot, qint64 visitId);
+    /*! \a then follows when the archive has told what was before it, and is passed over when something else is shown by
+     *  then.
+     */
+    void showVisit(const Snapshot &snapshot, qint64 visitId, const Then &then = Then());
 
     /*! Puts what is shown into the archive, if it is not there. */
     void keep();
@@ -140,7 +145,7 @@ private:
     Comparison compareJudged(const Snapshot &earlier, const Snapshot &later, const CheckupResult &result);
     void handleKept(const VehicleRecords::Keeping &keeping);
     void forgetVisit();
-    void compareWithVisitBefore(qint64 visitId);
+    void compareWithVisitBefore(qint64 visitId, const Then &then = Then());
     void takePast(const Past &past);
     void setKept(Kept kept, const QString &problem = QString());
 

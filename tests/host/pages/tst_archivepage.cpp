@@ -12,6 +12,7 @@
 #include <tests/support/windowtest.h>
 
 #include <QAction>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QLabel>
@@ -37,10 +38,11 @@ class Window
 {
 public:
     Window()
-        : m_plugins(&m_services)
+        : m_host(SimulatedHost::stillVehicle(QStringLiteral("pedelec")))
+        , m_plugins(&m_host.services())
     {
         fill();
-        m_window = std::make_unique<MainWindow>(&m_services, &m_plugins);
+        m_window = std::make_unique<MainWindow>(&m_host.services(), &m_plugins);
         m_window->checkup().setRules(RuleSet::load({QStringLiteral(RULE_FOLDER)}));
         m_window->showPlugins();
         m_window->resize(1000, 560);
@@ -60,6 +62,7 @@ public:
         return part;
     }
 
+    bool connectToBus() { return m_host.connectToBus(); }
     void settle() { waitForArchive(m_window->records()); }
     void press(const char *button)
     {
@@ -119,7 +122,7 @@ private:
     }
 
     OwnArchive m_archive;
-    HostServices m_services;
+    SimulatedHost m_host;
     PluginSession m_plugins;
     std::unique_ptr<MainWindow> m_window;
 };
@@ -137,6 +140,8 @@ private slots:
     void findsBySerialNumber();
     void findsNothing();
     void opensAVisit();
+    void reportIsOfTheVisitAndSaysWhatHasChanged();
+    void noReportWhileACheckupRuns();
     void comparesWithTheVisitBefore();
     void comparesTwo();
     void comparesTwoInTheOrderOfTheirTimes();
@@ -206,6 +211,36 @@ void tst_ArchivePage::opensAVisit()
     window.settle();
     QVERIFY(window.session().record().comparison);
     QCOMPARE(window.session().record().comparison->earlier.time.date(), QDate(2026, 6, 20));
+}
+
+void tst_ArchivePage::reportIsOfTheVisitAndSaysWhatHasChanged()
+{
+    Window window;
+    window.chooseVehicle(Window::pedelecName());
+    window.press("visitReport");
+    window.settle(); // what was before it is asked for, too
+    QVERIFY(window.find<QDialog>("serviceReportDialog")->isVisible());
+    QCOMPARE(window.session().record().snapshot.time.date(), QDate(2026, 9, 3));
+    QVERIFY(window.find<QCheckBox>("compareReport")->isEnabled());
+    QVERIFY(window.find<QCheckBox>("compareReport")->isChecked());
+}
+
+void tst_ArchivePage::noReportWhileACheckupRuns()
+{
+    Window window;
+    window.chooseVehicle(Window::pedelecName());
+    QVERIFY(window.connectToBus());
+    window.session().start(SnapshotScope::Quick, CheckupSession::Search::Heard);
+    QVERIFY(window.session().isRunning());
+    emit window.find<ArchivePage>("archivePage")->reportRequested(pedelec(QDate(2026, 9, 3), 88), 3);
+    window.settle();
+    QVERIFY(window.window().findChild<QDialog *>(QStringLiteral("serviceReportDialog")) == nullptr);
+    auto *box = window.window().findChild<QMessageBox *>();
+    QVERIFY(box != nullptr);
+    QCOMPARE(
+        box->text(),
+        QStringLiteral("A check-up is running. Wait for its end or cancel it (Esc), then open the visit."));
+    window.session().cancel();
 }
 
 void tst_ArchivePage::comparesWithTheVisitBefore()
