@@ -54,6 +54,7 @@ public:
     using TakeSnapshot = std::function<void(const Snapshot &snapshot)>;
     using TakeTwo = std::function<void(const Snapshot &earlier, const Snapshot &later)>;
 
+    /*! With the notes as they are now, whatever the snapshot had when it was kept. */
     void load(qint64 visitId, const TakeSnapshot &take);
     /*! Both in the order of their times. */
     void loadTwo(qint64 visitId, qint64 otherId, const TakeTwo &take);

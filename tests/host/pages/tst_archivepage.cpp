@@ -140,6 +140,7 @@ private slots:
     void findsBySerialNumber();
     void findsNothing();
     void opensAVisit();
+    void opensAVisitWithTheNotesOfToday();
     void reportIsOfTheVisitAndSaysWhatHasChanged();
     void noReportWhileACheckupRuns();
     void comparesWithTheVisitBefore();
@@ -211,6 +212,21 @@ void tst_ArchivePage::opensAVisit()
     window.settle();
     QVERIFY(window.session().record().comparison);
     QCOMPARE(window.session().record().comparison->earlier.time.date(), QDate(2026, 6, 20));
+}
+
+void tst_ArchivePage::opensAVisitWithTheNotesOfToday()
+{
+    Window window;
+    window.chooseVehicle(QStringLiteral("Cargo 1"));
+    SnapshotNotes notes = window.browser().visits().first().notes;
+    QCOMPARE(notes.customer, QStringLiteral("Cargo Collective"));
+    notes.customer = QStringLiteral("Cargo Collective East");
+    notes.note = QStringLiteral("New brakes");
+    window.browser().setNotes(window.browser().visits().first().id, notes);
+    window.settle();
+    window.press("visitOpen");
+    QCOMPARE(window.session().notes().customer, QStringLiteral("Cargo Collective East"));
+    QCOMPARE(window.session().record().snapshot.notes.note, QStringLiteral("New brakes"));
 }
 
 void tst_ArchivePage::reportIsOfTheVisitAndSaysWhatHasChanged()
