@@ -28,8 +28,8 @@ VisitKeeper::Outcome VisitKeeper::keepNow(Archive &archive, const WaitingVisits 
     if (outcome.visit)
         return outcome;
     QString problem;
-    outcome.isWaiting = waiting.save(snapshot, &problem);
-    if (!outcome.isWaiting)
+    outcome.waitingFile = waiting.save(snapshot, &problem);
+    if (!outcome.waitingFile)
         *error += QLatin1Char(' ') + problem;
     return outcome;
 }
@@ -39,11 +39,22 @@ void VisitKeeper::tell(const Outcome &outcome, const QString &error)
     if (outcome.visit) {
         emit kept(*outcome.visit);
         deliver();
-    } else if (outcome.isWaiting) {
-        emit isWaiting(error);
+    } else if (outcome.waitingFile) {
+        emit isWaiting(error, *outcome.waitingFile);
     } else {
         emit failed(error);
     }
+}
+
+void VisitKeeper::setWaitingNotes(const QString &fileName, const SnapshotNotes &notes, const Done &done)
+{
+    // Not beside a delivery, which takes the file away.
+    m_worker->ask(
+        this,
+        [fileName, notes](Archive &, QString *error) {
+            return WaitingVisits::setNotes(fileName, notes, error);
+        },
+        done);
 }
 
 void VisitKeeper::deliver()
@@ -53,11 +64,13 @@ void VisitKeeper::deliver()
         [waiting = m_waiting](Archive &archive, QString *error) {
             const WaitingVisits::Delivery delivery = waiting.deliver(archive);
             *error = delivery.problems.join(QLatin1Char(' '));
-            return delivery.count;
+            return delivery.visits;
         },
-        [this](int count, const QString &error) {
-            if (count > 0)
-                emit delivered(count);
+        [this](const QVector<std::pair<QString, KeptVisit>> &visits, const QString &error) {
+            for (const auto &[fileName, visit] : visits)
+                emit visitDelivered(fileName, visit);
+            if (!visits.isEmpty())
+                emit delivered(visits.size());
             if (!error.isEmpty())
                 emit deliveryFailed(error);
         });

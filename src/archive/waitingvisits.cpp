@@ -22,11 +22,11 @@ QString WaitingVisits::standardFolder()
            + QStringLiteral("/draxel/waiting");
 }
 
-bool WaitingVisits::save(const Snapshot &snapshot, QString *errorMessage) const
+std::optional<QString> WaitingVisits::save(const Snapshot &snapshot, QString *errorMessage) const
 {
     if (!QDir().mkpath(m_folder)) {
         *errorMessage = tr("The folder %1 could not be made.").arg(QDir::toNativeSeparators(m_folder));
-        return false;
+        return std::nullopt;
     }
     // Whom the vehicles belong to is nobody else's business on this computer.
     QFile::setPermissions(m_folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -34,7 +34,16 @@ bool WaitingVisits::save(const Snapshot &snapshot, QString *errorMessage) const
     const QString time = snapshot.time.toUTC().toString(QStringLiteral("yyyyMMdd-HHmmss"));
     const QString name
         = QStringLiteral("%1/%2-%3.dxsnap").arg(m_folder, time, SnapshotFile::fingerprint(snapshot).left(16));
-    return SnapshotFile::save(name, snapshot, errorMessage);
+    return SnapshotFile::save(name, snapshot, errorMessage) ? std::optional<QString>(name) : std::nullopt;
+}
+
+bool WaitingVisits::setNotes(const QString &fileName, const SnapshotNotes &notes, QString *errorMessage)
+{
+    std::optional<Snapshot> snapshot = SavedVehicle::load(fileName, errorMessage);
+    if (!snapshot)
+        return false;
+    snapshot->notes = notes;
+    return SnapshotFile::save(fileName, *snapshot, errorMessage);
 }
 
 int WaitingVisits::count() const
@@ -55,16 +64,17 @@ WaitingVisits::Delivery WaitingVisits::deliver(Archive &archive) const
         const QString path = m_folder + QLatin1Char('/') + name;
         QString error;
         const std::optional<Snapshot> snapshot = SavedVehicle::load(path, &error);
-        if (snapshot && !archive.add(*snapshot, std::nullopt, &error)) {
-            delivery.problems.append(error);
-            break;
-        }
         if (!snapshot) {
             delivery.problems.append(error);
             continue;
         }
+        const std::optional<KeptVisit> visit = archive.add(*snapshot, std::nullopt, &error);
+        if (!visit) {
+            delivery.problems.append(error);
+            break;
+        }
         QFile::remove(path);
-        ++delivery.count;
+        delivery.visits.append({path, *visit});
     }
     return delivery;
 }

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "visit.h"
+
 #include <snapshot/snapshot.h>
 
 #include <QCoreApplication>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
+#include <optional>
 #include <utility>
 
 class Archive;
@@ -20,8 +24,8 @@ public:
     /*! What deliver() did. */
     struct Delivery
     {
-        int count = 0;        //!< of visits that the archive has now
-        QStringList problems; //!< sentences; what they are about still waits
+        QVector<std::pair<QString, KeptVisit>> visits; //!< what became of each file that is gone now
+        QStringList problems;                          //!< sentences; what they are about still waits
     };
 
     /*! \a folder is made when it is needed first. */
@@ -33,8 +37,11 @@ public:
     /*! Beside the archive in the user's data folder. */
     static QString standardFolder();
 
-    /*! Puts a snapshot there; the same one once. False with a sentence in \a errorMessage. */
-    bool save(const Snapshot &snapshot, QString *errorMessage) const;
+    /*! Puts a snapshot there; the same one once. Gives its file, or nothing with a sentence in \a errorMessage. */
+    std::optional<QString> save(const Snapshot &snapshot, QString *errorMessage) const;
+
+    /*! Gives other notes to what waits in a file of save(); not to what has been delivered since. */
+    static bool setNotes(const QString &fileName, const SnapshotNotes &notes, QString *errorMessage);
 
     int count() const;
 

@@ -339,6 +339,7 @@ void MainWindow::connectCheckup()
         for (const QString &problem : problems)
             m_log->add(MessageLog::Severity::Warning, problem);
     });
+    connect(m_session, &CheckupSession::notesFailed, this, &MainWindow::showError);
     connect(m_checkup, &CheckupPage::openRequested, this, &MainWindow::openChosen);
     connect(m_checkup, &CheckupPage::saveRequested, m_checkupFiles, &CheckupFiles::save);
     connect(m_checkup, &CheckupPage::compareFileRequested, m_checkupFiles, &CheckupFiles::compareWithFile);

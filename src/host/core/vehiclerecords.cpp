@@ -14,15 +14,16 @@ VehicleRecords::VehicleRecords(HostServices *services, const QString &program, Q
         keep(snapshot, std::nullopt, [this](const Keeping &keeping) { emit readKept(keeping); });
     });
     connect(&m_keeper, &VisitKeeper::kept, this, [this](const KeptVisit &visit) {
-        end({Keeping::End::Kept, visit, QString()});
+        end({Keeping::End::Kept, visit, QString(), QString()});
         emit changed();
     });
-    connect(&m_keeper, &VisitKeeper::isWaiting, this, [this](const QString &reason) {
-        end({Keeping::End::Waiting, KeptVisit(), reason});
+    connect(&m_keeper, &VisitKeeper::isWaiting, this, [this](const QString &reason, const QString &fileName) {
+        end({Keeping::End::Waiting, KeptVisit(), reason, fileName});
     });
     connect(&m_keeper, &VisitKeeper::failed, this, [this](const QString &reason) {
-        end({Keeping::End::Lost, KeptVisit(), reason});
+        end({Keeping::End::Lost, KeptVisit(), reason, QString()});
     });
+    connect(&m_keeper, &VisitKeeper::visitDelivered, this, &VehicleRecords::visitDelivered);
     connect(&m_keeper, &VisitKeeper::delivered, this, [this](int count) {
         emit delivered(count);
         emit changed();
@@ -39,6 +40,24 @@ void VehicleRecords::keep(const Snapshot &snapshot, const std::optional<VisitVer
     m_waiting.push_back(then);
     open();
     m_keeper.keep(snapshot, verdict);
+}
+
+void VehicleRecords::setNotes(const Keeping &keeping, const SnapshotNotes &notes, const Done &done)
+{
+    if (keeping.end == Keeping::End::Waiting) {
+        m_keeper.setWaitingNotes(keeping.fileName, notes, done);
+        return;
+    }
+    archive().ask(
+        this,
+        [id = keeping.visit.visitId, notes](Archive &archive, QString *error) {
+            return archive.setNotes(id, notes, error);
+        },
+        [this, done](bool isDone, const QString &error) {
+            if (isDone)
+                emit changed();
+            done(isDone, error);
+        });
 }
 
 ArchiveWorker &VehicleRecords::archive()

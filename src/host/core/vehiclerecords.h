@@ -35,8 +35,9 @@ public:
             Lost     //!< it could be kept nowhere
         };
         End end = End::Kept;
-        KeptVisit visit; //!< of Kept
-        QString reason;  //!< of the others, sentences
+        KeptVisit visit;  //!< of Kept
+        QString reason;   //!< of the others, sentences
+        QString fileName; //!< of Waiting
     };
     using Then = std::function<void(const Keeping &keeping)>;
 
@@ -47,6 +48,10 @@ public:
     /*! Keeps a snapshot; \a then is told what became of it. */
     void keep(const Snapshot &snapshot, const std::optional<VisitVerdict> &verdict,
               const Then &then = Then());
+
+    using Done = VisitKeeper::Done;
+    /*! Writes what people say now of a snapshot that was kept or waits. */
+    void setNotes(const Keeping &keeping, const SnapshotNotes &notes, const Done &done);
 
     /*! To ask something; opened by the first call. */
     ArchiveWorker &archive();
@@ -69,6 +74,8 @@ signals:
     void openFailed(const QString &reason);
     /*! What a plug-in has read is kept, or not. */
     void readKept(const VehicleRecords::Keeping &keeping);
+    /*! What had waited in this file, see Keeping, is a visit now. */
+    void visitDelivered(const QString &fileName, const KeptVisit &visit);
     /*! Visits that had waited have been delivered. */
     void delivered(int count);
 

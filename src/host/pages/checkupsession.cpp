@@ -54,6 +54,7 @@ CheckupSession::CheckupSession(HostServices *services, VehicleRecords *records, 
         emit obstacleChanged();
     });
     connect(&services->reads(), &ReadObserver::phaseChanged, this, &CheckupSession::obstacleChanged);
+    connect(records, &VehicleRecords::visitDelivered, this, &CheckupSession::handleDelivered);
     connect(records, &VehicleRecords::archiveReplaced, this, &CheckupSession::forgetVisit);
 }
 
@@ -227,6 +228,8 @@ void CheckupSession::showVisit(const Snapshot &snapshot, qint64 visitId, const T
     m_notes = snapshot.notes;
     m_isSameVehicle = false;
     show(std::move(record));
+    m_keeping = VehicleRecords::Keeping();
+    m_keeping.visit.visitId = visitId;
     setKept(Kept::Yes);
     compareWithVisitBefore(visitId, then);
 }
@@ -237,6 +240,7 @@ void CheckupSession::show(CheckupRecord record)
     ++m_inquiry;
     m_kept = Kept::No;
     m_keepingProblem.clear();
+    m_lateNotes = std::make_shared<std::optional<SnapshotNotes>>();
     judgeAndCompare();
     emit changed();
     emit keptChanged();
@@ -260,7 +264,10 @@ void CheckupSession::keep()
         return;
     setKept(Kept::Asked);
     m_records->keep(m_record.snapshot, VisitVerdict::of(m_record.result),
-                    [this, inquiry = m_inquiry](const VehicleRecords::Keeping &keeping) {
+                    [this, inquiry = m_inquiry, archives = m_archives,
+                     late = m_lateNotes](const VehicleRecords::Keeping &keeping) {
+                        if (*late && archives == m_archives)
+                            writeNotes(keeping, **late);
                         if (inquiry == m_inquiry)
                             handleKept(keeping);
                     });
@@ -269,11 +276,10 @@ void CheckupSession::keep()
 void CheckupSession::handleKept(const VehicleRecords::Keeping &keeping)
 {
     using End = VehicleRecords::Keeping::End;
+    m_keeping = keeping;
     switch (keeping.end) {
     case End::Kept:
-        m_record.visitId = keeping.visit.visitId;
-        setKept(Kept::Yes);
-        compareWithVisitBefore(keeping.visit.visitId);
+        takeVisit(keeping.visit);
         return;
     case End::Waiting:
         setKept(Kept::Waiting, keeping.reason);
@@ -284,10 +290,30 @@ void CheckupSession::handleKept(const VehicleRecords::Keeping &keeping)
     }
 }
 
+void CheckupSession::handleDelivered(const QString &fileName, const KeptVisit &visit)
+{
+    if (m_kept != Kept::Waiting || m_keeping.fileName != fileName)
+        return;
+    m_keeping = VehicleRecords::Keeping();
+    m_keeping.visit = visit;
+    takeVisit(visit);
+    // Its file may have gone before they were in it.
+    if (*m_lateNotes)
+        writeNotes(m_keeping, **m_lateNotes);
+}
+
+void CheckupSession::takeVisit(const KeptVisit &visit)
+{
+    m_record.visitId = visit.visitId;
+    setKept(Kept::Yes);
+    compareWithVisitBefore(visit.visitId);
+}
+
 /*! The archive is another one now: there the number is that of somebody else's visit. What waits is delivered to it. */
 void CheckupSession::forgetVisit()
 {
     ++m_inquiry;
+    ++m_archives;
     m_record.visitId.reset();
     if (m_kept == Kept::Yes || m_kept == Kept::Asked)
         setKept(Kept::No);
@@ -330,15 +356,26 @@ void CheckupSession::setNotes(const SnapshotNotes &notes)
     if (isEmpty() || isRunning())
         return;
     m_record.snapshot.notes = notes;
-    if (m_record.visitId) {
-        m_records->archive().ask(
-            m_records,
-            [id = *m_record.visitId, notes](Archive &archive, QString *error) {
-                return archive.setNotes(id, notes, error);
-            },
-            [records = m_records](bool, const QString &) { records->noteChange(); });
-    }
+    if (m_kept == Kept::Asked || m_kept == Kept::Waiting)
+        *m_lateNotes = notes;
+    if (m_kept == Kept::Yes || m_kept == Kept::Waiting)
+        writeNotes(m_keeping, notes);
     emit recordChanged();
+}
+
+void CheckupSession::writeNotes(const VehicleRecords::Keeping &keeping, const SnapshotNotes &notes)
+{
+    using End = VehicleRecords::Keeping::End;
+    if (keeping.end == End::Lost)
+        return; // that is said
+    m_records->setNotes(keeping, notes,
+                        [this, keeping, inquiry = m_inquiry](bool isDone, const QString &error) {
+                            // What waited and was delivered meanwhile is given them once more.
+                            const bool isDelivered
+                                = keeping.end == End::Waiting && inquiry == m_inquiry && m_kept == Kept::Yes;
+                            if (!isDone && !isDelivered)
+                                emit notesFailed(error);
+                        });
 }
 
 void CheckupSession::noteSaved(const QString &fileName)

@@ -125,6 +125,8 @@ signals:
     void rulesRefused(const QStringList &problems);
     /*! A check-up has ended and was judged. */
     void finished();
+    /*! The notes of what is shown, or was, could not be kept; a sentence. */
+    void notesFailed(const QString &reason);
 
 private:
     /*! What the archive knows of what is shown. */
@@ -144,6 +146,9 @@ private:
     void judgeAndCompare();
     Comparison compareJudged(const Snapshot &earlier, const Snapshot &later, const CheckupResult &result);
     void handleKept(const VehicleRecords::Keeping &keeping);
+    void handleDelivered(const QString &fileName, const KeptVisit &visit);
+    void takeVisit(const KeptVisit &visit);
+    void writeNotes(const VehicleRecords::Keeping &keeping, const SnapshotNotes &notes);
     void forgetVisit();
     void compareWithVisitBefore(qint64 visitId, const Then &then = Then());
     void takePast(const Past &past);
@@ -160,6 +165,10 @@ private:
     CheckupRecord m_record;
     Kept m_kept = Kept::No;
     QString m_keepingProblem;
+    VehicleRecords::Keeping m_keeping; // of Yes and Waiting
+    // Notes that were entered before it was a visit; also of what is not shown any more when it becomes one.
+    std::shared_ptr<std::optional<SnapshotNotes>> m_lateNotes;
+    int m_archives = 0;    // how often it was another archive
     quint64 m_inquiry = 0; // another one for each record and archive; answers to one before are of no use
     QVector<quint8> m_readNodes;
     QSet<quint8> m_news;

@@ -53,6 +53,14 @@ struct Desk
         waitForArchive(records);
     }
 
+    void removeVisit(qint64 id)
+    {
+        records.archive().ask(
+            &records, [id](Archive &opened, QString *error) { return opened.remove(id, error); },
+            [](bool, const QString &) {});
+        waitForArchive(records);
+    }
+
     const CheckedComponent *component(quint8 nodeId) const { return session.record().component(nodeId); }
 
     OwnArchive archive;
@@ -60,6 +68,13 @@ struct Desk
     VehicleRecords records;
     CheckupSession session;
 };
+
+SnapshotNotes ofCustomer()
+{
+    SnapshotNotes notes;
+    notes.customer = QStringLiteral("A. Customer");
+    return notes;
+}
 
 QVector<VisitInfo> visitsOf(VehicleRecords &records)
 {
@@ -115,6 +130,11 @@ private slots:
     void notesEndWithALostBus();
     void notesAndFileNameAreOfWhatIsShown();
     void lateAnswerOfTheArchiveIsOfAnotherRecord();
+    void notesReachAVisitThatIsBeingKept();
+    void notesReachAVisitThatIsNotShownAnyMore();
+    void notesReachAVisitThatWaits();
+    void notesReachAVisitThatIsBeingDelivered();
+    void notesThatCannotBeWrittenAreSaid();
     void visitIsOfTheArchiveThatKeptIt();
     void lateAnswerOfTheArchiveBefore();
     void sameArchiveOpenedAgainHasTheVisit();
@@ -505,6 +525,82 @@ void tst_CheckupSession::lateAnswerOfTheArchiveIsOfAnotherRecord()
     QCOMPARE(visitCount(desk.records), 1);
     QCOMPARE(desk.session.kept(), Kept::No);
     QVERIFY(!desk.session.record().visitId);
+}
+
+void tst_CheckupSession::notesReachAVisitThatIsBeingKept()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.session.start(SnapshotScope::Quick, Search::Heard);
+    waitUntil([&desk] { return !desk.session.isRunning(); });
+    QCOMPARE(desk.session.kept(), Kept::Asked);
+    desk.session.setNotes(ofCustomer());
+    waitForArchive(desk.records);
+    QCOMPARE(visitsOf(desk.records).value(0).notes.customer, QStringLiteral("A. Customer"));
+}
+
+void tst_CheckupSession::notesReachAVisitThatIsNotShownAnyMore()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.session.start(SnapshotScope::Quick, Search::Heard);
+    waitUntil([&desk] { return !desk.session.isRunning(); });
+    QCOMPARE(desk.session.kept(), Kept::Asked);
+    desk.session.setNotes(ofCustomer());
+    desk.session.showFile(Snapshot(), QStringLiteral("other.dxsnap"));
+    waitForArchive(desk.records);
+    QCOMPARE(visitsOf(desk.records).value(0).notes.customer, QStringLiteral("A. Customer"));
+    QCOMPARE(desk.session.kept(), Kept::No);
+}
+
+void tst_CheckupSession::notesReachAVisitThatWaits()
+{
+    Desk desk(healthy());
+    qputenv("DRAXEL_ARCHIVE", "/proc/none/here.dxarchive");
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    QCOMPARE(desk.session.kept(), Kept::Waiting);
+    desk.session.setNotes(ofCustomer());
+    waitForArchive(desk.records);
+    desk.session.showFile(Snapshot(), QStringLiteral("other.dxsnap")); // delivered when nobody looks
+    desk.turnToOtherArchive();
+    QCOMPARE(visitsOf(desk.records).value(0).notes.customer, QStringLiteral("A. Customer"));
+}
+
+void tst_CheckupSession::notesReachAVisitThatIsBeingDelivered()
+{
+    Desk desk(healthy());
+    qputenv("DRAXEL_ARCHIVE", "/proc/none/here.dxarchive");
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    QCOMPARE(desk.session.kept(), Kept::Waiting);
+    const QSignalSpy failed(&desk.session, &CheckupSession::notesFailed);
+    // Entered after the archive has taken it, and before the session was told of that.
+    connect(&desk.records, &VehicleRecords::changed, this, [&desk] {
+        if (desk.session.kept() == Kept::Waiting)
+            desk.session.setNotes(ofCustomer());
+    });
+    desk.turnToOtherArchive();
+    QCOMPARE(desk.session.kept(), Kept::Yes);
+    QCOMPARE(desk.session.record().visitId.value_or(0), 1);
+    QCOMPARE(visitsOf(desk.records).value(0).notes.customer, QStringLiteral("A. Customer"));
+    QCOMPARE(failed.count(), 0);
+}
+
+void tst_CheckupSession::notesThatCannotBeWrittenAreSaid()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    const QSignalSpy failed(&desk.session, &CheckupSession::notesFailed);
+    desk.session.setNotes(ofCustomer());
+    waitForArchive(desk.records);
+    QCOMPARE(failed.count(), 0);
+    desk.removeVisit(desk.session.record().visitId.value_or(0));
+    desk.session.setNotes(ofCustomer());
+    waitForArchive(desk.records);
+    QCOMPARE(failed.count(), 1);
+    QVERIFY(!failed.first().first().toString().isEmpty());
 }
 
 void tst_CheckupSession::visitIsOfTheArchiveThatKeptIt()
