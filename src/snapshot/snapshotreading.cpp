@@ -13,8 +13,11 @@ namespace {
 
 using namespace SnapshotJson;
 
-constexpr qint64 longestDuration = qint64(1000) * 3600 * 24 * 365; // ms
-constexpr int longestName = 10000;                                 // characters of a free text
+// All that ISO 8601 can say in four digits of a year: a snapshot may be gone on with years later, or have begun on a
+// computer that did not know the time.
+constexpr qint64 mostYears = 10000;
+constexpr qint64 longestDuration = mostYears * 366 * 24 * 3600 * 1000; // ms
+constexpr int longestName = 10000;                                     // characters of a free text
 
 template<typename Value, std::size_t size>
 std::optional<Value> valueOf(const Word<Value> (&words)[size], const QString &text)

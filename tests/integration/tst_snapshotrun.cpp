@@ -125,6 +125,8 @@ private slots:
     void userDisconnects();
     void dataSheetOfANode();
     void resumes();
+    void resumedFileIsReadAgain_data();
+    void resumedFileIsReadAgain();
 };
 
 void tst_SnapshotRun::findsEverythingThatDevicesHave_data()
@@ -465,6 +467,31 @@ void tst_SnapshotRun::resumes()
     QVERIFY(snapshot.duration >= 600000);
     QVERIFY(snapshot.find(7)->find(0x6005, 0)->ms < 2000 || snapshot.find(7)->find(0x6005, 0)->ms >= 600000);
     QVERIFY(snapshot.valueCount() > earlier.valueCount());
+}
+
+void tst_SnapshotRun::resumedFileIsReadAgain_data()
+{
+    QTest::addColumn<QDateTime>("earlierTime");
+    QTest::newRow("after two years") << QDateTime::currentDateTimeUtc().addYears(-2);
+    QTest::newRow("of a computer without a clock") << QDateTime::fromMSecsSinceEpoch(0, Qt::UTC);
+    QTest::newRow("of the first year") << QDateTime(QDate(1, 1, 1), QTime(0, 0), Qt::UTC);
+}
+
+void tst_SnapshotRun::resumedFileIsReadAgain()
+{
+    QFETCH(QDateTime, earlierTime);
+    SimulatedHost host(vehicle(QStringLiteral("pedelec")));
+    QVERIFY(host.connectToBus());
+    Run run(host);
+    run.order.earlier = Snapshot();
+    run.order.earlier->scope = SnapshotScope::Quick;
+    run.order.earlier->time = earlierTime;
+    QVERIFY(run.take());
+    const QByteArray written = SnapshotFile::toJson(run.run.snapshot());
+    QString error;
+    const std::optional<Snapshot> again = SnapshotFile::fromJson(written, &error);
+    QVERIFY2(again, qPrintable(error));
+    QCOMPARE(SnapshotFile::toJson(*again), written);
 }
 
 QTEST_GUILESS_MAIN(tst_SnapshotRun)
