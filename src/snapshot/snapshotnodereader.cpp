@@ -134,7 +134,10 @@ void SnapshotNodeReader::finish(bool isCancelled)
     m_isAsking = false;
     m_isFinished = true;
     m_node.end = endOf(isCancelled);
+    const bool wasAllAsked = isDone();
     recordGaps();
+    if (!wasAllAsked)
+        keepEarlierGaps();
 }
 
 SnapshotNode SnapshotNodeReader::node() const
@@ -228,9 +231,20 @@ void SnapshotNodeReader::recordGaps()
         const bool isSpokenOf = question.gap == SnapshotGap::NoAnswer || !question.isProbe;
         if (question.gap == SnapshotGap::None || !isSpokenOf || m_node.find(question.key) != nullptr)
             continue;
+        if (question.gap == SnapshotGap::Cancelled && m_earlier.find(question.key) != nullptr)
+            continue; // which says more
         SnapshotEntry entry;
         entry.key = question.key;
         entry.gap = question.gap;
         m_node.insert(entry);
+    }
+}
+
+/*! Why something could not be read then still holds where it was not asked for again. */
+void SnapshotNodeReader::keepEarlierGaps()
+{
+    for (const SnapshotEntry &entry : qAsConst(m_earlier.entries)) {
+        if (m_node.find(entry.key) == nullptr)
+            m_node.insert(entry);
     }
 }

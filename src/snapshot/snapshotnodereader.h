@@ -22,7 +22,7 @@ public:
     SnapshotNodeReader(quint8 nodeId, SnapshotScope scope, const CanOpen::EdsFile &dataSheet);
 
     /*! Goes on where \a earlier has ended: what has a value there or is absent is not asked again. What identifies the
-     *  device is; another device is read anew.
+     *  device is; another device is read anew. Gaps that are not asked for again stay as they were.
      */
     void resume(const SnapshotNode &earlier);
 
@@ -77,6 +77,7 @@ private:
     void takeSilence();
     SnapshotEnd endOf(bool isCancelled) const;
     void recordGaps();
+    void keepEarlierGaps();
 
     SnapshotScope m_scope;
     CanOpen::EdsFile m_dataSheet;

@@ -130,6 +130,11 @@ private slots:
     void resumeTakesNoRefusalForAnotherDevice();
     void resumeKeepsValuesOfASilentNode();
     void resumeKeepsWhatElseIsKnown();
+    void resumeKeepsGapsOfASilentNode();
+    void cancelledResumeKeepsGaps();
+    void cancelledQuestionOfAResumeKeepsItsGap();
+    void resumeForgetsGapsThatAreNoneAnyMore();
+    void resumeForgetsGapsOfAnotherDevice();
 };
 
 void tst_SnapshotNodeReader::readsEverything()
@@ -523,6 +528,84 @@ void tst_SnapshotNodeReader::resumeKeepsValuesOfASilentNode()
     QCOMPARE(read.entries.size(), 203);
     QCOMPARE(read.gapCount(), 0);
     QCOMPARE(read.value(0x1018, 4), QVariant(0x04000001u));
+}
+
+namespace {
+
+/*! A node that has refused one object, and sent another one in a width that it does not have. */
+SnapshotNode nodeWithGaps(SnapshotEnd end)
+{
+    Node node;
+    node.set({0x6002, 1}, Kind::Abort, 0x08000000);
+    node.set({0x6008, 1}, "0102");
+    SnapshotNode read = node.readAll();
+    read.end = end;
+    return read;
+}
+
+void verifyGapsAreThere(const SnapshotNode &node)
+{
+    QCOMPARE(node.entries.size(), 203);
+    QVERIFY(node.find(0x6002, 1)->gap == SnapshotGap::Abort);
+    QCOMPARE(node.find(0x6002, 1)->abortCode, 0x08000000u);
+    QVERIFY(node.find(0x6008, 1)->gap == SnapshotGap::WrongSize);
+    QCOMPARE(node.find(0x6008, 1)->raw, QByteArray::fromHex("0102"));
+}
+
+} // namespace
+
+void tst_SnapshotNodeReader::resumeKeepsGapsOfASilentNode()
+{
+    for (const SnapshotEnd end : {SnapshotEnd::Complete, SnapshotEnd::Cancelled}) {
+        Node second;
+        second.isSilent = true;
+        second.reader.resume(nodeWithGaps(end));
+        verifyGapsAreThere(second.readAll());
+    }
+}
+
+void tst_SnapshotNodeReader::cancelledResumeKeepsGaps()
+{
+    for (const SnapshotEnd end : {SnapshotEnd::Complete, SnapshotEnd::Cancelled}) {
+        Node second;
+        second.reader.resume(nodeWithGaps(end));
+        second.askAll(2);
+        second.reader.finish(true);
+        verifyGapsAreThere(second.reader.node());
+    }
+}
+
+void tst_SnapshotNodeReader::cancelledQuestionOfAResumeKeepsItsGap()
+{
+    Node second;
+    second.reader.resume(nodeWithGaps(SnapshotEnd::Complete));
+    second.askAll(5); // who it is
+    QCOMPARE(second.reader.ask().key.toShortString(), QStringLiteral("6002h.1"));
+    second.reader.putBack();
+    second.reader.finish(true);
+    verifyGapsAreThere(second.reader.node());
+}
+
+void tst_SnapshotNodeReader::resumeForgetsGapsThatAreNoneAnyMore()
+{
+    Node second;
+    second.set({0x6002, 1}, Kind::Timeout);
+    second.set({0x6008, 1}, "01000000");
+    second.reader.resume(nodeWithGaps(SnapshotEnd::Complete));
+    const SnapshotNode read = second.readAll();
+    QVERIFY(read.find(0x6002, 1)->gap == SnapshotGap::NoAnswer);
+    QCOMPARE(read.value(0x6008, 1), QVariant(1u));
+}
+
+void tst_SnapshotNodeReader::resumeForgetsGapsOfAnotherDevice()
+{
+    Node second;
+    second.set({0x1018, 4}, "99000000");
+    second.reader.resume(nodeWithGaps(SnapshotEnd::Complete));
+    second.askAll(5);
+    second.reader.finish(true);
+    QVERIFY(second.reader.isReplaced());
+    QVERIFY(second.reader.node().find(0x6002, 1) == nullptr);
 }
 
 QTEST_GUILESS_MAIN(tst_SnapshotNodeReader)
