@@ -102,10 +102,11 @@ CheckupResult Judgement::judge()
     return result;
 }
 
-/*! What a rule of the vehicle needs, it needs of every node. */
+/*! What a rule of the vehicle needs, it needs of every node. That it cannot be judged is said of every node as well. */
 void Judgement::applyToVehicle(const Rule &rule)
 {
     Rule needs;
+    needs.id = rule.id;
     needs.needs = rule.needs;
     needs.cases.append(RuleCase()); // without a severity: finds nothing
     QVector<Finding> none;
@@ -118,7 +119,11 @@ void Judgement::applyToVehicle(const Rule &rule)
     }
     Rule condition = rule;
     condition.needs.clear();
-    m_runner.apply(condition, -1, &m_vehicleFindings, &ofRule);
+    ComponentGaps ofNobody;
+    m_runner.apply(condition, -1, &m_vehicleFindings, &ofNobody);
+    for (ComponentGaps &gaps : m_gaps)
+        gaps.addSentencesOf(ofNobody);
+    ofRule.add(ofNobody);
     if (!ofRule.isEmpty())
         m_unjudgedRules.append(rule.id);
 }

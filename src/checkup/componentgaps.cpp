@@ -7,11 +7,15 @@
 
 using CanOpen::ObjectKey;
 
-void ComponentGaps::add(const Evaluation &evaluation)
+void ComponentGaps::add(const Evaluation &evaluation, const QString &rule)
 {
     for (const ObjectKey key : evaluation.missingObjects())
         add(key);
     m_isBehaviourMissing = m_isBehaviourMissing || evaluation.isFactMissing();
+    if (evaluation.isIncalculable())
+        addSentence(
+            tr("The rule \"%1\" cannot be calculated: it divides by zero, or a number becomes too large.")
+                .arg(rule));
 }
 
 void ComponentGaps::add(ObjectKey key)
@@ -29,7 +33,14 @@ void ComponentGaps::add(const ComponentGaps &gaps)
 
 void ComponentGaps::addSentence(const QString &sentence)
 {
-    m_sentences.append(sentence);
+    if (!m_sentences.contains(sentence))
+        m_sentences.append(sentence);
+}
+
+void ComponentGaps::addSentencesOf(const ComponentGaps &vehicle)
+{
+    for (const QString &sentence : vehicle.m_sentences)
+        addSentence(sentence);
 }
 
 QStringList ComponentGaps::sentences(const SnapshotNode &node, SnapshotScope scope) const

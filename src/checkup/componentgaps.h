@@ -18,12 +18,14 @@ class ComponentGaps
     Q_DECLARE_TR_FUNCTIONS(ComponentGaps)
 
 public:
-    /*! Takes what an evaluation noted, which came to nothing because of it. */
-    void add(const Evaluation &evaluation);
+    /*! Takes what an evaluation of a rule noted, which came to nothing because of it. */
+    void add(const Evaluation &evaluation, const QString &rule);
     void add(CanOpen::ObjectKey key);
     void add(const ComponentGaps &gaps);
     /*! Something else that kept rules from being applied, a sentence. */
     void addSentence(const QString &sentence);
+    /*! Takes the sentences of those of the vehicle as a whole. */
+    void addSentencesOf(const ComponentGaps &vehicle);
 
     bool isEmpty() const { return m_keys.isEmpty() && !m_isBehaviourMissing && m_sentences.isEmpty(); }
 

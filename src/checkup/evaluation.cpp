@@ -129,4 +129,5 @@ void Evaluation::clearNotes()
     m_askedFor.clear();
     m_missingObjects.clear();
     m_isFactMissing = false;
+    m_isIncalculable = false;
 }

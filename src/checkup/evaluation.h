@@ -45,6 +45,8 @@ public:
     const QVector<CanOpen::ObjectKey> &askedFor() const { return m_askedFor; }
     const QVector<CanOpen::ObjectKey> &missingObjects() const { return m_missingObjects; }
     bool isFactMissing() const { return m_isFactMissing; }
+    void noteIncalculable() { m_isIncalculable = true; }
+    bool isIncalculable() const { return m_isIncalculable; }
 
     /*! Objects and facts that were asked for so far; what rules cost. */
     int steps() const { return m_steps; }
@@ -64,5 +66,6 @@ private:
     QVector<CanOpen::ObjectKey> m_askedFor;
     QVector<CanOpen::ObjectKey> m_missingObjects;
     bool m_isFactMissing = false;
+    bool m_isIncalculable = false; // something has no result: a division by zero, a number that is too large
     int m_steps = 0;
 };

@@ -13,9 +13,13 @@ constexpr double bits16 = 65536.0;
 constexpr double bits32 = 4294967296.0;
 constexpr double bits63 = 9223372036854775808.0;
 
-Operand finite(double number)
+/*! What has no result, as a division by zero, leaves open what it would have been. */
+Operand finite(double number, Evaluation &evaluation)
 {
-    return std::isfinite(number) ? Operand::of(number) : Operand::absent();
+    if (std::isfinite(number))
+        return Operand::of(number);
+    evaluation.noteIncalculable();
+    return Operand::unknown();
 }
 
 /*! Bits first to last of a whole number; nothing of a negative, a huge or a broken one. */
@@ -53,7 +57,7 @@ double sumOf(const QVector<double> &numbers)
     return sum;
 }
 
-Operand ofAll(Operation operation, const ObjectNumbers &all)
+Operand ofAll(Operation operation, const ObjectNumbers &all, Evaluation &evaluation)
 {
     if (all.isUnknown)
         return Operand::unknown();
@@ -68,11 +72,11 @@ Operand ofAll(Operation operation, const ObjectNumbers &all)
     case Operation::HighestOf:
         return Operand::of(*highest);
     case Operation::SumOf:
-        return finite(sumOf(all.numbers));
+        return finite(sumOf(all.numbers), evaluation);
     case Operation::SpreadOf:
-        return finite(*highest - *lowest);
+        return finite(*highest - *lowest, evaluation);
     case Operation::MedianOf:
-        return finite(medianOf(all.numbers));
+        return finite(medianOf(all.numbers), evaluation);
     case Operation::LowestAt:
         return Operand::of(all.subIndices.at(static_cast<int>(lowest - all.numbers.begin())));
     default:
@@ -80,7 +84,7 @@ Operand ofAll(Operation operation, const ObjectNumbers &all)
     }
 }
 
-Operand calculate(Operation operation, double a, double b, double c)
+Operand calculate(Operation operation, double a, double b, double c, Evaluation &evaluation)
 {
     switch (operation) {
     case Operation::Negate:
@@ -88,13 +92,13 @@ Operand calculate(Operation operation, double a, double b, double c)
     case Operation::Not:
         return Operand::truth(std::fpclassify(a) == FP_ZERO);
     case Operation::Add:
-        return finite(a + b);
+        return finite(a + b, evaluation);
     case Operation::Subtract:
-        return finite(a - b);
+        return finite(a - b, evaluation);
     case Operation::Multiply:
-        return finite(a * b);
+        return finite(a * b, evaluation);
     case Operation::Divide:
-        return finite(a / b);
+        return finite(a / b, evaluation);
     case Operation::Less:
         return Operand::truth(a < b);
     case Operation::LessOrEqual:
@@ -152,6 +156,13 @@ bool Expression::hasTextFact() const
     });
 }
 
+bool Expression::hasObject() const
+{
+    return std::any_of(m_steps.begin(), m_steps.end(), [](const Step &step) {
+        return step.operation == Operation::Object || step.operation >= Operation::LowestOf;
+    });
+}
+
 Operand Expression::evaluate(Evaluation &evaluation) const
 {
     return m_steps.isEmpty() ? Operand::absent() : evaluate(m_steps.size() - 1, evaluation);
@@ -177,7 +188,7 @@ Operand Expression::evaluate(int position, Evaluation &evaluation) const
         return choice(step, evaluation);
     default:
         if (step.operation >= Operation::LowestOf)
-            return ofAll(step.operation, evaluation.allOf(step.object));
+            return ofAll(step.operation, evaluation.allOf(step.object), evaluation);
         return arithmetic(step, evaluation);
     }
 }
@@ -221,5 +232,6 @@ Operand Expression::arithmetic(const Step &step, Evaluation &evaluation) const
         isUnknown = isUnknown || operand.isUnknown();
         numbers[i] = operand.number;
     }
-    return isUnknown ? Operand::unknown() : calculate(step.operation, numbers[0], numbers[1], numbers[2]);
+    return isUnknown ? Operand::unknown()
+                     : calculate(step.operation, numbers[0], numbers[1], numbers[2], evaluation);
 }

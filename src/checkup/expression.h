@@ -21,7 +21,7 @@ struct ObjectReference
 
 /*! A formula of a rule, ready to be evaluated; made by ExpressionParser.
  *
- *  The logic has three values. What a device does not have makes a comparison absent, what was not read makes it unknown;
+ *  The logic has three values. What a device does not have makes a comparison absent, what was not read or cannot be calculated makes it unknown;
  *  "and" and "or" come to a result all the same where the other side decides.
  */
 class Expression
@@ -87,6 +87,8 @@ public:
     std::optional<Fact> asFact() const;
     /*! Whether it speaks of a text, with which nothing can be calculated. */
     bool hasTextFact() const;
+    /*! Whether it asks a device for an object. */
+    bool hasObject() const;
 
 private:
     Operand evaluate(int position, Evaluation &evaluation) const;

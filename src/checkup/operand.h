@@ -11,7 +11,7 @@ struct Operand
     enum class Kind : quint8 {
         Number,
         Absent, //!< the device does not have what is spoken of, so that nothing can be said about it
-        Unknown //!< the device may have it, but it was not read
+        Unknown //!< the device may have it, but it was not read; or it cannot be calculated
     };
 
     Kind kind = Kind::Absent;

@@ -63,10 +63,12 @@ void RuleReading::readRule(const JsonObject &object, const JsonFault &fault)
     if (m_rules.size() >= mostRules)
         return;
     const Rule rule = ruleOf(object);
-    if (fault.isEmpty())
+    if (fault.isEmpty()) {
         m_rules.append(rule);
-    else
+        m_known.append(rule.id);
+    } else {
         m_problems.append(rule.id.isEmpty() ? fault.text : tr("%1 (rule \"%2\")").arg(fault.text, rule.id));
+    }
 }
 
 void RuleReading::readWords(const JsonObject &tables)
@@ -169,7 +171,7 @@ QString RuleReading::oneOf(const char *words)
     return tr("One of these words is wanted: %1.").arg(QLatin1String(words));
 }
 
-Rule RuleReading::ruleOf(const JsonObject &object)
+Rule RuleReading::ruleOf(const JsonObject &object) const
 {
     static const QRegularExpression name(QStringLiteral("^[a-z0-9-]+$"));
     Rule rule;
@@ -179,7 +181,7 @@ Rule RuleReading::ruleOf(const JsonObject &object)
         JsonPlace(&object.place(), "id").complain(tr("A name of small letters, digits and - is wanted."));
     }
     if (object.optionalText("severity") == QLatin1String("off")) {
-        rule.cases.append(RuleCase()); // its other members do not matter
+        switchOff(object, &rule); // its other members do not matter
         return rule;
     }
     const QString scope = object.optionalText("scope");
@@ -195,7 +197,37 @@ Rule RuleReading::ruleOf(const JsonObject &object)
     readNeeds(object, loops, &rule);
     rule.when = formulaOf(object, "when", loops);
     readCases(object, loops, &rule);
+    if (rule.scope == Rule::Scope::Vehicle)
+        checkVehicleRule(object, rule);
     return rule;
+}
+
+/*! A name that is mistyped would leave the rule on without a word. */
+void RuleReading::switchOff(const JsonObject &object, Rule *rule) const
+{
+    rule->cases.append(RuleCase());
+    if (!m_known.contains(rule->id))
+        JsonPlace(&object.place(), "id")
+            .complain(tr("There is no rule of this name before it, to be switched off."));
+}
+
+/*! The vehicle as a whole has no objects, so that a condition with one would never hold. */
+void RuleReading::checkVehicleRule(const JsonObject &object, const Rule &rule)
+{
+    const QString problem = tr("A rule of the vehicle has no objects.");
+    const JsonPlace loops(&object.place(), "for");
+    for (int i = 0; i < rule.loops.size(); ++i) {
+        if (rule.loops.at(i).kind != RuleLoop::Kind::Numbers)
+            JsonPlace(&loops, i).complain(problem);
+    }
+    if (rule.when.hasObject())
+        JsonPlace(&object.place(), "when").complain(problem);
+    const JsonPlace cases(&object.place(), "cases");
+    for (int i = 0; i < rule.cases.size(); ++i) {
+        const JsonPlace place(&cases, i);
+        if (rule.cases.at(i).when.hasObject())
+            JsonPlace(&place, "when").complain(problem);
+    }
 }
 
 void RuleReading::readClasses(const JsonObject &object, Rule *rule)

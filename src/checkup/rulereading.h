@@ -20,6 +20,12 @@ class RuleReading
 public:
     static constexpr int version = 1; //!< the highest one that is known
 
+    /*! \a known are the names of the rules in the files before. */
+    explicit RuleReading(const QStringList &known)
+        : m_known(known)
+    {
+    }
+
     void read(const JsonObject &document);
 
     const QVector<Rule> &rules() const { return m_rules; }
@@ -44,7 +50,9 @@ private:
     static KindRow kindOf(const JsonObject &object);
     static void readObjects(const JsonObject &object, KindRow *row);
     static QString oneOf(const char *words);
-    static Rule ruleOf(const JsonObject &object);
+    Rule ruleOf(const JsonObject &object) const;
+    void switchOff(const JsonObject &object, Rule *rule) const;
+    static void checkVehicleRule(const JsonObject &object, const Rule &rule);
     static void readClasses(const JsonObject &object, Rule *rule);
     static Loops readLoops(const JsonObject &object, Rule *rule);
     static bool readLoop(const QString &text, const Loops &known, ExpressionParser::Loop *loop,
@@ -57,6 +65,7 @@ private:
     static LocalText<QString> plainTextOf(const JsonObject &object, const char *key);
     static qint64 codeOf(const JsonObject &object, const char *key);
 
+    QStringList m_known; // names of rules
     QVector<Rule> m_rules;
     WordTables m_words;
     QVector<KindRow> m_kinds;

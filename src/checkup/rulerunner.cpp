@@ -23,7 +23,7 @@ void RuleRunner::apply(const Rule &rule, int position, QVector<Finding> *finding
     for (const Expression &need : rule.needs) {
         const Operand operand = need.evaluate(evaluation);
         if (operand.isUnknown())
-            gaps->add(evaluation);
+            gaps->add(evaluation, rule.id);
         if (!operand.isNumber())
             return;
         evaluation.clearNotes();
@@ -40,7 +40,7 @@ void RuleRunner::runLoop(const Rule &rule, int loop, Evaluation &evaluation)
     }
     const RuleLoop &numbers = rule.loops.at(loop);
     const int first = numbers.kind == RuleLoop::Kind::SubIndices ? 1 : numbers.first;
-    const int last = lastOf(numbers, evaluation);
+    const int last = lastOf(rule, numbers, evaluation);
     for (int i = first; i <= last && m_steps + evaluation.steps() <= mostSteps && !isFull(); ++i) {
         if (numbers.kind == RuleLoop::Kind::Objects)
             evaluation.setLoop(loop, i - first + 1, static_cast<quint16>(i));
@@ -51,7 +51,7 @@ void RuleRunner::runLoop(const Rule &rule, int loop, Evaluation &evaluation)
 }
 
 /*! The last number of a loop. That of sub-indices is the object's count, which is a byte. */
-int RuleRunner::lastOf(const RuleLoop &loop, Evaluation &evaluation)
+int RuleRunner::lastOf(const Rule &rule, const RuleLoop &loop, Evaluation &evaluation)
 {
     if (loop.kind != RuleLoop::Kind::SubIndices)
         return loop.last;
@@ -60,7 +60,7 @@ int RuleRunner::lastOf(const RuleLoop &loop, Evaluation &evaluation)
     key.subIndex = 0;
     const Operand count = evaluation.object(key);
     if (count.isUnknown())
-        m_gaps->add(evaluation);
+        m_gaps->add(evaluation, rule.id);
     constexpr double most = 255;
     return count.isNumber() ? static_cast<int>(qBound(0.0, count.number, most)) : 0;
 }
@@ -68,10 +68,10 @@ int RuleRunner::lastOf(const RuleLoop &loop, Evaluation &evaluation)
 void RuleRunner::runInstance(const Rule &rule, Evaluation &evaluation)
 {
     evaluation.clearNotes();
-    if (!isMet(rule.when, evaluation))
+    if (!isMet(rule, rule.when, evaluation))
         return;
     for (int i = 0; i < rule.cases.size(); ++i) {
-        if (!isMet(rule.cases.at(i).when, evaluation) || !rule.cases.at(i).severity)
+        if (!isMet(rule, rule.cases.at(i).when, evaluation) || !rule.cases.at(i).severity)
             continue;
         find(rule, i, evaluation);
         if (rule.take == Rule::Take::First)
@@ -79,14 +79,14 @@ void RuleRunner::runInstance(const Rule &rule, Evaluation &evaluation)
     }
 }
 
-/*! Whether the condition holds; what is missing to know it is noted. */
-bool RuleRunner::isMet(const Expression &condition, Evaluation &evaluation)
+/*! Whether a condition of the rule holds; what is missing to know it is noted. */
+bool RuleRunner::isMet(const Rule &rule, const Expression &condition, Evaluation &evaluation)
 {
     if (condition.isEmpty())
         return true;
     const Operand result = condition.evaluate(evaluation);
     if (result.isUnknown())
-        m_gaps->add(evaluation);
+        m_gaps->add(evaluation, rule.id);
     return result.isTrue();
 }
 

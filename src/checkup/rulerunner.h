@@ -31,9 +31,9 @@ public:
 
 private:
     void runLoop(const Rule &rule, int loop, Evaluation &evaluation);
-    int lastOf(const RuleLoop &loop, Evaluation &evaluation);
+    int lastOf(const Rule &rule, const RuleLoop &loop, Evaluation &evaluation);
     void runInstance(const Rule &rule, Evaluation &evaluation);
-    bool isMet(const Expression &condition, Evaluation &evaluation);
+    bool isMet(const Rule &rule, const Expression &condition, Evaluation &evaluation);
     void find(const Rule &rule, int position, Evaluation &evaluation);
     static QString instanceOf(const Rule &rule, int position, const Evaluation &evaluation);
     bool isFull() const;

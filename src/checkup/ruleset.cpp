@@ -74,7 +74,7 @@ void RuleSet::add(const QByteArray &text, const QString &name)
         complain(error);
         return;
     }
-    RuleReading reading;
+    RuleReading reading(m_positions.keys());
     JsonFault fault;
     const JsonPlace top(&fault);
     reading.read(JsonObject(document->root(), top));

@@ -116,10 +116,10 @@ void tst_Expression::evaluate_data()
     row("0x1F", "31");
     row("--2", "2");
     row("-2 + 5", "3");
-    row("1 / 0", "absent");
-    row("1e200 * 1e200", "absent");
-    row("1e308 + 1e308", "absent");
-    row("-1e308 - 1e308", "absent");
+    row("1 / 0", "unknown");
+    row("1e200 * 1e200", "unknown");
+    row("1e308 + 1e308", "unknown");
+    row("-1e308 - 1e308", "unknown");
     row("true + false", "1");
     // Comparisons
     row("2 < 3", "1");

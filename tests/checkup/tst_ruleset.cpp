@@ -51,7 +51,10 @@ private slots:
     void otherRulesGoOn();
     void laterRuleReplaces();
     void ruleIsSwitchedOff();
+    void ruleOfTheSameFileIsSwitchedOff();
     void casesThatAreOffAskForNothing();
+    void whatCannotBeCalculatedIsNotChecked();
+    void vehicleThatCannotBeCalculatedIsNotChecked();
     void worstFindingOfTheVehicleIsFirst();
     void vehicleNeedsOfEveryNode();
     void noteIsNoFault();
@@ -179,6 +182,24 @@ void tst_RuleSet::wrongRule_data()
         "rules[0].cases: 1 to 100 cases are wanted. (rule \"a\")");
     row("bad case", R"({"id": "a", "severity": "note", "cases": [{"when": "x"}], "text": {"en": "x"}})",
         "rules[0].cases[0].when: \"x\" is not known, at character 1. (rule \"a\")");
+    row("object of all devices",
+        R"({"id": "a", "scope": "vehicle", "severity": "note", "when": "1 > 2 or 6042h.1 > 3", "text": {"en": "x"}})",
+        "rules[0].when: A rule of the vehicle has no objects. (rule \"a\")");
+    row("sum of all devices",
+        R"({"id": "a", "scope": "vehicle", "severity": "note", "when": "max(6042h) > 3", "text": {"en": "x"}})",
+        "rules[0].when: A rule of the vehicle has no objects. (rule \"a\")");
+    row("case with an object of all devices",
+        R"({"id": "a", "scope": "vehicle", "severity": "note", "text": {"en": "x"},
+            "cases": [{"when": "true"}, {"when": "6042h.1 > 3"}]})",
+        "rules[0].cases[1].when: A rule of the vehicle has no objects. (rule \"a\")");
+    row("loop over an object of all devices",
+        R"({"id": "a", "scope": "vehicle", "for": ["b in 0 to 1", "s in 6042h"], "severity": "note", "when": "true",
+            "text": {"en": "x"}})",
+        "rules[0].for[1]: A rule of the vehicle has no objects. (rule \"a\")");
+    row("off without a rule", R"({"id": "mistyped", "severity": "off"})",
+        "rules[0].id: There is no rule of this name before it, to be switched off. (rule \"mistyped\")");
+    row("off before the rule", R"({"id": "good", "severity": "off"})",
+        "rules[0].id: There is no rule of this name before it, to be switched off. (rule \"good\")");
 }
 
 void tst_RuleSet::wrongRule()
@@ -269,6 +290,46 @@ void tst_RuleSet::ruleIsSwitchedOff()
     const CheckupResult result
         = Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), rules, QStringLiteral("en"));
     QCOMPARE(result.verdict, Verdict::Note); // and not incomplete: nobody asks for 7777h any more
+}
+
+void tst_RuleSet::ruleOfTheSameFileIsSwitchedOff()
+{
+    RuleSet rules;
+    rules.add(fileWith(goodRule("a") + R"(, {"id": "a", "severity": "off"})"), QStringLiteral("1.json"));
+    QCOMPARE(rules.problems(), QStringList());
+    QCOMPARE(texts(rules), QStringList());
+}
+
+void tst_RuleSet::whatCannotBeCalculatedIsNotChecked()
+{
+    RuleSet rules;
+    rules.add(fileWith(R"({"id": "share", "for": "b in 1 to 3", "severity": "note", "text": {"en": "x"},
+                           "when": "node.id == 2 and 1000h / (b - b) > 1"})"),
+              QStringLiteral("1.json"));
+    QCOMPARE(rules.problems(), QStringList());
+    const CheckupResult result
+        = Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), rules, QStringLiteral("en"));
+    QCOMPARE(
+        result.component(2)->notChecked,
+        QStringList{QStringLiteral(
+            "The rule \"share\" cannot be calculated: it divides by zero, or a number becomes too large.")});
+    QCOMPARE(result.component(3)->state, ComponentState::Good);
+    QCOMPARE(result.verdict, Verdict::Incomplete);
+}
+
+void tst_RuleSet::vehicleThatCannotBeCalculatedIsNotChecked()
+{
+    RuleSet rules;
+    rules.add(fileWith(R"({"id": "share", "scope": "vehicle", "severity": "note", "text": {"en": "x"},
+                           "when": "vehicle.nodes / 0 > 1"})"),
+              QStringLiteral("1.json"));
+    const CheckupResult result
+        = Checkup::judge(VehicleSnapshot::of(QStringLiteral("pedelec")), rules, QStringLiteral("en"));
+    QCOMPARE(result.verdict, Verdict::Incomplete);
+    QCOMPARE(
+        result.component(2)->notChecked,
+        QStringList{QStringLiteral(
+            "The rule \"share\" cannot be calculated: it divides by zero, or a number becomes too large.")});
 }
 
 void tst_RuleSet::casesThatAreOffAskForNothing()
