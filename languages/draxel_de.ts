@@ -1538,6 +1538,10 @@ Jetzt: %2</translation>
         <source>Nobody has read everything in the trace.</source>
         <translation>In der Aufzeichnung hat niemand alles gelesen.</translation>
     </message>
+    <message>
+        <source>The rule &quot;%1&quot; cannot be calculated: it divides by zero, or a number becomes too large.</source>
+        <translation>Die Regel &quot;%1&quot; kann nicht berechnet werden: Sie teilt durch null, oder eine Zahl wird zu groß.</translation>
+    </message>
 </context>
 <context>
     <name>ComponentModel</name>
@@ -4197,6 +4201,14 @@ Jetzt: %2</translation>
     <message>
         <source>The English text, &quot;en&quot;, is missing.</source>
         <translation>Der englische Text, &quot;en&quot;, fehlt.</translation>
+    </message>
+    <message>
+        <source>There is no rule of this name before it, to be switched off.</source>
+        <translation>Davor gibt es keine Regel dieses Namens, die abgeschaltet werden könnte.</translation>
+    </message>
+    <message>
+        <source>A rule of the vehicle has no objects.</source>
+        <translation>Eine Regel des Fahrzeugs hat keine Objekte.</translation>
     </message>
 </context>
 <context>

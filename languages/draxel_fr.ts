@@ -1538,6 +1538,10 @@ Maintenant&#xa0;: %2</translation>
         <source>Nobody has read everything in the trace.</source>
         <translation>Personne n’a tout lu dans la trace.</translation>
     </message>
+    <message>
+        <source>The rule &quot;%1&quot; cannot be calculated: it divides by zero, or a number becomes too large.</source>
+        <translation>La règle &quot;%1&quot; ne peut pas être calculée&#xa0;: elle divise par zéro, ou un nombre devient trop grand.</translation>
+    </message>
 </context>
 <context>
     <name>ComponentModel</name>
@@ -4197,6 +4201,14 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>The English text, &quot;en&quot;, is missing.</source>
         <translation>Il manque le texte anglais, &quot;en&quot;.</translation>
+    </message>
+    <message>
+        <source>There is no rule of this name before it, to be switched off.</source>
+        <translation>Il n’y a avant elle aucune règle de ce nom à désactiver.</translation>
+    </message>
+    <message>
+        <source>A rule of the vehicle has no objects.</source>
+        <translation>Une règle du véhicule n’a pas d’objets.</translation>
     </message>
 </context>
 <context>

@@ -1538,6 +1538,10 @@ Nu: %2</translation>
         <source>Nobody has read everything in the trace.</source>
         <translation>Niemand heeft in de opname alles gelezen.</translation>
     </message>
+    <message>
+        <source>The rule &quot;%1&quot; cannot be calculated: it divides by zero, or a number becomes too large.</source>
+        <translation>De regel &quot;%1&quot; kan niet worden berekend: hij deelt door nul, of een getal wordt te groot.</translation>
+    </message>
 </context>
 <context>
     <name>ComponentModel</name>
@@ -4197,6 +4201,14 @@ Nu: %2</translation>
     <message>
         <source>The English text, &quot;en&quot;, is missing.</source>
         <translation>De Engelse tekst, &quot;en&quot;, ontbreekt.</translation>
+    </message>
+    <message>
+        <source>There is no rule of this name before it, to be switched off.</source>
+        <translation>Ervoor is er geen regel met deze naam die kan worden uitgeschakeld.</translation>
+    </message>
+    <message>
+        <source>A rule of the vehicle has no objects.</source>
+        <translation>Een regel van het voertuig heeft geen objecten.</translation>
     </message>
 </context>
 <context>

@@ -1528,6 +1528,10 @@ Now: %2</source>
         <source>Nobody has read everything in the trace.</source>
         <translation>总线记录中没有程序读取过全部内容。</translation>
     </message>
+    <message>
+        <source>The rule &quot;%1&quot; cannot be calculated: it divides by zero, or a number becomes too large.</source>
+        <translation>规则“%1”无法计算：除数为零，或某个数过大。</translation>
+    </message>
 </context>
 <context>
     <name>ComponentModel</name>
@@ -4182,6 +4186,14 @@ Now: %2</source>
     <message>
         <source>The English text, &quot;en&quot;, is missing.</source>
         <translation>缺少英文文本 &quot;en&quot;。</translation>
+    </message>
+    <message>
+        <source>There is no rule of this name before it, to be switched off.</source>
+        <translation>此前没有可关闭的同名规则。</translation>
+    </message>
+    <message>
+        <source>A rule of the vehicle has no objects.</source>
+        <translation>整车规则不能使用对象。</translation>
     </message>
 </context>
 <context>
