@@ -1540,7 +1540,7 @@ Jetzt: %2</translation>
     </message>
     <message>
         <source>The rule &quot;%1&quot; cannot be calculated: it divides by zero, or a number becomes too large.</source>
-        <translation>Die Regel &quot;%1&quot; kann nicht berechnet werden: Sie teilt durch null, oder eine Zahl wird zu groß.</translation>
+        <translation>Die Regel „%1“ kann nicht berechnet werden: Sie teilt durch null, oder eine Zahl wird zu groß.</translation>
     </message>
 </context>
 <context>

@@ -1540,7 +1540,7 @@ Maintenant&#xa0;: %2</translation>
     </message>
     <message>
         <source>The rule &quot;%1&quot; cannot be calculated: it divides by zero, or a number becomes too large.</source>
-        <translation>La règle &quot;%1&quot; ne peut pas être calculée&#xa0;: elle divise par zéro, ou un nombre devient trop grand.</translation>
+        <translation>La règle «&#xa0;%1&#xa0;» ne peut pas être calculée&#xa0;: elle divise par zéro, ou un nombre devient trop grand.</translation>
     </message>
 </context>
 <context>

@@ -1540,7 +1540,7 @@ Nu: %2</translation>
     </message>
     <message>
         <source>The rule &quot;%1&quot; cannot be calculated: it divides by zero, or a number becomes too large.</source>
-        <translation>De regel &quot;%1&quot; kan niet worden berekend: hij deelt door nul, of een getal wordt te groot.</translation>
+        <translation>De regel “%1” kan niet worden berekend: hij deelt door nul, of een getal wordt te groot.</translation>
     </message>
 </context>
 <context>
