@@ -118,6 +118,8 @@ QString ReportHead::headline(const CheckupResult &checkup)
 QString ReportHead::sentence(const CheckupResult &checkup)
 {
     const QStringList texts = counts(checkup);
+    if (texts.isEmpty() && checkup.components.isEmpty())
+        return ReportTr::tr("No component was heard.");
     if (texts.isEmpty())
         return ReportTr::tr("Nothing was found, and all components were checked.");
     return texts.join(QStringLiteral(", "));

@@ -100,7 +100,10 @@ ReportSection ReportParts::findings(const CheckupResult &checkup)
                      [](const ReportItem &a, const ReportItem &b) { return a.mark > b.mark; });
 
     ReportSection section{ReportTr::tr("What was found, and what to do"), {}};
-    if (items.isEmpty())
+    const bool isNobody = items.isEmpty() && checkup.components.isEmpty();
+    if (isNobody)
+        section.blocks.append(ReportParagraph{ReportTr::tr("No component was heard.")});
+    else if (items.isEmpty())
         section.blocks.append(ReportParagraph{ReportTr::tr("Nothing was found.")});
     else
         section.blocks.append(ReportItems{items});
@@ -161,7 +164,9 @@ ReportSection ReportParts::unread(const ServiceReportData &data, const ReportWor
             table.rows.append({{place, ending, QString(), ReportTr::tr("Everything")}, ReportMark::None});
     }
     ReportSection section{ReportTr::tr("What was not read"), {}};
-    if (table.rows.isEmpty())
+    if (data.snapshot.nodes.isEmpty())
+        section.blocks.append(ReportParagraph{ReportTr::tr("No component was heard.")});
+    else if (table.rows.isEmpty())
         section.blocks.append(ReportParagraph{ReportTr::tr("Everything that was asked for was answered.")});
     else
         section.blocks.append(table);
