@@ -65,6 +65,14 @@ namespace {
 constexpr int leastMessages = 18; // pixels of the messages, on a very small screen
 constexpr int noticeTime = 10000; // ms that what was done stands in the status bar
 
+QString listOf(const QVector<quint8> &nodeIds)
+{
+    QStringList numbers;
+    for (const quint8 nodeId : nodeIds)
+        numbers.append(QString::number(nodeId));
+    return numbers.join(QLatin1String(", "));
+}
+
 /*! What snapshots are said to be made by. */
 QString programAndVersion()
 {
@@ -338,6 +346,15 @@ void MainWindow::connectCheckup()
     connect(m_session, &CheckupSession::rulesRefused, this, [this](const QStringList &problems) {
         for (const QString &problem : problems)
             m_log->add(MessageLog::Severity::Warning, problem);
+    });
+    connect(m_session, &CheckupSession::vehicleReplaced, this, [this](const QVector<quint8> &nodeIds) {
+        tell(MessageLog::Severity::Warning, tr("Another vehicle is connected than the one that was shown "
+                                               "(node %1). The check-up has begun anew.")
+                                                .arg(listOf(nodeIds)));
+    });
+    connect(m_session, &CheckupSession::devicesReplaced, this, [this](const QVector<quint8> &nodeIds) {
+        tell(MessageLog::Severity::Warning,
+             tr("There is another device than before on node %1; it was read anew.").arg(listOf(nodeIds)));
     });
     connect(m_session, &CheckupSession::notesFailed, this, &MainWindow::showError);
     connect(m_checkup, &CheckupPage::openRequested, this, &MainWindow::openChosen);

@@ -14,6 +14,8 @@
 
 namespace {
 
+constexpr quint16 identityObject = 0x1018;
+
 QString programName()
 {
     return QCoreApplication::applicationName() + QLatin1Char(' ') + QCoreApplication::applicationVersion();
@@ -36,6 +38,28 @@ QVector<HealthTrend> trendsOf(const Snapshot &snapshot, Archive &archive)
         }
     }
     return trends;
+}
+
+bool hasIdentity(const SnapshotNode &node)
+{
+    return std::any_of(node.entries.cbegin(), node.entries.cend(), [](const SnapshotEntry &entry) {
+        return entry.key.index == identityObject && !entry.isGap();
+    });
+}
+
+/*! Without the values of nodes of which nobody could say whether the same devices answer now. */
+Snapshot ofKnownDevices(const Snapshot &snapshot)
+{
+    Snapshot known = snapshot;
+    for (SnapshotNode &node : known.nodes) {
+        if (hasIdentity(node))
+            continue;
+        SnapshotNode unknown;
+        unknown.id = node.id;
+        unknown.end = SnapshotEnd::Cancelled; // or it would only be asked for what it lacks
+        node = unknown;
+    }
+    return known;
 }
 
 } // namespace
@@ -106,8 +130,8 @@ void CheckupSession::resume()
 {
     if (!canResume())
         return;
-    SnapshotOrder order;
-    order.earlier = m_record.snapshot; // whose scope counts
+    SnapshotOrder order; // the earlier one's scope counts
+    order.earlier = m_isSameVehicle ? m_record.snapshot : ofKnownDevices(m_record.snapshot);
     begin(order);
 }
 
@@ -115,6 +139,7 @@ void CheckupSession::begin(SnapshotOrder order)
 {
     if (!canStart())
         return;
+    m_mayBeOther = order.earlier && !m_isSameVehicle;
     order.program = programName();
     order.notes = notesForNext();
     m_notes = order.notes;
@@ -125,17 +150,42 @@ void CheckupSession::begin(SnapshotOrder order)
     m_news.clear();
     m_run = std::make_unique<SnapshotRun>(&m_services->bus());
     connect(m_run.get(), &SnapshotRun::nodeAdded, this, &CheckupSession::handleNodeAdded);
-    connect(m_run.get(), &SnapshotRun::nodeChanged, this, [this](quint8 nodeId) {
-        m_news.insert(nodeId);
-        if (!m_newsTimer.isActive())
-            m_newsTimer.start();
-    });
+    connect(m_run.get(), &SnapshotRun::nodeChanged, this, &CheckupSession::handleNodeChanged);
     connect(m_run.get(), &SnapshotRun::nodeFinished, this, &CheckupSession::handleNodeFinished);
     connect(m_run.get(), &SnapshotRun::busLostChanged, this, &CheckupSession::busLostChanged);
     connect(m_run.get(), &SnapshotRun::finished, this, &CheckupSession::handleFinished);
     m_run->start(order);
     emit changed();
     emit obstacleChanged();
+}
+
+/*! With the vehicle that is there, in the place of a run that was to complete another one's snapshot. When that was
+ *  cancelled, what was shown stays.
+ */
+void CheckupSession::beginAnew()
+{
+    const QVector<quint8> nodes = replacedNodes();
+    const bool isCancelled = m_run->isCancelled();
+    m_newsTimer.stop();
+    m_run->disconnect(this);
+    m_run->cancel();
+    m_run.release()->deleteLater(); // this may be one of its signals
+    m_services->sdoClient().setRefusing(false);
+    if (isCancelled) {
+        emit changed();
+        emit obstacleChanged();
+        return;
+    }
+    SnapshotOrder order;
+    order.scope = m_record.snapshot.scope;
+    begin(order);
+    emit vehicleReplaced(nodes);
+}
+
+QVector<quint8> CheckupSession::replacedNodes() const
+{
+    return m_run != nullptr && m_run->reader() != nullptr ? m_run->reader()->replacedNodes()
+                                                          : QVector<quint8>();
 }
 
 /*! Behind another bus is another vehicle; the technician stays. */
@@ -162,6 +212,21 @@ void CheckupSession::handleNodeAdded(quint8 nodeId)
         m_newsTimer.start();
 }
 
+void CheckupSession::handleNodeChanged(quint8 nodeId)
+{
+    m_news.insert(nodeId);
+    if (!m_newsTimer.isActive())
+        m_newsTimer.start();
+    if (!m_mayBeOther || replacedNodes().isEmpty())
+        return;
+    // The reader is in the middle of an answer.
+    const auto restart = [this] {
+        if (m_mayBeOther && !replacedNodes().isEmpty())
+            beginAnew();
+    };
+    QMetaObject::invokeMethod(this, restart, Qt::QueuedConnection);
+}
+
 /*! What rules say of one node by itself is not the last word: some compare it with the others. */
 void CheckupSession::handleNodeFinished(quint8 nodeId)
 {
@@ -181,6 +246,11 @@ void CheckupSession::handleNodeFinished(quint8 nodeId)
 void CheckupSession::handleFinished()
 {
     m_newsTimer.stop();
+    const QVector<quint8> replaced = replacedNodes();
+    if (m_mayBeOther && !replaced.isEmpty()) {
+        beginAnew();
+        return;
+    }
     m_services->sdoClient().setRefusing(false);
     CheckupRecord record;
     record.source = CheckupRecord::Source::Bus;
@@ -194,6 +264,8 @@ void CheckupSession::handleFinished()
     emit obstacleChanged();
     if (hasValues)
         keep();
+    if (!replaced.isEmpty())
+        emit devicesReplaced(replaced);
     emit finished();
 }
 

@@ -125,6 +125,10 @@ signals:
     void rulesRefused(const QStringList &problems);
     /*! A check-up has ended and was judged. */
     void finished();
+    /*! Instead of going on a check-up begins anew: these nodes are of another vehicle than the one shown. */
+    void vehicleReplaced(const QVector<quint8> &nodeIds);
+    /*! A check-up went on with the vehicle, and read these nodes anew, as there are other devices. */
+    void devicesReplaced(const QVector<quint8> &nodeIds);
     /*! The notes of what is shown, or was, could not be kept; a sentence. */
     void notesFailed(const QString &reason);
 
@@ -138,7 +142,10 @@ private:
 
     void begin(SnapshotOrder order);
     SnapshotNotes notesForNext() const;
+    void beginAnew();
+    QVector<quint8> replacedNodes() const;
     void handleNodeAdded(quint8 nodeId);
+    void handleNodeChanged(quint8 nodeId);
     void handleNodeFinished(quint8 nodeId);
     void handleFinished();
     void showNews();
@@ -162,6 +169,7 @@ private:
     std::unique_ptr<SnapshotRun> m_run;
     SnapshotNotes m_notes;
     bool m_isSameVehicle = false; // the bus was not away since what is shown was read
+    bool m_mayBeOther = false;    // it goes on, with a vehicle that may not be the one shown
     CheckupRecord m_record;
     Kept m_kept = Kept::No;
     QString m_keepingProblem;

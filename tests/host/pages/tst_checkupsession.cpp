@@ -69,6 +69,16 @@ struct Desk
     CheckupSession session;
 };
 
+Snapshot withGap(const Snapshot &snapshot)
+{
+    Snapshot gaps = snapshot;
+    SnapshotEntry lost;
+    lost.key = {0x1018, 4};
+    lost.gap = SnapshotGap::NoAnswer;
+    gaps.nodes.first().insert(lost);
+    return gaps;
+}
+
 SnapshotNotes ofCustomer()
 {
     SnapshotNotes notes;
@@ -115,6 +125,9 @@ private slots:
     void cancelKeepsWhatWasRead();
     void goesOnWhereItEnded();
     void goesOnWithSnapshotsOnly();
+    void beginsAnewWithAnotherVehicle();
+    void asksAnewWhereNobodyCanBeRecognised();
+    void tellsOfADeviceThatWasReplaced();
     void keepsToItsShareOfTheBus();
     void emptyBusIsNotKept();
     void refusesReadsOfPlugins();
@@ -254,11 +267,7 @@ void tst_CheckupSession::goesOnWithSnapshotsOnly()
     Desk desk(healthy());
     QVERIFY(desk.host.connectToBus());
     desk.run(SnapshotScope::Quick);
-    Snapshot gaps = desk.session.record().snapshot;
-    SnapshotEntry lost;
-    lost.key = {0x1018, 4};
-    lost.gap = SnapshotGap::NoAnswer;
-    gaps.nodes.first().insert(lost);
+    Snapshot gaps = withGap(desk.session.record().snapshot);
     desk.session.showFile(gaps, QStringLiteral("gaps.dxsnap"));
     QVERIFY(desk.session.canResume());
     gaps.scope = SnapshotScope::Imported; // nobody knows what was asked for
@@ -267,6 +276,77 @@ void tst_CheckupSession::goesOnWithSnapshotsOnly()
     gaps.scope = SnapshotScope::Recorded;
     desk.session.showFile(gaps, QStringLiteral("of-a-trace.dxsnap"));
     QVERIFY(!desk.session.canResume());
+}
+
+void tst_CheckupSession::beginsAnewWithAnotherVehicle()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    Snapshot former = withGap(desk.session.record().snapshot);
+    former.time = QDateTime(QDate(2026, 3, 12), QTime(10, 12), Qt::OffsetFromUTC, 0);
+    former.nodes.append(former.nodes.first());
+    former.nodes.last().id = 90; // which the other vehicle has not
+    desk.session.showFile(former, QStringLiteral("former.dxsnap"));
+    QVERIFY(desk.host.vehicle().node(2)->dictionary().setValue({0x1018, 4}, 4711));
+    const QSignalSpy told(&desk.session, &CheckupSession::vehicleReplaced);
+    const QSignalSpy finished(&desk.session, &CheckupSession::finished);
+    desk.session.resume();
+    waitUntil([&] { return finished.count() > 0; });
+    waitForArchive(desk.records);
+    QCOMPARE(told.count(), 1);
+    QCOMPARE(told.first().first().value<QVector<quint8>>(), QVector<quint8>{2});
+    const Snapshot &snapshot = desk.session.record().snapshot;
+    QCOMPARE(snapshot.nodes.size(), 14);
+    QVERIFY(snapshot.find(90) == nullptr);
+    QVERIFY(snapshot.time != former.time);
+    QCOMPARE(snapshot.scope, SnapshotScope::Quick);
+    QVERIFY(snapshot.isComplete());
+}
+
+void tst_CheckupSession::asksAnewWhereNobodyCanBeRecognised()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Full);
+    Snapshot former = desk.session.record().snapshot;
+    for (SnapshotEntry &entry : former.find(2)->entries) {
+        if (entry.key.index == 0x1018) {
+            entry.gap = SnapshotGap::NoAnswer;
+            entry.value = QVariant();
+            entry.raw.clear();
+        }
+    }
+    QVERIFY(desk.host.vehicle().node(2)->dictionary().setValue({0x6107, 1}, 230));
+    desk.session.showFile(former, QStringLiteral("former.dxsnap"));
+    desk.session.resume();
+    waitUntil([&desk] { return !desk.session.isRunning(); });
+    waitForArchive(desk.records);
+    QCOMPARE(desk.session.record().snapshot.time, former.time);
+    QCOMPARE(desk.session.record().snapshot.find(2)->value(0x6107, 1).toInt(), 230);
+}
+
+void tst_CheckupSession::tellsOfADeviceThatWasReplaced()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.session.start(SnapshotScope::Quick, Search::Heard);
+    waitUntil([&desk] {
+        const std::optional<SnapshotNode> battery = desk.session.node(2);
+        return battery && battery->value(0x1018, 4).isValid();
+    });
+    desk.session.cancel();
+    waitForArchive(desk.records);
+    const QDateTime begun = desk.session.record().snapshot.time;
+    QVERIFY(desk.host.vehicle().node(2)->dictionary().setValue({0x1018, 4}, 4711));
+    const QSignalSpy replaced(&desk.session, &CheckupSession::devicesReplaced);
+    QVERIFY(desk.session.canResume());
+    desk.session.resume(); // on the same connection: somebody has changed the battery
+    waitUntil([&desk] { return !desk.session.isRunning(); });
+    waitForArchive(desk.records);
+    QCOMPARE(replaced.count(), 1);
+    QCOMPARE(replaced.first().first().value<QVector<quint8>>(), QVector<quint8>{2});
+    QCOMPARE(desk.session.record().snapshot.time, begun);
 }
 
 void tst_CheckupSession::keepsToItsShareOfTheBus()
