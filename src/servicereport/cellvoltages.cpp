@@ -19,12 +19,20 @@ std::optional<double> numberOf(const QVariant &value)
     return isNumber ? std::optional<double>(number) : std::nullopt;
 }
 
+/*! A pack without a limit of its own has that of the first one. */
+std::optional<double> limitOf(const SnapshotNode &node, quint16 index, int pack)
+{
+    const SnapshotEntry *own = node.find(index, static_cast<quint8>(pack));
+    const bool isAbsent = own == nullptr || own->gap == SnapshotGap::Absent;
+    return numberOf(isAbsent ? node.value(index, 1) : own->value);
+}
+
 CellVoltages packOf(const SnapshotNode &node, int pack)
 {
     CellVoltages voltages;
     voltages.pack = pack;
-    voltages.highestAllowed = numberOf(node.value(highestCellVoltage, static_cast<quint8>(pack)));
-    voltages.lowestAllowed = numberOf(node.value(lowestCellVoltage, static_cast<quint8>(pack)));
+    voltages.highestAllowed = limitOf(node, highestCellVoltage, pack);
+    voltages.lowestAllowed = limitOf(node, lowestCellVoltage, pack);
     for (const SnapshotEntry &entry : node.entries) {
         if (entry.key.index == firstPack + pack - 1 && entry.key.subIndex > 0
             && entry.gap != SnapshotGap::Absent)

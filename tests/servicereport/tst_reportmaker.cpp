@@ -3,6 +3,7 @@
 #include "reportexample.h"
 #include "reporttexts.h"
 
+#include <servicereport/cellvoltages.h>
 #include <servicereport/reportmaker.h>
 
 #include <QtTest>
@@ -78,6 +79,7 @@ private slots:
     void whatWasNotReadIsNoValue();
     void componentOfWhichNothingWasReadSaysSoOnce();
     void cellsAreSaidInWords();
+    void packsWithoutLimitsHaveThoseOfTheFirst();
     void healthIsSaidInWords();
     void unreadObjectsAreGroupedByReason();
     void nothingFoundIsSaid();
@@ -382,6 +384,29 @@ void tst_ReportMaker::cellsAreSaidInWords()
                                  "Outside of that: cell 7.\n"
                                  "Not read: cell 10."));
     QVERIFY(!picture.drawing.items.isEmpty());
+}
+
+/*! As the check-up judges them. A limit that is there and could not be read is not known. */
+void tst_ReportMaker::packsWithoutLimitsHaveThoseOfTheFirst()
+{
+    using ReportExample::DataType;
+    SnapshotBuilder builder;
+    builder.node(2)
+        .value(0x6126, 1, DataType::Integer32, 4200)
+        .value(0x6127, 1, DataType::Integer32, 3000)
+        .gap(0x6127, 3, SnapshotGap::NoAnswer)
+        .value(0x6166, 1, DataType::Unsigned16, 2900)
+        .value(0x6167, 1, DataType::Unsigned16, 2900);
+    const Snapshot snapshot = builder.snapshot();
+    const QVector<CellVoltages> packs = CellVoltages::of(*snapshot.find(2));
+    QCOMPARE(packs.size(), 2);
+    QCOMPARE(packs.at(0).pack, 2);
+    QCOMPARE(packs.at(0).lowestAllowed.value_or(0), 3000.0);
+    QCOMPARE(packs.at(0).highestAllowed.value_or(0), 4200.0);
+    QVERIFY(packs.at(0).isOutside(packs.at(0).cells.first()));
+    QCOMPARE(packs.at(1).pack, 3);
+    QVERIFY(!packs.at(1).lowestAllowed);
+    QCOMPARE(packs.at(1).highestAllowed.value_or(0), 4200.0);
 }
 
 void tst_ReportMaker::healthIsSaidInWords()
