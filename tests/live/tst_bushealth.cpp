@@ -61,6 +61,9 @@ private slots:
     void aborts();
     void blocksAreNoPairs();
     void brokenBlocks();
+    void blocksOfADeviceThatRestarts();
+    void blocksThatAreAnsweredOtherwise();
+    void blocksThatAreAnsweredNoMore();
     void emergencies();
     void shareOfTheBus();
     void controller();
@@ -436,6 +439,45 @@ void tst_BusHealth::brokenBlocks()
     const SdoNumbers sdo = nodeIn(m_health->numbers(61 * second), 5)->sdo;
     QCOMPARE(sdo.answers, quint64(2));
     QCOMPARE(*sdo.longest, 4.0);
+}
+
+/*! Requests that follow one another within seconds must not keep the transfer alive that nobody goes on with. */
+void tst_BusHealth::blocksOfADeviceThatRestarts()
+{
+    feed(0, 0x605, "C600100004000000");
+    feed(2 * millisecond, 0x585, "A400100002000000");
+    feed(10 * millisecond, 0x605, "0111111111111111");
+    feed(500 * millisecond, 0x705, "00");
+    feed(second, 0x605, "4018100100000000");
+    feed(second + 5 * millisecond, 0x585, "4318100111223344");
+    const SdoNumbers sdo = nodeIn(m_health->numbers(20 * second), 5)->sdo;
+    QCOMPARE(sdo.answers, quint64(2));
+    QCOMPARE(*sdo.longest, 5.0);
+    QCOMPARE(sdo.unanswered, quint64(0));
+}
+
+void tst_BusHealth::blocksThatAreAnsweredOtherwise()
+{
+    feed(0, 0x605, "C600100004000000");
+    feed(2 * millisecond, 0x585, "A400100002000000");
+    feed(second, 0x605, "4018100100000000"); // may be a segment
+    feed(second + 5 * millisecond, 0x585, "4318100111223344");
+    feed(2 * second, 0x605, "4018100100000000");
+    feed(2 * second + 5 * millisecond, 0x585, "4318100111223344");
+    feed(3 * second, 0x605, "4018100100000000");
+    const SdoNumbers sdo = nodeIn(m_health->numbers(20 * second), 5)->sdo;
+    QCOMPARE(sdo.answers, quint64(2));
+    QCOMPARE(*sdo.longest, 5.0);
+    QCOMPARE(sdo.unanswered, quint64(1));
+}
+
+void tst_BusHealth::blocksThatAreAnsweredNoMore()
+{
+    feed(0, 0x605, "C600100004000000");
+    feed(2 * millisecond, 0x585, "A400100002000000");
+    for (int i = 1; i <= 15; ++i)
+        feed(i * second, 0x605, "4018100100000000");
+    QCOMPARE(nodeIn(m_health->numbers(30 * second), 5)->sdo.unanswered, quint64(5)); // those after 10 s
 }
 
 void tst_BusHealth::emergencies()

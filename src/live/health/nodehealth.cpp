@@ -39,6 +39,8 @@ void NodeHealth::handleHeartbeat(const LiveFrame &frame)
     // The first thing that is heard may be the boot-up message of a vehicle that was switched on.
     if (*state == CanOpen::NmtState::BootUp && isHeard())
         ++m_restarts;
+    if (*state == CanOpen::NmtState::BootUp)
+        m_sdo.endBlocks();
     m_heartbeat.beat(frame.time, *state);
 }
 

@@ -10,6 +10,12 @@ namespace {
 
 constexpr quint8 blockDownloadEnd = 0xA1;
 
+/*! Of an answer: whether more of a block download follows. */
+bool isBlockDownload(const LiveFrame &frame)
+{
+    return sdoResponseOf(frame.payload) == SdoResponse::BlockDownload && frame.byteAt(0) != blockDownloadEnd;
+}
+
 } // namespace
 
 bool isAbsence(quint32 abortCode)
@@ -38,9 +44,9 @@ void SdoWatch::handleRequest(const LiveFrame &frame)
 bool SdoWatch::goesOnInBlocks(const LiveFrame &frame)
 {
     const bool isUnderWay = m_blocks != Blocks::None && frame.time - m_blocksAt < longestWait;
-    m_blocksAt = frame.time;
     if (isUnderWay && m_blocks == Blocks::Download)
-        return true; // segments may begin with any byte
+        return true; // segments may begin with any byte, so a request of another transfer looks like one
+    m_blocksAt = frame.time;
     const bool isUpload = sdoRequestOf(frame.payload) == SdoRequest::BlockUpload;
     const SdoBlockUpload step = sdoBlockUploadOf(frame.payload);
     const bool isStart = isUpload && step == SdoBlockUpload::Start;
@@ -59,10 +65,8 @@ void SdoWatch::handleAnswer(const LiveFrame &frame)
     m_blocksAt = frame.time;
     if (frame.byteAt(0) == sdoAbortCommand)
         noteAbort(frame);
-    else if (m_blocks == Blocks::None && sdoResponseOf(frame.payload) == SdoResponse::BlockDownload)
-        m_blocks = Blocks::Download;
-    if (m_blocks == Blocks::Download && frame.byteAt(0) == blockDownloadEnd)
-        m_blocks = Blocks::None;
+    else if (m_blocks != Blocks::Upload)
+        m_blocks = isBlockDownload(frame) ? Blocks::Download : Blocks::None;
 }
 
 void SdoWatch::noteTime(qint64 time)

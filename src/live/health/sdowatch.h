@@ -19,6 +19,8 @@ public:
 
     /*! Nobody could listen meanwhile. */
     void interrupt() { m_asked = false; }
+    /*! The device has restarted, and knows of no transfer in blocks. */
+    void endBlocks() { m_blocks = Blocks::None; }
 
     using Times = SampleRing<512>;
     const Times &times() const { return m_times; }
@@ -44,7 +46,7 @@ private:
     bool m_asked = false;
     Blocks m_blocks = Blocks::None;
     qint64 m_askedAt = 0;
-    qint64 m_blocksAt = 0; // time of their last frame
+    qint64 m_blocksAt = 0; // time of their last frame; of a download: of its last answer
     Times m_times;
     quint64 m_unanswered = 0;
     quint64 m_aborts = 0;
