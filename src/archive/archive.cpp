@@ -124,7 +124,7 @@ bool Archive::addVerdict(KeptVisit *kept, const std::optional<VisitVerdict> &ver
     if (!m_visits.read(kept->visitId, &visit))
         return false;
     kept->vehicleId = visit.vehicleId;
-    return !verdict || m_visits.setVerdict(kept->visitId, *verdict);
+    return !verdict || visit.verdict || m_visits.setVerdict(kept->visitId, *verdict);
 }
 
 std::optional<Snapshot> Archive::load(qint64 visitId, QString *errorMessage)

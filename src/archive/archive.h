@@ -28,8 +28,8 @@ public:
     bool open(const ArchiveAddress &address, Missing missing, QString *errorMessage);
     const ArchiveAddress &address() const { return m_database.address(); }
 
-    /*! Keeps a snapshot. The same one is kept once: then a verdict is added where there was none. A snapshot without a
-     *  time is filed under \a now.
+    /*! Keeps a snapshot. The same one is kept once: then a verdict is added where there was none, and
+     *  one that is there stays, see setVerdict(). A snapshot without a time is filed under \a now.
      */
     std::optional<KeptVisit> add(const Snapshot &snapshot, const std::optional<VisitVerdict> &verdict,
                                  QString *errorMessage, const QDateTime &now = QDateTime::currentDateTime());

@@ -25,8 +25,11 @@ VisitKeeper::Outcome VisitKeeper::keepNow(Archive &archive, const WaitingVisits 
 {
     Outcome outcome;
     outcome.visit = archive.add(snapshot, verdict, error);
-    if (outcome.visit)
+    if (outcome.visit) {
+        if (verdict && !outcome.visit->isNew) // kept before; the last check-up counts
+            archive.setVerdict(outcome.visit->visitId, *verdict, error);
         return outcome;
+    }
     QString problem;
     outcome.waitingFile = waiting.save(snapshot, &problem);
     if (!outcome.waitingFile)

@@ -54,6 +54,8 @@ private slots:
     void knowsTheVisit();
     void keepsTheSameSnapshotOnce_data() { ArchivePlaces::addRows(); }
     void keepsTheSameSnapshotOnce();
+    void verdictThatIsThereStays_data() { ArchivePlaces::addRows(); }
+    void verdictThatIsThereStays();
     void snapshotWithoutTimeIsFiledUnderNow_data() { ArchivePlaces::addRows(); }
     void snapshotWithoutTimeIsFiledUnderNow();
     void isThereAgain_data() { ArchivePlaces::addRows(); }
@@ -188,6 +190,27 @@ void tst_Archive::keepsTheSameSnapshotOnce()
     QCOMPARE(idsOf(visits), QVector<qint64>{first->visitId});
     QVERIFY(visits->first().verdict); // which was judged meanwhile
     QCOMPARE(visits->first().verdict->verdict, Verdict::Ok);
+}
+
+/*! A backup that is read in again must not bring back what was judged before. */
+void tst_Archive::verdictThatIsThereStays()
+{
+    OpenArchive archive(m_places.make());
+    VisitVerdict newer;
+    newer.verdict = Verdict::Ok;
+    VisitVerdict older;
+    older.verdict = Verdict::Fault;
+    older.faults = 2;
+    const auto first = archive.add(snapshot(bike(1)), newer, &m_error);
+    const auto second = archive.add(snapshot(bike(1)), older, &m_error);
+    QVERIFY2(first && second, qPrintable(m_error));
+    QVERIFY(!second->isNew);
+    const auto visit = archive.visit(first->visitId, &m_error);
+    QVERIFY(visit->verdict);
+    QCOMPARE(visit->verdict->verdict, Verdict::Ok);
+    QCOMPARE(visit->verdict->faults, 0);
+    QVERIFY(archive.setVerdict(first->visitId, older, &m_error));
+    QCOMPARE(archive.visit(first->visitId, &m_error)->verdict->verdict, Verdict::Fault);
 }
 
 void tst_Archive::snapshotWithoutTimeIsFiledUnderNow()

@@ -182,6 +182,11 @@ void tst_VisitKeeper::keeps()
     const auto visit = kept.first().first().value<KeptVisit>();
     QVERIFY(visit.isNew);
     QVERIFY(OpenArchive(address).visit(visit.visitId, &m_error)->verdict);
+
+    verdict.verdict = Verdict::Warning; // the same snapshot, checked again
+    keeper.keep(numbered(1), verdict);
+    QTRY_COMPARE(worker.pendingCount(), 0);
+    QCOMPARE(OpenArchive(address).visit(visit.visitId, &m_error)->verdict->verdict, Verdict::Warning);
     QCOMPARE(m_waiting.count(), 0);
     // Nothing has waited, so there is nothing to tell of it.
     QTRY_COMPARE(worker.pendingCount(), 0);
