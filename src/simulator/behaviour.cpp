@@ -90,8 +90,22 @@ std::optional<Range> rangeOf(DataType type)
         return Range{0, 65535};
     case DataType::Unsigned32:
         return Range{0, 4294967295.0};
+    case DataType::Integer24:
+        return Range{-8388608.0, 8388607.0};
+    case DataType::Integer40:
+        return Range{-549755813888.0, 549755813887.0};
+    case DataType::Integer48:
+        return Range{-140737488355328.0, 140737488355327.0};
+    case DataType::Integer56:
     case DataType::Integer64:
         return Range{-9007199254740992.0, 9007199254740992.0}; // 2^53, what a double counts exactly
+    case DataType::Unsigned24:
+        return Range{0, 16777215.0};
+    case DataType::Unsigned40:
+        return Range{0, 1099511627775.0};
+    case DataType::Unsigned48:
+        return Range{0, 281474976710655.0};
+    case DataType::Unsigned56:
     case DataType::Unsigned64:
         return Range{0, 9007199254740992.0};
     case DataType::Real32:

@@ -178,6 +178,14 @@ void tst_Behaviour::neverLeavesTheType_data()
     QTest::newRow("UNSIGNED16") << DataType::Unsigned16 << 0.0 << 65535.0;
     QTest::newRow("UNSIGNED32") << DataType::Unsigned32 << 0.0 << 4294967295.0;
     QTest::newRow("UNSIGNED64") << DataType::Unsigned64 << 0.0 << 1.9e19;
+    QTest::newRow("INTEGER24") << DataType::Integer24 << -8388608.0 << 8388607.0;
+    QTest::newRow("UNSIGNED24") << DataType::Unsigned24 << 0.0 << 16777215.0;
+    QTest::newRow("INTEGER40") << DataType::Integer40 << -549755813888.0 << 549755813887.0;
+    QTest::newRow("UNSIGNED40") << DataType::Unsigned40 << 0.0 << 1099511627775.0;
+    QTest::newRow("INTEGER48") << DataType::Integer48 << -140737488355328.0 << 140737488355327.0;
+    QTest::newRow("UNSIGNED48") << DataType::Unsigned48 << 0.0 << 281474976710655.0;
+    QTest::newRow("INTEGER56") << DataType::Integer56 << -36028797018963968.0 << 36028797018963967.0;
+    QTest::newRow("UNSIGNED56") << DataType::Unsigned56 << 0.0 << 72057594037927935.0;
     QTest::newRow("REAL32") << DataType::Real32 << -3.4e38 << 3.4e38;
 }
 
