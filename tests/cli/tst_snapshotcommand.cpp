@@ -26,6 +26,7 @@ private slots:
     void dataSheetOfANode();
     void resumes();
     void resumeOnAnotherVehicleKeepsTheFile();
+    void nameBesideAFileWithoutSuffix();
     void printsJson();
     void writesToStandardOutput();
     void interruptKeepsWhatWasRead();
@@ -236,6 +237,20 @@ void tst_SnapshotCommand::resumeOnAnotherVehicleKeepsTheFile()
     QVERIFY(entryOf(nodeOf(second, 2), 0x1018, 4).value(QLatin1String("value"))
             != entryOf(nodeOf(first, 2), 0x1018, 4).value(QLatin1String("value")));
     QCOMPARE(nodeOf(second, 2).value(QLatin1String("entries")).toArray().size(), 203);
+}
+
+void tst_SnapshotCommand::nameBesideAFileWithoutSuffix()
+{
+    const auto read = [this](const char *dictionary, const QStringList &more) {
+        const QByteArray node = R"({ "id": 2, "heartbeatMs": 200, "dictionary": ")";
+        QStringList options = arguments(writeVehicle(node + dictionary + "\" }"), more);
+        options[4] = path("bike");
+        return run(options).status;
+    };
+    QCOMPARE(read("battery.dcf", {QStringLiteral("--quick")}), 0);
+    QCOMPARE(read("controller.dcf", {QStringLiteral("--resume"), path("bike")}), 0);
+    QVERIFY(QFile::exists(path("bike-2")));
+    QVERIFY(!QFile::exists(path("bike-2.")));
 }
 
 void tst_SnapshotCommand::printsJson()

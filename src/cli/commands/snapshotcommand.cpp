@@ -50,9 +50,10 @@ constexpr NoteOption noteOptions[] = {
 QString freeNameBeside(const QString &name)
 {
     const QFileInfo file(name);
+    const QString dotAndSuffix = file.suffix().isEmpty() ? QString() : QLatin1Char('.') + file.suffix();
     for (int number = 2;; ++number) {
         const QString other
-            = QStringLiteral("%1-%2.%3").arg(file.completeBaseName(), QString::number(number), file.suffix());
+            = QStringLiteral("%1-%2%3").arg(file.completeBaseName(), QString::number(number), dotAndSuffix);
         if (!file.dir().exists(other))
             return file.dir().filePath(other);
     }
