@@ -3638,6 +3638,14 @@ Jetzt: %2</translation>
         <source>Trace %1</source>
         <translation>Aufzeichnung %1</translation>
     </message>
+    <message>
+        <source>Another vehicle is connected than the one that was shown (node %1). The check-up has begun anew.</source>
+        <translation>Ein anderes Fahrzeug als das gezeigte ist verbunden (Knoten %1). Die Prüfung hat neu begonnen.</translation>
+    </message>
+    <message>
+        <source>There is another device than before on node %1; it was read anew.</source>
+        <translation>Auf Knoten %1 ist ein anderes Gerät als vorher; es wurde neu gelesen.</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>

@@ -3638,6 +3638,14 @@ Maintenant&#xa0;: %2</translation>
         <source>Trace %1</source>
         <translation>Trace %1</translation>
     </message>
+    <message>
+        <source>Another vehicle is connected than the one that was shown (node %1). The check-up has begun anew.</source>
+        <translation>Un autre véhicule que celui affiché est connecté (nœud %1). Le contrôle a recommencé depuis le début.</translation>
+    </message>
+    <message>
+        <source>There is another device than before on node %1; it was read anew.</source>
+        <translation>Un autre appareil qu’avant se trouve sur le nœud %1&#xa0;; il a été relu en entier.</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>

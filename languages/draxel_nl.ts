@@ -3638,6 +3638,14 @@ Nu: %2</translation>
         <source>Trace %1</source>
         <translation>Opname %1</translation>
     </message>
+    <message>
+        <source>Another vehicle is connected than the one that was shown (node %1). The check-up has begun anew.</source>
+        <translation>Er is een ander voertuig verbonden dan het getoonde (node %1). De controle is opnieuw begonnen.</translation>
+    </message>
+    <message>
+        <source>There is another device than before on node %1; it was read anew.</source>
+        <translation>Op node %1 zit een ander apparaat dan eerder; het is opnieuw gelezen.</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>

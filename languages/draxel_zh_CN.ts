@@ -3623,6 +3623,14 @@ Now: %2</source>
         <source>Trace %1</source>
         <translation>总线记录 %1</translation>
     </message>
+    <message>
+        <source>Another vehicle is connected than the one that was shown (node %1). The check-up has begun anew.</source>
+        <translation>连接的不是所显示的车辆（节点 %1）。检查已重新开始。</translation>
+    </message>
+    <message>
+        <source>There is another device than before on node %1; it was read anew.</source>
+        <translation>节点 %1 上的设备与之前不同；已重新读取。</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
