@@ -339,8 +339,10 @@ void MainWindow::connectCheckup()
     connect(m_menus, &HostMenus::pageChosen, this, &MainWindow::choosePage);
     connect(m_session, &CheckupSession::changed, this, [this] {
         showCheckupState();
-        if (m_session->isRunning())
+        if (m_session->isRunning()) {
+            m_files->dropOpening();
             m_pages->setCurrentWidget(m_checkupTab);
+        }
     });
     connect(m_session, &CheckupSession::nodesChanged, this, &MainWindow::showCheckupState);
     connect(m_session, &CheckupSession::rulesRefused, this, [this](const QStringList &problems) {
@@ -392,6 +394,7 @@ void MainWindow::showVisit(const Snapshot &snapshot, qint64 visitId, const std::
         return;
     }
     m_files->whenKept([this, snapshot, visitId, then] {
+        m_files->dropOpening();
         m_session->showVisit(snapshot, visitId, then);
         // In turns of their own, so that none of it keeps a click waiting long.
         QTimer::singleShot(0, this, [this, snapshot] {

@@ -140,6 +140,7 @@ void VehicleFiles::whenKept(const Action &proceed)
 
 void VehicleFiles::show(const QString &fileName)
 {
+    dropOpening();
     if (isOther(fileName)) {
         refuse(fileName, tr("%1 is not a file.").arg(QDir::toNativeSeparators(fileName)));
         return;
@@ -162,7 +163,12 @@ void VehicleFiles::show(const QString &fileName)
     }
     // The plug-in reads the text once more: what the user does meanwhile comes before that.
     QMetaObject::invokeMethod(
-        this, [this, fileName, text, store] { showText(fileName, text, store); }, Qt::QueuedConnection);
+        this,
+        [this, fileName, text, store, opening = m_opening] {
+            if (opening == m_opening)
+                showText(fileName, text, store);
+        },
+        Qt::QueuedConnection);
 }
 
 void VehicleFiles::showText(const QString &fileName, const QString &text, const NodeStore &store)
@@ -178,7 +184,9 @@ void VehicleFiles::showText(const QString &fileName, const QString &text, const 
 /*! The pages judge it, which takes as long as the plug-in's reading: what the user does meanwhile comes in between. */
 void VehicleFiles::tellOpened(const Snapshot &snapshot, const QString &fileName)
 {
-    const auto tell = [this, snapshot, fileName] {
+    const auto tell = [this, snapshot, fileName, opening = m_opening] {
+        if (opening != m_opening)
+            return;
         emit opened(snapshot, fileName);
         noteOpened(fileName);
     };
@@ -204,7 +212,9 @@ void VehicleFiles::openSnapshot(const QString &fileName)
         }
         return loaded;
     };
-    Background::run(this, load, [this, fileName](const Loaded &loaded) {
+    Background::run(this, load, [this, fileName, opening = m_opening](const Loaded &loaded) {
+        if (opening != m_opening)
+            return;
         if (!loaded.snapshot) {
             refuse(fileName, loaded.problem);
             return;
@@ -217,6 +227,7 @@ void VehicleFiles::openSnapshot(const QString &fileName)
 
 void VehicleFiles::showSnapshot(const Snapshot &snapshot, const QString &name)
 {
+    dropOpening();
     NodeStore store;
     SnapshotExchange::fillStore(snapshot, store);
     showInPlugin(name, exportToText(store, snapshot.time), store, snapshot.time);
@@ -225,6 +236,7 @@ void VehicleFiles::showSnapshot(const Snapshot &snapshot, const QString &name)
 void VehicleFiles::openSnapshot(const Snapshot &snapshot, const QString &fileName, const Action &then)
 {
     whenKept([this, snapshot, fileName, then] {
+        dropOpening();
         NodeStore store;
         SnapshotExchange::fillStore(snapshot, store);
         if (!showInPlugin(fileName, exportToText(store, snapshot.time), store, snapshot.time))

@@ -51,6 +51,9 @@ public:
     /*! The same as openFile() with what was read out of a file already, \a then follows when it is shown. */
     void openSnapshot(const Snapshot &snapshot, const QString &fileName, const Action &then);
 
+    /*! Something else is shown from now on: files that are still being opened are not shown any more. */
+    void dropOpening() { ++m_opening; }
+
     /*! A file was opened by somebody else. */
     void noteOpened(const QString &fileName);
 
@@ -92,4 +95,5 @@ private:
     ShownVehicle *m_vehicle;
     QWidget *m_window;
     PluginExchange m_exchange;
+    quint64 m_opening = 0; // another one for each file; what was asked for before is not shown any more
 };

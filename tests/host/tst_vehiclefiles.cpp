@@ -4,7 +4,9 @@
 #include <host/core/recentfiles.h>
 #include <host/core/settingsstore.h>
 #include <host/mainwindow.h>
+#include <host/pages/checkupsession.h>
 #include <host/vehiclefiles.h>
+#include <snapshot/snapshotfile.h>
 #include <tests/support/filedialogdriver.h>
 
 #include <QAction>
@@ -17,7 +19,10 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QRunnable>
+#include <QSemaphore>
 #include <QTemporaryDir>
+#include <QThreadPool>
 #include <QTreeWidget>
 #include <QtTest>
 
@@ -41,6 +46,20 @@ QByteArray contentOf(const QString &name)
     QFile file(name);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
 }
+
+/*! Keeps a thread of a pool busy. */
+class Waiter : public QRunnable
+{
+public:
+    explicit Waiter(QSemaphore *semaphore)
+        : m_semaphore(semaphore)
+    {
+    }
+    void run() override { m_semaphore->acquire(); }
+
+private:
+    QSemaphore *m_semaphore;
+};
 
 /*! The window with the plug-in as it ships, and a folder for files; the folder is the home directory. */
 struct Bench
@@ -155,6 +174,7 @@ private slots:
     void saveThatFailsIsNoSave();
     void dialogStartsInAFolderThatIsThere();
     void pipeDoesNotHoldTheWindow();
+    void fileThatLoadsLongIsNotShownOverALaterOne();
     void opensRecentFiles();
     void forgetsAFileThatIsGone();
     void takesADroppedFile();
@@ -309,6 +329,36 @@ void tst_VehicleFiles::pipeDoesNotHoldTheWindow()
 #else
     QSKIP("There are no named pipes in the file system");
 #endif
+}
+
+void tst_VehicleFiles::fileThatLoadsLongIsNotShownOverALaterOne()
+{
+    Bench bench;
+    Snapshot snapshot;
+    snapshot.program = QStringLiteral("test 1");
+    snapshot.time = QDateTime(QDate(2026, 3, 12), QTime(10, 12), Qt::OffsetFromUTC, 0);
+    const QString slow = bench.folder.filePath(QStringLiteral("slow.dxsnap"));
+    QString problem;
+    QVERIFY2(SnapshotFile::save(slow, snapshot, &problem), qPrintable(problem));
+    const QString later = bench.file("later.dxxml", battery);
+
+    // No thread of the program has time for the first one before the other one is shown.
+    QThreadPool *pool = QThreadPool::globalInstance();
+    QTRY_COMPARE(pool->activeThreadCount(), 0);
+    const int threads = pool->maxThreadCount();
+    pool->setMaxThreadCount(1);
+    QSemaphore busy;
+    pool->start(new Waiter(&busy));
+    bench.open(slow);
+    bench.open(later);
+    QCOMPARE(bench.window->checkup().record().fileName, later);
+    busy.release();
+    pool->waitForDone();
+    pool->setMaxThreadCount(threads);
+    for (int turn = 0; turn < 3; ++turn)
+        QCoreApplication::sendPostedEvents();
+    QCOMPARE(bench.window->checkup().record().fileName, later);
+    QCOMPARE(bench.components().size(), 1);
 }
 
 void tst_VehicleFiles::opensRecentFiles()
