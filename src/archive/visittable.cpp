@@ -205,8 +205,10 @@ bool VisitTable::readSnapshot(const VisitInfo &visit, Snapshot *snapshot)
     if (m_database.hasFailed())
         return false;
     std::optional<Snapshot> unpacked = packed.unpack();
-    if (!unpacked)
-        return failDamaged(visit.id);
+    if (!unpacked) {
+        VisitInfo again; // another desk may have deleted it meanwhile
+        return read(visit.id, &again) && failDamaged(visit.id);
+    }
     *snapshot = std::move(*unpacked);
     return true;
 }

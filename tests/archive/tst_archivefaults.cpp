@@ -120,6 +120,8 @@ private slots:
     void tablesRefuseWhatDoesNotFit_data() { ArchivePlaces::addRows(); }
     void tablesRefuseWhatDoesNotFit();
     void errorBetweenRowsIsNoEnd();
+    void visitThatIsDeletedMeanwhileIsNotDamaged_data() { ArchivePlaces::addRows(); }
+    void visitThatIsDeletedMeanwhileIsNotDamaged();
     void otherVisitsOutliveADamagedOne_data() { ArchivePlaces::addRows(); }
     void otherVisitsOutliveADamagedOne();
     void fullDiskKeepsWhatWasKept();
@@ -343,6 +345,23 @@ void tst_ArchiveFaults::errorBetweenRowsIsNoEnd()
     const QString error = database.errorString();
     database.fail(QStringLiteral("later"));
     QCOMPARE(database.errorString(), error);
+}
+
+/*! By another desk, between the row of the visit and its data. */
+void tst_ArchiveFaults::visitThatIsDeletedMeanwhileIsNotDamaged()
+{
+    const QString address = m_places.make();
+    OpenArchive archive(address);
+    const qint64 id = archive.add(numbered(1), std::nullopt, &m_error)->visitId;
+    ArchiveDatabase database;
+    QVERIFY(database.open(*ArchiveAddress::parse(address, &m_error), ArchiveDatabase::Missing::Refuse));
+    VisitTable visits(database);
+    VisitInfo visit;
+    QVERIFY(visits.read(id, &visit));
+    QVERIFY2(archive.remove(id, &m_error), qPrintable(m_error));
+    Snapshot snapshot;
+    QVERIFY(!visits.readSnapshot(visit, &snapshot));
+    QCOMPARE(database.errorString(), QStringLiteral("The archive has no visit %1.").arg(id));
 }
 
 void tst_ArchiveFaults::otherVisitsOutliveADamagedOne()
