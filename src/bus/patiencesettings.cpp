@@ -57,8 +57,7 @@ CanOpen::SdoPatience toClient(const PatienceSettings::Patience &patience)
     CanOpen::SdoPatience result;
     result.timeout = milliseconds(patience.timeout);
     result.repeats = patience.repeats;
-    const milliseconds allWaits = result.timeout * ((2 << patience.repeats) - 1);
-    result.longest = std::clamp(allWaits, shortestLimit, longestLimit);
+    result.longest = std::clamp(result.allWaits(), shortestLimit, longestLimit);
     return result;
 }
 

@@ -45,6 +45,15 @@ SdoPatience withinRange(SdoPatience patience)
 
 } // namespace
 
+milliseconds SdoPatience::allWaits() const
+{
+    // The first wait once, twice, four times ..., and from the last doubling on always the same.
+    const int doublings = std::min(repeats, mostDoublings);
+    const qint64 growing = (qint64(2) << doublings) - 1;
+    const qint64 steady = qint64(repeats - doublings) << mostDoublings;
+    return timeout * (growing + steady);
+}
+
 struct SdoClient::Node
 {
     struct Request

@@ -31,6 +31,9 @@ struct SdoPatience
     int repeats = 2;
     /*! Bound of one upload in all, also when its frames cannot be written or another client keeps the node. */
     std::chrono::milliseconds longest{10000};
+
+    /*! What the waits for an answer take together when none comes, each of the repeats with its whole time. */
+    std::chrono::milliseconds allWaits() const;
 };
 
 /*! SDO client of all nodes (CiA 301): one upload per node at a time, the nodes side by side, the rest in

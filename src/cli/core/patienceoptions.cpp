@@ -49,7 +49,7 @@ std::optional<ExitStatus> PatienceOptions::parse(const CommandArguments &options
             return Exit::usage;
         patience->repeats = *retries;
     }
-    // Every repeat gets its whole time.
-    patience->longest = std::max(patience->longest, patience->timeout * (patience->repeats + 2));
+    // Every repeat gets its whole time, and frames that wait to be sent have some as well.
+    patience->longest = std::max(patience->longest, patience->allWaits() + patience->timeout);
     return std::nullopt;
 }
