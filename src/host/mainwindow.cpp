@@ -345,10 +345,12 @@ void MainWindow::connectCheckup()
         }
     });
     connect(m_session, &CheckupSession::nodesChanged, this, &MainWindow::showCheckupState);
-    connect(m_session, &CheckupSession::rulesRefused, this, [this](const QStringList &problems) {
-        for (const QString &problem : problems)
-            m_log->add(MessageLog::Severity::Warning, problem);
-    });
+    const auto warn = [this](const QStringList &sentences) {
+        for (const QString &sentence : sentences)
+            m_log->add(MessageLog::Severity::Warning, sentence);
+    };
+    connect(m_session, &CheckupSession::rulesRefused, this, warn);
+    connect(m_session, &CheckupSession::nodesDoubted, this, warn);
     connect(m_session, &CheckupSession::vehicleReplaced, this, [this](const QVector<quint8> &nodeIds) {
         tell(MessageLog::Severity::Warning, tr("Another vehicle is connected than the one that was shown "
                                                "(node %1). The check-up has begun anew.")

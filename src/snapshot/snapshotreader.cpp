@@ -211,7 +211,7 @@ void SnapshotReader::handleOutcome(const CanOpen::SdoOutcome &outcome)
         return;
     turn->ticket = 0;
     --m_asking;
-    m_share.spend((outcome.frames - exchangeFrames) * frameBits, m_clock());
+    spend(outcome.frames - exchangeFrames, m_clock());
     if (outcome.kind == CanOpen::SdoOutcome::Kind::Cancelled) {
         // The bus has gone, or somebody has ended what is not his. The caller has its say before the next question.
         turn->reader.putBack();
@@ -276,11 +276,18 @@ void SnapshotReader::ask(Turn &turn)
     turn.asked = m_clock();
     if (turn.reader.askedCount() == 0)
         turn.begun = turn.asked;
-    m_share.spend(exchangeFrames * frameBits, turn.asked);
+    spend(exchangeFrames, turn.asked);
     const SnapshotQuestion question = turn.reader.ask();
     ++m_asking;
     turn.ticket
         = m_client->upload(turn.id, question.key, CanOpen::rawBytes, milliseconds{0}, turn.reader.protocol());
+}
+
+/*! Negative: an upload has cost less than was thought. */
+void SnapshotReader::spend(int frames, milliseconds now)
+{
+    m_share.spend(frames * frameBits, now);
+    m_spentBits += static_cast<quint64>(qint64(frames) * frameBits);
 }
 
 /*! Nobody has anything to ask: those that were left have another try, then it is over. */

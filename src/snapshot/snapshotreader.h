@@ -73,6 +73,9 @@ public:
     /*! Ends at once with what was read. */
     void cancel();
 
+    /*! Of the bus, what questions and answers have taken so far, about. */
+    quint64 spentBits() const { return m_spentBits; }
+
     bool isRunning() const { return m_isRunning; }
     /*! Whether it was ended by cancel(). */
     bool isCancelled() const { return m_isCancelled; }
@@ -104,6 +107,7 @@ private:
     void enqueue(Turn &turn);
     void askReady();
     void ask(Turn &turn);
+    void spend(int frames, std::chrono::milliseconds now);
     void endRound();
     void finishNode(Turn &turn);
     void finish();
@@ -118,6 +122,7 @@ private:
     std::chrono::milliseconds m_offset{0};
     std::chrono::milliseconds m_begun{0};
     BusShare m_share;
+    quint64 m_spentBits = 0;
     std::map<quint8, std::unique_ptr<Turn>> m_turns;
     std::deque<Turn *> m_ready; // in the order of their turns
     QTimer m_timer;             // until the share allows the next question, or looks from the event loop

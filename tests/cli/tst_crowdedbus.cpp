@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "program.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -12,7 +14,11 @@ class tst_CrowdedBus : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_bitRate = 250000;
+    }
 
     void readsAtAnyLoadThatLeavesRoom_data();
     void readsAtAnyLoadThatLeavesRoom();
@@ -21,6 +27,10 @@ private slots:
     void controllerThatCannotBeHeard();
     void oneNodeThatCannotAnswer();
     void scanSaysWhatItDoesNotKnow();
+    void snapshotMayMissNodes_data();
+    void snapshotMayMissNodes();
+    void snapshotScanSaysWhatItDoesNotKnow();
+    void checkupScanSaysWhatItDoesNotKnow();
 
 private:
     /*! Nothing of lower priority gets through, neither heartbeats nor our requests. */
@@ -29,11 +39,13 @@ private:
 
     QString writeVehicle(const QByteArray &faultsOfNode7, const QByteArray &faultsOfNode1 = {}) const;
     Result read(const QByteArray &faultsOfNode7, const QStringList &more = {}) const;
+    Result snapshot(const QByteArray &faultsOfNode7, const QStringList &more) const;
 
     std::unique_ptr<QTemporaryDir> m_folder;
+    int m_bitRate = 250000;
 };
 
-/*! Nodes 1, 2 and 7 on a bus of 250 kbit/s. */
+/*! Nodes 1, 2 and 7 on a bus, usually of 250 kbit/s. */
 QString tst_CrowdedBus::writeVehicle(const QByteArray &faultsOfNode7, const QByteArray &faultsOfNode1) const
 {
     const QString folder = m_folder->path() + QLatin1Char('/');
@@ -41,8 +53,9 @@ QString tst_CrowdedBus::writeVehicle(const QByteArray &faultsOfNode7, const QByt
                 folder + QStringLiteral("node.dcf"));
     QFile file(folder + QStringLiteral("vehicle.json"));
     if (file.open(QIODevice::WriteOnly)) {
-        file.write("{ \"name\": \"test\", \"bitRate\": 250000, \"nodes\": ["
-                   "{ \"id\": 1, \"dictionary\": \"node.dcf\", \"heartbeatMs\": 200, \"faults\": ["
+        file.write("{ \"name\": \"test\", \"bitRate\": " + QByteArray::number(m_bitRate)
+                   + ", \"nodes\": ["
+                     "{ \"id\": 1, \"dictionary\": \"node.dcf\", \"heartbeatMs\": 200, \"faults\": ["
                    + faultsOfNode1
                    + "] },"
                      "{ \"id\": 2, \"dictionary\": \"node.dcf\", \"heartbeatMs\": 200 },"
@@ -133,6 +146,72 @@ void tst_CrowdedBus::scanSaysWhatItDoesNotKnow()
                  QStringLiteral(": requests or answers found no room on the bus. It is overloaded, or nobody "
                                 "acknowledges; scan again when it is quieter.\n")),
              qPrintable(result.errors));
+}
+
+Result tst_CrowdedBus::snapshot(const QByteArray &faultsOfNode7, const QStringList &more) const
+{
+    return run(QStringList{QStringLiteral("snapshot"), QStringLiteral("--bus"), writeVehicle(faultsOfNode7),
+                           QStringLiteral("--output"), m_folder->filePath(QStringLiteral("out.dxsnap")),
+                           QStringLiteral("--quick"), QStringLiteral("--json")}
+               + more);
+}
+
+void tst_CrowdedBus::snapshotMayMissNodes_data()
+{
+    QTest::addColumn<QByteArray>("faults");
+    QTest::addColumn<QStringList>("more");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("errors");
+    QTest::addColumn<bool>("isComplete");
+
+    const QByteArray some = R"({"kind": "traffic", "percent": 50})";
+    const QByteArray most = R"({"kind": "traffic", "percent": 98})";
+    QTest::newRow("room") << some << QStringList() << 0 << QString() << true;
+    QTest::newRow("full") << most << QStringList() << 4
+                          << QStringLiteral(
+                                 "The bus was full while nodes were looked for, so nodes may be missing. "
+                                 "Find out who sends so much, and read again.\n")
+                          << false;
+    QTest::newRow("nobody is looked for")
+        << most << QStringList{QStringLiteral("--node"), QStringLiteral("1")} << 0 << QString() << true;
+}
+
+void tst_CrowdedBus::snapshotMayMissNodes()
+{
+    QFETCH(QByteArray, faults);
+    QFETCH(QStringList, more);
+    const Result result = snapshot(faults, more);
+    QFETCH(QString, errors);
+    QVERIFY2(result.errors.startsWith(errors + QStringLiteral("Wrote ")), qPrintable(result.errors));
+    QTEST(result.status, "status");
+    const QJsonObject summary = QJsonDocument::fromJson(result.output.toUtf8()).object();
+    QTEST(summary.value(QLatin1String("complete")).toBool(), "isComplete");
+}
+
+void tst_CrowdedBus::snapshotScanSaysWhatItDoesNotKnow()
+{
+    m_bitRate = 10000; // that few frames fill
+    const Result result = snapshot(R"({"kind": "flood", "perSecond": 300})", {QStringLiteral("--scan")});
+    QCOMPARE(result.status, 4);
+    QVERIFY2(result.errors.startsWith(QStringLiteral("Nothing is known of node ")),
+             qPrintable(result.errors));
+    QVERIFY2(result.errors.contains(
+                 QStringLiteral(": requests or answers found no room on the bus. It is overloaded, "
+                                "or nobody acknowledges; scan again when it is quieter.\n")),
+             qPrintable(result.errors));
+    const QJsonObject summary = QJsonDocument::fromJson(result.output.toUtf8()).object();
+    QCOMPARE(summary.value(QLatin1String("complete")), QJsonValue(false));
+}
+
+void tst_CrowdedBus::checkupScanSaysWhatItDoesNotKnow()
+{
+    m_bitRate = 10000;
+    const Result result
+        = run({QStringLiteral("checkup"), QStringLiteral("--scan"), QStringLiteral("--quick"),
+               QStringLiteral("--bus"), writeVehicle(R"({"kind": "flood", "perSecond": 300})")});
+    QVERIFY2(result.errors.startsWith(QStringLiteral("Nothing is known of node ")),
+             qPrintable(result.errors));
+    QVERIFY2(result.status != 0, qPrintable(result.output));
 }
 
 QTEST_GUILESS_MAIN(tst_CrowdedBus)

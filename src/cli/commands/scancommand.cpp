@@ -9,7 +9,7 @@
 
 #include <canopen/nodescan.h>
 #include <bus/busconnection.h>
-#include <bus/buswords.h>
+#include <host/core/readwords.h>
 
 namespace {
 
@@ -24,11 +24,7 @@ ExitStatus report(const CanOpen::NodeScan &scan)
     const QVector<quint8> unasked = scan.unaskedNodes();
     Console::print(ScanCommandTr::tr("%1 nodes found").arg(found.size()));
     if (!unasked.isEmpty()) {
-        Console::printError(
-            ScanCommandTr::tr(
-                "Nothing is known of node %1: requests or answers found no room on the bus. It is "
-                "overloaded, or nobody acknowledges; scan again when it is quieter.")
-                .arg(BusWords::nodes(unasked.toList())));
+        Console::printError(ReadWords::unknownNodes(unasked));
         return Exit::stoppedEarly;
     }
     if (!found.isEmpty())

@@ -108,8 +108,9 @@ ExitStatus SnapshotCommand::run(const QStringList &arguments)
     const QString name = outputName();
     if (!OutputFile(name).writeSnapshot(m_snapshot))
         return Exit::fileFailed;
+    const bool isComplete = m_isOfTrace ? m_snapshot.isComplete() : m_bus.isComplete();
     if (m_options.isSet(jsonOption))
-        Console::printJson(SnapshotSummary::toJson(m_snapshot, name));
+        Console::printJson(SnapshotSummary::toJson(m_snapshot, isComplete, name));
     return status;
 }
 

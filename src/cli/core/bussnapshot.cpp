@@ -114,6 +114,7 @@ void BusSnapshot::read(InterruptibleLoop *loop)
     m_isGivenUp = run.isCancelled() && !loop->isInterrupted();
     m_snapshot = run.snapshot();
     m_replacedNodes = run.reader()->replacedNodes().toList();
+    m_doubts = run.doubts();
 }
 
 ExitStatus BusSnapshot::finish() const
@@ -128,7 +129,9 @@ ExitStatus BusSnapshot::finish() const
                 .arg(m_bus.lossReason()));
         return Exit::stoppedEarly;
     }
-    return m_snapshot.isComplete() ? Exit::success : Exit::stoppedEarly;
+    for (const QString &doubt : m_doubts)
+        Console::printError(doubt);
+    return isComplete() ? Exit::success : Exit::stoppedEarly;
 }
 
 void BusSnapshot::showProgress(const SnapshotRun &run)
@@ -157,6 +160,8 @@ QString BusSnapshot::describeNoNode() const
 {
     if (!m_bus.lossReason().isEmpty())
         return tr("Nothing was read, because the bus was lost: %1").arg(m_bus.lossReason());
+    if (!m_doubts.isEmpty())
+        return tr("Nothing was read. %1").arg(m_doubts.join(QLatin1Char(' ')));
     return tr(
         "Nothing was read: no node was found. Check that the vehicle is switched on, the cable, and the "
         "bit rate; --scan finds nodes that send no heartbeat.");

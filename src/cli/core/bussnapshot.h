@@ -45,7 +45,12 @@ public:
     /*! The nodes on which there is another device than in the earlier snapshot. */
     QList<quint8> replacedNodes() const { return m_replacedNodes; }
 
-    /*! 0 when it is complete, 4 with gaps, 128 + n after a signal. Says why it was ended early, if it was. */
+    /*! Whether there are neither gaps nor doubts about further nodes. */
+    bool isComplete() const { return m_snapshot.isComplete() && m_doubts.isEmpty(); }
+
+    /*! 0 when it is complete, else 4, 128 + n after a signal. Says why it was ended early, if it was, and what may be
+     *  missing.
+     */
     ExitStatus finish() const;
 
 private:
@@ -61,6 +66,7 @@ private:
     ProgressLine m_progress;
     Snapshot m_snapshot;
     QList<quint8> m_replacedNodes;
+    QStringList m_doubts;      // sentences about nodes that may be there
     ExitStatus m_interruption; // success: none
     bool m_isGivenUp = false;  // the bus stayed away
 };

@@ -129,11 +129,11 @@ QStringList SnapshotSummary::lines(const Snapshot &snapshot)
     return lines;
 }
 
-QByteArray SnapshotSummary::toJson(const Snapshot &snapshot, const QString &file)
+QByteArray SnapshotSummary::toJson(const Snapshot &snapshot, bool isComplete, const QString &file)
 {
     JsonText json;
     json.beginObject();
-    json.writeBoolean("complete", snapshot.isComplete());
+    json.writeBoolean("complete", isComplete);
     json.write("file", file);
     json.write("duration", snapshot.duration);
     json.beginArray("nodes");

@@ -12,7 +12,9 @@ namespace SnapshotSummary {
 /*! A line for each node, the gaps by their reasons below it, and a line for all. */
 QStringList lines(const Snapshot &snapshot);
 
-/*! The same as JSON; \a file is where the snapshot was written, empty for nowhere. */
-QByteArray toJson(const Snapshot &snapshot, const QString &file);
+/*! The same as JSON. \a isComplete: without gaps, and no node may be missing. \a file is where the snapshot was written,
+ *  empty for nowhere.
+ */
+QByteArray toJson(const Snapshot &snapshot, bool isComplete, const QString &file);
 
 } // namespace SnapshotSummary

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "readwords.h"
 
+#include <bus/buswords.h>
+
 #include <QMap>
 #include <QPair>
 
@@ -39,6 +41,14 @@ QString ReadWords::nodesMayBeMissing()
     return tr(
         "The bus was full while nodes were looked for, so nodes may be missing. Find out who sends so much, "
         "and read again.");
+}
+
+QString ReadWords::unknownNodes(const QVector<quint8> &nodeIds)
+{
+    return tr("Nothing is known of node %1: requests or answers found no room on the bus. It is overloaded, "
+              "or "
+              "nobody acknowledges; scan again when it is quieter.")
+        .arg(BusWords::nodes(nodeIds.toList()));
 }
 
 QString ReadWords::endOfDetection(const ReadSummary &summary, Silence silence)

@@ -30,6 +30,9 @@ public:
     /*! That nodes may be missing in a read, as the bus was full while they were looked for. */
     static QString nodesMayBeMissing();
 
+    /*! That these nodes were asked in vain on a bus without room, so that they may be there. */
+    static QString unknownNodes(const QVector<quint8> &nodeIds);
+
     /*! That the node is used by somebody else as well. */
     static QString foreignClient(quint8 nodeId);
 

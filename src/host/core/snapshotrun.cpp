@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "snapshotrun.h"
 
+#include "readwords.h"
+
 #include <trace/playback/playbackstate.h>
 
 #include <QCanBus>
@@ -45,7 +47,10 @@ SnapshotRun::SnapshotRun(BusConnection *bus, QObject *parent)
     m_listening.setInterval(listeningTime);
     m_loss.setSingleShot(true);
     m_loss.setInterval(longestLoss);
-    connect(&m_listening, &QTimer::timeout, this, &SnapshotRun::handleListeningEnd);
+    connect(&m_listening, &QTimer::timeout, this, [this] {
+        m_wasBusFull = isFullOfOthers();
+        handleListeningEnd();
+    });
     connect(&m_loss, &QTimer::timeout, this, &SnapshotRun::cancel);
 }
 
@@ -72,6 +77,16 @@ void SnapshotRun::cancel()
 {
     if (m_reader != nullptr)
         m_reader->cancel();
+}
+
+QStringList SnapshotRun::doubts() const
+{
+    if (m_isRunning)
+        return QStringList();
+    if (m_scan == nullptr)
+        return m_wasBusFull ? QStringList{ReadWords::nodesMayBeMissing()} : QStringList();
+    const QVector<quint8> nodeIds = unknownNodes();
+    return nodeIds.isEmpty() ? QStringList() : QStringList{ReadWords::unknownNodes(nodeIds)};
 }
 
 Snapshot SnapshotRun::snapshot() const
@@ -143,6 +158,8 @@ void SnapshotRun::listen()
         handleListeningEnd();
         return;
     }
+    m_bitsBefore = m_bus->load().bits() - m_reader->spentBits();
+    m_listenedFrom = m_clock.elapsed();
     m_listening.start();
     if (!m_isScanned)
         return;
@@ -216,4 +233,23 @@ void SnapshotRun::handleFinished()
 bool SnapshotRun::isWanted(quint8 nodeId) const
 {
     return m_nodeIds.isEmpty() || m_nodeIds.contains(nodeId);
+}
+
+/*! Of which the scan has learnt nothing, and that were not heard either. */
+QVector<quint8> SnapshotRun::unknownNodes() const
+{
+    QVector<quint8> nodeIds = m_scan->unaskedNodes();
+    const auto isKnown = [this](quint8 nodeId) { return m_reader->node(nodeId).has_value(); };
+    nodeIds.erase(std::remove_if(nodeIds.begin(), nodeIds.end(), isKnown), nodeIds.end());
+    return nodeIds;
+}
+
+/*! Whether the bus was full since the listening began, and that not by what we ask meanwhile. */
+bool SnapshotRun::isFullOfOthers() const
+{
+    constexpr double mostShare = 0.5; // of the bus, for others
+    const CanOpen::BusLoad &load = m_bus->load();
+    const milliseconds time(m_clock.elapsed() - m_listenedFrom);
+    const quint64 withOurs = std::min(m_bitsBefore + m_reader->spentBits(), load.bits());
+    return load.isFull(m_bitsBefore, time) && load.share(withOurs, time).value_or(0) >= mostShare;
 }

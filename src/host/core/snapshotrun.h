@@ -61,6 +61,11 @@ public:
     bool isListening() const { return m_isListening; }
     bool isBusLost() const { return m_isLost; }
 
+    /*! Sentences that say why nodes may be there that were not found: not to be taken for absent. Empty when there is no
+     *  doubt, and before the end.
+     */
+    QStringList doubts() const;
+
     /*! What was read so far, with its origin. */
     Snapshot snapshot() const;
     /*! For progress and single nodes; null before start(). */
@@ -87,6 +92,8 @@ private:
     void setLost(bool isLost);
     void handleFinished();
     bool isWanted(quint8 nodeId) const;
+    QVector<quint8> unknownNodes() const;
+    bool isFullOfOthers() const;
 
     BusConnection *m_bus;
     QVector<quint8> m_nodeIds; // the only ones that are wanted; empty: all
@@ -97,7 +104,10 @@ private:
     QTimer m_listening;
     QTimer m_loss;
     QElapsedTimer m_clock;
-    qint64 m_offset = 0; // ms from the snapshot's time to the start of the clock
+    qint64 m_offset = 0;       // ms from the snapshot's time to the start of the clock
+    quint64 m_bitsBefore = 0;  // of the bus, without ours, when the listening began
+    qint64 m_listenedFrom = 0; // ms of the clock
+    bool m_wasBusFull = false; // while nodes were listened for
     bool m_isRunning = false;
     bool m_isListening = false;
     bool m_isLost = false;

@@ -257,6 +257,7 @@ void CheckupSession::handleFinished()
     record.snapshot = m_run->snapshot();
     record.snapshot.notes = m_notes;
     m_isSameVehicle = m_services->bus().state() == BusConnection::State::Connected;
+    const QStringList doubts = m_run->isCancelled() ? QStringList() : m_run->doubts();
     // This is one of its signals.
     m_run.release()->deleteLater();
     const bool hasValues = record.snapshot.valueCount() > 0;
@@ -266,6 +267,8 @@ void CheckupSession::handleFinished()
         keep();
     if (!replaced.isEmpty())
         emit devicesReplaced(replaced);
+    if (!doubts.isEmpty())
+        emit nodesDoubted(doubts);
     emit finished();
 }
 

@@ -123,6 +123,8 @@ signals:
     void busLostChanged();
     /*! Something about rules that could not be used; a sentence each. */
     void rulesRefused(const QStringList &problems);
+    /*! A check-up on a bus that was full may not have found every node; a sentence each, before finished(). */
+    void nodesDoubted(const QStringList &sentences);
     /*! A check-up has ended and was judged. */
     void finished();
     /*! Instead of going on a check-up begins anew: these nodes are of another vehicle than the one shown. */

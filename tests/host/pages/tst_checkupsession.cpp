@@ -3,9 +3,11 @@
 
 #include <host/pages/checkupsession.h>
 #include <host/pages/checkupwords.h>
+#include <simulator/fault.h>
 #include <tests/support/troubledvehicle.h>
 
 #include <QElapsedTimer>
+#include <QJsonObject>
 #include <QSignalSpy>
 
 namespace {
@@ -30,8 +32,8 @@ Simulator::VehicleDescription troubled()
 /*! A bus with a vehicle, and a session on it with an archive of its own. */
 struct Desk
 {
-    explicit Desk(const Simulator::VehicleDescription &vehicle)
-        : host(vehicle)
+    explicit Desk(const Simulator::VehicleDescription &vehicle, int bitRate = 0)
+        : host(vehicle, bitRate)
         , records(&host.services(), QStringLiteral("test 1"))
         , session(&host.services(), &records)
     {
@@ -129,6 +131,7 @@ private slots:
     void asksAnewWhereNobodyCanBeRecognised();
     void tellsOfADeviceThatWasReplaced();
     void keepsToItsShareOfTheBus();
+    void fullBusLeavesDoubts();
     void emptyBusIsNotKept();
     void refusesReadsOfPlugins();
     void doesNotBeginDuringARead();
@@ -362,6 +365,26 @@ void tst_CheckupSession::keepsToItsShareOfTheBus()
     const qint64 withoutLimit = timeOfARun();
     desk.session.setSharePercent(5);
     QVERIFY(timeOfARun() > 3 * withoutLimit);
+}
+
+void tst_CheckupSession::fullBusLeavesDoubts()
+{
+    Simulator::VehicleDescription vehicle = SimulatedHost::stillVehicle(QStringLiteral("pedelec"));
+    QString error;
+    const auto traffic = Simulator::parseFault(
+        QJsonObject{{QStringLiteral("kind"), QStringLiteral("traffic")}, {QStringLiteral("percent"), 98}},
+        &error);
+    QVERIFY2(traffic, qPrintable(error));
+    vehicle.nodes.last().faults.append(*traffic);
+    Desk desk(vehicle, 125000);
+    QVERIFY(desk.host.connectToBus());
+    const QSignalSpy doubts(&desk.session, &CheckupSession::nodesDoubted);
+    desk.run(SnapshotScope::Quick);
+    QCOMPARE(doubts.count(), 1);
+    QCOMPARE(
+        doubts.first().first().toStringList(),
+        QStringList{QStringLiteral("The bus was full while nodes were looked for, so nodes may be missing. "
+                                   "Find out who sends so much, and read again.")});
 }
 
 void tst_CheckupSession::emptyBusIsNotKept()
