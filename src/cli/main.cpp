@@ -177,5 +177,6 @@ int main(int argc, char *argv[])
     if (!Terminal::hasReader(Terminal::Stream::Output)) // "draxelctl ... | head": they have what they wanted
         return Exit::noReader.number;
     Console::printError(DraxelCtlTr::tr("draxelctl: Not all of the output could be written."));
-    return status != Exit::success ? status.number : Exit::fileFailed.number;
+    // A status of the command's own would say that its result is all there.
+    return status.number > Exit::signalled(0).number ? status.number : Exit::fileFailed.number;
 }

@@ -56,6 +56,7 @@ private slots:
     void pipeWithoutReaderIsInterrupted();
     void diskIsFull();
     void fullOutput();
+    void fullOutputGoesBeforeWhatWasFound();
     void controlCharactersInFileNames();
     void controlCharactersOfDevices();
     void controlCharactersInJson();
@@ -150,6 +151,22 @@ void tst_Output::fullOutput()
     QProcess process;
     process.setStandardOutputFile(QStringLiteral("/dev/full"));
     process.start(QStringLiteral(DRAXELCTL), read(QStringLiteral("-")));
+    QVERIFY(QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, patience));
+    QCOMPARE(process.exitCode(), 5);
+    QVERIFY(process.readAllStandardError().endsWith("draxelctl: Not all of the output could be written.\n"));
+}
+
+void tst_Output::fullOutputGoesBeforeWhatWasFound()
+{
+    if (!QFile::exists(QStringLiteral("/dev/full")))
+        QSKIP("this system has no /dev/full");
+    const QString vehicle = path("read.dxxml");
+    QCOMPARE(run(read(vehicle)).status, 0);
+    const QStringList command{QStringLiteral("checkup"), vehicle, QStringLiteral("--json")};
+    QCOMPARE(run(command).status, 4); // an exchange file does not hold everything
+    QProcess process;
+    process.setStandardOutputFile(QStringLiteral("/dev/full"));
+    process.start(QStringLiteral(DRAXELCTL), command);
     QVERIFY(QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, patience));
     QCOMPARE(process.exitCode(), 5);
     QVERIFY(process.readAllStandardError().endsWith("draxelctl: Not all of the output could be written.\n"));
