@@ -53,6 +53,7 @@ private slots:
     void dataSheetTellsTypes();
     void pdoThatDoesNotCome();
     void lateValue();
+    void objectsOfTwoNodesKeepTheirPace();
     void lyingMapping();
     void silentNode();
     void textIsNoNumber();
@@ -254,6 +255,15 @@ void tst_Watch::lateValue()
     QCOMPARE(result.output.count(QStringLiteral("late, nothing since ")), 2);
     const QJsonObject summary = summaryOf(run(QStringList(command) << QStringLiteral("--json")));
     QVERIFY(summary.value(QStringLiteral("late")).toBool());
+}
+
+/*! What one node maps is known before what the other one does. */
+void tst_Watch::objectsOfTwoNodesKeepTheirPace()
+{
+    const Result result
+        = run(words(QStringLiteral("watch --bus simulated:pedelec 2:6040:1 4:603E:1 --every 1s --for 4s")));
+    QCOMPARE(result.status, 0);
+    QVERIFY2(!result.output.contains(QStringLiteral("late, nothing since ")), qPrintable(result.output));
 }
 
 void tst_Watch::lyingMapping()

@@ -34,8 +34,7 @@ ValueAsking::ValueAsking(BusConnection *bus, QObject *parent)
 
 void ValueAsking::setObjects(const QVector<AskedObject> &objects)
 {
-    m_questions.cancel();
-    m_tasks.clear();
+    const std::vector<Task> former = takeTasks();
     for (AskedObject object : objects) {
         object.period = std::max(object.period, shortestPeriod);
         if (!CanOpen::isNodeId(object.nodeId))
@@ -43,9 +42,33 @@ void ValueAsking::setObjects(const QVector<AskedObject> &objects)
         if (Task *known = find(object.nodeId, object.object))
             known->asked.period = std::min(known->asked.period, object.period);
         else
-            m_tasks.push_back({object, m_clock.elapsed()});
+            m_tasks.push_back({object, dueOf(object, former).value_or(m_clock.elapsed())});
     }
     arm();
+}
+
+/*! Ends them. What was under way has no answer any more, and is due at once. */
+std::vector<ValueAsking::Task> ValueAsking::takeTasks()
+{
+    std::vector<Task> tasks;
+    tasks.swap(m_tasks);
+    for (Task &task : tasks) {
+        if (m_questions.isAsked(task.asked.nodeId, task.asked.object))
+            task.due = m_clock.elapsed();
+    }
+    m_questions.cancel();
+    return tasks;
+}
+
+/*! When it is its turn, if it was asked for in the same period before. */
+std::optional<qint64> ValueAsking::dueOf(const AskedObject &object, const std::vector<Task> &former)
+{
+    for (const Task &task : former) {
+        const bool isSame = task.asked.nodeId == object.nodeId && task.asked.object == object.object;
+        if (isSame && task.asked.period == object.period)
+            return task.due;
+    }
+    return std::nullopt;
 }
 
 /*! Asks for what is due. */

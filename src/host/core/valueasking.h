@@ -40,7 +40,8 @@ public:
     /*! From 1 to 100 (no limit). */
     void setSharePercent(int percent) { m_questions.setSharePercent(percent); }
 
-    /*! In place of those that were asked for; each of them at once. One that is there twice has the shorter period. */
+    /*! In place of those that were asked for. Those that go on keep their turn, so that their pace stays; all
+     *  others are asked for at once. One that is there twice has the shorter period. */
     void setObjects(const QVector<AskedObject> &objects);
 
     /*! While a plug-in's read or a check-up has the bus. */
@@ -59,6 +60,8 @@ private:
         qint64 due = 0; // ms of the clock
     };
 
+    std::vector<Task> takeTasks();
+    static std::optional<qint64> dueOf(const AskedObject &object, const std::vector<Task> &former);
     void look();
     void arm();
     void handleAnswer(const CanOpen::SdoOutcome &outcome);
