@@ -40,6 +40,7 @@ private slots:
     void peakIsTheBusiestSecond();
     void peakBeginsAtAnyTenth();
     void shortRun();
+    void peakIsNeverBelowTheMean();
     void noLoadWithoutBitRate();
     void framesByKind();
     void bursts();
@@ -145,6 +146,15 @@ void tst_BusHealth::shortRun()
     QCOMPARE(*numbers.peakLoad, 53.0 * 100 * 2 / bitRate);
     QCOMPARE(*numbers.peakLoad, *numbers.meanLoad);
     QVERIFY(!numbers.lastLoad);
+}
+
+void tst_BusHealth::peakIsNeverBelowTheMean()
+{
+    for (int i = 0; i < 50; ++i)
+        feed(second + i * millisecond, 0x000, "");
+    const HealthNumbers numbers = m_health->numbers(second + 50 * millisecond);
+    QCOMPARE(*numbers.meanLoad, 53.0 * 50 / (1.05 * bitRate));
+    QCOMPARE(*numbers.peakLoad, *numbers.meanLoad);
 }
 
 void tst_BusHealth::noLoadWithoutBitRate()

@@ -131,7 +131,8 @@ void BusHealth::addLoads(HealthNumbers *numbers, qint64 duration) const
     const double mean
         = double(m_traffic.total().bits) * Microseconds::ofSecond / (double(duration) * m_bitRate);
     numbers->meanLoad = mean;
-    numbers->peakLoad = m_traffic.mostBits() ? double(*m_traffic.mostBits()) / m_bitRate : mean;
+    // The tenth of a second that is not over yet counts for the mean only.
+    numbers->peakLoad = std::max(mean, double(m_traffic.mostBits().value_or(0)) / m_bitRate);
     if (const std::optional<TrafficMeter::Counts> last = m_traffic.lastSecond())
         numbers->lastLoad = double(last->bits) / m_bitRate;
 }

@@ -67,7 +67,7 @@ struct HealthNumbers
     double duration = 0; //!< ms
     int bitRate = 0;     //!< bit/s; 0: not known, and then there are no loads
     std::optional<double> meanLoad;
-    std::optional<double> peakLoad; //!< of the busiest second; of all the time while that is shorter
+    std::optional<double> peakLoad; //!< of the busiest second, the mean at least
     std::optional<double> lastLoad; //!< of the last second
     quint64 frames = 0;
     double framesPerSecond = 0;
