@@ -21,6 +21,8 @@ private slots:
 
     void healthyVehicleIsComplete();
     void sickVehicleHasGaps();
+    void reasonsInTheLanguage();
+    void oneByteIsNoPlural();
     void readsNamedNodes();
     void scans();
     void dataSheetOfANode();
@@ -159,6 +161,30 @@ void tst_SnapshotCommand::sickVehicleHasGaps()
     QCOMPARE(nodeOf(snapshot, 3).value(QLatin1String("end")).toString(), QStringLiteral("stopped"));
     QCOMPARE(entryOf(nodeOf(snapshot, 4), 0x1018, 4).value(QLatin1String("gap")).toString(),
              QStringLiteral("abort"));
+}
+
+void tst_SnapshotCommand::reasonsInTheLanguage()
+{
+    const QString vehicle = writeVehicle(
+        R"({ "id": 1, "dictionary": "controller.dcf", "heartbeatMs": 200 },
+           { "id": 2, "dictionary": "battery.dcf", "heartbeatMs": 200, "faults": [ {"kind": "sdoSilent"} ] })");
+    const Result result = run(
+        arguments(vehicle, {QStringLiteral("--quick"), QStringLiteral("--language"), QStringLiteral("de")}));
+    QCOMPARE(result.status, 4);
+    QVERIFY2(result.output.contains(QStringLiteral("\nNode 2: Das Gerät antwortet nicht.\n")),
+             qPrintable(result.output));
+}
+
+void tst_SnapshotCommand::oneByteIsNoPlural()
+{
+    const QString vehicle = writeVehicle(
+        R"({ "id": 1, "dictionary": "controller.dcf", "heartbeatMs": 200, "faults": [
+               {"kind": "wrongWidth", "bytes": 1, "object": "1000"} ] })");
+    const Result result = run(arguments(vehicle, {QStringLiteral("--quick")}));
+    QCOMPARE(result.status, 4);
+    QVERIFY2(result.output.contains(
+                 QStringLiteral("\n    The answer has 1 byte, which does not fit the object. 1000h.0\n")),
+             qPrintable(result.output));
 }
 
 void tst_SnapshotCommand::readsNamedNodes()

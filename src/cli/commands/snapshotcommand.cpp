@@ -152,7 +152,7 @@ std::optional<ExitStatus> SnapshotCommand::parse(const QStringList &arguments)
     if (const std::optional<ExitStatus> status = parseResume())
         return status;
     m_bus.setNotes(notes());
-    return Language::load(m_options);
+    return Language::loadWithHost(m_options);
 }
 
 /*! A bus, or a trace; each has options that the other one does not know. */
