@@ -53,7 +53,10 @@ bool SnapshotFile::save(const QString &fileName, const Snapshot &snapshot, QStri
 
 bool SnapshotFile::looksLikeSnapshot(const QByteArray &text)
 {
-    return text.trimmed().startsWith('{');
+    constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
+    const QByteArray start
+        = (text.startsWith(byteOrderMark) ? text.mid(int(std::size(byteOrderMark)) - 1) : text).trimmed();
+    return start.startsWith('{') || start.startsWith('[');
 }
 
 QString SnapshotFile::fingerprint(const Snapshot &snapshot)

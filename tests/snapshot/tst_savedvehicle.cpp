@@ -68,6 +68,8 @@ void tst_SavedVehicle::contentTellsTheKind_data()
     QTest::addColumn<int>("node");
     QTest::newRow("snapshot") << snapshotText() << 4;
     QTest::newRow("exchange file") << QByteArray(exchangeText) << 3;
+    QTest::newRow("snapshot with a byte order mark") << "\xEF\xBB\xBF" + snapshotText() << 4;
+    QTest::newRow("exchange file with a byte order mark") << "\xEF\xBB\xBF" + QByteArray(exchangeText) << 3;
 }
 
 void tst_SavedVehicle::contentTellsTheKind()
@@ -120,6 +122,8 @@ void tst_SavedVehicle::problems_data()
                              << QStringLiteral("The file %1 is no good snapshot: line 5, column ");
     QTest::newRow("another JSON") << QByteArray("{\"format\":\"other\"}")
                                   << QStringLiteral("The file %1 is no good snapshot: This is no snapshot.");
+    QTest::newRow("list") << QByteArray("[]")
+                          << QStringLiteral("The file %1 is no good snapshot: An object, {...}, is wanted.");
     QTest::newRow("XML cut off") << QByteArray(exchangeText).left(200)
                                  << QStringLiteral(
                                         "The file %1 is neither a snapshot nor an exchange file: ");
