@@ -40,13 +40,18 @@ bool isSame(const QVariant &before, const QVariant &after)
                     : !(before.toDouble() < after.toDouble()) && !(after.toDouble() < before.toDouble());
 }
 
-bool isNoise(const QVariant &before, const QVariant &after, const ObjectKind &kind)
+double numberOf(const SnapshotEntry &entry)
 {
-    if (!isNumber(before) || !isNumber(after))
+    return ObjectWords::number(entry.key, entry.value.toDouble());
+}
+
+bool isNoise(const SnapshotEntry &before, const SnapshotEntry &after, const ObjectKind &kind)
+{
+    if (!isNumber(before.value) || !isNumber(after.value))
         return false;
     constexpr double percent = 100;
-    const double difference = std::abs(after.toDouble() - before.toDouble());
-    const double noise = std::max(kind.noise, std::abs(before.toDouble()) * kind.noisePercent / percent);
+    const double difference = std::abs(numberOf(after) - numberOf(before));
+    const double noise = std::max(kind.noise, std::abs(numberOf(before)) * kind.noisePercent / percent);
     return difference <= noise;
 }
 
@@ -75,9 +80,9 @@ std::optional<Change> ObjectChange::ofValues(const SnapshotEntry &before, const 
     if (kind.kind == ObjectKind::Kind::Running)
         return std::nullopt;
     const bool isMeasured = kind.kind == ObjectKind::Kind::Value || kind.kind == ObjectKind::Kind::Counter;
-    const bool hasFallen = isNumber(before.value) && after.value.toDouble() < before.value.toDouble();
+    const bool hasFallen = isNumber(before.value) && numberOf(after) < numberOf(before);
     const bool isReset = kind.kind == ObjectKind::Kind::Counter && hasFallen;
-    if (isMeasured && !isReset && isNoise(before.value, after.value, kind))
+    if (isMeasured && !isReset && isNoise(before, after, kind))
         return std::nullopt;
     Change change;
     change.kind = changeKind(kind.kind);

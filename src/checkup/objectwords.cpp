@@ -76,7 +76,7 @@ QString numberText(ObjectKey key, const QVariant &value)
 {
     const ObjectDescription *description = objectDescriptions().find(key.index);
     if (description != nullptr && description->unit != nullptr)
-        return withUnit(*description->unit, value.toDouble());
+        return withUnit(*description->unit, ObjectWords::number(key, value.toDouble()));
     const QString formatted = DataInterpreter::formatValue(key.index, key.subIndex, value);
     const bool isPlain = formatted.isEmpty() || formatted == QString::number(value.toUInt());
     return isPlain ? plainNumber(value) : formatted;
@@ -109,6 +109,17 @@ ObjectWords::Unit ObjectWords::unit(ObjectKey key)
         return {};
     return {QCoreApplication::translate("DataInterpreter", format->text).arg(QString()).trimmed(),
             format->divisor};
+}
+
+double ObjectWords::number(ObjectKey key, double raw)
+{
+    constexpr double range = 0x10000;
+    if (raw < range / 2 || raw >= range)
+        return raw;
+    const ObjectDescription *description = objectDescriptions().find(key.index);
+    const UnitFormat *format = description != nullptr ? description->unit : nullptr;
+    const bool isTemperature = format != nullptr && qstrcmp(format->key, "C") == 0;
+    return isTemperature ? raw - range : raw;
 }
 
 QString ObjectWords::inUnit(double number, const QString &unit)

@@ -12,11 +12,14 @@
 /*! How values and objects are said in findings and comparisons. */
 namespace ObjectWords {
 
-/*! The value with its unit, as the overview shows it. Cell voltages 6165h to 6174h, which have no unit in the object
+/*! The value with its unit, as the overview shows it; temperatures below zero with their sign, see number(). Cell voltages 6165h to 6174h, which have no unit in the object
  *  table, are millivolts. Texts stand as they are, bytes as hexadecimal digits, numbers without a unit as they are; no
  *  control characters.
  */
 QString value(CanOpen::ObjectKey key, const QVariant &value);
+
+/*! The number as it is meant: a temperature below zero may have come as an unsigned number of 16 bits. */
+double number(CanOpen::ObjectKey key, double raw);
 
 /*! A number in a unit of the object table ("mV", "C"): 36500 in "mV" is "36.50 V". Empty for an unknown unit. */
 QString inUnit(double number, const QString &unit);

@@ -3,6 +3,7 @@
 
 #include "reporttr.h"
 
+#include <checkup/objectwords.h>
 #include <interpreter/datainterpreter.h>
 #include <interpreter/objectdescriptions.h>
 #include <interpreter/units.h>
@@ -23,15 +24,6 @@ QString zoneText(const QDateTime &time)
         .arg(minutes < 0 ? QLatin1Char('-') : QLatin1Char('+'))
         .arg(std::abs(minutes) / 60, 2, 10, zero)
         .arg(std::abs(minutes) % 60, 2, 10, zero);
-}
-
-/*! A temperature below zero may have come as an unsigned number of 16 bits. */
-double numberOf(const QVariant &value, const UnitFormat &unit)
-{
-    constexpr double range = 0x10000;
-    const double number = value.toDouble();
-    const bool isTemperature = qstrcmp(unit.key, "C") == 0;
-    return isTemperature && number >= range / 2 && number < range ? number - range : number;
 }
 
 } // namespace
@@ -74,7 +66,7 @@ QString ReportWords::value(CanOpen::ObjectKey key, const QVariant &value) const
     const ObjectDescription *description = objectDescriptions().find(key.index);
     const UnitFormat *unit = description != nullptr ? description->unit : nullptr;
     if (unit != nullptr)
-        return inUnit(numberOf(value, *unit), QString::fromLatin1(unit->key));
+        return inUnit(ObjectWords::number(key, value.toDouble()), QString::fromLatin1(unit->key));
     return value.type() == QVariant::Double ? number(value.toDouble(), 2) : value.toString();
 }
 

@@ -147,6 +147,7 @@ private slots:
     void findingOfANewDevice();
     void fractionsAndWideNumbers();
     void noiseBelowZero();
+    void temperatureBelowZero();
     void replacedWithoutRevision();
     void findingsOfOneSideOnly();
     void findingsInTheOrderOfNodes();
@@ -774,6 +775,21 @@ void tst_SnapshotComparison::noiseBelowZero()
     entry.value = -486079;
     after.find(battery)->insert(entry);
     QCOMPARE(changes(before, after).size(), 1);
+}
+
+void tst_SnapshotComparison::temperatureBelowZero()
+{
+    Snapshot before = VehicleSnapshot::of(QStringLiteral("pedelec"));
+    VehicleSnapshot::setNumber(&before, battery, {0x6105, 1}, 253, 2);
+    Snapshot after = before;
+    VehicleSnapshot::setNumber(&after, battery, {0x6105, 1}, 0xFF9C, 2);
+    const QStringList lines = changes(before, after).filter(QStringLiteral("value|"));
+    QCOMPARE(lines, one("value|2|6105h.1|25.30 °C|-10.00 °C|Battery Pack (node 2): Battery pack temperature "
+                        "(6105h.1) was "
+                        "25.30 °C, is -10.00 °C."));
+    VehicleSnapshot::setNumber(&before, battery, {0x6105, 1}, 3, 2);
+    VehicleSnapshot::setNumber(&after, battery, {0x6105, 1}, 0xFFFE, 2);
+    QCOMPARE(changes(before, after), QStringList()); // half a degree is noise
 }
 
 void tst_SnapshotComparison::replacedWithoutRevision()

@@ -79,6 +79,7 @@ private slots:
     void latenessAsHeard();
     void statistics();
     void asked();
+    void temperatureBelowZero();
     void valuesAreBounded();
     void history();
     void historyKeepsPeaks();
@@ -362,6 +363,18 @@ void tst_LiveValues::asked()
     QCOMPARE(value(4, 0x6040, 1).record.time(), 3 * second);
     QCOMPARE(m_values->note(4, {0x6040, 1}, 36600, 4 * second), position);
     QCOMPARE(m_values->find(4, {0x6040, 2}), -1);
+}
+
+void tst_LiveValues::temperatureBelowZero()
+{
+    m_values->note(4, {0x6105, 1}, 0xFF9C, 0);
+    QCOMPARE(value(4, 0x6105, 1).record.last(), -10.0);
+    m_values->note(4, {0x6105, 1}, 0x7FFF, second);
+    QCOMPARE(value(4, 0x6105, 1).record.last(), 3276.7);
+    m_values->note(4, {0x6105, 1}, -100, 2 * second);
+    QCOMPARE(value(4, 0x6105, 1).record.last(), -10.0);
+    m_values->note(4, {0x6040, 1}, 0xFF9C, 0); // a voltage has no sign
+    QCOMPARE(value(4, 0x6040, 1).record.last(), 65.436);
 }
 
 void tst_LiveValues::valuesAreBounded()

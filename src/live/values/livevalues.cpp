@@ -151,7 +151,7 @@ void LiveValues::handle(const LiveFrame &frame)
 void LiveValues::add(int position, qint64 time, double number)
 {
     LiveValue &value = m_values[static_cast<std::size_t>(position)];
-    const double shown = number / value.divisor;
+    const double shown = ObjectWords::number(value.object, number) / value.divisor;
     value.record.add(time, shown);
     if (value.history != nullptr)
         value.history->add(time, shown);
