@@ -2909,8 +2909,8 @@ Jetzt: %2</translation>
         <translation>Nicht alles konnte beurteilt werden.</translation>
     </message>
     <message>
-        <source>Whether there are errors on the bus is not known, because the adapter or the trace does not tell.</source>
-        <translation>Ob es auf dem Bus Fehler gibt, ist nicht bekannt, weil der Adapter oder die Aufzeichnung es nicht sagt.</translation>
+        <source>Nobody here can tell of errors.</source>
+        <translation>Fehler kann hier niemand melden.</translation>
     </message>
 </context>
 <context>
@@ -4111,6 +4111,10 @@ Jetzt: %2</translation>
     <message>
         <source>Nothing was read, because a check-up is using the bus. Wait for its end or cancel it, then read again.</source>
         <translation>Nichts wurde gelesen, weil eine Prüfung den Bus benutzt. Warten Sie das Ende ab oder brechen Sie sie ab, dann lesen Sie noch einmal.</translation>
+    </message>
+    <message>
+        <source>Nothing is known of node %1: requests or answers found no room on the bus. It is overloaded, or nobody acknowledges; scan again when it is quieter.</source>
+        <translation>Über Knoten %1 ist nichts bekannt: Anfragen oder Antworten fanden keinen Platz auf dem Bus. Er ist überlastet, oder niemand bestätigt; suchen Sie noch einmal, wenn er ruhiger ist.</translation>
     </message>
 </context>
 <context>

@@ -2909,8 +2909,8 @@ Maintenant&#xa0;: %2</translation>
         <translation>Tout n’a pas pu être jugé.</translation>
     </message>
     <message>
-        <source>Whether there are errors on the bus is not known, because the adapter or the trace does not tell.</source>
-        <translation>On ne sait pas s’il y a des erreurs sur le bus, car l’adaptateur ou la trace ne le dit pas.</translation>
+        <source>Nobody here can tell of errors.</source>
+        <translation>Rien ici ne peut signaler d’erreurs.</translation>
     </message>
 </context>
 <context>
@@ -4111,6 +4111,10 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>Nothing was read, because a check-up is using the bus. Wait for its end or cancel it, then read again.</source>
         <translation>Rien n’a été lu, car un contrôle utilise le bus. Attendez la fin ou annulez-le, puis relisez.</translation>
+    </message>
+    <message>
+        <source>Nothing is known of node %1: requests or answers found no room on the bus. It is overloaded, or nobody acknowledges; scan again when it is quieter.</source>
+        <translation>On ne sait rien du nœud %1&#xa0;: des requêtes ou des réponses n’ont pas trouvé de place sur le bus. Il est surchargé, ou personne n’acquitte&#xa0;; relancez la recherche quand il sera plus calme.</translation>
     </message>
 </context>
 <context>

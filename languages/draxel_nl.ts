@@ -2909,8 +2909,8 @@ Nu: %2</translation>
         <translation>Niet alles kon worden beoordeeld.</translation>
     </message>
     <message>
-        <source>Whether there are errors on the bus is not known, because the adapter or the trace does not tell.</source>
-        <translation>Of er fouten op de bus zijn, is niet bekend, omdat de adapter of de opname het niet meldt.</translation>
+        <source>Nobody here can tell of errors.</source>
+        <translation>Fouten kan hier niets melden.</translation>
     </message>
 </context>
 <context>
@@ -4111,6 +4111,10 @@ Nu: %2</translation>
     <message>
         <source>Nothing was read, because a check-up is using the bus. Wait for its end or cancel it, then read again.</source>
         <translation>Er is niets gelezen, omdat een controle de bus gebruikt. Wacht op het einde of breek hem af en lees dan opnieuw.</translation>
+    </message>
+    <message>
+        <source>Nothing is known of node %1: requests or answers found no room on the bus. It is overloaded, or nobody acknowledges; scan again when it is quieter.</source>
+        <translation>Over node %1 is niets bekend: verzoeken of antwoorden vonden geen plaats op de bus. Hij is overbelast, of niemand bevestigt; zoek opnieuw als het rustiger is.</translation>
     </message>
 </context>
 <context>

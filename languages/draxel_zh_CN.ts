@@ -2896,8 +2896,8 @@ Now: %2</source>
         <translation>并非所有内容都能评判。</translation>
     </message>
     <message>
-        <source>Whether there are errors on the bus is not known, because the adapter or the trace does not tell.</source>
-        <translation>总线上是否有错误未知，因为适配器或记录没有说明。</translation>
+        <source>Nobody here can tell of errors.</source>
+        <translation>此处无法得知错误。</translation>
     </message>
 </context>
 <context>
@@ -4096,6 +4096,10 @@ Now: %2</source>
     <message>
         <source>Nothing was read, because a check-up is using the bus. Wait for its end or cancel it, then read again.</source>
         <translation>没有读取任何内容，因为检查正在使用总线。请等待结束或取消检查，然后再次读取。</translation>
+    </message>
+    <message>
+        <source>Nothing is known of node %1: requests or answers found no room on the bus. It is overloaded, or nobody acknowledges; scan again when it is quieter.</source>
+        <translation>对节点 %1 一无所知：请求或应答在总线上没有空间。总线过载，或无人应答确认；请在总线较空闲时重新扫描。</translation>
     </message>
 </context>
 <context>

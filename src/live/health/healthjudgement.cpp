@@ -159,7 +159,6 @@ QString HealthJudgement::unknownSentence(Subject subject, const HealthNumbers &n
     if (subject == Subject::Load)
         return tr("How much the bus is used is not known, because its bit rate is not.");
     if (subject == Subject::Errors && !numbers.areErrorsKnown())
-        return tr("Whether there are errors on the bus is not known, because the adapter or the trace does "
-                  "not tell.");
+        return tr("Nobody here can tell of errors.");
     return tr("Not everything could be judged.");
 }
