@@ -171,7 +171,7 @@ CanOpen::SdoOutcome GetCommand::ask(CanOpen::DataType type)
 
 void GetCommand::print(const CanOpen::SdoOutcome &outcome) const
 {
-    const ObjectValue object{m_nodeId, m_key, m_type, outcome.value};
+    const ObjectValue object{m_nodeId, m_key, m_type, outcome.value, outcome.raw, outcome.isSizeUnknown};
     if (m_options.isSet(jsonOption))
         Console::printJson(objectJson(object));
     else

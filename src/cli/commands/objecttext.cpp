@@ -79,13 +79,13 @@ QVector<QStringList> rowsOfTyped(const ObjectValue &object)
     const QString words = valueInWords(object);
     if (!words.isEmpty())
         rows.append({ObjectTextTr::tr("Value"), words});
-    const QByteArray bytes = object.bytes();
     if (isInteger(object.value)) {
-        rows.append({ObjectTextTr::tr("Number"),
-                     QStringLiteral("%1 (0x%2)")
-                         .arg(object.value.toString(), QString::number(numberOf(bytes), 16).toUpper())});
+        rows.append(
+            {ObjectTextTr::tr("Number"),
+             QStringLiteral("%1 (0x%2)")
+                 .arg(object.value.toString(), QString::number(numberOf(object.bytes), 16).toUpper())});
     } else if (object.value.type() == QVariant::ByteArray) {
-        rows.append({ObjectTextTr::tr("Length"), ObjectTextTr::tr("%1 bytes").arg(bytes.size())});
+        rows.append({ObjectTextTr::tr("Length"), ObjectTextTr::tr("%1 bytes").arg(object.bytes.size())});
     } else {
         rows.append({ObjectTextTr::tr("Value"), object.value.toString()});
     }
@@ -96,7 +96,11 @@ QVector<QStringList> rowsOfTyped(const ObjectValue &object)
 QVector<QStringList> rowsOfUntyped(const ObjectValue &object)
 {
     QVector<QStringList> rows;
-    const QByteArray bytes = object.bytes();
+    const QByteArray &bytes = object.bytes;
+    if (object.isSizeUnknown) {
+        rows.append({ObjectTextTr::tr("Length"), ObjectTextTr::tr("the device does not tell it")});
+        return rows;
+    }
     if (isPrintable(bytes))
         rows.append({ObjectTextTr::tr("Text"), QString::fromLatin1(bytes)});
     if (!bytes.isEmpty() && bytes.size() <= longestNumber)
@@ -124,13 +128,6 @@ QJsonValue jsonValue(const ObjectValue &object)
 
 } // namespace
 
-QByteArray ObjectValue::bytes() const
-{
-    if (value.type() == QVariant::ByteArray)
-        return value.toByteArray();
-    return type ? CanOpen::encodeValue(*type, value).value_or(QByteArray()) : QByteArray();
-}
-
 QString objectText(const ObjectValue &object)
 {
     QVector<QStringList> rows{
@@ -140,7 +137,7 @@ QString objectText(const ObjectValue &object)
     if (!name.isEmpty())
         rows.append({ObjectTextTr::tr("Name"), name});
     rows += object.type ? rowsOfTyped(object) : rowsOfUntyped(object);
-    rows.append({ObjectTextTr::tr("Bytes"), bytesText(object.bytes())});
+    rows.append({ObjectTextTr::tr("Bytes"), bytesText(object.bytes)});
     return alignedLines(rows, 0).join(QLatin1Char('\n'));
 }
 
@@ -148,13 +145,15 @@ QByteArray objectJson(const ObjectValue &object)
 {
     const QString name = DataInterpreter::objectName(object.key.index, object.key.subIndex);
     const QString type = object.type ? CanOpen::dataTypeName(*object.type) : QString();
-    return QJsonDocument(QJsonObject{{QStringLiteral("node"), object.nodeId},
-                                     {QStringLiteral("index"), object.key.index},
-                                     {QStringLiteral("subIndex"), object.key.subIndex},
-                                     {QStringLiteral("name"), textOrNull(name)},
-                                     {QStringLiteral("type"), textOrNull(type)},
-                                     {QStringLiteral("value"), jsonValue(object)},
-                                     {QStringLiteral("text"), textOrNull(valueInWords(object))},
-                                     {QStringLiteral("bytes"), QString::fromLatin1(object.bytes().toHex())}})
-        .toJson();
+    QJsonObject json{{QStringLiteral("node"), object.nodeId},
+                     {QStringLiteral("index"), object.key.index},
+                     {QStringLiteral("subIndex"), object.key.subIndex},
+                     {QStringLiteral("name"), textOrNull(name)},
+                     {QStringLiteral("type"), textOrNull(type)},
+                     {QStringLiteral("value"), jsonValue(object)},
+                     {QStringLiteral("text"), textOrNull(valueInWords(object))},
+                     {QStringLiteral("bytes"), QString::fromLatin1(object.bytes.toHex())}};
+    if (object.isSizeUnknown)
+        json.insert(QStringLiteral("sizeKnown"), false);
+    return QJsonDocument(json).toJson();
 }

@@ -17,9 +17,8 @@ struct ObjectValue
     CanOpen::ObjectKey key;
     std::optional<CanOpen::DataType> type; // empty: nobody knows it; the value is its bytes then
     QVariant value;
-
-    /*! As on the bus, least significant byte first. */
-    QByteArray bytes() const;
+    QByteArray bytes;           // as on the bus, least significant byte first
+    bool isSizeUnknown = false; // the device did not say how many of the bytes count
 };
 
 /*! The value as text for people: name, value in words where the object table knows them, number, bytes. Of a value
