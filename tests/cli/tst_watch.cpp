@@ -56,6 +56,7 @@ private slots:
     void objectsOfTwoNodesKeepTheirPace();
     void lyingMapping();
     void silentNode();
+    void playedTraceHasItsTime();
     void textIsNoNumber();
     void table();
     void tableThatCannotBeWritten();
@@ -284,6 +285,24 @@ void tst_Watch::silentNode()
     QCOMPARE(jsonLines(result.output).first().value(QStringLiteral("reason")).toString(),
              QStringLiteral("The device did not answer."));
     QVERIFY(summaryOf(result).value(QStringLiteral("last")).isNull());
+}
+
+/*! Also where nothing comes: the trace holds no answer to what is asked. */
+void tst_Watch::playedTraceHasItsTime()
+{
+    QFile log(m_folder->filePath(QStringLiteral("ride.log")));
+    QVERIFY(log.open(QIODevice::WriteOnly));
+    for (int i = 0; i < 20; ++i)
+        log.write(QStringLiteral("(1600000000.%1) can0 702#05\n")
+                      .arg(i * 50'000, 6, 10, QLatin1Char('0'))
+                      .toLatin1());
+    log.close();
+    const Result result = run(words(QStringLiteral("watch --for 1s --json 2:6040:1 --bus"))
+                              << QStringLiteral("trace:") + log.fileName());
+    const QJsonObject first = jsonLines(result.output).first();
+    QVERIFY2(first.contains(QStringLiteral("reason")), qPrintable(result.output));
+    QVERIFY2(first.value(QStringLiteral("time")).toString().startsWith(QStringLiteral("2020-09-1")),
+             qPrintable(result.output));
 }
 
 void tst_Watch::textIsNoNumber()

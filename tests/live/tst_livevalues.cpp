@@ -444,6 +444,12 @@ void tst_LiveValues::writing()
     m_values->note(4, {0x2000, 1}, 4294967295.0, 0);
     const QDateTime time(QDate(2026, 9, 3), QTime(12, 0, 1, 500), Qt::UTC);
     QCOMPARE(ValueWriting::csvHead(), QByteArray("time,node,object,name,value,unit\r\n"));
+    QCOMPARE(ValueWriting::numberText(12345678, 7), QStringLiteral("12345678"));
+    QCOMPARE(ValueWriting::numberText(1099511627775, 10), QStringLiteral("1099511627775")); // of 40 bits
+    QCOMPARE(ValueWriting::numberText(-3, 7), QStringLiteral("-3"));
+    QCOMPARE(ValueWriting::numberText(39.3, 7), QStringLiteral("39.3"));
+    QCOMPARE(ValueWriting::numberText(36.123456789, 7), QStringLiteral("36.12346"));
+    QCOMPARE(ValueWriting::numberText(1e300, 7), QStringLiteral("1e+300"));
     QCOMPARE(ValueWriting::toCsv(value(4, 0x2000, 1), time),
              QByteArray("2026-09-03T12:00:01.500Z,4,2000h.1,2000h,4294967295,\r\n"));
     LiveValue named = value(4, 0x6040, 1);

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr int digits = 7;
+constexpr int digits = 7; // of a fraction
 
 QByteArray line(const QJsonObject &json)
 {
@@ -78,11 +78,10 @@ void WatchPrinter::printLate(const WatchedValue &value) const
 
 void WatchPrinter::printTrouble(const WatchedValue &value, const QString &text, const char *key) const
 {
-    const QDateTime now = QDateTime::currentDateTime();
+    const QDateTime now = m_live->timeOfDay(m_live->now());
     if (m_form == Form::Json) {
         QJsonObject json = addressOf(value);
-        json.insert(QStringLiteral("time"),
-                    now.toOffsetFromUtc(now.offsetFromUtc()).toString(Qt::ISODateWithMs));
+        json.insert(QStringLiteral("time"), now.toString(Qt::ISODateWithMs));
         json.insert(QLatin1String(key), text);
         Console::printJson(line(json));
         return;
@@ -173,5 +172,5 @@ QString WatchPrinter::padded(const QString &text) const
 
 QString WatchPrinter::number(double number)
 {
-    return QString::number(number, 'g', digits);
+    return ValueWriting::numberText(number, digits);
 }

@@ -106,7 +106,7 @@ qint64 LiveBus::steadyNow() const
     return m_steady.isValid() ? m_steady.nsecsElapsed() / Nanoseconds::ofMicrosecond : 0;
 }
 
-qint64 LiveBus::now()
+qint64 LiveBus::now() const
 {
     return m_clock.timeAt(steadyNow());
 }

@@ -50,7 +50,7 @@ public:
     const LiveValues &values() const { return m_values; }
 
     /*! The time on the line of all that was heard (us); 0 at start(). */
-    qint64 now();
+    qint64 now() const;
     /*! The time of day that a time on that line was. */
     QDateTime timeOfDay(qint64 time) const;
     /*! The other way round. */

@@ -3,6 +3,8 @@
 
 #include <QStringList>
 
+#include <cmath>
+
 namespace {
 
 QString field(const QString &text)
@@ -17,6 +19,13 @@ QString field(const QString &text)
 
 } // namespace
 
+QString ValueWriting::numberText(double number, int digits)
+{
+    constexpr double mostExact = 9007199254740992; // 2^53: a double has all whole numbers below
+    const bool isWhole = std::abs(number) < mostExact && !(std::floor(number) < number);
+    return isWhole ? QString::number(static_cast<qint64>(number)) : QString::number(number, 'g', digits);
+}
+
 QByteArray ValueWriting::csvHead()
 {
     return "time,node,object,name,value,unit\r\n";
@@ -30,7 +39,7 @@ QByteArray ValueWriting::toCsv(const LiveValue &value, const QDateTime &time)
         QString::number(value.nodeId),
         value.object.toShortString(),
         field(value.name),
-        QString::number(value.record.last(), 'g', digits),
+        numberText(value.record.last(), digits),
         field(value.unit),
     };
     return fields.join(QLatin1Char(',')).toUtf8() + "\r\n";

@@ -6,9 +6,13 @@
 #include <QByteArray>
 #include <QDateTime>
 #include <QJsonObject>
+#include <QString>
 
 /*! Values for files and programs. */
 namespace ValueWriting {
+
+/*! A whole number with all its digits, up to 2^53; of others so many. */
+QString numberText(double number, int digits);
 
 /*! The names of the columns; as all lines with its end. */
 QByteArray csvHead();
