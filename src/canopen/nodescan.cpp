@@ -11,9 +11,10 @@ namespace {
 
 constexpr ObjectKey deviceType{0x1000, 0};
 
-bool isSignOfLife(SdoOutcome::Kind kind)
+bool isSignOfLife(const SdoOutcome &outcome)
 {
-    return kind != SdoOutcome::Kind::Timeout && kind != SdoOutcome::Kind::Cancelled;
+    return !outcome.isUnasked && outcome.kind != SdoOutcome::Kind::Timeout
+           && outcome.kind != SdoOutcome::Kind::Cancelled;
 }
 
 QVector<quint8> nodesOf(const std::bitset<lastNodeId + 1> &set)
@@ -86,7 +87,7 @@ void NodeScan::handleOutcome(const SdoOutcome &outcome)
                  outcome.kind == SdoOutcome::Kind::Timeout && !outcome.isUnasked && !outcome.isCrowdedOut);
     askNext();
     const QPointer<NodeScan> self(this);
-    if (isSignOfLife(outcome.kind)) {
+    if (isSignOfLife(outcome)) {
         m_found.set(outcome.nodeId);
         emit found(outcome.nodeId);
     }

@@ -81,7 +81,7 @@ SnapshotEntry SnapshotAnswer::toEntry(const SdoOutcome &outcome, const QVector<D
         takeAbort(outcome.code, &entry);
         break;
     case SdoOutcome::Kind::Error:
-        entry.gap = SnapshotGap::Failed;
+        entry.gap = outcome.isUnasked ? SnapshotGap::Cancelled : SnapshotGap::Failed;
         entry.abortCode = outcome.code;
         break;
     case SdoOutcome::Kind::Timeout:

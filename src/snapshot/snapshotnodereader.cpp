@@ -91,7 +91,8 @@ void SnapshotNodeReader::take(const SdoOutcome &outcome, qint64 ms, qint64 answe
     m_isUnasked = outcome.isUnasked || outcome.isCrowdedOut;
     SnapshotEntry entry = SnapshotAnswer::toEntry(outcome, m_plan.typesOf(outcome.key));
     entry.ms = ms;
-    if (outcome.kind == SdoOutcome::Kind::Timeout) {
+    // What another client has held up says nothing of the device either.
+    if (outcome.kind == SdoOutcome::Kind::Timeout || outcome.isUnasked) {
         m_question.gap = isStopped() ? SnapshotGap::Stopped : entry.gap;
         takeSilence();
         return;

@@ -103,6 +103,7 @@ private slots:
     void cancelledScanEnds();
     void nodesThatCouldNotBeAskedAreNotAbsent();
     void nodesThatFoundNoRoomAreNotAbsent();
+    void nodeThatAnotherClientHoldsUpIsNotFound();
     void nodesThatKeptSilentWereAsked();
     void secondStartChangesNothing();
     void scansAgain();
@@ -247,6 +248,25 @@ void tst_NodeScan::nodesThatFoundNoRoomAreNotAbsent()
     QTRY_COMPARE(bus.finishedCount, 1);
     QCOMPARE(bus.result, NodeIds{9});
     QCOMPARE(bus.scan.unaskedNodes().size(), 126);
+}
+
+/*! It goes on and on, and no request of ours goes out: all that is known is what others say. */
+void tst_NodeScan::nodeThatAnotherClientHoldsUpIsNotFound()
+{
+    Bus bus;
+    const auto goOn = [&bus] {
+        bus.device->inject(QCanBusFrame(0x605, QByteArray::fromHex("0001020304050607")));
+        bus.device->inject(QCanBusFrame(0x585, QByteArray::fromHex("2000000000000000")));
+    };
+    QTimer other;
+    connect(&other, &QTimer::timeout, &bus, goOn);
+    bus.client.setPatience(5, SdoPatience()); // from now on the client knows the node
+    goOn();
+    other.start(10);
+    bus.scan.start();
+    QTRY_COMPARE_WITH_TIMEOUT(bus.finishedCount, 1, 60000);
+    QCOMPARE(bus.found, NodeIds());
+    QCOMPARE(bus.scan.unaskedNodes(), NodeIds{5});
 }
 
 void tst_NodeScan::nodesThatKeptSilentWereAsked()

@@ -136,6 +136,8 @@ void tst_SnapshotAnswer::whatIsNoValueHasAReason_data()
         << Kind::Error << 0x06020000u << false << SnapshotGap::Failed;
     QTest::newRow("silent") << Kind::Timeout << 0u << false << SnapshotGap::NoAnswer;
     QTest::newRow("not sent") << Kind::Timeout << 0u << true << SnapshotGap::Cancelled;
+    QTest::newRow("held up by another client")
+        << Kind::Error << 0x060A0023u << true << SnapshotGap::Cancelled;
     QTest::newRow("cancelled") << Kind::Cancelled << 0u << false << SnapshotGap::Cancelled;
 }
 

@@ -113,6 +113,7 @@ private slots:
     void nodeThatStopsInTheMiddle();
     void nodeThatIsStartedAgain();
     void notSentIsNotSilent();
+    void heldUpIsNoAnswer();
     void crowdedOutIsNotSilent();
     void refusalsAreNoSilence();
     void cancelKeepsWhatWasRead();
@@ -282,6 +283,21 @@ void tst_SnapshotNodeReader::notSentIsNotSilent()
     const SnapshotNode read = node.readAll();
     QVERIFY(read.end == SnapshotEnd::Cancelled);
     QVERIFY(read.find(0x1000, 0)->gap == SnapshotGap::Cancelled);
+}
+
+/*! By another client, so that no request has gone out: nobody knows whether the device is there. */
+void tst_SnapshotNodeReader::heldUpIsNoAnswer()
+{
+    Node node;
+    for (int index = 0x1000; index <= 0x6400; ++index) {
+        for (quint8 subIndex = 0; subIndex <= 14; ++subIndex)
+            node.set({static_cast<quint16>(index), subIndex}, Kind::Error, 0x060A0023);
+    }
+    node.isUnasked = true;
+    const SnapshotNode read = node.readAll();
+    QVERIFY(read.end == SnapshotEnd::Cancelled);
+    QVERIFY(read.find(0x1000, 0)->gap == SnapshotGap::Cancelled);
+    QCOMPARE(read.valueCount(), 0);
 }
 
 void tst_SnapshotNodeReader::crowdedOutIsNotSilent()
