@@ -43,24 +43,28 @@ void CheckupFiles::save()
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix(QStringLiteral("dxsnap"));
     dialog->selectFile(CheckupWords::fileName(m_session->record()));
-    connect(dialog, &QFileDialog::fileSelected, this, &CheckupFiles::write);
+    connect(dialog, &QFileDialog::fileSelected, this,
+            [this, snapshot = m_session->record().snapshot, number = m_session->recordNumber()](
+                const QString &fileName) { write(fileName, snapshot, number); });
     dialog->open();
 }
 
-void CheckupFiles::write(const QString &fileName)
+/*! What was shown when the user asked for it. Meanwhile something else may be. */
+void CheckupFiles::write(const QString &fileName, const Snapshot &snapshot, quint64 number)
 {
-    const auto work = [fileName, snapshot = m_session->record().snapshot] {
+    const auto work = [fileName, snapshot] {
         QString problem;
         SnapshotFile::save(fileName, snapshot, &problem);
         return problem;
     };
-    Background::run(this, work, [this, fileName](const QString &problem) {
+    Background::run(this, work, [this, fileName, number](const QString &problem) {
         if (!problem.isEmpty()) {
             emit failed(problem);
             return;
         }
         FileFolder::remember(fileName);
-        m_session->noteSaved(fileName);
+        if (m_session->recordNumber() == number)
+            m_session->noteSaved(fileName);
         emit succeeded(tr("Saved: %1").arg(QDir::toNativeSeparators(fileName)));
     });
 }
@@ -82,7 +86,7 @@ void CheckupFiles::compare(const QString &fileName)
         loaded.first = BundleFiles::loadSnapshot(fileName, &loaded.second);
         return loaded;
     };
-    Background::run(this, work, [this, fileName](const Loaded &loaded) {
+    Background::run(this, work, [this, fileName, later = m_session->record()](const Loaded &loaded) {
         if (!loaded.first) {
             emit failed(loaded.second);
             return;
@@ -92,7 +96,6 @@ void CheckupFiles::compare(const QString &fileName)
         earlier.source = CheckupRecord::Source::File;
         earlier.fileName = fileName;
         earlier.snapshot = *loaded.first;
-        const CheckupRecord &later = m_session->record();
         auto *dialog = new ComparisonDialog(CheckupWords::vehicle(earlier), CheckupWords::vehicle(later),
                                             m_session->compare(earlier.snapshot, later.snapshot), m_window);
         dialog->show();

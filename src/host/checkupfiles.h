@@ -6,6 +6,7 @@
 
 class CheckupSession;
 class QWidget;
+struct Snapshot;
 
 /*! What a check-up is written into and compared with: files. Dialogs are shown, not run: everything returns at once. */
 class CheckupFiles : public QObject
@@ -32,7 +33,7 @@ signals:
     void failed(const QString &sentence);
 
 private:
-    void write(const QString &fileName);
+    void write(const QString &fileName, const Snapshot &snapshot, quint64 number);
     void compare(const QString &fileName);
 
     CheckupSession *m_session;

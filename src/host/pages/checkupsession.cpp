@@ -312,6 +312,7 @@ void CheckupSession::showVisit(const Snapshot &snapshot, qint64 visitId, const T
 void CheckupSession::show(CheckupRecord record)
 {
     m_record = std::move(record);
+    ++m_recordNumber;
     ++m_inquiry;
     m_kept = Kept::No;
     m_keepingProblem.clear();

@@ -90,6 +90,8 @@ public:
 
     /*! It was saved as a file. */
     void noteSaved(const QString &fileName);
+    /*! Another one with each snapshot that is shown. */
+    quint64 recordNumber() const { return m_recordNumber; }
 
     bool isEmpty() const { return m_record.source == CheckupRecord::Source::None; }
     /*! What is shown; while a check-up runs, the one before. */
@@ -172,6 +174,7 @@ private:
     SnapshotNotes m_notes;
     bool m_isSameVehicle = false; // the bus was not away since what is shown was read
     bool m_mayBeOther = false;    // it goes on, with a vehicle that may not be the one shown
+    quint64 m_recordNumber = 0;
     CheckupRecord m_record;
     Kept m_kept = Kept::No;
     QString m_keepingProblem;

@@ -5,15 +5,18 @@
 #include <host/core/pluginsession.h>
 #include <host/core/settingsstore.h>
 #include <host/mainwindow.h>
+#include <host/pages/checkuppage.h>
 #include <host/pages/checkupsession.h>
 #include <host/pages/checkupwords.h>
 #include <interface/dxplugininterface.h>
+#include <snapshot/savedvehicle.h>
 #include <snapshot/snapshotfile.h>
 #include <tests/support/troubledvehicle.h>
 #include <tests/support/windowtest.h>
 
 #include <QAction>
 #include <QClipboard>
+#include <QFileDialog>
 #include <QGuiApplication>
 #include <QInputDialog>
 #include <QLabel>
@@ -23,10 +26,18 @@
 #include <QTabWidget>
 #include <QTableView>
 #include <QTextBrowser>
+#include <QThreadPool>
 #include <QToolButton>
 #include <QTreeWidget>
 
 namespace {
+
+/*! Lets the background come to its end, and what follows it. */
+void finishWork()
+{
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+}
 
 /*! The whole window with the overview, on a simulated vehicle. */
 class Window
@@ -135,6 +146,7 @@ private slots:
     void escapeCancels();
     void valuesCanBeCopied();
     void opensASnapshotEverywhere();
+    void savesWhatItWasAskedToSave();
     void brokenSnapshotChangesNothing();
     void closingKeepsWhatWasRead();
     void textsFromDevicesAreText();
@@ -328,6 +340,44 @@ void tst_CheckupPage::opensASnapshotEverywhere()
     // The plug-in shows it as well.
     QVERIFY(other.find<QTreeWidget>("treeWidget")->topLevelItemCount() > 0);
     QVERIFY(other.window().windowTitle().contains(QStringLiteral("bike.dxsnap")));
+}
+
+/*! Whatever is shown while a name is chosen, and while the file is written. */
+void tst_CheckupPage::savesWhatItWasAskedToSave()
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("first.dxsnap"));
+    Snapshot first;
+    first.notes.vehicle = QStringLiteral("first");
+    Snapshot second;
+    second.notes.vehicle = QStringLiteral("second");
+    Window window;
+    const auto choose = [&window] {
+        emit window.find<CheckupPage>("checkupPage")->saveRequested();
+        return window.window().findChild<QFileDialog *>(QStringLiteral("saveSnapshotDialog"));
+    };
+    window.session().showFile(first, QStringLiteral("/a.dxsnap"));
+    QFileDialog *dialog = choose();
+    window.session().showFile(second, QStringLiteral("/b.dxsnap"));
+    emit dialog->fileSelected(file);
+    finishWork();
+    QString error;
+    QCOMPARE(SavedVehicle::load(file, &error)->notes.vehicle, QStringLiteral("first"));
+    QCOMPARE(window.session().record().fileName, QStringLiteral("/b.dxsnap"));
+    delete dialog;
+
+    dialog = choose();
+    emit dialog->fileSelected(file);
+    window.session().showFile(first, QStringLiteral("/a.dxsnap")); // before it is written
+    finishWork();
+    QCOMPARE(SavedVehicle::load(file, &error)->notes.vehicle, QStringLiteral("second"));
+    QCOMPARE(window.session().record().fileName, QStringLiteral("/a.dxsnap"));
+    delete dialog;
+
+    dialog = choose();
+    emit dialog->fileSelected(file);
+    finishWork();
+    QCOMPARE(window.session().record().fileName, file);
 }
 
 void tst_CheckupPage::brokenSnapshotChangesNothing()
