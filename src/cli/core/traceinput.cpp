@@ -10,6 +10,28 @@
 
 #include <QDir>
 
+#include <utility>
+
+namespace {
+
+/*! A reader's share in an input: of one through which nothing came it is gone before the trace has ended. */
+class SharedInput : public ByteSource
+{
+public:
+    explicit SharedInput(std::shared_ptr<InterruptibleInput> input)
+        : m_input(std::move(input))
+    {
+    }
+
+    qint64 read(char *to, qint64 most) override { return m_input->read(to, most); }
+    QString errorString() const override { return m_input->errorString(); }
+
+private:
+    std::shared_ptr<InterruptibleInput> m_input;
+};
+
+} // namespace
+
 std::unique_ptr<TraceReader> TraceInput::readerOf(const QString &path, QString *errorMessage)
 {
     if (!BundleFile::isBundle(path))
@@ -25,11 +47,8 @@ std::unique_ptr<TraceReader> TraceInput::interruptibleReaderOf(const QString &pa
         return nullptr;
     if (!bytes->isSequential())
         return TraceFile::open(std::move(bytes), path, errorMessage);
-    auto input = std::make_unique<InterruptibleInput>(std::move(bytes));
-    InterruptibleInput *const interruptible = input.get();
-    std::unique_ptr<TraceReader> reader = TraceFile::open(std::move(input), path, errorMessage);
-    m_interruptible = reader ? interruptible : nullptr;
-    return reader;
+    m_interruptible = std::make_shared<InterruptibleInput>(std::move(bytes));
+    return TraceFile::open(std::make_unique<SharedInput>(m_interruptible), path, errorMessage);
 }
 
 bool TraceInput::open(const QString &path, Interrupt interrupt)

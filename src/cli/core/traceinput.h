@@ -53,6 +53,7 @@ private:
 
     QString m_name;
     std::unique_ptr<TraceReader> m_reader;
-    InterruptibleInput *m_interruptible = nullptr; // of m_reader; null when interrupts end the program
+    std::shared_ptr<InterruptibleInput>
+        m_interruptible; // also of m_reader; null when interrupts end the program
     quint64 m_unread = 0;
 };
