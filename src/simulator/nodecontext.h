@@ -7,6 +7,7 @@
 #include <canopen/objectdictionary.h>
 #include <canopen/objectlookup.h>
 
+#include <QVector>
 #include <QtGlobal>
 
 #include <functional>
@@ -31,6 +32,11 @@ struct NodeContext
 
     /*! The dictionary's values, for parameter records. */
     CanOpen::ObjectLookup lookup() const;
+
+    /*! All numbers in the parameter and mapping records of the PDOs from \a firstParameter on (1400h or 1800h), to see whether
+     *  one was written.
+     */
+    QVector<quint32> pdoSettings(quint16 firstParameter) const;
 };
 
 } // namespace Simulator

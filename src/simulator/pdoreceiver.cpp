@@ -22,7 +22,16 @@ PdoReceiver::PdoReceiver(const NodeContext *node, std::function<void(quint16)> c
 
 void PdoReceiver::start()
 {
+    if (m_isStarted)
+        return;
+    m_isStarted = true;
+    load();
+}
+
+void PdoReceiver::load()
+{
     m_pdos.clear();
+    m_settings = m_node->pdoSettings(CanOpen::firstReceivePdo);
     const CanOpen::ObjectLookup lookup = m_node->lookup();
     for (int offset = 0; offset < CanOpen::mostPdos; ++offset) {
         const auto parameterIndex = static_cast<quint16>(CanOpen::firstReceivePdo + offset);
@@ -38,7 +47,14 @@ void PdoReceiver::start()
 
 void PdoReceiver::stop()
 {
+    m_isStarted = false;
     m_pdos.clear();
+}
+
+void PdoReceiver::parametersWritten()
+{
+    if (m_isStarted && m_node->pdoSettings(CanOpen::firstReceivePdo) != m_settings)
+        load();
 }
 
 bool PdoReceiver::handleFrame(const QCanBusFrame &frame)

@@ -24,9 +24,12 @@ public:
     /*! \a complain gets the emergency error code of a PDO with too few or too many bytes. */
     PdoReceiver(const NodeContext *node, std::function<void(quint16 errorCode)> complain);
 
-    /*! Takes the parameters from the dictionary; PDOs that are not there any more are forgotten. */
+    /*! The node is operational, or no longer. */
     void start();
     void stop();
+
+    /*! A client has written into the dictionary, parameters of PDOs perhaps: then what waits for the SYNC is forgotten. */
+    void parametersWritten();
 
     /*! Whether a value was written. */
     bool handleFrame(const QCanBusFrame &frame);
@@ -40,11 +43,14 @@ private:
         std::optional<QByteArray> waiting; // for the SYNC
     };
 
+    void load();
     bool take(Pdo &pdo, const QByteArray &payload);
     void write(const CanOpen::PdoMapping &mapping, const QByteArray &payload);
 
     const NodeContext *m_node;
     std::function<void(quint16)> m_complain;
+    bool m_isStarted = false;
+    QVector<quint32> m_settings; // what the PDOs were made of
     QVector<Pdo> m_pdos;
 };
 

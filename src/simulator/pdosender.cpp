@@ -3,23 +3,6 @@
 
 namespace Simulator {
 
-namespace {
-
-/*! All numbers in 1800h to 1BFFh, to see whether one was written. */
-QVector<quint32> settingsOf(const NodeContext &node)
-{
-    constexpr quint16 end = CanOpen::firstTransmitMapping + CanOpen::mostPdos;
-    QVector<quint32> settings;
-    const QVector<CanOpen::ObjectKey> keys = node.dictionary->keys();
-    for (const CanOpen::ObjectKey key : keys) {
-        if (key.index >= CanOpen::firstTransmitPdo && key.index < end)
-            settings.append(node.dictionary->value(key).toUInt());
-    }
-    return settings;
-}
-
-} // namespace
-
 PdoSender::PdoSender(const NodeContext *node)
     : m_node(node)
 {
@@ -42,7 +25,7 @@ void PdoSender::stop()
 void PdoSender::load()
 {
     m_pdos.clear();
-    m_settings = settingsOf(*m_node);
+    m_settings = m_node->pdoSettings(CanOpen::firstTransmitPdo);
     if (m_settings.isEmpty())
         return;
     for (int number = 1; number <= CanOpen::mostPdos; ++number) {
@@ -61,7 +44,7 @@ void PdoSender::handleSync(quint8 counter)
 
 void PdoSender::parametersWritten()
 {
-    if (m_isStarted && settingsOf(*m_node) != m_settings)
+    if (m_isStarted && m_node->pdoSettings(CanOpen::firstTransmitPdo) != m_settings)
         load();
     else
         valuesWritten();

@@ -296,9 +296,8 @@ void SimulatedNode::followDictionary()
     followHeartbeatTime();
     m_emergencies.dictionaryWritten();
     m_pdoSender.parametersWritten();
+    m_pdoReceiver.parametersWritten();
     m_syncParameter = CanOpen::readSyncParameter(m_context.lookup());
-    if (m_state == NmtState::Operational)
-        m_pdoReceiver.start();
     if (m_state == NmtState::Operational || m_state == NmtState::PreOperational)
         m_syncProducer.start();
 }

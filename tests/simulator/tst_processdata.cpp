@@ -41,6 +41,8 @@ private slots:
 
     void takesPdo();
     void takesPdoOnSync();
+    void writtenValueLeavesWaitingPdo();
+    void writtenParameterCounts();
     void takesPdoOperationalOnly();
     void skipsDummiesAndStrangers();
     void complainsOfShortPdo();
@@ -322,6 +324,37 @@ void tst_ProcessData::takesPdoOnSync()
     QCOMPARE(vehicle.value(5, 0x63EC, 1), 1u);
     vehicle.receive(0x80, "");
     QCOMPARE(vehicle.value(5, 0x63EC, 1), 0x1235u);
+}
+
+void tst_ProcessData::writtenValueLeavesWaitingPdo()
+{
+    NodeMaker maker(5);
+    maker.u16(0x63EC, 1, 1).u16(0x6164, 2, 0).pdo(0x1400, 0x205, 1, 0, 0, {0x63EC0110});
+    ProcessVehicle vehicle({maker.node});
+    vehicle.start();
+    vehicle.receive(0x205, "3412");
+    QCOMPARE(vehicle.receive(0x605, "2b64610207000000"), (QByteArrayList{"0 585 6064610200000000"}));
+    vehicle.receive(0x000, "0105"); // it is started already
+    QCOMPARE(vehicle.value(5, 0x63EC, 1), 1u);
+    vehicle.receive(0x80, "");
+    QCOMPARE(vehicle.value(5, 0x63EC, 1), 0x1234u);
+}
+
+void tst_ProcessData::writtenParameterCounts()
+{
+    NodeMaker maker(5);
+    maker.u16(0x63EC, 1, 1).u16(0x63EC, 2, 2).pdo(0x1400, 0x205, 255, 0, 0, {0x63EC0110});
+    ProcessVehicle vehicle({maker.node});
+    vehicle.start();
+    vehicle.receive(0x605, "2300140106020000"); // 1400h.1 := 206h
+    vehicle.receive(0x205, "3412");
+    QCOMPARE(vehicle.value(5, 0x63EC, 1), 1u);
+    vehicle.receive(0x206, "3512");
+    QCOMPARE(vehicle.value(5, 0x63EC, 1), 0x1235u);
+    vehicle.receive(0x605, "230016011002ec63"); // 1600h.1 := 63EC0210h
+    vehicle.receive(0x206, "3612");
+    QCOMPARE(vehicle.value(5, 0x63EC, 1), 0x1235u);
+    QCOMPARE(vehicle.value(5, 0x63EC, 2), 0x1236u);
 }
 
 void tst_ProcessData::takesPdoOperationalOnly()
