@@ -72,10 +72,13 @@ void Vehicle::stop()
 
 void Vehicle::handleFrame(const QCanBusFrame &frame)
 {
-    if (!m_isRunning || frame.hasExtendedFrameFormat() || frame.frameType() != QCanBusFrame::DataFrame)
+    if (!m_isRunning || frame.frameType() != QCanBusFrame::DataFrame)
         return;
+    // NMT and the default SDO have identifiers of 11 bits.
+    const bool mayBeService = !frame.hasExtendedFrameFormat();
     const quint32 cobId = frame.frameId();
-    if (cobId == CanOpen::nmtCommandCobId) {
+    const quint8 nodeId = mayBeService ? CanOpen::nodeIdOf(cobId, CanOpen::sdoRequestBase) : quint8(0);
+    if (mayBeService && cobId == CanOpen::nmtCommandCobId) {
         const std::optional<CanOpen::NmtMessage> message = CanOpen::parseNmtFrame(frame);
         if (!message)
             return;
@@ -83,7 +86,7 @@ void Vehicle::handleFrame(const QCanBusFrame &frame)
             if (message->nodeId == 0 || message->nodeId == node->id())
                 node->handleNmt(message->command);
         }
-    } else if (const quint8 nodeId = CanOpen::nodeIdOf(cobId, CanOpen::sdoRequestBase)) {
+    } else if (nodeId != 0) {
         if (SimulatedNode *node = m_nodesById[nodeId])
             node->handleSdo(frame);
     } else {

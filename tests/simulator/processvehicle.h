@@ -123,6 +123,15 @@ public:
         return take();
     }
 
+    /*! A frame with an identifier of 29 bits. */
+    QByteArrayList receiveExtended(quint32 cobId, const char *hex)
+    {
+        QCanBusFrame frame(cobId, QByteArray::fromHex(hex));
+        frame.setExtendedFrameFormat(true);
+        vehicle.handleFrame(frame);
+        return take();
+    }
+
     uint value(quint8 nodeId, quint16 index, quint8 sub)
     {
         return vehicle.node(nodeId)->dictionary().value({index, sub}).toUInt();

@@ -43,6 +43,9 @@ private slots:
     void takesPdoOnSync();
     void writtenValueLeavesWaitingPdo();
     void writtenParameterCounts();
+    void takesPdoOf29Bits();
+    void followsSyncOf29Bits();
+    void servicesHave11Bits();
     void takesPdoOperationalOnly();
     void skipsDummiesAndStrangers();
     void complainsOfShortPdo();
@@ -355,6 +358,50 @@ void tst_ProcessData::writtenParameterCounts()
     vehicle.receive(0x206, "3612");
     QCOMPARE(vehicle.value(5, 0x63EC, 1), 0x1235u);
     QCOMPARE(vehicle.value(5, 0x63EC, 2), 0x1236u);
+}
+
+void tst_ProcessData::takesPdoOf29Bits()
+{
+    NodeMaker maker(5);
+    maker.u16(0x63EC, 1, 1).pdo(0x1400, 0x20000205, 255, 0, 0, {0x63EC0110});
+    maker.u16(0x63EC, 2, 2).pdo(0x1401, 0x305, 255, 0, 0, {0x63EC0210});
+    maker.u16(0x63EC, 3, 3).pdo(0x1402, 0x32345678, 255, 0, 0, {0x63EC0310});
+    ProcessVehicle vehicle({maker.node});
+    vehicle.start();
+    vehicle.receive(0x205, "3412");
+    QCOMPARE(vehicle.value(5, 0x63EC, 1), 1u);
+    vehicle.receiveExtended(0x205, "3412");
+    QCOMPARE(vehicle.value(5, 0x63EC, 1), 0x1234u);
+    vehicle.receiveExtended(0x305, "3512");
+    QCOMPARE(vehicle.value(5, 0x63EC, 2), 2u);
+    vehicle.receive(0x305, "3512");
+    QCOMPARE(vehicle.value(5, 0x63EC, 2), 0x1235u);
+    vehicle.receiveExtended(0x12345678, "3612");
+    QCOMPARE(vehicle.value(5, 0x63EC, 3), 0x1236u);
+}
+
+void tst_ProcessData::followsSyncOf29Bits()
+{
+    NodeMaker extended(5);
+    extended.u32(0x1005, 0, 0x20000080).u16(0x6164, 2, 5).pdo(0x1800, 0x185, 1, 0, 0, {0x61640210});
+    NodeMaker standard(6);
+    standard.u16(0x6164, 2, 6).pdo(0x1800, 0x186, 1, 0, 0, {0x61640210});
+    ProcessVehicle vehicle({extended.node, standard.node});
+    vehicle.start();
+    QCOMPARE(vehicle.receiveExtended(0x80, ""), (QByteArrayList{"0 185 0500"}));
+    QCOMPARE(vehicle.receive(0x80, ""), (QByteArrayList{"0 186 0600"}));
+    QCOMPARE(vehicle.receiveExtended(0x80, "0102"), QByteArrayList());
+}
+
+void tst_ProcessData::servicesHave11Bits()
+{
+    NodeMaker maker(5);
+    maker.u16(0x6164, 2, 5).pdo(0x1800, 0x185, 255, 0, 100, {0x61640210});
+    ProcessVehicle vehicle({maker.node});
+    vehicle.start();
+    QCOMPARE(vehicle.receiveExtended(0x605, "4064610200000000"), QByteArrayList());
+    vehicle.receiveExtended(0x000, "0205");
+    QCOMPARE(vehicle.pass(100), (QByteArrayList{"100 185 0500"})); // not stopped
 }
 
 void tst_ProcessData::takesPdoOperationalOnly()
