@@ -31,6 +31,7 @@ private slots:
     void badArguments();
     void fileThatCannotBeWritten();
     void interruptLeavesAWholeOneOrNone();
+    void interruptEndsTheInput();
 
 private:
     QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
@@ -288,6 +289,25 @@ void tst_BundleCommand::interruptLeavesAWholeOneOrNone()
     QVERIFY2(result.errors.startsWith(QLatin1String("Interrupted; ")), qPrintable(result.errors));
     QCOMPARE(QFile::exists(path("b.zip")), !fileOf("b.zip", "manifest.json").isEmpty());
     QCOMPARE(QFile::exists(path("b.zip")), result.errors.contains(QLatin1String("what was read is kept")));
+}
+
+void tst_BundleCommand::interruptEndsTheInput()
+{
+    QCOMPARE(run({QStringLiteral("snapshot"), QStringLiteral("--bus"), QStringLiteral("simulated:pedelec"),
+                  QStringLiteral("--quick"), QStringLiteral("--output"), path("a.dxsnap")})
+                 .status,
+             0);
+    Program program({QStringLiteral("bundle"), QStringLiteral("--snapshot"), path("a.dxsnap"),
+                     QStringLiteral("--trace"), QStringLiteral("-"), QStringLiteral("--output"),
+                     path("b.zip")});
+    program.type("(1600000000.0) can0 702#05\n(1600000000.1) can0 123##1\n");
+    QVERIFY(program.waitForErrors(QStringLiteral("A CAN FD frame")));
+    program.signal(SIGINT);
+    const Result result = program.finish();
+    QCOMPARE(result.status, 130);
+    QVERIFY2(result.output.endsWith(QStringLiteral("Frames: 1, events: 1\nWrote %1\n").arg(path("b.zip"))),
+             qPrintable(result.output));
+    QCOMPARE(fileOf("b.zip", "trace.log.gz"), QByteArray("(1600000000.000000) can0 702#05\n"));
 }
 
 QTEST_GUILESS_MAIN(tst_BundleCommand)

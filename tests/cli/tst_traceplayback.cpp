@@ -45,6 +45,9 @@ private slots:
     void badReplayArguments_data();
     void badReplayArguments();
     void interruptedReplay();
+    void interruptEndsWhatIsToBeReplayed();
+    void interruptEndsTheInputOfASnapshot_data();
+    void interruptEndsTheInputOfASnapshot();
 
 private:
     QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
@@ -548,6 +551,53 @@ void tst_TracePlayback::interruptedReplay()
     const Result result = program.finish();
     QCOMPARE(result.status, 130);
     QVERIFY2(result.errors.endsWith(QLatin1String(" of 17.\n")), qPrintable(result.errors));
+}
+
+/*! Who wants it ended does not want half of it on the bus. */
+void tst_TracePlayback::interruptEndsWhatIsToBeReplayed()
+{
+    Listener listener;
+    Program program({QStringLiteral("trace"), QStringLiteral("replay"), QStringLiteral("-"),
+                     QStringLiteral("--bus"), listener.bus()});
+    program.type("(1.0) can0 123#11\n(2.0) can0 123##1\n");
+    QVERIFY(program.waitForErrors(QStringLiteral("A CAN FD frame")));
+    program.signal(SIGINT);
+    const Result result = program.finish();
+    QCOMPARE(result.status, 130);
+    QVERIFY2(result.errors.endsWith(QLatin1String("Sent 0 of 1.\n")), qPrintable(result.errors));
+    QCOMPARE(result.output, QString());
+    QCOMPARE(listener.texts, QStringList());
+}
+
+void tst_TracePlayback::interruptEndsTheInputOfASnapshot_data()
+{
+    QTest::addColumn<QByteArray>("trace");
+    QTest::addColumn<int>("number");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<bool>("isWritten");
+
+    QTest::newRow("Ctrl+C") << QByteArray(ride) << SIGINT << 130 << true;
+    QTest::newRow("SIGTERM") << QByteArray(ride) << SIGTERM << 143 << true;
+    QTest::newRow("nothing heard") << QByteArray() << SIGINT << 130 << false;
+}
+
+void tst_TracePlayback::interruptEndsTheInputOfASnapshot()
+{
+    QFETCH(QByteArray, trace);
+    QFETCH(int, number);
+    QFETCH(int, status);
+    QFETCH(bool, isWritten);
+    Program program({QStringLiteral("snapshot"), QStringLiteral("--from-trace"), QStringLiteral("-"),
+                     QStringLiteral("--output"), path("out.dxsnap")});
+    program.type(trace + "(1600000002.0) can0 123##1\n");
+    QVERIFY(program.waitForErrors(QStringLiteral("A CAN FD frame")));
+    program.signal(number);
+    QCOMPARE(program.finish().status, status);
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files).join(QLatin1Char(' ')),
+             isWritten ? QStringLiteral("out.dxsnap ride.log") : QStringLiteral("ride.log"));
+    if (isWritten)
+        QCOMPARE(entryOf(nodeOf(load(), 2), 0x1000, 0).value(QLatin1String("value")).toDouble(),
+                 double(0x470001C6));
 }
 
 QTEST_GUILESS_MAIN(tst_TracePlayback)

@@ -96,10 +96,10 @@ ExitStatus RecordedSnapshot::describeFailure() const
         Console::printError(
             tr("The trace %1 has no channel \"%2\". There are: %3.")
                 .arg(name, m_channelName, m_input.head().channels.join(QStringLiteral(", "))));
-        return Exit::fileFailed;
+        return m_input.interruption().value_or(Exit::fileFailed);
     }
     Console::printError(tr("In the trace %1 no node is heard.").arg(name));
-    return Exit::noUsableNode;
+    return m_input.interruption().value_or(Exit::noUsableNode);
 }
 
 ExitStatus RecordedSnapshot::finish() const
@@ -116,5 +116,5 @@ ExitStatus RecordedSnapshot::finish() const
         Console::printError(
             tr("Heard in the trace, but read by nobody: node %1.").arg(BusWords::nodes(unread)));
     const ExitStatus reading = m_input.finish();
-    return m_snapshot.isComplete() ? reading : Exit::stoppedEarly;
+    return m_snapshot.isComplete() ? reading : m_input.interruption().value_or(Exit::stoppedEarly);
 }

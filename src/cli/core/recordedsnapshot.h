@@ -34,7 +34,8 @@ public:
     /*! Without notes. */
     const Snapshot &snapshot() const { return m_snapshot; }
 
-    /*! Says what a person must know beside the snapshot; 4 when it has gaps, else the status of reading the file. */
+    /*! Says what a person must know beside the snapshot; the status of an interrupted command when a signal has ended the input,
+     *  4 when the snapshot has gaps, else the status of reading the file. */
     ExitStatus finish() const;
 
 private:

@@ -51,13 +51,11 @@ std::unique_ptr<TraceReader> TraceInput::interruptibleReaderOf(const QString &pa
     return TraceFile::open(std::make_unique<SharedInput>(m_interruptible), path, errorMessage);
 }
 
-bool TraceInput::open(const QString &path, Interrupt interrupt)
+bool TraceInput::open(const QString &path)
 {
     QString error;
     m_name = path == QLatin1String("-") ? tr("input") : QDir::toNativeSeparators(path);
-    m_reader = interrupt == Interrupt::EndsInput && !BundleFile::isBundle(path)
-                   ? interruptibleReaderOf(path, &error)
-                   : readerOf(path, &error);
+    m_reader = BundleFile::isBundle(path) ? readerOf(path, &error) : interruptibleReaderOf(path, &error);
     if (!m_reader)
         Console::printError(error);
     return m_reader != nullptr;
@@ -90,14 +88,17 @@ void TraceInput::say(const TraceProblem &problem)
         Console::printError(QStringLiteral("%1:%2: %3").arg(m_name).arg(problem.line).arg(problem.text));
 }
 
+std::optional<ExitStatus> TraceInput::interruption() const
+{
+    const std::optional<int> signalNumber
+        = m_interruptible != nullptr ? m_interruptible->signalNumber() : std::nullopt;
+    return signalNumber ? std::optional(Exit::signalled(*signalNumber)) : std::nullopt;
+}
+
 ExitStatus TraceInput::finish() const
 {
     if (m_unread > mostSaid)
         Console::printError(
             tr("%1: %2 more lines or records could not be read.").arg(m_name).arg(m_unread - mostSaid));
-    const std::optional<int> signalNumber
-        = m_interruptible != nullptr ? m_interruptible->signalNumber() : std::nullopt;
-    if (signalNumber)
-        return Exit::signalled(*signalNumber);
-    return m_unread > 0 ? Exit::objectsFailed : Exit::success;
+    return interruption().value_or(m_unread > 0 ? Exit::objectsFailed : Exit::success);
 }

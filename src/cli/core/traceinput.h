@@ -9,10 +9,15 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class InterruptibleInput;
 
-/*! The trace that a command reads, frame by frame; what cannot be read of it is said on standard error. */
+/*! The trace that a command reads, frame by frame; what cannot be read of it is said on standard error.
+ *
+ *  Ctrl+C, SIGTERM and SIGHUP end a pipe or terminal that is read: what has come by then is read to its end. With a file they
+ *  end the program. There may be no InterruptibleLoop beside it.
+ */
 class TraceInput
 {
     Q_DECLARE_TR_FUNCTIONS(TraceInput)
@@ -21,16 +26,10 @@ public:
     /*! So many problems are said one by one. */
     static constexpr quint64 mostSaid = 10;
 
-    /*! What Ctrl+C, SIGTERM and SIGHUP do while a pipe or terminal is read; with a file they end the program. */
-    enum class Interrupt : quint8 {
-        EndsProgram,
-        EndsInput //!< what has come is read to its end, and finish() gives the status of an interrupted command
-    };
-
     /*! A file, the trace of a support bundle, or standard input ("-"). False after a complaint. */
-    bool open(const QString &path, Interrupt interrupt = Interrupt::EndsProgram);
+    bool open(const QString &path);
 
-    /*! Calls \a action each time before it may wait for more, with Interrupt::EndsInput. */
+    /*! Calls \a action each time before it may wait for more of a pipe or terminal. */
     void setBeforeWaiting(const std::function<void()> &action);
 
     /*! The same without any words of its own; null with a sentence. */
@@ -43,6 +42,9 @@ public:
     const TraceHead &head() const { return m_reader->head(); }
     /*! How many lines or records could not be read so far. */
     quint64 unread() const { return m_unread; }
+
+    /*! The exit status of a command whose input a signal has ended; empty when none has. */
+    std::optional<ExitStatus> interruption() const;
 
     /*! Says how many problems there were beyond those that were said. The exit status of reading. */
     ExitStatus finish() const;

@@ -32,7 +32,7 @@ public:
 
     ExitStatus run(const QString &from)
     {
-        if (!m_input.open(from, TraceInput::Interrupt::EndsInput))
+        if (!m_input.open(from))
             return Exit::fileFailed;
         if (isToStandardOutput())
             handOnAtOnce();

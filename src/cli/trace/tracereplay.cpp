@@ -37,8 +37,9 @@ private:
     std::optional<ExitStatus> parseTarget();
     std::optional<ExitStatus> parseSpeed();
     std::optional<ExitStatus> load();
-    bool isWanted(const TraceFrame &frame);
-    ExitStatus describeNothing() const;
+    bool isWanted(const TraceFrame &frame, const TraceHead &head);
+    ExitStatus describeNothing(const TraceInput &input) const;
+    ExitStatus describeInterruption(ExitStatus status) const;
     void sayWhatIsSent() const;
     ExitStatus send();
     ExitStatus end(const ReplaySender &sender, const InterruptibleLoop &loop) const;
@@ -49,7 +50,7 @@ private:
     bool m_isVirtual = false;
     double m_speed = 1.0;
     TracePlayer::Pace m_pace = TracePlayer::Pace::Recorded;
-    TraceInput m_input;
+    ExitStatus m_reading = Exit::success;
     QString m_channelName; // empty: that of the first frame
     std::optional<quint8> m_channel;
     std::vector<TraceFrame> m_frames;
@@ -134,16 +135,20 @@ std::optional<ExitStatus> ReplayCommand::parseTarget()
 
 std::optional<ExitStatus> ReplayCommand::load()
 {
-    if (!m_input.open(m_options.positional()))
+    TraceInput input; // which must be gone before the loop that sends
+    if (!input.open(m_options.positional()))
         return Exit::fileFailed;
     const size_t most = TraceFile::Limits().frames;
     TraceFrame frame;
-    while (m_frames.size() < most && m_input.next(&frame)) {
-        if (isWanted(frame))
+    while (m_frames.size() < most && input.next(&frame)) {
+        if (isWanted(frame, input.head()))
             m_frames.push_back(frame);
     }
+    m_reading = input.finish();
+    if (const std::optional<ExitStatus> status = input.interruption())
+        return describeInterruption(*status);
     if (m_frames.empty())
-        return describeNothing();
+        return describeNothing(input);
     if (m_frames.size() == most)
         Console::printError(
             TraceReplayTr::tr("The trace may be longer than what fits into memory: no more than %1 "
@@ -153,25 +158,31 @@ std::optional<ExitStatus> ReplayCommand::load()
 }
 
 /*! Those of one channel that can be sent: what a controller said of its bus cannot. */
-bool ReplayCommand::isWanted(const TraceFrame &frame)
+bool ReplayCommand::isWanted(const TraceFrame &frame, const TraceHead &head)
 {
     const bool isAny = m_channelName.isEmpty();
-    if (!m_channel && (isAny || m_input.head().channels.value(frame.channel) == m_channelName))
+    if (!m_channel && (isAny || head.channels.value(frame.channel) == m_channelName))
         m_channel = frame.channel;
     return m_channel == frame.channel && !frame.isError();
 }
 
-ExitStatus ReplayCommand::describeNothing() const
+ExitStatus ReplayCommand::describeNothing(const TraceInput &input) const
 {
-    (void)m_input.finish(); // that nothing is there says more
     const QString file = QDir::toNativeSeparators(m_options.positional());
     if (m_channel || m_channelName.isEmpty())
         Console::printError(TraceReplayTr::tr("The trace %1 has no frames to send.").arg(file));
     else
-        Console::printError(
-            TraceReplayTr::tr("The trace %1 has no channel \"%2\". There are: %3.")
-                .arg(file, m_channelName, m_input.head().channels.join(QStringLiteral(", "))));
+        Console::printError(TraceReplayTr::tr("The trace %1 has no channel \"%2\". There are: %3.")
+                                .arg(file, m_channelName, input.head().channels.join(QStringLiteral(", "))));
     return Exit::fileFailed;
+}
+
+/*! Who ends the input does not want the half that has come on a bus. */
+ExitStatus ReplayCommand::describeInterruption(ExitStatus status) const
+{
+    Console::printError(
+        TraceReplayTr::tr("Sent %1 of %2.").arg(QStringLiteral("0"), QString::number(m_frames.size())));
+    return status;
 }
 
 void ReplayCommand::sayWhatIsSent() const
@@ -213,7 +224,7 @@ ExitStatus ReplayCommand::end(const ReplaySender &sender, const InterruptibleLoo
     const QString all = QString::number(m_frames.size());
     if (sender.sent() == m_frames.size()) {
         Console::print(TraceReplayTr::tr("Sent all of them."));
-        return m_input.finish();
+        return m_reading;
     }
     if (!sender.lossReason().isEmpty())
         Console::printError(TraceReplayTr::tr("The bus was lost: %1").arg(sender.lossReason()));

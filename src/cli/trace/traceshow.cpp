@@ -181,7 +181,7 @@ ExitStatus TraceShow::run(const QStringList &arguments)
     m_isFile = QFileInfo(m_options.positional()).isFile();
     if (m_isFile)
         learnAhead();
-    if (!m_input.open(m_options.positional(), TraceInput::Interrupt::EndsInput))
+    if (!m_input.open(m_options.positional()))
         return Exit::fileFailed;
     return show();
 }

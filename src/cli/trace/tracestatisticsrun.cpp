@@ -52,7 +52,7 @@ ExitStatus runTraceStatistics(const QStringList &arguments)
         return *status;
 
     TraceInput input;
-    if (!input.open(options.positional(), TraceInput::Interrupt::EndsInput))
+    if (!input.open(options.positional()))
         return Exit::fileFailed;
     TraceStatistics statistics;
     TraceFrame frame;
