@@ -59,6 +59,8 @@ private slots:
     void playedTraceHasItsTime();
     void textIsNoNumber();
     void table();
+    void tableSaysWhatIsLate();
+    void tableSaysWhatCannotBeRead();
     void tableThatCannotBeWritten();
     void endsOnSignal();
     void readerThatGoes();
@@ -320,15 +322,44 @@ void tst_Watch::table()
         = run(words(QStringLiteral("watch --bus simulated:ride 2:6040:1 2:6042:1 --for 4s --csv")) << file);
     QCOMPARE(result.status, 0);
     const QStringList lines = readFile(file).split(QStringLiteral("\r\n"));
-    QCOMPARE(lines.first(), QStringLiteral("time,node,object,name,value,unit"));
+    QCOMPARE(lines.first(), QStringLiteral("time,node,object,name,value,unit,lateSince,reason"));
     QVERIFY2(lines.size() >= 12 && lines.size() <= 18, qPrintable(readFile(file)));
     const QStringList fields = lines.at(1).split(QLatin1Char(','));
     QVERIFY(QDateTime::fromString(fields.first(), Qt::ISODateWithMs).isValid());
     QVERIFY2(readFile(file).contains(QStringLiteral(",2,6040h.1,Device actual voltage,37.")),
              qPrintable(readFile(file)));
-    QVERIFY2(readFile(file).contains(QString::fromUtf8(",2,6042h.1,Device electronic temperature,25,°C\r\n")),
-             qPrintable(readFile(file)));
+    QVERIFY2(
+        readFile(file).contains(QString::fromUtf8(",2,6042h.1,Device electronic temperature,25,°C,,\r\n")),
+        qPrintable(readFile(file)));
     QCOMPARE(lines.last(), QString());
+}
+
+void tst_Watch::tableSaysWhatIsLate()
+{
+    const QString bus = battery(R"(, "faults": [{"kind": "silent", "from": 100}])");
+    const QString file = m_folder->filePath(QStringLiteral("values.csv"));
+    run(words(QStringLiteral("watch --for 10s 2:6040:1 2:6042:1 --bus"))
+        << bus << QStringLiteral("--csv") << file);
+    const QStringList voltages
+        = readFile(file).split(QStringLiteral("\r\n")).filter(QLatin1String(",6040h.1,"));
+    QVERIFY2(voltages.size() >= 2, qPrintable(readFile(file)));
+    const QStringList value = voltages.at(voltages.size() - 2).split(QLatin1Char(','));
+    const QStringList late = voltages.last().split(QLatin1Char(','));
+    QCOMPARE(value.mid(6), (QStringList{QString(), QString()}));
+    QCOMPARE(late.mid(1, 5).join(QLatin1Char(',')), QStringLiteral("2,6040h.1,Device actual voltage,,V"));
+    QCOMPARE(late.mid(6), (QStringList{value.first(), QString()})); // since the value that came last
+    QVERIFY2(late.first() > value.first(), qPrintable(readFile(file)));
+}
+
+void tst_Watch::tableSaysWhatCannotBeRead()
+{
+    const QString file = m_folder->filePath(QStringLiteral("values.csv"));
+    run(words(QStringLiteral("watch --bus simulated:ride 9:6040:1 --for 9s --csv")) << file);
+    const QStringList lines = readFile(file).split(QStringLiteral("\r\n"));
+    QCOMPARE(lines.size(), 3); // the head, the reason once, and what follows the last line
+    QVERIFY(QDateTime::fromString(lines.at(1).section(QLatin1Char(','), 0, 0), Qt::ISODateWithMs).isValid());
+    QCOMPARE(lines.at(1).section(QLatin1Char(','), 1),
+             QStringLiteral("9,6040h.1,Device actual voltage,,V,,The device did not answer."));
 }
 
 void tst_Watch::tableThatCannotBeWritten()

@@ -8,7 +8,6 @@
 #include <cli/core/listening.h>
 #include <cli/core/optionnames.h>
 #include <cli/core/shareoption.h>
-#include <live/values/valuewriting.h>
 
 #include <QFile>
 #include <QTimer>
@@ -109,7 +108,7 @@ std::optional<ExitStatus> WatchCommand::openTable()
         return std::nullopt;
     m_table.setFileName(m_options.value(csvOption));
     if (m_table.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
-        write(ValueWriting::csvHead());
+        write(WatchPrinter::tableHead());
         return m_isTableBroken ? std::optional(Exit::fileFailed) : std::nullopt;
     }
     Console::printError(WatchCommandTr::tr("The file %1 cannot be written: %2")

@@ -5,6 +5,7 @@
 #include <cli/core/console.h>
 #include <cli/core/terminal.h>
 #include <live/values/valuewriting.h>
+#include <system/csvline.h>
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -41,16 +42,41 @@ QByteArray WatchPrinter::printNew()
         if (live != nullptr && live->record.count() != known.count) {
             known.count = live->record.count();
             printValue(*live);
-            table += ValueWriting::toCsv(*live, m_live->timeOfDay(live->record.time()));
+            const QDateTime time = m_live->timeOfDay(live->record.time());
+            table += csvLine(ValueWriting::csvFields(*live, time) << QString() << QString());
         }
-        if (isLate && !known.isLate)
+        if (isLate && !known.isLate) {
             printLate(value);
-        if (!value.reason.isEmpty() && value.reason != known.reason)
+            table += troubleLine(value, lateSince(value).toString(Qt::ISODateWithMs), QString());
+        }
+        if (!value.reason.isEmpty() && value.reason != known.reason) {
             printTrouble(value, value.reason, "reason");
+            table += troubleLine(value, QString(), value.reason);
+        }
         known.isLate = isLate;
         known.reason = value.reason;
     }
     return table;
+}
+
+QByteArray WatchPrinter::tableHead()
+{
+    return csvLine(ValueWriting::csvColumns() << QStringLiteral("lateSince") << QStringLiteral("reason"));
+}
+
+QByteArray WatchPrinter::troubleLine(const WatchedValue &value, const QString &lateSince,
+                                     const QString &reason) const
+{
+    const CanOpen::ObjectKey key = value.address.key;
+    return csvLine({m_live->timeOfDay(m_live->now()).toString(Qt::ISODateWithMs),
+                    QString::number(value.address.nodeId), key.toShortString(), ObjectWords::name(key),
+                    QString(), ObjectWords::unit(key).text, lateSince, reason});
+}
+
+/*! When a value that is late has come last. */
+QDateTime WatchPrinter::lateSince(const WatchedValue &value) const
+{
+    return m_live->timeOfDay(m_values->find(value)->record.time());
 }
 
 void WatchPrinter::printValue(const LiveValue &value) const
@@ -68,7 +94,7 @@ void WatchPrinter::printValue(const LiveValue &value) const
 
 void WatchPrinter::printLate(const WatchedValue &value) const
 {
-    const QDateTime since = m_live->timeOfDay(m_values->find(value)->record.time());
+    const QDateTime since = lateSince(value);
     if (m_form == Form::Json)
         printTrouble(value, since.toString(Qt::ISODateWithMs), "lateSince");
     else

@@ -27,9 +27,12 @@ public:
     }
 
     /*! Prints a line for each value that has come since the last call, and for each that is late from now on or cannot be
-     *  read. The lines of a table (CSV) with those that have come.
+     *  read. The lines of a table (CSV) that say the same.
      */
     QByteArray printNew();
+
+    /*! The names of the table's columns: those of all values, and since when a value is late or why it cannot be read. */
+    static QByteArray tableHead();
 
     /*! Prints the last, the smallest, the largest and the mean of each. */
     void printSummary() const;
@@ -46,6 +49,8 @@ private:
     };
 
     void printValue(const LiveValue &value) const;
+    QByteArray troubleLine(const WatchedValue &value, const QString &lateSince, const QString &reason) const;
+    QDateTime lateSince(const WatchedValue &value) const;
     void printTrouble(const WatchedValue &value, const QString &text, const char *key) const;
     void printLate(const WatchedValue &value) const;
     QString label(const WatchedValue &value) const;

@@ -5,8 +5,7 @@
 
 #include <canopen/hexadecimal.h>
 #include <checkup/findingwords.h>
-
-#include <QStringList>
+#include <system/csvline.h>
 
 namespace {
 
@@ -21,22 +20,6 @@ QString manufacturerText(const LiveEvent &event)
 bool isEmergency(const LiveEvent &event)
 {
     return event.kind == EventKind::Emergency || event.kind == EventKind::EmergencyReset;
-}
-
-QString field(const QString &text)
-{
-    const bool isPlain = !text.contains(QLatin1Char(',')) && !text.contains(QLatin1Char('"'))
-                         && !text.contains(QLatin1Char('\n')) && !text.contains(QLatin1Char('\r'));
-    if (isPlain)
-        return text;
-    QString quoted = text;
-    quoted.replace(QLatin1Char('"'), QLatin1String("\"\""));
-    return QLatin1Char('"') + quoted + QLatin1Char('"');
-}
-
-QByteArray line(const QStringList &fields)
-{
-    return fields.join(QLatin1Char(',')).toUtf8() + "\r\n";
 }
 
 } // namespace
@@ -69,13 +52,13 @@ QByteArray EventWriting::csvHead()
 
 QByteArray EventWriting::toCsv(const LiveEvent &event, const TimeOfDay &timeOfDay)
 {
-    return line({
+    return csvLine({
         timeOfDay(event.time).toString(Qt::ISODateWithMs),
         FindingWords::of(event.severity()),
         event.nodeId != 0 ? QString::number(event.nodeId) : QString(),
         eventKindName(event.kind),
         QString::number(event.code),
         QString::number(event.count),
-        field(EventWords::text(event)),
+        EventWords::text(event),
     });
 }

@@ -22,7 +22,7 @@ QJsonObject toJson(const LiveEvent &event, const TimeOfDay &timeOfDay);
 
 /*! The names of the columns; as all lines with its end. */
 QByteArray csvHead();
-/*! A line of RFC 4180: fields with commas or quotes stand in quotes. */
+/*! A csvLine() of the fields that csvHead() names. */
 QByteArray toCsv(const LiveEvent &event, const TimeOfDay &timeOfDay);
 
 } // namespace EventWriting

@@ -1,23 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "valuewriting.h"
 
-#include <QStringList>
+#include <system/csvline.h>
 
 #include <cmath>
-
-namespace {
-
-QString field(const QString &text)
-{
-    if (!text.contains(QLatin1Char(',')) && !text.contains(QLatin1Char('"'))
-        && !text.contains(QLatin1Char('\n')))
-        return text;
-    QString quoted = text;
-    quoted.replace(QLatin1Char('"'), QLatin1String("\"\""));
-    return QLatin1Char('"') + quoted + QLatin1Char('"');
-}
-
-} // namespace
 
 QString ValueWriting::numberText(double number, int digits)
 {
@@ -26,23 +12,33 @@ QString ValueWriting::numberText(double number, int digits)
     return isWhole ? QString::number(static_cast<qint64>(number)) : QString::number(number, 'g', digits);
 }
 
+QStringList ValueWriting::csvColumns()
+{
+    return {QStringLiteral("time"), QStringLiteral("node"),  QStringLiteral("object"),
+            QStringLiteral("name"), QStringLiteral("value"), QStringLiteral("unit")};
+}
+
+QStringList ValueWriting::csvFields(const LiveValue &value, const QDateTime &time)
+{
+    constexpr int digits = 10; // those of UNSIGNED32
+    return {
+        time.toString(Qt::ISODateWithMs),
+        QString::number(value.nodeId),
+        value.object.toShortString(),
+        value.name,
+        numberText(value.record.last(), digits),
+        value.unit,
+    };
+}
+
 QByteArray ValueWriting::csvHead()
 {
-    return "time,node,object,name,value,unit\r\n";
+    return csvLine(csvColumns());
 }
 
 QByteArray ValueWriting::toCsv(const LiveValue &value, const QDateTime &time)
 {
-    constexpr int digits = 10; // those of UNSIGNED32
-    const QStringList fields{
-        time.toString(Qt::ISODateWithMs),
-        QString::number(value.nodeId),
-        value.object.toShortString(),
-        field(value.name),
-        numberText(value.record.last(), digits),
-        field(value.unit),
-    };
-    return fields.join(QLatin1Char(',')).toUtf8() + "\r\n";
+    return csvLine(csvFields(value, time));
 }
 
 QJsonObject ValueWriting::toJson(const LiveValue &value, const QDateTime &time)
