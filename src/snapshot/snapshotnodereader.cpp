@@ -41,7 +41,7 @@ SnapshotNodeReader::SnapshotNodeReader(quint8 nodeId, SnapshotScope scope, const
     m_node.dataSheet = dataSheet.productName;
 }
 
-void SnapshotNodeReader::resume(const SnapshotNode &earlier)
+void SnapshotNodeReader::resume(const SnapshotNode &earlier, SnapshotScope scope)
 {
     m_earlier = earlier;
     m_node.bootUps = earlier.bootUps;
@@ -55,7 +55,8 @@ void SnapshotNodeReader::resume(const SnapshotNode &earlier)
         else if (!keys.contains(entry.key))
             keys.append(entry.key);
     }
-    if (earlier.end == SnapshotEnd::Complete)
+    const bool isCovered = scope == m_scope || scope == SnapshotScope::Full;
+    if (earlier.end == SnapshotEnd::Complete && isCovered)
         m_plan.reduceTo(keys);
     skipKept();
 }

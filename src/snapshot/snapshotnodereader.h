@@ -21,10 +21,10 @@ public:
     /*! \a dataSheet may be empty. */
     SnapshotNodeReader(quint8 nodeId, SnapshotScope scope, const CanOpen::EdsFile &dataSheet);
 
-    /*! Goes on where \a earlier has ended: what has a value there or is absent is not asked again. What identifies the
-     *  device is; another device is read anew. Gaps that are not asked for again stay as they were.
+    /*! Goes on where \a earlier, of a reading with \a scope, has ended: what has a value there or is absent is not asked
+     *  again. What identifies the device is; another device is read anew. Gaps that are not asked for again stay as they were.
      */
-    void resume(const SnapshotNode &earlier);
+    void resume(const SnapshotNode &earlier, SnapshotScope scope);
 
     void setNmtState(std::optional<CanOpen::NmtState> state);
     void noteBootUp() { ++m_node.bootUps; }

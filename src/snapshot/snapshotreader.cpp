@@ -77,7 +77,7 @@ void SnapshotReader::addNode(quint8 nodeId)
         return;
     auto turn = std::make_unique<Turn>(nodeId, m_scope, m_dataSheets.value(nodeId));
     if (const SnapshotNode *earlier = m_earlier.find(nodeId))
-        turn->reader.resume(*earlier);
+        turn->reader.resume(*earlier, m_earlier.scope);
     Turn &added = *turn;
     m_turns.emplace(nodeId, std::move(turn));
     enqueue(added);

@@ -27,6 +27,7 @@ private slots:
     void scans();
     void dataSheetOfANode();
     void resumes();
+    void resumesAQuickOneInFull();
     void resumeOnAnotherVehicleKeepsTheFile();
     void nameBesideAFileWithoutSuffix();
     void printsJson();
@@ -236,8 +237,9 @@ void tst_SnapshotCommand::resumes()
              4);
     const QString time = load().value(QLatin1String("time")).toString();
     vehicle = writeVehicle(QByteArray(nodes).replace("%1", ""));
-    const Result result = run(arguments(vehicle, {QStringLiteral("--resume"), path("out.dxsnap"),
-                                                  QStringLiteral("--vehicle"), QStringLiteral("second")}));
+    const Result result
+        = run(arguments(vehicle, {QStringLiteral("--quick"), QStringLiteral("--resume"), path("out.dxsnap"),
+                                  QStringLiteral("--vehicle"), QStringLiteral("second")}));
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.status, 0);
     QCOMPARE(load().value(QLatin1String("time")).toString(), time);
@@ -247,13 +249,32 @@ void tst_SnapshotCommand::resumes()
     QVERIFY(nodeOf(load(), 2).value(QLatin1String("entries")).toArray().size() == 203);
 }
 
+void tst_SnapshotCommand::resumesAQuickOneInFull()
+{
+    const QString vehicle = writeVehicle(R"({ "id": 2, "dictionary": "battery.dcf", "heartbeatMs": 200 })");
+    QCOMPARE(run(arguments(vehicle)).status, 0);
+    const int whole = nodeOf(load(), 2).value(QLatin1String("entries")).toArray().size();
+    QCOMPARE(run(arguments(vehicle, {QStringLiteral("--quick")})).status, 0);
+    const QJsonObject quick = load();
+    QCOMPARE(nodeOf(quick, 2).value(QLatin1String("entries")).toArray().size(), 203);
+    QVERIFY(whole > 203);
+    const Result result = run(arguments(vehicle, {QStringLiteral("--resume"), path("out.dxsnap")}));
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.status, 0);
+    QCOMPARE(load().value(QLatin1String("scope")).toString(), QStringLiteral("full"));
+    QCOMPARE(load().value(QLatin1String("time")).toString(), quick.value(QLatin1String("time")).toString());
+    QVERIFY(nodeOf(load(), 2).value(QLatin1String("entries")).toArray().size() >= whole);
+    QCOMPARE(entryOf(nodeOf(load(), 2), 0x6001, 0), entryOf(nodeOf(quick, 2), 0x6001, 0)); // not read again
+}
+
 void tst_SnapshotCommand::resumeOnAnotherVehicleKeepsTheFile()
 {
     QString vehicle = writeVehicle(R"({ "id": 2, "dictionary": "battery.dcf", "heartbeatMs": 200 })");
     QCOMPARE(run(arguments(vehicle, {QStringLiteral("--quick")})).status, 0);
     const QJsonObject first = load();
     vehicle = writeVehicle(R"({ "id": 2, "dictionary": "controller.dcf", "heartbeatMs": 200 })");
-    const Result result = run(arguments(vehicle, {QStringLiteral("--resume"), path("out.dxsnap")}));
+    const Result result = run(
+        arguments(vehicle, {QStringLiteral("--quick"), QStringLiteral("--resume"), path("out.dxsnap")}));
     QCOMPARE(result.status, 0);
     QCOMPARE(result.errors,
              QStringLiteral("There is another device than in %1 on node 2; it was read anew.\n")

@@ -458,6 +458,7 @@ void tst_SnapshotRun::resumes()
     QVERIFY(!earlier.isComplete());
     earlier.time = earlier.time.addSecs(-600);
     Run run(host);
+    run.order.scope = SnapshotScope::Full;
     run.order.earlier = earlier;
     QVERIFY(run.take());
     const Snapshot snapshot = run.run.snapshot();

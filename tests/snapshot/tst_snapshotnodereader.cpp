@@ -125,6 +125,7 @@ private slots:
     void lastStateIsKept();
     void resumeAsksForGapsOnly();
     void resumeGoesOnInTheMiddle();
+    void resumeReadsTheRestOfAQuickReading();
     void resumeReadsAnotherDeviceAnew();
     void resumeForgetsTheOtherDevice();
     void resumeAsksTheOtherDeviceOnce();
@@ -415,7 +416,7 @@ void tst_SnapshotNodeReader::resumeAsksForGapsOnly()
     const SnapshotNode earlier = first.readAll();
 
     Node second;
-    second.reader.resume(earlier);
+    second.reader.resume(earlier, SnapshotScope::Quick);
     const SnapshotNode read = second.readAll();
     QCOMPARE(second.asked.join(QLatin1Char(' ')),
              QStringLiteral("1000h.0 1018h.1 1018h.2 1018h.3 1018h.4 6002h.1 6005h.0"));
@@ -438,7 +439,7 @@ void tst_SnapshotNodeReader::resumeGoesOnInTheMiddle()
 
     Node second(SnapshotScope::Full);
     second.outcomes = first.outcomes;
-    second.reader.resume(first.reader.node());
+    second.reader.resume(first.reader.node(), SnapshotScope::Full);
     const SnapshotNode read = second.readAll();
     Node whole(SnapshotScope::Full);
     whole.outcomes = first.outcomes;
@@ -446,6 +447,26 @@ void tst_SnapshotNodeReader::resumeGoesOnInTheMiddle()
     QCOMPARE(read.entries.size(), whole.readAll().entries.size());
     QCOMPARE(second.asked.size(), whole.asked.size() - 150 + 5);
     QVERIFY(!second.asked.contains(QStringLiteral("6020h.1")));
+}
+
+void tst_SnapshotNodeReader::resumeReadsTheRestOfAQuickReading()
+{
+    Node first;
+    first.set({0x1018, 0}, "04");
+    first.set({0x6005, 0}, Kind::Timeout);
+    const SnapshotNode quick = first.readAll();
+    QVERIFY(quick.end == SnapshotEnd::Complete);
+    Node second(SnapshotScope::Full);
+    second.set({0x1018, 0}, "04");
+    second.set({0x1017, 0}, "E803");
+    second.reader.resume(quick, SnapshotScope::Quick);
+    const SnapshotNode read = second.readAll();
+    QVERIFY(read.end == SnapshotEnd::Complete);
+    QVERIFY(quick.find(0x1017, 0) == nullptr);
+    QCOMPARE(read.value(0x1017, 0), QVariant(1000u));
+    QCOMPARE(read.value(0x6005, 0), QVariant(42u));
+    QVERIFY(second.asked.contains(QStringLiteral("1018h.4")));
+    QVERIFY(!second.asked.contains(QStringLiteral("1001h.0"))); // is known
 }
 
 void tst_SnapshotNodeReader::resumeReadsAnotherDeviceAnew()
@@ -456,7 +477,7 @@ void tst_SnapshotNodeReader::resumeReadsAnotherDeviceAnew()
 
     Node second;
     second.set({0x1018, 4}, "99000000"); // another serial number
-    second.reader.resume(earlier);
+    second.reader.resume(earlier, SnapshotScope::Quick);
     const SnapshotNode read = second.readAll();
     QVERIFY(read.end == SnapshotEnd::Complete);
     QCOMPARE(read.value(0x1018, 4), QVariant(0x99u));
@@ -476,7 +497,7 @@ void tst_SnapshotNodeReader::resumeForgetsTheOtherDevice()
     Node second;
     second.set({0x1018, 4}, "99000000");
     second.set({0x6008, 1}, Kind::Abort, 0x08000000);
-    second.reader.resume(earlier);
+    second.reader.resume(earlier, SnapshotScope::Quick);
     const SnapshotNode read = second.readAll();
     QVERIFY(second.reader.isReplaced());
     QVERIFY(read.find(0x6008, 1)->gap == SnapshotGap::Abort); // and not the other device's value
@@ -490,7 +511,7 @@ void tst_SnapshotNodeReader::resumeAsksTheOtherDeviceOnce()
     const SnapshotNode earlier = first.readAll();
     Node second;
     second.set({0x1018, 4}, "99000000");
-    second.reader.resume(earlier);
+    second.reader.resume(earlier, SnapshotScope::Quick);
     second.isSilent = true;
     second.askOnce();
     second.isSilent = false;
@@ -505,7 +526,7 @@ void tst_SnapshotNodeReader::resumeTakesNoRefusalForAnotherDevice()
     const SnapshotNode earlier = first.readAll();
     Node second;
     second.set({0x1018, 4}, Kind::Abort, 0x08000000);
-    second.reader.resume(earlier);
+    second.reader.resume(earlier, SnapshotScope::Quick);
     const SnapshotNode read = second.readAll();
     QVERIFY(!second.reader.isReplaced());
     QCOMPARE(read.value(0x1018, 4), QVariant(0x04000001u));
@@ -518,7 +539,7 @@ void tst_SnapshotNodeReader::resumeKeepsWhatElseIsKnown()
     earlier.nmtState = NmtState::PreOperational;
     earlier.dataSheet = QStringLiteral("Old sheet");
     Node second;
-    second.reader.resume(earlier);
+    second.reader.resume(earlier, SnapshotScope::Quick);
     second.reader.noteBootUp();
     const SnapshotNode read = second.readAll();
     QCOMPARE(read.bootUps, 3);
@@ -528,7 +549,7 @@ void tst_SnapshotNodeReader::resumeKeepsWhatElseIsKnown()
     CanOpen::EdsFile sheet;
     sheet.productName = QStringLiteral("New sheet");
     Node third(SnapshotScope::Quick, sheet);
-    third.reader.resume(earlier);
+    third.reader.resume(earlier, SnapshotScope::Quick);
     QCOMPARE(third.readAll().dataSheet, QStringLiteral("New sheet"));
 }
 
@@ -538,7 +559,7 @@ void tst_SnapshotNodeReader::resumeKeepsValuesOfASilentNode()
     const SnapshotNode earlier = first.readAll();
     Node second;
     second.isSilent = true;
-    second.reader.resume(earlier);
+    second.reader.resume(earlier, SnapshotScope::Quick);
     const SnapshotNode read = second.readAll();
     QVERIFY(read.end == SnapshotEnd::Silent);
     QCOMPARE(read.entries.size(), 203);
@@ -575,7 +596,7 @@ void tst_SnapshotNodeReader::resumeKeepsGapsOfASilentNode()
     for (const SnapshotEnd end : {SnapshotEnd::Complete, SnapshotEnd::Cancelled}) {
         Node second;
         second.isSilent = true;
-        second.reader.resume(nodeWithGaps(end));
+        second.reader.resume(nodeWithGaps(end), SnapshotScope::Quick);
         verifyGapsAreThere(second.readAll());
     }
 }
@@ -584,7 +605,7 @@ void tst_SnapshotNodeReader::cancelledResumeKeepsGaps()
 {
     for (const SnapshotEnd end : {SnapshotEnd::Complete, SnapshotEnd::Cancelled}) {
         Node second;
-        second.reader.resume(nodeWithGaps(end));
+        second.reader.resume(nodeWithGaps(end), SnapshotScope::Quick);
         second.askAll(2);
         second.reader.finish(true);
         verifyGapsAreThere(second.reader.node());
@@ -594,7 +615,7 @@ void tst_SnapshotNodeReader::cancelledResumeKeepsGaps()
 void tst_SnapshotNodeReader::cancelledQuestionOfAResumeKeepsItsGap()
 {
     Node second;
-    second.reader.resume(nodeWithGaps(SnapshotEnd::Complete));
+    second.reader.resume(nodeWithGaps(SnapshotEnd::Complete), SnapshotScope::Quick);
     second.askAll(5); // who it is
     QCOMPARE(second.reader.ask().key.toShortString(), QStringLiteral("6002h.1"));
     second.reader.putBack();
@@ -607,7 +628,7 @@ void tst_SnapshotNodeReader::resumeForgetsGapsThatAreNoneAnyMore()
     Node second;
     second.set({0x6002, 1}, Kind::Timeout);
     second.set({0x6008, 1}, "01000000");
-    second.reader.resume(nodeWithGaps(SnapshotEnd::Complete));
+    second.reader.resume(nodeWithGaps(SnapshotEnd::Complete), SnapshotScope::Quick);
     const SnapshotNode read = second.readAll();
     QVERIFY(read.find(0x6002, 1)->gap == SnapshotGap::NoAnswer);
     QCOMPARE(read.value(0x6008, 1), QVariant(1u));
@@ -617,7 +638,7 @@ void tst_SnapshotNodeReader::resumeForgetsGapsOfAnotherDevice()
 {
     Node second;
     second.set({0x1018, 4}, "99000000");
-    second.reader.resume(nodeWithGaps(SnapshotEnd::Complete));
+    second.reader.resume(nodeWithGaps(SnapshotEnd::Complete), SnapshotScope::Quick);
     second.askAll(5);
     second.reader.finish(true);
     QVERIFY(second.reader.isReplaced());

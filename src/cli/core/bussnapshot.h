@@ -27,7 +27,7 @@ public:
     std::optional<ExitStatus> parse(const CommandArguments &options);
 
     void setNotes(const SnapshotNotes &notes) { m_order.notes = notes; }
-    /*! Goes on with \a earlier; its scope counts. */
+    /*! Goes on with \a earlier, which must not be a full one when this is to be quick. */
     void setEarlier(const Snapshot &earlier) { m_order.earlier = earlier; }
     bool isQuick() const { return m_order.scope == SnapshotScope::Quick; }
 

@@ -110,7 +110,6 @@ void SnapshotRun::describeOrigin(const SnapshotOrder &order)
     m_origin.adapter = adapterDescription(m_bus->settings().address);
     m_origin.bitRate = m_bus->bitRate();
     if (order.earlier) {
-        m_origin.scope = order.earlier->scope;
         m_origin.time = order.earlier->time;
         m_offset = std::max(order.earlier->time.msecsTo(now), order.earlier->duration);
     }

@@ -25,7 +25,7 @@ struct SnapshotOrder
     int sharePercent = BusShare::usualPercent; //!< of the bus for questions and answers, 1 to 100 (no limit)
     QString program;                           //!< "draxelctl 1.0.0"
     SnapshotNotes notes;
-    /*! Where to go on; its scope and time then count. */
+    /*! Where to go on; its time then counts. Of a quick one the rest is read when the scope is full. */
     std::optional<Snapshot> earlier;
 };
 

@@ -130,7 +130,8 @@ void CheckupSession::resume()
 {
     if (!canResume())
         return;
-    SnapshotOrder order; // the earlier one's scope counts
+    SnapshotOrder order;
+    order.scope = m_record.snapshot.scope;
     order.earlier = m_isSameVehicle ? m_record.snapshot : ofKnownDevices(m_record.snapshot);
     begin(order);
 }
