@@ -35,7 +35,6 @@ void LiveTrace::begin(const TraceHead &head)
     m_document = std::make_shared<TraceDocument>();
     m_document->trace.head = head;
     m_next.reset();
-    m_left = 0;
     m_mappings.clear();
 }
 
@@ -112,7 +111,6 @@ bool LiveTrace::advanceNext(std::size_t most)
         return false;
     if (m_next->lines.advance(most))
         return true;
-    m_left += m_nextBegin;
     m_document = std::move(m_next);
     return false;
 }

@@ -31,8 +31,6 @@ public:
     void tell(const TraceDevices &devices);
 
     const std::shared_ptr<TraceDocument> &document() const { return m_document; }
-    /*! How many frames that have come since begin() are no longer in the document. */
-    std::size_t left() const { return m_left; }
 
 private:
     using Values = std::map<std::pair<quint8, CanOpen::ObjectKey>, quint32>;
@@ -46,6 +44,5 @@ private:
     std::shared_ptr<TraceDocument> m_document;
     std::shared_ptr<TraceDocument> m_next; // null: there is room
     std::size_t m_nextBegin = 0;           // where it begins in m_document
-    std::size_t m_left = 0;
-    Values m_mappings; // that frames which have left told: objects 1400h to 1BFFh
+    Values m_mappings;                     // that frames which have left told: objects 1400h to 1BFFh
 };

@@ -58,11 +58,6 @@ void TraceModel::setFilter(const TraceFilter &filter)
     update();
 }
 
-void TraceModel::reset()
-{
-    setFilter(TraceFilter(m_rows.filter()));
-}
-
 void TraceModel::update()
 {
     if (m_rows.isAll()) {

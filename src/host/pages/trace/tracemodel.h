@@ -27,8 +27,6 @@ public:
     void setDocument(const std::shared_ptr<TraceDocument> &document);
     const TraceDocument &document() const { return *m_document; }
     void setFilter(const TraceFilter &filter);
-    /*! Looks at all lines again. */
-    void reset();
     /*! Takes lines that were added to the document, and transfers that have ended. */
     void update();
 
