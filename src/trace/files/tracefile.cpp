@@ -107,15 +107,6 @@ std::unique_ptr<ByteSink> packed(std::unique_ptr<ByteSink> sink, Compression com
     return sink;
 }
 
-/*! About how many frames a file has; 0 when nobody knows. */
-size_t expectedFrames(const QString &path, const TraceReader &reader)
-{
-    const QFileInfo file(path);
-    if (!file.isFile() || TraceFormats::ofName(path).compression != Compression::None)
-        return 0;
-    return static_cast<size_t>(file.size() / reader.bytesPerFrame());
-}
-
 } // namespace
 
 std::unique_ptr<TraceReader> TraceFile::open(const QString &path, QString *errorMessage)
@@ -128,6 +119,14 @@ std::unique_ptr<TraceReader> TraceFile::open(std::unique_ptr<ByteSource> bytes, 
                                              QString *errorMessage)
 {
     return readerOf(unpacked(std::move(bytes)), name, errorMessage);
+}
+
+size_t TraceFile::expectedFrames(const QString &path, const TraceReader &reader)
+{
+    const QFileInfo file(path);
+    if (!file.isFile() || TraceFormats::ofName(path).compression != Compression::None)
+        return 0;
+    return static_cast<size_t>(file.size() / reader.bytesPerFrame());
 }
 
 std::optional<Trace> TraceFile::load(const QString &path, const Limits &limits, QString *errorMessage)

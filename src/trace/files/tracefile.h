@@ -34,6 +34,9 @@ std::unique_ptr<TraceReader> open(const QString &path, QString *errorMessage);
 std::unique_ptr<TraceReader> open(std::unique_ptr<ByteSource> bytes, const QString &name,
                                   QString *errorMessage);
 
+/*! About how many frames a file has that \a reader reads; 0 when nobody knows. */
+size_t expectedFrames(const QString &path, const TraceReader &reader);
+
 /*! Reads a whole trace, as far as \a limits go. Empty with a sentence when it cannot be opened or is no trace. */
 std::optional<Trace> load(const QString &path, const Limits &limits, QString *errorMessage);
 /*! The rest of \a reader. \a expectedFrames: about how many will come, 0 when nobody knows. */

@@ -5,8 +5,6 @@
 #include <system/ordinaryfile.h>
 #include <trace/files/tracefile.h>
 
-#include <QFileInfo>
-
 #include <algorithm>
 
 namespace {
@@ -44,14 +42,6 @@ private:
     std::atomic<bool> *m_isCancelled;
     std::atomic<std::size_t> *m_frames;
 };
-
-/*! About how many frames a file has; 0 when nobody knows. */
-std::size_t expectedFrames(const QString &fileName, const TraceReader &reader)
-{
-    if (TraceFormats::ofName(fileName).compression != Compression::None)
-        return 0;
-    return static_cast<std::size_t>(std::max<qint64>(0, QFileInfo(fileName).size()) / reader.bytesPerFrame());
-}
 
 } // namespace
 
@@ -149,7 +139,7 @@ TraceLoading::Result TraceLoading::load(const QString &fileName, State *state)
     WatchedReader reader(std::move(opened), &state->isCancelled, &state->frames);
     auto document = std::make_shared<TraceDocument>();
     document->fileName = fileName;
-    state->expected = expectedFrames(fileName, reader);
+    state->expected = TraceFile::expectedFrames(fileName, reader);
     document->trace = TraceFile::load(&reader, TraceFile::Limits(), state->expected);
     document->trace.head = reader.knownHead();
     makeLines(document.get(), state);
