@@ -102,9 +102,12 @@ void SnapshotNodeReader::take(const SdoOutcome &outcome, qint64 ms, qint64 answe
     m_hasAnswered = true;
     if (outcome.kind != SdoOutcome::Kind::Error && outcome.raw.size() <= CanOpen::sdoExpeditedSize)
         m_answerTimes.add(answerTime);
-    if (isOtherDevice(entry)) {
-        startAnew();
-        return;
+    if (const SnapshotEntry *kept = keptIdentity(entry)) {
+        if (kept->gap != entry.gap || kept->raw != entry.raw) {
+            startAnew();
+            return;
+        }
+        m_isRecognized = m_isRecognized || entry.key.index == Object::identity;
     }
     record(m_question, entry);
     if (entry.gap == SnapshotGap::Failed && !m_isSecondRound) {
@@ -174,12 +177,18 @@ void SnapshotNodeReader::record(const SnapshotQuestion &question, const Snapshot
     }
 }
 
-bool SnapshotNodeReader::isOtherDevice(const SnapshotEntry &entry) const
+/*! What is known of the earlier device in the place of a value that tells devices apart; else null. */
+const SnapshotEntry *SnapshotNodeReader::keptIdentity(const SnapshotEntry &entry) const
 {
     if (!isIdentity(entry.key) || entry.isGap())
-        return false;
+        return nullptr;
     const SnapshotEntry *kept = m_earlier.find(entry.key);
-    return isSettled(kept) && (kept->gap != entry.gap || kept->raw != entry.raw);
+    return isSettled(kept) ? kept : nullptr;
+}
+
+bool SnapshotNodeReader::isUnrecognized() const
+{
+    return m_hasAnswered && !m_isReplaced && !m_isRecognized && m_earlier.valueCount() > 0;
 }
 
 void SnapshotNodeReader::startAnew()

@@ -58,6 +58,10 @@ public:
 
     /*! Whether it is another device than the one in resume(). */
     bool isReplaced() const { return m_isReplaced; }
+    /*! Whether it has answered, and nothing of its identity object (1018h) is known both of it and of the device in resume(),
+     *  whose values are kept: nobody can say then whether they are the same.
+     */
+    bool isUnrecognized() const;
 
     int valueCount() const { return m_node.valueCount(); }
     int gapCount() const { return m_node.gapCount(); }
@@ -72,7 +76,7 @@ public:
 private:
     void skipKept();
     void record(const SnapshotQuestion &question, const SnapshotEntry &entry);
-    bool isOtherDevice(const SnapshotEntry &entry) const;
+    const SnapshotEntry *keptIdentity(const SnapshotEntry &entry) const;
     void startAnew();
     void takeSilence();
     SnapshotEnd endOf(bool isCancelled) const;
@@ -95,6 +99,7 @@ private:
     bool m_isUnasked = false; // the last question could not be sent, or the bus was too full for its answer
     bool m_isLeft = false;
     bool m_isReplaced = false;
+    bool m_isRecognized = false;
     bool m_isSecondRound = false;
     bool m_isFinished = false;
 };

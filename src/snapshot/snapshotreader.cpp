@@ -145,9 +145,19 @@ QVector<SnapshotNode> SnapshotReader::nodes() const
 
 QVector<quint8> SnapshotReader::replacedNodes() const
 {
+    return nodesThat(&SnapshotNodeReader::isReplaced);
+}
+
+QVector<quint8> SnapshotReader::unrecognizedNodes() const
+{
+    return nodesThat(&SnapshotNodeReader::isUnrecognized);
+}
+
+QVector<quint8> SnapshotReader::nodesThat(bool (SnapshotNodeReader::*hold)() const) const
+{
     QVector<quint8> ids;
     for (const auto &[nodeId, turn] : m_turns) {
-        if (turn->reader.isReplaced())
+        if ((turn->reader.*hold)())
             ids.append(nodeId);
     }
     return ids;

@@ -85,6 +85,8 @@ public:
     SnapshotProgress progress() const;
     /*! The nodes on which there is another device than in the earlier snapshot; nothing of that one was kept. */
     QVector<quint8> replacedNodes() const;
+    /*! The nodes on which nobody can say whether there is the same device; what is known of the earlier one was kept. */
+    QVector<quint8> unrecognizedNodes() const;
     /*! One node; empty when it is not known. */
     std::optional<SnapshotNode> node(quint8 nodeId) const;
     /*! How far one node is. */
@@ -112,6 +114,7 @@ private:
     void finishNode(Turn &turn);
     void finish();
     void look();
+    QVector<quint8> nodesThat(bool (SnapshotNodeReader::*hold)() const) const;
     SnapshotProgress progressOf(const Turn &turn) const;
 
     CanOpen::SdoClient *m_client;

@@ -29,6 +29,7 @@ private slots:
     void resumes();
     void resumesAQuickOneInFull();
     void resumeOnAnotherVehicleKeepsTheFile();
+    void resumeSaysWhatItCannotRecognize();
     void nameBesideAFileWithoutSuffix();
     void printsJson();
     void writesToStandardOutput();
@@ -284,6 +285,27 @@ void tst_SnapshotCommand::resumeOnAnotherVehicleKeepsTheFile()
     QVERIFY(entryOf(nodeOf(second, 2), 0x1018, 4).value(QLatin1String("value"))
             != entryOf(nodeOf(first, 2), 0x1018, 4).value(QLatin1String("value")));
     QCOMPARE(nodeOf(second, 2).value(QLatin1String("entries")).toArray().size(), 203);
+}
+
+void tst_SnapshotCommand::resumeSaysWhatItCannotRecognize()
+{
+    const QString vehicle = writeVehicle(R"(
+        { "id": 1, "dictionary": "controller.dcf", "heartbeatMs": 200 },
+        { "id": 2, "dictionary": "battery.dcf", "heartbeatMs": 200, "faults": [
+          {"kind": "sdoAbort", "code": "0x08000000", "object": "1018sub1"},
+          {"kind": "sdoAbort", "code": "0x08000000", "object": "1018sub2"},
+          {"kind": "sdoAbort", "code": "0x08000000", "object": "1018sub3"},
+          {"kind": "sdoAbort", "code": "0x08000000", "object": "1018sub4"} ] })");
+    QCOMPARE(run(arguments(vehicle, {QStringLiteral("--quick")})).status, 4);
+    const Result result = run(
+        arguments(vehicle, {QStringLiteral("--quick"), QStringLiteral("--resume"), path("out.dxsnap")}));
+    QCOMPARE(
+        result.errors,
+        QStringLiteral("Whether the same device as in %1 is on node 2 cannot be told, as too little of its "
+                       "identity is known; its values there were kept.\n")
+            .arg(QDir::toNativeSeparators(path("out.dxsnap"))));
+    QCOMPARE(result.status, 4);
+    QVERIFY(!QFile::exists(path("out-2.dxsnap")));
 }
 
 void tst_SnapshotCommand::nameBesideAFileWithoutSuffix()

@@ -130,6 +130,9 @@ private slots:
     void resumeForgetsTheOtherDevice();
     void resumeAsksTheOtherDeviceOnce();
     void resumeTakesNoRefusalForAnotherDevice();
+    void resumeTellsDevicesApartWithoutSerialNumber();
+    void resumeSaysWhatItCannotRecognize_data();
+    void resumeSaysWhatItCannotRecognize();
     void resumeKeepsValuesOfASilentNode();
     void resumeKeepsWhatElseIsKnown();
     void resumeKeepsGapsOfASilentNode();
@@ -530,6 +533,72 @@ void tst_SnapshotNodeReader::resumeTakesNoRefusalForAnotherDevice()
     const SnapshotNode read = second.readAll();
     QVERIFY(!second.reader.isReplaced());
     QCOMPARE(read.value(0x1018, 4), QVariant(0x04000001u));
+}
+
+void tst_SnapshotNodeReader::resumeTellsDevicesApartWithoutSerialNumber()
+{
+    Node first;
+    first.set({0x1018, 4}, Kind::Timeout);
+    const SnapshotNode earlier = first.readAll();
+    for (quint8 subIndex = 1; subIndex <= 3; ++subIndex) {
+        Node second;
+        second.set({0x1018, subIndex}, "99000000");
+        second.reader.resume(earlier, SnapshotScope::Quick);
+        QCOMPARE(second.readAll().value(0x1018, 4), QVariant(0x04000001u));
+        QVERIFY(second.reader.isReplaced());
+        QVERIFY(!second.reader.isUnrecognized());
+    }
+    Node same;
+    same.reader.resume(earlier, SnapshotScope::Quick);
+    QCOMPARE(same.readAll().value(0x1018, 4), QVariant(0x04000001u));
+    QVERIFY(!same.reader.isReplaced());
+    QVERIFY(!same.reader.isUnrecognized());
+}
+
+void tst_SnapshotNodeReader::resumeSaysWhatItCannotRecognize_data()
+{
+    QTest::addColumn<int>("earlier");
+    QTest::addColumn<int>("now");
+    QTest::addColumn<bool>("isUnrecognized");
+    QTest::newRow("known on both sides") << int(Kind::Value) << int(Kind::Value) << false;
+    QTest::newRow("not known then") << int(Kind::Timeout) << int(Kind::Value) << true;
+    QTest::newRow("refused then") << int(Kind::Abort) << int(Kind::Value) << true;
+    QTest::newRow("not known now") << int(Kind::Value) << int(Kind::Abort) << true;
+    QTest::newRow("known on neither side") << int(Kind::Abort) << int(Kind::Abort) << true;
+}
+
+void tst_SnapshotNodeReader::resumeSaysWhatItCannotRecognize()
+{
+    QFETCH(int, earlier);
+    QFETCH(int, now);
+    QFETCH(bool, isUnrecognized);
+    const auto setIdentity = [](Node *node, int kind) {
+        for (quint8 subIndex = 1; subIndex <= 4 && Kind(kind) != Kind::Value; ++subIndex)
+            node->set({0x1018, subIndex}, Kind(kind), 0x08000000);
+    };
+    Node first;
+    setIdentity(&first, earlier);
+    first.askAll();
+    first.reader.beginSecondRound();
+    first.askAll();
+    first.reader.beginSecondRound(); // past three silences in a row
+    first.askAll();
+    first.reader.finish(false);
+    QCOMPARE(first.reader.node().value(0x6005, 0), QVariant(42u));
+    QVERIFY(!first.reader.isUnrecognized()); // nothing was kept
+    Node second;
+    setIdentity(&second, now);
+    second.reader.resume(first.reader.node(), SnapshotScope::Quick);
+    const SnapshotNode read = second.readAll();
+    QVERIFY(!second.reader.isReplaced());
+    QCOMPARE(second.reader.isUnrecognized(), isUnrecognized);
+    QCOMPARE(read.value(0x6005, 0), QVariant(42u));
+
+    Node silent; // which may be nowhere
+    silent.isSilent = true;
+    silent.reader.resume(first.reader.node(), SnapshotScope::Quick);
+    silent.readAll();
+    QVERIFY(!silent.reader.isUnrecognized());
 }
 
 void tst_SnapshotNodeReader::resumeKeepsWhatElseIsKnown()

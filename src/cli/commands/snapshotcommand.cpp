@@ -72,6 +72,7 @@ private:
     std::optional<ExitStatus> parseResume();
     std::optional<ExitStatus> take();
     SnapshotNotes notes() const;
+    void sayWhatIsNotRecognized() const;
     QString outputName() const;
     void print() const;
 
@@ -105,6 +106,7 @@ ExitStatus SnapshotCommand::run(const QStringList &arguments)
     if (!m_options.isSet(jsonOption))
         print();
     const ExitStatus status = m_isOfTrace ? m_trace.finish() : m_bus.finish();
+    sayWhatIsNotRecognized();
     const QString name = outputName();
     if (!OutputFile(name).writeSnapshot(m_snapshot))
         return Exit::fileFailed;
@@ -121,6 +123,18 @@ std::optional<ExitStatus> SnapshotCommand::take()
     if (m_isOfTrace)
         m_snapshot.notes = notes();
     return status;
+}
+
+void SnapshotCommand::sayWhatIsNotRecognized() const
+{
+    if (m_bus.unrecognizedNodes().isEmpty())
+        return;
+    Console::printError(
+        SnapshotCommandTr::tr(
+            "Whether the same device as in %1 is on node %2 cannot be told, as too little of its "
+            "identity is known; its values there were kept.")
+            .arg(QDir::toNativeSeparators(m_options.value(resumeOption)),
+                 BusWords::nodes(m_bus.unrecognizedNodes())));
 }
 
 /*! Where to write. A snapshot of other devices is not replaced by what was to complete it. */

@@ -114,6 +114,7 @@ void BusSnapshot::read(InterruptibleLoop *loop)
     m_isGivenUp = run.isCancelled() && !loop->isInterrupted();
     m_snapshot = run.snapshot();
     m_replacedNodes = run.reader()->replacedNodes().toList();
+    m_unrecognizedNodes = run.reader()->unrecognizedNodes().toList();
     m_doubts = run.doubts();
 }
 

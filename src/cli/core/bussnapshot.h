@@ -44,6 +44,8 @@ public:
 
     /*! The nodes on which there is another device than in the earlier snapshot. */
     QList<quint8> replacedNodes() const { return m_replacedNodes; }
+    /*! The nodes on which nobody can say whether there is the same one. */
+    QList<quint8> unrecognizedNodes() const { return m_unrecognizedNodes; }
 
     /*! Whether there are neither gaps nor doubts about further nodes. */
     bool isComplete() const { return m_snapshot.isComplete() && m_doubts.isEmpty(); }
@@ -66,6 +68,7 @@ private:
     ProgressLine m_progress;
     Snapshot m_snapshot;
     QList<quint8> m_replacedNodes;
+    QList<quint8> m_unrecognizedNodes;
     QStringList m_doubts;      // sentences about nodes that may be there
     ExitStatus m_interruption; // success: none
     bool m_isGivenUp = false;  // the bus stayed away
