@@ -336,6 +336,29 @@ void archiveOf10000(benchmark::State &state)
 }
 BENCHMARK(archiveOf10000)->Iterations(1)->Unit(benchmark::kMillisecond);
 
+/*! A visit with everything that can be read of 127 nodes, opened from the archive. */
+void openVisitOf127(benchmark::State &state)
+{
+    const OwnArchive archive;
+    BenchWindow window(crowd());
+    window.trigger("actionCheckup");
+    while (window.window().checkup().isRunning()
+           || window.window().checkup().kept() == CheckupSession::Kept::Asked)
+        BenchWindow::pass(settlingTime);
+    window.trigger("actionPageArchive");
+    BenchWindow::pass(answerTime);
+    window.window().findChild<QTableView *>(QStringLiteral("vehicleTable"))->selectRow(0);
+    BenchWindow::pass(answerTime);
+    for (auto _ : state) {
+        StallWatch watch;
+        window.press("visitOpen");
+        BenchWindow::pass(answerTime);
+        report(watch, &state);
+        state.counters["values"] = window.window().checkup().record().snapshot.valueCount();
+    }
+}
+BENCHMARK(openVisitOf127)->Iterations(3)->Unit(benchmark::kMillisecond);
+
 QByteArray inChunksOfOneByte(int count)
 {
     return "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n" + QByteArray("1\r\nx\r\n").repeated(count)
