@@ -77,6 +77,16 @@ std::optional<KeptVisit> Archive::add(const Snapshot &snapshot, const std::optio
     return add(snapshot, extras, errorMessage, now);
 }
 
+std::optional<KeptVisit> Archive::addJudged(const Snapshot &snapshot,
+                                            const std::optional<VisitVerdict> &verdict, QString *errorMessage)
+{
+    const std::optional<KeptVisit> kept = add(snapshot, verdict, errorMessage);
+    const bool isOlder = kept && verdict && !kept->isNew;
+    if (isOlder && !setVerdict(kept->visitId, *verdict, errorMessage))
+        return std::nullopt;
+    return kept;
+}
+
 std::optional<KeptVisit> Archive::add(const Snapshot &snapshot, const VisitExtras &extras,
                                       QString *errorMessage, const QDateTime &now)
 {

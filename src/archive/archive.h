@@ -34,6 +34,10 @@ public:
     std::optional<KeptVisit> add(const Snapshot &snapshot, const std::optional<VisitVerdict> &verdict,
                                  QString *errorMessage, const QDateTime &now = QDateTime::currentDateTime());
 
+    /*! The same of a check-up, of which the last one counts: its verdict takes the place of one that is there. */
+    std::optional<KeptVisit> addJudged(const Snapshot &snapshot, const std::optional<VisitVerdict> &verdict,
+                                       QString *errorMessage);
+
     /*! The same with more that is known of it; of a snapshot that the archive has already only the verdict counts. */
     std::optional<KeptVisit> add(const Snapshot &snapshot, const VisitExtras &extras, QString *errorMessage,
                                  const QDateTime &now = QDateTime::currentDateTime());

@@ -24,14 +24,14 @@ VisitKeeper::Outcome VisitKeeper::keepNow(Archive &archive, const WaitingVisits 
                                           const std::optional<VisitVerdict> &verdict, QString *error)
 {
     Outcome outcome;
-    outcome.visit = archive.add(snapshot, verdict, error);
+    outcome.visit = archive.addJudged(snapshot, verdict, error);
     if (outcome.visit) {
-        if (verdict && !outcome.visit->isNew) // kept before; the last check-up counts
-            archive.setVerdict(outcome.visit->visitId, *verdict, error);
+        if (verdict)
+            waiting.forgetVerdict(snapshot);
         return outcome;
     }
     QString problem;
-    outcome.waitingFile = waiting.save(snapshot, &problem);
+    outcome.waitingFile = waiting.save(snapshot, verdict, &problem);
     if (!outcome.waitingFile)
         *error += QLatin1Char(' ') + problem;
     return outcome;

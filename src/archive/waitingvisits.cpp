@@ -2,6 +2,7 @@
 #include "waitingvisits.h"
 
 #include "archive.h"
+#include "waitingverdict.h"
 
 #include <snapshot/savedvehicle.h>
 #include <snapshot/snapshotfile.h>
@@ -22,7 +23,16 @@ QString WaitingVisits::standardFolder()
            + QStringLiteral("/draxel/waiting");
 }
 
-std::optional<QString> WaitingVisits::save(const Snapshot &snapshot, QString *errorMessage) const
+/*! Names that sort by time, and are the same for the same snapshot. */
+QString WaitingVisits::fileOf(const Snapshot &snapshot) const
+{
+    const QString time = snapshot.time.toUTC().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    return QStringLiteral("%1/%2-%3.dxsnap").arg(m_folder, time, SnapshotFile::fingerprint(snapshot).left(16));
+}
+
+std::optional<QString> WaitingVisits::save(const Snapshot &snapshot,
+                                           const std::optional<VisitVerdict> &verdict,
+                                           QString *errorMessage) const
 {
     if (!QDir().mkpath(m_folder)) {
         *errorMessage = tr("The folder %1 could not be made.").arg(QDir::toNativeSeparators(m_folder));
@@ -30,11 +40,17 @@ std::optional<QString> WaitingVisits::save(const Snapshot &snapshot, QString *er
     }
     // Whom the vehicles belong to is nobody else's business on this computer.
     QFile::setPermissions(m_folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    // Names that sort by time, and are the same for the same snapshot.
-    const QString time = snapshot.time.toUTC().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    const QString name
-        = QStringLiteral("%1/%2-%3.dxsnap").arg(m_folder, time, SnapshotFile::fingerprint(snapshot).left(16));
+    const QString name = fileOf(snapshot);
+    // Whoever sees the snapshot, another program at that, has to find its verdict there. Without one, for which there
+    // may be no room, the snapshot is kept all the same.
+    if (verdict)
+        WaitingVerdict::save(name, *verdict);
     return SnapshotFile::save(name, snapshot, errorMessage) ? std::optional<QString>(name) : std::nullopt;
+}
+
+void WaitingVisits::forgetVerdict(const Snapshot &snapshot) const
+{
+    WaitingVerdict::remove(fileOf(snapshot));
 }
 
 bool WaitingVisits::setNotes(const QString &fileName, const SnapshotNotes &notes, QString *errorMessage)
@@ -68,12 +84,13 @@ WaitingVisits::Delivery WaitingVisits::deliver(Archive &archive) const
             delivery.problems.append(error);
             continue;
         }
-        const std::optional<KeptVisit> visit = archive.add(*snapshot, std::nullopt, &error);
+        const std::optional<KeptVisit> visit = archive.addJudged(*snapshot, WaitingVerdict::load(path), &error);
         if (!visit) {
             delivery.problems.append(error);
             break;
         }
         QFile::remove(path);
+        WaitingVerdict::remove(path);
         delivery.visits.append({path, *visit});
     }
     return delivery;

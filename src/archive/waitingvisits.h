@@ -15,7 +15,9 @@
 
 class Archive;
 
-/*! A folder in which snapshots wait for an archive that cannot be reached, one file each. */
+/*! A folder in which snapshots wait for an archive that cannot be reached, one file each, and beside it another one for
+ *  what a check-up said of it.
+ */
 class WaitingVisits
 {
     Q_DECLARE_TR_FUNCTIONS(WaitingVisits)
@@ -37,8 +39,14 @@ public:
     /*! Beside the archive in the user's data folder. */
     static QString standardFolder();
 
-    /*! Puts a snapshot there; the same one once. Gives its file, or nothing with a sentence in \a errorMessage. */
-    std::optional<QString> save(const Snapshot &snapshot, QString *errorMessage) const;
+    /*! Puts a snapshot there; the same one once, with the verdict that was given last. Gives its file, or nothing with a
+     *  sentence in \a errorMessage.
+     */
+    std::optional<QString> save(const Snapshot &snapshot, const std::optional<VisitVerdict> &verdict,
+                                QString *errorMessage) const;
+
+    /*! There is a newer verdict elsewhere: the one that waits with the snapshot, if any, does not count any more. */
+    void forgetVerdict(const Snapshot &snapshot) const;
 
     /*! Gives other notes to what waits in a file of save(); not to what has been delivered since. */
     static bool setNotes(const QString &fileName, const SnapshotNotes &notes, QString *errorMessage);
@@ -46,12 +54,13 @@ public:
     int count() const;
 
     /*! Gives the archive what waits, the oldest first, and ends with the first that it does not take. A file that is
-     *  no snapshot stays where it is.
+     *  no snapshot stays where it is. A verdict that cannot be read keeps no visit from the archive.
      */
     Delivery deliver(Archive &archive) const;
 
 private:
     QStringList files() const;
+    QString fileOf(const Snapshot &snapshot) const;
 
     QString m_folder;
 };

@@ -22,6 +22,25 @@ ArchiveAddress addressOf(const QString &text)
     return ArchiveAddress::parse(text, &error).value_or(ArchiveAddress());
 }
 
+VisitVerdict warned(int warnings)
+{
+    VisitVerdict verdict;
+    verdict.verdict = Verdict::Warning;
+    verdict.warnings = warnings;
+    verdict.notes = 2;
+    verdict.notChecked = 3;
+    return verdict;
+}
+
+/*! Of the newest visit; -1 when it was not judged. */
+int warningsOf(Archive *archive)
+{
+    QString error;
+    const auto visits = archive->visits({}, &error);
+    const bool isJudged = visits && !visits->isEmpty() && visits->first().verdict;
+    return isJudged ? visits->first().verdict->warnings : -1;
+}
+
 } // namespace
 
 /*! The archive in its thread, and what keeps every snapshot. */
@@ -52,8 +71,20 @@ private slots:
     void failsWhereNothingCanBeWritten();
     void brokenFileThatWaitsStays();
     void sameSnapshotWaitsOnce();
+    void verdictWaitsToo();
+    void deliversTheLastVerdict();
+    void waitingVerdictIsNewerThanTheArchives();
+    void verdictOfTheArchiveIsNewerThanTheWaitingOne();
+    void unusableVerdictsStopNothing_data();
+    void unusableVerdictsStopNothing();
 
 private:
+    QString waitingFolder() const { return m_places.filePath(QStringLiteral("waiting-%1").arg(m_folders)); }
+    QStringList waitingFiles(const QString &names = QStringLiteral("*")) const
+    {
+        return QDir(waitingFolder()).entryList({names}, QDir::Files);
+    }
+
     ArchivePlaces m_places;
     WaitingVisits m_waiting{QString()};
     int m_folders = 0;
@@ -208,8 +239,8 @@ void tst_VisitKeeper::waitsWhileTheArchiveIsAway()
 
 void tst_VisitKeeper::deliversWhenItIsBack()
 {
-    QVERIFY(m_waiting.save(numbered(1), &m_error));
-    QVERIFY(m_waiting.save(numbered(2), &m_error));
+    QVERIFY(m_waiting.save(numbered(1), std::nullopt, &m_error));
+    QVERIFY(m_waiting.save(numbered(2), std::nullopt, &m_error));
     const QString address = m_places.filePath(QStringLiteral("back.dxarchive"));
     ArchiveWorker worker;
     VisitKeeper keeper(&worker, m_waiting);
@@ -267,7 +298,7 @@ void tst_VisitKeeper::failsWhereNothingCanBeWritten()
 
 void tst_VisitKeeper::brokenFileThatWaitsStays()
 {
-    QVERIFY(m_waiting.save(numbered(2), &m_error));
+    QVERIFY(m_waiting.save(numbered(2), std::nullopt, &m_error));
     const QString folder = m_places.filePath(QStringLiteral("waiting-%1").arg(m_folders));
     QFile broken(folder + QStringLiteral("/00000000-000000-0.dxsnap"));
     QVERIFY(broken.open(QIODevice::WriteOnly) && broken.write("{") == 1);
@@ -286,9 +317,111 @@ void tst_VisitKeeper::brokenFileThatWaitsStays()
 
 void tst_VisitKeeper::sameSnapshotWaitsOnce()
 {
-    QVERIFY(m_waiting.save(numbered(1), &m_error));
-    QVERIFY(m_waiting.save(numbered(1), &m_error));
+    QVERIFY(m_waiting.save(numbered(1), std::nullopt, &m_error));
+    QVERIFY(m_waiting.save(numbered(1), std::nullopt, &m_error));
     QCOMPARE(m_waiting.count(), 1);
+}
+
+void tst_VisitKeeper::verdictWaitsToo()
+{
+    {
+        ArchiveWorker worker;
+        VisitKeeper keeper(&worker, m_waiting);
+        worker.open(addressOf(m_places.filePath(QStringLiteral("away/a.dxarchive"))));
+        keeper.keep(numbered(1), warned(7));
+    } // which ends when it is done
+    QCOMPARE(m_waiting.count(), 1);
+    QCOMPARE(waitingFiles().size(), 2);
+
+    const QString address = m_places.filePath(QStringLiteral("verdict.dxarchive"));
+    ArchiveWorker worker;
+    VisitKeeper keeper(&worker, m_waiting);
+    QSignalSpy delivered(&keeper, &VisitKeeper::delivered);
+    worker.open(addressOf(address));
+    QTRY_COMPARE(delivered.size(), 1);
+    const auto visits = OpenArchive(address).visits({}, &m_error);
+    QCOMPARE(visits->size(), 1);
+    const std::optional<VisitVerdict> verdict = visits->first().verdict;
+    QVERIFY(verdict);
+    QCOMPARE(verdict->verdict, Verdict::Warning);
+    QCOMPARE(verdict->faults, 0);
+    QCOMPARE(verdict->warnings, 7);
+    QCOMPARE(verdict->notes, 2);
+    QCOMPARE(verdict->notChecked, 3);
+    QCOMPARE(waitingFiles(), QStringList());
+}
+
+void tst_VisitKeeper::deliversTheLastVerdict()
+{
+    QVERIFY(m_waiting.save(numbered(1), warned(1), &m_error));
+    QVERIFY(m_waiting.save(numbered(1), warned(5), &m_error));
+    QVERIFY(m_waiting.save(numbered(1), std::nullopt, &m_error)); // says nothing of it
+    QCOMPARE(waitingFiles().size(), 2);
+    OpenArchive archive(m_places.filePath(QStringLiteral("last.dxarchive")));
+    QCOMPARE(m_waiting.deliver(archive).visits.size(), 1);
+    QCOMPARE(warningsOf(&archive), 5);
+}
+
+void tst_VisitKeeper::waitingVerdictIsNewerThanTheArchives()
+{
+    OpenArchive archive(m_places.filePath(QStringLiteral("older.dxarchive")));
+    QVERIFY(archive.add(numbered(1), warned(1), &m_error));
+    QVERIFY(m_waiting.save(numbered(1), warned(2), &m_error));
+    QCOMPARE(m_waiting.deliver(archive).visits.size(), 1);
+    QCOMPARE(warningsOf(&archive), 2);
+}
+
+/*! What waited was checked again when the archive was back: before it is delivered, the archive has the newer one. */
+void tst_VisitKeeper::verdictOfTheArchiveIsNewerThanTheWaitingOne()
+{
+    const QString address = m_places.filePath(QStringLiteral("newer.dxarchive"));
+    { // it is there, and found by the visit that is kept: nothing is delivered before
+        OpenArchive made(address);
+    }
+    ArchiveWorker worker;
+    VisitKeeper keeper(&worker, m_waiting);
+    QSignalSpy delivered(&keeper, &VisitKeeper::delivered);
+    worker.open(addressOf(address));
+    QTRY_COMPARE(worker.pendingCount(), 0);
+    QVERIFY(m_waiting.save(numbered(1), warned(1), &m_error));
+    keeper.keep(numbered(1), warned(2));
+    QTRY_COMPARE(delivered.size(), 1);
+    OpenArchive archive(address);
+    QCOMPARE(warningsOf(&archive), 2);
+    QCOMPARE(waitingFiles(), QStringList());
+}
+
+void tst_VisitKeeper::unusableVerdictsStopNothing_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("half") << QByteArray(R"({"verdict":3,"fau)");
+    QTest::newRow("no object") << QByteArray("[3]");
+    QTest::newRow("number missing") << QByteArray(R"({"verdict":3,"faults":0,"warnings":1,"notes":0})");
+    QTest::newRow("unknown word") << QByteArray(
+        R"({"verdict":5,"faults":0,"warnings":1,"notes":0,"notChecked":0})");
+    QTest::newRow("negative count") << QByteArray(
+        R"({"verdict":3,"faults":0,"warnings":-1,"notes":0,"notChecked":0})");
+    QTest::newRow("too long") << QByteArray(5000, ' ');
+}
+
+void tst_VisitKeeper::unusableVerdictsStopNothing()
+{
+    QFETCH(QByteArray, text);
+    QVERIFY(m_waiting.save(numbered(1), warned(1), &m_error));
+    const QStringList verdicts = waitingFiles(QStringLiteral("*.verdict"));
+    QCOMPARE(verdicts.size(), 1);
+    for (const QString &name : {verdicts.first(), QStringLiteral("20260101-000000-0.verdict")}) {
+        QFile file(waitingFolder() + QLatin1Char('/') + name); // the second one has no snapshot
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(text), qint64(text.size()));
+    }
+    OpenArchive archive(m_places.filePath(QStringLiteral("%1.dxarchive").arg(m_folders)));
+    const WaitingVisits::Delivery delivery = m_waiting.deliver(archive);
+    QCOMPARE(delivery.problems, QStringList());
+    QCOMPARE(delivery.visits.size(), 1);
+    QVERIFY(!archive.visits({}, &m_error)->first().verdict);
+    QCOMPARE(waitingFiles(QStringLiteral("*.dxsnap")), QStringList());
 }
 
 QTEST_GUILESS_MAIN(tst_VisitKeeper)
