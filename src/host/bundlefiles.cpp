@@ -187,7 +187,7 @@ QVector<BundleMessage> BundleFiles::messages() const
     return messages;
 }
 
-void BundleFiles::open(const QString &fileName)
+void BundleFiles::open(const QString &fileName, const std::function<bool()> &isWanted)
 {
     struct Loaded
     {
@@ -200,7 +200,9 @@ void BundleFiles::open(const QString &fileName)
             loaded.bundle = std::make_shared<SupportBundle>(std::move(*bundle));
         return loaded;
     };
-    Background::run(this, load, [this, fileName](const Loaded &loaded) {
+    Background::run(this, load, [this, fileName, isWanted](const Loaded &loaded) {
+        if (!isWanted())
+            return;
         if (loaded.bundle)
             emit opened(loaded.bundle, fileName);
         else

@@ -49,8 +49,8 @@ public:
     void save();
     void write(const QString &fileName, bool isMasked);
 
-    /*! Reads a file, and then says opened(). */
-    void open(const QString &fileName);
+    /*! Reads a file, and then says opened() or failed(), unless \a isWanted has become false meanwhile. */
+    void open(const QString &fileName, const std::function<bool()> &isWanted);
 
     static MessageLog::Severity severityOf(Severity severity);
 

@@ -171,7 +171,7 @@ void MainWindow::openFile(const QString &fileName)
         m_pages->setCurrentWidget(m_traceTab);
         m_trace->open(fileName);
     } else if (!m_session->isRunning() && BundleFiles::isBundle(fileName)) {
-        m_bundles->open(fileName);
+        m_bundles->open(fileName, m_files->startOpening());
     } else if (m_session->isRunning()) {
         showError(tr("A check-up is running. Wait for its end or cancel it (Esc), then open the file."));
     } else {

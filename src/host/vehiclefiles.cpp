@@ -96,6 +96,12 @@ void VehicleFiles::open(const QStringList &nameFilters)
     dialog->open();
 }
 
+VehicleFiles::StillWanted VehicleFiles::startOpening()
+{
+    dropOpening();
+    return [this, opening = m_opening] { return opening == m_opening; };
+}
+
 void VehicleFiles::openFile(const QString &fileName)
 {
     whenKept([this, fileName] { show(fileName); });

@@ -54,6 +54,11 @@ public:
     /*! Something else is shown from now on: files that are still being opened are not shown any more. */
     void dropOpening() { ++m_opening; }
 
+    /*! Whether what it was made for is still what was asked for last. */
+    using StillWanted = std::function<bool()>;
+    /*! For whoever opens a file by himself: the same as dropOpening(), and it is one of those files. */
+    StillWanted startOpening();
+
     /*! A file was opened by somebody else. */
     void noteOpened(const QString &fileName);
 

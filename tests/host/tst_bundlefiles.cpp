@@ -8,6 +8,9 @@
 #include <host/mainwindow.h>
 #include <host/pages/checkupsession.h>
 #include <host/pages/trace/tracesession.h>
+#include <store/exchangefile.h>
+#include <store/nodestore.h>
+#include <tests/support/busypool.h>
 #include <tests/support/filedialogdriver.h>
 #include <tests/trace/frames.h>
 #include <trace/files/tracefile.h>
@@ -126,6 +129,7 @@ private slots:
     void eventsAreNotShownWhileConnected();
     void bundleWithoutAVehicle();
     void badBundleChangesNothing();
+    void bundleThatLoadsLongIsNotShownOverALaterFile();
     void problemsAreTold();
     void savesWhatIsShown();
     void savesOneVehicleOnly();
@@ -283,6 +287,29 @@ void tst_BundleFiles::badBundleChangesNothing()
         qPrintable(boxText(window)));
     QVERIFY(!window.checkup().isEmpty());
     QCOMPARE(window.findChild<QTableView *>(QStringLiteral("eventTable"))->model()->rowCount(), 2);
+}
+
+void tst_BundleFiles::bundleThatLoadsLongIsNotShownOverALaterFile()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    const QString later = m_folder->filePath(QStringLiteral("later.dxxml"));
+    NodeStore store;
+    store.appendNode(9);
+    store.setValue(9, 0x6000, 0, 1);
+    QString problem;
+    QVERIFY2(saveExchangeFile(later, exportToText(store, noon()), &problem), qPrintable(problem));
+    BusyPool busy; // has no time for the bundle before the other file is shown
+    window.openFile(write(someBundle()));
+    window.openFile(later);
+    QCoreApplication::sendPostedEvents(); // it is shown,
+    QCoreApplication::sendPostedEvents(); // and judged
+    QCOMPARE(window.checkup().record().fileName, later);
+    busy.release();
+    settle();
+    QCOMPARE(window.checkup().record().fileName, later);
+    QVERIFY(window.trace().isLive());
+    QVERIFY(!window.messages().toText().contains(QLatin1String("This is a support bundle")));
 }
 
 void tst_BundleFiles::problemsAreTold()

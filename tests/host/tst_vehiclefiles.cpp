@@ -7,6 +7,7 @@
 #include <host/pages/checkupsession.h>
 #include <host/vehiclefiles.h>
 #include <snapshot/snapshotfile.h>
+#include <tests/support/busypool.h>
 #include <tests/support/filedialogdriver.h>
 
 #include <QAction>
@@ -19,10 +20,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
-#include <QRunnable>
-#include <QSemaphore>
 #include <QTemporaryDir>
-#include <QThreadPool>
 #include <QTreeWidget>
 #include <QtTest>
 
@@ -46,20 +44,6 @@ QByteArray contentOf(const QString &name)
     QFile file(name);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
 }
-
-/*! Keeps a thread of a pool busy. */
-class Waiter : public QRunnable
-{
-public:
-    explicit Waiter(QSemaphore *semaphore)
-        : m_semaphore(semaphore)
-    {
-    }
-    void run() override { m_semaphore->acquire(); }
-
-private:
-    QSemaphore *m_semaphore;
-};
 
 /*! The window with the plug-in as it ships, and a folder for files; the folder is the home directory. */
 struct Bench
@@ -342,19 +326,11 @@ void tst_VehicleFiles::fileThatLoadsLongIsNotShownOverALaterOne()
     QVERIFY2(SnapshotFile::save(slow, snapshot, &problem), qPrintable(problem));
     const QString later = bench.file("later.dxxml", battery);
 
-    // No thread of the program has time for the first one before the other one is shown.
-    QThreadPool *pool = QThreadPool::globalInstance();
-    QTRY_COMPARE(pool->activeThreadCount(), 0);
-    const int threads = pool->maxThreadCount();
-    pool->setMaxThreadCount(1);
-    QSemaphore busy;
-    pool->start(new Waiter(&busy));
+    BusyPool busy; // has no time for the first one before the other one is shown
     bench.open(slow);
     bench.open(later);
     QCOMPARE(bench.window->checkup().record().fileName, later);
     busy.release();
-    pool->waitForDone();
-    pool->setMaxThreadCount(threads);
     for (int turn = 0; turn < 3; ++turn)
         QCoreApplication::sendPostedEvents();
     QCOMPARE(bench.window->checkup().record().fileName, later);
