@@ -89,11 +89,22 @@ void ServiceReportDialog::fill(const QString &folder)
     m_folder->setObjectName(QStringLiteral("reportFolder"));
     m_compare->setObjectName(QStringLiteral("compareReport"));
     m_compare->setText(tr("With what has &changed since the last visit"));
-    m_compare->setEnabled(m_session->record().comparison.has_value());
-    m_compare->setChecked(m_compare->isEnabled());
+    m_compare->setEnabled(false);
+    followPast();
+    connect(m_session, &CheckupSession::recordChanged, this, &ServiceReportDialog::followPast);
     m_show->setText(tr("&Open it then"));
     m_show->setChecked(true);
     m_show->setObjectName(QStringLiteral("showReport"));
+}
+
+/*! The archive tells later what was before. What the user has chosen by himself stays. */
+void ServiceReportDialog::followPast()
+{
+    const bool isKnown = m_session->record().comparison.has_value();
+    if (isKnown == m_compare->isEnabled())
+        return;
+    m_compare->setEnabled(isKnown);
+    m_compare->setChecked(isKnown);
 }
 
 void ServiceReportDialog::fillWorkshop(const WorkshopSettings &workshop)

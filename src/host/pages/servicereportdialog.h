@@ -32,6 +32,7 @@ signals:
 private:
     void build(const QString &folder);
     void fill(const QString &folder);
+    void followPast();
     void fillWorkshop(const WorkshopSettings &workshop);
     void addPath(QFormLayout *form, const QString &name, QLineEdit *path, const char *buttonName,
                  void (ServiceReportDialog::*choose)());

@@ -111,6 +111,7 @@ private slots:
     void offersLanguages();
     void comparesWhenItIsWanted_data();
     void comparesWhenItIsWanted();
+    void offersToCompareOnceThePastIsKnown();
     void cancelWritesNothing();
 };
 
@@ -318,6 +319,35 @@ void tst_ServiceReportDialog::comparesWhenItIsWanted()
         compare->setChecked(false);
     asking.write();
     QCOMPARE(desk.html().contains("What has changed since"), isThere);
+}
+
+void tst_ServiceReportDialog::offersToCompareOnceThePastIsKnown()
+{
+    Desk desk;
+    Snapshot later = desk.session.record().snapshot;
+    later.time = later.time.addDays(1);
+    desk.records.keep(desk.session.record().snapshot, std::nullopt);
+    qint64 visitId = 0;
+    desk.records.keep(later, std::nullopt, [&visitId](const VehicleRecords::Keeping &keeping) {
+        visitId = keeping.visit.visitId;
+    });
+    waitForArchive(desk.records);
+    QCOMPARE(visitId, 2);
+
+    desk.session.showVisit(later, visitId);
+    Asking asking(&desk); // before the archive has answered
+    auto *compare = asking.dialog->findChild<QCheckBox *>(QStringLiteral("compareReport"));
+    QVERIFY(!compare->isEnabled());
+    QVERIFY(!compare->isChecked());
+    waitForArchive(desk.records);
+    QVERIFY(compare->isEnabled());
+    QVERIFY(compare->isChecked());
+    compare->setChecked(false);
+    desk.session.noteSaved(QStringLiteral("/x.dxsnap")); // what the user has chosen stays
+    QVERIFY(!compare->isChecked());
+    compare->setChecked(true);
+    asking.write();
+    QVERIFY(desk.html().contains("What has changed since"));
 }
 
 void tst_ServiceReportDialog::cancelWritesNothing()
