@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "visitkeeper.h"
 
+#include <utility>
+
 VisitKeeper::VisitKeeper(ArchiveWorker *worker, const WaitingVisits &waiting, QObject *parent)
     : QObject(parent)
     , m_worker(worker)
@@ -74,7 +76,7 @@ void VisitKeeper::deliver()
                 emit visitDelivered(fileName, visit);
             if (!visits.isEmpty())
                 emit delivered(visits.size());
-            if (!error.isEmpty())
+            if (std::exchange(m_deliveryProblem, error) != error && !error.isEmpty())
                 emit deliveryFailed(error);
         });
 }

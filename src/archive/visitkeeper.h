@@ -43,7 +43,7 @@ signals:
     void visitDelivered(const QString &fileName, const KeptVisit &visit);
     /*! Snapshots that had waited are in the archive now. */
     void delivered(int count);
-    /*! What waits could not all be delivered. */
+    /*! What waits could not all be delivered. Said once for as long as the reason is the same. */
     void deliveryFailed(const QString &reason);
 
 private:
@@ -60,4 +60,5 @@ private:
 
     ArchiveWorker *m_worker;
     WaitingVisits m_waiting;
+    QString m_deliveryProblem; // of the last delivery
 };

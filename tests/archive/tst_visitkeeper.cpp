@@ -70,6 +70,7 @@ private slots:
     void archiveThatComesBackIsFoundByTheNextVisit();
     void failsWhereNothingCanBeWritten();
     void brokenFileThatWaitsStays();
+    void sameProblemIsToldOnce();
     void sameSnapshotWaitsOnce();
     void verdictWaitsToo();
     void deliversTheLastVerdict();
@@ -313,6 +314,39 @@ void tst_VisitKeeper::brokenFileThatWaitsStays()
     QCOMPARE(delivered.size(), 1); // the good one, behind it
     QCOMPARE(m_waiting.count(), 1);
     QVERIFY(broken.exists());
+}
+
+void tst_VisitKeeper::sameProblemIsToldOnce()
+{
+    QVERIFY(QDir().mkpath(waitingFolder()));
+    const auto spoil = [this](const char *name) {
+        QFile broken(waitingFolder() + QLatin1Char('/') + QLatin1String(name));
+        return broken.open(QIODevice::WriteOnly) && broken.write("{") == 1;
+    };
+    QVERIFY(spoil("1.dxsnap"));
+    ArchiveWorker worker;
+    VisitKeeper keeper(&worker, m_waiting);
+    QSignalSpy problems(&keeper, &VisitKeeper::deliveryFailed);
+    QSignalSpy kept(&keeper, &VisitKeeper::kept);
+    worker.open(addressOf(m_places.filePath(QStringLiteral("once.dxarchive"))));
+    QTRY_COMPARE(problems.size(), 1);
+    keeper.keep(numbered(1));
+    QTRY_COMPARE(kept.size(), 1);
+    keeper.deliver();
+    QTRY_COMPARE(worker.pendingCount(), 0);
+    QCOMPARE(problems.size(), 1);
+
+    QVERIFY(spoil("2.dxsnap")); // another reason
+    keeper.deliver();
+    QTRY_COMPARE(problems.size(), 2);
+
+    QVERIFY(QDir(waitingFolder()).removeRecursively()); // all is well again
+    keeper.deliver();
+    QVERIFY(QDir().mkpath(waitingFolder()));
+    QTRY_COMPARE(worker.pendingCount(), 0);
+    QVERIFY(spoil("1.dxsnap"));
+    keeper.deliver();
+    QTRY_COMPARE(problems.size(), 3);
 }
 
 void tst_VisitKeeper::sameSnapshotWaitsOnce()

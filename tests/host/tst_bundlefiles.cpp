@@ -304,6 +304,7 @@ void tst_BundleFiles::bundleThatLoadsLongIsNotShownOverALaterFile()
     window.openFile(later);
     QCoreApplication::sendPostedEvents(); // it is shown,
     QCoreApplication::sendPostedEvents(); // and judged
+    QCOMPARE(boxText(window), QString());
     QCOMPARE(window.checkup().record().fileName, later);
     busy.release();
     settle();

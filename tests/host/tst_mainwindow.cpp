@@ -5,6 +5,7 @@
 #include <host/core/hostsettings.h>
 #include <host/core/recentfiles.h>
 #include <host/core/settingsstore.h>
+#include <host/core/vehiclerecords.h>
 #include <host/lightpalette.h>
 #include <host/mainwindow.h>
 #include <host/pages/live/livesession.h>
@@ -56,6 +57,7 @@ private slots:
     void saysWhatTheBusDoes();
     void showsHowFarTheReadIs();
     void sentenceHasRoomBeforeFigures();
+    void saysWhatCannotBeDelivered();
     void saysThatBusIsLost();
     void saysWhereReadEnded();
     void choiceIsClosedWhileConnected();
@@ -242,6 +244,18 @@ void tst_MainWindow::sentenceHasRoomBeforeFigures()
     window.resize(window.width() * 2, window.height());
     QCoreApplication::processEvents();
     QCOMPARE(figures(), all);
+}
+
+void tst_MainWindow::saysWhatCannotBeDelivered()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    emit window.records().deliveryFailed(QStringLiteral("Why."));
+    const int last = window.messages().rowCount() - 1;
+    QVERIFY(last >= 0);
+    QCOMPARE(window.messages().text(last),
+             QStringLiteral("Visits that wait on this computer cannot be delivered to the archive: Why."));
+    QCOMPARE(window.messages().severity(last), MessageLog::Severity::Warning);
 }
 
 void tst_MainWindow::saysThatBusIsLost()

@@ -28,6 +28,7 @@ VehicleRecords::VehicleRecords(HostServices *services, const QString &program, Q
         emit delivered(count);
         emit changed();
     });
+    connect(&m_keeper, &VisitKeeper::deliveryFailed, this, &VehicleRecords::deliveryFailed);
     connect(&m_worker, &ArchiveWorker::openFailed, this, &VehicleRecords::openFailed);
     connect(&m_worker, &ArchiveWorker::opened, this, &VehicleRecords::changed);
 }

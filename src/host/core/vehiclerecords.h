@@ -78,6 +78,8 @@ signals:
     void visitDelivered(const QString &fileName, const KeptVisit &visit);
     /*! Visits that had waited have been delivered. */
     void delivered(int count);
+    /*! Visits wait that cannot be delivered, sentences; said once for as long as the reason is the same. */
+    void deliveryFailed(const QString &reason);
 
 private:
     void open();

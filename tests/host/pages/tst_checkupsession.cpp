@@ -156,6 +156,7 @@ private slots:
     void sameArchiveOpenedAgainHasTheVisit();
     void languageJudgesAnew();
     void archiveThatIsAwayIsSaid();
+    void visitThatCannotBeDeliveredIsSaid();
     void whatCanBeKeptNowhereIsSaid();
 };
 
@@ -774,6 +775,21 @@ void tst_CheckupSession::archiveThatIsAwayIsSaid()
     desk.run();
     QCOMPARE(desk.session.kept(), Kept::Waiting);
     QVERIFY(!desk.session.keepingProblem().isEmpty());
+}
+
+void tst_CheckupSession::visitThatCannotBeDeliveredIsSaid()
+{
+    Desk desk(healthy());
+    const QDir folder(QFileInfo(desk.archive.fileName()).dir().filePath(QStringLiteral("draxel/waiting")));
+    QVERIFY(folder.mkpath(QStringLiteral(".")));
+    QFile broken(folder.filePath(QStringLiteral("1.dxsnap")));
+    QVERIFY(broken.open(QIODevice::WriteOnly) && broken.write("{") == 1);
+    broken.close();
+    const QSignalSpy failed(&desk.records, &VehicleRecords::deliveryFailed);
+    waitForArchive(desk.records);
+    QCOMPARE(failed.count(), 1);
+    QVERIFY(failed.first().first().toString().startsWith(
+        QStringLiteral("The file %1 is no good snapshot: ").arg(broken.fileName())));
 }
 
 void tst_CheckupSession::whatCanBeKeptNowhereIsSaid()
