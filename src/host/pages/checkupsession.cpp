@@ -11,6 +11,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <tuple>
 
 namespace {
 
@@ -38,6 +39,12 @@ QVector<HealthTrend> trendsOf(const Snapshot &snapshot, Archive &archive)
         }
     }
     return trends;
+}
+
+bool areSame(const SnapshotNotes &a, const SnapshotNotes &b)
+{
+    return std::tie(a.vehicle, a.customer, a.technician, a.odometer, a.note)
+           == std::tie(b.vehicle, b.customer, b.technician, b.odometer, b.note);
 }
 
 bool hasIdentity(const SnapshotNode &node)
@@ -80,6 +87,7 @@ CheckupSession::CheckupSession(HostServices *services, VehicleRecords *records, 
     connect(&services->reads(), &ReadObserver::phaseChanged, this, &CheckupSession::obstacleChanged);
     connect(records, &VehicleRecords::visitDelivered, this, &CheckupSession::handleDelivered);
     connect(records, &VehicleRecords::archiveReplaced, this, &CheckupSession::forgetVisit);
+    connect(records, &VehicleRecords::changed, this, &CheckupSession::askForNotes);
 }
 
 CheckupSession::~CheckupSession() = default;
@@ -318,6 +326,7 @@ void CheckupSession::show(CheckupRecord record)
     m_kept = Kept::No;
     m_keepingProblem.clear();
     m_lateNotes = std::make_shared<std::optional<SnapshotNotes>>();
+    m_areNotesWritten = true;
     judgeAndCompare();
     emit changed();
     emit keptChanged();
@@ -445,14 +454,46 @@ void CheckupSession::writeNotes(const VehicleRecords::Keeping &keeping, const Sn
     using End = VehicleRecords::Keeping::End;
     if (keeping.end == End::Lost)
         return; // that is said
+    m_areNotesWritten = false;
     m_records->setNotes(keeping, notes,
-                        [this, keeping, inquiry = m_inquiry](bool isDone, const QString &error) {
+                        [this, keeping, inquiry = m_inquiry,
+                         number = ++m_notesWritten](bool isDone, const QString &error) {
+                            if (number == m_notesWritten)
+                                m_areNotesWritten = isDone;
                             // What waited and was delivered meanwhile is given them once more.
                             const bool isDelivered
                                 = keeping.end == End::Waiting && inquiry == m_inquiry && m_kept == Kept::Yes;
                             if (!isDone && !isDelivered)
                                 emit notesFailed(error);
                         });
+}
+
+/*! Somebody may have changed them elsewhere. Those that were entered here count, also when the archive could not take
+ *  them.
+ */
+void CheckupSession::askForNotes()
+{
+    if (m_kept != Kept::Yes || !m_record.visitId)
+        return;
+    m_records->archive().ask(
+        this,
+        [visitId = *m_record.visitId](Archive &archive, QString *error) {
+            return archive.visit(visitId, error);
+        },
+        [this, inquiry = m_inquiry](const std::optional<VisitInfo> &visit, const QString &) {
+            if (visit && inquiry == m_inquiry && m_areNotesWritten)
+                takeNotes(visit->notes);
+        });
+}
+
+void CheckupSession::takeNotes(const SnapshotNotes &notes)
+{
+    if (areSame(notes, m_record.snapshot.notes))
+        return;
+    m_record.snapshot.notes = notes;
+    if (!isRunning()) // else they are already those of the next one
+        m_notes = notes;
+    emit recordChanged();
 }
 
 void CheckupSession::noteSaved(const QString &fileName)

@@ -160,6 +160,8 @@ private:
     void handleDelivered(const QString &fileName, const KeptVisit &visit);
     void takeVisit(const KeptVisit &visit);
     void writeNotes(const VehicleRecords::Keeping &keeping, const SnapshotNotes &notes);
+    void askForNotes();
+    void takeNotes(const SnapshotNotes &notes);
     void forgetVisit();
     void compareWithVisitBefore(qint64 visitId, const Then &then = Then());
     void takePast(const Past &past);
@@ -181,6 +183,8 @@ private:
     VehicleRecords::Keeping m_keeping; // of Yes and Waiting
     // Notes that were entered before it was a visit; also of what is not shown any more when it becomes one.
     std::shared_ptr<std::optional<SnapshotNotes>> m_lateNotes;
+    quint64 m_notesWritten = 0;     // how often notes were given to the archive
+    bool m_areNotesWritten = true;  // of what is shown: the archive has the last ones
     int m_archives = 0;    // how often it was another archive
     quint64 m_inquiry = 0; // another one for each record and archive; answers to one before are of no use
     QVector<quint8> m_readNodes;

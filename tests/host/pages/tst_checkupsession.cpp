@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "pageshost.h"
 
+#include <archive/archivedatabase.h>
+#include <host/pages/archivebrowser.h>
 #include <host/pages/checkupsession.h>
 #include <host/pages/checkupwords.h>
 #include <simulator/fault.h>
@@ -151,6 +153,8 @@ private slots:
     void notesReachAVisitThatWaits();
     void notesReachAVisitThatIsBeingDelivered();
     void notesThatCannotBeWrittenAreSaid();
+    void notesOfTheArchivePageAreShown();
+    void notesThatCouldNotBeWrittenStay();
     void visitIsOfTheArchiveThatKeptIt();
     void lateAnswerOfTheArchiveBefore();
     void sameArchiveOpenedAgainHasTheVisit();
@@ -706,6 +710,52 @@ void tst_CheckupSession::notesThatCannotBeWrittenAreSaid()
     waitForArchive(desk.records);
     QCOMPARE(failed.count(), 1);
     QVERIFY(!failed.first().first().toString().isEmpty());
+}
+
+void tst_CheckupSession::notesOfTheArchivePageAreShown()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    const QSignalSpy told(&desk.session, &CheckupSession::recordChanged);
+    ArchiveBrowser browser(&desk.records);
+    browser.setNotes(desk.session.record().visitId.value_or(0), ofCustomer());
+    waitForArchive(desk.records);
+    QCOMPARE(desk.session.record().snapshot.notes.customer, QStringLiteral("A. Customer"));
+    QCOMPARE(desk.session.notes().customer, QStringLiteral("A. Customer")); // what is offered to change
+    QCOMPARE(told.count(), 1);
+
+    // Those of another visit are nothing to it.
+    Snapshot other = desk.session.record().snapshot;
+    other.time = other.time.addDays(1);
+    desk.records.keep(other, std::nullopt);
+    SnapshotNotes notes;
+    notes.customer = QStringLiteral("B. Customer");
+    browser.setNotes(2, notes);
+    waitForArchive(desk.records);
+    QCOMPARE(visitsOf(desk.records).value(0).notes.customer, QStringLiteral("B. Customer"));
+    QCOMPARE(desk.session.record().snapshot.notes.customer, QStringLiteral("A. Customer"));
+    QCOMPARE(told.count(), 1);
+}
+
+void tst_CheckupSession::notesThatCouldNotBeWrittenStay()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    QString error;
+    ArchiveDatabase database;
+    QVERIFY(database.open(*ArchiveAddress::parse(desk.archive.fileName(), &error),
+                          ArchiveDatabase::Missing::Refuse));
+    QVERIFY(database.run(QStringLiteral("CREATE TRIGGER refuse BEFORE UPDATE ON draxel_visit"
+                                        " BEGIN SELECT RAISE(ABORT, 'refused'); END")));
+    const QSignalSpy failed(&desk.session, &CheckupSession::notesFailed);
+    desk.session.setNotes(ofCustomer());
+    waitForArchive(desk.records);
+    QCOMPARE(failed.count(), 1);
+    desk.records.noteChange();
+    waitForArchive(desk.records);
+    QCOMPARE(desk.session.record().snapshot.notes.customer, QStringLiteral("A. Customer"));
 }
 
 void tst_CheckupSession::visitIsOfTheArchiveThatKeptIt()
