@@ -55,6 +55,8 @@ public:
     /*! Whether it is waited for, as it is Stopped or silent. */
     bool isStopped() const;
     bool isLeft() const { return m_isLeft; }
+    /*! Whether nothing says that it is there: it was asked in vain, and sends no heartbeat. */
+    bool isMissing() const { return m_isLeft && !m_isUnasked && !m_hasAnswered && !m_state; }
 
     /*! Whether it is another device than the one in resume(). */
     bool isReplaced() const { return m_isReplaced; }

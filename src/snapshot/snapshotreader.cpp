@@ -163,6 +163,21 @@ QVector<quint8> SnapshotReader::nodesThat(bool (SnapshotNodeReader::*hold)() con
     return ids;
 }
 
+QVector<quint8> SnapshotReader::strangerNodes() const
+{
+    QVector<quint8> ids;
+    if (m_earlier.nodes.isEmpty())
+        return ids;
+    for (const auto &[nodeId, turn] : m_turns) {
+        const bool isKnown = m_earlier.find(nodeId) != nullptr;
+        if (isKnown && !turn->reader.isMissing())
+            return {};
+        if (!isKnown && turn->reader.hasAnswered())
+            ids.append(nodeId);
+    }
+    return ids;
+}
+
 std::optional<SnapshotNode> SnapshotReader::node(quint8 nodeId) const
 {
     const Turn *turn = turnOf(nodeId);

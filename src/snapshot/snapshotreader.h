@@ -87,6 +87,10 @@ public:
     QVector<quint8> replacedNodes() const;
     /*! The nodes on which nobody can say whether there is the same device; what is known of the earlier one was kept. */
     QVector<quint8> unrecognizedNodes() const;
+    /*! The nodes that answer and were not in the earlier snapshot, when nothing is there of all that were: it is another
+     *  vehicle. Otherwise none.
+     */
+    QVector<quint8> strangerNodes() const;
     /*! One node; empty when it is not known. */
     std::optional<SnapshotNode> node(quint8 nodeId) const;
     /*! How far one node is. */

@@ -173,7 +173,7 @@ void CheckupSession::begin(SnapshotOrder order)
  */
 void CheckupSession::beginAnew()
 {
-    const QVector<quint8> nodes = replacedNodes();
+    const QVector<quint8> nodes = otherVehicleNodes();
     const bool isCancelled = m_run->isCancelled();
     m_newsTimer.stop();
     m_run->disconnect(this);
@@ -195,6 +195,15 @@ QVector<quint8> CheckupSession::replacedNodes() const
 {
     return m_run != nullptr && m_run->reader() != nullptr ? m_run->reader()->replacedNodes()
                                                           : QVector<quint8>();
+}
+
+/*! The nodes that show that it is not the vehicle it was to go on with; none when it may be that one. */
+QVector<quint8> CheckupSession::otherVehicleNodes() const
+{
+    if (!m_mayBeOther || m_run == nullptr || m_run->reader() == nullptr)
+        return {};
+    const QVector<quint8> replaced = replacedNodes();
+    return replaced.isEmpty() ? m_run->reader()->strangerNodes() : replaced;
 }
 
 /*! Behind another bus is another vehicle; the technician stays. */
@@ -226,11 +235,11 @@ void CheckupSession::handleNodeChanged(quint8 nodeId)
     m_news.insert(nodeId);
     if (!m_newsTimer.isActive())
         m_newsTimer.start();
-    if (!m_mayBeOther || replacedNodes().isEmpty())
+    if (otherVehicleNodes().isEmpty())
         return;
     // The reader is in the middle of an answer.
     const auto restart = [this] {
-        if (m_mayBeOther && !replacedNodes().isEmpty())
+        if (!otherVehicleNodes().isEmpty())
             beginAnew();
     };
     QMetaObject::invokeMethod(this, restart, Qt::QueuedConnection);
@@ -255,11 +264,11 @@ void CheckupSession::handleNodeFinished(quint8 nodeId)
 void CheckupSession::handleFinished()
 {
     m_newsTimer.stop();
-    const QVector<quint8> replaced = replacedNodes();
-    if (m_mayBeOther && !replaced.isEmpty()) {
+    if (!otherVehicleNodes().isEmpty()) {
         beginAnew();
         return;
     }
+    const QVector<quint8> replaced = replacedNodes();
     m_services->sdoClient().setRefusing(false);
     CheckupRecord record;
     record.source = CheckupRecord::Source::Bus;

@@ -148,6 +148,7 @@ private:
     SnapshotNotes notesForNext() const;
     void beginAnew();
     QVector<quint8> replacedNodes() const;
+    QVector<quint8> otherVehicleNodes() const;
     void handleNodeAdded(quint8 nodeId);
     void handleNodeChanged(quint8 nodeId);
     void handleNodeFinished(quint8 nodeId);

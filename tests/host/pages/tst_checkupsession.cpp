@@ -130,6 +130,8 @@ private slots:
     void goesOnWhereItEnded();
     void goesOnWithSnapshotsOnly();
     void beginsAnewWithAnotherVehicle();
+    void beginsAnewWithAVehicleOfOtherNodes();
+    void goesOnWithoutADeviceThatIsAway();
     void asksAnewWhereNobodyCanBeRecognised();
     void tellsOfADeviceThatWasReplaced();
     void keepsToItsShareOfTheBus();
@@ -310,6 +312,59 @@ void tst_CheckupSession::beginsAnewWithAnotherVehicle()
     QVERIFY(snapshot.time != former.time);
     QCOMPARE(snapshot.scope, SnapshotScope::Quick);
     QVERIFY(snapshot.isComplete());
+}
+
+/*! Nobody is there whose identity could differ. */
+void tst_CheckupSession::beginsAnewWithAVehicleOfOtherNodes()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    const int nodeCount = desk.session.record().snapshot.nodes.size();
+    QCOMPARE(nodeCount, 14);
+    Snapshot former = withGap(desk.session.record().snapshot);
+    former.time = QDateTime(QDate(2026, 3, 12), QTime(10, 12), Qt::OffsetFromUTC, 0);
+    former.nodes = {former.nodes.first(), former.nodes.first()};
+    former.nodes[0].id = 90;
+    former.nodes[1].id = 91;
+    desk.session.showFile(former, QStringLiteral("former.dxsnap"));
+    const QSignalSpy told(&desk.session, &CheckupSession::vehicleReplaced);
+    const QSignalSpy finished(&desk.session, &CheckupSession::finished);
+    desk.session.resume();
+    waitUntil([&] { return finished.count() > 0; });
+    waitForArchive(desk.records);
+    QCOMPARE(told.count(), 1);
+    const auto strangers = told.first().first().value<QVector<quint8>>();
+    QVERIFY(!strangers.isEmpty());
+    QVERIFY(!strangers.contains(90));
+    const Snapshot &snapshot = desk.session.record().snapshot;
+    QCOMPARE(snapshot.nodes.size(), 14);
+    QVERIFY(snapshot.find(90) == nullptr);
+    QVERIFY(snapshot.time != former.time);
+    QVERIFY(snapshot.isComplete());
+}
+
+/*! One that was there before is there still: it is the same vehicle, with a device more and one less. */
+void tst_CheckupSession::goesOnWithoutADeviceThatIsAway()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    Snapshot former = withGap(desk.session.record().snapshot);
+    former.time = QDateTime(QDate(2026, 3, 12), QTime(10, 12), Qt::OffsetFromUTC, 0);
+    SnapshotNode away = former.nodes.first();
+    away.id = 90;
+    former.nodes = {former.nodes.at(1), away};
+    desk.session.showFile(former, QStringLiteral("former.dxsnap"));
+    const QSignalSpy told(&desk.session, &CheckupSession::vehicleReplaced);
+    desk.session.resume();
+    waitUntil([&desk] { return !desk.session.isRunning(); });
+    waitForArchive(desk.records);
+    QCOMPARE(told.count(), 0);
+    const Snapshot &snapshot = desk.session.record().snapshot;
+    QCOMPARE(snapshot.time, former.time);
+    QCOMPARE(snapshot.nodes.size(), 15);
+    QCOMPARE(snapshot.find(90)->value(0x1018, 4), away.value(0x1018, 4));
 }
 
 void tst_CheckupSession::asksAnewWhereNobodyCanBeRecognised()
