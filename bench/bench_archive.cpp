@@ -183,8 +183,8 @@ BENCHMARK(loadVisit)->Arg(File)->Arg(Server)->Unit(benchmark::kMillisecond)->Use
 void followValueOverTwentyVisits(benchmark::State &state)
 {
     measure(state, [](Archive &archive, QString *error) {
-        const auto points = archive.vehicleTrend(1, batteryState, error);
-        return points && points->size() >= qMin(ManyVisits::count(), ManyVisits::visitsOfVehicle);
+        const auto trend = archive.vehicleTrend(1, batteryState, error);
+        return trend && trend->points.size() >= qMin(ManyVisits::count(), ManyVisits::visitsOfVehicle);
     });
 }
 BENCHMARK(followValueOverTwentyVisits)->Arg(File)->Arg(Server)->Unit(benchmark::kMillisecond)->UseRealTime();

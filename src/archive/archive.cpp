@@ -184,26 +184,26 @@ std::optional<QVector<VehicleInfo>> Archive::vehicles(const QString &text, QStri
     return isDone ? std::optional<QVector<VehicleInfo>>(vehicles) : std::nullopt;
 }
 
-std::optional<QVector<TrendPoint>> Archive::vehicleTrend(qint64 vehicleId, CanOpen::ObjectKey key,
-                                                         QString *errorMessage)
+std::optional<ValueTrend> Archive::vehicleTrend(qint64 vehicleId, CanOpen::ObjectKey key,
+                                                QString *errorMessage)
 {
-    QVector<TrendPoint> points;
+    ValueTrend trend;
     const bool isDone = attempt(errorMessage, [&] {
-        points.clear();
-        return m_vehicles.check(vehicleId) && m_visits.readVehicleTrend(vehicleId, key, &points);
+        trend = ValueTrend();
+        return m_vehicles.check(vehicleId) && m_visits.readVehicleTrend(vehicleId, key, &trend);
     });
-    return isDone ? std::optional<QVector<TrendPoint>>(points) : std::nullopt;
+    return isDone ? std::optional<ValueTrend>(trend) : std::nullopt;
 }
 
-std::optional<QVector<TrendPoint>> Archive::deviceTrend(const QString &deviceKey, CanOpen::ObjectKey key,
-                                                        QString *errorMessage)
+std::optional<ValueTrend> Archive::deviceTrend(const QString &deviceKey, CanOpen::ObjectKey key,
+                                               QString *errorMessage)
 {
-    QVector<TrendPoint> points;
+    ValueTrend trend;
     const bool isDone = attempt(errorMessage, [&] {
-        points.clear();
-        return m_visits.readDeviceTrend(deviceKey, key, &points);
+        trend = ValueTrend();
+        return m_visits.readDeviceTrend(deviceKey, key, &trend);
     });
-    return isDone ? std::optional<QVector<TrendPoint>>(points) : std::nullopt;
+    return isDone ? std::optional<ValueTrend>(trend) : std::nullopt;
 }
 
 bool Archive::setNotes(qint64 visitId, const SnapshotNotes &notes, QString *errorMessage)

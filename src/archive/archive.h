@@ -53,12 +53,11 @@ public:
     /*! By the last visit, the newest first; \a text as in VisitQuery. */
     std::optional<QVector<VehicleInfo>> vehicles(const QString &text, QString *errorMessage);
 
-    /*! The values of an object at all visits of a vehicle, the oldest first; visits without a value are left out. */
-    std::optional<QVector<TrendPoint>> vehicleTrend(qint64 vehicleId, CanOpen::ObjectKey key,
-                                                    QString *errorMessage);
+    /*! The values of an object at all visits of a vehicle; visits without a value are left out, and damaged ones. */
+    std::optional<ValueTrend> vehicleTrend(qint64 vehicleId, CanOpen::ObjectKey key, QString *errorMessage);
     /*! The same of a device, whatever vehicle it was in; see DeviceIdentity::toKey(). */
-    std::optional<QVector<TrendPoint>> deviceTrend(const QString &deviceKey, CanOpen::ObjectKey key,
-                                                   QString *errorMessage);
+    std::optional<ValueTrend> deviceTrend(const QString &deviceKey, CanOpen::ObjectKey key,
+                                          QString *errorMessage);
 
     bool setNotes(qint64 visitId, const SnapshotNotes &notes, QString *errorMessage);
     bool setVerdict(qint64 visitId, const VisitVerdict &verdict, QString *errorMessage);

@@ -9,6 +9,7 @@
 #include <QDateTime>
 #include <QMetaType>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <optional>
@@ -94,6 +95,13 @@ struct TrendPoint
     quint8 nodeId = 0;
     DeviceIdentity identity;
     QVariant value;
+};
+
+/*! A value over the visits. */
+struct ValueTrend
+{
+    QVector<TrendPoint> points; //!< the oldest first
+    QStringList problems;       //!< sentences, one for each visit that cannot be read and is left out
 };
 
 /*! What is known of a snapshot beside what it says itself, when it is kept. */

@@ -213,19 +213,18 @@ bool VisitTable::readSnapshot(const VisitInfo &visit, Snapshot *snapshot)
     return true;
 }
 
-bool VisitTable::readVehicleTrend(qint64 vehicleId, CanOpen::ObjectKey key, QVector<TrendPoint> *points)
+bool VisitTable::readVehicleTrend(qint64 vehicleId, CanOpen::ObjectKey key, ValueTrend *trend)
 {
-    return readTrend(QStringLiteral("v.vehicle = ?"), vehicleId, key, points);
+    return readTrend(QStringLiteral("v.vehicle = ?"), vehicleId, key, trend);
 }
 
-bool VisitTable::readDeviceTrend(const QString &deviceKey, CanOpen::ObjectKey key,
-                                 QVector<TrendPoint> *points)
+bool VisitTable::readDeviceTrend(const QString &deviceKey, CanOpen::ObjectKey key, ValueTrend *trend)
 {
-    return readTrend(QStringLiteral("d.device = ?"), plainText(deviceKey), key, points);
+    return readTrend(QStringLiteral("d.device = ?"), plainText(deviceKey), key, trend);
 }
 
 bool VisitTable::readTrend(const QString &condition, const QVariant &value, CanOpen::ObjectKey key,
-                           QVector<TrendPoint> *points)
+                           ValueTrend *trend)
 {
     QString columns = componentColumns();
     columns.replace(QLatin1String("node,"), QLatin1String("d.node,"));
@@ -236,21 +235,27 @@ bool VisitTable::readTrend(const QString &condition, const QVariant &value, CanO
                              " WHERE ")
             + condition + QStringLiteral(" ORDER BY v.time, v.id, d.node"),
         {value});
+    QVector<qint64> damaged; // visits, with several nodes more than once, one behind the other
     while (rows && m_database.next(*rows)) {
         int room = PackedSnapshot::maximumSize;
         SnapshotNode node;
         std::optional<QVector<SnapshotEntry>> entries
             = PackedNode::unpack(rows->value(3).toByteArray(), &room);
-        if (!entries)
-            return failDamaged(rows->value(0).toLongLong());
+        if (!entries) {
+            damaged.append(rows->value(0).toLongLong());
+            continue;
+        }
         node.entries = std::move(*entries);
         const SnapshotEntry *entry = node.find(key);
         if (entry == nullptr || !entry->hasValue() || !entry->value.isValid())
             continue;
         const VisitComponent component = componentOf(*rows, 4);
-        points->append({rows->value(0).toLongLong(), timeOf(rows->value(1), rows->value(2)), component.nodeId,
-                        component.identity, entry->value});
+        trend->points.append({rows->value(0).toLongLong(), timeOf(rows->value(1), rows->value(2)),
+                              component.nodeId, component.identity, entry->value});
     }
+    damaged.erase(std::unique(damaged.begin(), damaged.end()), damaged.end());
+    for (const qint64 visitId : qAsConst(damaged))
+        trend->problems.append(damagedText(visitId));
     return !m_database.hasFailed();
 }
 
@@ -292,10 +297,14 @@ bool VisitTable::remove(qint64 visitId)
     return true;
 }
 
+QString VisitTable::damagedText(qint64 visitId)
+{
+    return tr("Visit %1 is damaged in the archive and cannot be shown. Take the last backup of the "
+              "archive; the other visits are not affected.")
+        .arg(visitId);
+}
+
 bool VisitTable::failDamaged(qint64 visitId)
 {
-    return m_database.fail(
-        tr("Visit %1 is damaged in the archive and cannot be shown. Take the last backup of the "
-           "archive; the other visits are not affected.")
-            .arg(visitId));
+    return m_database.fail(damagedText(visitId));
 }

@@ -32,8 +32,9 @@ public:
     bool read(qint64 visitId, VisitInfo *visit);
     bool readPrevious(const VisitInfo &visit, qint64 *visitId);
     bool readSnapshot(const VisitInfo &visit, Snapshot *snapshot);
-    bool readVehicleTrend(qint64 vehicleId, CanOpen::ObjectKey key, QVector<TrendPoint> *points);
-    bool readDeviceTrend(const QString &deviceKey, CanOpen::ObjectKey key, QVector<TrendPoint> *points);
+    /*! Damaged visits are left out and told of. */
+    bool readVehicleTrend(qint64 vehicleId, CanOpen::ObjectKey key, ValueTrend *trend);
+    bool readDeviceTrend(const QString &deviceKey, CanOpen::ObjectKey key, ValueTrend *trend);
 
     bool setNotes(const VisitInfo &visit);
     bool setVerdict(qint64 visitId, const VisitVerdict &verdict);
@@ -47,7 +48,8 @@ private:
     bool readRows(const VisitQuery &query, QVector<VisitInfo> *visits);
     bool readComponents(VisitInfo *first, int count);
     bool readTrend(const QString &condition, const QVariant &value, CanOpen::ObjectKey key,
-                   QVector<TrendPoint> *points);
+                   ValueTrend *trend);
+    static QString damagedText(qint64 visitId);
     bool failDamaged(qint64 visitId);
 
     ArchiveDatabase &m_database;

@@ -350,20 +350,22 @@ void tst_Archive::followsAValue()
     later.nodes[1].id = 2;
     archive.add(later, std::nullopt, &m_error);
 
-    const auto points = archive.vehicleTrend(first->vehicleId, stateOfHealth, &m_error);
-    QVERIFY2(points, qPrintable(m_error));
-    QCOMPARE(points->size(), 2);
-    QCOMPARE(points->at(0).value.toInt(), 99);
-    QCOMPARE(points->at(0).time, time(0));
-    QCOMPARE(points->at(0).visitId, first->visitId);
-    QCOMPARE(points->at(0).nodeId, quint8(2));
-    QCOMPARE(points->at(0).identity.toKey(), key(batteryClass, 2001));
-    QCOMPARE(points->at(1).value.toInt(), 97);
+    const auto trend = archive.vehicleTrend(first->vehicleId, stateOfHealth, &m_error);
+    QVERIFY2(trend, qPrintable(m_error));
+    QCOMPARE(trend->problems, QStringList());
+    const QVector<TrendPoint> points = trend->points;
+    QCOMPARE(points.size(), 2);
+    QCOMPARE(points.at(0).value.toInt(), 99);
+    QCOMPARE(points.at(0).time, time(0));
+    QCOMPARE(points.at(0).visitId, first->visitId);
+    QCOMPARE(points.at(0).nodeId, quint8(2));
+    QCOMPARE(points.at(0).identity.toKey(), key(batteryClass, 2001));
+    QCOMPARE(points.at(1).value.toInt(), 97);
 
     const auto device = archive.deviceTrend(key(batteryClass, 2002), stateOfHealth, &m_error);
     QVERIFY2(device, qPrintable(m_error));
-    QCOMPARE(device->size(), 1);
-    QCOMPARE(device->first().value.toInt(), 50);
+    QCOMPARE(device->points.size(), 1);
+    QCOMPARE(device->points.first().value.toInt(), 50);
 }
 
 void tst_Archive::batterySwapMakesNoNewVehicle()

@@ -3,6 +3,7 @@
 
 #include <tests/archive/vehicles.h>
 
+#include <archive/archivedatabase.h>
 #include <snapshot/snapshotfile.h>
 
 #include <QJsonArray>
@@ -43,6 +44,7 @@ private slots:
     void comparesVisits();
     void followsAValue_data();
     void followsAValue();
+    void trendLeavesOutADamagedVisit();
     void trendOfNobody();
     void exportsTheVeryFile();
     void exportsAndImportsAll();
@@ -307,6 +309,29 @@ void tst_ArchiveCommand::followsAValue()
     QCOMPARE(points.at(1).toObject().value(QStringLiteral("value")).toInt(), 4000);
     QCOMPARE(points.at(1).toObject().value(QStringLiteral("text")).toString(), QStringLiteral("40.00 %"));
     QCOMPARE(points.at(1).toObject().value(QStringLiteral("device")).toString(), key(batteryClass, 2001));
+}
+
+void tst_ArchiveCommand::trendLeavesOutADamagedVisit()
+{
+    addBoth();
+    {
+        QString error;
+        ArchiveDatabase database;
+        QVERIFY(database.open(*ArchiveAddress::parse(filePath(QStringLiteral("a.dxarchive")), &error),
+                              ArchiveDatabase::Missing::Refuse));
+        QVERIFY(database.run(
+            QStringLiteral("UPDATE draxel_entries SET data = x'00' WHERE visit = 1 AND node = 2")));
+    }
+    const Result result
+        = archive({QStringLiteral("trend"), QStringLiteral("1001"), QStringLiteral("6164.2")});
+    QCOMPARE(result.status, 5);
+    QCOMPARE(result.output,
+             QStringLiteral("Visit  Time              Node  Component     Serial number  Value\n"
+                            "2      2026-09-05 10:12  2     Battery Pack  2001           40.00 %\n"));
+    QCOMPARE(
+        result.errors,
+        QStringLiteral("Visit 1 is damaged in the archive and cannot be shown. Take the last backup of the "
+                       "archive; the other visits are not affected.\n"));
 }
 
 void tst_ArchiveCommand::trendOfNobody()

@@ -128,7 +128,7 @@ std::optional<CanOpen::ObjectKey> parseObject(const QString &text)
     return CanOpen::ObjectKey{match.captured(1).toUShort(nullptr, 16), static_cast<quint8>(subIndex)};
 }
 
-std::optional<QVector<TrendPoint>> readTrend(LookingCommand &command, CanOpen::ObjectKey key)
+std::optional<ValueTrend> readTrend(LookingCommand &command, CanOpen::ObjectKey key)
 {
     const QString subject = command.options.positional(0);
     const std::optional<qint64> vehicle = command.access.vehicle(subject, &command.error);
@@ -284,13 +284,15 @@ ExitStatus runArchiveTrend(const QStringList &arguments)
     if (!key)
         return command.options.complain(ArchiveLookingTr::tr("\"%1\" is no object: write it like 6164h.2.")
                                             .arg(command.options.positional(1)));
-    const std::optional<QVector<TrendPoint>> points = readTrend(command, *key);
-    if (!points)
+    const std::optional<ValueTrend> trend = readTrend(command, *key);
+    if (!trend)
         return command.fail();
-    printList(command, QStringLiteral("points"), *points, VisitListing::text(*points, *key),
+    printList(command, QStringLiteral("points"), trend->points, VisitListing::text(trend->points, *key),
               ArchiveLookingTr::tr("No visit of it has a value of %1.").arg(key->toShortString()),
               [key](const TrendPoint &point) { return VisitListing::json(point, *key); });
-    return Exit::success;
+    for (const QString &problem : trend->problems)
+        Console::printError(problem);
+    return trend->problems.isEmpty() ? Exit::success : Exit::fileFailed;
 }
 
 ExitStatus runArchiveDiff(const QStringList &arguments)

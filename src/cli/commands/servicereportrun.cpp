@@ -127,14 +127,16 @@ private:
             const SnapshotNode *node = m_data.snapshot.find(trend.nodeId);
             const QString key = node != nullptr ? DeviceIdentity::of(*node).toKey() : QString();
             QString error;
-            const std::optional<QVector<TrendPoint>> points
-                = key.isEmpty() ? QVector<TrendPoint>()
+            const std::optional<ValueTrend> archived
+                = key.isEmpty() ? ValueTrend()
                                 : access.archive().deviceTrend(key, HealthTrends::object(trend), &error);
-            if (!points) {
+            if (!archived) {
                 Console::printError(error);
                 return Exit::fileFailed;
             }
-            addPoints(*points, &trend);
+            for (const QString &problem : archived->problems)
+                Console::printError(problem);
+            addPoints(archived->points, &trend);
         }
         return std::nullopt;
     }

@@ -83,6 +83,7 @@ void ArchiveBrowser::chooseVehicle(qint64 vehicleId)
     if (vehicleId != m_vehicle) {
         m_visits.clear();
         m_trend.clear();
+        m_trendProblem.clear();
     }
     m_vehicle = vehicleId;
     emit visitsChanged();
@@ -124,11 +125,12 @@ void ArchiveBrowser::askForTrend()
         [vehicle = m_vehicle, key](Archive &archive, QString *error) {
             return archive.vehicleTrend(vehicle, key, error);
         },
-        [this, vehicle = m_vehicle, value = m_trendValue](const std::optional<QVector<TrendPoint>> &trend,
-                                                          const QString &) {
+        [this, vehicle = m_vehicle, value = m_trendValue](const std::optional<ValueTrend> &trend,
+                                                          const QString &error) {
             if (vehicle != m_vehicle || value != m_trendValue)
                 return;
-            m_trend = trend.value_or(QVector<TrendPoint>());
+            m_trend = trend ? trend->points : QVector<TrendPoint>();
+            m_trendProblem = trend ? trend->problems.join(QLatin1Char(' ')) : error;
             emit trendChanged();
         });
 }

@@ -47,6 +47,8 @@ public:
     void chooseTrend(int trendValue);
     int trendValue() const { return m_trendValue; }
     const QVector<TrendPoint> &trend() const { return m_trend; }
+    /*! What of it could not be read, and why, sentences; may be empty. */
+    QString trendProblem() const { return m_trendProblem; }
 
     /*! Why the archive could not be asked, a sentence; empty when all is well. */
     QString problem() const { return m_problem; }
@@ -95,4 +97,5 @@ private:
     QVector<VisitInfo> m_visits;
     int m_trendValue = 0;
     QVector<TrendPoint> m_trend;
+    QString m_trendProblem;
 };

@@ -182,6 +182,8 @@ QWidget *ArchivePage::buildTrend()
     m_noTrend = makeLabel("trendNone", part);
     m_noTrend->setAlignment(Qt::AlignCenter);
     m_plot = new TrendPlot(part);
+    m_trendProblem = makeLabel("trendProblem", part);
+    m_trendProblem->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto *choice = new QHBoxLayout;
     choice->addWidget(m_trendLabel);
     choice->addWidget(m_trends, 1);
@@ -190,6 +192,7 @@ QWidget *ArchivePage::buildTrend()
     layout->addLayout(choice);
     layout->addWidget(m_noTrend, 1);
     layout->addWidget(m_plot, 1);
+    layout->addWidget(m_trendProblem);
     return part;
 }
 
@@ -306,7 +309,10 @@ void ArchivePage::chooseVisits(const QVector<qint64> &visits)
 void ArchivePage::showTrend()
 {
     const bool isEmpty = m_browser.trend().isEmpty();
-    m_noTrend->setVisible(isEmpty);
+    const QString problem = m_browser.trendProblem();
+    m_noTrend->setVisible(isEmpty && problem.isEmpty()); // a visit that cannot be read may have it
+    m_trendProblem->setText(problem.isEmpty() ? QString() : QStringLiteral("▲ ") + problem);
+    m_trendProblem->setVisible(!problem.isEmpty());
     m_plot->setVisible(!isEmpty);
     m_plot->setTrend(m_browser.trendValue(), m_browser.trend());
 }

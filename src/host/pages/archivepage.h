@@ -102,5 +102,6 @@ private:
     QLabel *m_trendLabel = nullptr;
     QComboBox *m_trends = nullptr;
     QLabel *m_noTrend = nullptr;
+    QLabel *m_trendProblem = nullptr;
     TrendPlot *m_plot = nullptr;
 };

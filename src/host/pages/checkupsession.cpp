@@ -29,11 +29,11 @@ QVector<HealthTrend> trendsOf(const Snapshot &snapshot, Archive &archive)
     for (HealthTrend &trend : trends) {
         const QString key = DeviceIdentity::of(*snapshot.find(trend.nodeId)).toKey();
         QString error;
-        const auto points
+        const auto archived
             = key.isEmpty() ? std::nullopt : archive.deviceTrend(key, HealthTrends::object(trend), &error);
-        if (!points)
+        if (!archived) // the page of the archive says why
             continue;
-        for (const TrendPoint &point : *points) {
+        for (const TrendPoint &point : archived->points) {
             if (const std::optional<double> percent = HealthTrends::percent(point.value))
                 HealthTrends::addPoint(&trend, {point.time, *percent});
         }
@@ -464,17 +464,17 @@ void CheckupSession::writeNotes(const VehicleRecords::Keeping &keeping, const Sn
     if (keeping.end == End::Lost)
         return; // that is said
     m_areNotesWritten = false;
-    m_records->setNotes(keeping, notes,
-                        [this, keeping, inquiry = m_inquiry,
-                         number = ++m_notesWritten](bool isDone, const QString &error) {
-                            if (number == m_notesWritten)
-                                m_areNotesWritten = isDone;
-                            // What waited and was delivered meanwhile is given them once more.
-                            const bool isDelivered
-                                = keeping.end == End::Waiting && inquiry == m_inquiry && m_kept == Kept::Yes;
-                            if (!isDone && !isDelivered)
-                                emit notesFailed(error);
-                        });
+    m_records->setNotes(
+        keeping, notes,
+        [this, keeping, inquiry = m_inquiry, number = ++m_notesWritten](bool isDone, const QString &error) {
+            if (number == m_notesWritten)
+                m_areNotesWritten = isDone;
+            // What waited and was delivered meanwhile is given them once more.
+            const bool isDelivered
+                = keeping.end == End::Waiting && inquiry == m_inquiry && m_kept == Kept::Yes;
+            if (!isDone && !isDelivered)
+                emit notesFailed(error);
+        });
 }
 
 /*! Somebody may have changed them elsewhere. Those that were entered here count, also when the archive could not take

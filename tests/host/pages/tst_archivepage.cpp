@@ -2,6 +2,7 @@
 #include "pageshost.h"
 
 #include <archive/archive.h>
+#include <archive/archivedatabase.h>
 #include <host/core/pluginsession.h>
 #include <host/core/settingsstore.h>
 #include <host/mainwindow.h>
@@ -94,6 +95,8 @@ public:
     CheckupSession &session() { return m_window->checkup(); }
     MainWindow &window() { return *m_window; }
 
+    QString archiveFile() const { return m_archive.fileName(); }
+
     static QString pedelecName() { return QStringLiteral("Bike 7"); }
 
 private:
@@ -149,6 +152,7 @@ private slots:
     void answersThatCameTooLateAreNotShown();
     void firstVisitHasNothingBeforeIt();
     void showsAValueOverTime();
+    void damagedVisitLeavesTheValuesOfTheOthers();
     void deletesAfterAsking();
     void importsAFile();
     void exportsAVisit();
@@ -352,6 +356,40 @@ void tst_ArchivePage::showsAValueOverTime()
     window.settle();
     window.chooseVehicle(QStringLiteral("Cargo 1"));
     QCOMPARE(window.browser().trend().size(), 1);
+}
+
+void tst_ArchivePage::damagedVisitLeavesTheValuesOfTheOthers()
+{
+    Window window;
+    window.chooseVehicle(Window::pedelecName());
+    QVERIFY(!window.find<QLabel>("trendProblem")->isVisible());
+    ArchiveDatabase database;
+    QString error;
+    QVERIFY(database.open(*ArchiveAddress::parse(window.archiveFile(), &error),
+                          ArchiveDatabase::Missing::Refuse));
+    const QString spoil
+        = QStringLiteral("UPDATE draxel_entries SET data = x'00' WHERE node > 0 AND visit %1");
+    QVERIFY(database.run(spoil.arg(QStringLiteral("= 2"))));
+    window.browser().chooseTrend(0);
+    window.settle();
+    QCOMPARE(window.browser().trend().size(), 2);
+    QCOMPARE(TrendValues::number(0, window.browser().trend().at(0).value), 98.0);
+    QCOMPARE(TrendValues::number(0, window.browser().trend().at(1).value), 88.0);
+    QVERIFY(window.find<QWidget>("trendPlot")->isVisible());
+    QVERIFY(window.find<QLabel>("trendProblem")->isVisible());
+    QCOMPARE(
+        window.find<QLabel>("trendProblem")->text(),
+        QStringLiteral("▲ Visit 2 is damaged in the archive and cannot be shown. Take the last backup of "
+                       "the archive; the other visits are not affected."));
+
+    // Where nothing can be read it is not said that there is nothing.
+    QVERIFY(database.run(spoil.arg(QStringLiteral("<= 3"))));
+    window.browser().chooseTrend(0);
+    window.settle();
+    QCOMPARE(window.browser().trend().size(), 0);
+    QVERIFY(!window.find<QLabel>("trendNone")->isVisible());
+    window.chooseVehicle(QStringLiteral("Cargo 1"));
+    QVERIFY(!window.find<QLabel>("trendProblem")->isVisible());
 }
 
 void tst_ArchivePage::deletesAfterAsking()
