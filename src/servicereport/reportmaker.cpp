@@ -60,6 +60,6 @@ ServiceReport makeServiceReport(const ServiceReportData &data)
     addUnlessEmpty(&report, ReportComponents::overview(data));
     addUnlessEmpty(&report, ReportComponents::components(data, words));
     addUnlessEmpty(&report, ReportParts::unread(data, words));
-    addUnlessEmpty(&report, ReportParts::record(data.snapshot));
+    addUnlessEmpty(&report, ReportParts::record(data));
     return report;
 }

@@ -173,13 +173,21 @@ ReportSection ReportParts::unread(const ServiceReportData &data, const ReportWor
     return section;
 }
 
-ReportSection ReportParts::record(const Snapshot &snapshot)
+ReportSection ReportParts::record(const ServiceReportData &data)
 {
+    const QString shown = SnapshotFile::fingerprint(data.snapshot);
+    const QString lasting = data.archivedFingerprint.isEmpty() ? shown : data.archivedFingerprint;
     ReportSection section{ReportTr::tr("The record"), {}};
     section.blocks.append(ReportParagraph{
         ReportTr::tr("This report was made from a snapshot, a file that holds everything that the devices "
                      "answered. Its fingerprint (SHA-256) is:")});
-    section.blocks.append(ReportParagraph{SnapshotFile::fingerprint(snapshot), ReportParagraph::Look::Code});
+    section.blocks.append(ReportParagraph{lasting, ReportParagraph::Look::Code});
+    if (lasting != shown) {
+        section.blocks.append(ReportParagraph{
+            ReportTr::tr("That is the snapshot as the archive keeps it. Saved with the notes that were "
+                         "entered since, its file has the fingerprint:")});
+        section.blocks.append(ReportParagraph{shown, ReportParagraph::Look::Code});
+    }
     section.blocks.append(ReportParagraph{
         ReportTr::tr(
             "To see whether a snapshot is the one of this report, compare: \"sha256sum FILE.dxsnap\" on "

@@ -21,6 +21,6 @@ ReportSection changes(const ReportComparison &comparison, const ServiceReportDat
 ReportSection unread(const ServiceReportData &data, const ReportWords &words);
 
 /*! How it can be shown later that report and record belong together. */
-ReportSection record(const Snapshot &snapshot);
+ReportSection record(const ServiceReportData &data);
 
 } // namespace ReportParts

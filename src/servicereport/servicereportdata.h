@@ -47,6 +47,10 @@ struct ReportComparison
 struct ServiceReportData
 {
     Snapshot snapshot;
+    /*! SHA-256 of the file that the archive keeps of it, 64 hexadecimal digits: notes that were entered later are not in
+     *  that one. Empty when it is in none.
+     */
+    QString archivedFingerprint;
     CheckupResult checkup;
     std::optional<ReportComparison> comparison;
     QVector<HealthTrend> trends;

@@ -6,6 +6,9 @@
 #include <archive/archivedatabase.h>
 #include <snapshot/snapshotfile.h>
 
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -47,6 +50,7 @@ private slots:
     void trendLeavesOutADamagedVisit();
     void trendOfNobody();
     void exportsTheVeryFile();
+    void fingerprintIsThatOfTheExportedFile();
     void exportsAndImportsAll();
     void changesNotes();
     void namesMergesAndMoves();
@@ -341,6 +345,34 @@ void tst_ArchiveCommand::trendOfNobody()
         = archive({QStringLiteral("trend"), QStringLiteral("nobody"), QStringLiteral("6164.2")});
     QCOMPARE(result.status, 5);
     QCOMPARE(result.errors, QStringLiteral("The archive knows no vehicle and no device \"nobody\".\n"));
+}
+
+/*! As docs/archive.md says how to look whether report and record belong together, with notes that came later. */
+void tst_ArchiveCommand::fingerprintIsThatOfTheExportedFile()
+{
+    addBoth();
+    QCOMPARE(archive({QStringLiteral("note"), QStringLiteral("1"), QStringLiteral("--note"),
+                      QStringLiteral("The chain was oiled.")})
+                 .status,
+             0);
+    const QString copy = filePath(QStringLiteral("visit.dxsnap"));
+    QCOMPARE(
+        archive({QStringLiteral("export"), QStringLiteral("1"), QStringLiteral("--output"), copy}).status, 0);
+    QFile file(copy);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString sha256
+        = QString::fromLatin1(QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256).toHex());
+    const Result shown = archive({QStringLiteral("show"), QStringLiteral("1")});
+    QVERIFY2(shown.output.contains(sha256), qPrintable(shown.output));
+    QVERIFY(shown.output.contains(QStringLiteral("The chain was oiled.")));
+
+    const QString reports = filePath(QStringLiteral("reports"));
+    const Result report = run(
+        {QStringLiteral("report"), copy, QStringLiteral("--service"), QStringLiteral("--output"), reports});
+    QCOMPARE(report.errors, QString());
+    const QStringList names = QDir(reports).entryList({QStringLiteral("*.html")});
+    QCOMPARE(names.size(), 1);
+    QVERIFY(readFile(reports + QLatin1Char('/') + names.first()).contains(sha256));
 }
 
 void tst_ArchiveCommand::exportsTheVeryFile()

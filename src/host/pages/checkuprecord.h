@@ -31,6 +31,7 @@ struct CheckupRecord
     CheckupResult result;
     QString fileName;                           //!< of File, and once it was saved
     std::optional<qint64> visitId;              //!< of the archive, when it is kept there
+    QString archivedFingerprint;                //!< of that visit, see VisitInfo; empty while it is not known
     std::optional<RecordComparison> comparison; //!< with the visit before
     QVector<HealthTrend> trends;                //!< of its batteries, as far as the archive knows them
 

@@ -410,6 +410,7 @@ void CheckupSession::forgetVisit()
     ++m_inquiry;
     ++m_archives;
     m_record.visitId.reset();
+    m_record.archivedFingerprint.clear();
     if (m_kept == Kept::Yes || m_kept == Kept::Asked)
         setKept(Kept::No);
 }
@@ -418,6 +419,8 @@ void CheckupSession::compareWithVisitBefore(qint64 visitId, const Then &then)
 {
     const auto load = [visitId, snapshot = m_record.snapshot](Archive &archive, QString *error) {
         Past past;
+        const std::optional<VisitInfo> visit = archive.visit(visitId, error);
+        past.fingerprint = visit ? visit->fingerprint : QString();
         const std::optional<qint64> before = archive.previousVisit(visitId, error);
         if (before && *before != 0)
             past.earlier = archive.load(*before, error);
@@ -436,6 +439,7 @@ void CheckupSession::compareWithVisitBefore(qint64 visitId, const Then &then)
 
 void CheckupSession::takePast(const Past &past)
 {
+    m_record.archivedFingerprint = past.fingerprint;
     m_record.trends = past.trends;
     if (past.earlier) {
         m_record.comparison = RecordComparison{*past.earlier, {}};

@@ -140,6 +140,7 @@ private:
     /*! What the archive knows of what is shown. */
     struct Past
     {
+        QString fingerprint;
         std::optional<Snapshot> earlier; //!< the visit before
         QVector<HealthTrend> trends;
     };
@@ -184,9 +185,9 @@ private:
     VehicleRecords::Keeping m_keeping; // of Yes and Waiting
     // Notes that were entered before it was a visit; also of what is not shown any more when it becomes one.
     std::shared_ptr<std::optional<SnapshotNotes>> m_lateNotes;
-    quint64 m_notesWritten = 0;     // how often notes were given to the archive
-    bool m_areNotesWritten = true;  // of what is shown: the archive has the last ones
-    int m_archives = 0;    // how often it was another archive
+    quint64 m_notesWritten = 0;    // how often notes were given to the archive
+    bool m_areNotesWritten = true; // of what is shown: the archive has the last ones
+    int m_archives = 0;            // how often it was another archive
     quint64 m_inquiry = 0; // another one for each record and archive; answers to one before are of no use
     QVector<quint8> m_readNodes;
     QSet<quint8> m_news;

@@ -182,6 +182,7 @@ void ServiceReportDialog::write()
     const CheckupRecord &record = m_session->record();
     ServiceReportOrder order;
     order.snapshot = record.snapshot;
+    order.archivedFingerprint = record.archivedFingerprint;
     if (m_compare->isChecked() && record.comparison)
         order.earlier = record.comparison->earlier;
     order.trends = record.trends.isEmpty() ? HealthTrends::of(record.snapshot) : record.trends;

@@ -25,6 +25,7 @@ ServiceReport makeReport(const ServiceReportOrder &order, const RuleSet &rules,
 {
     ServiceReportData data;
     data.snapshot = order.snapshot;
+    data.archivedFingerprint = order.archivedFingerprint;
     data.checkup
         = Checkup::judge(order.snapshot, rules, order.language, order.earlier ? &*order.earlier : nullptr);
     if (order.earlier) {

@@ -17,6 +17,7 @@ class RuleSet;
 struct ServiceReportOrder
 {
     Snapshot snapshot;
+    QString archivedFingerprint;     //!< see ServiceReportData
     std::optional<Snapshot> earlier; //!< to compare with
     QVector<HealthTrend> trends;
     WorkshopSettings workshop;

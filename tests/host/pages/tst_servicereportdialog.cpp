@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "pageshost.h"
 
+#include <archive/archivetransfer.h>
 #include <host/core/settingsstore.h>
 #include <host/pages/checkupsession.h>
 #include <host/pages/servicereportdialog.h>
 #include <servicereport/reportlanguage.h>
+#include <snapshot/snapshotfile.h>
 #include <tests/support/vehiclesnapshot.h>
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCryptographicHash>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
@@ -21,6 +24,15 @@
 #include <QSignalSpy>
 
 namespace {
+
+/*! As sha256sum writes it. */
+QByteArray sha256Of(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly)
+               ? QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256).toHex()
+               : QByteArray();
+}
 
 /*! A session that shows a vehicle, and a folder for its reports. */
 struct Desk
@@ -112,6 +124,7 @@ private slots:
     void comparesWhenItIsWanted_data();
     void comparesWhenItIsWanted();
     void offersToCompareOnceThePastIsKnown();
+    void fingerprintIsThatOfTheFiles();
     void cancelWritesNothing();
 };
 
@@ -348,6 +361,44 @@ void tst_ServiceReportDialog::offersToCompareOnceThePastIsKnown()
     compare->setChecked(true);
     asking.write();
     QVERIFY(desk.html().contains("What has changed since"));
+}
+
+/*! As docs/archive.md says how to look whether report and record belong together. */
+void tst_ServiceReportDialog::fingerprintIsThatOfTheFiles()
+{
+    Desk desk;
+    desk.session.keep();
+    waitForArchive(desk.records);
+    const qint64 visitId = desk.session.record().visitId.value_or(0);
+    QCOMPARE(visitId, 1);
+    SnapshotNotes notes = desk.session.notes();
+    notes.note = QStringLiteral("The chain was oiled.");
+    desk.session.setNotes(notes);
+    waitForArchive(desk.records);
+
+    const QString exported = desk.folder.filePath(QStringLiteral("exported.dxsnap"));
+    bool isExported = false;
+    desk.records.archive().ask(
+        this,
+        [visitId, exported](Archive &archive, QString *error) {
+            return ArchiveTransfer::exportToFile(archive, visitId, exported, error);
+        },
+        [&isExported](bool isDone, const QString &) { isExported = isDone; });
+    waitForArchive(desk.records);
+    QVERIFY(isExported);
+    const QString saved = desk.folder.filePath(QStringLiteral("saved.dxsnap"));
+    QString problem;
+    QVERIFY2(SnapshotFile::save(saved, desk.session.record().snapshot, &problem), qPrintable(problem));
+    QVERIFY(sha256Of(exported) != sha256Of(saved));
+
+    Asking asking(&desk);
+    asking.write();
+    const QByteArray html = desk.html();
+    QCOMPARE(html.count("Its fingerprint (SHA-256) is:"), 1);
+    QCOMPARE(html.count(sha256Of(exported)), 1);
+    QCOMPARE(html.count("Saved with the notes that were entered since, its file has the fingerprint:"), 1);
+    QCOMPARE(html.count(sha256Of(saved)), 1);
+    QVERIFY(html.indexOf(sha256Of(exported)) < html.indexOf(sha256Of(saved)));
 }
 
 void tst_ServiceReportDialog::cancelWritesNothing()
