@@ -93,8 +93,12 @@
         <translation>Auf diesem &amp;Computer</translation>
     </message>
     <message>
-        <source>&amp;Elsewhere: another file, or a database that several desks share</source>
-        <translation>&amp;Anderswo: eine andere Datei oder eine Datenbank, die mehrere Arbeitsplätze teilen</translation>
+        <source>&amp;Elsewhere</source>
+        <translation>&amp;Anderswo</translation>
+    </message>
+    <message>
+        <source>Another file, or a database that several desks share:</source>
+        <translation>Eine andere Datei oder eine Datenbank, die mehrere Arbeitsplätze teilen:</translation>
     </message>
 </context>
 <context>

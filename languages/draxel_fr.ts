@@ -93,8 +93,12 @@
         <translation>Sur cet &amp;ordinateur</translation>
     </message>
     <message>
-        <source>&amp;Elsewhere: another file, or a database that several desks share</source>
-        <translation>&amp;Ailleurs&#xa0;: un autre fichier, ou une base de données que plusieurs postes partagent</translation>
+        <source>&amp;Elsewhere</source>
+        <translation>&amp;Ailleurs</translation>
+    </message>
+    <message>
+        <source>Another file, or a database that several desks share:</source>
+        <translation>Un autre fichier, ou une base de données que plusieurs postes partagent&#xa0;:</translation>
     </message>
 </context>
 <context>

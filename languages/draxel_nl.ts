@@ -93,8 +93,12 @@
         <translation>Op deze &amp;computer</translation>
     </message>
     <message>
-        <source>&amp;Elsewhere: another file, or a database that several desks share</source>
-        <translation>&amp;Elders: een ander bestand, of een database die meerdere werkplekken delen</translation>
+        <source>&amp;Elsewhere</source>
+        <translation>&amp;Elders</translation>
+    </message>
+    <message>
+        <source>Another file, or a database that several desks share:</source>
+        <translation>Een ander bestand, of een database die meerdere werkplekken delen:</translation>
     </message>
 </context>
 <context>

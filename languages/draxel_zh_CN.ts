@@ -93,8 +93,12 @@
         <translation>在本机(&amp;C)</translation>
     </message>
     <message>
-        <source>&amp;Elsewhere: another file, or a database that several desks share</source>
-        <translation>其他位置(&amp;E)：另一个文件，或多个工位共用的数据库</translation>
+        <source>&amp;Elsewhere</source>
+        <translation>其他位置(&amp;E)</translation>
+    </message>
+    <message>
+        <source>Another file, or a database that several desks share:</source>
+        <translation>另一个文件，或多个工位共用的数据库：</translation>
     </message>
 </context>
 <context>

@@ -9,12 +9,12 @@
 
 namespace {
 
-constexpr int usualTextWidth = 56; // letters
+constexpr int usualBundleWidth = 60; // letters
 
 } // namespace
 
 BundleDialog::BundleDialog(QWidget *parent)
-    : QDialog(parent)
+    : ReadableDialog(usualBundleWidth, parent)
     , m_mask(new QCheckBox(tr("&Mask serial numbers, names, notes and paths"), this))
 {
     setObjectName(QStringLiteral("bundleDialog"));
@@ -29,7 +29,6 @@ BundleDialog::BundleDialog(QWidget *parent)
                      this);
     text->setTextFormat(Qt::PlainText);
     text->setWordWrap(true);
-    text->setMinimumWidth(fontMetrics().averageCharWidth() * usualTextWidth);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel, this);
     buttons->button(QDialogButtonBox::Save)->setText(tr("&Save..."));
     buttons->button(QDialogButtonBox::Cancel)->setText(tr("Cancel"));

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QDialog>
+#include <host/pages/readabledialog.h>
 
 class QCheckBox;
 
 /*! Asks how a support bundle is to be: with the names in it, or masked. */
-class BundleDialog : public QDialog
+class BundleDialog : public ReadableDialog
 {
     Q_OBJECT
 

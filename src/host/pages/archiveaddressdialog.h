@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QDialog>
+#include "readabledialog.h"
 
 class QLabel;
 class QLineEdit;
 class QRadioButton;
 
 /*! Asks where the archive is, and saves it in the settings: on this computer, or where several share one. */
-class ArchiveAddressDialog : public QDialog
+class ArchiveAddressDialog : public ReadableDialog
 {
     Q_OBJECT
 

@@ -12,6 +12,7 @@
 
 #include <QAction>
 #include <QEvent>
+#include <QFontInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -39,6 +40,13 @@ QToolButton *makeButton(QAction *action, QWidget *parent)
     button->setFocusPolicy(Qt::TabFocus);
     button->setObjectName(action->objectName() + QStringLiteral("Button"));
     return button;
+}
+
+/*! QFontInfo, as the desktop's font may have a size in pixels. */
+QFont enlarged(QFont font)
+{
+    font.setPointSizeF(QFontInfo(font).pointSizeF() * 1.2);
+    return font;
 }
 
 } // namespace
@@ -125,9 +133,8 @@ QWidget *CheckupPage::buildVerdict()
     m_light = new QLabel(row);
     m_light->setObjectName(QStringLiteral("verdictLight"));
     m_verdict = makeCopyableLabel("verdictText", row);
-    QFont large = m_verdict->font();
+    QFont large = enlarged(m_verdict->font());
     large.setBold(true);
-    large.setPointSizeF(large.pointSizeF() * 1.2);
     m_verdict->setFont(large);
     m_verdict->setWordWrap(true);
     m_vehicle = makeCopyableLabel("vehicleText", row);
@@ -181,9 +188,7 @@ QWidget *CheckupPage::buildEmpty()
     m_empty = makeCopyableLabel("checkupEmpty", page);
     m_empty->setWordWrap(true);
     m_empty->setAlignment(Qt::AlignCenter);
-    QFont large = m_empty->font();
-    large.setPointSizeF(large.pointSizeF() * 1.2);
-    m_empty->setFont(large);
+    m_empty->setFont(enlarged(m_empty->font()));
     m_open = new QPushButton(page);
     m_open->setObjectName(QStringLiteral("openSnapshotButton"));
     connect(m_open, &QPushButton::clicked, this, &CheckupPage::openRequested);

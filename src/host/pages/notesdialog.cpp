@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int usualNotesWidth = 46; // letters
+constexpr int usualNotesWidth = 66; // letters
 constexpr int noteLines = 4;
 constexpr int longestLine = 500; // characters
 
@@ -25,7 +25,7 @@ QLineEdit *makeLine(const char *name, const QString &text, QWidget *parent)
 } // namespace
 
 NotesDialog::NotesDialog(const SnapshotNotes &notes, QWidget *parent)
-    : QDialog(parent)
+    : ReadableDialog(usualNotesWidth, parent)
     , m_vehicle(makeLine("noteVehicle", notes.vehicle, this))
     , m_customer(makeLine("noteCustomer", notes.customer, this))
     , m_technician(makeLine("noteTechnician", notes.technician, this))
@@ -37,7 +37,6 @@ NotesDialog::NotesDialog(const SnapshotNotes &notes, QWidget *parent)
     m_note->setObjectName(QStringLiteral("noteText"));
     m_note->setTabChangesFocus(true);
     m_note->setFixedHeight(fontMetrics().lineSpacing() * noteLines + 12);
-    m_vehicle->setMinimumWidth(fontMetrics().averageCharWidth() * usualNotesWidth);
     auto *form = new QFormLayout;
     form->addRow(tr("&Vehicle:"), m_vehicle);
     form->addRow(tr("&Customer:"), m_customer);

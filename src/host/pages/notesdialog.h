@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <snapshot/snapshot.h>
+#include "readabledialog.h"
 
-#include <QDialog>
+#include <snapshot/snapshot.h>
 
 class QLineEdit;
 class QPlainTextEdit;
 
 /*! Asks for what people write beside a visit. */
-class NotesDialog : public QDialog
+class NotesDialog : public ReadableDialog
 {
     Q_OBJECT
 

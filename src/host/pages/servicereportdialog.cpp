@@ -27,7 +27,7 @@
 
 namespace {
 
-constexpr int usualWorkshopWidth = 44; // letters
+constexpr int usualReportDialogWidth = 60; // letters
 constexpr int addressLines = 3;
 
 QString languageName(const QString &language)
@@ -39,7 +39,7 @@ QString languageName(const QString &language)
 } // namespace
 
 ServiceReportDialog::ServiceReportDialog(CheckupSession *session, const QString &folder, QWidget *parent)
-    : QDialog(parent)
+    : ReadableDialog(usualReportDialogWidth, parent)
     , m_session(session)
     , m_language(new QComboBox(this))
     , m_workshop(new QLineEdit(this))
@@ -111,7 +111,6 @@ void ServiceReportDialog::fillWorkshop(const WorkshopSettings &workshop)
 {
     m_workshop->setObjectName(QStringLiteral("workshopName"));
     m_workshop->setText(workshop.name);
-    m_workshop->setMinimumWidth(fontMetrics().averageCharWidth() * usualWorkshopWidth);
     m_lines->setObjectName(QStringLiteral("workshopLines"));
     m_lines->setPlainText(workshop.lines.join(QLatin1Char('\n')));
     m_lines->setTabChangesFocus(true);

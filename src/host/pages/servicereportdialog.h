@@ -2,10 +2,9 @@
 #pragma once
 
 #include "checkuprecord.h"
+#include "readabledialog.h"
 
 #include <servicereport/workshopsettings.h>
-
-#include <QDialog>
 
 class CheckupSession;
 class QCheckBox;
@@ -15,7 +14,7 @@ class QLineEdit;
 class QPlainTextEdit;
 
 /*! Asks how the service report of what is shown is to be, and writes it as HTML and PDF. The workshop is remembered. */
-class ServiceReportDialog : public QDialog
+class ServiceReportDialog : public ReadableDialog
 {
     Q_OBJECT
 

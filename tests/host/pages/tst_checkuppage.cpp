@@ -151,6 +151,7 @@ private slots:
     void closingKeepsWhatWasRead();
     void textsFromDevicesAreText();
     void fitsASmallScreenWithLargeLetters();
+    void verdictIsLargeWithAFontInPixels();
 };
 
 void tst_CheckupPage::initTestCase()
@@ -464,6 +465,21 @@ void tst_CheckupPage::fitsASmallScreenWithLargeLetters()
                  qPrintable(QString::number(window.window().minimumSizeHint().width())));
         QVERIFY2(window.window().minimumSizeHint().height() <= 600,
                  qPrintable(QString::number(window.window().minimumSizeHint().height())));
+    }
+    QApplication::setFont(before);
+}
+
+void tst_CheckupPage::verdictIsLargeWithAFontInPixels()
+{
+    const QFont before = QApplication::font();
+    QFont pixels = before;
+    pixels.setPixelSize(20);
+    QApplication::setFont(pixels);
+    {
+        Window window(QStringLiteral("trouble"));
+        window.trigger("actionPageCheckup");
+        QCOMPARE(QFontInfo(window.find<QLabel>("verdictText")->font()).pixelSize(), 24);
+        QCOMPARE(QFontInfo(window.find<QLabel>("checkupEmpty")->font()).pixelSize(), 24);
     }
     QApplication::setFont(before);
 }
