@@ -29,6 +29,7 @@ private slots:
     void resumes();
     void resumesAQuickOneInFull();
     void resumeOnAnotherVehicleKeepsTheFile();
+    void resumeOnAVehicleOfOtherNodesKeepsTheFile();
     void resumeSaysWhatItCannotRecognize();
     void nameBesideAFileWithoutSuffix();
     void printsJson();
@@ -285,6 +286,29 @@ void tst_SnapshotCommand::resumeOnAnotherVehicleKeepsTheFile()
     QVERIFY(entryOf(nodeOf(second, 2), 0x1018, 4).value(QLatin1String("value"))
             != entryOf(nodeOf(first, 2), 0x1018, 4).value(QLatin1String("value")));
     QCOMPARE(nodeOf(second, 2).value(QLatin1String("entries")).toArray().size(), 203);
+}
+
+void tst_SnapshotCommand::resumeOnAVehicleOfOtherNodesKeepsTheFile()
+{
+    QString vehicle = writeVehicle(R"({ "id": 2, "dictionary": "battery.dcf", "heartbeatMs": 200 })");
+    const QStringList notes{QStringLiteral("--customer"), QStringLiteral("Ms Field"),
+                            QStringLiteral("--technician"), QStringLiteral("Jo")};
+    QCOMPARE(run(arguments(vehicle, notes + QStringList{QStringLiteral("--quick")})).status, 0);
+    const QJsonObject first = load();
+    vehicle = writeVehicle(R"({ "id": 3, "dictionary": "battery.dcf", "heartbeatMs": 200 })");
+    const Result result = run(
+        arguments(vehicle, {QStringLiteral("--quick"), QStringLiteral("--resume"), path("out.dxsnap")}));
+    QCOMPARE(result.errors,
+             QStringLiteral("No device of %1 is on the bus, but others are: they were read anew.\n")
+                 .arg(QDir::toNativeSeparators(path("out.dxsnap"))));
+    QCOMPARE(result.status, 0);
+    QCOMPARE(load(), first);
+    const QJsonObject second = load("out-2.dxsnap");
+    QCOMPARE(second.value(QLatin1String("nodes")).toArray().size(), 1);
+    QCOMPARE(nodeOf(second, 3).value(QLatin1String("entries")).toArray().size(), 203);
+    QVERIFY(second.value(QLatin1String("time")) != first.value(QLatin1String("time")));
+    QCOMPARE(second.value(QLatin1String("technician")).toString(), QStringLiteral("Jo"));
+    QVERIFY(!second.contains(QLatin1String("customer")));
 }
 
 void tst_SnapshotCommand::resumeSaysWhatItCannotRecognize()

@@ -120,7 +120,7 @@ std::optional<ExitStatus> SnapshotCommand::take()
 {
     const std::optional<ExitStatus> status = m_isOfTrace ? m_trace.take() : m_bus.take(m_options.bus());
     m_snapshot = m_isOfTrace ? m_trace.snapshot() : m_bus.snapshot();
-    if (m_isOfTrace)
+    if (m_isOfTrace || m_bus.isOtherVehicle())
         m_snapshot.notes = notes();
     return status;
 }
@@ -141,12 +141,16 @@ void SnapshotCommand::sayWhatIsNotRecognized() const
 QString SnapshotCommand::outputName() const
 {
     const QString wanted = m_options.value(outputOption);
-    if (m_bus.replacedNodes().isEmpty())
+    if (m_bus.replacedNodes().isEmpty() && !m_bus.isOtherVehicle())
         return wanted;
     const QString earlier = m_options.value(resumeOption);
-    Console::printError(
-        SnapshotCommandTr::tr("There is another device than in %1 on node %2; it was read anew.")
-            .arg(QDir::toNativeSeparators(earlier), BusWords::nodes(m_bus.replacedNodes())));
+    const QString what
+        = m_bus.isOtherVehicle()
+              ? SnapshotCommandTr::tr("No device of %1 is on the bus, but others are: they were read anew.")
+                    .arg(QDir::toNativeSeparators(earlier))
+              : SnapshotCommandTr::tr("There is another device than in %1 on node %2; it was read anew.")
+                    .arg(QDir::toNativeSeparators(earlier), BusWords::nodes(m_bus.replacedNodes()));
+    Console::printError(what);
     const bool wouldReplace = QFileInfo(wanted).canonicalFilePath() == QFileInfo(earlier).canonicalFilePath();
     return wouldReplace ? freeNameBeside(wanted) : wanted;
 }
@@ -239,9 +243,14 @@ std::optional<ExitStatus> SnapshotCommand::parseResume()
 }
 
 /*! The options, and where there is none what the earlier snapshot says. */
+/*! What was written beside an earlier snapshot stays; beside that of another vehicle only the technician is the same. */
 SnapshotNotes SnapshotCommand::notes() const
 {
     SnapshotNotes notes = m_earlier ? m_earlier->notes : SnapshotNotes();
+    if (m_bus.isOtherVehicle()) {
+        notes = SnapshotNotes();
+        notes.technician = m_earlier->notes.technician;
+    }
     for (const NoteOption &option : noteOptions) {
         const QString name = QString::fromLatin1(option.name);
         if (m_options.isSet(name))

@@ -103,19 +103,39 @@ std::optional<ExitStatus> BusSnapshot::take(const BusSettings &settings)
 
 void BusSnapshot::read(InterruptibleLoop *loop)
 {
+    if (readVehicle(loop))
+        return;
+    m_isOtherVehicle = true;
+    m_order.earlier.reset();
+    readVehicle(loop);
+}
+
+/*! False when it is not the vehicle of the earlier snapshot. */
+bool BusSnapshot::readVehicle(InterruptibleLoop *loop)
+{
     SnapshotRun run(&m_bus);
     QObject::connect(&run, &SnapshotRun::finished, &run, [loop] { loop->end(); });
     QObject::connect(&run, &SnapshotRun::busLostChanged, &run, [this](bool isLost) { sayLoss(isLost); });
     if (m_progress.isShown())
         QObject::connect(&run, &SnapshotRun::nodeChanged, &run, [this, &run] { showProgress(run); });
+    // Later, as the reader is in the middle of an answer.
+    const auto endWithStrangers = [&run] {
+        if (!run.reader()->strangerNodes().isEmpty())
+            run.cancel();
+    };
+    if (m_order.earlier)
+        QObject::connect(&run, &SnapshotRun::nodeChanged, &run, endWithStrangers, Qt::QueuedConnection);
     run.start(m_order);
     if (!loop->run())
         run.cancel();
+    if (!loop->isInterrupted() && !run.reader()->strangerNodes().isEmpty())
+        return false;
     m_isGivenUp = run.isCancelled() && !loop->isInterrupted();
     m_snapshot = run.snapshot();
     m_replacedNodes = run.reader()->replacedNodes().toList();
     m_unrecognizedNodes = run.reader()->unrecognizedNodes().toList();
     m_doubts = run.doubts();
+    return true;
 }
 
 ExitStatus BusSnapshot::finish() const

@@ -42,6 +42,8 @@ public:
     /*! What was read, also when it was interrupted. */
     const Snapshot &snapshot() const { return m_snapshot; }
 
+    /*! Whether nothing of the earlier snapshot is there, but others are, which were read anew. */
+    bool isOtherVehicle() const { return m_isOtherVehicle; }
     /*! The nodes on which there is another device than in the earlier snapshot. */
     QList<quint8> replacedNodes() const { return m_replacedNodes; }
     /*! The nodes on which nobody can say whether there is the same one. */
@@ -58,6 +60,7 @@ public:
 private:
     std::optional<ExitStatus> parseNodes(const CommandArguments &options);
     void read(InterruptibleLoop *loop);
+    bool readVehicle(InterruptibleLoop *loop);
     void showProgress(const SnapshotRun &run);
     void sayLoss(bool isLost);
     QString describeNoNode() const;
@@ -67,6 +70,7 @@ private:
     CanOpen::SdoPatience m_patience;
     ProgressLine m_progress;
     Snapshot m_snapshot;
+    bool m_isOtherVehicle = false;
     QList<quint8> m_replacedNodes;
     QList<quint8> m_unrecognizedNodes;
     QStringList m_doubts;      // sentences about nodes that may be there
