@@ -3650,6 +3650,10 @@ Jetzt: %2</translation>
         <source>There is another device than before on node %1; it was read anew.</source>
         <translation>Auf Knoten %1 ist ein anderes Gerät als vorher; es wurde neu gelesen.</translation>
     </message>
+    <message>
+        <source>Visits that wait on this computer cannot be delivered to the archive: %1</source>
+        <translation>Besuche, die auf diesem Computer warten, können nicht ins Archiv übertragen werden: %1</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -4818,6 +4822,10 @@ Jetzt: %2</translation>
     <message>
         <source>Taken from a trace: what others read in it</source>
         <translation>Aus einer Aufzeichnung: was andere darin gelesen haben</translation>
+    </message>
+    <message>
+        <source>That is the snapshot as the archive keeps it. Saved with the notes that were entered since, its file has the fingerprint:</source>
+        <translation>Das ist der Schnappschuss, wie das Archiv ihn aufbewahrt. Mit den seither eingetragenen Notizen gespeichert, hat seine Datei den Fingerabdruck:</translation>
     </message>
 </context>
 <context>

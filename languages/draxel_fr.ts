@@ -3650,6 +3650,10 @@ Maintenant&#xa0;: %2</translation>
         <source>There is another device than before on node %1; it was read anew.</source>
         <translation>Un autre appareil qu’avant se trouve sur le nœud %1&#xa0;; il a été relu en entier.</translation>
     </message>
+    <message>
+        <source>Visits that wait on this computer cannot be delivered to the archive: %1</source>
+        <translation>Des visites qui attendent sur cet ordinateur ne peuvent pas être transmises à l’archive&#xa0;: %1</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -4818,6 +4822,10 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>Taken from a trace: what others read in it</source>
         <translation>Issu d’une trace&#xa0;: ce que d’autres y ont lu</translation>
+    </message>
+    <message>
+        <source>That is the snapshot as the archive keeps it. Saved with the notes that were entered since, its file has the fingerprint:</source>
+        <translation>C’est l’instantané tel que l’archive le conserve. Enregistré avec les notes saisies depuis, son fichier a l’empreinte&#xa0;:</translation>
     </message>
 </context>
 <context>

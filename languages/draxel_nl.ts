@@ -3650,6 +3650,10 @@ Nu: %2</translation>
         <source>There is another device than before on node %1; it was read anew.</source>
         <translation>Op node %1 zit een ander apparaat dan eerder; het is opnieuw gelezen.</translation>
     </message>
+    <message>
+        <source>Visits that wait on this computer cannot be delivered to the archive: %1</source>
+        <translation>Bezoeken die op deze computer wachten, kunnen niet aan het archief worden geleverd: %1</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -4818,6 +4822,10 @@ Nu: %2</translation>
     <message>
         <source>Taken from a trace: what others read in it</source>
         <translation>Uit een opname: wat anderen daarin hebben gelezen</translation>
+    </message>
+    <message>
+        <source>That is the snapshot as the archive keeps it. Saved with the notes that were entered since, its file has the fingerprint:</source>
+        <translation>Dit is de momentopname zoals het archief die bewaart. Opgeslagen met de notities die sindsdien zijn ingevoerd, heeft het bestand de vingerafdruk:</translation>
     </message>
 </context>
 <context>

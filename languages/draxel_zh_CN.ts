@@ -3635,6 +3635,10 @@ Now: %2</source>
         <source>There is another device than before on node %1; it was read anew.</source>
         <translation>节点 %1 上的设备与之前不同；已重新读取。</translation>
     </message>
+    <message>
+        <source>Visits that wait on this computer cannot be delivered to the archive: %1</source>
+        <translation>在本机等待的到访记录无法送交档案：%1</translation>
+    </message>
 </context>
 <context>
     <name>MessageLog</name>
@@ -4797,6 +4801,10 @@ Now: %2</source>
     <message>
         <source>Taken from a trace: what others read in it</source>
         <translation>来自总线记录：其他程序在其中读取的内容</translation>
+    </message>
+    <message>
+        <source>That is the snapshot as the archive keeps it. Saved with the notes that were entered since, its file has the fingerprint:</source>
+        <translation>这是档案保存的快照。连同之后填写的备注一起保存时，其文件的指纹为：</translation>
     </message>
 </context>
 <context>
