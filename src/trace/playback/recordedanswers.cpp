@@ -11,7 +11,6 @@
 namespace {
 
 using CanOpen::ObjectKey;
-using CanOpen::SdoAbort;
 using Outcome = SdoTransfer::Outcome;
 
 quint32 hashKey(quint8 nodeId, ObjectKey key)
@@ -42,12 +41,13 @@ bool isEarlier(const RecordedAnswer &answer, size_t position)
     return answer.position < position;
 }
 
-/*! Silence is known late, when it has lasted; what says the same as the answer before it is not kept. */
-void insert(const RecordedAnswer &answer, std::vector<RecordedAnswer> *answers)
+/*! Silence is known late, when it has lasted. */
+void insert(RecordedAnswer answer, std::vector<RecordedAnswer> *answers)
 {
     const auto next = std::lower_bound(answers->begin(), answers->end(), answer.position, isEarlier);
-    if (next == answers->begin() || !isSame(*std::prev(next), answer))
-        answers->insert(next, answer);
+    if (next != answers->begin() && std::prev(next)->data == answer.data)
+        answer.data = std::prev(next)->data; // shared: most say the same again and again
+    answers->insert(next, answer);
 }
 
 } // namespace
@@ -68,7 +68,17 @@ RecordedAnswers RecordedAnswers::of(const std::vector<TraceFrame> &frames)
     }
     transfers.finish();
     takeOver();
+    answers.dropRepeated();
     return answers;
+}
+
+/*! Only when all are there: silence may still come between two that say the same. */
+void RecordedAnswers::dropRepeated()
+{
+    for (Answers &answers : m_answers) {
+        answers.erase(std::unique(answers.begin(), answers.end(), isSame), answers.end());
+        answers.shrink_to_fit();
+    }
 }
 
 void RecordedAnswers::note(const TraceFrame &frame)

@@ -59,6 +59,7 @@ public:
 private:
     using Answers = std::vector<RecordedAnswer>; // in the order of their positions
 
+    void dropRepeated();
     const Answers *answersOf(quint8 nodeId, CanOpen::ObjectKey key) const;
 
     QHash<quint32, Answers> m_answers; // by node ID, index and sub-index

@@ -46,6 +46,7 @@ private slots:
     void dependOnThePresent();
     void keepNodesAndObjectsApart();
     void silenceIsAnAnswer();
+    void whatIsSaidAgainAfterSilenceCounts();
     void whatIsNoAnswerDoesNotCount_data();
     void whatIsNoAnswerDoesNotCount();
     void everyOtherAnswerCounts();
@@ -98,6 +99,20 @@ void tst_RecordedAnswers::silenceIsAnAnswer()
     const RecordedAnswers answers = RecordedAnswers::of(frames);
     QCOMPARE(textOf(answers.lastBefore(2, deviceType, 6)), QByteArray("value 02000000"));
     QCOMPARE(textOf(answers.lastBefore(2, deviceType, 9)), QByteArray("silence"));
+}
+
+/*! A client that asks again without an abort: that the first request stayed without an answer is known later than the
+ *  answer to the second one.
+ */
+void tst_RecordedAnswers::whatIsSaidAgainAfterSilenceCounts()
+{
+    const RecordedAnswers answers = RecordedAnswers::of(
+        {frameAt(0, 0x602, "4000100000000000"), frameAt(500, 0x582, "4300100001000000"),
+         frameAt(second, 0x602, "4000100000000000"), frameAt(2 * second, 0x602, "4000100000000000"),
+         frameAt(2 * second + 500, 0x582, "4300100001000000"), frameAt(20 * second, 0x702, "05")});
+    QCOMPARE(textOf(answers.lastBefore(2, deviceType, 2)), QByteArray("value 01000000"));
+    QCOMPARE(textOf(answers.lastBefore(2, deviceType, 3)), QByteArray("silence"));
+    QCOMPARE(textOf(answers.lastBefore(2, deviceType, 5)), QByteArray("value 01000000"));
 }
 
 void tst_RecordedAnswers::whatIsNoAnswerDoesNotCount_data()
