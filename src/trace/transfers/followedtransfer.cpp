@@ -84,11 +84,24 @@ void FollowedTransfer::beginDownload(const QByteArray &payload)
     }
 }
 
-bool FollowedTransfer::isNextSegment(const Heard &heard) const
+bool FollowedTransfer::isBlockSegment(const Heard &heard) const
 {
-    constexpr quint8 sequenceMask = 0x7F;
-    return m_phase == Phase::BlockDownloadSegments && hasSegmentsOnly(heard.payload)
-           && (heard.frame.bytes[0] & sequenceMask) == m_lastHeard + 1;
+    if (m_phase != Phase::BlockDownloadSegments || !hasSegmentsOnly(heard.payload))
+        return false;
+    const std::optional<SdoBlockSegment> segment = readSdoBlockSegment(heard.payload);
+    const int ahead = segment ? segment->sequenceNumber - m_lastHeard : 0;
+    return ahead == 1 || (ahead > 1 && isBehindGap(heard, segment->sequenceNumber));
+}
+
+/*! Whether it is a segment behind others that the trace has not: its client goes on at once, and is not done. */
+bool FollowedTransfer::isBehindGap(const Heard &heard, int sequenceNumber) const
+{
+    constexpr qint64 longestPause = 100'000; // us
+    const bool isPlainRead
+        = heard.payload
+          == makeSdoInitiateUploadRequest(sdoKeyOf(heard.payload)); // which data seldom looks like
+    return !isPlainRead && !m_isLast && sequenceNumber <= m_blockSize
+           && heard.frame.isSent() == m_transfer.isSent && heard.frame.time - m_transfer.end <= longestPause;
 }
 
 bool FollowedTransfer::isInitiating() const

@@ -40,8 +40,10 @@ public:
     /*! Whether nothing but the request has come. */
     bool isInitiating() const;
 
-    /*! Whether a request is the next segment of a block, though it may look like the beginning of another transfer. */
-    bool isNextSegment(const Heard &heard) const;
+    /*! Whether a request is a segment of the block, the next one or one behind a gap in the trace, though it may look like
+     *  the beginning of another transfer.
+     */
+    bool isBlockSegment(const Heard &heard) const;
 
     /*! Nothing more will come. \a isTimeOver: and would have come by now. */
     void leave(bool isTimeOver);
@@ -72,6 +74,7 @@ private:
 
     bool waitsForServer() const;
     bool hasSegmentsOnly(const QByteArray &payload) const;
+    bool isBehindGap(const Heard &heard, int sequenceNumber) const;
     SdoStep requestOf(const QByteArray &payload);
     SdoStep answerOf(const QByteArray &payload);
     void abort(const QByteArray &payload, SdoTransfer::Outcome outcome);

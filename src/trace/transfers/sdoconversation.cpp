@@ -53,7 +53,7 @@ SdoConversation::Place SdoConversation::handleRequest(const Heard &heard, quint3
                                                       std::vector<SdoTransfer> *finished)
 {
     const std::optional<SdoStep> beginning = FollowedTransfer::beginning(heard);
-    if (beginning && !(m_current && m_current->isNextSegment(heard))) {
+    if (beginning && !(m_current && m_current->isBlockSegment(heard))) {
         FollowedTransfer next(heard, ++*begun, m_nodeId);
         overtake(heard, &next, finished);
         m_current = std::move(next);

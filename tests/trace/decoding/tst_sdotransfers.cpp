@@ -115,6 +115,10 @@ private slots:
     void copyOfASegment();
     void repeatedSegmentRequest();
     void lostSegment();
+    void segmentBehindOneThatIsLost_data();
+    void segmentBehindOneThatIsLost();
+    void requestInTheMiddleOfABlock_data();
+    void requestInTheMiddleOfABlock();
     void copyOfABlockSegment();
     void lostBlockSegment();
     void wrongSize();
@@ -499,6 +503,62 @@ void tst_SdoTransfers::lostSegment()
     QCOMPARE(transfer.outcome, Outcome::Broken);
     QVERIFY(transfer.has(SdoTransfer::LostSegment));
     QVERIFY(!transfer.hasValue());
+}
+
+void tst_SdoTransfers::segmentBehindOneThatIsLost_data()
+{
+    QTest::addColumn<int>("lost");
+
+    QTest::newRow("the next one looks like a write") << 31;
+    QTest::newRow("the next one looks like a read") << 63;
+}
+
+/*! What comes behind a gap in the trace is no request, whatever it looks like. */
+void tst_SdoTransfers::segmentBehindOneThatIsLost()
+{
+    QFETCH(int, lost);
+    Feed feed;
+    feed.add(request, "c0002000 00000000");
+    feed.add(answer, "a00020007f000000");
+    for (int number = 1; number <= 100; ++number) {
+        const QByteArray first = QByteArray(1, static_cast<char>(number)).toHex();
+        if (number != lost)
+            QCOMPARE(feed.add(request, first + "01020304050607").step, SdoStep::BlockDownloadSegment);
+    }
+    feed.add(answer, "a2647f0000000000");
+    feed.add(request, "c100000000000000");
+    feed.add(answer, "a100000000000000");
+    const SdoTransfer transfer = feed.only();
+    QCOMPARE(transfer.outcome, Outcome::Broken);
+    QVERIFY(transfer.has(SdoTransfer::LostSegment));
+    QVERIFY(!transfer.has(SdoTransfer::Overtaken));
+}
+
+void tst_SdoTransfers::requestInTheMiddleOfABlock_data()
+{
+    QTest::addColumn<QByteArray>("hex");
+    QTest::addColumn<qint64>("pause"); // before it, us
+    QTest::addColumn<int>("step");
+
+    QTest::newRow("a read at once") << QByteArray("4000100000000000") << qint64(0)
+                                    << int(SdoStep::UploadRequest);
+    QTest::newRow("a write after a while")
+        << QByteArray("2f00200001000000") << 300 * millisecond << int(SdoStep::DownloadRequest);
+    QTest::newRow("behind the block's last number")
+        << QByteArray("5000200001020304") << qint64(0) << int(SdoStep::UploadRequest);
+}
+
+void tst_SdoTransfers::requestInTheMiddleOfABlock()
+{
+    QFETCH(QByteArray, hex);
+    QFETCH(qint64, pause);
+    QFETCH(int, step);
+    Feed feed;
+    feed.add(request, "c0002000 00000000");
+    feed.add(answer, "a000200048000000"); // 72 segments
+    feed.add(request, "0101020304050607");
+    feed.wait(pause);
+    QCOMPARE(int(feed.add(request, hex).step), step);
 }
 
 void tst_SdoTransfers::copyOfABlockSegment()
