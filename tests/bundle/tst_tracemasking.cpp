@@ -99,6 +99,8 @@ private slots:
     void wrongChecksumStaysWrong();
     void noChecksumStaysNone();
     void brokenTransfer();
+    void segmentThatIsNoPartOfTheValue_data();
+    void segmentThatIsNoPartOfTheValue();
     void severalAtOnce();
     void strayFrames_data();
     void strayFrames();
@@ -319,6 +321,42 @@ void tst_TraceMasking::brokenTransfer()
     QVERIFY(!segmentsOf(result).contains("7654"));
     QCOMPARE(transfersOf(result).front().outcome, Outcome::AbortedByClient);
     QCOMPARE(result.frames.back(), trace.frames.back());
+}
+
+void tst_TraceMasking::segmentThatIsNoPartOfTheValue_data()
+{
+    QTest::addColumn<QByteArray>("asked");
+    QTest::addColumn<QByteArray>("answered");
+    QTest::addColumn<QByteArray>("asksOn");
+    QTest::addColumn<QByteArray>("segment"); // "B-76543"
+
+    QTest::newRow("wrong toggle bit") << QByteArray("4018100400000000") << QByteArray("4118100409000000")
+                                      << QByteArray("6000000000000000") << QByteArray("10422d3736353433");
+    QTest::newRow("the one before is lost")
+        << QByteArray("a41810047f000000") << QByteArray("c61810040e000000") << QByteArray("a300000000000000")
+        << QByteArray("02422d3736353433");
+    QTest::newRow("of a text") << QByteArray("a40810007f000000") << QByteArray("c60810000e000000")
+                               << QByteArray("a300000000000000") << QByteArray("02422d3736353433");
+}
+
+void tst_TraceMasking::segmentThatIsNoPartOfTheValue()
+{
+    QFETCH(QByteArray, asked);
+    QFETCH(QByteArray, answered);
+    QFETCH(QByteArray, asksOn);
+    QFETCH(QByteArray, segment);
+    Trace trace;
+    SdoTraffic traffic(&trace, 2);
+    traffic.add(request, asked);
+    traffic.add(answer, answered);
+    traffic.add(request, asksOn);
+    traffic.add(answer, segment);
+    Masking masking;
+    const Trace result = masked(trace, &masking);
+    compareShape(result, trace);
+    QVERIFY(segmentsOf(trace).contains("B-76543"));
+    QVERIFY(!segmentsOf(result).contains("76543"));
+    QCOMPARE(int(result.frames.back().bytes[0]), int(trace.frames.back().bytes[0]));
 }
 
 /*! The frames of two nodes stand among each other. */

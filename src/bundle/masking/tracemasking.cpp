@@ -148,7 +148,8 @@ void TraceMasking::mask(Trace *trace, Masking *masking) const
     FrameRewriting rewriting(masking);
     forEachTransfer(*trace, [masking, &rewriting](const SdoTransfer &transfer) {
         const QByteArray masked = masking->value(transfer.object, transfer.data);
-        if (masked != transfer.data)
+        // The frames of one that went wrong may hold what is no part of its value, and what may be the secret.
+        if (masked != transfer.data || transfer.outcome != SdoTransfer::Outcome::Done)
             rewriting.expect(transfer, masked);
     });
     SdoTransfers transfers;
