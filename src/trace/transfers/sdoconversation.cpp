@@ -53,7 +53,9 @@ SdoConversation::Place SdoConversation::handleRequest(const Heard &heard, quint3
                                                       std::vector<SdoTransfer> *finished)
 {
     const std::optional<SdoStep> beginning = FollowedTransfer::beginning(heard);
-    if (beginning && !(m_current && m_current->isBlockSegment(heard))) {
+    const auto isSegmentOf
+        = [&heard](const Followed &followed) { return followed && followed->isBlockSegment(heard); };
+    if (beginning && !isSegmentOf(m_current) && !isSegmentOf(m_overtaken)) {
         FollowedTransfer next(heard, ++*begun, m_nodeId);
         overtake(heard, &next, finished);
         m_current = std::move(next);

@@ -119,6 +119,7 @@ private slots:
     void segmentBehindOneThatIsLost();
     void requestInTheMiddleOfABlock_data();
     void requestInTheMiddleOfABlock();
+    void readOfAnotherClientInTheMiddleOfABlock();
     void copyOfABlockSegment();
     void lostBlockSegment();
     void wrongSize();
@@ -559,6 +560,32 @@ void tst_SdoTransfers::requestInTheMiddleOfABlock()
     feed.add(request, "0101020304050607");
     feed.wait(pause);
     QCOMPARE(int(feed.add(request, hex).step), step);
+}
+
+void tst_SdoTransfers::readOfAnotherClientInTheMiddleOfABlock()
+{
+    Feed feed;
+    feed.add(request, "c000200000000000");
+    feed.add(answer, "a00020007f000000");
+    for (int number = 1; number <= 70; ++number) {
+        if (number == 10)
+            feed.add(request, "4000100000000000", TraceFrame::Sent);
+        if (number == 12)
+            feed.add(answer, "4300100007000000");
+        const QByteArray first = QByteArray(1, static_cast<char>(number)).toHex();
+        QCOMPARE(feed.add(request, first + "01020304050607").step, SdoStep::BlockDownloadSegment);
+    }
+    feed.add(request, "c701020304050607");
+    feed.add(answer, "a2477f0000000000");
+    feed.add(request, "c100000000000000");
+    feed.add(answer, "a100000000000000");
+    const std::vector<SdoTransfer> transfers = feed.finished();
+    QCOMPARE(transfers.size(), std::size_t(2));
+    QCOMPARE(transfers[0].data.toHex(), QByteArray("07000000"));
+    QVERIFY(transfers[0].has(SdoTransfer::ForeignClient));
+    QCOMPARE(transfers[1].outcome, Outcome::Done);
+    QCOMPARE(transfers[1].data.size(), 71 * 7);
+    QVERIFY(transfers[1].has(SdoTransfer::ForeignClient));
 }
 
 void tst_SdoTransfers::copyOfABlockSegment()
