@@ -22,6 +22,7 @@ private slots:
     void ofABus();
     void ofAPlayedTrace();
     void ofFiles();
+    void eventsOfSeveralBuses();
     void maskedHasNoSerialNumbers();
     void otherCommandsTakeIt();
     void reportTakesIt();
@@ -150,6 +151,23 @@ void tst_BundleCommand::ofFiles()
     QCOMPARE(fileOf("c.zip", "trace.log.gz"),
              QByteArray("(1790000000.000001) can0 702#00\n(1790000000.100000) can0 082#1042010000000000\n"));
     QVERIFY(fileOf("c.zip", "events.json").contains("\"kind\": \"emergency\""));
+}
+
+/*! The same node ID on another bus is another device. */
+void tst_BundleCommand::eventsOfSeveralBuses()
+{
+    QFile log(path("t.log"));
+    QVERIFY(log.open(QIODevice::WriteOnly));
+    log.write("(1790000000.000000) can0 701#05\n(1790000000.100000) can1 701#7F\n"
+              "(1790000001.000000) can0 701#05\n(1790000001.100000) can1 701#7F\n");
+    log.close();
+    run({QStringLiteral("snapshot"), QStringLiteral("--from-trace"), log.fileName(),
+         QStringLiteral("--output"), path("s.dxsnap")});
+    const Result result
+        = run({QStringLiteral("bundle"), QStringLiteral("--snapshot"), path("s.dxsnap"),
+               QStringLiteral("--trace"), log.fileName(), QStringLiteral("--output"), path("c.zip")});
+    QVERIFY2(result.output.contains(QLatin1String("Frames: 4, events: 1")), qPrintable(result.output));
+    QVERIFY(!fileOf("c.zip", "events.json").contains("stateChanged"));
 }
 
 void tst_BundleCommand::maskedHasNoSerialNumbers()

@@ -207,7 +207,7 @@ std::optional<ExitStatus> BundleCommand::readFiles()
     return m_options.isSet(traceOption) ? readTrace() : std::nullopt;
 }
 
-/*! The events of a trace are those that its frames make. */
+/*! The events are those that the frames make on the bus of the first one: a node ID is another device on another bus. */
 std::optional<ExitStatus> BundleCommand::readTrace()
 {
     TraceInput input;
@@ -225,7 +225,8 @@ std::optional<ExitStatus> BundleCommand::readTrace()
             break;
         }
         m_bundle.trace->frames.push_back(frame);
-        events.handle(LiveFrame::of(frame.toCanBusFrame(), frame.time));
+        if (frame.channel == m_bundle.trace->frames.front().channel)
+            events.handle(LiveFrame::of(frame.toCanBusFrame(), frame.time));
         events.advance(frame.time);
     }
     m_bundle.trace->head = input.head();
