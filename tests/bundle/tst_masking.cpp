@@ -47,6 +47,7 @@ private slots:
     void values_data();
     void values();
     void wideTextKeepsItsBytes();
+    void nameInUtf8KeepsItsBytes();
     void valueOfAnotherObjectIsTheSame();
     void bytesWithZerosKeepTheirLength();
     void computer();
@@ -219,6 +220,16 @@ void tst_Masking::wideTextKeepsItsBytes()
         = QString::fromUtf16(reinterpret_cast<const ushort *>(masked.constData()), masked.size() / 2);
     QVERIFY2(QRegularExpression(QStringLiteral("^Pack ma-[0-9A-F]{4}\\.$")).match(read).hasMatch(),
              qPrintable(read));
+}
+
+void tst_Masking::nameInUtf8KeepsItsBytes()
+{
+    Masking masking;
+    masking.learnName(QStringLiteral("J\u00FCrgen M\u00FCller"));
+    const QByteArray text = "Rad von J\xC3\xBCrgen M\xC3\xBCller."; // 24 bytes
+    const QByteArray masked = masking.value(deviceName, text);
+    const QString word = masking.text(QStringLiteral("J\u00FCrgen M\u00FCller")); // "masked-3F2A"
+    QCOMPARE(masked, "Rad von " + word.toLatin1().leftJustified(15, '.') + '.');
 }
 
 void tst_Masking::valueOfAnotherObjectIsTheSame()

@@ -129,6 +129,11 @@ void Masking::learnName(const QString &name)
     if (trimmed.size() < shortestName || m_names.contains(trimmed, Qt::CaseInsensitive))
         return;
     m_names.append(trimmed);
+    const QString bytes = lettersOf(trimmed.toUtf8());
+    if (bytes != trimmed) {
+        m_names.append(bytes);
+        m_spelt.insert(bytes, trimmed);
+    }
     std::stable_sort(m_names.begin(), m_names.end(),
                      [](const QString &a, const QString &b) { return a.size() > b.size(); });
 }
@@ -185,9 +190,10 @@ void Masking::learnComputer()
         learnName(qEnvironmentVariable(variable));
 }
 
-QString Masking::standIn(const QString &secret, Length length)
+QString Masking::standIn(const QString &found, Length length)
 {
-    return length == Length::Free ? m_mask.word(secret) : m_mask.text(secret, secret.size());
+    const QString secret = m_spelt.value(found, found);
+    return length == Length::Free ? m_mask.word(secret) : m_mask.text(secret, found.size());
 }
 
 QString Masking::text(const QString &text)

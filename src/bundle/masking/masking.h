@@ -6,6 +6,7 @@
 #include <canopen/objectkey.h>
 
 #include <QByteArray>
+#include <QHash>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -67,12 +68,13 @@ private:
     QString replaceNames(QString text, Length length);
     QString replaceNumbers(const QString &text, Length length);
     QString replaceRun(const QString &run, Length length);
-    QString standIn(const QString &secret, Length length);
+    QString standIn(const QString &found, Length length);
     QByteArray replaceBytes(const QByteArray &bytes);
     bool isKnown(const QString &run) const;
 
     Mask m_mask;
-    QStringList m_names;     // the longest first
-    QSet<quint32> m_numbers; // of 32 bits, that may be looked for among bytes
-    QSet<QString> m_runs;    // of letters and digits, in capitals
+    QStringList m_names;             // the longest first
+    QHash<QString, QString> m_spelt; // names by how they look as UTF-8, a letter for each byte
+    QSet<quint32> m_numbers;         // of 32 bits, that may be looked for among bytes
+    QSet<QString> m_runs;            // of letters and digits, in capitals
 };
