@@ -157,9 +157,11 @@ SdoUpload::Step SdoUpload::giveUp()
     return isInTransfer() && m_attempt == 0 ? abortAndFail(SdoAbort::GeneralError) : endInSilence();
 }
 
+// A server that has begun a transfer in the last attempt as well is not silent: it may answer for other objects.
 SdoUpload::Step SdoUpload::endInSilence()
 {
-    Step step = finish(SdoOutcome::Kind::Timeout, 0);
+    const bool isStuck = isInTransfer();
+    Step step = isStuck ? fail(SdoAbort::ProtocolTimedOut) : finish(SdoOutcome::Kind::Timeout, 0);
     sendTimeOutAbort(&step);
     return step;
 }

@@ -103,6 +103,8 @@ private slots:
     void timeOutRepeatsAfterAnAbort();
     void timeOutBetweenSegmentsStartsAnew();
     void silenceEndsAsTimeOut();
+    void serverStuckInATransferIsNotSilent();
+    void serverGoneInATransferIsSilent();
     void giveUpSendsAbort();
     void lateAnswerIsTaken();
     void lateAbortIsTaken();
@@ -661,6 +663,32 @@ void tst_SdoUpload::silenceEndsAsTimeOut()
     QCOMPARE(upload.outcome().kind, Kind::Timeout);
     QCOMPARE(upload.outcome().repeats, 2);
     QVERIFY(isNothing(upload.timeOver()));
+}
+
+void tst_SdoUpload::serverStuckInATransferIsNotSilent()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 1);
+    QCOMPARE(sent(upload.handleResponse(nameHas9Bytes)), Frames{askSegment0});
+    QCOMPARE(sent(upload.timeOver()), (Frames{nameTimedOut, askName}));
+    upload.setTime(650);
+    QCOMPARE(sent(upload.handleResponse(nameHas9Bytes)), Frames{askSegment0});
+    const Step step = upload.timeOver();
+    QVERIFY(step.finished);
+    QCOMPARE(sent(step), Frames{nameTimedOut});
+    QCOMPARE(upload.outcome().kind, Kind::Error);
+    QCOMPARE(upload.outcome().code, 0x05040000u);
+    QCOMPARE(upload.outcome().repeats, 1);
+}
+
+void tst_SdoUpload::serverGoneInATransferIsSilent()
+{
+    SdoUpload upload;
+    upload.start(deviceName, DataType::VisibleString, 1);
+    upload.handleResponse(nameHas9Bytes);
+    QCOMPARE(sent(upload.timeOver()), (Frames{nameTimedOut, askName}));
+    QVERIFY(upload.timeOver().finished);
+    QCOMPARE(upload.outcome().kind, Kind::Timeout);
 }
 
 void tst_SdoUpload::giveUpSendsAbort()
