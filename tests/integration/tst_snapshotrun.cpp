@@ -91,6 +91,20 @@ bool isBeyondCount(const CanOpen::ObjectDictionary &dictionary, CanOpen::ObjectK
     return key.index == 0x1003 && count->data.at(0) < key.subIndex;
 }
 
+/*! Has the bus go after so many frames, now and each time that it is back, and stay away for so long. */
+void loseAgainAndAgain(SimulatedHost &host, Run *run, quint64 frames, int msAway)
+{
+    const auto lose = [&host, frames] { host.bus().loseAfter(frames, Simulator::BusLoss::Disconnected); };
+    lose();
+    QObject::connect(&run->run, &SnapshotRun::busLostChanged, &run->run,
+                     [&host, run, lose, msAway](bool isLost) {
+                         if (isLost)
+                             QTimer::singleShot(msAway, &run->run, [&host] { host.bus().restore(); });
+                         else
+                             lose();
+                     });
+}
+
 QVector<int> nodeIdsOf(const Snapshot &snapshot)
 {
     QVector<int> ids;
@@ -122,6 +136,8 @@ private slots:
     void waitsForALostBus_data();
     void waitsForALostBus();
     void busThatStaysAwayEndsIt();
+    void busThatGoesAgainAtOnceEndsIt();
+    void goesOnAfterManyLosses();
     void userDisconnects();
     void dataSheetOfANode();
     void resumes();
@@ -402,6 +418,31 @@ void tst_SnapshotRun::busThatStaysAwayEndsIt()
     QVERIFY(run.run.isCancelled());
     QVERIFY(run.run.snapshot().valueCount() > 10);
     QVERIFY(!run.run.snapshot().isComplete());
+}
+
+void tst_SnapshotRun::busThatGoesAgainAtOnceEndsIt()
+{
+    SimulatedHost host(vehicle(QStringLiteral("pedelec")));
+    QVERIFY(host.connectToBus());
+    Run run(host);
+    loseAgainAndAgain(host, &run, 1, 500);
+    run.run.start(run.order);
+    QVERIFY(run.finished.wait(5 * aMinute));
+    QVERIFY(run.run.isCancelled());
+}
+
+void tst_SnapshotRun::goesOnAfterManyLosses()
+{
+    SimulatedHost host(vehicle(QStringLiteral("pedelec")));
+    QVERIFY(host.connectToBus());
+    Run run(host);
+    QSignalSpy losses(&run.run, &SnapshotRun::busLostChanged);
+    loseAgainAndAgain(host, &run, 500, 30000);
+    run.run.start(run.order);
+    QVERIFY(run.waitForEnd());
+    QVERIFY(losses.count() > 4);
+    QVERIFY(!run.run.isCancelled());
+    QVERIFY(run.run.snapshot().isComplete());
 }
 
 void tst_SnapshotRun::userDisconnects()

@@ -46,7 +46,6 @@ SnapshotRun::SnapshotRun(BusConnection *bus, QObject *parent)
     m_listening.setSingleShot(true);
     m_listening.setInterval(listeningTime);
     m_loss.setSingleShot(true);
-    m_loss.setInterval(longestLoss);
     connect(&m_listening, &QTimer::timeout, this, [this] {
         m_wasBusFull = isFullOfOthers();
         handleListeningEnd();
@@ -139,6 +138,7 @@ void SnapshotRun::followBus()
     connect(&heartbeats, &HeartbeatConsumer::heartbeatReceived, this, &SnapshotRun::handleHeartbeat);
     connect(&heartbeats, &HeartbeatConsumer::nodeLost, m_reader.get(),
             [this](quint8 nodeId) { m_reader->setNmtState(nodeId, std::nullopt); });
+    connect(&m_bus->sdoClient(), &CanOpen::SdoClient::finished, this, &SnapshotRun::handleOutcome);
     connect(m_bus, &BusConnection::stateChanged, this, &SnapshotRun::handleState);
 }
 
@@ -188,6 +188,13 @@ void SnapshotRun::handleListeningEnd()
     m_reader->allNodesAdded();
 }
 
+void SnapshotRun::handleOutcome(const CanOpen::SdoOutcome &outcome)
+{
+    using Kind = CanOpen::SdoOutcome::Kind;
+    if (outcome.kind == Kind::Value || outcome.kind == Kind::Abort)
+        m_lostSince.reset();
+}
+
 void SnapshotRun::handleState(BusConnection::State state)
 {
     if (!m_isRunning)
@@ -201,7 +208,7 @@ void SnapshotRun::handleState(BusConnection::State state)
         break;
     case BusConnection::State::Lost:
         m_listening.stop();
-        m_loss.start();
+        waitForBus();
         setLost(true);
         break;
     case BusConnection::State::Disconnected:
@@ -210,6 +217,15 @@ void SnapshotRun::handleState(BusConnection::State state)
     case BusConnection::State::Connecting:
         break;
     }
+}
+
+/*! An adapter that cannot send, as one that is bus-off, can be opened all the same, and is lost with the next question. */
+void SnapshotRun::waitForBus()
+{
+    const qint64 now = m_clock.elapsed();
+    if (!m_lostSince)
+        m_lostSince = now;
+    m_loss.start(std::max(longestLoss - milliseconds(now - *m_lostSince), milliseconds::zero()));
 }
 
 void SnapshotRun::setLost(bool isLost)

@@ -41,7 +41,9 @@ class SnapshotRun : public QObject
 public:
     /*! How long heartbeats are waited for, before nobody more is expected. */
     static constexpr std::chrono::milliseconds listeningTime{2000};
-    /*! How long a lost bus is waited for; then the run ends as if it had been cancelled. */
+    /*! How long a lost bus is waited for; then the run ends as if it had been cancelled. A bus that is back and goes again
+     *  before any device has answered was never back.
+     */
     static constexpr std::chrono::milliseconds longestLoss{60000};
 
     /*! \a bus is connected, and must outlive the run. */
@@ -88,7 +90,9 @@ private:
     void listen();
     void handleHeartbeat(quint8 nodeId);
     void handleListeningEnd();
+    void handleOutcome(const CanOpen::SdoOutcome &outcome);
     void handleState(BusConnection::State state);
+    void waitForBus();
     void setLost(bool isLost);
     void handleFinished();
     bool isWanted(quint8 nodeId) const;
@@ -104,10 +108,11 @@ private:
     QTimer m_listening;
     QTimer m_loss;
     QElapsedTimer m_clock;
-    qint64 m_offset = 0;       // ms from the snapshot's time to the start of the clock
-    quint64 m_bitsBefore = 0;  // of the bus, without ours, when the listening began
-    qint64 m_listenedFrom = 0; // ms of the clock
-    bool m_wasBusFull = false; // while nodes were listened for
+    std::optional<qint64> m_lostSince; // ms of the clock; empty while devices answer
+    qint64 m_offset = 0;               // ms from the snapshot's time to the start of the clock
+    quint64 m_bitsBefore = 0;          // of the bus, without ours, when the listening began
+    qint64 m_listenedFrom = 0;         // ms of the clock
+    bool m_wasBusFull = false;         // while nodes were listened for
     bool m_isRunning = false;
     bool m_isListening = false;
     bool m_isLost = false;
