@@ -98,7 +98,7 @@ void PatienceSettings::apply(CanOpen::SdoClient *client, const PatienceSettings 
 {
     client->setDefaultPatience(toClient(general));
     for (auto it = previous.nodes.cbegin(); it != previous.nodes.cend(); ++it)
-        client->setPatience(it.key(), toClient(general));
+        client->setPatience(it.key(), std::nullopt);
     for (auto it = nodes.cbegin(); it != nodes.cend(); ++it)
         client->setPatience(it.key(), toClient(it.value()));
 }

@@ -110,10 +110,10 @@ void SdoClient::setDefaultPatience(const SdoPatience &patience)
     m_defaultPatience = withinRange(patience);
 }
 
-void SdoClient::setPatience(quint8 nodeId, const SdoPatience &patience)
+void SdoClient::setPatience(quint8 nodeId, const std::optional<SdoPatience> &patience)
 {
     if (isNodeId(nodeId))
-        nodeFor(nodeId).patience = withinRange(patience);
+        nodeFor(nodeId).patience = patience ? std::optional(withinRange(*patience)) : std::nullopt;
 }
 
 SdoTicket SdoClient::upload(quint8 nodeId, ObjectKey key, DataType type, milliseconds timeout,

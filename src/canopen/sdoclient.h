@@ -78,8 +78,8 @@ public:
 
     /*! The patience with every node that has none of its own; holds from the next upload on. */
     void setDefaultPatience(const SdoPatience &patience);
-    /*! The patience with one node (1 to 127). */
-    void setPatience(quint8 nodeId, const SdoPatience &patience);
+    /*! The patience with one node (1 to 127); empty: the default, as it is or will be. */
+    void setPatience(quint8 nodeId, const std::optional<SdoPatience> &patience);
 
     /*! What tells how full the bus is; its caller's, and must outlive the client. Null, as at first: nothing does. */
     void setBusLoad(const BusLoad *load) { m_load = load; }

@@ -133,6 +133,11 @@ void tst_PatienceSettings::nodeWithoutOwnPatienceWaitsAsAll()
     now.general = {20, 1};
     now.apply(&client, before);
     QCOMPARE(requestsUntilSilence(&client, 7), 2);
+    // Also when that is changed later.
+    PatienceSettings later;
+    later.general = {20, 2};
+    later.apply(&client, now);
+    QCOMPARE(requestsUntilSilence(&client, 7), 3);
 }
 
 QTEST_GUILESS_MAIN(tst_PatienceSettings)
