@@ -31,6 +31,7 @@ private slots:
     void nodeWithoutHeartbeat();
     void nodeWithFailures();
     void nodeThatIsNotThere();
+    void nodeThatIsHeardIsThere();
     void nodeThatFallsSilent();
     void silentObjectsDoNotEndIt();
     void nodeWithReport();
@@ -39,7 +40,7 @@ private:
     bool copyBattery() const;
     Result get(const QString &arguments) const;
     Result readNode(const QString &vehicle, int nodeId, const QStringList &more = {}) const;
-    QString writeVehicle(const QByteArray &name, const QByteArray &faults) const;
+    QString writeVehicle(const QByteArray &name, const QByteArray &faults, int heartbeat = 0) const;
 
     QTemporaryDir m_folder;
     QString m_vehicle;
@@ -68,14 +69,14 @@ bool tst_Get::copyBattery() const
            > 0;
 }
 
-/*! One node, 9, without a heartbeat; node 1 is missing. */
-QString tst_Get::writeVehicle(const QByteArray &name, const QByteArray &faults) const
+/*! One node, 9, with a heartbeat every so many ms (0: none); node 1 is missing. */
+QString tst_Get::writeVehicle(const QByteArray &name, const QByteArray &faults, int heartbeat) const
 {
     QFile file(m_folder.filePath(QString::fromLatin1(name) + QStringLiteral(".json")));
     if (file.open(QIODevice::WriteOnly)) {
         file.write("{ \"name\": \"test\", \"nodes\": [ { \"id\": 9, \"dictionary\": \"node.dcf\", "
-                   "\"heartbeatMs\": 0, \"faults\": ["
-                   + faults + "] } ] }");
+                   "\"heartbeatMs\": "
+                   + QByteArray::number(heartbeat) + ", \"faults\": [" + faults + "] } ] }");
     }
     return file.fileName();
 }
@@ -316,6 +317,23 @@ void tst_Get::nodeThatIsNotThere()
                             "on, the cable, and the bit rate.\n"));
     QCOMPARE(result.output, QString());
     QVERIFY(!QFile::exists(exported));
+}
+
+void tst_Get::nodeThatIsHeardIsThere()
+{
+    const Result stopped = readNode(writeVehicle("stopped", R"({"kind": "stopped"})", 50), 9);
+    QCOMPARE(stopped.status, 4);
+    QCOMPARE(stopped.errors,
+             QStringLiteral("The read stopped at node 9, object 1018h sub-index 0, because the node is in "
+                            "the state Stopped and answers no SDO. Values read until then: 0.\n"
+                            "Node 9, object 1000h sub-index 0: No answer\n"
+                            "Node 9, object 1001h sub-index 0: No answer\n"));
+    const Result silent = readNode(writeVehicle("silent", R"({"kind": "sdoSilent"})", 50), 9);
+    QCOMPARE(silent.status, 4);
+    QVERIFY2(silent.errors.startsWith(
+                 QStringLiteral("The read stopped at node 9, object 1018h sub-index 0, because it did not "
+                                "answer. Values read until then: 0. A larger --timeout or more --retries ")),
+             qPrintable(silent.errors));
 }
 
 void tst_Get::nodeThatFallsSilent()

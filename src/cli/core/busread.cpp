@@ -97,7 +97,9 @@ std::optional<ExitStatus> BusRead::checkNode()
     const bool isSilent = how.end == ReadSummary::End::NoAnswer
                           && how.record.failures().size() == how.record.total().objects()
                           && how.record.total().objects() == NodeReader::mostSilences;
-    if (!isSilent || m_services.silenceOf(how.nodeId) == ReadWords::Silence::BusFull)
+    // One that is heard is there, and the cable is in order.
+    const bool isHeard = m_services.bus().heartbeats().state(how.nodeId).has_value();
+    if (!isSilent || isHeard || m_services.silenceOf(how.nodeId) == ReadWords::Silence::BusFull)
         return std::nullopt;
     Console::printError(
         tr("Nothing was read: node %1 does not answer. Check that it is switched on, the cable, "
