@@ -45,19 +45,25 @@ std::optional<qint64> numberIn(const QString &folder, const char *name)
     return isNumber ? std::optional(number) : std::nullopt;
 }
 
+/*! Serial lines have no device either, with many kernels, and an adapter all the same. */
+bool isVirtualKind(const QString &kind)
+{
+    return kind == QLatin1String("vcan") || kind == QLatin1String("vxcan");
+}
+
 InterfaceFacts interfaceIn(const QString &folder, const QString &name, const ComputerPlaces &places)
 {
     InterfaceFacts facts;
     facts.name = name;
     facts.isUp = (static_cast<uint>(numberIn(folder, "flags").value_or(0)) & interfaceIsUp) != 0;
-    facts.isVirtual = !QFileInfo::exists(folder + QStringLiteral("/device"));
+    facts.isVirtual = isVirtualKind(places.kind(name));
     if (const std::optional<qint64> length = numberIn(folder, "tx_queue_len"))
         facts.queueLength = static_cast<int>(std::clamp<qint64>(*length, 0, std::numeric_limits<int>::max()));
     const std::optional<qint64> overruns = numberIn(folder, "statistics/rx_over_errors");
     const std::optional<qint64> dropped = numberIn(folder, "statistics/rx_dropped");
     if (overruns || dropped)
         facts.lost = overruns.value_or(0) + dropped.value_or(0);
-    if (!facts.isVirtual)
+    if (QFileInfo::exists(folder + QStringLiteral("/device")))
         facts.controller = places.controller(name);
     return facts;
 }

@@ -3,6 +3,8 @@
 
 #include "controllers.h"
 
+#include <bus/socketcan/interfacekind.h>
+
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -24,7 +26,7 @@ struct InterfaceFacts
 {
     QString name;
     bool isUp = false;
-    bool isVirtual = false;         //!< it has no device
+    bool isVirtual = false;         //!< it is made of software, and leads to no wire
     std::optional<int> queueLength; //!< frames that may wait to be sent
     std::optional<qint64> lost;     //!< received frames that were lost since the start of the computer
     ControllerFacts controller;
@@ -66,6 +68,7 @@ struct ComputerPlaces
     QString usb = QStringLiteral("/sys/bus/usb/devices");
     QString devices = QStringLiteral("/dev");
     std::function<ControllerFacts(const QString &)> controller = Controllers::of;
+    std::function<QString(const QString &)> kind = interfaceKind;
 };
 
 namespace Computer {

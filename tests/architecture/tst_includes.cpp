@@ -73,7 +73,7 @@ const QList<Rule> &rules()
           QStringLiteral("store"), QStringLiteral("snapshot"), QStringLiteral("checkup"),
           QStringLiteral("live/core"), QStringLiteral("live/values"), QStringLiteral("trace/core"),
           QStringLiteral("trace/transfers")}},
-        {"doctor", {QStringLiteral("bus"), QStringLiteral("checkup")}},
+        {"doctor", {QStringLiteral("bus"), QStringLiteral("bus/socketcan"), QStringLiteral("checkup")}},
         {"bundle/masking",
          {QStringLiteral("system"), QStringLiteral("canopen"), QStringLiteral("interpreter"),
           QStringLiteral("snapshot"), QStringLiteral("trace/core"), QStringLiteral("trace/transfers"),

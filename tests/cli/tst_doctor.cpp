@@ -28,6 +28,9 @@ public:
             asked.append(name);
             return controller;
         };
+        places.kind = [](const QString &name) {
+            return name.startsWith(QLatin1Char('v')) ? name.left(name.size() - 1) : QString();
+        };
     }
 
     void write(const QString &path, const QByteArray &text)
@@ -100,6 +103,7 @@ private slots:
     void tools();
     void backEnds();
     void looksAtInterfaces();
+    void serialLineIsNotVirtual();
     void looksAtOddInterfaces();
     void looksAtAdapters();
     void looksAtDeviceFiles();
@@ -298,6 +302,21 @@ void tst_Doctor::looksAtInterfaces()
     QVERIFY(!found.at(1).isUp && found.at(1).isVirtual);
     QVERIFY(!found.at(1).lost);
     QCOMPARE(computer.asked, QStringList{QStringLiteral("can0")}); // a virtual one has no controller
+}
+
+/*! It has no device in the network, as virtual ones. */
+void tst_Doctor::serialLineIsNotVirtual()
+{
+    FakeComputer computer;
+    computer.addInterface(QStringLiteral("slcan0"), "280\n", "0x10c1\n");
+    computer.addInterface(QStringLiteral("vxcan0"), "280\n", "0x10c1\n");
+    ComputerFacts facts = goodComputer();
+    facts.interfaces = Computer::interfaces(computer.places);
+    const QVector<Diagnosed> all = Diagnosis::of(facts);
+    QCOMPARE(all.at(0).text, QStringLiteral("slcan0 is switched on; its driver does not tell the bit rate."));
+    QCOMPARE(all.at(1).text, QStringLiteral("vxcan0 is switched on; it is virtual and leads to no vehicle "
+                                            "outside this computer."));
+    QCOMPARE(computer.asked, QStringList());
 }
 
 void tst_Doctor::looksAtOddInterfaces()
