@@ -51,7 +51,8 @@ void tst_Get::initTestCase()
     QVERIFY(copyBattery());
     m_vehicle = writeVehicle("vehicle", R"({"kind": "wrongWidth", "bytes": 4, "object": "1001"},
                                            {"kind": "sdoAbort", "code": "0x08000022", "object": "6002sub1"},
-                                           {"kind": "sdoSilent", "object": "6003sub1"})");
+                                           {"kind": "sdoSilent", "object": "6003sub1"},
+                                           {"kind": "sizeBits", "expedited": 0, "object": "6105sub1"})");
 }
 
 /*! The battery, with a text of which only its maker knows that it is one. */
@@ -197,6 +198,10 @@ void tst_Get::fails_data()
     QTest::newRow("another size than was asked for")
         << QStringLiteral("9 1018 1 --type u8") << 7
         << QStringLiteral("Node 9, object 1018h sub-index 1: There are more bytes than the data type has "
+                          "(0607 0012h)\n");
+    QTest::newRow("another size, and no bytes")
+        << QStringLiteral("9 6105 1") << 7
+        << QStringLiteral("Node 9, object 6105h sub-index 1: There are more bytes than the data type has "
                           "(0607 0012h)\n");
     QTest::newRow("silent object") << QStringLiteral("9 6003 1") << 4
                                    << QStringLiteral("Node 9, object 6003h sub-index 1: No answer\n");

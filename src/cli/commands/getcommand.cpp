@@ -140,7 +140,9 @@ ExitStatus GetCommand::readObject()
     const bool isOtherType = m_type && !m_isTypeChosen && saysOtherLength(outcome);
     if (isOtherType && !m_loop.isInterrupted()) {
         m_type.reset();
-        outcome = ask(CanOpen::rawBytes);
+        const CanOpen::SdoOutcome raw = ask(CanOpen::rawBytes);
+        if (raw.kind == CanOpen::SdoOutcome::Kind::Value || raw.kind == CanOpen::SdoOutcome::Kind::Cancelled)
+            outcome = raw; // else the first failure says more
     }
     if (m_loop.isInterrupted()) {
         Console::printError(GetCommandTr::tr("Interrupted."));
