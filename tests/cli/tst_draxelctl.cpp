@@ -72,6 +72,7 @@ private slots:
     void simulatesExportedVehicle();
     void simulationEndsBySignal();
     void scansSilentNodes();
+    void scanSaysWhoIsHeardAndDoesNotAnswer();
     void scanFindsNobody();
 
 private:
@@ -538,6 +539,29 @@ void tst_DraxelCtl::scansSilentNodes()
                QStringLiteral("--bitrate"), QStringLiteral("0")});
     QVERIFY2(result.status == 0, qPrintable(result.errors));
     QCOMPARE(result.output, QStringLiteral("Node 3 answers\nNode 127 answers\n2 nodes found\n"));
+}
+
+void tst_DraxelCtl::scanSaysWhoIsHeardAndDoesNotAnswer()
+{
+    const QByteArray stopped = "{ \"id\": 3, \"dictionary\": \"node.dcf\", \"heartbeatMs\": 50, "
+                               "\"faults\": [{\"kind\": \"stopped\"}] }";
+    const QByteArray others = ", { \"id\": 5, \"dictionary\": \"node.dcf\", \"heartbeatMs\": 50, "
+                              "\"faults\": [{\"kind\": \"sdoSilent\"}] }, "
+                              "{ \"id\": 7, \"dictionary\": \"node.dcf\", \"heartbeatMs\": 50 }";
+    const auto scan = [this](const QByteArray &nodes) {
+        return run({QStringLiteral("scan"), QStringLiteral("--bus"),
+                    QStringLiteral("simulated:") + writeVehicle(nodes.constData()),
+                    QStringLiteral("--bitrate"), QStringLiteral("0")});
+    };
+    const Result some = scan(stopped + others);
+    QCOMPARE(some.status, 0);
+    QCOMPARE(some.output, QStringLiteral("Node 7 answers\n1 nodes found\n"));
+    QCOMPARE(some.errors, QStringLiteral("Node 3 is in the state Stopped and answers no SDO.\n"
+                                         "Node 5 sends a heartbeat, but does not answer.\n"));
+    const Result none = scan(stopped);
+    QCOMPARE(none.status, 3);
+    QCOMPARE(none.output, QStringLiteral("0 nodes found\n"));
+    QCOMPARE(none.errors, QStringLiteral("Node 3 is in the state Stopped and answers no SDO.\n"));
 }
 
 void tst_DraxelCtl::scanFindsNobody()

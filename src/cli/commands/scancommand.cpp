@@ -7,6 +7,7 @@
 #include <cli/core/interruptibleloop.h>
 #include <cli/core/progressline.h>
 
+#include <canopen/cobid.h>
 #include <canopen/nodescan.h>
 #include <bus/busconnection.h>
 #include <host/core/readwords.h>
@@ -18,19 +19,39 @@ struct ScanCommandTr
     Q_DECLARE_TR_FUNCTIONS(ScanCommand)
 };
 
-ExitStatus report(const CanOpen::NodeScan &scan)
+/*! Says of the nodes that were asked in vain which are there all the same. Whether there are any. */
+bool reportHeard(const CanOpen::NodeScan &scan, const CanOpen::HeartbeatConsumer &heartbeats)
+{
+    bool isAnyHeard = false;
+    for (quint8 nodeId = CanOpen::firstNodeId; nodeId <= CanOpen::lastNodeId; ++nodeId) {
+        const std::optional<CanOpen::NmtState> state = heartbeats.state(nodeId);
+        if (!state || scan.foundNodes().contains(nodeId))
+            continue;
+        isAnyHeard = true;
+        Console::printError(
+            *state == CanOpen::NmtState::Stopped
+                ? ScanCommandTr::tr("Node %1 is in the state Stopped and answers no SDO.").arg(nodeId)
+                : ScanCommandTr::tr("Node %1 sends a heartbeat, but does not answer.").arg(nodeId));
+    }
+    return isAnyHeard;
+}
+
+ExitStatus report(const CanOpen::NodeScan &scan, const CanOpen::HeartbeatConsumer &heartbeats)
 {
     const QVector<quint8> found = scan.foundNodes();
     const QVector<quint8> unasked = scan.unaskedNodes();
     Console::print(ScanCommandTr::tr("%1 nodes found").arg(found.size()));
+    const bool isAnyHeard = reportHeard(scan, heartbeats);
     if (!unasked.isEmpty()) {
         Console::printError(ReadWords::unknownNodes(unasked));
         return Exit::stoppedEarly;
     }
     if (!found.isEmpty())
         return Exit::success;
-    Console::printError(ScanCommandTr::tr(
-        "No node answered. Check that the vehicle is switched on, the cable, and the bit rate."));
+    if (!isAnyHeard) {
+        Console::printError(ScanCommandTr::tr(
+            "No node answered. Check that the vehicle is switched on, the cable, and the bit rate."));
+    }
     return Exit::noUsableNode;
 }
 
@@ -66,7 +87,7 @@ ExitStatus scan(const BusSettings &settings)
             ScanCommandTr::tr("The scan was stopped, because the bus was lost: %1").arg(bus.lossReason()));
         return Exit::stoppedEarly;
     }
-    return report(nodeScan);
+    return report(nodeScan, bus.heartbeats());
 }
 
 } // namespace
