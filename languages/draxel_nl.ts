@@ -1466,6 +1466,21 @@
     </message>
 </context>
 <context>
+    <name>CommunicationValues</name>
+    <message>
+        <source>%1 (not used)</source>
+        <translation>%1 (niet gebruikt)</translation>
+    </message>
+    <message>
+        <source>%1 (%2 bit)</source>
+        <translation>%1 (%2 bits)</translation>
+    </message>
+    <message>
+        <source>node %1, %2 ms</source>
+        <translation>node %1, %2 ms</translation>
+    </message>
+</context>
+<context>
     <name>ComparisonDialog</name>
     <message>
         <source>What has changed</source>

@@ -1457,6 +1457,21 @@
     </message>
 </context>
 <context>
+    <name>CommunicationValues</name>
+    <message>
+        <source>%1 (not used)</source>
+        <translation>%1（未使用）</translation>
+    </message>
+    <message>
+        <source>%1 (%2 bit)</source>
+        <translation>%1（%2 位）</translation>
+    </message>
+    <message>
+        <source>node %1, %2 ms</source>
+        <translation>节点 %1，%2 ms</translation>
+    </message>
+</context>
+<context>
     <name>ComparisonDialog</name>
     <message>
         <source>What has changed</source>

@@ -2,6 +2,7 @@
 #include "objectwords.h"
 
 #include "communicationnames.h"
+#include "communicationvalues.h"
 
 #include <canopen/plaintext.h>
 #include <interpreter/datainterpreter.h>
@@ -77,6 +78,9 @@ QString numberText(ObjectKey key, const QVariant &value)
     const ObjectDescription *description = objectDescriptions().find(key.index);
     if (description != nullptr && description->unit != nullptr)
         return withUnit(*description->unit, ObjectWords::number(key, value.toDouble()));
+    const QString communication = CommunicationValues::text(key, value.toULongLong(), numberLocale());
+    if (!communication.isEmpty())
+        return communication;
     const QString formatted = DataInterpreter::formatValue(key.index, key.subIndex, value);
     const bool isPlain = formatted.isEmpty() || formatted == QString::number(value.toUInt());
     return isPlain ? plainNumber(value) : formatted;

@@ -12,9 +12,10 @@
 /*! How values and objects are said in findings and comparisons. */
 namespace ObjectWords {
 
-/*! The value with its unit, as the overview shows it; temperatures below zero with their sign, see number(). Cell voltages 6165h to 6174h, which have no unit in the object
- *  table, are millivolts. Texts stand as they are, bytes as hexadecimal digits, numbers without a unit as they are; no
- *  control characters.
+/*! The value with its unit, as the overview shows it; temperatures below zero with their sign, see number(). Cell voltages
+ *  6165h to 6174h, which have no unit in the object table, are millivolts. Identifiers, times and mappings that the overview
+ *  does not know stand as CommunicationValues writes them, texts as they are, bytes as hexadecimal digits, numbers without a
+ *  unit as they are; no control characters.
  */
 QString value(CanOpen::ObjectKey key, const QVariant &value);
 

@@ -86,10 +86,10 @@ void tst_TraceShow::words()
         QString::fromUtf8(
             "2026-09-03\n"
             "12:03:11.204              2  PDO 2: Device actual voltage = 39.30 V\n"
-            "12:03:11.205     1.0 ms   2  read 1801h.1 Sent PDO 2 = 642 (2 frames, 1.0 ms)\n"
+            "12:03:11.205     1.0 ms   2  read 1801h.1 Sent PDO 2 = 282h (2 frames, 1.0 ms)\n"
             "12:03:11.205     0.5 ms      SYNC\n"
             "12:03:11.207     1.5 ms   2  read 1A01h.0 Sent PDO 2, mapping = 1 (2 frames, 1.0 ms)\n"
-            "12:03:11.209     2.0 ms   2  read 1A01h.1 Sent PDO 2, mapping = 1614807328 (2 frames, 1.0 ms)\n"
+            "12:03:11.209     2.0 ms   2  read 1A01h.1 Sent PDO 2, mapping = 6040h.1 (32 bit) (2 frames, 1.0 ms)\n"
             "12:03:11.300    91.0 ms   4  fault: read 6164h.2 Relative battery Wh capacity: no answer "
             "(2 frames, 500.0 ms)\n"
             "12:03:13.000     1.70 s   4  fault: emergency 4210h: device temperature, error register 09h "
@@ -151,7 +151,7 @@ void tst_TraceShow::json()
     QCOMPARE(transfer.value(QStringLiteral("frames")).toInt(), 2);
     QVERIFY(transfer.value(QStringLiteral("value")).isNull());
     const QJsonObject read = lines.at(1).value(QStringLiteral("transfer")).toObject();
-    QCOMPARE(read.value(QStringLiteral("value")).toString(), QStringLiteral("642"));
+    QCOMPARE(read.value(QStringLiteral("value")).toString(), QStringLiteral("282h"));
     QCOMPARE(read.value(QStringLiteral("bytes")).toString(), QStringLiteral("82 02 00 00"));
     QCOMPARE(read.value(QStringLiteral("problems")).toArray().size(), 0);
 }

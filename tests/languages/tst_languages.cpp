@@ -303,6 +303,7 @@ void tst_Languages::contexts_data()
                                          QStringLiteral("CheckupSession"),
                                          QStringLiteral("CheckupWords"),
                                          QStringLiteral("CommunicationNames"),
+                                         QStringLiteral("CommunicationValues"),
                                          QStringLiteral("ComparisonDialog"),
                                          QStringLiteral("ComponentDetails"),
                                          QStringLiteral("ComponentGaps"),
@@ -735,6 +736,7 @@ void tst_Languages::onlyNamesStayAsTheyAre()
         {"draxel", "de nl", "Lo&go:"},
         {"draxel", "nl", "Nodes"},
         {"draxel", "nl", "byte %1"},
+        {"draxel", "nl", "node %1, %2 ms"},
     };
 
     QStringList expected;
