@@ -3,10 +3,10 @@
 
 #include <utility>
 
-VisitKeeper::VisitKeeper(ArchiveWorker *worker, const WaitingVisits &waiting, QObject *parent)
+VisitKeeper::VisitKeeper(ArchiveWorker *worker, WaitingVisits waiting, QObject *parent)
     : QObject(parent)
     , m_worker(worker)
-    , m_waiting(waiting)
+    , m_waiting(std::move(waiting))
 {
     connect(worker, &ArchiveWorker::opened, this, &VisitKeeper::deliver);
 }

@@ -17,7 +17,7 @@ class VisitKeeper : public QObject
 
 public:
     /*! \a worker must outlive the keeper. */
-    explicit VisitKeeper(ArchiveWorker *worker, const WaitingVisits &waiting = WaitingVisits(),
+    explicit VisitKeeper(ArchiveWorker *worker, WaitingVisits waiting = WaitingVisits(),
                          QObject *parent = nullptr);
 
     /*! One of kept(), isWaiting() and failed() follows. */

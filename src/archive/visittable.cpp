@@ -288,13 +288,12 @@ bool VisitTable::setVehicle(qint64 visitId, qint64 vehicleId)
 
 bool VisitTable::remove(qint64 visitId)
 {
-    for (const char *statement :
-         {"DELETE FROM draxel_entries WHERE visit = ?", "DELETE FROM draxel_component WHERE visit = ?",
-          "DELETE FROM draxel_visit WHERE id = ?"}) {
-        if (!m_database.run(QLatin1String(statement), {visitId}))
-            return false;
-    }
-    return true;
+    const auto statements
+        = {"DELETE FROM draxel_entries WHERE visit = ?", "DELETE FROM draxel_component WHERE visit = ?",
+           "DELETE FROM draxel_visit WHERE id = ?"};
+    return std::all_of(statements.begin(), statements.end(), [&](const char *statement) {
+        return m_database.run(QLatin1String(statement), {visitId}).has_value();
+    });
 }
 
 QString VisitTable::damagedText(qint64 visitId)

@@ -27,7 +27,8 @@ QString WaitingVisits::standardFolder()
 QString WaitingVisits::fileOf(const Snapshot &snapshot) const
 {
     const QString time = snapshot.time.toUTC().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    return QStringLiteral("%1/%2-%3.dxsnap").arg(m_folder, time, SnapshotFile::fingerprint(snapshot).left(16));
+    return QStringLiteral("%1/%2-%3.dxsnap")
+        .arg(m_folder, time, SnapshotFile::fingerprint(snapshot).left(16));
 }
 
 std::optional<QString> WaitingVisits::save(const Snapshot &snapshot,
@@ -84,7 +85,8 @@ WaitingVisits::Delivery WaitingVisits::deliver(Archive &archive) const
             delivery.problems.append(error);
             continue;
         }
-        const std::optional<KeptVisit> visit = archive.addJudged(*snapshot, WaitingVerdict::load(path), &error);
+        const std::optional<KeptVisit> visit
+            = archive.addJudged(*snapshot, WaitingVerdict::load(path), &error);
         if (!visit) {
             delivery.problems.append(error);
             break;

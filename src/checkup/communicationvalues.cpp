@@ -51,7 +51,7 @@ Form formOf(CanOpen::ObjectKey key)
     constexpr quint16 endOfArea = 0x2000;
     if (key.index >= endOfArea)
         return Form::Plain;
-    const auto row = std::find_if(std::begin(forms), std::end(forms), [key](const FormRow &candidate) {
+    const auto *const row = std::find_if(std::begin(forms), std::end(forms), [key](const FormRow &candidate) {
         return key.index >= candidate.first && key.index <= candidate.last
                && key.subIndex >= candidate.firstSub && key.subIndex <= candidate.lastSub;
     });

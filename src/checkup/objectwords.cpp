@@ -78,7 +78,7 @@ QString numberText(ObjectKey key, const QVariant &value)
     const ObjectDescription *description = objectDescriptions().find(key.index);
     if (description != nullptr && description->unit != nullptr)
         return withUnit(*description->unit, ObjectWords::number(key, value.toDouble()));
-    const QString communication = CommunicationValues::text(key, value.toULongLong(), numberLocale());
+    QString communication = CommunicationValues::text(key, value.toULongLong(), numberLocale());
     if (!communication.isEmpty())
         return communication;
     const QString formatted = DataInterpreter::formatValue(key.index, key.subIndex, value);

@@ -566,8 +566,9 @@ void MainWindow::connectRecords()
                    tr("%n visit(s) that had waited are in the archive now.", nullptr, count));
     });
     connect(m_records, &VehicleRecords::deliveryFailed, this, [this](const QString &reason) {
-        m_log->add(MessageLog::Severity::Warning,
-                   tr("Visits that wait on this computer cannot be delivered to the archive: %1").arg(reason));
+        m_log->add(
+            MessageLog::Severity::Warning,
+            tr("Visits that wait on this computer cannot be delivered to the archive: %1").arg(reason));
     });
 }
 

@@ -11,7 +11,7 @@ namespace Simulator {
 
 namespace {
 
-constexpr qint64 longestTimer = 24 * 60 * 60 * 1000; // ms; an earlier end does no harm
+constexpr qint64 longestTimer = Q_INT64_C(24) * 60 * 60 * 1000; // ms; an earlier end does no harm
 
 } // namespace
 

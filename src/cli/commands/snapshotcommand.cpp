@@ -140,7 +140,7 @@ void SnapshotCommand::sayWhatIsNotRecognized() const
 /*! Where to write. A snapshot of other devices is not replaced by what was to complete it. */
 QString SnapshotCommand::outputName() const
 {
-    const QString wanted = m_options.value(outputOption);
+    QString wanted = m_options.value(outputOption);
     if (m_bus.replacedNodes().isEmpty() && !m_bus.isOtherVehicle())
         return wanted;
     const QString earlier = m_options.value(resumeOption);

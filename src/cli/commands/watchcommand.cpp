@@ -36,7 +36,7 @@ private:
     std::optional<ExitStatus> openTable();
     ExitStatus watch();
     void write(const QByteArray &lines);
-    ExitStatus finish(ExitStatus waited, const WatchedValues &values, const WatchPrinter &printer);
+    ExitStatus finish(ExitStatus waited, const WatchedValues &values, const WatchPrinter &printer) const;
 
     CommandArguments m_options{
         QStringLiteral("watch"),
@@ -157,7 +157,8 @@ ExitStatus WatchCommand::watch()
     return finish(waited, values, printer);
 }
 
-ExitStatus WatchCommand::finish(ExitStatus waited, const WatchedValues &values, const WatchPrinter &printer)
+ExitStatus WatchCommand::finish(ExitStatus waited, const WatchedValues &values,
+                                const WatchPrinter &printer) const
 {
     const QStringList problems = values.problems();
     for (const QString &problem : problems)

@@ -106,7 +106,7 @@ std::optional<ExitStatus> ReplayCommand::parseSpeed()
     if (isNumber && m_speed >= TracePlayer::slowest && m_speed <= TracePlayer::fastest)
         return std::nullopt;
     return m_options.complain(
-        TraceReplayTr::tr("--speed takes a number from 0.01 to 1000, or \"max\", not \"%1\".").arg(text));
+        TraceReplayTr::tr(R"(--speed takes a number from 0.01 to 1000, or "max", not "%1".)").arg(text));
 }
 
 /*! Nobody sends to a real vehicle by a slip of the finger. */

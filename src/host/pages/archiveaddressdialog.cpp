@@ -37,14 +37,20 @@ ArchiveAddressDialog::ArchiveAddressDialog(QWidget *parent)
     m_problem->setObjectName(QStringLiteral("archiveAddressProblem"));
     m_problem->setTextFormat(Qt::PlainText);
     m_problem->setWordWrap(true);
-    auto *elsewhere = new QLabel(tr("Another file, or a database that several desks share:"), this);
-    elsewhere->setWordWrap(true);
-    elsewhere->setBuddy(m_address);
     (m_address->text().isEmpty() ? m_own : m_other)->setChecked(true);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &ArchiveAddressDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_other, &QRadioButton::toggled, this, &ArchiveAddressDialog::showChoice);
+    arrange(buttons);
+    showChoice();
+}
+
+void ArchiveAddressDialog::arrange(QWidget *buttons)
+{
+    auto *elsewhere = new QLabel(tr("Another file, or a database that several desks share:"), this);
+    elsewhere->setWordWrap(true);
+    elsewhere->setBuddy(m_address);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_own);
     layout->addWidget(m_other);
@@ -52,7 +58,6 @@ ArchiveAddressDialog::ArchiveAddressDialog(QWidget *parent)
     layout->addWidget(m_address);
     layout->addWidget(m_problem);
     layout->addWidget(buttons);
-    showChoice();
 }
 
 void ArchiveAddressDialog::showChoice()

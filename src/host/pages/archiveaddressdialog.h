@@ -18,6 +18,7 @@ public:
     void accept() override;
 
 private:
+    void arrange(QWidget *buttons);
     void showChoice();
 
     QRadioButton *m_own;
