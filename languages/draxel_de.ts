@@ -4981,6 +4981,13 @@ Jetzt: %2</translation>
         <source>Not complete: the read of %1 ended early. What is missing was not read.</source>
         <translation>Nicht vollständig: Das Lesen am %1 endete vorzeitig. Was fehlt, wurde nicht gelesen.</translation>
     </message>
+    <message numerus="yes">
+        <source>Not complete: %n value(s) could not be read on %1. The messages name them.</source>
+        <translation>
+            <numerusform>Nicht vollständig: %n Wert konnte am %1 nicht gelesen werden. Die Meldungen nennen ihn.</numerusform>
+            <numerusform>Nicht vollständig: %n Werte konnten am %1 nicht gelesen werden. Die Meldungen nennen sie.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>SimulatedBus</name>

@@ -182,6 +182,16 @@
     </message>
 </context>
 <context>
+    <name>ShownVehicle</name>
+    <message numerus="yes">
+        <source>Not complete: %n value(s) could not be read on %1. The messages name them.</source>
+        <translation>
+            <numerusform>Not complete: %n value could not be read on %1. The messages name it.</numerusform>
+            <numerusform>Not complete: %n values could not be read on %1. The messages name them.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>SnapshotWords</name>
     <message numerus="yes">
         <source>The answer has %n byte(s), which does not fit the object.</source>

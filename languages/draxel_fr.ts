@@ -4981,6 +4981,13 @@ Maintenant&#xa0;: %2</translation>
         <source>Not complete: the read of %1 ended early. What is missing was not read.</source>
         <translation>Incomplet&#xa0;: la lecture du %1 s’est terminée trop tôt. Ce qui manque n’a pas été lu.</translation>
     </message>
+    <message numerus="yes">
+        <source>Not complete: %n value(s) could not be read on %1. The messages name them.</source>
+        <translation>
+            <numerusform>Incomplet&#xa0;: %n valeur n’a pas pu être lue le %1. Les messages la nomment.</numerusform>
+            <numerusform>Incomplet&#xa0;: %n valeurs n’ont pas pu être lues le %1. Les messages les nomment.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>SimulatedBus</name>

@@ -4981,6 +4981,13 @@ Nu: %2</translation>
         <source>Not complete: the read of %1 ended early. What is missing was not read.</source>
         <translation>Niet volledig: het lezen op %1 is voortijdig geëindigd. Wat ontbreekt, is niet gelezen.</translation>
     </message>
+    <message numerus="yes">
+        <source>Not complete: %n value(s) could not be read on %1. The messages name them.</source>
+        <translation>
+            <numerusform>Niet volledig: %n waarde kon op %1 niet worden gelezen. De meldingen noemen die.</numerusform>
+            <numerusform>Niet volledig: %n waarden konden op %1 niet worden gelezen. De meldingen noemen ze.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>SimulatedBus</name>

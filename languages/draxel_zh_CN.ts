@@ -4960,6 +4960,12 @@ Now: %2</source>
         <source>Not complete: the read of %1 ended early. What is missing was not read.</source>
         <translation>不完整：%1 的读取提前结束。缺少的内容未被读取。</translation>
     </message>
+    <message numerus="yes">
+        <source>Not complete: %n value(s) could not be read on %1. The messages name them.</source>
+        <translation>
+            <numerusform>不完整：%1 读取时有 %n 个值无法读取，详见消息。</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>SimulatedBus</name>

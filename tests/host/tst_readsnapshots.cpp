@@ -42,6 +42,7 @@ private slots:
     void stoppedNodeEndsTheRead();
     void cancelledReadIsKept();
     void lostBusIsKept();
+    void bitRateIsThatOfTheBus();
     void nothingReadIsNoSnapshot();
     void nextReadBeginsAnew();
     void requestThatIsLeftOverIsOfNoRead();
@@ -194,6 +195,18 @@ void tst_ReadSnapshots::lostBusIsKept()
     QCOMPARE(m_made.size(), 1);
     QCOMPARE(m_made.first().nodes.first().end, SnapshotEnd::Complete);
     QCOMPARE(m_made.first().nodes.at(1).end, SnapshotEnd::Cancelled);
+}
+
+/*! Also when the interface stays as it was configured, and when the bus has gone. */
+void tst_ReadSnapshots::bitRateIsThatOfTheBus()
+{
+    m_services->bus().disconnectFromBus();
+    m_fake->prepare
+        = [](FakeCanDevice *device) { device->setConfigurationParameter(QCanBusDevice::BitRateKey, 83333); };
+    QVERIFY(m_services->bus().connectToBus(fakeSettings(), nullptr));
+    read(requestsPerNode + 5, [this] { m_services->bus().disconnectFromBus(); });
+    QCOMPARE(m_made.size(), 1);
+    QCOMPARE(m_made.first().bitRate, 83333);
 }
 
 void tst_ReadSnapshots::nothingReadIsNoSnapshot()

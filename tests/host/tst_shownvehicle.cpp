@@ -13,13 +13,13 @@ namespace {
 const QDateTime morning(QDate(2026, 9, 3), QTime(10, 12));
 
 /*! A vehicle of nodes 1 and 4 that was read to its end on a connected bus. */
-void read(ShownVehicle *vehicle, bool isComplete = true)
+void read(ShownVehicle *vehicle, bool isComplete = true, int failed = 0)
 {
     vehicle->setConnected(true);
     vehicle->beginRead();
     vehicle->handleValue(1, 0x1018, 4, 1104001u);
     vehicle->handleValue(4, 0x6000, 1, 7u);
-    vehicle->endRead(isComplete, morning);
+    vehicle->endRead(isComplete, morning, failed);
 }
 
 } // namespace
@@ -41,6 +41,7 @@ private slots:
     void unsavedUntilSaved();
     void readWithoutValuesShowsNothing();
     void completeReadNeedsNoNote();
+    void readWithFailuresIsNotComplete();
     void notes_data();
     void notes();
     void newReadIsNotOld();
@@ -138,6 +139,19 @@ void tst_ShownVehicle::completeReadNeedsNoNote()
     read(&vehicle);
     QCOMPARE(vehicle.note().kind, Kind::None);
     QCOMPARE(vehicle.note().sentence, QString());
+}
+
+void tst_ShownVehicle::readWithFailuresIsNotComplete()
+{
+    ShownVehicle vehicle;
+    read(&vehicle, true, 3);
+    QCOMPARE(vehicle.title(), QStringLiteral("Vehicle 1104001, read on 3 Sep 2026 10:12:00, not complete"));
+    QCOMPARE(vehicle.note().kind, Kind::Warning);
+    QCOMPARE(vehicle.note().sentence,
+             QStringLiteral("Not complete: 3 value(s) could not be read on 3 Sep 2026 10:12:00. The messages "
+                            "name them."));
+    read(&vehicle);
+    QCOMPARE(vehicle.note().kind, Kind::None);
 }
 
 void tst_ShownVehicle::notes_data()

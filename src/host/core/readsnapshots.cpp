@@ -64,6 +64,7 @@ void ReadSnapshots::handlePhase(Phase phase)
     if (begins && phase != m_phase) {
         m_nodes.clear();
         m_begun = m_clock();
+        m_bitRate = m_services->bus().bitRate(); // which nobody knows any more when the bus is lost
         const std::optional<PlaybackState> played = PlaybackState::of(m_services->bus().device());
         m_played = played ? played->timeOfDay() : QDateTime();
     }
@@ -103,9 +104,8 @@ Snapshot ReadSnapshots::makeSnapshot(const ReadSummary &summary) const
     snapshot.program = m_program;
     snapshot.time = m_played.isValid() ? m_played : m_begun.toOffsetFromUtc(m_begun.offsetFromUtc());
     snapshot.duration = qMax(qint64(0), now());
-    const BusSettings &settings = m_services->bus().settings();
-    snapshot.bus = settings.address.toString();
-    snapshot.bitRate = settings.bitRate.value_or(0);
+    snapshot.bus = m_services->bus().settings().address.toString();
+    snapshot.bitRate = m_bitRate;
     snapshot.scope = SnapshotScope::Imported;
     for (quint8 nodeId = CanOpen::firstNodeId; nodeId <= CanOpen::lastNodeId; ++nodeId) {
         if (m_nodes.contains(nodeId) || m_services->bus().heartbeats().state(nodeId))

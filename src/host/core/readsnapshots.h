@@ -61,6 +61,7 @@ private:
     Clock m_clock = &QDateTime::currentDateTime;
     ReadObserver::Phase m_phase = ReadObserver::Phase::Idle;
     QDateTime m_begun;
+    int m_bitRate = 0;             // bit/s; 0: nobody tells it
     QDateTime m_played;            // the time of then, of a trace that is played; else invalid
     QMap<quint8, Answers> m_nodes; // what was asked for in the read under way
 };

@@ -99,8 +99,9 @@ void ShownVehicle::handleValue(quint8 nodeId, quint16 index, quint8 subIndex, co
         emit changed();
 }
 
-void ShownVehicle::endRead(bool isComplete, const QDateTime &time)
+void ShownVehicle::endRead(bool isComplete, const QDateTime &time, int failed)
 {
+    m_failed = failed;
     m_isReading = false;
     m_isComplete = isComplete;
     m_time = time;
@@ -161,7 +162,7 @@ QString ShownVehicle::busTitle() const
     if (m_isReading)
         return hasValues() ? tr("%1, is being read").arg(vehicleName()) : QString();
     const QString text = tr("%1, read on %2").arg(vehicleName(), shown(m_time));
-    return m_isComplete ? text : tr("%1, not complete").arg(text);
+    return m_isComplete && m_failed == 0 ? text : tr("%1, not complete").arg(text);
 }
 
 // What makes the values worth least comes first.
@@ -181,6 +182,12 @@ ShownVehicle::Note ShownVehicle::busNote() const
     if (!m_isComplete) {
         return {Note::Kind::Warning,
                 tr("Not complete: the read of %1 ended early. What is missing was not read.").arg(time)};
+    }
+    if (m_failed > 0) {
+        return {Note::Kind::Warning,
+                tr("Not complete: %n value(s) could not be read on %1. The messages name them.", nullptr,
+                   m_failed)
+                    .arg(time)};
     }
     return {};
 }

@@ -57,8 +57,8 @@ public slots:
     /*! A read begins and clears what was shown. */
     void beginRead();
     void handleValue(quint8 nodeId, quint16 index, quint8 subIndex, const QVariant &value);
-    /*! A read ended at \a time. */
-    void endRead(bool isComplete, const QDateTime &time);
+    /*! A read ended at \a time, early or not. \a failed: how many values may be there and could not be read. */
+    void endRead(bool isComplete, const QDateTime &time, int failed = 0);
     /*! The values of \a store, from a file; \a date is that of its export, invalid when unknown. */
     void showFile(const QString &fileName, const NodeStore &store, const QDateTime &date);
     void noteSaved(const QString &fileName);
@@ -86,6 +86,7 @@ private:
     bool m_isSaved = false;
     bool m_isReading = false;
     bool m_isComplete = false;
+    int m_failed = 0;
     bool m_isConnected = false;
     bool m_wasInterrupted = false; // the bus was away since the read
 };

@@ -20,7 +20,8 @@ VehicleWatch::VehicleWatch(HostServices *services, ShownVehicle *vehicle, QObjec
     connect(&services->reads(), &ReadObserver::detectionStarted, vehicle, &ShownVehicle::beginRead);
     connect(&services->sdoClient(), &HostSdoClient::resultReceived, vehicle, &ShownVehicle::handleValue);
     connect(&services->reads(), &ReadObserver::readEnded, this, [this](const ReadSummary &summary) {
-        m_vehicle->endRead(summary.end == ReadSummary::End::Complete, m_clock());
+        m_vehicle->endRead(summary.end == ReadSummary::End::Complete, m_clock(),
+                           summary.record.total().failed);
         lookForSilentNodes();
     });
     handleBus();
