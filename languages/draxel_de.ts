@@ -1464,6 +1464,42 @@
         <source>Sent PDO %1, mapping</source>
         <translation>Gesendetes PDO %1, Zuordnung</translation>
     </message>
+    <message>
+        <source>Received PDO %1, identifier</source>
+        <translation>Empfangenes PDO %1, Kennung</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, transmission type</source>
+        <translation>Empfangenes PDO %1, Übertragungsart</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, inhibit time</source>
+        <translation>Empfangenes PDO %1, Sperrzeit</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, event timer</source>
+        <translation>Empfangenes PDO %1, Ereigniszeitgeber</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, identifier</source>
+        <translation>Gesendetes PDO %1, Kennung</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, transmission type</source>
+        <translation>Gesendetes PDO %1, Übertragungsart</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, inhibit time</source>
+        <translation>Gesendetes PDO %1, Sperrzeit</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, event timer</source>
+        <translation>Gesendetes PDO %1, Ereigniszeitgeber</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, SYNC start value</source>
+        <translation>Gesendetes PDO %1, SYNC-Startwert</translation>
+    </message>
 </context>
 <context>
     <name>CommunicationValues</name>
@@ -4841,6 +4877,94 @@ Jetzt: %2</translation>
     <message>
         <source>That is the snapshot as the archive keeps it. Saved with the notes that were entered since, its file has the fingerprint:</source>
         <translation>Das ist der Schnappschuss, wie das Archiv ihn aufbewahrt. Mit den seither eingetragenen Notizen gespeichert, hat seine Datei den Fingerabdruck:</translation>
+    </message>
+    <message>
+        <source>External voltage</source>
+        <translation>Externe Spannung</translation>
+    </message>
+    <message>
+        <source>Peak input current</source>
+        <translation>Spitzenstrom am Eingang</translation>
+    </message>
+    <message>
+        <source>Duration of the peak input current</source>
+        <translation>Dauer des Spitzenstroms am Eingang</translation>
+    </message>
+    <message>
+        <source>Peak output current</source>
+        <translation>Spitzenstrom am Ausgang</translation>
+    </message>
+    <message>
+        <source>Duration of the peak output current</source>
+        <translation>Dauer des Spitzenstroms am Ausgang</translation>
+    </message>
+    <message>
+        <source>Current on side B</source>
+        <translation>Strom auf Seite B</translation>
+    </message>
+    <message>
+        <source>AC voltage</source>
+        <translation>Wechselspannung</translation>
+    </message>
+    <message>
+        <source>AC current</source>
+        <translation>Wechselstrom</translation>
+    </message>
+    <message>
+        <source>Frequency</source>
+        <translation>Frequenz</translation>
+    </message>
+    <message>
+        <source>Insulation resistance</source>
+        <translation>Isolationswiderstand</translation>
+    </message>
+    <message>
+        <source>Auxiliary current</source>
+        <translation>Strom der Hilfsversorgung</translation>
+    </message>
+    <message>
+        <source>Auxiliary voltage</source>
+        <translation>Spannung der Hilfsversorgung</translation>
+    </message>
+    <message>
+        <source>Time of discharging so far</source>
+        <translation>Entladezeit bisher</translation>
+    </message>
+    <message>
+        <source>Time of charging so far</source>
+        <translation>Ladezeit bisher</translation>
+    </message>
+    <message>
+        <source>Charge given so far</source>
+        <translation>Abgegebene Ladung bisher</translation>
+    </message>
+    <message>
+        <source>Charge taken so far</source>
+        <translation>Aufgenommene Ladung bisher</translation>
+    </message>
+    <message>
+        <source>Energy given so far</source>
+        <translation>Abgegebene Energie bisher</translation>
+    </message>
+    <message>
+        <source>Energy taken so far</source>
+        <translation>Aufgenommene Energie bisher</translation>
+    </message>
+    <message>
+        <source>Operating time</source>
+        <translation>Betriebszeit</translation>
+    </message>
+    <message>
+        <source>Operating time since the last start</source>
+        <translation>Betriebszeit seit dem letzten Start</translation>
+    </message>
+    <message>
+        <source>Accelerator position</source>
+        <translation>Stellung des Gasgriffs</translation>
+    </message>
+    <message>
+        <source>Electric brake position</source>
+        <translation>Stellung der elektrischen Bremse</translation>
     </message>
 </context>
 <context>

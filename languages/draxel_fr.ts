@@ -1464,6 +1464,42 @@
         <source>Sent PDO %1, mapping</source>
         <translation>PDO émis %1, correspondance</translation>
     </message>
+    <message>
+        <source>Received PDO %1, identifier</source>
+        <translation>PDO reçu %1, identifiant</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, transmission type</source>
+        <translation>PDO reçu %1, type de transmission</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, inhibit time</source>
+        <translation>PDO reçu %1, temps d’inhibition</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, event timer</source>
+        <translation>PDO reçu %1, minuterie d’événement</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, identifier</source>
+        <translation>PDO émis %1, identifiant</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, transmission type</source>
+        <translation>PDO émis %1, type de transmission</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, inhibit time</source>
+        <translation>PDO émis %1, temps d’inhibition</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, event timer</source>
+        <translation>PDO émis %1, minuterie d’événement</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, SYNC start value</source>
+        <translation>PDO émis %1, valeur de départ SYNC</translation>
+    </message>
 </context>
 <context>
     <name>CommunicationValues</name>
@@ -4841,6 +4877,94 @@ Maintenant&#xa0;: %2</translation>
     <message>
         <source>That is the snapshot as the archive keeps it. Saved with the notes that were entered since, its file has the fingerprint:</source>
         <translation>C’est l’instantané tel que l’archive le conserve. Enregistré avec les notes saisies depuis, son fichier a l’empreinte&#xa0;:</translation>
+    </message>
+    <message>
+        <source>External voltage</source>
+        <translation>Tension externe</translation>
+    </message>
+    <message>
+        <source>Peak input current</source>
+        <translation>Courant de pointe en entrée</translation>
+    </message>
+    <message>
+        <source>Duration of the peak input current</source>
+        <translation>Durée du courant de pointe en entrée</translation>
+    </message>
+    <message>
+        <source>Peak output current</source>
+        <translation>Courant de pointe en sortie</translation>
+    </message>
+    <message>
+        <source>Duration of the peak output current</source>
+        <translation>Durée du courant de pointe en sortie</translation>
+    </message>
+    <message>
+        <source>Current on side B</source>
+        <translation>Courant côté B</translation>
+    </message>
+    <message>
+        <source>AC voltage</source>
+        <translation>Tension alternative</translation>
+    </message>
+    <message>
+        <source>AC current</source>
+        <translation>Courant alternatif</translation>
+    </message>
+    <message>
+        <source>Frequency</source>
+        <translation>Fréquence</translation>
+    </message>
+    <message>
+        <source>Insulation resistance</source>
+        <translation>Résistance d’isolement</translation>
+    </message>
+    <message>
+        <source>Auxiliary current</source>
+        <translation>Courant auxiliaire</translation>
+    </message>
+    <message>
+        <source>Auxiliary voltage</source>
+        <translation>Tension auxiliaire</translation>
+    </message>
+    <message>
+        <source>Time of discharging so far</source>
+        <translation>Durée de décharge jusqu’ici</translation>
+    </message>
+    <message>
+        <source>Time of charging so far</source>
+        <translation>Durée de charge jusqu’ici</translation>
+    </message>
+    <message>
+        <source>Charge given so far</source>
+        <translation>Charge fournie jusqu’ici</translation>
+    </message>
+    <message>
+        <source>Charge taken so far</source>
+        <translation>Charge absorbée jusqu’ici</translation>
+    </message>
+    <message>
+        <source>Energy given so far</source>
+        <translation>Énergie fournie jusqu’ici</translation>
+    </message>
+    <message>
+        <source>Energy taken so far</source>
+        <translation>Énergie absorbée jusqu’ici</translation>
+    </message>
+    <message>
+        <source>Operating time</source>
+        <translation>Durée de fonctionnement</translation>
+    </message>
+    <message>
+        <source>Operating time since the last start</source>
+        <translation>Durée de fonctionnement depuis le dernier démarrage</translation>
+    </message>
+    <message>
+        <source>Accelerator position</source>
+        <translation>Position de l’accélérateur</translation>
+    </message>
+    <message>
+        <source>Electric brake position</source>
+        <translation>Position du frein électrique</translation>
     </message>
 </context>
 <context>

@@ -1464,6 +1464,42 @@
         <source>Sent PDO %1, mapping</source>
         <translation>Verzonden PDO %1, toewijzing</translation>
     </message>
+    <message>
+        <source>Received PDO %1, identifier</source>
+        <translation>Ontvangen PDO %1, identifier</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, transmission type</source>
+        <translation>Ontvangen PDO %1, transmissietype</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, inhibit time</source>
+        <translation>Ontvangen PDO %1, blokkeertijd</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, event timer</source>
+        <translation>Ontvangen PDO %1, gebeurtenistimer</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, identifier</source>
+        <translation>Verzonden PDO %1, identifier</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, transmission type</source>
+        <translation>Verzonden PDO %1, transmissietype</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, inhibit time</source>
+        <translation>Verzonden PDO %1, blokkeertijd</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, event timer</source>
+        <translation>Verzonden PDO %1, gebeurtenistimer</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, SYNC start value</source>
+        <translation>Verzonden PDO %1, SYNC-startwaarde</translation>
+    </message>
 </context>
 <context>
     <name>CommunicationValues</name>
@@ -4841,6 +4877,94 @@ Nu: %2</translation>
     <message>
         <source>That is the snapshot as the archive keeps it. Saved with the notes that were entered since, its file has the fingerprint:</source>
         <translation>Dit is de momentopname zoals het archief die bewaart. Opgeslagen met de notities die sindsdien zijn ingevoerd, heeft het bestand de vingerafdruk:</translation>
+    </message>
+    <message>
+        <source>External voltage</source>
+        <translation>Externe spanning</translation>
+    </message>
+    <message>
+        <source>Peak input current</source>
+        <translation>Piekstroom aan de ingang</translation>
+    </message>
+    <message>
+        <source>Duration of the peak input current</source>
+        <translation>Duur van de piekstroom aan de ingang</translation>
+    </message>
+    <message>
+        <source>Peak output current</source>
+        <translation>Piekstroom aan de uitgang</translation>
+    </message>
+    <message>
+        <source>Duration of the peak output current</source>
+        <translation>Duur van de piekstroom aan de uitgang</translation>
+    </message>
+    <message>
+        <source>Current on side B</source>
+        <translation>Stroom aan zijde B</translation>
+    </message>
+    <message>
+        <source>AC voltage</source>
+        <translation>Wisselspanning</translation>
+    </message>
+    <message>
+        <source>AC current</source>
+        <translation>Wisselstroom</translation>
+    </message>
+    <message>
+        <source>Frequency</source>
+        <translation>Frequentie</translation>
+    </message>
+    <message>
+        <source>Insulation resistance</source>
+        <translation>Isolatieweerstand</translation>
+    </message>
+    <message>
+        <source>Auxiliary current</source>
+        <translation>Hulpstroom</translation>
+    </message>
+    <message>
+        <source>Auxiliary voltage</source>
+        <translation>Hulpspanning</translation>
+    </message>
+    <message>
+        <source>Time of discharging so far</source>
+        <translation>Ontlaadtijd tot nu toe</translation>
+    </message>
+    <message>
+        <source>Time of charging so far</source>
+        <translation>Laadtijd tot nu toe</translation>
+    </message>
+    <message>
+        <source>Charge given so far</source>
+        <translation>Afgegeven lading tot nu toe</translation>
+    </message>
+    <message>
+        <source>Charge taken so far</source>
+        <translation>Opgenomen lading tot nu toe</translation>
+    </message>
+    <message>
+        <source>Energy given so far</source>
+        <translation>Afgegeven energie tot nu toe</translation>
+    </message>
+    <message>
+        <source>Energy taken so far</source>
+        <translation>Opgenomen energie tot nu toe</translation>
+    </message>
+    <message>
+        <source>Operating time</source>
+        <translation>Bedrijfstijd</translation>
+    </message>
+    <message>
+        <source>Operating time since the last start</source>
+        <translation>Bedrijfstijd sinds de laatste start</translation>
+    </message>
+    <message>
+        <source>Accelerator position</source>
+        <translation>Stand van de gashendel</translation>
+    </message>
+    <message>
+        <source>Electric brake position</source>
+        <translation>Stand van de elektrische rem</translation>
     </message>
 </context>
 <context>

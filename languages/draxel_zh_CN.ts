@@ -1455,6 +1455,42 @@
         <source>Sent PDO %1, mapping</source>
         <translation>发送 PDO %1，映射</translation>
     </message>
+    <message>
+        <source>Received PDO %1, identifier</source>
+        <translation>接收 PDO %1，标识符</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, transmission type</source>
+        <translation>接收 PDO %1，传输类型</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, inhibit time</source>
+        <translation>接收 PDO %1，禁止时间</translation>
+    </message>
+    <message>
+        <source>Received PDO %1, event timer</source>
+        <translation>接收 PDO %1，事件定时器</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, identifier</source>
+        <translation>发送 PDO %1，标识符</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, transmission type</source>
+        <translation>发送 PDO %1，传输类型</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, inhibit time</source>
+        <translation>发送 PDO %1，禁止时间</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, event timer</source>
+        <translation>发送 PDO %1，事件定时器</translation>
+    </message>
+    <message>
+        <source>Sent PDO %1, SYNC start value</source>
+        <translation>发送 PDO %1，SYNC 起始值</translation>
+    </message>
 </context>
 <context>
     <name>CommunicationValues</name>
@@ -4820,6 +4856,94 @@ Now: %2</source>
     <message>
         <source>That is the snapshot as the archive keeps it. Saved with the notes that were entered since, its file has the fingerprint:</source>
         <translation>这是档案保存的快照。连同之后填写的备注一起保存时，其文件的指纹为：</translation>
+    </message>
+    <message>
+        <source>External voltage</source>
+        <translation>外部电压</translation>
+    </message>
+    <message>
+        <source>Peak input current</source>
+        <translation>输入峰值电流</translation>
+    </message>
+    <message>
+        <source>Duration of the peak input current</source>
+        <translation>输入峰值电流持续时间</translation>
+    </message>
+    <message>
+        <source>Peak output current</source>
+        <translation>输出峰值电流</translation>
+    </message>
+    <message>
+        <source>Duration of the peak output current</source>
+        <translation>输出峰值电流持续时间</translation>
+    </message>
+    <message>
+        <source>Current on side B</source>
+        <translation>B 侧电流</translation>
+    </message>
+    <message>
+        <source>AC voltage</source>
+        <translation>交流电压</translation>
+    </message>
+    <message>
+        <source>AC current</source>
+        <translation>交流电流</translation>
+    </message>
+    <message>
+        <source>Frequency</source>
+        <translation>频率</translation>
+    </message>
+    <message>
+        <source>Insulation resistance</source>
+        <translation>绝缘电阻</translation>
+    </message>
+    <message>
+        <source>Auxiliary current</source>
+        <translation>辅助电流</translation>
+    </message>
+    <message>
+        <source>Auxiliary voltage</source>
+        <translation>辅助电压</translation>
+    </message>
+    <message>
+        <source>Time of discharging so far</source>
+        <translation>累计放电时间</translation>
+    </message>
+    <message>
+        <source>Time of charging so far</source>
+        <translation>累计充电时间</translation>
+    </message>
+    <message>
+        <source>Charge given so far</source>
+        <translation>累计放出电量</translation>
+    </message>
+    <message>
+        <source>Charge taken so far</source>
+        <translation>累计充入电量</translation>
+    </message>
+    <message>
+        <source>Energy given so far</source>
+        <translation>累计放出能量</translation>
+    </message>
+    <message>
+        <source>Energy taken so far</source>
+        <translation>累计充入能量</translation>
+    </message>
+    <message>
+        <source>Operating time</source>
+        <translation>运行时间</translation>
+    </message>
+    <message>
+        <source>Operating time since the last start</source>
+        <translation>自上次启动以来的运行时间</translation>
+    </message>
+    <message>
+        <source>Accelerator position</source>
+        <translation>加速器位置</translation>
+    </message>
+    <message>
+        <source>Electric brake position</source>
+        <translation>电制动位置</translation>
     </message>
 </context>
 <context>

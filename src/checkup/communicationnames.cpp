@@ -7,12 +7,15 @@
 
 namespace {
 
-/*! One object, or as many as there are channels of a kind. */
+constexpr int anySub = -1;
+
+/*! One object, or as many as there are channels of a kind; of all sub-indices that no row before names. */
 struct NameRow
 {
     quint16 first;
     quint16 last;
     const char *name; // with %1 for the number of the channel
+    int sub = anySub;
 };
 
 constexpr NameRow names[] = {
@@ -37,8 +40,17 @@ constexpr NameRow names[] = {
     {0x1029, 0x1029, QT_TRANSLATE_NOOP("CommunicationNames", "Behaviour on errors")},
     {0x1200, 0x127F, QT_TRANSLATE_NOOP("CommunicationNames", "SDO server %1")},
     {0x1280, 0x12FF, QT_TRANSLATE_NOOP("CommunicationNames", "SDO client %1")},
+    {0x1400, 0x15FF, QT_TRANSLATE_NOOP("CommunicationNames", "Received PDO %1, identifier"), 1},
+    {0x1400, 0x15FF, QT_TRANSLATE_NOOP("CommunicationNames", "Received PDO %1, transmission type"), 2},
+    {0x1400, 0x15FF, QT_TRANSLATE_NOOP("CommunicationNames", "Received PDO %1, inhibit time"), 3},
+    {0x1400, 0x15FF, QT_TRANSLATE_NOOP("CommunicationNames", "Received PDO %1, event timer"), 5},
     {0x1400, 0x15FF, QT_TRANSLATE_NOOP("CommunicationNames", "Received PDO %1")},
     {0x1600, 0x17FF, QT_TRANSLATE_NOOP("CommunicationNames", "Received PDO %1, mapping")},
+    {0x1800, 0x19FF, QT_TRANSLATE_NOOP("CommunicationNames", "Sent PDO %1, identifier"), 1},
+    {0x1800, 0x19FF, QT_TRANSLATE_NOOP("CommunicationNames", "Sent PDO %1, transmission type"), 2},
+    {0x1800, 0x19FF, QT_TRANSLATE_NOOP("CommunicationNames", "Sent PDO %1, inhibit time"), 3},
+    {0x1800, 0x19FF, QT_TRANSLATE_NOOP("CommunicationNames", "Sent PDO %1, event timer"), 5},
+    {0x1800, 0x19FF, QT_TRANSLATE_NOOP("CommunicationNames", "Sent PDO %1, SYNC start value"), 6},
     {0x1800, 0x19FF, QT_TRANSLATE_NOOP("CommunicationNames", "Sent PDO %1")},
     {0x1A00, 0x1BFF, QT_TRANSLATE_NOOP("CommunicationNames", "Sent PDO %1, mapping")},
 };
@@ -48,7 +60,8 @@ constexpr NameRow names[] = {
 QString CommunicationNames::name(CanOpen::ObjectKey key)
 {
     const auto row = std::find_if(std::begin(names), std::end(names), [key](const NameRow &candidate) {
-        return key.index >= candidate.first && key.index <= candidate.last;
+        return key.index >= candidate.first && key.index <= candidate.last
+               && (candidate.sub == anySub || candidate.sub == key.subIndex);
     });
     if (row == std::end(names))
         return QString();

@@ -11,7 +11,7 @@
 namespace CommunicationNames {
 
 /*! In the program's language; empty for objects without a name here. Numbers of PDOs and SDO channels begin with 1, as in
- *  the standard; sub-indices have no names of their own.
+ *  the standard. Sub-indices have no names of their own, but for the parameters of PDOs.
  */
 QString name(CanOpen::ObjectKey key);
 

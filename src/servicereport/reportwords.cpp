@@ -57,6 +57,15 @@ QString ReportWords::inUnit(double value, const QString &unit, int decimals) con
         .arg(number(value / format->divisor, decimals));
 }
 
+QString ReportWords::minutes(double value) const
+{
+    constexpr double hour = 60;
+    if (value < hour)
+        return number(value, 0) + QChar(QChar::Nbsp) + QStringLiteral("min");
+    const double hours = value / hour;
+    return number(hours, hours < 10 ? 1 : 0) + QChar(QChar::Nbsp) + QLatin1Char('h');
+}
+
 QString ReportWords::value(CanOpen::ObjectKey key, const QVariant &value) const
 {
     if (value.type() == QVariant::String)
@@ -65,6 +74,8 @@ QString ReportWords::value(CanOpen::ObjectKey key, const QVariant &value) const
         return shortened(QString::fromLatin1(value.toByteArray().toHex(' ')));
     const ObjectDescription *description = objectDescriptions().find(key.index);
     const UnitFormat *unit = description != nullptr ? description->unit : nullptr;
+    if (unit != nullptr && qstrcmp(unit->key, "min") == 0)
+        return minutes(value.toDouble());
     if (unit != nullptr)
         return inUnit(ObjectWords::number(key, value.toDouble()), QString::fromLatin1(unit->key));
     return value.type() == QVariant::Double ? number(value.toDouble(), 2) : value.toString();

@@ -33,7 +33,10 @@ public:
     /*! A number in a unit of the object table ("mV"): 36500 is "36.50 V". \a decimals of the number that is shown. */
     QString inUnit(double value, const QString &unit, int decimals = 2) const;
 
-    /*! The value of an object with its unit; words and states as the overview shows them. */
+    /*! Minutes as they are read: "45 min", from an hour on "5.5 h", from ten on whole hours. */
+    QString minutes(double value) const;
+
+    /*! The value of an object with its unit, words and states as the overview shows them, and minutes as minutes(). */
     QString value(CanOpen::ObjectKey key, const QVariant &value) const;
 
     /*! Name and number in the object table: "Battery pack SOH (6176h.1)"; the number alone when it has no name. */

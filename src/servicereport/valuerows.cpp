@@ -30,6 +30,18 @@ constexpr ValueObject valueObjects[] = {
     {0x6176, QT_TRANSLATE_NOOP("ServiceReport", "State of health"), 0, 0},
     {0x6040, QT_TRANSLATE_NOOP("ServiceReport", "Voltage"), 0x6027, 0x6026},
     {0x603E, QT_TRANSLATE_NOOP("ServiceReport", "Current"), 0, 0},
+    {0x6039, QT_TRANSLATE_NOOP("ServiceReport", "External voltage"), 0, 0},
+    {0x603A, QT_TRANSLATE_NOOP("ServiceReport", "Peak input current"), 0, 0},
+    {0x603B, QT_TRANSLATE_NOOP("ServiceReport", "Duration of the peak input current"), 0, 0},
+    {0x603C, QT_TRANSLATE_NOOP("ServiceReport", "Peak output current"), 0, 0},
+    {0x603D, QT_TRANSLATE_NOOP("ServiceReport", "Duration of the peak output current"), 0, 0},
+    {0x603F, QT_TRANSLATE_NOOP("ServiceReport", "Current on side B"), 0, 0},
+    {0x60B0, QT_TRANSLATE_NOOP("ServiceReport", "AC voltage"), 0, 0},
+    {0x60B1, QT_TRANSLATE_NOOP("ServiceReport", "AC current"), 0, 0},
+    {0x6050, QT_TRANSLATE_NOOP("ServiceReport", "Frequency"), 0, 0},
+    {0x6051, QT_TRANSLATE_NOOP("ServiceReport", "Insulation resistance"), 0, 0},
+    {0x6070, QT_TRANSLATE_NOOP("ServiceReport", "Auxiliary current"), 0, 0},
+    {0x6071, QT_TRANSLATE_NOOP("ServiceReport", "Auxiliary voltage"), 0, 0},
     {0x6042, QT_TRANSLATE_NOOP("ServiceReport", "Temperature of the electronics"), 0, 0},
     {0x6105, QT_TRANSLATE_NOOP("ServiceReport", "Temperature of the battery"), 0x6123, 0x6122},
     {0x6010, QT_TRANSLATE_NOOP("ServiceReport", "Temperature around"), 0, 0},
@@ -40,6 +52,12 @@ constexpr ValueObject valueObjects[] = {
     {0x6107, QT_TRANSLATE_NOOP("ServiceReport", "Cycles of its lifetime"), 0, 0},
     {0x617D, QT_TRANSLATE_NOOP("ServiceReport", "Discharges so far"), 0, 0},
     {0x617E, QT_TRANSLATE_NOOP("ServiceReport", "Charges so far"), 0, 0},
+    {0x6177, QT_TRANSLATE_NOOP("ServiceReport", "Time of discharging so far"), 0, 0},
+    {0x6178, QT_TRANSLATE_NOOP("ServiceReport", "Time of charging so far"), 0, 0},
+    {0x6179, QT_TRANSLATE_NOOP("ServiceReport", "Charge given so far"), 0, 0},
+    {0x617A, QT_TRANSLATE_NOOP("ServiceReport", "Charge taken so far"), 0, 0},
+    {0x617B, QT_TRANSLATE_NOOP("ServiceReport", "Energy given so far"), 0, 0},
+    {0x617C, QT_TRANSLATE_NOOP("ServiceReport", "Energy taken so far"), 0, 0},
     {0x617F, QT_TRANSLATE_NOOP("ServiceReport", "Deep discharges"), 0, 0},
     {0x6180, QT_TRANSLATE_NOOP("ServiceReport", "Short circuits"), 0, 0},
     {0x6181, QT_TRANSLATE_NOOP("ServiceReport", "Over-temperatures"), 0, 0},
@@ -49,6 +67,10 @@ constexpr ValueObject valueObjects[] = {
     {0x6043, QT_TRANSLATE_NOOP("ServiceReport", "Time switched on"), 0, 0},
     {0x6044, QT_TRANSLATE_NOOP("ServiceReport", "Time in standby"), 0, 0},
     {0x6045, QT_TRANSLATE_NOOP("ServiceReport", "Times switched on"), 0, 0},
+    {0x6601, QT_TRANSLATE_NOOP("ServiceReport", "Operating time"), 0, 0},
+    {0x6602, QT_TRANSLATE_NOOP("ServiceReport", "Operating time since the last start"), 0, 0},
+    {0x651C, QT_TRANSLATE_NOOP("ServiceReport", "Accelerator position"), 0, 0},
+    {0x651D, QT_TRANSLATE_NOOP("ServiceReport", "Electric brake position"), 0, 0},
 };
 
 constexpr quint16 firstProfileObject = 0x6000;
@@ -72,6 +94,8 @@ constexpr ObjectRange settings[] = {
     {0x6161, 0x6161}, // capacity in Ah
     {0x6163, 0x6163}, // capacity in Ah, when full
     {0x6188, 0x618E}, // settings of sleep and balancing
+    {0x6623, 0x6624}, // when a generator starts and stops
+    {0x6724, 0x6725}, // when a load is switched on and off
 };
 
 bool isListed(quint16 index)

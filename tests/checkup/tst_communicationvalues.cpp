@@ -11,11 +11,45 @@ class tst_CommunicationValues : public QObject
     Q_OBJECT
 
 private slots:
+    void namesOfPdoParameters_data();
+    void namesOfPdoParameters();
     void valuesInWords_data();
     void valuesInWords();
     void fractionsAreOfTheLanguage();
     void whatIsNoNumberOfTheirs();
 };
+
+void tst_CommunicationValues::namesOfPdoParameters_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<int>("sub");
+    QTest::addColumn<QString>("name");
+    const auto row = [](int index, int sub, const char *name) {
+        QTest::addRow("%Xh.%d", index, sub) << index << sub << QString::fromUtf8(name);
+    };
+    row(0x1400, 0, "Received PDO 1");
+    row(0x1400, 1, "Received PDO 1, identifier");
+    row(0x1401, 2, "Received PDO 2, transmission type");
+    row(0x1402, 3, "Received PDO 3, inhibit time");
+    row(0x1400, 4, "Received PDO 1");
+    row(0x15FF, 5, "Received PDO 512, event timer");
+    row(0x15FF, 6, "Received PDO 512");
+    row(0x1600, 1, "Received PDO 1, mapping");
+    row(0x1800, 0, "Sent PDO 1");
+    row(0x1800, 1, "Sent PDO 1, identifier");
+    row(0x1801, 2, "Sent PDO 2, transmission type");
+    row(0x1802, 3, "Sent PDO 3, inhibit time");
+    row(0x1803, 5, "Sent PDO 4, event timer");
+    row(0x19FF, 6, "Sent PDO 512, SYNC start value");
+    row(0x1A00, 5, "Sent PDO 1, mapping");
+}
+
+void tst_CommunicationValues::namesOfPdoParameters()
+{
+    QFETCH(int, index);
+    QFETCH(int, sub);
+    QTEST(ObjectWords::name({static_cast<quint16>(index), static_cast<quint8>(sub)}), "name");
+}
 
 void tst_CommunicationValues::valuesInWords_data()
 {

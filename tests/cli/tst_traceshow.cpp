@@ -86,7 +86,7 @@ void tst_TraceShow::words()
         QString::fromUtf8(
             "2026-09-03\n"
             "12:03:11.204              2  PDO 2: Device actual voltage = 39.30 V\n"
-            "12:03:11.205     1.0 ms   2  read 1801h.1 Sent PDO 2 = 282h (2 frames, 1.0 ms)\n"
+            "12:03:11.205     1.0 ms   2  read 1801h.1 Sent PDO 2, identifier = 282h (2 frames, 1.0 ms)\n"
             "12:03:11.205     0.5 ms      SYNC\n"
             "12:03:11.207     1.5 ms   2  read 1A01h.0 Sent PDO 2, mapping = 1 (2 frames, 1.0 ms)\n"
             "12:03:11.209     2.0 ms   2  read 1A01h.1 Sent PDO 2, mapping = 6040h.1 (32 bit) "

@@ -73,6 +73,9 @@ private slots:
     void componentsAreListedWithTheirIdentity();
     void nodeThatWasNotJudgedIsNotGood();
     void valuesHaveUnitsAndLimits();
+    void minutesAreHours_data();
+    void minutesAreHours();
+    void everyValueHasANameOfTheReport();
     void onlyFindingsAreMarked();
     void temperaturesBelowZero();
     void settingsAreNoValues();
@@ -306,6 +309,47 @@ void tst_ReportMaker::valuesHaveUnitsAndLimits()
     QCOMPARE(int(rowOf(table, "Voltage").mark), int(ReportMark::None));
 }
 
+void tst_ReportMaker::minutesAreHours_data()
+{
+    QTest::addColumn<int>("minutes");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("none") << 0 << nbsp("0_min");
+    QTest::newRow("less than an hour") << 59 << nbsp("59_min");
+    QTest::newRow("an hour") << 60 << nbsp("1.0_h");
+    QTest::newRow("some") << 330 << nbsp("5.5_h");
+    QTest::newRow("ten hours") << 600 << nbsp("10_h");
+    QTest::newRow("many") << 619260 << nbsp("10,321_h");
+}
+
+void tst_ReportMaker::minutesAreHours()
+{
+    QFETCH(int, minutes);
+    SnapshotBuilder builder;
+    builder.node(2).value(0x6043, 1, ReportExample::DataType::Unsigned32, static_cast<quint32>(minutes));
+    ServiceReportData data = ReportExample::data();
+    data.snapshot = builder.snapshot();
+    const auto table = blockOf<ReportTable>(makeServiceReport(data), "Component by component");
+    QTEST(rowOf(table, "Time switched on").cells.value(1), "text");
+}
+
+/*! Those of the object table are English, whatever the report's language is. But for the one whose unit there is wrong. */
+void tst_ReportMaker::everyValueHasANameOfTheReport()
+{
+    SnapshotBuilder builder;
+    builder.node(2);
+    for (int index = 0x6000; index < 0x6800; ++index)
+        builder.value(static_cast<quint16>(index), 1, ReportExample::DataType::Unsigned32, 5u);
+    ServiceReportData data = ReportExample::data();
+    data.snapshot = builder.snapshot();
+    const auto table = blockOf<ReportTable>(makeServiceReport(data), "Component by component");
+    QStringList names;
+    for (const ReportTable::Row &row : table.rows)
+        names << row.cells.first();
+    QVERIFY(names.contains(s("Operating time since the last start")));
+    const QStringList ofTheTable = names.mid(names.indexOf(s("Electric brake position")) + 1);
+    QCOMPARE(ofTheTable, QStringList(s("DC-DC converter actual voltage side B")));
+}
+
 void tst_ReportMaker::onlyFindingsAreMarked()
 {
     ServiceReportData data = ReportExample::data();
@@ -347,7 +391,7 @@ void tst_ReportMaker::whatWasNotReadIsNoValue()
 {
     const auto table
         = blockOf<ReportTable>(makeServiceReport(ReportExample::data()), "Component by component");
-    const ReportTable::Row row = rowOf(table, "Battery pack DX output Wh counter");
+    const ReportTable::Row row = rowOf(table, "Energy given so far");
     QCOMPARE(row.cells.value(1), s("not read"));
     QCOMPARE(int(row.mark), int(ReportMark::NotChecked));
 }
