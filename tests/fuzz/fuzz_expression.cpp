@@ -39,7 +39,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
     if (expression) {
         const Operand result = expression->evaluate(evaluation);
         require(!result.isNumber() || std::isfinite(result.number));
-        require(!result.isUnknown() || !evaluation.missingObjects().isEmpty() || evaluation.isFactMissing());
+        require(!result.isUnknown() || !evaluation.missingObjects().isEmpty() || evaluation.isFactMissing()
+                || evaluation.isIncalculable());
     }
     error.clear();
     const std::optional<TextTemplate> places = TextTemplate::parse(text, loops, &error);
