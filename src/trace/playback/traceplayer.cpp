@@ -20,6 +20,11 @@ qint64 plus(qint64 time, qint64 more)
     return static_cast<qint64>(static_cast<quint64>(time) + static_cast<quint64>(more));
 }
 
+qint64 minus(qint64 time, qint64 less)
+{
+    return static_cast<qint64>(static_cast<quint64>(time) - static_cast<quint64>(less));
+}
+
 } // namespace
 
 TracePlayer::TracePlayer(const std::vector<TraceFrame> *frames)
@@ -86,7 +91,7 @@ qint64 TracePlayer::stampAt(qint64 now) const
 /*! Of the stamp. */
 qint64 TracePlayer::sinceBegin() const
 {
-    return plus(m_stamp, -m_begin);
+    return minus(m_stamp, m_begin);
 }
 
 qint64 TracePlayer::dueTime() const

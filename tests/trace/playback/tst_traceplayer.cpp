@@ -60,6 +60,7 @@ private slots:
     void stampsGoAlongWithTheSpeed();
     void stampsWithoutTimesNeverGoBackward();
     void stampsOfAnyTime();
+    void stampsFromTheLeastTimeOn();
     void whoComesLateGoesOnFromThere();
     void smallDelaysAreCaughtUp();
     void unpacedWaitsForNothing();
@@ -222,6 +223,19 @@ void tst_TracePlayer::stampsOfAnyTime()
     TracePlayer player(&frames);
     player.start(start);
     QCOMPARE(player.stampAt(start + 1), std::numeric_limits<qint64>::min());
+}
+
+void tst_TracePlayer::stampsFromTheLeastTimeOn()
+{
+    constexpr qint64 least = std::numeric_limits<qint64>::min();
+    const std::vector<TraceFrame> frames = framesAt({least, least + ms});
+    TracePlayer player(&frames);
+    player.start(start);
+    QVERIFY(player.take(start) != nullptr);
+    QCOMPARE(player.stamp(), least);
+    QCOMPARE(player.stampAt(start + 10), least + 10);
+    player.change(TracePlayer::Pace::Recorded, 2, start + 10);
+    QCOMPARE(player.stamp(), least + 10);
 }
 
 void tst_TracePlayer::whoComesLateGoesOnFromThere()
