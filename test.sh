@@ -12,8 +12,6 @@
 set -eu
 cd "$(dirname "$0")"
 
-readonly short_fuzz=10 # s for each target in --all
-
 what=tests
 case ${1-} in
     --all)
@@ -64,7 +62,7 @@ test_sanitized() {
 build_release() {
     OVERVIEW_CMAKE_OPTIONS="-DOVERVIEW_BUILD_BENCH=ON" scripts/build all
 }
-fuzz() { # SECONDS
+fuzz() { # SECONDS or --short
     tests/fuzz/run-fuzz "$1"
 }
 
@@ -86,7 +84,7 @@ case $what in
         step "Style of what changed" scripts/check-style
         step "Build with AddressSanitizer and UndefinedBehaviorSanitizer" build_sanitized
         step "Tests with the sanitizers" test_sanitized "$@"
-        [ ! -x tests/fuzz/run-fuzz ] || step "Fuzz targets, $short_fuzz s each" fuzz "$short_fuzz"
+        [ ! -x tests/fuzz/run-fuzz ] || step "Fuzz targets, the same inputs each time" fuzz --short
         step "Benchmarks, once each, to see that they run" bench/run --smoke
         step "The Debian package in a clean root" tests/packaging/test-clean-root build
         step "SocketCAN under a kernel of its own" tests/socketcan/test-socketcan build

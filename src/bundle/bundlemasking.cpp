@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace {
 
@@ -62,7 +63,12 @@ void mask(LiveEvent *event, Masking *masking)
 
 SupportBundle BundleMasking::masked(SupportBundle bundle)
 {
-    Masking masking;
+    return masked(std::move(bundle), Mask());
+}
+
+SupportBundle BundleMasking::masked(SupportBundle bundle, const Mask &standIns)
+{
+    Masking masking(standIns);
     TraceMasking traces;
     masking.learnComputer();
     masking.learnBus(bundle.system.value(QLatin1String("bus")).toString());

@@ -3,6 +3,8 @@
 
 #include "supportbundle.h"
 
+class Mask;
+
 /*! Takes out of a bundle what tells whose vehicle it is. */
 namespace BundleMasking {
 
@@ -10,5 +12,7 @@ namespace BundleMasking {
  *  by what. Takes a while for a long trace.
  */
 SupportBundle masked(SupportBundle bundle);
+/*! The same, with \a standIns of one's own; for tests. */
+SupportBundle masked(SupportBundle bundle, const Mask &standIns);
 
 } // namespace BundleMasking

@@ -7,6 +7,7 @@
 #include <bundle/bundlemanifest.h>
 #include <bundle/bundlemasking.h>
 #include <bundle/bundlewriting.h>
+#include <bundle/masking/mask.h>
 #include <bundle/zipfile.h>
 #include <checkup/ruleset.h>
 
@@ -21,7 +22,7 @@ void check(const QByteArray &zip)
         return;
     for (const QString &sentence : bundle->problems)
         require(!sentence.isEmpty());
-    SupportBundle masked = BundleMasking::masked(*bundle);
+    SupportBundle masked = BundleMasking::masked(*bundle, Mask(QByteArrayLiteral("always the same")));
     require(masked.isMasked);
     require(!bundle->trace || masked.trace->frames.size() == bundle->trace->frames.size());
     if (!masked.time.isValid())
