@@ -5,6 +5,7 @@
 #include "buswords.h"
 #include "interfacebitrate.h"
 
+#include <bus/socketcan/interfacekind.h>
 #include <canopen/canport.h>
 #include <system/systemerrortext.h>
 
@@ -76,7 +77,7 @@ bool BusOpener::configureInterface(const BusSettings &settings, QString *errorMe
                  "without "
                  "a bit rate.")
                   .arg(name, QString::number(*settings.bitRate), BusWords::switchOffCommand(name),
-                       BusWords::switchOnCommand(name, settings.bitRate));
+                       BusWords::switchOnCommand(name, settings.bitRate, interfaceKind(name)));
     }
     return isSet;
 }

@@ -1,12 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "buswords.h"
 
+#include <bus/socketcan/interfacekind.h>
+
 #include <QStringList>
 
 namespace {
 
 constexpr double bitsPerKilobit = 1000.0;
 constexpr int usualBitRate = 250000; // of the vehicles of CiA 454, bit/s
+
+bool takesBitRate(const QString &interfaceName, const QString &kind)
+{
+    if (!kind.isEmpty())
+        return kind == QLatin1String("can");
+    for (const char *const other : {"vcan", "vxcan", "slcan"}) {
+        if (interfaceName.startsWith(QLatin1String(other)))
+            return false;
+    }
+    return true;
+}
 
 } // namespace
 
@@ -56,7 +69,8 @@ QString BusWords::presence(InterfaceWatch::Presence presence, const BusSettings 
     case InterfaceWatch::Presence::Present:
         return tr("The interface %1 is there.").arg(name);
     case InterfaceWatch::Presence::Down:
-        return tr("%1 is down: run \"%2\".").arg(name, switchOnCommand(name, settings.bitRate));
+        return tr("%1 is down: run \"%2\".")
+            .arg(name, switchOnCommand(name, settings.bitRate, interfaceKind(name)));
     case InterfaceWatch::Presence::Missing:
         return tr("There is no interface %1. Check that the adapter is plugged in.").arg(name);
     case InterfaceWatch::Presence::Replaced:
@@ -85,12 +99,11 @@ QString BusWords::health(InterfaceHealth::State state, const QString &interfaceN
     return QString();
 }
 
-QString BusWords::switchOnCommand(const QString &interfaceName, std::optional<int> bitRate)
+QString BusWords::switchOnCommand(const QString &interfaceName, std::optional<int> bitRate,
+                                  const QString &kind)
 {
-    const bool isVirtual
-        = interfaceName.startsWith(QLatin1String("vcan")) || interfaceName.startsWith(QLatin1String("vxcan"));
     const QString command = QStringLiteral("sudo ip link set %1 up").arg(interfaceName);
-    if (isVirtual)
+    if (!takesBitRate(interfaceName, kind))
         return command;
     return command + QStringLiteral(" type can bitrate %1").arg(bitRate.value_or(usualBitRate));
 }

@@ -29,9 +29,11 @@ public:
     /*! Of trouble only; empty for the other states. */
     static QString health(InterfaceHealth::State state, const QString &interfaceName);
 
-    /*! The command that switches a network interface on. Without a \a bitRate it has that of CiA 454's vehicles; a
-     *  virtual interface needs none.
+    /*! The command that switches a network interface on. Without a \a bitRate it has that of CiA 454's vehicles.
+     *  Interfaces of another \a kind than "can" (see interfaceKind()) take none; of one that does not tell, the name says
+     *  what it is.
      */
-    static QString switchOnCommand(const QString &interfaceName, std::optional<int> bitRate);
+    static QString switchOnCommand(const QString &interfaceName, std::optional<int> bitRate,
+                                   const QString &kind);
     static QString switchOffCommand(const QString &interfaceName);
 };

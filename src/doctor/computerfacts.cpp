@@ -45,18 +45,12 @@ std::optional<qint64> numberIn(const QString &folder, const char *name)
     return isNumber ? std::optional(number) : std::nullopt;
 }
 
-/*! Serial lines have no device either, with many kernels, and an adapter all the same. */
-bool isVirtualKind(const QString &kind)
-{
-    return kind == QLatin1String("vcan") || kind == QLatin1String("vxcan");
-}
-
 InterfaceFacts interfaceIn(const QString &folder, const QString &name, const ComputerPlaces &places)
 {
     InterfaceFacts facts;
     facts.name = name;
     facts.isUp = (static_cast<uint>(numberIn(folder, "flags").value_or(0)) & interfaceIsUp) != 0;
-    facts.isVirtual = isVirtualKind(places.kind(name));
+    facts.kind = places.kind(name);
     if (const std::optional<qint64> length = numberIn(folder, "tx_queue_len"))
         facts.queueLength = static_cast<int>(std::clamp<qint64>(*length, 0, std::numeric_limits<int>::max()));
     const std::optional<qint64> overruns = numberIn(folder, "statistics/rx_over_errors");

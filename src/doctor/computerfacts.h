@@ -26,10 +26,15 @@ struct InterfaceFacts
 {
     QString name;
     bool isUp = false;
-    bool isVirtual = false;         //!< it is made of software, and leads to no wire
+    QString kind;                   //!< see interfaceKind()
     std::optional<int> queueLength; //!< frames that may wait to be sent
     std::optional<qint64> lost;     //!< received frames that were lost since the start of the computer
     ControllerFacts controller;
+
+    /*! It is made of software, and leads to no wire. Serial lines have no device either, with many kernels, and an adapter
+     *  all the same.
+     */
+    bool isVirtual() const { return kind == QLatin1String("vcan") || kind == QLatin1String("vxcan"); }
 };
 
 /*! An adapter for USB with a driver in Linux. */

@@ -78,14 +78,15 @@ void Diagnosis::judgeInterface(const InterfaceFacts &interface, QVector<Diagnose
 {
     if (!interface.isUp) {
         const QString bitRate
-            = interface.isVirtual
+            = interface.isVirtual()
                   ? QString()
                   : tr(" Its bit rate has to be that of the vehicle: it cannot be found by listening.");
-        all->append({interfaceTopic,
-                     interface.name,
-                     ComponentState::Warning,
-                     tr("%1 is switched off.").arg(interface.name) + bitRate,
-                     {BusWords::switchOnCommand(interface.name, interface.controller.bitRate)}});
+        all->append(
+            {interfaceTopic,
+             interface.name,
+             ComponentState::Warning,
+             tr("%1 is switched off.").arg(interface.name) + bitRate,
+             {BusWords::switchOnCommand(interface.name, interface.controller.bitRate, interface.kind)}});
         return;
     }
     all->append(controllerOf(interface));
@@ -105,7 +106,7 @@ Diagnosed Diagnosis::controllerOf(const InterfaceFacts &interface)
     const ControllerFacts &controller = interface.controller;
     Diagnosed one{interfaceTopic, interface.name, ComponentState::Good, {}, {}};
     const QString advice = tr("Check bit rate, wiring and termination.");
-    if (interface.isVirtual) {
+    if (interface.isVirtual()) {
         one.text = tr("%1 is switched on; it is virtual and leads to no vehicle outside this computer.")
                        .arg(interface.name);
     } else if (controller.state == State::BusOff) {

@@ -101,23 +101,33 @@ void tst_BusWords::switchOnCommands_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<int>("bitRate");
+    QTest::addColumn<QString>("kind");
     QTest::addColumn<QString>("command");
+    const auto row
+        = [](const char *title, const char *name, int bitRate, const char *kind, const char *command) {
+              QTest::newRow(title) << QString::fromLatin1(name) << bitRate << QString::fromLatin1(kind)
+                                   << QString::fromLatin1(command);
+          };
 
-    QTest::newRow("no bit rate chosen")
-        << QStringLiteral("can0") << 0 << QStringLiteral("sudo ip link set can0 up type can bitrate 250000");
-    QTest::newRow("bit rate chosen") << QStringLiteral("slcan1") << 500000
-                                     << QStringLiteral("sudo ip link set slcan1 up type can bitrate 500000");
-    QTest::newRow("virtual") << QStringLiteral("vcan0") << 500000
-                             << QStringLiteral("sudo ip link set vcan0 up");
-    QTest::newRow("virtual pair") << QStringLiteral("vxcan3") << 0
-                                  << QStringLiteral("sudo ip link set vxcan3 up");
+    row("no bit rate chosen", "can0", 0, "can", "sudo ip link set can0 up type can bitrate 250000");
+    row("bit rate chosen", "can1", 500000, "can", "sudo ip link set can1 up type can bitrate 500000");
+    row("any name", "vcan-like", 0, "can", "sudo ip link set vcan-like up type can bitrate 250000");
+    row("virtual", "vcan0", 500000, "vcan", "sudo ip link set vcan0 up");
+    row("virtual with the name of an adapter", "can0", 500000, "vcan", "sudo ip link set can0 up");
+    row("virtual pair", "a", 0, "vxcan", "sudo ip link set a up");
+    row("serial line that tells", "slcan1", 0, "can", "sudo ip link set slcan1 up type can bitrate 250000");
+    row("serial line that does not", "slcan1", 500000, "", "sudo ip link set slcan1 up");
+    row("not told, adapter", "can0", 0, "", "sudo ip link set can0 up type can bitrate 250000");
+    row("not told, virtual", "vcan0", 0, "", "sudo ip link set vcan0 up");
+    row("not told, virtual pair", "vxcan3", 0, "", "sudo ip link set vxcan3 up");
 }
 
 void tst_BusWords::switchOnCommands()
 {
     QFETCH(QString, name);
     QFETCH(int, bitRate);
-    QTEST(BusWords::switchOnCommand(name, bitRate > 0 ? std::optional<int>(bitRate) : std::nullopt),
+    QFETCH(QString, kind);
+    QTEST(BusWords::switchOnCommand(name, bitRate > 0 ? std::optional<int>(bitRate) : std::nullopt, kind),
           "command");
     QCOMPARE(BusWords::switchOffCommand(QStringLiteral("can0")),
              QStringLiteral("sudo ip link set can0 down"));

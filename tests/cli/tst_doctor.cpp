@@ -177,13 +177,13 @@ void tst_Doctor::interfaces_data()
     row("virtual and down",
         [](InterfaceFacts &can0) {
             can0.name = QStringLiteral("vcan0");
-            can0.isVirtual = true;
+            can0.kind = QStringLiteral("vcan");
             can0.isUp = false;
         },
         ComponentState::Warning, {QStringLiteral("vcan0 is switched off. | sudo ip link set vcan0 up")});
     row("virtual",
         [](InterfaceFacts &can0) {
-            can0.isVirtual = true;
+            can0.kind = QStringLiteral("vcan");
             can0.controller = {};
         },
         ComponentState::Good, {});
@@ -294,12 +294,12 @@ void tst_Doctor::looksAtInterfaces()
     const QVector<InterfaceFacts> found = Computer::interfaces(computer.places);
     QCOMPARE(found.size(), 2);
     QCOMPARE(found.at(0).name, QStringLiteral("can0"));
-    QVERIFY(found.at(0).isUp && !found.at(0).isVirtual);
+    QVERIFY(found.at(0).isUp && !found.at(0).isVirtual());
     QCOMPARE(*found.at(0).queueLength, 10);
     QCOMPARE(*found.at(0).lost, qint64(7));
     QCOMPARE(*found.at(0).controller.bitRate, 125000);
     QCOMPARE(found.at(1).name, QStringLiteral("vcan0"));
-    QVERIFY(!found.at(1).isUp && found.at(1).isVirtual);
+    QVERIFY(!found.at(1).isUp && found.at(1).isVirtual());
     QVERIFY(!found.at(1).lost);
     QCOMPARE(computer.asked, QStringList{QStringLiteral("can0")}); // a virtual one has no controller
 }
