@@ -28,6 +28,8 @@ private slots:
     void language();
     void isInterrupted();
 
+    void silentNodeThatIsHeard();
+
     void nodeWithoutHeartbeat();
     void nodeWithFailures();
     void nodeThatIsNotThere();
@@ -204,7 +206,9 @@ void tst_Get::fails_data()
         << QStringLiteral("Node 9, object 6105h sub-index 1: There are more bytes than the data type has "
                           "(0607 0012h)\n");
     QTest::newRow("silent object") << QStringLiteral("9 6003 1") << 4
-                                   << QStringLiteral("Node 9, object 6003h sub-index 1: No answer\n");
+                                   << QStringLiteral("Node 9, object 6003h sub-index 1: No answer\n"
+                                                     "Node 9 has sent its boot-up message, but does not "
+                                                     "answer.\n");
     QTest::newRow("silent node") << QStringLiteral("10 1000") << 4
                                  << QStringLiteral("Node 10, object 1000h sub-index 0: No answer\n");
 }
@@ -282,6 +286,23 @@ void tst_Get::isInterrupted()
     const Result result = program.finish();
     QCOMPARE(result.status, 130);
     QCOMPARE(result.errors, QStringLiteral("Interrupted.\n"));
+}
+
+void tst_Get::silentNodeThatIsHeard()
+{
+    const auto getFrom = [](const QString &vehicle) {
+        return run({QStringLiteral("get"), QStringLiteral("--bus"), QStringLiteral("simulated:") + vehicle,
+                    QStringLiteral("--bitrate"), QStringLiteral("0"), QStringLiteral("--retries"),
+                    QStringLiteral("0"), QStringLiteral("9"), QStringLiteral("1018"), QStringLiteral("1")});
+    };
+    const Result stopped = getFrom(writeVehicle("stopped-get", R"({"kind": "stopped"})", 50));
+    QCOMPARE(stopped.status, 4);
+    QCOMPARE(stopped.errors, QStringLiteral("Node 9, object 1018h sub-index 1: No answer\n"
+                                            "Node 9 is in the state Stopped and answers no SDO.\n"));
+    const Result silent = getFrom(writeVehicle("silent-get", R"({"kind": "sdoSilent"})", 50));
+    QCOMPARE(silent.status, 4);
+    QCOMPARE(silent.errors, QStringLiteral("Node 9, object 1018h sub-index 1: No answer\n"
+                                           "Node 9 sends a heartbeat, but does not answer.\n"));
 }
 
 void tst_Get::nodeWithoutHeartbeat()

@@ -11,6 +11,7 @@
 #include <cli/core/objectaddress.h>
 #include <cli/core/optionnames.h>
 #include <cli/core/patienceoptions.h>
+#include <cli/core/silentnode.h>
 
 #include <bus/busconnection.h>
 #include <canopen/sdoabort.h>
@@ -46,7 +47,7 @@ private:
     ExitStatus readObject();
     CanOpen::SdoOutcome ask(CanOpen::DataType type);
     void print(const CanOpen::SdoOutcome &outcome) const;
-    ExitStatus complain(const CanOpen::SdoOutcome &outcome) const;
+    ExitStatus complain(const CanOpen::SdoOutcome &outcome);
 
     CommandArguments m_options{QStringLiteral("get"),
                                GetCommandTr::tr("Reads one object of a node. The node need not send "
@@ -180,7 +181,7 @@ void GetCommand::print(const CanOpen::SdoOutcome &outcome) const
         Console::print(objectText(object));
 }
 
-ExitStatus GetCommand::complain(const CanOpen::SdoOutcome &outcome) const
+ExitStatus GetCommand::complain(const CanOpen::SdoOutcome &outcome)
 {
     if (outcome.kind == CanOpen::SdoOutcome::Kind::Cancelled) {
         Console::printError(
@@ -189,7 +190,12 @@ ExitStatus GetCommand::complain(const CanOpen::SdoOutcome &outcome) const
     }
     const FailedObject failure{m_nodeId, m_key, ReadResult::of(outcome)};
     Console::printError(failure.toString());
-    return outcome.kind == CanOpen::SdoOutcome::Kind::Timeout ? Exit::stoppedEarly : Exit::objectsFailed;
+    if (outcome.kind != CanOpen::SdoOutcome::Kind::Timeout)
+        return Exit::objectsFailed;
+    const QString heard = silentNodeText(m_nodeId, m_bus.heartbeats().state(m_nodeId));
+    if (!heard.isEmpty())
+        Console::printError(heard);
+    return Exit::stoppedEarly;
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <cli/core/exitstatus.h>
 #include <cli/core/interruptibleloop.h>
 #include <cli/core/progressline.h>
+#include <cli/core/silentnode.h>
 
 #include <canopen/cobid.h>
 #include <canopen/nodescan.h>
@@ -24,14 +25,11 @@ bool reportHeard(const CanOpen::NodeScan &scan, const CanOpen::HeartbeatConsumer
 {
     bool isAnyHeard = false;
     for (quint8 nodeId = CanOpen::firstNodeId; nodeId <= CanOpen::lastNodeId; ++nodeId) {
-        const std::optional<CanOpen::NmtState> state = heartbeats.state(nodeId);
-        if (!state || scan.foundNodes().contains(nodeId))
+        const QString text = silentNodeText(nodeId, heartbeats.state(nodeId));
+        if (text.isEmpty() || scan.foundNodes().contains(nodeId))
             continue;
         isAnyHeard = true;
-        Console::printError(
-            *state == CanOpen::NmtState::Stopped
-                ? ScanCommandTr::tr("Node %1 is in the state Stopped and answers no SDO.").arg(nodeId)
-                : ScanCommandTr::tr("Node %1 sends a heartbeat, but does not answer.").arg(nodeId));
+        Console::printError(text);
     }
     return isAnyHeard;
 }
