@@ -4966,6 +4966,18 @@ Jetzt: %2</translation>
         <source>Electric brake position</source>
         <translation>Stellung der elektrischen Bremse</translation>
     </message>
+    <message>
+        <source>Earlier visits may be missing, as the archive could not be read.</source>
+        <translation>Frühere Besuche fehlen möglicherweise, da das Archiv nicht gelesen werden konnte.</translation>
+    </message>
+    <message>
+        <source>Number of visits that are missing, as they are damaged in the archive: %1.</source>
+        <translation>Anzahl der Besuche, die fehlen, weil sie im Archiv beschädigt sind: %1.</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
 </context>
 <context>
     <name>ServiceReportDialog</name>

@@ -4966,6 +4966,18 @@ Maintenant&#xa0;: %2</translation>
         <source>Electric brake position</source>
         <translation>Position du frein électrique</translation>
     </message>
+    <message>
+        <source>Earlier visits may be missing, as the archive could not be read.</source>
+        <translation>Des visites antérieures manquent peut-être, car l’archive n’a pas pu être lue.</translation>
+    </message>
+    <message>
+        <source>Number of visits that are missing, as they are damaged in the archive: %1.</source>
+        <translation>Nombre de visites manquantes, car endommagées dans l’archive&#xa0;: %1.</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1&#xa0;: %2</translation>
+    </message>
 </context>
 <context>
     <name>ServiceReportDialog</name>

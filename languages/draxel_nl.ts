@@ -4966,6 +4966,18 @@ Nu: %2</translation>
         <source>Electric brake position</source>
         <translation>Stand van de elektrische rem</translation>
     </message>
+    <message>
+        <source>Earlier visits may be missing, as the archive could not be read.</source>
+        <translation>Eerdere bezoeken ontbreken mogelijk, omdat het archief niet kon worden gelezen.</translation>
+    </message>
+    <message>
+        <source>Number of visits that are missing, as they are damaged in the archive: %1.</source>
+        <translation>Aantal bezoeken dat ontbreekt, omdat ze in het archief beschadigd zijn: %1.</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
 </context>
 <context>
     <name>ServiceReportDialog</name>

@@ -4945,6 +4945,18 @@ Now: %2</source>
         <source>Electric brake position</source>
         <translation>电制动位置</translation>
     </message>
+    <message>
+        <source>Earlier visits may be missing, as the archive could not be read.</source>
+        <translation>由于无法读取档案库，可能缺少以前的到店记录。</translation>
+    </message>
+    <message>
+        <source>Number of visits that are missing, as they are damaged in the archive: %1.</source>
+        <translation>因在档案库中已损坏而缺少的到店记录数：%1。</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
 </context>
 <context>
     <name>ServiceReportDialog</name>

@@ -351,6 +351,7 @@ void MainWindow::connectCheckup()
     };
     connect(m_session, &CheckupSession::rulesRefused, this, warn);
     connect(m_session, &CheckupSession::nodesDoubted, this, warn);
+    connect(m_session, &CheckupSession::pastIncomplete, this, warn);
     connect(m_session, &CheckupSession::vehicleReplaced, this, [this](const QVector<quint8> &nodeIds) {
         tell(MessageLog::Severity::Warning, tr("Another vehicle is connected than the one that was shown "
                                                "(node %1). The check-up has begun anew.")

@@ -19,18 +19,26 @@ const SnapshotNode *findDevice(const Snapshot &snapshot, const QString &key)
     return nullptr;
 }
 
+std::optional<double> percent(const QVariant &value)
+{
+    bool isNumber = false;
+    const double number = value.type() == QVariant::String ? 0 : value.toDouble(&isNumber);
+    return isNumber ? std::optional<double>(number / unitsPerPercent) : std::nullopt;
+}
+
+void addPoint(HealthTrend *trend, const HealthTrend::Point &point)
+{
+    const auto place = std::lower_bound(trend->points.begin(), trend->points.end(), point,
+                                        [](const auto &a, const auto &b) { return a.time < b.time; });
+    if (point.time.isValid() && (place == trend->points.end() || place->time != point.time))
+        trend->points.insert(place, point);
+}
+
 } // namespace
 
 CanOpen::ObjectKey HealthTrends::object(const HealthTrend &trend)
 {
     return {stateOfHealth, trend.pack};
-}
-
-std::optional<double> HealthTrends::percent(const QVariant &value)
-{
-    bool isNumber = false;
-    const double number = value.type() == QVariant::String ? 0 : value.toDouble(&isNumber);
-    return isNumber ? std::optional<double>(number / unitsPerPercent) : std::nullopt;
 }
 
 QVector<HealthTrend> HealthTrends::of(const Snapshot &snapshot)
@@ -47,12 +55,13 @@ QVector<HealthTrend> HealthTrends::of(const Snapshot &snapshot)
     return trends;
 }
 
-void HealthTrends::addPoint(HealthTrend *trend, const HealthTrend::Point &point)
+void HealthTrends::addVisit(HealthTrend *trend, const QDateTime &time, const QVariant &value,
+                            const QDateTime &now)
 {
-    const auto place = std::lower_bound(trend->points.begin(), trend->points.end(), point,
-                                        [](const auto &a, const auto &b) { return a.time < b.time; });
-    if (point.time.isValid() && (place == trend->points.end() || place->time != point.time))
-        trend->points.insert(place, point);
+    const std::optional<double> then = percent(value);
+    const bool isLater = now.isValid() && time > now;
+    if (then && !isLater)
+        addPoint(trend, {time, *then});
 }
 
 void HealthTrends::add(QVector<HealthTrend> *trends, const Snapshot &earlier, const Snapshot &now)

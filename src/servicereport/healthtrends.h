@@ -14,11 +14,11 @@ QVector<HealthTrend> of(const Snapshot &snapshot);
  */
 void add(QVector<HealthTrend> *trends, const Snapshot &earlier, const Snapshot &now);
 
-/*! Adds a point in its place in time; one of the same time is there once. */
-void addPoint(HealthTrend *trend, const HealthTrend::Point &point);
+/*! Adds what the battery was at an earlier visit, a value of object(), in its place in time; one of the same time is there
+ *  once. A trend of an old snapshot knows nothing of visits after \a now, its time.
+ */
+void addVisit(HealthTrend *trend, const QDateTime &time, const QVariant &value, const QDateTime &now);
 
-/*! The object and its value in percent. */
 CanOpen::ObjectKey object(const HealthTrend &trend);
-std::optional<double> percent(const QVariant &value);
 
 } // namespace HealthTrends

@@ -131,6 +131,17 @@ QString packTitle(const QString &title, int pack, int count)
     return count > 1 ? ReportTr::tr("%1, pack %2").arg(title, QString::number(pack)) : title;
 }
 
+/*! Why a trend lacks visits; empty when it does not. */
+QString missingVisits(const HealthTrend &trend)
+{
+    if (trend.isArchiveUnread)
+        return ReportTr::tr("Earlier visits may be missing, as the archive could not be read.");
+    if (trend.damagedVisits > 0)
+        return ReportTr::tr("Number of visits that are missing, as they are damaged in the archive: %1.")
+            .arg(trend.damagedVisits);
+    return QString();
+}
+
 void addPictures(const Component &component, const ServiceReportData &data, const ReportWords &words,
                  ReportSection *section)
 {
@@ -140,14 +151,20 @@ void addPictures(const Component &component, const ServiceReportData &data, cons
             pack, packTitle(ReportTr::tr("Cell voltages"), pack.pack, packs.size()), words));
     }
     const auto isOwn = [&](const HealthTrend &trend) {
-        return trend.nodeId == component.node->id && trend.points.size() > 1;
+        return trend.nodeId == component.node->id
+               && (trend.points.size() > 1 || !missingVisits(trend).isEmpty());
     };
     const auto count = std::count_if(data.trends.cbegin(), data.trends.cend(), isOwn);
     for (const HealthTrend &trend : data.trends) {
-        if (isOwn(trend))
-            section->blocks.append(ReportCharts::health(
-                trend, packTitle(ReportTr::tr("State of health over the visits"), trend.pack, int(count)),
-                words));
+        if (!isOwn(trend))
+            continue;
+        const QString title
+            = packTitle(ReportTr::tr("State of health over the visits"), trend.pack, int(count));
+        if (trend.points.size() > 1)
+            section->blocks.append(ReportCharts::health(trend, title, words));
+        const QString missing = missingVisits(trend);
+        if (!missing.isEmpty())
+            section->blocks.append(ReportParagraph{ReportTr::tr("%1: %2").arg(title, missing)});
     }
 }
 

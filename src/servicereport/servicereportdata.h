@@ -34,6 +34,9 @@ struct HealthTrend
     quint8 nodeId = 0;     //!< where the battery is now
     quint8 pack = 1;       //!< which of the node's packs, from 1 on
     QVector<Point> points; //!< in the order of their times
+    int damagedVisits = 0; //!< in the archive: what they knew is missing
+    /*! What earlier visits knew may be missing: the archive could not be asked. */
+    bool isArchiveUnread = false;
 };
 
 /*! The earlier visit that the snapshot was compared with. */

@@ -8,6 +8,7 @@
 #include <host/core/vehiclerecords.h>
 #include <host/lightpalette.h>
 #include <host/mainwindow.h>
+#include <host/pages/checkupsession.h>
 #include <host/pages/live/livesession.h>
 #include <host/pages/trace/tracesession.h>
 #include <host/statusline.h>
@@ -59,6 +60,7 @@ private slots:
     void sentenceHasRoomBeforeFigures();
     void saysWhatCannotBeDelivered();
     void saysThatBusIsLost();
+    void saysWhatTheArchiveCouldNotTell();
     void saysWhereReadEnded();
     void choiceIsClosedWhileConnected();
     void remembersBus();
@@ -272,6 +274,18 @@ void tst_MainWindow::saysThatBusIsLost()
 
     host.fake.refusal.clear();
     QTRY_COMPARE(labelText(window, "stateLabel"), QStringLiteral("Connected to fake:bus0."));
+}
+
+void tst_MainWindow::saysWhatTheArchiveCouldNotTell()
+{
+    Host host;
+    MainWindow window(&host.services, &host.session);
+    auto *session = window.findChild<CheckupSession *>();
+    emit session->pastIncomplete({QStringLiteral("Visit 1 is damaged.")});
+    const int last = window.messages().rowCount() - 1;
+    QVERIFY(last >= 0);
+    QCOMPARE(window.messages().text(last), QStringLiteral("Visit 1 is damaged."));
+    QCOMPARE(window.messages().severity(last), MessageLog::Severity::Warning);
 }
 
 void tst_MainWindow::saysWhereReadEnded()

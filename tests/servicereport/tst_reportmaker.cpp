@@ -84,6 +84,7 @@ private slots:
     void cellsAreSaidInWords();
     void packsWithoutLimitsHaveThoseOfTheFirst();
     void healthIsSaidInWords();
+    void missingVisitsAreSaid();
     void unreadObjectsAreGroupedByReason();
     void nothingFoundIsSaid();
     void emptySnapshot();
@@ -461,6 +462,25 @@ void tst_ReportMaker::healthIsSaidInWords()
     QCOMPARE(picture.words, nbsp("98.0_% on 4 March 2025, 88.0_% on 3 September 2026."));
     ServiceReportData data = ReportExample::data();
     data.trends.first().points.clear();
+    QVERIFY(blockOf<ReportPicture>(makeServiceReport(data), "Component by component", 1).title.isEmpty());
+}
+
+void tst_ReportMaker::missingVisitsAreSaid()
+{
+    ServiceReportData data = ReportExample::data();
+    data.trends.first().damagedVisits = 2;
+    QCOMPARE(blockOf<ReportParagraph>(makeServiceReport(data), "Component by component", 0).text,
+             s("State of health over the visits: Number of visits that are missing, as they are damaged in "
+               "the archive: 2."));
+    QCOMPARE(blockOf<ReportPicture>(makeServiceReport(data), "Component by component", 1).title,
+             s("State of health over the visits"));
+    // Also where there is nothing to draw.
+    data.trends.first().points.resize(1);
+    data.trends.first().damagedVisits = 0;
+    data.trends.first().isArchiveUnread = true;
+    QCOMPARE(blockOf<ReportParagraph>(makeServiceReport(data), "Component by component", 0).text,
+             s("State of health over the visits: Earlier visits may be missing, as the archive could not be "
+               "read."));
     QVERIFY(blockOf<ReportPicture>(makeServiceReport(data), "Component by component", 1).title.isEmpty());
 }
 

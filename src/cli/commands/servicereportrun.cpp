@@ -136,19 +136,11 @@ private:
             }
             for (const QString &problem : archived->problems)
                 Console::printError(problem);
-            addPoints(archived->points, &trend);
+            trend.damagedVisits = archived->problems.size();
+            for (const TrendPoint &point : archived->points)
+                HealthTrends::addVisit(&trend, point.time, point.value, m_data.snapshot.time);
         }
         return std::nullopt;
-    }
-
-    /*! Of the visits up to the one of the report: a report of an old visit knows nothing of later ones. */
-    void addPoints(const QVector<TrendPoint> &points, HealthTrend *trend) const
-    {
-        for (const TrendPoint &point : points) {
-            const std::optional<double> percent = HealthTrends::percent(point.value);
-            if (percent && point.time <= m_data.snapshot.time)
-                HealthTrends::addPoint(trend, {point.time, *percent});
-        }
     }
 
     ExitStatus write()

@@ -22,21 +22,25 @@ QString programName()
     return QCoreApplication::applicationName() + QLatin1Char(' ') + QCoreApplication::applicationVersion();
 }
 
-/*! How the health of its batteries went over all visits, in whatever vehicle. */
-QVector<HealthTrend> trendsOf(const Snapshot &snapshot, Archive &archive)
+/*! How the health of its batteries went over the visits up to the one of the snapshot, in whatever vehicle. */
+QVector<HealthTrend> trendsOf(const Snapshot &snapshot, Archive &archive, QStringList *problems)
 {
     QVector<HealthTrend> trends = HealthTrends::of(snapshot);
     for (HealthTrend &trend : trends) {
         const QString key = DeviceIdentity::of(*snapshot.find(trend.nodeId)).toKey();
-        QString error;
-        const auto archived
-            = key.isEmpty() ? std::nullopt : archive.deviceTrend(key, HealthTrends::object(trend), &error);
-        if (!archived) // the page of the archive says why
+        if (key.isEmpty())
             continue;
-        for (const TrendPoint &point : archived->points) {
-            if (const std::optional<double> percent = HealthTrends::percent(point.value))
-                HealthTrends::addPoint(&trend, {point.time, *percent});
+        QString error;
+        const auto archived = archive.deviceTrend(key, HealthTrends::object(trend), &error);
+        if (!archived) {
+            trend.isArchiveUnread = true;
+            problems->append(error);
+            continue;
         }
+        for (const TrendPoint &point : archived->points)
+            HealthTrends::addVisit(&trend, point.time, point.value, snapshot.time);
+        trend.damagedVisits = archived->problems.size();
+        *problems += archived->problems;
     }
     return trends;
 }
@@ -424,7 +428,10 @@ void CheckupSession::compareWithVisitBefore(qint64 visitId, const Then &then)
         const std::optional<qint64> before = archive.previousVisit(visitId, error);
         if (before && *before != 0)
             past.earlier = archive.load(*before, error);
-        past.trends = trendsOf(snapshot, archive);
+        if (!error->isEmpty())
+            past.problems.append(*error);
+        past.trends = trendsOf(snapshot, archive, &past.problems);
+        past.problems.removeDuplicates();
         return past;
     };
     m_records->archive().ask(this, load,
@@ -445,6 +452,8 @@ void CheckupSession::takePast(const Past &past)
         m_record.comparison = RecordComparison{*past.earlier, {}};
         judgeAndCompare();
     }
+    if (!past.problems.isEmpty())
+        emit pastIncomplete(past.problems);
     // Judging and showing at once would hold the window.
     QMetaObject::invokeMethod(this, &CheckupSession::recordChanged, Qt::QueuedConnection);
 }

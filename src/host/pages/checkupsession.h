@@ -133,6 +133,8 @@ signals:
     void vehicleReplaced(const QVector<quint8> &nodeIds);
     /*! A check-up went on with the vehicle, and read these nodes anew, as there are other devices. */
     void devicesReplaced(const QVector<quint8> &nodeIds);
+    /*! What the archive knows of earlier visits could not be read, or not all of it; sentences. */
+    void pastIncomplete(const QStringList &problems);
     /*! The notes of what is shown, or was, could not be kept; a sentence. */
     void notesFailed(const QString &reason);
 
@@ -143,6 +145,7 @@ private:
         QString fingerprint;
         std::optional<Snapshot> earlier; //!< the visit before
         QVector<HealthTrend> trends;
+        QStringList problems; //!< why this may not be all
     };
 
     void begin(SnapshotOrder order);

@@ -65,6 +65,25 @@ struct Desk
         waitForArchive(records);
     }
 
+    void changeArchive(const QString &statement)
+    {
+        QString error;
+        ArchiveDatabase database;
+        QVERIFY2(database.open(*ArchiveAddress::parse(archive.fileName(), &error),
+                               ArchiveDatabase::Missing::Refuse),
+                 qPrintable(database.errorString()));
+        QVERIFY2(database.run(statement), qPrintable(database.errorString()));
+    }
+
+    HealthTrend batteryTrend() const
+    {
+        for (const HealthTrend &trend : session.record().trends) {
+            if (trend.nodeId == 2 && trend.pack == 1)
+                return trend;
+        }
+        return {};
+    }
+
     const CheckedComponent *component(quint8 nodeId) const { return session.record().component(nodeId); }
 
     OwnArchive archive;
@@ -144,6 +163,10 @@ private slots:
     void comparesWithTheVisitBefore();
     void silentDeviceHasTheNameOfTheVisitBefore();
     void tellsHowTheHealthOfBatteriesWent();
+    void oldVisitKnowsNothingOfLaterOnes();
+    void damagedVisitsAreNotPassedOver();
+    void visitBeforeThatIsDamagedIsNotPassedOver();
+    void archiveThatCannotBeReadIsNotPassedOver();
     void fileIsShownAndNotKeptByItself();
     void otherVehicleHasOtherNotes();
     void notesEndWithTheConnection();
@@ -577,14 +600,82 @@ void tst_CheckupSession::tellsHowTheHealthOfBatteriesWent()
     desk.run();
     QVERIFY(desk.host.vehicle().node(2)->dictionary().setValue({0x6176, 1}, 8800));
     desk.run();
-    const QVector<HealthTrend> &trends = desk.session.record().trends;
-    const auto trend = std::find_if(trends.cbegin(), trends.cend(), [](const HealthTrend &candidate) {
-        return candidate.nodeId == 2 && candidate.pack == 1;
-    });
-    QVERIFY(trend != trends.cend());
-    QCOMPARE(trend->points.size(), 2);
-    QCOMPARE(trend->points.at(0).percent, 91.0);
-    QCOMPARE(trend->points.at(1).percent, 88.0);
+    const HealthTrend trend = desk.batteryTrend();
+    QCOMPARE(trend.points.size(), 2);
+    QCOMPARE(trend.points.at(0).percent, 91.0);
+    QCOMPARE(trend.points.at(1).percent, 88.0);
+}
+
+void tst_CheckupSession::oldVisitKnowsNothingOfLaterOnes()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run();
+    const Snapshot old = desk.session.record().snapshot;
+    const qint64 oldId = *desk.session.record().visitId;
+    desk.run();
+    QCOMPARE(desk.batteryTrend().points.size(), 2);
+    desk.session.showVisit(old, oldId);
+    waitForArchive(desk.records);
+    QCOMPARE(desk.batteryTrend().points.size(), 1);
+    QCOMPARE(desk.batteryTrend().points.first().time, old.time);
+}
+
+void tst_CheckupSession::damagedVisitsAreNotPassedOver()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run();
+    const qint64 damaged = *desk.session.record().visitId;
+    desk.changeArchive(
+        QStringLiteral("UPDATE draxel_entries SET data = x'00' WHERE visit = %1 AND node = 2").arg(damaged));
+    QSignalSpy incomplete(&desk.session, &CheckupSession::pastIncomplete);
+    desk.run();
+    QCOMPARE(incomplete.size(), 1);
+    QCOMPARE(incomplete.first().first().toStringList(),
+             QStringList{QStringLiteral("Visit %1 is damaged in the archive and cannot be shown. Take the "
+                                        "last backup of the archive; the other visits are not affected.")
+                             .arg(damaged)});
+    QVERIFY(!desk.session.record().comparison);
+    QCOMPARE(desk.batteryTrend().points.size(), 1);
+    QCOMPARE(desk.batteryTrend().damagedVisits, 1);
+    QVERIFY(!desk.batteryTrend().isArchiveUnread);
+}
+
+void tst_CheckupSession::visitBeforeThatIsDamagedIsNotPassedOver()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run();
+    // Not where the battery is.
+    desk.changeArchive(QStringLiteral("UPDATE draxel_entries SET data = x'00' WHERE node = 4"));
+    QSignalSpy incomplete(&desk.session, &CheckupSession::pastIncomplete);
+    desk.run();
+    QCOMPARE(incomplete.size(), 1);
+    QCOMPARE(incomplete.first().first().toStringList().size(), 1);
+    QVERIFY(!desk.session.record().comparison);
+    QCOMPARE(desk.batteryTrend().points.size(), 2);
+    QCOMPARE(desk.batteryTrend().damagedVisits, 0);
+}
+
+void tst_CheckupSession::archiveThatCannotBeReadIsNotPassedOver()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run();
+    const Snapshot snapshot = desk.session.record().snapshot;
+    const qint64 visitId = *desk.session.record().visitId;
+    QSignalSpy incomplete(&desk.session, &CheckupSession::pastIncomplete);
+    desk.session.showVisit(snapshot, visitId);
+    waitForArchive(desk.records);
+    QCOMPARE(incomplete.size(), 0);
+    QVERIFY(!desk.batteryTrend().isArchiveUnread);
+    desk.changeArchive(QStringLiteral("ALTER TABLE draxel_entries RENAME TO elsewhere"));
+    desk.session.showVisit(snapshot, visitId);
+    waitForArchive(desk.records);
+    QCOMPARE(incomplete.size(), 1);
+    QVERIFY(!incomplete.first().first().toStringList().join(QString()).isEmpty());
+    QVERIFY(desk.batteryTrend().isArchiveUnread);
 }
 
 void tst_CheckupSession::fileIsShownAndNotKeptByItself()
