@@ -79,7 +79,7 @@ void tst_AnyValue::randomValuesGiveTheSameTextTwice_data()
 
     QTest::newRow("seed 1") << 1u;
     QTest::newRow("seed 454") << 454u;
-    QTest::newRow("seed of today") << QRandomGenerator::global()->generate();
+    QTest::newRow("seed 20260905") << 20260905u;
 }
 
 void tst_AnyValue::randomValuesGiveTheSameTextTwice()
