@@ -160,11 +160,13 @@ void addPictures(const Component &component, const ServiceReportData &data, cons
             continue;
         const QString title
             = packTitle(ReportTr::tr("State of health over the visits"), trend.pack, int(count));
-        if (trend.points.size() > 1)
-            section->blocks.append(ReportCharts::health(trend, title, words));
         const QString missing = missingVisits(trend);
+        const bool isDrawn = trend.points.size() > 1;
+        if (isDrawn)
+            section->blocks.append(ReportCharts::health(trend, title, words));
         if (!missing.isEmpty())
-            section->blocks.append(ReportParagraph{ReportTr::tr("%1: %2").arg(title, missing)});
+            section->blocks.append(
+                ReportParagraph{isDrawn ? missing : ReportTr::tr("%1: %2").arg(title, missing)});
     }
 }
 

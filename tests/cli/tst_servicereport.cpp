@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "program.h"
 
+#include <archive/archivedatabase.h>
+
 #include <QDir>
 #include <QImage>
 #include <QJsonDocument>
@@ -56,6 +58,7 @@ private slots:
     void showsTheLogo();
     void brokenLogo();
     void showsTheTrendOfAnArchive();
+    void saysWhichVisitIsDamaged();
     void namesItsFilesAsJson();
     void readsExchangeFilesToo();
     void badFilesWriteNothing();
@@ -172,6 +175,33 @@ void tst_ServiceReport::showsTheTrendOfAnArchive()
         QStringLiteral("94.0%1% on 12 March 2026, 88.0%1% on 3 September 2026.").arg(QChar(QChar::Nbsp))));
     QVERIFY(!html().contains(s("What has changed")));
     QCOMPARE(report({s("--archive"), path("gone.sqlite")}).status, 5);
+}
+
+void tst_ServiceReport::saysWhichVisitIsDamaged()
+{
+    const auto withTwoPacks = [](QByteArray text) {
+        return text.replace("]}]}\n", ",{\"index\":24950,\"sub\":2,\"type\":6,\"raw\":\"2823\","
+                                      "\"value\":9000,\"ms\":0}]}]}\n");
+    };
+    const QString old = write("old.dxsnap", withTwoPacks(vehicle("2026-03-12T09:40:00.000+01:00", 9400)));
+    const QString now = write("now.dxsnap", withTwoPacks(vehicle("2026-09-03T10:12:00.000+02:00", 8800)));
+    const QString archive = path("archive.sqlite");
+    QCOMPARE(run({s("archive"), s("add"), old, s("--archive"), archive}).status, 0);
+    {
+        QString error;
+        ArchiveDatabase database;
+        QVERIFY(database.open(*ArchiveAddress::parse(archive, &error), ArchiveDatabase::Missing::Refuse));
+        QVERIFY(database.run(s("UPDATE draxel_entries SET data = x'00'")));
+    }
+    const Result result = run(
+        {s("report"), now, s("--service"), s("--output"), path("r"), s("--archive"), archive}, noDisplay);
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.errors,
+             s("Visit 1 is damaged in the archive and cannot be shown. Take the last backup of the "
+               "archive; the other visits are not affected.\n"));
+    const QString missing = s("Number of visits that are missing, as they are damaged in the archive: 1.");
+    QVERIFY(html().contains(s("State of health over the visits, pack 1: ") + missing));
+    QVERIFY(html().contains(s("State of health over the visits, pack 2: ") + missing));
 }
 
 void tst_ServiceReport::namesItsFilesAsJson()

@@ -470,8 +470,7 @@ void tst_ReportMaker::missingVisitsAreSaid()
     ServiceReportData data = ReportExample::data();
     data.trends.first().damagedVisits = 2;
     QCOMPARE(blockOf<ReportParagraph>(makeServiceReport(data), "Component by component", 0).text,
-             s("State of health over the visits: Number of visits that are missing, as they are damaged in "
-               "the archive: 2."));
+             s("Number of visits that are missing, as they are damaged in the archive: 2."));
     QCOMPARE(blockOf<ReportPicture>(makeServiceReport(data), "Component by component", 1).title,
              s("State of health over the visits"));
     // Also where there is nothing to draw.

@@ -123,6 +123,7 @@ private:
         ArchiveAccess access;
         if (const std::optional<ExitStatus> status = access.open(m_options, Archive::Missing::Refuse))
             return status;
+        QStringList problems;
         for (HealthTrend &trend : m_data.trends) {
             const SnapshotNode *node = m_data.snapshot.find(trend.nodeId);
             const QString key = node != nullptr ? DeviceIdentity::of(*node).toKey() : QString();
@@ -134,12 +135,14 @@ private:
                 Console::printError(error);
                 return Exit::fileFailed;
             }
-            for (const QString &problem : archived->problems)
-                Console::printError(problem);
+            problems += archived->problems;
             trend.damagedVisits = archived->problems.size();
             for (const TrendPoint &point : archived->points)
                 HealthTrends::addVisit(&trend, point.time, point.value, m_data.snapshot.time);
         }
+        problems.removeDuplicates(); // of each pack
+        for (const QString &problem : qAsConst(problems))
+            Console::printError(problem);
         return std::nullopt;
     }
 
