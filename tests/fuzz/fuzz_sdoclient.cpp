@@ -8,6 +8,8 @@
 #include <QCoreApplication>
 #include <QSet>
 
+#include <chrono>
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
 {
     using namespace CanOpen;
@@ -20,11 +22,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
         = {DataType::Unsigned8, DataType::Unsigned32, DataType::VisibleString, DataType::OctetString};
 
     ByteReader reader(data, size);
-    SdoClient client([](const QCanBusFrame &frame) {
+    // Time passes as the input says.
+    std::chrono::milliseconds now{0};
+    const auto send = [](const QCanBusFrame &frame) {
         require(frame.frameId() > sdoRequestBase && frame.frameId() <= sdoRequestBase + lastNodeId);
         require(frame.payload().size() == 8);
         return Sending::Written;
-    });
+    };
+    SdoClient client(send, [&now] { return now; });
     QSet<SdoTicket> open;
     const auto finish = [&open](const SdoOutcome &outcome) {
         require(open.remove(outcome.ticket)); // each ends once, and none that was not begun
@@ -50,6 +55,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
             if ((action & 0x08) != 0)
                 client.cancelAll();
             QCoreApplication::processEvents();
+            break;
+        case 4:
+            now += std::chrono::milliseconds(reader.byte());
             break;
         default:
             client.handleFrame(QCanBusFrame(sdoResponseBase + node, reader.payload()));
