@@ -69,6 +69,7 @@ private slots:
     void saysOnceThatNothingCanBeKept();
     void saysItAgainAfterItWasKept();
     void saysItWhenAsked();
+    void forgetsNothingWhileTheFileIsOutOfReach();
     void keepsLaterWhatCouldNotBeKept();
 
 private:
@@ -348,6 +349,24 @@ void tst_SettingsStore::saysItWhenAsked()
     store().checkFile();
     store().finish();
     QCOMPARE(refusals.size(), 2);
+}
+
+void tst_SettingsStore::forgetsNothingWhileTheFileIsOutOfReach()
+{
+    store().setValues({{QStringLiteral("a"), 1}, {QStringLiteral("b"), 1}, {QStringLiteral("c"), 1}});
+    store().finish();
+    {
+        const NoPlace place;
+        store().setValue(QStringLiteral("a"), 2);
+        store().finish();
+        QCOMPARE(store().value(QStringLiteral("b")).toInt(), 1);
+        store().setValue(QStringLiteral("b"), QVariant());
+        store().finish();
+    }
+    store().refresh();
+    store().finish();
+    QCOMPARE(store().values(), (QVariantMap{{QStringLiteral("a"), 2}, {QStringLiteral("c"), 1}}));
+    QVERIFY(!inFile("b").isValid());
 }
 
 void tst_SettingsStore::keepsLaterWhatCouldNotBeKept()

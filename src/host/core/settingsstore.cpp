@@ -176,7 +176,10 @@ void SettingsStore::doWork()
         const Outcome outcome = keep(m_organization, m_application, work);
         locker.relock();
         m_unkept = outcome.isRefused ? work.changes : QVariantMap();
-        m_values = outcome.values;
+        if (!outcome.isRefused)
+            m_values.clear();
+        // What a file does not tell that is out of reach is not gone.
+        apply(outcome.values, &m_values);
         apply(m_unkept, &m_values);
         apply(m_waiting.changes, &m_values);
         const bool isNews = outcome.isRefused && (work.isCheck || !m_isRefused);
