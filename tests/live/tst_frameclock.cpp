@@ -73,6 +73,8 @@ private slots:
     void absurdStamps();
     void delaysThatAreOver_data();
     void delaysThatAreOver();
+    void delaysAtTheBeginning_data();
+    void delaysAtTheBeginning();
     void setBackALittle_data();
     void setBackALittle();
     void slowStamps();
@@ -165,6 +167,27 @@ void tst_FrameClock::delaysThatAreOver()
     }
     QCOMPARE(driver.frame(1, 0), driver.sent);
     QCOMPARE(driver.clock.jumps(), 0);
+}
+
+void tst_FrameClock::delaysAtTheBeginning_data()
+{
+    QTest::addColumn<qint64>("jump"); // of the stamps
+    QTest::newRow("of all") << qint64(0);
+    QTest::newRow("behind a jump") << 3600 * second;
+}
+
+/*! The frame that begins counts for a whole window and the one behind it. */
+void tst_FrameClock::delaysAtTheBeginning()
+{
+    QFETCH(qint64, jump);
+    Driver driver;
+    if (jump != 0) {
+        driver.send(4 * second, 0);
+        driver.stamp += jump;
+    }
+    driver.frame(1, 0);
+    driver.send(5 * second, 500 * millisecond);
+    QCOMPARE(driver.time, driver.sent);
 }
 
 void tst_FrameClock::setBackALittle_data()
