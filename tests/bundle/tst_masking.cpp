@@ -48,6 +48,9 @@ private slots:
     void values();
     void wideTextKeepsItsBytes();
     void nameInUtf8KeepsItsBytes();
+    void nameInUtf8_data();
+    void nameInUtf8();
+    void nameInAnotherWordStays();
     void valueOfAnotherObjectIsTheSame();
     void bytesWithZerosKeepTheirLength();
     void computer();
@@ -230,6 +233,41 @@ void tst_Masking::nameInUtf8KeepsItsBytes()
     const QByteArray masked = masking.value(deviceName, text);
     const QString word = masking.text(QStringLiteral("J\u00FCrgen M\u00FCller")); // "masked-3F2A"
     QCOMPARE(masked, "Rad von " + word.toLatin1().leftJustified(15, '.') + '.');
+}
+
+void tst_Masking::nameInUtf8_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QByteArray>("before"); // the name, and what follows it
+    QTest::addColumn<QByteArray>("after");
+    QTest::newRow("capitals") << QByteArray("RAD VON M\xC3\x9CLLER.") << QByteArray("RAD VON ")
+                              << QByteArray(".");
+    QTest::newRow("small letters") << QByteArray("rad von m\xC3\xBCller.") << QByteArray("rad von ")
+                                   << QByteArray(".");
+    QTest::newRow("beside a dash") << QByteArray("M\xC3\xBCller\xE2\x80\x93Rad") << QByteArray()
+                                   << QByteArray("\xE2\x80\x93Rad");
+    QTest::newRow("in quotation marks") << QByteArray("Rad \xC2\xBBM\xC3\xBCller\xC2\xAB.")
+                                        << QByteArray("Rad \xC2\xBB") << QByteArray("\xC2\xAB.");
+}
+
+void tst_Masking::nameInUtf8()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    Masking masking;
+    masking.learnName(QStringLiteral("M\u00FCller"));
+    const QByteArray word = masking.text(QStringLiteral("M\u00FCller")).toLatin1(); // "masked-3F2A"
+    QCOMPARE(masking.value(deviceName, text),
+             before + "ma-" + word.right(4) + after); // as many bytes as before
+}
+
+void tst_Masking::nameInAnotherWordStays()
+{
+    Masking masking;
+    masking.learnName(QStringLiteral("Meier"));
+    const QString text = QStringLiteral("Meier\u00F6 und \u00C4meier");
+    QCOMPARE(masking.text(text), text);
 }
 
 void tst_Masking::valueOfAnotherObjectIsTheSame()

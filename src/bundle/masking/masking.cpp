@@ -129,8 +129,11 @@ void Masking::learnName(const QString &name)
     if (trimmed.size() < shortestName || m_names.contains(trimmed, Qt::CaseInsensitive))
         return;
     m_names.append(trimmed);
-    const QString bytes = lettersOf(trimmed.toUtf8());
-    if (bytes != trimmed) {
+    // Its bytes know nothing of capitals.
+    for (const QString &spelling : {trimmed, trimmed.toLower(), trimmed.toUpper()}) {
+        const QString bytes = lettersOf(spelling.toUtf8());
+        if (bytes == spelling || m_spelt.contains(bytes))
+            continue;
         m_names.append(bytes);
         m_spelt.insert(bytes, trimmed);
     }
@@ -230,10 +233,14 @@ QString Masking::replacePaths(const QString &text)
 
 QString Masking::replaceNames(QString text, Length length)
 {
+    // Among bytes what is beyond ASCII may be a part of a dash or a quotation mark as well as of a letter.
+    const auto isJoined = [&text, length](int position) {
+        return isWordPart(text, position) && (length == Length::Free || text.at(position) < QChar(0x80));
+    };
     for (const QString &name : qAsConst(m_names)) {
         int at = text.indexOf(name, 0, Qt::CaseInsensitive);
         while (at >= 0) {
-            const bool isWhole = !isWordPart(text, at - 1) && !isWordPart(text, at + name.size());
+            const bool isWhole = !isJoined(at - 1) && !isJoined(at + name.size());
             const QString put = isWhole ? standIn(name, length) : name;
             if (isWhole)
                 text.replace(at, name.size(), put);
