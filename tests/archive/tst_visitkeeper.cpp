@@ -4,6 +4,7 @@
 
 #include <archive/archiveworker.h>
 #include <archive/visitkeeper.h>
+#include <archive/waitingverdict.h>
 #include <snapshot/snapshotfile.h>
 
 #include <QDir>
@@ -26,6 +27,7 @@ VisitVerdict warned(int warnings)
 {
     VisitVerdict verdict;
     verdict.verdict = Verdict::Warning;
+    verdict.faults = 4;
     verdict.warnings = warnings;
     verdict.notes = 2;
     verdict.notChecked = 3;
@@ -75,6 +77,7 @@ private slots:
     void verdictWaitsToo();
     void deliversTheLastVerdict();
     void waitingVerdictIsNewerThanTheArchives();
+    void verdictOfTheArchiveIsNewerThanTheWaitingOne_data();
     void verdictOfTheArchiveIsNewerThanTheWaitingOne();
     void unusableVerdictsStopNothing_data();
     void unusableVerdictsStopNothing();
@@ -378,7 +381,7 @@ void tst_VisitKeeper::verdictWaitsToo()
     const std::optional<VisitVerdict> verdict = visits->first().verdict;
     QVERIFY(verdict);
     QCOMPARE(verdict->verdict, Verdict::Warning);
-    QCOMPARE(verdict->faults, 0);
+    QCOMPARE(verdict->faults, 4);
     QCOMPARE(verdict->warnings, 7);
     QCOMPARE(verdict->notes, 2);
     QCOMPARE(verdict->notChecked, 3);
@@ -405,10 +408,18 @@ void tst_VisitKeeper::waitingVerdictIsNewerThanTheArchives()
     QCOMPARE(warningsOf(&archive), 2);
 }
 
+void tst_VisitKeeper::verdictOfTheArchiveIsNewerThanTheWaitingOne_data()
+{
+    QTest::addColumn<int>("given"); // warnings of what is kept; 0: it has no verdict
+    QTest::addColumn<int>("warnings");
+    QTest::newRow("with a verdict") << 2 << 2;
+    QTest::newRow("without one") << 0 << 1;
+}
+
 /*! What waited was checked again when the archive was back: before it is delivered, the archive has the newer one. */
 void tst_VisitKeeper::verdictOfTheArchiveIsNewerThanTheWaitingOne()
 {
-    const QString address = m_places.filePath(QStringLiteral("newer.dxarchive"));
+    const QString address = m_places.filePath(QStringLiteral("newer-%1.dxarchive").arg(m_folders));
     { // it is there, and found by the visit that is kept: nothing is delivered before
         OpenArchive made(address);
     }
@@ -418,10 +429,11 @@ void tst_VisitKeeper::verdictOfTheArchiveIsNewerThanTheWaitingOne()
     worker.open(addressOf(address));
     QTRY_COMPARE(worker.pendingCount(), 0);
     QVERIFY(m_waiting.save(numbered(1), warned(1), &m_error));
-    keeper.keep(numbered(1), warned(2));
+    QFETCH(int, given);
+    keeper.keep(numbered(1), given > 0 ? std::optional(warned(given)) : std::nullopt);
     QTRY_COMPARE(delivered.size(), 1);
     OpenArchive archive(address);
-    QCOMPARE(warningsOf(&archive), 2);
+    QTEST(warningsOf(&archive), "warnings");
     QCOMPARE(waitingFiles(), QStringList());
 }
 
@@ -436,13 +448,16 @@ void tst_VisitKeeper::unusableVerdictsStopNothing_data()
         R"({"verdict":5,"faults":0,"warnings":1,"notes":0,"notChecked":0})");
     QTest::newRow("negative count") << QByteArray(
         R"({"verdict":3,"faults":0,"warnings":-1,"notes":0,"notChecked":0})");
-    QTest::newRow("too long") << QByteArray(5000, ' ');
+    QTest::newRow("too long") << QByteArray(
+                                     R"({"verdict":3,"faults":0,"warnings":1,"notes":0,"notChecked":0})")
+                                     .leftJustified(4097, ' ');
 }
 
 void tst_VisitKeeper::unusableVerdictsStopNothing()
 {
     QFETCH(QByteArray, text);
-    QVERIFY(m_waiting.save(numbered(1), warned(1), &m_error));
+    const std::optional<QString> snapshot = m_waiting.save(numbered(1), warned(1), &m_error);
+    QVERIFY(snapshot);
     const QStringList verdicts = waitingFiles(QStringLiteral("*.verdict"));
     QCOMPARE(verdicts.size(), 1);
     for (const QString &name : {verdicts.first(), QStringLiteral("20260101-000000-0.verdict")}) {
@@ -450,6 +465,7 @@ void tst_VisitKeeper::unusableVerdictsStopNothing()
         QVERIFY(file.open(QIODevice::WriteOnly));
         QCOMPARE(file.write(text), qint64(text.size()));
     }
+    QVERIFY(!WaitingVerdict::load(*snapshot));
     OpenArchive archive(m_places.filePath(QStringLiteral("%1.dxarchive").arg(m_folders)));
     const WaitingVisits::Delivery delivery = m_waiting.deliver(archive);
     QCOMPARE(delivery.problems, QStringList());
