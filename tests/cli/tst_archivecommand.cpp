@@ -48,6 +48,7 @@ private slots:
     void followsAValue_data();
     void followsAValue();
     void trendLeavesOutADamagedVisit();
+    void trendOfDamagedVisitsAlone();
     void trendOfNobody();
     void exportsTheVeryFile();
     void fingerprintIsThatOfTheExportedFile();
@@ -335,6 +336,29 @@ void tst_ArchiveCommand::trendLeavesOutADamagedVisit()
     QCOMPARE(
         result.errors,
         QStringLiteral("Visit 1 is damaged in the archive and cannot be shown. Take the last backup of the "
+                       "archive; the other visits are not affected.\n"));
+}
+
+/*! What cannot be read is not said to be absent. */
+void tst_ArchiveCommand::trendOfDamagedVisitsAlone()
+{
+    addBoth();
+    {
+        QString error;
+        ArchiveDatabase database;
+        QVERIFY(database.open(*ArchiveAddress::parse(filePath(QStringLiteral("a.dxarchive")), &error),
+                              ArchiveDatabase::Missing::Refuse));
+        QVERIFY(database.run(QStringLiteral("UPDATE draxel_entries SET data = x'00'")));
+    }
+    const Result result
+        = archive({QStringLiteral("trend"), QStringLiteral("1001"), QStringLiteral("6164.2")});
+    QCOMPARE(result.status, 5);
+    QCOMPARE(result.output, QString());
+    QCOMPARE(
+        result.errors,
+        QStringLiteral("Visit 1 is damaged in the archive and cannot be shown. Take the last backup of the "
+                       "archive; the other visits are not affected.\n"
+                       "Visit 2 is damaged in the archive and cannot be shown. Take the last backup of the "
                        "archive; the other visits are not affected.\n"));
 }
 

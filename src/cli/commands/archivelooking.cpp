@@ -287,9 +287,12 @@ ExitStatus runArchiveTrend(const QStringList &arguments)
     const std::optional<ValueTrend> trend = readTrend(command, *key);
     if (!trend)
         return command.fail();
-    printList(command, QStringLiteral("points"), trend->points, VisitListing::text(trend->points, *key),
-              ArchiveLookingTr::tr("No visit of it has a value of %1.").arg(key->toShortString()),
-              [key](const TrendPoint &point) { return VisitListing::json(point, *key); });
+    // A visit that cannot be read may have the value.
+    const bool isUnknown = trend->points.isEmpty() && !trend->problems.isEmpty();
+    if (!isUnknown || command.isJson())
+        printList(command, QStringLiteral("points"), trend->points, VisitListing::text(trend->points, *key),
+                  ArchiveLookingTr::tr("No visit of it has a value of %1.").arg(key->toShortString()),
+                  [key](const TrendPoint &point) { return VisitListing::json(point, *key); });
     for (const QString &problem : trend->problems)
         Console::printError(problem);
     return trend->problems.isEmpty() ? Exit::success : Exit::fileFailed;
