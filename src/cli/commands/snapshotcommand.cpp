@@ -242,8 +242,9 @@ std::optional<ExitStatus> SnapshotCommand::parseResume()
     return std::nullopt;
 }
 
-/*! The options, and where there is none what the earlier snapshot says. */
-/*! What was written beside an earlier snapshot stays; beside that of another vehicle only the technician is the same. */
+/*! The options, and where there is none what was written beside the earlier snapshot; beside that of another vehicle only
+ *  the technician is the same.
+ */
 SnapshotNotes SnapshotCommand::notes() const
 {
     SnapshotNotes notes = m_earlier ? m_earlier->notes : SnapshotNotes();
