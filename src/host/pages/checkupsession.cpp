@@ -45,6 +45,15 @@ QVector<HealthTrend> trendsOf(const Snapshot &snapshot, Archive &archive, QStrin
     return trends;
 }
 
+/*! What is known of it when the archive cannot be reached: that visits may be there. */
+QVector<HealthTrend> unreadTrendsOf(const Snapshot &snapshot)
+{
+    QVector<HealthTrend> trends = HealthTrends::of(snapshot);
+    for (HealthTrend &trend : trends)
+        trend.isArchiveUnread = !DeviceIdentity::of(*snapshot.find(trend.nodeId)).toKey().isEmpty();
+    return trends;
+}
+
 bool areSame(const SnapshotNotes &a, const SnapshotNotes &b)
 {
     return std::tie(a.vehicle, a.customer, a.technician, a.odometer, a.note)
@@ -381,9 +390,11 @@ void CheckupSession::handleKept(const VehicleRecords::Keeping &keeping)
         takeVisit(keeping.visit);
         return;
     case End::Waiting:
+        m_record.trends = unreadTrendsOf(m_record.snapshot);
         setKept(Kept::Waiting, keeping.reason);
         return;
     case End::Lost:
+        m_record.trends = unreadTrendsOf(m_record.snapshot);
         setKept(Kept::Failed, keeping.reason);
         return;
     }

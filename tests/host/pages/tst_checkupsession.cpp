@@ -167,6 +167,7 @@ private slots:
     void damagedVisitsAreNotPassedOver();
     void visitBeforeThatIsDamagedIsNotPassedOver();
     void archiveThatCannotBeReadIsNotPassedOver();
+    void archiveThatCannotBeReachedIsNotPassedOver();
     void fileIsShownAndNotKeptByItself();
     void otherVehicleHasOtherNotes();
     void notesEndWithTheConnection();
@@ -676,6 +677,22 @@ void tst_CheckupSession::archiveThatCannotBeReadIsNotPassedOver()
     QCOMPARE(incomplete.size(), 1);
     QVERIFY(!incomplete.first().first().toStringList().join(QString()).isEmpty());
     QVERIFY(desk.batteryTrend().isArchiveUnread);
+}
+
+void tst_CheckupSession::archiveThatCannotBeReachedIsNotPassedOver()
+{
+    Desk desk(healthy());
+    qputenv("DRAXEL_ARCHIVE", "/proc/none/here.dxarchive");
+    QVERIFY(desk.host.connectToBus());
+    desk.run();
+    QCOMPARE(desk.session.kept(), Kept::Waiting);
+    QCOMPARE(desk.batteryTrend().points.size(), 1);
+    QVERIFY(desk.batteryTrend().isArchiveUnread);
+    desk.turnToOtherArchive();
+    QCOMPARE(desk.session.kept(), Kept::Yes);
+    waitForArchive(desk.records);
+    QCOMPARE(desk.batteryTrend().points.size(), 1);
+    QVERIFY(!desk.batteryTrend().isArchiveUnread);
 }
 
 void tst_CheckupSession::fileIsShownAndNotKeptByItself()
