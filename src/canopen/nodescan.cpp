@@ -70,6 +70,11 @@ QVector<quint8> NodeScan::foundNodes() const
     return nodesOf(m_found);
 }
 
+QVector<quint8> NodeScan::silentNodes() const
+{
+    return nodesOf(m_silent);
+}
+
 QVector<quint8> NodeScan::unaskedNodes() const
 {
     return nodesOf(~(m_found | m_silent));

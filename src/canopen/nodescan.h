@@ -40,6 +40,9 @@ public:
     /*! The nodes that were found so far, in ascending order. */
     QVector<quint8> foundNodes() const;
 
+    /*! The nodes that were asked, and did not answer though the bus had room for it, in ascending order. */
+    QVector<quint8> silentNodes() const;
+
     /*! The nodes of which nothing is known, in ascending order: no request to them could be written, the bus had no
      *  room for their answers, or the scan was ended before they could answer. Not to be taken for absent.
      */

@@ -227,6 +227,7 @@ void tst_NodeScan::nodesThatCouldNotBeAskedAreNotAbsent()
     QTRY_COMPARE(bus.finishedCount, 1);
     QCOMPARE(bus.result, NodeIds());
     QCOMPARE(bus.scan.unaskedNodes().size(), 127);
+    QCOMPARE(bus.scan.silentNodes(), NodeIds());
 }
 
 void tst_NodeScan::nodesThatFoundNoRoomAreNotAbsent()
@@ -248,6 +249,7 @@ void tst_NodeScan::nodesThatFoundNoRoomAreNotAbsent()
     QTRY_COMPARE(bus.finishedCount, 1);
     QCOMPARE(bus.result, NodeIds{9});
     QCOMPARE(bus.scan.unaskedNodes().size(), 126);
+    QCOMPARE(bus.scan.silentNodes(), NodeIds());
 }
 
 /*! It goes on and on, and no request of ours goes out: all that is known is what others say. */
@@ -278,6 +280,8 @@ void tst_NodeScan::nodesThatKeptSilentWereAsked()
     QTRY_COMPARE(bus.finishedCount, 1);
     QCOMPARE(bus.result, NodeIds{9});
     QCOMPARE(bus.scan.unaskedNodes(), NodeIds());
+    QCOMPARE(bus.scan.silentNodes().size(), 126);
+    QVERIFY(!bus.scan.silentNodes().contains(9));
 
     bus.scan.start();
     bus.client.cancelAll();

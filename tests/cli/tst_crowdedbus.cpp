@@ -26,6 +26,7 @@ private slots:
     void stopIsTheBusNotTheNode();
     void controllerThatCannotBeHeard();
     void oneNodeThatCannotAnswer();
+    void nodeThatFindsNoRoomIsNotSilent();
     void scanSaysWhatItDoesNotKnow();
     void snapshotMayMissNodes_data();
     void snapshotMayMissNodes();
@@ -132,6 +133,16 @@ void tst_CrowdedBus::oneNodeThatCannotAnswer()
     QVERIFY2(result.errors.contains(QStringLiteral("because the request could not be sent: the bus is "
                                                    "overloaded, or nobody acknowledges.")),
              qPrintable(result.errors));
+}
+
+/*! Its boot-up message was heard, and its answer comes when the bus is full. */
+void tst_CrowdedBus::nodeThatFindsNoRoomIsNotSilent()
+{
+    const QString vehicle = writeVehicle(withoutEnd, R"({"kind": "sdoDelay", "ms": 300})");
+    const Result result = run({QStringLiteral("get"), QStringLiteral("--bus"), vehicle, QStringLiteral("1"),
+                               QStringLiteral("1018"), QStringLiteral("1")});
+    QCOMPARE(result.status, 4);
+    QCOMPARE(result.errors, QStringLiteral("Node 1, object 1018h sub-index 1: No answer\n"));
 }
 
 void tst_CrowdedBus::scanSaysWhatItDoesNotKnow()

@@ -192,8 +192,9 @@ ExitStatus GetCommand::complain(const CanOpen::SdoOutcome &outcome)
     Console::printError(failure.toString());
     if (outcome.kind != CanOpen::SdoOutcome::Kind::Timeout)
         return Exit::objectsFailed;
+    const bool isSilent = !outcome.isUnasked && !outcome.isCrowdedOut; // else the bus is to blame
     const QString heard = silentNodeText(m_nodeId, m_bus.heartbeats().state(m_nodeId));
-    if (!heard.isEmpty())
+    if (isSilent && !heard.isEmpty())
         Console::printError(heard);
     return Exit::stoppedEarly;
 }

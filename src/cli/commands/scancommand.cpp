@@ -8,7 +8,6 @@
 #include <cli/core/progressline.h>
 #include <cli/core/silentnode.h>
 
-#include <canopen/cobid.h>
 #include <canopen/nodescan.h>
 #include <bus/busconnection.h>
 #include <host/core/readwords.h>
@@ -24,9 +23,10 @@ struct ScanCommandTr
 bool reportHeard(const CanOpen::NodeScan &scan, const CanOpen::HeartbeatConsumer &heartbeats)
 {
     bool isAnyHeard = false;
-    for (quint8 nodeId = CanOpen::firstNodeId; nodeId <= CanOpen::lastNodeId; ++nodeId) {
+    const QVector<quint8> silent = scan.silentNodes();
+    for (const quint8 nodeId : silent) {
         const QString text = silentNodeText(nodeId, heartbeats.state(nodeId));
-        if (text.isEmpty() || scan.foundNodes().contains(nodeId))
+        if (text.isEmpty())
             continue;
         isAnyHeard = true;
         Console::printError(text);
