@@ -122,9 +122,6 @@ QStringList BusReport::obstacles() const
 void BusReport::reportNodes()
 {
     const NodeNews::Report report = m_news.take();
-    const auto heard = byState(report.heard);
-    for (auto it = heard.cbegin(); it != heard.cend(); ++it)
-        add(severityOf(it.key()), tr("Heard, %1: node %2").arg(stateName(it.key()), BusWords::nodes(*it)));
     if (!report.restarted.isEmpty())
         add(MessageLog::Severity::Warning,
             tr("Started again (boot-up message): node %1").arg(nodeNumbers(report.restarted)));
@@ -133,6 +130,10 @@ void BusReport::reportNodes()
         add(severityOf(it.key()), tr("Now %1: node %2").arg(stateName(it.key()), BusWords::nodes(*it)));
     if (!report.lost.isEmpty())
         add(MessageLog::Severity::Warning, tr("Not heard any more: node %1").arg(nodeNumbers(report.lost)));
+    // Last: a node that is lost and heard at once is there.
+    const auto heard = byState(report.heard);
+    for (auto it = heard.cbegin(); it != heard.cend(); ++it)
+        add(severityOf(it.key()), tr("Heard, %1: node %2").arg(stateName(it.key()), BusWords::nodes(*it)));
 }
 
 void BusReport::handleBusState(BusConnection::State state)

@@ -28,6 +28,7 @@ private slots:
     void bootUpOfKnownNode();
     void bootLoopDoesNotFlood();
     void saysLostNodes();
+    void saysLossBeforeReturn();
     void bootUpWithoutHeartbeat();
     void obstacles();
     void warnsWhenReadStarts();
@@ -211,6 +212,27 @@ void tst_BusReport::saysLostNodes()
     m_fake->heartbeat(3, 0x05);
     m_report->reportNodes();
     QCOMPARE(lines().last(), QStringLiteral("Heard, Operational: node 3"));
+}
+
+/*! The last line on a node is true: it is there. */
+void tst_BusReport::saysLossBeforeReturn()
+{
+    connectAndClear();
+    static qint64 now = 0;
+    CanOpen::HeartbeatConsumer &heartbeats = m_services->bus().heartbeats();
+    heartbeats.setClock([] { return now; });
+    for (int i = 0; i < 2; ++i) {
+        now += 500;
+        m_fake->heartbeat(3, 0x05);
+    }
+    m_report->reportNodes();
+    m_log->clear();
+    now += 2001;
+    heartbeats.checkTimeouts(now);
+    m_fake->heartbeat(3, 0x05);
+    m_report->reportNodes();
+    QCOMPARE(lines(), (QStringList{QStringLiteral("Not heard any more: node 3"),
+                                   QStringLiteral("Heard, Operational: node 3")}));
 }
 
 void tst_BusReport::bootUpWithoutHeartbeat()
