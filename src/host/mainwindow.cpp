@@ -153,13 +153,14 @@ void MainWindow::showPlugins()
         QWidget *page = plugin.widget != nullptr
                             ? plugin.widget
                             : new QLabel(tr("%1 has no window.").arg(plugin.library.name), m_pages);
-        const int index = m_pages->insertTab(m_pages->indexOf(m_placeholder), new PageArea(page, m_pages),
-                                             plugins.size() == 1 ? tr("Overview") : plugin.library.name);
+        const int index
+            = m_pages->insertTab(m_pages->indexOf(m_placeholder), new PageArea(page, m_pages), QString());
         m_pages->setTabToolTip(index, plugin.library.description);
     }
     if (!plugins.isEmpty()) {
         m_pages->removeTab(m_pages->indexOf(m_placeholder));
         m_placeholder->hide();
+        namePluginPages();
         m_pages->setCurrentIndex(0);
         showPage(0);
     }
@@ -233,6 +234,7 @@ void MainWindow::retranslate()
 {
     showVehicle();
     m_menus->retranslate();
+    namePluginPages();
     showCheckupState();
     m_dock->setWindowTitle(tr("Messages"));
     m_dock->toggleViewAction()->setText(tr("&Messages"));
@@ -665,6 +667,16 @@ void MainWindow::choosePage(int number)
     QWidget *const pages[]
         = {m_pages->widget(m_lastPlugin), m_checkupTab, m_liveTab, m_traceTab, m_archiveTab};
     m_pages->setCurrentWidget(pages[number]);
+}
+
+/*! The only one is the overview of the vehicle. */
+void MainWindow::namePluginPages()
+{
+    if (m_pages->indexOf(m_placeholder) >= 0) // they are not shown yet
+        return;
+    const QVector<PluginSession::Plugin> &plugins = m_plugins->plugins();
+    for (int i = 0; i < plugins.size(); ++i)
+        m_pages->setTabText(i, plugins.size() == 1 ? tr("Overview") : plugins.at(i).library.name);
 }
 
 void MainWindow::showCheckupState()

@@ -102,6 +102,7 @@ private:
     LivePage *livePage();
     void showInTrace(const LiveEvent &event, const QDateTime &time);
     void retranslate();
+    void namePluginPages();
     void restoreSettings();
     void saveSettings();
     void connectSettings();

@@ -84,6 +84,7 @@ private slots:
     void languagesByTheirOwnNames();
     void languageWithoutAFontSaysSo();
     void switchesLanguageAtOnce();
+    void overviewIsNamedInTheLanguage();
     void remembersLayout();
     void resetsLayout();
     void brokenSettingsAreNoNews();
@@ -488,6 +489,25 @@ void tst_HostMenus::switchesLanguageAtOnce()
     action(window, "actionLanguage_")->trigger();
     QVERIFY(!SettingsStore::instance().value(QStringLiteral("language")).isValid());
     languages.apply(QStringLiteral("en"));
+}
+
+void tst_HostMenus::overviewIsNamedInTheLanguage()
+{
+    Host host;
+    host.loadOverview();
+    LanguageSetting languages(QStringLiteral(OVERVIEW_LANGUAGE_FOLDER));
+    languages.apply(QStringLiteral("en"));
+    MainWindow window(&host.services, &host.session);
+    window.setLanguages(&languages, QString());
+    window.showPlugins();
+    const auto *pages = window.findChild<QTabWidget *>(QStringLiteral("pluginPages"));
+    QCOMPARE(pages->tabText(0), QStringLiteral("Overview"));
+    action(window, "actionLanguage_de")->trigger();
+    QTRY_COMPARE(pages->tabText(0), QStringLiteral("Übersicht"));
+    QCOMPARE(pages->tabText(4), QStringLiteral("Archiv"));
+    action(window, "actionLanguage_en")->trigger();
+    QTRY_COMPARE(pages->tabText(0), QStringLiteral("Overview"));
+    host.session.shutDown();
 }
 
 void tst_HostMenus::remembersLayout()
