@@ -145,6 +145,7 @@ void ConnectionBar::build()
     m_bitRateLabel = new QLabel(this);
     m_bitRate = new QComboBox(this);
     m_bitRate->setObjectName(QStringLiteral("bitRateBox"));
+    m_bitRate->setSizeAdjustPolicy(QComboBox::AdjustToContents); // another language has other words
     m_bitRateLabel->setBuddy(m_bitRate);
 
     m_connect = new QPushButton(this);

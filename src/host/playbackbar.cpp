@@ -69,6 +69,7 @@ void PlaybackBar::build()
     m_repeat->setIcon(style()->standardIcon(QStyle::SP_BrowserReload));
     m_repeat->setCheckable(true);
     m_speed->setObjectName(QStringLiteral("playbackSpeed"));
+    m_speed->setSizeAdjustPolicy(QComboBox::AdjustToContents); // another language has other words
     m_speedLabel->setBuddy(m_speed);
     m_place->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // never widens the window
     auto *layout = new QHBoxLayout(this);

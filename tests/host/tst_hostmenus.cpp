@@ -15,6 +15,7 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDockWidget>
 #include <QFontDatabase>
@@ -85,6 +86,7 @@ private slots:
     void languageWithoutAFontSaysSo();
     void switchesLanguageAtOnce();
     void overviewIsNamedInTheLanguage();
+    void boxesAreAsWideAsTheirWords();
     void remembersLayout();
     void resetsLayout();
     void brokenSettingsAreNoNews();
@@ -508,6 +510,31 @@ void tst_HostMenus::overviewIsNamedInTheLanguage()
     action(window, "actionLanguage_en")->trigger();
     QTRY_COMPARE(pages->tabText(0), QStringLiteral("Overview"));
     host.session.shutDown();
+}
+
+/*! As those of a window that has spoken the language from the start. */
+void tst_HostMenus::boxesAreAsWideAsTheirWords()
+{
+    Host host;
+    LanguageSetting languages(QStringLiteral(OVERVIEW_LANGUAGE_FOLDER));
+    languages.apply(QStringLiteral("fr"));
+    MainWindow window(&host.services, &host.session);
+    window.setLanguages(&languages, QStringLiteral("fr"));
+    window.show();
+    const auto widthIn = [](const MainWindow &shown, const char *name) {
+        return shown.findChild<QComboBox *>(QLatin1String(name))->sizeHint().width();
+    };
+    const char *const boxes[] = {"bitRateBox", "playbackSpeed"};
+    for (const char *name : boxes)
+        QVERIFY(widthIn(window, name) > 0);
+    action(window, "actionLanguage_en")->trigger();
+    QTRY_COMPARE(window.findChild<QComboBox *>(QStringLiteral("bitRateBox"))->currentText(),
+                 QStringLiteral("as configured"));
+    Host otherHost;
+    MainWindow other(&otherHost.services, &otherHost.session);
+    other.show();
+    for (const char *name : boxes)
+        QVERIFY2(widthIn(window, name) == widthIn(other, name), name);
 }
 
 void tst_HostMenus::remembersLayout()

@@ -55,6 +55,7 @@ BatteryView::BatteryView(LiveSession *session, QWidget *parent)
 {
     setObjectName(QStringLiteral("batteryView"));
     m_choice->setObjectName(QStringLiteral("batteryChoice"));
+    m_choice->setSizeAdjustPolicy(QComboBox::AdjustToContents); // another language has other words
     m_text->setWordWrap(true);
     new HeightKeeper(m_text);
     auto *layout = new QVBoxLayout(this);
