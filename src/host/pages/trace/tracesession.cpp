@@ -54,8 +54,6 @@ void TraceSession::begin(const TraceHead &head)
     m_timer.start();
     if (wasLive) // a file stays until the user wants something else
         show(m_live.document());
-    else
-        emit documentChanged();
 }
 
 void TraceSession::tick()

@@ -58,6 +58,7 @@ TraceToolbar::TraceToolbar(TraceSession *session, QWidget *parent)
     connect(m_deviceFiles, &DeviceFiles::read, session, &TraceSession::tell);
     connect(m_deviceFiles, &DeviceFiles::failed, session, &TraceSession::failed);
     connect(session, &TraceSession::grown, this, &TraceToolbar::refresh);
+    connect(&session->recorder(), &TraceRecorder::begun, this, &TraceToolbar::refresh);
     connect(&session->recorder(), &TraceRecorder::recordingChanged, this, &TraceToolbar::refresh);
     connect(&session->recorder(), &TraceRecorder::keptFirst, this, &TraceToolbar::refresh);
     connect(&session->recorder(), &TraceRecorder::ended, this, &TraceToolbar::refresh);

@@ -197,6 +197,7 @@ private slots:
     void exportSaysWhatTheFormatCannotHold();
     void savesTheMinutesBeforeThePress();
     void minutesCanBeSavedBesideAFile();
+    void placeInAFileStaysWhenABusIsConnected();
     void suggestedNamesTellAFormat_data();
     void suggestedNamesTellAFormat();
     void namesWithDotsGetASuffix();
@@ -881,6 +882,23 @@ void tst_TracePage::minutesCanBeSavedBesideAFile()
     host.connectToBus();
     host.heartbeats(1);
     QVERIFY(host.find<QToolButton>("traceSaveLast")->isEnabled());
+}
+
+void tst_TracePage::placeInAFileStaysWhenABusIsConnected()
+{
+    TraceHost host;
+    host.open(many(100));
+    host.table()->selectRow(60);
+    const int place = host.table()->verticalScrollBar()->value();
+    QVERIFY(place > 0);
+    const QStringList meanings = host.chosenMeanings();
+    QVERIFY(!meanings.isEmpty());
+    host.connectToBus();
+    host.heartbeats(1);
+    QCOMPARE(host.table()->currentIndex().row(), 60);
+    QCOMPARE(host.table()->verticalScrollBar()->value(), place);
+    QCOMPARE(host.chosenMeanings(), meanings);
+    QVERIFY(host.find("traceSaveLast")->isEnabled());
 }
 
 void tst_TracePage::suggestedNamesTellAFormat_data()
