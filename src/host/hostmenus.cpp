@@ -11,6 +11,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QRegularExpression>
 
 namespace {
 
@@ -41,9 +42,11 @@ bool hasFontFor(const QString &language)
            || !QFontDatabase().families(QFontDatabase::SimplifiedChinese).isEmpty();
 }
 
+/*! Of "&Quit" as of "word(&Q)", which languages without Latin letters have. */
 QString withoutMnemonic(QString text)
 {
-    return text.remove(QLatin1Char('&')).remove(QLatin1String("..."));
+    static const QRegularExpression letterBehind(QStringLiteral("\\(&\\w\\)"));
+    return text.remove(letterBehind).remove(QLatin1Char('&')).remove(QLatin1String("..."));
 }
 
 } // namespace

@@ -87,6 +87,7 @@ private slots:
     void switchesLanguageAtOnce();
     void overviewIsNamedInTheLanguage();
     void boxesAreAsWideAsTheirWords();
+    void keyListHasNoLettersOfMenus();
     void remembersLayout();
     void resetsLayout();
     void brokenSettingsAreNoNews();
@@ -535,6 +536,21 @@ void tst_HostMenus::boxesAreAsWideAsTheirWords()
     other.show();
     for (const char *name : boxes)
         QVERIFY2(widthIn(window, name) == widthIn(other, name), name);
+}
+
+/*! Languages without Latin letters have that of the menu behind the word, in brackets. */
+void tst_HostMenus::keyListHasNoLettersOfMenus()
+{
+    Host host;
+    LanguageSetting languages(QStringLiteral(OVERVIEW_LANGUAGE_FOLDER));
+    languages.apply(QStringLiteral("zh_CN"));
+    MainWindow window(&host.services, &host.session);
+    action(window, "actionKeyList")->trigger();
+    const QString text = window.findChild<QMessageBox *>(QStringLiteral("keyListBox"))->text();
+    languages.apply(QStringLiteral("en"));
+    QVERIFY2(text.contains(QStringLiteral("<b>Ctrl+1</b></td><td>&nbsp;&nbsp;&nbsp;总览</td>")),
+             qPrintable(text));
+    QVERIFY2(!text.contains(QLatin1Char('(')), qPrintable(text));
 }
 
 void tst_HostMenus::remembersLayout()
