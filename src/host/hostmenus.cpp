@@ -116,7 +116,7 @@ void HostMenus::fillMenus()
     for (const char *name : {"actionPageOverview", "actionPageCheckup", "actionPageLive", "actionPageTrace",
                              "actionPageArchive"}) {
         const int number = m_pages.size();
-        QAction *page = makeAction(name, QKeySequence(Qt::CTRL + Qt::Key_1 + number));
+        QAction *page = makeAction(name, QKeySequence(int(Qt::CTRL) + int(Qt::Key_1) + number));
         connect(page, &QAction::triggered, this, [this, number] { emit pageChosen(number); });
         m_pages.append(page);
         m_view->addAction(page);
