@@ -111,12 +111,12 @@ ExitStatus runCommand(const QStringList &arguments)
     return Exit::usage;
 }
 
-/*! "help" alone, or "help COMMAND". */
+/*! "help" alone, "help COMMAND", or "help GROUP COMMAND". */
 ExitStatus help(const QStringList &arguments)
 {
-    const QString command = arguments.value(2);
+    const QStringList command = arguments.mid(2);
     if (!command.isEmpty())
-        return runCommand({arguments.first(), command, QStringLiteral("--help")});
+        return runCommand(QStringList(arguments.first()) + command + QStringList(QStringLiteral("--help")));
     Console::print(usage());
     return Exit::success;
 }

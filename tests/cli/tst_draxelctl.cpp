@@ -141,6 +141,9 @@ void tst_DraxelCtl::printsHelp_data()
                                   << QStringLiteral("--node <N>");
     QTest::newRow("help of a command") << QStringList{QStringLiteral("help"), QStringLiteral("read")}
                                        << QStringLiteral("Usage: draxelctl read [OPTION]...\n");
+    QTest::newRow("help of a group's command")
+        << QStringList{QStringLiteral("help"), QStringLiteral("trace"), QStringLiteral("record")}
+        << QStringLiteral("Usage: draxelctl trace record [OPTION]...\n");
     QTest::newRow("help alone") << QStringList{QStringLiteral("help")}
                                 << QStringLiteral("Usage: draxelctl COMMAND");
     QTest::newRow("get") << QStringList{QStringLiteral("get"), QStringLiteral("-h")}
@@ -190,6 +193,9 @@ void tst_DraxelCtl::wrongUsage_data()
                                      << QStringLiteral("draxelctl: There is no command \"fly\".");
     QTest::newRow("help of an unknown command")
         << QStringLiteral("help fly") << QStringLiteral("draxelctl: There is no command \"fly\".");
+    QTest::newRow("help of a group's unknown command")
+        << QStringLiteral("help trace fly")
+        << QStringLiteral("draxelctl trace: There is no command \"fly\".");
     QTest::newRow("node to read") << QStringLiteral("read --bus simulated:pedelec --node 0")
                                   << QStringLiteral(
                                          "draxelctl read: --node takes a number from 1 to 127, not \"0\".");
