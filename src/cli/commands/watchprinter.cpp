@@ -21,11 +21,14 @@ QByteArray line(const QJsonObject &json)
     return QJsonDocument(json).toJson(QJsonDocument::Compact) + '\n';
 }
 
-QJsonObject addressOf(const WatchedValue &value)
+/*! Which value it is, without what it is. */
+QJsonObject identityOf(const WatchedValue &value)
 {
     return {{QStringLiteral("node"), value.address.nodeId},
             {QStringLiteral("index"), value.address.key.index},
-            {QStringLiteral("sub"), value.address.key.subIndex}};
+            {QStringLiteral("sub"), value.address.key.subIndex},
+            {QStringLiteral("name"), ObjectWords::name(value.address.key)},
+            {QStringLiteral("unit"), ObjectWords::unit(value.address.key).text}};
 }
 
 } // namespace
@@ -106,7 +109,7 @@ void WatchPrinter::printTrouble(const WatchedValue &value, const QString &text, 
 {
     const QDateTime now = m_live->timeOfDay(m_live->now());
     if (m_form == Form::Json) {
-        QJsonObject json = addressOf(value);
+        QJsonObject json = identityOf(value);
         json.insert(QStringLiteral("time"), now.toString(Qt::ISODateWithMs));
         json.insert(QLatin1String(key), text);
         Console::printJson(line(json));
@@ -160,10 +163,8 @@ QStringList WatchPrinter::summaryRow(const WatchedValue &value) const
 
 QJsonObject WatchPrinter::summaryJson(const WatchedValue &value) const
 {
-    QJsonObject json = addressOf(value);
+    QJsonObject json = identityOf(value);
     const LiveValue *live = m_values->find(value);
-    json.insert(QStringLiteral("name"), ObjectWords::name(value.address.key));
-    json.insert(QStringLiteral("unit"), ObjectWords::unit(value.address.key).text);
     json.insert(QStringLiteral("count"), live != nullptr ? double(live->record.count()) : 0);
     const auto put = [&json, live](const char *key, double number) {
         json.insert(QLatin1String(key), live != nullptr ? QJsonValue(number) : QJsonValue());
