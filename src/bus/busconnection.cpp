@@ -227,14 +227,16 @@ void BusConnection::releasePort()
 void BusConnection::handleFrame(const QCanBusFrame &frame)
 {
     const QPointer<BusConnection> alive(this);
+    const CanOpen::CanPort *port = m_port.get();
     m_load.note(frame);
+    // First: the client asks on within an answer, and a device that sends at once has that request out before.
+    emit frameReceived(frame);
+    if (alive.isNull() || m_port.get() != port)
+        return;
     m_heartbeats.handleFrame(frame);
     if (alive.isNull())
         return;
     m_sdoClient.handleFrame(frame);
-    if (alive.isNull())
-        return;
-    emit frameReceived(frame);
 }
 
 void BusConnection::handleLoss(const QString &reason)

@@ -126,7 +126,8 @@ public:
 
 signals:
     void stateChanged(BusConnection::State state);
-    /*! Every frame, after the client and the consumer have seen it. Where this computer has lost frames, there is an
+    /*! Every frame, before the consumer and the client see it: what they send for it has its frameSent() later, so
+     *  that both signals together are in the order of the bus. Where this computer has lost frames, there is an
      *  error frame that says so, as adapters do it.
      */
     void frameReceived(const QCanBusFrame &frame);

@@ -60,6 +60,7 @@ private slots:
     void readsBitRateOfSocketCan();
     void readsBitRateAgainWhenTheBusIsBack();
     void feedsClientAndConsumer();
+    void tellsOfFramesInTheirOrder();
     void tellsOfLostFrames();
     void countsRepeats();
     void deviceThatLeavesIsLost();
@@ -304,6 +305,26 @@ void tst_BusConnection::feedsClientAndConsumer()
     QCOMPARE(frames.size(), 2);
     QCOMPARE(m_bus->counters().framesReceived, quint64(2));
     QCOMPARE(m_bus->counters().framesSent, quint64(1));
+}
+
+/*! The client asks for the next object within the answer, and the device sends that at once. */
+void tst_BusConnection::tellsOfFramesInTheirOrder()
+{
+    m_fake->addNode(5);
+    QStringList frames;
+    connect(m_bus.get(), &BusConnection::frameReceived, this, [&frames](const QCanBusFrame &frame) {
+        frames.append(QStringLiteral("received ") + QString::number(frame.frameId(), 16));
+    });
+    connect(m_bus.get(), &BusConnection::frameSent, this, [&frames](const QCanBusFrame &frame) {
+        frames.append(QStringLiteral("sent ") + QString::number(frame.frameId(), 16));
+    });
+    QSignalSpy outcomes(&m_bus->sdoClient(), &CanOpen::SdoClient::finished);
+    QVERIFY(m_bus->connectToBus(fakeSettings(), nullptr));
+    m_bus->sdoClient().upload(5, {0x1000, 0}, CanOpen::DataType::Unsigned32);
+    m_bus->sdoClient().upload(5, {0x1018, 1}, CanOpen::DataType::Unsigned32);
+    QTRY_COMPARE(outcomes.size(), 2);
+    QCOMPARE(frames, (QStringList{QStringLiteral("sent 605"), QStringLiteral("received 585"),
+                                  QStringLiteral("sent 605"), QStringLiteral("received 585")}));
 }
 
 void tst_BusConnection::tellsOfLostFrames()
