@@ -38,10 +38,7 @@ ArchiveBrowser::ArchiveBrowser(VehicleRecords *records, QObject *parent)
     : QObject(parent)
     , m_records(records)
 {
-    connect(records, &VehicleRecords::changed, this, [this] {
-        if (m_isStarted)
-            refresh();
-    });
+    connect(records, &VehicleRecords::changed, this, &ArchiveBrowser::askAnew);
     connect(records, &VehicleRecords::openFailed, this, &ArchiveBrowser::setProblem);
 }
 
@@ -50,6 +47,12 @@ void ArchiveBrowser::start()
     if (std::exchange(m_isStarted, true))
         return;
     refresh();
+}
+
+void ArchiveBrowser::askAnew()
+{
+    if (m_isStarted)
+        refresh();
 }
 
 void ArchiveBrowser::search(const QString &text)

@@ -30,6 +30,10 @@ public:
     /*! Looks at the archive; until the first time it is not opened. */
     void start();
     bool isStarted() const { return m_isStarted; }
+    /*! Once more, if it was looked at. In another language the archive has other words for vehicles without a name, and for
+     *  what is wrong with it.
+     */
+    void askAnew();
 
     /*! Words as in VisitQuery; empty for all vehicles. */
     void search(const QString &text);

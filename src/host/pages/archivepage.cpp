@@ -252,6 +252,7 @@ void ArchivePage::retranslate()
     showVehicles();
     showVisits();
     showProblem();
+    m_browser.askAnew();
 }
 
 void ArchivePage::fillTrends()

@@ -9,6 +9,7 @@
 #include <host/pages/archivebrowser.h>
 #include <host/pages/archivepage.h>
 #include <host/pages/checkupsession.h>
+#include <tests/support/markingtranslator.h>
 #include <tests/support/vehiclesnapshot.h>
 #include <tests/support/windowtest.h>
 
@@ -140,6 +141,7 @@ class tst_ArchivePage : public WindowTest
 private slots:
     void initTestCase();
     void listsVehiclesAndVisits();
+    void anotherLanguageHasOtherWordsForVehicles();
     void findsBySerialNumber();
     void findsNothing();
     void opensAVisit();
@@ -179,6 +181,24 @@ void tst_ArchivePage::listsVehiclesAndVisits()
     window.chooseVehicle(QStringLiteral("Cargo 1"));
     QCOMPARE(window.rows("visitTable"), 1);
     QCOMPARE(window.cell("visitTable", 0, 1), QStringLiteral("2 fault(s), 1 warning(s)"));
+}
+
+void tst_ArchivePage::anotherLanguageHasOtherWordsForVehicles()
+{
+    Window window;
+    {
+        QString error;
+        ArchiveDatabase database;
+        QVERIFY(database.open(*ArchiveAddress::parse(window.archiveFile(), &error),
+                              ArchiveDatabase::Missing::Refuse));
+        QVERIFY(database.run(QStringLiteral("UPDATE draxel_vehicle SET name = '', label = '' WHERE id = 1")));
+    }
+    window.browser().askAnew();
+    window.settle();
+    QCOMPARE(window.cell("vehicleTable", 0, 0), QStringLiteral("Vehicle 1"));
+    const MarkingTranslator other("VisitRows");
+    window.settle();
+    QCOMPARE(window.cell("vehicleTable", 0, 0), QStringLiteral("[VisitRows:Vehicle 1]"));
 }
 
 void tst_ArchivePage::findsBySerialNumber()
