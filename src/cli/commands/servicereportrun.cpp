@@ -226,7 +226,7 @@ void ServiceReportRun::addOptions(CommandArguments &options)
     options.addOption(
         {serviceOption,
          ServiceReportRunTr::tr("Write the service report: check-up, changes, components and values "
-                                "for the customer, as service_VEHICLE_DATE.pdf and .html.")});
+                                "for the customer, as service_VEHICLE_DATE_TIME.pdf and .html.")});
     options.addOption(
         {againstOption,
          ServiceReportRunTr::tr("Say what has changed since this earlier file (.dxsnap or .dxxml)."),
