@@ -163,14 +163,21 @@ inline Result run(const QStringList &arguments, const QStringList &environment =
     return program.finish();
 }
 
-/*! What the shell says at the end of a command whose output has lost its reader after \a lines: "status 0". */
+/*! What the shell says at the end of a command whose output has lost its reader after \a lines: "status 0". Without any it
+ *  has lost it before it begins, as a pipe would hold all that a command has to say that comes to its end.
+ */
 inline QString withoutReader(const QString &arguments, int lines)
 {
+    const QString command = QStringLiteral("'" DRAXELCTL "' ") + arguments;
+    const QString script
+        = lines > 0 ? QStringLiteral("{ %1; echo \"status $?\" >&2; } | head -n %2")
+                          .arg(command, QString::number(lines))
+                    : QStringLiteral("folder=$(mktemp -d) && pipe=$folder/pipe && mkfifo \"$pipe\" || exit\n"
+                                     ": <\"$pipe\" & exec 3>\"$pipe\"; wait; rm -r \"$folder\"\n"
+                                     "%1 >&3; echo \"status $?\" >&2")
+                          .arg(command);
     QProcess shell;
-    shell.start(
-        QStringLiteral("/bin/sh"),
-        {QStringLiteral("-c"), QStringLiteral("{ '" DRAXELCTL "' %1; echo \"status $?\" >&2; } | head -n %2")
-                                   .arg(arguments, QString::number(lines))});
+    shell.start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), script});
     if (!shell.waitForFinished(patience))
         return QStringLiteral("It goes on.");
     return QString::fromLocal8Bit(shell.readAllStandardError());
