@@ -56,6 +56,7 @@ private slots:
     void statisticsWithoutNodes();
     void statisticsOfAMoment();
     void statisticsOfAMomentAsJson();
+    void busiestSecondIsNoLessThanTheMean();
     void statisticsOfAFullBus();
     void statisticsAsJson();
     void recordsAVehicle();
@@ -453,6 +454,21 @@ void tst_TraceCommand::statisticsOfAMomentAsJson()
     QCOMPARE(channel.value(QStringLiteral("peakLoad")).toDouble(), 0.000472);
 }
 
+/*! A tenth of a second with three frames of 59 bits. */
+void tst_TraceCommand::busiestSecondIsNoLessThanTheMean()
+{
+    const QString source
+        = write("a.log", "(1.000000) can0 701#05\n(1.050000) can0 701#05\n(1.100000) can0 701#05\n");
+    const Result result = trace(QStringLiteral("statistics %1 --bitrate 10000").arg(source));
+    QVERIFY2(result.output.contains(QLatin1String("\ncan0     3       17.7 %  17.7 % ")),
+             qPrintable(result.output));
+    const Result asJson = trace(QStringLiteral("statistics %1 --bitrate 10000 --json").arg(source));
+    const QJsonObject json = QJsonDocument::fromJson(asJson.output.toUtf8()).object();
+    const QJsonObject channel = json.value(QStringLiteral("channels")).toArray().at(0).toObject();
+    QCOMPARE(channel.value(QStringLiteral("load")).toDouble(), 0.177);
+    QCOMPARE(channel.value(QStringLiteral("peakLoad")).toDouble(), 0.177);
+}
+
 /*! Its frames may have had fewer stuff bits than they are reckoned with: 0.444 ms each of 0.48 ms. */
 void tst_TraceCommand::statisticsOfAFullBus()
 {
@@ -461,7 +477,7 @@ void tst_TraceCommand::statisticsOfAFullBus()
         log += "(0." + QByteArray::number(i * 444).rightJustified(6, '0') + ") can0 181#5555555555555555\n";
     const QString source = write("a.log", log);
     const Result result = trace(QStringLiteral("statistics %1 --bitrate 250000").arg(source));
-    QVERIFY2(result.output.contains(QLatin1String("\ncan0     1001    108.2 %  48.0 % ")),
+    QVERIFY2(result.output.contains(QLatin1String("\ncan0     1001    108.2 %  108.2 % ")),
              qPrintable(result.output));
 }
 

@@ -89,6 +89,12 @@ QString TraceStatisticsListing::meanLoad(quint64 bits, int channel) const
     return rate ? load(*rate) : notKnown;
 }
 
+double TraceStatisticsListing::peakRate(int channel) const
+{
+    const ChannelCount count = m_statistics.channels().value(channel);
+    return std::max(static_cast<double>(count.mostBits), meanRate(count.all.bits, channel).value_or(0));
+}
+
 QString TraceStatisticsListing::perSecond(quint64 frames) const
 {
     const double duration = m_statistics.all().duration();
@@ -124,7 +130,7 @@ QVector<QStringList> TraceStatisticsListing::channelRows() const
     for (int i = 0; i < channels.size(); ++i) {
         const ChannelCount &channel = channels.at(i);
         rows.append({channelName(i), QString::number(channel.all.frames), meanLoad(channel.all.bits, i),
-                     load(static_cast<double>(channel.mostBits)), QString::number(channel.remoteFrames),
+                     load(peakRate(i)), QString::number(channel.remoteFrames),
                      QString::number(channel.errorFrames), QString::number(channel.sent)});
     }
     return rows;
@@ -189,7 +195,7 @@ QJsonObject TraceStatisticsListing::channelJson(int channel) const
         const std::optional<double> rate = meanRate(count.all.bits, channel);
         json.insert(QStringLiteral("load"),
                     rate ? QJsonValue(*rate / *m_bitRate) : QJsonValue(QJsonValue::Null));
-        json.insert(QStringLiteral("peakLoad"), static_cast<double>(count.mostBits) / *m_bitRate);
+        json.insert(QStringLiteral("peakLoad"), peakRate(channel) / *m_bitRate);
     }
     return json;
 }

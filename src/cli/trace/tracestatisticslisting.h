@@ -49,6 +49,8 @@ private:
     /*! Of some of a channel's frames, from its first to its last; empty when it is not known. In bit/s. */
     std::optional<double> meanRate(quint64 bits, int channel) const;
     QString meanLoad(quint64 bits, int channel) const;
+    /*! Of a channel's busiest second, its mean at least: less than a second may be a busy one. In bit/s. */
+    double peakRate(int channel) const;
     QString perSecond(quint64 frames) const;
 
     const TraceStatistics &m_statistics;
