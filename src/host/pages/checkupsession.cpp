@@ -45,7 +45,7 @@ QVector<HealthTrend> trendsOf(const Snapshot &snapshot, Archive &archive, QStrin
     return trends;
 }
 
-/*! What is known of it when the archive cannot be reached: that visits may be there. */
+/*! What is known of it until the archive has answered, or when it cannot be reached: that visits may be there. */
 QVector<HealthTrend> unreadTrendsOf(const Snapshot &snapshot)
 {
     QVector<HealthTrend> trends = HealthTrends::of(snapshot);
@@ -331,6 +331,7 @@ void CheckupSession::showVisit(const Snapshot &snapshot, qint64 visitId, const T
     record.source = CheckupRecord::Source::Archive;
     record.snapshot = snapshot;
     record.visitId = visitId;
+    record.trends = unreadTrendsOf(snapshot);
     m_notes = snapshot.notes;
     m_isSameVehicle = false;
     show(std::move(record));
@@ -371,6 +372,9 @@ void CheckupSession::keep()
     if (isEmpty() || m_kept == Kept::Yes || m_kept == Kept::Asked)
         return;
     setKept(Kept::Asked);
+    m_record.trends = unreadTrendsOf(m_record.snapshot);
+    m_areNotesWritten = true; // it is kept with them
+    ++m_notesWritten;
     m_records->keep(m_record.snapshot, VisitVerdict::of(m_record.result),
                     [this, inquiry = m_inquiry, archives = m_archives,
                      late = m_lateNotes](const VehicleRecords::Keeping &keeping) {
@@ -390,11 +394,9 @@ void CheckupSession::handleKept(const VehicleRecords::Keeping &keeping)
         takeVisit(keeping.visit);
         return;
     case End::Waiting:
-        m_record.trends = unreadTrendsOf(m_record.snapshot);
         setKept(Kept::Waiting, keeping.reason);
         return;
     case End::Lost:
-        m_record.trends = unreadTrendsOf(m_record.snapshot);
         setKept(Kept::Failed, keeping.reason);
         return;
     }

@@ -168,6 +168,7 @@ private slots:
     void visitBeforeThatIsDamagedIsNotPassedOver();
     void archiveThatCannotBeReadIsNotPassedOver();
     void archiveThatCannotBeReachedIsNotPassedOver();
+    void archiveThatHasNotAnsweredIsNotPassedOver();
     void fileIsShownAndNotKeptByItself();
     void otherVehicleHasOtherNotes();
     void notesEndWithTheConnection();
@@ -181,6 +182,7 @@ private slots:
     void notesThatCannotBeWrittenAreSaid();
     void notesOfTheArchivePageAreShown();
     void notesThatCouldNotBeWrittenStay();
+    void notesOfAnotherArchiveAreShownAfterAFailure();
     void visitIsOfTheArchiveThatKeptIt();
     void lateAnswerOfTheArchiveBefore();
     void sameArchiveOpenedAgainHasTheVisit();
@@ -695,6 +697,24 @@ void tst_CheckupSession::archiveThatCannotBeReachedIsNotPassedOver()
     QVERIFY(!desk.batteryTrend().isArchiveUnread);
 }
 
+/*! What a report says that is written at once. */
+void tst_CheckupSession::archiveThatHasNotAnsweredIsNotPassedOver()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.session.start(SnapshotScope::Full, Search::Heard);
+    waitUntil([&desk] { return !desk.session.isRunning(); });
+    QCOMPARE(desk.session.kept(), Kept::Asked);
+    QVERIFY(desk.batteryTrend().isArchiveUnread);
+    waitForArchive(desk.records);
+    QVERIFY(!desk.batteryTrend().isArchiveUnread);
+    const Snapshot snapshot = desk.session.record().snapshot;
+    desk.session.showVisit(snapshot, *desk.session.record().visitId);
+    QVERIFY(desk.batteryTrend().isArchiveUnread);
+    waitForArchive(desk.records);
+    QVERIFY(!desk.batteryTrend().isArchiveUnread);
+}
+
 void tst_CheckupSession::fileIsShownAndNotKeptByItself()
 {
     Desk desk(healthy());
@@ -919,6 +939,30 @@ void tst_CheckupSession::notesThatCouldNotBeWrittenStay()
     desk.records.noteChange();
     waitForArchive(desk.records);
     QCOMPARE(desk.session.record().snapshot.notes.customer, QStringLiteral("A. Customer"));
+}
+
+/*! It was kept with those that the archive before could not take. */
+void tst_CheckupSession::notesOfAnotherArchiveAreShownAfterAFailure()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    desk.removeVisit(desk.session.record().visitId.value_or(0));
+    const QSignalSpy failed(&desk.session, &CheckupSession::notesFailed);
+    desk.session.setNotes(ofCustomer());
+    waitForArchive(desk.records);
+    QCOMPARE(failed.count(), 1);
+
+    desk.turnToOtherArchive();
+    desk.session.keep();
+    waitForArchive(desk.records);
+    QCOMPARE(visitsOf(desk.records).value(0).notes.customer, QStringLiteral("A. Customer"));
+    SnapshotNotes notes;
+    notes.customer = QStringLiteral("B. Customer");
+    ArchiveBrowser browser(&desk.records);
+    browser.setNotes(desk.session.record().visitId.value_or(0), notes);
+    waitForArchive(desk.records);
+    QCOMPARE(desk.session.record().snapshot.notes.customer, QStringLiteral("B. Customer"));
 }
 
 void tst_CheckupSession::visitIsOfTheArchiveThatKeptIt()
