@@ -2,6 +2,7 @@
 #include "commandline.h"
 #include "consolelog.h"
 #include "displaycheck.h"
+#include "displayscale.h"
 #include "mainwindow.h"
 #include "messagelog.h"
 
@@ -55,14 +56,8 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argc, char *argv[])
     if (CommandLine::asksForText(arguments))
         return std::make_unique<QCoreApplication>(argc, argv);
 
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-#if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
-    // Rounded, 150 % is 200 %, and the window larger than the screen.
-    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
-#endif
     const DisplayCheck check;
-    return std::make_unique<QApplication>(argc, argv);
+    return DisplayScale::makeApplication(argc, argv);
 }
 
 QIcon windowIcon()
