@@ -39,6 +39,14 @@ show_times() {
     printf '%s\n' "${times[@]}" "$(printf '%5d s  in all' "$SECONDS")" >&2
 }
 
+# A linker that finds no room on the disk only says that it was killed.
+say_that_disk_is_full() {
+    local free
+    free=$(df --output=avail -BM . | tail -n 1 | tr -dc '0-9')
+    [ "$free" -ge 500 ] || echo "FAILED: the disk is full: $free MB are free in $PWD" >&2
+}
+trap '[ $? -eq 0 ] || say_that_disk_is_full' EXIT
+
 run_tests() { # FOLDER [CTEST ARGUMENTS]
     local folder=$1
     shift
@@ -52,9 +60,10 @@ run_all_tests() { # FOLDER [CTEST ARGUMENTS]
         return 1
     fi
 }
+# The sanitizers name the line with the lines' numbers alone; all that a debugger wants would take gigabytes.
 build_sanitized() {
     OVERVIEW_BUILD_DIR=build-sanitized OVERVIEW_BUILD_TYPE=Debug \
-        OVERVIEW_CMAKE_OPTIONS="-DOVERVIEW_SANITIZE=address,undefined" scripts/build all
+        OVERVIEW_CMAKE_OPTIONS="-DOVERVIEW_SANITIZE=address,undefined -DCMAKE_CXX_FLAGS_DEBUG=-g1" scripts/build all
 }
 test_sanitized() {
     ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 run_all_tests build-sanitized "$@"

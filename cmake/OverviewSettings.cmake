@@ -33,7 +33,9 @@ target_include_directories(overview_flags INTERFACE "${PROJECT_SOURCE_DIR}/src" 
 # Debian's hardening, for what is shipped. The sanitizers look into the same things themselves, and _FORTIFY_SOURCE needs
 # an optimising compiler.
 include(CheckPIESupported)
-check_pie_supported(LANGUAGES CXX)
+if(NOT OVERVIEW_SANITIZE)
+    check_pie_supported(LANGUAGES CXX)
+endif()
 set(optimised "$<CONFIG:Release>,$<CONFIG:RelWithDebInfo>,$<CONFIG:MinSizeRel>")
 if(OVERVIEW_HARDENING AND NOT OVERVIEW_SANITIZE)
     target_compile_options(overview_flags INTERFACE
@@ -56,4 +58,9 @@ target_compile_options(overview_test_flags INTERFACE $<$<CONFIG:Release>:-O1>)
 find_program(OVERVIEW_LLD ld.lld)
 if(OVERVIEW_LLD)
     target_link_options(overview_test_flags INTERFACE -fuse-ld=lld)
+endif()
+# What the sanitizers know about each place in the source is full of addresses: a program that may be loaded anywhere is a
+# quarter larger for them, and there are several hundred programs.
+if(OVERVIEW_SANITIZE)
+    target_link_options(overview_test_flags INTERFACE -no-pie)
 endif()
