@@ -59,9 +59,17 @@ private:
             beginPage();
         if (content.isSpace && m_top <= 0)
             return;
-        if (m_top <= 0 && content.head >= 0)
-            add(content.head);
+        if (m_top <= 0)
+            addHeads(content.head);
         add(piece);
+    }
+
+    void addHeads(int head)
+    {
+        if (head < 0)
+            return;
+        addHeads(m_pieces.at(head).head);
+        add(head);
     }
 
     void add(int piece)

@@ -9,7 +9,8 @@ struct FlowPiece
     qreal height = 0;
     bool isSpace = false;       //!< falls away at the top of a page
     bool keepsWithNext = false; //!< a heading: never the last thing of a page
-    int head = -1; //!< the piece that is shown again above this one when it begins a page; -1 for none
+    /*! The piece before that is shown again above this one when it begins a page, below its own head; -1 for none. */
+    int head = -1;
 };
 
 /*! Where a piece stands. */

@@ -218,6 +218,7 @@ void PdfPieces::addLines(const PdfText &lines, qreal indent, Bond bond, bool has
 
 void PdfPieces::addSection(const ReportSection &section)
 {
+    m_heading = -1;
     addSpace(16);
     const PdfText title = text(section.title, 13, Ink::Accent, m_width, true, mostCellLines);
     add(
@@ -262,7 +263,7 @@ void PdfPieces::addBlock(const ReportHeading &heading)
     const PdfText title
         = text(heading.text, 11.5, Ink::Text, std::max(room, m_width / 3), true, mostCellLines);
     const ReportDrawing shape = ReportMarks::shape(heading.mark);
-    add(
+    m_heading = add(
         title.height() + points(3),
         [=](QPainter &painter, QPointF corner) {
             if (indent > 0)
@@ -343,7 +344,7 @@ int PdfPieces::addTableHead(const ReportTable &table, const QVector<qreal> &widt
             }
             paintRule(painter, corner + QPointF(0, all - points(1.2)), m_width, points(1), Ink::Rule);
         },
-        Bond::KeptWithNext);
+        Bond::KeptWithNext, m_heading);
 }
 
 void PdfPieces::addRow(const ReportTable &table, const ReportTable::Row &row, const QVector<qreal> &widths,
@@ -397,10 +398,11 @@ void PdfPieces::addBlock(const ReportPicture &picture)
     const qreal drawingHeight = picture.drawing.size.height() * scale;
     const ReportDrawing drawing = picture.drawing;
     const QFont letters = font(bodySize);
-    add(title.height() + drawingHeight + words.height() + points(4), [=](QPainter &painter, QPointF corner) {
+    const auto paint = [=](QPainter &painter, QPointF corner) {
         title.paint(painter, corner);
         painter.setFont(letters);
         paintDrawing(painter, drawing, corner + QPointF(0, title.height()), scale);
         words.paint(painter, corner + QPointF(0, title.height() + drawingHeight + points(2)));
-    });
+    };
+    add(title.height() + drawingHeight + words.height() + points(4), paint, Bond::Free, m_heading);
 }

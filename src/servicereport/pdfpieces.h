@@ -61,6 +61,7 @@ private:
     qreal m_pageHeight;
     QString m_families;
     ReportLabels m_labels;
+    int m_heading = -1; //!< the piece above what is added now; -1 for none
     QVector<FlowPiece> m_pieces;
     QVector<Painter> m_painters; // as many
 };

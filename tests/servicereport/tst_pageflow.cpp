@@ -66,6 +66,16 @@ private slots:
         QCOMPARE(places({piece(10, true), piece(60, false, 0), piece(60, false, 0)}, 100),
                  list("0@0:0 1@0:10 0@1:0 2@1:10"));
     }
+    void headOfAHeadIsRepeatedAboveIt()
+    {
+        QCOMPARE(places({piece(10, true), piece(5, true, 0), piece(60, false, 1), piece(60, false, 1)}, 100),
+                 list("0@0:0 1@0:10 2@0:15 0@1:0 1@1:10 3@1:15"));
+    }
+    void headOfATableThatBeginsAPageHasItsOwn()
+    {
+        QCOMPARE(places({piece(10, true), piece(70), piece(5, true, 0), piece(30, false, 2)}, 100),
+                 list("0@0:0 1@0:10 0@1:0 2@1:10 3@1:15"));
+    }
     void whatIsHigherThanAPageIsNotLost()
     {
         QCOMPARE(places({piece(10), piece(250), piece(10)}, 100), list("0@0:0 1@1:0 2@2:0"));

@@ -68,6 +68,7 @@ private slots:
     void paper();
     void paperOfACountry();
     void manyComponents();
+    void pagesSayWhoseValuesTheyHave();
     void hostileTexts_data();
     void hostileTexts();
     void longNoteGoesOnOverPages();
@@ -197,6 +198,36 @@ void tst_PdfReport::manyComponents()
     QCOMPARE(text.count(QStringLiteral("Cell voltages")), 127);
     const int pages = information(pdf, "Pages").toInt();
     QVERIFY(text.contains(QStringLiteral("Page %1 of %1").arg(pages)));
+}
+
+void tst_PdfReport::pagesSayWhoseValuesTheyHave()
+{
+    ServiceReportData data = ReportExample::data();
+    const SnapshotNode battery = *data.snapshot.find(2);
+    data.snapshot.nodes.clear();
+    for (int id = 1; id <= 30; ++id) {
+        data.snapshot.nodes.append(battery);
+        data.snapshot.nodes.last().id = quint8(id);
+    }
+    const QByteArray pdf = toPdf(makeServiceReport(data), QPageSize::A4);
+    const QStringList pages = textOf(pdf).split(QLatin1Char('\f'));
+    int tables = 0;
+    int charts = 0;
+    int tablesOfAll = 0;
+    for (const QString &page : pages) {
+        const QString first = page.section(QLatin1Char('\n'), 1, 1); // behind the page's foot
+        const QString second = page.section(QLatin1Char('\n'), 2, 2);
+        QVERIFY2(!first.startsWith(QStringLiteral("Value Now")), qPrintable(page));
+        QVERIFY2(!first.startsWith(QStringLiteral("Cell voltages")), qPrintable(page));
+        tablesOfAll += first.startsWith(QStringLiteral("Component Why")) ? 1 : 0;
+        if (first.contains(QRegularExpression(QStringLiteral("node \\d+")))) {
+            tables += second.startsWith(QStringLiteral("Value Now")) ? 1 : 0;
+            charts += second.startsWith(QStringLiteral("Cell voltages")) ? 1 : 0;
+        }
+    }
+    QVERIFY(tables > 0);
+    QVERIFY(charts > 0);
+    QVERIFY(tablesOfAll > 0); // what was not read is not the last component's
 }
 
 void tst_PdfReport::hostileTexts_data()
