@@ -33,7 +33,7 @@ target_include_directories(overview_flags INTERFACE "${PROJECT_SOURCE_DIR}/src" 
 # Debian's hardening, for what is shipped. The sanitizers look into the same things themselves, and _FORTIFY_SOURCE needs
 # an optimising compiler.
 include(CheckPIESupported)
-if(NOT OVERVIEW_SANITIZE)
+if(NOT OVERVIEW_SANITIZE) # it would say -pie behind the tests' own -no-pie
     check_pie_supported(LANGUAGES CXX)
 endif()
 set(optimised "$<CONFIG:Release>,$<CONFIG:RelWithDebInfo>,$<CONFIG:MinSizeRel>")

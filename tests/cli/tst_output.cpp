@@ -138,7 +138,7 @@ void tst_Output::pipeWithoutReaderIsInterrupted()
 void tst_Output::diskIsFull()
 {
     if (!QFile::exists(QStringLiteral("/dev/full")))
-        QSKIP("this system has no /dev/full");
+        QSKIP("This system has no /dev/full");
     const Result result = run(read(QStringLiteral("/dev/full")));
     QCOMPARE(result.status, 5);
     QCOMPARE(result.errors, QStringLiteral("The file /dev/full cannot be written: no space is left.\n"));
@@ -147,7 +147,7 @@ void tst_Output::diskIsFull()
 void tst_Output::fullOutput()
 {
     if (!QFile::exists(QStringLiteral("/dev/full")))
-        QSKIP("this system has no /dev/full");
+        QSKIP("This system has no /dev/full");
     QProcess process;
     process.setStandardOutputFile(QStringLiteral("/dev/full"));
     process.start(QStringLiteral(DRAXELCTL), read(QStringLiteral("-")));
@@ -159,7 +159,7 @@ void tst_Output::fullOutput()
 void tst_Output::fullOutputGoesBeforeWhatWasFound()
 {
     if (!QFile::exists(QStringLiteral("/dev/full")))
-        QSKIP("this system has no /dev/full");
+        QSKIP("This system has no /dev/full");
     const QString vehicle = path("read.dxxml");
     QCOMPARE(run(read(vehicle)).status, 0);
     const QStringList command{QStringLiteral("checkup"), vehicle, QStringLiteral("--json")};

@@ -267,7 +267,7 @@ void tst_TraceCommand::standardOutputIsFull_data()
 void tst_TraceCommand::standardOutputIsFull()
 {
     if (!QFile::exists(QStringLiteral("/dev/full")))
-        QSKIP("this system has no /dev/full");
+        QSKIP("This system has no /dev/full");
     QFETCH(QString, arguments);
     QProcess process;
     process.setStandardOutputFile(QStringLiteral("/dev/full"));

@@ -311,7 +311,7 @@ void tst_VehicleFiles::pipeDoesNotHoldTheWindow()
     QCOMPARE(bench.box()->text(), name + QStringLiteral(" is not a file."));
     QVERIFY(bench.window->vehicle().isUnsaved());
 #else
-    QSKIP("There are no named pipes in the file system");
+    QSKIP("This system has no named pipes");
 #endif
 }
 

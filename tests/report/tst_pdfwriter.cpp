@@ -350,7 +350,7 @@ private slots:
     {
         const QString textTool = QStandardPaths::findExecutable(QStringLiteral("pdftotext"));
         if (textTool.isEmpty())
-            QSKIP("pdftotext (poppler) is not there: scripts/install-packages test brings it.");
+            QSKIP("pdftotext is not installed: scripts/install-packages test brings it.");
 
         pdfWriter writer;
         writer.beginDeviceTable(QStringLiteral("Draxel Controller"));
@@ -470,7 +470,7 @@ private slots:
         close(watch);
         QCOMPARE(names, (QStringList{QStringLiteral("dx_report.html"), QStringLiteral("dx_report.pdf")}));
 #else
-        QSKIP("Only here files can be without a name");
+        QSKIP("This system has no inotify, which tells the names of files");
 #endif
     }
 

@@ -161,7 +161,7 @@ private slots:
 void tst_ReportInChromium::initTestCase()
 {
     if (browser().isEmpty())
-        QSKIP("There is no Chromium here; scripts/install-packages all brings it.");
+        QSKIP("Chromium is not installed: scripts/install-packages all brings it.");
 }
 
 void tst_ReportInChromium::showsEverythingWithoutComplaints()

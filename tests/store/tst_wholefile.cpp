@@ -115,7 +115,7 @@ void tst_WholeFile::longNamesHaveRoom()
         QCOMPARE(contentOf(name), content);
     }
 #else
-    QSKIP("The name of the file beside it would be too long");
+    QSKIP("This system has no files without a name: that of the file beside it would be too long");
 #endif
 }
 
@@ -138,7 +138,7 @@ void tst_WholeFile::permissionsStay()
     QCOMPARE(stat(QFile::encodeName(folder.filePath(QStringLiteral("new"))).constData(), &status), 0);
     QCOMPARE(int(status.st_mode & 0777), 0644);
 #else
-    QSKIP("There are no such permissions");
+    QSKIP("This system has no permissions of owner, group and others");
 #endif
 }
 
@@ -160,7 +160,7 @@ void tst_WholeFile::linkIsFollowed()
     QCOMPARE(everythingIn(folder),
              (QStringList{QStringLiteral("elsewhere"), QStringLiteral("first"), QStringLiteral("second")}));
 #else
-    QSKIP("There are no links in the file system");
+    QSKIP("This system has no symbolic links");
 #endif
 }
 
@@ -176,7 +176,7 @@ void tst_WholeFile::linkToNothingIsFollowed()
     QCOMPARE(contentOf(folder.filePath(QStringLiteral("target"))), QByteArray("new"));
     QVERIFY(QFileInfo(folder.filePath(QStringLiteral("link"))).isSymLink());
 #else
-    QSKIP("There are no links in the file system");
+    QSKIP("This system has no symbolic links");
 #endif
 }
 
@@ -206,7 +206,7 @@ void tst_WholeFile::fullDiskIsNamed()
     QCOMPARE(everythingIn(folder), QStringList{QStringLiteral("vehicle.dxxml")});
     QCOMPARE(contentOf(name), QByteArray("old"));
 #else
-    QSKIP("The disk cannot be filled");
+    QSKIP("This system has no limit for the size of files, which stands for a full disk");
 #endif
 }
 
@@ -214,7 +214,7 @@ void tst_WholeFile::fullDeviceIsNamed()
 {
     const QString name = QStringLiteral("/dev/full");
     if (!QFileInfo::exists(name))
-        QSKIP("There is no device that is always full");
+        QSKIP("This system has no /dev/full");
     for (const int length : {10, 1000000}) {
         QString message;
         QVERIFY(!saveExchangeFile(name, QString(length, QLatin1Char('x')), &message));
@@ -242,7 +242,7 @@ void tst_WholeFile::pipeIsWrittenToAndNotReplaced()
     QVERIFY(QFileInfo::exists(name));
     QVERIFY(!QFileInfo(name).isFile());
 #else
-    QSKIP("There are no named pipes in the file system");
+    QSKIP("This system has no named pipes");
 #endif
 }
 
