@@ -147,6 +147,16 @@ std::optional<Snapshot> Archive::load(qint64 visitId, QString *errorMessage)
     return isDone ? std::optional<Snapshot>(snapshot) : std::nullopt;
 }
 
+std::optional<Snapshot> Archive::loadWithNotes(qint64 visitId, QString *errorMessage)
+{
+    std::optional<Snapshot> snapshot = load(visitId, errorMessage);
+    const std::optional<VisitInfo> now = snapshot ? visit(visitId, errorMessage) : std::nullopt;
+    if (!now)
+        return std::nullopt;
+    snapshot->notes = now->notes;
+    return snapshot;
+}
+
 std::optional<QVector<VisitInfo>> Archive::visits(const VisitQuery &query, QString *errorMessage)
 {
     QVector<VisitInfo> visits;

@@ -44,6 +44,8 @@ public:
 
     /*! The very snapshot that was added: its file has the same bytes. */
     std::optional<Snapshot> load(qint64 visitId, QString *errorMessage);
+    /*! The same with its notes as they are now: for showing it. */
+    std::optional<Snapshot> loadWithNotes(qint64 visitId, QString *errorMessage);
 
     std::optional<QVector<VisitInfo>> visits(const VisitQuery &query, QString *errorMessage);
     std::optional<VisitInfo> visit(qint64 visitId, QString *errorMessage);

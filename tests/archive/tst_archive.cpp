@@ -406,6 +406,11 @@ void tst_Archive::notesChangeAndTheSnapshotDoesNot()
     QCOMPARE(archive.visit(id, &m_error)->notes.note, QStringLiteral("New tyres"));
     QCOMPARE(idsOf(archive.visits(byText(QStringLiteral("tyres")), &m_error)), QVector<qint64>{id});
     QCOMPARE(SnapshotFile::toJson(*archive.load(id, &m_error)), SnapshotFile::toJson(added));
+    Snapshot shown = added;
+    shown.notes = notes;
+    QCOMPARE(SnapshotFile::toJson(*archive.loadWithNotes(id, &m_error)), SnapshotFile::toJson(shown));
+    QVERIFY(!archive.loadWithNotes(id + 1, &m_error));
+    QVERIFY(!m_error.isEmpty());
 }
 
 void tst_Archive::vehicleIsNamed()

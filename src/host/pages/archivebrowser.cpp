@@ -14,22 +14,11 @@ using Two = std::optional<std::pair<Snapshot, Snapshot>>;
 
 Two loadBoth(Archive &archive, qint64 earlierId, qint64 laterId, QString *error)
 {
-    const std::optional<Snapshot> earlier = archive.load(earlierId, error);
-    const std::optional<Snapshot> later = earlier ? archive.load(laterId, error) : std::nullopt;
+    const std::optional<Snapshot> earlier = archive.loadWithNotes(earlierId, error);
+    const std::optional<Snapshot> later = earlier ? archive.loadWithNotes(laterId, error) : std::nullopt;
     if (!later)
         return std::nullopt;
     return earlier->time <= later->time ? std::make_pair(*earlier, *later) : std::make_pair(*later, *earlier);
-}
-
-/*! A visit with its notes as they are now. */
-std::optional<Snapshot> loadWithNotes(Archive &archive, qint64 visitId, QString *error)
-{
-    std::optional<Snapshot> snapshot = archive.load(visitId, error);
-    const std::optional<VisitInfo> visit = snapshot ? archive.visit(visitId, error) : std::nullopt;
-    if (!visit)
-        return std::nullopt;
-    snapshot->notes = visit->notes;
-    return snapshot;
 }
 
 } // namespace
@@ -141,7 +130,7 @@ void ArchiveBrowser::askForTrend()
 void ArchiveBrowser::load(qint64 visitId, const TakeSnapshot &take)
 {
     m_records->archive().ask(
-        this, [visitId](Archive &archive, QString *error) { return loadWithNotes(archive, visitId, error); },
+        this, [visitId](Archive &archive, QString *error) { return archive.loadWithNotes(visitId, error); },
         [this, take](const std::optional<Snapshot> &snapshot, const QString &error) {
             if (snapshot)
                 take(*snapshot);

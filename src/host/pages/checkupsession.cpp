@@ -440,7 +440,7 @@ void CheckupSession::compareWithVisitBefore(qint64 visitId, const Then &then)
         past.fingerprint = visit ? visit->fingerprint : QString();
         const std::optional<qint64> before = archive.previousVisit(visitId, error);
         if (before && *before != 0)
-            past.earlier = archive.load(*before, error);
+            past.earlier = archive.loadWithNotes(*before, error);
         if (!error->isEmpty())
             past.problems.append(*error);
         past.trends = trendsOf(snapshot, archive, &past.problems);

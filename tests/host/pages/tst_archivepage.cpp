@@ -151,6 +151,7 @@ private slots:
     void comparesWithTheVisitBefore();
     void comparesTwo();
     void comparesTwoInTheOrderOfTheirTimes();
+    void comparedVisitsHaveTheNotesThatTheyHaveNow();
     void answersThatCameTooLateAreNotShown();
     void firstVisitHasNothingBeforeIt();
     void showsAValueOverTime();
@@ -309,6 +310,25 @@ void tst_ArchivePage::comparesTwo()
     auto *table = window.find<QTableView>("comparisonTable");
     QCOMPARE(table->model()->index(0, 3).data().toString(), QStringLiteral("98.00 %"));
     QCOMPARE(table->model()->index(0, 4).data().toString(), QStringLiteral("88.00 %"));
+}
+
+void tst_ArchivePage::comparedVisitsHaveTheNotesThatTheyHaveNow()
+{
+    Window window;
+    window.chooseVehicle(Window::pedelecName());
+    const qint64 newest = window.browser().visits().first().id;
+    const qint64 oldest = window.browser().visits().last().id;
+    SnapshotNotes notes;
+    notes.customer = QStringLiteral("A. Customer");
+    window.browser().setNotes(oldest, notes);
+    notes.customer = QStringLiteral("B. Customer");
+    window.browser().setNotes(newest, notes);
+    QStringList customers;
+    window.browser().loadTwo(newest, oldest, [&customers](const Snapshot &earlier, const Snapshot &later) {
+        customers << earlier.notes.customer << later.notes.customer;
+    });
+    window.settle();
+    QCOMPARE(customers, (QStringList{QStringLiteral("A. Customer"), QStringLiteral("B. Customer")}));
 }
 
 void tst_ArchivePage::comparesTwoInTheOrderOfTheirTimes()

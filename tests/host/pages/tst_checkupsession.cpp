@@ -161,6 +161,7 @@ private slots:
     void waitsForALostBus();
     void endsWhenTheUserDisconnects();
     void comparesWithTheVisitBefore();
+    void visitBeforeHasTheNotesThatItHasNow();
     void silentDeviceHasTheNameOfTheVisitBefore();
     void tellsHowTheHealthOfBatteriesWent();
     void oldVisitKnowsNothingOfLaterOnes();
@@ -572,6 +573,19 @@ void tst_CheckupSession::comparesWithTheVisitBefore()
     QCOMPARE(changes.first().kind, Change::Kind::Counter);
     QCOMPARE(changes.first().after, QStringLiteral("230"));
     QVERIFY(record.changesOf(1).isEmpty());
+}
+
+/*! Else it would seem to be of another vehicle, or of another customer. */
+void tst_CheckupSession::visitBeforeHasTheNotesThatItHasNow()
+{
+    Desk desk(healthy());
+    QVERIFY(desk.host.connectToBus());
+    desk.run(SnapshotScope::Quick);
+    desk.session.setNotes(ofCustomer());
+    waitForArchive(desk.records);
+    desk.run(SnapshotScope::Quick);
+    QVERIFY(desk.session.record().comparison);
+    QCOMPARE(desk.session.record().comparison->earlier.notes.customer, QStringLiteral("A. Customer"));
 }
 
 void tst_CheckupSession::silentDeviceHasTheNameOfTheVisitBefore()
